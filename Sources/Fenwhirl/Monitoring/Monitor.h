@@ -1,0 +1,133 @@
+// The one observable model of the application: what the machine reports and what the user wants.
+//
+// Every two seconds it reads all fans and temperatures, lets `decide` (PollDecision.h) say what each fan
+// should be doing, runs the privileged helper for what must change, and publishes the result. Views observe
+// its properties and call its operations; they never touch the controller.
+//
+// Threads: the object lives on the main thread; properties, signals and operations belong there. The
+// controller's connection, the sent targets and the safety state belong to its serial queue "fenwhirl.smc".
+// Only value snapshots cross. What blocks (helper runs, installs, reports) never runs on the main thread,
+// except restoreAutomaticBlocking at the end.
+//
+// Ownership: one object for the life of the process, made by the application and also reachable as shared();
+// everything it asks of the outside comes in through MonitorServices, so that tests bring their own.
+
+#pragma once
+
+#include "Fenwhirl/Localization/AppLanguage.h"
+#include "Fenwhirl/Monitoring/AppTheme.h"
+#include "Fenwhirl/Monitoring/FanSetting.h"
+#include "Fenwhirl/Monitoring/MonitorServices.h"
+#include "Fenwhirl/Monitoring/MonitorStates.h"
+#include "Fenwhirl/Monitoring/Page.h"
+#include "Fenwhirl/Monitoring/Preset.h"
+
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class Monitor : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Monitor(MonitorServices services, QObject* parent = nullptr);
+    ~Monitor() override;
+
+    // The application's monitor; null before it exists and after it is gone.
+    [[nodiscard]] static Monitor* shared();
+
+    // Opens the controller on the queue and begins to poll; called once.
+    void start();
+    // Hands one poll with the current settings to the queue; the timer calls it every 2 seconds.
+    void tick();
+
+    // --- The machine, as of the last poll ---
+    [[nodiscard]] const QList<FanState>& fans() const;
+    [[nodiscard]] const QList<SensorState>& sensors() const;
+    [[nodiscard]] const QList<double>& history() const; // main temperatures, oldest first, at most 300
+    [[nodiscard]] std::optional<double> primaryCelsius() const;
+    [[nodiscard]] bool smcAvailable() const;
+
+    // --- The helper ---
+    [[nodiscard]] bool helperInstalled() const;
+    [[nodiscard]] bool helperOutdated() const;
+    [[nodiscard]] bool needsHelper() const; // the last poll wanted manual control of some fan
+    [[nodiscard]] bool isInstalling() const;
+    [[nodiscard]] QString controlError() const; // localised; empty when there is none
+    void dismissControlError();
+
+    // --- What the user wants ---
+    [[nodiscard]] const FanSettings& settings() const;
+    [[nodiscard]] FanSetting setting(int index) const; // the default setting when there is none
+    void setSetting(int index, const FanSetting& setting);
+    [[nodiscard]] std::optional<Preset> activePreset() const;
+    void apply(Preset preset);
+    [[nodiscard]] Page selectedPage() const;
+    void setSelectedPage(Page page);
+    [[nodiscard]] AppTheme theme() const;
+    void setTheme(AppTheme theme);
+    [[nodiscard]] AppLanguage language() const;
+    void setLanguage(AppLanguage language);
+    [[nodiscard]] bool alertsEnabled() const;
+    void setAlertsEnabled(bool on);
+    [[nodiscard]] double warmThreshold() const; // °C
+    void setWarmThreshold(double celsius);
+    [[nodiscard]] double hotThreshold() const; // °C
+    void setHotThreshold(double celsius);
+    [[nodiscard]] double alertThreshold() const; // °C
+    void setAlertThreshold(double celsius);
+    [[nodiscard]] bool didOnboard() const;
+    void setDidOnboard(bool done);
+
+    // --- Derived ---
+    [[nodiscard]] QList<SensorState> featured() const; // at most six
+    [[nodiscard]] HealthStatus status() const;
+    [[nodiscard]] double averageRPM() const;
+    [[nodiscard]] QString menuText() const;
+    [[nodiscard]] QString fanName(const FanState& fan) const;
+
+    // --- Lifecycle ---
+    void installHelper();
+    void uninstallHelper();
+    void resetToAutomatic();
+    [[nodiscard]] bool launchAtLogin() const;
+    void setLaunchAtLogin(bool on);
+    // The completion runs on the main thread with the report's text.
+    void makeDiagnosticReport(bool withFanTest, std::function<void(const QString& text)> completion);
+    // Hands the fans back and returns when that is done; further polls do nothing. For the end of the
+    // process.
+    void restoreAutomaticBlocking();
+
+Q_SIGNALS:
+    void fansChanged();
+    void sensorsChanged();
+    void historyChanged();
+    void primaryCelsiusChanged();
+    void smcAvailableChanged();
+    void helperInstalledChanged();
+    void helperOutdatedChanged();
+    void needsHelperChanged();
+    void isInstallingChanged();
+    void controlErrorChanged();
+    void settingsChanged();
+    void activePresetChanged();
+    void selectedPageChanged();
+    void themeChanged();
+    void languageChanged();
+    void alertsEnabledChanged();
+    void warmThresholdChanged();
+    void hotThresholdChanged();
+    void alertThresholdChanged();
+    void didOnboardChanged();
+    void launchAtLoginChanged();
+    // The last poll is published in full; emitted once per poll, after the changes above.
+    void polled();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d_;
+};

@@ -1,0 +1,54 @@
+// Everything that the monitor asks of the world outside it, as values that the application fills with the
+// real thing and tests with their own.
+//
+// Each function says on which thread it is called; none may throw.
+
+#pragma once
+
+#include "FenwhirlCore/SMC.h"
+
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+class PreferencesStore;
+
+struct MonitorServices {
+    // Opens a connection to the controller, or null. Called on "fenwhirl.smc", and on a background thread for
+    // reports.
+    std::function<std::unique_ptr<SMC>()> openSMC;
+
+    // The helper, as in HelperClient. `isInstalled` on any thread; the rest never on the main thread but at
+    // the end.
+    struct Helper {
+        std::function<bool()> isInstalled;
+        std::function<std::optional<std::string>()> installedVersion;
+        std::function<bool(const std::vector<std::string>&)> run;
+        std::function<std::string(const std::vector<std::string>&)> output;
+        std::function<bool(const std::string&)> runAsAdministrator;
+        std::function<bool()> install;
+    } helper;
+
+    // Seconds since an arbitrary origin on a clock that counts sleep and never jumps. Any thread.
+    std::function<std::chrono::duration<double>()> now;
+
+    // The user's preferences; owned by the caller, must outlive the monitor. Main thread.
+    PreferencesStore* preferences = nullptr;
+
+    // Shows a notification without waiting for it. Main thread.
+    std::function<void(const QString& title, const QString& message)> notify;
+
+    // The login item: whether it is there, and switching it; false means the switch failed. Main thread.
+    struct LoginItem {
+        std::function<bool()> isEnabled;
+        std::function<bool(bool on)> setEnabled;
+    } loginItem;
+
+    // Whether the monitor polls by its own timer; tests switch it off and call Monitor::tick.
+    bool runsOwnTimer = true;
+};

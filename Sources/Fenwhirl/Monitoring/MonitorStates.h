@@ -1,0 +1,34 @@
+// What the monitor publishes of the machine: plain records of the last poll.
+
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+// One fan of the last poll.
+struct FanState {
+    int id; // the SMC's zero-based fan index
+    double rpm;
+    double minRPM;
+    double maxRPM;
+    double target; // rpm the SMC steers to
+
+    bool operator==(const FanState&) const = default;
+};
+
+// One temperature sensor of the last poll.
+struct SensorState {
+    QString id; // the SMC key, four characters
+    double celsius;
+
+    bool operator==(const SensorState&) const = default;
+};
+
+// The verdict on the main temperature.
+enum class HealthStatus { normal, warm, hot };
+
+// "Mac en bonne santé", "Les ventilateurs travaillent", "Ferme des applications", in the interface language.
+[[nodiscard]] QString detail(HealthStatus status);
+// "Tout est normal", "Le Mac est chaud", "Surchauffe", in the interface language.
+[[nodiscard]] QString word(HealthStatus status);

@@ -1,0 +1,27 @@
+// The one-click presets: each rewrites the settings of every fan that is present.
+
+#pragma once
+
+#include "Fenwhirl/Monitoring/FanSetting.h"
+
+#include <QString>
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+enum class Preset { automatic, silent, balanced, game, max };
+
+inline constexpr std::array<Preset, 5> allPresets = {Preset::automatic, Preset::silent, Preset::balanced,
+                                                     Preset::game, Preset::max};
+
+// "auto", "silent", "balanced", "game", "max": the words of the stored preferences.
+[[nodiscard]] std::string_view rawValue(Preset preset);
+[[nodiscard]] std::optional<Preset> presetFromRawValue(std::string_view text);
+
+// Name and explanation in the interface language.
+[[nodiscard]] QString title(Preset preset);
+[[nodiscard]] QString detail(Preset preset);
+
+// What the preset makes of a fan whose highest speed is `maxRPM`.
+[[nodiscard]] FanSetting settingFor(Preset preset, double maxRPM);

@@ -1,0 +1,36 @@
+// The user's preferences of the domain com.fenwhirl.app: a small typed dictionary that survives restarts.
+//
+// Values are what a property list knows: text, boolean, double, binary data. A read of another type than the
+// stored one yields nothing. Every set or remove is on disk when it returns, never half: a crash leaves the
+// old or the new value. A failure to write is silent and keeps the old state on disk; a broken file reads as
+// empty and is kept until the next write.
+//
+// Threads: safe to call from any thread.
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+class PreferencesStore {
+public:
+    virtual ~PreferencesStore() = default;
+
+    [[nodiscard]] virtual bool contains(const QString& key) const = 0;
+    [[nodiscard]] virtual std::optional<QString> text(const QString& key) const = 0;
+    [[nodiscard]] virtual std::optional<bool> boolean(const QString& key) const = 0;
+    [[nodiscard]] virtual std::optional<double> number(const QString& key) const = 0;
+    [[nodiscard]] virtual std::optional<QByteArray> data(const QString& key) const = 0;
+
+    virtual void setText(const QString& key, const QString& value) = 0;
+    virtual void setBoolean(const QString& key, bool value) = 0;
+    virtual void setNumber(const QString& key, double value) = 0;
+    virtual void setData(const QString& key, const QByteArray& value) = 0;
+    virtual void remove(const QString& key) = 0;
+};
+
+// The store of this user on this system.
+[[nodiscard]] std::unique_ptr<PreferencesStore> openUserPreferences();

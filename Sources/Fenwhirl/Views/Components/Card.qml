@@ -1,0 +1,6 @@
+import QtQuick
+
+// A surface that groups what belongs together.
+Rectangle {
+    radius: 16
+}

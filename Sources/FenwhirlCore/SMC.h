@@ -1,0 +1,124 @@
+// One open connection to the System Management Controller: the program's only door to sensors and fans.
+//
+// Keys are four-character strings ("FNum", "F0Ac", "TC0P"); fans are numbered from 0 as in the keys.
+// Temperatures are in degrees Celsius, speeds in revolutions per minute. Nothing is cached: each key read is
+// two round trips (key info, then read), and the controller itself holds all state, so two connections always
+// agree.
+//
+// Failure is a value: an absent optional or false; nothing is retried, except where setFanSpeed says so. The
+// only stops of the process are broken preconditions (a key count, fan count or fan mask that is not a usable
+// number).
+//
+// Threads: no lock inside. Calls are synchronous round trips on the caller's thread; the application uses its
+// connection from the queue "fenwhirl.smc" only. Reading needs no privilege; the system refuses writes of an
+// unprivileged process.
+
+#pragma once
+
+#include "FenwhirlCore/SMCTransport.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What one fan reports.
+struct FanReading {
+    int index;        // as in the SMC keys; a list may have gaps
+    double rpm;       // current speed
+    double minRPM;    // lowest speed the fan accepts, 0 when unreadable
+    double maxRPM;    // highest speed; when unreadable the current speed, but at least 1
+    double targetRPM; // what the SMC steers to; when unreadable the current speed
+
+    bool operator==(const FanReading&) const = default;
+};
+
+// What one temperature sensor reports.
+struct TemperatureReading {
+    std::string key;
+    double celsius;
+
+    bool operator==(const TemperatureReading&) const = default;
+};
+
+class SMC {
+public:
+    struct KeyInfo {
+        std::uint32_t size; // bytes; may exceed the 32 that a read returns
+        std::uint32_t type; // four-character code
+    };
+
+    struct RawValue {
+        std::string type;
+        std::vector<std::uint8_t> bytes; // at most 32
+    };
+
+    // Connects to this computer's controller; null when it cannot be found or opened.
+    [[nodiscard]] static std::unique_ptr<SMC> open();
+
+    explicit SMC(std::unique_ptr<SMCTransport> transport);
+
+    // Long loops (enumeration, discovery) end early, with what they have, once the flag is true. The flag is
+    // owned by the caller and must outlive the connection; null means never.
+    void setStopFlag(const std::atomic<bool>* stopFlag);
+
+    // --- Keys ---
+    [[nodiscard]] std::optional<KeyInfo> info(std::string_view key);
+    [[nodiscard]] bool hasKey(std::string_view key);
+    [[nodiscard]] std::optional<RawValue> readBytes(std::string_view key);
+    [[nodiscard]] std::optional<double> readValue(std::string_view key);
+    // `size` is what `info` reported, not the number of bytes; at most 32 bytes are sent.
+    [[nodiscard]] bool writeBytes(std::string_view key, std::uint32_t size,
+                                  std::span<const std::uint8_t> bytes);
+    [[nodiscard]] bool writeValue(std::string_view key, double value);
+    // Every key that the controller reports, in its order, duplicates included; an index that fails is
+    // skipped.
+    [[nodiscard]] std::vector<std::string> allKeys();
+
+    // Folds the first four bytes big-endian; a shorter text is not padded, a longer one is cut ("F10Ac" is
+    // "F10A").
+    [[nodiscard]] static std::uint32_t fourCC(std::string_view text);
+    // The four characters of a code, NULs and trailing blanks included; empty when a byte is not ASCII.
+    [[nodiscard]] static std::string string(std::uint32_t code);
+
+    // --- Fans ---
+    [[nodiscard]] int fanCount();
+    // Fans whose current speed cannot be read are left out.
+    [[nodiscard]] std::vector<FanReading> readFans();
+    // "F{i}Md" or "F{i}md", whichever exists first.
+    [[nodiscard]] std::optional<std::string> fanModeKey(std::int64_t index);
+    // Puts the fan under manual control at the speed, brought into the fan's own range (the maximum wins).
+    // Unlocks the controller where it has a lock and then retries the mode key for up to about 4 seconds.
+    [[nodiscard]] bool setFanSpeed(std::int64_t index, double rpm);
+    // Returns the fan to automatic control and, when no fan is manual any more, takes the unlock back.
+    [[nodiscard]] bool resetFan(std::int64_t index);
+    // Every fan, never stopping early; true when all succeeded, also when there is none.
+    [[nodiscard]] bool resetFans();
+
+    // --- Temperatures ---
+    // Keys that begin with "T", hold a temperature type and read between 1 and 130 °C (both exclusive) now.
+    // Walks every key of the controller: meant for once per start.
+    [[nodiscard]] std::vector<std::string> discoverTemperatureKeys();
+    // In the order of the keys; what fails or is not between 0 and 130 °C (both exclusive) yields no reading.
+    [[nodiscard]] std::vector<TemperatureReading> readTemperatures(std::span<const std::string> keys);
+
+    // --- Report, in French, for people ---
+    [[nodiscard]] std::string diagnosticReport();
+    // Drives the first fan for six seconds and hands every fan back; takes about eight seconds and needs
+    // root.
+    [[nodiscard]] std::string fanWriteTest();
+    // One line about one key.
+    [[nodiscard]] std::string describe(std::string_view key);
+
+private:
+    [[nodiscard]] std::optional<SMCParam> call(const SMCParam& input);
+    [[nodiscard]] bool shouldStop() const;
+    void releaseUnlockIfAllAutomatic();
+
+    std::unique_ptr<SMCTransport> transport_;
+    const std::atomic<bool>* stopFlag_ = nullptr;
+};

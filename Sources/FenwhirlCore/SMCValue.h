@@ -1,0 +1,27 @@
+// The binary data types of SMC values and their one numeric representation, a double.
+//
+// Integers travel big-endian; "flt " is the exception, stored little-endian by the machines that have it. A
+// type code is compared as exactly four characters, trailing blank included ("flt ", "ui8 ").
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace SMCValue {
+
+// The number that the bytes stand for, or nothing when the type is unknown or the bytes are too few; further
+// bytes are ignored. Types: "flt ", "sp78" (signed, 8 fraction bits), "fpe2" (unsigned; its 2 fraction bits
+// are dropped, so fan speeds are whole), "ui8 ", "ui16", "ui32". Infinities and NaN of "flt " are carried.
+[[nodiscard]] std::optional<double> decode(std::string_view type, std::span<const std::uint8_t> bytes);
+
+// The bytes for a value, or nothing when the type cannot be written. Writable: "flt " (rounded to single
+// precision), "fpe2" (0…16000), "ui8 " (0…255), "ui16" (0…65535); the value is first brought into the range,
+// then truncated toward zero. Precondition: the value is finite. Anything else is a programming error and
+// ends the process.
+[[nodiscard]] std::optional<std::vector<std::uint8_t>> encode(std::string_view type, double value);
+
+} // namespace SMCValue

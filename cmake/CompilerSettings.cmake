@@ -1,0 +1,55 @@
+# Language level, warnings, hardening and sanitizers, the same for every target of the project.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(APPLE)
+    set(CMAKE_OBJCXX_STANDARD 20)
+    set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+endif()
+
+find_program(FENWHIRL_CCACHE ccache)
+if(FENWHIRL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${FENWHIRL_CCACHE}")
+endif()
+
+add_library(FenwhirlFlags INTERFACE)
+target_include_directories(FenwhirlFlags INTERFACE "${CMAKE_SOURCE_DIR}/Sources")
+target_compile_options(FenwhirlFlags INTERFACE
+    -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
+    -Wconversion -Wsign-conversion -Wdouble-promotion -Wformat=2 -Wimplicit-fallthrough -Wnull-dereference
+    -fno-fast-math)
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    target_compile_options(FenwhirlFlags INTERFACE -Wthread-safety)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # gcc 12 reports null dereferences in the standard library's own inlined code once optimisation is on.
+    target_compile_options(FenwhirlFlags INTERFACE -Wno-null-dereference -Wduplicated-cond -Wlogical-op)
+endif()
+
+if(NOT APPLE)
+    target_compile_options(FenwhirlFlags INTERFACE -fstack-protector-strong)
+    target_link_options(FenwhirlFlags INTERFACE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,--as-needed)
+endif()
+
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+    target_compile_definitions(FenwhirlFlags INTERFACE _GLIBCXX_ASSERTIONS)
+endif()
+
+if(FENWHIRL_SANITIZE STREQUAL "address")
+    set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(FENWHIRL_SANITIZE STREQUAL "thread")
+    set(sanitizers -fsanitize=thread -fno-omit-frame-pointer)
+elseif(FENWHIRL_SANITIZE)
+    message(FATAL_ERROR "FENWHIRL_SANITIZE is \"${FENWHIRL_SANITIZE}\"; it can be empty, \"address\" or \"thread\"")
+endif()
+if(FENWHIRL_SANITIZE)
+    target_compile_options(FenwhirlFlags INTERFACE ${sanitizers})
+    target_link_options(FenwhirlFlags INTERFACE ${sanitizers})
+    # Lets the installation of the set-uid helper refuse such a build: a sanitizer writes files where its environment says.
+    target_compile_definitions(FenwhirlFlags INTERFACE FENWHIRL_SANITIZED=1)
+endif()

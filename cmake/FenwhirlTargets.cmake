@@ -1,0 +1,37 @@
+# The project's kinds of target. A folder is a subsystem is a target; each says in one call what it is made of and what it rests on.
+
+# fenwhirl_library(NAME [MOC] SOURCES file… LINK library…): a static library with the project's flags.
+# MOC runs Qt's meta-object compiler over the listed headers.
+function(fenwhirl_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC" "" "SOURCES;LINK")
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC FenwhirlFlags ${arg_LINK})
+    set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+    if(arg_MOC)
+        set_target_properties(${name} PROPERTIES AUTOMOC ON)
+        target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+    endif()
+endfunction()
+
+# fenwhirl_test(NAME [MOC] SOURCES file… LINK library…): a GoogleTest program; each of its tests is one test of CTest.
+# A test program that needs its own main (for a QCoreApplication) lists FenwhirlTestMain instead of relying on GoogleTest's.
+function(fenwhirl_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN" "" "SOURCES;LINK")
+    add_executable(${name} ${arg_SOURCES})
+    if(arg_QT_MAIN)
+        target_link_libraries(${name} PRIVATE FenwhirlTestMain)
+    else()
+        target_link_libraries(${name} PRIVATE GTest::gtest_main)
+    endif()
+    target_link_libraries(${name} PRIVATE FenwhirlFlags GTest::gtest GTest::gmock ${arg_LINK})
+    # Tests include their own support headers by the path from Tests/.
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
+    target_compile_definitions(${name} PRIVATE FENWHIRL_FIXTURES="${CMAKE_SOURCE_DIR}/Tests/Fixtures")
+    if(arg_MOC)
+        set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    endif()
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    if(NOT CMAKE_CROSSCOMPILING)
+        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES TIMEOUT 120)
+    endif()
+endfunction()
