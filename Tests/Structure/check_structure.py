@@ -1,0 +1,168 @@
+#!/usr/bin/python3
+"""Holds the house in shape: folders, build targets and includes must be the same picture.
+
+Usage: check_structure.py SOURCE_DIRECTORY TARGET_GRAPH
+
+TARGET_GRAPH is what the build wrote of itself (cmake/WriteTargetGraph.cmake). The table below is the decision: which
+subsystem may know which. The check fails when
+
+- a file includes a header of a subsystem that its own may not know, or one that no path of linked targets leads to;
+- a target links a target of a subsystem that its own may not know, or more of Qt than its subsystem may use;
+- a QML file imports a module of a subsystem that its own may not know;
+- a file outside Platform/ asks for the operating system by the preprocessor;
+- a folder is missing from the table.
+"""
+
+import os
+import re
+import sys
+
+# Subsystem: (subsystems it may know, Qt modules it may use). A folder belongs to its nearest ancestor named here.
+SUBSYSTEMS = {
+    "FenwhirlCore": ([], []),
+    "Fenwhirl": (["FenwhirlCore"], []),
+    "Fenwhirl/Platform": (["FenwhirlCore"], ["Core", "DBus"]),
+    "Fenwhirl/Platform/Desktop": (["Fenwhirl/Platform"], ["Core", "Gui", "Qml", "Quick", "DBus", "Widgets"]),
+    "Fenwhirl/Localization": (["FenwhirlCore", "Fenwhirl/Platform"], ["Core"]),
+    "Fenwhirl/HelperClient": (["FenwhirlCore", "Fenwhirl/Platform"], ["Core"]),
+    "Fenwhirl/Monitoring": (
+        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization", "Fenwhirl/HelperClient"], ["Core"]),
+    "Fenwhirl/Processes": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization"], ["Core"]),
+    "Fenwhirl/Updates": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization"], ["Core", "Network"]),
+    "Fenwhirl/Views/Components": ([], ["Core", "Gui", "Qml", "Quick"]),
+    "Fenwhirl/Views": (
+        ["FenwhirlCore", "Fenwhirl/Localization", "Fenwhirl/Monitoring", "Fenwhirl/Processes",
+         "Fenwhirl/Views/Components"],
+        ["Core", "Gui", "Qml", "Quick"]),
+    "Fenwhirl/Application": (
+        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Desktop", "Fenwhirl/Localization",
+         "Fenwhirl/HelperClient", "Fenwhirl/Monitoring", "Fenwhirl/Processes", "Fenwhirl/Updates", "Fenwhirl/Views",
+         "Fenwhirl/Views/Components"],
+        ["Core", "Gui", "Qml", "Quick", "QuickControls2", "Network", "DBus", "Widgets"]),
+    "Guard": ([], []),
+    "SimulatedMac": (["FenwhirlCore"], []),
+}
+
+# Where knowing a subsystem means one header of it only.
+SINGLE_HEADERS = {("SimulatedMac", "FenwhirlCore"): {"FenwhirlCore/SMCRecord.h"}}
+
+QML_MODULES = {"Fenwhirl.Components": "Fenwhirl/Views/Components", "Fenwhirl.Views": "Fenwhirl/Views"}
+
+INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s+"([^"]+)"', re.MULTILINE)
+QML_IMPORT = re.compile(r"^import\s+(Fenwhirl\.\w+)", re.MULTILINE)
+SYSTEM_QUESTION = re.compile(
+    r"^\s*#\s*(?:if|elif|ifdef|ifndef).*\b(__APPLE__|__linux__|_WIN32|Q_OS_\w+|TARGET_OS_\w+)\b", re.MULTILINE)
+
+
+def subsystem_of(path):
+    """The subsystem of a path relative to Sources/, or None."""
+    folder = os.path.dirname(path)
+    while folder:
+        if folder in SUBSYSTEMS:
+            return folder
+        folder = os.path.dirname(folder)
+    return None
+
+
+def source_files(sources):
+    for folder, _, names in os.walk(sources):
+        for name in sorted(names):
+            if name.endswith((".h", ".cpp", ".mm", ".c", ".qml")):
+                yield os.path.relpath(os.path.join(folder, name), sources)
+
+
+def read_graph(file):
+    """The targets of the build: name -> (folder, linked names)."""
+    graph = {}
+    with open(file, encoding="utf-8") as lines:
+        for line in lines:
+            name, folder, *links = line.strip().split("|")
+            graph[name] = (folder, [link for link in links if link])
+    return graph
+
+
+def reachable_folders(graph, folder):
+    """The folders that the targets of one folder rest on, directly or not, itself included."""
+    seen = set()
+    waiting = [name for name, (home, _) in graph.items() if subsystem_of(home + "/x") == folder]
+    while waiting:
+        name = waiting.pop()
+        if name in seen or name not in graph:
+            continue
+        seen.add(name)
+        waiting.extend(graph[name][1])
+    return {subsystem_of(graph[name][0] + "/x") for name in seen}
+
+
+def check_targets(graph):
+    for name, (folder, links) in sorted(graph.items()):
+        home = subsystem_of(folder + "/x")
+        if home is None:
+            yield f"target {name}: its folder {folder} is in no subsystem"
+            continue
+        known, qt = SUBSYSTEMS[home]
+        for link in links:
+            if link.startswith("Qt6::"):
+                module = link.removeprefix("Qt6::").removesuffix("Private")
+                if module not in qt:
+                    yield f"target {name} ({home}) links Qt's {module}"
+            elif link in graph:
+                other = subsystem_of(graph[link][0] + "/x")
+                if other != home and other not in known:
+                    yield f"target {name} ({home}) links {link} ({other})"
+
+
+def check_file(path, text, reachable):
+    home = subsystem_of(path)
+    if home is None:
+        yield f"{path}: belongs to no subsystem"
+        return
+    known, _ = SUBSYSTEMS[home]
+    if path.endswith(".qml"):
+        for module in QML_IMPORT.findall(text):
+            other = QML_MODULES.get(module)
+            if other is None or (other != home and other not in known):
+                yield f"{path}: imports {module}"
+        return
+    for header in INCLUDE.findall(text):
+        if "/" not in header:
+            if not header.endswith((".moc", ".inc")):
+                yield f"{path}: includes \"{header}\" without its path from Sources/"
+            continue
+        other = subsystem_of(header)
+        if other is None:
+            yield f"{path}: includes \"{header}\", which is no header of ours"
+        elif other != home and other not in known:
+            yield f"{path}: {home} may not know {header}"
+        elif header not in SINGLE_HEADERS.get((home, other), {header}):
+            yield f"{path}: {home} may know of {other} only {sorted(SINGLE_HEADERS[(home, other)])}, not {header}"
+        elif other != home and (home, other) not in SINGLE_HEADERS and other not in reachable[home]:
+            yield f"{path}: includes {header}, but its target does not rest on one of {other}"
+    if "Platform/" not in path and SYSTEM_QUESTION.search(text):
+        yield f"{path}: asks for the operating system outside Platform/"
+
+
+def main():
+    if len(sys.argv) != 3:
+        print(__doc__)
+        return 64
+    sources = os.path.join(sys.argv[1], "Sources")
+    graph = read_graph(sys.argv[2])
+    reachable = {name: reachable_folders(graph, name) for name in SUBSYSTEMS}
+    faults = list(check_targets(graph))
+    count = 0
+    for path in source_files(sources):
+        count += 1
+        with open(os.path.join(sources, path), encoding="utf-8") as file:
+            faults.extend(check_file(path, file.read(), reachable))
+    for fault in faults:
+        print(fault)
+    print(f"{count} files, {len(graph)} targets, {len(faults)} faults")
+    if count < 20 or len(graph) < 8:
+        print("too little was found for this to be the project")
+        return 1
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
