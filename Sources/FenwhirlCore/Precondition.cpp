@@ -1,0 +1,7 @@
+#include "FenwhirlCore/Precondition.h"
+
+#include <cstdlib>
+
+void stopOnBrokenPrecondition() {
+    std::abort();
+}
