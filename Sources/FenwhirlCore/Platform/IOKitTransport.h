@@ -1,0 +1,23 @@
+// The AppleSMC kernel service, reached through IOKit (macOS only).
+//
+// One call is one synchronous round trip to the kernel, without a time limit. The kernel answers every
+// process and refuses writes of those without root. Threads and ownership: as `SMCTransport`.
+
+#pragma once
+
+#include "FenwhirlCore/SMCTransport.h"
+
+class IOKitTransport final : public SMCTransport {
+public:
+    // Null when this computer has no such service or when it cannot be opened.
+    [[nodiscard]] static std::unique_ptr<IOKitTransport> open();
+
+    ~IOKitTransport() override;
+
+    [[nodiscard]] std::optional<SMCParam> call(const SMCParam& input) override;
+
+private:
+    explicit IOKitTransport(std::uint32_t connection);
+
+    std::uint32_t connection_; // Mach port of the open user client
+};

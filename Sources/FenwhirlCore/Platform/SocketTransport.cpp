@@ -1,0 +1,168 @@
+#include "FenwhirlCore/Platform/SocketTransport.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+struct Reply {
+    std::uint32_t kernelReturn;
+    SMCParam record;
+};
+
+static_assert(sizeof(Reply) == 84);
+
+constexpr int firstOwnDescriptor = 3; // below are the standard streams, even when they are closed
+
+bool isFolderTrusted(const std::string& socketPath) {
+    const std::string folder = socketPath.substr(0, socketPath.rfind('/'));
+
+    struct stat status {};
+
+    return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == 0 &&
+           (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+bool isPeerRoot(int connection) {
+    ucred peer{};
+    socklen_t size = sizeof(peer);
+    return getsockopt(connection, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == 0;
+}
+
+int makeSocket() {
+    const int made = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+    if (made < 0 || made >= firstOwnDescriptor)
+        return made;
+    const int moved = fcntl(made, F_DUPFD_CLOEXEC, firstOwnDescriptor);
+    ::close(made);
+    return moved;
+}
+
+bool limitSilence(int connection, std::chrono::milliseconds limit) {
+    const timeval time{.tv_sec = limit.count() / 1000, .tv_usec = limit.count() % 1000 * 1000};
+    return setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &time, sizeof(time)) == 0 &&
+           setsockopt(connection, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof(time)) == 0;
+}
+
+bool isLostConnection(int error) {
+    return error == EPIPE || error == ECONNRESET || error == ENOTCONN;
+}
+
+} // namespace
+
+SocketTransport::SocketTransport(std::string path, std::chrono::milliseconds silenceLimit)
+    : path_(std::move(path))
+    , silenceLimit_(silenceLimit) {}
+
+SocketTransport::~SocketTransport() {
+    close();
+}
+
+std::unique_ptr<SocketTransport> SocketTransport::open(std::string path,
+                                                       std::chrono::milliseconds silenceLimit) {
+    std::unique_ptr<SocketTransport> transport(new SocketTransport(std::move(path), silenceLimit));
+    return transport->connect() == Connection::made ? std::move(transport) : nullptr;
+}
+
+void SocketTransport::close() {
+    if (socket_ >= 0)
+        ::close(std::exchange(socket_, -1));
+}
+
+SocketTransport::Connection SocketTransport::connect() {
+    close();
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path_.size() >= sizeof(address.sun_path))
+        return Connection::refused;
+    std::memcpy(address.sun_path, path_.data(), path_.size());
+
+    const bool mustBeTrusted = geteuid() == 0;
+    if (mustBeTrusted && !isFolderTrusted(path_))
+        return Connection::refused;
+    socket_ = makeSocket();
+    if (socket_ < 0 || !limitSilence(socket_, silenceLimit_))
+        return Connection::busy;
+    int status = 0;
+    do
+        status = ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+    while (status != 0 && errno == EINTR);
+    if (status != 0) {
+        const bool isBusy = errno == EAGAIN; // the service lives but does not accept connections now
+        close();
+        return isBusy ? Connection::busy : Connection::refused;
+    }
+    if (mustBeTrusted && !isPeerRoot(socket_))
+        return Connection::refused;
+    isStale_ = false;
+    return Connection::made;
+}
+
+bool SocketTransport::restoreIfStale() {
+    if (!isStale_)
+        return true;
+    // Replacing the connection must not hide that the service closed it.
+    if (socket_ >= 0 && isAtEndOfStream()) {
+        isDead_ = true;
+        return false;
+    }
+    const Connection connection = connect();
+    isDead_ = connection == Connection::refused;
+    return connection == Connection::made;
+}
+
+std::optional<SMCParam> SocketTransport::call(const SMCParam& input) {
+    if (isDead_ || !restoreIfStale() || !sendRequest(input))
+        return std::nullopt;
+    Reply reply{};
+    if (receivePacket(&reply, sizeof(reply)) != sizeof(reply) || reply.kernelReturn != KernelReturn::success)
+        return std::nullopt;
+    return reply.record;
+}
+
+bool SocketTransport::sendRequest(const SMCParam& input) {
+    ssize_t count = 0;
+    do
+        count = send(socket_, &input, sizeof(input), MSG_NOSIGNAL);
+    while (count < 0 && errno == EINTR);
+    if (count == sizeof(input))
+        return true;
+    isDead_ = count < 0 && isLostConnection(errno);
+    isStale_ = true;
+    return false;
+}
+
+std::size_t SocketTransport::receivePacket(void* packet, std::size_t size) {
+    const auto start = std::chrono::steady_clock::now();
+    // MSG_TRUNC: the packet's own length is returned, so that a longer one is noticed.
+    ssize_t count = recv(socket_, packet, size, MSG_TRUNC);
+    while (count < 0 && errno == EINTR) {
+        const auto spent = std::chrono::steady_clock::now() - start;
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(silenceLimit_ - spent).count();
+        pollfd waiting{.fd = socket_, .events = POLLIN, .revents = 0};
+        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) == 0) {
+            errno = EAGAIN;
+            break;
+        }
+        count = recv(socket_, packet, size, MSG_TRUNC | MSG_DONTWAIT);
+    }
+    if (count == static_cast<ssize_t>(size))
+        return size;
+    isDead_ = (count == 0 && isAtEndOfStream()) || (count < 0 && isLostConnection(errno));
+    isStale_ = true;
+    return 0;
+}
+
+// Tells an end from an empty packet, which is received as 0 bytes as well.
+bool SocketTransport::isAtEndOfStream() const {
+    pollfd state{.fd = socket_, .events = POLLRDHUP, .revents = 0};
+    return poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLRDHUP | POLLERR)) != 0;
+}

@@ -1,0 +1,34 @@
+// macOS: the kernel's values by name.
+
+#include "FenwhirlCore/Platform/SystemText.h"
+
+#include <cstdint>
+#include <sys/sysctl.h>
+
+namespace {
+
+class MacOSText final : public SystemText {
+public:
+    bool value(std::string_view name, char* buffer, std::size_t& size) const override {
+        return sysctlbyname(std::string(name).c_str(), buffer, &size, nullptr, 0) == 0;
+    }
+
+    bool isTranslated() const override {
+        std::int32_t translated = 0;
+        std::size_t size = sizeof(translated);
+        return sysctlbyname("sysctl.proc_translated", &translated, &size, nullptr, 0) == 0 && translated == 1;
+    }
+
+    // The words of the system's own version string, without Foundation.
+    std::string version() const override {
+        return "Version " + sysctlString("kern.osproductversion", *this) + " (Build " +
+               sysctlString("kern.osversion", *this) + ")";
+    }
+};
+
+} // namespace
+
+const SystemText& thisSystem() {
+    static constinit const MacOSText text;
+    return text;
+}
