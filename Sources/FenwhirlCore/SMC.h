@@ -7,7 +7,7 @@
 //
 // Failure is a value: an absent optional or false; nothing is retried, except where setFanSpeed says so. The
 // only stops of the process are broken preconditions (a key count, fan count or fan mask that is not a usable
-// number).
+// number, a fan index that no mask can hold).
 //
 // Threads: no lock inside. Calls are synchronous round trips on the caller's thread; the application uses its
 // connection from the queue "fenwhirl.smc" only. Reading needs no privilege; the system refuses writes of an
@@ -17,6 +17,7 @@
 
 #include "FenwhirlCore/SMCTransport.h"
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <memory>
@@ -45,6 +46,8 @@ struct TemperatureReading {
     bool operator==(const TemperatureReading&) const = default;
 };
 
+class SystemText;
+
 class SMC {
 public:
     struct KeyInfo {
@@ -62,8 +65,8 @@ public:
 
     explicit SMC(std::unique_ptr<SMCTransport> transport);
 
-    // Long loops (enumeration, discovery) end early, with what they have, once the flag is true. The flag is
-    // owned by the caller and must outlive the connection; null means never.
+    // Loops of reads (enumeration, discovery, fans, temperatures) end early, with what they have, once the
+    // flag is true. The flag is owned by the caller and must outlive the connection; null means never.
     void setStopFlag(const std::atomic<bool>* stopFlag);
 
     // --- Keys ---
@@ -86,7 +89,8 @@ public:
     [[nodiscard]] static std::string string(std::uint32_t code);
 
     // --- Fans ---
-    [[nodiscard]] int fanCount();
+    // As the controller says, 0 when it does not; not bounded, and below 0 on a controller that says so.
+    [[nodiscard]] std::int64_t fanCount();
     // Fans whose current speed cannot be read are left out.
     [[nodiscard]] std::vector<FanReading> readFans();
     // "F{i}Md" or "F{i}md", whichever exists first.
@@ -94,7 +98,8 @@ public:
     // Puts the fan under manual control at the speed, brought into the fan's own range (the maximum wins).
     // Unlocks the controller where it has a lock and then retries the mode key for up to about 4 seconds.
     [[nodiscard]] bool setFanSpeed(std::int64_t index, double rpm);
-    // Returns the fan to automatic control and, when no fan is manual any more, takes the unlock back.
+    // Returns the fan to automatic control and, when no fan is manual any more, takes the unlock back. A fan
+    // without any key to reset counts as returned, a connection that died does not.
     [[nodiscard]] bool resetFan(std::int64_t index);
     // Every fan, never stopping early; true when all succeeded, also when there is none.
     [[nodiscard]] bool resetFans();
@@ -106,18 +111,40 @@ public:
     // In the order of the keys; what fails or is not between 0 and 130 °C (both exclusive) yields no reading.
     [[nodiscard]] std::vector<TemperatureReading> readTemperatures(std::span<const std::string> keys);
 
-    // --- Report, in French, for people ---
+    // --- Report, in French, for people; lines separated by "\n", none at the end ---
     [[nodiscard]] std::string diagnosticReport();
+    [[nodiscard]] std::string diagnosticReport(const SystemText& system);
     // Drives the first fan for six seconds and hands every fan back; takes about eight seconds and needs
-    // root.
+    // root. Once it has written it always gets to the hand-back, whatever the controller answers.
     [[nodiscard]] std::string fanWriteTest();
+    [[nodiscard]] std::string fanWriteTest(unsigned effectiveUserId);
     // One line about one key.
     [[nodiscard]] std::string describe(std::string_view key);
 
 private:
+    struct Value {
+        KeyInfo info;
+        std::array<std::uint8_t, 32> bytes;
+
+        [[nodiscard]] std::span<const std::uint8_t> visibleBytes() const;
+        [[nodiscard]] std::optional<double> number() const;
+    };
+
+    // What to do when the fan count or the forced mask is not a usable number.
+    enum class Unusable { stop, carryOn };
+
     [[nodiscard]] std::optional<SMCParam> call(const SMCParam& input);
+    [[nodiscard]] std::optional<Value> read(std::string_view key);
+    [[nodiscard]] std::optional<Value> read(std::string_view key, KeyInfo keyInfo);
+    [[nodiscard]] std::optional<std::string> keyAt(std::uint32_t index);
+    // Number of indexes to ask for, from "#KEY"; at most as many as a record can name.
+    [[nodiscard]] std::uint64_t keyIndexEnd();
     [[nodiscard]] bool shouldStop() const;
-    void releaseUnlockIfAllAutomatic();
+
+    [[nodiscard]] std::optional<std::int64_t> usableFanCount();
+    [[nodiscard]] bool enterManualMode(std::int64_t index, bool hasUnlock);
+    [[nodiscard]] bool handBack(std::int64_t index, Unusable unusable);
+    void releaseUnlockIfAllAutomatic(Unusable unusable);
 
     std::unique_ptr<SMCTransport> transport_;
     const std::atomic<bool>* stopFlag_ = nullptr;

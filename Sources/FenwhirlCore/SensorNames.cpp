@@ -1,0 +1,84 @@
+#include "FenwhirlCore/SensorNames.h"
+
+#include <algorithm>
+
+namespace SensorNames {
+
+namespace {
+
+struct Name {
+    std::string_view key;
+    std::string_view french;
+};
+
+constexpr std::array<Name, 35> table = {{
+    {"TC0P", "Processeur (proximité)"},
+    {"TC0D", "Processeur (diode)"},
+    {"TC0E", "Processeur (E)"},
+    {"TC0F", "Processeur (F)"},
+    {"TC0H", "Processeur (radiateur)"},
+    {"TCXC", "Processeur (PECI)"},
+    {"TCGC", "Graphisme (PECI)"},
+    {"TCSA", "Système (PECI)"},
+    {"TG0P", "Graphisme"},
+    {"TG0D", "Graphisme (diode)"},
+    {"TG0H", "Graphisme (radiateur)"},
+    {"TGDD", "Graphisme (diode)"},
+    {"TM0P", "Mémoire"},
+    {"TM0S", "Mémoire (module)"},
+    {"Th0H", "Radiateur"},
+    {"TH0A", "Disque SSD"},
+    {"TH0a", "Disque SSD"},
+    {"TH0B", "Disque SSD 2"},
+    {"TH0b", "Disque SSD 2"},
+    {"TH0P", "Disque SSD"},
+    {"Ts0P", "Repose-mains"},
+    {"Ts1P", "Repose-mains 2"},
+    {"Ts0S", "Surface"},
+    {"TaLP", "Air (gauche)"},
+    {"TaRF", "Air (droite)"},
+    {"TA0P", "Air ambiant"},
+    {"TB0T", "Batterie"},
+    {"TB1T", "Batterie 2"},
+    {"TB2T", "Batterie 3"},
+    {"TW0P", "Wi-Fi"},
+    {"Tp0P", "Alimentation"},
+    {"TPCD", "Contrôleur de plateforme"},
+    {"TL0P", "Écran"},
+    {"TN0P", "Chipset"},
+    {"TN0D", "Chipset (diode)"},
+}};
+
+// Families of keys that are numbered within the family; the number follows the prefix.
+constexpr std::array<Name, 7> families = {{
+    {"Tp", "Cœur performance "},
+    {"Tf", "Cœur performance "},
+    {"Te", "Cœur efficacité "},
+    {"Tg", "Graphisme "},
+    {"Tm", "Mémoire "},
+    {"Ts", "Surface "},
+    {"Tb", "Batterie "},
+}};
+
+std::string join(std::string_view word, std::string_view rest) {
+    return std::string(word).append(rest);
+}
+
+bool isNumberedCore(std::string_view key) {
+    return key.size() == 4 && key.starts_with("TC") && key[3] == 'C' && key[2] >= '0' && key[2] <= '9';
+}
+
+} // namespace
+
+std::string friendly(std::string_view key) {
+    if (const auto* entry = std::ranges::find(table, key, &Name::key); entry != table.end())
+        return std::string(entry->french);
+    if (isNumberedCore(key))
+        return join("Cœur CPU ", key.substr(2, 1));
+    const std::string_view prefix = key.substr(0, 2);
+    if (const auto* family = std::ranges::find(families, prefix, &Name::key); family != families.end())
+        return join(family->french, key.substr(prefix.size()));
+    return join("Capteur ", key);
+}
+
+} // namespace SensorNames
