@@ -1,4 +1,6 @@
 // The languages of the interface, as the user chooses them.
+//
+// Plain values; usable from any thread.
 
 #pragma once
 
@@ -8,7 +10,8 @@
 #include <optional>
 #include <string_view>
 
-// In the order of the language picker. `automatic` follows the system's preferred languages.
+// In the order of the language picker. `automatic` follows the system's preferred languages. Serbian comes in
+// both of its scripts.
 enum class AppLanguage { automatic, fr, en, srLatn, srCyrl, de, es, it, pt, ru };
 
 inline constexpr std::array<AppLanguage, 10> allAppLanguages = {
@@ -18,7 +21,10 @@ inline constexpr std::array<AppLanguage, 10> allAppLanguages = {
 
 // "auto", "fr", "en", "sr", "sr-Cyrl", "de", "es", "it", "pt", "ru": the words of the stored preferences.
 [[nodiscard]] std::string_view rawValue(AppLanguage language);
+
+// Compared to the letter; any other text is no language.
 [[nodiscard]] std::optional<AppLanguage> appLanguageFromRawValue(std::string_view text);
 
-// The language's name in itself; for `automatic` the word for it in the current language.
+// The language's name as it calls itself, never translated, so that everybody finds their own; for
+// `automatic` the word for it in the current language.
 [[nodiscard]] QString nativeName(AppLanguage language);

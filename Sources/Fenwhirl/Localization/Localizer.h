@@ -2,15 +2,22 @@
 //
 // French is the source language: every text of the program is written in French at the place that shows it,
 // and that French text is the key of the translation tables. A text without a translation is shown in French.
+// Tables exist for seven languages; Serbian in Cyrillic script is transliterated from the Latin texts at each
+// lookup.
+//
+// C++ asks with localized(u"…"), which the compiler checks against the tables; QML asks with qsTr("…"), which
+// LocalizerTranslator answers from the same lookup.
 //
 // Threads: lookups from any thread; the language is set from the main thread.
 
 #pragma once
 
 #include "Fenwhirl/Localization/AppLanguage.h"
+#include "Fenwhirl/Localization/TextKey.h"
 
 #include <QString>
 #include <QStringList>
+#include <QStringView>
 
 #include <optional>
 
@@ -25,12 +32,20 @@ void setLanguage(AppLanguage language);
 [[nodiscard]] AppLanguage resolved();
 
 // The translation of a French text into the shown language; nothing in French and for texts without a row.
-[[nodiscard]] std::optional<QString> lookup(const QString& key);
+// Allocates nothing but in Cyrillic: the text is a view of the program's constants that lasts as long as it
+// does.
+[[nodiscard]] std::optional<QString> lookup(QStringView key);
 
 } // namespace Localizer
 
 // The shown text: the lookup, or the French text itself.
+[[nodiscard]] QString localized(TextKey key);
 [[nodiscard]] QString localized(const QString& key);
 
-// The same for a text with "%@" placeholders, filled in order; the values are put in as they are.
+// The same for a text with "%@" placeholders, filled in order with the values as they are: a "%@" inside a
+// value is not filled again. Without a value left a placeholder stays; values left over are not shown.
+[[nodiscard]] QString localized(TextKey key, const QStringList& values);
 [[nodiscard]] QString localized(const QString& key, const QStringList& values);
+
+// The filling alone, for a text that is translated already.
+[[nodiscard]] QString filledPlaceholders(QStringView text, const QStringList& values);

@@ -1,0 +1,24 @@
+// Answers Qt's translation calls (QML's qsTr) from the lookup.
+//
+// The source text is the French text; context and comment play no part, since the same French words mean the
+// same wherever they stand. A text without a row stays as it is, which includes the texts of Qt's own
+// controls.
+//
+// Install one with QCoreApplication::installTranslator before the first view is made and keep it alive as
+// long as the application. After a change of language QQmlEngine::retranslate() asks for every text again.
+
+#pragma once
+
+#include <QTranslator>
+
+class LocalizerTranslator : public QTranslator {
+    Q_OBJECT
+
+public:
+    using QTranslator::QTranslator;
+
+    [[nodiscard]] bool isEmpty() const override { return false; }
+
+    [[nodiscard]] QString translate(const char* context, const char* sourceText,
+                                    const char* disambiguation = nullptr, int n = -1) const override;
+};

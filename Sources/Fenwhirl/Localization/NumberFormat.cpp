@@ -1,0 +1,53 @@
+#include "Fenwhirl/Localization/NumberFormat.h"
+
+#include "Fenwhirl/Localization/Localizer.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+qint64 saturated(double whole) {
+    // 2^63 is the first double beyond the range; its negative is the range's own lower end.
+    static constexpr double limit = 9223372036854775808.0;
+    if (!std::isfinite(whole)) {
+        return 0;
+    }
+    if (whole >= limit) {
+        return std::numeric_limits<qint64>::max();
+    }
+    if (whole < -limit) {
+        return std::numeric_limits<qint64>::min();
+    }
+    return static_cast<qint64>(whole);
+}
+
+} // namespace
+
+qint64 NumberFormat::truncated(double value) {
+    return saturated(std::trunc(value));
+}
+
+qint64 NumberFormat::rounded(double value) {
+    return saturated(std::round(value));
+}
+
+QString NumberFormat::rpmText(double rpm, const QLocale& region) {
+    return region.toString(truncated(rpm));
+}
+
+QString NumberFormat::degreesText(double celsius) {
+    return QString::number(rounded(celsius));
+}
+
+QString NumberFormat::temperatureText(double celsius) {
+    return degreesText(celsius) + QStringLiteral(" °C");
+}
+
+QString NumberFormat::percentText(double percent) {
+    return QString::number(rounded(percent)) + QStringLiteral(" %");
+}
+
+QString NumberFormat::memoryText(double memoryMB, const QLocale& region) {
+    return region.toString(rounded(memoryMB)) + u' ' + localized(u"Mo");
+}

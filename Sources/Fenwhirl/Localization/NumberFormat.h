@@ -1,0 +1,35 @@
+// Numbers as the user reads them: the one place that turns speeds, temperatures and shares into text.
+//
+// Speeds and amounts have the digit grouping of the user's region (not of the interface language),
+// temperatures and percentages are written plainly. A non-finite number shows as 0 and one beyond 64 bits as
+// the nearest that fits, so that no reading, however wrong, stops the program.
+//
+// Pure but for the region that the system reports; any thread.
+
+#pragma once
+
+#include <QLocale>
+#include <QString>
+
+namespace NumberFormat {
+
+// Whole numbers: towards zero, and to the nearest with halves away from zero.
+[[nodiscard]] qint64 truncated(double value);
+[[nodiscard]] qint64 rounded(double value);
+
+// "2 400": revolutions per minute, truncated, without the unit.
+[[nodiscard]] QString rpmText(double rpm, const QLocale& region = QLocale::system());
+
+// "63": rounded, for texts that bring their own unit ("Seuil d'alerte : %@ °C").
+[[nodiscard]] QString degreesText(double celsius);
+
+// "63 °C": rounded, with its unit.
+[[nodiscard]] QString temperatureText(double celsius);
+
+// "37 %": rounded; `percent` counts from 0 to 100.
+[[nodiscard]] QString percentText(double percent);
+
+// "3 412 Mo": rounded, in mebibytes, the unit in the interface language.
+[[nodiscard]] QString memoryText(double memoryMB, const QLocale& region = QLocale::system());
+
+} // namespace NumberFormat

@@ -1,0 +1,14 @@
+// The name of a temperature sensor in the interface language.
+
+#pragma once
+
+#include <QString>
+
+namespace SensorLabel {
+
+// `key` is the sensor's SMC key. Well-known sensors have a translated name; of a name made from the key's
+// shape
+// ("Graphisme 0f") the words are translated and the key's part stays. Any text is a key; never empty.
+[[nodiscard]] QString name(const QString& key);
+
+} // namespace SensorLabel

@@ -1,0 +1,57 @@
+#include "Fenwhirl/Localization/Translations.h"
+
+#include "Fenwhirl/Localization/Tables/English.h"
+#include "Fenwhirl/Localization/Tables/German.h"
+#include "Fenwhirl/Localization/Tables/Italian.h"
+#include "Fenwhirl/Localization/Tables/Portuguese.h"
+#include "Fenwhirl/Localization/Tables/Russian.h"
+#include "Fenwhirl/Localization/Tables/SerbianLatin.h"
+#include "Fenwhirl/Localization/Tables/Spanish.h"
+
+namespace Translations {
+
+static_assert(noTextTwice(frenchTexts));
+static_assert(isSound(englishTexts));
+static_assert(isSound(serbianLatinTexts));
+static_assert(isSound(germanTexts));
+static_assert(isSound(spanishTexts));
+static_assert(isSound(italianTexts));
+static_assert(isSound(portugueseTexts));
+static_assert(isSound(russianTexts));
+
+const TranslationTable& en() {
+    static const TranslationTable table(englishTexts);
+    return table;
+}
+
+const TranslationTable& sr() {
+    static const TranslationTable table(serbianLatinTexts);
+    return table;
+}
+
+const TranslationTable& de() {
+    static const TranslationTable table(germanTexts);
+    return table;
+}
+
+const TranslationTable& es() {
+    static const TranslationTable table(spanishTexts);
+    return table;
+}
+
+const TranslationTable& it() {
+    static const TranslationTable table(italianTexts);
+    return table;
+}
+
+const TranslationTable& pt() {
+    static const TranslationTable table(portugueseTexts);
+    return table;
+}
+
+const TranslationTable& ru() {
+    static const TranslationTable table(russianTexts);
+    return table;
+}
+
+} // namespace Translations

@@ -1,0 +1,21 @@
+// The seven translation tables, one per language that has texts of its own: French needs none, Serbian in
+// Cyrillic script is transliterated from `sr`.
+//
+// Each table is built when it is first asked for, exactly once however many threads ask, and lives to the end
+// of the process; a language that is never shown costs nothing.
+
+#pragma once
+
+#include "Fenwhirl/Localization/TranslationTable.h"
+
+namespace Translations {
+
+[[nodiscard]] const TranslationTable& en();
+[[nodiscard]] const TranslationTable& sr(); // Latin script
+[[nodiscard]] const TranslationTable& de();
+[[nodiscard]] const TranslationTable& es();
+[[nodiscard]] const TranslationTable& it();
+[[nodiscard]] const TranslationTable& pt();
+[[nodiscard]] const TranslationTable& ru();
+
+} // namespace Translations

@@ -1,0 +1,19 @@
+#include "Fenwhirl/Platform/PosixLanguages.h"
+#include "Fenwhirl/Platform/PreferredLanguages.h"
+
+#include <QtGlobal>
+
+#include <array>
+
+QStringList preferredLanguages() {
+    // The first variable that is set and not empty names the locale of messages.
+    QString messageLocale;
+    static constexpr std::array variables = {"LC_ALL", "LC_MESSAGES", "LANG"};
+    for (const char* const variable : variables) {
+        messageLocale = qEnvironmentVariable(variable);
+        if (!messageLocale.isEmpty()) {
+            break;
+        }
+    }
+    return languageTagsFromPosix(qEnvironmentVariable("LANGUAGE"), messageLocale);
+}
