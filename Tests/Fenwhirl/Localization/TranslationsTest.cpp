@@ -1,0 +1,133 @@
+#include "Fenwhirl/Localization/Translations.h"
+
+#include "Fenwhirl/Localization/Tables/English.h"
+#include "Fenwhirl/Localization/Tables/German.h"
+#include "Fenwhirl/Localization/Tables/Italian.h"
+#include "Fenwhirl/Localization/Tables/Portuguese.h"
+#include "Fenwhirl/Localization/Tables/Russian.h"
+#include "Fenwhirl/Localization/Tables/SerbianLatin.h"
+#include "Fenwhirl/Localization/Tables/Spanish.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <array>
+#include <gtest/gtest.h>
+#include <string_view>
+#include <utility>
+
+using namespace Translations;
+
+namespace {
+
+QString text(std::u16string_view view) {
+    return QStringView(view).toString();
+}
+
+struct Language {
+    const char* name;
+    const Rows* rows;
+    const TranslationTable& (*table)();
+};
+
+constexpr std::array<Language, 7> languages = {{{"English", &englishTexts, en},
+                                                {"Serbian", &serbianLatinTexts, sr},
+                                                {"German", &germanTexts, de},
+                                                {"Spanish", &spanishTexts, es},
+                                                {"Italian", &italianTexts, it},
+                                                {"Portuguese", &portugueseTexts, pt},
+                                                {"Russian", &russianTexts, ru}}};
+
+} // namespace
+
+TEST(Translations, FindEveryRowOfEveryLanguage) {
+    for (const Language& language : languages) {
+        const TranslationTable& table = language.table();
+        EXPECT_EQ(table.size(), static_cast<qsizetype>(frenchTexts.size())) << language.name;
+        for (const Row& row : *language.rows) {
+            EXPECT_EQ(table.find(QStringView(row.french)), QStringView(row.text)) << language.name;
+        }
+        EXPECT_EQ(table.find(u"Pas dans la table"), std::nullopt);
+    }
+}
+
+TEST(Translations, AreBuiltOnce) {
+    for (const Language& language : languages) {
+        EXPECT_EQ(&language.table(), &language.table());
+    }
+}
+
+TEST(Translations, FitTheNameColumnOfTheSensorList) {
+    const auto* const first = std::ranges::find(frenchTexts, u"Processeur (proximité)");
+    const auto* const last = std::ranges::find(frenchTexts, u"Cœur efficacité");
+    ASSERT_LT(first, last);
+    for (const Language& language : languages) {
+        for (auto i = first - frenchTexts.begin(); i <= last - frenchTexts.begin(); ++i) {
+            const Row& row = (*language.rows)[static_cast<std::size_t>(i)];
+            EXPECT_LE(row.text.size(), 22U) << language.name << ": " << text(row.text).toStdString();
+        }
+    }
+}
+
+TEST(Translations, OfRussianHaveLatinLettersOnlyInNames) {
+    // A Russian text has Latin letters only in these names; a forgotten row would show at once.
+    for (const Row& row : russianTexts) {
+        QString rest = text(row.text);
+        for (const char16_t* const name :
+             {u"Fenwhirl", u"macOS", u"Mac", u"CPU", u"SSD", u"PECI", u"Wi-Fi", u"°C", u"(E)", u"(F)"}) {
+            rest.remove(QStringView(name).toString());
+        }
+        EXPECT_FALSE(std::ranges::any_of(rest, [](QChar c) { return c.unicode() < 0x180 && c.isLetter(); }))
+            << text(row.text).toStdString();
+    }
+}
+
+TEST(Translations, OfSerbianUseOnlyLettersThatHaveACyrillicForm) {
+    for (const Row& row : serbianLatinTexts) {
+        QString rest = text(row.text);
+        rest.remove(QStringLiteral("Fenwhirl")).remove(QStringLiteral("Wi-Fi"));
+        for (const QChar c : rest) {
+            EXPECT_FALSE(u"qwxyQWXY"_qs.contains(c)) << text(row.text).toStdString();
+        }
+    }
+}
+
+// The rules that the compiler applies must themselves be able to say no.
+TEST(TranslationRules, RefuseAPlaceholderTooFewTooManyOrMistyped) {
+    EXPECT_TRUE(keepsPlaceholders({u"%@ – %@ tr/min", u"%@ – %@ rpm"}));
+    EXPECT_FALSE(keepsPlaceholders({u"%@ – %@ tr/min", u"%@ rpm"}));
+    EXPECT_FALSE(keepsPlaceholders({u"Ventilateur", u"Fan %@"}));
+    EXPECT_FALSE(keepsPlaceholders({u"Ventilateur %@", u"Fan % @"}));
+    EXPECT_FALSE(keepsPlaceholders({u"Ventilateur %@", u"Fan %@ %d"}));
+}
+
+TEST(TranslationRules, RefuseEmptyTextsAndStrayBlanks) {
+    EXPECT_TRUE(isFilledWithoutStrayBlanks({u"Fermer", u"Quit"}));
+    EXPECT_FALSE(isFilledWithoutStrayBlanks({u"Fermer", u""}));
+    EXPECT_FALSE(isFilledWithoutStrayBlanks({u"Fermer", u"Quit "}));
+    EXPECT_FALSE(isFilledWithoutStrayBlanks({u"Fermer", u"\u00A0Quit"}));
+}
+
+TEST(TranslationRules, RefuseAnotherProductName) {
+    EXPECT_TRUE(keepsProductName({u"Ouvrir Fenwhirl", u"Open Fenwhirl"}));
+    EXPECT_FALSE(keepsProductName({u"Ouvrir Fenwhirl", u"Open fenwhirl"}));
+}
+
+TEST(TranslationRules, RefuseMissingDoubledAndReorderedTexts) {
+    EXPECT_TRUE(namesEveryFrenchText(englishTexts));
+    Rows swapped = englishTexts;
+    std::swap(swapped[0], swapped[1]);
+    EXPECT_FALSE(namesEveryFrenchText(swapped));
+    EXPECT_FALSE(namesEveryFrenchText(std::span(englishTexts).first(149)));
+    Rows missing = {};
+    std::copy_n(englishTexts.begin(), 149, missing.begin());
+    EXPECT_FALSE(namesEveryFrenchText(missing));
+    EXPECT_FALSE(noTextTwice(std::array<std::u16string_view, 3>{u"a", u"b", u"a"}));
+    EXPECT_TRUE(noTextTwice(std::array<std::u16string_view, 3>{u"a", u"b", u"c"}));
+}
+
+TEST(TranslationTableDeathTest, StopsTheProgramAtADoubledText) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    static constexpr std::array<Row, 2> doubled = {{{u"Fermer", u"Quit"}, {u"Fermer", u"Close"}}};
+    EXPECT_EXIT({ const TranslationTable table(doubled); }, testing::KilledBySignal(SIGABRT), "Fermer");
+}
