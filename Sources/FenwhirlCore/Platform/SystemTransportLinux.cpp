@@ -1,7 +1,10 @@
 // Linux: the doors to a controller in the order in which they are tried.
 
+#include "FenwhirlCore/Platform/DriverTransport.h"
 #include "FenwhirlCore/Platform/SocketTransport.h"
 
 std::unique_ptr<SMCTransport> openSystemTransport() {
+    if (std::unique_ptr<SMCTransport> drivers = openDriverTransport())
+        return drivers;
     return SocketTransport::open();
 }

@@ -1,0 +1,41 @@
+// Puts one fan under manual control or hands it back, in the words of its driver.
+//
+// Results are 0 or a positive errno. Writes open and close their file each time: they are rare, and a device
+// that went away and came back needs a new descriptor.
+
+#pragma once
+
+#include "FenwhirlCore/Platform/DriverFiles.h"
+#include "FenwhirlCore/Platform/DriverKeys.h"
+
+#include <cstdint>
+#include <string>
+
+class DriverFanWriter {
+public:
+    // `channel` is 1-based as in the driver's file names. `files` must outlive the writer.
+    DriverFanWriter(DriverFiles& files, std::string folder, int channel, FanControlStyle style);
+
+    [[nodiscard]] int setManual(bool manual);
+    // Whole revolutions per minute; below 1 is refused, because one driver would take it for "automatic".
+    [[nodiscard]] int setTarget(std::int64_t rpm);
+
+private:
+    [[nodiscard]] std::string file(std::string_view prefix, std::string_view suffix) const;
+    [[nodiscard]] int write(const std::string& path, std::int64_t value);
+    [[nodiscard]] int probe(const std::string& path);
+    [[nodiscard]] std::optional<std::int64_t> read(const std::string& path);
+    [[nodiscard]] bool hasUsableLimits();
+    [[nodiscard]] int handBackByTarget();
+    [[nodiscard]] bool mustRearm(std::int64_t currentTarget);
+    void remember(std::int64_t rpm);
+    void forget();
+
+    DriverFiles& files_;
+    std::string folder_;
+    int channel_;
+    FanControlStyle style_;
+};
+
+// Whether root has allowed manual control on a computer whose processor temperature cannot be seen.
+[[nodiscard]] bool isManualControlAllowed(DriverFiles& files);

@@ -1,0 +1,263 @@
+"""A stage for the built programs: a display, a session bus, a simulated Mac, Fenwhirl, and eyes and hands on its interface.
+
+Everything here runs inside Packaging/Linux/private-namespace, so each test has its own /run, /Library and home, and
+whatever it leaves running ends with it.
+
+What a person sees and does goes through the accessibility tree (AT-SPI): texts are read where a screen reader would read
+them, and controls are used by the actions that assistive technology uses.
+"""
+
+import contextlib
+import os
+import pathlib
+import select
+import shutil
+import signal
+import subprocess
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+HELPER = pathlib.Path("/Library/PrivilegedHelperTools/FenwhirlHelper")
+PATIENCE_SECONDS = 20.0  # for what ought to happen at once; loaded machines are slow
+
+
+class StageError(Exception):
+    """Something on the stage did not happen."""
+
+
+def wait_until(question, what, seconds=PATIENCE_SECONDS, interval_seconds=0.05):
+    """Asks until the answer is true, and returns it."""
+    end = time.monotonic() + seconds
+    while True:
+        answer = question()
+        if answer:
+            return answer
+        if time.monotonic() > end:
+            raise StageError(f"waited {seconds:g} s in vain: {what}")
+        time.sleep(interval_seconds)
+
+
+class Process:
+    """A child that ends with the stage."""
+
+    def __init__(self, arguments, **options):
+        self.arguments = [str(argument) for argument in arguments]
+        self.child = subprocess.Popen(self.arguments, **options)
+
+    def running(self):
+        return self.child.poll() is None
+
+    def stop(self, how=signal.SIGTERM, seconds=PATIENCE_SECONDS):
+        """Asks it to end, and returns its exit status."""
+        if self.running():
+            self.child.send_signal(how)
+        try:
+            return self.child.wait(seconds)
+        except subprocess.TimeoutExpired:
+            self.child.kill()
+            self.child.wait()
+            raise StageError(f"{self.arguments[0]} did not end after {how!s}") from None
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        if self.running():
+            self.child.kill()
+        self.child.wait()
+        for stream in (self.child.stdin, self.child.stdout, self.child.stderr):
+            if stream:
+                with contextlib.suppress(OSError):
+                    stream.close()
+
+
+class Lines:
+    """Reads a pipe line by line, with patience but not without end."""
+
+    def __init__(self, stream):
+        self.descriptor = stream.fileno()
+        self.buffer = b""
+
+    def next(self, seconds=PATIENCE_SECONDS):
+        end = time.monotonic() + seconds
+        while b"\n" not in self.buffer:
+            left = end - time.monotonic()
+            if left <= 0 or not select.select([self.descriptor], [], [], left)[0]:
+                raise StageError("no line came")
+            more = os.read(self.descriptor, 65536)
+            if not more:
+                raise StageError("the stream ended")
+            self.buffer += more
+        line, self.buffer = self.buffer.split(b"\n", 1)
+        return line.decode("utf-8", "replace")
+
+
+class Display(Process):
+    """A virtual screen with a window manager; its name is in `name`."""
+
+    def __init__(self, width=1280, height=800, scale=1):
+        readable, writable = os.pipe()
+        super().__init__(
+            ["Xvfb", "-displayfd", writable, "-screen", "0", f"{width * scale}x{height * scale}x24", "-nolisten", "tcp"],
+            pass_fds=[writable], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(writable)
+        with os.fdopen(readable, "rb", buffering=0) as pipe:
+            self.name = ":" + Lines(pipe).next()
+        self.manager = None
+
+    def environment(self):
+        return {"DISPLAY": self.name}
+
+    def start_window_manager(self):
+        self.manager = Process(["openbox"], env={**os.environ, **self.environment()},
+                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def __exit__(self, *details):
+        if self.manager:
+            self.manager.__exit__(*details)
+        super().__exit__(*details)
+
+
+class SessionBus(Process):
+    """A D-Bus session of its own, with the accessibility service at hand."""
+
+    def __init__(self):
+        super().__init__(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"],
+                         stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self.address = Lines(self.child.stdout).next()
+
+    def environment(self):
+        return {"DBUS_SESSION_BUS_ADDRESS": self.address}
+
+
+class SimulatedMac(Process):
+    """A Mac's controller in software, steered through its standard input."""
+
+    def __init__(self, build, machine, *options):
+        super().__init__([build / "bin/simulated-mac", "--machine", machine, *options],
+                         stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.lines = Lines(self.child.stdout)
+        self.greeting = self.lines.next()
+
+    def tell(self, command):
+        """Gives one command, and returns the lines of its answer without the closing one."""
+        self.child.stdin.write((command + "\n").encode())
+        self.child.stdin.flush()
+        answer = []
+        while True:
+            line = self.lines.next()
+            if line == "ok" or line.startswith("ok "):
+                return answer + ([line[3:]] if len(line) > 3 else [])
+            if line.startswith("error"):
+                raise StageError(f"the simulated Mac refused \"{command}\": {line}")
+            answer.append(line)
+
+
+class Interface:
+    """What assistive technology sees of the running application."""
+
+    def __init__(self, application="Fenwhirl"):
+        import gi
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi
+        self.atspi = Atspi
+        self.application = application
+
+    def root(self):
+        desktop = self.atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(index)
+            if child is not None and child.get_name() == self.application:
+                child.set_cache_mask(self.atspi.Cache.NONE)
+                return child
+        return None
+
+    def nodes(self, showing=True):
+        """Every node, parents first; without those that are not on the screen."""
+        root = self.root()
+        waiting = [root] if root else []
+        while waiting:
+            node = waiting.pop(0)
+            try:
+                states = node.get_state_set()
+                if showing and node is not root and not states.contains(self.atspi.StateType.VISIBLE):
+                    continue
+                yield node
+                waiting[:0] = [child for child in
+                               (node.get_child_at_index(index) for index in range(node.get_child_count())) if child]
+            except self.atspi.Error if hasattr(self.atspi, "Error") else Exception:
+                continue  # it went away while we were looking
+
+    def texts(self):
+        """The names of everything on the screen, in the order of the tree."""
+        return [name for name in (node.get_name() for node in self.nodes()) if name]
+
+    def find(self, name, role=None):
+        """The node of that name (a text, or a question about a text) and role name ("push button"), or None."""
+        fits = name if callable(name) else lambda text: text == name
+        for node in self.nodes():
+            if fits(node.get_name() or "") and (role is None or node.get_role_name() == role):
+                return node
+        return None
+
+    def wait_for(self, name, role=None, seconds=PATIENCE_SECONDS):
+        return wait_until(lambda: self.find(name, role), f"{name!r} on the screen; there is {self.texts()}", seconds)
+
+    def wait_until_gone(self, name, role=None, seconds=PATIENCE_SECONDS):
+        wait_until(lambda: not self.find(name, role), f"{name!r} leaves the screen", seconds)
+
+    def press(self, name, role=None, seconds=PATIENCE_SECONDS):
+        """Uses a control: its press action, or what comes nearest."""
+        node = self.wait_for(name, role, seconds)
+        actions = {node.get_action_name(index): index for index in range(node.get_n_actions())}
+        for wanted in ("Press", "Toggle", "ShowMenu"):
+            if wanted in actions:
+                node.do_action(actions[wanted])
+                return
+        raise StageError(f"{name!r} offers only {sorted(actions)}")
+
+
+class Application(Process):
+    """The built program in its window."""
+
+    def __init__(self, build, *arguments, environment=None, scale=None):
+        self.preferences = None
+        settings = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **(environment or {})}
+        if scale:
+            settings["QT_SCALE_FACTOR"] = str(scale)
+        super().__init__([build / "bin/Fenwhirl", *arguments], env=settings)
+
+    def window(self):
+        """The X11 name of its main window, once that is shown."""
+        return wait_until(self.window_now, "the main window is shown")
+
+    def window_now(self):
+        answer = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Fenwhirl$"],
+                                capture_output=True, text=True, check=False)
+        return answer.stdout.split()[0] if answer.stdout.split() else None
+
+    def picture(self, file):
+        """Saves what the main window shows as a PNG."""
+        pathlib.Path(file).parent.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["import", "-window", self.window(), str(file)], check=True)
+
+
+def install_helper(build):
+    """Puts the helper where the application installs it. Needs to be root of this private world."""
+    HELPER.parent.mkdir(parents=True, exist_ok=True)
+    shutil.copy(build / "bin/Fenwhirl", HELPER)
+    os.chown(HELPER, 0, 0)
+    os.chmod(HELPER, 0o4755)
+
+
+def become_ordinary_user(user=65534):
+    """Gives up all rights for good, as the tests of an ordinary user must; needs real root before."""
+    home = pathlib.Path("/run/home")
+    runtime = pathlib.Path("/run/user")
+    for folder in (home, runtime):
+        folder.mkdir(exist_ok=True)
+        os.chown(folder, user, user)
+    os.setgroups([])
+    os.setresgid(user, user, user)
+    os.setresuid(user, user, user)
+    os.environ.update(HOME=str(home), XDG_RUNTIME_DIR=str(runtime), USER="nobody", LOGNAME="nobody")
