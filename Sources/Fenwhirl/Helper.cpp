@@ -1,5 +1,119 @@
 #include "Fenwhirl/Helper.h"
 
-int HelperMode::run(std::span<char* const> arguments) {
-    return arguments.empty() ? usageError : smcUnavailable;
+#include "Fenwhirl/HelperArguments.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <poll.h>
+#include <string_view>
+#include <unistd.h>
+
+namespace HelperMode {
+
+namespace {
+
+// Raised whenever the commands or their meaning change; the application offers a new installation then.
+constexpr std::string_view versionLine = "3\n";
+
+// Keeps the signals of terminals and sessions away while a sequence of writes is under way, so that ^C or a
+// logout cannot leave a fan between two modes; they act when the sequence is complete.
+class UninterruptedSequence {
+public:
+    UninterruptedSequence() {
+        sigset_t held;
+        sigemptyset(&held);
+        for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGTSTP, SIGQUIT})
+            sigaddset(&held, signal);
+        sigprocmask(SIG_BLOCK, &held, &before_);
+    }
+
+    UninterruptedSequence(const UninterruptedSequence&) = delete;
+    UninterruptedSequence& operator=(const UninterruptedSequence&) = delete;
+
+    ~UninterruptedSequence() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+
+private:
+    sigset_t before_ = {};
+};
+
+// Whoever reads the answer may be slow, gone, or a full device: none of that is the helper's failure.
+void print(std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
+        if (written > 0) {
+            text.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno == EAGAIN) {
+            pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+            if (poll(&output, 1, -1) < 0 && errno != EINTR)
+                return;
+        } else if (errno != EINTR) {
+            return;
+        }
+    }
 }
+
+int status(bool succeeded) {
+    return succeeded ? success : smcFailure;
+}
+
+int handBackAll(SMC& smc) {
+    bool allSucceeded = true;
+    const int count = smc.fanCount();
+    for (int index = 0; index < count; ++index)
+        allSucceeded = smc.resetFan(index) && allSucceeded;
+    return status(allSucceeded);
+}
+
+int handBack(SMC& smc, std::span<char* const> arguments) {
+    const auto index =
+        arguments.size() >= 2 ? HelperArguments::parseIndex(arguments[1]) : std::optional<std::int64_t>();
+    const UninterruptedSequence sequence;
+    return index ? status(smc.resetFan(*index)) : handBackAll(smc);
+}
+
+int setSpeed(SMC& smc, std::span<char* const> arguments) {
+    if (arguments.size() < 3)
+        return usageError;
+    const auto index = HelperArguments::parseIndex(arguments[1]);
+    const auto rpm = HelperArguments::parseRPM(arguments[2]);
+    if (!index || !rpm)
+        return usageError;
+    const UninterruptedSequence sequence;
+    return status(smc.setFanSpeed(*index, *rpm));
+}
+
+int testFans(SMC& smc) {
+    std::string report;
+    {
+        const UninterruptedSequence sequence;
+        report = smc.fanWriteTest();
+    }
+    report += '\n';
+    print(report);
+    return success;
+}
+
+} // namespace
+
+int run(std::span<char* const> arguments, const OpenSMC& openSMC) {
+    if (arguments.empty())
+        return usageError;
+    const std::string_view command = arguments.front();
+    if (command == "version") {
+        print(versionLine);
+        return success;
+    }
+    const std::unique_ptr<SMC> smc = openSMC();
+    if (smc == nullptr)
+        return smcUnavailable;
+    if (command == "test")
+        return testFans(*smc);
+    if (command == "auto")
+        return handBack(*smc, arguments);
+    if (command == "set")
+        return setSpeed(*smc, arguments);
+    return usageError;
+}
+
+} // namespace HelperMode

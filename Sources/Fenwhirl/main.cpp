@@ -1,37 +1,60 @@
-// Program entry: the privileged helper, or the application.
+// Program entry: one executable, two roles. With "--helper" first it is the privileged helper; otherwise the
+// application, whose library is loaded only then. The copy that runs as root links nothing but the C library,
+// so that what it does not contain cannot be turned against it.
 
 #include "Fenwhirl/Helper.h"
+#include "Fenwhirl/Platform/Entry/ExecutablePath.h"
+#include "Fenwhirl/Platform/Entry/HelperProcess.h"
 
-#include <climits>
+#include <csignal>
+#include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
-#include <string>
 #include <unistd.h>
 
 namespace {
 
+// The set-user-ID copy was started as if it were the application.
 constexpr int startedWithoutHelperFlag = 77;
 
+using ApplicationMain = int (*)(int argc, char** argv);
+
+ApplicationMain loadApplication() {
+    const auto executable = executablePath();
+    if (!executable)
+        return nullptr;
+    void* const library = dlopen(applicationLibraryPath(*executable).c_str(), RTLD_NOW);
+    if (library == nullptr)
+        return nullptr;
+    return reinterpret_cast<ApplicationMain>(dlsym(library, "fenwhirl_app_main"));
+}
+
 int runApplication(int argc, char** argv) {
-    char path[PATH_MAX] = {};
-    if (realpath("/proc/self/exe", path) == nullptr)
-        return 1;
-    std::string library(path);
-    library.resize(library.rfind('/'));
-    library += "/../lib/fenwhirl/libFenwhirlApp.so";
-    void* handle = dlopen(library.c_str(), RTLD_NOW);
-    if (handle == nullptr)
-        return 1;
-    auto* entry = reinterpret_cast<int (*)(int, char**)>(dlsym(handle, "fenwhirl_app_main"));
-    return entry != nullptr ? entry(argc, argv) : 1;
+    // Nothing that is opened later may be taken for standard output; and whoever started us ignoring the end
+    // of children would make every helper run look failed.
+    if (!HelperProcess::occupyStandardDescriptors())
+        return EXIT_FAILURE;
+    std::signal(SIGCHLD, SIG_DFL);
+    const ApplicationMain application = loadApplication();
+    if (application == nullptr) {
+        const char* const reason = dlerror();
+        std::fprintf(stderr, "Fenwhirl : impossible de charger l'application (%s).\n",
+                     reason != nullptr ? reason : "programme introuvable");
+        return EXIT_FAILURE;
+    }
+    return application(argc, argv);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc >= 2 && std::strcmp(argv[1], "--helper") == 0)
+    if (argc >= 2 && std::strcmp(argv[1], "--helper") == 0) {
+        if (!HelperProcess::prepare())
+            return HelperMode::smcUnavailable;
         return HelperMode::run({argv + 2, static_cast<std::size_t>(argc - 2)});
+    }
     if (geteuid() == 0 && getuid() != 0)
         return startedWithoutHelperFlag;
     return runApplication(argc, argv);

@@ -20,11 +20,12 @@ import sys
 # Subsystem: (subsystems it may know, Qt modules it may use). A folder belongs to its nearest ancestor named here.
 SUBSYSTEMS = {
     "FenwhirlCore": ([], []),
-    "Fenwhirl": (["FenwhirlCore"], []),
+    "Fenwhirl": (["FenwhirlCore", "Fenwhirl/Platform/Entry"], []),
+    "Fenwhirl/Platform/Entry": ([], []),
     "Fenwhirl/Platform": (["FenwhirlCore"], ["Core", "DBus"]),
     "Fenwhirl/Platform/Desktop": (["Fenwhirl/Platform"], ["Core", "Gui", "Qml", "Quick", "DBus", "Widgets"]),
     "Fenwhirl/Localization": (["FenwhirlCore", "Fenwhirl/Platform"], ["Core"]),
-    "Fenwhirl/HelperClient": (["FenwhirlCore", "Fenwhirl/Platform"], ["Core"]),
+    "Fenwhirl/HelperClient": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Entry", "Guard"], []),
     "Fenwhirl/Monitoring": (
         ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization", "Fenwhirl/HelperClient"], ["Core"]),
     "Fenwhirl/Processes": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization"], ["Core"]),
@@ -35,16 +36,19 @@ SUBSYSTEMS = {
          "Fenwhirl/Views/Components"],
         ["Core", "Gui", "Qml", "Quick"]),
     "Fenwhirl/Application": (
-        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Desktop", "Fenwhirl/Localization",
-         "Fenwhirl/HelperClient", "Fenwhirl/Monitoring", "Fenwhirl/Processes", "Fenwhirl/Updates", "Fenwhirl/Views",
-         "Fenwhirl/Views/Components"],
+        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Entry", "Fenwhirl/Platform/Desktop",
+         "Fenwhirl/Localization", "Fenwhirl/HelperClient", "Fenwhirl/Monitoring", "Fenwhirl/Processes",
+         "Fenwhirl/Updates", "Fenwhirl/Views", "Fenwhirl/Views/Components"],
         ["Core", "Gui", "Qml", "Quick", "QuickControls2", "Network", "DBus", "Widgets"]),
     "Guard": ([], []),
     "SimulatedMac": (["FenwhirlCore"], []),
 }
 
 # Where knowing a subsystem means one header of it only.
-SINGLE_HEADERS = {("SimulatedMac", "FenwhirlCore"): {"FenwhirlCore/SMCRecord.h"}}
+SINGLE_HEADERS = {
+    ("SimulatedMac", "FenwhirlCore"): {"FenwhirlCore/SMCRecord.h"},
+    ("Fenwhirl/HelperClient", "Guard"): {"Guard/GuardRecord.h"},
+}
 
 QML_MODULES = {"Fenwhirl.Components": "Fenwhirl/Views/Components", "Fenwhirl.Views": "Fenwhirl/Views"}
 

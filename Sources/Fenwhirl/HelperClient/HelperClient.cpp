@@ -1,0 +1,56 @@
+#include "Fenwhirl/HelperClient/HelperClient.h"
+
+#include "Fenwhirl/HelperClient/HelperInstallation.h"
+#include "Fenwhirl/Platform/Administrator.h"
+#include "Fenwhirl/Platform/Entry/ExecutablePath.h"
+
+namespace HelperClient {
+
+namespace {
+
+#ifdef FENWHIRL_SANITIZED
+constexpr bool isFitForRoot = false;
+#else
+constexpr bool isFitForRoot = true;
+#endif
+
+HelperInstallation& installation() {
+    static HelperInstallation shared({.helperPath = std::string(helperPath),
+                                      .executablePath = executablePath,
+                                      .runAsAdministrator = ::runAsAdministrator,
+                                      .group = std::string(administratorGroup()),
+                                      .isFitForRoot = isFitForRoot});
+    return shared;
+}
+
+} // namespace
+
+bool isInstalled() {
+    return installation().isInstalled();
+}
+
+std::optional<std::string> installedVersion() {
+    return installation().installedVersion();
+}
+
+bool run(const std::vector<std::string>& arguments) {
+    return installation().run(arguments);
+}
+
+std::string output(const std::vector<std::string>& arguments) {
+    return installation().output(arguments);
+}
+
+bool runAsAdministrator(const std::string& command) {
+    return ::runAsAdministrator(command);
+}
+
+bool install() {
+    return installation().install();
+}
+
+std::optional<std::string> installCommand(std::string_view executablePath) {
+    return installation().installCommand(executablePath);
+}
+
+} // namespace HelperClient

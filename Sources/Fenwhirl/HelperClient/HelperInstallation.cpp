@@ -1,0 +1,105 @@
+#include "Fenwhirl/HelperClient/HelperInstallation.h"
+
+#include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/HelperClient/OutputText.h"
+#include "Fenwhirl/Platform/ChildProcess.h"
+
+namespace {
+
+constexpr std::uint32_t root = 0;
+
+std::vector<std::string> helperArguments(const std::vector<std::string>& command) {
+    std::vector<std::string> arguments = {"--helper"};
+    arguments.insert(arguments.end(), command.begin(), command.end());
+    return arguments;
+}
+
+std::string parentFolder(const std::string& path) {
+    return path.substr(0, path.rfind('/'));
+}
+
+bool canStandInQuotes(std::string_view path) {
+    return !path.empty() && path.find_first_of(std::string_view("'\"\\\n\r\0", 6)) == std::string_view::npos;
+}
+
+} // namespace
+
+HelperInstallation::HelperInstallation(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+
+bool HelperInstallation::isInstalled() const {
+    const auto status = fileStatus(surroundings_.helperPath);
+    return status && status->kind != FileStatus::Kind::symbolicLink && status->isSetUserID() &&
+           status->owner == root;
+}
+
+std::optional<std::string> HelperInstallation::installedVersion() {
+    const auto status = fileStatus(surroundings_.helperPath);
+    if (!status)
+        return std::nullopt;
+    const std::lock_guard lock(versionLock_);
+    if (!knownVersion_ || knownVersion_->first != status->modified)
+        knownVersion_.emplace(status->modified, trimmed(output({"version"})));
+    return knownVersion_->second;
+}
+
+bool HelperInstallation::run(const std::vector<std::string>& arguments) const {
+    const auto result = runChild(surroundings_.helperPath, helperArguments(arguments), ChildOutput::discard,
+                                 ChildEnvironment::empty);
+    return result && result->succeeded();
+}
+
+std::string HelperInstallation::output(const std::vector<std::string>& arguments) const {
+    const auto result = runChild(surroundings_.helperPath, helperArguments(arguments), ChildOutput::capture,
+                                 ChildEnvironment::empty);
+    if (!result)
+        return std::string(HelperClient::launchFailureText);
+    return repairedUTF8(result->output);
+}
+
+bool HelperInstallation::install() const {
+    if (!surroundings_.isFitForRoot)
+        return false;
+    const auto executable = surroundings_.executablePath();
+    if (!executable)
+        return false;
+    const auto command = installCommand(*executable);
+    if (!command || !isPathRootControlled())
+        return false;
+    return surroundings_.runAsAdministrator(*command) && isInstalled();
+}
+
+std::optional<std::string> HelperInstallation::installCommand(std::string_view executable) const {
+    const std::string& helper = surroundings_.helperPath;
+    if (!canStandInQuotes(executable) || !canStandInQuotes(helper))
+        return std::nullopt;
+    const std::string quotedHelper = "'" + helper + "'";
+    std::string command = "mkdir -p " + parentFolder(helper);
+    command += " && cp '";
+    command += executable;
+    command += "' " + quotedHelper;
+    command += " && chown root:" + surroundings_.group + " " + quotedHelper;
+    command += " && chmod 4755 " + quotedHelper;
+    return command;
+}
+
+bool HelperInstallation::isPathRootControlled() const {
+    bool isSharedFolder = false;
+    const std::string home = parentFolder(surroundings_.helperPath);
+    for (std::string folder = home; !folder.empty(); folder = parentFolder(folder)) {
+        const auto status = fileStatus(folder);
+        if (!status)
+            continue;
+        if (status->kind != FileStatus::Kind::directory || status->owner != root)
+            return false;
+        if (status->isWritableByOthers() && !status->isSticky())
+            return false;
+        if (folder == home)
+            isSharedFolder = status->isWritableByOthers();
+    }
+    // In a sticky folder that others may write to, they can exchange what is theirs between the steps of the
+    // command; only a file that is already root's stays what it is.
+    if (!isSharedFolder)
+        return true;
+    const auto present = fileStatus(surroundings_.helperPath);
+    return present && present->kind == FileStatus::Kind::regular && present->owner == root;
+}

@@ -1,0 +1,55 @@
+// One installed helper: the file, what it answers, and how it comes there.
+//
+// HelperClient is this for the one place that the product uses; the class exists because nothing in it
+// depends on that place.
+//
+// Threads: as HelperClient. Everything but the version cache is immutable after construction.
+
+#pragma once
+
+#include "Fenwhirl/Platform/FileStatus.h"
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+class HelperInstallation {
+public:
+    struct Surroundings {
+        std::string helperPath; // absolute
+        // The executable that `install` copies, if it is known.
+        std::function<std::optional<std::string>()> executablePath;
+        // Runs a shell command as root with the user's consent; true when it ran and succeeded.
+        std::function<bool(const std::string& command)> runAsAdministrator;
+        // The group of id 0.
+        std::string group;
+        // Whether this build may become a set-user-ID program. One with sanitizers may not: their run-time
+        // library writes files as root wherever its environment says.
+        bool isFitForRoot = true;
+    };
+
+    explicit HelperInstallation(Surroundings surroundings);
+
+    [[nodiscard]] bool isInstalled() const;
+    [[nodiscard]] std::optional<std::string> installedVersion();
+    [[nodiscard]] bool run(const std::vector<std::string>& arguments) const;
+    [[nodiscard]] std::string output(const std::vector<std::string>& arguments) const;
+    [[nodiscard]] bool install() const;
+
+    // The shell command that copies `executable` to the helper's path; nothing when a path cannot stand
+    // between single quotes inside a double-quoted text.
+    [[nodiscard]] std::optional<std::string> installCommand(std::string_view executable) const;
+
+    // Whether only root decides what lies at the helper's path while the command runs. Folders that are
+    // missing are made by root.
+    [[nodiscard]] bool isPathRootControlled() const;
+
+private:
+    Surroundings surroundings_;
+    std::mutex versionLock_;
+    std::optional<std::pair<FileStatus::Stamp, std::string>> knownVersion_; // guarded by versionLock_
+};

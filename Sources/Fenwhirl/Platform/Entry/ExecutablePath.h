@@ -1,0 +1,20 @@
+// Where this installation of the program lies. All paths are absolute and free of links.
+//
+// Part of the set-user-ID executable: needs the C library only. Thread-safe; nothing is cached.
+
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The file that this process was started from; absent when the system cannot tell.
+[[nodiscard]] std::optional<std::string> executablePath();
+
+// The application's library that belongs to an executable: Linux ../lib/fenwhirl/libFenwhirlApp.so, macOS
+// ../Frameworks/libFenwhirlApp.dylib, each from the executable's folder.
+[[nodiscard]] std::string applicationLibraryPath(std::string_view executable);
+
+// The guard that belongs to an executable and hands the fans back when the application was killed; absent
+// where there is none (macOS).
+[[nodiscard]] std::optional<std::string> guardPath(std::string_view executable);

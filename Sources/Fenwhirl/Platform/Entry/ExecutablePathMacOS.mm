@@ -1,0 +1,27 @@
+#include "Fenwhirl/Platform/Entry/ExecutablePath.h"
+
+#include <climits>
+#include <cstdint>
+#include <cstdlib>
+#include <mach-o/dyld.h>
+
+std::optional<std::string> executablePath() {
+    char raw[PATH_MAX] = {};
+    std::uint32_t size = sizeof raw;
+    if (_NSGetExecutablePath(raw, &size) != 0)
+        return std::nullopt;
+    char resolved[PATH_MAX] = {};
+    if (realpath(raw, resolved) == nullptr)
+        return std::nullopt;
+    return std::string(resolved);
+}
+
+std::string applicationLibraryPath(std::string_view executable) {
+    for (int name = 0; name < 2; ++name)
+        executable = executable.substr(0, executable.rfind('/'));
+    return std::string(executable) + "/Frameworks/libFenwhirlApp.dylib";
+}
+
+std::optional<std::string> guardPath(std::string_view) {
+    return std::nullopt;
+}

@@ -1,0 +1,70 @@
+#include "Fenwhirl/Platform/Entry/HelperProcessSystem.h"
+
+#include <array>
+#include <charconv>
+#include <cstdlib>
+#include <fcntl.h>
+#include <limits>
+#include <string_view>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace HelperProcess {
+
+void closeDescriptorsFrom(int first) {
+    if (close_range(static_cast<unsigned>(first), std::numeric_limits<unsigned>::max(), 0) == 0)
+        return;
+    // Kernels before 5.9. A descriptor above the hard limit can only be left from before the limit was
+    // lowered.
+    rlimit limit = {};
+    const bool known = getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_max <= 1U << 20U;
+    const int end = known ? static_cast<int>(limit.rlim_max) : 1 << 20;
+    for (int descriptor = first; descriptor < end; ++descriptor)
+        close(descriptor);
+}
+
+std::uint64_t ignoredSignals() {
+    // One read instead of a system call for each signal: most of the helper's life is its start. The name in
+    // parentheses is the caller's choice and may hold anything; what follows the last parenthesis are
+    // numbers.
+    constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
+    constexpr int fieldsBetweenNameAndMask = 28;
+    const int file = open("/proc/self/stat", O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+        return all;
+    std::array<char, 2048> buffer = {};
+    const ssize_t length = read(file, buffer.data(), buffer.size());
+    close(file);
+    if (length <= 0)
+        return all;
+    std::string_view text(buffer.data(), static_cast<std::size_t>(length));
+    const auto name = text.rfind(')');
+    if (name == std::string_view::npos)
+        return all;
+    text.remove_prefix(name + 1);
+    for (int field = 0; field <= fieldsBetweenNameAndMask; ++field) {
+        const auto blank = text.find(' ');
+        if (blank == std::string_view::npos)
+            return all;
+        text.remove_prefix(blank + 1);
+    }
+    std::uint64_t mask = all;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), mask);
+    return error == std::errc() && stop != text.data() ? mask : all;
+}
+
+void forbidTracing() {
+    prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
+    // The kernel has refused this silently before; a root process that its caller can read is worse than
+    // none.
+    if (prctl(PR_GET_DUMPABLE, 0, 0, 0, 0) != 0)
+        std::abort();
+}
+
+void becomeRootEntirely() {
+    if (setresuid(0, 0, 0) != 0)
+        return;
+}
+
+} // namespace HelperProcess
