@@ -1,0 +1,36 @@
+// What the file system says about one path, without opening it and without following a link in its last
+// name.
+//
+// Thread-safe.
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+struct FileStatus {
+    enum class Kind { regular, directory, symbolicLink, other };
+
+    // When the contents last changed, as finely as the file system keeps it.
+    struct Stamp {
+        std::int64_t seconds; // since 1970
+        std::int64_t nanoseconds;
+
+        bool operator==(const Stamp&) const = default;
+    };
+
+    Kind kind;
+    std::uint32_t owner;       // user id
+    std::uint32_t permissions; // the twelve permission bits
+    Stamp modified;
+
+    [[nodiscard]] bool isSetUserID() const { return (permissions & 04000U) != 0; }
+
+    [[nodiscard]] bool isSticky() const { return (permissions & 01000U) != 0; }
+
+    [[nodiscard]] bool isWritableByOthers() const { return (permissions & 0022U) != 0; } // group or world
+};
+
+// Absent when there is no such file or it may not be looked at.
+[[nodiscard]] std::optional<FileStatus> fileStatus(const std::string& path);

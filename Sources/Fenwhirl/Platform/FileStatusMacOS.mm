@@ -1,0 +1,5 @@
+#include "Fenwhirl/Platform/FileStatusSystem.h"
+
+FileStatus::Stamp modificationStamp(const struct stat& status) {
+    return {.seconds = status.st_mtimespec.tv_sec, .nanoseconds = status.st_mtimespec.tv_nsec};
+}
