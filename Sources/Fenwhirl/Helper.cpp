@@ -59,8 +59,8 @@ int status(bool succeeded) {
 
 int handBackAll(SMC& smc) {
     bool allSucceeded = true;
-    const int count = smc.fanCount();
-    for (int index = 0; index < count; ++index)
+    const std::int64_t count = smc.fanCount();
+    for (std::int64_t index = 0; index < count; ++index)
         allSucceeded = smc.resetFan(index) && allSucceeded;
     return status(allSucceeded);
 }
