@@ -6,10 +6,12 @@ there ("help" lists them).
 """
 
 import argparse
+import contextlib
 import pathlib
 import signal
 import subprocess
 import sys
+import threading
 import time
 
 
@@ -21,20 +23,29 @@ def main():
     options.add_argument("--speed", required=True)
     chosen = options.parse_args()
 
+    # A session of its own: Ctrl-C is for Fenwhirl, which then hands the fans back and needs the simulated Mac for that.
     mac = subprocess.Popen([chosen.build / "bin/simulated-mac", "--machine", chosen.machine, "--heat", chosen.heat,
-                            "--speed", chosen.speed])
+                            "--speed", chosen.speed], stdin=subprocess.PIPE, start_new_session=True)
     socket = pathlib.Path("/run/fenwhirl/AppleSMC")
     while not socket.exists():
         if mac.poll() is not None:
             return mac.returncode
         time.sleep(0.02)
     application = subprocess.Popen([chosen.build / "bin/Fenwhirl"], stdin=subprocess.DEVNULL)
-    # Ctrl-C reaches all three of us; Fenwhirl then hands the fans back, and the simulated Mac has to outlive that.
     signal.signal(signal.SIGINT, signal.SIG_IGN)
+    threading.Thread(target=pass_commands_on, args=(mac,), daemon=True).start()
     status = application.wait()
     mac.terminate()
     mac.wait()
     return status if status >= 0 else 128 - status
+
+
+def pass_commands_on(mac):
+    """What is typed on the terminal goes to the simulated Mac."""
+    with contextlib.suppress(OSError):
+        for line in sys.stdin:
+            mac.stdin.write(line.encode())
+            mac.stdin.flush()
 
 
 if __name__ == "__main__":
