@@ -15,7 +15,7 @@ constexpr std::array<TextKey, 8> generatedWords = {u"Cœur CPU",  u"Cœur perfor
 } // namespace
 
 QString SensorLabel::name(const QString& key) {
-    const QString french = QString::fromStdString(SensorNames::friendly(key.toStdString()));
+    QString french = QString::fromStdString(SensorNames::friendly(key.toStdString()));
     if (const auto translated = Localizer::lookup(french)) {
         return *translated;
     }
