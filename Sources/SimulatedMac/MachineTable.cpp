@@ -1,0 +1,137 @@
+#include "SimulatedMac/MachineTable.h"
+
+#include "FenwhirlCore/SMCRecord.h"
+#include "SimulatedMac/TextParsing.h"
+#include "SimulatedMac/ValueCoding.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace simulated {
+
+namespace {
+
+constexpr std::string_view header = "index,key,key_hex,type_hex,size,attributes_hex,value_hex";
+constexpr std::string_view unreadable = "unreadable:";
+
+std::optional<KeyRecord> parseLine(std::string_view line, std::size_t index) {
+    const auto fields = splitFields(line, ',');
+    // A key may itself hold the separator; the columns after it are counted from the end.
+    if (fields.size() < 7) {
+        return std::nullopt;
+    }
+    const auto last = fields.end();
+    const auto number = parseWhole(fields[0]);
+    const auto code = parseHex(*(last - 5));
+    const auto type = parseHex(*(last - 4));
+    const auto size = parseWhole(*(last - 3));
+    const auto attributes = parseHex(*(last - 2));
+    const std::string_view value = *(last - 1);
+    if (number != index || !code || !type || !size || *size > 0xFFFFFFFFU || !attributes ||
+        *attributes > 0xFF) {
+        return std::nullopt;
+    }
+    KeyRecord record{.code = *code,
+                     .type = *type,
+                     .size = static_cast<std::uint32_t>(*size),
+                     .attributes = static_cast<std::uint8_t>(*attributes)};
+    if (value.starts_with(unreadable)) {
+        const auto result = parseHex(value.substr(unreadable.size()));
+        if (!result || *result == 0 || *result > 0xFF) {
+            return std::nullopt;
+        }
+        record.readResult = static_cast<std::uint8_t>(*result);
+        return record;
+    }
+    if ((record.attributes & attributeReadable) == 0) {
+        record.readResult = SMCResult::notReadable;
+    }
+    const auto bytes = parseHexBytes(value, record.bytes.size());
+    if (!bytes || (!bytes->empty() && bytes->size() != std::min<std::size_t>(record.size, 32))) {
+        return std::nullopt;
+    }
+    std::copy(bytes->begin(), bytes->end(), record.bytes.begin());
+    return record;
+}
+
+char lower(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+bool sameName(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return lower(x) == lower(y); });
+}
+
+} // namespace
+
+std::optional<MachineTable> parseMachineTable(std::string_view name, std::string_view csv,
+                                              std::string& error) {
+    MachineTable table{.name = std::string(name), .keys = {}};
+    std::size_t lineNumber = 0;
+    while (!csv.empty()) {
+        const std::size_t end = csv.find('\n');
+        std::string_view line = csv.substr(0, end);
+        csv.remove_prefix(end == csv.npos ? csv.size() : end + 1);
+        ++lineNumber;
+        if (line.ends_with('\r')) {
+            line.remove_suffix(1);
+        }
+        if (lineNumber == 1) {
+            if (line != header) {
+                error = "line 1: not the expected column names";
+                return std::nullopt;
+            }
+            continue;
+        }
+        if (line.empty()) {
+            continue;
+        }
+        auto record = parseLine(line, table.keys.size());
+        if (!record) {
+            error = "line " + std::to_string(lineNumber) + ": malformed: " + std::string(line);
+            return std::nullopt;
+        }
+        table.keys.push_back(*record);
+    }
+    if (table.keys.empty()) {
+        error = "no keys";
+        return std::nullopt;
+    }
+    return table;
+}
+
+std::optional<MachineTable> findMachine(std::string_view name) {
+    for (const EmbeddedTable& embedded : embeddedTables()) {
+        if (sameName(embedded.name, name)) {
+            std::string error;
+            return parseMachineTable(embedded.name, embedded.csv, error);
+        }
+    }
+    return std::nullopt;
+}
+
+std::string describeMachine(const MachineTable& table) {
+    double fans = 0;
+    std::size_t sensors = 0;
+    std::string control;
+    std::string unlock;
+    for (const KeyRecord& key : table.keys) {
+        if (key.code == fourCC("FNum")) {
+            fans = decodeValue(key.type, key.bytes).value_or(0);
+        } else if (key.code == fourCC("FS! ")) {
+            control = ", forced-fan mask";
+        } else if (key.code == fanKey(0, "Md") || key.code == fanKey(0, "md")) {
+            control = ", mode keys";
+        } else if (key.code == fourCC("Ftst")) {
+            unlock = " behind an unlock flag";
+        }
+        const bool temperatureType = key.type == fourCC("sp78") || key.type == fourCC("flt ");
+        sensors += (key.code >> 24) == 'T' && temperatureType && key.readResult == 0 ? 1 : 0;
+    }
+    const std::string count = fans > 0 ? fixedText(fans, 0) : std::string("no");
+    return count + (count == "1" ? " fan" : " fans") + control + unlock + ", " + std::to_string(sensors) +
+           " temperature keys, " + std::to_string(table.keys.size()) + " keys";
+}
+
+} // namespace simulated
