@@ -1,0 +1,73 @@
+// The physical Mac: its thermal network, its fans and its sensors moved together.
+//
+// `MacModel` is what never changes, `MacState` all that does, `MacInputs` what acts from outside; `advance`
+// is the only thing that happens. All are plain values without clock, files or randomness, so that a course
+// can be repeated exactly.
+
+#pragma once
+
+#include "SimulatedMac/FanFirmware.h"
+#include "SimulatedMac/FanModel.h"
+#include "SimulatedMac/MachineProfile.h"
+#include "SimulatedMac/MachineTable.h"
+#include "SimulatedMac/SensorModel.h"
+#include "SimulatedMac/ThermalModel.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace simulated {
+
+struct Heat {
+    double processorWatts = 0;
+    double graphicsWatts = 0;
+};
+
+struct MacModel {
+    MachinePowers powers;
+    ThermalParameters thermal;
+    AutomaticCurve curve;
+    ThermalState reference; // the network at the moment of the recording
+    Heat recorded;          // the heat that keeps it there
+    Heat idle;              // of a computer that does nothing
+    std::vector<Sensor> sensors;
+};
+
+struct FanState {
+    double rpm = 0;
+    double targetRPM = 0; // what the wheel is steered to
+};
+
+struct MacState {
+    double seconds = 0; // simulated time
+    ThermalState thermal;
+    double controlCelsius = 0; // the smoothed die temperature that the automatic curve follows
+    unsigned fanCount = 0;
+    std::array<FanState, FanFirmware::mostFans> fans{};
+};
+
+struct FanInput {
+    FanLimits limits;
+    std::optional<double> manualTargetRPM; // absent = automatic
+};
+
+struct MacInputs {
+    Heat heat;
+    bool asleep = false; // no heat, fans at rest
+    std::array<FanInput, FanFirmware::mostFans> fans{};
+};
+
+// The model of a machine, fitted so that it stands at its recorded values.
+[[nodiscard]] MacModel makeModel(const MachineTable& table);
+
+// The state at the recording.
+[[nodiscard]] MacState recordedState(const MacModel& model, const MachineTable& table);
+
+// Moves the state on by `seconds`.
+void advance(MacState& state, const MacModel& model, const MacInputs& inputs, double seconds);
+
+// The share of its maximum at which the fans turn, averaged over them; 0 without fans.
+[[nodiscard]] double airflow(const MacState& state, const MacInputs& inputs);
+
+} // namespace simulated
