@@ -1,0 +1,91 @@
+#include "SimulatedMac/FanFirmware.h"
+
+#include "FenwhirlCore/SMCRecord.h"
+
+#include <algorithm>
+
+namespace simulated {
+
+namespace {
+
+constexpr FourCC maskKey = fourCC("FS! ");
+constexpr FourCC unlockKey = fourCC("Ftst");
+
+bool isSet(const std::optional<double>& number) {
+    return number && *number != 0;
+}
+
+} // namespace
+
+FanFirmware::FanFirmware(const KeyStore& keys) {
+    learn(keys);
+}
+
+void FanFirmware::learn(const KeyStore& keys) {
+    hasUnlock_ = keys.find(unlockKey) != nullptr;
+    modeKeys_.clear();
+    const double fans = keys.number(fourCC("FNum")).value_or(0);
+    count_ = static_cast<unsigned>(std::max(0.0, std::min<double>(fans, mostFans)));
+    for (unsigned fan = 0; fan < count_; ++fan) {
+        for (const FourCC code : {fanKey(fan, "Md"), fanKey(fan, "md")}) {
+            if (keys.find(code) != nullptr) {
+                modeKeys_.push_back(code);
+            }
+        }
+    }
+}
+
+FanLimits FanFirmware::limits(const KeyStore& keys, unsigned fan) const {
+    return {.minimumRPM = keys.number(fanKey(fan, "Mn")).value_or(0),
+            .maximumRPM = keys.number(fanKey(fan, "Mx")).value_or(6000)};
+}
+
+bool FanFirmware::isManual(const KeyStore& keys, unsigned fan) const {
+    const auto mask = static_cast<std::uint64_t>(keys.number(maskKey).value_or(0));
+    return ((mask >> fan) & 1U) != 0 || isSet(keys.number(fanKey(fan, "Md"))) ||
+           isSet(keys.number(fanKey(fan, "md")));
+}
+
+bool FanFirmware::isUnlocked(const KeyStore& keys, double steadySeconds) const {
+    if (!hasUnlock_) {
+        return true;
+    }
+    return isSet(keys.number(unlockKey)) && unlockSeconds_ && unlockedSince_ &&
+           steadySeconds - *unlockedSince_ >= *unlockSeconds_;
+}
+
+bool FanFirmware::isModeKey(FourCC code) const {
+    return std::find(modeKeys_.begin(), modeKeys_.end(), code) != modeKeys_.end();
+}
+
+std::uint8_t FanFirmware::judgeWrite(const KeyStore& keys, FourCC code, std::span<const std::uint8_t> bytes,
+                                     double steadySeconds) const {
+    if (!isModeKey(code) || isUnlocked(keys, steadySeconds)) {
+        return SMCResult::success;
+    }
+    const bool handsBack =
+        std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t byte) { return byte == 0; });
+    return handsBack ? SMCResult::success : SMCResult::notWritable;
+}
+
+void FanFirmware::wrote(KeyStore& keys, FourCC code, double steadySeconds) {
+    if (code != unlockKey) {
+        return;
+    }
+    if (!isSet(keys.number(unlockKey))) {
+        forget(keys);
+    } else if (!unlockedSince_) { // writing 1 again does not start the waiting time anew
+        unlockedSince_ = steadySeconds;
+    }
+}
+
+void FanFirmware::forget(KeyStore& keys) {
+    keys.setNumber(maskKey, 0);
+    keys.setNumber(unlockKey, 0);
+    for (const FourCC code : modeKeys_) {
+        keys.setNumber(code, 0);
+    }
+    unlockedSince_.reset();
+}
+
+} // namespace simulated
