@@ -1,0 +1,64 @@
+// The running program: one simulated Mac, its socket, its commands, and the loop that waits for all of them.
+//
+// The loop sleeps until a client asks, a command comes, a late reply is due, a command waits for something,
+// or a terminal wants its line renewed; with nothing of that it never wakes.
+
+#pragma once
+
+#include "SimulatedMac/AnswerFaults.h"
+#include "SimulatedMac/CommandStream.h"
+#include "SimulatedMac/Mac.h"
+#include "SimulatedMac/Options.h"
+#include "SimulatedMac/SMCServer.h"
+#include "SimulatedMac/SocketPlace.h"
+#include "SimulatedMac/Terminal.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace simulated {
+
+class Simulation {
+public:
+    // Sets everything up. Null when something is missing; `error` says what.
+    [[nodiscard]] static std::unique_ptr<Simulation> make(const Options& options, std::string& error);
+
+    Simulation(const Simulation&) = delete;
+    Simulation& operator=(const Simulation&) = delete;
+    ~Simulation();
+
+    // Announces that clients are welcome and serves them until a signal or a command ends it. Exit status.
+    [[nodiscard]] int run();
+
+private:
+    Simulation(const Options& options, const MachineTable& table);
+
+    [[nodiscard]] bool prepare(std::string& error);
+    [[nodiscard]] bool watch(int file, std::uint64_t tag);
+    [[nodiscard]] int timeoutMilliseconds(Instant now) const;
+    void handle(std::uint64_t tag, std::uint32_t events, Instant now);
+    void readInput();
+    void watchInput(bool watched);
+    void runCommands(Instant now);
+    void logWrite(const WriteEntry& entry) const;
+
+    Options options_;
+    Mac mac_;
+    AnswerFaults faults_;
+    Terminal terminal_;
+    CommandStream input_;
+    CommandStream script_;
+    LineCutter lines_;
+    int epoll_ = -1;
+    int signals_ = -1;
+    int writeLog_ = -1;
+    bool inputOpen_ = true;
+    bool inputWatched_ = false;
+    double paintedSeconds_ = 0;
+    std::unique_ptr<SocketPlace> place_;
+    std::unique_ptr<SMCServer> server_;
+    std::unique_ptr<CommandContext> context_;
+};
+
+} // namespace simulated
