@@ -1,0 +1,25 @@
+// What this program says about itself: the facts of its bundle.
+//
+// On macOS they are read from the main bundle's Info.plist; elsewhere there is no bundle and they are those
+// of the build.
+//
+// Threads: any.
+
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace BundleInfo {
+
+// The name ("Fenwhirl"); absent when the bundle has none or it is no text.
+[[nodiscard]] std::optional<QString> name();
+
+// The version that users see ("0.1"); absent under the same conditions.
+[[nodiscard]] std::optional<QString> shortVersion();
+
+// The bundle's folder; empty where there are no bundles.
+[[nodiscard]] QString path();
+
+} // namespace BundleInfo

@@ -1,0 +1,13 @@
+#include "Fenwhirl/Platform/BundleInfo.h"
+
+std::optional<QString> BundleInfo::name() {
+    return QStringLiteral(FENWHIRL_BUNDLE_NAME);
+}
+
+std::optional<QString> BundleInfo::shortVersion() {
+    return QStringLiteral(FENWHIRL_VERSION);
+}
+
+QString BundleInfo::path() {
+    return {};
+}

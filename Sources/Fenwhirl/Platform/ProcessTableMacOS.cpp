@@ -1,0 +1,62 @@
+#include "Fenwhirl/Platform/ProcessListingTool.h"
+#include "Fenwhirl/Platform/ProcessTable.h"
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <sys/sysctl.h>
+#include <sys/types.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+class ProcessTableMacOS final : public ProcessTable {
+public:
+    explicit ProcessTableMacOS(ProcessTableSettings settings) : settings_(std::move(settings)) {}
+
+    std::optional<QByteArray> listing() override {
+        return runListingTool(settings_.tool, {"-A", "-o", "pid=,pcpu=,rss=,comm="}, settings_.limit,
+                              cancelled_);
+    }
+
+    void cancel() override { cancelled_.cancel(); }
+
+private:
+    ProcessTableSettings settings_;
+    Cancellation cancelled_;
+};
+
+} // namespace
+
+std::unique_ptr<ProcessTable> openProcessTable(ProcessTableSettings settings) {
+    return std::make_unique<ProcessTableMacOS>(std::move(settings));
+}
+
+std::optional<ProcessStart> startOfProcess(std::int32_t pid) {
+    if (pid <= 0) {
+        return std::nullopt;
+    }
+    std::array<int, 4> name = {CTL_KERN, KERN_PROC, KERN_PROC_PID, pid};
+    kinfo_proc process = {};
+    std::size_t size = sizeof process;
+    // Without such a process the call succeeds and yields nothing.
+    if (sysctl(name.data(), static_cast<unsigned>(name.size()), &process, &size, nullptr, 0) != 0 ||
+        size < sizeof process || process.kp_proc.p_pid != pid) {
+        return std::nullopt;
+    }
+    const timeval& start = process.kp_proc.p_starttime;
+    constexpr ProcessStart microsecondsPerSecond = 1'000'000;
+    return static_cast<ProcessStart>(start.tv_sec) * microsecondsPerSecond +
+           static_cast<ProcessStart>(start.tv_usec);
+}
+
+void signalProcess(std::int32_t pid, ProcessStart start, int signal) {
+    if (pid > 0 && pid != getpid() && startOfProcess(pid) == start) {
+        (void)kill(pid, signal);
+    }
+}
+
+int activeProcessorCount() {
+    return static_cast<int>(std::clamp(sysconf(_SC_NPROCESSORS_ONLN), 1L, 1L << 20));
+}

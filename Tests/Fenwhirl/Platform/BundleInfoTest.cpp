@@ -1,0 +1,12 @@
+#include "Fenwhirl/Platform/BundleInfo.h"
+
+#include <gtest/gtest.h>
+
+TEST(BundleInfo, KnowsNameAndVersionOfTheBuild) {
+    EXPECT_EQ(BundleInfo::name(), QStringLiteral("Fenwhirl"));
+    EXPECT_EQ(BundleInfo::shortVersion(), QStringLiteral("0.1"));
+}
+
+TEST(BundleInfo, HasNoBundleFolderOutsideMacOS) {
+    EXPECT_EQ(BundleInfo::path(), QString());
+}
