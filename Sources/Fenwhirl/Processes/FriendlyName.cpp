@@ -1,0 +1,45 @@
+#include "Fenwhirl/Processes/FriendlyName.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+struct LabelledProcess {
+    QStringView name;
+    QStringView label;
+};
+
+constexpr std::array labelledProcesses = {
+    LabelledProcess{u"WindowServer", u"Affichage de l'écran"},
+    LabelledProcess{u"TouchBarServer", u"Touch Bar"},
+    LabelledProcess{u"ControlStrip", u"Touch Bar (barre de contrôle)"},
+    LabelledProcess{u"BTLEServer", u"Bluetooth"},
+    LabelledProcess{u"bluetoothd", u"Bluetooth"},
+    LabelledProcess{u"UniversalControl", u"Contrôle universel (Mac et iPad)"},
+    LabelledProcess{u"com.apple.Virtualization.VirtualMachine", u"Machine virtuelle"},
+    LabelledProcess{u"kernel_task", u"Système macOS (refroidissement)"},
+    LabelledProcess{u"mds_stores", u"Recherche Spotlight"},
+    LabelledProcess{u"mdworker_shared", u"Recherche Spotlight"},
+    LabelledProcess{u"backupd", u"Time Machine"},
+    LabelledProcess{u"photoanalysisd", u"Analyse des Photos"},
+    LabelledProcess{u"cloudd", u"iCloud"},
+    LabelledProcess{u"bird", u"iCloud Drive"},
+    LabelledProcess{u"coreaudiod", u"Son"},
+    LabelledProcess{u"duetexpertd", u"Suggestions de macOS"},
+    LabelledProcess{u"com.apple.AppleUserHIDDrivers", u"Clavier, souris et trackpad"},
+    LabelledProcess{u"Dock", u"Dock"},
+    LabelledProcess{u"Finder", u"Finder"},
+};
+
+} // namespace
+
+std::optional<QString> systemProcessLabel(QStringView processName) {
+    const auto* const found =
+        std::find_if(labelledProcesses.begin(), labelledProcesses.end(),
+                     [processName](const LabelledProcess& process) { return process.name == processName; });
+    if (found == labelledProcesses.end()) {
+        return std::nullopt;
+    }
+    return found->label.toString();
+}

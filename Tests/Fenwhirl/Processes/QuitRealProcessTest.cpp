@@ -1,0 +1,182 @@
+#include "Fenwhirl/Processes/ProcessMonitor.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <ctime>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int patienceMilliseconds = 20'000;
+
+// An application bundle with a program that keeps a processor busy, and its running process.
+class BusyApp {
+public:
+    explicit BusyApp(bool ignoresTermination = false) {
+        const std::filesystem::path bundle =
+            std::filesystem::path(folder_.path().toStdString()) / "Demo App.app";
+        const std::filesystem::path program = bundle / "Contents" / "MacOS" / "Demo App";
+        std::filesystem::create_directories(program.parent_path());
+        std::filesystem::copy_file("/usr/bin/yes", program);
+        path_ = QString::fromStdString(std::filesystem::canonical(bundle).string());
+        start(program.string(), ignoresTermination);
+    }
+
+    ~BusyApp() {
+        if (pid_ > 0) {
+            (void)kill(pid_, SIGKILL);
+            (void)endedBy();
+        }
+    }
+
+    BusyApp(const BusyApp&) = delete;
+    BusyApp& operator=(const BusyApp&) = delete;
+    BusyApp(BusyApp&&) = delete;
+    BusyApp& operator=(BusyApp&&) = delete;
+
+    [[nodiscard]] const QString& path() const { return path_; }
+
+    [[nodiscard]] pid_t pid() const { return pid_; }
+
+    // Waits for the end; the signal that caused it.
+    int endedBy() {
+        int status = 0;
+        (void)waitpid(pid_, &status, 0);
+        pid_ = 0;
+        return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    }
+
+private:
+    void start(const std::string& program, bool ignoresTermination) {
+        std::array<char*, 2> arguments = {const_cast<char*>("Demo"), nullptr};
+        posix_spawn_file_actions_t actions = {};
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+        // What is ignored stays ignored in the child.
+        const auto before = std::signal(SIGTERM, ignoresTermination ? SIG_IGN : SIG_DFL);
+        EXPECT_EQ(posix_spawn(&pid_, program.c_str(), &actions, nullptr, arguments.data(), nullptr), 0);
+        (void)std::signal(SIGTERM, before);
+        posix_spawn_file_actions_destroy(&actions);
+    }
+
+    QTemporaryDir folder_;
+    QString path_;
+    pid_t pid_ = 0;
+};
+
+ProcessServices quickServices() {
+    ProcessServices services = systemProcessServices();
+    services.interval = 200ms;
+    services.delayAfterQuit = 10ms;
+    return services;
+}
+
+const AppLoad* entryOf(const ProcessMonitor& monitor, const QString& path) {
+    const QList<AppLoad>& apps = monitor.apps();
+    const auto found =
+        std::find_if(apps.begin(), apps.end(), [&path](const AppLoad& app) { return app.id == path; });
+    return found == apps.end() ? nullptr : &*found;
+}
+
+// The application's entry, as soon as it is listed.
+AppLoad waitUntilListed(ProcessMonitor& monitor, const QString& path) {
+    QSignalSpy published(&monitor, &ProcessMonitor::appsChanged);
+    monitor.start();
+    while (entryOf(monitor, path) == nullptr) {
+        if (!published.wait(patienceMilliseconds)) {
+            ADD_FAILURE() << "never listed";
+            return {};
+        }
+    }
+    monitor.stop();
+    return *entryOf(monitor, path);
+}
+
+} // namespace
+
+TEST(QuitRealProcess, ListsABusyApplication) {
+    const BusyApp busy;
+    ProcessMonitor monitor(quickServices());
+    const AppLoad app = waitUntilListed(monitor, busy.path());
+    EXPECT_EQ(app.name, QStringLiteral("Demo App"));
+    EXPECT_EQ(app.appPath, busy.path());
+    EXPECT_EQ(app.pids, QList<qint32>{busy.pid()});
+    EXPECT_TRUE(app.canQuit);
+    EXPECT_GE(app.cpu, 0.2);
+    EXPECT_LE(app.cpu, 100);
+    EXPECT_GT(app.memoryMB, 0);
+    EXPECT_GE(monitor.totalCPU(), app.cpu);
+}
+
+TEST(QuitRealProcess, EndsAnApplicationAndShowsThatItIsGone) {
+    BusyApp busy;
+    ProcessMonitor monitor(quickServices());
+    const AppLoad app = waitUntilListed(monitor, busy.path());
+    QSignalSpy published(&monitor, &ProcessMonitor::appsChanged);
+    monitor.quit(app, false);
+    EXPECT_EQ(busy.endedBy(), SIGTERM);
+    while (entryOf(monitor, busy.path()) != nullptr) {
+        ASSERT_TRUE(published.wait(patienceMilliseconds));
+        monitor.refresh();
+    }
+}
+
+TEST(QuitRealProcess, KillsAnApplicationThatDoesNotWantToEnd) {
+    BusyApp busy(true);
+    ProcessMonitor monitor(quickServices());
+    const AppLoad app = waitUntilListed(monitor, busy.path());
+    monitor.quit(app, false);
+    monitor.quit(app, true);
+    EXPECT_EQ(busy.endedBy(), SIGKILL);
+}
+
+TEST(QuitRealProcess, IsSilentAboutAnApplicationThatHasEnded) {
+    BusyApp busy;
+    ProcessMonitor monitor(quickServices());
+    const AppLoad app = waitUntilListed(monitor, busy.path());
+    (void)kill(busy.pid(), SIGKILL);
+    (void)busy.endedBy();
+    monitor.quit(app, true);
+}
+
+TEST(QuitRealProcess, SparesTheProcessThatGotTheIdentifierOfAnEndedOne) {
+    const auto first = std::make_unique<BusyApp>();
+    ProcessMonitor monitor(quickServices());
+    const AppLoad app = waitUntilListed(monitor, first->path());
+    const pid_t pid = first->pid();
+    (void)kill(pid, SIGKILL);
+    (void)first->endedBy();
+
+    // The kernel gives the identifier after the one written here; others may be quicker to take it.
+    std::unique_ptr<BusyApp> second;
+    for (int attempt = 0; attempt < 200 && (second == nullptr || second->pid() != pid); ++attempt) {
+        second.reset();
+        std::ofstream last("/proc/sys/kernel/ns_last_pid");
+        last << pid - 1 << std::flush;
+        if (!last) {
+            GTEST_SKIP() << "only an administrator can choose the next process identifier";
+        }
+        second = std::make_unique<BusyApp>();
+    }
+    if (second->pid() != pid) {
+        GTEST_SKIP() << "other processes took the identifier each time";
+    }
+    monitor.quit(app, true);
+    // Had it been killed, this signal would come too late to be what ended it.
+    (void)kill(pid, SIGTERM);
+    EXPECT_EQ(second->endedBy(), SIGTERM);
+}
