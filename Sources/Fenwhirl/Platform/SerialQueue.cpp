@@ -1,5 +1,6 @@
 #include "Fenwhirl/Platform/SerialQueue.h"
 
+#include "Fenwhirl/Platform/AlternateSignalStack.h"
 #include "Fenwhirl/Platform/ThreadName.h"
 
 #include <cstdlib>
@@ -44,6 +45,7 @@ bool SerialQueue::isCurrent() const {
 }
 
 void SerialQueue::run() {
+    const AlternateSignalStack stackForFatalSignals;
     nameCurrentThread(label_);
     for (;;) {
         std::function<void()> work;
