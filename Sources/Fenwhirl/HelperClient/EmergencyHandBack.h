@@ -18,7 +18,7 @@
 class EmergencyHandBack {
 public:
     // Installs the last act and starts the guard of `guardPath`, if there is one.
-    EmergencyHandBack(std::string helperPath, std::optional<std::string> guardPath);
+    EmergencyHandBack(std::string helperPath, const std::optional<std::string>& guardPath);
     EmergencyHandBack(const EmergencyHandBack&) = delete;
     EmergencyHandBack& operator=(const EmergencyHandBack&) = delete;
     // Without `finish` before, the guard takes this end for a crash.

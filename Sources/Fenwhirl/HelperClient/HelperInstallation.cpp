@@ -1,8 +1,8 @@
 #include "Fenwhirl/HelperClient/HelperInstallation.h"
 
 #include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/HelperClient/HelperRun.h"
 #include "Fenwhirl/HelperClient/OutputText.h"
-#include "Fenwhirl/Platform/ChildProcess.h"
 
 namespace {
 
@@ -42,15 +42,21 @@ std::optional<std::string> HelperInstallation::installedVersion() {
     return knownVersion_->second;
 }
 
+std::optional<ChildResult> HelperInstallation::runHelper(const std::vector<std::string>& arguments,
+                                                         ChildOutput output) const {
+    const HelperRun run;
+    if (!run.isAllowed())
+        return std::nullopt;
+    return runChild(surroundings_.helperPath, helperArguments(arguments), output, ChildEnvironment::empty);
+}
+
 bool HelperInstallation::run(const std::vector<std::string>& arguments) const {
-    const auto result = runChild(surroundings_.helperPath, helperArguments(arguments), ChildOutput::discard,
-                                 ChildEnvironment::empty);
+    const auto result = runHelper(arguments, ChildOutput::discard);
     return result && result->succeeded();
 }
 
 std::string HelperInstallation::output(const std::vector<std::string>& arguments) const {
-    const auto result = runChild(surroundings_.helperPath, helperArguments(arguments), ChildOutput::capture,
-                                 ChildEnvironment::empty);
+    const auto result = runHelper(arguments, ChildOutput::capture);
     if (!result)
         return std::string(HelperClient::launchFailureText);
     return repairedUTF8(result->output);

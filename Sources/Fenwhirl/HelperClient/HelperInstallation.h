@@ -7,6 +7,7 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/ChildProcess.h"
 #include "Fenwhirl/Platform/FileStatus.h"
 
 #include <functional>
@@ -49,6 +50,9 @@ public:
     [[nodiscard]] bool isPathRootControlled() const;
 
 private:
+    [[nodiscard]] std::optional<ChildResult> runHelper(const std::vector<std::string>& arguments,
+                                                       ChildOutput output) const;
+
     Surroundings surroundings_;
     std::mutex versionLock_;
     std::optional<std::pair<FileStatus::Stamp, std::string>> knownVersion_; // guarded by versionLock_

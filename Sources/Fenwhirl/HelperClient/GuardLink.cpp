@@ -1,0 +1,100 @@
+#include "Fenwhirl/HelperClient/GuardLink.h"
+
+#include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/Platform/ChildProcess.h"
+#include "Guard/GuardRecord.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+
+static_assert(HelperClient::helperPath == GuardRecord::helperPath,
+              "the guard runs the very helper that we run");
+
+GuardLink::GuardLink(std::string guardPath) : guardPath_(std::move(guardPath)), record_(record({})) {
+    start();
+}
+
+GuardLink::~GuardLink() {
+    pipe_.close();
+    // An end in order takes no time; a guard that acts is left to the system.
+    if (guard_)
+        waitpid(*guard_, nullptr, WNOHANG);
+}
+
+void GuardLink::send(const HandBack& handBack) {
+    std::string next = record(handBack);
+    if (next == record_)
+        return;
+    record_ = std::move(next);
+    pending_ += record_;
+    flush();
+}
+
+void GuardLink::keepAlive() {
+    if (isFinished_)
+        return;
+    if (!guard_ || hasGuardEnded())
+        start();
+    else
+        flush();
+}
+
+void GuardLink::finish() {
+    isFinished_ = true;
+    pending_ += GuardRecord::orderlyEnd;
+    flush();
+    pipe_.close();
+}
+
+std::string GuardLink::record(const HandBack& handBack) {
+    std::string line;
+    switch (handBack.scope) {
+    case HandBack::Scope::nothing:
+        line = GuardRecord::nothing;
+        break;
+    case HandBack::Scope::allFans:
+        line = GuardRecord::allFans;
+        break;
+    case HandBack::Scope::indices:
+        line = GuardRecord::fans;
+        for (const int index : handBack.indices)
+            line += ' ' + std::to_string(index);
+        break;
+    }
+    line += '\n';
+    return line.size() <= GuardRecord::longestLine ? line : std::string(GuardRecord::allFans) + '\n';
+}
+
+void GuardLink::start() {
+    std::signal(SIGPIPE, SIG_IGN);
+    guard_.reset();
+    pipe_.close();
+    auto pipe = Pipe::make();
+    if (!pipe || fcntl(pipe->writeEnd.number(), F_SETFL, O_NONBLOCK) != 0)
+        return;
+    guard_ = startChild(guardPath_, {}, ChildEnvironment::empty, pipe->readEnd.number(), true);
+    if (!guard_)
+        return;
+    pipe_ = std::move(pipe->writeEnd);
+    pending_ = record_;
+    flush();
+}
+
+void GuardLink::flush() {
+    while (pipe_.isOpen() && !pending_.empty()) {
+        const ssize_t written = write(pipe_.number(), pending_.data(), pending_.size());
+        if (written > 0)
+            pending_.erase(0, static_cast<std::size_t>(written));
+        else if (errno != EINTR)
+            return; // full, or the guard is gone: both are looked after by keepAlive
+    }
+}
+
+bool GuardLink::hasGuardEnded() {
+    const pid_t ended = waitpid(*guard_, nullptr, WNOHANG);
+    return ended == *guard_ || (ended < 0 && errno == ECHILD);
+}

@@ -1,0 +1,117 @@
+#include "Fenwhirl/HelperClient/LastAct.h"
+
+#include "Fenwhirl/HelperClient/HelperRun.h"
+#include "Fenwhirl/Platform/AlternateSignalStack.h"
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <memory>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace LastAct {
+
+namespace {
+
+constexpr std::array fatalSignals = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
+
+// A "set" that another thread has just started may try for 4.2 s on a locked controller.
+constexpr auto patienceWithOthers = std::chrono::milliseconds(5000);
+
+// The argument lists of some helper runs, ready for exec.
+class PreparedRuns {
+public:
+    PreparedRuns(const std::string& helperPath, const HandBack& handBack) {
+        for (const auto& command : HandBackRule::commands(handBack)) {
+            auto& words = words_.emplace_back(std::vector<std::string>{helperPath, "--helper"});
+            words.insert(words.end(), command.begin(), command.end());
+        }
+        for (auto& words : words_) {
+            auto& arguments = arguments_.emplace_back();
+            for (std::string& word : words)
+                arguments.push_back(word.data());
+            arguments.push_back(nullptr);
+        }
+    }
+
+    [[nodiscard]] const std::vector<std::vector<char*>>& arguments() const { return arguments_; }
+
+private:
+    std::vector<std::vector<std::string>> words_;
+    std::vector<std::vector<char*>> arguments_;
+};
+
+std::atomic<const PreparedRuns*> prepared = nullptr;
+std::atomic<bool> isDying = false;
+
+static_assert(std::atomic<const PreparedRuns*>::is_always_lock_free, "the signal handler reads it");
+
+void runAndWait(char* const* arguments) {
+    char* const noEnvironment[] = {nullptr};
+// The child does nothing but exec: the one thing that vfork is for, and that neither allocates nor runs
+// anybody's fork handlers in a process whose memory is not to be trusted.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+    const pid_t helper = vfork(); // NOLINT(clang-analyzer-security.insecureAPI.vfork)
+#pragma GCC diagnostic pop
+    if (helper == 0) {
+        execve(arguments[0], arguments, noEnvironment);
+        _exit(127);
+    }
+    while (helper > 0 && waitpid(helper, nullptr, 0) < 0 && errno == EINTR) {
+    }
+}
+
+void dieOf(int signal) {
+    struct sigaction action = {};
+    sigemptyset(&action.sa_mask);
+    action.sa_handler = SIG_DFL;
+    sigaction(signal, &action, nullptr);
+    sigset_t unblocked;
+    sigemptyset(&unblocked);
+    sigaddset(&unblocked, signal);
+    pthread_sigmask(SIG_UNBLOCK, &unblocked, nullptr);
+    raise(signal);
+    _exit(128 + signal);
+}
+
+extern "C" void fenwhirlActAndDie(int signal) {
+    // The first thread acts; the process ends with it, so the others need only stay out of the way.
+    while (isDying.exchange(true))
+        pause();
+    HelperRun::forbid();
+    HelperRun::waitForOthers(patienceWithOthers);
+    if (const PreparedRuns* const runs = prepared.load())
+        for (const auto& arguments : runs->arguments())
+            runAndWait(arguments.data());
+    dieOf(signal);
+}
+
+} // namespace
+
+void install() {
+    static const AlternateSignalStack stackOfMainThread;
+    struct sigaction action = {};
+    sigemptyset(&action.sa_mask);
+    // A crash inside the act meets a blocked signal, and the kernel ends the process.
+    for (const int signal : fatalSignals)
+        sigaddset(&action.sa_mask, signal);
+    action.sa_handler = fenwhirlActAndDie;
+    action.sa_flags = SA_ONSTACK;
+    for (const int signal : fatalSignals)
+        sigaction(signal, &action, nullptr);
+}
+
+void prepare(const std::string& helperPath, const HandBack& handBack) {
+    const auto* const next = new PreparedRuns(helperPath, handBack);
+    std::unique_ptr<const PreparedRuns> previous(prepared.exchange(next));
+    // A thread that began to die before the exchange may be reading the old lists; the process is ending.
+    if (isDying.load())
+        (void)previous.release();
+}
+
+} // namespace LastAct

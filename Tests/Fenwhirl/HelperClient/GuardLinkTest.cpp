@@ -1,0 +1,136 @@
+#include "Fenwhirl/HelperClient/GuardLink.h"
+
+#include "Fenwhirl/Platform/ChildProcess.h"
+#include "Guard/GuardRecord.h"
+#include "Support/TemporaryFolder.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <numeric>
+#include <sys/wait.h>
+#include <thread>
+
+namespace {
+
+HandBack fans(std::vector<int> indices) {
+    return {.scope = HandBack::Scope::indices, .indices = std::move(indices)};
+}
+
+constexpr auto patience = std::chrono::seconds(10);
+
+template <class Condition>
+bool comesTrue(const Condition& condition) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+// A guard that only writes down what it hears.
+class GuardLinkTest : public testing::Test {
+protected:
+    const TemporaryFolder folder;
+    const std::string guard = folder.writeScript(
+        "guard", "echo $$ >> '" + folder.path("starts") + "'\nexec cat >> '" + folder.path("heard") + "'");
+
+    [[nodiscard]] bool hears(const std::string& text) const {
+        return comesTrue([&] { return folder.read("heard") == text; });
+    }
+};
+
+TEST(GuardLinkRecord, IsOneLine) {
+    EXPECT_EQ(GuardLink::record({}), "nothing\n");
+    EXPECT_EQ(GuardLink::record({.scope = HandBack::Scope::allFans, .indices = {}}), "all\n");
+    EXPECT_EQ(GuardLink::record(fans({0, 2, 11})), "fans 0 2 11\n");
+    EXPECT_EQ(GuardLink::record(fans({})), "fans\n");
+}
+
+TEST(GuardLinkRecord, ThatWouldBeTooLongMeansAllFans) {
+    std::vector<int> many(10000);
+    std::iota(many.begin(), many.end(), 0);
+    EXPECT_EQ(GuardLink::record(fans(many)), "all\n");
+    many.resize(6000);
+    EXPECT_LE(GuardLink::record(fans(many)).size(), GuardRecord::longestLine);
+    EXPECT_NE(GuardLink::record(fans(many)), "all\n");
+}
+
+TEST_F(GuardLinkTest, HearsTheStartAndEachChangeOnce) {
+    GuardLink link(guard);
+    ASSERT_TRUE(link.guard());
+    link.send(fans({0, 1}));
+    link.send(fans({0, 1}));
+    link.keepAlive();
+    link.send({});
+    EXPECT_TRUE(hears("nothing\nfans 0 1\nnothing\n"));
+    link.finish();
+    EXPECT_TRUE(hears("nothing\nfans 0 1\nnothing\n\x04"));
+}
+
+TEST_F(GuardLinkTest, ALostGuardIsReplacedAndToldAgain) {
+    GuardLink link(guard);
+    link.send(fans({0}));
+    ASSERT_TRUE(hears("nothing\nfans 0\n"));
+    const pid_t first = link.guard().value();
+    kill(first, SIGKILL);
+    // A record that nobody hears must not be the end of this process.
+    ASSERT_TRUE(comesTrue([&] {
+        link.send(fans({1}));
+        link.send(fans({2}));
+        link.keepAlive();
+        return link.guard() && *link.guard() != first;
+    }));
+    EXPECT_TRUE(comesTrue([&] { return folder.read("heard").ends_with("fans 2\n"); }));
+    link.finish();
+}
+
+TEST_F(GuardLinkTest, ADismissedGuardIsNotReplaced) {
+    GuardLink link(guard);
+    link.finish();
+    ASSERT_TRUE(hears("nothing\n\x04"));
+    const pid_t first = link.guard().value();
+    ASSERT_TRUE(comesTrue([&] { return waitpid(first, nullptr, WNOHANG) != 0; }));
+    link.keepAlive();
+    link.send(fans({0}));
+    EXPECT_EQ(link.guard(), first);
+    EXPECT_EQ(folder.read("starts"), std::to_string(first) + "\n");
+}
+
+TEST_F(GuardLinkTest, AMissingGuardIsNoError) {
+    GuardLink link(folder.path("missing"));
+    EXPECT_FALSE(link.guard());
+    link.send(fans({0}));
+    link.keepAlive();
+    EXPECT_FALSE(link.guard());
+    link.finish();
+}
+
+TEST_F(GuardLinkTest, AGuardThatDoesNotReadNeverBlocks) {
+    GuardLink link(folder.writeScript("deaf", "exec sleep 60"));
+    ASSERT_TRUE(link.guard());
+    std::vector<int> many(5000);
+    std::iota(many.begin(), many.end(), 0);
+    for (int i = 0; i < 20; ++i) {
+        many.back() = i;
+        link.send(fans(many));
+    }
+    kill(link.guard().value(), SIGKILL);
+    link.finish();
+}
+
+TEST_F(GuardLinkTest, OtherChildrenDoNotHoldTheEndOfThePipe) {
+    auto link = std::make_unique<GuardLink>(guard);
+    ASSERT_TRUE(hears("nothing\n"));
+    const pid_t pid = link->guard().value();
+    const std::vector<std::string> arguments = {"30"};
+    const auto other = startChild("/bin/sleep", arguments, ChildEnvironment::inherited, -1, false);
+    ASSERT_TRUE(other);
+    link.reset(); // the end of the pipe, if nobody else has it
+    EXPECT_TRUE(comesTrue([&] { return kill(pid, 0) != 0 || waitpid(pid, nullptr, WNOHANG) == pid; }));
+    kill(*other, SIGKILL);
+    waitpid(*other, nullptr, 0);
+}
+
+} // namespace

@@ -1,0 +1,184 @@
+#include "Fenwhirl/HelperClient/LastAct.h"
+
+#include "Fenwhirl/HelperClient/EmergencyHandBack.h"
+#include "Fenwhirl/HelperClient/HelperInstallation.h"
+#include "Fenwhirl/HelperClient/HelperRun.h"
+#include "Fenwhirl/Platform/AlternateSignalStack.h"
+#include "Support/TemporaryFolder.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <functional>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+// Dies in a child process with a helper that writes down its commands.
+class LastActTest : public testing::Test {
+protected:
+    const TemporaryFolder folder;
+    std::string helper = folder.writeScript("helper", "echo \"$@\" >> '" + folder.path("log") + "'");
+    HandBack handBack = {.scope = HandBack::Scope::indices, .indices = {0, 2}};
+
+    // How the child ended.
+    [[nodiscard]] int deathOf(const std::function<void()>& crash) const {
+        const pid_t child = fork();
+        if (child == 0) {
+            const rlimit noCore = {.rlim_cur = 0, .rlim_max = 0};
+            setrlimit(RLIMIT_CORE, &noCore);
+            // What a sanitizer has to say of a deliberate crash is not wanted.
+            close(STDERR_FILENO);
+            open("/dev/null", O_WRONLY);
+            LastAct::install();
+            LastAct::prepare(helper, handBack);
+            crash();
+            _exit(99);
+        }
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        return status;
+    }
+
+    void expectDeathBy(int signal, const std::function<void()>& crash) const {
+        const int status = deathOf(crash);
+        EXPECT_TRUE(WIFSIGNALED(status)) << "exit status " << WEXITSTATUS(status);
+        EXPECT_EQ(WTERMSIG(status), signal);
+        EXPECT_EQ(folder.read("log"), "--helper auto 0\n--helper auto 2\n");
+    }
+};
+
+volatile int* volatile nowhere = nullptr;
+
+// Not inlined and not turned into a loop: it has to use up the stack.
+[[gnu::noinline]] int endless(int depth) {
+    volatile char page[4096] = {};
+    page[depth % 4096] = static_cast<char>(depth);
+    return depth < 0 ? 0 : endless(depth + 1) + page[0];
+}
+
+TEST_F(LastActTest, HandsBackOnAnInvalidAccess) {
+    expectDeathBy(SIGSEGV, [] { raise(SIGSEGV); });
+}
+
+#ifndef FENWHIRL_SANITIZED
+TEST_F(LastActTest, HandsBackOnARealInvalidWrite) {
+    expectDeathBy(SIGSEGV, [] { *nowhere = 1; });
+}
+
+TEST_F(LastActTest, HandsBackWhenTheMainStackOverflows) {
+    expectDeathBy(SIGSEGV, [] { endless(0); });
+}
+
+TEST_F(LastActTest, HandsBackWhenTheStackOfAThreadOverflows) {
+    expectDeathBy(SIGSEGV, [] {
+        std::thread([] {
+            const AlternateSignalStack stack;
+            endless(0);
+        }).join();
+    });
+}
+#endif
+
+TEST_F(LastActTest, HandsBackWhenTheProcessAborts) {
+    expectDeathBy(SIGABRT, [] { std::abort(); });
+}
+
+TEST_F(LastActTest, HandsBackOnTheOtherFatalSignals) {
+    for (const int signal : {SIGBUS, SIGILL, SIGFPE}) {
+        std::filesystem::remove(folder.path("log"));
+        expectDeathBy(signal, [signal] { raise(signal); });
+    }
+}
+
+TEST_F(LastActTest, ACrashOfAnotherThreadHandsBackOnce) {
+    expectDeathBy(SIGABRT, [] {
+        std::vector<std::thread> threads;
+        for (int i = 0; i < 8; ++i)
+            threads.emplace_back([] { std::abort(); });
+        for (std::thread& thread : threads)
+            thread.join();
+    });
+}
+
+TEST_F(LastActTest, WorksWhenNoMemoryCanBeHad) {
+    // Nothing of the act may need memory: here the heap cannot grow any more.
+    expectDeathBy(SIGABRT, [] {
+        const rlimit nothing = {.rlim_cur = 0, .rlim_max = RLIM_INFINITY};
+        setrlimit(RLIMIT_DATA, &nothing);
+        std::abort();
+    });
+}
+
+TEST_F(LastActTest, DoesNothingWhenNothingIsToBeHandedBack) {
+    handBack = {};
+    const int status = deathOf([] { std::abort(); });
+    EXPECT_EQ(WTERMSIG(status), SIGABRT);
+    EXPECT_EQ(folder.read("log"), "");
+}
+
+TEST_F(LastActTest, AMissingHelperDoesNotKeepTheProcessFromDying) {
+    helper = folder.path("missing");
+    EXPECT_EQ(WTERMSIG(deathOf([] { std::abort(); })), SIGABRT);
+}
+
+TEST_F(LastActTest, TheNewestPreparationCounts) {
+    const int status = deathOf([this] {
+        for (int i = 0; i < 1000; ++i)
+            LastAct::prepare(helper, {.scope = HandBack::Scope::indices, .indices = {i}});
+        std::abort();
+    });
+    EXPECT_EQ(WTERMSIG(status), SIGABRT);
+    EXPECT_EQ(folder.read("log"), "--helper auto 999\n");
+}
+
+TEST_F(LastActTest, AHelperUnderWayIsWaitedForAndNoNewOneStarts) {
+    (void)folder.writeScript("slow", "sleep 0.3; echo set >> '" + folder.path("log") + "'");
+    const std::string slow = folder.path("slow");
+    const int status = deathOf([&] {
+        HelperInstallation installation({.helperPath = slow,
+                                         .executablePath = {},
+                                         .runAsAdministrator = {},
+                                         .group = {},
+                                         .isFitForRoot = true});
+        std::atomic<bool> isFirst = true;
+        std::thread sender([&] {
+            // The second run meets the dying process and must not start.
+            while (installation.run({"set", "0", "2000"}))
+                isFirst = false;
+            for (;;)
+                pause();
+        });
+        while (isFirst)
+            std::this_thread::yield();
+        std::abort();
+    });
+    EXPECT_EQ(WTERMSIG(status), SIGABRT);
+    const std::string log = folder.read("log");
+    ASSERT_TRUE(log.ends_with("--helper auto 0\n--helper auto 2\n")) << log;
+    EXPECT_LE(log.find("--helper auto"), std::string("set\nset\n").size());
+    EXPECT_EQ(log.find("set", log.find("auto")), std::string::npos);
+}
+
+TEST_F(LastActTest, TheWholeEmergencyHandBackFollowsUpdatesAndEndsWithFinish) {
+    const auto crashAfter = [this](bool finished) {
+        return deathOf([this, finished] {
+            EmergencyHandBack emergency(helper, std::nullopt);
+            emergency.update({.scope = HandBack::Scope::allFans, .indices = {}});
+            emergency.keepAlive();
+            if (finished)
+                emergency.finish();
+            std::abort();
+        });
+    };
+    EXPECT_EQ(WTERMSIG(crashAfter(false)), SIGABRT);
+    EXPECT_EQ(folder.read("log"), "--helper auto\n");
+    EXPECT_EQ(WTERMSIG(crashAfter(true)), SIGABRT);
+    EXPECT_EQ(folder.read("log"), "--helper auto\n");
+}
+
+} // namespace
