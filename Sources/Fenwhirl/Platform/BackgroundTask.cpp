@@ -1,0 +1,13 @@
+#include "Fenwhirl/Platform/BackgroundTask.h"
+
+#include "Fenwhirl/Platform/ThreadName.h"
+
+#include <thread>
+#include <utility>
+
+void runInBackground(std::function<void()> task) {
+    std::thread([task = std::move(task)] {
+        nameCurrentThread("fenwhirl.task");
+        task();
+    }).detach();
+}

@@ -1,0 +1,94 @@
+#include "Fenwhirl/Platform/MainThreadInbox.h"
+
+#include "Fenwhirl/Platform/Threads.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
+
+#include <deque>
+#include <utility>
+
+namespace {
+
+QEvent::Type wakeUpType() {
+    static const int type = QEvent::registerEventType();
+    return static_cast<QEvent::Type>(type);
+}
+
+} // namespace
+
+struct MainThreadInbox::State {
+    Mutex mutex;
+    std::deque<std::function<void()>> pending FENWHIRL_GUARDED_BY(mutex);
+    std::unique_ptr<QObject> receiver FENWHIRL_GUARDED_BY(mutex); // null once the inbox is closed
+    bool delivering FENWHIRL_GUARDED_BY(mutex) = false;
+
+    // The next piece of work, or an empty function when there is none or the inbox was closed meanwhile.
+    std::function<void()> next() {
+        const MutexLock lock(mutex);
+        delivering = receiver && !pending.empty();
+        if (!delivering) {
+            return {};
+        }
+        auto work = std::move(pending.front());
+        pending.pop_front();
+        return work;
+    }
+};
+
+class MainThreadInbox::Receiver : public QObject {
+public:
+    explicit Receiver(const std::shared_ptr<State>& state) : state_(state) {}
+
+    bool event(QEvent* event) override {
+        if (event->type() != wakeUpType()) {
+            return QObject::event(event);
+        }
+        // The work may close the inbox and with it destroy this object: only the local copy is used.
+        if (const auto state = state_.lock()) {
+            while (const auto work = state->next()) {
+                work();
+            }
+        }
+        return true;
+    }
+
+private:
+    std::weak_ptr<State> state_;
+};
+
+MainThreadInbox::Sender::Sender(std::shared_ptr<State> state) : state_(std::move(state)) {}
+
+void MainThreadInbox::Sender::post(std::function<void()> work) const {
+    const MutexLock lock(state_->mutex);
+    if (!state_->receiver) {
+        return;
+    }
+    state_->pending.push_back(std::move(work));
+    if (state_->pending.size() == 1) {
+        QCoreApplication::postEvent(state_->receiver.get(), new QEvent(wakeUpType()));
+    }
+}
+
+MainThreadInbox::MainThreadInbox() : state_(std::make_shared<State>()) {
+    mainThread.assertIsCurrent();
+    const MutexLock lock(state_->mutex);
+    state_->receiver = std::make_unique<Receiver>(state_);
+}
+
+MainThreadInbox::~MainThreadInbox() {
+    mainThread.assertIsCurrent();
+    std::unique_ptr<QObject> receiver;
+    std::deque<std::function<void()>> dropped; // destroyed outside the lock: it may own a sender's last copy
+    const MutexLock lock(state_->mutex);
+    receiver = std::move(state_->receiver);
+    dropped.swap(state_->pending);
+    if (state_->delivering) {
+        receiver.release()->deleteLater(); // it is the object whose event is being handled right now
+    }
+}
+
+MainThreadInbox::Sender MainThreadInbox::sender() const {
+    return Sender(state_);
+}

@@ -1,0 +1,60 @@
+// Which code runs on which thread, said so that the compiler checks it.
+//
+// The program has few threads and each piece of state belongs to one of them. A piece of state names its
+// owner with FENWHIRL_GUARDED_BY, a function that touches it says FENWHIRL_REQUIRES, and a function that has
+// just arrived on a thread (a slot, a piece of work of a queue) begins with the owner's `assertIsCurrent`,
+// which also checks it at run time: on the wrong thread the process ends, because what would follow is a data
+// race. clang refuses code that breaks these rules; other compilers see nothing of them.
+//
+// `Mutex` and `MutexLock` are the standard mutex and lock with the same marks, for the little that several
+// threads share.
+
+#pragma once
+
+#include <mutex>
+
+#if defined(__clang__)
+#define FENWHIRL_THREAD_ATTRIBUTE(attribute) __attribute__((attribute))
+#else
+#define FENWHIRL_THREAD_ATTRIBUTE(attribute)
+#endif
+
+#define FENWHIRL_CAPABILITY(name) FENWHIRL_THREAD_ATTRIBUTE(capability(name))
+#define FENWHIRL_SCOPED_CAPABILITY FENWHIRL_THREAD_ATTRIBUTE(scoped_lockable)
+#define FENWHIRL_GUARDED_BY(owner) FENWHIRL_THREAD_ATTRIBUTE(guarded_by(owner))
+#define FENWHIRL_POINTEE_GUARDED_BY(owner) FENWHIRL_THREAD_ATTRIBUTE(pt_guarded_by(owner))
+#define FENWHIRL_REQUIRES(owner) FENWHIRL_THREAD_ATTRIBUTE(requires_capability(owner))
+#define FENWHIRL_EXCLUDES(owner) FENWHIRL_THREAD_ATTRIBUTE(locks_excluded(owner))
+#define FENWHIRL_ACQUIRE(...) FENWHIRL_THREAD_ATTRIBUTE(acquire_capability(__VA_ARGS__))
+#define FENWHIRL_RELEASE(...) FENWHIRL_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))
+#define FENWHIRL_ASSERTS_CURRENT(owner) FENWHIRL_THREAD_ATTRIBUTE(assert_capability(owner))
+
+// The thread that runs the event loop of the interface.
+class FENWHIRL_CAPABILITY("thread") MainThread {
+public:
+    [[nodiscard]] static bool isCurrent();
+    // Ends the process on any other thread.
+    void assertIsCurrent() const FENWHIRL_ASSERTS_CURRENT(this);
+};
+
+inline constexpr MainThread mainThread;
+
+class FENWHIRL_CAPABILITY("mutex") Mutex {
+public:
+    void lock() FENWHIRL_ACQUIRE() { mutex_.lock(); }
+    void unlock() FENWHIRL_RELEASE() { mutex_.unlock(); }
+
+private:
+    std::mutex mutex_;
+};
+
+class FENWHIRL_SCOPED_CAPABILITY MutexLock {
+public:
+    explicit MutexLock(Mutex& mutex) FENWHIRL_ACQUIRE(mutex) : mutex_(mutex) { mutex_.lock(); }
+    ~MutexLock() FENWHIRL_RELEASE() { mutex_.unlock(); }
+    MutexLock(const MutexLock&) = delete;
+    MutexLock& operator=(const MutexLock&) = delete;
+
+private:
+    Mutex& mutex_;
+};

@@ -1,0 +1,7 @@
+#include "Fenwhirl/Platform/Threads.h"
+
+#include <unistd.h>
+
+bool MainThread::isCurrent() {
+    return gettid() == getpid();
+}
