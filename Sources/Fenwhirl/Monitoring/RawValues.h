@@ -1,0 +1,34 @@
+// Enumerations that are stored by words: one table per enumeration, read in both directions.
+
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+// Rows of an enumeration's case and its word; every case has exactly one row.
+template <typename Case, std::size_t count>
+using RawValueTable = std::array<std::pair<Case, std::string_view>, count>;
+
+template <typename Case, std::size_t count>
+[[nodiscard]] constexpr std::string_view rawValueIn(const RawValueTable<Case, count>& table, Case wanted) {
+    for (const auto& [candidate, word] : table) {
+        if (candidate == wanted) {
+            return word;
+        }
+    }
+    return {};
+}
+
+template <typename Case, std::size_t count>
+[[nodiscard]] constexpr std::optional<Case> caseIn(const RawValueTable<Case, count>& table,
+                                                   std::string_view wanted) {
+    for (const auto& [candidate, word] : table) {
+        if (word == wanted) {
+            return candidate;
+        }
+    }
+    return std::nullopt;
+}
