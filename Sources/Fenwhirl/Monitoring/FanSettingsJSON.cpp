@@ -1,0 +1,90 @@
+#include "Fenwhirl/Monitoring/FanSettingsJSON.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QString>
+
+#include <cmath>
+
+namespace {
+
+// Room for about ten thousand fans; what is larger was not written by this program.
+constexpr qsizetype largestText = 1 << 20;
+
+const QString modeMember = QStringLiteral("mode");
+const QString constantRPMMember = QStringLiteral("constantRPM");
+const QString sensorKeyMember = QStringLiteral("sensorKey");
+const QString startTempMember = QStringLiteral("startTemp");
+const QString maxTempMember = QStringLiteral("maxTemp");
+
+// A non-negative whole number as this program writes it: no sign, no leading zero, no blank.
+std::optional<int> fanIndex(const QString& text) {
+    bool isNumber = false;
+    const int index = text.toInt(&isNumber);
+    if (!isNumber || index < 0 || QString::number(index) != text) {
+        return std::nullopt;
+    }
+    return index;
+}
+
+std::optional<FanSetting> decodeSetting(const QJsonValue& value) {
+    const QJsonObject object = value.toObject();
+    const QJsonValue mode = object.value(modeMember);
+    const QJsonValue constantRPM = object.value(constantRPMMember);
+    const QJsonValue sensorKey = object.value(sensorKeyMember);
+    const QJsonValue startTemp = object.value(startTempMember);
+    const QJsonValue maxTemp = object.value(maxTempMember);
+    if (!mode.isString() || !constantRPM.isDouble() || !sensorKey.isString() || !startTemp.isDouble() ||
+        !maxTemp.isDouble()) {
+        return std::nullopt;
+    }
+    const auto kind = fanModeFromRawValue(mode.toString().toStdString());
+    if (!kind) {
+        return std::nullopt;
+    }
+    return FanSetting{*kind, constantRPM.toDouble(), sensorKey.toString().toStdString(), startTemp.toDouble(),
+                      maxTemp.toDouble()};
+}
+
+} // namespace
+
+std::optional<QByteArray> encodeFanSettings(const FanSettings& settings) {
+    QJsonObject object;
+    for (const auto& [index, setting] : settings) {
+        if (!std::isfinite(setting.constantRPM) || !std::isfinite(setting.startTemp) ||
+            !std::isfinite(setting.maxTemp)) {
+            return std::nullopt;
+        }
+        const std::string_view mode = rawValue(setting.mode);
+        object.insert(
+            QString::number(index),
+            QJsonObject{{modeMember, QString::fromLatin1(mode.data(), static_cast<qsizetype>(mode.size()))},
+                        {constantRPMMember, setting.constantRPM},
+                        {sensorKeyMember, QString::fromStdString(setting.sensorKey)},
+                        {startTempMember, setting.startTemp},
+                        {maxTempMember, setting.maxTemp}});
+    }
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+std::optional<FanSettings> decodeFanSettings(const QByteArray& json) {
+    if (json.size() > largestText) {
+        return std::nullopt;
+    }
+    const QJsonDocument document = QJsonDocument::fromJson(json);
+    if (!document.isObject()) {
+        return std::nullopt;
+    }
+    FanSettings settings;
+    const QJsonObject object = document.object();
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        const auto index = fanIndex(member.key());
+        const auto setting = decodeSetting(member.value());
+        if (!index || !setting) {
+            return std::nullopt;
+        }
+        settings.emplace(*index, *setting);
+    }
+    return settings;
+}
