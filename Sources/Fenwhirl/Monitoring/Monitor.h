@@ -21,6 +21,7 @@
 #include "Fenwhirl/Monitoring/MonitorStates.h"
 #include "Fenwhirl/Monitoring/Page.h"
 #include "Fenwhirl/Monitoring/Preset.h"
+#include "Fenwhirl/Platform/Threads.h"
 
 #include <QList>
 #include <QObject>
@@ -129,5 +130,9 @@ Q_SIGNALS:
 
 private:
     struct Private;
+
+    // The state, for code that runs on the main thread; ends the process on another.
+    [[nodiscard]] Private& state() const FENWHIRL_ASSERTS_CURRENT(mainThread);
+
     std::unique_ptr<Private> d_;
 };

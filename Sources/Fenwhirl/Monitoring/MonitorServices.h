@@ -6,10 +6,12 @@
 #pragma once
 
 #include "FenwhirlCore/SMC.h"
+#include "Fenwhirl/HelperClient/HandBackRule.h"
 
 #include <QString>
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -32,6 +34,9 @@ struct MonitorServices {
         std::function<std::string(const std::vector<std::string>&)> output;
         std::function<bool(const std::string&)> runAsAdministrator;
         std::function<bool()> install;
+        // Changes whenever the helper's file does, so that the version need not be asked for at every poll.
+        // Main thread, must not block; without it the version is asked for each time.
+        std::function<std::optional<std::int64_t>()> fileStamp = {};
     } helper;
 
     // Seconds since an arbitrary origin on a clock that counts sleep and never jumps. Any thread.
@@ -48,6 +53,15 @@ struct MonitorServices {
         std::function<bool()> isEnabled;
         std::function<bool(bool on)> setEnabled;
     } loginItem;
+
+    // Told what would have to be handed back if the application ended now: once by the monitor's constructor,
+    // then at each change. Main thread. May be left out.
+    std::function<void(const HandBack& handBack)> handBackChanged = {};
+
+    // Told whether the program must act in time even while it shows no window, that is while a fan is not left
+    // to macOS or heat alerts are on: once by the constructor, then at each change. Main thread. May be left
+    // out.
+    std::function<void(bool actsInTime)> actsInTimeChanged = {};
 
     // Whether the monitor polls by its own timer; tests switch it off and call Monitor::tick.
     bool runsOwnTimer = true;

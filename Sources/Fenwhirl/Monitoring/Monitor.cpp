@@ -1,0 +1,144 @@
+#include "Fenwhirl/Monitoring/Monitor.h"
+
+#include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Monitoring/FanSummary.h"
+#include "Fenwhirl/Monitoring/MonitorPrivate.h"
+#include "Fenwhirl/Monitoring/SensorSummary.h"
+
+#include <algorithm>
+
+namespace {
+
+Monitor* sharedMonitor = nullptr;
+
+} // namespace
+
+Monitor::Private::Private(Monitor& owner, MonitorServices monitorServices)
+    : monitor(owner), services(std::move(monitorServices)),
+      saved(SavedPreferences::load(*services.preferences)),
+      settingsSnapshot(std::make_shared<const FanSettings>(saved.settings)),
+      poller(std::make_shared<Poller>(
+          Poller::Services{services.openSMC, services.helper.run, services.now, stop})),
+      queue("fenwhirl.smc") {}
+
+Monitor::Monitor(MonitorServices services, QObject* parent)
+    : QObject(parent), d_(std::make_unique<Private>(*this, std::move(services))) {
+    Private& d = state();
+    if (sharedMonitor == nullptr) {
+        sharedMonitor = this;
+    }
+    Localizer::setLanguage(d.saved.language);
+    d.helperInstalled = d.services.helper.isInstalled();
+    d.timer.setInterval(std::chrono::seconds(2));
+    // A twentieth of the interval more or less, so that the system can wake for several timers at once.
+    d.timer.setTimerType(Qt::CoarseTimer);
+    connect(&d.timer, &QTimer::timeout, this, &Monitor::tick);
+    d.announceObligations();
+}
+
+Monitor::~Monitor() {
+    *d_->stop = true;
+    if (sharedMonitor == this) {
+        sharedMonitor = nullptr;
+    }
+}
+
+Monitor* Monitor::shared() {
+    return sharedMonitor;
+}
+
+Monitor::Private& Monitor::state() const {
+    mainThread.assertIsCurrent();
+    return *d_;
+}
+
+const QList<FanState>& Monitor::fans() const {
+    return state().fans;
+}
+
+const QList<SensorState>& Monitor::sensors() const {
+    return state().sensors;
+}
+
+const QList<double>& Monitor::history() const {
+    return state().history;
+}
+
+std::optional<double> Monitor::primaryCelsius() const {
+    return state().primaryCelsius;
+}
+
+bool Monitor::smcAvailable() const {
+    return state().smcAvailable;
+}
+
+bool Monitor::helperInstalled() const {
+    return state().helperInstalled;
+}
+
+bool Monitor::helperOutdated() const {
+    return state().helperOutdated;
+}
+
+bool Monitor::needsHelper() const {
+    return state().needsHelper;
+}
+
+bool Monitor::isInstalling() const {
+    return state().isInstalling;
+}
+
+QString Monitor::controlError() const {
+    return state().controlError;
+}
+
+void Monitor::dismissControlError() {
+    Private& d = state();
+    d.assign(d.controlError, QString(), &Monitor::controlErrorChanged);
+}
+
+Page Monitor::selectedPage() const {
+    return state().selectedPage;
+}
+
+void Monitor::setSelectedPage(Page page) {
+    Private& d = state();
+    d.assign(d.selectedPage, page, &Monitor::selectedPageChanged);
+}
+
+QList<SensorState> Monitor::featured() const {
+    return featuredSensors(state().sensors);
+}
+
+HealthStatus Monitor::status() const {
+    const Private& d = state();
+    return healthStatus(d.primaryCelsius, d.saved.warmThreshold, d.saved.hotThreshold);
+}
+
+double Monitor::averageRPM() const {
+    return averageFanSpeed(state().fans);
+}
+
+QString Monitor::menuText() const {
+    const Private& d = state();
+    return statusItemText(d.fans, d.primaryCelsius);
+}
+
+QString Monitor::fanName(const FanState& fan) const {
+    return fanDisplayName(fan, state().fans.size());
+}
+
+void Monitor::Private::announceObligations() {
+    const HandBack current = handBack(helperInstalled, publishedFans());
+    if (services.handBackChanged && announcedHandBack != current) {
+        announcedHandBack = current;
+        services.handBackChanged(current);
+    }
+    const bool actsInTime = saved.alertsEnabled || std::ranges::any_of(saved.settings, [](const auto& entry) {
+                                return entry.second.mode != FanModeKind::automatic;
+                            });
+    if (services.actsInTimeChanged && announcedActsInTime != actsInTime) {
+        announcedActsInTime = actsInTime;
+        services.actsInTimeChanged(actsInTime);
+    }
+}

@@ -1,0 +1,154 @@
+// The way of one poll: from the timer to the queue and back to the published properties.
+
+#include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Localization/NumberFormat.h"
+#include "Fenwhirl/Monitoring/Monitor.h"
+#include "Fenwhirl/Monitoring/MonitorPrivate.h"
+#include "Fenwhirl/Platform/BackgroundTask.h"
+
+namespace {
+
+constexpr qsizetype historyLimit = 300; // ten minutes
+constexpr std::chrono::duration<double> alertInterval{300};
+
+QList<FanState> fanStates(const std::vector<FanReading>& readings) {
+    QList<FanState> states;
+    states.reserve(static_cast<qsizetype>(readings.size()));
+    for (const FanReading& reading : readings) {
+        states.append({reading.index, reading.rpm, reading.minRPM, reading.maxRPM, reading.targetRPM});
+    }
+    return states;
+}
+
+QList<SensorState> sensorStates(const std::vector<TemperatureReading>& readings) {
+    QList<SensorState> states;
+    states.reserve(static_cast<qsizetype>(readings.size()));
+    for (const TemperatureReading& reading : readings) {
+        states.append({QString::fromStdString(reading.key), reading.celsius});
+    }
+    return states;
+}
+
+QString text(PollProblem problem) {
+    switch (problem) {
+    case PollProblem::noTemperature:
+        return localized(
+            u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.");
+    case PollProblem::refused:
+        return localized(u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.");
+    }
+    return {};
+}
+
+} // namespace
+
+void Monitor::start() {
+    Private& d = state();
+    d.queue.async([&d, poller = d.poller, reply = d.inbox.sender()] {
+        const bool available = poller->open();
+        reply.post([&d, available] {
+            mainThread.assertIsCurrent();
+            d.opened(available);
+        });
+    });
+}
+
+void Monitor::Private::opened(bool available) {
+    assign(smcAvailable, available, &Monitor::smcAvailableChanged);
+    if (!available || *stop) {
+        return;
+    }
+    monitor.tick();
+    if (services.runsOwnTimer) {
+        timer.start();
+    }
+}
+
+void Monitor::tick() {
+    Private& d = state();
+    if (*d.stop) {
+        return;
+    }
+    const bool installed = d.services.helper.isInstalled();
+    d.checkVersion(installed);
+    const PollRequest request{.settings = d.settingsSnapshot,
+                              .helperInstalled = installed,
+                              .holdsManual = d.removalsRunning > 0,
+                              .protect = d.saved.alertsEnabled,
+                              .protectAt = d.saved.alertThreshold};
+    d.queue.async([&d, request, poller = d.poller, reply = d.inbox.sender()] {
+        if (auto result = poller->poll(request)) {
+            reply.post([&d, result = std::move(*result)] {
+                mainThread.assertIsCurrent();
+                d.publish(result);
+            });
+        }
+    });
+}
+
+void Monitor::Private::publish(const PollResult& result) {
+    if (*stop) {
+        return;
+    }
+    assign(fans, fanStates(result.fans), &Monitor::fansChanged);
+    assign(sensors, sensorStates(result.temperatures), &Monitor::sensorsChanged);
+    assign(primaryCelsius, result.primaryCelsius, &Monitor::primaryCelsiusChanged);
+    assign(helperInstalled, result.helperInstalled, &Monitor::helperInstalledChanged);
+    assign(needsHelper, result.wantsManualControl, &Monitor::needsHelperChanged);
+    if (result.problem) {
+        assign(controlError, text(*result.problem), &Monitor::controlErrorChanged);
+    }
+    if (primaryCelsius) {
+        history.append(*primaryCelsius);
+        if (history.size() > historyLimit) {
+            history.removeFirst();
+        }
+        Q_EMIT monitor.historyChanged();
+    }
+    announceObligations();
+    checkAlert(primaryCelsius);
+    Q_EMIT monitor.polled();
+}
+
+void Monitor::Private::checkAlert(std::optional<double> celsius) {
+    if (!saved.alertsEnabled || !celsius || !(*celsius >= saved.alertThreshold)) {
+        return;
+    }
+    const auto now = services.now();
+    if (lastAlert && now - *lastAlert < alertInterval) {
+        return;
+    }
+    lastAlert = now;
+    services.notify(
+        QStringLiteral("Fenwhirl"),
+        localized(u"Ton Mac chauffe : %@ degrés.", {QString::number(NumberFormat::truncated(*celsius))}));
+}
+
+void Monitor::Private::checkVersion(bool installed) {
+    if (!installed) {
+        ++helperEra;
+        versionStamp.reset();
+        assign(helperOutdated, false, &Monitor::helperOutdatedChanged);
+        return;
+    }
+    const auto stamp = services.helper.fileStamp ? services.helper.fileStamp() : std::nullopt;
+    if (isReadingVersion || (stamp && stamp == versionStamp)) {
+        return;
+    }
+    // Off the main thread, because a helper that hangs must not freeze the window, and off the poll queue,
+    // because it must not stop the readings either.
+    isReadingVersion = true;
+    runInBackground(
+        [this, stamp, era = helperEra, read = services.helper.installedVersion, reply = inbox.sender()] {
+            const bool outdated = read() != HelperClient::expectedVersion;
+            reply.post([this, stamp, era, outdated] {
+                mainThread.assertIsCurrent();
+                isReadingVersion = false;
+                if (era == helperEra) {
+                    versionStamp = stamp;
+                    assign(helperOutdated, outdated, &Monitor::helperOutdatedChanged);
+                }
+            });
+        });
+}

@@ -1,0 +1,131 @@
+// What the user wants: settings, presets and preferences, each on disk as soon as it changes.
+
+#include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Monitoring/Monitor.h"
+#include "Fenwhirl/Monitoring/MonitorPrivate.h"
+
+const FanSettings& Monitor::settings() const {
+    return state().saved.settings;
+}
+
+FanSetting Monitor::setting(int index) const {
+    const FanSettings& settings = state().saved.settings;
+    const auto entry = settings.find(index);
+    return entry == settings.end() ? FanSetting() : entry->second;
+}
+
+void Monitor::setSetting(int index, const FanSetting& setting) {
+    Private& d = state();
+    if (setting == this->setting(index)) {
+        return;
+    }
+    d.setSettings([&](FanSettings& settings) { settings[index] = setting; });
+    d.setActivePreset(std::nullopt);
+}
+
+std::optional<Preset> Monitor::activePreset() const {
+    return state().saved.activePreset;
+}
+
+void Monitor::apply(Preset preset) {
+    Private& d = state();
+    d.setSettings([&](FanSettings& settings) {
+        mainThread.assertIsCurrent();
+        for (const FanState& fan : d.fans) {
+            settings[fan.id] = settingFor(preset, fan.maxRPM);
+        }
+    });
+    d.setActivePreset(preset);
+}
+
+AppTheme Monitor::theme() const {
+    return state().saved.theme;
+}
+
+void Monitor::setTheme(AppTheme theme) {
+    Private& d = state();
+    Save::theme(*d.services.preferences, theme);
+    d.assign(d.saved.theme, theme, &Monitor::themeChanged);
+}
+
+AppLanguage Monitor::language() const {
+    return state().saved.language;
+}
+
+void Monitor::setLanguage(AppLanguage language) {
+    Private& d = state();
+    Localizer::setLanguage(language);
+    Save::language(*d.services.preferences, language);
+    d.assign(d.saved.language, language, &Monitor::languageChanged);
+}
+
+bool Monitor::alertsEnabled() const {
+    return state().saved.alertsEnabled;
+}
+
+void Monitor::setAlertsEnabled(bool on) {
+    Private& d = state();
+    Save::alertsEnabled(*d.services.preferences, on);
+    d.assign(d.saved.alertsEnabled, on, &Monitor::alertsEnabledChanged);
+    d.announceObligations();
+}
+
+double Monitor::warmThreshold() const {
+    return state().saved.warmThreshold;
+}
+
+void Monitor::setWarmThreshold(double celsius) {
+    Private& d = state();
+    Save::warmThreshold(*d.services.preferences, celsius);
+    d.assign(d.saved.warmThreshold, celsius, &Monitor::warmThresholdChanged);
+}
+
+double Monitor::hotThreshold() const {
+    return state().saved.hotThreshold;
+}
+
+void Monitor::setHotThreshold(double celsius) {
+    Private& d = state();
+    Save::hotThreshold(*d.services.preferences, celsius);
+    d.assign(d.saved.hotThreshold, celsius, &Monitor::hotThresholdChanged);
+}
+
+double Monitor::alertThreshold() const {
+    return state().saved.alertThreshold;
+}
+
+void Monitor::setAlertThreshold(double celsius) {
+    Private& d = state();
+    Save::alertThreshold(*d.services.preferences, celsius);
+    d.assign(d.saved.alertThreshold, celsius, &Monitor::alertThresholdChanged);
+}
+
+bool Monitor::didOnboard() const {
+    return state().saved.didOnboard;
+}
+
+void Monitor::setDidOnboard(bool done) {
+    Private& d = state();
+    Save::didOnboard(*d.services.preferences, done);
+    d.assign(d.saved.didOnboard, done, &Monitor::didOnboardChanged);
+}
+
+void Monitor::Private::setSettings(const std::function<void(FanSettings&)>& change) {
+    FanSettings changed = saved.settings;
+    change(changed);
+    const bool differs = changed != saved.settings;
+    if (differs) {
+        saved.settings = std::move(changed);
+        settingsSnapshot = std::make_shared<const FanSettings>(saved.settings);
+    }
+    Save::settings(*services.preferences, saved.settings);
+    if (differs) {
+        Q_EMIT monitor.settingsChanged();
+        announceObligations();
+    }
+}
+
+void Monitor::Private::setActivePreset(std::optional<Preset> preset) {
+    Save::activePreset(*services.preferences, preset);
+    assign(saved.activePreset, preset, &Monitor::activePresetChanged);
+}
