@@ -1,5 +1,6 @@
 #include "Fenwhirl/Platform/BackgroundTask.h"
 
+#include "Fenwhirl/Platform/AlternateSignalStack.h"
 #include "Fenwhirl/Platform/ThreadName.h"
 
 #include <thread>
@@ -7,6 +8,7 @@
 
 void runInBackground(std::function<void()> task) {
     std::thread([task = std::move(task)] {
+        const AlternateSignalStack stack;
         nameCurrentThread("fenwhirl.task");
         task();
     }).detach();

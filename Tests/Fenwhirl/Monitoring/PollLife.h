@@ -1,0 +1,61 @@
+// One random life of the poll decisions beside the model; shared by the test and the fuzz target.
+
+#pragma once
+
+#include "Fenwhirl/Monitoring/PollDecision.h"
+#include "Fenwhirl/Monitoring/PollModel.h"
+
+// Does what a poll does with the real decisions.
+class DecidedPoll {
+public:
+    PollModel::Outcome poll(const PollCircumstances& c) {
+        const PollDecision decision =
+            decide({c.fans, c.temperatures, c.settings, c.protect, c.protectAt}, boosting_);
+        boosting_ = decision.boosting;
+        PollModel::Outcome outcome;
+        outcome.primary = decision.primaryCelsius;
+        outcome.boosting = decision.boosting;
+        outcome.needsHelper = decision.wantsManualControl;
+        const std::chrono::duration<double> now(c.nowSeconds);
+        for (const FanWish& wish : decision.wishes) {
+            if (wish.suspended) {
+                outcome.problem = "noTemperature";
+            }
+            if (const auto command = commandFor(wish, sent_, c.helperInstalled, now)) {
+                outcome.commands.push_back(*command);
+                if (!c.helperSucceeds) {
+                    outcome.problem = "refused";
+                }
+                record(sent_, wish, now);
+            }
+        }
+        return outcome;
+    }
+
+private:
+    SentTargets sent_;
+    bool boosting_ = false;
+};
+
+// Whether both opinions agree, and no poll breaks a safety rule, from the first poll to the last.
+inline bool agreesWithModel(ByteSource source, std::size_t polls) {
+    PollCircumstances circumstances;
+    PollModel model;
+    DecidedPoll decided;
+    for (std::size_t i = 0; i < polls; ++i) {
+        nextCircumstances(circumstances, source);
+        const auto expected = model.poll(circumstances);
+        const auto actual = decided.poll(circumstances);
+        if (actual.commands != expected.commands || actual.needsHelper != expected.needsHelper ||
+            actual.problem != expected.problem || actual.primary != expected.primary ||
+            actual.boosting != expected.boosting) {
+            return false;
+        }
+        for (const auto& command : actual.commands) {
+            if (command.front() == "set" && (!actual.primary || *actual.primary >= 92)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}

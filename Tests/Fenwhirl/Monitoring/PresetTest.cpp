@@ -1,0 +1,84 @@
+#include "Fenwhirl/Monitoring/AppTheme.h"
+#include "Fenwhirl/Monitoring/Page.h"
+#include "Fenwhirl/Monitoring/Preset.h"
+
+#include "Fenwhirl/Localization/Localizer.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+TEST(Preset, WordsAreStoredInOrder) {
+    std::vector<std::string_view> words;
+    for (const Preset preset : allPresets) {
+        words.push_back(rawValue(preset));
+        EXPECT_EQ(presetFromRawValue(rawValue(preset)), preset);
+    }
+    EXPECT_EQ(words, (std::vector<std::string_view>{"auto", "silent", "balanced", "game", "max"}));
+    for (const auto* unknown : {"", "Auto", "turbo", "max "}) {
+        EXPECT_EQ(presetFromRawValue(unknown), std::nullopt) << unknown;
+    }
+}
+
+TEST(Preset, SettingsAreThoseOfTheTable) {
+    EXPECT_EQ(settingFor(Preset::automatic, 6000), FanSetting());
+    EXPECT_EQ(settingFor(Preset::silent, 6000), (FanSetting{FanModeKind::sensor, 3000, "", 65, 95}));
+    EXPECT_EQ(settingFor(Preset::balanced, 6000), (FanSetting{FanModeKind::sensor, 3000, "", 50, 90}));
+    EXPECT_EQ(settingFor(Preset::game, 6000), (FanSetting{FanModeKind::sensor, 3000, "", 40, 80}));
+    EXPECT_EQ(settingFor(Preset::max, 5432.5), (FanSetting{FanModeKind::constant, 5432.5, "", 50, 90}));
+}
+
+TEST(Preset, TitlesAndDetailsFollowTheLanguage) {
+    Localizer::setLanguage(AppLanguage::fr);
+    EXPECT_EQ(title(Preset::automatic), QStringLiteral("Auto"));
+    EXPECT_EQ(title(Preset::silent), QStringLiteral("Silencieux"));
+    EXPECT_EQ(title(Preset::balanced), QStringLiteral("Équilibré"));
+    EXPECT_EQ(title(Preset::game), QStringLiteral("Jeu"));
+    EXPECT_EQ(title(Preset::max), QStringLiteral("Max"));
+    EXPECT_EQ(detail(Preset::automatic),
+              QStringLiteral("Laisse macOS gérer les ventilateurs, comme d'origine."));
+    EXPECT_EQ(detail(Preset::silent),
+              QStringLiteral(
+                  "Ventilateurs discrets : ils accélèrent seulement quand le Mac chauffe vraiment."));
+    EXPECT_EQ(detail(Preset::balanced),
+              QStringLiteral("Bon compromis entre bruit et fraîcheur pour l'usage de tous les jours."));
+    EXPECT_EQ(detail(Preset::game), QStringLiteral("Refroidit tôt pour les jeux et les gros calculs."));
+    EXPECT_EQ(detail(Preset::max),
+              QStringLiteral("Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais "
+                             "possible."));
+    Localizer::setLanguage(AppLanguage::en);
+    EXPECT_NE(title(Preset::game), QStringLiteral("Jeu"));
+    Localizer::setLanguage(AppLanguage::automatic);
+}
+
+TEST(AppTheme, WordsAreStoredInOrder) {
+    std::vector<std::string_view> words;
+    for (const AppTheme theme : allAppThemes) {
+        words.push_back(rawValue(theme));
+        EXPECT_EQ(appThemeFromRawValue(rawValue(theme)), theme);
+    }
+    EXPECT_EQ(words, (std::vector<std::string_view>{"dark", "light", "auto"}));
+    EXPECT_EQ(appThemeFromRawValue("blue"), std::nullopt);
+}
+
+TEST(Page, WordsTitlesAndIconsAreThoseOfTheSidebar) {
+    Localizer::setLanguage(AppLanguage::fr);
+    std::vector<std::string_view> words;
+    std::vector<std::string_view> icons;
+    QStringList titles;
+    for (const Page page : allPages) {
+        words.push_back(rawValue(page));
+        icons.push_back(icon(page));
+        titles += title(page);
+        EXPECT_EQ(pageFromRawValue(rawValue(page)), page);
+    }
+    EXPECT_EQ(words, (std::vector<std::string_view>{"dashboard", "fans", "sensors", "apps", "presets", "alerts",
+                                                    "settings"}));
+    EXPECT_EQ(icons,
+              (std::vector<std::string_view>{"square.grid.2x2", "fan", "thermometer.medium", "cpu",
+                                             "slider.horizontal.3", "bell", "gearshape"}));
+    EXPECT_EQ(titles.join(u'|'), QStringLiteral("Tableau de bord|Ventilateurs|Capteurs|Applications|"
+                                                "Préréglages|Alertes|Réglages"));
+    EXPECT_EQ(pageFromRawValue("home"), std::nullopt);
+    Localizer::setLanguage(AppLanguage::automatic);
+}
