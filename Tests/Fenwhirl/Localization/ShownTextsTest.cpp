@@ -1,0 +1,103 @@
+// Holds the texts of all sources, gathered by the build, against the translation tables.
+
+#include "Fenwhirl/Localization/FrenchTexts.h"
+
+#include <QString>
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+struct Shown {
+    std::string kind;
+    std::string place; // "Fenwhirl/Views/AppsView.qml:12"
+    QString text;
+};
+
+std::vector<Shown> gathered() {
+    std::vector<Shown> texts;
+    std::ifstream list(FENWHIRL_SHOWN_TEXTS);
+    for (std::string line; std::getline(list, line);) {
+        const auto first = line.find('\t');
+        const auto second = line.find('\t', first + 1);
+        QString text = QString::fromStdString(line.substr(second + 1));
+        text.replace(QStringLiteral("\\n"), QStringLiteral("\n"))
+            .replace(QStringLiteral("\\t"), QStringLiteral("\t"));
+        texts.push_back({line.substr(0, first), line.substr(first + 1, second - first - 1), text});
+    }
+    return texts;
+}
+
+bool hasRow(const QString& text) {
+    return isFrenchText(text.toStdU16String());
+}
+
+// Files whose texts are not for the tables, and why.
+bool speaksForItself(std::string_view place) {
+    static constexpr std::array<std::string_view, 9> files = {
+        // The tables themselves, the letters of the transliteration, the languages' own names.
+        "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
+        "Fenwhirl/Localization/Cyrillic.cpp", "Fenwhirl/Localization/AppLanguage.cpp",
+        // The report is read by whoever helps: always French.
+        "FenwhirlCore/SMCReport", "FenwhirlCore/SMCFanWriteTest", "Fenwhirl/Monitoring/DiagnosticReport",
+        // The system's own processes keep their French labels in every language.
+        "Fenwhirl/Processes/FriendlyName",
+        // The update alert carries its own texts in every language.
+        "Fenwhirl/Updates/"};
+    return std::ranges::any_of(files, [place](std::string_view file) { return place.starts_with(file); });
+}
+
+// Texts that are shown as they stand in every language.
+bool staysAsItIs(const QString& text) {
+    static const std::set<QString> texts = {
+        QStringLiteral("Fenwhirl"),
+        QStringLiteral("Fenwhirl 0.1"),
+        QStringLiteral("Fenwhirl-diagnostic.txt"),
+        QStringLiteral(" °C"),
+        // Groups of the freedesktop formats, not shown.
+        QStringLiteral("Desktop Entry"),
+        QStringLiteral("Desktop Entry/Icon"),
+    };
+    return texts.contains(text);
+}
+
+} // namespace
+
+TEST(ShownTexts, AreGathered) {
+    EXPECT_GT(gathered().size(), 1000U);
+}
+
+TEST(ShownTexts, ThatAreAskedForHaveARow) {
+    for (const Shown& shown : gathered()) {
+        if (shown.kind == "asked") {
+            EXPECT_TRUE(hasRow(shown.text)) << shown.place << ": \"" << shown.text.toStdString() << '"';
+        }
+    }
+}
+
+TEST(ShownTexts, AreNeverAskedForByWhatOnlyRunTimeKnows) {
+    for (const Shown& shown : gathered()) {
+        EXPECT_NE(shown.kind, "dynamic")
+            << shown.place << ": qsTr() without a text; ask where the text stands";
+    }
+}
+
+TEST(ShownTexts, AreAllAskedForOrStayAsTheyAre) {
+    for (const Shown& shown : gathered()) {
+        const bool ofTheProduct = shown.place.starts_with("Fenwhirl");
+        if (shown.kind == "loose" && ofTheProduct && !speaksForItself(shown.place) &&
+            !staysAsItIs(shown.text)) {
+            // Sensors have their French names in a table of their own; SensorLabel asks for them.
+            EXPECT_TRUE(hasRow(shown.text.trimmed()) && !shown.place.ends_with(".qml"))
+                << shown.place << ": \"" << shown.text.toStdString()
+                << "\" is shown in French in every language";
+        }
+    }
+}

@@ -1,0 +1,30 @@
+// The texts that a source file shows to the user, found in the file itself.
+
+#pragma once
+
+#include "Support/ShownTexts/SourceTokens.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ShownTexts {
+
+struct Gathered {
+    enum class Kind {
+        asked,   // given to localized, lookup or qsTr: must be a key of the translation tables
+        dynamic, // qsTr of something that holds no literal: nobody can tell whether it has a translation
+        loose,   // looks like a text for the user, but nobody asks for its translation
+        other,   // any other literal
+    };
+    Kind kind;
+    std::string text;
+    int line;
+};
+
+// Loose are, in QML: letters bound to a property that shows text ("text", "title", "Accessible.name", …) and
+// any literal that reads like language (words with a blank between them, letters beyond ASCII). In C++:
+// literals with letters beyond ASCII, and UTF-16 literals with a blank between words.
+[[nodiscard]] std::vector<Gathered> gather(std::string_view source, Grammar grammar);
+
+} // namespace ShownTexts

@@ -1,0 +1,99 @@
+#include "Support/ShownTexts/GatheredTexts.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+using ShownTexts::Gathered;
+using ShownTexts::Grammar;
+
+namespace {
+
+std::vector<std::string> texts(std::string_view source, Grammar grammar, Gathered::Kind kind) {
+    std::vector<std::string> found;
+    for (const Gathered& text : ShownTexts::gather(source, grammar)) {
+        if (text.kind == kind) {
+            found.push_back(text.text);
+        }
+    }
+    return found;
+}
+
+using Texts = std::vector<std::string>;
+
+} // namespace
+
+TEST(GatheredTexts, FindWhatCppAsksFor) {
+    EXPECT_EQ(
+        texts(
+            R"cpp(auto a = localized(u"Réglages"); auto b = localized(QStringLiteral("Ventilateur %@"), {u"x y"_qs});
+                       auto c = Localizer::lookup(on ? u"Activer" : u"Désactiver"); )cpp",
+            Grammar::cpp, Gathered::Kind::asked),
+        (Texts{"Réglages", "Ventilateur %@", "Activer", "Désactiver"}));
+}
+
+TEST(GatheredTexts, JoinAdjacentLiteralsAndReadEscapes) {
+    EXPECT_EQ(texts("localized(u\"un \" \n u\"deux\\\"\\u00e9\\n\")", Grammar::cpp, Gathered::Kind::asked),
+              (Texts{"un deux\"é\n"}));
+    EXPECT_EQ(texts("f(R\"x(brut é \" )\" )x\")", Grammar::cpp, Gathered::Kind::loose),
+              (Texts{"brut é \" )\" "}));
+}
+
+TEST(GatheredTexts, PassOverComments) {
+    EXPECT_EQ(texts("// localized(u\"a\")\n/* localized(u\"é\") */ f(u\"c\"); // d'un \"côté\"", Grammar::cpp,
+                    Gathered::Kind::other),
+              (Texts{"c"}));
+}
+
+TEST(GatheredTexts, KeepQuotesOfNumbersAndCharactersApart) {
+    EXPECT_EQ(texts("x = 1'000; y = '\"'; z = localized(u\"Jeu\");", Grammar::cpp, Gathered::Kind::asked),
+              (Texts{"Jeu"}));
+}
+
+TEST(GatheredTexts, FindTextsThatCppDoesNotAskFor) {
+    EXPECT_EQ(
+        texts(
+            R"cpp(a("Température"); b(u"Ce Mac"); c("not wide words"); d("key"); e(QStringLiteral("deux mots"));
+                       f(u" °C"); g(u" · "); h(u"–"); i(u"Српски"); j("\xE2\x80\xA8\xEF\xBF\xBD");)cpp",
+            Grammar::cpp, Gathered::Kind::loose),
+        (Texts{"Température", "Ce Mac", "deux mots", "Српски"}));
+}
+
+TEST(GatheredTexts, FindWhatQmlAsksFor) {
+    EXPECT_EQ(texts("Text {\n text: busy ? qsTr(\"Activation…\") : qsTr('Activer')\n}", Grammar::qml,
+                    Gathered::Kind::asked),
+              (Texts{"Activation…", "Activer"}));
+}
+
+TEST(GatheredTexts, ReportQmlThatAsksForWhatNobodyCanKnow) {
+    EXPECT_EQ(texts("Text { text: qsTr(modelData) }", Grammar::qml, Gathered::Kind::dynamic).size(), 1U);
+    EXPECT_EQ(texts("Text { text: qsTr(a ? \"b\" : c) }", Grammar::qml, Gathered::Kind::dynamic).size(), 0U);
+}
+
+TEST(GatheredTexts, FindTextsThatQmlDoesNotAskFor) {
+    EXPECT_EQ(
+        texts("Button {\n text: on ? qsTr(\"Actif\") : \"Inactif\"\n}", Grammar::qml, Gathered::Kind::loose),
+        (Texts{"Inactif"}));
+    EXPECT_EQ(texts("Item {\n Accessible.name: \"fan\"\n objectName: \"fan\"\n}", Grammar::qml,
+                    Gathered::Kind::loose),
+              (Texts{"fan"}));
+    EXPECT_EQ(texts("Item { property string title: \"Capteurs\" }", Grammar::qml, Gathered::Kind::loose),
+              (Texts{"Capteurs"}));
+    EXPECT_EQ(texts("function f() { return \"deux mots\" + \"é\" }", Grammar::qml, Gathered::Kind::loose),
+              (Texts{"deux mots", "é"}));
+}
+
+TEST(GatheredTexts, LeaveSignsAndIdentifiersOfQmlAlone) {
+    EXPECT_EQ(
+        texts("import \"Some Folder\"\nText {\n text: \" – \" + value + \" · \"\n font.family: \"Inter\"\n}",
+              Grammar::qml, Gathered::Kind::loose),
+        Texts{});
+}
+
+TEST(GatheredTexts, SurviveBrokenSources) {
+    for (const char* const source :
+         {"\"", "'", "localized(", "localized(u\"", "R\"(", "/*", "u\"\\", "qsTr(((", "`a\n"}) {
+        EXPECT_NO_FATAL_FAILURE(static_cast<void>(ShownTexts::gather(source, Grammar::cpp))) << source;
+        EXPECT_NO_FATAL_FAILURE(static_cast<void>(ShownTexts::gather(source, Grammar::qml))) << source;
+    }
+}
