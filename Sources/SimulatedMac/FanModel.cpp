@@ -13,6 +13,7 @@ constexpr double longestStepSeconds = 0.1;
 constexpr double fullAccelerationSeconds = 4;
 constexpr double fullCoastingSeconds = 6;
 constexpr double restBelowStartKelvin = 5;
+constexpr double stopBelowStartKelvin = 15;
 
 double withinFan(double rpm, const FanLimits& limits) {
     return std::max(0.0, std::min(rpm, limits.maximumRPM));
@@ -20,8 +21,9 @@ double withinFan(double rpm, const FanLimits& limits) {
 
 } // namespace
 
-double automaticTarget(const AutomaticCurve& curve, const FanLimits& limits, double celsius) {
-    if (curve.restsWhenCool && celsius < curve.startCelsius - restBelowStartKelvin) {
+double automaticTarget(const AutomaticCurve& curve, const FanLimits& limits, double celsius, bool turning) {
+    const double restBelowStart = turning ? stopBelowStartKelvin : restBelowStartKelvin;
+    if (curve.restsWhenCool && celsius < curve.startCelsius - restBelowStart) {
         return 0;
     }
     const double share = (celsius - curve.startCelsius) / (curve.fullCelsius - curve.startCelsius);

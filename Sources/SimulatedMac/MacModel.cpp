@@ -93,9 +93,12 @@ void advance(MacState& state, const MacModel& model, const MacInputs& inputs, do
         for (unsigned fan = 0; fan < state.fanCount; ++fan) {
             const FanInput& input = inputs.fans[fan];
             FanState& one = state.fans[fan];
-            one.targetRPM = inputs.asleep ? 0
-                                          : input.manualTargetRPM.value_or(automaticTarget(
-                                                model.curve, input.limits, state.controlCelsius));
+            if (inputs.asleep) {
+                one.targetRPM = 0;
+            } else {
+                one.targetRPM = input.manualTargetRPM.value_or(
+                    automaticTarget(model.curve, input.limits, state.controlCelsius, one.targetRPM > 0));
+            }
             one.rpm = stepFan(one.rpm, one.targetRPM, input.limits, slice);
         }
         state.thermal = step(state.thermal, model.thermal,

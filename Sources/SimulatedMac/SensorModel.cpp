@@ -118,7 +118,7 @@ std::optional<double> recordedDieCelsius(const MachineTable& table) {
     if (dies.empty()) {
         return std::nullopt;
     }
-    const auto middle = dies.begin() + static_cast<std::ptrdiff_t>(dies.size() / 2);
+    const auto middle = dies.begin() + static_cast<std::ptrdiff_t>((dies.size() - 1) / 2);
     std::nth_element(dies.begin(), middle, dies.end());
     return *middle;
 }
