@@ -1,0 +1,489 @@
+// The built program, started in a mount namespace of the test's own so that it meets no other simulation.
+
+#include "FenwhirlCore/SMCRecord.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <optional>
+#include <poll.h>
+#include <pty.h>
+#include <sched.h>
+#include <sstream>
+#include <string>
+#include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr const char* socketPath = "/run/fenwhirl/AppleSMC";
+constexpr int patienceMilliseconds = 20'000;
+
+// Gives this process a /run of its own; an ordinary user becomes root of a user namespace for that.
+class PrivateRun : public testing::Environment {
+public:
+    void SetUp() override {
+        const uid_t user = ::getuid();
+        if (::unshare(CLONE_NEWNS) != 0) {
+            ASSERT_EQ(::unshare(CLONE_NEWUSER | CLONE_NEWNS), 0) << std::strerror(errno);
+            std::ofstream("/proc/self/setgroups") << "deny";
+            std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+        }
+        ASSERT_EQ(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0) << std::strerror(errno);
+        ASSERT_EQ(::mount("tmpfs", "/run", "tmpfs", 0, "mode=755"), 0) << std::strerror(errno);
+    }
+};
+
+[[maybe_unused]] testing::Environment* const privateRun =
+    testing::AddGlobalTestEnvironment(new PrivateRun); // GoogleTest owns it
+
+struct Ending {
+    int status = -1;
+    std::string errors;
+};
+
+// A running simulated-mac, with its input and output in this test's hands.
+class Program {
+public:
+    explicit Program(std::vector<std::string> arguments = {}, int input = -1, bool asNobody = false) {
+        std::array<int, 2> in{};
+        std::array<int, 2> out{};
+        std::array<int, 2> err{};
+        EXPECT_EQ(::pipe2(in.data(), O_CLOEXEC), 0);
+        EXPECT_EQ(::pipe2(out.data(), O_CLOEXEC), 0);
+        EXPECT_EQ(::pipe2(err.data(), O_CLOEXEC), 0);
+        arguments.insert(arguments.begin(), FENWHIRL_SIMULATED_MAC);
+        std::vector<char*> words;
+        for (std::string& argument : arguments) {
+            words.push_back(argument.data());
+        }
+        words.push_back(nullptr);
+        process_ = ::fork();
+        if (process_ == 0) {
+            ::dup2(input >= 0 ? input : in[0], 0);
+            ::dup2(out[1], 1);
+            ::dup2(err[1], 2);
+            if (asNobody && ::setuid(65534) != 0) {
+                ::_exit(99);
+            }
+            ::execv(words[0], words.data());
+            ::_exit(98);
+        }
+        ::close(in[0]);
+        ::close(out[1]);
+        ::close(err[1]);
+        input_ = in[1];
+        output_ = out[0];
+        errors_ = err[0];
+    }
+
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    ~Program() {
+        if (process_ > 0) {
+            ::kill(process_, SIGKILL);
+            (void)end();
+        }
+        ::close(output_);
+        ::close(errors_);
+    }
+
+    // The next line of output, without its end; what came so far when the program ends or takes too long.
+    std::string line() {
+        for (;;) {
+            const std::size_t end = buffer_.find('\n');
+            if (end != std::string::npos) {
+                std::string text = buffer_.substr(0, end);
+                buffer_.erase(0, end + 1);
+                return text;
+            }
+            pollfd wait{.fd = output_, .events = POLLIN, .revents = 0};
+            std::array<char, 4096> piece{};
+            if (::poll(&wait, 1, patienceMilliseconds) != 1) {
+                return std::exchange(buffer_, {}) + "<nothing more>";
+            }
+            const ssize_t length = ::read(output_, piece.data(), piece.size());
+            if (length <= 0) {
+                return std::exchange(buffer_, {}) + "<end>";
+            }
+            buffer_.append(piece.data(), static_cast<std::size_t>(length));
+        }
+    }
+
+    void send(const std::string& text) const {
+        ASSERT_EQ(::write(input_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+
+    // Runs a command and returns the last line of its answer.
+    std::string command(const std::string& text) {
+        send(text + "\n");
+        for (;;) {
+            std::string answer = line();
+            if (answer.starts_with("ok") || answer.starts_with("error:") || answer.ends_with('>')) {
+                return answer;
+            }
+        }
+    }
+
+    void closeInput() { ::close(std::exchange(input_, -1)); }
+
+    void signal(int number) const { ::kill(process_, number); }
+
+    [[nodiscard]] pid_t process() const { return process_; }
+
+    // Waits for the end. Status -signal when a signal ended it.
+    Ending end() {
+        if (input_ >= 0) {
+            closeInput();
+        }
+        Ending ending;
+        std::array<char, 4096> piece{};
+        for (ssize_t length = 1; length > 0;) {
+            length = ::read(errors_, piece.data(), piece.size());
+            ending.errors.append(piece.data(), length > 0 ? static_cast<std::size_t>(length) : 0);
+        }
+        int status = 0;
+        ::waitpid(std::exchange(process_, -1), &status, 0);
+        ending.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+        return ending;
+    }
+
+private:
+    pid_t process_ = -1;
+    int input_ = -1;
+    int output_ = -1;
+    int errors_ = -1;
+    std::string buffer_;
+};
+
+bool exists(const char* path) {
+    struct stat status {};
+
+    return ::lstat(path, &status) == 0;
+}
+
+mode_t modeOf(const char* path) {
+    struct stat status {};
+
+    return ::lstat(path, &status) == 0 ? status.st_mode & 07777 : 0;
+}
+
+int connectToSMC() {
+    const int socket = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, socketPath); // NOLINT(clang-analyzer-security.insecureAPI.strcpy)
+    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
+        ::close(socket);
+        return -1;
+    }
+    return socket;
+}
+
+std::string temporaryFile(const std::string& name, const std::string& text) {
+    const std::string path = testing::TempDir() + name + "-" + std::to_string(::getpid());
+    std::ofstream(path) << text;
+    return path;
+}
+
+TEST(Program, AnnouncesThatItIsReadyAndThenAnswersClients) {
+    Program program({"--speed", "0"});
+    EXPECT_EQ(program.line(), "ready MacBookPro11,4 at /run/fenwhirl/AppleSMC");
+    const int socket = connectToSMC();
+    ASSERT_GE(socket, 0);
+    SMCParam request{};
+    request.key = 0x464E756D; // FNum
+    request.data8 = SMCCommand::readKey;
+    request.keyInfo.dataSize = 1;
+    ASSERT_EQ(::send(socket, &request, sizeof(request), 0), 80);
+    std::array<std::uint8_t, 200> reply{};
+    EXPECT_EQ(::recv(socket, reply.data(), reply.size(), 0), 84);
+    EXPECT_EQ(reply[4 + 48], 2);
+    ::close(socket);
+    EXPECT_NE(program.command("state").find("connections=1 requests=1"), std::string::npos);
+}
+
+TEST(Program, TheFolderIsRootsAndTheSocketOpenToAll) {
+    Program program;
+    (void)program.line();
+    EXPECT_EQ(modeOf("/run/fenwhirl"), 0755U);
+    EXPECT_EQ(modeOf(socketPath), 0666U);
+}
+
+TEST(Program, QuitAndSignalsEndItAndRemoveTheSocket) {
+    for (const int number : {0, SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+        Program program;
+        EXPECT_TRUE(program.line().starts_with("ready"));
+        if (number == 0) {
+            EXPECT_EQ(program.command("quit"), "ok bye");
+        } else {
+            program.signal(number);
+        }
+        EXPECT_EQ(program.end().status, 0) << number;
+        EXPECT_FALSE(exists(socketPath)) << number;
+        EXPECT_FALSE(exists("/run/fenwhirl/simulated-mac.lock")) << number;
+    }
+}
+
+TEST(Program, RefusesToStartBesideARunningOne) {
+    Program first;
+    EXPECT_TRUE(first.line().starts_with("ready"));
+    Program second;
+    const Ending ending = second.end();
+    EXPECT_EQ(ending.status, 1);
+    EXPECT_NE(ending.errors.find("already running (process " + std::to_string(first.process()) + ")"),
+              std::string::npos)
+        << ending.errors;
+    EXPECT_TRUE(first.command("state").starts_with("ok")) << "the first one is undisturbed";
+    EXPECT_TRUE(exists(socketPath));
+}
+
+TEST(Program, ClearsAwayTheSocketOfOneThatWasKilled) {
+    {
+        Program killed;
+        EXPECT_TRUE(killed.line().starts_with("ready"));
+        killed.signal(SIGKILL);
+        EXPECT_EQ(killed.end().status, -SIGKILL);
+    }
+    EXPECT_TRUE(exists(socketPath));
+    Program next;
+    EXPECT_TRUE(next.line().starts_with("ready"));
+}
+
+TEST(Program, DoesNotPushAsideAnotherServerOrAFile) {
+    ASSERT_TRUE(::mkdir("/run/fenwhirl", 0755) == 0 || errno == EEXIST);
+    const int other = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, socketPath); // NOLINT(clang-analyzer-security.insecureAPI.strcpy)
+    ::unlink(socketPath);
+    ASSERT_EQ(::bind(other, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    ASSERT_EQ(::listen(other, 1), 0);
+    Program beside;
+    const Ending refused = beside.end();
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_NE(refused.errors.find("another program"), std::string::npos) << refused.errors;
+    EXPECT_TRUE(exists(socketPath));
+    ::close(other);
+    ::unlink(socketPath);
+
+    std::ofstream(socketPath) << "precious";
+    Program before;
+    EXPECT_EQ(before.end().status, 1);
+    EXPECT_TRUE(exists(socketPath));
+    ::unlink(socketPath);
+}
+
+TEST(Program, RefusesAFolderThatClientsWouldNotTrust) {
+    ASSERT_TRUE(::mkdir("/run/fenwhirl", 0755) == 0 || errno == EEXIST);
+    ASSERT_EQ(::chmod("/run/fenwhirl", 0777), 0);
+    Program program;
+    const Ending ending = program.end();
+    EXPECT_EQ(ending.status, 1);
+    EXPECT_NE(ending.errors.find("/run/fenwhirl"), std::string::npos);
+    ASSERT_EQ(::chmod("/run/fenwhirl", 0755), 0);
+}
+
+TEST(Program, WithoutRootItSaysWhatHelps) {
+    std::ifstream map("/proc/self/uid_map");
+    const std::string text((std::istreambuf_iterator<char>(map)), {});
+    if (text.find("4294967295") == std::string::npos) {
+        GTEST_SKIP() << "there is nobody else to become in this user namespace";
+    }
+    Program program({}, -1, true);
+    const Ending ending = program.end();
+    EXPECT_EQ(ending.status, 1);
+    EXPECT_NE(ending.errors.find("root"), std::string::npos) << ending.errors;
+    EXPECT_NE(ending.errors.find("unshare -rm"), std::string::npos) << ending.errors;
+}
+
+TEST(Program, WrongArgumentsAreExplained) {
+    Program wrong({"--socket", "/tmp/x"});
+    const Ending usage = wrong.end();
+    EXPECT_EQ(usage.status, 64);
+    EXPECT_NE(usage.errors.find("--socket"), std::string::npos);
+    Program unknown({"--machine", "Lisa"});
+    const Ending machine = unknown.end();
+    EXPECT_EQ(machine.status, 1);
+    EXPECT_NE(machine.errors.find("Lisa"), std::string::npos);
+    Program heat({"--heat", "lots"});
+    EXPECT_EQ(heat.end().status, 1);
+    Program script({"--script", "/nowhere"});
+    EXPECT_EQ(script.end().status, 1);
+    EXPECT_FALSE(exists(socketPath));
+}
+
+TEST(Program, ListAndHelpNeedNoRootAndNoSocket) {
+    Program list({"--list"});
+    std::string all;
+    for (std::string line = list.line(); !line.ends_with("<end>"); line = list.line()) {
+        all += line + "\n";
+    }
+    EXPECT_NE(all.find("MacBookPro11,4"), std::string::npos);
+    EXPECT_NE(all.find("AppleSilicon"), std::string::npos);
+    EXPECT_EQ(list.end().status, 0);
+    Program help({"--help"});
+    EXPECT_TRUE(help.line().starts_with("simulated-mac:"));
+    EXPECT_EQ(help.end().status, 0);
+}
+
+TEST(Program, AScriptIsInForceBeforeClientsAreWelcome) {
+    const std::string script =
+        temporaryFile("script", "# a warm start\nset TC0P 93.5\nwait 3600\nset TC0P 20\n");
+    Program program({"--script", script});
+    EXPECT_TRUE(program.line().starts_with("ready"));
+    EXPECT_NE(program.command("get TC0P").find("value=93.50"), std::string::npos)
+        << "and its waiting does not hold up typed commands";
+    (void)std::remove(script.c_str());
+}
+
+TEST(Program, AnErrorInAScriptIsShown) {
+    const std::string script = temporaryFile("script", "set NOPE 1\n");
+    Program program({"--script", script});
+    EXPECT_EQ(program.line(), "script: set NOPE 1: error: no key \"NOPE\" on this machine");
+    EXPECT_TRUE(program.line().starts_with("ready"));
+    (void)std::remove(script.c_str());
+}
+
+TEST(Program, GoesOnWhenInputEndsUnlessToldOtherwise) {
+    Program persistent;
+    EXPECT_TRUE(persistent.line().starts_with("ready"));
+    persistent.send("say last words");
+    persistent.closeInput();
+    EXPECT_EQ(persistent.line(), "ok last words") << "also without a line end";
+    const int socket = connectToSMC();
+    EXPECT_GE(socket, 0);
+    ::close(socket);
+    persistent.signal(SIGTERM);
+    EXPECT_EQ(persistent.end().status, 0);
+
+    Program obedient({"--quit-at-end-of-input"});
+    EXPECT_TRUE(obedient.line().starts_with("ready"));
+    obedient.closeInput();
+    EXPECT_EQ(obedient.end().status, 0);
+}
+
+TEST(Program, InputMayBeAFileOrNothing) {
+    const std::string commands = temporaryFile("commands", "say one\nsay two\n");
+    const int file = ::open(commands.c_str(), O_RDONLY | O_CLOEXEC);
+    Program fromFile({"--quit-at-end-of-input"}, file);
+    ::close(file);
+    EXPECT_TRUE(fromFile.line().starts_with("ready"));
+    EXPECT_EQ(fromFile.line(), "ok one");
+    EXPECT_EQ(fromFile.line(), "ok two");
+    EXPECT_EQ(fromFile.end().status, 0);
+    (void)std::remove(commands.c_str());
+
+    const int null = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    Program quiet({}, null);
+    ::close(null);
+    EXPECT_TRUE(quiet.line().starts_with("ready"));
+    const int socket = connectToSMC();
+    EXPECT_GE(socket, 0);
+    ::close(socket);
+    quiet.signal(SIGTERM);
+    EXPECT_EQ(quiet.end().status, 0);
+}
+
+TEST(Program, WritesAreAppendedToTheWriteLog) {
+    const std::string log = temporaryFile("writes", "");
+    Program program({"--write-log", log});
+    EXPECT_TRUE(program.line().starts_with("ready"));
+    const int socket = connectToSMC();
+    SMCParam request{};
+    request.key = 0x46532120; // "FS! "
+    request.data8 = SMCCommand::writeKey;
+    request.keyInfo.dataSize = 2;
+    request.bytes[1] = 1;
+    ASSERT_EQ(::send(socket, &request, sizeof(request), 0), 80);
+    std::array<char, 200> reply{};
+    EXPECT_EQ(::recv(socket, reply.data(), reply.size(), 0), 84);
+    ::close(socket);
+    std::ifstream file(log);
+    std::string line;
+    std::getline(file, line);
+    EXPECT_NE(line.find("pid=" + std::to_string(::getpid()) + " uid=0 key=FS! type=ui16 bytes=0001"),
+              std::string::npos)
+        << line;
+    (void)std::remove(log.c_str());
+}
+
+std::string voluntarySwitches(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("voluntary_ctxt_switches")) {
+            return line;
+        }
+    }
+    return "";
+}
+
+TEST(Program, NeverWakesWhileNobodyAsks) {
+    Program program;
+    EXPECT_TRUE(program.line().starts_with("ready"));
+    EXPECT_TRUE(program.command("state").starts_with("ok"));
+    // The answer is written before it falls asleep again: look once it sleeps.
+    std::string before;
+    std::string now = voluntarySwitches(program.process());
+    do {
+        before = now;
+        ::poll(nullptr, 0, 50);
+        now = voluntarySwitches(program.process());
+    } while (now != before);
+    ::poll(nullptr, 0, 400); // long enough for any tick that would matter
+    EXPECT_EQ(voluntarySwitches(program.process()), before);
+}
+
+TEST(Program, ATerminalShowsALineThatRenewsItselfAndTakesCommands) {
+    int terminal = -1;
+    winsize size{.ws_row = 24, .ws_col = 40, .ws_xpixel = 0, .ws_ypixel = 0};
+    const pid_t process = ::forkpty(&terminal, nullptr, nullptr, &size);
+    ASSERT_GE(process, 0);
+    if (process == 0) {
+        ::execl(FENWHIRL_SIMULATED_MAC, FENWHIRL_SIMULATED_MAC, nullptr);
+        ::_exit(98);
+    }
+    std::string seen;
+    const auto readUntil = [&](const std::string& wanted) {
+        std::array<char, 4096> piece{};
+        while (seen.find(wanted) == std::string::npos) {
+            pollfd wait{.fd = terminal, .events = POLLIN, .revents = 0};
+            const ssize_t length = ::poll(&wait, 1, patienceMilliseconds) == 1
+                                       ? ::read(terminal, piece.data(), piece.size())
+                                       : -1;
+            if (length <= 0) {
+                return false;
+            }
+            seen.append(piece.data(), static_cast<std::size_t>(length));
+        }
+        return true;
+    };
+    EXPECT_TRUE(readUntil("ready ")) << seen;
+    EXPECT_TRUE(readUntil("MacBookPro11,4   processor ")) << seen;
+    EXPECT_TRUE(readUntil("\x1b[A\r")) << "renewed in place: " << seen;
+    EXPECT_EQ(seen.find("client"), std::string::npos) << "cut at the width of 40 columns: " << seen;
+    ASSERT_EQ(::write(terminal, "say hello\n", 10), 10);
+    EXPECT_TRUE(readUntil("ok hello")) << seen;
+    ASSERT_EQ(::write(terminal, "quit\n", 5), 5);
+    EXPECT_TRUE(readUntil("ok bye")) << seen;
+    int status = -1;
+    EXPECT_EQ(::waitpid(process, &status, 0), process);
+    EXPECT_EQ(status, 0);
+    ::close(terminal);
+}
+
+} // namespace
