@@ -1,0 +1,126 @@
+#include "Support/ScriptedSMC.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace {
+
+class SMCFanReadings : public testing::Test {
+protected:
+    ScriptedSMC controller;
+    SMC smc = controller.open();
+};
+
+TEST_F(SMCFanReadings, TheFanCountIsTruncated) {
+    EXPECT_EQ(smc.fanCount(), 0);
+    controller.setNumber("FNum", "ui8 ", 255);
+    EXPECT_EQ(smc.fanCount(), 255);
+    controller.setNumber("FNum", "flt ", 2.9);
+    EXPECT_EQ(smc.fanCount(), 2);
+    controller.setNumber("FNum", "flt ", -0.9);
+    EXPECT_EQ(smc.fanCount(), 0);
+    controller.set("FNum", "ui32", {0xFF, 0xFF, 0xFF, 0xFF});
+    EXPECT_EQ(smc.fanCount(), 4294967295);
+    controller.set("FNum", "{abc", {1});
+    EXPECT_EQ(smc.fanCount(), 0);
+}
+
+TEST_F(SMCFanReadings, AFanReportsItsFourSpeeds) {
+    controller.setNumber("FNum", "ui8 ", 1);
+    controller.set("F0Ac", "fpe2", {0x12, 0x8C});
+    controller.set("F0Mn", "fpe2", {0x12, 0xC0});
+    controller.set("F0Mx", "fpe2", {0x65, 0x90});
+    controller.setNumber("F0Tg", "flt ", 1234.5);
+    EXPECT_EQ(smc.readFans(), (std::vector<FanReading>{{0, 1187, 1200, 6500, 1234.5}}));
+}
+
+TEST_F(SMCFanReadings, MissingLimitsHaveSubstitutes) {
+    controller.setNumber("FNum", "ui8 ", 2);
+    controller.setNumber("F0Ac", "fpe2", 2000);
+    controller.setNumber("F1Ac", "fpe2", 0);
+    EXPECT_EQ(smc.readFans(), (std::vector<FanReading>{{0, 2000, 0, 2000, 2000}, {1, 0, 0, 1, 0}}));
+}
+
+TEST_F(SMCFanReadings, AFanWithoutSpeedLeavesAGap) {
+    controller.addOlderFans(3);
+    controller.at("F1Ac").readResult = SMCResult::notReadable;
+    const auto fans = smc.readFans();
+    ASSERT_EQ(fans.size(), 2U);
+    EXPECT_EQ(fans[0].index, 0);
+    EXPECT_EQ(fans[1].index, 2);
+}
+
+TEST_F(SMCFanReadings, ASpeedThatDoesNotDecodeLeavesAGap) {
+    controller.addOlderFans(2);
+    controller.set("F0Ac", "hex_", {1, 2});
+    ASSERT_EQ(smc.readFans().size(), 1U);
+    EXPECT_EQ(smc.readFans()[0].index, 1);
+}
+
+TEST_F(SMCFanReadings, FansBeyondTheCountAreNotRead) {
+    controller.addOlderFans(3);
+    controller.setNumber("FNum", "ui8 ", 1);
+    EXPECT_EQ(smc.readFans().size(), 1U);
+    controller.remove("FNum");
+    EXPECT_TRUE(smc.readFans().empty());
+    controller.setNumber("FNum", "flt ", -5);
+    EXPECT_TRUE(smc.readFans().empty());
+}
+
+TEST_F(SMCFanReadings, ValuesThatAreNoNumberAreCarried) {
+    controller.addUnlockableFans(1);
+    controller.set("F0Ac", "flt ", {0, 0, 0xC0, 0x7F});
+    controller.set("F0Mx", "flt ", {0, 0, 0x80, 0x7F});
+    const auto fans = smc.readFans();
+    ASSERT_EQ(fans.size(), 1U);
+    EXPECT_TRUE(std::isnan(fans[0].rpm));
+    EXPECT_EQ(fans[0].maxRPM, std::numeric_limits<double>::infinity());
+}
+
+TEST_F(SMCFanReadings, FromIndexTenOnTheCutKeysAreRead) {
+    controller.setNumber("FNum", "ui8 ", 12);
+    controller.setNumber("F10A", "ui16", 1010);
+    controller.setNumber("F11A", "ui16", 1111);
+    controller.setNumber("F11M", "ui16", 900);
+    EXPECT_EQ(smc.readFans(),
+              (std::vector<FanReading>{{10, 1010, 0, 1010, 1010}, {11, 1111, 900, 900, 1111}}));
+}
+
+TEST_F(SMCFanReadings, ManyFansAreReadInOneGo) {
+    controller.setNumber("FNum", "ui16", 65535);
+    for (int prefix = 0; prefix < 10; ++prefix)
+        controller.setNumber("F" + std::to_string(prefix) + "Ac", "fpe2", 100 * prefix);
+    controller.setNumber("F123", "ui16", 123);
+    const auto fans = smc.readFans();
+    // 0…9 by their own keys, then every index whose digits begin with 123.
+    EXPECT_EQ(fans.size(), 10U + 1 + 10 + 100);
+    EXPECT_EQ(fans[10], (FanReading{123, 123, 123, 123, 123}));
+    EXPECT_EQ(fans.back().index, 12399);
+}
+
+TEST_F(SMCFanReadings, TheStopFlagAndADeadConnectionEndTheReading) {
+    controller.addOlderFans(5);
+    std::atomic<bool> stop = true;
+    smc.setStopFlag(&stop);
+    EXPECT_TRUE(smc.readFans().empty());
+    stop = false;
+    EXPECT_EQ(smc.readFans().size(), 5U);
+    controller.set("FNum", "ui32", {0xFF, 0xFF, 0xFF, 0xFF});
+    controller.diesAtRequest = controller.requests.size() + 9;
+    EXPECT_LE(smc.readFans().size(), 1U);
+}
+
+using SMCFanReadingsDeathTest = SMCFanReadings;
+
+TEST_F(SMCFanReadingsDeathTest, AFanCountThatIsNoUsableNumberEndsTheProcess) {
+    using Bytes = ScriptedSMC::Bytes;
+    for (const Bytes& count : {Bytes{0, 0, 0xC0, 0x7F}, Bytes{0, 0, 0x80, 0xFF}, Bytes{0, 0, 0x00, 0x5F}}) {
+        controller.set("FNum", "flt ", count);
+        EXPECT_EXIT(static_cast<void>(smc.fanCount()), testing::KilledBySignal(SIGABRT), "");
+        EXPECT_EXIT(static_cast<void>(smc.readFans()), testing::KilledBySignal(SIGABRT), "");
+        EXPECT_EXIT(static_cast<void>(smc.resetFans()), testing::KilledBySignal(SIGABRT), "");
+    }
+}
+
+} // namespace
