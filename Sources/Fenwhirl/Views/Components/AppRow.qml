@@ -1,0 +1,122 @@
+import QtQuick
+import Fenwhirl.Components
+
+// An application that loads the processor, 52 high.
+//   name, detail        detail is the second, smaller line
+//   iconSource          picture of the application; empty shows the gears
+//   fraction            filled share of the bar, 0…1
+//   shareText           the share as text, right aligned in 44
+//   on                  whether its switch is on; set by the owner
+//   protectedText       stands in place of the switch when not empty
+//   divider             whether a hairline closes the row
+//   switchText          what the switch does, for screen readers
+//   signal toggled(bool on)  the state the user asks for
+Item {
+    id: root
+
+    required property string name
+    required property string detail
+    required property url iconSource
+    required property double fraction
+    required property string shareText
+    required property bool on
+    required property string protectedText
+    property string switchText: name
+    property bool divider: true
+
+    signal toggled(bool on)
+
+    Accessible.name: name + " " + shareText
+    Accessible.role: Accessible.ListItem
+    implicitHeight: 52
+    implicitWidth: 600
+
+    AppIcon {
+        id: icon
+        anchors.verticalCenter: parent.verticalCenter
+        source: root.iconSource
+    }
+
+    Column {
+        anchors.left: icon.right
+        anchors.leftMargin: 12
+        anchors.right: bar.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+
+        ElidedLabel {
+            Accessible.ignored: true
+            size: 14
+            text: root.name
+            width: parent.width
+        }
+
+        Label {
+            color: Theme.muted
+            size: 11
+            text: root.detail
+            width: parent.width
+        }
+    }
+
+    Bar {
+        id: bar
+        anchors.right: share.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        fraction: root.fraction
+        width: 140
+    }
+
+    Item {
+        id: share
+        anchors.right: trailing.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        height: number.height
+        width: Math.max(44, number.width)
+
+        TabularText {
+            id: number
+            Accessible.ignored: true
+            anchors.right: parent.right
+            size: 14
+            text: root.shareText
+        }
+    }
+
+    Item {
+        id: trailing
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        height: parent.height
+        width: Math.max(64, note.visible ? note.implicitWidth : 0)
+
+        Label {
+            id: note
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.muted
+            size: 12
+            text: root.protectedText
+            visible: text.length > 0
+        }
+
+        Switch {
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            on: root.on
+            text: root.switchText
+            visible: !note.visible
+
+            onToggled: on => root.toggled(on)
+        }
+    }
+
+    Divider {
+        anchors.bottom: parent.bottom
+        visible: root.divider
+        width: parent.width
+    }
+}

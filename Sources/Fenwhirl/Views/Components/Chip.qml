@@ -1,0 +1,24 @@
+import QtQuick
+import Fenwhirl.Components
+
+// A small choice among others, 28 high: a button that is filled with the accent while selected. See ChipRow.
+//   text, selected, signal clicked
+ButtonBase {
+    id: root
+
+    required property bool selected
+
+    Accessible.checkable: true
+    Accessible.checked: selected
+    Accessible.role: Accessible.RadioButton
+    fill: selected ? Theme.accent : Theme.well
+    hoverColor: selected ? Theme.accentHover : Theme.hover
+    implicitHeight: 28
+    labelColor: selected ? Theme.onAccent : Theme.text
+    labelSize: 12
+    labelWeight: selected ? Font.DemiBold : Font.Normal
+    leftPadding: 10
+    pressedColor: selected ? Theme.accentDown : Theme.pressed
+    rightPadding: 10
+    stroke: selected ? "transparent" : Theme.stroke
+}

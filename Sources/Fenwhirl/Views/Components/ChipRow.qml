@@ -1,0 +1,62 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Fenwhirl.Components
+
+// Chips in rows that fill the width: each row's chips share what their texts leave over.
+//   labels          one per chip
+//   currentIndex    the selected chip, -1 for none; set by the owner
+//   signal activated(index)  a chip was chosen; the owner then changes currentIndex
+Item {
+    id: root
+
+    required property var labels
+    required property int currentIndex
+    property real spacing: 6
+    readonly property list<rect> places: FilledRows.places(naturalWidths, width, 28, spacing)
+    property list<double> naturalWidths: []
+
+    signal activated(int index)
+
+    implicitHeight: FilledRows.height(places)
+    implicitWidth: 308
+
+    function measure() {
+        const widths = []
+        for (let i = 0; i < chips.count; ++i)
+            widths.push(chips.itemAt(i)?.naturalWidth ?? 0)
+        naturalWidths = widths
+    }
+
+    Repeater {
+        id: chips
+        model: root.labels.length
+        onCountChanged: root.measure()
+
+        Chip {
+            id: chip
+
+            required property int index
+            // Measured in the selected weight, so that choosing moves nothing.
+            readonly property real naturalWidth: Math.ceil(measure.advanceWidth) + leftPadding + rightPadding
+            readonly property rect place: root.places[index] ?? Qt.rect(0, 0, 0, 0)
+
+            height: place.height
+            selected: index === root.currentIndex
+            text: root.labels[index] ?? ""
+            width: place.width
+            x: place.x
+            y: place.y
+
+            onClicked: root.activated(index)
+            onNaturalWidthChanged: root.measure()
+
+            TextMetrics {
+                id: measure
+                font.pixelSize: 12
+                font.weight: Font.DemiBold
+                text: chip.text
+            }
+        }
+    }
+}

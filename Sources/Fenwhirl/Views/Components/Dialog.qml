@@ -1,0 +1,101 @@
+import QtQuick
+import QtQuick.Templates as T
+import Fenwhirl.Components
+
+// A question in the middle of the window, which is dimmed: icon, title, message, up to three buttons below each other.
+//   title, message
+//   acceptText        first button, accent; Return presses it
+//   destructiveText   second button, warm; left out when empty
+//   cancelText        last button; left out when empty; Escape means the same
+//   iconSource        picture of an application, 48; empty shows the gears
+//   showsIcon         false leaves the place of the icon out
+//   signals accepted, destructive, cancelled: exactly one for every opening, after the dialog is closed
+// Call open(); close() counts as cancelled.
+T.Popup {
+    id: root
+
+    property string title: ""
+    property string message: ""
+    property string acceptText: ""
+    property string destructiveText: ""
+    property string cancelText: ""
+    property url iconSource: ""
+    property bool showsIcon: true
+    property int answer: Dialog.Answer.Cancel
+
+    signal accepted()
+    signal destructive()
+    signal cancelled()
+
+    enum Answer { Cancel, Accept, Destructive }
+
+    anchors.centerIn: T.Overlay.overlay
+    closePolicy: T.Popup.CloseOnEscape
+    dim: true
+    focus: true
+    implicitHeight: implicitContentHeight + 2 * padding
+    modal: true
+    padding: 20
+    width: 300
+
+    onAboutToShow: answer = Dialog.Answer.Cancel
+    onClosed: {
+        if (answer === Dialog.Answer.Accept)
+            accepted()
+        else if (answer === Dialog.Answer.Destructive)
+            destructive()
+        else
+            cancelled()
+    }
+    onOpened: contentItem.forceActiveFocus()
+
+    function finish(chosen: int) {
+        answer = chosen
+        close()
+    }
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.dim
+
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.popupDuration; easing.type: Easing.OutCubic }
+        }
+    }
+
+    background: Surface {
+        color: Theme.card
+        radius: 16
+        stroke: Theme.stroke
+
+        SoftShadow {
+            blur: 50
+            color: Theme.shadow
+            height: parent.height + 2 * blur
+            radius: 16
+            width: parent.width + 2 * blur
+            x: -blur
+            y: 18 - blur
+            z: -1
+        }
+    }
+    contentItem: DialogContent {
+        acceptText: root.acceptText
+        cancelText: root.cancelText
+        destructiveText: root.destructiveText
+        iconSource: root.iconSource
+        message: root.message
+        showsIcon: root.showsIcon
+        title: root.title
+
+        onAccepted: root.finish(Dialog.Answer.Accept)
+        onCancelled: root.finish(Dialog.Answer.Cancel)
+        onDestructive: root.finish(Dialog.Answer.Destructive)
+    }
+    enter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.popupDuration; easing.type: Easing.OutCubic }
+        NumberAnimation { property: "scale"; from: 0.97; to: 1; duration: Theme.popupDuration; easing.type: Easing.OutCubic }
+    }
+    exit: Transition {
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.popupDuration; easing.type: Easing.OutCubic }
+    }
+}

@@ -1,0 +1,101 @@
+import QtQuick
+import Fenwhirl.Components
+
+// What a Dialog shows.
+//   title, message, acceptText, destructiveText, cancelText, iconSource, showsIcon   as there
+//   signals accepted, destructive, cancelled   a button was pressed; Return anywhere else is the first one
+FocusScope {
+    id: root
+
+    required property string title
+    required property string message
+    required property string acceptText
+    required property string destructiveText
+    required property string cancelText
+    required property url iconSource
+    required property bool showsIcon
+
+    signal accepted()
+    signal destructive()
+    signal cancelled()
+
+    Accessible.description: message
+    Accessible.name: title
+    Accessible.role: Accessible.Dialog
+    implicitHeight: column.implicitHeight
+
+    Keys.onEnterPressed: root.accepted()
+    Keys.onReturnPressed: root.accepted()
+
+    Column {
+        id: column
+        width: parent.width
+
+        AppIcon {
+            anchors.horizontalCenter: parent.horizontalCenter
+            size: 48
+            source: root.iconSource
+            visible: root.showsIcon
+        }
+
+        Item {
+            height: 12
+            visible: root.showsIcon
+            width: 1
+        }
+
+        Label {
+            font.weight: Font.DemiBold
+            horizontalAlignment: Text.AlignHCenter
+            size: 15
+            text: root.title
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+
+        Item { height: 6; width: 1 }
+
+        Label {
+            color: Theme.muted
+            horizontalAlignment: Text.AlignHCenter
+            size: 12
+            text: root.message
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+
+        Item { height: 18; width: 1 }
+
+        Column {
+            spacing: 8
+            width: parent.width
+
+            PrimaryButton {
+                focus: true
+                implicitHeight: 32
+                text: root.acceptText
+                width: parent.width
+
+                onClicked: root.accepted()
+            }
+
+            DestructiveButton {
+                implicitHeight: 32
+                text: root.destructiveText
+                visible: text.length > 0
+                width: parent.width
+
+                onClicked: root.destructive()
+            }
+
+            NeutralButton {
+                implicitHeight: 32
+                text: root.cancelText
+                visible: text.length > 0
+                width: parent.width
+
+                onClicked: root.cancelled()
+            }
+        }
+    }
+}

@@ -1,0 +1,71 @@
+import QtQuick
+import Fenwhirl.Components
+
+// A caption and the current choice, 32 high; its menu opens below.
+//   caption         13 muted, before the choice
+//   currentText     the choice as shown; need not be one of the labels
+//   labels          the choices, a list of strings
+//   currentIndex    the checked one, -1 for none; set by the owner
+//   signal activated(int index)  a choice was made; the owner then changes currentIndex
+// Space, Return and Down open the menu.
+Pressable {
+    id: root
+
+    required property string caption
+    required property string currentText
+    required property var labels
+    required property int currentIndex
+    readonly property alias menu: popup
+
+    signal activated(int index)
+
+    Accessible.description: currentText
+    Accessible.role: Accessible.ComboBox
+    implicitHeight: 32
+    implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
+    leftPadding: 12
+    rightPadding: 12
+    text: caption
+
+    Keys.onDownPressed: root.clicked()
+    onClicked: popup.open()
+
+    background: Surface {
+        color: Theme.card
+        overlay: root.down ? Theme.pressed : Theme.hover
+        overlaid: root.enabled && (root.down || root.hovered)
+        radius: 9
+        stroke: Theme.stroke
+    }
+    contentItem: Row {
+        spacing: 8
+
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.muted
+            text: root.caption
+        }
+
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            text: root.currentText
+        }
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.muted
+            height: 11
+            name: "chevron.down"
+            width: 11
+        }
+    }
+
+    PopupMenu {
+        id: popup
+        currentIndex: root.currentIndex
+        labels: root.labels
+        y: root.height + 6
+
+        onActivated: index => root.activated(index)
+    }
+}

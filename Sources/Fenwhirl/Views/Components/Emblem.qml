@@ -1,0 +1,23 @@
+import QtQuick
+import Fenwhirl.Components
+
+// The program's emblem: the solid fan on an accent square with round corners.
+//   size     32 (sidebar) or 72 (onboarding)
+Rectangle {
+    id: root
+
+    property real size: 32
+
+    color: Theme.accent
+    height: size
+    radius: size > 48 ? size / 4 : size * 9 / 32
+    width: size
+
+    Symbol {
+        anchors.centerIn: parent
+        color: Theme.onAccent
+        height: width
+        name: "fan.fill"
+        width: root.size > 48 ? root.size * 42 / 72 : root.size * 19 / 32
+    }
+}

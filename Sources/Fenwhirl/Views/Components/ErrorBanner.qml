@@ -1,0 +1,58 @@
+import QtQuick
+import Fenwhirl.Components
+
+// A message that something did not work, at least 44 high.
+//   message
+//   closable        whether it has a close button
+//   closeText       the close button's name for screen readers
+//   signal closed
+Surface {
+    id: root
+
+    required property string message
+    property bool closable: false
+    property string closeText: ""
+
+    signal closed()
+
+    Accessible.name: message
+    Accessible.role: Accessible.AlertMessage
+    color: Theme.errorFill
+    implicitHeight: Math.max(44, text.implicitHeight + 26)
+    implicitWidth: 400
+    radius: 12
+    stroke: Theme.errorStroke
+
+    Symbol {
+        id: sign
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.hot
+        height: 20
+        name: "exclamationmark.triangle"
+        width: 20
+        x: 20
+    }
+
+    Label {
+        id: text
+        Accessible.ignored: true
+        anchors.left: sign.right
+        anchors.leftMargin: 10
+        anchors.right: root.closable ? close.left : parent.right
+        anchors.rightMargin: root.closable ? 10 : 20
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.message
+        wrapMode: Text.Wrap
+    }
+
+    CloseButton {
+        id: close
+        anchors.right: parent.right
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.closeText
+        visible: root.closable
+
+        onClicked: root.closed()
+    }
+}

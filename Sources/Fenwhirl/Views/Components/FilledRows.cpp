@@ -1,0 +1,45 @@
+#include "Fenwhirl/Views/Components/FilledRows.h"
+
+#include <algorithm>
+
+namespace Fenwhirl {
+
+QList<QRectF> filledRows(const QList<double>& naturalWidths, double width, double rowHeight, double spacing) {
+    QList<QRectF> places;
+    double y = 0.0;
+    qsizetype begin = 0;
+    while (begin < naturalWidths.size()) {
+        double used = std::min(naturalWidths[begin], width);
+        qsizetype end = begin + 1;
+        while (end < naturalWidths.size() && used + spacing + naturalWidths[end] <= width) {
+            used += spacing + naturalWidths[end];
+            ++end;
+        }
+        const double extra = std::max(0.0, width - used) / static_cast<double>(end - begin);
+        double x = 0.0;
+        for (qsizetype i = begin; i < end; ++i) {
+            const double itemWidth = std::min(naturalWidths[i], width) + extra;
+            places.append({x, y, itemWidth, rowHeight});
+            x += itemWidth + spacing;
+        }
+        y += rowHeight + spacing;
+        begin = end;
+    }
+    return places;
+}
+
+QList<QRectF> filledRow(const QList<double>& naturalWidths, double width, double height) {
+    QList<QRectF> places;
+    const double natural = std::accumulate(naturalWidths.begin(), naturalWidths.end(), 0.0);
+    const double share =
+        (width - natural) / static_cast<double>(std::max<qsizetype>(1, naturalWidths.size()));
+    double x = 0.0;
+    for (const double naturalWidth : naturalWidths) {
+        const double itemWidth = std::max(0.0, naturalWidth + share);
+        places.append({x, 0.0, itemWidth, height});
+        x += itemWidth;
+    }
+    return places;
+}
+
+} // namespace Fenwhirl

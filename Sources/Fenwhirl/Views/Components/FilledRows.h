@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QRectF>
+#include <QtQml/qqmlregistration.h>
+
+#include <numeric>
+
+// Places items in rows that fill a width: QML singleton `FilledRows`.
+//
+// Items go into a row as long as their natural widths fit with the spacing between them; then what the row
+// has left over is shared equally by its items, so that its ends lie flush. An item wider than the width gets
+// a row of its own and is cut to it. All measures in points. Pure; any thread.
+
+namespace Fenwhirl {
+
+[[nodiscard]] QList<QRectF> filledRows(const QList<double>& naturalWidths, double width, double rowHeight,
+                                       double spacing);
+
+// All items in one row of the given width, whatever their natural widths: each gets its own plus an equal
+// share of what is left over, or minus one of what is missing; none gets narrower than 0.
+[[nodiscard]] QList<QRectF> filledRow(const QList<double>& naturalWidths, double width, double height);
+
+class FilledRows : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    using QObject::QObject;
+
+    Q_INVOKABLE [[nodiscard]] QList<QRectF> places(const QList<double>& naturalWidths, double width,
+                                                   double rowHeight, double spacing) const {
+        return filledRows(naturalWidths, width, rowHeight, spacing);
+    }
+
+    Q_INVOKABLE [[nodiscard]] QList<QRectF> singleRow(const QList<double>& naturalWidths, double width,
+                                                      double height) const {
+        return filledRow(naturalWidths, width, height);
+    }
+
+    Q_INVOKABLE [[nodiscard]] double sum(const QList<double>& widths) const {
+        return std::accumulate(widths.begin(), widths.end(), 0.0);
+    }
+
+    Q_INVOKABLE [[nodiscard]] double height(const QList<QRectF>& places) const {
+        return places.isEmpty() ? 0.0 : places.last().bottom();
+    }
+};
+
+} // namespace Fenwhirl

@@ -1,0 +1,21 @@
+import QtQuick
+import Fenwhirl.Components
+
+// The accent ring around the focused control: 2 points wide, 2 points outside. Shown only after keyboard use.
+//   target        the control; the ring must be its child or sibling
+//   targetRadius  corner radius of the control
+Rectangle {
+    id: root
+
+    required property Item target
+    required property real targetRadius
+
+    anchors.fill: parent
+    anchors.margins: -4
+    border.color: Theme.accent
+    border.width: 2
+    color: "transparent"
+    radius: targetRadius + 4
+    visible: target.activeFocus && KeyboardFocus.active
+    z: 1
+}

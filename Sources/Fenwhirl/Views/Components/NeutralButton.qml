@@ -1,0 +1,7 @@
+import QtQuick
+import Fenwhirl.Components
+
+// An ordinary button: well with a hairline. Properties as in ButtonBase.
+ButtonBase {
+    stroke: Theme.stroke
+}

@@ -1,0 +1,34 @@
+import QtQuick
+import Fenwhirl.Components
+
+// The heading of a page.
+//   title      26 bold
+//   subtitle   13 muted, under it; takes no room when empty
+Column {
+    id: root
+
+    required property string title
+    required property string subtitle
+
+    spacing: 3
+
+    Accessible.name: title
+    Accessible.role: Accessible.Heading
+
+    Label {
+        Accessible.ignored: true
+        font.letterSpacing: -0.45
+        font.weight: Font.Bold
+        size: 26
+        text: root.title
+        width: root.width
+    }
+
+    Label {
+        color: Theme.muted
+        text: root.subtitle
+        visible: text.length > 0
+        width: root.width
+        wrapMode: Text.Wrap
+    }
+}

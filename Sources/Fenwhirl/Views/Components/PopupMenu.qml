@@ -1,0 +1,79 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Fenwhirl.Components
+
+// The list that opens from a PopupButton or a DropDownMenu. At most 12 items high, then it scrolls.
+//   labels, currentIndex   the items and the checked one (-1: none)
+//   signal activated(int index)  an item was chosen; the menu closes itself
+// Keys as in PopupMenuList; Escape closes.
+T.Popup {
+    id: root
+
+    required property var labels
+    required property int currentIndex
+    readonly property real itemHeight: 28
+    // The widest text, measured when the menu opens.
+    property real textWidth: 0
+
+    signal activated(int index)
+
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
+    dim: false
+    focus: true
+    implicitHeight: Math.min(labels.length, 12) * itemHeight + 2 * padding
+    implicitWidth: Math.ceil(textWidth) + 48 + 2 * padding
+    margins: 8
+    modal: true
+    padding: 5
+
+    onAboutToShow: {
+        let widest = 0
+        for (const label of labels)
+            widest = Math.max(widest, metrics.advanceWidth(label))
+        textWidth = widest
+        list.begin()
+    }
+    onOpened: list.forceActiveFocus()
+
+    readonly property PopupMenuList list: contentItem as PopupMenuList
+
+    FontMetrics {
+        id: metrics
+        font.pixelSize: 13
+    }
+
+    background: Surface {
+        color: Theme.popup
+        radius: 11
+        stroke: Theme.stroke
+
+        SoftShadow {
+            blur: 24
+            color: Theme.shadow
+            height: parent.height + 2 * blur
+            radius: 11
+            width: parent.width + 2 * blur
+            x: -blur
+            y: 8 - blur
+            z: -1
+        }
+    }
+    contentItem: PopupMenuList {
+        checkedIndex: root.currentIndex
+        itemHeight: root.itemHeight
+        labels: root.labels
+
+        onChosen: index => {
+            root.close()
+            root.activated(index)
+        }
+    }
+    enter: Transition {
+        NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.hoverDuration }
+    }
+    exit: Transition {
+        NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.hoverDuration }
+    }
+}

@@ -1,0 +1,11 @@
+import QtQuick
+import Fenwhirl.Components
+
+// The one thing to do here: accent fill. Properties as in ButtonBase.
+ButtonBase {
+    fill: Theme.accent
+    hoverColor: Theme.accentHover
+    labelColor: Theme.onAccent
+    labelWeight: Font.DemiBold
+    pressedColor: Theme.accentDown
+}

@@ -1,0 +1,72 @@
+#include "Fenwhirl/Views/Components/RingArc.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+
+namespace Fenwhirl {
+
+namespace {
+
+constexpr double frame = 128.0;
+constexpr double padding = 6.0;
+constexpr double strokeWidth = 11.0;
+// QPainterPath counts degrees counterclockwise from three o'clock: the lower left is 225, clockwise is
+// negative.
+constexpr double startDegrees = 225.0;
+constexpr double spanDegrees = -270.0;
+
+void drawArc(QPainter& painter, double fraction, const QColor& color) {
+    const QRectF circle(padding, padding, frame - 2.0 * padding, frame - 2.0 * padding);
+    QPainterPath path;
+    path.arcMoveTo(circle, startDegrees);
+    path.arcTo(circle, startDegrees, spanDegrees * fraction);
+    painter.strokePath(path, QPen(color, strokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+}
+
+} // namespace
+
+double gaugeFraction(double fraction) {
+    return fraction > 0.0 ? std::min(fraction, 1.0) : 0.0;
+}
+
+RingArc::RingArc(QQuickItem* parent) : QQuickPaintedItem(parent) {
+    setAntialiasing(true);
+    setImplicitSize(frame, frame);
+}
+
+void RingArc::setFraction(double fraction) {
+    const double clamped = gaugeFraction(fraction);
+    if (clamped == m_fraction)
+        return;
+    m_fraction = clamped;
+    update();
+    Q_EMIT fractionChanged();
+}
+
+void RingArc::setTrackColor(const QColor& color) {
+    if (color == m_trackColor)
+        return;
+    m_trackColor = color;
+    update();
+    Q_EMIT trackColorChanged();
+}
+
+void RingArc::setValueColor(const QColor& color) {
+    if (color == m_valueColor)
+        return;
+    m_valueColor = color;
+    update();
+    Q_EMIT valueColorChanged();
+}
+
+void RingArc::paint(QPainter* painter) {
+    const double scale = std::min(width(), height()) / frame;
+    painter->scale(scale, scale);
+    drawArc(*painter, 1.0, m_trackColor);
+    if (m_fraction > 0.0)
+        drawArc(*painter, m_fraction, m_valueColor);
+}
+
+} // namespace Fenwhirl

@@ -1,0 +1,53 @@
+import QtQuick
+import Fenwhirl.Components
+
+// A three-quarter ring with a value and its unit in the middle; 128 x 128.
+//   fraction   0…1, anything else is clamped (no number: 0)
+//   valueText  30 bold, digits of equal width
+//   caption    12 muted, under it
+Item {
+    id: root
+
+    required property double fraction
+    required property string valueText
+    required property string caption
+
+    Accessible.name: valueText + " " + caption
+    Accessible.role: Accessible.StaticText
+    implicitHeight: 128
+    implicitWidth: 128
+
+    RingArc {
+        id: arc
+        anchors.fill: parent
+        fraction: root.fraction
+        trackColor: Theme.track
+        valueColor: Theme.accent
+
+        Behavior on fraction {
+            NumberAnimation { duration: Theme.gaugeDuration; easing.type: Easing.OutCubic }
+        }
+    }
+
+    Column {
+        anchors.centerIn: parent
+        anchors.verticalCenterOffset: 1.5
+
+        TabularText {
+            Accessible.ignored: true
+            anchors.horizontalCenter: parent.horizontalCenter
+            letterSpacing: -0.9
+            size: 30
+            text: root.valueText
+            weight: Font.Bold
+        }
+
+        Label {
+            Accessible.ignored: true
+            anchors.horizontalCenter: parent.horizontalCenter
+            color: Theme.muted
+            size: 12
+            text: root.caption
+        }
+    }
+}

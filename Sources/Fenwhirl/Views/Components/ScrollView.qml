@@ -1,0 +1,85 @@
+import QtQuick
+import QtQuick.Templates as T
+import Fenwhirl.Components
+
+// A page that scrolls vertically when its content is higher. Its one child gets the width inside the padding.
+//   padding   18 unless given
+//   content   default
+// Wheel, touchpad, the scroll bar, and the keys Page Up, Page Down, Home, End, Up and Down that no control in it used.
+// A control that receives the focus by keyboard is brought into view.
+Flickable {
+    id: root
+
+    property real padding: 18
+    default property Item content
+
+    boundsBehavior: Flickable.StopAtBounds
+    clip: true
+    contentHeight: (content ? content.height : 0) + 2 * padding
+    contentWidth: width
+    // Dragging the page with the mouse is not how a desktop scrolls; the handler below takes wheel and touchpad.
+    interactive: false
+    T.ScrollBar.vertical: ScrollBar {}
+
+    Keys.onPressed: event => {
+        switch (event.key) {
+        case Qt.Key_PageDown:
+            scrollBy(height * 0.9)
+            break
+        case Qt.Key_PageUp:
+            scrollBy(-height * 0.9)
+            break
+        case Qt.Key_Down:
+            scrollBy(40)
+            break
+        case Qt.Key_Up:
+            scrollBy(-40)
+            break
+        case Qt.Key_Home:
+            scrollBy(-contentHeight)
+            break
+        case Qt.Key_End:
+            scrollBy(contentHeight)
+            break
+        default:
+            return
+        }
+        event.accepted = true
+    }
+
+    function scrollBy(distance: real) {
+        contentY = Math.max(0, Math.min(contentY + distance, contentHeight - height))
+    }
+
+    function reveal(item: Item) {
+        const top = item.mapToItem(contentItem, 0, 0).y
+        const margin = 12
+        if (top - margin < contentY)
+            scrollBy(top - margin - contentY)
+        else if (top + item.height + margin > contentY + height)
+            scrollBy(top + item.height + margin - contentY - height)
+    }
+
+    onContentChanged: { if (content) content.parent = holder }
+
+    Binding {
+        property: "width"
+        target: root.content
+        value: holder.width
+        when: root.content !== null
+    }
+
+    Item {
+        id: holder
+        width: root.width - 2 * root.padding
+        x: root.padding
+        y: root.padding
+    }
+
+    WheelHandler {
+        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        target: null
+
+        onWheel: event => root.scrollBy(-(event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 2))
+    }
+}

@@ -1,0 +1,43 @@
+import QtQuick
+import QtQuick.Templates as T
+import Fenwhirl.Components
+
+// One choice of a SegmentedControl: its text and its states; the control moves the selection under it.
+//   text, selected, labelSize, signal clicked
+//   textWidth   of the text in its widest state, so that selecting moves nothing
+T.AbstractButton {
+    id: root
+
+    required property bool selected
+    required property int labelSize
+    readonly property real textWidth: measure.advanceWidth
+
+    Accessible.checkable: true
+    Accessible.checked: selected
+    Accessible.name: text
+    Accessible.role: Accessible.RadioButton
+    focusPolicy: Qt.NoFocus
+    hoverEnabled: true
+
+    background: Surface {
+        color: "transparent"
+        overlay: root.down ? (root.selected ? Theme.accentDown : Theme.pressed) : Theme.hover
+        overlaid: root.enabled && (root.down || (root.hovered && !root.selected))
+        radius: 8
+    }
+    contentItem: Label {
+        color: root.selected ? Theme.onAccent : Theme.secondaryText
+        font.weight: root.selected ? Font.DemiBold : Font.Normal
+        horizontalAlignment: Text.AlignHCenter
+        size: root.labelSize
+        text: root.text
+        verticalAlignment: Text.AlignVCenter
+    }
+
+    TextMetrics {
+        id: measure
+        font.pixelSize: 13
+        font.weight: Font.DemiBold
+        text: root.text
+    }
+}

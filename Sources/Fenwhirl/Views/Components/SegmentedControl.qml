@@ -1,0 +1,122 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Fenwhirl.Components
+
+// A row of choices of which one is selected, 34 high. Segments are as wide as their texts and share the rest equally.
+//   labels          one per segment
+//   currentIndex    the selected one, -1 for none; set by the owner
+//   text            what is chosen, for screen readers
+//   signal activated(int index)  a segment was chosen; the owner then changes currentIndex
+// One tab stop: Left and Right (Up and Down) choose the neighbour, Home and End the first and last.
+FocusScope {
+    id: root
+
+    required property var labels
+    required property int currentIndex
+    property string text: ""
+    property list<double> textWidths: []
+    readonly property real inset: 3
+    readonly property list<rect> places: FilledRows.singleRow(textWidths, width - 2 * inset, height - 2 * inset)
+    readonly property real textSum: FilledRows.sum(textWidths)
+    // Less than 6 on each side of the texts is too tight: then they are one pixel smaller.
+    readonly property int labelSize: width - 2 * inset - textSum < 12 * labels.length ? 12 : 13
+
+    signal activated(int index)
+
+    Accessible.name: text
+    Accessible.role: Accessible.Grouping
+    activeFocusOnTab: true
+    implicitHeight: 34
+    implicitWidth: Math.ceil(textSum) + 2 * inset + labels.length * 36
+    opacity: enabled ? 1 : 0.4
+
+    Keys.onPressed: event => {
+        switch (event.key) {
+        case Qt.Key_Right:
+        case Qt.Key_Down:
+            choose(Math.min(currentIndex + 1, labels.length - 1))
+            break
+        case Qt.Key_Left:
+        case Qt.Key_Up:
+            choose(Math.max(currentIndex - 1, 0))
+            break
+        case Qt.Key_Home:
+            choose(0)
+            break
+        case Qt.Key_End:
+            choose(labels.length - 1)
+            break
+        default:
+            return
+        }
+        event.accepted = true
+    }
+
+    function choose(index: int) {
+        if (index !== currentIndex && index >= 0 && index < labels.length)
+            activated(index)
+    }
+
+    function measure() {
+        const widths = []
+        for (let i = 0; i < segments.count; ++i)
+            widths.push((segments.itemAt(i) as Segment)?.textWidth ?? 0)
+        textWidths = widths
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.well
+        radius: 11
+    }
+
+    Rectangle {
+        readonly property rect place: root.places[root.currentIndex] ?? Qt.rect(0, 0, 0, 0)
+
+        color: Theme.accent
+        height: root.height - 2 * root.inset
+        radius: 8
+        visible: root.currentIndex >= 0 && root.currentIndex < root.labels.length
+        width: place.width
+        x: root.inset + place.x
+        y: root.inset
+
+        Behavior on x {
+            NumberAnimation { duration: Theme.pillDuration; easing.type: Easing.OutCubic }
+        }
+        Behavior on width {
+            NumberAnimation { duration: Theme.pillDuration; easing.type: Easing.OutCubic }
+        }
+    }
+
+    Repeater {
+        id: segments
+        model: root.labels.length
+        onCountChanged: root.measure()
+
+        Segment {
+            required property int index
+            readonly property rect place: root.places[index] ?? Qt.rect(0, 0, 0, 0)
+
+            height: place.height
+            labelSize: root.labelSize
+            selected: index === root.currentIndex
+            text: root.labels[index] ?? ""
+            width: place.width
+            x: root.inset + place.x
+            y: root.inset
+
+            onClicked: {
+                root.forceActiveFocus(Qt.MouseFocusReason)
+                root.choose(index)
+            }
+            onTextWidthChanged: root.measure()
+        }
+    }
+
+    FocusRing {
+        target: root
+        targetRadius: 11
+    }
+}

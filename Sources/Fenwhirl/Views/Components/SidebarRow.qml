@@ -1,0 +1,43 @@
+import QtQuick
+import Fenwhirl.Components
+
+// One page in the sidebar, 40 high.
+//   symbol, text, selected, signal clicked
+Pressable {
+    id: root
+
+    required property string symbol
+    required property bool selected
+    readonly property color ink: selected ? Theme.accentSoft : Theme.secondaryText
+
+    Accessible.role: Accessible.PageTab
+    Accessible.selectable: true
+    Accessible.selected: selected
+    implicitHeight: 40
+    implicitWidth: 188
+
+    background: Surface {
+        color: root.selected ? Theme.tint : "transparent"
+        overlay: root.down ? Theme.pressed : Theme.hover
+        overlaid: root.down || (root.hovered && !root.selected)
+        radius: 9
+    }
+    contentItem: Item {
+        // The symbol stands in the middle of a frame of 20 that begins after the padding of 10.
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            color: root.ink
+            name: root.symbol
+            x: 11
+        }
+
+        ElidedLabel {
+            anchors.verticalCenter: parent.verticalCenter
+            color: root.ink
+            size: 14
+            text: root.text
+            width: parent.width - x - 10
+            x: 40
+        }
+    }
+}

@@ -1,0 +1,152 @@
+import QtQuick
+import Fenwhirl.Components
+
+// A horizontal slider, 20 high. It shows what its owner says: moving asks for a value and the owner then sets `value`;
+// while the pointer holds the knob it follows the pointer.
+//   value, from, to, stepSize
+//   text            what it sets, for screen readers
+//   signal moved(double value)  the value asked for: on the grid of steps from `from`, or `to` itself
+// A press on the track jumps there. Arrows move one step, Page keys ten, Home and End to the ends, the wheel one step.
+FocusScope {
+    id: root
+
+    required property double value
+    required property double from
+    required property double to
+    property double stepSize: 1
+    property string text: ""
+    readonly property bool pressed: area.pressed
+    readonly property double shown: pressed ? held : value
+    readonly property double position: Stepping.fraction(shown, from, to)
+    property double held: 0
+
+    signal moved(double value)
+
+    implicitHeight: 20
+    implicitWidth: 200
+    opacity: enabled ? 1 : 0.4
+
+    function ask(next) {
+        held = next
+        if (next !== value)
+            moved(next)
+    }
+
+    Item {
+        id: range
+
+        // The names by which assistive technology reads and sets a range.
+        property double value: root.value
+        readonly property double minimumValue: root.from
+        readonly property double maximumValue: root.to
+        readonly property double stepSize: root.stepSize
+
+        Accessible.focusable: true
+        Accessible.name: root.text
+        Accessible.role: Accessible.Slider
+        activeFocusOnTab: true
+        anchors.fill: parent
+        focus: true
+
+        Accessible.onDecreaseAction: step(-1)
+        Accessible.onIncreaseAction: step(1)
+        Keys.onPressed: event => {
+            switch (event.key) {
+            case Qt.Key_Right:
+            case Qt.Key_Up:
+                step(mirrored && event.key === Qt.Key_Right ? -1 : 1)
+                break
+            case Qt.Key_Left:
+            case Qt.Key_Down:
+                step(mirrored && event.key === Qt.Key_Left ? 1 : -1)
+                break
+            case Qt.Key_PageUp:
+                step(10)
+                break
+            case Qt.Key_PageDown:
+                step(-10)
+                break
+            case Qt.Key_Home:
+                root.ask(root.from)
+                break
+            case Qt.Key_End:
+                root.ask(Math.max(root.from, root.to))
+                break
+            default:
+                return
+            }
+            event.accepted = true
+        }
+        // Set from outside this file: assistive technology asks for a value.
+        onValueChanged: {
+            if (value !== root.value) {
+                const wanted = Stepping.nearest(value, root.from, root.to, root.stepSize)
+                value = Qt.binding(() => root.value)
+                root.ask(wanted)
+            }
+        }
+
+        readonly property bool mirrored: false
+
+        function step(count: int) {
+            root.ask(Stepping.after(root.value, root.from, root.to, root.stepSize, count))
+        }
+    }
+
+    Rectangle {
+        id: track
+        anchors.verticalCenter: parent.verticalCenter
+        color: Theme.track
+        height: 4
+        radius: 2
+        width: parent.width
+
+        Rectangle {
+            color: Theme.accent
+            height: parent.height
+            radius: parent.radius
+            width: knob.x + knob.width / 2
+        }
+    }
+
+    Knob {
+        id: knob
+        anchors.verticalCenter: parent.verticalCenter
+        scale: area.containsMouse && root.enabled ? 1.08 : 1
+        x: root.position * (root.width - width)
+
+        Behavior on scale {
+            NumberAnimation { duration: Theme.hoverDuration; easing.type: Easing.OutCubic }
+        }
+
+        FocusRing {
+            target: range
+            targetRadius: 9
+        }
+    }
+
+    MouseArea {
+        id: area
+        anchors.fill: parent
+        hoverEnabled: true
+        preventStealing: true
+
+        onPositionChanged: mouse => { if (pressed) follow(mouse.x) }
+        onPressed: mouse => {
+            range.forceActiveFocus(Qt.MouseFocusReason)
+            root.held = root.value
+            // A press on the knob takes hold of it without moving it.
+            grip = Math.abs(mouse.x - knob.x - knob.width / 2) <= knob.width / 2 ? mouse.x - knob.x - knob.width / 2 : 0
+            if (grip === 0)
+                follow(mouse.x)
+        }
+
+        property real grip: 0
+
+        function follow(x: real) {
+            const travel = Math.max(1, root.width - knob.width)
+            const fraction = (x - grip - knob.width / 2) / travel
+            root.ask(Stepping.nearest(root.from + fraction * (root.to - root.from), root.from, root.to, root.stepSize))
+        }
+    }
+}

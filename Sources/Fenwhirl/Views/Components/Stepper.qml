@@ -1,0 +1,112 @@
+import QtQuick
+import Fenwhirl.Components
+
+// Minus and plus, 64 x 26. It shows what its owner says: a press asks for a value and the owner then sets `value`.
+//   value, from, to, stepSize
+//   text            what it sets, for screen readers
+//   signal modified(double value)  the value asked for, within the range
+// A half that would leave the range is pale and does nothing. Holding repeats after 400 ms, every 90 ms.
+// Keys: Up, Right and + step up; Down, Left and - step down.
+FocusScope {
+    id: root
+
+    required property double value
+    required property double from
+    required property double to
+    property double stepSize: 1
+    property string text: ""
+
+    signal modified(double value)
+
+    implicitHeight: 26
+    implicitWidth: 64
+    opacity: enabled ? 1 : 0.4
+
+    function step(direction: int) {
+        if (Stepping.possible(value, from, to, stepSize, direction))
+            modified(Stepping.after(value, from, to, stepSize, direction))
+    }
+
+    Item {
+        id: range
+
+        // The names by which assistive technology reads and sets a range.
+        property double value: root.value
+        readonly property double minimumValue: root.from
+        readonly property double maximumValue: root.to
+        readonly property double stepSize: root.stepSize
+
+        Accessible.focusable: true
+        Accessible.name: root.text
+        Accessible.role: Accessible.SpinBox
+        activeFocusOnTab: true
+        anchors.fill: parent
+        focus: true
+
+        Accessible.onDecreaseAction: root.step(-1)
+        Accessible.onIncreaseAction: root.step(1)
+        Keys.onPressed: event => {
+            switch (event.key) {
+            case Qt.Key_Up:
+            case Qt.Key_Right:
+            case Qt.Key_Plus:
+                root.step(1)
+                break
+            case Qt.Key_Down:
+            case Qt.Key_Left:
+            case Qt.Key_Minus:
+                root.step(-1)
+                break
+            default:
+                return
+            }
+            event.accepted = true
+        }
+        // Set from outside this file: assistive technology asks for a value.
+        onValueChanged: {
+            if (value !== root.value) {
+                const wanted = Stepping.nearest(value, root.from, root.to, root.stepSize)
+                value = Qt.binding(() => root.value)
+                root.modified(wanted)
+            }
+        }
+    }
+
+    Surface {
+        anchors.fill: parent
+        color: Theme.well
+        radius: 9
+        stroke: Theme.stroke
+
+        StepperHalf {
+            direction: -1
+            possible: Stepping.possible(root.value, root.from, root.to, root.stepSize, direction)
+            width: parent.width / 2
+
+            onPressed: range.forceActiveFocus(Qt.MouseFocusReason)
+            onStepped: root.step(direction)
+        }
+
+        StepperHalf {
+            direction: 1
+            possible: Stepping.possible(root.value, root.from, root.to, root.stepSize, direction)
+            width: parent.width / 2
+            x: width
+
+            onPressed: range.forceActiveFocus(Qt.MouseFocusReason)
+            onStepped: root.step(direction)
+        }
+
+        Rectangle {
+            anchors.horizontalCenter: parent.horizontalCenter
+            color: Theme.stroke
+            height: parent.height
+            width: 1
+        }
+    }
+
+    FocusRing {
+        target: range
+        targetRadius: 9
+    }
+}

@@ -1,0 +1,71 @@
+import QtQuick
+import Fenwhirl.Components
+
+// One half of a Stepper: symbol, states, and the repetition while held.
+//   direction   -1 minus, 1 plus
+//   possible    whether a step in this direction is
+//   signal pressed, stepped   stepped comes at once and then again and again while held
+Item {
+    id: root
+
+    required property int direction
+    required property bool possible
+
+    signal pressed()
+    signal stepped()
+
+    height: parent.height
+
+    Item {
+        anchors.fill: parent
+        clip: true
+
+        // Twice as wide as the half and cut, so that only the outer corners are round.
+        Rectangle {
+            color: area.pressed ? Theme.pressed : Theme.hover
+            height: parent.height
+            radius: 9
+            visible: root.possible && (area.pressed || area.containsMouse)
+            width: parent.width * 2
+            x: root.direction < 0 ? 0 : -parent.width
+        }
+    }
+
+    Symbol {
+        anchors.centerIn: parent
+        color: Theme.text
+        height: 13
+        name: root.direction < 0 ? "minus" : "plus"
+        opacity: root.possible ? 1 : 0.35
+        width: 13
+    }
+
+    MouseArea {
+        id: area
+        anchors.fill: parent
+        enabled: root.possible
+        hoverEnabled: true
+        preventStealing: true
+
+        onPressed: {
+            root.pressed()
+            root.stepped()
+            repetition.interval = 400
+            repetition.restart()
+        }
+    }
+
+    Timer {
+        id: repetition
+        repeat: true
+
+        onTriggered: {
+            if (!area.pressed) {
+                stop()
+                return
+            }
+            interval = 90
+            root.stepped()
+        }
+    }
+}

@@ -1,0 +1,44 @@
+#include "Fenwhirl/Views/Components/Stepping.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Fenwhirl {
+
+namespace {
+
+double bounded(double value, double from, double to) {
+    return value > from ? std::min(value, to) : from;
+}
+
+} // namespace
+
+double nearestStep(double value, double from, double to, double stepSize) {
+    if (!(to > from))
+        return from;
+    const double inside = bounded(value, from, to);
+    if (!(stepSize > 0.0))
+        return inside;
+    const double onGrid = from + std::round((inside - from) / stepSize) * stepSize;
+    const double reachable = std::min(onGrid, to);
+    return to - inside < std::abs(inside - reachable) ? to : reachable;
+}
+
+double valueAfterSteps(double value, double from, double to, double stepSize, int steps) {
+    const double step = stepSize > 0.0 ? stepSize : (to - from) / 100.0;
+    const double goal = nearestStep(bounded(value, from, to) + steps * step, from, to, stepSize);
+    const bool moved = steps > 0 ? goal > value : goal < value;
+    // Close to an end off the grid the nearest value may be the one we stand on: then the end itself is
+    // meant.
+    return moved || steps == 0 ? goal : (steps > 0 ? std::max(to, from) : from);
+}
+
+bool canStep(double value, double from, double to, double stepSize, int direction) {
+    return direction > 0 ? value + stepSize <= to : value - stepSize >= from;
+}
+
+double rangeFraction(double value, double from, double to) {
+    return to > from ? (bounded(value, from, to) - from) / (to - from) : 0.0;
+}
+
+} // namespace Fenwhirl

@@ -1,0 +1,55 @@
+import QtQuick
+import Fenwhirl.Components
+
+// An on/off switch, 38 x 22. It shows what its owner says: a press asks for the change and the owner then sets `on`.
+//   on              the state shown
+//   text            what it switches, for screen readers
+//   signal toggled(bool on)  the state the user asks for
+Pressable {
+    id: root
+
+    required property bool on
+    // Where the knob is on its way: 0 off, 1 on.
+    property real progress: on ? 1 : 0
+
+    signal toggled(bool on)
+
+    Accessible.checkable: true
+    Accessible.checked: on
+    Accessible.role: Accessible.CheckBox
+    implicitHeight: 22
+    implicitWidth: 38
+    ringRadius: 11
+
+    Accessible.onToggleAction: root.clicked()
+    onClicked: root.toggled(!root.on)
+
+    Behavior on progress {
+        NumberAnimation { duration: Theme.switchDuration; easing.type: Easing.OutCubic }
+    }
+
+    background: Rectangle {
+        color: Theme.track
+        radius: 11
+
+        Rectangle {
+            anchors.fill: parent
+            color: Theme.accent
+            opacity: root.progress
+            radius: 11
+        }
+
+        Surface {
+            anchors.fill: parent
+            color: "transparent"
+            overlay: root.down ? Theme.pressed : Theme.hover
+            overlaid: root.enabled && (root.down || root.hovered)
+            radius: 11
+        }
+
+        Knob {
+            x: 2 + root.progress * (root.width - width - 4)
+            y: 2
+        }
+    }
+}

@@ -1,0 +1,36 @@
+#include "Fenwhirl/Views/Components/Symbol.h"
+
+#include "Fenwhirl/Views/Components/SymbolShapes.h"
+
+#include <QQmlInfo>
+
+namespace Fenwhirl {
+
+Symbol::Symbol(QQuickItem* parent) : QQuickPaintedItem(parent) {
+    setAntialiasing(true);
+    setImplicitSize(18.0, 18.0);
+}
+
+void Symbol::setName(const QString& name) {
+    if (name == m_name)
+        return;
+    m_name = name;
+    if (!m_name.isEmpty() && symbolShapes(m_name).empty())
+        qmlWarning(this) << "no drawing for the symbol" << m_name;
+    update();
+    Q_EMIT nameChanged();
+}
+
+void Symbol::setColor(const QColor& color) {
+    if (color == m_color)
+        return;
+    m_color = color;
+    update();
+    Q_EMIT colorChanged();
+}
+
+void Symbol::paint(QPainter* painter) {
+    drawSymbol(*painter, m_name, boundingRect(), m_color);
+}
+
+} // namespace Fenwhirl

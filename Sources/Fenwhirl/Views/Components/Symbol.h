@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QColor>
+#include <QQuickPaintedItem>
+#include <QtQml/qqmlregistration.h>
+
+// One of our symbols as an item: QML type `Symbol`.
+//
+//   Symbol { name: "fan"; color: Theme.accent; width: 20; height: 20 }
+//
+// Drawn with QPainter at the resolution of the screen, so it looks the same with every scene graph backend. A
+// name without a drawing shows nothing and leaves a warning with the place in the QML; an empty name is
+// allowed. 18 x 18 unless sized. Decoration: it is no node of the accessibility tree; its control carries the
+// name.
+
+namespace Fenwhirl {
+
+class Symbol : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged FINAL)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
+
+public:
+    explicit Symbol(QQuickItem* parent = nullptr);
+
+    [[nodiscard]] QString name() const { return m_name; }
+
+    void setName(const QString& name);
+
+    [[nodiscard]] QColor color() const { return m_color; }
+
+    void setColor(const QColor& color);
+
+    void paint(QPainter* painter) override;
+
+Q_SIGNALS:
+    void nameChanged();
+    void colorChanged();
+
+private:
+    QString m_name;
+    QColor m_color;
+};
+
+} // namespace Fenwhirl

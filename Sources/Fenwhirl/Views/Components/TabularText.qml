@@ -1,0 +1,61 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Fenwhirl.Components
+
+// A text whose digits all take the same width: use it wherever a number changes. One line, never cut or wrapped.
+//   text, color, size (pixels, as in Label), weight (Font.Normal), letterSpacing
+//   baseline   of the glyphs, for aligning with others: baselineOffset, as in Text
+Item {
+    id: root
+
+    required property string text
+    property color color: Theme.text
+    property int size: 13
+    property int weight: Font.Normal
+    property real letterSpacing: 0
+    readonly property real line: Theme.lineHeight(size)
+    readonly property var runs: TabularRuns.of(text)
+
+    Accessible.name: text
+    Accessible.role: Accessible.StaticText
+    baselineOffset: Math.round((line - metrics.height) / 2) + metrics.ascent
+    implicitHeight: line
+    implicitWidth: cells.implicitWidth
+
+    FontMetrics {
+        id: metrics
+        font.letterSpacing: root.letterSpacing
+        font.pixelSize: root.size
+        font.weight: root.weight
+    }
+
+    TextMetrics {
+        id: zero
+        font: metrics.font
+        text: "0"
+    }
+
+    Row {
+        id: cells
+        anchors.verticalCenter: parent.verticalCenter
+
+        Repeater {
+            model: root.runs.length
+
+            Text {
+                required property int index
+                readonly property string run: root.runs[index] ?? ""
+                readonly property bool digit: run.length === 1 && run >= "0" && run <= "9"
+
+                Accessible.ignored: true
+                color: root.color
+                font: metrics.font
+                horizontalAlignment: Text.AlignHCenter
+                text: run
+                textFormat: Text.PlainText
+                width: digit ? zero.advanceWidth : implicitWidth
+            }
+        }
+    }
+}

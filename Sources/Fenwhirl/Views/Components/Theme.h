@@ -1,0 +1,176 @@
+#pragma once
+
+#include "Fenwhirl/Views/Components/Palette.h"
+
+#include <QObject>
+#include <QVariantAnimation>
+#include <QtQml/qqmlregistration.h>
+
+// The appearance every component draws with: QML singleton `Theme` of Fenwhirl.Components.
+//
+// Whoever puts the windows up sets `dark` (from the user's choice or the system's appearance) and
+// `reducedMotion` (from the system); every component follows at once, without being rebuilt. A change of
+// `dark` after the first one is a crossfade of 200 ms, during which the colours are those of `mixedPalette`;
+// with reduced motion it is instant.
+//
+// The durations are in milliseconds and are all 0 with reduced motion, so animations need no condition of
+// their own.
+//
+// One instance per QML engine, owned by it; main thread only.
+
+namespace Fenwhirl {
+
+class Theme : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+    Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY darkChanged FINAL)
+    Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY motionChanged FINAL)
+
+    Q_PROPERTY(QColor window READ window NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor sidebar READ sidebar NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor card READ card NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor well READ well NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor track READ track NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor stroke READ stroke NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor muted READ muted NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor secondaryText READ secondaryText NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor accent READ accent NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor accentSoft READ accentSoft NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor onAccent READ onAccent NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor hot READ hot NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor good READ good NOTIFY colorsChanged FINAL)
+
+    Q_PROPERTY(QColor text READ text NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor hover READ hover NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor pressed READ pressed NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor accentHover READ accentHover NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor accentDown READ accentDown NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor tint READ tint NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor chartFill READ chartFill NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor errorFill READ errorFill NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor errorStroke READ errorStroke NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor knob READ knob NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor knobStroke READ knobStroke NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor popup READ popup NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor dim READ dim NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor shadow READ shadow NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor scrollBar READ scrollBar NOTIFY colorsChanged FINAL)
+
+    Q_PROPERTY(int pressDuration READ pressDuration NOTIFY motionChanged FINAL)
+    Q_PROPERTY(int hoverDuration READ hoverDuration NOTIFY motionChanged FINAL)
+    Q_PROPERTY(int pageDuration READ pageDuration NOTIFY motionChanged FINAL)
+    Q_PROPERTY(int switchDuration READ switchDuration NOTIFY motionChanged FINAL)
+    Q_PROPERTY(int pillDuration READ pillDuration NOTIFY motionChanged FINAL)
+    Q_PROPERTY(int popupDuration READ popupDuration NOTIFY motionChanged FINAL)
+    Q_PROPERTY(int bannerDuration READ bannerDuration NOTIFY motionChanged FINAL)
+    Q_PROPERTY(int gaugeDuration READ gaugeDuration NOTIFY motionChanged FINAL)
+
+public:
+    explicit Theme(QObject* parent = nullptr);
+
+    [[nodiscard]] bool dark() const { return m_dark; }
+
+    void setDark(bool dark);
+
+    [[nodiscard]] bool reducedMotion() const { return m_reducedMotion; }
+
+    void setReducedMotion(bool reduced);
+
+    [[nodiscard]] QColor window() const { return color(PaletteColor::window); }
+
+    [[nodiscard]] QColor sidebar() const { return color(PaletteColor::sidebar); }
+
+    [[nodiscard]] QColor card() const { return color(PaletteColor::card); }
+
+    [[nodiscard]] QColor well() const { return color(PaletteColor::well); }
+
+    [[nodiscard]] QColor track() const { return color(PaletteColor::track); }
+
+    [[nodiscard]] QColor stroke() const { return color(PaletteColor::stroke); }
+
+    [[nodiscard]] QColor muted() const { return color(PaletteColor::muted); }
+
+    [[nodiscard]] QColor secondaryText() const { return color(PaletteColor::secondaryText); }
+
+    [[nodiscard]] QColor accent() const { return color(PaletteColor::accent); }
+
+    [[nodiscard]] QColor accentSoft() const { return color(PaletteColor::accentSoft); }
+
+    [[nodiscard]] QColor onAccent() const { return color(PaletteColor::onAccent); }
+
+    [[nodiscard]] QColor hot() const { return color(PaletteColor::hot); }
+
+    [[nodiscard]] QColor good() const { return color(PaletteColor::good); }
+
+    [[nodiscard]] QColor text() const { return color(PaletteColor::text); }
+
+    [[nodiscard]] QColor hover() const { return color(PaletteColor::hover); }
+
+    [[nodiscard]] QColor pressed() const { return color(PaletteColor::pressed); }
+
+    [[nodiscard]] QColor accentHover() const { return color(PaletteColor::accentHover); }
+
+    [[nodiscard]] QColor accentDown() const { return color(PaletteColor::accentDown); }
+
+    [[nodiscard]] QColor tint() const { return color(PaletteColor::tint); }
+
+    [[nodiscard]] QColor chartFill() const { return color(PaletteColor::chartFill); }
+
+    [[nodiscard]] QColor errorFill() const { return color(PaletteColor::errorFill); }
+
+    [[nodiscard]] QColor errorStroke() const { return color(PaletteColor::errorStroke); }
+
+    [[nodiscard]] QColor knob() const { return color(PaletteColor::knob); }
+
+    [[nodiscard]] QColor knobStroke() const { return color(PaletteColor::knobStroke); }
+
+    [[nodiscard]] QColor popup() const { return color(PaletteColor::popup); }
+
+    [[nodiscard]] QColor dim() const { return color(PaletteColor::dim); }
+
+    [[nodiscard]] QColor shadow() const { return color(PaletteColor::shadow); }
+
+    [[nodiscard]] QColor scrollBar() const { return color(PaletteColor::scrollBar); }
+
+    [[nodiscard]] int pressDuration() const { return duration(80); }
+
+    [[nodiscard]] int hoverDuration() const { return duration(120); }
+
+    [[nodiscard]] int pageDuration() const { return duration(140); }
+
+    [[nodiscard]] int switchDuration() const { return duration(160); }
+
+    [[nodiscard]] int pillDuration() const { return duration(180); }
+
+    [[nodiscard]] int popupDuration() const { return duration(180); }
+
+    [[nodiscard]] int bannerDuration() const { return duration(200); }
+
+    [[nodiscard]] int gaugeDuration() const { return duration(350); }
+
+    // The line height that goes with a text size, both in pixels.
+    Q_INVOKABLE [[nodiscard]] int lineHeight(int pixelSize) const;
+
+Q_SIGNALS:
+    void darkChanged();
+    void colorsChanged();
+    void motionChanged();
+
+private:
+    [[nodiscard]] QColor color(PaletteColor name) const { return m_colors[static_cast<std::size_t>(name)]; }
+
+    [[nodiscard]] int duration(int milliseconds) const { return m_reducedMotion ? 0 : milliseconds; }
+
+    void show(const Palette& colors);
+
+    bool m_dark = true;
+    bool m_chosen = false; // whether anyone has set `dark` yet
+    bool m_reducedMotion = false;
+    Palette m_colors;
+    Palette m_previous; // where the running crossfade began
+    QVariantAnimation m_crossfade;
+};
+
+} // namespace Fenwhirl

@@ -1,0 +1,39 @@
+import QtQuick
+import QtQuick.Templates as T
+import Fenwhirl.Components
+
+// A short explanation under its parent; bind visible to what should show it. Appears after 600 ms.
+//   text
+T.ToolTip {
+    id: root
+
+    delay: 600
+    horizontalPadding: 8
+    implicitHeight: contentItem.implicitHeight + 2 * verticalPadding
+    implicitWidth: contentItem.implicitWidth + 2 * horizontalPadding
+    margins: 6
+    verticalPadding: 4
+    x: parent ? Math.round((parent.width - implicitWidth) / 2) : 0
+    y: parent ? parent.height + 4 : 0
+
+    background: Surface {
+        color: Theme.popup
+        radius: 7
+        stroke: Theme.stroke
+
+        SoftShadow {
+            blur: 12
+            color: Theme.shadow
+            height: parent.height + 2 * blur
+            radius: 7
+            width: parent.width + 2 * blur
+            x: -blur
+            y: 4 - blur
+            z: -1
+        }
+    }
+    contentItem: Label {
+        size: 12
+        text: root.text
+    }
+}
