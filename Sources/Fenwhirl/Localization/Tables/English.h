@@ -33,7 +33,7 @@ inline constexpr Rows englishTexts = {{
     {u"Vitesse demandée : %@ tr/min", u"Target speed: %@ rpm"},
     {u"Capteur", u"Sensor"},
     {u"Température principale (processeur)", u"Main temperature (processor)"},
-    {u"La vitesse augmente à partir de %@ °C", u"Speed increases from %@ °C"},
+    {u"La vitesse augmente à partir de %@ °C", u"Starts speeding up at %@ °C"},
     {u"Vitesse maximale à %@ °C", u"Full speed at %@ °C"},
     {u"Activer le contrôle des ventilateurs", u"Enable Fan Control"},
     {u"Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.",
@@ -84,7 +84,7 @@ inline constexpr Rows englishTexts = {{
     {u"Le Mac est chaud", u"Your Mac is hot"},
     {u"Surchauffe", u"Overheating"},
     {u"Mac en bonne santé", u"Your Mac is in good health"},
-    {u"Les ventilateurs travaillent", u"The fans are working"},
+    {u"Les ventilateurs travaillent", u"The fans are at work"},
     {u"Ferme des applications", u"Quit some apps"},
     // Errors and notifications
     {u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.",
@@ -93,7 +93,7 @@ inline constexpr Rows englishTexts = {{
     {u"Ceci est une alerte de test.", u"This is a test alert."},
     {u"L'activation a été annulée ou a échoué.", u"Enabling fan control failed or was canceled."},
     {u"La désactivation a échoué.", u"Fan control couldn’t be disabled."},
-    {u"Impossible de changer le démarrage automatique.", u"Opening at login couldn’t be changed."},
+    {u"Impossible de changer le démarrage automatique.", u"The login item couldn’t be changed."},
     // Fan names
     {u"Ventilateur", u"Fan"},
     {u"Ventilateur gauche", u"Left fan"},
@@ -126,7 +126,7 @@ inline constexpr Rows englishTexts = {{
     {u"Prévenir quand le Mac chauffe trop", u"Warn me when my Mac gets too hot"},
     {u"Seuil d'alerte : %@ °C", u"Alert threshold: %@ °C"},
     {u"Une notification et un son se déclenchent au maximum une fois toutes les 5 minutes.",
-     u"You get a notification with a sound at most once every 5 minutes."},
+     u"You’ll get a notification and a sound at most once every 5 minutes."},
     {u"Tester l'alerte", u"Test Alert"},
     // Settings page
     {u"Démarrage", u"Startup"},
@@ -179,10 +179,10 @@ inline constexpr Rows englishTexts = {{
     {u"Cœur efficacité", u"Efficiency core"},
     // Health thresholds
     {u"État du Mac", u"Mac status"},
-    {u"Mac chaud à partir de %@ °C", u"Mac is hot from %@ °C"},
-    {u"Surchauffe à partir de %@ °C", u"Overheating from %@ °C"},
+    {u"Mac chaud à partir de %@ °C", u"Mac is hot at %@ °C and above"},
+    {u"Surchauffe à partir de %@ °C", u"Overheating at %@ °C and above"},
     {u"Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.",
-     u"Choose the temperature from which Fenwhirl reports your Mac as hot. The automatic protection at 92 °C stays the same."},
+     u"Choose the temperature at which Fenwhirl reports your Mac as hot. The automatic protection at 92 °C stays the same."},
     // Safety, diagnostic report and helper update
     {u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.",
      u"No temperature can be read on this Mac: control is suspended for safety."},

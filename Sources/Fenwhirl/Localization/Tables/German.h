@@ -130,7 +130,7 @@ inline constexpr Rows germanTexts = {{
     {u"Prévenir quand le Mac chauffe trop", u"Warnen, wenn der Mac zu heiß wird"},
     {u"Seuil d'alerte : %@ °C", u"Warnschwelle: %@ °C"},
     {u"Une notification et un son se déclenchent au maximum une fois toutes les 5 minutes.",
-     u"Höchstens alle 5 Minuten kommt eine Mitteilung mit Ton."},
+     u"Du erhältst höchstens alle 5 Minuten eine Mitteilung mit Ton."},
     {u"Tester l'alerte", u"Warnung testen"},
     // Settings page
     {u"Démarrage", u"Start"},
@@ -183,7 +183,7 @@ inline constexpr Rows germanTexts = {{
     {u"Cœur efficacité", u"Effizienz-Kern"},
     // Health thresholds
     {u"État du Mac", u"Zustand des Mac"},
-    {u"Mac chaud à partir de %@ °C", u"Mac heiß ab %@ °C"},
+    {u"Mac chaud à partir de %@ °C", u"Mac gilt ab %@ °C als heiß"},
     {u"Surchauffe à partir de %@ °C", u"Überhitzung ab %@ °C"},
     {u"Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.",
      u"Wähle, ab welcher Temperatur Fenwhirl deinen Mac als heiß anzeigt. Der automatische Schutz bei 92 °C bleibt unverändert."},

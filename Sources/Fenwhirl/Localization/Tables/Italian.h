@@ -13,7 +13,7 @@ namespace Translations {
 inline constexpr Rows italianTexts = {{
     // Apps page
     {u"Applications", u"App"},
-    {u"Ce qui fait chauffer ton Mac en ce moment", u"Cosa scalda il tuo Mac in questo momento"},
+    {u"Ce qui fait chauffer ton Mac en ce moment", u"Cosa sta scaldando il tuo Mac adesso"},
     {u"%@ utilise %@ du processeur.", u"Carico di %@ sul processore: %@."},
     {u"Aucune application ne sollicite beaucoup le processeur.", u"Nessuna app impegna molto il processore."},
     {u"Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.",
@@ -33,7 +33,7 @@ inline constexpr Rows italianTexts = {{
     {u"Vitesse demandée : %@ tr/min", u"Velocità richiesta: %@ giri/min"},
     {u"Capteur", u"Sensore"},
     {u"Température principale (processeur)", u"Temperatura principale (processore)"},
-    {u"La vitesse augmente à partir de %@ °C", u"La velocità aumenta da %@ °C"},
+    {u"La vitesse augmente à partir de %@ °C", u"La velocità aumenta a partire da %@ °C"},
     {u"Vitesse maximale à %@ °C", u"Velocità massima a %@ °C"},
     {u"Activer le contrôle des ventilateurs", u"Attiva il controllo delle ventole"},
     {u"Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.",
@@ -76,7 +76,7 @@ inline constexpr Rows italianTexts = {{
     {u"Refroidit tôt pour les jeux et les gros calculs.",
      u"Raffredda in anticipo per i giochi e i calcoli pesanti."},
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
-     u"Ventole sempre al massimo. Rumoroso, ma il Mac resta il più fresco possibile."},
+     u"Ventole sempre al massimo. Fanno rumore, ma il Mac resta il più fresco possibile."},
     // Theme names
     {u"Sombre", u"Scuro"},
     {u"Clair", u"Chiaro"},
@@ -182,10 +182,10 @@ inline constexpr Rows italianTexts = {{
     {u"Cœur efficacité", u"Efficiency core"},
     // Health thresholds
     {u"État du Mac", u"Stato del Mac"},
-    {u"Mac chaud à partir de %@ °C", u"Mac caldo da %@ °C"},
-    {u"Surchauffe à partir de %@ °C", u"Surriscaldamento da %@ °C"},
+    {u"Mac chaud à partir de %@ °C", u"Mac caldo a partire da %@ °C"},
+    {u"Surchauffe à partir de %@ °C", u"Surriscaldamento a partire da %@ °C"},
     {u"Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.",
-     u"Scegli da quale temperatura Fenwhirl segnala che il Mac è caldo. La protezione automatica a 92 °C non cambia."},
+     u"Scegli a partire da quale temperatura Fenwhirl segnala che il Mac è caldo. La protezione automatica a 92 °C non cambia."},
     // Safety, diagnostic report and helper update
     {u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.",
      u"Nessuna temperatura leggibile su questo Mac: il controllo è sospeso per sicurezza."},

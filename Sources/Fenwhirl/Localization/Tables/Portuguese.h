@@ -76,7 +76,7 @@ inline constexpr Rows portugueseTexts = {{
     {u"Refroidit tôt pour les jeux et les gros calculs.",
      u"Arrefece mais cedo para jogos e cálculos pesados."},
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
-     u"Ventoinhas sempre no máximo. Ruidoso, mas o Mac mantém-se o mais fresco possível."},
+     u"Ventoinhas sempre no máximo. Fazem barulho, mas o Mac mantém-se o mais fresco possível."},
     // Theme names
     {u"Sombre", u"Escuro"},
     {u"Clair", u"Claro"},

@@ -27,7 +27,7 @@ inline constexpr Rows serbianLatinTexts = {{
     {u"Les documents non enregistrés dans cette application peuvent être perdus.",
      u"Nesačuvani dokumenti u ovoj aplikaciji mogu da se izgube."},
     {u"Mo", u"MB"},
-    {u"Protégé", u"Zaštićeno"},
+    {u"Protégé", u"Zaštićen"},
     // Fan cards, modes and enabling fan control
     {u"%@ – %@ tr/min", u"%@ – %@ o/min"},
     {u"tr/min", u"o/min"},
@@ -70,7 +70,7 @@ inline constexpr Rows serbianLatinTexts = {{
     {u"Jeu", u"Igre"},
     {u"Max", u"Maksimalno"},
     {u"Laisse macOS gérer les ventilateurs, comme d'origine.",
-     u"Prepušta ventilatore sistemu macOS, kao fabrički."},
+     u"Ventilatorima upravlja macOS, kako je fabrički podešeno."},
     {u"Ventilateurs discrets : ils accélèrent seulement quand le Mac chauffe vraiment.",
      u"Tihi ventilatori: ubrzavaju tek kad se Mac zaista zagreje."},
     {u"Bon compromis entre bruit et fraîcheur pour l'usage de tous les jours.",
@@ -122,7 +122,7 @@ inline constexpr Rows serbianLatinTexts = {{
     {u"%@ capteurs de température", u"Senzori temperature: %@"},
     {u"Un clic pour changer le comportement des ventilateurs", u"Jedan klik menja ponašanje ventilatora"},
     // Presets page
-    {u"Actif", u"Aktivan"},
+    {u"Actif", u"Aktivno"},
     {u"Appliquer", u"Primeni"},
     // Alerts page
     {u"Sois prévenu avant que ton Mac ne souffre", u"Saznaj pre nego što tvoj Mac počne da trpi"},
@@ -191,7 +191,7 @@ inline constexpr Rows serbianLatinTexts = {{
      u"Nijedna temperatura na ovom Mac-u ne može da se pročita: upravljanje je obustavljeno radi bezbednosti."},
     {u"Rapport de diagnostic", u"Dijagnostički izveštaj"},
     {u"Crée un petit fichier texte avec le modèle de ce Mac et ses capteurs. Utile pour vérifier que Fenwhirl fonctionne sur ton Mac ou pour demander de l'aide.",
-     u"Pravi malu tekstualnu datoteku sa modelom ovog Mac-a i njegovim senzorima. Korisno da proveriš da li Fenwhirl radi na tvom Mac-u ili kad tražiš pomoć."},
+     u"Pravi malu tekstualnu datoteku sa modelom ovog Mac-a i njegovim senzorima. Korisno je kad proveravaš da li Fenwhirl radi na tvom Mac-u ili kad tražiš pomoć."},
     {u"Inclure un test des ventilateurs (6 secondes)", u"Dodaj test ventilatora (6 sekundi)"},
     {u"Création en cours…", u"Pravljenje…"},
     {u"Créer le rapport", u"Napravi izveštaj"},

@@ -33,7 +33,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Vitesse demandée : %@ tr/min", u"Velocidad deseada: %@ rpm"},
     {u"Capteur", u"Sensor"},
     {u"Température principale (processeur)", u"Temperatura principal (procesador)"},
-    {u"La vitesse augmente à partir de %@ °C", u"La velocidad aumenta desde %@ °C"},
+    {u"La vitesse augmente à partir de %@ °C", u"La velocidad aumenta a partir de %@ °C"},
     {u"Vitesse maximale à %@ °C", u"Velocidad máxima a %@ °C"},
     {u"Activer le contrôle des ventilateurs", u"Activar el control de ventiladores"},
     {u"Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.",
@@ -73,7 +73,8 @@ inline constexpr Rows spanishTexts = {{
      u"Ventiladores discretos: solo aceleran cuando el Mac se calienta de verdad."},
     {u"Bon compromis entre bruit et fraîcheur pour l'usage de tous les jours.",
      u"Buen equilibrio entre ruido y temperatura para el día a día."},
-    {u"Refroidit tôt pour les jeux et les gros calculs.", u"Enfría antes para juegos y tareas exigentes."},
+    {u"Refroidit tôt pour les jeux et les gros calculs.",
+     u"Refrigera antes, para juegos y tareas exigentes."},
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
      u"Ventiladores siempre al máximo. Hacen ruido, pero el Mac se mantiene lo más fresco posible."},
     // Theme names
@@ -128,7 +129,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Prévenir quand le Mac chauffe trop", u"Avisarme si el Mac se calienta demasiado"},
     {u"Seuil d'alerte : %@ °C", u"Umbral de alerta: %@ °C"},
     {u"Une notification et un son se déclenchent au maximum une fois toutes les 5 minutes.",
-     u"Recibirás una notificación con sonido una vez cada 5 minutos como máximo."},
+     u"Recibirás una notificación con sonido cada 5 minutos como máximo."},
     {u"Tester l'alerte", u"Probar alerta"},
     // Settings page
     {u"Démarrage", u"Inicio"},
@@ -143,7 +144,7 @@ inline constexpr Rows spanishTexts = {{
      u"Sin activar: Fenwhirl solo puede leer las temperaturas."},
     {u"Réinstaller", u"Reinstalar"},
     {u"Désactiver", u"Desactivar"},
-    {u"Remettre les ventilateurs en automatique", u"Volver a poner los ventiladores en automático"},
+    {u"Remettre les ventilateurs en automatique", u"Devolver los ventiladores a automático"},
     // Sensor names
     {u"Processeur (proximité)", u"CPU (proximidad)"},
     {u"Processeur (diode)", u"CPU (diodo)"},
@@ -181,10 +182,10 @@ inline constexpr Rows spanishTexts = {{
     {u"Cœur efficacité", u"Núcleo eficiencia"},
     // Health thresholds
     {u"État du Mac", u"Estado del Mac"},
-    {u"Mac chaud à partir de %@ °C", u"Mac caliente desde %@ °C"},
-    {u"Surchauffe à partir de %@ °C", u"Sobrecalentamiento desde %@ °C"},
+    {u"Mac chaud à partir de %@ °C", u"Mac caliente a partir de %@ °C"},
+    {u"Surchauffe à partir de %@ °C", u"Sobrecalentamiento a partir de %@ °C"},
     {u"Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.",
-     u"Elige desde qué temperatura Fenwhirl indica que el Mac está caliente. La protección automática a 92 °C no cambia."},
+     u"Elige a partir de qué temperatura Fenwhirl indica que el Mac está caliente. La protección automática a 92 °C no cambia."},
     // Safety, diagnostic report and helper update
     {u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.",
      u"No se puede leer ninguna temperatura en este Mac: el control queda suspendido por seguridad."},
@@ -194,7 +195,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Inclure un test des ventilateurs (6 secondes)", u"Incluir una prueba de ventiladores (6 segundos)"},
     {u"Création en cours…", u"Creando…"},
     {u"Créer le rapport", u"Crear informe"},
-    {u"Une mise à jour de l'assistant est disponible.", u"Hay una actualización del asistente disponible."},
+    {u"Une mise à jour de l'assistant est disponible.", u"Hay disponible una actualización del asistente."},
     {u"Mettre à jour", u"Actualizar"},
 }};
 // clang-format on
