@@ -26,7 +26,8 @@ TEST(Cyrillic, KeepsPlaceholders) {
 TEST(Cyrillic, KeepsPlaceholdersGluedToLetters) {
     EXPECT_EQ(cyrillic("od%@do"), text("од%@до"));
     EXPECT_EQ(cyrillic("%@%@"), text("%@%@"));
-    EXPECT_EQ(cyrillic("%@C"), text("%@Ц"));
+    EXPECT_EQ(cyrillic("%@C"), text("%@Ц")) << "glued to a placeholder a kept word is another word";
+    EXPECT_EQ(cyrillic("Mac% cpu@ l%j"), text("Мац% цпу@ л%ј"));
 }
 
 TEST(Cyrillic, WritesDigraphsAsOneLetterInTheCaseOfTheFirst) {

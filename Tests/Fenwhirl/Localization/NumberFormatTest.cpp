@@ -42,7 +42,7 @@ TEST(NumberFormat, ShowsNonFiniteNumbersAsZero) {
     for (const double value : {infinity, -infinity, notANumber}) {
         EXPECT_EQ(NumberFormat::truncated(value), 0);
         EXPECT_EQ(NumberFormat::rounded(value), 0);
-        EXPECT_EQ(NumberFormat::rpmText(value), text("0"));
+        EXPECT_EQ(NumberFormat::rpmText(value, QLocale::c()), text("0"));
         EXPECT_EQ(NumberFormat::temperatureText(value), text("0 °C"));
         EXPECT_EQ(NumberFormat::percentText(value), text("0 %"));
     }
