@@ -58,8 +58,3 @@ if(FENWHIRL_SANITIZE)
     # Lets the installation of the set-uid helper refuse such a build: a sanitizer writes files where its environment says.
     target_compile_definitions(FenwhirlFlags INTERFACE FENWHIRL_SANITIZED=1)
 endif()
-
-if(FENWHIRL_FUZZING)
-    # Lets libFuzzer see which code an input reaches.
-    target_compile_options(FenwhirlFlags INTERFACE -fsanitize=fuzzer-no-link)
-endif()
