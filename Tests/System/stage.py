@@ -250,6 +250,13 @@ def install_helper(build):
     os.chmod(HELPER, 0o4755)
 
 
+def can_become(user):
+    """Whether this private world knows the account: with real root it does, in a user's own namespace only root is known."""
+    with open("/proc/self/uid_map", encoding="ascii") as lines:
+        ranges = [[int(word) for word in line.split()] for line in lines]
+    return os.geteuid() == 0 and any(first <= user < first + count for first, _, count in ranges)
+
+
 def become_ordinary_user(user=65534):
     """Gives up all rights for good, as the tests of an ordinary user must; needs real root before."""
     home = pathlib.Path("/run/home")

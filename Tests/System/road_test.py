@@ -1,0 +1,123 @@
+"""The road of one click: from the window to a turning fan and back to the screen, as an ordinary user.
+
+Each test drives the built programs: the simulated Mac runs as root, the installed helper is set-user-ID root, and Fenwhirl
+belongs to an account without any rights.
+"""
+
+import signal
+import unittest
+
+import stage
+from scene import Scene
+
+
+class Presets(unittest.TestCase):
+    def test_the_game_preset_drives_the_fans_and_the_window_follows(self):
+        with Scene(watts=12) as scene:
+            self.assertEqual(scene.writes(), [], "an automatic fan is left alone")
+            scene.mac.tell("set TCXC 70")
+            scene.choose_preset("Jeu")
+            # The curve from 40 to 80 °C at 70 °C: three quarters of the way from 2160 to 6156 rpm, on 50.
+            stage.wait_until(lambda: ("F0Tg", 5150.0, 0) in scene.writes(), "the target of the left fan")
+            stage.wait_until(lambda: ("F1Tg", 4800.0, 0) in scene.writes(), "the target of the right fan")
+            self.assertEqual([key for key, _, _ in scene.writes()[:4]], ["FS! ", "F0Tg", "FS! ", "F1Tg"])
+            stage.wait_until(lambda: abs(scene.fan(0)[0] - 5150) < 60, "the left fan turns as fast", seconds=40)
+            stage.wait_until(lambda: any(abs(speed - 5150) < 60 for speed in scene.shown_speeds()),
+                             f"the window shows it; it shows {scene.shown_speeds()}", seconds=40)
+            self.assertEqual(scene.shown_temperature(), 70)
+
+    def test_the_automatic_preset_hands_every_fan_back_once(self):
+        with Scene() as scene:
+            scene.choose_preset("Max")
+            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "both fans manual")
+            before = len(scene.writes())
+            scene.choose_preset("Auto")
+            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "both automatic")
+            self.assertEqual(scene.writes(before + 1), [("FS! ", 2.0, 0), ("FS! ", 0.0, 0)])
+
+
+class Safety(unittest.TestCase):
+    def test_at_92_degrees_every_fan_is_handed_back(self):
+        with Scene() as scene:
+            scene.mac.tell("set TCXC 70")
+            scene.choose_preset("Max")
+            stage.wait_until(lambda: scene.fan(1)[2] == "manual", "fans under manual control")
+            scene.mac.tell("set TCXC 92")
+            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back")
+            scene.mac.tell("set TCXC 70")
+            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "taken again")
+
+    def test_at_the_alert_threshold_automatic_fans_run_at_their_maximum(self):
+        with Scene() as scene:
+            scene.mac.tell("set TCXC 90.5")
+            stage.wait_until(lambda: ("F0Tg", 6156.0, 0) in scene.writes() and ("F1Tg", 5700.0, 0) in scene.writes(),
+                             "both fans at their maximum")
+            scene.mac.tell("set TCXC 86")
+            scene.mac.tell("await requests 400 within 30")
+            self.assertEqual(scene.fan(0)[2], "manual", "between the threshold and 5 °C below it nothing changes")
+            scene.mac.tell("set TCXC 84.9")
+            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "it is over")
+
+    def test_without_any_temperature_manual_control_is_suspended(self):
+        with Scene() as scene:
+            scene.choose_preset("Max")
+            stage.wait_until(lambda: scene.fan(1)[2] == "manual", "fans under manual control")
+            for line in scene.mac.tell("keys T"):
+                scene.mac.tell(f"vanish {line[:4]}")
+            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back")
+            scene.screen.wait_for(
+                lambda text: text.startswith("Aucune température lisible sur ce Mac"))
+
+
+class Troubles(unittest.TestCase):
+    def test_refused_writes_are_told_in_the_banner(self):
+        with Scene() as scene:
+            scene.mac.tell("refuse all")
+            scene.choose_preset("Max")
+            scene.screen.wait_for(
+                lambda text: text.startswith("Ce Mac n'a pas accepté le changement de vitesse du ventilateur."))
+
+    def test_without_the_helper_the_window_offers_it_and_nothing_is_sent(self):
+        with Scene(helper=False) as scene:
+            scene.choose_preset("Max")
+            scene.screen.wait_for("Activer le contrôle des ventilateurs")
+            scene.screen.wait_for("Activer", "push button")
+            self.assertEqual(scene.writes(), [])
+
+    def test_a_mac_without_fans_shows_its_temperatures(self):
+        with Scene(machine="MacBook10,1") as scene:
+            scene.screen.wait_for(lambda text: text.startswith("Ce Mac n'a pas de ventilateur à piloter"))
+            stage.wait_until(scene.shown_temperature, "a temperature on the screen")
+
+
+class Quitting(unittest.TestCase):
+    def check_hand_back(self, scene, end):
+        scene.mac.tell("set TCXC 70")
+        scene.choose_preset("Jeu")
+        stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "fans under manual control")
+        end()
+        self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
+
+    def test_a_wish_to_end_hands_the_fans_back(self):
+        for how in (signal.SIGTERM,):
+            with self.subTest(how=how), Scene() as scene:
+                self.check_hand_back(scene, lambda: self.assertEqual(scene.application.stop(how), 0))
+
+    def test_fans_are_handed_back_even_when_the_application_is_killed(self):
+        with Scene() as scene:
+            def kill():
+                scene.application.stop(signal.SIGKILL)
+                stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic",
+                                 "the guard hands them back")
+            self.check_hand_back(scene, kill)
+
+    def test_a_fan_at_a_constant_speed_keeps_it(self):
+        with Scene() as scene:
+            scene.choose_preset("Max")
+            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "fans at maximum")
+            self.assertEqual(scene.application.stop(signal.SIGTERM), 0)
+            self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("manual", "manual"))
+
+
+if __name__ == "__main__":
+    unittest.main()

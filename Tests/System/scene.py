@@ -1,0 +1,95 @@
+"""The whole road on one stage: a simulated Mac run by root, and an ordinary user's Fenwhirl in a window before it."""
+
+import contextlib
+import os
+import pathlib
+import re
+import unittest
+
+import stage
+
+# An account that exists everywhere and owns nothing.
+ORDINARY_USER = 65534
+
+
+class Scene:
+    """Fenwhirl past its first-launch introduction, with the dashboard on the screen."""
+
+    def __init__(self, machine="MacBookPro11,4", watts=12, user=ORDINARY_USER, helper=True, speed=5):
+        self.build = pathlib.Path(os.environ["FENWHIRL_BUILD"])
+        self.machine, self.watts, self.user, self.helper, self.speed = machine, watts, user, helper, speed
+        self.stack = contextlib.ExitStack()
+        self.mac = self.application = self.screen = None
+
+    def __enter__(self):
+        if self.user and not stage.can_become(self.user):
+            raise unittest.SkipTest("needs real root, to give up its rights for an ordinary user's")
+        try:
+            self.mac = self.stack.enter_context(stage.SimulatedMac(
+                self.build, self.machine, "--heat", str(self.watts), "--speed", str(self.speed)))
+            if self.helper:
+                stage.install_helper(self.build)
+            if self.user:
+                stage.become_ordinary_user(self.user)
+            display = self.stack.enter_context(stage.Display())
+            display.start_window_manager()
+            os.environ.update(display.environment())
+            bus = self.stack.enter_context(stage.SessionBus())
+            os.environ.update(bus.environment())
+            self.application = self.stack.enter_context(stage.Application(self.build))
+            self.screen = stage.Interface()
+            for button in ("Suivant", "Suivant", "Commencer"):
+                self.screen.press(button, "push button")
+            self.screen.wait_for("Tableau de bord", "page tab")
+        except BaseException:
+            self.stack.close()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.stack.close()
+
+    # --- What the person does ---
+
+    def choose_preset(self, title):
+        self.screen.press("Préréglage", "combo box")
+        self.screen.press(title, "menu item")
+
+    def open_page(self, title):
+        self.screen.press(title, "page tab")
+
+    # --- What the person sees ---
+
+    def shown_speeds(self):
+        """The speeds on the gauges, by order of the fans."""
+        speeds = []
+        for text in self.screen.texts():
+            found = re.fullmatch(r"(\d[\d\s\u00a0\u202f.,']*)\s?tr/min", text)
+            if found:
+                speeds.append(int(re.sub(r"\D", "", found.group(1))))
+        return speeds
+
+    def shown_temperature(self):
+        """The main temperature, or None when there is none."""
+        for text in self.screen.texts():
+            found = re.fullmatch(r"(\d+)\s°C", text)
+            if found:
+                return int(found.group(1))
+        return None
+
+    # --- What the machine knows ---
+
+    def writes(self, start=1):
+        """Every write that reached the controller from that number on, as (key, value, user)."""
+        found = []
+        for line in self.mac.tell(f"log {start}"):
+            write = re.search(r"uid=(\d+) key=(.{4}) .* value=([-\d.]+) kernel=(\S+) result=(\S+)", line)
+            if write:
+                found.append((write.group(2), float(write.group(3)), int(write.group(1))))
+        return found
+
+    def fan(self, index):
+        """Speed, target and mode ("automatic" or "manual") of a fan."""
+        state = self.mac.tell("state")[0]
+        rpm, target, mode = re.search(rf"fan{index}=([^ ]+)", state).group(1).split("/")
+        return float(rpm), float(target), mode
