@@ -14,9 +14,9 @@
 #include <mutex>
 
 #if defined(__clang__)
-#define FENWHIRL_THREAD_ATTRIBUTE(attribute) __attribute__((attribute))
+#    define FENWHIRL_THREAD_ATTRIBUTE(attribute) __attribute__((attribute))
 #else
-#define FENWHIRL_THREAD_ATTRIBUTE(attribute)
+#    define FENWHIRL_THREAD_ATTRIBUTE(attribute)
 #endif
 
 #define FENWHIRL_CAPABILITY(name) FENWHIRL_THREAD_ATTRIBUTE(capability(name))
@@ -42,6 +42,7 @@ inline constexpr MainThread mainThread;
 class FENWHIRL_CAPABILITY("mutex") Mutex {
 public:
     void lock() FENWHIRL_ACQUIRE() { mutex_.lock(); }
+
     void unlock() FENWHIRL_RELEASE() { mutex_.unlock(); }
 
 private:
@@ -51,7 +52,9 @@ private:
 class FENWHIRL_SCOPED_CAPABILITY MutexLock {
 public:
     explicit MutexLock(Mutex& mutex) FENWHIRL_ACQUIRE(mutex) : mutex_(mutex) { mutex_.lock(); }
+
     ~MutexLock() FENWHIRL_RELEASE() { mutex_.unlock(); }
+
     MutexLock(const MutexLock&) = delete;
     MutexLock& operator=(const MutexLock&) = delete;
 

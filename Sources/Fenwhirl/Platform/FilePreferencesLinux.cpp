@@ -1,0 +1,163 @@
+#include "Fenwhirl/Platform/FilePreferencesLinux.h"
+
+#include "Fenwhirl/Platform/AtomicFile.h"
+#include "Fenwhirl/Platform/FileDescriptor.h"
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <string_view>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+// A thousand times what the program writes.
+constexpr qsizetype largestFile = qsizetype{4} << 20;
+
+std::optional<PreferenceValues> readFile(const std::string& path) {
+    // Not blocking, because opening a pipe for reading would wait for somebody to write.
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+
+    struct stat status {};
+
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    QByteArray text;
+    std::array<char, 16384> buffer{};
+    for (;;) {
+        const ssize_t count = ::read(file.number(), buffer.data(), buffer.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0 || text.size() + count > largestFile) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            return decodePreferences(text);
+        }
+        text.append(buffer.data(), count);
+    }
+}
+
+void apply(PreferenceValues& values, const QString& key, const std::optional<PreferenceValue>& value) {
+    if (value) {
+        values.insert_or_assign(key, *value);
+    } else {
+        values.erase(key);
+    }
+}
+
+// Keeps other processes of ours from changing the file between reading and replacing it. Not waited for: a
+// stopped process must not stop this one, and without the lock merely the other one's last change can be
+// lost.
+FileDescriptor tryLock(const std::string& path) {
+    FileDescriptor file(::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (file.isOpen() && ::flock(file.number(), LOCK_EX | LOCK_NB) != 0) {
+        file.close();
+    }
+    return file;
+}
+
+void removeLeftovers(const std::string& path) {
+    const std::filesystem::path file(path);
+    const std::string prefix = file.filename().string() + '.';
+    std::error_code ignored;
+    for (std::filesystem::directory_iterator entry(file.parent_path(), ignored), end;
+         !ignored && entry != end; entry.increment(ignored)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with(prefix) && name.ends_with(".new")) {
+            std::filesystem::remove(entry->path(), ignored);
+        }
+    }
+}
+
+} // namespace
+
+FilePreferences::FilePreferences(std::string path) : path_(std::move(path)) {
+    const MutexLock lock(mutex_);
+    values_ = readFile(path_).value_or(PreferenceValues());
+    if (tryLock(path_).isOpen()) {
+        removeLeftovers(path_); // while nobody is writing
+    }
+}
+
+template <typename Type>
+std::optional<Type> FilePreferences::typed(const QString& key) const {
+    const MutexLock lock(mutex_);
+    const auto entry = values_.find(key);
+    const Type* const value = entry == values_.end() ? nullptr : std::get_if<Type>(&entry->second);
+    return value ? std::optional<Type>(*value) : std::nullopt;
+}
+
+bool FilePreferences::contains(const QString& key) const {
+    const MutexLock lock(mutex_);
+    return values_.contains(key);
+}
+
+std::optional<QString> FilePreferences::text(const QString& key) const {
+    return typed<QString>(key);
+}
+
+std::optional<bool> FilePreferences::boolean(const QString& key) const {
+    return typed<bool>(key);
+}
+
+std::optional<double> FilePreferences::number(const QString& key) const {
+    return typed<double>(key);
+}
+
+std::optional<QByteArray> FilePreferences::data(const QString& key) const {
+    return typed<QByteArray>(key);
+}
+
+void FilePreferences::setText(const QString& key, const QString& value) {
+    change(key, value);
+}
+
+void FilePreferences::setBoolean(const QString& key, bool value) {
+    change(key, value);
+}
+
+void FilePreferences::setNumber(const QString& key, double value) {
+    change(key, value);
+}
+
+void FilePreferences::setData(const QString& key, const QByteArray& value) {
+    change(key, value);
+}
+
+void FilePreferences::remove(const QString& key) {
+    change(key, std::nullopt);
+}
+
+void FilePreferences::change(const QString& key, std::optional<PreferenceValue> value) {
+    const MutexLock lock(mutex_);
+    const auto entry = values_.find(key);
+    const bool same = value ? entry != values_.end() && entry->second == *value : entry == values_.end();
+    if (same && unwritten_.empty()) {
+        return; // already on disk: a slider that is held sends the same value many times
+    }
+    apply(values_, key, value);
+    unwritten_.insert_or_assign(key, std::move(value));
+    writeChanges();
+}
+
+void FilePreferences::writeChanges() {
+    std::error_code ignored;
+    std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), ignored);
+    const FileDescriptor lock = tryLock(path_);
+    PreferenceValues current = readFile(path_).value_or(values_);
+    for (const auto& [key, value] : unwritten_) {
+        apply(current, key, value);
+    }
+    const QByteArray text = encodePreferences(current);
+    if (replaceFile(path_, std::string_view(text.constData(), static_cast<std::size_t>(text.size())))) {
+        values_ = std::move(current);
+        unwritten_.clear();
+    }
+}

@@ -1,0 +1,47 @@
+// Preferences in one file (see PreferencesText.h), replaced as a whole at each change.
+//
+// Several processes may share the file: a change is made to what the file holds at that moment, under a lock
+// that nobody waits for. What could not be written is kept in memory and goes out with the next change. A
+// file that is broken, too large or no regular file reads as empty and stays until then.
+//
+// Threads: safe to call from any thread; calls that change something return when it is on disk.
+
+#pragma once
+
+#include "Fenwhirl/Platform/PreferencesStore.h"
+#include "Fenwhirl/Platform/PreferencesText.h"
+#include "Fenwhirl/Platform/Threads.h"
+
+#include <map>
+#include <optional>
+#include <string>
+
+class FilePreferences final : public PreferencesStore {
+public:
+    // The folder of the file is made when it is first needed.
+    explicit FilePreferences(std::string path);
+
+    [[nodiscard]] bool contains(const QString& key) const override;
+    [[nodiscard]] std::optional<QString> text(const QString& key) const override;
+    [[nodiscard]] std::optional<bool> boolean(const QString& key) const override;
+    [[nodiscard]] std::optional<double> number(const QString& key) const override;
+    [[nodiscard]] std::optional<QByteArray> data(const QString& key) const override;
+
+    void setText(const QString& key, const QString& value) override;
+    void setBoolean(const QString& key, bool value) override;
+    void setNumber(const QString& key, double value) override;
+    void setData(const QString& key, const QByteArray& value) override;
+    void remove(const QString& key) override;
+
+private:
+    template <typename Type>
+    [[nodiscard]] std::optional<Type> typed(const QString& key) const;
+    // Nothing removes the key.
+    void change(const QString& key, std::optional<PreferenceValue> value);
+    void writeChanges() FENWHIRL_REQUIRES(mutex_);
+
+    const std::string path_;
+    mutable Mutex mutex_;
+    PreferenceValues values_ FENWHIRL_GUARDED_BY(mutex_);
+    std::map<QString, std::optional<PreferenceValue>> unwritten_ FENWHIRL_GUARDED_BY(mutex_);
+};

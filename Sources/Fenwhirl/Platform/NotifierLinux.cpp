@@ -1,0 +1,38 @@
+#include "Fenwhirl/Platform/Notifier.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QStringList>
+#include <QVariantMap>
+
+namespace {
+
+// The service reads the body as markup.
+QString escaped(QString text) {
+    text.replace(u'&', QStringLiteral("&amp;"));
+    text.replace(u'<', QStringLiteral("&lt;"));
+    text.replace(u'>', QStringLiteral("&gt;"));
+    return text;
+}
+
+} // namespace
+
+void Notifier::send(const QString& title, const QString& message) {
+    constexpr uint newNotification = 0;
+    constexpr uchar critical = 2; // shown at once, also over a game in full screen
+    constexpr int serviceDecidesHowLong = -1;
+
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
+        QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
+    const QVariantMap hints = {
+        {QStringLiteral("urgency"), QVariant::fromValue(critical)},
+        {QStringLiteral("desktop-entry"), QStringLiteral("com.fenwhirl.app")},
+        {QStringLiteral("sound-name"), QStringLiteral("dialog-warning")},
+    };
+    call.setArguments({QStringLiteral("Fenwhirl"), newNotification, QStringLiteral("com.fenwhirl.app"), title,
+                       escaped(message), QStringList(), hints, serviceDecidesHowLong});
+    // The answer, and whether there is anybody to give one, does not matter.
+    static_cast<void>(QDBusConnection::sessionBus().asyncCall(call));
+}

@@ -1,0 +1,55 @@
+#include "Fenwhirl/Platform/SystemNameLinux.h"
+
+#include "Fenwhirl/Platform/SystemName.h"
+
+#include <QFile>
+
+#include <array>
+#include <unistd.h>
+
+namespace {
+
+// A value of a shell-like file: in single or double quotes or in none, with a backslash before what the
+// quotes would end.
+QString unquoted(QByteArray value) {
+    value = value.trimmed();
+    if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
+        value.back() == value.front()) {
+        value = value.sliced(1, value.size() - 2);
+    }
+    QByteArray result;
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        if (value[i] == '\\' && i + 1 < value.size()) {
+            ++i;
+        }
+        result += value[i];
+    }
+    return QString::fromUtf8(result).trimmed();
+}
+
+} // namespace
+
+QString computerNameFrom(const QByteArray& machineInfo, const QByteArray& hostName) {
+    constexpr QByteArrayView nameKey = "PRETTY_HOSTNAME=";
+    for (const QByteArray& line : machineInfo.split('\n')) {
+        if (line.startsWith(nameKey)) {
+            const QString name = unquoted(line.sliced(nameKey.size()));
+            if (!name.isEmpty()) {
+                return name;
+            }
+        }
+    }
+    const QString name = QString::fromUtf8(hostName.split('.').constFirst());
+    // What the kernel and the resolver say when nobody has given the computer a name.
+    return name == QStringLiteral("localhost") || name == QStringLiteral("(none)") ? QString() : name;
+}
+
+QString computerName() {
+    QFile file(QStringLiteral("/etc/machine-info"));
+    const QByteArray machineInfo = file.open(QIODevice::ReadOnly) ? file.read(65536) : QByteArray();
+    std::array<char, 256> hostName{};
+    if (gethostname(hostName.data(), hostName.size() - 1) != 0) {
+        hostName.front() = '\0';
+    }
+    return computerNameFrom(machineInfo, hostName.data());
+}

@@ -1,0 +1,150 @@
+#include "Fenwhirl/Platform/Notifier.h"
+
+#include "Fenwhirl/Platform/AppleScriptText.h"
+#include "Support/TemporaryFolder.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QDeadlineTimer>
+#include <QProcess>
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+namespace {
+
+// A notification service that writes down what it is told.
+class FakeService : public QDBusVirtualObject {
+public:
+    QList<QDBusMessage> calls;
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        calls.append(message);
+        connection.send(message.createReply(uint{calls.size() > 0}));
+        return true;
+    }
+};
+
+// A session bus for this process alone, which starts no services: the desktop that may be installed here has
+// a notification service of its own.
+constexpr std::string_view busConfiguration = R"(<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=/tmp</listen>
+  <policy context="default">
+    <allow send_destination="*"/>
+    <allow receive_sender="*"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+
+class NotifierTest : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        const TemporaryFolder folder;
+        const QString configuration = QString::fromStdString(folder.write("bus.conf", busConfiguration));
+        bus = new QProcess;
+        bus->start(QStringLiteral("dbus-daemon"),
+                   {QStringLiteral("--config-file=") + configuration, QStringLiteral("--nofork"),
+                    QStringLiteral("--print-address")});
+        ASSERT_TRUE(bus->waitForReadyRead());
+        setenv("DBUS_SESSION_BUS_ADDRESS", bus->readLine().trimmed().constData(), 1);
+        ASSERT_TRUE(QDBusConnection::sessionBus().isConnected());
+    }
+
+    static void TearDownTestSuite() {
+        QDBusConnection::disconnectFromBus(QDBusConnection::sessionBus().name());
+        bus->kill();
+        bus->waitForFinished();
+        delete bus;
+        bus = nullptr;
+    }
+
+    // The service has its own connection, as another program has.
+    QDBusConnection makeService() {
+        QDBusConnection connection =
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("service"));
+        EXPECT_TRUE(
+            connection.registerVirtualObject(QStringLiteral("/org/freedesktop/Notifications"), &service));
+        EXPECT_TRUE(connection.registerService(QStringLiteral("org.freedesktop.Notifications")));
+        return connection;
+    }
+
+    void waitForCalls(qsizetype count) {
+        const QDeadlineTimer deadline(60'000);
+        while (service.calls.size() < count && !deadline.hasExpired()) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        }
+    }
+
+    ~NotifierTest() override { QDBusConnection::disconnectFromBus(QStringLiteral("service")); }
+
+    static QProcess* bus;
+    FakeService service;
+};
+
+QProcess* NotifierTest::bus = nullptr;
+
+} // namespace
+
+TEST_F(NotifierTest, CallsTheServiceOnceWithUrgencyEntryAndSound) {
+    const QDBusConnection connection = makeService();
+    Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("Ton Mac chauffe : 93 degrés."));
+    waitForCalls(1);
+    ASSERT_EQ(service.calls.size(), 1);
+    const QDBusMessage& call = service.calls[0];
+    EXPECT_EQ(call.member(), QStringLiteral("Notify"));
+    EXPECT_EQ(call.interface(), QStringLiteral("org.freedesktop.Notifications"));
+    EXPECT_EQ(call.signature(), QStringLiteral("susssasa{sv}i"));
+    const QVariantList arguments = call.arguments();
+    EXPECT_EQ(arguments[0].toString(), QStringLiteral("Fenwhirl"));
+    EXPECT_EQ(arguments[1].toUInt(), 0U);
+    EXPECT_EQ(arguments[3].toString(), QStringLiteral("Fenwhirl"));
+    EXPECT_EQ(arguments[4].toString(), QStringLiteral("Ton Mac chauffe : 93 degrés."));
+    EXPECT_TRUE(arguments[5].toStringList().isEmpty());
+    EXPECT_EQ(arguments[7].toInt(), -1);
+    const auto hints = qdbus_cast<QVariantMap>(arguments[6]);
+    EXPECT_EQ(hints.value(QStringLiteral("urgency")).metaType(), QMetaType::fromType<uchar>());
+    EXPECT_EQ(hints.value(QStringLiteral("urgency")).toInt(), 2);
+    EXPECT_EQ(hints.value(QStringLiteral("desktop-entry")).toString(), QStringLiteral("com.fenwhirl.app"));
+    EXPECT_FALSE(hints.value(QStringLiteral("sound-name")).toString().isEmpty());
+}
+
+TEST_F(NotifierTest, MarkupIsShownAsTextNotObeyed) {
+    const QDBusConnection connection = makeService();
+    Notifier::send(QStringLiteral("a < b"), QStringLiteral("<img src=\"http://x\"/> & <b>\"fort\"</b>"));
+    waitForCalls(1);
+    ASSERT_EQ(service.calls.size(), 1);
+    EXPECT_EQ(service.calls[0].arguments()[3].toString(), QStringLiteral("a < b")); // the title is plain text
+    EXPECT_EQ(service.calls[0].arguments()[4].toString(),
+              QStringLiteral("&lt;img src=\"http://x\"/&gt; &amp; &lt;b&gt;\"fort\"&lt;/b&gt;"));
+}
+
+TEST_F(NotifierTest, WithoutAServiceNothingHappens) {
+    Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("personne n'écoute"));
+    // Whatever the bus answers, it answers in order: after this the call above has failed.
+    EXPECT_FALSE(QDBusConnection::sessionBus().interface()->isServiceRegistered(
+        QStringLiteral("org.freedesktop.Notifications")));
+    const QDBusConnection connection = makeService();
+    Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("quelqu'un écoute"));
+    waitForCalls(1);
+    ASSERT_EQ(service.calls.size(), 1);
+    EXPECT_EQ(service.calls[0].arguments()[4].toString(), QStringLiteral("quelqu'un écoute"));
+}
+
+TEST(NotificationStatement, NamesMessageAndTitle) {
+    EXPECT_EQ(
+        notificationStatement(QStringLiteral("Fenwhirl"), QStringLiteral("Ton Mac chauffe : 93 degrés.")),
+        QStringLiteral("display notification \"Ton Mac chauffe : 93 degrés.\" with title \"Fenwhirl\""));
+}
+
+TEST(NotificationStatement, QuotesBecomeApostrophesAndBackslashesBlanks) {
+    EXPECT_EQ(
+        notificationStatement(QStringLiteral("\\\"a\\"), QStringLiteral("\"; do shell script \"id\\\"")),
+        QStringLiteral("display notification \"'; do shell script 'id '\" with title \" 'a \""));
+}

@@ -1,0 +1,139 @@
+#include "Fenwhirl/Platform/Threads.h"
+
+#include "Fenwhirl/Platform/BackgroundTask.h"
+#include "Fenwhirl/Platform/Clock.h"
+#include "Fenwhirl/Platform/MainThreadInbox.h"
+#include "Fenwhirl/Platform/SerialQueue.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+
+#include <csignal>
+#include <future>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace {
+
+void runEventsUntil(const std::function<bool()>& condition) {
+    const QDeadlineTimer deadline(60'000);
+    while (!condition() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    }
+}
+
+} // namespace
+
+TEST(MainThread, IsKnownOnEveryThread) {
+    EXPECT_TRUE(MainThread::isCurrent());
+    mainThread.assertIsCurrent();
+    bool elsewhere = true;
+    SerialQueue queue("fenwhirl.test");
+    queue.sync([&] { elsewhere = MainThread::isCurrent(); });
+    EXPECT_FALSE(elsewhere);
+}
+
+TEST(MainThreadDeathTest, AssertionOnAnotherThreadEndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            SerialQueue queue("fenwhirl.test");
+            queue.sync([] { mainThread.assertIsCurrent(); });
+        },
+        testing::KilledBySignal(SIGABRT), "");
+}
+
+TEST(MainThreadInbox, RunsWorkOnTheMainThreadInItsOrder) {
+    const MainThreadInbox inbox;
+    std::vector<int> order;
+    bool alwaysMain = true;
+    {
+        SerialQueue queue("fenwhirl.test");
+        queue.async([&, reply = inbox.sender()] {
+            for (int i = 0; i < 1000; ++i) {
+                reply.post([&, i] {
+                    order.push_back(i);
+                    alwaysMain = alwaysMain && MainThread::isCurrent();
+                });
+            }
+        });
+    }
+    EXPECT_TRUE(order.empty()); // only the event loop runs it
+    runEventsUntil([&] { return order.size() == 1000; });
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_EQ(order.at(static_cast<std::size_t>(i)), i);
+    }
+    EXPECT_TRUE(alwaysMain);
+}
+
+TEST(MainThreadInbox, WorkMayPostMoreWork) {
+    const MainThreadInbox inbox;
+    int depth = 0;
+    std::function<void()> next = [&] {
+        if (++depth < 100) {
+            inbox.sender().post(next);
+        }
+    };
+    inbox.sender().post(next);
+    runEventsUntil([&] { return depth == 100; });
+    EXPECT_EQ(depth, 100);
+}
+
+TEST(MainThreadInbox, WhatWasNotRunIsDroppedWithTheInbox) {
+    auto inbox = std::make_unique<MainThreadInbox>();
+    const auto sender = inbox->sender();
+    const auto owned = std::make_shared<int>();
+    bool ran = false;
+    sender.post([&ran, owned] { ran = true; });
+    EXPECT_EQ(owned.use_count(), 2);
+    inbox.reset();
+    sender.post([&ran, owned] { ran = true; });
+    EXPECT_EQ(owned.use_count(), 1);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(ran);
+}
+
+TEST(MainThreadInbox, WorkMayCloseItsOwnInbox) {
+    auto inbox = std::make_unique<MainThreadInbox>();
+    const auto sender = inbox->sender();
+    bool first = false;
+    bool second = false;
+    sender.post([&] {
+        first = true;
+        inbox.reset();
+    });
+    sender.post([&] { second = true; });
+    runEventsUntil([&] { return first; });
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(first);
+    EXPECT_FALSE(second);
+}
+
+TEST(BackgroundTask, RunsBesideOthersThatBlock) {
+    std::promise<void> release;
+    std::promise<void> ended;
+    runInBackground([released = release.get_future().share(), &ended] {
+        released.wait();
+        ended.set_value();
+    });
+    std::promise<bool> onMain;
+    runInBackground([&onMain] { onMain.set_value(MainThread::isCurrent()); });
+    EXPECT_FALSE(onMain.get_future().get());
+    release.set_value();
+    ended.get_future().wait();
+}
+
+TEST(Clock, NeverGoesBackAndCountsSeconds) {
+    const auto before = continuousTime();
+    const auto steadyBefore = std::chrono::steady_clock::now();
+    auto last = before;
+    while (std::chrono::steady_clock::now() - steadyBefore < std::chrono::milliseconds(20)) {
+        const auto now = continuousTime();
+        ASSERT_GE(now, last);
+        last = now;
+    }
+    EXPECT_GE((last - before).count(), 0.015);
+}
