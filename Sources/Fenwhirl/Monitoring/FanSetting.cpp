@@ -8,9 +8,8 @@
 
 namespace {
 
-constexpr RawValueTable<FanModeKind, 3> words = {{{FanModeKind::automatic, "auto"},
-                                                  {FanModeKind::constant, "constant"},
-                                                  {FanModeKind::sensor, "sensor"}}};
+constexpr RawValueTable<FanModeKind, 3> words = {
+    {{FanModeKind::automatic, "auto"}, {FanModeKind::constant, "constant"}, {FanModeKind::sensor, "sensor"}}};
 
 // Written without std::clamp, which is undefined for a fan that reports its maximum below its minimum; there
 // the maximum wins.

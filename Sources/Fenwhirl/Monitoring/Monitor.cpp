@@ -14,15 +14,17 @@ Monitor* sharedMonitor = nullptr;
 } // namespace
 
 Monitor::Private::Private(Monitor& owner, MonitorServices monitorServices)
-    : monitor(owner), services(std::move(monitorServices)),
-      saved(SavedPreferences::load(*services.preferences)),
-      settingsSnapshot(std::make_shared<const FanSettings>(saved.settings)),
-      poller(std::make_shared<Poller>(
-          Poller::Services{services.openSMC, services.helper.run, services.now, stop})),
-      queue("fenwhirl.smc") {}
+    : monitor(owner)
+    , services(std::move(monitorServices))
+    , saved(SavedPreferences::load(*services.preferences))
+    , settingsSnapshot(std::make_shared<const FanSettings>(saved.settings))
+    , poller(std::make_shared<Poller>(
+          Poller::Services{services.openSMC, services.helper.run, services.now, stop}))
+    , queue("fenwhirl.smc") {}
 
 Monitor::Monitor(MonitorServices services, QObject* parent)
-    : QObject(parent), d_(std::make_unique<Private>(*this, std::move(services))) {
+    : QObject(parent)
+    , d_(std::make_unique<Private>(*this, std::move(services))) {
     Private& d = state();
     if (sharedMonitor == nullptr) {
         sharedMonitor = this;

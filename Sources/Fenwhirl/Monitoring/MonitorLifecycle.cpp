@@ -110,8 +110,9 @@ void Monitor::restoreAutomaticBlocking() {
     *d.stop = true;
     d.timer.stop();
 
-    // Whatever the queue still does ends first: a speed that is being sent must not arrive after the fans were
-    // handed back. Its last act is to name the fans that it read, of which the last poll may not be published.
+    // Whatever the queue still does ends first: a speed that is being sent must not arrive after the fans
+    // were handed back. Its last act is to name the fans that it read, of which the last poll may not be
+    // published.
     const auto drained = std::make_shared<std::promise<std::vector<int>>>();
     auto fansRead = drained->get_future();
     d.queue.async([drained, poller = d.poller] { drained->set_value(poller->fansLastRead()); });

@@ -33,8 +33,7 @@ QList<SensorState> sensorStates(const std::vector<TemperatureReading>& readings)
 QString text(PollProblem problem) {
     switch (problem) {
     case PollProblem::noTemperature:
-        return localized(
-            u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.");
+        return localized(u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.");
     case PollProblem::refused:
         return localized(u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.");
     }

@@ -5,8 +5,8 @@
 
 #pragma once
 
-#include "FenwhirlCore/SMC.h"
 #include "Fenwhirl/HelperClient/HandBackRule.h"
+#include "FenwhirlCore/SMC.h"
 
 #include <QString>
 
@@ -58,9 +58,9 @@ struct MonitorServices {
     // then at each change. Main thread. May be left out.
     std::function<void(const HandBack& handBack)> handBackChanged = {};
 
-    // Told whether the program must act in time even while it shows no window, that is while a fan is not left
-    // to macOS or heat alerts are on: once by the constructor, then at each change. Main thread. May be left
-    // out.
+    // Told whether the program must act in time even while it shows no window, that is while a fan is not
+    // left to macOS or heat alerts are on: once by the constructor, then at each change. Main thread. May be
+    // left out.
     std::function<void(bool actsInTime)> actsInTimeChanged = {};
 
     // Whether the monitor polls by its own timer; tests switch it off and call Monitor::tick.

@@ -15,8 +15,8 @@
 
 #pragma once
 
-#include "FenwhirlCore/SMC.h"
 #include "Fenwhirl/Monitoring/FanSetting.h"
+#include "FenwhirlCore/SMC.h"
 
 #include <chrono>
 #include <cstdint>

@@ -1,5 +1,5 @@
-// The side of the monitor that talks to the machine: reads the controller, asks PollDecision what to do, runs the
-// helper for it.
+// The side of the monitor that talks to the machine: reads the controller, asks PollDecision what to do, runs
+// the helper for it.
 //
 // Owns the program's one lasting connection, opened once and never again, and remembers what was sent to each
 // fan. It has no thread of its own.
@@ -10,8 +10,8 @@
 
 #pragma once
 
-#include "FenwhirlCore/SMC.h"
 #include "Fenwhirl/Monitoring/PollDecision.h"
+#include "FenwhirlCore/SMC.h"
 
 #include <atomic>
 #include <chrono>

@@ -52,7 +52,8 @@ QString detail(Preset preset) {
     case Preset::game:
         return localized(u"Refroidit tôt pour les jeux et les gros calculs.");
     case Preset::max:
-        return localized(u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.");
+        return localized(
+            u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.");
     }
     return {};
 }

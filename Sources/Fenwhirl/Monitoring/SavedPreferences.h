@@ -1,8 +1,8 @@
-// What the monitor remembers between two launches: its properties on one side, the keys and types of the user's
-// preferences on the other.
+// What the monitor remembers between two launches: its properties on one side, the keys and types of the
+// user's preferences on the other.
 //
-//   settings        data: see FanSettingsJSON.h       preset          text: a Preset's word, no key without one
-//   theme           text: an AppTheme's word          language        text: an AppLanguage's word
+//   settings        data: see FanSettingsJSON.h       preset          text: a Preset's word, no key without
+//   one theme           text: an AppTheme's word          language        text: an AppLanguage's word
 //   alertsEnabled   boolean                           warmThreshold, hotThreshold, alertThreshold   °C
 //   didOnboard      boolean: the introduction was seen
 //

@@ -5,8 +5,8 @@
 
 #pragma once
 
-#include "FenwhirlCore/SMC.h"
 #include "Fenwhirl/Monitoring/MonitorStates.h"
+#include "FenwhirlCore/SMC.h"
 
 #include <QList>
 

@@ -1,8 +1,7 @@
 #include "Fenwhirl/Monitoring/FanSetting.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
+#include <gtest/gtest.h>
 #include <limits>
 #include <vector>
 
@@ -63,7 +62,7 @@ TEST(FanSetting, CurveEndsAtTheFansOwnLimits) {
 }
 
 TEST(FanSetting, CurveRoundsHalvesAwayFromZero) {
-    EXPECT_EQ(target(curve(0, 100), 0, 100, 25), 50);   // 25 rpm lies half-way between 0 and 50
+    EXPECT_EQ(target(curve(0, 100), 0, 100, 25), 50); // 25 rpm lies half-way between 0 and 50
     EXPECT_EQ(target(curve(0, 100), 0, 100, 24.9), 0);
     EXPECT_EQ(target(curve(0, 100), -100, 0, 75), -50); // -25
 }

@@ -4,7 +4,6 @@
 #include <QJsonObject>
 
 #include <gtest/gtest.h>
-
 #include <limits>
 #include <random>
 
@@ -58,14 +57,14 @@ TEST(FanSettingsJSON, OtherMembersAreIgnored) {
 }
 
 TEST(FanSettingsJSON, FieldsOfAnotherTypeFail) {
-    for (const char* fan :
-         {R"({"mode":"turbo","constantRPM":1,"sensorKey":"","startTemp":1,"maxTemp":1})",
-          R"({"mode":1,"constantRPM":1,"sensorKey":"","startTemp":1,"maxTemp":1})",
-          R"({"mode":"auto","constantRPM":"1","sensorKey":"","startTemp":1,"maxTemp":1})",
-          R"({"mode":"auto","constantRPM":1,"sensorKey":null,"startTemp":1,"maxTemp":1})",
-          R"({"mode":"auto","constantRPM":1,"sensorKey":"","startTemp":true,"maxTemp":1})",
-          R"({"mode":"auto","constantRPM":1,"sensorKey":"","startTemp":1,"maxTemp":1e400})",
-          R"({"mode":"auto","constantRPM":NaN,"sensorKey":"","startTemp":1,"maxTemp":1})", "[]", "1", "null"}) {
+    for (const char* fan : {R"({"mode":"turbo","constantRPM":1,"sensorKey":"","startTemp":1,"maxTemp":1})",
+                            R"({"mode":1,"constantRPM":1,"sensorKey":"","startTemp":1,"maxTemp":1})",
+                            R"({"mode":"auto","constantRPM":"1","sensorKey":"","startTemp":1,"maxTemp":1})",
+                            R"({"mode":"auto","constantRPM":1,"sensorKey":null,"startTemp":1,"maxTemp":1})",
+                            R"({"mode":"auto","constantRPM":1,"sensorKey":"","startTemp":true,"maxTemp":1})",
+                            R"({"mode":"auto","constantRPM":1,"sensorKey":"","startTemp":1,"maxTemp":1e400})",
+                            R"({"mode":"auto","constantRPM":NaN,"sensorKey":"","startTemp":1,"maxTemp":1})",
+                            "[]", "1", "null"}) {
         EXPECT_EQ(decodeFanSettings(withFan("0", fan)), std::nullopt) << fan;
     }
 }
@@ -86,8 +85,8 @@ TEST(FanSettingsJSON, MalformedTextsFail) {
     const QString text = QString::fromUtf8(good);
     const QByteArray utf16(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
     for (const QByteArray& json :
-         {QByteArray("[]"), QByteArray("null"), QByteArray("{\"0\":"), good + "x", QByteArray(1000, '\0'), utf16,
-          QByteArray(100'000, '['), QByteArray(100'000, '{'), "{\"0\":" + QByteArray(100'000, '[')}) {
+         {QByteArray("[]"), QByteArray("null"), QByteArray("{\"0\":"), good + "x", QByteArray(1000, '\0'),
+          utf16, QByteArray(100'000, '['), QByteArray(100'000, '{'), "{\"0\":" + QByteArray(100'000, '[')}) {
         EXPECT_EQ(decodeFanSettings(json), std::nullopt) << json.left(20).toStdString();
     }
 }
@@ -135,9 +134,9 @@ TEST(FanSettingsJSON, EveryTextAndNumberComesBackUnchanged) {
             key += QString::fromUcs4(&character, 1);
         }
         const auto number = [&] { return static_cast<double>(generator() >> 11U) * 1e-9; };
-        const FanSettings settings = {{static_cast<int>(generator() >> 33U),
-                                       {allFanModeKinds[generator() % 3], number(), key.toStdString(),
-                                        number(), -number()}}};
+        const FanSettings settings = {
+            {static_cast<int>(generator() >> 33U),
+             {allFanModeKinds[generator() % 3], number(), key.toStdString(), number(), -number()}}};
         ASSERT_EQ(decodeFanSettings(encodeFanSettings(settings).value()), settings) << key.toStdString();
     }
 }

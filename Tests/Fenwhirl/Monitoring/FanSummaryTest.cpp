@@ -1,10 +1,10 @@
-#include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Monitoring/FanSummary.h"
+
+#include "Fenwhirl/Localization/Localizer.h"
 
 #include <QLocale>
 
 #include <gtest/gtest.h>
-
 #include <limits>
 
 namespace {
@@ -20,7 +20,9 @@ QList<FanState> fansAt(std::initializer_list<double> speeds) {
 class FanSummary : public testing::Test {
 protected:
     FanSummary() { Localizer::setLanguage(AppLanguage::fr); }
+
     ~FanSummary() override { Localizer::setLanguage(AppLanguage::automatic); }
+
     FanSummary(const FanSummary&) = delete;
     FanSummary& operator=(const FanSummary&) = delete;
 };

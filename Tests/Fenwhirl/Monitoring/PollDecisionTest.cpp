@@ -1,7 +1,6 @@
 #include "Fenwhirl/Monitoring/PollDecision.h"
 
 #include <gtest/gtest.h>
-
 #include <limits>
 #include <utility>
 #include <vector>
@@ -18,8 +17,8 @@ FanSetting constant(double rpm) {
 }
 
 // One poll of two fans at a temperature, or without one.
-PollDecision decideAt(std::optional<double> celsius, const FanSettings& settings = {}, bool wasBoosting = false,
-                      bool protect = true, double protectAt = 90) {
+PollDecision decideAt(std::optional<double> celsius, const FanSettings& settings = {},
+                      bool wasBoosting = false, bool protect = true, double protectAt = 90) {
     const std::vector<FanReading> fans = {fan0, fan1};
     std::vector<TemperatureReading> temperatures;
     if (celsius) {
@@ -89,6 +88,7 @@ TEST(PollDecision, ProtectionEndsFiveDegreesBelowItsThreshold) {
         bool before;
         bool after;
     };
+
     for (const Row& row :
          {Row{89.999, false, false}, Row{90, false, true}, Row{86, true, true}, Row{86, false, false},
           Row{85, true, true}, Row{84.999, true, false}, Row{84.999, false, false}}) {
@@ -113,8 +113,8 @@ TEST(PollDecision, WithoutTemperatureNoFanIsManual) {
 }
 
 TEST(PollDecision, SpeedThatIsNoNumberMakesTheFanAutomatic) {
-    for (const double maxRPM : {std::numeric_limits<double>::quiet_NaN(),
-                                std::numeric_limits<double>::infinity(), 3e38}) {
+    for (const double maxRPM :
+         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 3e38}) {
         const std::vector<FanReading> fans = {{0, 2000, 1200, maxRPM, 2000}};
         const std::vector<TemperatureReading> hot = {{"TC0P", 91}};
         const auto decision = decide({fans, hot, {}, true, 90}, false);

@@ -1,5 +1,5 @@
-// A second, deliberately simple opinion on what a poll must do, for comparing with the real decisions over long
-// random lives.
+// A second, deliberately simple opinion on what a poll must do, for comparing with the real decisions over
+// long random lives.
 //
 // Written from the rules as one long function over one record for each fan, with none of the real code; and a
 // source of random machines that serves both tests and fuzzing. Both sides get the same readings, settings,
@@ -7,8 +7,8 @@
 
 #pragma once
 
-#include "FenwhirlCore/SMC.h"
 #include "Fenwhirl/Monitoring/FanSetting.h"
+#include "FenwhirlCore/SMC.h"
 
 #include <cmath>
 #include <cstddef>
@@ -26,7 +26,9 @@ public:
     explicit ByteSource(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
 
     [[nodiscard]] bool isEmpty() const { return position_ >= bytes_.size(); }
+
     std::uint8_t byte() { return isEmpty() ? std::uint8_t{0} : bytes_[position_++]; }
+
     bool oneIn(unsigned count) { return byte() % count == 0; }
 
 private:
@@ -74,7 +76,8 @@ public:
         for (const FanReading& fan : c.fans) {
             Fan& known = fans_[fan.index];
             double wanted = automatic;
-            const FanSetting setting = c.settings.contains(fan.index) ? c.settings.at(fan.index) : FanSetting{};
+            const FanSetting setting =
+                c.settings.contains(fan.index) ? c.settings.at(fan.index) : FanSetting{};
             if (hasPrimary && primary >= 92.0) {
                 wanted = automatic;
             } else if (boosting_) {
@@ -150,8 +153,8 @@ private:
     }
 
     static double mainTemperature(const std::vector<TemperatureReading>& temperatures) {
-        for (const char* key : {"TCXC", "TC0P", "TC0E", "TC0F", "TC0D", "TC0H", "Tp01", "Tp05", "Tp09", "Tp0D",
-                                "Tp0T", "Tp0b"}) {
+        for (const char* key : {"TCXC", "TC0P", "TC0E", "TC0F", "TC0D", "TC0H", "Tp01", "Tp05", "Tp09",
+                                "Tp0D", "Tp0T", "Tp0b"}) {
             for (const TemperatureReading& reading : temperatures) {
                 if (reading.key == key) {
                     return reading.celsius;

@@ -1,7 +1,6 @@
 #include "Fenwhirl/Monitoring/PollLife.h"
 
 #include <gtest/gtest.h>
-
 #include <random>
 
 namespace {

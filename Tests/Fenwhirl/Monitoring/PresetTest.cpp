@@ -1,11 +1,10 @@
-#include "Fenwhirl/Monitoring/AppTheme.h"
-#include "Fenwhirl/Monitoring/Page.h"
 #include "Fenwhirl/Monitoring/Preset.h"
 
 #include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Monitoring/AppTheme.h"
+#include "Fenwhirl/Monitoring/Page.h"
 
 #include <gtest/gtest.h>
-
 #include <vector>
 
 TEST(Preset, WordsAreStoredInOrder) {
@@ -37,9 +36,9 @@ TEST(Preset, TitlesAndDetailsFollowTheLanguage) {
     EXPECT_EQ(title(Preset::max), QStringLiteral("Max"));
     EXPECT_EQ(detail(Preset::automatic),
               QStringLiteral("Laisse macOS gérer les ventilateurs, comme d'origine."));
-    EXPECT_EQ(detail(Preset::silent),
-              QStringLiteral(
-                  "Ventilateurs discrets : ils accélèrent seulement quand le Mac chauffe vraiment."));
+    EXPECT_EQ(
+        detail(Preset::silent),
+        QStringLiteral("Ventilateurs discrets : ils accélèrent seulement quand le Mac chauffe vraiment."));
     EXPECT_EQ(detail(Preset::balanced),
               QStringLiteral("Bon compromis entre bruit et fraîcheur pour l'usage de tous les jours."));
     EXPECT_EQ(detail(Preset::game), QStringLiteral("Refroidit tôt pour les jeux et les gros calculs."));
@@ -72,11 +71,10 @@ TEST(Page, WordsTitlesAndIconsAreThoseOfTheSidebar) {
         titles += title(page);
         EXPECT_EQ(pageFromRawValue(rawValue(page)), page);
     }
-    EXPECT_EQ(words, (std::vector<std::string_view>{"dashboard", "fans", "sensors", "apps", "presets", "alerts",
-                                                    "settings"}));
-    EXPECT_EQ(icons,
-              (std::vector<std::string_view>{"square.grid.2x2", "fan", "thermometer.medium", "cpu",
-                                             "slider.horizontal.3", "bell", "gearshape"}));
+    EXPECT_EQ(words, (std::vector<std::string_view>{"dashboard", "fans", "sensors", "apps", "presets",
+                                                    "alerts", "settings"}));
+    EXPECT_EQ(icons, (std::vector<std::string_view>{"square.grid.2x2", "fan", "thermometer.medium", "cpu",
+                                                    "slider.horizontal.3", "bell", "gearshape"}));
     EXPECT_EQ(titles.join(u'|'), QStringLiteral("Tableau de bord|Ventilateurs|Capteurs|Applications|"
                                                 "Préréglages|Alertes|Réglages"));
     EXPECT_EQ(pageFromRawValue("home"), std::nullopt);

@@ -1,7 +1,6 @@
 #include "Fenwhirl/Monitoring/SensorSummary.h"
 
 #include <gtest/gtest.h>
-
 #include <vector>
 
 namespace {
