@@ -140,25 +140,29 @@ bool SocketTransport::sendRequest(const SMCParam& input) {
 }
 
 std::size_t SocketTransport::receivePacket(void* packet, std::size_t size) {
-    const auto start = std::chrono::steady_clock::now();
+    const auto limit = std::chrono::steady_clock::now() + silenceLimit_;
     // MSG_TRUNC: the packet's own length is returned, so that a longer one is noticed.
     ssize_t count = recv(socket_, packet, size, MSG_TRUNC);
-    while (count < 0 && errno == EINTR) {
-        const auto spent = std::chrono::steady_clock::now() - start;
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(silenceLimit_ - spent).count();
-        pollfd waiting{.fd = socket_, .events = POLLIN, .revents = 0};
-        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) == 0) {
-            errno = EAGAIN;
-            break;
-        }
+    // The limit set on the socket starts anew with each call; after a signal only the rest may be waited for.
+    while (count < 0 && errno == EINTR && waitUntil(limit))
         count = recv(socket_, packet, size, MSG_TRUNC | MSG_DONTWAIT);
-    }
     if (count == static_cast<ssize_t>(size))
         return size;
     isDead_ = (count == 0 && isAtEndOfStream()) || (count < 0 && isLostConnection(errno));
     isStale_ = true;
     return 0;
+}
+
+// Whether there is something to receive before the limit.
+bool SocketTransport::waitUntil(std::chrono::steady_clock::time_point limit) const {
+    while (true) {
+        using std::chrono::milliseconds;
+        const auto left = std::chrono::ceil<milliseconds>(limit - std::chrono::steady_clock::now()).count();
+        pollfd waiting{.fd = socket_, .events = POLLIN, .revents = 0};
+        const int ready = left > 0 ? poll(&waiting, 1, static_cast<int>(left)) : 0;
+        if (ready >= 0 || errno != EINTR)
+            return ready > 0;
+    }
 }
 
 // Tells an end from an empty packet, which is received as 0 bytes as well.

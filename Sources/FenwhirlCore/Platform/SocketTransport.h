@@ -46,6 +46,7 @@ private:
     [[nodiscard]] bool sendRequest(const SMCParam& input);
     // Bytes of one received packet, 0 when there was none; marks the connection as stale or dead.
     [[nodiscard]] std::size_t receivePacket(void* packet, std::size_t size);
+    [[nodiscard]] bool waitUntil(std::chrono::steady_clock::time_point limit) const;
     [[nodiscard]] bool isAtEndOfStream() const;
     void close();
 
