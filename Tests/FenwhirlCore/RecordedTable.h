@@ -1,0 +1,36 @@
+// A second, plain reading of a recorded key table: what a person with the file and a calculator would expect
+// the program to say. Shares no code with the program or with the controller in memory.
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+struct RecordedKey {
+    std::string name;
+    std::string type;
+    std::size_t size = 0;
+    std::string hex; // the recorded value
+    bool isReadable = true;
+
+    // The value's bytes, zeros where the recording has none, at most 32.
+    [[nodiscard]] std::vector<unsigned> bytes() const;
+    [[nodiscard]] std::optional<double> value() const;
+    // The report's line.
+    [[nodiscard]] std::string line() const;
+};
+
+struct RecordedTable {
+    explicit RecordedTable(const std::string& path);
+
+    [[nodiscard]] const RecordedKey* find(const std::string& name) const;
+    [[nodiscard]] std::optional<double> value(const std::string& name) const;
+    [[nodiscard]] std::vector<std::string> sensors() const;
+
+    std::vector<RecordedKey> keys;
+};
+
+// The French name of a key by the rules of naming, the fixed table left out.
+[[nodiscard]] std::string nameByShape(const std::string& key);
