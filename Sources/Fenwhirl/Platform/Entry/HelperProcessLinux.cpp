@@ -29,7 +29,7 @@ std::uint64_t ignoredSignals() {
     // parentheses is the caller's choice and may hold anything; what follows the last parenthesis are
     // numbers.
     constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
-    constexpr int fieldsBetweenNameAndMask = 28;
+    constexpr int fieldsBetweenNameAndMask = 30; // proc(5): the name is field 2, the mask field 33
     const int file = open("/proc/self/stat", O_RDONLY | O_CLOEXEC);
     if (file < 0)
         return all;
