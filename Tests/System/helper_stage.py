@@ -1,0 +1,118 @@
+"""What the tests of the privileged helper share: the installed set-user-ID copy, an ordinary user, the write log.
+
+Run inside Packaging/Linux/private-namespace by real root; elsewhere the tests say so and are counted as skipped.
+"""
+
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import unittest
+
+sys.dont_write_bytecode = True
+from stage import HELPER, ROOT, SimulatedMac, install_helper  # noqa: E402,F401
+
+NOBODY = 65534
+SKIPPED = 77
+STATUSES = {0, 1, 2, 64, 77}
+WRITABLE_KEYS = re.compile(r"^(FS!|Ftst|F\d+(Tg|Md|md))$")
+OLDER_MAC = "MacBookPro11,4"  # forced-fan mask
+BUILD = None
+
+
+def main():
+    """Runs the tests of the calling module; the first argument is the folder of the build."""
+    global BUILD
+    BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
+    with open("/proc/self/uid_map", encoding="ascii") as file:
+        inside, outside, _ = file.read().split()[:3]
+    if os.geteuid() != 0 or inside != outside:
+        print("needs real root: a user of its own and a set-user-ID file cannot be had otherwise")
+        sys.exit(SKIPPED)
+    unittest.main(module="__main__", verbosity=2)
+
+
+def build():
+    return BUILD
+
+
+def as_nobody():
+    """Options of subprocess for an ordinary user."""
+    return {"user": NOBODY, "group": NOBODY, "extra_groups": []}
+
+
+class HelperTest(unittest.TestCase):
+    """An installed helper and, unless `machine` is None, a simulated Mac whose time stands still."""
+
+    machine = OLDER_MAC
+
+    @classmethod
+    def setUpClass(cls):
+        install_helper(build())
+        cls.mac = None
+        if cls.machine:
+            cls.mac = SimulatedMac(build(), cls.machine, "--speed", "0", "--heat", "20")
+            cls.addClassCleanup(cls.mac.__exit__)
+            cls.addClassCleanup(cls.mac.stop)
+
+    def setUp(self):
+        if self.mac:
+            self.mac.tell("answer")
+            self.helper("auto")
+            self.seen = self.last_write()
+
+    def command_line(self, *arguments):
+        return [str(HELPER), "--helper", *arguments]
+
+    def helper(self, *arguments, **options):
+        """Runs one command as an ordinary user and waits."""
+        settings = {**as_nobody(), "stdin": subprocess.DEVNULL, "timeout": 60, **options}
+        if "stdout" not in settings:
+            settings["capture_output"] = True
+        return subprocess.run(self.command_line(*arguments), check=False, **settings)
+
+    def start(self, *arguments, **options):
+        """Starts one command as an ordinary user."""
+        settings = {**as_nobody(), "stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL,
+                    "stderr": subprocess.DEVNULL, **options}
+        child = subprocess.Popen(self.command_line(*arguments), **settings)
+        self.addCleanup(lambda: (child.kill(), child.wait()))
+        return child
+
+    def log(self, since=0):
+        """The writes that reached the SMC: dictionaries with number, key, bytes, uid, result."""
+        entries = []
+        for line in self.mac.tell(f"log {since + 1}" if since else "log"):
+            if line.startswith("write "):
+                words = line.split()
+                entries.append({"number": int(words[1]), **dict(word.split("=", 1) for word in words[2:])})
+        return entries
+
+    def last_write(self):
+        entries = self.log()
+        return entries[-1]["number"] if entries else 0
+
+    def writes(self):
+        """Key and bytes of each write since the start of the test."""
+        return [f"{entry['key']}={entry['bytes']}" for entry in self.log(self.seen)]
+
+    def value(self, key):
+        """A key's number as readers see it, or None."""
+        answer = self.mac.tell(f"get {key}")
+        found = re.search(r"value=(\S+)", answer[-1]) if answer else None
+        return float(found.group(1)) if found else None
+
+    def has(self, key):
+        return any(line.split()[0] == key for line in self.mac.tell(f"keys {key}") if line)
+
+    def assert_automatic(self):
+        """No fan is manual, no mask bit is set, nothing is unlocked."""
+        state = self.mac.tell("state")[-1]
+        self.assertNotIn("manual", state)
+        for key in ("FS!", "Ftst"):
+            value = self.value_or_none(key)
+            self.assertIn(value, (None, 0.0), key)
+
+    def value_or_none(self, key):
+        return self.value(key) if self.has(key) else None

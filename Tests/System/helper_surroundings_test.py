@@ -1,0 +1,263 @@
+"""The helper started by a caller who has prepared everything for it to go wrong: descriptors, signals, limits, places."""
+
+import itertools
+import os
+import resource
+import signal
+import subprocess
+import tempfile
+import time
+
+import helper_stage
+from helper_stage import HELPER, NOBODY, HelperTest, as_nobody
+from stage import wait_until
+
+SEQUENCE_SIGNALS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGTSTP, signal.SIGQUIT}
+
+
+def status_field(pid, name):
+    with open(f"/proc/{pid}/status", encoding="ascii", errors="replace") as file:
+        for line in file:
+            if line.startswith(name + ":"):
+                return line.split(":", 1)[1].strip()
+    return None
+
+
+def mask(signals):
+    return sum(1 << (number - 1) for number in signals)
+
+
+class Surroundings(HelperTest):
+    def while_writing(self, look, *arguments, **options):
+        """Starts a "set", looks at the process once it is talking to the controller, and waits for its end."""
+        before = self.requests()
+        self.mac.tell("fault delay 400 after 5 times 1")
+        child = self.start("set", "0", "2400", **options)
+        wait_until(lambda: self.requests() >= before + 5, "the helper talks to the controller", interval_seconds=0.01)
+        time.sleep(0.02)
+        try:
+            look(child.pid)
+        finally:
+            status = child.wait(30)
+            self.mac.tell("answer")
+        return status
+
+    def requests(self):
+        state = self.mac.tell("state")[-1]
+        return int(state.split("requests=")[1].split()[0])
+
+    def test_closed_standard_descriptors_are_never_the_controllers(self):
+        for closed in itertools.chain.from_iterable(itertools.combinations((0, 1, 2), n) for n in range(4)):
+            for user in (as_nobody(), {}):
+                def shut(which=closed):
+                    for descriptor in which:
+                        os.close(descriptor)
+
+                def look(pid):
+                    links = {name: os.readlink(f"/proc/{pid}/fd/{name}") for name in os.listdir(f"/proc/{pid}/fd")}
+                    self.assertEqual(set(links), {"0", "1", "2", "3"}, closed)
+                    self.assertTrue(links["3"].startswith("socket:"), links)
+                    self.assertFalse([name for name in "012" if links[name].startswith("socket:")], links)
+
+                with self.subTest(closed=closed, user=user):
+                    version = subprocess.run(self.command_line("version"), check=False, preexec_fn=shut, **user)
+                    self.assertEqual(version.returncode, 0)
+                    options = {**as_nobody(), **({"user": 0, "group": 0} if not user else {})}
+                    self.assertEqual(self.while_writing(look, preexec_fn=shut, **options), 0)
+
+    def test_descriptors_of_the_caller_are_closed(self):
+        with open("/etc/hostname", "rb") as secret:
+            high = os.dup2(secret.fileno(), 200)
+            os.set_inheritable(high, True)
+            try:
+                self.while_writing(lambda pid: self.assertEqual(set(os.listdir(f"/proc/{pid}/fd")),
+                                                                {"0", "1", "2", "3"}), close_fds=False)
+            finally:
+                os.close(high)
+
+    def test_the_state_of_the_process_while_it_writes(self):
+        def look(pid):
+            self.assertEqual(set(status_field(pid, "Uid").split()), {"0"})
+            self.assertEqual(int(status_field(pid, "SigBlk"), 16), mask(SEQUENCE_SIGNALS))
+            self.assertEqual(os.readlink(f"/proc/{pid}/cwd"), "/")
+            self.assertEqual(status_field(pid, "Umask"), "0077")
+            self.assertEqual(status_field(pid, "NoNewPrivs"), "0")
+            self.assertEqual(os.stat(f"/proc/{pid}/mem").st_uid, 0)  # not dumpable
+            with open(f"/proc/{pid}/limits", encoding="ascii") as file:
+                limits = {line[:26].strip(): line[26:].split() for line in file}
+            self.assertEqual(limits["Max core file size"][:2], ["0", "0"])
+            for name in ("Max cpu time", "Max file size", "Max data size", "Max stack size", "Max open files",
+                         "Max address space"):
+                self.assertEqual(limits[name][0], limits[name][1], name)
+
+        def lower():
+            for limit in (resource.RLIMIT_CPU, resource.RLIMIT_FSIZE, resource.RLIMIT_NOFILE):
+                resource.setrlimit(limit, (60, resource.getrlimit(limit)[1]))
+
+        with tempfile.TemporaryDirectory() as place:
+            os.chmod(place, 0o777)
+            self.assertEqual(self.while_writing(look, cwd=place, umask=0, preexec_fn=lower), 0)
+
+    def test_ignored_and_blocked_signals_are_not_inherited(self):
+        everything = set(range(1, 65)) - {signal.SIGKILL, signal.SIGSTOP, 32, 33}
+
+        def prepare():
+            for number in everything:
+                signal.signal(number, signal.SIG_IGN)
+            signal.pthread_sigmask(signal.SIG_BLOCK, everything)
+
+        def look(pid):
+            ignored = int(status_field(pid, "SigIgn"), 16)
+            self.assertEqual(ignored & mask(set(range(1, 32))), mask({signal.SIGPIPE}))
+            self.assertEqual(int(status_field(pid, "SigBlk"), 16), mask(SEQUENCE_SIGNALS))
+
+        self.assertEqual(self.while_writing(look, preexec_fn=prepare, restore_signals=False), 0)
+
+    def test_signals_that_wait_for_the_helper_end_it_before_its_first_write(self):
+        def prepare():
+            signal.pthread_sigmask(signal.SIG_BLOCK, {signal.SIGTERM, signal.SIGRTMIN + 3})
+            os.kill(os.getpid(), signal.SIGTERM)
+            os.kill(os.getpid(), signal.SIGRTMIN + 3)
+
+        result = self.helper("set", "0", "2400", preexec_fn=prepare)
+        self.assertLess(result.returncode, 0)
+        self.assertEqual(self.writes(), [])
+
+    def test_its_caller_can_neither_kill_nor_stop_it(self):
+        refused = []
+
+        def look(pid):
+            # A process of the very user who started it.
+            code = ("import os,sys\npid=int(sys.argv[1]); refused=0\nfor number in (9, 19, 15, 2, 20)*200:\n"
+                    "    try: os.kill(pid, number)\n    except PermissionError: refused += 1\nprint(refused)")
+            answer = subprocess.run(["/usr/bin/python3", "-c", code, str(pid)], capture_output=True, check=True,
+                                    **as_nobody())
+            refused.append(int(answer.stdout))
+
+        self.assertEqual(self.while_writing(look), 0)
+        self.assertEqual(refused, [1000])
+        self.assertEqual(self.writes(), ["FS!=0001", "F0Tg=2580"])
+
+    def test_signals_of_the_terminal_act_when_the_sequence_is_complete(self):
+        for number in sorted(SEQUENCE_SIGNALS - {signal.SIGTSTP}):
+            self.seen = self.last_write()
+            status = self.while_writing(lambda pid, number=number: os.kill(pid, number))
+            self.assertEqual(status, -number)
+            self.assertEqual(self.writes(), ["FS!=0001", "F0Tg=2580"], number)
+
+    def test_output_that_goes_nowhere_changes_no_status(self):
+        expected = {("version",): 0, ("set", "0", "2400"): 0, ("auto",): 0, ("bogus",): 64, ("test",): 0}
+        readable, writable = os.pipe()
+        os.close(readable)
+        with open("/dev/full", "wb") as full:
+            for target in (full.fileno(), writable):
+                for arguments, status in expected.items():
+                    if arguments == ("test",) and target == writable:
+                        continue  # eight seconds each: once is enough
+                    result = self.helper(*arguments, stdout=target, stderr=target)
+                    self.assertEqual(result.returncode, status, arguments)
+        os.close(writable)
+        self.assert_automatic()
+
+    def test_a_slow_reader_gets_everything(self):
+        readable, writable = os.pipe()
+        os.set_blocking(writable, False)
+        child = self.start("version", stdout=writable)
+        os.close(writable)
+        time.sleep(0.1)
+        with os.fdopen(readable, "rb") as pipe:
+            self.assertEqual(pipe.read(), b"3\n")
+        self.assertEqual(child.wait(10), 0)
+
+    def test_a_full_pipe_is_waited_for(self):
+        readable, writable = os.pipe()
+        os.set_blocking(writable, False)
+        filled = 0
+        with self.assertRaises(BlockingIOError):
+            while True:
+                filled += os.write(writable, b"x" * 4096)
+        child = self.start("version", stdout=writable)
+        os.close(writable)
+        time.sleep(0.1)
+        self.assertIsNone(child.poll())
+        with os.fdopen(readable, "rb") as pipe:
+            self.assertEqual(pipe.read(), b"x" * filled + b"3\n")
+        self.assertEqual(child.wait(10), 0)
+
+    def test_starved_limits_end_in_nothing_that_auto_cannot_repair(self):
+        limits = {"NOFILE": (0, 3, 4, 8), "AS": (1 << 20, 4 << 20, 16 << 20), "DATA": (0, 64 << 10, 1 << 20),
+                  "STACK": (0, 16 << 10, 128 << 10), "FSIZE": (0,), "CPU": (1,), "NPROC": (0,), "CORE": (0,),
+                  "MEMLOCK": (0,)}
+        combinations = 0
+        for name, values in limits.items():
+            for value in values:
+                def starve(name=name, value=value):
+                    resource.setrlimit(getattr(resource, "RLIMIT_" + name), (value, value))
+
+                for arguments in (("set", "0", "2400"), ("auto",)):
+                    combinations += 1
+                    try:
+                        status = self.helper(*arguments, preexec_fn=starve).returncode
+                    except (OSError, subprocess.SubprocessError):
+                        continue  # not even a start
+                    self.assertTrue(status < 0 or status in {0, 1, 2, 127}, (name, value, status))
+                self.assertEqual(self.helper("auto").returncode, 0)
+                self.assert_automatic()
+        self.assertGreaterEqual(combinations, 20)
+
+    def test_it_works_from_a_folder_that_is_gone(self):
+        place = tempfile.mkdtemp(dir="/run/home")
+        os.chmod("/run/home", 0o777)
+        os.chmod(place, 0o777)
+        result = self.helper("set", "0", "2400", preexec_fn=lambda: (os.chdir(place), os.rmdir(place)))
+        self.assertEqual(result.returncode, 0)
+
+    def test_it_creates_no_file(self):
+        for arguments in (["version"], ["set", "0", "2400"], ["auto"], ["bogus"]):
+            trace = subprocess.run(["strace", "-u", "nobody", "-f", "-e", "trace=%file,clone,clone3,fork,vfork",
+                                    *self.command_line(*arguments)], capture_output=True, text=True, check=False)
+            calls = [line for line in trace.stderr.splitlines() if "(" in line]
+            self.assertTrue(any("libc.so.6" in call for call in calls), trace.stderr)
+            for call in calls:
+                self.assertNotRegex(call, r"O_CREAT|O_TRUNC|^(creat|mkdir|mkdirat|rename|unlink|link|symlink|clone|fork)")
+
+    def test_the_loaders_profiler_has_nowhere_to_write(self):
+        # The C library's loader follows this one variable even for root's sake, before any line of ours: it wants a
+        # file in a fixed folder that no system has, and says so.
+        self.assertFalse(os.path.exists("/var/profile"))
+        result = self.helper("version", env={"LD_PROFILE": "libc.so.6"})
+        self.assertEqual((result.returncode, result.stdout), (0, b"3\n"))
+
+    def test_the_loaders_listing_mode_is_refused_by_the_loader(self):
+        result = self.helper("set", "0", "2400", env={"LD_TRACE_LOADED_OBJECTS": "1"})
+        self.assertEqual((result.returncode, result.stdout, result.stderr), (5, b"", b""))
+        self.assertEqual(self.writes(), [])
+
+    def test_the_environment_changes_nothing(self):
+        hostile = [
+            {"LD_PRELOAD": "/nonexistent.so"}, {"LD_AUDIT": "/nonexistent.so"}, {"LD_LIBRARY_PATH": "/tmp"},
+            {"LD_DEBUG": "all", "LD_DEBUG_OUTPUT": "/tmp/helper-debug"}, {"LD_BIND_NOT": "1"},
+            {"LD_SHOW_AUXV": "1"}, {"LD_HWCAP_MASK": "0"}, {"LD_ORIGIN_PATH": "/tmp"},
+            {"GLIBC_TUNABLES": "glibc.malloc.check=3"}, {"GLIBC_TUNABLES": "glibc.malloc.tcache_count=" + "9" * 5000},
+            {"MALLOC_CHECK_": "3"}, {"MALLOC_TRACE": "/tmp/helper-trace"}, {"MALLOC_PERTURB_": "85"},
+            {"LOCPATH": "/tmp", "LC_ALL": "fr_FR.UTF-8"}, {"LC_ALL": "tr_TR.UTF-8"}, {"LC_NUMERIC": "de_DE.UTF-8"},
+            {"LANGUAGE": "../../../../tmp"}, {"NLSPATH": "/tmp/%N"}, {"GCONV_PATH": "/tmp"}, {"CHARSET": "evil"},
+            {"TZ": "/tmp/zone"}, {"TZDIR": "/tmp"}, {"TMPDIR": "/tmp"}, {"HOME": "/tmp", "PATH": "/tmp"},
+            {"IFS": "0", "ENV": "/tmp/x"}, {"HOSTALIASES": "/tmp/x", "RESOLV_HOST_CONF": "/tmp/x"},
+            {"BIG": "x" * 120000, **{f"BIG{i}": "x" * 120000 for i in range(8)}},
+            {f"V{i}": "" for i in range(60000)}, {},
+        ]
+        for environment in hostile:
+            self.helper("auto")
+            self.seen = self.last_write()
+            name = next(iter(environment), "empty")
+            for arguments, status, output in ((("version",), 0, b"3\n"), (("set", "0", "2400.9"), 0, b""),
+                                              (("set", "0", "2400,9"), 64, b"")):
+                result = self.helper(*arguments, env=environment)
+                self.assertEqual((result.returncode, result.stdout, result.stderr), (status, output, b""), name)
+            self.assertEqual(self.writes(), ["FS!=0001", "F0Tg=2580"], name)
+        self.assertEqual([name for name in os.listdir("/tmp") if name.startswith("helper-")], [])
+
+
+if __name__ == "__main__":
+    helper_stage.main()
