@@ -18,18 +18,31 @@ namespace {
 // controller that stops answering does not leave a root process behind.
 constexpr unsigned secondsToLive = 30;
 
-void resetSignals() {
+void setDisposition(int signal, void (*disposition)(int)) {
     struct sigaction action = {};
     sigemptyset(&action.sa_mask);
-    action.sa_handler = SIG_DFL;
-    // Handlers end with exec by themselves; what a caller can pass on is "ignored".
+    action.sa_handler = disposition;
+    sigaction(signal, &action, nullptr);
+}
+
+void resetSignals() {
+    // Handlers end with exec by themselves. What a caller can pass on is "ignored", and signals that wait
+    // behind his mask: those would stop or end the process as soon as none is blocked, and ignoring them once
+    // discards them.
     const std::uint64_t ignored = ignoredSignals();
-    for (int signal = 1; signal < NSIG && signal <= 64; ++signal)
-        if ((ignored >> static_cast<unsigned>(signal - 1) & 1U) != 0 && signal != SIGKILL &&
-            signal != SIGSTOP)
-            sigaction(signal, &action, nullptr);
-    action.sa_handler = SIG_IGN;
-    sigaction(SIGPIPE, &action, nullptr);
+    sigset_t waiting;
+    sigemptyset(&waiting);
+    sigpending(&waiting);
+    for (int signal = 1; signal < NSIG && signal <= 64; ++signal) {
+        if (signal == SIGKILL || signal == SIGSTOP)
+            continue;
+        const bool isWaiting = sigismember(&waiting, signal) == 1;
+        if (isWaiting)
+            setDisposition(signal, SIG_IGN);
+        if (isWaiting || (ignored >> static_cast<unsigned>(signal - 1) & 1U) != 0)
+            setDisposition(signal, SIG_DFL);
+    }
+    setDisposition(SIGPIPE, SIG_IGN);
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);

@@ -13,11 +13,11 @@ namespace HelperProcess {
 [[nodiscard]] bool occupyStandardDescriptors();
 
 // All of it, in this order: standard descriptors occupied and every other one closed; signals to default
-// (SIGPIPE ignored: a reader that went away is no reason to die) and none blocked; no core file, no debugger;
-// soft limits raised to the hard ones; no permissions for created files, root folder; the caller's identity
-// shed, so that he can neither stop nor kill the process between two writes; at most 30 seconds to live. A
-// refused identity change is not an error: the controller then refuses the writes.
-// False when the standard descriptors could not be occupied; the process should end then.
+// (SIGPIPE ignored: a reader that went away is no reason to die), none blocked, those that wait discarded; no
+// core file, no debugger; soft limits raised to the hard ones; no permissions for created files, root folder;
+// the caller's identity shed, so that he can neither stop nor kill the process between two writes; at most 30
+// seconds to live. A refused identity change is not an error: the controller then refuses the writes. False
+// when the standard descriptors could not be occupied; the process should end then.
 [[nodiscard]] bool prepare();
 
 } // namespace HelperProcess
