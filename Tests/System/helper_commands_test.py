@@ -207,6 +207,13 @@ class WithController(HelperTest):
         self.helper("set", "0", "2400")
         self.assertEqual({entry["uid"] for entry in self.log(self.seen)}, {"0"})
 
+    def test_no_uninitialised_byte_leaves_it(self):
+        program = str(helper_stage.build() / "bin/Fenwhirl")
+        for command in (["set", "0", "2400"], ["set", "9", "2400"], ["auto", "0"], ["auto"]):
+            checked = subprocess.run(["valgrind", "--error-exitcode=99", "--leak-check=full", "--quiet", program,
+                                      "--helper", *command], capture_output=True, text=True, check=False)
+            self.assertIn(checked.returncode, (0, 1), checked.stderr)
+
     def test_the_test_reports_and_hands_back(self):
         result = self.helper("test")
         self.assertEqual((result.returncode, result.stderr), (0, b""))

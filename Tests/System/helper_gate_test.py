@@ -1,0 +1,116 @@
+"""What the set-user-ID executable may be made of: libraries, imports, hardening, size, the cost of a start."""
+
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+EXECUTABLE = None
+
+# Everything that the helper may ask of the C library. Grouped by who needs it; what is not here is a decision to make.
+ALLOWED_IMPORTS = set("""
+    __cxa_finalize __errno_location __libc_start_main __stack_chk_fail __tls_get_addr __gmon_start__
+    __libc_single_threaded _dl_find_object dl_iterate_phdr _ITM_deregisterTMCloneTable _ITM_registerTMCloneTable
+    __register_atfork
+    abort free malloc calloc realloc aligned_alloc
+    memchr memcmp memcpy memmove memset strcmp strlen strncmp strchr
+    __memcpy_chk __memmove_chk __memset_chk __strcpy_chk
+    close close_range open openat read pread write pwrite fcntl poll readlink lstat stat fstat opendir readdir closedir
+    socket connect send recv setsockopt getsockopt
+    alarm chdir chmod geteuid getrlimit getuid mkdir unlink nanosleep clock_gettime prctl setresuid setrlimit umask
+    sigaction sigaddset sigemptyset sigprocmask signal
+    newlocale freelocale strtod_l
+    dlopen dlsym dlerror fprintf __fprintf_chk stderr uname sysconf
+    pthread_key_create __pthread_key_create pthread_mutex_lock pthread_mutex_unlock pthread_once pthread_getspecific pthread_setspecific
+    fputc fputs fwrite gettext sprintf __sprintf_chk __vsnprintf_chk
+""".split())
+# The last line is the C++ run-time library's farewell for an exception that nobody catches; none is thrown here.
+
+FORBIDDEN = re.compile(r"^(secure_)?getenv$|^setlocale$|^system$|^popen$|^iconv|^exec|^posix_spawn|^v?fork$|^clone$|"
+                       r"^listen$|^bind$|^setenv$|^putenv$|^creat|^mkstemp|^tmpfile|^pthread_create$")
+
+
+def output(*command, **options):
+    return subprocess.run(command, check=True, capture_output=True, text=True, **options).stdout
+
+
+class TheExecutable(unittest.TestCase):
+    def test_needs_the_c_library_only(self):
+        needed = re.findall(r"\(NEEDED\).*\[(.*)\]", output("readelf", "-dW", EXECUTABLE))
+        self.assertTrue(needed)
+        for library in needed:
+            self.assertRegex(library, r"^(libc\.so\.6|libm\.so\.6|ld-linux.*)$")
+
+    def test_is_position_independent_and_bound_at_once_without_search_path(self):
+        dynamic = output("readelf", "-dW", EXECUTABLE)
+        self.assertNotRegex(dynamic, r"RPATH|RUNPATH|TEXTREL")
+        self.assertRegex(dynamic, r"BIND_NOW|NOW")
+        self.assertRegex(dynamic, r"\bPIE\b")
+        headers = output("readelf", "-lW", EXECUTABLE)
+        self.assertIn("GNU_RELRO", headers)
+        stack = re.search(r"GNU_STACK.*", headers).group(0)
+        self.assertNotIn("E", stack.split()[-2])
+        self.assertNotRegex(headers, r"LOAD.* RWE ")
+
+    def test_imports_what_is_on_the_list_and_nothing_else(self):
+        imports = {line.split()[-1].split("@")[0] for line in output("nm", "-D", "-u", EXECUTABLE).splitlines()}
+        self.assertTrue({"setresuid", "alarm", "dlopen"} <= imports)
+        self.assertEqual({name for name in imports if FORBIDDEN.match(name)}, set())
+        self.assertEqual(imports - ALLOWED_IMPORTS, set())
+
+    def test_exports_nothing_of_its_own(self):
+        exported = output("nm", "-D", "-C", "--defined-only", EXECUTABLE)
+        self.assertNotRegex(exported, r"HelperMode|HelperProcess|SMC|fenwhirl")
+
+    def test_has_no_static_constructors_of_ours(self):
+        symbols = output("nm", "-C", EXECUTABLE)
+        self.assertIn("HelperMode::run", symbols)
+        constructors = [line.split(" ", 2)[-1] for line in symbols.splitlines()
+                        if "_GLOBAL__sub_I" in line or "static_initialization" in line]
+        # One is the C++ run-time library's: its emergency memory for exceptions.
+        self.assertLessEqual({name.split()[-1] for name in constructors}, {"_GLOBAL__sub_I_eh_alloc.cc"})
+
+    def test_its_own_code_is_short_enough_to_be_read(self):
+        lines = 0
+        for pattern in ("Sources/Fenwhirl/main.cpp", "Sources/Fenwhirl/Helper*", "Sources/Fenwhirl/Platform/Entry/*"):
+            for file in ROOT.glob(pattern):
+                if file.suffix in (".cpp", ".h") and not file.stem.endswith("MacOS"):
+                    lines += len(file.read_text(encoding="utf-8").splitlines())
+        self.assertGreater(lines, 200)
+        self.assertLessEqual(lines, 1500)
+
+
+class AStart(unittest.TestCase):
+    def test_costs_at_most_sixty_system_calls(self):
+        trace = subprocess.run(["strace", EXECUTABLE, "--helper", "version"], capture_output=True, text=True, check=True)
+        calls = [line for line in trace.stderr.splitlines() if "(" in line]
+        self.assertGreater(len(calls), 20)
+        self.assertLessEqual(len(calls), 60, trace.stderr)
+
+    def test_maps_the_c_library_and_the_loader_only(self):
+        trace = subprocess.run(["strace", "-e", "trace=openat,open", EXECUTABLE, "--helper", "version"],
+                               capture_output=True, text=True, check=True)
+        libraries = [pathlib.Path(name).name for name in re.findall(r'"([^"]*\.so[^"]*)".*= \d', trace.stderr)]
+        self.assertEqual(sorted(libraries), ["ld.so.cache", "libc.so.6"])
+
+    def test_costs_at_most_three_hundred_thousand_instructions(self):
+        valgrind = subprocess.run(["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", EXECUTABLE,
+                                   "--helper", "version"], capture_output=True, text=True, check=False)
+        self.assertEqual(valgrind.returncode, 0, valgrind.stderr)
+        instructions = int(re.search(r"Collected : (\d+)", valgrind.stderr).group(1))
+        self.assertGreater(instructions, 10_000)
+        self.assertLessEqual(instructions, 300_000)
+
+    def test_leaves_no_uninitialised_byte_and_no_memory_behind(self):
+        for command in (["version"], ["bogus"], ["set", "0", "2400.5"], ["auto", "x"]):
+            valgrind = subprocess.run(["valgrind", "--error-exitcode=99", "--leak-check=full", "--quiet", EXECUTABLE,
+                                       "--helper", *command], capture_output=True, text=True, check=False)
+            self.assertIn(valgrind.returncode, (0, 1, 2, 64), valgrind.stderr)
+
+
+if __name__ == "__main__":
+    EXECUTABLE = os.path.join(os.path.abspath(sys.argv.pop(1)), "bin/Fenwhirl")
+    unittest.main(verbosity=2)
