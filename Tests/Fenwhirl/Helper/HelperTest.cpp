@@ -1,0 +1,228 @@
+#include "Fenwhirl/Helper.h"
+
+#include "Support/ScriptedSMC.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+using Writes = std::vector<ScriptedSMC::Write>;
+
+// Runs commands against a controller in memory.
+class HelperTest : public testing::Test {
+protected:
+    ScriptedSMC controller;
+    int opened = 0;
+    std::string printed;
+
+    int run(std::vector<std::string> words) {
+        std::vector<char*> arguments;
+        for (std::string& word : words)
+            arguments.push_back(word.data());
+        controller.writes.clear();
+        testing::internal::CaptureStdout();
+        const int status = HelperMode::run(arguments, [this] {
+            ++opened;
+            return std::make_unique<SMC>(controller.connect());
+        });
+        printed = testing::internal::GetCapturedStdout();
+        return status;
+    }
+
+    [[nodiscard]] std::vector<std::string> writtenKeys() const {
+        std::vector<std::string> keys;
+        for (const auto& write : controller.writes)
+            keys.push_back(write.key);
+        return keys;
+    }
+};
+
+using Keys = std::vector<std::string>;
+
+int runWithoutController(std::vector<std::string> words) {
+    std::vector<char*> arguments;
+    for (std::string& word : words)
+        arguments.push_back(word.data());
+    return HelperMode::run(arguments, [] { return std::unique_ptr<SMC>(); });
+}
+
+TEST(HelperWithoutController, TheOrderOfChecksDecidesTheStatus) {
+    EXPECT_EQ(runWithoutController({}), 64);
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {"bogus"}, {""}, {"set"}, {"set", "x", "y"}, {"auto"}, {"test"}, {"VERSION"}})
+        EXPECT_EQ(runWithoutController(words), 2) << words.front();
+}
+
+TEST_F(HelperTest, VersionIsAnsweredWithoutOpeningTheController) {
+    EXPECT_EQ(run({"version"}), 0);
+    EXPECT_EQ(printed, "3\n");
+    EXPECT_EQ(run({"version", "extra"}), 0);
+    EXPECT_EQ(printed, "3\n");
+    EXPECT_EQ(opened, 0);
+}
+
+TEST_F(HelperTest, UnknownWordsAreUsageErrors) {
+    for (const char* word : {"bogus", "", "SET", "set ", " auto", "versions", "--helper"})
+        EXPECT_EQ(run({word}), 64) << word;
+    EXPECT_EQ(printed, "");
+    EXPECT_EQ(opened, 7);
+}
+
+TEST_F(HelperTest, SetNeedsAnIndexAndASpeed) {
+    controller.addOlderFans(2);
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"set"},
+                                               {"set", "0"},
+                                               {"set", "x", "1200"},
+                                               {"set", "-", "1200"},
+                                               {"set", "", "1200"},
+                                               {"set", "0", "abc"},
+                                               {"set", "0", ""},
+                                               {"set", "0", "1200 "},
+                                               {"set", "0x0", "1200"}})
+        EXPECT_EQ(run(words), 64);
+    EXPECT_TRUE(controller.writes.empty());
+}
+
+TEST_F(HelperTest, SetDrivesTheFan) {
+    controller.addOlderFans(2);
+    EXPECT_EQ(run({"set", "+1", "2400.75", "extra"}), 0);
+    EXPECT_EQ(printed, "");
+    EXPECT_EQ(controller.number("F1Tg"), 2400);
+    EXPECT_EQ(controller.number("FS! "), 2);
+}
+
+TEST_F(HelperTest, SetTellsARefusal) {
+    controller.addOlderFans(1);
+    controller.at("F0Tg").writeResult = SMCResult::notWritable;
+    EXPECT_EQ(run({"set", "0", "2400"}), 1);
+}
+
+TEST_F(HelperTest, NoSpeedBeyondNumbersReachesTheController) {
+    controller.addOlderFans(1);
+    for (const char* word : {"nan", "-nan", "nan(7)"}) {
+        EXPECT_EQ(run({"set", "0", word}), 1) << word;
+        EXPECT_TRUE(controller.writes.empty()) << word;
+    }
+    EXPECT_EQ(run({"set", "0", "inf"}), 0);
+    EXPECT_EQ(controller.number("F0Tg"), 6000);
+    EXPECT_EQ(run({"set", "0", "-1e999"}), 0);
+    EXPECT_EQ(controller.number("F0Tg"), 1200);
+}
+
+TEST_F(HelperTest, SetRetriesAModeThatIsUnlockedLate) {
+    controller.addUnlockableFans(1);
+    controller.refusedModeWrites = 3;
+    EXPECT_EQ(run({"set", "0", "2400"}), 0);
+    EXPECT_EQ(controller.waited, std::chrono::milliseconds(600));
+    controller.refusedModeWrites = 1000;
+    EXPECT_EQ(run({"set", "0", "2400"}), 1);
+}
+
+TEST_F(HelperTest, AutoHandsBackOneFan) {
+    controller.addOlderFans(2);
+    ASSERT_EQ(run({"set", "0", "2400"}), 0);
+    ASSERT_EQ(run({"set", "1", "2400"}), 0);
+    EXPECT_EQ(run({"auto", "1", "extra"}), 0);
+    EXPECT_EQ(controller.number("FS! "), 1);
+}
+
+TEST_F(HelperTest, AutoWithoutAUsableIndexHandsBackAllFans) {
+    controller.addOlderFans(3);
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"auto"}, {"auto", "x"}, {"auto", ""}, {"auto", "1 "}}) {
+        controller.setNumber("FS! ", "ui16", 7);
+        EXPECT_EQ(run(words), 0);
+        EXPECT_EQ(writtenKeys(), Keys({"FS! ", "FS! ", "FS! "}));
+        EXPECT_EQ(controller.number("FS! "), 0);
+    }
+}
+
+TEST_F(HelperTest, AutoDoesNotStopAtAFailure) {
+    controller.addUnlockableFans(3);
+    controller.at("F1Md").writeResult = SMCResult::notWritable;
+    EXPECT_EQ(run({"auto"}), 1);
+    EXPECT_EQ(writtenKeys(), Keys({"F0Md", "Ftst", "F1Md", "Ftst", "F2Md", "Ftst"}));
+}
+
+TEST_F(HelperTest, AutoWithoutFansSucceeds) {
+    EXPECT_EQ(run({"auto"}), 0);
+    EXPECT_TRUE(controller.writes.empty());
+    controller.setNumber("FNum", "ui8 ", 0);
+    EXPECT_EQ(run({"auto"}), 0);
+    EXPECT_TRUE(controller.writes.empty());
+}
+
+TEST_F(HelperTest, ANegativeIndexIsPassedOn) {
+    controller.addUnlockableFans(
+        1); // without the mask: keys that do not exist, nothing to write but the unlock
+    EXPECT_EQ(run({"auto", "-1"}), 0);
+    EXPECT_EQ(writtenKeys(), Keys({"Ftst"}));
+    EXPECT_EQ(run({"set", "-1", "2400"}), 1);
+}
+
+TEST_F(HelperTest, AnIndexThatTheMaskCannotHoldStopsBeforeAnyWrite) {
+    controller.addOlderFans(1);
+    const rlimit noCore = {.rlim_cur = 0, .rlim_max = 0};
+    for (const char* index : {"-1", "65536"}) {
+        EXPECT_EXIT(
+            {
+                setrlimit(RLIMIT_CORE, &noCore);
+                (void)run({"auto", index});
+            },
+            testing::KilledBySignal(SIGABRT), "");
+        EXPECT_TRUE(controller.writes.empty());
+    }
+}
+
+TEST_F(HelperTest, TestPrintsItsReportAndOneLineEnd) {
+    controller.addOlderFans(1);
+    EXPECT_EQ(run({"test", "extra"}), 0);
+    if (geteuid() == 0) {
+        EXPECT_TRUE(printed.starts_with("Ventilateur 0 : ")) << printed;
+        EXPECT_NE(printed.find("\nRetour en automatique : oui, cible après "), std::string::npos) << printed;
+    } else {
+        EXPECT_EQ(printed, "Test impossible : droits administrateur absents.\n");
+    }
+    EXPECT_TRUE(printed.ends_with('\n') && !printed.ends_with("\n\n"));
+}
+
+TEST_F(HelperTest, SignalsOfTheTerminalAreHeldWhileItWritesAndLetThroughAfterwards) {
+    controller.addOlderFans(1);
+    std::vector<bool> held;
+    controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
+        if (request.data8 == SMCCommand::writeKey) {
+            sigset_t blocked;
+            sigprocmask(SIG_BLOCK, nullptr, &blocked);
+            for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGTSTP, SIGQUIT})
+                held.push_back(sigismember(&blocked, signal) == 1);
+        }
+        return std::nullopt;
+    };
+    EXPECT_EQ(run({"set", "0", "2400"}), 0);
+    EXPECT_EQ(run({"auto"}), 0);
+    EXPECT_EQ(held, std::vector<bool>(15, true)); // mask and target, then the mask
+    sigset_t blocked;
+    sigprocmask(SIG_BLOCK, nullptr, &blocked);
+    EXPECT_EQ(sigismember(&blocked, SIGTERM), 0);
+}
+
+TEST_F(HelperTest, AControllerThatDiesAtAnyRequestIsAFailureThatAutoRepairs) {
+    controller.addUnlockableFans(2);
+    ASSERT_EQ(run({"set", "0", "2400"}), 0);
+    const std::size_t requests = controller.requests.size();
+    for (std::size_t last = 0; last < requests; ++last) {
+        controller.requests.clear();
+        controller.diesAtRequest = last;
+        EXPECT_EQ(run({"set", "0", "2400"}), 1) << last;
+        controller.diesAtRequest.reset();
+        EXPECT_EQ(run({"auto"}), 0) << last;
+        EXPECT_EQ(controller.number("F0Md"), 0) << last;
+        EXPECT_EQ(controller.number("Ftst"), 0) << last;
+    }
+}
+
+} // namespace
