@@ -6,8 +6,7 @@ import socket
 import subprocess
 import unittest
 
-import helper_stage
-from helper_stage import HELPER, NOBODY, HelperTest, as_nobody
+from helper_stage import BUILD, HELPER, NOBODY, HelperTest, as_nobody
 
 
 class WithoutController(HelperTest):
@@ -208,11 +207,12 @@ class WithController(HelperTest):
         self.assertEqual({entry["uid"] for entry in self.log(self.seen)}, {"0"})
 
     def test_no_uninitialised_byte_leaves_it(self):
-        program = str(helper_stage.build() / "bin/Fenwhirl")
+        program = str(BUILD / "bin/Fenwhirl")
         for command in (["set", "0", "2400"], ["set", "9", "2400"], ["auto", "0"], ["auto"]):
             checked = subprocess.run(["valgrind", "--error-exitcode=99", "--leak-check=full", "--quiet", program,
                                       "--helper", *command], capture_output=True, text=True, check=False)
             self.assertIn(checked.returncode, (0, 1), checked.stderr)
+        self.helper("auto", "9")
 
     def test_the_test_reports_and_hands_back(self):
         result = self.helper("test")
@@ -253,4 +253,4 @@ class WithoutPrivilege(HelperTest):
 
 
 if __name__ == "__main__":
-    helper_stage.main()
+    unittest.main()

@@ -1,14 +1,13 @@
 """What the set-user-ID executable may be made of: libraries, imports, hardening, size, the cost of a start."""
 
-import os
 import pathlib
 import re
 import subprocess
-import sys
 import unittest
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-EXECUTABLE = None
+from helper_stage import BUILD, ROOT
+
+EXECUTABLE = str(BUILD / "bin/Fenwhirl")
 
 # Everything that the helper may ask of the C library. Grouped by who needs it; what is not here is a decision to make.
 ALLOWED_IMPORTS = set("""
@@ -21,7 +20,7 @@ ALLOWED_IMPORTS = set("""
     close close_range open openat read pread write pwrite fcntl poll readlink lstat stat fstat opendir readdir closedir
     socket connect send recv setsockopt getsockopt
     alarm chdir chmod geteuid getrlimit getuid mkdir unlink nanosleep clock_gettime prctl setresuid setrlimit umask
-    sigaction sigaddset sigemptyset sigprocmask signal
+    sigaction sigaddset sigemptyset sigismember sigpending sigprocmask signal
     newlocale freelocale strtod_l
     dlopen dlsym dlerror fprintf __fprintf_chk stderr uname sysconf
     pthread_key_create __pthread_key_create pthread_mutex_lock pthread_mutex_unlock pthread_once pthread_getspecific pthread_setspecific
@@ -112,5 +111,4 @@ class AStart(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    EXECUTABLE = os.path.join(os.path.abspath(sys.argv.pop(1)), "bin/Fenwhirl")
-    unittest.main(verbosity=2)
+    unittest.main()

@@ -1,6 +1,6 @@
 """Thousands of starts by an ordinary user who means harm: random arguments, environments, descriptors, signals, limits.
 
-    helper_hostile_test.py BUILD [STARTS [SEED]]
+    helper_hostile_test.py [STARTS [SEED]]
 """
 
 import os
@@ -11,8 +11,8 @@ import select
 import signal
 import sys
 import time
+import unittest
 
-import helper_stage
 from helper_stage import HELPER, NOBODY, STATUSES, WRITABLE_KEYS, HelperTest
 
 STARTS = 2000
@@ -173,8 +173,8 @@ class HostileStarts(HelperTest):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) > 3:
-        SEED = int(sys.argv.pop(3))
     if len(sys.argv) > 2:
-        STARTS = int(sys.argv.pop(2))
-    helper_stage.main()
+        SEED = int(sys.argv.pop(2))
+    if len(sys.argv) > 1:
+        STARTS = int(sys.argv.pop(1))
+    unittest.main()

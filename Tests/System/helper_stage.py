@@ -1,40 +1,29 @@
 """What the tests of the privileged helper share: the installed set-user-ID copy, an ordinary user, the write log.
 
-Run inside Packaging/Linux/private-namespace by real root; elsewhere the tests say so and are counted as skipped.
+Run inside Packaging/Linux/private-namespace by real root; elsewhere the tests are counted as skipped.
 """
 
 import os
 import pathlib
 import re
 import subprocess
-import sys
 import unittest
 
-sys.dont_write_bytecode = True
-from stage import HELPER, ROOT, SimulatedMac, install_helper  # noqa: E402,F401
+from stage import HELPER, ROOT, SimulatedMac, install_helper
 
 NOBODY = 65534
-SKIPPED = 77
 STATUSES = {0, 1, 2, 64, 77}
 WRITABLE_KEYS = re.compile(r"^(FS!|Ftst|F\d+(Tg|Md|md))$")
 OLDER_MAC = "MacBookPro11,4"  # forced-fan mask
-BUILD = None
+BUILD = pathlib.Path(os.environ.get("FENWHIRL_BUILD", ROOT / "build/dev")).resolve()
 
 
-def main():
-    """Runs the tests of the calling module; the first argument is the folder of the build."""
-    global BUILD
-    BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
+def require_real_root():
+    """Skips the test where a user of its own and a set-user-ID file cannot be had."""
     with open("/proc/self/uid_map", encoding="ascii") as file:
         inside, outside, _ = file.read().split()[:3]
     if os.geteuid() != 0 or inside != outside:
-        print("needs real root: a user of its own and a set-user-ID file cannot be had otherwise")
-        sys.exit(SKIPPED)
-    unittest.main(module="__main__", verbosity=2)
-
-
-def build():
-    return BUILD
+        raise unittest.SkipTest("needs real root: another user's identity and a set-user-ID file")
 
 
 def as_nobody():
@@ -49,10 +38,11 @@ class HelperTest(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        install_helper(build())
+        require_real_root()
+        install_helper(BUILD)
         cls.mac = None
         if cls.machine:
-            cls.mac = SimulatedMac(build(), cls.machine, "--speed", "0", "--heat", "20")
+            cls.mac = SimulatedMac(BUILD, cls.machine, "--speed", "0", "--heat", "20")
             cls.addClassCleanup(cls.mac.__exit__)
             cls.addClassCleanup(cls.mac.stop)
 

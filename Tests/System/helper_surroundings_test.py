@@ -7,9 +7,9 @@ import signal
 import subprocess
 import tempfile
 import time
+import unittest
 
-import helper_stage
-from helper_stage import HELPER, NOBODY, HelperTest, as_nobody
+from helper_stage import HelperTest, as_nobody
 from stage import wait_until
 
 SEQUENCE_SIGNALS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGTSTP, signal.SIGQUIT}
@@ -261,4 +261,4 @@ class Surroundings(HelperTest):
 
 
 if __name__ == "__main__":
-    helper_stage.main()
+    unittest.main()
