@@ -1,0 +1,44 @@
+#include "Fenwhirl/Updates/UpdateDocument.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonValue>
+
+std::optional<QUrl> updateDocumentAddress(const QString& domain, const QString& bundleName) {
+    const QUrl address(QStringLiteral("https://") + domain + QStringLiteral("/maj/") + bundleName.toLower() +
+                           QStringLiteral(".json"),
+                       QUrl::StrictMode);
+    return address.isValid() && !address.host().isEmpty() ? std::optional(address) : std::nullopt;
+}
+
+std::optional<QUrl> makersPage(const QString& text, const QString& domain) {
+    QUrl page(text, QUrl::StrictMode);
+    if (!page.isValid() || page.scheme() != QStringLiteral("https")) {
+        return std::nullopt;
+    }
+    // A user's name before the host serves to make the address look like another one, even when it is empty.
+    if (page.authority(QUrl::FullyEncoded).contains(u'@')) {
+        return std::nullopt;
+    }
+    const QString host = page.host(QUrl::FullyEncoded).toLower();
+    const QString makersHost = domain.toLower();
+    if (makersHost.isEmpty() || (host != makersHost && !host.endsWith(u'.' + makersHost))) {
+        return std::nullopt;
+    }
+    return page;
+}
+
+std::optional<UpdateDocument> parseUpdateDocument(const QByteArray& json, const QString& domain) {
+    // Not an object: its members are undefined, hence no texts.
+    const QJsonObject object = QJsonDocument::fromJson(json).object();
+    const QJsonValue version = object.value(QStringLiteral("version"));
+    const QJsonValue page = object.value(QStringLiteral("page"));
+    if (!version.isString() || !page.isString()) {
+        return std::nullopt;
+    }
+    const std::optional<QUrl> address = makersPage(page.toString(), domain);
+    if (!address) {
+        return std::nullopt;
+    }
+    return UpdateDocument{version.toString(), *address};
+}

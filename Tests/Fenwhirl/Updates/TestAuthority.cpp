@@ -1,0 +1,78 @@
+#include "Fenwhirl/Updates/TestAuthority.h"
+
+#include <QFile>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QStringList newKey(const QString& file) {
+    return {QStringLiteral("-newkey"),
+            QStringLiteral("ec"),
+            QStringLiteral("-pkeyopt"),
+            QStringLiteral("ec_paramgen_curve:P-256"),
+            QStringLiteral("-nodes"),
+            QStringLiteral("-keyout"),
+            file};
+}
+
+} // namespace
+
+TestAuthority::TestAuthority() {
+    openssl(QStringList{QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-days"),
+                        QStringLiteral("30"), QStringLiteral("-subj"),
+                        QStringLiteral("/CN=Authority of a test"), QStringLiteral("-out"),
+                        QStringLiteral("authority.pem")} +
+            newKey(QStringLiteral("authority.key")));
+    certificate_ = QSslCertificate(read(QStringLiteral("authority.pem")));
+    EXPECT_FALSE(certificate_.isNull());
+}
+
+ServerIdentity TestAuthority::identityFor(const QString& host, int days) {
+    openssl(QStringList{QStringLiteral("req"), QStringLiteral("-new"), QStringLiteral("-subj"),
+                        QStringLiteral("/CN=A server"), QStringLiteral("-out"),
+                        QStringLiteral("server.csr")} +
+            newKey(QStringLiteral("server.key")));
+    QFile names(folder_.filePath(QStringLiteral("names")));
+    EXPECT_TRUE(names.open(QIODevice::WriteOnly));
+    names.write("subjectAltName=DNS:" + host.toUtf8() + '\n');
+    names.close();
+    openssl({QStringLiteral("x509"), QStringLiteral("-req"), QStringLiteral("-in"),
+             QStringLiteral("server.csr"), QStringLiteral("-CA"), QStringLiteral("authority.pem"),
+             QStringLiteral("-CAkey"), QStringLiteral("authority.key"), QStringLiteral("-CAcreateserial"),
+             QStringLiteral("-extfile"), QStringLiteral("names"), QStringLiteral("-days"),
+             QString::number(days), QStringLiteral("-out"), QStringLiteral("server.pem")});
+    return load(QStringLiteral("server"));
+}
+
+ServerIdentity TestAuthority::selfSigned(const QString& host) {
+    openssl(QStringList{QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-days"),
+                        QStringLiteral("30"), QStringLiteral("-subj"), QStringLiteral("/CN=A server"),
+                        QStringLiteral("-addext"), QStringLiteral("subjectAltName=DNS:") + host,
+                        QStringLiteral("-out"), QStringLiteral("alone.pem")} +
+            newKey(QStringLiteral("alone.key")));
+    return load(QStringLiteral("alone"));
+}
+
+void TestAuthority::openssl(const QStringList& arguments) const {
+    QProcess process;
+    process.setWorkingDirectory(folder_.path());
+    process.start(QStringLiteral("openssl"), arguments);
+    EXPECT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+}
+
+QByteArray TestAuthority::read(const QString& name) const {
+    QFile file(folder_.filePath(name));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll();
+}
+
+ServerIdentity TestAuthority::load(const QString& name) const {
+    ServerIdentity identity{QSslCertificate(read(name + QStringLiteral(".pem"))),
+                            QSslKey(read(name + QStringLiteral(".key")), QSsl::Ec)};
+    EXPECT_FALSE(identity.certificate.isNull());
+    EXPECT_FALSE(identity.key.isNull());
+    return identity;
+}

@@ -1,0 +1,370 @@
+#include "Fenwhirl/Updates/UpdateFetch.h"
+
+#include "Fenwhirl/Updates/TestAuthority.h"
+#include "Fenwhirl/Updates/TestSite.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString host = u"fenwhirl.example"_s;
+const QUrl address(u"https://fenwhirl.example/maj/fenwhirl.json"_s);
+
+UpdateTransport transportTo(const TestSite& site, const TestAuthority& authority) {
+    UpdateTransport transport;
+    transport.authorities = QList{authority.certificate()};
+    transport.proxy = site.proxy();
+    return transport;
+}
+
+// What a request comes to; fails the test when it comes to nothing at all.
+std::optional<QByteArray> fetch(const UpdateTransport& transport, const QUrl& url = address) {
+    UpdateFetch request(transport, u"Fenwhirl/0.1"_s);
+    QEventLoop loop;
+    std::optional<QByteArray> result;
+    int completions = 0;
+    request.start(url, [&](const std::optional<QByteArray>& body) {
+        result = body;
+        ++completions;
+        loop.quit();
+    });
+    QTimer::singleShot(60s, &loop, &QEventLoop::quit);
+    loop.exec();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(completions, 1);
+    return result;
+}
+
+// A site that everything is right with.
+class UpdateFetching : public testing::Test {
+protected:
+    TestAuthority authority;
+    TestSite site{authority.identityFor(host)};
+    UpdateTransport transport = transportTo(site, authority);
+};
+
+// Writes to a connection as fast as it takes it, up to `total` bytes; counts them.
+void flood(QSslSocket& connection, qint64 total, const std::shared_ptr<qint64>& sent) {
+    const auto more = [&connection, total, sent] {
+        constexpr qint64 piece = 16 * 1024;
+        while (*sent < total && connection.bytesToWrite() + connection.encryptedBytesToWrite() < 4 * piece) {
+            connection.write(QByteArray(piece, ' '));
+            *sent += piece;
+        }
+    };
+    QObject::connect(&connection, &QSslSocket::encryptedBytesWritten, &connection, more);
+    more();
+}
+
+// The most memory that this process has had in KiB since the last call of this function.
+qint64 peakKiBSinceLastCall() {
+    QFile status(u"/proc/self/status"_s);
+    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
+    qint64 peak = 0;
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith("VmHWM:")) {
+            peak = line.mid(6, line.size() - 9).trimmed().toLongLong();
+        }
+    }
+    QFile reset(u"/proc/self/clear_refs"_s);
+    EXPECT_TRUE(reset.open(QIODevice::WriteOnly));
+    reset.write("5");
+    return peak;
+}
+
+constexpr qint64 bearableGrowthKiB = 8 * 1024;
+
+} // namespace
+
+TEST_F(UpdateFetching, YieldsTheBodyOfAGoodAnswer) {
+    site.answerWith(httpAnswer(200, "hello"));
+    EXPECT_EQ(fetch(transport), "hello");
+    EXPECT_EQ(site.destinations(), QList<QByteArray>{"fenwhirl.example:443"});
+}
+
+TEST_F(UpdateFetching, AsksWithoutCookiesCacheOrIdentity) {
+    site.answerWith(httpAnswer(200, "x", "Set-Cookie: a=b\r\nCache-Control: max-age=3600\r\n"));
+    (void)fetch(transport);
+    (void)fetch(transport);
+    ASSERT_EQ(site.requests().size(), 2);
+    for (const QByteArray& request : site.requests()) {
+        EXPECT_TRUE(request.startsWith("GET /maj/fenwhirl.json HTTP/1.1\r\n")) << request.constData();
+        EXPECT_TRUE(request.contains("User-Agent: Fenwhirl/0.1\r\n"));
+        EXPECT_FALSE(request.toLower().contains("cookie"));
+        EXPECT_FALSE(request.toLower().contains("authorization"));
+        EXPECT_FALSE(request.toLower().contains("if-"));
+        EXPECT_TRUE(request.toLower().contains("no-cache"));
+    }
+}
+
+TEST_F(UpdateFetching, AcceptsStatus200Only) {
+    for (const int status : {201, 203, 204, 206, 304, 400, 401, 403, 404, 407, 418, 500, 503}) {
+        site.answerWith(httpAnswer(status, status == 204 || status == 304 ? "" : "body"));
+        EXPECT_FALSE(fetch(transport)) << status;
+    }
+}
+
+TEST_F(UpdateFetching, RefusesAnswersThatAreNoHttp) {
+    for (const char* answer :
+         {"", "\r\n\r\n", "garbage", "HTTP/1.1", "HTTP/1.1 abc Text\r\n\r\n", "SSH-2.0-x\r\n"}) {
+        site.answerWith(answer, TestSite::Then::close);
+        EXPECT_FALSE(fetch(transport)) << answer;
+    }
+}
+
+TEST_F(UpdateFetching, RefusesABodyThatEndsTooEarly) {
+    site.answerWith("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{\"version\"", TestSite::Then::close);
+    EXPECT_FALSE(fetch(transport));
+    site.answerWith("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nff\r\nabc", TestSite::Then::close);
+    EXPECT_FALSE(fetch(transport));
+}
+
+TEST_F(UpdateFetching, TakesABodyWithoutLength) {
+    site.answerWith("HTTP/1.0 200 OK\r\n\r\nall of it", TestSite::Then::close);
+    EXPECT_EQ(fetch(transport), "all of it");
+}
+
+TEST_F(UpdateFetching, EndsWhenTheServerClosesAtOnce) {
+    site.setHandler([](QSslSocket& connection, const QByteArray&) { connection.abort(); });
+    EXPECT_FALSE(fetch(transport));
+}
+
+TEST_F(UpdateFetching, EndsWhenNobodyListens) {
+    transport.proxy = QNetworkProxy(QNetworkProxy::NoProxy);
+    EXPECT_FALSE(fetch(transport, QUrl(u"https://127.0.0.1:1/x"_s)));
+}
+
+TEST(UpdateFetchTls, RefusesCertificatesThatAreNotGood) {
+    TestAuthority authority;
+    TestAuthority stranger;
+
+    struct Case {
+        const char* what;
+        ServerIdentity identity;
+    };
+
+    for (const Case& bad : {
+             Case{"expired", authority.identityFor(host, -1)},
+             Case{"for another host", authority.identityFor(u"other.example"_s)},
+             Case{"for subdomains only", authority.identityFor(u"*.fenwhirl.example"_s)},
+             Case{"of an unknown authority", stranger.identityFor(host)},
+             Case{"self-signed", authority.selfSigned(host)},
+         }) {
+        TestSite site(bad.identity);
+        site.answerWith(httpAnswer(200, "hello"));
+        EXPECT_FALSE(fetch(transportTo(site, authority))) << bad.what;
+        EXPECT_TRUE(site.requests().isEmpty()) << bad.what << ": not even asked";
+        EXPECT_EQ(site.destinations().size(), 1) << bad.what << ": and not tried again";
+    }
+}
+
+TEST(UpdateFetchTls, RefusesAnAuthorityThatTheSystemDoesNotKnow) {
+    TestAuthority authority;
+    TestSite site(authority.identityFor(host));
+    site.answerWith(httpAnswer(200, "hello"));
+    UpdateTransport transport = transportTo(site, authority);
+    transport.authorities.reset();
+    EXPECT_FALSE(fetch(transport));
+}
+
+QT_WARNING_PUSH
+
+QT_WARNING_DISABLE_DEPRECATED
+TEST(UpdateFetchTls, RefusesOldProtocols) {
+    TestAuthority authority;
+    const ServerIdentity identity = authority.identityFor(host);
+    for (const QSsl::SslProtocol protocol : {QSsl::TlsV1_0, QSsl::TlsV1_1}) {
+        TestSite site(identity, protocol);
+        site.answerWith(httpAnswer(200, "hello"));
+        EXPECT_FALSE(fetch(transportTo(site, authority))) << protocol;
+        EXPECT_TRUE(site.requests().isEmpty());
+    }
+    for (const QSsl::SslProtocol protocol : {QSsl::TlsV1_2, QSsl::TlsV1_3}) {
+        TestSite site(identity, protocol);
+        site.answerWith(httpAnswer(200, "hello"));
+        EXPECT_TRUE(fetch(transportTo(site, authority))) << protocol;
+    }
+}
+
+QT_WARNING_POP
+
+TEST_F(UpdateFetching, RefusesAServerThatSpeaksNoTls) {
+    QTcpServer plain;
+    ASSERT_TRUE(plain.listen(QHostAddress::LocalHost));
+    QObject::connect(&plain, &QTcpServer::newConnection, &plain, [&plain] {
+        QTcpSocket* const connection = plain.nextPendingConnection();
+        connection->write(httpAnswer(200, "hello"));
+        connection->disconnectFromHost();
+    });
+    transport.proxy = QNetworkProxy(QNetworkProxy::NoProxy);
+    EXPECT_FALSE(fetch(transport, QUrl(u"https://127.0.0.1:%1/"_s.arg(plain.serverPort()))));
+}
+
+TEST_F(UpdateFetching, FollowsRedirectionsUpToFive) {
+    const auto handler = [](int redirections) {
+        return [redirections](QSslSocket& connection, const QByteArray& request) {
+            const int step = request.mid(5, request.indexOf(' ', 5) - 5).toInt();
+            connection.write(step == redirections ? httpAnswer(200, "there")
+                                                  : httpRedirection('/' + QByteArray::number(step + 1)));
+        };
+    };
+    const QUrl first(u"https://fenwhirl.example/0"_s);
+    site.setHandler(handler(5));
+    EXPECT_EQ(fetch(transport, first), "there");
+    EXPECT_EQ(site.requests().size(), 6);
+    site.setHandler(handler(6));
+    EXPECT_FALSE(fetch(transport, first));
+    EXPECT_EQ(site.requests().size(), 12);
+}
+
+TEST_F(UpdateFetching, EndsARedirectionThatLeadsToItself) {
+    site.answerWith(httpRedirection("https://fenwhirl.example/maj/fenwhirl.json"));
+    EXPECT_FALSE(fetch(transport));
+    EXPECT_EQ(site.requests().size(), 6);
+}
+
+TEST_F(UpdateFetching, RefusesRedirectionsOutOfHttps) {
+    for (const char* location :
+         {"http://fenwhirl.example/", "HTTP://fenwhirl.example/", "file:///etc/hostname",
+          "ftp://fenwhirl.example/", "data:,hello", "javascript:1", "qrc:/x", "http://127.0.0.1/"}) {
+        site.answerWith(httpRedirection(location));
+        const qsizetype before = site.requests().size();
+        transport.idleLimit = 2s;
+        EXPECT_FALSE(fetch(transport)) << location;
+        EXPECT_EQ(site.requests().size(), before + 1) << location;
+        EXPECT_FALSE(site.destinations().contains("PLAIN")) << location;
+    }
+}
+
+TEST_F(UpdateFetching, VerifiesTheHostThatARedirectionLeadsTo) {
+    site.setHandler([](QSslSocket& connection, const QByteArray&) {
+        connection.write(httpRedirection("https://other.example/x"));
+    });
+    EXPECT_FALSE(fetch(transport));
+    EXPECT_EQ(site.destinations(), (QList<QByteArray>{"fenwhirl.example:443", "other.example:443"}));
+    EXPECT_EQ(site.requests().size(), 1);
+}
+
+TEST_F(UpdateFetching, TakesOneMebibyteAndNotOneByteMore) {
+    site.answerWith(httpAnswer(200, QByteArray(1 << 20, 'x')));
+    const auto body = fetch(transport);
+    ASSERT_TRUE(body);
+    EXPECT_EQ(body->size(), 1 << 20);
+    site.answerWith(httpAnswer(200, QByteArray((1 << 20) + 1, 'x')));
+    EXPECT_FALSE(fetch(transport));
+}
+
+TEST_F(UpdateFetching, StopsReadingAnEndlessBody) {
+    const auto sent = std::make_shared<qint64>(0);
+    constexpr qint64 tenGiB = qint64{10} << 30U;
+    site.setHandler([&sent](QSslSocket& connection, const QByteArray&) {
+        connection.write("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(tenGiB) + "\r\n\r\n");
+        flood(connection, tenGiB, sent);
+    });
+    (void)peakKiBSinceLastCall();
+    const qint64 before = peakKiBSinceLastCall();
+    EXPECT_FALSE(fetch(transport));
+    EXPECT_LT(*sent, qint64{16} << 20U);
+#if !defined(FENWHIRL_SANITIZED)
+    EXPECT_LT(peakKiBSinceLastCall() - before, bearableGrowthKiB);
+#else
+    (void)before;
+#endif
+}
+
+TEST_F(UpdateFetching, ReadsACompressedAnswer) {
+    const QByteArray body(5000, 'x');
+    site.answerWith(httpAnswer(200, qCompress(body).mid(4), "Content-Encoding: deflate\r\n"));
+    EXPECT_EQ(fetch(transport), body);
+}
+
+TEST_F(UpdateFetching, StopsUnpackingABomb) {
+    const QByteArray packed = qCompress(QByteArray(256 << 20, ' '), 9).mid(4);
+    ASSERT_LT(packed.size(), 1 << 20);
+    // What the first request of a process takes for ever is not counted.
+    site.answerWith(httpAnswer(200, "small"));
+    ASSERT_TRUE(fetch(transport));
+    site.answerWith(httpAnswer(200, packed, "Content-Encoding: deflate\r\n"));
+    (void)peakKiBSinceLastCall();
+    const qint64 before = peakKiBSinceLastCall();
+    EXPECT_FALSE(fetch(transport));
+#if !defined(FENWHIRL_SANITIZED)
+    EXPECT_LT(peakKiBSinceLastCall() - before, bearableGrowthKiB);
+#else
+    (void)before;
+#endif
+}
+
+TEST_F(UpdateFetching, GivesUpASilentServer) {
+    transport.idleLimit = 100ms;
+    QElapsedTimer elapsed;
+    elapsed.start();
+    EXPECT_FALSE(fetch(transport));
+    EXPECT_EQ(site.requests().size(), 1);
+    EXPECT_LT(elapsed.elapsed(), 20'000);
+}
+
+TEST_F(UpdateFetching, GivesUpAServerThatFallsSilent) {
+    transport.idleLimit = 100ms;
+    site.setHandler([](QSslSocket& connection, const QByteArray&) {
+        connection.write("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nabc");
+    });
+    EXPECT_FALSE(fetch(transport));
+}
+
+TEST_F(UpdateFetching, GivesUpADripThatTakesTooLongInAll) {
+    transport.idleLimit = 60s;
+    transport.totalLimit = 300ms;
+    QTimer drip;
+    site.setHandler([&drip](QSslSocket& connection, const QByteArray&) {
+        connection.write("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n");
+        QObject::connect(&drip, &QTimer::timeout, &connection, [&connection] { connection.write("x"); });
+        drip.start(10ms);
+    });
+    EXPECT_FALSE(fetch(transport));
+    EXPECT_EQ(site.requests().size(), 1);
+}
+
+TEST_F(UpdateFetching, HasPatienceAsLongAsSomethingArrives) {
+    transport.idleLimit = 2s;
+    QTimer drip;
+    int left = 40;
+    site.setHandler([&](QSslSocket& connection, const QByteArray&) {
+        connection.write("HTTP/1.1 200 OK\r\nContent-Length: 40\r\n\r\n");
+        QObject::connect(&drip, &QTimer::timeout, &connection, [&] {
+            if (left-- > 0) {
+                connection.write("x");
+            }
+        });
+        drip.start(5ms);
+    });
+    EXPECT_EQ(fetch(transport), QByteArray(40, 'x'));
+}
+
+TEST_F(UpdateFetching, GivesUpAProxyThatNeverConnects) {
+    QTcpServer silent;
+    ASSERT_TRUE(silent.listen(QHostAddress::LocalHost));
+    transport.proxy = QNetworkProxy(QNetworkProxy::HttpProxy, u"127.0.0.1"_s, silent.serverPort());
+    transport.idleLimit = 100ms;
+    EXPECT_FALSE(fetch(transport));
+}
+
+TEST(UpdateTransport, HasTheLimitsOfTheProgram) {
+    const UpdateTransport transport;
+    EXPECT_EQ(transport.idleLimit, 10s);
+    EXPECT_EQ(transport.totalLimit, 30s);
+    EXPECT_EQ(transport.sizeLimit, 1048576);
+    EXPECT_EQ(transport.redirectLimit, 5);
+    EXPECT_FALSE(transport.authorities);
+    EXPECT_FALSE(transport.proxy);
+}
