@@ -37,7 +37,7 @@ void LineCutter::add(std::string_view bytes, const std::function<void(std::strin
         const std::size_t end = bytes.find('\n');
         const std::string_view piece = bytes.substr(0, end);
         part_.append(piece.substr(0, longest - std::min(longest, part_.size())));
-        bytes.remove_prefix(end == bytes.npos ? bytes.size() : end + 1);
+        bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
         if (end == std::string_view::npos) {
             return;
         }

@@ -70,6 +70,13 @@ std::string commandHelp() {
 }
 
 CommandOutcome runCommand(CommandContext& context, std::string_view line, Instant now) {
+    // Answers repeat words of the command: nothing that steers a terminal or breaks a line gets that far.
+    const auto isControl = [](char character) {
+        return character != '\t' && (static_cast<unsigned char>(character) < 0x20 || character == 0x7F);
+    };
+    if (std::any_of(line.begin(), line.end(), isControl)) {
+        return failed("control character in the command");
+    }
     const auto words = splitWords(line);
     if (words.empty() || words.front().starts_with('#')) {
         return std::string();

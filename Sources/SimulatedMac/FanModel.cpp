@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace simulated {
 
@@ -35,12 +36,12 @@ double stepFan(double rpm, double targetRPM, const FanLimits& limits, double sec
         return rpm;
     }
     const double target = withinFan(targetRPM, limits);
-    const double steps = std::ceil(seconds / longestStepSeconds);
-    const double stepSeconds = seconds / steps;
+    const auto steps = static_cast<std::int64_t>(std::ceil(seconds / longestStepSeconds));
+    const double stepSeconds = seconds / static_cast<double>(steps);
     const double approach = 1.0 - std::exp(-stepSeconds / approachSeconds);
     const double mostGain = limits.maximumRPM / fullAccelerationSeconds * stepSeconds;
     const double mostLoss = limits.maximumRPM / fullCoastingSeconds * stepSeconds;
-    for (double done = 0; done < steps; ++done) {
+    for (std::int64_t done = 0; done < steps; ++done) {
         const double change = (target - rpm) * approach;
         rpm += std::max(-mostLoss, std::min(mostGain, change));
     }

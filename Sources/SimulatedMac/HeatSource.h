@@ -17,6 +17,8 @@ public:
     HeatSource() = default;
     HeatSource(const HeatSource&) = delete;
     HeatSource& operator=(const HeatSource&) = delete;
+    HeatSource(HeatSource&&) = delete;
+    HeatSource& operator=(HeatSource&&) = delete;
     virtual ~HeatSource() = default;
 
     // The heat at this simulated time; `steadySeconds` is the real clock, for sources that follow the real

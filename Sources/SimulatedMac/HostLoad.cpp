@@ -15,7 +15,7 @@ std::optional<ProcessorTicks> parseProcessorTicks(std::string_view text) {
     constexpr std::size_t idleColumn = 3;
     constexpr std::size_t waitColumn = 4;
     const std::size_t end = text.find('\n');
-    if (end == text.npos) {
+    if (end == std::string_view::npos) {
         return std::nullopt;
     }
     const auto words = splitWords(text.substr(0, end));

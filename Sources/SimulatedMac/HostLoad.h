@@ -26,6 +26,8 @@ public:
     HostLoad();
     HostLoad(const HostLoad&) = delete;
     HostLoad& operator=(const HostLoad&) = delete;
+    HostLoad(HostLoad&&) = delete;
+    HostLoad& operator=(HostLoad&&) = delete;
     ~HostLoad();
 
     // The share of busy time since the last call; 0 at the first one and when the file cannot be read.

@@ -174,12 +174,15 @@ void Mac::move(double seconds, double steadySeconds) {
     readFanInputs();
     const MachinePowers& powers = model_.powers;
     const double mostGraphics = mostOverload * std::max(powers.graphicsWatts, powers.processorWatts / 4);
-    for (double left = seconds; left > 0; left -= longestPieceSeconds) {
+    double left = seconds;
+    while (left > 0) {
+        const double piece = std::min(left, longestPieceSeconds);
         const Heat wanted = heatSource_->heatAt(state_.seconds, steadySeconds);
         inputs_.heat = {.processorWatts =
                             std::min(wanted.processorWatts, mostOverload * powers.processorWatts),
                         .graphicsWatts = std::min(wanted.graphicsWatts, mostGraphics)};
-        advance(state_, model_, inputs_, std::min(left, longestPieceSeconds));
+        advance(state_, model_, inputs_, piece);
+        left -= piece;
     }
     showState();
 }

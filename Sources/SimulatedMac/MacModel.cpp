@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace simulated {
 
@@ -83,10 +84,10 @@ void advance(MacState& state, const MacModel& model, const MacInputs& inputs, do
     if (!(seconds > 0)) {
         return;
     }
-    const double slices = std::ceil(seconds / longestSliceSeconds);
-    const double slice = seconds / slices;
+    const auto slices = static_cast<std::int64_t>(std::ceil(seconds / longestSliceSeconds));
+    const double slice = seconds / static_cast<double>(slices);
     const double smoothing = 1.0 - std::exp(-slice / controlSmoothingSeconds);
-    for (double done = 0; done < slices; ++done) {
+    for (std::int64_t done = 0; done < slices; ++done) {
         const double die = at(state.thermal.celsius, ThermalNode::die);
         const double hottest = std::max(die, at(state.thermal.celsius, ThermalNode::graphics));
         state.controlCelsius += (hottest - state.controlCelsius) * smoothing;

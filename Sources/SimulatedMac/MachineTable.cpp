@@ -72,7 +72,7 @@ std::optional<MachineTable> parseMachineTable(std::string_view name, std::string
     while (!csv.empty()) {
         const std::size_t end = csv.find('\n');
         std::string_view line = csv.substr(0, end);
-        csv.remove_prefix(end == csv.npos ? csv.size() : end + 1);
+        csv.remove_prefix(end == std::string_view::npos ? csv.size() : end + 1);
         ++lineNumber;
         if (line.ends_with('\r')) {
             line.remove_suffix(1);

@@ -36,6 +36,8 @@ public:
     SMCServer(int listener, int epoll, Mac& mac, AnswerFaults& faults);
     SMCServer(const SMCServer&) = delete;
     SMCServer& operator=(const SMCServer&) = delete;
+    SMCServer(SMCServer&&) = delete;
+    SMCServer& operator=(SMCServer&&) = delete;
     ~SMCServer();
 
     // False when the listener could not be watched.

@@ -243,8 +243,10 @@ void Simulation::runCommands(Instant now) {
             terminal_.print("script: " + line + ": " + answer);
         }
     });
-    input_.run(*context_, now,
-               [this](const std::string& /*line*/, const std::string& answer) { terminal_.print(answer); });
+    input_.run(*context_, now, [this](const std::string& /*line*/, const std::string& answer) {
+        terminal_.print(answer);
+        paintedSeconds_ = 0; // the live line follows at once
+    });
 }
 
 void Simulation::logWrite(const WriteEntry& entry) const {

@@ -26,6 +26,8 @@ public:
 
     Simulation(const Simulation&) = delete;
     Simulation& operator=(const Simulation&) = delete;
+    Simulation(Simulation&&) = delete;
+    Simulation& operator=(Simulation&&) = delete;
     ~Simulation();
 
     // Announces that clients are welcome and serves them until a signal or a command ends it. Exit status.

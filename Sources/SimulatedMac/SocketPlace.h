@@ -23,6 +23,8 @@ public:
 
     SocketPlace(const SocketPlace&) = delete;
     SocketPlace& operator=(const SocketPlace&) = delete;
+    SocketPlace(SocketPlace&&) = delete;
+    SocketPlace& operator=(SocketPlace&&) = delete;
     // Removes the socket, if it is still this one, and gives the lock back.
     ~SocketPlace();
 

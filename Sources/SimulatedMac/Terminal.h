@@ -16,6 +16,8 @@ public:
     Terminal();
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
+    Terminal(Terminal&&) = delete;
+    Terminal& operator=(Terminal&&) = delete;
     // Leaves the cursor on a line of its own.
     ~Terminal();
 

@@ -26,7 +26,8 @@ bool isBlank(char character) {
 } // namespace
 
 std::optional<double> parseNumber(std::string_view text) {
-    if (text.empty() || text.size() > 64 || text.find_first_not_of("+-.0123456789eE") != text.npos) {
+    if (text.empty() || text.size() > 64 ||
+        text.find_first_not_of("+-.0123456789eE") != std::string_view::npos) {
         return std::nullopt;
     }
     const std::string copy(text);
@@ -107,7 +108,7 @@ std::vector<std::string_view> splitFields(std::string_view text, char separator)
     for (;;) {
         const std::size_t end = text.find(separator);
         fields.push_back(text.substr(0, end));
-        if (end == text.npos) {
+        if (end == std::string_view::npos) {
             return fields;
         }
         text.remove_prefix(end + 1);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 namespace simulated {
@@ -66,9 +67,9 @@ ThermalState step(ThermalState state, const ThermalParameters& parameters, const
         return state;
     }
     const Matrix matrix = conductanceMatrix(parameters, inputs.airflow);
-    const double steps = std::ceil(seconds / longestStepSeconds);
-    const double stepSeconds = seconds / steps;
-    for (double done = 0; done < steps; ++done) {
+    const auto steps = static_cast<std::int64_t>(std::ceil(seconds / longestStepSeconds));
+    const double stepSeconds = seconds / static_cast<double>(steps);
+    for (std::int64_t done = 0; done < steps; ++done) {
         PerNode heat{};
         for (std::size_t i = 0; i < thermalNodeCount; ++i) {
             for (std::size_t j = 0; j < thermalNodeCount; ++j) {

@@ -65,9 +65,10 @@ CommandOutcome awaitWrite(CommandContext& context, const AwaitWords& words, Inst
     const std::uint64_t since = words.since.value_or(mac.writes().last());
     return patiently(words.withinSeconds, now,
                      [&mac, any, code = *code, since](Instant) -> std::optional<std::string> {
-                         for (const WriteEntry& entry : mac.writes().entries()) {
-                             if (entry.number > since && (any || entry.code == code)) {
-                                 return ok(writeEntryText(entry));
+                         const WriteLog& log = mac.writes();
+                         for (auto entry = log.after(since); entry != log.entries().end(); ++entry) {
+                             if (any || entry->code == code) {
+                                 return ok(writeEntryText(*entry));
                              }
                          }
                          return std::nullopt;
@@ -105,11 +106,10 @@ CommandOutcome runLog(CommandContext& context, Words words, Instant /*now*/) {
     }
     std::string text;
     std::size_t count = 0;
-    for (const WriteEntry& entry : context.mac.writes().entries()) {
-        if (entry.number >= *from) {
-            text += writeEntryText(entry) + "\n";
-            ++count;
-        }
+    const WriteLog& log = context.mac.writes();
+    for (auto entry = log.after(*from == 0 ? 0 : *from - 1); entry != log.entries().end(); ++entry) {
+        text += writeEntryText(*entry) + "\n";
+        ++count;
     }
     return text + ok(std::to_string(count) + " writes, last=" + std::to_string(context.mac.writes().last()));
 }

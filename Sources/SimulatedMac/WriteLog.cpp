@@ -50,6 +50,14 @@ const WriteEntry& WriteLog::add(WriteEntry entry) {
     return entries_.back();
 }
 
+std::deque<WriteEntry>::const_iterator WriteLog::after(std::uint64_t number) const {
+    if (entries_.empty() || number < entries_.front().number) {
+        return entries_.begin();
+    }
+    const std::uint64_t skipped = number - entries_.front().number + 1;
+    return entries_.begin() + static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(skipped, entries_.size()));
+}
+
 std::string writeEntryText(const WriteEntry& entry) {
     const std::span bytes(entry.bytes.data(), std::min<std::size_t>(entry.size, entry.bytes.size()));
     const auto value = decodeValue(entry.type, bytes);

@@ -52,6 +52,9 @@ public:
 
     [[nodiscard]] const std::deque<WriteEntry>& entries() const { return entries_; }
 
+    // The first entry with a number greater than this one, as far as they are kept; entries().end() if none.
+    [[nodiscard]] std::deque<WriteEntry>::const_iterator after(std::uint64_t number) const;
+
 private:
     std::deque<WriteEntry> entries_;
     std::uint64_t last_ = 0;

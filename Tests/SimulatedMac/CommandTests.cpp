@@ -73,6 +73,13 @@ TEST_F(Commands, NonsenseIsAnErrorEmptyLinesAndCommentsAreNothing) {
     EXPECT_EQ(run("# a remark"), "");
 }
 
+TEST_F(Commands, ControlCharactersAreRefusedAndNotRepeated) {
+    for (const char* line : {"say a\x1b[2J", "say a\nok", "frob\rnicate", "\x7f"}) {
+        EXPECT_EQ(run(line), "error: control character in the command");
+    }
+    EXPECT_EQ(run("say\ta"), "ok a");
+}
+
 TEST_F(Commands, SetPinsANumberInTheKeysOwnType) {
     EXPECT_EQ(run("set TC0P 93.5"), "ok TC0P type=sp78 size=2 bytes=5D80 value=93.50 pinned");
     EXPECT_EQ(seen(fourCC("TC0P")), "5D80");

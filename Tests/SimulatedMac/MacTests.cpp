@@ -193,12 +193,18 @@ TEST(Mac, EveryWriteIsLoggedWithItsFate) {
 
 TEST(Mac, TheLogDropsItsOldestEntriesWhenItIsFull) {
     WriteLog log;
+    EXPECT_EQ(log.after(0), log.entries().end());
     for (std::size_t i = 0; i < WriteLog::capacity + 5; ++i) {
         (void)log.add({});
     }
     EXPECT_EQ(log.entries().size(), WriteLog::capacity);
     EXPECT_EQ(log.entries().front().number, 6U);
     EXPECT_EQ(log.last(), WriteLog::capacity + 5);
+    EXPECT_EQ(log.after(0)->number, 6U);
+    EXPECT_EQ(log.after(6)->number, 7U);
+    EXPECT_EQ(log.after(WriteLog::capacity + 4)->number, WriteLog::capacity + 5);
+    EXPECT_EQ(log.after(WriteLog::capacity + 5), log.entries().end());
+    EXPECT_EQ(log.after(UINT64_MAX), log.entries().end());
 }
 
 TEST(Mac, AConstantPowerSettlesAndStays) {
