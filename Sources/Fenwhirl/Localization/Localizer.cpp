@@ -79,10 +79,6 @@ QString localized(const QString& key) {
     return Localizer::lookup(key).value_or(key);
 }
 
-QString localized(TextKey key, const QStringList& values) {
-    return filledPlaceholders(localized(key), values);
-}
-
 QString localized(const QString& key, const QStringList& values) {
     return filledPlaceholders(localized(key), values);
 }

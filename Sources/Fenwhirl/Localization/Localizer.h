@@ -19,7 +19,10 @@
 #include <QStringList>
 #include <QStringView>
 
+#include <cstddef>
+#include <iterator>
 #include <optional>
+#include <type_traits>
 
 namespace Localizer {
 
@@ -43,9 +46,18 @@ void setLanguage(AppLanguage language);
 [[nodiscard]] QString localized(const QString& key);
 
 // The same for a text with "%@" placeholders, filled in order with the values as they are: a "%@" inside a
-// value is not filled again. Without a value left a placeholder stays; values left over are not shown.
-[[nodiscard]] QString localized(TextKey key, const QStringList& values);
+// value is not filled again. localized(u"Ventilateur %@", {number}) compiles only with a value for each
+// placeholder; where only run time knows the text, a placeholder without a value stays and values left over
+// are not shown.
+template <std::size_t Count>
+[[nodiscard]] QString localized(std::type_identity_t<FilledTextKey<Count>> key,
+                                const QString (&values)[Count]);
 [[nodiscard]] QString localized(const QString& key, const QStringList& values);
 
 // The filling alone, for a text that is translated already.
 [[nodiscard]] QString filledPlaceholders(QStringView text, const QStringList& values);
+
+template <std::size_t Count>
+QString localized(std::type_identity_t<FilledTextKey<Count>> key, const QString (&values)[Count]) {
+    return filledPlaceholders(localized(key), QStringList(std::begin(values), std::end(values)));
+}

@@ -32,3 +32,16 @@ public:
 private:
     std::u16string_view french_;
 };
+
+// A text that holds exactly this many placeholders "%@": any other does not compile.
+template <std::size_t Placeholders>
+class FilledTextKey : public TextKey {
+public:
+    template <std::size_t Size>
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    consteval FilledTextKey(const char16_t (&literal)[Size]) : TextKey(literal) {
+        if (occurrences(french(), u"%@") != Placeholders) {
+            throw "this French text has another number of placeholders";
+        }
+    }
+};

@@ -22,15 +22,6 @@ struct Row {
 // A row too many does not compile; a row too few leaves an empty one, which `namesEveryFrenchText` finds.
 using Rows = std::array<Row, frenchTexts.size()>;
 
-// How often `part` occurs in `text`.
-[[nodiscard]] constexpr std::size_t occurrences(std::u16string_view text, std::u16string_view part) {
-    std::size_t count = 0;
-    for (auto at = text.find(part); at != std::u16string_view::npos; at = text.find(part, at + part.size())) {
-        ++count;
-    }
-    return count;
-}
-
 // The same French texts as everywhere, in the same order.
 [[nodiscard]] constexpr bool namesEveryFrenchText(std::span<const Row> rows) {
     return std::ranges::equal(rows, frenchTexts, {}, &Row::french);
