@@ -13,6 +13,23 @@
 
 namespace {
 
+// As exec takes it.
+char** listOf(ChildEnvironment environment) {
+    static char all[] = "LC_ALL=C";
+    static char language[] = "LANG=C";
+    static char* none[] = {nullptr};
+    static char* neutral[] = {all, language, nullptr};
+    switch (environment) {
+    case ChildEnvironment::empty:
+        return none;
+    case ChildEnvironment::neutral:
+        return neutral;
+    case ChildEnvironment::inherited:
+        break;
+    }
+    return currentEnvironment();
+}
+
 // The two records of posix_spawn, freed together. A step that fails makes the whole request fail.
 class SpawnRequest {
 public:
@@ -46,11 +63,9 @@ public:
         for (const std::string& argument : arguments)
             argv.push_back(const_cast<char*>(argument.c_str()));
         argv.push_back(nullptr);
-        char* none = nullptr;
-        char** const environmentList = environment == ChildEnvironment::empty ? &none : currentEnvironment();
         pid_t child = 0;
-        if (posix_spawn(&child, executable.c_str(), &actions_, &attributes_, argv.data(), environmentList) !=
-            0)
+        if (posix_spawn(&child, executable.c_str(), &actions_, &attributes_, argv.data(),
+                        listOf(environment)) != 0)
             return std::nullopt;
         return child;
     }
@@ -143,10 +158,11 @@ std::optional<ChildResult> runChild(const std::string& executable, std::span<con
 }
 
 std::optional<pid_t> startChild(const std::string& executable, std::span<const std::string> arguments,
-                                ChildEnvironment environment, int standardInput, bool ownGroup) {
+                                ChildEnvironment environment, int standardInput, bool ownGroup,
+                                int standardOutput) {
     SpawnRequest request;
     request.connect(STDIN_FILENO, standardInput);
-    request.connect(STDOUT_FILENO, -1);
+    request.connect(STDOUT_FILENO, standardOutput);
     request.connect(STDERR_FILENO, -1);
     return request.start(executable, arguments, environment, ownGroup);
 }

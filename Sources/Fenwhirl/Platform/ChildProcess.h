@@ -23,6 +23,7 @@ enum class ChildOutput { discard, capture };
 enum class ChildEnvironment {
     empty,     // for our own helper, which reads none
     inherited, // for programs that talk to the user's session
+    neutral,   // exactly LC_ALL=C and LANG=C, for tools whose output is parsed
 };
 
 struct ChildResult {
@@ -42,11 +43,12 @@ inline constexpr std::size_t childOutputLimit = std::size_t{16} << 20U;
                                                   ChildEnvironment environment);
 
 // Starts a program and returns its process id; the caller waits for it. `standardInput` becomes its
-// descriptor 0 (-1: the null device) and stays open here. With `ownGroup` the signals of this process's
-// terminal and group do not reach it.
+// descriptor 0, `standardOutput` its descriptor 1 (-1: the null device); both stay open here. With `ownGroup`
+// the signals of this process's terminal and group do not reach it.
 [[nodiscard]] std::optional<pid_t> startChild(const std::string& executable,
                                               std::span<const std::string> arguments,
-                                              ChildEnvironment environment, int standardInput, bool ownGroup);
+                                              ChildEnvironment environment, int standardInput, bool ownGroup,
+                                              int standardOutput = -1);
 
 // A pipe whose two ends are close-on-exec and above the standard descriptors.
 struct Pipe {

@@ -1,53 +1,116 @@
 #include "Fenwhirl/Platform/ProcessListingTool.h"
 
-#include <QProcess>
-#include <QProcessEnvironment>
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// For poll(2): at least a millisecond while there is time left, so that the wait does not spin.
+int millisecondsUntil(Clock::time_point deadline) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    constexpr decltype(left) longest = 1 << 30;
+    return static_cast<int>(std::clamp<decltype(left)>(left, 0, longest));
+}
+
+// All that arrives until the end; nothing when the time is over or the call is cancelled before.
+std::optional<QByteArray> readToEnd(int descriptor, Clock::time_point deadline,
+                                    const Cancellation& cancellation) {
+    QByteArray text;
+    std::array<char, 65536> buffer = {};
+    for (;;) {
+        std::array<pollfd, 2> waited = {{{descriptor, POLLIN, 0}, {cancellation.descriptor(), POLLIN, 0}}};
+        const int ready = poll(waited.data(), waited.size(), millisecondsUntil(deadline));
+        if (ready < 0 && errno == EINTR) {
+            continue;
+        }
+        if (ready <= 0 || waited[1].revents != 0) {
+            return std::nullopt;
+        }
+        const ssize_t length = read(descriptor, buffer.data(), buffer.size());
+        if (length < 0 && errno == EINTR) {
+            continue;
+        }
+        if (length <= 0) {
+            return text;
+        }
+        // A machine with a million processes prints less; what prints more is no process lister.
+        constexpr qsizetype room = qsizetype{256} << 20U;
+        if (text.size() < room) {
+            text.append(buffer.data(), length);
+        }
+    }
+}
+
+// Waits for a child that has closed its output, which is usually the last thing that it does.
+bool waitForEnd(pid_t child, Clock::time_point deadline, const Cancellation& cancellation) {
+    constexpr auto pause = std::chrono::milliseconds(5);
+    while (waitpid(child, nullptr, WNOHANG) == 0) {
+        if (Clock::now() > deadline || !cancellation.waitFor(pause)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
 
 void Cancellation::cancel() {
-    {
-        const std::lock_guard lock(mutex_);
-        cancelled_ = true;
+    if (pipe_) {
+        pipe_->writeEnd.close();
     }
-    changed_.notify_all();
 }
 
 bool Cancellation::isCancelled() const {
-    const std::lock_guard lock(mutex_);
-    return cancelled_;
+    return !waitFor(std::chrono::milliseconds(0));
 }
 
 bool Cancellation::waitFor(std::chrono::milliseconds duration) const {
-    std::unique_lock lock(mutex_);
-    return !changed_.wait_for(lock, duration, [this] { return cancelled_; });
+    const Clock::time_point deadline = Clock::now() + duration;
+    for (;;) {
+        pollfd waited = {descriptor(), POLLIN, 0};
+        const int ready = poll(&waited, 1, millisecondsUntil(deadline));
+        if (ready == 0 || (ready < 0 && errno != EINTR)) {
+            return true;
+        }
+        if (ready > 0) {
+            return false;
+        }
+    }
+}
+
+int Cancellation::descriptor() const {
+    return pipe_ ? pipe_->readEnd.number() : -1;
 }
 
 std::optional<QByteArray> runListingTool(const std::string& tool, const std::vector<std::string>& arguments,
                                          std::chrono::milliseconds limit, const Cancellation& cancellation) {
-    QStringList argumentList;
-    for (const std::string& argument : arguments) {
-        argumentList.append(QString::fromStdString(argument));
-    }
-    QProcessEnvironment environment;
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C"));
-    environment.insert(QStringLiteral("LANG"), QStringLiteral("C"));
-
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    process.start(QString::fromStdString(tool), argumentList, QIODevice::ReadOnly);
-    constexpr int lookEveryMilliseconds = 50;
-    while (process.state() != QProcess::NotRunning) {
-        if (cancellation.isCancelled() || std::chrono::steady_clock::now() > deadline) {
-            process.kill();
-            process.waitForFinished(lookEveryMilliseconds);
-            return std::nullopt;
-        }
-        (void)process.waitForFinished(lookEveryMilliseconds);
-    }
-    if (process.error() == QProcess::FailedToStart) {
+    if (cancellation.isCancelled()) {
         return std::nullopt;
     }
-    return process.readAllStandardOutput();
+    const Clock::time_point deadline = Clock::now() + limit;
+    std::optional<Pipe> pipe = Pipe::make();
+    if (!pipe) {
+        return std::nullopt;
+    }
+    const std::optional<pid_t> child =
+        startChild(tool, arguments, ChildEnvironment::neutral, -1, false, pipe->writeEnd.number());
+    if (!child) {
+        return std::nullopt;
+    }
+    pipe->writeEnd.close();
+    std::optional<QByteArray> text = readToEnd(pipe->readEnd.number(), deadline, cancellation);
+    if (!text || !waitForEnd(*child, deadline, cancellation)) {
+        (void)kill(*child, SIGKILL);
+        while (waitpid(*child, nullptr, 0) < 0 && errno == EINTR) {
+        }
+        return std::nullopt;
+    }
+    return text;
 }

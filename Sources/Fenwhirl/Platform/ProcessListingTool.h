@@ -2,27 +2,29 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/ChildProcess.h"
+
 #include <QByteArray>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
-// Ends waits from another thread, for good. Any thread.
+// Ends waits on another thread, for good. `cancel` belongs to one thread, the rest to any.
 class Cancellation {
 public:
     void cancel();
     [[nodiscard]] bool isCancelled() const;
     // Waits for that long; false when cancelled before or meanwhile.
     [[nodiscard]] bool waitFor(std::chrono::milliseconds duration) const;
+    // Becomes readable when cancelled; -1 when the system had no pipe to spare, and then only time ends
+    // waits.
+    [[nodiscard]] int descriptor() const;
 
 private:
-    mutable std::mutex mutex_;
-    mutable std::condition_variable changed_;
-    bool cancelled_ = false; // guarded by mutex_
+    // Cancelled is when the end that nobody writes to is closed.
+    std::optional<Pipe> pipe_ = Pipe::make();
 };
 
 // What the tool printed when run with these arguments and the environment LC_ALL=C, LANG=C; its error texts

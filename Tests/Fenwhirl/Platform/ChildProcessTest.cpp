@@ -107,6 +107,8 @@ TEST(ChildProcess, MayHaveNoEnvironmentAtAll) {
     const std::vector<std::string> none;
     EXPECT_EQ(runChild("/usr/bin/env", none, ChildOutput::capture, ChildEnvironment::empty)->output, "");
     EXPECT_NE(runChild("/usr/bin/env", none, ChildOutput::capture, ChildEnvironment::inherited)->output, "");
+    EXPECT_EQ(runChild("/usr/bin/env", none, ChildOutput::capture, ChildEnvironment::neutral)->output,
+              "LC_ALL=C\nLANG=C\n");
 }
 
 TEST(ChildProcess, WorksWithTheStandardDescriptorsClosed) {
