@@ -6,10 +6,11 @@ Run inside Packaging/Linux/private-namespace by real root; elsewhere the tests a
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import unittest
 
-from stage import HELPER, ROOT, SimulatedMac, install_helper
+from stage import HELPER, PATIENCE_SECONDS, ROOT, Lines, Process, SimulatedMac, install_helper
 
 NOBODY = 65534
 STATUSES = {0, 1, 2, 64, 77}
@@ -106,3 +107,67 @@ class HelperTest(unittest.TestCase):
 
     def value_or_none(self, key):
         return self.value(key) if self.has(key) else None
+
+
+class Probe(Process):
+    """The program with an application that is nothing but its side of the helper, and with the true guard.
+
+    Lies in a folder of its own, laid out as an installation; `user` is who starts it.
+    """
+
+    def __init__(self, user=0, folder="/run/probe", launcher=(), **options):
+        self.executable = lay_out_probe(folder)
+        identity = {"user": user, "group": user, "extra_groups": []} if user else {}
+        super().__init__([*launcher, self.executable], stdin=subprocess.PIPE, stdout=subprocess.PIPE, **identity, **options)
+        self.lines = Lines(self.child.stdout)
+        self.pid = int(self.lines.next().split()[1])
+
+    def tell(self, command, seconds=PATIENCE_SECONDS):
+        self.child.stdin.write((command + "\n").encode())
+        self.child.stdin.flush()
+        return self.lines.next(seconds)
+
+    def end(self):
+        """Ends in order, and returns the exit status."""
+        self.child.stdin.write(b"quit\n")
+        self.child.stdin.flush()
+        return self.child.wait(PATIENCE_SECONDS)
+
+    def guard(self):
+        """The process of its guard, or None."""
+        for process, parent, name in processes():
+            if parent == self.pid and name == "fenwhirl-guard":
+                return process
+        return None
+
+
+def lay_out_probe(folder):
+    """An installation whose application is the probe; the path of its executable."""
+    executable = pathlib.Path(folder) / "bin/Fenwhirl"
+    libraries = pathlib.Path(folder) / "lib/fenwhirl"
+    if not executable.exists():
+        executable.parent.mkdir(parents=True)
+        libraries.mkdir(parents=True)
+        shutil.copy(BUILD / "bin/Fenwhirl", executable)
+        shutil.copy(BUILD / "tests/libHelperProbe.so", libraries / "libFenwhirlApp.so")
+        shutil.copy(BUILD / "lib/fenwhirl/fenwhirl-guard", libraries)
+    return executable
+
+
+def processes():
+    """Every process: its number, its parent's, its name; without those that have ended."""
+    for entry in os.listdir("/proc"):
+        if not entry.isdigit():
+            continue
+        try:
+            with open(f"/proc/{entry}/stat", encoding="ascii", errors="replace") as file:
+                text = file.read()
+        except OSError:
+            continue
+        name, rest = text[text.index("(") + 1:text.rindex(")")], text[text.rindex(")") + 2:].split()
+        if rest[0] not in "ZX":
+            yield int(entry), int(rest[1]), name
+
+
+def is_running(process):
+    return any(number == process for number, _, _ in processes())

@@ -1,0 +1,227 @@
+"""What hands the fans back when the application cannot: the guard after a kill, the last act in a crash."""
+
+import os
+import random
+import resource
+import shutil
+import signal
+import subprocess
+import time
+import unittest
+
+from helper_stage import BUILD, HELPER, NOBODY, HelperTest, Probe, is_running, processes
+from stage import wait_until
+
+GONE_SECONDS = 10
+
+
+class GuardTest(HelperTest):
+    """A probe that has set both fans, of which `pinned` is to keep its speed."""
+
+    def setUp(self):
+        super().setUp()
+        self.probe = self.start_probe()
+
+    def start_probe(self, **options):
+        probe = Probe(NOBODY, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_CORE, (0, 0)), **options)
+        self.addCleanup(probe.__exit__)
+        return probe
+
+    def watch(self, fans="0 =1"):
+        self.assertEqual(self.probe.tell("watch"), "yes")
+        self.assertEqual(self.probe.tell(f"fans {fans}"), "yes")
+        for fan in "01":
+            self.assertEqual(self.probe.tell(f"run set {fan} 3000"), "yes")
+        self.seen = self.last_write()
+        return wait_until(self.probe.guard, "the guard runs")
+
+    def mode(self, fan):
+        state = self.mac.tell("state")[-1]
+        return state.split(f"fan{fan}=")[1].split()[0].rsplit("/", 1)[1]
+
+    def wait_for_hand_back(self, seconds):
+        begin = time.monotonic()
+        wait_until(lambda: self.mode(0) == "automatic", "the fan is handed back", seconds, 0.01)
+        return time.monotonic() - begin
+
+    def wait_until_gone(self, guard):
+        wait_until(lambda: not is_running(guard), "the guard ends", GONE_SECONDS)
+
+
+class AfterAKill(GuardTest):
+    def test_the_fans_are_handed_back_but_those_that_are_pinned(self):
+        guard = self.watch()
+        self.probe.stop(signal.SIGKILL)
+        self.wait_for_hand_back(2)
+        self.assertEqual(self.mode(1), "manual")
+        self.wait_until_gone(guard)
+        # At once, and once more for a command that was under way.
+        self.assertEqual(self.writes(), ["FS!=0002", "FS!=0002"])
+
+    def test_all_fans_are_handed_back_when_none_is_known(self):
+        self.watch("")
+        self.probe.stop(signal.SIGKILL)
+        self.wait_for_hand_back(2)
+        self.assertEqual(self.mode(1), "automatic")
+
+    def test_a_set_that_outlives_the_application_does_not_have_the_last_word(self):
+        guard = self.watch()
+        self.mac.tell("delay 150")
+        self.probe.tell("background set 0 3500")
+        wait_until(lambda: any(name == "FenwhirlHelper" for _, _, name in processes()), "the helper runs")
+        self.probe.stop(signal.SIGKILL)
+        self.wait_until_gone(guard)
+        self.assertEqual(self.mode(0), "automatic")
+
+    def check_that_nothing_is_run(self, replace):
+        guard = self.watch()
+        kept = str(HELPER) + ".kept"
+        os.rename(HELPER, kept)
+        replace(kept)
+        self.probe.stop(signal.SIGKILL)
+        self.wait_until_gone(guard)
+        self.assertEqual(self.writes(), [])
+
+    def test_nothing_is_run_without_a_helper(self):
+        self.check_that_nothing_is_run(lambda kept: None)
+
+    def test_nothing_is_run_by_a_link_to_a_helper(self):
+        self.check_that_nothing_is_run(lambda kept: os.symlink(kept, HELPER))
+
+    def test_nothing_is_run_by_a_helper_without_its_bit(self):
+        def without_the_bit(kept):
+            shutil.copyfile(kept, HELPER)
+            os.chmod(HELPER, 0o755)
+
+        self.check_that_nothing_is_run(without_the_bit)
+
+    def test_fifty_kills_at_random_moments(self):
+        chance = random.Random(20)
+        for _ in range(50):
+            guard = self.watch()
+            self.probe.tell(f"background set 0 {chance.randrange(2200, 5000)}")
+            time.sleep(chance.random() * 0.02)
+            self.probe.stop(signal.SIGKILL)
+            # The second run is what makes it final; here it is not waited for but replaced.
+            self.wait_for_hand_back(7)
+            os.kill(guard, signal.SIGKILL)
+            wait_until(lambda: not any(name == "FenwhirlHelper" for _, _, name in processes()), "helpers end")
+            self.assertEqual(self.helper("auto").returncode, 0)
+            self.probe = self.start_probe()
+
+
+class WhileTheApplicationLives(GuardTest):
+    def test_the_guard_is_small_and_keeps_to_itself(self):
+        guard = self.watch()
+        self.assertEqual(os.getpgid(guard), guard)
+        with open(f"/proc/{guard}/status", encoding="ascii") as file:
+            status = dict(line.split(":", 1) for line in file)
+        self.assertLess(int(status["VmRSS"].split()[0]), 2048)
+        self.assertEqual(status["Threads"].strip(), "1")
+        links = {name: os.readlink(f"/proc/{guard}/fd/{name}") for name in os.listdir(f"/proc/{guard}/fd")}
+        self.assertEqual(set(links), {"0", "1", "2"})
+        self.assertTrue(links["0"].startswith("pipe:"))
+        self.assertEqual((links["1"], links["2"]), ("/dev/null", "/dev/null"))
+        with open(f"/proc/{guard}/environ", "rb") as file:
+            self.assertEqual(file.read(), b"")
+
+    def test_the_guard_outlives_the_signals_of_a_session(self):
+        guard = self.watch()
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            os.kill(guard, number)
+        time.sleep(0.1)
+        self.assertTrue(is_running(guard))
+        self.probe.stop(signal.SIGKILL)
+        self.wait_for_hand_back(2)
+
+    def test_a_killed_guard_is_replaced_and_knows_everything(self):
+        guard = self.watch()
+        os.kill(guard, signal.SIGKILL)
+        wait_until(lambda: not is_running(guard), "the guard is gone")
+        self.assertEqual(self.probe.tell("fans 0 =1"), "yes")
+        self.assertEqual(self.probe.tell("alive"), "yes")
+        self.assertNotIn(wait_until(self.probe.guard, "there is a new guard"), (None, guard))
+        self.probe.stop(signal.SIGKILL)
+        self.wait_for_hand_back(2)
+        self.assertEqual(self.mode(1), "manual")
+
+    def test_no_child_holds_the_end_that_the_guard_listens_for(self):
+        guard = self.watch()
+        pipe = os.readlink(f"/proc/{guard}/fd/0")
+        self.mac.tell("delay 30")
+        self.probe.tell("background test")
+        helper = wait_until(lambda: next((number for number, _, name in processes() if name == "FenwhirlHelper"), None),
+                            "the helper runs")
+        holders = set()
+        for process, _, _ in processes():
+            try:
+                if any(os.readlink(f"/proc/{process}/fd/{name}") == pipe for name in os.listdir(f"/proc/{process}/fd")):
+                    holders.add(process)
+            except OSError:
+                continue
+        self.assertEqual(holders, {guard, self.probe.pid})
+        os.kill(helper, signal.SIGKILL)
+
+    def test_an_end_in_order_runs_nothing(self):
+        for _ in range(20):
+            guard = self.watch()
+            self.assertEqual(self.probe.tell("finish"), "yes")
+            self.assertEqual(self.probe.end(), 0)
+            self.wait_until_gone(guard)
+            self.assertEqual(self.writes(), [])
+            self.probe = self.start_probe()
+
+    def test_the_helper_has_no_guard(self):
+        self.mac.tell("delay 20")
+        child = self.start("set", "0", "3000")
+        self.assertFalse([name for _, parent, name in processes() if parent == child.pid])
+        self.assertEqual(child.wait(30), 0)
+
+
+class InACrash(GuardTest):
+    def check(self, how, number):
+        self.watch()
+        self.probe.child.stdin.write(f"crash {how}\n".encode())
+        self.probe.child.stdin.flush()
+        self.assertEqual(self.probe.child.wait(20), -number, how)
+        # By the time the process has died, not some time afterwards.
+        self.assertEqual(self.mode(0), "automatic", how)
+        self.assertEqual(self.mode(1), "manual", how)
+
+    def test_the_dying_process_hands_the_fans_back(self):
+        for how, number in (("write", signal.SIGSEGV), ("overflow", signal.SIGSEGV), ("thread", signal.SIGSEGV),
+                            ("abort", signal.SIGABRT)):
+            self.check(how, number)
+            self.probe = self.start_probe()
+
+    def test_ten_times_each(self):
+        for _ in range(10):
+            for how, number in (("write", signal.SIGSEGV), ("abort", signal.SIGABRT)):
+                self.check(how, number)
+                self.probe = self.start_probe()
+
+    def test_the_signal_from_outside_counts_too(self):
+        self.watch()
+        self.assertEqual(self.probe.stop(signal.SIGSEGV), -signal.SIGSEGV)
+        self.assertEqual(self.mode(0), "automatic")
+
+    def test_a_set_of_another_thread_is_waited_for(self):
+        self.watch()
+        self.mac.tell("delay 20")
+        self.probe.tell("background set 0 3500")
+        wait_until(lambda: any(name == "FenwhirlHelper" for _, _, name in processes()), "the helper runs")
+        self.assertEqual(self.probe.stop(signal.SIGABRT), -signal.SIGABRT)
+        self.assertEqual(self.mode(0), "automatic")
+
+
+class TheProgram(unittest.TestCase):
+    def test_needs_the_c_library_only(self):
+        listing = subprocess.run(["readelf", "-dW", BUILD / "lib/fenwhirl/fenwhirl-guard"], check=True, capture_output=True,
+                                 text=True).stdout
+        needed = [line[line.index("[") + 1:line.rindex("]")] for line in listing.splitlines() if "(NEEDED)" in line]
+        self.assertEqual(needed, ["libc.so.6"])
+        self.assertNotRegex(listing, "RPATH|RUNPATH")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,174 @@
+"""The helper when something breaks on its way: killed between two writes, system calls that fail, a controller that is
+silent, slow or gone, two helpers at once. Whatever happens, one more "auto" makes every fan automatic."""
+
+import os
+import re
+import signal
+import subprocess
+import time
+import unittest
+
+from helper_stage import STATUSES, HelperTest
+from stage import wait_until
+
+FAULTS = ("EIO", "ENOMEM", "EMFILE", "EINTR")
+
+
+class Faults(HelperTest):
+    def requests(self):
+        return int(re.search(r"requests=(\d+)", self.mac.tell("state")[-1]).group(1))
+
+    def cost(self, *arguments):
+        """How many requests a command makes when nothing goes wrong."""
+        before = self.requests()
+        self.assertEqual(self.helper(*arguments).returncode, 0)
+        return self.requests() - before
+
+    def assert_repairable(self, what):
+        self.mac.tell("answer")
+        self.assertEqual(self.helper("auto").returncode, 0, what)
+        self.assert_automatic()
+
+    def kill_at_each_request(self, *arguments, step=1):
+        self.helper("set", "0", "2400")
+        count = self.cost(*arguments)
+        self.assertGreater(count, 3)
+        for number in range(0, count, step):
+            self.assert_repairable(number)
+            self.helper("set", "0", "2400")
+            before = self.requests()
+            self.mac.tell(f"fault silence after {number} times 1")
+            child = self.start(*arguments)
+            self.mac.tell(f"await requests {before + number + 1} within 10")
+            child.send_signal(signal.SIGKILL)
+            self.assertEqual(child.wait(10), -signal.SIGKILL)
+            self.assert_repairable((arguments, number))
+
+
+class OnAnOlderMac(Faults):
+    def test_killed_at_any_request_of_set(self):
+        self.kill_at_each_request("set", "1", "3000")
+
+    def test_killed_at_any_request_of_auto(self):
+        self.kill_at_each_request("auto")
+
+    def test_killed_at_any_second_of_the_test(self):
+        children = []
+        for second in range(8):
+            child = self.start("test")
+            children.append(child)
+            time.sleep(0.1 + second * 0.05)
+            child.kill()
+            child.wait()
+            self.assert_repairable(second)
+
+    def test_each_system_call_of_set_may_fail(self):
+        self.torture("set", "0", "2400")
+
+    def test_each_system_call_of_auto_may_fail(self):
+        self.torture("auto")
+
+    def torture(self, *arguments):
+        plain = subprocess.run(["strace", "-u", "nobody", *self.command_line(*arguments)], capture_output=True, text=True,
+                               check=False)
+        self.assertEqual(plain.returncode, 0, plain.stderr)
+        names = re.findall(r"^([a-z_0-9]+)\(", plain.stderr, re.MULTILINE)
+        self.assertGreater(len(names), 50)
+        # With this call the loader lets go of its list of libraries; what comes before is its own affair, and it may end
+        # the process as it likes when it cannot do its part.
+        of_loader = names.index("munmap")
+        seen = {}
+        faults = []
+        for position, name in enumerate(names):
+            seen[name] = seen.get(name, 0) + 1
+            if name in ("execve", "exit_group", "brk"):
+                continue  # the kernel's brk has no error to return, so no made-up one either
+            for error in FAULTS:
+                run = subprocess.run(
+                    ["strace", "-u", "nobody", "-o", "/dev/null", "-e", f"inject={name}:error={error}:when={seen[name]}",
+                     *self.command_line(*arguments)],
+                    stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False)
+                # A process that can be watched is worth an abort.
+                expected = (run.returncode in STATUSES or (position <= of_loader)
+                            or (name == "prctl" and run.returncode == -signal.SIGABRT))
+                if not expected:
+                    faults.append((name, seen[name], error, run.returncode, run.stderr[-200:]))
+            self.assert_repairable((name, seen[name]))
+        self.assertEqual(faults, [])
+
+    def test_a_controller_that_falls_silent_fails_the_command(self):
+        self.mac.tell("silence")
+        begin = time.monotonic()
+        self.assertEqual(self.helper("set", "0", "2400").returncode, 1)
+        self.assertLess(time.monotonic() - begin, 31)
+        self.assert_repairable("silence")
+
+    def test_a_controller_that_hangs_up_fails_the_command(self):
+        count = self.cost("set", "0", "2400")
+        for number in range(count):
+            self.mac.tell(f"fault hangup after {number} times 1")
+            self.assertIn(self.helper("set", "0", "2400").returncode, (1, 2), number)
+            self.assert_repairable(number)
+
+    def test_answers_of_a_wrong_length_fail_the_command(self):
+        for length in (0, 1, 79, 80, 83, 85, 164):
+            self.mac.tell(f"fault length {length}")
+            self.assertEqual(self.helper("set", "0", "2400").returncode, 1, length)
+            self.assert_repairable(length)
+
+    def test_a_helper_lives_thirty_seconds_at_most(self):
+        self.mac.tell("delay 1900")
+        self.mac.tell("unlock never")
+        begin = time.monotonic()
+        child = self.start("auto")
+        status = child.wait(40)
+        lasted = time.monotonic() - begin
+        self.assertLess(lasted, 31.5)
+        if status != -signal.SIGALRM:  # it was done, or gave up, before that
+            self.assertLess(lasted, 30)
+        self.assert_repairable("alarm")
+
+    def test_two_at_once_are_set_right_by_the_next_pair(self):
+        for _ in range(40):
+            pair = [self.start("set", str(fan), "3000") for fan in (0, 1)]
+            self.assertEqual([child.wait(10) for child in pair], [0, 0])
+            # The mask is read and written back: the slower one may have lost the other's bit. The application sends
+            # both again soon.
+            for fan in (0, 1):
+                self.assertEqual(self.helper("set", str(fan), "3000").returncode, 0)
+            self.assertEqual(self.value("FS!"), 3.0)
+            self.helper("auto")
+        self.assert_automatic()
+
+
+class OnAMacThatMustBeUnlocked(Faults):
+    machine = "AppleSilicon"
+
+    def test_killed_at_any_request_of_set(self):
+        self.mac.tell("unlock 300")
+        self.kill_at_each_request("set", "1", "3000")
+
+    def test_killed_at_any_request_of_auto(self):
+        self.mac.tell("unlock 20")
+        self.kill_at_each_request("auto")
+
+    def test_set_waits_for_the_unlock(self):
+        self.mac.tell("unlock 700")
+        begin = time.monotonic()
+        self.assertEqual(self.helper("set", "0", "3000").returncode, 0)
+        self.assertGreater(time.monotonic() - begin, 0.6)
+        self.assertEqual(self.helper("auto").returncode, 0)
+        self.assert_automatic()
+
+    def test_an_unlock_that_is_never_honoured_fails_in_about_four_seconds(self):
+        self.mac.tell("unlock never")
+        begin = time.monotonic()
+        self.assertEqual(self.helper("set", "0", "3000").returncode, 1)
+        self.assertTrue(3.5 < time.monotonic() - begin < 8)
+        self.mac.tell("unlock 500")
+        self.assertEqual(self.helper("auto").returncode, 0)
+        self.assert_automatic()
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,232 @@
+"""Installing the helper for real: by root, into the required place, and an ordinary user driving fans through it."""
+
+import filecmp
+import os
+import pathlib
+import shutil
+import signal
+import stat
+import subprocess
+import unittest
+
+from helper_stage import BUILD, HELPER, NOBODY, OLDER_MAC, HelperTest, Probe, lay_out_probe, require_real_root
+from stage import SimulatedMac, wait_until
+
+
+def describe(path):
+    found = os.lstat(path)
+    return stat.filemode(found.st_mode), found.st_uid, found.st_gid
+
+
+class InstallTest(unittest.TestCase):
+    def setUp(self):
+        require_real_root()
+
+    def probe(self, user=0, **options):
+        probe = Probe(user, **options)
+        self.addCleanup(probe.__exit__)
+        return probe
+
+
+class AsRoot(InstallTest):
+    def test_the_helper_is_a_set_user_id_copy_of_the_program(self):
+        probe = self.probe()
+        self.assertEqual(probe.tell("installed"), "no")
+        self.assertEqual(probe.tell("version"), "absent")
+        self.assertEqual(probe.tell("install"), "yes")
+        self.assertEqual(describe(HELPER), ("-rwsr-xr-x", 0, 0))
+        self.assertTrue(filecmp.cmp(HELPER, probe.executable, shallow=False))
+        self.assertEqual(describe(HELPER.parent)[0], "drwxr-xr-x")
+        self.assertEqual(os.listdir(HELPER.parent), [HELPER.name])
+        self.assertEqual(probe.tell("installed"), "yes")
+        self.assertEqual(probe.tell("version"), "3")
+
+    def test_an_ordinary_user_drives_the_fans_through_it(self):
+        self.assertEqual(self.probe().tell("install"), "yes")
+        with SimulatedMac(BUILD, OLDER_MAC, "--speed", "0", "--heat", "20") as mac:
+            user = self.probe(NOBODY)
+            self.assertEqual(user.tell("version"), "3")
+            self.assertEqual(user.tell("run set 0 2400"), "yes")
+            self.assertEqual(user.tell("run set 0 nan"), "no")
+            log = [line for line in mac.tell("log") if line.startswith("write")]
+            self.assertEqual(len(log), 2)
+            for line in log:
+                self.assertIn("uid=0 ", line)
+            self.assertEqual(user.tell("run auto"), "yes")
+            mac.stop()
+
+    def test_a_newer_program_replaces_an_older_helper(self):
+        HELPER.parent.mkdir()
+        HELPER.write_text("#!/bin/sh\necho 2\n", encoding="ascii")
+        os.chmod(HELPER, 0o4755)
+        probe = self.probe()
+        self.assertEqual(probe.tell("version"), "2")
+        self.assertEqual(probe.tell("install"), "yes")
+        self.assertEqual(probe.tell("version"), "3")
+
+    def test_a_helper_at_work_is_left_as_it_is(self):
+        with SimulatedMac(BUILD, OLDER_MAC, "--speed", "0", "--heat", "20"):
+            probe = self.probe()
+            self.assertEqual(probe.tell("install"), "yes")
+            before = os.stat(HELPER)
+            self.assertEqual(probe.tell("background test"), "yes")
+            wait_until(lambda: subprocess.run(["pgrep", "-x", "FenwhirlHelper"], check=False,
+                                              capture_output=True).returncode == 0, "the helper runs")
+            self.assertEqual(probe.tell("install"), "no")
+            after = os.stat(HELPER)
+            self.assertEqual((before.st_mtime_ns, before.st_size, before.st_mode),
+                             (after.st_mtime_ns, after.st_size, after.st_mode))
+
+    def test_a_path_that_would_end_its_quotes_is_refused(self):
+        for folder in ("/run/o'brien", "/run/a'; touch pwned; '", "/run/a\"b", "/run/a\\b", "/run/a\nb"):
+            probe = self.probe(folder=folder)
+            self.assertEqual(probe.tell("install"), "no", folder)
+        self.assertFalse(HELPER.parent.exists())
+        self.assertFalse(os.path.exists("pwned"))
+
+    def test_a_path_with_other_oddities_is_not(self):
+        probe = self.probe(folder="/run/l’été $HOME `id` & co")
+        self.assertEqual(probe.tell("install"), "yes")
+        self.assertEqual(describe(HELPER), ("-rwsr-xr-x", 0, 0))
+
+    def test_a_folder_that_others_control_is_refused(self):
+        for mode, owner in ((0o777, 0), (0o775, 0), (0o755, NOBODY)):
+            HELPER.parent.mkdir(exist_ok=True)
+            os.chown(HELPER.parent, owner, 0)
+            os.chmod(HELPER.parent, mode)
+            self.assertEqual(self.probe().tell("install"), "no")
+            self.assertEqual(os.listdir(HELPER.parent), [])
+        HELPER.parent.rmdir()
+        os.symlink("/run", HELPER.parent)
+        self.assertEqual(self.probe().tell("install"), "no")
+        self.assertFalse(os.path.exists("/run/FenwhirlHelper"))
+
+    def test_nobody_can_exchange_the_file_between_the_steps(self):
+        os.makedirs("/run/shared")
+        os.chmod("/run/shared", 0o1777)
+        swapper = subprocess.Popen(
+            ["/usr/bin/python3", "-c",
+             "import os,sys\nhelper=sys.argv[1]; open('/run/shared/evil','w').close(); done=0\n"
+             "while True:\n"
+             " for attempt in (lambda: os.rename('/run/shared/evil', helper), lambda: os.symlink('/run/shared/evil', helper),\n"
+             "                 lambda: os.unlink(helper), lambda: open(helper, 'r+')):\n"
+             "  try: attempt(); print('exchanged', flush=True)\n"
+             "  except OSError: pass\n", str(HELPER)],
+            stdout=subprocess.PIPE, user=NOBODY, group=NOBODY, extra_groups=[], cwd="/")
+        self.addCleanup(swapper.stdout.close)
+        self.addCleanup(swapper.wait)
+        self.addCleanup(swapper.kill)
+        probe = self.probe()
+        for _ in range(100):
+            self.assertEqual(probe.tell("install"), "yes")
+            self.assertEqual(describe(HELPER), ("-rwsr-xr-x", 0, 0))
+            self.assertTrue(filecmp.cmp(HELPER, probe.executable, shallow=False))
+            HELPER.unlink()
+        swapper.kill()
+        self.assertEqual(swapper.stdout.read(), b"")
+
+    def test_a_full_disk_leaves_no_helper_with_the_bit(self):
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k,mode=0755", "tmpfs", "/Library"], check=True)
+        probe = self.probe()
+        self.assertEqual(probe.tell("install"), "no")
+        self.assertEqual(probe.tell("installed"), "no")
+        if HELPER.exists():
+            self.assertFalse(os.stat(HELPER).st_mode & stat.S_ISUID)
+
+    def test_an_update_that_breaks_off_is_seen_as_outdated(self):
+        size = (os.path.getsize(BUILD / "bin/Fenwhirl") + 200_000) // 1024
+        subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={size}k,mode=0755", "tmpfs", "/Library"], check=True)
+        probe = self.probe()
+        self.assertEqual(probe.tell("install"), "yes")
+        self.assertEqual(probe.tell("version"), "3")
+        larger = lay_out_probe("/run/larger")
+        content = larger.read_bytes()
+        larger.write_bytes(b"#!/bin/sh\nexit 1\n" + content + bytes(600_000))  # does not fit, and is no program
+        command = f"cp '{larger}' '{HELPER}'"
+        self.assertNotEqual(subprocess.run(["/bin/sh", "-c", command], check=False, capture_output=True).returncode, 0)
+        self.assertEqual(probe.tell("installed"), "yes")
+        self.assertNotEqual(probe.tell("version"), "3")
+
+    def test_the_removal_command_removes_it(self):
+        probe = self.probe()
+        self.assertEqual(probe.tell("install"), "yes")
+        self.assertEqual(subprocess.run(["/bin/sh", "-c", f"rm -f '{HELPER}'"], check=False).returncode, 0)
+        self.assertEqual(probe.tell("installed"), "no")
+        self.assertEqual(probe.tell("version"), "absent")
+
+
+class AsAnOrdinaryUser(InstallTest):
+    def offer_pkexec(self, body):
+        """Puts a program in the place of the one that asks for the password, in this private world only."""
+        for folder in ("/run/upper", "/run/work"):
+            os.makedirs(folder)
+        subprocess.run(["mount", "-t", "overlay", "overlay", "-o", "lowerdir=/usr/bin,upperdir=/run/upper,workdir=/run/work",
+                        "/usr/bin"], check=True)
+        with open("/usr/bin/pkexec", "w", encoding="ascii") as file:
+            file.write("#!/bin/sh\nfor word; do printf '<%s>' \"$word\"; done > /run/shared/asked\n" + body + "\n")
+        os.chmod("/usr/bin/pkexec", 0o755)
+        os.makedirs("/run/shared")
+        os.chmod("/run/shared", 0o777)
+
+    def test_the_system_is_asked_with_the_whole_command(self):
+        self.offer_pkexec("exit 0")
+        self.assertEqual(self.probe(NOBODY).tell("install"), "no")  # agreed to, but nothing was installed
+        self.assertEqual(
+            pathlib.Path("/run/shared/asked").read_text(encoding="ascii"),
+            f"</bin/sh><-c><mkdir -p /Library/PrivilegedHelperTools && cp '/run/probe/bin/Fenwhirl' '{HELPER}' && "
+            f"chown root:root '{HELPER}' && chmod 4755 '{HELPER}'>")
+
+    def test_a_cancelled_dialog_leaves_nothing_behind(self):
+        self.offer_pkexec("exit 126")
+        self.assertEqual(self.probe(NOBODY).tell("install"), "no")
+        self.assertFalse(HELPER.parent.exists())
+
+    def test_without_anybody_to_ask_the_installation_fails(self):
+        self.offer_pkexec("")
+        os.unlink("/usr/bin/pkexec")
+        self.assertEqual(self.probe(NOBODY).tell("install"), "no")
+        self.assertFalse(HELPER.parent.exists())
+
+
+class TheEntry(InstallTest):
+    def test_a_caller_that_ignores_the_end_of_children_does_no_harm(self):
+        self.assertEqual(self.probe().tell("install"), "yes")
+        probe = self.probe(NOBODY, restore_signals=False, preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
+        self.assertEqual(probe.tell("run version"), "yes")
+        self.assertEqual(probe.tell("run bogus"), "no")
+
+    def test_without_its_library_the_program_says_so_and_ends(self):
+        executable = lay_out_probe("/run/bare")
+        shutil.rmtree("/run/bare/lib")
+        result = subprocess.run([executable], capture_output=True, check=False)
+        self.assertEqual(result.returncode, 1)
+        self.assertRegex(result.stderr.decode(), r"\AFenwhirl : impossible de charger l'application \(.*"
+                                                 r"/run/bare/lib/fenwhirl/libFenwhirlApp\.so.*\)\.\n\Z")
+        self.assertEqual(result.stdout, b"")
+
+    def test_the_library_is_that_of_its_own_installation(self):
+        executable = lay_out_probe("/run/true")
+        os.symlink(executable, "/run/link")
+        os.makedirs("/run/lib/fenwhirl")
+        pathlib.Path("/run/lib/fenwhirl/libFenwhirlApp.so").write_bytes(b"no library")
+        for start, folder in (("/run/link", "/"), ("./Fenwhirl", "/run/true/bin"), ("bin/../bin/Fenwhirl", "/run/true")):
+            result = subprocess.run([start, "some", "words"], cwd=folder, input=b"quit\n", capture_output=True, check=False,
+                                    env={"LD_LIBRARY_PATH": "/run/lib/fenwhirl"})
+            self.assertEqual(result.returncode, 0, result.stderr)
+            self.assertRegex(result.stdout.decode(), r"\Aready \d+ 3\n\Z")
+
+    def test_a_library_without_the_entry_is_refused(self):
+        executable = lay_out_probe("/run/strange")
+        shutil.copy(BUILD / "lib/fenwhirl/fenwhirl-guard", "/run/strange/lib/fenwhirl/libFenwhirlApp.so")
+        result = subprocess.run([executable], capture_output=True, check=False)
+        self.assertEqual(result.returncode, 1)
+        self.assertTrue(result.stderr.decode().startswith("Fenwhirl : impossible de charger l'application ("))
+
+    def test_it_starts_with_the_standard_descriptors_closed(self):
+        executable = lay_out_probe("/run/closed")
+        result = subprocess.run([executable], check=False, preexec_fn=lambda: [os.close(number) for number in (0, 1, 2)])
+        self.assertEqual(result.returncode, 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
