@@ -18,5 +18,6 @@ public:
     Activity& operator=(const Activity&) = delete;
 
 private:
-    void* token_ = nullptr; // the system's, held until the end
+    [[maybe_unused]] void* token_ =
+        nullptr; // the system's, held until the end; none where there is nothing to hold
 };
