@@ -1,7 +1,5 @@
 #include "Fenwhirl/Localization/Localizer.h"
 
-#include <QByteArray>
-
 #include <array>
 #include <gtest/gtest.h>
 #include <set>
@@ -40,21 +38,6 @@ TEST_F(Localization, ResolvesToTheChosenLanguage) {
         }
     }
 }
-
-#ifdef Q_OS_LINUX
-TEST_F(Localization, SeesAChangeOfTheSystemsLanguagesAtTheNextLookup) {
-    const QByteArray before = qgetenv("LANGUAGE");
-    qputenv("LANGUAGE", "de_CH:fr_FR");
-    EXPECT_EQ(Localizer::resolved(), AppLanguage::de);
-    EXPECT_EQ(localized(u"Capteurs"), text("Sensoren"));
-    qputenv("LANGUAGE", "sr_RS@latin");
-    EXPECT_EQ(Localizer::resolved(), AppLanguage::srLatn);
-    EXPECT_EQ(localized(u"Capteurs"), text("Senzori"));
-    qputenv("LANGUAGE", "sr_RS");
-    EXPECT_EQ(localized(u"Capteurs"), text("Сензори"));
-    qputenv("LANGUAGE", before);
-}
-#endif
 
 TEST_F(Localization, TranslatesIntoEveryLanguage) {
     const std::array<std::pair<AppLanguage, const char*>, 8> quit = {{{AppLanguage::en, "Quit %@?"},
