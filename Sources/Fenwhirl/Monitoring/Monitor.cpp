@@ -131,10 +131,8 @@ QString Monitor::fanName(const FanState& fan) const {
 }
 
 void Monitor::Private::announceObligations() {
-    const HandBack current = handBack(helperInstalled, publishedFans());
-    if (services.handBackChanged && announcedHandBack != current) {
-        announcedHandBack = current;
-        services.handBackChanged(current);
+    if (services.announceHandBack) {
+        services.announceHandBack(handBack(helperInstalled, publishedFans()));
     }
     const bool actsInTime = saved.alertsEnabled || std::ranges::any_of(saved.settings, [](const auto& entry) {
                                 return entry.second.mode != FanModeKind::automatic;

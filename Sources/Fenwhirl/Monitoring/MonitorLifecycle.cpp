@@ -123,6 +123,9 @@ void Monitor::restoreAutomaticBlocking() {
     for (const auto& command : HandBackRule::commands(handBack)) {
         static_cast<void>(d.services.helper.run(command));
     }
+    if (d.services.handedBack) {
+        d.services.handedBack();
+    }
 }
 
 std::vector<int> Monitor::Private::publishedFans() const {

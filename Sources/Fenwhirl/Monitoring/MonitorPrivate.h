@@ -44,7 +44,7 @@ struct Monitor::Private {
     // Lets `change` edit the settings and saves them.
     void setSettings(const std::function<void(FanSettings&)>& change) FENWHIRL_REQUIRES(mainThread);
     void setActivePreset(std::optional<Preset> preset) FENWHIRL_REQUIRES(mainThread);
-    // After a change of the fans, the settings, the helper's presence or the alerts' switch.
+    // After a poll and after a change of the fans, the settings, the helper's presence or the alerts' switch.
     void announceObligations() FENWHIRL_REQUIRES(mainThread);
     [[nodiscard]] HandBack handBack(bool isHelperInstalled, std::span<const int> fansRead) const
         FENWHIRL_REQUIRES(mainThread);
@@ -78,7 +78,6 @@ struct Monitor::Private {
     std::uint64_t helperEra FENWHIRL_GUARDED_BY(mainThread) = 0;
     std::optional<std::int64_t> versionStamp FENWHIRL_GUARDED_BY(mainThread);
 
-    std::optional<HandBack> announcedHandBack FENWHIRL_GUARDED_BY(mainThread);
     std::optional<bool> announcedActsInTime FENWHIRL_GUARDED_BY(mainThread);
 
     QTimer timer FENWHIRL_GUARDED_BY(mainThread);

@@ -54,9 +54,11 @@ struct MonitorServices {
         std::function<bool(bool on)> setEnabled;
     } loginItem;
 
-    // Told what would have to be handed back if the application ended now: once by the monitor's constructor,
-    // then at each change. Main thread. May be left out.
-    std::function<void(const HandBack& handBack)> handBackChanged = {};
+    // Told what would have to be handed back if the application ended now: by the constructor, at each change
+    // and at each poll, whether it changed or not. Main thread. May be left out.
+    std::function<void(const HandBack& handBack)> announceHandBack = {};
+    // Told that the fans have been handed back for good. Main thread. May be left out.
+    std::function<void()> handedBack = {};
 
     // Told whether the program must act in time even while it shows no window, that is while a fan is not
     // left to macOS or heat alerts are on: once by the constructor, then at each change. Main thread. May be
