@@ -1,0 +1,61 @@
+#include "Fenwhirl/Application/RealServices.h"
+
+#include "Fenwhirl/HelperClient/EmergencyHandBack.h"
+#include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/Platform/Activity.h"
+#include "Fenwhirl/Platform/Clock.h"
+#include "Fenwhirl/Platform/FileStatus.h"
+#include "Fenwhirl/Platform/LoginItem.h"
+#include "Fenwhirl/Platform/Notifier.h"
+
+namespace {
+
+// One number for the moment at which the helper's file last changed.
+std::optional<std::int64_t> helperFileStamp() {
+    const auto status = fileStatus(std::string(HelperClient::helperPath));
+    if (!status) {
+        return std::nullopt;
+    }
+    constexpr std::uint64_t nanosecondsPerSecond = 1'000'000'000;
+    // Unsigned, because a hostile file may have any time and only equality matters.
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(status->modified.seconds) *
+                                         nanosecondsPerSecond +
+                                     static_cast<std::uint64_t>(status->modified.nanoseconds));
+}
+
+} // namespace
+
+RealServices::RealServices()
+    : preferences_(openUserPreferences())
+    , emergency_(EmergencyHandBack::forThisInstallation()) {}
+
+RealServices::~RealServices() = default;
+
+MonitorServices RealServices::monitorServices() {
+    return {
+        .openSMC = SMC::open,
+        .helper = {.isInstalled = HelperClient::isInstalled,
+                   .installedVersion = HelperClient::installedVersion,
+                   .run = HelperClient::run,
+                   .output = HelperClient::output,
+                   .runAsAdministrator = HelperClient::runAsAdministrator,
+                   .install = HelperClient::install,
+                   .fileStamp = helperFileStamp},
+        .now = continuousTime,
+        .preferences = preferences_.get(),
+        .notify = Notifier::send,
+        .loginItem = {.isEnabled = LoginItem::isEnabled, .setEnabled = LoginItem::setEnabled},
+        .announceHandBack =
+            [this](const HandBack& handBack) {
+                emergency_->update(handBack);
+                emergency_->keepAlive();
+            },
+        .handedBack = [this] { emergency_->finish(); },
+        .actsInTimeChanged =
+            [this](bool actsInTime) {
+                activity_ = actsInTime
+                                ? std::make_unique<Activity>(QStringLiteral("Fenwhirl controls the fans"))
+                                : nullptr;
+            },
+    };
+}
