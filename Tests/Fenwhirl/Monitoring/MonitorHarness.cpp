@@ -1,0 +1,153 @@
+#include "MonitorHarness.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+void FakeHelper::setVersion(std::optional<std::string> version) {
+    const std::lock_guard lock(mutex_);
+    version_ = std::move(version);
+}
+
+std::vector<FakeHelper::Arguments> FakeHelper::takeRuns() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(runs_, {});
+}
+
+std::vector<std::string> FakeHelper::takeAdministratorCommands() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(administratorCommands_, {});
+}
+
+MonitorServices::Helper FakeHelper::services() {
+    return {.isInstalled = [this] { return installed.load(); },
+            .installedVersion =
+                [this] {
+                    ++versionReads;
+                    if (onVersion) {
+                        onVersion();
+                    }
+                    const std::lock_guard lock(mutex_);
+                    return version_;
+                },
+            .run =
+                [this](const Arguments& arguments) {
+                    if (onRun) {
+                        onRun(arguments);
+                    }
+                    const std::lock_guard lock(mutex_);
+                    runs_.push_back(arguments);
+                    return succeeds.load();
+                },
+            .output =
+                [this](const Arguments& arguments) {
+                    const std::lock_guard lock(mutex_);
+                    runs_.push_back(arguments);
+                    return std::string("résultat");
+                },
+            .runAsAdministrator =
+                [this](const std::string& command) {
+                    const std::lock_guard lock(mutex_);
+                    administratorCommands_.push_back(command);
+                    installed = installed && !administratorAgrees;
+                    return administratorAgrees.load();
+                },
+            .install =
+                [this] {
+                    ++installs;
+                    if (onInstall) {
+                        onInstall();
+                    }
+                    installed = installSucceeds.load();
+                    return installSucceeds.load();
+                }};
+}
+
+MonitorHarness::MonitorHarness() {
+    smc.addOlderFans(2);
+    smc.setNumber("TC0P", "sp78", 50);
+}
+
+MonitorHarness::~MonitorHarness() {
+    destroyMonitor();
+}
+
+MonitorServices MonitorHarness::services() {
+    return {.openSMC =
+                [this] { return smcOpens ? std::make_unique<SMC>(smc.connect()) : std::unique_ptr<SMC>(); },
+            .helper = helper.services(),
+            .now = [this] { return std::chrono::duration<double>(seconds_); },
+            .preferences = &preferences,
+            .notify = [this](const QString& title,
+                             const QString& message) { notifications.emplace_back(title, message); },
+            .loginItem = {.isEnabled = [this] { return loginItemEnabled; },
+                          .setEnabled =
+                              [this](bool on) {
+                                  loginItemEnabled = loginItemWorks ? on : loginItemEnabled;
+                                  return loginItemWorks;
+                              }},
+            .announceHandBack = [this](const HandBack& handBack) { handBacks.push_back(handBack); },
+            .handedBack = [this] { ++timesHandedBack; },
+            .actsInTimeChanged = [this](bool acts) { actsInTime.push_back(acts); },
+            .runsOwnTimer = false};
+}
+
+void MonitorHarness::make() {
+    monitor_ = std::make_unique<Monitor>(services());
+}
+
+void MonitorHarness::start() {
+    make();
+    QSignalSpy polled(monitor_.get(), &Monitor::polled);
+    monitor_->start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 1; }));
+}
+
+void MonitorHarness::poll() {
+    QSignalSpy polled(monitor_.get(), &Monitor::polled);
+    monitor_->tick();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 1; }));
+}
+
+void MonitorHarness::pollAfter(double seconds) {
+    advance(seconds);
+    poll();
+}
+
+void MonitorHarness::advance(double seconds) {
+    seconds_ = seconds_ + seconds;
+}
+
+void MonitorHarness::setCelsius(double celsius) {
+    smc.setNumber("TC0P", "flt ", celsius);
+}
+
+void MonitorHarness::setFan(int index, double rpm) {
+    smc.setNumber("F" + std::to_string(index) + "Ac", "fpe2", rpm);
+}
+
+FanSetting MonitorHarness::constant(double rpm) const {
+    return {.mode = FanModeKind::constant, .constantRPM = rpm, .sensorKey = {}};
+}
+
+FanSetting MonitorHarness::curve(double startTemp, double maxTemp, std::string sensorKey) const {
+    return {.mode = FanModeKind::sensor,
+            .sensorKey = std::move(sensorKey),
+            .startTemp = startTemp,
+            .maxTemp = maxTemp};
+}
+
+bool MonitorHarness::waitUntil(const std::function<bool()>& condition) {
+    const QDeadlineTimer deadline(std::chrono::minutes(1));
+    while (!condition()) {
+        if (deadline.hasExpired()) {
+            return false;
+        }
+        // Returns as soon as something has happened; the limit only serves conditions that no event
+        // announces.
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+    }
+    return true;
+}

@@ -1,0 +1,102 @@
+// The real monitor with everything around it in the hands of the test.
+//
+// The controller is a table in memory, time stands still until the test moves it, preferences live in memory,
+// and the helper writes down its arguments and answers as it is told. Polls happen only when the test asks
+// for one, and `poll` returns when the result is published: nothing sleeps, nothing is left to chance.
+
+#pragma once
+
+#include "Fenwhirl/Monitoring/Monitor.h"
+#include "MemoryPreferences.h"
+#include "Support/ScriptedSMC.h"
+
+#include <QString>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+// A helper that drives nothing. Its answers may be changed at any time and from any thread.
+class FakeHelper {
+public:
+    using Arguments = std::vector<std::string>;
+
+    std::atomic<bool> installed = true;
+    std::atomic<bool> succeeds = true;
+    std::atomic<bool> installSucceeds = true;
+    std::atomic<bool> administratorAgrees = true;
+    std::atomic<int> versionReads = 0;
+    std::atomic<int> installs = 0;
+
+    // Called inside each run, before it is answered, on the thread that runs the helper.
+    std::function<void(const Arguments&)> onRun;
+    std::function<void()> onVersion;
+    std::function<void()> onInstall;
+
+    void setVersion(std::optional<std::string> version);
+    // What was run since the last call, in order.
+    [[nodiscard]] std::vector<Arguments> takeRuns();
+
+    void forgetRuns() { static_cast<void>(takeRuns()); }
+
+    [[nodiscard]] std::vector<std::string> takeAdministratorCommands();
+
+    [[nodiscard]] MonitorServices::Helper services();
+
+private:
+    std::mutex mutex_;
+    std::vector<Arguments> runs_;
+    std::vector<std::string> administratorCommands_;
+    std::optional<std::string> version_ = "3";
+};
+
+class MonitorHarness {
+public:
+    ScriptedSMC smc;
+    bool smcOpens = true;
+    FakeHelper helper;
+    MemoryPreferences preferences;
+    std::vector<std::pair<QString, QString>> notifications;
+    std::vector<HandBack> handBacks; // as announced
+    int timesHandedBack = 0;
+    std::vector<bool> actsInTime;
+    bool loginItemEnabled = false;
+    bool loginItemWorks = true;
+
+    // Two fans of 1200 to 6000 rpm and a processor sensor at 50 °C.
+    MonitorHarness();
+    ~MonitorHarness();
+
+    // Makes the monitor; `start` also lets it open the controller and publish its first poll.
+    void make();
+    void start();
+    // One poll, from the tick to the published result.
+    void poll();
+    // Seconds pass, then a poll.
+    void pollAfter(double seconds);
+    void advance(double seconds);
+
+    void setCelsius(double celsius); // of the processor sensor
+    void setFan(int index, double rpm);
+    [[nodiscard]] FanSetting constant(double rpm) const;
+    [[nodiscard]] FanSetting curve(double startTemp, double maxTemp, std::string sensorKey = {}) const;
+
+    [[nodiscard]] Monitor& monitor() { return *monitor_; }
+
+    void destroyMonitor() { monitor_.reset(); }
+
+    [[nodiscard]] MonitorServices services();
+
+    // Lets the event loop run until the condition holds; false after a minute.
+    [[nodiscard]] static bool waitUntil(const std::function<bool()>& condition);
+
+private:
+    std::atomic<double> seconds_ = 1000;
+    std::unique_ptr<Monitor> monitor_;
+};

@@ -1,0 +1,423 @@
+#include "Fenwhirl/Localization/Localizer.h"
+#include "MonitorHarness.h"
+
+#include <QSignalSpy>
+
+#include <future>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace {
+
+using Runs = std::vector<FakeHelper::Arguments>;
+
+class MonitorPolling : public testing::Test, protected MonitorHarness {};
+
+} // namespace
+
+TEST_F(MonitorPolling, PublishesWhatTheMachineReports) {
+    smc.setNumber("TG0P", "sp78", 44);
+    start();
+    ASSERT_EQ(monitor().fans().size(), 2);
+    EXPECT_EQ(monitor().fans()[1], (FanState{1, 2000, 1200, 6000, smc.number("F1Tg")}));
+    EXPECT_EQ(monitor().sensors(),
+              (QList<SensorState>{{QStringLiteral("TC0P"), 50}, {QStringLiteral("TG0P"), 44}}));
+    EXPECT_EQ(monitor().primaryCelsius(), 50);
+    EXPECT_EQ(monitor().history(), QList<double>{50});
+    EXPECT_TRUE(monitor().smcAvailable());
+    EXPECT_FALSE(monitor().needsHelper());
+    EXPECT_TRUE(monitor().controlError().isEmpty());
+    EXPECT_EQ(monitor().averageRPM(), 2000);
+    EXPECT_EQ(monitor().status(), HealthStatus::normal);
+    EXPECT_EQ(monitor().featured().size(), 2);
+    EXPECT_EQ(helper.takeRuns(), Runs());
+}
+
+TEST_F(MonitorPolling, WithoutAControllerThereIsNoPolling) {
+    smcOpens = false;
+    make();
+    QSignalSpy changed(&monitor(), &Monitor::smcAvailableChanged);
+    QSignalSpy polled(&monitor(), &Monitor::polled);
+    monitor().start();
+    ASSERT_TRUE(waitUntil([&] { return changed.count() == 1; }));
+    EXPECT_FALSE(monitor().smcAvailable());
+    monitor().tick();
+    monitor().restoreAutomaticBlocking(); // lets the queue run dry
+    EXPECT_EQ(polled.count(), 0);
+    EXPECT_EQ(monitor().menuText(), QStringLiteral("Fenwhirl"));
+}
+
+TEST_F(MonitorPolling, PollsByItselfWithItsOwnTimer) {
+    MonitorServices own = services();
+    own.runsOwnTimer = true;
+    Monitor timed(own);
+    QSignalSpy polled(&timed, &Monitor::polled);
+    timed.start();
+    EXPECT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+}
+
+TEST_F(MonitorPolling, PublishesInTheOrderThatViewsRelyOn) {
+    make();
+    QStringList order;
+    const auto note = [&](const char* name) {
+        return [&order, name] { order += QString::fromLatin1(name); };
+    };
+    Monitor& m = monitor();
+    helper.succeeds = false;
+    m.setSetting(0, constant(3000));
+    QObject::connect(&m, &Monitor::fansChanged, &m, note("fans"));
+    QObject::connect(&m, &Monitor::sensorsChanged, &m, note("sensors"));
+    QObject::connect(&m, &Monitor::primaryCelsiusChanged, &m, note("primary"));
+    QObject::connect(&m, &Monitor::needsHelperChanged, &m, note("needsHelper"));
+    QObject::connect(&m, &Monitor::controlErrorChanged, &m, note("error"));
+    QObject::connect(&m, &Monitor::historyChanged, &m, note("history"));
+    QObject::connect(&m, &Monitor::polled, &m, note("polled"));
+    QSignalSpy polled(&m, &Monitor::polled);
+    m.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
+    EXPECT_EQ(order.join(u' '), QStringLiteral("fans sensors primary needsHelper error history polled"));
+}
+
+TEST_F(MonitorPolling, OnlyChangesAreAnnounced) {
+    start();
+    QSignalSpy fans(&monitor(), &Monitor::fansChanged);
+    QSignalSpy sensors(&monitor(), &Monitor::sensorsChanged);
+    QSignalSpy primary(&monitor(), &Monitor::primaryCelsiusChanged);
+    QSignalSpy helperInstalled(&monitor(), &Monitor::helperInstalledChanged);
+    QSignalSpy needsHelper(&monitor(), &Monitor::needsHelperChanged);
+    poll();
+    EXPECT_EQ(
+        fans.count() + sensors.count() + primary.count() + helperInstalled.count() + needsHelper.count(), 0);
+    setFan(0, 2100);
+    poll();
+    EXPECT_EQ(fans.count(), 1);
+    EXPECT_EQ(sensors.count(), 0);
+    setCelsius(51);
+    poll();
+    EXPECT_EQ(sensors.count(), 1);
+    EXPECT_EQ(primary.count(), 1);
+}
+
+TEST_F(MonitorPolling, HistoryKeepsTheLastThreeHundredTemperatures) {
+    start();
+    for (int i = 1; i < 305; ++i) {
+        setCelsius(20 + i * 0.125);
+        poll();
+    }
+    ASSERT_EQ(monitor().history().size(), 300);
+    EXPECT_EQ(monitor().history().first(), 20 + 5 * 0.125);
+    EXPECT_EQ(monitor().history().last(), 20 + 304 * 0.125);
+}
+
+TEST_F(MonitorPolling, HistoryHasNoEntryForAPollWithoutTemperature) {
+    start();
+    smc.remove("TC0P");
+    poll();
+    EXPECT_EQ(monitor().history(), QList<double>{50});
+    EXPECT_EQ(monitor().primaryCelsius(), std::nullopt);
+}
+
+TEST_F(MonitorPolling, ManualTargetIsSentAtTheFirstPollThatWantsIt) {
+    preferences.setData(
+        QStringLiteral("settings"),
+        R"({"0":{"mode":"constant","constantRPM":3000,"sensorKey":"","startTemp":50,"maxTemp":90}})");
+    start();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "3000"}}));
+    EXPECT_TRUE(monitor().needsHelper());
+}
+
+TEST_F(MonitorPolling, UnchangedTargetIsSentAgainAfterTenSeconds) {
+    start();
+    monitor().setSetting(0, constant(3000));
+    poll();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "3000"}}));
+    pollAfter(10);
+    EXPECT_EQ(helper.takeRuns(), Runs());
+    pollAfter(0.5);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "3000"}}));
+}
+
+TEST_F(MonitorPolling, SmallChangesWaitTenSecondsAndLargeOnesDoNot) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    poll();
+    monitor().setSetting(0, constant(2080));
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
+    pollAfter(8.5);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2080"}}));
+    monitor().setSetting(0, constant(2180));
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2180"}}));
+}
+
+TEST_F(MonitorPolling, FanSetBackToAutomaticIsHandedBackOnce) {
+    start();
+    monitor().setSetting(1, constant(2000));
+    poll();
+    monitor().setSetting(1, FanSetting());
+    pollAfter(2);
+    pollAfter(2);
+    pollAfter(20);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "1", "2000"}, {"auto", "1"}}));
+    EXPECT_FALSE(monitor().needsHelper());
+}
+
+TEST_F(MonitorPolling, HeatProtectionGoesThroughItsWholeCourse) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    poll();
+    helper.forgetRuns();
+    setCelsius(90);
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "6000"}, {"set", "1", "6000"}}));
+    setCelsius(86);
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), Runs()); // stays at its maximum, sent a moment ago
+    EXPECT_TRUE(monitor().needsHelper());
+    setCelsius(84.9);
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}, {"auto", "1"}}));
+    setCelsius(92);
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}}));
+    setCelsius(91.5);
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "6000"}, {"set", "1", "6000"}}));
+}
+
+TEST_F(MonitorPolling, WithoutTemperatureManualControlIsSuspendedAndSaysSo) {
+    Localizer::setLanguage(AppLanguage::fr);
+    preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
+    start();
+    monitor().setSetting(0, constant(2000));
+    poll();
+    helper.forgetRuns();
+    smc.remove("TC0P");
+    pollAfter(2);
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}}));
+    EXPECT_FALSE(monitor().needsHelper());
+    EXPECT_EQ(
+        monitor().controlError(),
+        QStringLiteral("Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité."));
+    setCelsius(50);
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
+}
+
+TEST_F(MonitorPolling, WithoutTemperatureAutomaticFansCauseNoMessage) {
+    start();
+    smc.remove("TC0P");
+    poll();
+    EXPECT_TRUE(monitor().controlError().isEmpty());
+}
+
+TEST_F(MonitorPolling, RefusedChangeIsShownAndNotRepeatedBeforeItsTime) {
+    preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
+    start();
+    helper.succeeds = false;
+    monitor().setSetting(0, constant(2000));
+    poll();
+    EXPECT_EQ(monitor().controlError(),
+              QStringLiteral("Ce Mac n'a pas accepté le changement de vitesse du ventilateur."));
+    pollAfter(2);
+    EXPECT_EQ(helper.takeRuns().size(), 1U);
+    pollAfter(8.5);
+    EXPECT_EQ(helper.takeRuns().size(), 1U);
+}
+
+TEST_F(MonitorPolling, GoodPollDoesNotClearAnEarlierMessage) {
+    start();
+    helper.succeeds = false;
+    monitor().setSetting(0, constant(2000));
+    poll();
+    helper.succeeds = true;
+    pollAfter(11);
+    EXPECT_FALSE(monitor().controlError().isEmpty());
+    QSignalSpy changed(&monitor(), &Monitor::controlErrorChanged);
+    monitor().dismissControlError();
+    EXPECT_TRUE(monitor().controlError().isEmpty());
+    EXPECT_EQ(changed.count(), 1);
+}
+
+TEST_F(MonitorPolling, FailedHandBackCountsAsSentEvenInAnEmergency) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    poll();
+    helper.forgetRuns();
+    helper.succeeds = false;
+    setCelsius(95);
+    for (int i = 0; i < 10; ++i) {
+        pollAfter(2);
+    }
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}}));
+}
+
+TEST_F(MonitorPolling, FreshStartSendsNothingToAutomaticFans) {
+    smc.setNumber("FS! ", "ui16", 3); // left manual by an earlier process
+    start();
+    pollAfter(20);
+    EXPECT_EQ(helper.takeRuns(), Runs());
+}
+
+TEST_F(MonitorPolling, DeadControllerStaysDeadAndNothingIsSent) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    poll();
+    helper.forgetRuns();
+    smc.diesAtRequest = 0;
+    pollAfter(20);
+    pollAfter(20);
+    EXPECT_TRUE(monitor().fans().isEmpty());
+    EXPECT_EQ(helper.takeRuns(), Runs());
+    monitor().restoreAutomaticBlocking(); // works all the same: each helper opens its own connection
+    EXPECT_EQ(helper.takeRuns(), Runs()); // fan 0 is constant: it keeps its speed
+}
+
+TEST_F(MonitorPolling, FanThatCannotBeReadIsSkipped) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    poll();
+    helper.forgetRuns();
+    smc.remove("F0Ac");
+    pollAfter(20);
+    EXPECT_EQ(helper.takeRuns(), Runs());
+    ASSERT_EQ(monitor().fans().size(), 1);
+    EXPECT_EQ(monitor().fans()[0].id, 1);
+}
+
+TEST_F(MonitorPolling, WithoutTheHelperNothingIsSentButAskedFor) {
+    helper.installed = false;
+    start();
+    EXPECT_FALSE(monitor().helperInstalled());
+    monitor().setSetting(0, constant(2000));
+    poll();
+    EXPECT_EQ(helper.takeRuns(), Runs());
+    EXPECT_TRUE(monitor().needsHelper());
+    helper.installed = true;
+    poll();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
+    EXPECT_TRUE(monitor().helperInstalled());
+}
+
+TEST_F(MonitorPolling, HelperOfAnotherVersionIsOutdated) {
+    helper.setVersion("2");
+    start();
+    EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
+    helper.setVersion("3");
+    monitor().tick();
+    EXPECT_TRUE(waitUntil([&] { return !monitor().helperOutdated(); }));
+    for (const auto& version :
+         {std::optional<std::string>(""), std::optional<std::string>("4"), std::optional<std::string>()}) {
+        helper.setVersion(version);
+        monitor().tick();
+        EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
+        helper.setVersion("3");
+        monitor().tick();
+        EXPECT_TRUE(waitUntil([&] { return !monitor().helperOutdated(); }));
+    }
+    helper.setVersion("2");
+    monitor().tick();
+    EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
+    helper.installed = false;
+    monitor().tick();
+    EXPECT_FALSE(monitor().helperOutdated()); // at once: nothing has to be asked for that
+}
+
+TEST_F(MonitorPolling, HangingVersionHoldsUpNeitherWindowNorReadings) {
+    std::promise<void> release;
+    helper.onVersion = [&, released = release.get_future().share()] { released.wait(); };
+    start(); // publishes its poll although the version never comes
+    setFan(0, 2500);
+    poll();
+    EXPECT_EQ(monitor().fans()[0].rpm, 2500);
+    EXPECT_EQ(helper.versionReads, 1);
+    helper.setVersion("2");
+    release.set_value();
+    EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
+}
+
+TEST_F(MonitorPolling, VersionIsAskedForOnceWhileTheFileStaysTheSame) {
+    MonitorServices stamped = services();
+    std::int64_t stamp = 7;
+    stamped.helper.fileStamp = [&] { return std::optional(stamp); };
+    Monitor m(stamped);
+    QSignalSpy polled(&m, &Monitor::polled);
+    QSignalSpy outdated(&m, &Monitor::helperOutdatedChanged);
+    helper.setVersion("2");
+    m.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1 && outdated.count() == 1; }));
+    m.tick();
+    m.tick();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 3; }));
+    EXPECT_EQ(helper.versionReads, 1);
+    helper.setVersion("3");
+    stamp = 8;
+    m.tick();
+    EXPECT_TRUE(waitUntil([&] { return outdated.count() == 2; }));
+    EXPECT_EQ(helper.versionReads, 2);
+    EXPECT_FALSE(m.helperOutdated());
+}
+
+TEST_F(MonitorPolling, PollsNeverOverlap) {
+    std::atomic<int> inside = 0;
+    std::atomic<bool> overlapped = false;
+    helper.onRun = [&](const auto&) {
+        overlapped = overlapped || inside.fetch_add(1) != 0;
+        std::this_thread::yield();
+        inside.fetch_sub(1);
+    };
+    start();
+    monitor().setSetting(0, constant(2000));
+    QSignalSpy polled(&monitor(), &Monitor::polled);
+    for (int i = 0; i < 200; ++i) {
+        monitor().setSetting(0, constant(2000 + 200.0 * (i % 2)));
+        monitor().tick();
+    }
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 200; }));
+    EXPECT_FALSE(overlapped);
+    EXPECT_EQ(helper.takeRuns().size(), 200U);
+}
+
+TEST_F(MonitorPolling, BacklogOfAnHourDrainsInOrder) {
+    start();
+    std::promise<void> release;
+    helper.onRun = [&, released = release.get_future().share()](const auto&) { released.wait(); };
+    QSignalSpy polled(&monitor(), &Monitor::polled);
+    monitor().setSetting(0, constant(2000));
+    for (int i = 0; i < 1800; ++i) {
+        monitor().tick();
+    }
+    EXPECT_EQ(polled.count(), 0);
+    release.set_value();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1800; }));
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
+    EXPECT_EQ(monitor().history().size(), 300);
+}
+
+TEST_F(MonitorPolling, WakingFromSleepSendsAgainInTheFirstPoll) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    poll();
+    helper.forgetRuns();
+    pollAfter(3600); // the clock counts the sleep
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
+}
+
+TEST_F(MonitorPolling, IsSharedWhileItLives) {
+    EXPECT_EQ(Monitor::shared(), nullptr);
+    make();
+    EXPECT_EQ(Monitor::shared(), &monitor());
+    destroyMonitor();
+    EXPECT_EQ(Monitor::shared(), nullptr);
+}
+
+TEST_F(MonitorPolling, MayBeDestroyedWithPollsUnderWay) {
+    for (int i = 0; i < 50; ++i) {
+        start();
+        monitor().tick();
+        monitor().tick();
+        destroyMonitor();
+    }
+}

@@ -1,0 +1,189 @@
+#include "MonitorHarness.h"
+
+#include <QSignalSpy>
+
+#include <algorithm>
+#include <atomic>
+#include <future>
+#include <gtest/gtest.h>
+#include <map>
+#include <random>
+
+namespace {
+
+using Runs = std::vector<FakeHelper::Arguments>;
+using Scope = HandBack::Scope;
+
+class MonitorQuit : public testing::Test, protected MonitorHarness {};
+
+// The state that fans 0 and 1 end in after these runs, "auto" or a speed.
+std::map<std::string, std::string> endState(const Runs& runs) {
+    std::map<std::string, std::string> state = {{"0", "auto"}, {"1", "auto"}};
+    for (const auto& run : runs) {
+        if (run.at(0) == "set") {
+            state[run.at(1)] = run.at(2);
+        } else if (run.size() == 2) {
+            state[run.at(1)] = "auto";
+        } else {
+            state = {{"0", "auto"}, {"1", "auto"}};
+        }
+    }
+    return state;
+}
+
+} // namespace
+
+TEST_F(MonitorQuit, HandsBackEveryFanButTheConstantOnes) {
+    start();
+    monitor().setSetting(0, curve(40, 80));
+    monitor().setSetting(1, constant(3000));
+    poll();
+    helper.forgetRuns();
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}}));
+    EXPECT_EQ(timesHandedBack, 1);
+}
+
+TEST_F(MonitorQuit, AutomaticFansAreHandedBackToo) {
+    start();
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}}));
+}
+
+TEST_F(MonitorQuit, WithoutFansAndSettingsAllAreHandedBackAtOnce) {
+    make();
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto"}}));
+}
+
+TEST_F(MonitorQuit, OnlyConstantFansMeansNothingToHandBack) {
+    preferences.setData(
+        QStringLiteral("settings"),
+        R"({"5":{"mode":"constant","constantRPM":1,"sensorKey":"","startTemp":1,"maxTemp":2}})");
+    make();
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), Runs());
+}
+
+TEST_F(MonitorQuit, WithoutTheHelperNothingIsRun) {
+    start();
+    helper.installed = false;
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), Runs());
+}
+
+TEST_F(MonitorQuit, FansThatVanishedAreHandedBackWhenTheyHaveASetting) {
+    start();
+    monitor().setSetting(0, curve(40, 80));
+    poll();
+    smc.remove("F0Ac");
+    smc.remove("F1Ac");
+    poll();
+    helper.forgetRuns();
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}}));
+}
+
+TEST_F(MonitorQuit, HappensOnceHoweverManyWaysLeadToIt) {
+    start();
+    monitor().restoreAutomaticBlocking();
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns().size(), 2U);
+    EXPECT_EQ(timesHandedBack, 1);
+}
+
+TEST_F(MonitorQuit, LaterPollsDoNothing) {
+    start();
+    monitor().setSetting(0, constant(3000));
+    monitor().restoreAutomaticBlocking();
+    helper.forgetRuns();
+    QSignalSpy polled(&monitor(), &Monitor::polled);
+    monitor().tick();
+    destroyMonitor(); // waits for the queue
+    EXPECT_EQ(polled.count(), 0);
+    EXPECT_EQ(helper.takeRuns(), Runs());
+}
+
+TEST_F(MonitorQuit, RunningPollEndsFirstAndStartsNoFurtherHelper) {
+    start();
+    monitor().setSetting(0, curve(40, 80));
+    monitor().setSetting(1, curve(40, 80));
+    std::promise<void> running;
+    std::promise<void> release;
+    helper.onRun = [&, released = release.get_future().share(), first = true](const auto& arguments) mutable {
+        if (arguments.at(0) == "set" && std::exchange(first, false)) {
+            running.set_value();
+            released.wait();
+        }
+    };
+    monitor().tick();
+    monitor().tick();
+    running.get_future().wait();
+    auto releaseLater = std::async(std::launch::async, [&] { release.set_value(); });
+    monitor().restoreAutomaticBlocking();
+    const Runs runs = helper.takeRuns();
+    EXPECT_LE(std::ranges::count(runs, "set", [](const auto& run) { return run.at(0); }), 2);
+    EXPECT_EQ(endState(runs), endState({}));
+    ASSERT_GE(runs.size(), 2U);
+    EXPECT_EQ(Runs(runs.end() - 2, runs.end()), (Runs{{"auto", "0"}, {"auto", "1"}}));
+}
+
+TEST_F(MonitorQuit, FansOfAPollThatIsNotPublishedYetAreHandedBack) {
+    preferences.setData(
+        QStringLiteral("settings"),
+        R"({"0":{"mode":"constant","constantRPM":2000,"sensorKey":"","startTemp":1,"maxTemp":2}})");
+    setCelsius(91); // the protection drives both fans in the first poll
+    make();
+    std::atomic<bool> driven = false;
+    std::promise<void> release;
+    helper.onRun = [&, released = release.get_future().share()](const auto&) {
+        if (!driven.exchange(true)) {
+            released.wait();
+        }
+    };
+    monitor().start();
+    ASSERT_TRUE(waitUntil([&] { return driven.load(); }));
+    ASSERT_TRUE(monitor().fans().isEmpty());
+    auto releaseLater = std::async(std::launch::async, [&] { release.set_value(); });
+    monitor().restoreAutomaticBlocking();
+    const Runs runs = helper.takeRuns();
+    EXPECT_EQ(runs.back(), (FakeHelper::Arguments{"auto", "1"}));
+}
+
+TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
+    std::mt19937 generator(3);
+    for (int round = 0; round < 500; ++round) {
+        start();
+        monitor().setSetting(0, curve(40, 80));
+        monitor().setSetting(1, constant(3000));
+        for (auto ticks = generator() % 4; ticks > 0; --ticks) {
+            advance(11);
+            monitor().tick();
+        }
+        if (generator() % 2 == 0) {
+            poll();
+        }
+        monitor().restoreAutomaticBlocking();
+        const auto state = endState(helper.takeRuns());
+        ASSERT_EQ(state.at("0"), "auto");
+        destroyMonitor();
+    }
+}
+
+TEST_F(MonitorQuit, AnnouncesWhatWouldHaveToBeHandedBack) {
+    make();
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::allFans, {}}));
+    destroyMonitor();
+    start();
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::indices, {0, 1}}));
+    monitor().setSetting(1, constant(3000));
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::indices, {0}}));
+    monitor().setSetting(7, curve(40, 80));
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::indices, {0, 7}}));
+    helper.installed = false;
+    poll();
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::nothing, {}}));
+    const auto count = handBacks.size();
+    poll();
+    EXPECT_EQ(handBacks.size(), count + 1); // at each poll
+}
