@@ -29,8 +29,8 @@ constexpr std::array<NamedPowers, 13> knownPowers{{
 }};
 
 // Temperature differences at full power, in kelvin, that size the conductances.
-constexpr double dieAboveSink = 30;
-constexpr double sinkAboveRoomFullFlow = 48;
+constexpr double dieAboveSink = 28;
+constexpr double sinkAboveRoomFullFlow = 44;
 constexpr double fanlessSinkAboveRoom = 42;
 
 // Half a minute for the heat sink, a minute and a half for the board, four minutes for the enclosure.

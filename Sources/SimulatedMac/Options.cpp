@@ -31,8 +31,8 @@ your own, without root or beside another one, give it a private /run:
   unshare -rm sh -c 'mount -t tmpfs tmpfs /run && exec simulated-mac'
 
 Commands are read from standard input, one a line. The last line of every answer begins with
-"ok" or "error:". Numbers in KEY's place do not exist: keys are named as the SMC names them,
-missing trailing blanks are added ("FS!"). Commands:
+"ok" or "error:". Keys are named as the SMC names them; missing trailing blanks are added, so
+that "FS!" will do. Commands:
 
 )";
 

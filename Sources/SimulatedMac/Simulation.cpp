@@ -62,8 +62,8 @@ std::unique_ptr<Simulation> Simulation::make(const Options& options, std::string
     return simulation->prepare(error) ? std::move(simulation) : nullptr;
 }
 
-Simulation::Simulation(const Options& options, const MachineTable& table)
-    : options_(options)
+Simulation::Simulation(Options options, const MachineTable& table)
+    : options_(std::move(options))
     , mac_(table, present()) {}
 
 bool Simulation::prepare(std::string& error) {

@@ -34,7 +34,7 @@ public:
     [[nodiscard]] int run();
 
 private:
-    Simulation(const Options& options, const MachineTable& table);
+    Simulation(Options options, const MachineTable& table);
 
     [[nodiscard]] bool prepare(std::string& error);
     [[nodiscard]] bool watch(int file, std::uint64_t tag);

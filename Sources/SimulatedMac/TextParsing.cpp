@@ -4,10 +4,10 @@
 
 #include <array>
 #include <charconv>
+#include <clocale>
 #include <cmath>
 #include <cstdio>
-#include <locale.h>
-#include <stdlib.h>
+#include <cstdlib>
 
 namespace simulated {
 

@@ -200,6 +200,25 @@ TEST(SensorModel, DieSensorsFollowAtOnceCaseSensorsLater) {
     }
 }
 
+TEST(SensorModel, ASensorRecordedCoolerThanItsPartFollowsMoreWeakly) {
+    const Machine machine("MacBookPro11,4");
+    ThermalState warmer = machine.model.reference;
+    for (double& celsius : warmer.celsius) {
+        celsius += 20;
+    }
+    std::size_t cooler = 0;
+    for (const Sensor& sensor : machine.model.sensors) {
+        const double change =
+            sensorCelsius(sensor, machine.model.reference, warmer, 0) - sensor.recordedCelsius;
+        EXPECT_GT(change, 4) << fourCCText(sensor.code);
+        if (sensor.recordedCelsius < at(machine.model.reference.celsius, sensor.node) - 5) {
+            EXPECT_LT(change, 17) << fourCCText(sensor.code);
+            ++cooler;
+        }
+    }
+    EXPECT_GT(cooler, 0U);
+}
+
 TEST(SensorModel, AFanAtRestShowsZero) {
     EXPECT_EQ(shownRPM(0, 3, 10), 0);
     EXPECT_NEAR(shownRPM(0, 3000, 10), 3000, 5);

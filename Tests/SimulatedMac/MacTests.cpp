@@ -191,6 +191,14 @@ TEST(Mac, EveryWriteIsLoggedWithItsFate) {
     EXPECT_EQ(entries[2].peer.user, 1000U);
 }
 
+TEST(Mac, WhatLiesBeforeAWriteHappensUnderTheOldSettings) {
+    MacHarness harness;
+    harness.pass(0.05); // too short for reads to look again
+    (void)harness.write(fourCC("FS! "), "0001");
+    EXPECT_NEAR(harness.mac.writes().entries().back().simulatedSeconds, 0.05, 1e-9);
+    EXPECT_NEAR(harness.mac.state().seconds, 0.05, 1e-9);
+}
+
 TEST(Mac, TheLogDropsItsOldestEntriesWhenItIsFull) {
     WriteLog log;
     EXPECT_EQ(log.after(0), log.entries().end());
