@@ -40,7 +40,7 @@ class Scene:
             self.screen = stage.Interface()
             for button in ("Suivant", "Suivant", "Commencer"):
                 self.screen.press(button, "push button")
-            self.screen.wait_for("Tableau de bord", "page tab")
+            self.screen.wait_for("Tableau de bord", "push button")
         except BaseException:
             self.stack.close()
             raise
@@ -56,7 +56,7 @@ class Scene:
         self.screen.press(title, "menu item")
 
     def open_page(self, title):
-        self.screen.press(title, "page tab")
+        self.screen.press(title, "push button")
 
     # --- What the person sees ---
 

@@ -26,14 +26,14 @@ class StageError(Exception):
 
 
 def wait_until(question, what, seconds=PATIENCE_SECONDS, interval_seconds=0.05):
-    """Asks until the answer is true, and returns it."""
+    """Asks until the answer is true, and returns it. `what` is said when it never is: a text, or what makes it then."""
     end = time.monotonic() + seconds
     while True:
         answer = question()
         if answer:
             return answer
         if time.monotonic() > end:
-            raise StageError(f"waited {seconds:g} s in vain: {what}")
+            raise StageError(f"waited {seconds:g} s in vain: {what() if callable(what) else what}")
         time.sleep(interval_seconds)
 
 
@@ -153,6 +153,15 @@ class SimulatedMac(Process):
             answer.append(line)
 
 
+    def __exit__(self, *details):
+        # It may belong to root while we have given up our rights: then only its own command ends it.
+        if self.running():
+            with contextlib.suppress(OSError, StageError):
+                self.tell("quit")
+            self.child.wait(PATIENCE_SECONDS)
+        super().__exit__(*details)
+
+
 class Interface:
     """What assistive technology sees of the running application."""
 
@@ -160,7 +169,9 @@ class Interface:
         import gi
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi
+        from gi.repository import GLib
         self.atspi = Atspi
+        self.error = GLib.Error
         self.application = application
 
     def root(self):
@@ -185,12 +196,16 @@ class Interface:
                 yield node
                 waiting[:0] = [child for child in
                                (node.get_child_at_index(index) for index in range(node.get_child_count())) if child]
-            except self.atspi.Error if hasattr(self.atspi, "Error") else Exception:
+            except self.error:
                 continue  # it went away while we were looking
 
     def texts(self):
         """The names of everything on the screen, in the order of the tree."""
         return [name for name in (node.get_name() for node in self.nodes()) if name]
+
+    def outline(self):
+        """Roles and names, for messages."""
+        return [f"{node.get_role_name()} {node.get_name()!r}" for node in self.nodes() if node.get_name()]
 
     def find(self, name, role=None):
         """The node of that name (a text, or a question about a text) and role name ("push button"), or None."""
@@ -201,7 +216,8 @@ class Interface:
         return None
 
     def wait_for(self, name, role=None, seconds=PATIENCE_SECONDS):
-        return wait_until(lambda: self.find(name, role), f"{name!r} on the screen; there is {self.texts()}", seconds)
+        return wait_until(lambda: self.find(name, role), lambda: f"{name!r} on the screen; there is {self.outline()}",
+                          seconds)
 
     def wait_until_gone(self, name, role=None, seconds=PATIENCE_SECONDS):
         wait_until(lambda: not self.find(name, role), f"{name!r} leaves the screen", seconds)
@@ -221,8 +237,8 @@ class Application(Process):
     """The built program in its window."""
 
     def __init__(self, build, *arguments, environment=None, scale=None):
-        self.preferences = None
-        settings = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", **(environment or {})}
+        settings = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+                    "LANGUAGE": "fr", **(environment or {})}
         if scale:
             settings["QT_SCALE_FACTOR"] = str(scale)
         super().__init__([build / "bin/Fenwhirl", *arguments], env=settings)

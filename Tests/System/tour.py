@@ -80,7 +80,7 @@ class Tour:
         self.screen.wait_for("Tout est prêt")
         self.picture("onboarding-2")
         self.screen.press("Commencer", "push button")
-        self.screen.wait_for("Tableau de bord", "page tab")
+        self.screen.wait_for("Tableau de bord", "push button")
         stage.wait_until(lambda: self.temperature() is not None, "a temperature on the dashboard")
         self.picture("dashboard")
         self.line("the dashboard: every fan automatic")

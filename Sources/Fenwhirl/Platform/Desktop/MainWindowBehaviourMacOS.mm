@@ -1,0 +1,53 @@
+#include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
+
+#include <QWindow>
+
+#import <AppKit/AppKit.h>
+
+namespace {
+
+NSWindow* nativeWindow(QWindow& window) {
+    NSView* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
+    return view.window;
+}
+
+// Since macOS 14 coming forward is a wish, made by `activate`; before, the other call was the way.
+void activateApplication() {
+    if (@available(macOS 14.0, *))
+        [NSApp activate];
+    [NSApp activateIgnoringOtherApps:YES];
+}
+
+} // namespace
+
+namespace MainWindowBehaviour {
+
+void configure(QWindow& window) {
+    NSWindow* native = nativeWindow(window);
+    native.styleMask |= NSWindowStyleMaskFullSizeContentView;
+    native.titlebarAppearsTransparent = YES;
+    native.titleVisibility = NSWindowTitleHidden;
+    native.movableByWindowBackground = YES;
+}
+
+void setRegular() {
+    if (NSApp.activationPolicy == NSApplicationActivationPolicyRegular)
+        return;
+    [NSApp setActivationPolicy:NSApplicationActivationPolicyRegular];
+    activateApplication();
+}
+
+void setAccessory() {
+    [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
+}
+
+void bringToFront(QWindow& window, const QString& /*token*/) {
+    window.show();
+    NSWindow* native = nativeWindow(window);
+    if (native.miniaturized)
+        [native deminiaturize:nil];
+    [native makeKeyAndOrderFront:nil];
+    activateApplication();
+}
+
+} // namespace MainWindowBehaviour
