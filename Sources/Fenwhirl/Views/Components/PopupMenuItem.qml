@@ -12,6 +12,7 @@ T.ItemDelegate {
     Accessible.checkable: true
     Accessible.checked: checked
     Accessible.name: text
+    Accessible.onPressAction: root.clicked()
     Accessible.role: Accessible.MenuItem
     focusPolicy: Qt.NoFocus
     hoverEnabled: true

@@ -12,6 +12,8 @@ T.AbstractButton {
     property real ringRadius: 9
 
     Accessible.name: text
+    // Without it assistive technology is offered the action, and pressing does nothing.
+    Accessible.onPressAction: root.clicked()
     focusPolicy: Qt.TabFocus
     hoverEnabled: true
     opacity: enabled ? 1 : 0.4

@@ -15,6 +15,7 @@ T.AbstractButton {
     Accessible.checkable: true
     Accessible.checked: selected
     Accessible.name: text
+    Accessible.onPressAction: root.clicked()
     Accessible.role: Accessible.RadioButton
     focusPolicy: Qt.NoFocus
     hoverEnabled: true
