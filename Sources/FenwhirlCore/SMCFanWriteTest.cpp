@@ -39,8 +39,8 @@ std::string SMC::fanWriteTest(unsigned effectiveUserId) {
 
     // A count that can no longer be read must not leave the fans that were there under manual control.
     const std::int64_t count = std::max<std::int64_t>(usableFanCount().value_or(0), fans.back().index + 1);
-    bool isAutomatic = true;
-    for (std::int64_t index = 0; index < count; ++index)
+    bool isAutomatic = !transport_->isDead();
+    for (std::int64_t index = 0; index < count && !transport_->isDead(); ++index)
         isAutomatic = handBack(index, Unusable::carryOn) && isAutomatic;
     transport_->wait(std::chrono::seconds(2));
     text.append("\nRetour en automatique : ").append(isAutomatic ? "oui" : "non");

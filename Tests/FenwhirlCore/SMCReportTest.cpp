@@ -206,6 +206,20 @@ TEST_F(FanWriteTest, HandsBackTheFansItReadWhenTheCountVanishes) {
     EXPECT_EQ(controller.number("F1Md"), 0);
 }
 
+TEST_F(FanWriteTest, OfADeadControllerTriesNoFourThousandMillionFans) {
+    controller.addOlderFans(1);
+    controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
+        if (request.data8 == SMCCommand::writeKey && request.key == SMC::fourCC("F0Tg"))
+            controller.set("FNum", "ui32", {0xFF, 0xFF, 0xFF, 0xFF});
+        if (request.data8 == SMCCommand::readKey && request.key == SMC::fourCC("FNum") &&
+            !controller.writes.empty())
+            controller.diesAtRequest = controller.requests.size();
+        return std::nullopt;
+    };
+    EXPECT_NE(smc.fanWriteTest(0).find("Retour en automatique : non"), std::string::npos);
+    EXPECT_LT(controller.requests.size(), 100U);
+}
+
 TEST_F(FanWriteTest, OfAControllerThatDiesAtAnyRequestEndsInWords) {
     ScriptedSMC whole;
     whole.addUnlockableFans(2);
