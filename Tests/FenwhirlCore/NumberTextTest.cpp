@@ -57,7 +57,7 @@ TEST(TwoDecimals, AgreeWithTheCLibraryForRandomBitPatterns) {
     for (int round = 0; round < 20000; ++round) {
         const std::uint64_t bits = random();
         const auto wide = std::bit_cast<double>(bits);
-        const double single = std::bit_cast<float>(static_cast<std::uint32_t>(bits));
+        const auto single = static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
         const double ordinary = std::ldexp(static_cast<double>(bits >> 11U), -40 - round % 40);
         for (const double value : {wide, single, ordinary, -ordinary}) {
             if (std::isnan(value))
