@@ -3,7 +3,6 @@
 #include <charconv>
 #include <clocale>
 #include <cstdlib>
-#include <locale.h>
 #include <system_error>
 #if __has_include(<xlocale.h>) // where strtod_l lives outside glibc
 #    include <xlocale.h>

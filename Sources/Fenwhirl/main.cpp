@@ -36,11 +36,11 @@ int runApplication(int argc, char** argv) {
     // of children would make every helper run look failed.
     if (!HelperProcess::occupyStandardDescriptors())
         return EXIT_FAILURE;
-    std::signal(SIGCHLD, SIG_DFL);
+    (void)std::signal(SIGCHLD, SIG_DFL);
     const ApplicationMain application = loadApplication();
     if (application == nullptr) {
         const char* const reason = dlerror();
-        std::fprintf(stderr, "Fenwhirl : impossible de charger l'application (%s).\n",
+        (void)std::fprintf(stderr, "Fenwhirl : impossible de charger l'application (%s).\n",
                      reason != nullptr ? reason : "programme introuvable");
         return EXIT_FAILURE;
     }

@@ -55,7 +55,7 @@ bool watch() {
             }
             lines[reading][length] = '\0';
             if (isTooLong)
-                std::strcpy(lines[reading], GuardRecord::allFans);
+                std::memcpy(lines[reading], GuardRecord::allFans, sizeof GuardRecord::allFans);
             complete = reading;
             reading = 1 - reading;
             length = 0;
@@ -89,7 +89,7 @@ void carryOut() {
         return;
     // A copy, because the words are cut apart and needed twice.
     static char line[sizeof lines[0]];
-    std::strcpy(line, lines[complete]);
+    std::memcpy(line, lines[complete], sizeof line);
     if (std::strcmp(line, GuardRecord::allFans) == 0) {
         handBack(nullptr);
         return;
@@ -114,7 +114,7 @@ int main() {
     // What ends a session or a terminal's program must not end the one that cleans up behind it.
     const int ignored[] = {SIGTERM, SIGINT, SIGHUP};
     for (const int signal : ignored)
-        std::signal(signal, SIG_IGN);
+        (void)std::signal(signal, SIG_IGN);
     // The pipe has told all it will; whatever is on 0 later must not be it.
     const bool isOrderly = watch();
     if (isOrderly)

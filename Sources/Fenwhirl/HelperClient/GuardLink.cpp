@@ -70,7 +70,7 @@ std::string GuardLink::record(const HandBack& handBack) {
 }
 
 void GuardLink::start() {
-    std::signal(SIGPIPE, SIG_IGN);
+    (void)std::signal(SIGPIPE, SIG_IGN);
     guard_.reset();
     pipe_.close();
     auto pipe = Pipe::make();

@@ -75,7 +75,7 @@ void dieOf(int signal) {
     sigemptyset(&unblocked);
     sigaddset(&unblocked, signal);
     pthread_sigmask(SIG_UNBLOCK, &unblocked, nullptr);
-    raise(signal);
+    (void)raise(signal);
     _exit(128 + signal);
 }
 
