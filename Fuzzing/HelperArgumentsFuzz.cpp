@@ -5,8 +5,8 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <regex>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -31,15 +31,77 @@ std::optional<std::int64_t> indexByHand(std::string_view text) {
     return static_cast<std::int64_t>(isNegative ? 0 - exact : exact);
 }
 
+// Takes what is expected from the front of a text.
+class Reader {
+public:
+    explicit Reader(std::string_view text) : rest_(text) {}
+
+    [[nodiscard]] bool isAtEnd() const { return rest_.empty(); }
+
+    // A word of lower-case letters, in whatever case.
+    bool take(std::string_view word) {
+        if (rest_.size() < word.size())
+            return false;
+        for (std::size_t i = 0; i < word.size(); ++i)
+            if (lowered(rest_[i]) != word[i])
+                return false;
+        rest_.remove_prefix(word.size());
+        return true;
+    }
+
+    // As many of these characters as there are.
+    std::size_t takeAll(std::string_view characters) {
+        std::size_t count = 0;
+        while (count < rest_.size() && characters.find(lowered(rest_[count])) != std::string_view::npos)
+            ++count;
+        rest_.remove_prefix(count);
+        return count;
+    }
+
+private:
+    static char lowered(char character) {
+        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+    }
+
+    std::string_view rest_;
+};
+
+constexpr std::string_view decimal = "0123456789";
+constexpr std::string_view hexadecimal = "0123456789abcdef";
+
+bool isDigitsAndExponent(Reader reader, std::string_view digits, std::string_view exponent) {
+    std::size_t count = reader.takeAll(digits);
+    if (reader.take("."))
+        count += reader.takeAll(digits);
+    if (count == 0)
+        return false;
+    if (reader.take(exponent)) {
+        if (!reader.take("+"))
+            reader.take("-");
+        if (reader.takeAll(decimal) == 0)
+            return false;
+    }
+    return reader.isAtEnd();
+}
+
 // What the C locale's strtod calls a number, spelled out.
-bool isNumber(const std::string& text) {
-    static const std::regex number("[+-]?("
-                                   "([0-9]+\\.?[0-9]*|\\.[0-9]+)(e[+-]?[0-9]+)?|"
-                                   "0x([0-9a-f]+\\.?[0-9a-f]*|\\.[0-9a-f]+)(p[+-]?[0-9]+)?|"
-                                   "inf(inity)?|nan(\\([0-9a-z_]*\\))?"
-                                   ")",
-                                   std::regex::ECMAScript | std::regex::icase | std::regex::optimize);
-    return std::regex_match(text, number);
+bool isNumber(std::string_view text) {
+    Reader reader(text);
+    if (!reader.take("+"))
+        reader.take("-");
+    if (Reader word = reader; word.take("inf")) {
+        word.take("inity");
+        return word.isAtEnd();
+    }
+    if (Reader word = reader; word.take("nan")) {
+        if (word.isAtEnd())
+            return true;
+        return word.take("(") && (word.takeAll("0123456789abcdefghijklmnopqrstuvwxyz_"), word.take(")")) &&
+               word.isAtEnd();
+    }
+    if (Reader digits = reader; digits.take("0x"))
+        return isDigitsAndExponent(digits, hexadecimal, "p");
+    return isDigitsAndExponent(reader, decimal, "e");
 }
 
 bool isSame(double one, double other) {

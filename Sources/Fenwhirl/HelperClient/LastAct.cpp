@@ -22,6 +22,13 @@ constexpr std::array fatalSignals = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
 // A "set" that another thread has just started may try for 4.2 s on a locked controller.
 constexpr auto patienceWithOthers = std::chrono::milliseconds(5000);
 
+#ifdef FENWHIRL_SANITIZED
+// A sanitizer's vfork believes that it is called on the thread's own stack.
+constexpr int stackOfHandler = 0;
+#else
+constexpr int stackOfHandler = SA_ONSTACK;
+#endif
+
 // The argument lists of some helper runs, ready for exec.
 class PreparedRuns {
 public:
@@ -101,7 +108,7 @@ void install() {
     for (const int signal : fatalSignals)
         sigaddset(&action.sa_mask, signal);
     action.sa_handler = fenwhirlActAndDie;
-    action.sa_flags = SA_ONSTACK;
+    action.sa_flags = stackOfHandler;
     for (const int signal : fatalSignals)
         sigaction(signal, &action, nullptr);
 }
