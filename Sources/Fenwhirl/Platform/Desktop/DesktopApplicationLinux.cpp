@@ -1,0 +1,50 @@
+#include "Fenwhirl/Platform/Desktop/DesktopApplication.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFont>
+#include <QFontDatabase>
+#include <QQuickWindow>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+// A render node that this user may open means a graphics processor with a driver of its own.
+bool hasGraphicsProcessor() {
+    const QDir devices(QStringLiteral("/dev/dri"));
+    for (const QString& node : devices.entryList({QStringLiteral("renderD*")}, QDir::System)) {
+        const int file = open(devices.filePath(node).toLocal8Bit().constData(), O_RDWR | O_CLOEXEC);
+        if (file < 0)
+            continue;
+        close(file);
+        return true;
+    }
+    return false;
+}
+
+void setInterfaceFont() {
+    const QString inter = QStringLiteral("Inter");
+    QFont font = QGuiApplication::font();
+    if (QFontDatabase::hasFamily(inter))
+        font.setFamily(inter);
+    // Grey edges without hinting: coloured fringes and uneven spacing do not suit text beside drawn symbols.
+    font.setStyleStrategy(
+        static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+    font.setHintingPreference(QFont::PreferNoHinting);
+    QGuiApplication::setFont(font);
+}
+
+} // namespace
+
+std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) {
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsProcessor())
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.fenwhirl.app"));
+    // The classic tray exists for widgets only; nothing else of theirs is used.
+    auto application = std::make_unique<QApplication>(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    setInterfaceFont();
+    return application;
+}

@@ -1,0 +1,37 @@
+// Lets one user run the program once: two of them would drive the same fans against each other.
+//
+// The first start holds a lock for the life of the process. A later start finds it held, asks the first one
+// to show itself, and is expected to end. The lock is released by the kernel however the process ends.
+//
+// On Linux the request travels over the session bus (org.freedesktop.Application.Activate on
+// com.fenwhirl.app), and where there is no bus through a named pipe beside the lock, in the user's runtime
+// folder. On macOS the system itself keeps applications single and reports a second start as "reopen".
+//
+// Threads: main thread only, after the application object exists.
+
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+class SingleInstance : public QObject {
+    Q_OBJECT
+
+public:
+    [[nodiscard]] static std::unique_ptr<SingleInstance> create();
+
+    // Whether this process is the first; asked once, before anything else is set up. A system that cannot
+    // tell (no place for a lock, no bus) counts as first.
+    [[nodiscard]] virtual bool becomeFirst() = 0;
+    // Asks the first process to show its window; waits a few seconds at most.
+    virtual void raiseFirst() = 0;
+
+Q_SIGNALS:
+    // Another start wants this process to show itself. `token` is the desktop's permission to take the focus,
+    // empty where there is none.
+    void raiseRequested(const QString& token);
+
+protected:
+    using QObject::QObject;
+};

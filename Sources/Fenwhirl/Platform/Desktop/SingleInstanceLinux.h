@@ -1,0 +1,50 @@
+// The lock, the bus name and the named pipe behind SingleInstance on Linux. Tests make it with a folder of
+// their own.
+
+#pragma once
+
+#include "Fenwhirl/Platform/Desktop/SingleInstance.h"
+
+#include <QByteArray>
+#include <QDBusConnection>
+#include <QString>
+#include <QVariantMap>
+
+class SingleInstanceLinux : public SingleInstance {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    // `folder` belongs to this user alone; empty means that there is none and only the bus decides.
+    SingleInstanceLinux(QString folder, const QDBusConnection& bus);
+    ~SingleInstanceLinux() override;
+
+    SingleInstanceLinux(const SingleInstanceLinux&) = delete;
+    SingleInstanceLinux& operator=(const SingleInstanceLinux&) = delete;
+
+    [[nodiscard]] bool becomeFirst() override;
+    void raiseFirst() override;
+
+public Q_SLOTS:
+    // The bus interface.
+    Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
+
+private:
+    [[nodiscard]] bool lock();
+    void listen();
+    [[nodiscard]] bool raiseOverBus();
+    void raiseOverPipe() const;
+    void openPipe();
+    void heard();
+    [[nodiscard]] QByteArray pipePath() const;
+
+    QString folder_;
+    QDBusConnection bus_;
+    bool isFirst_ = false;
+    int lockFile_ = -1;
+    int pipe_ = -1;
+};
+
+// $XDG_RUNTIME_DIR, else a folder under /tmp with the user's number in its name; empty when neither belongs
+// to this user alone.
+[[nodiscard]] QString privateRuntimeFolder();

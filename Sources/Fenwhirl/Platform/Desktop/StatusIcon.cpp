@@ -1,0 +1,89 @@
+#include "Fenwhirl/Platform/Desktop/StatusIcon.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// Shares of the icon's height: a symbol of 16 in a canvas of 22, text of 13 after a gap of 4.
+constexpr double symbolShare = 16.0 / 22.0;
+constexpr double textShare = 13.0 / 22.0;
+constexpr double gapShare = 4.0 / 22.0;
+constexpr int edgeAlpha = 115; // of 255
+
+QFont textFont(double pixels) {
+    QFont font;
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
+    font.setWeight(QFont::DemiBold);
+    return font;
+}
+
+QImage transparentImage(int width, int height) {
+    QImage image(width, height, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+void drawText(QPainter& painter, const QFont& font, const QString& text, QPointF baseline) {
+    QPainterPath path;
+    path.addText(baseline, font, text);
+    painter.fillPath(path, painter.pen().color());
+}
+
+// The drawing once per direction in the edge's colour, then in its own on top.
+template <typename Draw>
+QImage edged(int width, int height, bool onDark, const Draw& draw) {
+    QColor edge = onDark ? QColor(Qt::black) : QColor(Qt::white);
+    edge.setAlpha(edgeAlpha);
+    const QColor ink = onDark ? QColor(Qt::white) : QColor(0x22, 0x22, 0x22);
+    const double step = std::max(1.0, height / 22.0) * 0.5;
+
+    QImage image = transparentImage(width, height);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const QPointF offset : {QPointF(-step, 0), QPointF(step, 0), QPointF(0, -step), QPointF(0, step)}) {
+        painter.save();
+        painter.translate(offset);
+        draw(painter, edge);
+        painter.restore();
+    }
+    draw(painter, ink);
+    return image;
+}
+
+} // namespace
+
+QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark) {
+    const double symbolSide = height * symbolShare;
+    const double margin = (height - symbolSide) / 2;
+    const QFont font = textFont(height * textShare);
+    const QFontMetricsF metrics(font);
+    const double gap = height * gapShare;
+    const double textWidth = text.isEmpty() ? 0 : gap + metrics.horizontalAdvance(text);
+    const int width = static_cast<int>(std::ceil(height + textWidth));
+    return edged(width, height, onDark, [&](QPainter& painter, const QColor& color) {
+        symbol(painter, QRectF(margin, margin, symbolSide, symbolSide), color);
+        painter.setPen(color);
+        const double baseline = (height + metrics.capHeight()) / 2;
+        drawText(painter, font, text, QPointF(margin + symbolSide + gap, baseline));
+    });
+}
+
+QImage squareStatusIcon(const SymbolPainter& symbol, const QString& text, int side, bool onDark) {
+    if (text.isEmpty())
+        return statusIcon(symbol, text, side, onDark);
+    const QFont font = textFont(side * 0.5);
+    const QFontMetricsF metrics(font);
+    const double symbolSide = side * 0.52;
+    return edged(side, side, onDark, [&](QPainter& painter, const QColor& color) {
+        symbol(painter, QRectF((side - symbolSide) / 2, 0, symbolSide, symbolSide), color);
+        painter.setPen(color);
+        drawText(painter, font, text,
+                 QPointF((side - metrics.horizontalAdvance(text)) / 2, side - side / 22.0));
+    });
+}

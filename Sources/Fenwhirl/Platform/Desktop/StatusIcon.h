@@ -1,0 +1,27 @@
+// Draws the status item's icon: the symbol, with the temperature beside it where there is one.
+//
+// One colour with a thin edge of its opposite, so that it can be seen on a bar of any brightness: a
+// notification area does not tell its colour.
+//
+// Threads: main thread only (text needs the font database).
+
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QRectF>
+#include <QString>
+
+#include <functional>
+
+class QPainter;
+
+// Draws the program's symbol into a square.
+using SymbolPainter = std::function<void(QPainter&, const QRectF& bounds, const QColor& color)>;
+
+// `height` in pixels; as wide as symbol and text need, square without a text.
+[[nodiscard]] QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark);
+
+// The same inside a square, for trays that know nothing else: the symbol above, the text below.
+[[nodiscard]] QImage squareStatusIcon(const SymbolPainter& symbol, const QString& text, int side,
+                                      bool onDark);

@@ -1,0 +1,104 @@
+#include "Fenwhirl/Platform/Desktop/StatusItemLinux.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QIcon>
+#include <QPixmap>
+#include <QScreen>
+
+#include <utility>
+
+namespace {
+
+// Points of the virtual desktop from pixels of the screen, which is what hosts know.
+QPoint pointOfPixel(QPoint pixel) {
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        const double ratio = screen->devicePixelRatio();
+        const QRect points = screen->geometry();
+        const QRect pixels(points.topLeft(), points.size() * ratio);
+        if (pixels.contains(pixel))
+            return points.topLeft() + (QPointF(pixel - points.topLeft()) / ratio).toPoint();
+    }
+    return pixel;
+}
+
+} // namespace
+
+std::unique_ptr<StatusItem> StatusItem::create(SymbolPainter symbol) {
+    return std::make_unique<StatusItemLinux>(std::move(symbol), QDBusConnection::sessionBus(),
+                                             SystemAppearance::create());
+}
+
+StatusItemLinux::StatusItemLinux(SymbolPainter symbol, const QDBusConnection& bus,
+                                 std::unique_ptr<SystemAppearance> appearance)
+    : symbol_(std::move(symbol))
+    , bus_(bus)
+    , host_(bus)
+    , appearance_(std::move(appearance)) {
+    connect(&host_, &StatusNotifierHost::availableChanged, this, &StatusItemLinux::place);
+    connect(appearance_.get(), &SystemAppearance::changed, this, &StatusItemLinux::updateContent);
+}
+
+void StatusItemLinux::place() {
+    if (host_.isAvailable())
+        showNotifierItem();
+    else
+        showClassicIcon();
+    updateContent();
+    Q_EMIT placedChanged();
+}
+
+void StatusItemLinux::showNotifierItem() {
+    if (classic_)
+        classic_->hide();
+    item_ = std::make_unique<StatusNotifierItem>(bus_);
+    connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel) {
+        // Hosts that do not know the place send zeros; the pointer was on the item a moment ago.
+        const QPoint place = pixel.isNull() ? QCursor::pos() : pointOfPixel(pixel);
+        Q_EMIT activated(QRect(place, QSize(0, 0)));
+    });
+    updateContent(); // before the announcement: the host reads everything at once
+    item_->announce();
+}
+
+void StatusItemLinux::showClassicIcon() {
+    item_.reset();
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
+        return; // the classic tray needs widgets
+    if (!classic_) {
+        classic_ = std::make_unique<QSystemTrayIcon>();
+        connect(classic_.get(), &QSystemTrayIcon::activated, this, [this] {
+            const QRect place = classic_->geometry();
+            Q_EMIT activated(place.isEmpty() ? QRect(QCursor::pos(), QSize(0, 0)) : place);
+        });
+    }
+    updateContent();
+    classic_->show(); // appears by itself when a tray comes later
+}
+
+bool StatusItemLinux::isPlaced() const {
+    if (host_.isAvailable())
+        return true;
+    return classic_ && classic_->isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+void StatusItemLinux::setText(const QString& text, const QString& shortText) {
+    if (text == text_ && shortText == shortText_)
+        return;
+    text_ = text;
+    shortText_ = shortText;
+    updateContent();
+}
+
+void StatusItemLinux::updateContent() {
+    const bool onDark = appearance_->isDark();
+    if (item_)
+        item_->setContent(text_, {statusIcon(symbol_, shortText_, 22, onDark),
+                                  statusIcon(symbol_, shortText_, 44, onDark)});
+    if (classic_ && !item_) {
+        QIcon icon(QPixmap::fromImage(squareStatusIcon(symbol_, shortText_, 22, onDark)));
+        icon.addPixmap(QPixmap::fromImage(squareStatusIcon(symbol_, shortText_, 44, onDark)));
+        classic_->setIcon(icon);
+        classic_->setToolTip(text_);
+    }
+}

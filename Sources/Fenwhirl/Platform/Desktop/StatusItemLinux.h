@@ -1,0 +1,41 @@
+// The status item on Linux: a status notifier item while a host is there, else an icon in the classic tray.
+// Tests make it with a bus of their own.
+
+#pragma once
+
+#include "Fenwhirl/Platform/Desktop/StatusItem.h"
+#include "Fenwhirl/Platform/Desktop/StatusNotifierHost.h"
+#include "Fenwhirl/Platform/Desktop/StatusNotifierItem.h"
+#include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
+
+#include <QDBusConnection>
+#include <QSystemTrayIcon>
+
+#include <memory>
+
+class StatusItemLinux : public StatusItem {
+    Q_OBJECT
+
+public:
+    StatusItemLinux(SymbolPainter symbol, const QDBusConnection& bus,
+                    std::unique_ptr<SystemAppearance> appearance);
+
+    void setText(const QString& text, const QString& shortText) override;
+    [[nodiscard]] bool isPlaced() const override;
+
+private:
+    // Chooses between the two kinds of item by what the desktop offers now.
+    void place();
+    void showNotifierItem();
+    void showClassicIcon();
+    void updateContent();
+
+    SymbolPainter symbol_;
+    QDBusConnection bus_;
+    StatusNotifierHost host_;
+    std::unique_ptr<SystemAppearance> appearance_;
+    std::unique_ptr<StatusNotifierItem> item_;
+    std::unique_ptr<QSystemTrayIcon> classic_;
+    QString text_;
+    QString shortText_;
+};

@@ -1,0 +1,126 @@
+#include "Fenwhirl/Platform/Desktop/StatusNotifierItem.h"
+
+#include "Fenwhirl/Platform/Desktop/StatusNotifierHost.h"
+
+#include <QCoreApplication>
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QtEndian>
+
+#include <cstring>
+#include <utility>
+
+// In the types' own namespace, where the marshalling of lists looks for them.
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap) {
+    argument.beginStructure();
+    argument << pixmap.width << pixmap.height << pixmap.bytes;
+    argument.endStructure();
+    return argument;
+}
+
+static const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap) {
+    argument.beginStructure();
+    argument >> pixmap.width >> pixmap.height >> pixmap.bytes;
+    argument.endStructure();
+    return argument;
+}
+
+static QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& tip) {
+    argument.beginStructure();
+    argument << tip.iconName << tip.icon << tip.title << tip.text;
+    argument.endStructure();
+    return argument;
+}
+
+static const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& tip) {
+    argument.beginStructure();
+    argument >> tip.iconName >> tip.icon >> tip.title >> tip.text;
+    argument.endStructure();
+    return argument;
+}
+
+namespace {
+
+QString itemPath() {
+    return QStringLiteral("/StatusNotifierItem");
+}
+
+StatusNotifierPixmap pixmapOf(const QImage& image) {
+    const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
+    StatusNotifierPixmap pixmap{argb.width(), argb.height(), {}};
+    pixmap.bytes.resize(qsizetype{4} * argb.width() * argb.height());
+    char* target = pixmap.bytes.data();
+    for (int y = 0; y < argb.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(argb.constScanLine(y));
+        for (int x = 0; x < argb.width(); ++x, target += 4) {
+            const quint32 bigEndian = qToBigEndian<quint32>(line[x]);
+            std::memcpy(target, &bigEndian, sizeof bigEndian);
+        }
+    }
+    return pixmap;
+}
+
+// The same bus once more, under a connection that can be closed when the item goes.
+QDBusConnection ownConnection(const QDBusConnection& bus) {
+    static int made = 0;
+    const QString name = QStringLiteral("fenwhirl.status-item.%1").arg(++made);
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    QDBusConnection own = address.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
+                                            : QDBusConnection::connectToBus(address, name);
+    return own.isConnected() ? own : bus;
+}
+
+} // namespace
+
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, QObject* parent)
+    : QObject(parent)
+    , bus_(ownConnection(bus)) {
+    qDBusRegisterMetaType<StatusNotifierPixmap>();
+    qDBusRegisterMetaType<StatusNotifierPixmaps>();
+    qDBusRegisterMetaType<StatusNotifierToolTip>();
+    static int made = 0;
+    service_ = QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
+                   .arg(QCoreApplication::applicationPid())
+                   .arg(++made);
+    bus_.registerObject(itemPath(), this,
+                        QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllProperties);
+    bus_.registerService(service_);
+}
+
+StatusNotifierItem::~StatusNotifierItem() {
+    bus_.unregisterService(service_);
+    bus_.unregisterObject(itemPath());
+    QDBusConnection::disconnectFromBus(bus_.name());
+}
+
+void StatusNotifierItem::announce() {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        StatusNotifierHost::watcherService(), StatusNotifierHost::watcherPath(),
+        StatusNotifierHost::watcherService(), QStringLiteral("RegisterStatusNotifierItem"));
+    call << service_;
+    bus_.send(call);
+}
+
+void StatusNotifierItem::setContent(const QString& text, const QList<QImage>& icons) {
+    icon_.clear();
+    for (const QImage& icon : icons)
+        icon_.append(pixmapOf(icon));
+    Q_EMIT NewIcon();
+    if (std::exchange(title_, text) != text) {
+        Q_EMIT NewTitle();
+        Q_EMIT NewToolTip();
+    }
+}
+
+QString StatusNotifierItem::category() const {
+    return QStringLiteral("Hardware");
+}
+
+QString StatusNotifierItem::id() const {
+    return QStringLiteral("com.fenwhirl.app");
+}
+
+QString StatusNotifierItem::status() const {
+    return QStringLiteral("Active");
+}

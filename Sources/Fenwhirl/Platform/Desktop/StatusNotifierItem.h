@@ -1,0 +1,100 @@
+// One status notifier item on the bus: what a host asks of it, and what it tells the host.
+//
+// Made when a host is there and destroyed when it goes; announces itself to the watcher on construction. The
+// object is on the bus under a connection of its own, so that its service name disappears with it.
+//
+// Threads: main thread only. Linux only.
+
+#pragma once
+
+#include <QByteArray>
+#include <QDBusConnection>
+#include <QDBusObjectPath>
+#include <QImage>
+#include <QList>
+#include <QObject>
+#include <QPoint>
+#include <QString>
+
+// An image as the protocol carries it: ARGB, most significant byte first.
+struct StatusNotifierPixmap {
+    int width = 0;
+    int height = 0;
+    QByteArray bytes;
+};
+Q_DECLARE_METATYPE(StatusNotifierPixmap)
+using StatusNotifierPixmaps = QList<StatusNotifierPixmap>;
+Q_DECLARE_METATYPE(StatusNotifierPixmaps)
+
+struct StatusNotifierToolTip {
+    QString iconName;
+    StatusNotifierPixmaps icon;
+    QString title;
+    QString text;
+};
+Q_DECLARE_METATYPE(StatusNotifierToolTip)
+
+class StatusNotifierItem : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString Category READ category)
+    Q_PROPERTY(QString Id READ id)
+    Q_PROPERTY(QString Title READ title)
+    Q_PROPERTY(QString Status READ status)
+    Q_PROPERTY(uint WindowId READ windowId)
+    Q_PROPERTY(QString IconName READ iconName)
+    Q_PROPERTY(StatusNotifierPixmaps IconPixmap READ iconPixmap)
+    Q_PROPERTY(StatusNotifierToolTip ToolTip READ toolTip)
+    Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
+
+public:
+    explicit StatusNotifierItem(const QDBusConnection& bus, QObject* parent = nullptr);
+    ~StatusNotifierItem() override;
+
+    StatusNotifierItem(const StatusNotifierItem&) = delete;
+    StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
+
+    // Announces the item again, to a watcher that was replaced.
+    void announce();
+    void setContent(const QString& text, const QList<QImage>& icons);
+
+    [[nodiscard]] QString category() const;
+    [[nodiscard]] QString id() const;
+
+    [[nodiscard]] QString title() const { return title_; }
+
+    [[nodiscard]] QString status() const;
+
+    [[nodiscard]] uint windowId() const { return 0; }
+
+    [[nodiscard]] QString iconName() const { return {}; }
+
+    [[nodiscard]] StatusNotifierPixmaps iconPixmap() const { return icon_; }
+
+    [[nodiscard]] StatusNotifierToolTip toolTip() const { return {{}, {}, title_, {}}; }
+
+    [[nodiscard]] bool itemIsMenu() const { return false; }
+
+public Q_SLOTS:
+
+    // Left, middle and right click; x and y in pixels of the screen, where the host thinks the item is.
+    Q_SCRIPTABLE void Activate(int x, int y) { Q_EMIT activated({x, y}); }
+
+    Q_SCRIPTABLE void SecondaryActivate(int x, int y) { Q_EMIT activated({x, y}); }
+
+    Q_SCRIPTABLE void ContextMenu(int x, int y) { Q_EMIT activated({x, y}); }
+
+    Q_SCRIPTABLE void Scroll(int /*delta*/, const QString& /*orientation*/) {}
+
+Q_SIGNALS:
+    Q_SCRIPTABLE void NewTitle();
+    Q_SCRIPTABLE void NewIcon();
+    Q_SCRIPTABLE void NewToolTip();
+    void activated(QPoint pixel);
+
+private:
+    QDBusConnection bus_;
+    QString service_;
+    QString title_;
+    StatusNotifierPixmaps icon_;
+};

@@ -1,0 +1,88 @@
+#include "Fenwhirl/Platform/Desktop/SystemAppearanceLinux.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+
+namespace {
+
+constexpr uint preferDark = 1;
+
+QString service() {
+    return QStringLiteral("org.freedesktop.portal.Desktop");
+}
+
+QString path() {
+    return QStringLiteral("/org/freedesktop/portal/desktop");
+}
+
+QString interface() {
+    return QStringLiteral("org.freedesktop.portal.Settings");
+}
+
+QString appearanceGroup() {
+    return QStringLiteral("org.freedesktop.appearance");
+}
+
+QString colorSchemeKey() {
+    return QStringLiteral("color-scheme");
+}
+
+QString motionGroup() {
+    return QStringLiteral("org.gnome.desktop.interface");
+}
+
+QString motionKey() {
+    return QStringLiteral("enable-animations");
+}
+
+} // namespace
+
+std::unique_ptr<SystemAppearance> SystemAppearance::create() {
+    return std::make_unique<SystemAppearanceLinux>(QDBusConnection::sessionBus());
+}
+
+SystemAppearanceLinux::SystemAppearanceLinux(const QDBusConnection& bus) : bus_(bus) {
+    if (!bus_.isConnected())
+        return;
+    bus_.connect(service(), path(), interface(), QStringLiteral("SettingChanged"), this,
+                 SLOT(settingChanged(QString, QString, QDBusVariant)));
+    // A portal that starts later, or again, may say something else.
+    auto* watcher = new QDBusServiceWatcher(service(), bus_, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &SystemAppearanceLinux::readAll);
+    readAll();
+}
+
+void SystemAppearanceLinux::readAll() {
+    read(appearanceGroup(), colorSchemeKey());
+    read(motionGroup(), motionKey());
+}
+
+void SystemAppearanceLinux::read(const QString& group, const QString& key) {
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(service(), path(), interface(), QStringLiteral("Read"));
+    call << group << key;
+    auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, group, key] {
+        pending->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *pending;
+        if (reply.isValid())
+            take(group, key, reply.value().variant());
+    });
+}
+
+void SystemAppearanceLinux::settingChanged(const QString& group, const QString& key,
+                                           const QDBusVariant& value) {
+    take(group, key, value.variant());
+}
+
+void SystemAppearanceLinux::take(const QString& group, const QString& key, QVariant value) {
+    // The portal wraps what it reads in one more variant than it says.
+    while (value.canConvert<QDBusVariant>())
+        value = value.value<QDBusVariant>().variant();
+    if (group == appearanceGroup() && key == colorSchemeKey())
+        setDark(value.toUInt() == preferDark);
+    else if (group == motionGroup() && key == motionKey())
+        setReducedMotion(!value.toBool());
+}
