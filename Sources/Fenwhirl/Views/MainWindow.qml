@@ -1,10 +1,70 @@
 import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
 
+// The main window: the sidebar and the page it chose, and over them the onboarding until it is done.
 Window {
-    width: 1040
+    id: root
+
+    required property ViewModels models
+
+    color: Theme.window
     height: 680
-    minimumWidth: 920
     minimumHeight: 560
+    minimumWidth: 920
     title: "Fenwhirl"
-    visible: true
+    width: 1040
+
+    // The keyboard must not reach what the onboarding covers.
+    onActiveFocusItemChanged: {
+        if (onboarding.active && onboarding.item && content.covers(activeFocusItem))
+            onboarding.item.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    Shortcut {
+        sequences: [StandardKey.Close]
+
+        onActivated: root.close()
+    }
+
+    Item {
+        id: content
+        anchors.fill: parent
+
+        function covers(item: Item): bool {
+            for (let at = item; at; at = at.parent) {
+                if (at === content)
+                    return true
+            }
+            return false
+        }
+
+        Sidebar {
+            id: sidebar
+            height: parent.height
+            machine: root.models.machine
+            pages: root.models.pages
+        }
+
+        PageArea {
+            anchors.left: sidebar.right
+            anchors.right: parent.right
+            height: parent.height
+            models: root.models
+        }
+    }
+
+    Loader {
+        id: onboarding
+        active: !root.models.preferences.didOnboard
+        anchors.fill: parent
+        source: "Onboarding.qml"
+
+        onLoaded: {
+            const overlay = item as Onboarding
+            overlay.control = root.models.control
+            overlay.preferences = root.models.preferences
+            overlay.forceActiveFocus()
+        }
+    }
 }

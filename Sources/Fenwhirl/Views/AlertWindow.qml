@@ -1,0 +1,99 @@
+import QtQuick
+import Fenwhirl.Components
+
+// A question in a window of its own, before all others: the program may have no other window at that moment.
+Window {
+    id: root
+
+    required property string heading
+    required property string message
+    required property string acceptText
+    required property string laterText
+
+    signal accepted()
+
+    color: Theme.card
+    flags: Qt.Dialog
+    height: column.implicitHeight + 40
+    maximumHeight: height
+    maximumWidth: width
+    minimumHeight: height
+    minimumWidth: width
+    modality: Qt.ApplicationModal
+    title: "Fenwhirl"
+    width: 300
+
+    function accept() {
+        close()
+        accepted()
+    }
+
+    FocusScope {
+        anchors.fill: parent
+        anchors.margins: 20
+        focus: true
+
+        Accessible.description: root.message
+        Accessible.name: root.heading
+        Accessible.role: Accessible.Dialog
+        Keys.onEnterPressed: root.accept()
+        Keys.onEscapePressed: root.close()
+        Keys.onReturnPressed: root.accept()
+
+        Column {
+            id: column
+            width: parent.width
+
+            Emblem {
+                anchors.horizontalCenter: parent.horizontalCenter
+                size: 48
+            }
+
+            Item { height: 12; width: 1 }
+
+            Label {
+                font.weight: Font.DemiBold
+                horizontalAlignment: Text.AlignHCenter
+                size: 15
+                text: root.heading
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+
+            Item { height: 6; width: 1 }
+
+            Label {
+                color: Theme.muted
+                horizontalAlignment: Text.AlignHCenter
+                size: 12
+                text: root.message
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+
+            Item { height: 18; width: 1 }
+
+            Column {
+                spacing: 8
+                width: parent.width
+
+                PrimaryButton {
+                    focus: true
+                    implicitHeight: 32
+                    text: root.acceptText
+                    width: parent.width
+
+                    onClicked: root.accept()
+                }
+
+                NeutralButton {
+                    implicitHeight: 32
+                    text: root.laterText
+                    width: parent.width
+
+                    onClicked: root.close()
+                }
+            }
+        }
+    }
+}

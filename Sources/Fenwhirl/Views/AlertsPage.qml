@@ -1,0 +1,63 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The warning before the Mac gets too hot.
+ScrollView {
+    id: root
+
+    required property ViewModels models
+    readonly property PreferencesView preferences: models.preferences
+
+    Column {
+        spacing: 18
+
+        PageTitle {
+            subtitle: qsTr("Sois prévenu avant que ton Mac ne souffre")
+            title: qsTr("Alertes")
+            width: parent.width
+        }
+
+        Card {
+            width: parent.width
+
+            Column {
+                spacing: 16
+
+                SettingRow {
+                    note: qsTr("Une notification et un son se déclenchent au maximum une fois toutes les 5 minutes.")
+                    title: qsTr("Prévenir quand le Mac chauffe trop")
+                    width: parent.width
+
+                    Switch {
+                        on: root.preferences.alertsEnabled
+                        text: qsTr("Prévenir quand le Mac chauffe trop")
+
+                        onToggled: on => root.preferences.alertsEnabled = on
+                    }
+                }
+
+                Divider {
+                    width: parent.width
+                }
+
+                SliderGroup {
+                    from: 60
+                    stepSize: 5
+                    text: root.preferences.alertText
+                    to: 100
+                    value: root.preferences.alertThreshold
+                    width: parent.width
+
+                    onMoved: value => root.preferences.alertThreshold = value
+                }
+
+                NeutralButton {
+                    text: qsTr("Tester l'alerte")
+
+                    onClicked: root.preferences.testAlert()
+                }
+            }
+        }
+    }
+}

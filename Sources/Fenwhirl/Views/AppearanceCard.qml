@@ -1,0 +1,24 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// Dark, light, or as the system has it.
+Card {
+    id: root
+
+    required property PreferencesView preferences
+
+    SettingRow {
+        heading: qsTr("Thème")
+        title: qsTr("Apparence")
+
+        SegmentedControl {
+            currentIndex: root.preferences.theme
+            labels: [qsTr("Sombre"), qsTr("Clair"), qsTr("Automatique")]
+            text: qsTr("Apparence")
+            width: implicitWidth
+
+            onActivated: index => root.preferences.theme = index
+        }
+    }
+}

@@ -1,0 +1,128 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// What heats the Mac right now, and the means to quit it.
+ScrollView {
+    id: root
+
+    required property ViewModels models
+    readonly property AppsView view: models.apps
+
+    property Dialog question: Dialog {
+        readonly property bool wanted: root.view.asking
+
+        parent: root
+        acceptText: qsTr("Fermer")
+        cancelText: qsTr("Annuler")
+        destructiveText: qsTr("Forcer la fermeture")
+        message: qsTr("Les documents non enregistrés dans cette application peuvent être perdus.")
+
+        onAccepted: root.view.quit()
+        onCancelled: root.view.cancel()
+        onDestructive: root.view.forceQuit()
+        onWantedChanged: {
+            if (!wanted)
+                return
+            title = Qt.binding(() => root.view.asking ? root.view.questionTitle : title)
+            iconSource = root.view.questionIconSource
+            open()
+        }
+    }
+
+    Component.onCompleted: view.pageShown = true
+    Component.onDestruction: view.pageShown = false
+
+    Column {
+        spacing: 18
+
+        Column {
+            spacing: 12
+            width: parent.width
+
+            PageTitle {
+                subtitle: qsTr("Ce qui fait chauffer ton Mac en ce moment")
+                title: qsTr("Applications")
+                width: parent.width
+            }
+
+            Label {
+                color: Theme.muted
+                size: 12
+                text: qsTr("Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.")
+                width: Math.min(parent.width, 620)
+                wrapMode: Text.Wrap
+            }
+        }
+
+        Label {
+            color: Theme.muted
+            text: qsTr("Aucune application ne sollicite beaucoup le processeur.")
+            visible: root.view.apps.count === 0
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+
+        Card {
+            padding: 16
+            visible: root.view.apps.count > 0
+            width: parent.width
+
+            Item {
+                implicitHeight: Math.max(18, callout.height)
+
+                Symbol {
+                    anchors.verticalCenter: parent.verticalCenter
+                    color: Theme.hot
+                    height: 18
+                    name: "flame"
+                    width: 18
+                    x: 4
+                }
+
+                ElidedLabel {
+                    id: callout
+                    size: 14
+                    text: root.view.calloutText
+                    width: parent.width - x
+                    x: 32
+                }
+            }
+        }
+
+        Card {
+            padding: 0
+            visible: root.view.apps.count > 0
+            width: parent.width
+
+            Column {
+                Accessible.name: qsTr("Applications")
+                Accessible.role: Accessible.List
+                bottomPadding: 6
+                leftPadding: 20
+                rightPadding: 20
+                topPadding: 6
+
+                Repeater {
+                    model: root.view.apps
+
+                    AppRow {
+                        required property int index
+                        required property string memoryText
+                        required property bool canQuit
+
+                        detail: memoryText
+                        divider: index < root.view.apps.count - 1
+                        protectedText: canQuit ? "" : qsTr("Protégé")
+                        width: parent.width - 40
+
+                        onToggled: on => {
+                            if (!on)
+                                root.view.askToQuit(index)
+                        }
+                    }
+                }
+            }
+        }
+    }
+}

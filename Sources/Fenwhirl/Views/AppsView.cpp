@@ -1,0 +1,81 @@
+#include "Fenwhirl/Views/AppsView.h"
+
+#include "Fenwhirl/Localization/DisplayText.h"
+#include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Localization/NumberFormat.h"
+
+#include <utility>
+
+AppsView::AppsView(ProcessMonitor& processes, QObject* parent) : LiveView(parent), processes_(processes) {}
+
+void AppsView::connectModels() {
+    connect(&processes_, &ProcessMonitor::appsChanged, this, &AppsView::refresh);
+    sampleWhileSeen(true);
+}
+
+void AppsView::disconnectModels() {
+    processes_.disconnect(this);
+    sampleWhileSeen(false);
+}
+
+void AppsView::sampleWhileSeen(bool awake) {
+    if (awake && pageShown_)
+        processes_.start();
+    else
+        processes_.stop();
+}
+
+void AppsView::setPageShown(bool shown) {
+    if (std::exchange(pageShown_, shown) == shown)
+        return;
+    sampleWhileSeen(isAwake());
+    if (!shown)
+        cancel();
+    Q_EMIT pageShownChanged();
+}
+
+void AppsView::refresh() {
+    QList<ShownApp> rows;
+    const QList<AppLoad>& apps = processes_.apps();
+    rows.reserve(apps.size());
+    for (const AppLoad& app : apps)
+        rows.append(shown(app, askedAbout_ && askedAbout_->id == app.id));
+    apps_.setApps(rows);
+
+    const QString callout =
+        apps.isEmpty()
+            ? QString()
+            : localized(u"%@ utilise %@ du processeur.",
+                        {displayText(apps.first().name), NumberFormat::percentText(apps.first().cpu)});
+    if (std::exchange(calloutText_, callout) != callout)
+        Q_EMIT calloutTextChanged();
+    Q_EMIT askingChanged(); // its title is a text, too
+}
+
+QString AppsView::questionTitle() const {
+    return askedAbout_ ? localized(u"Fermer %@ ?", {displayText(askedAbout_->name)}) : QString();
+}
+
+QString AppsView::questionIconSource() const {
+    return askedAbout_ ? shown(*askedAbout_, true).iconSource : QString();
+}
+
+void AppsView::askToQuit(int row) {
+    if (row < 0 || row >= processes_.apps().size())
+        return;
+    askedAbout_ = processes_.apps().at(row);
+    refresh();
+}
+
+void AppsView::answer(bool force) {
+    if (!askedAbout_)
+        return;
+    const AppLoad app = *std::exchange(askedAbout_, std::nullopt);
+    processes_.quit(app, force);
+    refresh();
+}
+
+void AppsView::cancel() {
+    if (std::exchange(askedAbout_, std::nullopt))
+        refresh();
+}

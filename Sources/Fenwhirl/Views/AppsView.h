@@ -1,0 +1,74 @@
+// The applications page: the list, the heaviest one, and the question before an application is quit.
+//
+// Processes are sampled only while the page can be seen: while `pageShown` is set and the view is awake. The
+// question keeps the application it was asked about, whatever the list says meanwhile.
+//
+// Threads: main thread only.
+
+#pragma once
+
+#include "Fenwhirl/Processes/ProcessMonitor.h"
+#include "Fenwhirl/Views/AppList.h"
+#include "Fenwhirl/Views/LiveView.h"
+
+#include <QString>
+
+#include <optional>
+
+class AppsView : public LiveView {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(AppList* apps READ apps CONSTANT)
+    Q_PROPERTY(QString calloutText READ calloutText NOTIFY calloutTextChanged)
+    Q_PROPERTY(bool pageShown READ pageShown WRITE setPageShown NOTIFY pageShownChanged)
+    Q_PROPERTY(bool asking READ asking NOTIFY askingChanged)
+    Q_PROPERTY(QString questionTitle READ questionTitle NOTIFY askingChanged)
+    Q_PROPERTY(QString questionIconSource READ questionIconSource NOTIFY askingChanged)
+
+public:
+    explicit AppsView(ProcessMonitor& processes, QObject* parent = nullptr);
+
+    [[nodiscard]] AppList* apps() { return &apps_; }
+
+    [[nodiscard]] QString calloutText() const { return calloutText_; }
+
+    [[nodiscard]] bool pageShown() const { return pageShown_; }
+
+    void setPageShown(bool shown);
+
+    [[nodiscard]] bool asking() const { return askedAbout_.has_value(); }
+
+    [[nodiscard]] QString questionTitle() const;
+    [[nodiscard]] QString questionIconSource() const;
+
+    // Opens the question about the application of a row.
+    Q_INVOKABLE void askToQuit(int row);
+
+    // The answers; each closes the question.
+    Q_INVOKABLE void quit() { answer(false); }
+
+    Q_INVOKABLE void forceQuit() { answer(true); }
+
+    Q_INVOKABLE void cancel();
+
+Q_SIGNALS:
+    void calloutTextChanged();
+    void pageShownChanged();
+    void askingChanged();
+
+protected:
+    void connectModels() override;
+    void disconnectModels() override;
+    void refresh() override;
+
+private:
+    void answer(bool force);
+    void sampleWhileSeen(bool awake);
+
+    ProcessMonitor& processes_;
+    AppList apps_;
+    QString calloutText_;
+    std::optional<AppLoad> askedAbout_;
+    bool pageShown_ = false;
+};

@@ -1,0 +1,86 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// Whether the program may drive the fans, and the way back to automatic.
+Card {
+    id: root
+
+    required property ControlView control
+
+    Column {
+        spacing: 16
+
+        Column {
+            spacing: 4
+            width: parent.width
+
+            Label {
+                size: 14
+                text: qsTr("Contrôle des ventilateurs")
+                width: parent.width
+            }
+
+            Label {
+                color: Theme.muted
+                text: root.control.installed ? qsTr("Activé : Fenwhirl peut changer la vitesse des ventilateurs.")
+                                             : qsTr("Non activé : Fenwhirl peut seulement lire les températures.")
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+
+            Label {
+                text: qsTr("Une mise à jour de l'assistant est disponible.")
+                visible: root.control.outdated
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+        }
+
+        // The way back stands at the right end, or below where a language needs more room.
+        Item {
+            id: buttons
+            readonly property bool oneRow: left.width + 12 + reset.width <= width
+
+            implicitHeight: oneRow ? left.height : left.height + 8 + reset.height
+            width: parent.width
+
+            Row {
+                id: left
+                spacing: 8
+
+                PrimaryButton {
+                    enabled: !root.control.installing
+                    text: root.control.installing ? qsTr("Activation…") : qsTr("Activer le contrôle")
+                    visible: !root.control.installed
+
+                    onClicked: root.control.install()
+                }
+
+                NeutralButton {
+                    enabled: !root.control.installing
+                    text: root.control.installing ? qsTr("Activation…") : qsTr("Réinstaller")
+                    visible: root.control.installed
+
+                    onClicked: root.control.install()
+                }
+
+                NeutralButton {
+                    text: qsTr("Désactiver")
+                    visible: root.control.installed
+
+                    onClicked: root.control.uninstall()
+                }
+            }
+
+            NeutralButton {
+                id: reset
+                text: qsTr("Remettre les ventilateurs en automatique")
+                x: buttons.oneRow ? parent.width - width : 0
+                y: buttons.oneRow ? 0 : left.height + 8
+
+                onClicked: root.control.resetToAutomatic()
+            }
+        }
+    }
+}

@@ -1,0 +1,93 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// One fan: what it does now, and how the user wants it driven.
+Card {
+    id: root
+
+    required property FanRow fan
+    required property SensorChoices choices
+
+    Accessible.name: fan.name
+    Accessible.role: Accessible.Grouping
+
+    Column {
+        spacing: 14
+
+        Item {
+            height: gauge.height
+            width: parent.width
+
+            Column {
+                anchors.left: parent.left
+                anchors.right: gauge.left
+                anchors.rightMargin: 12
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 4
+
+                ElidedLabel {
+                    font.weight: Font.DemiBold
+                    size: 14
+                    text: root.fan.name
+                    width: parent.width
+                }
+
+                ElidedLabel {
+                    color: Theme.muted
+                    size: 12
+                    text: root.fan.rangeText
+                    width: parent.width
+                }
+            }
+
+            RingGauge {
+                id: gauge
+                anchors.right: parent.right
+                caption: qsTr("tr/min")
+                fraction: root.fan.speedFraction
+                valueText: root.fan.speedText
+            }
+        }
+
+        Column {
+            spacing: 6
+            width: parent.width
+
+            Label {
+                color: Theme.muted
+                size: 12
+                text: qsTr("Mode")
+                width: parent.width
+            }
+
+            ModePicker {
+                autoLabel: qsTr("Auto")
+                constantLabel: qsTr("Vitesse fixe")
+                currentIndex: root.fan.mode
+                sensorLabel: qsTr("Selon un capteur")
+                text: qsTr("Mode")
+                width: parent.width
+
+                onActivated: index => root.fan.mode = index
+            }
+        }
+
+        Loader {
+            active: root.fan.mode === 1
+            sourceComponent: FanSpeedControls { fan: root.fan }
+            visible: active
+            width: parent.width
+        }
+
+        Loader {
+            active: root.fan.mode === 2
+            sourceComponent: FanCurveControls {
+                choices: root.choices
+                fan: root.fan
+            }
+            visible: active
+            width: parent.width
+        }
+    }
+}

@@ -1,0 +1,63 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The part of a fan card for a speed that follows a temperature.
+Column {
+    id: root
+
+    required property FanRow fan
+    required property SensorChoices choices
+
+    spacing: 14
+
+    Item {
+        height: picker.height
+        width: parent.width
+
+        Label {
+            id: caption
+            anchors.verticalCenter: parent.verticalCenter
+            text: qsTr("Capteur")
+        }
+
+        PopupButton {
+            id: picker
+            anchors.left: caption.right
+            anchors.leftMargin: 12
+            anchors.right: parent.right
+            currentIndex: root.fan.sensorChoice
+            labels: root.choices.names
+            text: qsTr("Capteur")
+
+            onActivated: index => root.fan.sensorChoice = index
+        }
+    }
+
+    Column {
+        spacing: 10
+        width: parent.width
+
+        StepperRow {
+            from: 30
+            stepSize: 5
+            text: root.fan.startText
+            to: 80
+            value: root.fan.startTemp
+            width: parent.width
+
+            onModified: value => root.fan.startTemp = value
+        }
+
+        StepperRow {
+            from: 50
+            stepSize: 5
+            text: root.fan.maxText
+            to: 100
+            value: root.fan.maxTemp
+            width: parent.width
+
+            onModified: value => root.fan.maxTemp = value
+        }
+    }
+}

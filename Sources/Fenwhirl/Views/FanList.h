@@ -1,0 +1,47 @@
+// The fans of the last reading, one stable row each.
+//
+// A row keeps its object as long as its fan is there, so that a slider in the user's hand survives the next
+// reading; fans that appear or vanish insert or remove exactly their row.
+//
+// Threads: main thread only. Role "fan" is the row's FanRow.
+
+#pragma once
+
+#include "Fenwhirl/Views/FanRow.h"
+
+#include <QAbstractListModel>
+#include <QList>
+
+class FanList : public QAbstractListModel {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the machine view")
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+public:
+    enum Role { FanRole = Qt::UserRole };
+
+    FanList(Monitor& monitor, const SensorChoices& choices, QObject* parent);
+
+    void setFans(const QList<FanState>& fans);
+    void refreshSettings();
+    void retranslate();
+
+    [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
+
+    [[nodiscard]] FanRow* at(int row) const { return rows_.at(row); }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void countChanged();
+
+private:
+    void removeMissing(const QList<FanState>& fans);
+
+    Monitor& monitor_;
+    const SensorChoices& choices_;
+    QList<FanRow*> rows_;
+};

@@ -1,0 +1,134 @@
+#include "Fenwhirl/Views/FanRow.h"
+
+#include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Localization/NumberFormat.h"
+#include "Fenwhirl/Views/SensorChoices.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+FanRow::FanRow(Monitor& monitor, const SensorChoices& choices, const FanState& fan, QObject* parent)
+    : QObject(parent)
+    , monitor_(monitor)
+    , choices_(choices)
+    , fan_(fan)
+    , setting_(monitor.setting(fan.id)) {
+    retranslate();
+}
+
+void FanRow::setFan(const FanState& fan) {
+    const FanState previous = std::exchange(fan_, fan);
+    if (fan.minRPM != previous.minRPM || fan.maxRPM != previous.maxRPM) {
+        rangeText_ = localized(u"%@ – %@ tr/min",
+                               {NumberFormat::rpmText(fan.minRPM), NumberFormat::rpmText(fan.maxRPM)});
+        Q_EMIT rangeChanged();
+        Q_EMIT speedChanged(); // the gauge shows the speed within the range
+    }
+    if (fan.rpm != previous.rpm) {
+        speedText_ = NumberFormat::rpmText(fan.rpm);
+        Q_EMIT speedChanged();
+        if (setting_.mode != FanModeKind::constant)
+            Q_EMIT panelRPMChanged();
+    }
+}
+
+void FanRow::refreshSetting() {
+    setting_ = monitor_.setting(fan_.id);
+    Q_EMIT settingChanged();
+    Q_EMIT panelRPMChanged();
+}
+
+void FanRow::retranslate() {
+    name_ = monitor_.fanName(fan_);
+    rangeText_ = localized(u"%@ – %@ tr/min",
+                           {NumberFormat::rpmText(fan_.minRPM), NumberFormat::rpmText(fan_.maxRPM)});
+    speedText_ = NumberFormat::rpmText(fan_.rpm);
+    Q_EMIT nameChanged();
+    Q_EMIT rangeChanged();
+    Q_EMIT speedChanged();
+    Q_EMIT settingChanged();
+}
+
+double FanRow::speedFraction() const {
+    // A fan that reports no range at all still needs something to divide by.
+    const double span = std::max(fan_.maxRPM - fan_.minRPM, 1.0);
+    const double fraction = (fan_.rpm - fan_.minRPM) / span;
+    return std::isfinite(fraction) ? fraction : 0;
+}
+
+double FanRow::lowestRPM() const {
+    return std::isfinite(fan_.minRPM) ? fan_.minRPM : 0;
+}
+
+double FanRow::highestRPM() const {
+    const double lowest = lowestRPM();
+    return std::isfinite(fan_.maxRPM) ? std::max(fan_.maxRPM, lowest + 1) : lowest + 1;
+}
+
+void FanRow::writeSetting(const FanSetting& setting) {
+    monitor_.setSetting(fan_.id, setting);
+    refreshSetting();
+}
+
+void FanRow::setMode(int mode) {
+    if (mode < 0 || mode >= static_cast<int>(allFanModeKinds.size()))
+        return;
+    FanSetting setting = setting_;
+    setting.mode = allFanModeKinds.at(static_cast<std::size_t>(mode));
+    writeSetting(setting);
+}
+
+void FanRow::setConstantRPM(double rpm) {
+    FanSetting setting = setting_;
+    setting.constantRPM = rpm;
+    writeSetting(setting);
+}
+
+QString FanRow::constantText() const {
+    return localized(u"Vitesse demandée : %@ tr/min", {NumberFormat::rpmText(setting_.constantRPM)});
+}
+
+double FanRow::panelRPM() const {
+    return setting_.mode == FanModeKind::constant ? setting_.constantRPM : fan_.rpm;
+}
+
+void FanRow::setPanelRPM(double rpm) {
+    FanSetting setting = setting_;
+    setting.mode = FanModeKind::constant;
+    setting.constantRPM = rpm;
+    writeSetting(setting);
+}
+
+int FanRow::sensorChoice() const {
+    return choices_.choiceForKey(setting_.sensorKey);
+}
+
+void FanRow::setSensorChoice(int choice) {
+    if (choice < 0 || choice >= choices_.names().size())
+        return;
+    FanSetting setting = setting_;
+    setting.sensorKey = choices_.keyForChoice(choice);
+    writeSetting(setting);
+}
+
+void FanRow::setStartTemp(double celsius) {
+    FanSetting setting = setting_;
+    setting.startTemp = celsius;
+    writeSetting(setting);
+}
+
+QString FanRow::startText() const {
+    return localized(u"La vitesse augmente à partir de %@ °C",
+                     {NumberFormat::degreesText(setting_.startTemp)});
+}
+
+void FanRow::setMaxTemp(double celsius) {
+    FanSetting setting = setting_;
+    setting.maxTemp = celsius;
+    writeSetting(setting);
+}
+
+QString FanRow::maxText() const {
+    return localized(u"Vitesse maximale à %@ °C", {NumberFormat::degreesText(setting_.maxTemp)});
+}

@@ -1,0 +1,105 @@
+// One fan as the cards and the panel show it, and the way their controls write its setting.
+//
+// Every write goes through Monitor::setSetting, which saves it and clears the active preset; nothing is sent
+// to the fan here. Texts are ready to show, in the interface language.
+//
+// Threads: main thread only. Owned by FanList, which feeds it; lives as long as the fan stays in the list, so
+// that a control in use is not torn away by the next reading.
+
+#pragma once
+
+#include "Fenwhirl/Monitoring/Monitor.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+class SensorChoices;
+
+class FanRow : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the list of fans")
+    Q_PROPERTY(QString name READ name NOTIFY nameChanged)
+    Q_PROPERTY(QString rangeText READ rangeText NOTIFY rangeChanged)
+    Q_PROPERTY(QString speedText READ speedText NOTIFY speedChanged)
+    Q_PROPERTY(double speedFraction READ speedFraction NOTIFY speedChanged)
+    // The ends of the speed sliders; the upper one is always above the lower one.
+    Q_PROPERTY(double lowestRPM READ lowestRPM NOTIFY rangeChanged)
+    Q_PROPERTY(double highestRPM READ highestRPM NOTIFY rangeChanged)
+    // A position in the order automatic, constant, sensor.
+    Q_PROPERTY(int mode READ mode WRITE setMode NOTIFY settingChanged)
+    Q_PROPERTY(double constantRPM READ constantRPM WRITE setConstantRPM NOTIFY settingChanged)
+    Q_PROPERTY(QString constantText READ constantText NOTIFY settingChanged)
+    // What the panel's slider stands at; moving it makes the fan constant.
+    Q_PROPERTY(double panelRPM READ panelRPM WRITE setPanelRPM NOTIFY panelRPMChanged)
+    // A position in SensorChoices::names, -1 when the stored sensor does not exist.
+    Q_PROPERTY(int sensorChoice READ sensorChoice WRITE setSensorChoice NOTIFY settingChanged)
+    Q_PROPERTY(double startTemp READ startTemp WRITE setStartTemp NOTIFY settingChanged)
+    Q_PROPERTY(QString startText READ startText NOTIFY settingChanged)
+    Q_PROPERTY(double maxTemp READ maxTemp WRITE setMaxTemp NOTIFY settingChanged)
+    Q_PROPERTY(QString maxText READ maxText NOTIFY settingChanged)
+
+public:
+    FanRow(Monitor& monitor, const SensorChoices& choices, const FanState& fan, QObject* parent);
+
+    [[nodiscard]] int index() const { return fan_.id; }
+
+    // A new reading of this fan.
+    void setFan(const FanState& fan);
+    // The fan's setting, or the choices it refers to, may have changed.
+    void refreshSetting();
+    // Every text again; also when the number of fans changed, since names depend on it.
+    void retranslate();
+
+    [[nodiscard]] const QString& name() const { return name_; }
+
+    [[nodiscard]] const QString& rangeText() const { return rangeText_; }
+
+    [[nodiscard]] const QString& speedText() const { return speedText_; }
+
+    [[nodiscard]] double speedFraction() const;
+    [[nodiscard]] double lowestRPM() const;
+    [[nodiscard]] double highestRPM() const;
+
+    [[nodiscard]] int mode() const { return static_cast<int>(setting_.mode); }
+
+    void setMode(int mode);
+
+    [[nodiscard]] double constantRPM() const { return setting_.constantRPM; }
+
+    void setConstantRPM(double rpm);
+    [[nodiscard]] QString constantText() const;
+    [[nodiscard]] double panelRPM() const;
+    void setPanelRPM(double rpm);
+    [[nodiscard]] int sensorChoice() const;
+    void setSensorChoice(int choice);
+
+    [[nodiscard]] double startTemp() const { return setting_.startTemp; }
+
+    void setStartTemp(double celsius);
+    [[nodiscard]] QString startText() const;
+
+    [[nodiscard]] double maxTemp() const { return setting_.maxTemp; }
+
+    void setMaxTemp(double celsius);
+    [[nodiscard]] QString maxText() const;
+
+Q_SIGNALS:
+    void nameChanged();
+    void rangeChanged();
+    void speedChanged();
+    void settingChanged();
+    void panelRPMChanged();
+
+private:
+    void writeSetting(const FanSetting& setting);
+
+    Monitor& monitor_;
+    const SensorChoices& choices_;
+    FanState fan_;
+    FanSetting setting_;
+    QString name_;
+    QString rangeText_;
+    QString speedText_;
+};

@@ -1,0 +1,39 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// All fans, and nothing else.
+ScrollView {
+    id: root
+
+    required property ViewModels models
+
+    Column {
+        spacing: 18
+
+        PageTitle {
+            subtitle: qsTr("Choisis la vitesse de chaque ventilateur")
+            title: qsTr("Ventilateurs")
+            width: parent.width
+        }
+
+        Banners {
+            control: root.models.control
+            showsError: false
+            width: parent.width
+        }
+
+        Label {
+            color: Theme.muted
+            text: qsTr("Aucun ventilateur détecté sur ce Mac.")
+            visible: root.models.machine.fans.count === 0
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+
+        FanGrid {
+            machine: root.models.machine
+            width: parent.width
+        }
+    }
+}

@@ -1,0 +1,18 @@
+#include "Fenwhirl/Views/LiveView.h"
+
+void LiveView::setAwake(bool awake) {
+    if (awake == awake_)
+        return;
+    awake_ = awake;
+    if (awake) {
+        connectModels();
+        refresh();
+    } else {
+        disconnectModels();
+    }
+}
+
+void LiveView::retranslate() {
+    if (awake_)
+        refresh();
+}

@@ -1,0 +1,97 @@
+#include "Fenwhirl/Views/MachineView.h"
+
+#include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Localization/NumberFormat.h"
+
+#include <utility>
+
+namespace {
+
+constexpr qsizetype panelSensorCount = 3;
+
+} // namespace
+
+MachineView::MachineView(Monitor& monitor, QString computerName, QObject* parent)
+    : LiveView(parent)
+    , monitor_(monitor)
+    , computerName_(std::move(computerName))
+    , fans_(monitor, sensorChoices_, this) {}
+
+void MachineView::connectModels() {
+    connect(&monitor_, &Monitor::fansChanged, this, [this] { fans_.setFans(monitor_.fans()); });
+    connect(&monitor_, &Monitor::settingsChanged, this, [this] { fans_.refreshSettings(); });
+    connect(&monitor_, &Monitor::sensorsChanged, this, &MachineView::refreshSensors);
+    connect(&monitor_, &Monitor::primaryCelsiusChanged, this, &MachineView::refreshTemperature);
+    connect(&monitor_, &Monitor::primaryCelsiusChanged, this, &MachineView::refreshStatus);
+    connect(&monitor_, &Monitor::warmThresholdChanged, this, &MachineView::refreshStatus);
+    connect(&monitor_, &Monitor::hotThresholdChanged, this, &MachineView::refreshStatus);
+    connect(&monitor_, &Monitor::historyChanged, this, &MachineView::historyChanged);
+    connect(&monitor_, &Monitor::smcAvailableChanged, this, &MachineView::smcAvailableChanged);
+}
+
+void MachineView::disconnectModels() {
+    monitor_.disconnect(this);
+}
+
+void MachineView::refresh() {
+    sensorChoices_.setSensors(monitor_.sensors());
+    sensorChoices_.retranslate();
+    fans_.setFans(monitor_.fans());
+    fans_.refreshSettings();
+    fans_.retranslate();
+    refreshSensors();
+    refreshTemperature();
+    shownStatus_ = monitor_.status();
+    Q_EMIT statusChanged();
+    Q_EMIT historyChanged();
+    Q_EMIT smcAvailableChanged();
+    Q_EMIT computerNameChanged();
+    Q_EMIT sensorCountTextChanged();
+}
+
+void MachineView::refreshTemperature() {
+    const QString text = temperatureNumber();
+    if (std::exchange(shownTemperature_, text) != text)
+        Q_EMIT temperatureChanged();
+}
+
+void MachineView::refreshStatus() {
+    const HealthStatus status = monitor_.status();
+    if (std::exchange(shownStatus_, status) != status)
+        Q_EMIT statusChanged();
+}
+
+void MachineView::refreshSensors() {
+    const qsizetype before = sensors_.count();
+    sensorChoices_.setSensors(monitor_.sensors());
+    sensors_.setSensors(shownSortedByName(monitor_.sensors()));
+
+    QList<ShownSensor> featured;
+    const QList<SensorState> states = monitor_.featured();
+    featured.reserve(states.size());
+    for (const SensorState& state : states)
+        featured.append(shown(state));
+    featured_.setSensors(featured);
+    panelSensors_.setSensors(featured.mid(0, panelSensorCount));
+
+    if (sensors_.count() != before)
+        Q_EMIT sensorCountTextChanged();
+}
+
+QString MachineView::computerName() const {
+    return computerName_.isEmpty() ? localized(u"Ce Mac") : computerName_;
+}
+
+QString MachineView::temperatureNumber() const {
+    const std::optional<double> celsius = monitor_.primaryCelsius();
+    return celsius ? NumberFormat::degreesText(*celsius) : QStringLiteral("–");
+}
+
+QString MachineView::temperatureText() const {
+    const std::optional<double> celsius = monitor_.primaryCelsius();
+    return celsius ? NumberFormat::temperatureText(*celsius) : temperatureNumber();
+}
+
+QString MachineView::sensorCountText() const {
+    return localized(u"%@ capteurs de température", {QString::number(monitor_.sensors().size())});
+}

@@ -1,0 +1,38 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The panel's buttons: enable control while that is wanted, open the window, quit.
+Column {
+    id: root
+
+    required property ViewModels models
+
+    spacing: 8
+
+    SecondaryButton {
+        enabled: !root.models.control.installing
+        implicitHeight: 34
+        text: root.models.control.installing ? qsTr("Activation…") : qsTr("Activer le contrôle des ventilateurs")
+        visible: root.models.control.offersActivation
+        width: parent.width
+
+        onClicked: root.models.control.install()
+    }
+
+    PrimaryButton {
+        large: true
+        text: qsTr("Ouvrir Fenwhirl")
+        width: parent.width
+
+        onClicked: root.models.openMain()
+    }
+
+    NeutralButton {
+        large: true
+        text: qsTr("Quitter")
+        width: parent.width
+
+        onClicked: root.models.quit()
+    }
+}

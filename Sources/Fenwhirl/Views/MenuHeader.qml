@@ -1,0 +1,53 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The name, and how the Mac feels.
+Column {
+    id: root
+
+    required property MachineView machine
+
+    spacing: 4
+
+    Item {
+        height: name.height
+        width: parent.width
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.accent
+            height: 18
+            name: "fan.fill"
+            width: 18
+        }
+
+        Label {
+            id: name
+            font.weight: Font.DemiBold
+            size: 15
+            text: "Fenwhirl" // i18n-ignore: the product's name is the same in every language
+            x: 26
+        }
+    }
+
+    Item {
+        height: word.height
+        width: parent.width
+
+        StatusDot {
+            anchors.verticalCenter: parent.verticalCenter
+            good: root.machine.healthy
+            size: 8
+            x: 5
+        }
+
+        Label {
+            id: word
+            size: 12
+            text: root.machine.statusWord
+            width: parent.width - x
+            x: 26
+        }
+    }
+}

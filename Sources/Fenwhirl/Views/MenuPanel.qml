@@ -1,0 +1,105 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The status item's panel: the machine at a glance, presets, one slider per fan, and the ways on.
+Window {
+    id: root
+
+    required property ViewModels models
+    // What the screen leaves; a panel with very many fans scrolls inside it.
+    property real maximumPanelHeight: 100000
+
+    color: "transparent"
+    flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
+    height: Math.min(panel.contentHeight, maximumPanelHeight)
+    title: "Fenwhirl"
+    width: 340
+
+    onActiveFocusItemChanged: {
+        if (activeFocusItem === null || activeFocusItem === contentItem)
+            panel.forceActiveFocus()
+    }
+
+    Shortcut {
+        sequences: ["Escape", StandardKey.Close]
+
+        onActivated: root.close()
+    }
+
+    Surface {
+        anchors.fill: parent
+        color: Theme.card
+        radius: 14
+        stroke: Theme.stroke
+    }
+
+    ScrollView {
+        id: panel
+        anchors.fill: parent
+        focus: true
+        padding: 16
+
+        Column {
+            spacing: 14
+
+            MenuHeader {
+                machine: root.models.machine
+                width: parent.width
+            }
+
+            Divider {
+                visible: temperatures.visible
+                width: parent.width
+            }
+
+            Column {
+                id: temperatures
+                visible: root.models.machine.panelSensors.count > 0
+                width: parent.width
+
+                Repeater {
+                    model: root.models.machine.panelSensors
+
+                    MenuSensorRow {
+                        width: parent.width
+                    }
+                }
+            }
+
+            Divider {
+                width: parent.width
+            }
+
+            ChipRow {
+                currentIndex: root.models.presets.activeIndex
+                labels: root.models.presets.titles
+                width: parent.width
+
+                onActivated: index => root.models.presets.apply(index)
+            }
+
+            Divider {
+                width: parent.width
+            }
+
+            Repeater {
+                model: root.models.machine.fans
+
+                MenuFanRow {
+                    width: parent.width
+                }
+            }
+
+            Divider {
+                visible: root.models.machine.fans.count > 0
+                width: parent.width
+            }
+
+            MenuActions {
+                models: root.models
+                width: parent.width
+            }
+        }
+    }
+}

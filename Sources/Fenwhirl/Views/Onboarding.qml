@@ -1,0 +1,127 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The introduction at the first start, over the dimmed window: three steps forward, none of them can go wrong.
+FocusScope {
+    id: root
+
+    property ControlView control: null
+    property PreferencesView preferences: null
+    property int step: 0
+    readonly property bool isLast: step === 2
+
+    Accessible.name: title.text
+    Accessible.role: Accessible.Dialog
+
+    function advance() {
+        if (isLast)
+            preferences.finishOnboarding()
+        else
+            step += 1
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.dim
+    }
+
+    MouseArea {
+        anchors.fill: parent // nothing behind can be reached
+        hoverEnabled: true
+
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    Surface {
+        id: sheet
+        anchors.centerIn: parent
+        color: Theme.window
+        height: Math.max(424, content.implicitHeight + 40 + 24 + 8 + 20 + 34 + 28)
+        radius: 16
+        stroke: Theme.stroke
+        width: 440
+
+        SoftShadow {
+            blur: 50
+            color: Theme.shadow
+            height: parent.height + 2 * blur
+            radius: 16
+            width: parent.width + 2 * blur
+            x: -blur
+            y: 18 - blur
+            z: -1
+        }
+
+        Column {
+            id: content
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 40
+
+            Emblem {
+                anchors.horizontalCenter: parent.horizontalCenter
+                size: 72
+            }
+
+            Item { height: 24; width: 1 }
+
+            Label {
+                id: title
+                font.letterSpacing: -0.2
+                font.weight: Font.Bold
+                horizontalAlignment: Text.AlignHCenter
+                size: 22
+                text: [qsTr("Bienvenue dans Fenwhirl"), qsTr("Pilote tes ventilateurs"), qsTr("Tout est prêt")][root.step]
+                width: 360
+                wrapMode: Text.Wrap
+            }
+
+            Item { height: 8; width: 1 }
+
+            Label {
+                anchors.horizontalCenter: parent.horizontalCenter
+                color: Theme.secondaryText
+                horizontalAlignment: Text.AlignHCenter
+                lineHeight: 21
+                size: 14
+                text: [
+                    qsTr("Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux."),
+                    qsTr("Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures."),
+                    qsTr("Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale."),
+                ][root.step]
+                width: 336
+                wrapMode: Text.Wrap
+            }
+
+            Item { height: 24; width: 1 }
+
+            OnboardingAction {
+                anchors.horizontalCenter: parent.horizontalCenter
+                control: root.control
+                preferences: root.preferences
+                step: root.step
+            }
+        }
+
+        StepDots {
+            anchors.bottom: forward.top
+            anchors.bottomMargin: 20
+            anchors.horizontalCenter: parent.horizontalCenter
+            count: 3
+            current: root.step
+        }
+
+        PrimaryButton {
+            id: forward
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 28
+            anchors.horizontalCenter: parent.horizontalCenter
+            focus: true
+            large: true
+            text: root.isLast ? qsTr("Commencer") : qsTr("Suivant")
+            width: Math.max(160, implicitWidth)
+
+            onClicked: root.advance()
+        }
+    }
+}

@@ -1,0 +1,48 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// What one step of the onboarding offers to do: the language first, fan control second, nothing last.
+Item {
+    id: root
+
+    required property int step
+    required property ControlView control
+    required property PreferencesView preferences
+
+    implicitHeight: 34
+    implicitWidth: 360
+
+    Row {
+        anchors.centerIn: parent
+        spacing: 12
+        visible: root.step === 0
+
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.muted
+            text: qsTr("Langue")
+        }
+
+        LanguagePicker {
+            preferences: root.preferences
+            width: 190
+        }
+    }
+
+    Label {
+        anchors.centerIn: parent
+        text: qsTr("Contrôle activé")
+        visible: root.step === 1 && root.control.installed
+    }
+
+    SecondaryButton {
+        anchors.centerIn: parent
+        enabled: !root.control.installing
+        large: true
+        text: root.control.installing ? qsTr("Activation…") : qsTr("Activer le contrôle")
+        visible: root.step === 1 && !root.control.installed
+
+        onClicked: root.control.install()
+    }
+}

@@ -1,0 +1,44 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// Shows the selected page. Only that one exists: the others cost nothing, and each begins at its top.
+Item {
+    id: root
+
+    required property ViewModels models
+    readonly property string pageName: models.pages.selectedName
+
+    function load() {
+        const files = {
+            "dashboard": "DashboardPage.qml",
+            "fans": "FansPage.qml",
+            "sensors": "SensorsPage.qml",
+            "apps": "AppsPage.qml",
+            "presets": "PresetsPage.qml",
+            "alerts": "AlertsPage.qml",
+            "settings": "SettingsPage.qml",
+        }
+        page.setSource(files[pageName], {"models": models})
+    }
+
+    Component.onCompleted: load()
+    onPageNameChanged: load()
+
+    Loader {
+        id: page
+        anchors.fill: parent
+
+        onLoaded: appear.restart()
+    }
+
+    NumberAnimation {
+        id: appear
+        duration: Theme.pageDuration
+        easing.type: Easing.OutCubic
+        from: 0
+        property: "opacity"
+        target: page
+        to: 1
+    }
+}

@@ -1,0 +1,68 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// One preset: its name, what it does, and the button that applies it or the word that it is in force.
+Card {
+    id: root
+
+    required property string title
+    required property string detail
+    required property bool active
+
+    signal applied()
+
+    Item {
+        implicitHeight: Math.max(42, texts.implicitHeight)
+
+        Column {
+            id: texts
+            anchors.left: parent.left
+            anchors.right: trailing.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 4
+
+            Label {
+                font.weight: Font.DemiBold
+                size: 15
+                text: root.title
+                width: parent.width
+            }
+
+            Label {
+                color: Theme.muted
+                text: root.detail
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+        }
+
+        Item {
+            id: trailing
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            height: button.height
+            width: Math.max(88, button.implicitWidth, word.implicitWidth)
+
+            NeutralButton {
+                id: button
+                Accessible.name: text + " " + root.title
+                text: qsTr("Appliquer")
+                visible: !root.active
+                width: parent.width
+
+                onClicked: root.applied()
+            }
+
+            Label {
+                id: word
+                anchors.centerIn: parent
+                color: Theme.accent
+                font.weight: Font.DemiBold
+                text: qsTr("Actif")
+                visible: root.active
+            }
+        }
+    }
+}

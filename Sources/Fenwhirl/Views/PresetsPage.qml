@@ -1,0 +1,32 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The presets, each with what it does.
+ScrollView {
+    id: root
+
+    required property ViewModels models
+
+    Column {
+        spacing: 18
+
+        PageTitle {
+            subtitle: qsTr("Un clic pour changer le comportement des ventilateurs")
+            title: qsTr("Préréglages")
+            width: parent.width
+        }
+
+        Repeater {
+            model: root.models.presets
+
+            PresetCard {
+                required property int index
+
+                width: parent.width
+
+                onApplied: root.models.presets.apply(index)
+            }
+        }
+    }
+}

@@ -1,0 +1,37 @@
+#include "Fenwhirl/Views/ReportView.h"
+
+#include <QPointer>
+#include <QSaveFile>
+
+#include <utility>
+
+void saveReport(const QString& text, const AskSavePath& askSavePath, const RevealFile& revealFile) {
+    const QString path = askSavePath(QStringLiteral("Fenwhirl-diagnostic.txt"));
+    if (path.isEmpty())
+        return;
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        const QByteArray utf8 = text.toUtf8();
+        if (file.write(utf8) == utf8.size())
+            static_cast<void>(file.commit());
+    }
+    revealFile(path);
+}
+
+ReportView::ReportView(Monitor& monitor, Save save, QObject* parent)
+    : QObject(parent)
+    , monitor_(monitor)
+    , save_(std::move(save)) {}
+
+void ReportView::create() {
+    if (std::exchange(busy_, true))
+        return;
+    Q_EMIT busyChanged();
+    monitor_.makeDiagnosticReport(withFanTest_, [self = QPointer<ReportView>(this)](const QString& text) {
+        if (!self)
+            return;
+        self->busy_ = false;
+        Q_EMIT self->busyChanged();
+        self->save_(text);
+    });
+}

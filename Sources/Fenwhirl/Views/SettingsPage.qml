@@ -1,0 +1,69 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The user's choices, the state of fan control, and the diagnostic report.
+ScrollView {
+    id: root
+
+    required property ViewModels models
+    readonly property PreferencesView preferences: models.preferences
+
+    Column {
+        spacing: 18
+
+        PageTitle {
+            subtitle: root.preferences.versionText
+            title: qsTr("Réglages")
+            width: parent.width
+        }
+
+        ErrorBanner {
+            closable: true
+            closeText: qsTr("Fermer")
+            message: root.models.control.error
+            visible: message !== ""
+            width: parent.width
+
+            onClosed: root.models.control.dismissError()
+        }
+
+        StartCard {
+            preferences: root.preferences
+            width: parent.width
+        }
+
+        AppearanceCard {
+            preferences: root.preferences
+            width: parent.width
+        }
+
+        Card {
+            width: parent.width
+
+            SettingRow {
+                note: qsTr("« Automatique » suit la langue de ton Mac.")
+                title: qsTr("Langue")
+
+                LanguagePicker {
+                    preferences: root.preferences
+                }
+            }
+        }
+
+        ThresholdsCard {
+            preferences: root.preferences
+            width: parent.width
+        }
+
+        ControlCard {
+            control: root.models.control
+            width: parent.width
+        }
+
+        ReportCard {
+            report: root.models.report
+            width: parent.width
+        }
+    }
+}

@@ -1,0 +1,80 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The left side of the main window: the program's name, the pages, and how the Mac feels.
+Rectangle {
+    id: root
+
+    required property MachineView machine
+    required property PageList pages
+
+    color: Theme.sidebar
+    implicitWidth: 208
+
+    Accessible.role: Accessible.PageTabList
+
+    Row {
+        id: header
+        spacing: 10
+        x: 18
+        y: 34
+
+        Emblem {}
+
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            font.weight: Font.DemiBold
+            size: 15
+            text: "Fenwhirl" // i18n-ignore: the product's name is the same in every language
+        }
+    }
+
+    Column {
+        anchors.top: header.bottom
+        anchors.topMargin: 18
+        spacing: 2
+        x: 10
+
+        Repeater {
+            model: root.pages
+
+            SidebarRow {
+                required property int index
+                required property string title
+
+                selected: index === root.pages.selectedIndex
+                text: title
+
+                onClicked: root.pages.selectedIndex = index
+            }
+        }
+    }
+
+    Item {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 16
+        height: word.height
+        width: parent.width
+
+        StatusDot {
+            anchors.verticalCenter: parent.verticalCenter
+            good: root.machine.healthy
+            x: 30 - width / 2
+        }
+
+        Label {
+            id: word
+            text: root.machine.statusWord
+            width: parent.width - x - 10
+            x: 50
+        }
+    }
+
+    Rectangle {
+        anchors.right: parent.right
+        color: Theme.stroke
+        height: parent.height
+        width: 1
+    }
+}

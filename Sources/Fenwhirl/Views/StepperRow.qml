@@ -1,0 +1,41 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// A text that says a value, and the stepper that changes it.
+Item {
+    id: root
+
+    required property string text
+    required property double value
+    required property double from
+    required property double to
+    required property double stepSize
+
+    signal modified(double value)
+
+    implicitHeight: Math.max(label.implicitHeight, stepper.implicitHeight)
+
+    Label {
+        id: label
+        anchors.left: parent.left
+        anchors.right: stepper.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        text: root.text
+        wrapMode: Text.Wrap
+    }
+
+    Stepper {
+        id: stepper
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        from: root.from
+        stepSize: root.stepSize
+        text: root.text
+        to: root.to
+        value: root.value
+
+        onModified: value => root.modified(value)
+    }
+}

@@ -1,0 +1,69 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The main temperature: its number, what it means, and its last ten minutes.
+Card {
+    id: root
+
+    required property MachineView machine
+
+    Item {
+        implicitHeight: 224
+
+        Label {
+            id: title
+            font.weight: Font.DemiBold
+            size: 14
+            text: qsTr("Température du processeur")
+            width: parent.width
+        }
+
+        TabularText {
+            id: number
+            Accessible.name: root.machine.temperatureText
+            anchors.top: title.bottom
+            anchors.topMargin: 4
+            letterSpacing: -0.2
+            size: 22
+            text: root.machine.temperatureNumber
+            weight: Font.Bold
+        }
+
+        Label {
+            Accessible.ignored: true
+            anchors.baseline: number.baseline
+            anchors.left: number.right
+            text: " °C" // i18n-ignore: the unit's sign
+            textFormat: Text.PlainText
+        }
+
+        Row {
+            anchors.right: parent.right
+            anchors.verticalCenter: number.verticalCenter
+            spacing: 8
+            visible: root.machine.hasTemperature
+
+            StatusDot {
+                anchors.verticalCenter: parent.verticalCenter
+                good: root.machine.healthy
+                size: 8
+            }
+
+            Label {
+                color: Theme.muted
+                text: root.machine.statusDetail
+            }
+        }
+
+        HistoryChart {
+            anchors.top: number.bottom
+            anchors.topMargin: 12
+            description: qsTr("Température du processeur")
+            endCaption: qsTr("maintenant")
+            startCaption: qsTr("il y a 10 min")
+            values: root.machine.history
+            width: parent.width
+        }
+    }
+}

@@ -1,0 +1,60 @@
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// From which temperatures the Mac is called warm and hot.
+Card {
+    id: root
+
+    required property PreferencesView preferences
+
+    Column {
+        spacing: 16
+
+        Column {
+            spacing: 4
+            width: parent.width
+
+            Label {
+                size: 14
+                text: qsTr("État du Mac")
+                width: parent.width
+            }
+
+            Label {
+                color: Theme.muted
+                size: 12
+                text: qsTr("Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.")
+                width: Math.min(parent.width, 620)
+                wrapMode: Text.Wrap
+            }
+        }
+
+        Row {
+            spacing: 32
+            width: parent.width
+
+            SliderGroup {
+                from: 60
+                stepSize: 1
+                text: root.preferences.warmText
+                to: 100
+                value: root.preferences.warmThreshold
+                width: (parent.width - parent.spacing) / 2
+
+                onMoved: value => root.preferences.warmThreshold = value
+            }
+
+            SliderGroup {
+                from: 65
+                stepSize: 1
+                text: root.preferences.hotText
+                to: 105
+                value: root.preferences.hotThreshold
+                width: (parent.width - parent.spacing) / 2
+
+                onMoved: value => root.preferences.hotThreshold = value
+            }
+        }
+    }
+}

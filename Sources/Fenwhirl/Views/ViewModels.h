@@ -1,0 +1,77 @@
+// Everything that the windows show and call, in one object: what QML gets as its only way to the models.
+//
+// Threads: main thread only. Asleep until a window is shown; the application wakes it with the first visible
+// window and puts it to sleep with the last. The models and services must outlive it.
+
+#pragma once
+
+#include "Fenwhirl/Views/AppsView.h"
+#include "Fenwhirl/Views/ControlView.h"
+#include "Fenwhirl/Views/MachineView.h"
+#include "Fenwhirl/Views/PageList.h"
+#include "Fenwhirl/Views/PreferencesView.h"
+#include "Fenwhirl/Views/PresetList.h"
+#include "Fenwhirl/Views/ReportView.h"
+
+#include <QObject>
+
+#include <functional>
+
+// What the views ask of the application around them.
+struct ViewServices {
+    QString computerName; // as the system calls it; empty when it does not say
+    PreferencesView::Notify notify;
+    ReportView::Save saveReport;
+    std::function<void()> openMain; // shows and raises the main window
+    std::function<void()> quit;     // ends the program in the normal way
+};
+
+class ViewModels : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(MachineView* machine READ machine CONSTANT)
+    Q_PROPERTY(ControlView* control READ control CONSTANT)
+    Q_PROPERTY(PresetList* presets READ presets CONSTANT)
+    Q_PROPERTY(PageList* pages READ pages CONSTANT)
+    Q_PROPERTY(PreferencesView* preferences READ preferences CONSTANT)
+    Q_PROPERTY(ReportView* report READ report CONSTANT)
+    Q_PROPERTY(AppsView* apps READ apps CONSTANT)
+
+public:
+    ViewModels(Monitor& monitor, ProcessMonitor& processes, const ViewServices& services,
+               QObject* parent = nullptr);
+
+    void setAwake(bool awake);
+    // Makes every shown text again; called after a change of the interface language.
+    void retranslate();
+
+    [[nodiscard]] MachineView* machine() { return &machine_; }
+
+    [[nodiscard]] ControlView* control() { return &control_; }
+
+    [[nodiscard]] PresetList* presets() { return &presets_; }
+
+    [[nodiscard]] PageList* pages() { return &pages_; }
+
+    [[nodiscard]] PreferencesView* preferences() { return &preferences_; }
+
+    [[nodiscard]] ReportView* report() { return &report_; }
+
+    [[nodiscard]] AppsView* apps() { return &apps_; }
+
+    Q_INVOKABLE void openMain() { openMain_(); }
+
+    Q_INVOKABLE void quit() { quit_(); }
+
+private:
+    std::function<void()> openMain_;
+    std::function<void()> quit_;
+    MachineView machine_;
+    ControlView control_;
+    PresetList presets_;
+    PageList pages_;
+    PreferencesView preferences_;
+    ReportView report_;
+    AppsView apps_;
+};
