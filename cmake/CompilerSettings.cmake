@@ -28,9 +28,8 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(FenwhirlFlags INTERFACE -Wthread-safety)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # gcc 12 reports null dereferences and overlapping copies in the standard library's own inlined code once
-    # optimisation is on (text + std::string: its bug 105651).
-    target_compile_options(FenwhirlFlags INTERFACE -Wno-null-dereference -Wno-restrict -Wduplicated-cond -Wlogical-op)
+    # gcc 12 reports null dereferences in the standard library's own inlined code once optimisation is on.
+    target_compile_options(FenwhirlFlags INTERFACE -Wno-null-dereference -Wduplicated-cond -Wlogical-op)
 endif()
 
 if(APPLE)

@@ -1,13 +1,92 @@
 #include "Fenwhirl/Application/FenwhirlApp.h"
 
-#include <QGuiApplication>
-#include <QQmlApplicationEngine>
-#include <QUrl>
+#include "Fenwhirl/Application/AppDelegate.h"
+#include "Fenwhirl/Application/RealServices.h"
+#include "Fenwhirl/Application/WindowControl.h"
+#include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Localization/LocalizerTranslator.h"
+#include "Fenwhirl/Monitoring/Monitor.h"
+#include "Fenwhirl/Platform/Desktop/DesktopApplication.h"
+#include "Fenwhirl/Platform/Desktop/FileDialogs.h"
+#include "Fenwhirl/Platform/Desktop/SingleInstance.h"
+#include "Fenwhirl/Platform/Desktop/StatusItem.h"
+#include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
+#include "Fenwhirl/Platform/Notifier.h"
+#include "Fenwhirl/Platform/SystemName.h"
+#include "Fenwhirl/Processes/ProcessMonitor.h"
+#include "Fenwhirl/Updates/UpdateChecker.h"
+#include "Fenwhirl/Views/Components/SymbolShapes.h"
+
+#include <QDesktopServices>
+
+#include <csignal>
+#include <string_view>
+
+namespace {
+
+ViewServices viewServices() {
+    return {
+        .computerName = computerName(),
+        .notify = Notifier::send,
+        .saveReport = [](const QString& text) { saveReport(text, askSavePath, revealInFileBrowser); },
+        .openMain = {},
+        .quit = [] { QCoreApplication::quit(); },
+    };
+}
+
+UpdateServices updateServices(PreferencesStore& preferences, WindowControl& windows) {
+    UpdateServices services = systemUpdateServices();
+    services.preferences = &preferences;
+    services.languageCode = [] {
+        const std::string_view code = rawValue(Localizer::resolved());
+        return QString::fromLatin1(code.data(), static_cast<qsizetype>(code.size()));
+    };
+    services.show = [&windows](const UpdateAlert& alert) {
+        windows.showAlert({alert.title, alert.body, alert.download, alert.later},
+                          [page = alert.page] { QDesktopServices::openUrl(page); });
+    };
+    return services;
+}
+
+void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& color) {
+    Fenwhirl::drawSymbol(painter, QStringLiteral("fan.fill"), bounds, color);
+}
+
+} // namespace
 
 int fenwhirl_app_main(int argc, char** argv) {
-    const QGuiApplication application(argc, argv);
-    QQmlApplicationEngine engine;
-    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
-    engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/MainWindow.qml")));
-    return engine.rootObjects().isEmpty() ? 1 : QGuiApplication::exec();
+    // Whoever started us may have ignored it, and then no child's status could be waited for.
+    std::signal(SIGCHLD, SIG_DFL);
+    QCoreApplication::setApplicationName(QStringLiteral("Fenwhirl"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(FENWHIRL_VERSION));
+    const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);
+
+    const std::unique_ptr<SingleInstance> instance = SingleInstance::create();
+    if (!instance->becomeFirst()) {
+        instance->raiseFirst();
+        return 0;
+    }
+
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, application.get(), &QCoreApplication::quit);
+
+    LocalizerTranslator translator;
+    QCoreApplication::installTranslator(&translator);
+
+    RealServices real;
+    Monitor monitor(real.monitorServices());
+    ProcessMonitor processes(systemProcessServices());
+    const std::unique_ptr<SystemAppearance> appearance = SystemAppearance::create();
+    const std::unique_ptr<StatusItem> statusItem = StatusItem::create(drawStatusSymbol);
+    WindowControl windows(monitor, processes, *appearance, viewServices());
+    UpdateChecker updates(updateServices(real.preferences(), windows));
+    AppDelegate delegate(monitor, windows, *statusItem, [&updates] { updates.startIfNeeded(); });
+    QObject::connect(instance.get(), &SingleInstance::raiseRequested, &delegate,
+                     &AppDelegate::applicationShouldHandleReopen);
+    QObject::connect(application.get(), &QCoreApplication::aboutToQuit, &delegate,
+                     &AppDelegate::applicationWillTerminate);
+
+    monitor.start();
+    delegate.applicationDidFinishLaunching();
+    return QCoreApplication::exec();
 }

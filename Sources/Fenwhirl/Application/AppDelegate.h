@@ -1,0 +1,49 @@
+// What the program does at the turns of its life: after launch, when it is asked to show itself again, and
+// before it ends.
+//
+// Threads: main thread only. Everything it works on must outlive it.
+
+#pragma once
+
+#include "Fenwhirl/Application/WindowControl.h"
+#include "Fenwhirl/Monitoring/Monitor.h"
+#include "Fenwhirl/Platform/Desktop/StatusItem.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+class AppDelegate : public QObject {
+    Q_OBJECT
+
+public:
+    // `startUpdateCheck` looks for a newer version, if it is time to.
+    AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& statusItem,
+                std::function<void()> startUpdateCheck, QObject* parent = nullptr);
+
+    // Begins: looks for updates, then shows the main window with the introduction at the first launch, and
+    // only the status item at every later one. A status item that finds no place within ten seconds is not
+    // enough: the main window is shown then.
+    void applicationDidFinishLaunching();
+
+    // The program is started or chosen again while it runs. `token` is the desktop's permission to take the
+    // focus.
+    void applicationShouldHandleReopen(const QString& token);
+
+    // Hands the fans back; returns when that is done. Once, however many ways lead here.
+    void applicationWillTerminate();
+
+    static constexpr std::chrono::seconds statusItemPatience = std::chrono::seconds(10);
+
+private:
+    void updateStatusItem();
+
+    Monitor& monitor_;
+    WindowControl& windows_;
+    StatusItem& statusItem_;
+    std::function<void()> startUpdateCheck_;
+    QTimer patience_;
+    bool terminated_ = false;
+};

@@ -1,0 +1,210 @@
+#include "Fenwhirl/Application/WindowControl.h"
+
+#include "Fenwhirl/Application/ApplicationIconProvider.h"
+#include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
+#include "Fenwhirl/Platform/Desktop/PanelPlacement.h"
+#include "Fenwhirl/Views/Components/Theme.h"
+#include "Fenwhirl/Views/Views.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QQmlComponent>
+#include <QQuickWindow>
+#include <QScreen>
+
+#include <utility>
+
+namespace {
+
+// The click that closes the panel may be on the status item and be reported as a wish to open it just after.
+constexpr qint64 reopenGuardMilliseconds = 250;
+constexpr int panelMargin = 16;
+
+bool canBeSeen(const QQuickWindow* window) {
+    return window != nullptr && window->isVisible() && window->visibility() != QWindow::Minimized;
+}
+
+ViewServices withOpenMain(ViewServices services, std::function<void()> openMain) {
+    services.openMain = std::move(openMain);
+    return services;
+}
+
+} // namespace
+
+WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
+                             ViewServices services, QObject* parent)
+    : QObject(parent)
+    , monitor_(monitor)
+    , appearance_(appearance)
+    , models_(monitor, processes, withOpenMain(std::move(services), [this] { openMain(); })) {
+    connect(&monitor, &Monitor::themeChanged, this, &WindowControl::applyAppearance);
+    connect(&monitor, &Monitor::languageChanged, this, &WindowControl::retranslate);
+    connect(&appearance, &SystemAppearance::changed, this, &WindowControl::applyAppearance);
+}
+
+WindowControl::~WindowControl() = default;
+
+QQmlEngine& WindowControl::engine() {
+    if (!engine_) {
+        registerViews();
+        engine_ = std::make_unique<QQmlEngine>();
+        engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
+        engine_->addImageProvider(QStringLiteral("application"),
+                                  new ApplicationIconProvider); // the engine owns it
+    }
+    return *engine_;
+}
+
+std::unique_ptr<QQuickWindow> WindowControl::makeWindow(const QUrl& file, const QVariantMap& properties) {
+    QQmlComponent component(&engine(), file);
+    if (!component.isReady())
+        qFatal("A window could not be made: %s", qUtf8Printable(component.errorString()));
+    applyAppearance(); // the file's imports have brought the theme, and nothing is drawn yet
+    QObject* object = component.createWithInitialProperties(properties);
+    std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow*>(object));
+    if (!window) {
+        delete object;
+        qFatal("A window could not be made: %s", qUtf8Printable(component.errorString()));
+    }
+    watchVisibility(*window);
+    window->installEventFilter(this);
+    return window;
+}
+
+QVariantMap WindowControl::withModels() {
+    return {{QStringLiteral("models"), QVariant::fromValue(&models_)}};
+}
+
+void WindowControl::appear() {
+    if (!std::exchange(hideOnFirstAppearance, false))
+        openMain();
+}
+
+void WindowControl::openMain(const QString& token) {
+    closePanel();
+    MainWindowBehaviour::setRegular();
+    if (!main_) {
+        models_.setAwake(true); // the first picture shows what there is
+        main_ = makeWindow(mainWindowFile(), withModels());
+        connect(main_.get(), &QWindow::activeChanged, this, [this] {
+            if (main_->isActive())
+                MainWindowBehaviour::setRegular();
+        });
+    }
+    MainWindowBehaviour::bringToFront(*main_, token);
+}
+
+void WindowControl::togglePanel(const QRect& itemPlace) {
+    if (panel_ && panel_->isVisible()) {
+        closePanel();
+        return;
+    }
+    if (panelClosed_.isValid() && panelClosed_.elapsed() < reopenGuardMilliseconds)
+        return;
+    models_.setAwake(true);
+    if (!panel_) {
+        panel_ = makeWindow(menuPanelFile(), withModels());
+        connect(panel_.get(), &QWindow::activeChanged, this, [this] {
+            if (!panel_->isActive())
+                closePanel();
+        });
+        connect(panel_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
+            if (!visible)
+                panelClosed_.start();
+        });
+    }
+    placePanel(itemPlace);
+    panel_->show();
+    panel_->raise();
+    panel_->requestActivate();
+}
+
+void WindowControl::showAlert(const AlertTexts& texts, std::function<void()> accepted) {
+    alert_ = makeWindow(alertWindowFile(), {{QStringLiteral("heading"), texts.title},
+                                            {QStringLiteral("message"), texts.body},
+                                            {QStringLiteral("acceptText"), texts.accept},
+                                            {QStringLiteral("laterText"), texts.later}});
+    acceptAlert_ = std::move(accepted);
+    connect(alert_.get(), SIGNAL(accepted()), this, SLOT(alertAccepted()));
+    MainWindowBehaviour::bringToFront(*alert_, {});
+}
+
+void WindowControl::alertAccepted() {
+    if (const auto accepted = std::exchange(acceptAlert_, nullptr))
+        accepted();
+}
+
+void WindowControl::placePanel(const QRect& itemPlace) {
+    QScreen* screen = QGuiApplication::screenAt(itemPlace.center());
+    if (screen == nullptr)
+        screen = QGuiApplication::primaryScreen();
+    const QRect free = screen->availableGeometry();
+    panel_->setScreen(screen);
+    panel_->setProperty("maximumPanelHeight", free.height() - 2 * panelMargin);
+    panel_->setPosition(panelPosition(itemPlace, panel_->size(), free));
+}
+
+void WindowControl::closePanel() {
+    if (!panel_ || !panel_->isVisible())
+        return;
+    panel_->setMouseGrabEnabled(false);
+    panel_->close();
+}
+
+bool WindowControl::eventFilter(QObject* watched, QEvent* event) {
+    auto* window = qobject_cast<QQuickWindow*>(watched);
+    switch (event->type()) {
+    case QEvent::PlatformSurface:
+        if (window == main_.get() && window != nullptr &&
+            static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
+                QPlatformSurfaceEvent::SurfaceCreated)
+            MainWindowBehaviour::configure(*window);
+        break;
+    case QEvent::Expose:
+        // A press anywhere else must reach the panel, which it closes.
+        if (panel_ && window == panel_.get() && window->isExposed())
+            window->setMouseGrabEnabled(true);
+        break;
+    case QEvent::MouseButtonPress:
+        if (panel_ && window == panel_.get() &&
+            !QRect(QPoint(), window->size())
+                 .contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
+            closePanel();
+            return true;
+        }
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void WindowControl::watchVisibility(QQuickWindow& window) {
+    connect(&window, &QWindow::visibilityChanged, this, &WindowControl::updateAwake);
+    connect(&window, &QWindow::visibleChanged, this, &WindowControl::updateAwake);
+}
+
+void WindowControl::updateAwake() {
+    models_.setAwake(canBeSeen(main_.get()) || canBeSeen(panel_.get()));
+    if (main_ && !main_->isVisible())
+        MainWindowBehaviour::setAccessory();
+}
+
+void WindowControl::applyAppearance() {
+    if (!engine_)
+        return;
+    const int type = qmlTypeId("Fenwhirl.Components", 1, 0, "Theme");
+    auto* theme = engine_->singletonInstance<Fenwhirl::Theme*>(type);
+    if (theme == nullptr)
+        return; // no window yet
+    const bool dark = monitor_.theme() == AppTheme::dark ||
+                      (monitor_.theme() == AppTheme::automatic && appearance_.isDark());
+    theme->setReducedMotion(appearance_.prefersReducedMotion());
+    theme->setDark(dark);
+}
+
+void WindowControl::retranslate() {
+    models_.retranslate();
+    if (engine_)
+        engine_->retranslate();
+}

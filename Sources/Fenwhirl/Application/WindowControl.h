@@ -1,0 +1,100 @@
+// The windows: the main window, the status item's panel, and the QML engine behind them.
+//
+// Nothing of it exists until something is to be shown: a program that starts hidden loads no QML at all. Once
+// made, the main window is kept and only hidden when it is closed, so that it comes back at once and on the
+// same page. While no window can be seen, the views sleep (ViewModels::setAwake).
+//
+// Threads: main thread only. The models and services must outlive it.
+
+#pragma once
+
+#include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
+#include "Fenwhirl/Views/ViewModels.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QQmlEngine>
+#include <QRect>
+#include <QString>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <functional>
+#include <memory>
+
+class QQuickWindow;
+
+namespace Fenwhirl {
+class Theme;
+}
+
+// A question with two answers.
+struct AlertTexts {
+    QString title;
+    QString body;
+    QString accept; // the default button
+    QString later;  // closes the alert, nothing more
+};
+
+class WindowControl : public QObject {
+    Q_OBJECT
+
+public:
+    // `openMain` of the services is filled here.
+    WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
+                  ViewServices services, QObject* parent = nullptr);
+    ~WindowControl() override;
+
+    WindowControl(const WindowControl&) = delete;
+    WindowControl& operator=(const WindowControl&) = delete;
+
+    // Set at a launch that is to show nothing but the status item; consumed by the first `appear`.
+    bool hideOnFirstAppearance = false;
+
+    // The launch is done: shows the main window, unless it is to hide.
+    void appear();
+    // Closes the panel, then shows and raises the main window; makes it if there is none yet. `token` is the
+    // desktop's permission to take the focus.
+    void openMain(const QString& token = {});
+    // Opens the panel at the status item's place, or closes it when it is open.
+    void togglePanel(const QRect& itemPlace);
+
+    // Brings the program to the front with a question that stays before everything else; `accepted` is called
+    // when the user agrees.
+    void showAlert(const AlertTexts& texts, std::function<void()> accepted);
+
+    // The main window; null before it was first opened.
+    [[nodiscard]] QQuickWindow* main() const { return main_.get(); }
+
+    // The status item's panel; null before it was first opened.
+    [[nodiscard]] QQuickWindow* panel() const { return panel_.get(); }
+
+    // Whether the engine exists, that is whether anything was ever shown.
+    [[nodiscard]] bool hasEngine() const { return engine_ != nullptr; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private Q_SLOTS:
+    void alertAccepted();
+
+private:
+    [[nodiscard]] QQmlEngine& engine();
+    [[nodiscard]] std::unique_ptr<QQuickWindow> makeWindow(const QUrl& file, const QVariantMap& properties);
+    [[nodiscard]] QVariantMap withModels();
+    void applyAppearance();
+    void retranslate();
+    void watchVisibility(QQuickWindow& window);
+    void updateAwake();
+    void closePanel();
+    void placePanel(const QRect& itemPlace);
+
+    Monitor& monitor_;
+    SystemAppearance& appearance_;
+    ViewModels models_;
+    std::unique_ptr<QQmlEngine> engine_;
+    std::unique_ptr<QQuickWindow> main_;
+    std::unique_ptr<QQuickWindow> panel_;
+    std::unique_ptr<QQuickWindow> alert_;
+    std::function<void()> acceptAlert_;
+    QElapsedTimer panelClosed_;
+};
