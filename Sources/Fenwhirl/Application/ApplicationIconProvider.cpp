@@ -13,6 +13,17 @@ constexpr int usualPixels = 56; // 28 points at two pixels a point
 
 ApplicationIconProvider::ApplicationIconProvider() : QQuickImageProvider(QQuickImageProvider::Pixmap) {}
 
+QString ApplicationIconProvider::name() {
+    return QStringLiteral("application");
+}
+
+QString ApplicationIconProvider::sourceFor(const QString& applicationPath) {
+    if (applicationIcon(applicationPath, usualPixels).isNull())
+        return {};
+    return QStringLiteral("image://") + name() + u'/' +
+           QString::fromLatin1(QUrl::toPercentEncoding(applicationPath));
+}
+
 QPixmap ApplicationIconProvider::requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) {
     const int pixels = requestedSize.width() > 0 ? requestedSize.width() : usualPixels;
     const QString path = QUrl::fromPercentEncoding(id.toLatin1());

@@ -5,10 +5,15 @@
 #pragma once
 
 #include <QQuickImageProvider>
+#include <QString>
 
 class ApplicationIconProvider : public QQuickImageProvider {
 public:
     ApplicationIconProvider();
+
+    // The address of an application's icon; empty when the system has none for it.
+    [[nodiscard]] static QString sourceFor(const QString& applicationPath);
+    [[nodiscard]] static QString name();
 
     QPixmap requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) override;
 };

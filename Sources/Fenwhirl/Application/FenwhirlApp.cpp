@@ -1,6 +1,7 @@
 #include "Fenwhirl/Application/FenwhirlApp.h"
 
 #include "Fenwhirl/Application/AppDelegate.h"
+#include "Fenwhirl/Application/ApplicationIconProvider.h"
 #include "Fenwhirl/Application/RealServices.h"
 #include "Fenwhirl/Application/WindowControl.h"
 #include "Fenwhirl/Localization/Localizer.h"
@@ -29,6 +30,7 @@ ViewServices viewServices() {
         .computerName = computerName(),
         .notify = Notifier::send,
         .saveReport = [](const QString& text) { saveReport(text, askSavePath, revealInFileBrowser); },
+        .applicationIcon = ApplicationIconProvider::sourceFor,
         .openMain = {},
         .quit = [] { QCoreApplication::quit(); },
     };

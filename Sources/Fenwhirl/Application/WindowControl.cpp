@@ -49,7 +49,7 @@ QQmlEngine& WindowControl::engine() {
         registerViews();
         engine_ = std::make_unique<QQmlEngine>();
         engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
-        engine_->addImageProvider(QStringLiteral("application"),
+        engine_->addImageProvider(ApplicationIconProvider::name(),
                                   new ApplicationIconProvider); // the engine owns it
     }
     return *engine_;

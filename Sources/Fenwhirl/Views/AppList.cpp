@@ -4,18 +4,9 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/NumberFormat.h"
 
-#include <QUrl>
-
 #include <algorithm>
 
 namespace {
-
-QString iconSource(const AppLoad& app) {
-    if (!app.appPath)
-        return {};
-    return QStringLiteral("image://application/") +
-           QString::fromLatin1(QUrl::toPercentEncoding(*app.appPath));
-}
 
 QVariant roleValue(const ShownApp& app, int role) {
     switch (role) {
@@ -49,10 +40,10 @@ QList<int> changedRoles(const ShownApp& before, const ShownApp& after) {
 
 } // namespace
 
-ShownApp shown(const AppLoad& app, bool isAskedAbout) {
+ShownApp shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource) {
     return {
         .name = displayText(app.name),
-        .iconSource = iconSource(app),
+        .iconSource = app.appPath ? iconSource(*app.appPath) : QString(),
         .shareText = NumberFormat::percentText(app.cpu),
         .memoryText = NumberFormat::memoryText(app.memoryMB),
         .fraction = app.cpu > 0 ? std::min(app.cpu / 100, 1.0) : 0,

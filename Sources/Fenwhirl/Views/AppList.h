@@ -11,6 +11,8 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
+
 // What one row shows of an application.
 struct ShownApp {
     QString name;
@@ -24,8 +26,11 @@ struct ShownApp {
     bool operator==(const ShownApp&) const = default;
 };
 
+// The image address of an application's icon, by the application's path; empty when it has none.
+using IconSource = std::function<QString(const QString& appPath)>;
+
 // `isAskedAbout`: the question whether to quit this very application is open.
-[[nodiscard]] ShownApp shown(const AppLoad& app, bool isAskedAbout);
+[[nodiscard]] ShownApp shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource);
 
 class AppList : public QAbstractListModel {
     Q_OBJECT

@@ -6,7 +6,10 @@
 
 #include <utility>
 
-AppsView::AppsView(ProcessMonitor& processes, QObject* parent) : LiveView(parent), processes_(processes) {}
+AppsView::AppsView(ProcessMonitor& processes, IconSource iconSource, QObject* parent)
+    : LiveView(parent)
+    , processes_(processes)
+    , iconSource_(std::move(iconSource)) {}
 
 void AppsView::connectModels() {
     connect(&processes_, &ProcessMonitor::appsChanged, this, &AppsView::refresh);
@@ -39,7 +42,7 @@ void AppsView::refresh() {
     const QList<AppLoad>& apps = processes_.apps();
     rows.reserve(apps.size());
     for (const AppLoad& app : apps)
-        rows.append(shown(app, askedAbout_ && askedAbout_->id == app.id));
+        rows.append(shown(app, askedAbout_ && askedAbout_->id == app.id, iconSource_));
     apps_.setApps(rows);
 
     const QString callout =
@@ -57,7 +60,7 @@ QString AppsView::questionTitle() const {
 }
 
 QString AppsView::questionIconSource() const {
-    return askedAbout_ ? shown(*askedAbout_, true).iconSource : QString();
+    return askedAbout_ ? shown(*askedAbout_, true, iconSource_).iconSource : QString();
 }
 
 void AppsView::askToQuit(int row) {

@@ -27,7 +27,7 @@ class AppsView : public LiveView {
     Q_PROPERTY(QString questionIconSource READ questionIconSource NOTIFY askingChanged)
 
 public:
-    explicit AppsView(ProcessMonitor& processes, QObject* parent = nullptr);
+    AppsView(ProcessMonitor& processes, IconSource iconSource, QObject* parent = nullptr);
 
     [[nodiscard]] AppList* apps() { return &apps_; }
 
@@ -67,6 +67,7 @@ private:
     void sampleWhileSeen(bool awake);
 
     ProcessMonitor& processes_;
+    IconSource iconSource_;
     AppList apps_;
     QString calloutText_;
     std::optional<AppLoad> askedAbout_;

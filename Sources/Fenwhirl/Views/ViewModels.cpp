@@ -11,7 +11,7 @@ ViewModels::ViewModels(Monitor& monitor, ProcessMonitor& processes, const ViewSe
     , pages_(monitor)
     , preferences_(monitor, services.notify)
     , report_(monitor, services.saveReport)
-    , apps_(processes) {}
+    , apps_(processes, services.applicationIcon) {}
 
 void ViewModels::setAwake(bool awake) {
     machine_.setAwake(awake);

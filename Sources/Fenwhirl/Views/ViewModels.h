@@ -22,6 +22,7 @@ struct ViewServices {
     QString computerName; // as the system calls it; empty when it does not say
     PreferencesView::Notify notify;
     ReportView::Save saveReport;
+    IconSource applicationIcon;     // for the rows of the apps page
     std::function<void()> openMain; // shows and raises the main window
     std::function<void()> quit;     // ends the program in the normal way
 };
