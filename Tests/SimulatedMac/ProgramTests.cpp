@@ -47,8 +47,8 @@ public:
     }
 };
 
-[[maybe_unused]] testing::Environment* const privateRun =
-    testing::AddGlobalTestEnvironment(new PrivateRun); // GoogleTest owns it
+// NOLINTNEXTLINE(cert-err58-cpp): GoogleTest wants it before main, and owns it from then on
+[[maybe_unused]] testing::Environment* const privateRun = testing::AddGlobalTestEnvironment(new PrivateRun);
 
 struct Ending {
     int status = -1;
@@ -67,10 +67,11 @@ public:
         EXPECT_EQ(::pipe2(err.data(), O_CLOEXEC), 0);
         arguments.insert(arguments.begin(), FENWHIRL_SIMULATED_MAC);
         std::vector<char*> words;
+        words.reserve(arguments.size() + 1);
         for (std::string& argument : arguments) {
             words.push_back(argument.data());
         }
-        words.push_back(nullptr);
+        words.push_back(nullptr); // what execv expects at the end
         process_ = ::fork();
         if (process_ == 0) {
             ::dup2(input >= 0 ? input : in[0], 0);
@@ -92,6 +93,8 @@ public:
 
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
+    Program(Program&&) = delete;
+    Program& operator=(Program&&) = delete;
 
     ~Program() {
         if (process_ > 0) {
@@ -195,7 +198,7 @@ int connectToSMC() {
 }
 
 std::string temporaryFile(const std::string& name, const std::string& text) {
-    const std::string path = testing::TempDir() + name + "-" + std::to_string(::getpid());
+    std::string path = testing::TempDir() + name + "-" + std::to_string(::getpid());
     std::ofstream(path) << text;
     return path;
 }

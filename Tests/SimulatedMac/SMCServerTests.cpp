@@ -26,6 +26,8 @@ public:
 
     TestClient(TestClient&& other) noexcept : socket_(std::exchange(other.socket_, -1)) {}
 
+    TestClient(const TestClient&) = delete;
+    TestClient& operator=(const TestClient&) = delete;
     TestClient& operator=(TestClient&&) = delete;
 
     ~TestClient() { disconnect(); }
@@ -36,11 +38,12 @@ public:
         }
     }
 
-    bool send(const void* data, std::size_t length) const {
+    [[nodiscard]] bool send(const void* data, std::size_t length) const {
         return ::send(socket_, data, length, MSG_NOSIGNAL | MSG_DONTWAIT) == static_cast<ssize_t>(length);
     }
 
-    bool ask(FourCC key, std::uint8_t command = SMCCommand::keyInfo, std::uint32_t size = 0) const {
+    [[nodiscard]] bool ask(FourCC key, std::uint8_t command = SMCCommand::keyInfo,
+                           std::uint32_t size = 0) const {
         SMCParam request{};
         request.key = key;
         request.data8 = command;
