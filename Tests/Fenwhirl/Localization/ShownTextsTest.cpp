@@ -64,6 +64,8 @@ bool staysAsItIs(const QString& text) {
         QStringLiteral("Fenwhirl 0.1"),
         QStringLiteral("Fenwhirl-diagnostic.txt"),
         QStringLiteral(" °C"),
+        // The reason of an activity, seen by the system's tools only.
+        QStringLiteral("Fenwhirl controls the fans"),
     };
     return texts.contains(text);
 }
