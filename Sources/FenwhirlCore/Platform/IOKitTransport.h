@@ -13,6 +13,8 @@ public:
     [[nodiscard]] static std::unique_ptr<IOKitTransport> open();
 
     ~IOKitTransport() override;
+    IOKitTransport(const IOKitTransport&) = delete;
+    IOKitTransport& operator=(const IOKitTransport&) = delete;
 
     [[nodiscard]] std::optional<SMCParam> call(const SMCParam& input) override;
 

@@ -31,6 +31,8 @@ public:
     open(std::string path = systemPath, std::chrono::milliseconds silenceLimit = systemSilenceLimit);
 
     ~SocketTransport() override;
+    SocketTransport(const SocketTransport&) = delete;
+    SocketTransport& operator=(const SocketTransport&) = delete;
 
     [[nodiscard]] std::optional<SMCParam> call(const SMCParam& input) override;
 

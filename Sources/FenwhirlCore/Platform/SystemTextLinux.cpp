@@ -75,7 +75,7 @@ std::optional<std::string> textValue(std::string_view name) {
 
 class LinuxText final : public SystemText {
 public:
-    bool value(std::string_view name, char* buffer, std::size_t& size) const override {
+    [[nodiscard]] bool value(std::string_view name, char* buffer, std::size_t& size) const override {
         const auto text = textValue(name);
         if (!text || (buffer != nullptr && size < text->size()))
             return false;
@@ -85,9 +85,9 @@ public:
         return true;
     }
 
-    bool isTranslated() const override { return false; }
+    [[nodiscard]] bool isTranslated() const override { return false; }
 
-    std::string version() const override {
+    [[nodiscard]] std::string version() const override {
         for (const char* path : {"/etc/os-release", "/usr/lib/os-release"}) {
             if (auto name = entry(path, "PRETTY_NAME", '='))
                 return *std::move(name);

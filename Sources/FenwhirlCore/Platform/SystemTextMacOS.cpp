@@ -9,18 +9,18 @@ namespace {
 
 class MacOSText final : public SystemText {
 public:
-    bool value(std::string_view name, char* buffer, std::size_t& size) const override {
+    [[nodiscard]] bool value(std::string_view name, char* buffer, std::size_t& size) const override {
         return sysctlbyname(std::string(name).c_str(), buffer, &size, nullptr, 0) == 0;
     }
 
-    bool isTranslated() const override {
+    [[nodiscard]] bool isTranslated() const override {
         std::int32_t translated = 0;
         std::size_t size = sizeof(translated);
         return sysctlbyname("sysctl.proc_translated", &translated, &size, nullptr, 0) == 0 && translated == 1;
     }
 
     // The words of the system's own version string, without Foundation.
-    std::string version() const override {
+    [[nodiscard]] std::string version() const override {
         return "Version " + sysctlString("kern.osproductversion", *this) + " (Build " +
                sysctlString("kern.osversion", *this) + ")";
     }
