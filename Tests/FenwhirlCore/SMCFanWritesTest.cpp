@@ -58,11 +58,11 @@ TEST_F(SMCFanWrites, TheSpeedIsBroughtIntoTheFansRange) {
 
     controller.setNumber("F0Tg", "flt ", 0);
     for (const Row& row :
-         {Row{1200, 6000, 100, 1200}, Row{1200, 6000, 1200, 1200}, Row{1200, 6000, 1200.5, 1200.5},
-          Row{1200, 6000, 6000, 6000}, Row{1200, 6000, 9000, 6000}, Row{1200, 6000, infinity, 6000},
-          Row{1200, 6000, -infinity, 1200}, Row{6000, 1200, 3000, 1200}, Row{6000, 1200, 9000, 1200},
-          Row{-500, 6000, -900, -500}, Row{notANumber, 6000, 100, 100}, Row{1200, notANumber, 9000, 9000},
-          Row{0, 0x1p127, 0x1p126, 0x1p126}}) {
+         {Row{1200, 6000, 100, 1200}, Row{1200, 6000, 1199.5, 1200}, Row{1200, 6000, 1200, 1200},
+          Row{1200, 6000, 1200.5, 1200.5}, Row{1200, 6000, 6000, 6000}, Row{1200, 6000, 9000, 6000},
+          Row{1200, 6000, infinity, 6000}, Row{1200, 6000, -infinity, 1200}, Row{6000, 1200, 3000, 1200},
+          Row{6000, 1200, 9000, 1200}, Row{-500, 6000, -900, -500}, Row{notANumber, 6000, 100, 100},
+          Row{1200, notANumber, 9000, 9000}, Row{0, 0x1p127, 0x1p126, 0x1p126}}) {
         controller.setNumber("F0Mn", "flt ", row.minimum);
         controller.setNumber("F0Mx", "flt ", row.maximum);
         EXPECT_TRUE(smc.setFanSpeed(0, row.requested));
