@@ -41,17 +41,14 @@ class MainThreadInbox::Receiver : public QObject {
 public:
     explicit Receiver(const std::shared_ptr<State>& state) : state_(state) {}
 
-    bool event(QEvent* event) override {
-        if (event->type() != wakeUpType()) {
-            return QObject::event(event);
-        }
+    // Called for the wake-ups; nothing else sends this object events of its own kind.
+    void customEvent(QEvent* /*event*/) override {
         // The work may close the inbox and with it destroy this object: only the local copy is used.
         if (const auto state = state_.lock()) {
             while (const auto work = state->next()) {
                 work();
             }
         }
-        return true;
     }
 
 private:

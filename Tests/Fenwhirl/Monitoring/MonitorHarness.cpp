@@ -22,46 +22,47 @@ std::vector<std::string> FakeHelper::takeAdministratorCommands() {
 }
 
 MonitorServices::Helper FakeHelper::services() {
-    return {.isInstalled = [this] { return installed.load(); },
+    const std::shared_ptr<FakeHelper> self = shared_from_this();
+    return {.isInstalled = [self] { return self->installed.load(); },
             .installedVersion =
-                [this] {
-                    ++versionReads;
-                    if (onVersion) {
-                        onVersion();
+                [self] {
+                    ++self->versionReads;
+                    if (self->onVersion) {
+                        self->onVersion();
                     }
-                    const std::lock_guard lock(mutex_);
-                    return version_;
+                    const std::lock_guard lock(self->mutex_);
+                    return self->version_;
                 },
             .run =
-                [this](const Arguments& arguments) {
-                    if (onRun) {
-                        onRun(arguments);
+                [self](const Arguments& arguments) {
+                    if (self->onRun) {
+                        self->onRun(arguments);
                     }
-                    const std::lock_guard lock(mutex_);
-                    runs_.push_back(arguments);
-                    return succeeds.load();
+                    const std::lock_guard lock(self->mutex_);
+                    self->runs_.push_back(arguments);
+                    return self->succeeds.load();
                 },
             .output =
-                [this](const Arguments& arguments) {
-                    const std::lock_guard lock(mutex_);
-                    runs_.push_back(arguments);
+                [self](const Arguments& arguments) {
+                    const std::lock_guard lock(self->mutex_);
+                    self->runs_.push_back(arguments);
                     return std::string("résultat");
                 },
             .runAsAdministrator =
-                [this](const std::string& command) {
-                    const std::lock_guard lock(mutex_);
-                    administratorCommands_.push_back(command);
-                    installed = installed && !administratorAgrees;
-                    return administratorAgrees.load();
+                [self](const std::string& command) {
+                    const std::lock_guard lock(self->mutex_);
+                    self->administratorCommands_.push_back(command);
+                    self->installed = self->installed && !self->administratorAgrees;
+                    return self->administratorAgrees.load();
                 },
             .install =
-                [this] {
-                    ++installs;
-                    if (onInstall) {
-                        onInstall();
+                [self] {
+                    ++self->installs;
+                    if (self->onInstall) {
+                        self->onInstall();
                     }
-                    installed = installSucceeds.load();
-                    return installSucceeds.load();
+                    self->installed = self->installSucceeds.load();
+                    return self->installSucceeds.load();
                 }};
 }
 

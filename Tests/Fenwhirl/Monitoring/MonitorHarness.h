@@ -22,8 +22,9 @@
 #include <utility>
 #include <vector>
 
-// A helper that drives nothing. Its answers may be changed at any time and from any thread.
-class FakeHelper {
+// A helper that drives nothing. Its answers may be changed at any time and from any thread. Held by whoever
+// has its services, because a slow task may ask it something after the monitor is gone.
+class FakeHelper : public std::enable_shared_from_this<FakeHelper> {
 public:
     using Arguments = std::vector<std::string>;
 
@@ -60,7 +61,8 @@ class MonitorHarness {
 public:
     ScriptedSMC smc;
     bool smcOpens = true;
-    FakeHelper helper;
+    const std::shared_ptr<FakeHelper> helperOwner = std::make_shared<FakeHelper>();
+    FakeHelper& helper = *helperOwner;
     MemoryPreferences preferences;
     std::vector<std::pair<QString, QString>> notifications;
     std::vector<HandBack> handBacks; // as announced

@@ -332,7 +332,9 @@ TEST_F(MonitorPolling, HangingVersionHoldsUpNeitherWindowNorReadings) {
     setFan(0, 2500);
     poll();
     EXPECT_EQ(monitor().fans()[0].rpm, 2500);
-    EXPECT_EQ(helper.versionReads, 1);
+    ASSERT_TRUE(waitUntil([&] { return helper.versionReads == 1; }));
+    poll();
+    EXPECT_EQ(helper.versionReads, 1); // still the first
     helper.setVersion("2");
     release.set_value();
     EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
