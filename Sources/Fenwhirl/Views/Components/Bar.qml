@@ -22,6 +22,7 @@ Item {
 
     // Clipped at its right end and as wide as the track inside, so that a short bar keeps the track's rounding.
     Rectangle {
+        objectName: "fill"
         color: root.fill
         height: parent.height
         radius: height / 2

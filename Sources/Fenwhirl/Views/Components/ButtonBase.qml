@@ -9,6 +9,7 @@ Pressable {
     id: root
 
     property bool large: false
+    property real sidePadding: 14
     property color fill: Theme.well
     property color stroke: "transparent"
     property color hoverColor: Theme.hover
@@ -16,14 +17,26 @@ Pressable {
     property color labelColor: Theme.text
     property int labelSize: large ? 14 : 13
     property int labelWeight: Font.Normal
+    // A dark label on a pale fill must not fade with it.
+    property real disabledLabelOpacity: 0.4
 
     Accessible.role: Accessible.Button
+    disabledOpacity: 1
     implicitHeight: large ? 34 : 30
-    implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
-    leftPadding: 14
-    rightPadding: 14
+    implicitWidth: Math.round(measure.advanceWidth) + 2 * sidePadding
+    // One point less than what is seen, so that a text that is wider than it says is not cut.
+    leftPadding: sidePadding - 1
+    rightPadding: sidePadding - 1
+
+    TextMetrics {
+        id: measure
+        font.pixelSize: root.labelSize
+        font.weight: root.labelWeight
+        text: root.text
+    }
 
     background: Surface {
+        opacity: root.enabled ? 1 : 0.4
         color: root.fill
         overlay: root.down ? root.pressedColor : root.hoverColor
         overlaid: root.enabled && (root.down || root.hovered)
@@ -34,6 +47,7 @@ Pressable {
     contentItem: Label {
         color: root.labelColor
         font.weight: root.labelWeight
+        opacity: root.enabled ? 1 : root.disabledLabelOpacity
         horizontalAlignment: Text.AlignHCenter
         size: root.labelSize
         text: root.text

@@ -17,8 +17,7 @@ ButtonBase {
     labelColor: selected ? Theme.onAccent : Theme.text
     labelSize: 12
     labelWeight: selected ? Font.DemiBold : Font.Normal
-    leftPadding: 10
     pressedColor: selected ? Theme.accentDown : Theme.pressed
-    rightPadding: 10
+    sidePadding: 10
     stroke: selected ? "transparent" : Theme.stroke
 }

@@ -38,7 +38,7 @@ Item {
 
             required property int index
             // Measured in the selected weight, so that choosing moves nothing.
-            readonly property real naturalWidth: Math.ceil(measure.advanceWidth) + leftPadding + rightPadding
+            readonly property real naturalWidth: Math.round(measure.advanceWidth) + 2 * sidePadding
             readonly property rect place: root.places[index] ?? Qt.rect(0, 0, 0, 0)
 
             height: place.height

@@ -22,7 +22,7 @@ Pressable {
     Accessible.description: currentText
     Accessible.role: Accessible.ComboBox
     implicitHeight: 32
-    implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
+    implicitWidth: Math.ceil(contentItem.implicitWidth) + leftPadding + rightPadding
     leftPadding: 12
     rightPadding: 12
     text: caption
@@ -67,5 +67,6 @@ Pressable {
         y: root.height + 6
 
         onActivated: index => root.activated(index)
+        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
     }
 }

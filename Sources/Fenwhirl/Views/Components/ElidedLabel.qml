@@ -11,6 +11,7 @@ Label {
     }
 
     Tooltip {
+        objectName: "tooltip"
         text: root.text
         visible: pointer.hovered && root.truncated
     }

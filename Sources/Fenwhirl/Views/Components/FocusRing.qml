@@ -10,6 +10,7 @@ Rectangle {
     required property Item target
     required property real targetRadius
 
+    objectName: "focusRing"
     anchors.fill: parent
     anchors.margins: -4
     border.color: Theme.accent

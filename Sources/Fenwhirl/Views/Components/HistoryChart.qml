@@ -38,6 +38,7 @@ Item {
 
     Label {
         id: start
+        objectName: "startCaption"
         color: Theme.muted
         size: 12
         text: root.startCaption
@@ -45,6 +46,7 @@ Item {
     }
 
     Label {
+        objectName: "endCaption"
         anchors.right: parent.right
         color: Theme.muted
         size: 12

@@ -9,17 +9,19 @@ Text {
 
     property int size: 13
     readonly property real line: Theme.lineHeight(size)
-    // Half the leading above the glyphs and half below, so that texts stand in the middle of their lines.
-    readonly property real halfLeading: Math.round((line - metrics.height) / 2)
+    readonly property bool wraps: wrapMode !== Text.NoWrap
+    // Half the leading above the glyphs and half below, so that texts stand in the middle of their lines. A fixed line
+    // height puts all of it below each line: there the glyphs are pushed down and the last line gives the rest back.
+    readonly property real halfLeading: (line - Math.ceil(metrics.height)) / 2
 
     color: Theme.text
-    elide: wrapMode === Text.NoWrap ? Text.ElideRight : Text.ElideNone
+    elide: wraps ? Text.ElideNone : Text.ElideRight
     font.pixelSize: size
-    lineHeight: line
-    lineHeightMode: Text.FixedHeight
+    lineHeight: wraps ? line : 1
+    lineHeightMode: wraps ? Text.FixedHeight : Text.ProportionalHeight
     textFormat: Text.PlainText
     topPadding: halfLeading
-    bottomPadding: -halfLeading
+    bottomPadding: wraps ? -halfLeading : halfLeading
 
     FontMetrics {
         id: metrics

@@ -67,6 +67,8 @@ Palette makePalette(bool dark) {
     colors[at(PaletteColor::errorFill)] = mixed(colors[at(PaletteColor::card)], hot, 0.10);
     colors[at(PaletteColor::errorStroke)] = withAlpha(hot, 0.32);
     colors[at(PaletteColor::knob)] = choose(0xF2F5F9, 0xFFFFFF);
+    colors[at(PaletteColor::knobDisabled)] =
+        mixed(colors[at(PaletteColor::card)], colors[at(PaletteColor::knob)], 0.40);
     colors[at(PaletteColor::knobStroke)] = withAlpha(colorFromRgb(0x000000), dark ? 0.0 : 0.16);
     colors[at(PaletteColor::popup)] = choose(0x23272F, 0xFFFFFF);
     colors[at(PaletteColor::dim)] = withAlpha(choose(0x06080B, 0x141A26), dark ? 0.58 : 0.34);

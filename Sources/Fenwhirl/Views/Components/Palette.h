@@ -32,20 +32,21 @@ enum class PaletteColor : std::size_t {
     onAccent,
     hot,
     good,
-    text,        // primary label colour, 85 %
-    hover,       // laid over a neutral control under the pointer
-    pressed,     // laid over a neutral control held down
-    accentHover, // accent at 107 % brightness
-    accentDown,  // accent at 88 % brightness
-    tint,        // accent at 16 %: selected sidebar row, secondary button
-    chartFill,   // accent at 14 %
-    errorFill,   // hot at 10 % over the card
-    errorStroke, // hot at 32 %
-    knob,        // of sliders and switches
-    knobStroke,  // hairline that keeps a white knob visible on white
-    popup,       // background of menus
-    dim,         // over the window while a dialog is open
-    shadow,      // of dialogs and panels
+    text,         // primary label colour, 85 %
+    hover,        // laid over a neutral control under the pointer
+    pressed,      // laid over a neutral control held down
+    accentHover,  // accent at 107 % brightness
+    accentDown,   // accent at 88 % brightness
+    tint,         // accent at 16 %: selected sidebar row, secondary button
+    chartFill,    // accent at 14 %
+    errorFill,    // hot at 10 % over the card
+    errorStroke,  // hot at 32 %
+    knob,         // of sliders and switches
+    knobDisabled, // the knob at 40 % over the card
+    knobStroke,   // hairline that keeps a white knob visible on white
+    popup,        // background of menus
+    dim,          // over the window while a dialog is open
+    shadow,       // of dialogs and panels
     scrollBar,
     count
 };

@@ -61,5 +61,6 @@ Pressable {
         y: -padding - Math.min(Math.max(0, currentIndex), 11) * itemHeight
 
         onActivated: index => root.activated(index)
+        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
     }
 }

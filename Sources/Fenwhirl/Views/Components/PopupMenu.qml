@@ -23,7 +23,7 @@ T.Popup {
     dim: false
     focus: true
     implicitHeight: Math.min(labels.length, 12) * itemHeight + 2 * padding
-    implicitWidth: Math.ceil(textWidth) + 48 + 2 * padding
+    implicitWidth: Math.ceil(textWidth) + 44 + 2 * padding
     margins: 8
     modal: true
     padding: 5

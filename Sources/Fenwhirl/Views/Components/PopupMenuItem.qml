@@ -1,21 +1,19 @@
 import QtQuick
-import QtQuick.Templates as T
 import Fenwhirl.Components
 
 // One item of a PopupMenu: check mark column and text.
 //   text, checked, highlighted, signal clicked
-T.ItemDelegate {
+Pressable {
     id: root
 
+    required property bool checked
+    required property bool highlighted
     readonly property color ink: highlighted ? Theme.onAccent : Theme.text
 
     Accessible.checkable: true
     Accessible.checked: checked
-    Accessible.name: text
-    Accessible.onPressAction: root.clicked()
     Accessible.role: Accessible.MenuItem
-    focusPolicy: Qt.NoFocus
-    hoverEnabled: true
+    takesFocus: false
 
     background: Rectangle {
         color: Theme.accent
@@ -39,7 +37,7 @@ T.ItemDelegate {
             font.weight: root.highlighted ? Font.Medium : Font.Normal
             text: root.text
             width: parent.width - x - 8
-            x: 32
+            x: 31
         }
     }
 }

@@ -7,7 +7,7 @@ import Fenwhirl.Components
 // The items of a PopupMenu. currentIndex is the one that Return would choose.
 //   labels, checkedIndex, itemHeight
 //   signal chosen(int index)
-//   begin()   highlights the checked item and brings it into view
+//   begin()   brings the checked item into view and, for those who use the keyboard, highlights it
 // Keys: Up, Down, Home, End, Page keys move; Return, Enter and Space choose; letters jump to the next item that begins
 // with them.
 ListView {
@@ -24,7 +24,8 @@ ListView {
     clip: true
     currentIndex: -1
     highlightMoveDuration: 0
-    keyNavigationEnabled: true
+    // Our own handler moves: the first arrow key goes to the checked item.
+    keyNavigationEnabled: false
     model: labels.length
     T.ScrollBar.vertical: ScrollBar {}
 
@@ -35,6 +36,12 @@ ListView {
         case Qt.Key_Space:
             root.choose(root.currentIndex)
             break
+        case Qt.Key_Up:
+            root.move(-1)
+            break
+        case Qt.Key_Down:
+            root.move(1)
+            break
         case Qt.Key_Home:
             root.currentIndex = 0
             break
@@ -42,10 +49,10 @@ ListView {
             root.currentIndex = root.count - 1
             break
         case Qt.Key_PageUp:
-            root.currentIndex = Math.max(0, root.currentIndex - 11)
+            root.move(-11)
             break
         case Qt.Key_PageDown:
-            root.currentIndex = Math.min(root.count - 1, root.currentIndex + 11)
+            root.move(11)
             break
         default:
             event.accepted = event.text.length === 1 && root.jumpTo(event.text)
@@ -55,8 +62,13 @@ ListView {
     }
 
     function begin() {
-        currentIndex = checkedIndex
+        currentIndex = KeyboardFocus.active ? Math.max(0, checkedIndex) : -1
         positionViewAtIndex(Math.max(0, checkedIndex), ListView.Contain)
+    }
+
+    function move(distance: int) {
+        const goal = currentIndex >= 0 ? currentIndex + distance : checkedIndex
+        currentIndex = Math.max(0, Math.min(goal, count - 1))
     }
 
     function choose(index: int) {

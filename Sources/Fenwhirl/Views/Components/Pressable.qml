@@ -1,25 +1,83 @@
 import QtQuick
-import QtQuick.Templates as T
 import Fenwhirl.Components
 
-// What everything that can be pressed shares: hover, keys, disabled look, focus ring. The base of the other controls.
-//   text            what it is called, also for screen readers
-//   ringRadius      corner radius of the control, for the ring around it
-//   signal clicked  mouse, Space, Return, or a screen reader's press
-T.AbstractButton {
+// What everything that can be pressed shares: pointer, keys, disabled look, focus ring. The base of the other controls.
+//   text             what it is called, also for screen readers
+//   background       fills the control, below
+//   contentItem      fills it too, but for leftPadding and rightPadding
+//   down, hovered    whether it is held, whether the pointer is on it
+//   takesFocus       whether Tab stops here; false for the parts of a larger control
+//   disabledOpacity  of the whole control; 1 when its parts look after themselves
+//   ringRadius       corner radius of the control, for the ring around it
+//   signal clicked   mouse, Space, Return, or a screen reader's press
+// It does not take the focus when clicked: what was focused stays so.
+Item {
     id: root
 
+    property string text: ""
+    property Item background
+    property Item contentItem
+    property bool down: area.containsPress || spaceHeld
+    readonly property bool hovered: area.containsMouse && enabled
+    property bool takesFocus: true
+    property real disabledOpacity: 0.4
     property real ringRadius: 9
+    property real leftPadding: 0
+    property real rightPadding: 0
+    property bool spaceHeld: false
 
+    signal clicked()
+
+    Accessible.focusable: takesFocus
     Accessible.name: text
-    // Without it assistive technology is offered the action, and pressing does nothing.
-    Accessible.onPressAction: root.clicked()
-    focusPolicy: Qt.TabFocus
-    hoverEnabled: true
-    opacity: enabled ? 1 : 0.4
+    Accessible.role: Accessible.Button
+    activeFocusOnTab: takesFocus
+    opacity: enabled ? 1 : disabledOpacity
 
-    Keys.onEnterPressed: root.clicked()
-    Keys.onReturnPressed: root.clicked()
+    Accessible.onPressAction: { if (root.enabled) root.clicked() }
+    Keys.onPressed: event => {
+        const pressing = event.key === Qt.Key_Return || event.key === Qt.Key_Enter
+        event.accepted = pressing || event.key === Qt.Key_Space
+        if (event.accepted && event.isAutoRepeat)
+            return
+        if (pressing)
+            root.clicked()
+        else if (event.accepted)
+            root.spaceHeld = true
+    }
+    Keys.onReleased: event => {
+        event.accepted = event.key === Qt.Key_Space && !event.isAutoRepeat && root.spaceHeld
+        if (event.accepted) {
+            root.spaceHeld = false
+            root.clicked()
+        }
+    }
+    onActiveFocusChanged: spaceHeld = false
+    onBackgroundChanged: adopt(background, root)
+    onContentItemChanged: adopt(contentItem, inside)
+
+    function adopt(item: Item, place: Item) {
+        if (!item)
+            return
+        item.parent = place
+        item.anchors.fill = place
+        item.z = place === root ? -1 : 0
+    }
+
+    Item {
+        id: inside
+        anchors.fill: parent
+        anchors.leftMargin: root.leftPadding
+        anchors.rightMargin: root.rightPadding
+    }
+
+    MouseArea {
+        id: area
+        anchors.fill: parent
+        hoverEnabled: true
+
+        onClicked: root.clicked()
+    }
 
     FocusRing {
         target: root

@@ -12,6 +12,16 @@ Item {
     required property string valueText
     required property string caption
 
+    readonly property double wanted: fraction > 0 ? Math.min(fraction, 1) : 0
+    readonly property alias shown: arc.fraction
+
+    // A change of less than a point of arc is shown at once: measured speeds always flutter, and every frame of a motion
+    // costs the processor this program watches.
+    onWantedChanged: {
+        motion.enabled = Math.abs(wanted - arc.fraction) > 0.005
+        arc.fraction = wanted
+    }
+
     Accessible.name: valueText + " " + caption
     Accessible.role: Accessible.StaticText
     implicitHeight: 128
@@ -20,11 +30,11 @@ Item {
     RingArc {
         id: arc
         anchors.fill: parent
-        fraction: root.fraction
         trackColor: Theme.track
         valueColor: Theme.accent
 
         Behavior on fraction {
+            id: motion
             NumberAnimation { duration: Theme.gaugeDuration; easing.type: Easing.OutCubic }
         }
     }

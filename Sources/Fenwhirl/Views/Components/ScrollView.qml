@@ -51,6 +51,19 @@ Flickable {
         contentY = Math.max(0, Math.min(contentY + distance, contentHeight - height))
     }
 
+    // Only with the keyboard: what was clicked is in view, and a page must not jump under the pointer.
+    readonly property Item focused: root.Window.activeFocusItem
+    onFocusedChanged: {
+        if (!KeyboardFocus.active)
+            return
+        for (let item = focused; item; item = item.parent) {
+            if (item === holder) {
+                reveal(focused)
+                return
+            }
+        }
+    }
+
     function reveal(item: Item) {
         const top = item.mapToItem(contentItem, 0, 0).y
         const margin = 12

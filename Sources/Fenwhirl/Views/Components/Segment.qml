@@ -1,11 +1,10 @@
 import QtQuick
-import QtQuick.Templates as T
 import Fenwhirl.Components
 
 // One choice of a SegmentedControl: its text and its states; the control moves the selection under it.
 //   text, selected, labelSize, signal clicked
 //   textWidth   of the text in its widest state, so that selecting moves nothing
-T.AbstractButton {
+Pressable {
     id: root
 
     required property bool selected
@@ -14,11 +13,9 @@ T.AbstractButton {
 
     Accessible.checkable: true
     Accessible.checked: selected
-    Accessible.name: text
-    Accessible.onPressAction: root.clicked()
     Accessible.role: Accessible.RadioButton
-    focusPolicy: Qt.NoFocus
-    hoverEnabled: true
+    disabledOpacity: 1
+    takesFocus: false
 
     background: Surface {
         color: "transparent"

@@ -72,6 +72,7 @@ FocusScope {
     }
 
     Rectangle {
+        objectName: "pill"
         readonly property rect place: root.places[root.currentIndex] ?? Qt.rect(0, 0, 0, 0)
 
         color: Theme.accent

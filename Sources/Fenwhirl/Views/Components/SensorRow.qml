@@ -21,6 +21,7 @@ Item {
 
     ElidedLabel {
         id: title
+        objectName: "name"
         Accessible.ignored: true
         anchors.verticalCenter: parent.verticalCenter
         text: root.name
@@ -28,6 +29,7 @@ Item {
     }
 
     Bar {
+        objectName: "bar"
         anchors.left: title.right
         anchors.leftMargin: 6
         anchors.right: value.left

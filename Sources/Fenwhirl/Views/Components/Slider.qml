@@ -24,7 +24,6 @@ FocusScope {
 
     implicitHeight: 20
     implicitWidth: 200
-    opacity: enabled ? 1 : 0.4
 
     function ask(next) {
         held = next
@@ -32,21 +31,19 @@ FocusScope {
             moved(next)
     }
 
-    Item {
+    AccessibleRange {
         id: range
-
-        // The names by which assistive technology reads and sets a range.
-        property double value: root.value
-        readonly property double minimumValue: root.from
-        readonly property double maximumValue: root.to
-        readonly property double stepSize: root.stepSize
 
         Accessible.focusable: true
         Accessible.name: root.text
         Accessible.role: Accessible.Slider
         activeFocusOnTab: true
         anchors.fill: parent
+        current: root.value
         focus: true
+        maximumValue: root.to
+        minimumValue: root.from
+        stepSize: root.stepSize
 
         Accessible.onDecreaseAction: step(-1)
         Accessible.onIncreaseAction: step(1)
@@ -54,11 +51,11 @@ FocusScope {
             switch (event.key) {
             case Qt.Key_Right:
             case Qt.Key_Up:
-                step(mirrored && event.key === Qt.Key_Right ? -1 : 1)
+                step(1)
                 break
             case Qt.Key_Left:
             case Qt.Key_Down:
-                step(mirrored && event.key === Qt.Key_Left ? 1 : -1)
+                step(-1)
                 break
             case Qt.Key_PageUp:
                 step(10)
@@ -77,16 +74,7 @@ FocusScope {
             }
             event.accepted = true
         }
-        // Set from outside this file: assistive technology asks for a value.
-        onValueChanged: {
-            if (value !== root.value) {
-                const wanted = Stepping.nearest(value, root.from, root.to, root.stepSize)
-                value = Qt.binding(() => root.value)
-                root.ask(wanted)
-            }
-        }
-
-        readonly property bool mirrored: false
+        onRequested: value => root.ask(Stepping.nearest(value, root.from, root.to, root.stepSize))
 
         function step(count: int) {
             root.ask(Stepping.after(root.value, root.from, root.to, root.stepSize, count))
@@ -98,6 +86,7 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.track
         height: 4
+        opacity: root.enabled ? 1 : 0.4
         radius: 2
         width: parent.width
 

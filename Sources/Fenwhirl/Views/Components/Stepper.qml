@@ -27,21 +27,19 @@ FocusScope {
             modified(Stepping.after(value, from, to, stepSize, direction))
     }
 
-    Item {
+    AccessibleRange {
         id: range
-
-        // The names by which assistive technology reads and sets a range.
-        property double value: root.value
-        readonly property double minimumValue: root.from
-        readonly property double maximumValue: root.to
-        readonly property double stepSize: root.stepSize
 
         Accessible.focusable: true
         Accessible.name: root.text
         Accessible.role: Accessible.SpinBox
         activeFocusOnTab: true
         anchors.fill: parent
+        current: root.value
         focus: true
+        maximumValue: root.to
+        minimumValue: root.from
+        stepSize: root.stepSize
 
         Accessible.onDecreaseAction: root.step(-1)
         Accessible.onIncreaseAction: root.step(1)
@@ -62,14 +60,7 @@ FocusScope {
             }
             event.accepted = true
         }
-        // Set from outside this file: assistive technology asks for a value.
-        onValueChanged: {
-            if (value !== root.value) {
-                const wanted = Stepping.nearest(value, root.from, root.to, root.stepSize)
-                value = Qt.binding(() => root.value)
-                root.modified(wanted)
-            }
-        }
+        onRequested: value => root.modified(Stepping.nearest(value, root.from, root.to, root.stepSize))
     }
 
     Surface {

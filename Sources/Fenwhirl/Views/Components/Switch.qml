@@ -17,6 +17,7 @@ Pressable {
     Accessible.checkable: true
     Accessible.checked: on
     Accessible.role: Accessible.CheckBox
+    disabledOpacity: 1
     implicitHeight: 22
     implicitWidth: 38
     ringRadius: 11
@@ -28,14 +29,19 @@ Pressable {
         NumberAnimation { duration: Theme.switchDuration; easing.type: Easing.OutCubic }
     }
 
-    background: Rectangle {
-        color: Theme.track
-        radius: 11
+    background: Item {
+        Rectangle {
+            anchors.fill: parent
+            color: Theme.track
+            opacity: root.enabled ? 1 : 0.4
+            radius: 11
+            visible: root.progress < 1
+        }
 
         Rectangle {
             anchors.fill: parent
             color: Theme.accent
-            opacity: root.progress
+            opacity: root.enabled ? root.progress : 0.4 * root.progress
             radius: 11
         }
 

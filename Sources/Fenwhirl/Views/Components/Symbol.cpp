@@ -16,7 +16,7 @@ void Symbol::setName(const QString& name) {
         return;
     m_name = name;
     if (!m_name.isEmpty() && symbolShapes(m_name).empty())
-        qmlWarning(this) << "no drawing for the symbol" << m_name;
+        qmlWarning(this) << "no drawing for the symbol \"" << m_name << "\"";
     update();
     Q_EMIT nameChanged();
 }

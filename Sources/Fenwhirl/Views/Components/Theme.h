@@ -52,6 +52,7 @@ class Theme : public QObject {
     Q_PROPERTY(QColor errorFill READ errorFill NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor errorStroke READ errorStroke NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor knob READ knob NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor knobDisabled READ knobDisabled NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor knobStroke READ knobStroke NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor popup READ popup NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor dim READ dim NOTIFY colorsChanged FINAL)
@@ -123,6 +124,8 @@ public:
     [[nodiscard]] QColor errorStroke() const { return color(PaletteColor::errorStroke); }
 
     [[nodiscard]] QColor knob() const { return color(PaletteColor::knob); }
+
+    [[nodiscard]] QColor knobDisabled() const { return color(PaletteColor::knobDisabled); }
 
     [[nodiscard]] QColor knobStroke() const { return color(PaletteColor::knobStroke); }
 

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
+
+// The node by which assistive technology reads and sets a slider or a stepper: QML type `AccessibleRange`.
+//
+// It is put inside the control, given its range and `current`, and carries the role. The toolkit reads the
+// range from properties named `value`, `minimumValue`, `maximumValue` and `stepSize`, and sets a value by
+// writing `value`. The controls of this module never change their own value but ask their owner: so writing
+// `value` changes nothing here, it emits `requested`, and `value` follows when `current` does.
+
+namespace Fenwhirl {
+
+class AccessibleRange : public QQuickItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(double current READ current WRITE setCurrent NOTIFY valueChanged FINAL)
+    Q_PROPERTY(double value READ current WRITE request NOTIFY valueChanged FINAL)
+    Q_PROPERTY(double minimumValue MEMBER m_minimum NOTIFY rangeChanged FINAL)
+    Q_PROPERTY(double maximumValue MEMBER m_maximum NOTIFY rangeChanged FINAL)
+    Q_PROPERTY(double stepSize MEMBER m_stepSize NOTIFY rangeChanged FINAL)
+
+public:
+    using QQuickItem::QQuickItem;
+
+    [[nodiscard]] double current() const { return m_current; }
+
+    void setCurrent(double current) {
+        if (current == m_current)
+            return;
+        m_current = current;
+        Q_EMIT valueChanged();
+    }
+
+    void request(double value) { Q_EMIT requested(value); }
+
+Q_SIGNALS:
+    void valueChanged();
+    void rangeChanged();
+    void requested(double value);
+
+private:
+    double m_current = 0.0;
+    double m_minimum = 0.0;
+    double m_maximum = 0.0;
+    double m_stepSize = 0.0;
+};
+
+} // namespace Fenwhirl

@@ -1,0 +1,155 @@
+import QtQuick
+import QtTest
+import Fenwhirl.Components
+
+Item {
+    id: root
+    height: 500
+    width: 600
+
+    property var selected: []
+
+    SensorRow {
+        id: sensor
+        fraction: 0.5
+        hot: false
+        name: "Contrôleur de plateforme"
+        temperature: "50 °C"
+        width: 400
+    }
+
+    AppRow {
+        id: app
+        detail: "3 412 Mo"
+        fraction: 0.37
+        iconSource: ""
+        name: "Blender"
+        on: true
+        protectedText: ""
+        shareText: "37 %"
+        width: 580
+        y: 40
+        onToggled: on => root.selected.push(on)
+    }
+
+    AppRow {
+        id: guarded
+        detail: "38 Mo"
+        fraction: 0
+        iconSource: ""
+        name: "Système"
+        on: true
+        protectedText: "Protégé"
+        shareText: "3 %"
+        width: 580
+        y: 100
+    }
+
+    SidebarRow {
+        id: row
+        selected: true
+        symbol: "bell"
+        text: "Alertes"
+        y: 160
+    }
+
+    ChipRow {
+        id: chips
+        currentIndex: 2
+        labels: ["Auto", "Silencieux", "Équilibré", "Jeu", "Max"]
+        width: 308
+        y: 220
+        onActivated: index => root.selected.push(index)
+    }
+
+    Card {
+        id: card
+        width: 200
+        y: 300
+
+        Item {
+            id: content
+            height: 50
+        }
+    }
+
+    SignalSpy { id: rowClicks; signalName: "clicked"; target: row }
+
+    TestCase {
+        name: "Rows"
+        when: windowShown
+
+        function init() {
+            Theme.reducedMotion = true
+            root.selected = []
+        }
+
+        function test_theSensorsColumnsAndBar() {
+            const bar = findChild(sensor, "bar")
+            const fill = findChild(bar, "fill")
+            compare(bar.x, 156)
+            compare(bar.x + bar.width, 400 - 52 - 6)
+            compare(bar.height, 6)
+            compare(fill.width, bar.width / 2)
+            verify(Qt.colorEqual(fill.color, Theme.accent))
+            sensor.hot = true
+            verify(Qt.colorEqual(fill.color, Theme.hot))
+            sensor.fraction = 1.3
+            compare(fill.width, bar.width)
+            sensor.fraction = NaN
+            compare(fill.width, 0)
+        }
+
+        function test_aNameTooLongIsCutAndToldInATooltip() {
+            const title = findChild(sensor, "name")
+            verify(title.truncated)
+            const tooltip = findChild(title, "tooltip")
+            mouseMove(title, 20, 8)
+            tryVerify(() => tooltip.visible, 3000)
+            compare(tooltip.text, "Contrôleur de plateforme")
+            mouseMove(root, 550, 480)
+            tryVerify(() => !tooltip.visible)
+        }
+
+        function test_theApplicationsSwitchAsksAndDoesNotMoveByItself() {
+            const toggle = accessibility.find(app, Accessible.CheckBox)
+            compare(app.height, 52)
+            mouseClick(toggle)
+            compare(root.selected, [false])
+            verify(toggle.on)
+        }
+
+        function test_aProtectedApplicationHasNoSwitch() {
+            compare(accessibility.find(guarded, Accessible.CheckBox), null)
+        }
+
+        function test_theSidebarRowIsPressedByMouseAndKeys() {
+            compare(row.height, 40)
+            mouseClick(row)
+            row.forceActiveFocus()
+            keyClick(Qt.Key_Space)
+            keyClick(Qt.Key_Return)
+            compare(rowClicks.count, 3)
+            compare(accessibility.name(row), "Alertes")
+        }
+
+        function test_chipsFillTheirRowAndAnswer() {
+            const nodes = Array.from(chips.children).filter(child => accessibility.role(child) === Accessible.RadioButton)
+            compare(nodes.length, 5)
+            compare(nodes[0].height, 28)
+            fuzzyCompare(nodes[4].x + nodes[4].width, 308, 0.01)
+            compare(nodes[4].y, 0, "the five presets fit into the panel")
+            mouseClick(nodes[3])
+            compare(root.selected, [3])
+            verify(accessibility.checked(nodes[2]))
+        }
+
+        function test_theCardWrapsItsContent() {
+            compare(card.height, 90)
+            compare(content.width, 160)
+            compare(card.radius, 16)
+            content.height = 80
+            compare(card.height, 120)
+        }
+    }
+}

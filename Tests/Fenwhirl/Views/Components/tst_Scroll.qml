@@ -1,0 +1,70 @@
+import QtQuick
+import QtTest
+import Fenwhirl.Components
+
+Item {
+    id: root
+    height: 300
+    width: 300
+
+    ScrollView {
+        id: view
+        anchors.fill: parent
+
+        Column {
+            id: content
+            spacing: 400
+
+            NeutralButton { id: top; text: "haut" }
+            NeutralButton { id: middle; text: "milieu" }
+            NeutralButton { id: bottom; text: "bas" }
+        }
+    }
+
+    TestCase {
+        name: "ScrollView"
+        when: windowShown
+
+        function init() {
+            view.contentY = 0
+        }
+
+        function test_theContentGetsTheWidthInsideThePadding() {
+            compare(content.width, 264)
+            compare(view.contentHeight, content.height + 36)
+        }
+
+        function test_theWheelScrollsAndStopsAtTheEnds() {
+            mouseWheel(view, 150, 150, 0, -120)
+            verify(view.contentY > 20)
+            for (let i = 0; i < 40; ++i)
+                mouseWheel(view, 150, 150, 0, -120)
+            compare(view.contentY, view.contentHeight - view.height)
+            for (let i = 0; i < 40; ++i)
+                mouseWheel(view, 150, 150, 0, 120)
+            compare(view.contentY, 0)
+        }
+
+        function test_aControlReachedByTabComesIntoView() {
+            top.forceActiveFocus()
+            keyClick(Qt.Key_Tab)
+            verify(middle.activeFocus)
+            const y = middle.mapToItem(root, 0, 0).y
+            verify(y >= 0 && y + middle.height <= root.height, y)
+            keyClick(Qt.Key_Tab)
+            keyClick(Qt.Key_Tab)
+            verify(top.activeFocus)
+            verify(top.mapToItem(root, 0, 0).y >= 0)
+        }
+
+        function test_pageKeysScroll() {
+            top.forceActiveFocus()
+            keyClick(Qt.Key_PageDown)
+            compare(view.contentY, 270)
+            keyClick(Qt.Key_End)
+            compare(view.contentY, view.contentHeight - view.height)
+            keyClick(Qt.Key_Home)
+            compare(view.contentY, 0)
+        }
+    }
+}

@@ -1,0 +1,56 @@
+import QtQuick
+import QtTest
+import Fenwhirl.Components
+
+Item {
+    id: root
+    height: 400
+    width: 600
+
+    TabularText { id: ones; text: "1\u202f111" }
+    TabularText { id: fours; text: "4\u202f444"; y: 20 }
+    TabularText { id: unit; size: 22; text: "63 °C"; weight: Font.Bold; y: 40 }
+    Label { id: label; text: "<i>Batterie</i>"; y: 80 }
+    Label { id: wrapped; text: "Crée un petit fichier texte avec le modèle de ce Mac"; width: 120; wrapMode: Text.Wrap; y: 100 }
+    PageTitle { id: title; subtitle: "MacBook Pro"; title: "Tableau de bord"; width: 300; y: 200 }
+    PageTitle { id: lone; subtitle: ""; title: "Réglages"; width: 300; y: 300 }
+
+    TestCase {
+        name: "Texts"
+        when: windowShown
+
+        function test_digitsHaveEqualWidths() {
+            compare(ones.implicitWidth, fours.implicitWidth)
+            verify(ones.implicitWidth > 20)
+        }
+
+        function test_aChangedNumberOfTheSameLengthMovesNothing() {
+            tryVerify(() => unit.implicitWidth > 0)
+            const before = unit.implicitWidth
+            unit.text = "11 °C"
+            wait(50)
+            compare(unit.implicitWidth, before)
+            unit.text = "104 °C"
+            tryVerify(() => unit.implicitWidth > before)
+            compare(accessibility.name(unit), "104 °C")
+        }
+
+        function test_linesAreAsHighAsTheScaleSays() {
+            compare(label.implicitHeight, 18)
+            compare(unit.implicitHeight, 28)
+            compare(wrapped.implicitHeight, 18 * wrapped.lineCount)
+            verify(wrapped.lineCount >= 2)
+        }
+
+        function test_markupIsShownAsItStands() {
+            compare(label.textFormat, Text.PlainText)
+            verify(label.implicitWidth > 60)
+        }
+
+        function test_theSubtitleStandsThreeBelowTheTitleAndTakesNoRoomWhenEmpty() {
+            compare(title.height, 32 + 3 + 18)
+            compare(lone.height, 32)
+            compare(accessibility.name(title), "Tableau de bord")
+        }
+    }
+}
