@@ -37,6 +37,7 @@ Item {
 
         function test_isDrawnWithItsFillAndItsLabel() {
             Theme.dark = true
+            mouseMove(root, 390, 290)
             const image = grabImage(first)
             verify(Qt.colorEqual(image.pixel(6, 15), Theme.accent))
             compare(first.contentItem.text, "Activer")
