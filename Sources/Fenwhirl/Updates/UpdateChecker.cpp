@@ -108,8 +108,10 @@ void UpdateChecker::checkAnswer(const std::optional<QByteArray>& body, double st
 void UpdateChecker::offer(const UpdateDocument& document) {
     // Before the alert, so that it is shown at most once even if the program ends while it is open.
     services_.preferences->setText(notifiedVersionKey(), document.version);
-    services_.show(updateAlert(services_.languageCode(), services_.bundleName.value_or(QString()),
-                               currentVersion(), document));
+    // A copy, because the program may end while the alert is open, and this object with it.
+    const auto show = services_.show;
+    show(updateAlert(services_.languageCode(), services_.bundleName.value_or(QString()), currentVersion(),
+                     document));
 }
 
 UpdateAlert updateAlert(const QString& languageCode, const QString& name, const QString& current,
