@@ -38,13 +38,14 @@ Item {
         function test_isDrawnWithItsFillAndItsLabel() {
             Theme.dark = true
             mouseMove(root, 390, 290)
-            const image = grabImage(first)
-            verify(Qt.colorEqual(image.pixel(6, 15), Theme.accent))
+            const image = grabImage(root)
+            const place = first.mapToItem(root, 0, 0)
+            verify(Qt.colorEqual(image.pixel(place.x + 6, place.y + 15), Theme.accent))
             compare(first.contentItem.text, "Activer")
             compare(first.contentItem.height, first.height)
             let inked = false
             for (let x = 14; x < first.width - 14; ++x)
-                inked = inked || image.red(x, 15) < 60
+                inked = inked || image.red(place.x + x, place.y + 15) < 60
             verify(inked, "the dark label is on the fill")
         }
 
