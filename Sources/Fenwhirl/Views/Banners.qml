@@ -10,7 +10,8 @@ Column {
     property bool showsError: true
 
     spacing: 18
-    visible: error.visible || activation.visible || update.visible
+    // Asked of the model: a child of something invisible is never visible, so the children cannot answer.
+    visible: (showsError && control.error !== "") || control.offersActivation || control.outdated
 
     ErrorBanner {
         id: error
