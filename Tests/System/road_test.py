@@ -81,7 +81,7 @@ class Troubles(unittest.TestCase):
         with Scene(helper=False) as scene:
             scene.choose_preset("Max")
             scene.screen.wait_for("Activer le contrôle des ventilateurs")
-            scene.screen.wait_for("Activer", "push button")
+            scene.screen.wait_for("Activer")
             self.assertEqual(scene.writes(), [])
 
     def test_a_mac_without_fans_shows_its_temperatures(self):

@@ -39,8 +39,8 @@ class Scene:
             self.application = self.stack.enter_context(stage.Application(self.build))
             self.screen = stage.Interface()
             for button in ("Suivant", "Suivant", "Commencer"):
-                self.screen.press(button, "push button")
-            self.screen.wait_for("Tableau de bord", "push button")
+                self.screen.press(button)
+            self.screen.wait_for("Tableau de bord")
         except BaseException:
             self.stack.close()
             raise
@@ -52,11 +52,13 @@ class Scene:
     # --- What the person does ---
 
     def choose_preset(self, title):
-        self.screen.press("Préréglage", "combo box")
-        self.screen.press(title, "menu item")
+        before = self.screen.texts().count(title)
+        self.screen.press("Préréglage")
+        stage.wait_until(lambda: self.screen.texts().count(title) > before, "the menu opens")
+        self.screen.press(title)
 
     def open_page(self, title):
-        self.screen.press(title, "push button")
+        self.screen.press(title)
 
     # --- What the person sees ---
 
@@ -83,7 +85,7 @@ class Scene:
         """Every write that reached the controller from that number on, as (key, value, user)."""
         found = []
         for line in self.mac.tell(f"log {start}"):
-            write = re.search(r"uid=(\d+) key=(.{4}) .* value=([-\d.]+) kernel=(\S+) result=(\S+)", line)
+            write = re.search(r"uid=(\d+) key=(.{4}) ?type=.* value=([-\d.]+) kernel=(\S+) result=(\S+)", line)
             if write:
                 found.append((write.group(2), float(write.group(3)), int(write.group(1))))
         return found

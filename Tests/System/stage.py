@@ -208,12 +208,16 @@ class Interface:
         return [f"{node.get_role_name()} {node.get_name()!r}" for node in self.nodes() if node.get_name()]
 
     def find(self, name, role=None):
-        """The node of that name (a text, or a question about a text) and role name ("push button"), or None."""
+        """The node of that name (a text, or a question about a text) and role name ("push button"), or None.
+
+        Of several the last: menus and dialogs come after what they cover.
+        """
         fits = name if callable(name) else lambda text: text == name
+        found = None
         for node in self.nodes():
             if fits(node.get_name() or "") and (role is None or node.get_role_name() == role):
-                return node
-        return None
+                found = node
+        return found
 
     def wait_for(self, name, role=None, seconds=PATIENCE_SECONDS):
         return wait_until(lambda: self.find(name, role), lambda: f"{name!r} on the screen; there is {self.outline()}",
