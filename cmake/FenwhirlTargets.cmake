@@ -13,14 +13,14 @@ function(fenwhirl_library name)
     endif()
 endfunction()
 
-# fenwhirl_test(NAME [MOC] SOURCES file… LINK library…): a GoogleTest program; each of its tests is one test of CTest.
+# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library…): a GoogleTest program; each of its tests is one test of CTest.
 # A test program that needs its own main (for a QCoreApplication) lists FenwhirlTestMain instead of relying on GoogleTest's.
 function(fenwhirl_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN" "" "SOURCES;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN;OWN_MAIN" "" "SOURCES;LINK")
     add_executable(${name} ${arg_SOURCES})
     if(arg_QT_MAIN)
         target_link_libraries(${name} PRIVATE FenwhirlTestMain)
-    else()
+    elseif(NOT arg_OWN_MAIN)
         target_link_libraries(${name} PRIVATE GTest::gtest_main)
     endif()
     target_link_libraries(${name} PRIVATE FenwhirlFlags GTest::gtest GTest::gmock ${arg_LINK})

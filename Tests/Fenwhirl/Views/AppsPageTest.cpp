@@ -1,0 +1,137 @@
+// The applications page, and the question before one is quit.
+
+#include "Stage.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+AppLoad app(const QString& name, double cpu, qint32 pid, bool canQuit = true) {
+    AppLoad load;
+    load.id = QStringLiteral("/Applications/") + name + QStringLiteral(".app");
+    load.name = name;
+    load.appPath = load.id;
+    load.cpu = cpu;
+    load.memoryMB = 512;
+    load.pids = {pid};
+    load.canQuit = canQuit;
+    load.starts = {ProcessStart{}};
+    return load;
+}
+
+QString flat(QString text) {
+    return text.replace(QChar(0xA0), u' ').replace(QChar(0x202F), u' ');
+}
+
+TEST(AppsPage, SaysWhenNothingLoadsTheProcessor) {
+    Stage stage;
+    stage.showPage(Page::apps);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Aucune application ne sollicite beaucoup le processeur.")));
+}
+
+TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
+    Stage stage;
+    stage.start();
+    stage.setApps({app(QStringLiteral("Blender"), 36.5, 71), app(QStringLiteral("Mail"), 3, 72, false)});
+    stage.showPage(Page::apps);
+    EXPECT_TRUE(
+        flat(stage.texts().join(u'|')).contains(QStringLiteral("Blender utilise 37 % du processeur.")));
+    EXPECT_TRUE(flat(stage.texts().join(u'|')).contains(QStringLiteral("512 Mo")));
+    const QList<QAccessibleInterface*> rows = stage.all(QAccessible::ListItem);
+    ASSERT_EQ(rows.size(), 2);
+    EXPECT_TRUE(rows.at(0)->text(QAccessible::Name).startsWith(QStringLiteral("Blender")));
+    EXPECT_TRUE(rows.at(1)->text(QAccessible::Name).startsWith(QStringLiteral("Mail")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Protégé")));
+    EXPECT_EQ(stage.all(QAccessible::CheckBox).size(), 1); // no switch for what is protected
+}
+
+TEST(AppsPage, CancellingLeavesTheApplicationRunningAndItsSwitchOn) {
+    Stage stage;
+    stage.start();
+    stage.setApps({app(QStringLiteral("Firefox"), 12, 80)});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    EXPECT_TRUE(stage.models().apps()->asking());
+    EXPECT_TRUE(stage.shows(QStringLiteral("Fermer Firefox ?")));
+    EXPECT_TRUE(stage.shows(
+        QStringLiteral("Les documents non enregistrés dans cette application peuvent être perdus.")));
+    EXPECT_FALSE(stage.find(QStringLiteral("Firefox"), QAccessible::CheckBox)->state().checked);
+    stage.click(QStringLiteral("Annuler"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().apps()->asking(); }));
+    EXPECT_TRUE(stage.find(QStringLiteral("Firefox"), QAccessible::CheckBox)->state().checked);
+    EXPECT_TRUE(stage.quitRequests.empty());
+}
+
+TEST(AppsPage, EscapeCancels) {
+    Stage stage;
+    stage.start();
+    stage.setApps({app(QStringLiteral("Firefox"), 12, 80)});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    stage.press(Qt::Key_Escape);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().apps()->asking(); }));
+    EXPECT_TRUE(stage.quitRequests.empty());
+}
+
+TEST(AppsPage, ClosingAsksTheApplicationToQuit) {
+    Stage stage;
+    stage.start();
+    stage.setApps({app(QStringLiteral("Firefox"), 12, 80)});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    stage.click(QStringLiteral("Fermer"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.quitRequests.empty(); }));
+    EXPECT_EQ(stage.quitRequests, (std::vector<std::pair<qint32, bool>>{{80, false}}));
+}
+
+TEST(AppsPage, ForcingDoesNotAsk) {
+    Stage stage;
+    stage.start();
+    stage.setApps({app(QStringLiteral("Firefox"), 12, 80)});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    stage.click(QStringLiteral("Forcer la fermeture"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.quitRequests.empty(); }));
+    EXPECT_EQ(stage.quitRequests, (std::vector<std::pair<qint32, bool>>{{80, true}}));
+}
+
+TEST(AppsPage, TheQuestionKeepsItsApplicationWhenTheListChanges) {
+    Stage stage;
+    stage.start();
+    stage.setApps({app(QStringLiteral("Firefox"), 12, 80), app(QStringLiteral("Blender"), 5, 71)});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    stage.setApps({app(QStringLiteral("Blender"), 50, 71)});
+    EXPECT_TRUE(stage.shows(QStringLiteral("Fermer Firefox ?")));
+    stage.models().apps()->quit();
+    EXPECT_EQ(stage.quitRequests, (std::vector<std::pair<qint32, bool>>{{80, false}}));
+}
+
+TEST(AppsPage, ANameIsShownAsPlainBoundedText) {
+    Stage stage;
+    stage.start();
+    const QString markup = QStringLiteral("<img src='http://127.0.0.1:1/x'><b>A</b>");
+    stage.setApps(
+        {app(markup, 12, 80), app(QString(100000, u'W'), 6, 81), app(QStringLiteral("a\nb\u202Ec"), 5, 82)});
+    stage.showPage(Page::apps);
+    const QStringList texts = stage.texts();
+    EXPECT_TRUE(texts.join(u'|').contains(markup));
+    for (const QString& text : texts) {
+        EXPECT_LT(text.size(), 300);
+        EXPECT_FALSE(text.contains(u'\n'));
+        EXPECT_FALSE(text.contains(QChar(0x202E)));
+    }
+}
+
+TEST(AppsPage, SamplesOnlyWhileItIsOnScreen) {
+    Stage stage;
+    stage.start();
+    stage.show();
+    EXPECT_FALSE(stage.models().apps()->pageShown());
+    stage.monitor().setSelectedPage(Page::apps);
+    EXPECT_TRUE(stage.models().apps()->pageShown());
+    stage.monitor().setSelectedPage(Page::fans);
+    EXPECT_FALSE(stage.models().apps()->pageShown());
+}
+
+} // namespace

@@ -1,0 +1,151 @@
+// The dashboard: the machine at a glance, in good times and bad.
+
+#include "Stage.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Dashboard, NamesTheComputerUnderItsTitle) {
+    Stage stage;
+    stage.show();
+    EXPECT_TRUE(stage.shows(QStringLiteral("MacBook de Camille")));
+}
+
+TEST(Dashboard, CallsANamelessComputerThisMac) {
+    Stage stage;
+    stage.computerName = QString();
+    stage.show();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Ce Mac")));
+}
+
+TEST(Dashboard, ShowsTheMainTemperatureRoundedAndWhatItMeans) {
+    Stage stage;
+    stage.world.setCelsius(62.5);
+    stage.show();
+    EXPECT_EQ(stage.models().machine()->temperatureNumber(), QStringLiteral("63"));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Mac en bonne santé")));
+    stage.world.setCelsius(88);
+    stage.poll();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Les ventilateurs travaillent")));
+    EXPECT_EQ(stage.models().machine()->temperatureNumber(), QStringLiteral("88"));
+}
+
+TEST(Dashboard, TheChartHasItsCaptionsAndTheHistory) {
+    Stage stage;
+    stage.show();
+    stage.world.setCelsius(60);
+    stage.poll();
+    EXPECT_TRUE(stage.shows(QStringLiteral("il y a 10 min")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("maintenant")));
+    EXPECT_EQ(stage.models().machine()->history(), QList<double>({50, 60}));
+}
+
+TEST(Dashboard, WithoutATemperatureADashStandsInItsPlace) {
+    Stage stage;
+    stage.world.smc.remove("TC0P");
+    stage.show();
+    EXPECT_TRUE(stage.shows(QStringLiteral("–")));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Mac en bonne santé")));
+}
+
+TEST(Dashboard, WithoutFansItStillShowsTemperatureChartAndSensors) {
+    Stage stage;
+    stage.world.smc.setNumber("FNum", "ui8 ", 0);
+    stage.show();
+    EXPECT_TRUE(stage.shows(QStringLiteral(
+        "Ce Mac n'a pas de ventilateur à piloter : il se refroidit sans bruit. Les températures "
+        "restent visibles ci-dessous.")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Température du processeur")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("maintenant")));
+    EXPECT_FALSE(stage.all(QAccessible::ListItem).isEmpty());
+    EXPECT_FALSE(stage.shows(QStringLiteral("Mode")));
+}
+
+TEST(Dashboard, SaysWhenTheControllerCannotBeRead) {
+    Stage stage;
+    stage.world.smcOpens = false;
+    stage.onboarded = true;
+    stage.world.preferences.setBoolean(QStringLiteral("didOnboard"), true);
+    stage.world.make();
+    stage.monitor().start();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().smcAvailable(); }));
+    stage.adopt();
+    stage.show();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Fenwhirl n'arrive pas à lire les capteurs de ce Mac.")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("–")));
+}
+
+TEST(Dashboard, OffersControlWhileItIsWantedAndTheHelperIsMissing) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.show();
+    EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
+    stage.monitor().apply(Preset::game);
+    stage.poll();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
+    stage.click(QStringLiteral("Activer"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
+}
+
+TEST(Dashboard, TheOfferIsBusyWhileInstallingAndComesBackWhenThatFails) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.world.helper.installSucceeds = false;
+    std::mutex gate;
+    gate.lock();
+    stage.world.helper.onInstall = [&gate] { const std::lock_guard wait(gate); };
+    stage.show();
+    stage.monitor().apply(Preset::game);
+    stage.poll();
+    stage.click(QStringLiteral("Activer"));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Activation…")));
+    gate.unlock();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().isInstalling(); }));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Activer")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("L'activation a été annulée ou a échoué.")));
+}
+
+TEST(Dashboard, OffersAnUpdateOfAnOutdatedHelper) {
+    Stage stage;
+    stage.world.helper.setVersion("2");
+    stage.show();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperOutdated(); }));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Une mise à jour de l'assistant est disponible.")));
+    stage.world.helper.setVersion("3");
+    stage.click(QStringLiteral("Mettre à jour"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().helperOutdated(); }));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Mettre à jour")));
+}
+
+TEST(Dashboard, AnErrorStaysUntilItIsClosed) {
+    Stage stage;
+    stage.world.helper.succeeds = false;
+    stage.show();
+    stage.monitor().apply(Preset::max);
+    stage.poll();
+    const QString error = QStringLiteral("Ce Mac n'a pas accepté le changement de vitesse du ventilateur.");
+    EXPECT_TRUE(stage.shows(error));
+    stage.poll();
+    EXPECT_TRUE(stage.shows(error));
+    stage.click(QStringLiteral("Fermer"));
+    EXPECT_FALSE(stage.shows(error));
+    EXPECT_EQ(stage.monitor().controlError(), QString());
+}
+
+TEST(Dashboard, ThePresetMenuAppliesWhatIsChosen) {
+    Stage stage;
+    stage.show();
+    QAccessibleInterface* menu = stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox);
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->text(QAccessible::Description), QStringLiteral("Personnalisé"));
+    stage.click(menu);
+    stage.press(Qt::Key_End);
+    stage.press(Qt::Key_Return);
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::max);
+    EXPECT_EQ(stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox)->text(QAccessible::Description),
+              QStringLiteral("Max"));
+}
+
+} // namespace

@@ -1,0 +1,208 @@
+// The fans, on their page and on the dashboard.
+
+#include "Stage.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr auto slider = QAccessible::Slider;
+constexpr auto stepper = QAccessible::SpinBox;
+
+FanSetting sensorSetting(double start = 50, double max = 90, const std::string& key = {}) {
+    FanSetting setting;
+    setting.mode = FanModeKind::sensor;
+    setting.startTemp = start;
+    setting.maxTemp = max;
+    setting.sensorKey = key;
+    return setting;
+}
+
+FanSetting constantSetting(double rpm) {
+    FanSetting setting;
+    setting.mode = FanModeKind::constant;
+    setting.constantRPM = rpm;
+    return setting;
+}
+
+TEST(FanCard, ShowsNameRangeAndSpeed) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    const QStringList texts = stage.texts();
+    EXPECT_TRUE(texts.contains(QStringLiteral("Ventilateur gauche")));
+    EXPECT_TRUE(texts.contains(QStringLiteral("Ventilateur droit")));
+    const QString joined = texts.join(u'|').remove(QChar(0x202F)).remove(u',').remove(QChar(0xA0));
+    EXPECT_TRUE(joined.contains(QStringLiteral("1200 – 6000 tr/min"))) << joined.toStdString();
+    EXPECT_TRUE(joined.contains(QStringLiteral("2000 tr/min"))) << joined.toStdString();
+}
+
+TEST(FanCard, ANewReadingReplacesTheSpeedInPlace) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    const FanRow* before = stage.models().machine()->fans()->at(0);
+    stage.world.setFan(0, 3210);
+    stage.poll();
+    EXPECT_EQ(stage.models().machine()->fans()->at(0), before);
+    EXPECT_TRUE(before->speedText().endsWith(QStringLiteral("210"))) << before->speedText().toStdString();
+    EXPECT_TRUE(stage.shows(before->speedText() + QStringLiteral(" tr/min")));
+}
+
+TEST(FanCard, AnAutomaticFanHasNothingMoreToSet) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    EXPECT_TRUE(stage.all(slider).isEmpty());
+    EXPECT_TRUE(stage.all(stepper).isEmpty());
+}
+
+TEST(FanCard, AClickOnAModeChangesOnlyThatFan) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    stage.click(QStringLiteral("Vitesse fixe"), QAccessible::RadioButton, 1);
+    EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::automatic);
+    EXPECT_EQ(stage.monitor().setting(1).mode, FanModeKind::constant);
+    EXPECT_EQ(stage.all(slider).size(), 1);
+}
+
+TEST(FanCard, TheConstantSpeedHasTheFansRangeInStepsOfFifty) {
+    Stage stage;
+    stage.start();
+    stage.monitor().setSetting(0, constantSetting(3400));
+    stage.showPage(Page::fans);
+    QAccessibleValueInterface* range = stage.range(slider);
+    ASSERT_NE(range, nullptr);
+    EXPECT_EQ(range->minimumValue().toDouble(), 1200);
+    EXPECT_EQ(range->maximumValue().toDouble(), 6000);
+    EXPECT_EQ(range->minimumStepSize().toDouble(), 50);
+    EXPECT_EQ(range->currentValue().toDouble(), 3400);
+    range->setCurrentValue(4000.0);
+    EXPECT_EQ(stage.monitor().setting(0).constantRPM, 4000);
+}
+
+TEST(FanCard, AFanWithoutARangeStillHasAUsableSlider) {
+    Stage stage;
+    stage.world.smc.setNumber("F0Mn", "fpe2", 1200);
+    stage.world.smc.setNumber("F0Mx", "fpe2", 1200);
+    stage.start();
+    stage.monitor().setSetting(0, constantSetting(1200));
+    stage.showPage(Page::fans);
+    QAccessibleValueInterface* range = stage.range(slider);
+    ASSERT_NE(range, nullptr);
+    EXPECT_EQ(range->minimumValue().toDouble(), 1200);
+    EXPECT_EQ(range->maximumValue().toDouble(), 1201);
+}
+
+TEST(FanCard, TheGaugeOfAFanWithoutARangeDividesByOne) {
+    Stage stage;
+    stage.world.smc.setNumber("F0Mn", "fpe2", 1200);
+    stage.world.smc.setNumber("F0Mx", "fpe2", 1200);
+    stage.world.setFan(0, 1201);
+    stage.start();
+    stage.models().setAwake(true);
+    EXPECT_DOUBLE_EQ(stage.models().machine()->fans()->at(0)->speedFraction(), 1);
+    stage.world.setFan(0, 900);
+    stage.poll();
+    EXPECT_LT(stage.models().machine()->fans()->at(0)->speedFraction(), 0); // the gauge draws that as empty
+}
+
+TEST(FanCard, TheSteppersStopAtTheirBounds) {
+    Stage stage;
+    stage.start();
+    stage.monitor().setSetting(0, sensorSetting(35, 95));
+    stage.showPage(Page::fans);
+    ASSERT_EQ(stage.all(stepper).size(), 2);
+    for (int i = 0; i < 3; ++i)
+        stage.all(stepper).at(0)->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    EXPECT_EQ(stage.monitor().setting(0).startTemp, 30);
+    for (int i = 0; i < 20; ++i)
+        stage.all(stepper).at(0)->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    EXPECT_EQ(stage.monitor().setting(0).startTemp, 80);
+    for (int i = 0; i < 3; ++i)
+        stage.all(stepper).at(1)->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    EXPECT_EQ(stage.monitor().setting(0).maxTemp, 100);
+    for (int i = 0; i < 20; ++i)
+        stage.all(stepper).at(1)->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    EXPECT_EQ(stage.monitor().setting(0).maxTemp, 50);
+    // Nothing keeps the start below the end.
+    EXPECT_GT(stage.monitor().setting(0).startTemp, stage.monitor().setting(0).maxTemp);
+    EXPECT_TRUE(stage.shows(QStringLiteral("La vitesse augmente à partir de 80 °C")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Vitesse maximale à 50 °C")));
+}
+
+TEST(FanCard, TheSensorPickerBeginsWithTheMainTemperature) {
+    Stage stage;
+    stage.world.smc.setNumber("TB0T", "sp78", 31);
+    stage.start();
+    stage.monitor().setSetting(0, sensorSetting());
+    stage.showPage(Page::fans);
+    const QStringList names = stage.models().machine()->sensorChoices()->names();
+    EXPECT_EQ(names, QStringList({QStringLiteral("Température principale (processeur)"),
+                                  QStringLiteral("Processeur (proximité)"), QStringLiteral("Batterie")}));
+    stage.click(QStringLiteral("Capteur"), QAccessible::ComboBox);
+    stage.press(Qt::Key_End);
+    stage.press(Qt::Key_Return);
+    EXPECT_EQ(stage.monitor().setting(0).sensorKey, "TB0T");
+}
+
+TEST(FanCard, AStoredSensorThatIsGoneShowsNoChoice) {
+    Stage stage;
+    stage.start();
+    stage.monitor().setSetting(0, sensorSetting(50, 90, "TXXX"));
+    stage.showPage(Page::fans);
+    EXPECT_EQ(stage.models().machine()->fans()->at(0)->sensorChoice(), -1);
+    QAccessibleInterface* picker = stage.find(QStringLiteral("Capteur"), QAccessible::ComboBox);
+    ASSERT_NE(picker, nullptr);
+    EXPECT_EQ(picker->text(QAccessible::Description), QString());
+    EXPECT_EQ(stage.monitor().setting(0).sensorKey, "TXXX"); // looking at it changes nothing
+}
+
+TEST(FanCard, AnyChangeClearsTheHighlightedPreset) {
+    Stage stage;
+    stage.showPage(Page::dashboard);
+    stage.monitor().apply(Preset::game);
+    QAccessibleInterface* menu = stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox);
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->text(QAccessible::Description), QStringLiteral("Jeu"));
+    stage.all(stepper).at(0)->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    EXPECT_EQ(stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox)->text(QAccessible::Description),
+              QStringLiteral("Personnalisé"));
+}
+
+TEST(FanCard, ChoosingTheModeThatIsSetKeepsThePreset) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    stage.monitor().apply(Preset::automatic);
+    stage.click(QStringLiteral("Auto"), QAccessible::RadioButton);
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::automatic);
+}
+
+TEST(FansPage, SaysWhenThereAreNoFans) {
+    Stage stage;
+    stage.world.smc.setNumber("FNum", "ui8 ", 0);
+    stage.showPage(Page::fans);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Aucun ventilateur détecté sur ce Mac.")));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Mode")));
+}
+
+TEST(FansPage, ThirtyFansHaveThirtyCards) {
+    Stage stage;
+    stage.world.smc.addOlderFans(30);
+    stage.showPage(Page::fans);
+    // From ten on the keys are cut and read the same fan, which still is one card each.
+    EXPECT_EQ(stage.models().machine()->fans()->count(), static_cast<int>(stage.monitor().fans().size()));
+    EXPECT_GE(stage.models().machine()->fans()->count(), 10);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Ventilateur 1")));
+}
+
+TEST(FansPage, AFanThatVanishesTakesOnlyItsOwnCard) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    const FanRow* right = stage.models().machine()->fans()->at(1);
+    stage.world.smc.remove("F0Ac");
+    stage.poll();
+    ASSERT_EQ(stage.models().machine()->fans()->count(), 1);
+    EXPECT_EQ(stage.models().machine()->fans()->at(0), right);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Ventilateur"))); // the only one has neither side nor number
+    EXPECT_FALSE(stage.shows(QStringLiteral("Ventilateur droit")));
+}
+
+} // namespace

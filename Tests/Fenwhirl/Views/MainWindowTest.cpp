@@ -1,0 +1,123 @@
+// The frame of the main window: sidebar, pages, status, appearance of texts in another language.
+
+#include "Stage.h"
+
+#include <QQmlComponent>
+#include <QQuickItem>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(MainWindow, TheSidebarListsThePagesInOrder) {
+    Stage stage;
+    stage.show();
+    QStringList titles;
+    for (QAccessibleInterface* tab : stage.all(QAccessible::PageTab))
+        titles.append(tab->text(QAccessible::Name));
+    EXPECT_EQ(titles, QStringList({QStringLiteral("Tableau de bord"), QStringLiteral("Ventilateurs"),
+                                   QStringLiteral("Capteurs"), QStringLiteral("Applications"),
+                                   QStringLiteral("Préréglages"), QStringLiteral("Alertes"),
+                                   QStringLiteral("Réglages")}));
+}
+
+TEST(MainWindow, AClickInTheSidebarShowsThatPageAndMarksIt) {
+    Stage stage;
+    stage.show();
+    stage.click(QStringLiteral("Alertes"), QAccessible::PageTab);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::alerts);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Sois prévenu avant que ton Mac ne souffre")));
+    EXPECT_TRUE(stage.find(QStringLiteral("Alertes"), QAccessible::PageTab)->state().selected);
+    EXPECT_FALSE(stage.find(QStringLiteral("Tableau de bord"), QAccessible::PageTab)->state().selected);
+}
+
+TEST(MainWindow, APageChosenElsewhereIsShown) {
+    Stage stage;
+    stage.show();
+    stage.monitor().setSelectedPage(Page::presets);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Un clic pour changer le comportement des ventilateurs")));
+}
+
+TEST(MainWindow, TheFootSaysHowTheMacFeels) {
+    Stage stage;
+    stage.show();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Tout est normal")));
+    stage.world.setCelsius(85);
+    stage.poll();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Le Mac est chaud")));
+    stage.world.setCelsius(92);
+    stage.poll();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Surchauffe")));
+}
+
+TEST(MainWindow, HasItsTitleAndNeverGetsTooSmall) {
+    Stage stage;
+    stage.windowSize = {1040, 680};
+    stage.show();
+    EXPECT_EQ(stage.window().title(), QStringLiteral("Fenwhirl"));
+    EXPECT_EQ(stage.window().minimumSize(), QSize(920, 560));
+}
+
+TEST(MainWindow, OpensAtItsUsualSize) {
+    Stage stage;
+    stage.windowSize = {};
+    stage.start();
+    QQmlEngine engine;
+    registerViews();
+    engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
+    QQmlComponent component(&engine, mainWindowFile());
+    const std::unique_ptr<QObject> window(component.createWithInitialProperties(
+        {{QStringLiteral("models"), QVariant::fromValue(&stage.models())}}));
+    ASSERT_TRUE(window);
+    EXPECT_EQ(qobject_cast<QQuickWindow*>(window.get())->size(), QSize(1040, 680));
+}
+
+TEST(MainWindow, AnotherLanguageShowsAtOnceEverywhere) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    QObject::connect(&stage.monitor(), &Monitor::languageChanged, &stage.models(), [&stage] {
+        stage.models().retranslate();
+        stage.engine().retranslate();
+    });
+    stage.monitor().setLanguage(AppLanguage::de);
+    const QStringList german = stage.texts();
+    stage.monitor().setLanguage(AppLanguage::fr);
+    const QStringList french = stage.texts();
+    EXPECT_TRUE(french.contains(QStringLiteral("Réglages")));
+    EXPECT_TRUE(french.contains(QStringLiteral("Tout est normal")));
+    for (const QString& text :
+         {QStringLiteral("Réglages"), QStringLiteral("Tout est normal"), QStringLiteral("Apparence"),
+          QStringLiteral("Mac chaud à partir de 85 °C"), QStringLiteral("Créer le rapport")}) {
+        EXPECT_FALSE(german.contains(text)) << text.toStdString();
+    }
+}
+
+// Presses every control there is, in every state of the tab chain, by keyboard alone.
+TEST(MainWindow, TheKeyboardReachesEveryPage) {
+    Stage stage;
+    stage.show();
+    stage.press(Qt::Key_Tab);
+    for (int i = 0; i < 40 && stage.monitor().selectedPage() != Page::fans; ++i) {
+        QQuickItem* focused = stage.window().activeFocusItem();
+        QAccessibleInterface* item = QAccessible::queryAccessibleInterface(focused);
+        if (item != nullptr && item->text(QAccessible::Name) == QStringLiteral("Ventilateurs"))
+            stage.press(Qt::Key_Space);
+        else
+            stage.press(Qt::Key_Tab);
+    }
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::fans);
+}
+
+TEST(MainWindow, WhatIsAsleepHearsNothing) {
+    Stage stage;
+    stage.show();
+    ASSERT_TRUE(stage.shows(QStringLiteral("50 °C")));
+    stage.models().setAwake(false);
+    stage.world.setCelsius(61);
+    stage.poll();
+    EXPECT_FALSE(stage.shows(QStringLiteral("Processeur (proximité) 61 °C")));
+    stage.models().setAwake(true);
+    EXPECT_TRUE(stage.texts().join(u' ').contains(QStringLiteral("61")));
+}
+
+} // namespace

@@ -1,0 +1,118 @@
+// The status item's panel.
+
+#include "Stage.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr auto slider = QAccessible::Slider;
+constexpr auto chip = QAccessible::RadioButton;
+
+TEST(MenuPanel, ShowsAtMostThreeTemperatures) {
+    Stage stage;
+    for (const char* key : {"TC1C", "TC2C", "TG0P", "TM0P"})
+        stage.world.smc.setNumber(key, "sp78", 40);
+    stage.show(menuPanelFile());
+    EXPECT_EQ(stage.models().machine()->featured()->count(), 5);
+    EXPECT_EQ(stage.all(QAccessible::ListItem).size(), 3);
+}
+
+TEST(MenuPanel, WithoutSensorsItHasNoTemperatures) {
+    Stage stage;
+    stage.world.smc.remove("TC0P");
+    stage.show(menuPanelFile());
+    EXPECT_TRUE(stage.all(QAccessible::ListItem).isEmpty());
+    EXPECT_EQ(stage.all(chip).size(), 5);
+}
+
+TEST(MenuPanel, WithoutFansThePresetsStillShow) {
+    Stage stage;
+    stage.world.smc.setNumber("FNum", "ui8 ", 0);
+    stage.show(menuPanelFile());
+    EXPECT_TRUE(stage.all(slider).isEmpty());
+    QStringList titles;
+    for (QAccessibleInterface* preset : stage.all(chip))
+        titles.append(preset->text(QAccessible::Name));
+    EXPECT_EQ(titles,
+              QStringList({QStringLiteral("Auto"), QStringLiteral("Silencieux"), QStringLiteral("Équilibré"),
+                           QStringLiteral("Jeu"), QStringLiteral("Max")}));
+}
+
+TEST(MenuPanel, AClickOnAPresetAppliesAndMarksIt) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    for (QAccessibleInterface* preset : stage.all(chip))
+        EXPECT_FALSE(preset->state().checked);
+    stage.click(QStringLiteral("Jeu"), chip);
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::game);
+    EXPECT_TRUE(stage.find(QStringLiteral("Jeu"), chip)->state().checked);
+}
+
+TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    stage.monitor().apply(Preset::automatic);
+    FanSetting custom = stage.monitor().setting(0);
+    ASSERT_EQ(custom.mode, FanModeKind::automatic);
+    QAccessibleValueInterface* range = stage.range(slider);
+    ASSERT_NE(range, nullptr);
+    EXPECT_EQ(range->currentValue().toDouble(), 2000); // what it measures
+    range->setCurrentValue(3000.0);
+    EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::constant);
+    EXPECT_EQ(stage.monitor().setting(0).constantRPM, 3000);
+    EXPECT_EQ(stage.monitor().setting(0).startTemp, custom.startTemp);
+    EXPECT_EQ(stage.monitor().activePreset(), std::nullopt);
+    EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 3000);
+    EXPECT_FALSE(stage.find(QStringLiteral("Auto"), chip)->state().checked);
+}
+
+TEST(MenuPanel, AFanWithoutARangeGetsOneOfOneTurn) {
+    Stage stage;
+    stage.world.smc.setNumber("F0Mn", "fpe2", 1200);
+    stage.world.smc.setNumber("F0Mx", "fpe2", 1200);
+    stage.show(menuPanelFile());
+    QAccessibleValueInterface* range = stage.range(slider);
+    ASSERT_NE(range, nullptr);
+    EXPECT_EQ(range->minimumValue().toDouble(), 1200);
+    EXPECT_EQ(range->maximumValue().toDouble(), 1201);
+}
+
+TEST(MenuPanel, OffersControlOnlyWhileItIsWantedAndMissing) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.show(menuPanelFile());
+    EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
+    stage.monitor().apply(Preset::max);
+    stage.poll();
+    stage.click(QStringLiteral("Activer le contrôle des ventilateurs"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    EXPECT_EQ(stage.world.helper.installs, 1);
+    EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
+}
+
+TEST(MenuPanel, ItsButtonsOpenAndQuit) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    stage.click(QStringLiteral("Ouvrir Fenwhirl"));
+    EXPECT_EQ(stage.timesOpenedMain, 1);
+    stage.click(QStringLiteral("Quitter"));
+    EXPECT_EQ(stage.timesQuit, 1);
+}
+
+TEST(MenuPanel, EscapeClosesIt) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    stage.press(Qt::Key_Escape);
+    EXPECT_FALSE(stage.window().isVisible());
+}
+
+TEST(MenuPanel, IsAsWideAsDrawnAndAsHighAsItsContent) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    EXPECT_EQ(stage.window().width(), 340);
+    EXPECT_GT(stage.window().height(), 400);
+    EXPECT_LT(stage.window().height(), 600);
+}
+
+} // namespace

@@ -1,0 +1,93 @@
+// All sensors, as a page and as rows.
+
+#include "Fenwhirl/Views/SensorList.h"
+#include "Stage.h"
+
+#include <QSignalSpy>
+
+#include <cstdio>
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(SensorRow, IsHotFromEightyDegreesWhateverTheThresholds) {
+    EXPECT_FALSE(shown({QStringLiteral("TC0P"), 79.9}).hot);
+    EXPECT_TRUE(shown({QStringLiteral("TC0P"), 80.0}).hot);
+}
+
+TEST(SensorRow, IsFullFromAHundredDegrees) {
+    EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 50}).fraction, 0.5);
+    EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 100}).fraction, 1);
+    EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 130}).fraction, 1);
+}
+
+TEST(SensorRow, ShowsTheTemperatureRounded) {
+    EXPECT_TRUE(shown({QStringLiteral("TC0P"), 62.5}).temperature.startsWith(QStringLiteral("63")));
+}
+
+TEST(SensorsSorted, AreAscendingByNameAndEqualNamesKeepTheirOrder) {
+    // Both ambient sensors have the same name; the battery comes after "Air".
+    const QList<SensorState> sensors = {{QStringLiteral("TB0T"), 31},
+                                        {QStringLiteral("TA1P"), 25},
+                                        {QStringLiteral("TA0P"), 24},
+                                        {QStringLiteral("TA2P"), 23}};
+    const QList<ShownSensor> rows = shownSortedByName(sensors);
+    QStringList names;
+    for (const ShownSensor& row : rows)
+        names.append(row.name);
+    QStringList sorted = names;
+    std::stable_sort(sorted.begin(), sorted.end());
+    EXPECT_EQ(names, sorted);
+    QList<int> ofEqualName;
+    for (const ShownSensor& row : rows) {
+        if (row.name == shown(sensors.at(1)).name)
+            ofEqualName.append(static_cast<int>(row.fraction * 100 + 0.5));
+    }
+    QList<int> inReadingOrder;
+    for (const SensorState& sensor : sensors) {
+        if (shown(sensor).name == shown(sensors.at(1)).name)
+            inReadingOrder.append(static_cast<int>(sensor.celsius));
+    }
+    EXPECT_EQ(ofEqualName, inReadingOrder);
+}
+
+TEST(SensorList, TellsOnlyOfWhatDiffers) {
+    SensorList list;
+    list.setSensors({shown({QStringLiteral("TC0P"), 50}), shown({QStringLiteral("TB0T"), 31})});
+    QSignalSpy changed(&list, &SensorList::dataChanged);
+    list.setSensors({shown({QStringLiteral("TC0P"), 50}), shown({QStringLiteral("TB0T"), 31.2})});
+    ASSERT_EQ(changed.count(), 1);
+    EXPECT_EQ(changed.at(0).at(0).toModelIndex().row(), 1);
+    EXPECT_EQ(changed.at(0).at(2).value<QList<int>>(), QList<int>({SensorList::FractionRole}));
+    list.setSensors({shown({QStringLiteral("TC0P"), 50}), shown({QStringLiteral("TB0T"), 31.2})});
+    EXPECT_EQ(changed.count(), 1);
+}
+
+TEST(SensorsPage, ListsThemByNameWithTheirCount) {
+    Stage stage;
+    stage.world.smc.setNumber("TB0T", "sp78", 31);
+    stage.world.smc.setNumber("TM0P", "sp78", 42);
+    stage.showPage(Page::sensors);
+    EXPECT_TRUE(stage.shows(QStringLiteral("3 capteurs de température")));
+    QStringList names;
+    for (QAccessibleInterface* row : stage.all(QAccessible::ListItem))
+        names.append(row->text(QAccessible::Name).section(u' ', 0, 0));
+    EXPECT_EQ(names, QStringList({QStringLiteral("Batterie"), QStringLiteral("Mémoire"),
+                                  QStringLiteral("Processeur")}));
+}
+
+TEST(SensorsPage, OfFiveHundredSensorsOnlyThoseInViewHaveRows) {
+    Stage stage;
+    for (int i = 0; i < 500; ++i) {
+        char key[5];
+        std::snprintf(key, sizeof key, "T%03x", static_cast<unsigned>(i) + 0x100u);
+        stage.world.smc.setNumber(key, "sp78", 30 + i % 60);
+    }
+    stage.windowSize = {1040, 680};
+    stage.showPage(Page::sensors);
+    EXPECT_EQ(stage.models().machine()->sensors()->count(), 501);
+    EXPECT_GT(stage.all(QAccessible::ListItem).size(), 15);
+    EXPECT_LT(stage.all(QAccessible::ListItem).size(), 60);
+}
+
+} // namespace

@@ -1,0 +1,213 @@
+// Presets, alerts and settings: what they show of the user's choices, and how they change them.
+
+#include "Fenwhirl/Views/HealthThresholds.h"
+#include "Stage.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr auto slider = QAccessible::Slider;
+
+TEST(PresetsPage, MarksTheActivePresetAndOffersTheOthers) {
+    Stage stage;
+    stage.showPage(Page::presets);
+    EXPECT_FALSE(stage.shows(QStringLiteral("Actif")));
+    stage.click(QStringLiteral("Appliquer Équilibré"));
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::balanced);
+    EXPECT_EQ(stage.texts().count(QStringLiteral("Actif")), 1);
+    EXPECT_EQ(stage.find(QStringLiteral("Appliquer Équilibré"), QAccessible::Button), nullptr);
+    EXPECT_NE(stage.find(QStringLiteral("Appliquer Jeu"), QAccessible::Button), nullptr);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Refroidit tôt pour les jeux et les gros calculs.")));
+}
+
+TEST(AlertsPage, ShowsAndChangesSwitchAndThreshold) {
+    Stage stage;
+    stage.showPage(Page::alerts);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Seuil d'alerte : 90 °C")));
+    QAccessibleValueInterface* range = stage.range(slider);
+    ASSERT_NE(range, nullptr);
+    EXPECT_EQ(range->minimumValue().toDouble(), 60);
+    EXPECT_EQ(range->maximumValue().toDouble(), 100);
+    EXPECT_EQ(range->minimumStepSize().toDouble(), 5);
+    range->setCurrentValue(75.0);
+    EXPECT_EQ(stage.monitor().alertThreshold(), 75);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Seuil d'alerte : 75 °C")));
+    stage.click(QStringLiteral("Prévenir quand le Mac chauffe trop"), QAccessible::CheckBox);
+    EXPECT_FALSE(stage.monitor().alertsEnabled());
+}
+
+TEST(AlertsPage, TheTestButtonSendsTheTestNotification) {
+    Stage stage;
+    stage.showPage(Page::alerts);
+    stage.click(QStringLiteral("Tester l'alerte"));
+    ASSERT_EQ(stage.notifications.size(), 1U);
+    EXPECT_EQ(stage.notifications.front().first, QStringLiteral("Fenwhirl"));
+    EXPECT_EQ(stage.notifications.front().second, QStringLiteral("Ceci est une alerte de test."));
+}
+
+TEST(HealthThresholds, KeepTheirDistance) {
+    EXPECT_EQ(withWarm({70, 80}, 100), (HealthThresholds{100, 105}));
+    EXPECT_EQ(withHot({100, 105}, 65), (HealthThresholds{60, 65}));
+    EXPECT_EQ(withWarm({70, 80}, 75), (HealthThresholds{75, 80}));
+    EXPECT_EQ(withWarm({70, 80}, 76), (HealthThresholds{76, 81}));
+    EXPECT_EQ(withWarm({70, 80}, 103), (HealthThresholds{103, 105}));
+    EXPECT_EQ(withHot({70, 80}, 58), (HealthThresholds{55, 58}));
+}
+
+TEST(SettingsPage, TheThresholdSlidersPushEachOther) {
+    Stage stage;
+    stage.start();
+    stage.monitor().setWarmThreshold(70);
+    stage.monitor().setHotThreshold(80);
+    stage.showPage(Page::settings);
+    stage.range(slider, 0)->setCurrentValue(100.0);
+    EXPECT_EQ(stage.monitor().hotThreshold(), 105);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Surchauffe à partir de 105 °C")));
+    stage.range(slider, 1)->setCurrentValue(65.0);
+    EXPECT_EQ(stage.monitor().warmThreshold(), 60);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Mac chaud à partir de 60 °C")));
+}
+
+TEST(SettingsPage, ShowsItsGroupsInOrder) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    const QStringList texts = stage.texts();
+    qsizetype last = -1;
+    for (const QString& heading :
+         {QStringLiteral("Fenwhirl 0.1"), QStringLiteral("Démarrage"), QStringLiteral("Thème"),
+          QStringLiteral("Langue"), QStringLiteral("État du Mac"),
+          QStringLiteral("Contrôle des ventilateurs"), QStringLiteral("Rapport de diagnostic")}) {
+        const qsizetype at = texts.indexOf(heading);
+        EXPECT_GT(at, last) << heading.toStdString();
+        last = at;
+    }
+}
+
+TEST(SettingsPage, SwitchingTheLoginItemShowsTheTruthEvenWhenItFails) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    const QString label = QStringLiteral("Ouvrir Fenwhirl au démarrage du Mac");
+    stage.click(label, QAccessible::CheckBox);
+    EXPECT_TRUE(stage.world.loginItemEnabled);
+    EXPECT_TRUE(stage.find(label, QAccessible::CheckBox)->state().checked);
+    stage.world.loginItemWorks = false;
+    stage.click(label, QAccessible::CheckBox);
+    EXPECT_TRUE(stage.find(label, QAccessible::CheckBox)->state().checked);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Impossible de changer le démarrage automatique.")));
+}
+
+TEST(SettingsPage, TheAppearanceIsChosenFromThree) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    EXPECT_TRUE(stage.find(QStringLiteral("Sombre"), QAccessible::RadioButton)->state().checked);
+    stage.click(QStringLiteral("Clair"), QAccessible::RadioButton);
+    EXPECT_EQ(stage.monitor().theme(), AppTheme::light);
+    stage.click(QStringLiteral("Automatique"), QAccessible::RadioButton);
+    EXPECT_EQ(stage.monitor().theme(), AppTheme::automatic);
+}
+
+TEST(SettingsPage, TheLanguagesAreNamedInThemselves) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    EXPECT_EQ(
+        stage.models().preferences()->languageNames(),
+        QStringList({QStringLiteral("Automatique"), QStringLiteral("Français"), QStringLiteral("English"),
+                     QStringLiteral("Srpski (latinica)"), QStringLiteral("Српски (ћирилица)"),
+                     QStringLiteral("Deutsch"), QStringLiteral("Español"), QStringLiteral("Italiano"),
+                     QStringLiteral("Português"), QStringLiteral("Русский")}));
+    stage.click(QStringLiteral("Langue"), QAccessible::ComboBox);
+    stage.press(Qt::Key_End);
+    stage.press(Qt::Key_Return);
+    EXPECT_EQ(stage.monitor().language(), AppLanguage::ru);
+}
+
+TEST(SettingsPage, OffersWhatSuitsTheHelpersState) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Activé : Fenwhirl peut changer la vitesse des ventilateurs.")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Réinstaller")));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle")));
+    stage.click(QStringLiteral("Désactiver"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().helperInstalled(); }));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Non activé : Fenwhirl peut seulement lire les températures.")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle")));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Désactiver")));
+}
+
+TEST(SettingsPage, TheWayBackMakesEveryFanAutomatic) {
+    Stage stage;
+    stage.start();
+    stage.monitor().apply(Preset::max);
+    stage.showPage(Page::settings);
+    stage.click(QStringLiteral("Remettre les ventilateurs en automatique"));
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::automatic);
+    EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::automatic);
+}
+
+TEST(SettingsPage, MakesAReportOnceAndHandsItOver) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    EXPECT_FALSE(
+        stage.find(QStringLiteral("Inclure un test des ventilateurs (6 secondes)"), QAccessible::CheckBox)
+            ->state()
+            .checked);
+    stage.click(QStringLiteral("Créer le rapport"));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Création en cours…")));
+    stage.models().report()->create();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
+    ASSERT_EQ(stage.reports.size(), 1U);
+    EXPECT_TRUE(stage.reports.front().contains(QStringLiteral("Assistant installé : oui")));
+    EXPECT_FALSE(stage.reports.front().contains(QStringLiteral("-- Test d'écriture (6 s) --")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Créer le rapport")));
+}
+
+TEST(SettingsPage, TheSwitchPutsTheFanTestIntoTheReport) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    stage.click(QStringLiteral("Inclure un test des ventilateurs (6 secondes)"), QAccessible::CheckBox);
+    stage.click(QStringLiteral("Créer le rapport"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
+    EXPECT_TRUE(stage.reports.at(0).contains(QStringLiteral("-- Test d'écriture (6 s) --")));
+}
+
+TEST(SaveReport, WritesWhereTheUserSaysAndShowsTheFile) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("rapport.txt"));
+    QString proposed;
+    QString revealed;
+    saveReport(
+        QStringLiteral("Température : 50 °C"),
+        [&](const QString& name) {
+            proposed = name;
+            return path;
+        },
+        [&](const QString& shownPath) { revealed = shownPath; });
+    EXPECT_EQ(proposed, QStringLiteral("Fenwhirl-diagnostic.txt"));
+    EXPECT_EQ(revealed, path);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QStringLiteral("Température : 50 °C").toUtf8());
+}
+
+TEST(SaveReport, DecliningWritesAndShowsNothing) {
+    int revealed = 0;
+    saveReport(
+        QStringLiteral("x"), [](const QString&) { return QString(); }, [&](const QString&) { ++revealed; });
+    EXPECT_EQ(revealed, 0);
+}
+
+TEST(SaveReport, AFailedWriteStillOpensTheFileBrowser) {
+    QString revealed;
+    const QString path = QStringLiteral("/nonexistent/folder/rapport.txt");
+    saveReport(
+        QStringLiteral("x"), [&](const QString&) { return path; },
+        [&](const QString& shownPath) { revealed = shownPath; });
+    EXPECT_EQ(revealed, path);
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+} // namespace

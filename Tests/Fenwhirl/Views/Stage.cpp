@@ -1,0 +1,171 @@
+#include "Stage.h"
+
+#include "Fenwhirl/Views/Components/Theme.h"
+
+#include <QCoreApplication>
+#include <QQmlComponent>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+void collect(QAccessibleInterface* from, QList<QAccessibleInterface*>& into) {
+    if (from == nullptr || from->state().invisible)
+        return;
+    into.append(from);
+    for (int i = 0; i < from->childCount(); ++i)
+        collect(from->child(i), into);
+}
+
+QList<QAccessibleInterface*> everything(QQuickWindow& window) {
+    QList<QAccessibleInterface*> all;
+    QAccessibleInterface* root = QAccessible::queryAccessibleInterface(&window);
+    for (int i = 0; root != nullptr && i < root->childCount(); ++i)
+        collect(root->child(i), all);
+    return all;
+}
+
+} // namespace
+
+Stage::Stage() {
+    QCoreApplication::installTranslator(&translator_);
+    world.preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
+}
+
+Stage::~Stage() {
+    window_.reset();
+    engine_.reset();
+    models_.reset();
+    processes_.reset();
+    QCoreApplication::removeTranslator(&translator_);
+}
+
+void Stage::start() {
+    world.preferences.setBoolean(QStringLiteral("didOnboard"), onboarded);
+    world.start();
+    adopt();
+}
+
+void Stage::adopt() {
+    ProcessServices processes;
+    processes.sample = [this] {
+        const std::lock_guard lock(mutex_);
+        return sample_;
+    };
+    processes.cancelSampling = [] {};
+    processes.quit.startOf = [](qint32) { return ProcessStart{}; };
+    processes.quit.askApplication = [this](qint32 pid, bool force) {
+        quitRequests.emplace_back(pid, force);
+        return true;
+    };
+    processes.quit.sendSignal = [](qint32, ProcessStart, int) {};
+    processes_ = std::make_unique<ProcessMonitor>(processes);
+    models_ = std::make_unique<ViewModels>(
+        monitor(), *processes_,
+        ViewServices{.computerName = computerName,
+                     .notify = [this](const QString& title,
+                                      const QString& message) { notifications.emplace_back(title, message); },
+                     .saveReport = [this](const QString& text) { reports.push_back(text); },
+                     .applicationIcon = [](const QString&) { return QString(); },
+                     .openMain = [this] { ++timesOpenedMain; },
+                     .quit = [this] { ++timesQuit; }});
+}
+
+void Stage::show(const QUrl& file) {
+    if (!models_)
+        start();
+    registerViews();
+    engine_ = std::make_unique<QQmlEngine>();
+    engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    models_->setAwake(true);
+    QQmlComponent component(engine_.get(), file);
+    ASSERT_TRUE(component.isReady()) << component.errorString().toStdString();
+    // Everything is where it belongs at once: nothing to wait for.
+    engine_->singletonInstance<Fenwhirl::Theme*>(qmlTypeId("Fenwhirl.Components", 1, 0, "Theme"))
+        ->setReducedMotion(true);
+    window_.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
+        {{QStringLiteral("models"), QVariant::fromValue(models_.get())}})));
+    ASSERT_TRUE(window_);
+    if (file == mainWindowFile())
+        window_->resize(windowSize);
+    window_->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+}
+
+void Stage::showPage(Page page) {
+    if (!models_)
+        start();
+    monitor().setSelectedPage(page);
+    show();
+}
+
+void Stage::poll() {
+    world.poll();
+}
+
+void Stage::setApps(const QList<AppLoad>& apps) {
+    {
+        const std::lock_guard lock(mutex_);
+        sample_.apps = apps;
+    }
+    QSignalSpy changed(processes_.get(), &ProcessMonitor::appsChanged);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+        processes_->refresh();
+        return !changed.isEmpty() || processes_->apps() == apps;
+    }));
+}
+
+QStringList Stage::texts() {
+    QStringList texts;
+    for (const QAccessibleInterface* item : everything(*window_)) {
+        const QString name = item->text(QAccessible::Name);
+        if (!name.isEmpty())
+            texts.append(name);
+    }
+    return texts;
+}
+
+QList<QAccessibleInterface*> Stage::all(QAccessible::Role role) {
+    QList<QAccessibleInterface*> found;
+    for (QAccessibleInterface* item : everything(*window_)) {
+        if (item->role() == role)
+            found.append(item);
+    }
+    return found;
+}
+
+QAccessibleInterface* Stage::find(const QString& name, QAccessible::Role role, int n) {
+    for (QAccessibleInterface* item : all(role)) {
+        if (item->text(QAccessible::Name) == name && n-- == 0)
+            return item;
+    }
+    return nullptr;
+}
+
+QAccessibleValueInterface* Stage::range(QAccessible::Role role, int n) {
+    const QList<QAccessibleInterface*> ranges = all(role);
+    return n < ranges.size() ? ranges.at(n)->valueInterface() : nullptr;
+}
+
+QColor Stage::colorAt(QPoint point) {
+    return window_->grabWindow().pixelColor(point * window_->devicePixelRatio());
+}
+
+void Stage::click(QAccessibleInterface* target) {
+    ASSERT_NE(target, nullptr);
+    const QPoint centre = target->rect().center() - window_->position();
+    ASSERT_TRUE(QRect(QPoint(), window_->size()).contains(centre)) << "it lies outside the window";
+    QTest::mouseClick(window_.get(), Qt::LeftButton, {}, centre);
+}
+
+void Stage::click(const QString& name, QAccessible::Role role, int n) {
+    QAccessibleInterface* target = find(name, role, n);
+    ASSERT_NE(target, nullptr) << "nothing is called " << name.toStdString();
+    click(target);
+}
+
+void Stage::press(Qt::Key key) {
+    QTest::keyClick(window_.get(), key);
+}

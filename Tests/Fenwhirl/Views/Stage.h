@@ -1,0 +1,88 @@
+// The real windows on the real models, over a controller, a helper and processes in memory; and the eyes and
+// hands of a user: what is shown is read from the accessibility tree, and what is done is a mouse click or a
+// key.
+//
+// The window is taller than any page, so that everything on it can be reached without scrolling. Nothing is
+// looked up by an object's name: a control that a screen reader could not find, a test cannot find either.
+
+#pragma once
+
+#include "Fenwhirl/Localization/LocalizerTranslator.h"
+#include "Fenwhirl/Monitoring/MonitorHarness.h"
+#include "Fenwhirl/Processes/ProcessMonitor.h"
+#include "Fenwhirl/Views/ViewModels.h"
+#include "Fenwhirl/Views/Views.h"
+
+#include <QAccessible>
+#include <QQmlEngine>
+#include <QQuickWindow>
+#include <QStringList>
+
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+class Stage {
+public:
+    MonitorHarness world;
+    bool onboarded = true;
+    QString computerName = QStringLiteral("MacBook de Camille");
+    std::vector<std::pair<QString, QString>> notifications;
+    std::vector<QString> reports;
+    int timesOpenedMain = 0;
+    int timesQuit = 0;
+    // What was asked of running applications: identifier and whether by force.
+    std::vector<std::pair<qint32, bool>> quitRequests;
+    QSize windowSize = {1040, 2400};
+
+    Stage();
+    ~Stage();
+
+    // Makes models and views, and polls once.
+    void start();
+    // The same for a monitor that the test has made itself.
+    void adopt();
+    // Shows one of the windows and waits until it is there.
+    void show(const QUrl& file = mainWindowFile());
+    // Both, with the page selected.
+    void showPage(Page page);
+    void poll();
+    void setApps(const QList<AppLoad>& apps);
+
+    [[nodiscard]] Monitor& monitor() { return world.monitor(); }
+
+    [[nodiscard]] ViewModels& models() { return *models_; }
+
+    [[nodiscard]] ProcessMonitor& processes() { return *processes_; }
+
+    [[nodiscard]] QQuickWindow& window() { return *window_; }
+
+    [[nodiscard]] QQmlEngine& engine() { return *engine_; }
+
+    // --- Eyes ---
+    // Names of everything that can be seen, in the order of the tree.
+    [[nodiscard]] QStringList texts();
+
+    [[nodiscard]] bool shows(const QString& text) { return texts().contains(text); }
+
+    // The n-th visible thing of this name and role; null when there is none.
+    [[nodiscard]] QAccessibleInterface* find(const QString& name, QAccessible::Role role, int n = 0);
+    [[nodiscard]] QList<QAccessibleInterface*> all(QAccessible::Role role);
+    [[nodiscard]] QAccessibleValueInterface* range(QAccessible::Role role, int n = 0);
+    [[nodiscard]] QColor colorAt(QPoint point);
+
+    // --- Hands ---
+    void click(QAccessibleInterface* target);
+    void click(const QString& name, QAccessible::Role role = QAccessible::Button, int n = 0);
+    void press(Qt::Key key);
+
+private:
+    std::mutex mutex_;
+    ProcessSample sample_;
+    LocalizerTranslator translator_;
+    std::unique_ptr<ProcessMonitor> processes_;
+    std::unique_ptr<ViewModels> models_;
+    std::unique_ptr<QQmlEngine> engine_;
+    std::unique_ptr<QQuickWindow> window_;
+};

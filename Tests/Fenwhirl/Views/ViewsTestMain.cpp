@@ -1,0 +1,24 @@
+#include "Fenwhirl/Views/Components/Components.h"
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QQuickWindow>
+
+#include <gmock/gmock.h>
+
+// Draws into memory: the same pictures everywhere, no display and no focus of another window needed.
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("LC_ALL", "C.UTF-8");
+    qunsetenv("LANGUAGE");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QCoreApplication::setApplicationName(QStringLiteral("Fenwhirl"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("0.1"));
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QGuiApplication::setFont(Fenwhirl::interfaceFont(QStringLiteral("Inter")));
+    QAccessible::setActive(true);
+    return RUN_ALL_TESTS();
+}
