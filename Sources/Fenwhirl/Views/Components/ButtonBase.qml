@@ -45,6 +45,7 @@ Pressable {
         stroke: root.stroke
     }
     contentItem: Label {
+        Accessible.ignored: true // the control says it
         color: root.labelColor
         font.weight: root.labelWeight
         opacity: root.enabled ? 1 : root.disabledLabelOpacity

@@ -41,12 +41,14 @@ Pressable {
         spacing: 8
 
         Label {
+            Accessible.ignored: true // the control says it
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.muted
             text: root.caption
         }
 
         Label {
+            Accessible.ignored: true // the control says it
             anchors.verticalCenter: parent.verticalCenter
             text: root.currentText
         }

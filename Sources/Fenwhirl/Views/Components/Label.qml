@@ -14,6 +14,8 @@ Text {
     // height puts all of it below each line: there the glyphs are pushed down and the last line gives the rest back.
     readonly property real halfLeading: (line - Math.ceil(metrics.height)) / 2
 
+    Accessible.name: text
+    Accessible.role: Accessible.StaticText
     color: Theme.text
     elide: wraps ? Text.ElideNone : Text.ElideRight
     font.pixelSize: size

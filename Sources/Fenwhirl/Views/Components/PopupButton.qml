@@ -40,6 +40,7 @@ Pressable {
         spacing: 8
 
         ElidedLabel {
+            Accessible.ignored: true // the control says it
             Layout.fillWidth: true
             text: root.currentLabel
         }

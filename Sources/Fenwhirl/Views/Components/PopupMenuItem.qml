@@ -32,6 +32,7 @@ Pressable {
         }
 
         ElidedLabel {
+            Accessible.ignored: true // the control says it
             anchors.verticalCenter: parent.verticalCenter
             color: root.ink
             font.weight: root.highlighted ? Font.Medium : Font.Normal

@@ -24,6 +24,7 @@ Pressable {
         radius: 8
     }
     contentItem: Label {
+        Accessible.ignored: true // the control says it
         color: root.selected ? Theme.onAccent : Theme.secondaryText
         font.weight: root.selected ? Font.DemiBold : Font.Normal
         horizontalAlignment: Text.AlignHCenter
