@@ -9,10 +9,26 @@ Item {
 
     required property double fraction
     property color fill: Theme.accent
-    readonly property double shown: fraction > 0 ? Math.min(fraction, 1) : 0
+    readonly property double wanted: fraction > 0 ? Math.min(fraction, 1) : 0
+    property double shown: 0
+    // False until the bar stands: what is there from the beginning does not move into place.
+    property bool ready: false
 
     implicitHeight: 6
     implicitWidth: 140
+
+    // A change of about a point is shown at once: temperatures always flutter, and every frame of a motion costs the
+    // processor this program watches.
+    onWantedChanged: {
+        motion.enabled = ready && Math.abs(wanted - shown) > 0.01
+        shown = wanted
+    }
+    Component.onCompleted: ready = true
+
+    Behavior on shown {
+        id: motion
+        NumberAnimation { duration: Theme.gaugeDuration; easing.type: Easing.OutCubic }
+    }
 
     Rectangle {
         anchors.fill: parent
@@ -28,9 +44,5 @@ Item {
         radius: height / 2
         visible: width > 0
         width: root.width * root.shown
-
-        Behavior on width {
-            NumberAnimation { duration: Theme.gaugeDuration; easing.type: Easing.OutCubic }
-        }
     }
 }

@@ -12,7 +12,7 @@ Text {
     readonly property bool wraps: wrapMode !== Text.NoWrap
     // Half the leading above the glyphs and half below, so that texts stand in the middle of their lines. A fixed line
     // height puts all of it below each line: there the glyphs are pushed down and the last line gives the rest back.
-    readonly property real halfLeading: (line - Math.ceil(metrics.height)) / 2
+    readonly property real halfLeading: Math.round((line - metrics.height) / 2)
 
     Accessible.name: text
     Accessible.role: Accessible.StaticText
@@ -23,7 +23,7 @@ Text {
     lineHeightMode: wraps ? Text.FixedHeight : Text.ProportionalHeight
     textFormat: Text.PlainText
     topPadding: halfLeading
-    bottomPadding: wraps ? -halfLeading : halfLeading
+    bottomPadding: wraps ? -halfLeading : line - Math.ceil(metrics.height) - halfLeading
 
     FontMetrics {
         id: metrics

@@ -50,13 +50,13 @@ T.Popup {
         stroke: Theme.stroke
 
         SoftShadow {
-            blur: 24
+            blur: 32
             color: Theme.shadow
             height: parent.height + 2 * blur
             radius: 11
             width: parent.width + 2 * blur
             x: -blur
-            y: 8 - blur
+            y: 10 - blur
             z: -1
         }
     }

@@ -12,13 +12,15 @@ Item {
     required property string valueText
     required property string caption
 
+    // False until the gauge stands: what is there from the beginning does not move into place.
+    property bool ready: false
     readonly property double wanted: fraction > 0 ? Math.min(fraction, 1) : 0
     readonly property alias shown: arc.fraction
 
     // A change of less than a point of arc is shown at once: measured speeds always flutter, and every frame of a motion
     // costs the processor this program watches.
     onWantedChanged: {
-        motion.enabled = Math.abs(wanted - arc.fraction) > 0.005
+        motion.enabled = ready && Math.abs(wanted - arc.fraction) > 0.005
         arc.fraction = wanted
     }
 
@@ -26,6 +28,8 @@ Item {
     Accessible.role: Accessible.StaticText
     implicitHeight: 128
     implicitWidth: 128
+
+    Component.onCompleted: ready = true
 
     RingArc {
         id: arc

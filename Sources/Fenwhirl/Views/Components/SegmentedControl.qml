@@ -71,24 +71,40 @@ FocusScope {
         radius: 11
     }
 
+    // Where the selection comes from and how far it has come: not a Behavior on its place, which would also lag behind
+    // when the control is resized.
+    property int cameFrom: currentIndex
+    property int standsOn: currentIndex
+    property real progress: 1
+
+    onCurrentIndexChanged: {
+        cameFrom = places[standsOn] ? standsOn : currentIndex
+        standsOn = currentIndex
+        slide.restart()
+    }
+
+    NumberAnimation {
+        id: slide
+        duration: Theme.pillDuration
+        easing.type: Easing.OutCubic
+        from: 0
+        property: "progress"
+        target: root
+        to: 1
+    }
+
     Rectangle {
         objectName: "pill"
-        readonly property rect place: root.places[root.currentIndex] ?? Qt.rect(0, 0, 0, 0)
+        readonly property rect from: root.places[root.cameFrom] ?? to
+        readonly property rect to: root.places[root.standsOn] ?? Qt.rect(0, 0, 0, 0)
 
         color: Theme.accent
         height: root.height - 2 * root.inset
         radius: 8
         visible: root.currentIndex >= 0 && root.currentIndex < root.labels.length
-        width: place.width
-        x: root.inset + place.x
+        width: from.width + (to.width - from.width) * root.progress
+        x: root.inset + from.x + (to.x - from.x) * root.progress
         y: root.inset
-
-        Behavior on x {
-            NumberAnimation { duration: Theme.pillDuration; easing.type: Easing.OutCubic }
-        }
-        Behavior on width {
-            NumberAnimation { duration: Theme.pillDuration; easing.type: Easing.OutCubic }
-        }
     }
 
     Repeater {

@@ -38,7 +38,8 @@ Item {
 
     Row {
         id: cells
-        anchors.verticalCenter: parent.verticalCenter
+        // Beside a Label of the same size the two stand on one baseline.
+        y: Math.round((root.line - metrics.height) / 2)
 
         Repeater {
             model: root.runs.length
