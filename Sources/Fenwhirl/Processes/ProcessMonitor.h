@@ -24,6 +24,7 @@
 
 class ProcessMonitor : public QObject {
     Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ProcessMonitor)
 
 public:
     explicit ProcessMonitor(ProcessServices services, QObject* parent = nullptr);

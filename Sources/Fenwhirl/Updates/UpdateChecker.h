@@ -60,6 +60,7 @@ struct UpdateServices {
 
 class UpdateChecker : public QObject {
     Q_OBJECT
+    Q_DISABLE_COPY_MOVE(UpdateChecker)
 
 public:
     explicit UpdateChecker(UpdateServices services, QObject* parent = nullptr);

@@ -46,10 +46,10 @@ QNetworkRequest requestOf(const QUrl& address, const UpdateTransport& transport,
 
 } // namespace
 
-UpdateFetch::UpdateFetch(UpdateTransport transport, const QString& userAgent, QObject* parent)
+UpdateFetch::UpdateFetch(UpdateTransport transport, QString userAgent, QObject* parent)
     : QObject(parent)
     , transport_(std::move(transport))
-    , userAgent_(userAgent)
+    , userAgent_(std::move(userAgent))
     , network_(this)
     , idle_(this)
     , total_(this) {

@@ -23,13 +23,14 @@ class QNetworkReply;
 
 class UpdateFetch : public QObject {
     Q_OBJECT
+    Q_DISABLE_COPY_MOVE(UpdateFetch)
 
 public:
     // Called exactly once unless the object is destroyed before: the body of an answer with status 200, or
     // nothing for everything else. The object may be destroyed in it by deleteLater only.
     using Completion = std::function<void(std::optional<QByteArray> body)>;
 
-    UpdateFetch(UpdateTransport transport, const QString& userAgent, QObject* parent = nullptr);
+    UpdateFetch(UpdateTransport transport, QString userAgent, QObject* parent = nullptr);
     ~UpdateFetch() override;
 
     // Begins; once.
