@@ -44,6 +44,10 @@ class GuardTest(HelperTest):
         wait_until(lambda: self.mode(0) == "automatic", "the fan is handed back", seconds, 0.01)
         return time.monotonic() - begin
 
+    @staticmethod
+    def running_helper():
+        return next((number for number, _, name in processes() if name == "FenwhirlHelper"), None)
+
     def wait_until_gone(self, guard):
         wait_until(lambda: not is_running(guard), "the guard ends", GONE_SECONDS)
 
@@ -66,10 +70,14 @@ class AfterAKill(GuardTest):
 
     def test_a_set_that_outlives_the_application_does_not_have_the_last_word(self):
         guard = self.watch()
-        self.mac.tell("delay 150")
+        # Three seconds before the first write of the "set"; the guard's first run is long over by then.
+        self.mac.tell("fault delay 1500 times 2 key F0Mn")
         self.probe.tell("background set 0 3500")
-        wait_until(lambda: any(name == "FenwhirlHelper" for _, _, name in processes()), "the helper runs")
+        helper = wait_until(self.running_helper, "the helper runs")
         self.probe.stop(signal.SIGKILL)
+        wait_until(lambda: not is_running(helper), "the set ends")
+        self.assertIn("F0Tg=36B0", self.writes())
+        self.assertEqual(self.mode(0), "manual")
         self.wait_until_gone(guard)
         self.assertEqual(self.mode(0), "automatic")
 
@@ -105,7 +113,7 @@ class AfterAKill(GuardTest):
             # The second run is what makes it final; here it is not waited for but replaced.
             self.wait_for_hand_back(7)
             os.kill(guard, signal.SIGKILL)
-            wait_until(lambda: not any(name == "FenwhirlHelper" for _, _, name in processes()), "helpers end")
+            wait_until(lambda: not self.running_helper(), "helpers end")
             self.assertEqual(self.helper("auto").returncode, 0)
             self.probe = self.start_probe()
 
@@ -150,8 +158,7 @@ class WhileTheApplicationLives(GuardTest):
         pipe = os.readlink(f"/proc/{guard}/fd/0")
         self.mac.tell("delay 30")
         self.probe.tell("background test")
-        helper = wait_until(lambda: next((number for number, _, name in processes() if name == "FenwhirlHelper"), None),
-                            "the helper runs")
+        helper = wait_until(self.running_helper, "the helper runs")
         holders = set()
         for process, _, _ in processes():
             try:
@@ -209,7 +216,7 @@ class InACrash(GuardTest):
         self.watch()
         self.mac.tell("delay 20")
         self.probe.tell("background set 0 3500")
-        wait_until(lambda: any(name == "FenwhirlHelper" for _, _, name in processes()), "the helper runs")
+        wait_until(self.running_helper, "the helper runs")
         self.assertEqual(self.probe.stop(signal.SIGABRT), -signal.SIGABRT)
         self.assertEqual(self.mode(0), "automatic")
 
