@@ -1,7 +1,7 @@
 """The helper when something breaks on its way: killed between two writes, system calls that fail, a controller that is
 silent, slow or gone, two helpers at once. Whatever happens, one more "auto" makes every fan automatic."""
 
-import os
+import random
 import re
 import signal
 import subprocess
@@ -9,7 +9,6 @@ import time
 import unittest
 
 from helper_stage import STATUSES, HelperTest
-from stage import wait_until
 
 FAULTS = ("EIO", "ENOMEM", "EMFILE", "EINTR")
 
@@ -52,15 +51,24 @@ class OnAnOlderMac(Faults):
     def test_killed_at_any_request_of_auto(self):
         self.kill_at_each_request("auto")
 
-    def test_killed_at_any_second_of_the_test(self):
-        children = []
-        for second in range(8):
+    def test_killed_in_the_first_half_second_of_the_test(self):
+        for step in range(8):
             child = self.start("test")
-            children.append(child)
-            time.sleep(0.1 + second * 0.05)
+            time.sleep(0.1 + step * 0.05)
             child.kill()
             child.wait()
-            self.assert_repairable(second)
+            self.assert_repairable(step)
+
+    def test_killed_two_hundred_times_at_random_moments(self):
+        chance = random.Random(1)
+        for number in range(200):
+            for arguments in (("set", str(number % 2), "3000"), ("auto",), ("test",)):
+                self.helper("set", "0", "2400")
+                child = self.start(*arguments)
+                time.sleep(chance.random() * 0.003)
+                child.kill()
+                child.wait()
+                self.assert_repairable((arguments, number))
 
     def test_each_system_call_of_set_may_fail(self):
         self.torture("set", "0", "2400")
