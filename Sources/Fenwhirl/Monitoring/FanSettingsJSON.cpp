@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QLatin1StringView>
 #include <QString>
 
 #include <cmath>
@@ -12,11 +13,11 @@ namespace {
 // Room for about ten thousand fans; what is larger was not written by this program.
 constexpr qsizetype largestText = 1 << 20;
 
-const QString modeMember = QStringLiteral("mode");
-const QString constantRPMMember = QStringLiteral("constantRPM");
-const QString sensorKeyMember = QStringLiteral("sensorKey");
-const QString startTempMember = QStringLiteral("startTemp");
-const QString maxTempMember = QStringLiteral("maxTemp");
+constexpr QLatin1StringView modeMember("mode");
+constexpr QLatin1StringView constantRPMMember("constantRPM");
+constexpr QLatin1StringView sensorKeyMember("sensorKey");
+constexpr QLatin1StringView startTempMember("startTemp");
+constexpr QLatin1StringView maxTempMember("maxTemp");
 
 // A non-negative whole number as this program writes it: no sign, no leading zero, no blank.
 std::optional<int> fanIndex(const QString& text) {

@@ -20,7 +20,7 @@ Monitor::Private::Private(Monitor& owner, MonitorServices monitorServices)
     , settingsSnapshot(std::make_shared<const FanSettings>(saved.settings))
     , poller(std::make_shared<Poller>(
           Poller::Services{services.openSMC, services.helper.run, services.now, stop}))
-    , queue("fenwhirl.smc") {}
+     {}
 
 Monitor::Monitor(MonitorServices services, QObject* parent)
     : QObject(parent)
@@ -39,7 +39,12 @@ Monitor::Monitor(MonitorServices services, QObject* parent)
 }
 
 Monitor::~Monitor() {
-    *d_->stop = true;
+    Private& d = state();
+    *d.stop = true;
+    if (d.isStuck) {
+        // Its thread cannot be waited for; it ends with the process.
+        static_cast<void>(d.queue.release());
+    }
     if (sharedMonitor == this) {
         sharedMonitor = nullptr;
     }

@@ -37,6 +37,7 @@ class Monitor : public QObject {
 public:
     explicit Monitor(MonitorServices services, QObject* parent = nullptr);
     ~Monitor() override;
+    Q_DISABLE_COPY_MOVE(Monitor)
 
     // The application's monitor; null before it exists and after it is gone.
     [[nodiscard]] static Monitor* shared();

@@ -11,11 +11,10 @@
 
 namespace {
 
-// A helper ends itself after 30 seconds; what takes longer than this will not end at all.
-constexpr std::chrono::seconds longestDrain{35};
-
 // No double quote and no backslash, as HelperClient::runAsAdministrator asks for.
-const std::string removalCommand = "rm -f '" + std::string(HelperClient::helperPath) + "'";
+std::string removalCommand() {
+    return "rm -f '" + std::string(HelperClient::helperPath) + "'";
+}
 
 } // namespace
 
@@ -49,7 +48,7 @@ void Monitor::uninstallHelper() {
     // would stay at that speed with no helper left to hand it back.
     ++d.removalsRunning;
     const auto remove = [&d, helper = d.services.helper, reply = d.inbox.sender()] {
-        const bool removed = helper.runAsAdministrator(removalCommand);
+        const bool removed = helper.runAsAdministrator(removalCommand());
         const bool installed = helper.isInstalled();
         reply.post([&d, removed, installed] {
             mainThread.assertIsCurrent();
@@ -64,7 +63,7 @@ void Monitor::uninstallHelper() {
     };
     // On the poll queue first, so that it comes after the speeds of a poll that is under way; the password
     // must not hold up that queue.
-    d.queue.async([run = d.services.helper.run, remove] {
+    d.queue->async([run = d.services.helper.run, remove] {
         static_cast<void>(run({"auto"}));
         runInBackground(remove);
     });
@@ -73,7 +72,7 @@ void Monitor::uninstallHelper() {
 void Monitor::resetToAutomatic() {
     Private& d = state();
     apply(Preset::automatic);
-    d.queue.async([helper = d.services.helper] {
+    d.queue->async([helper = d.services.helper] {
         if (helper.isInstalled()) {
             static_cast<void>(helper.run({"auto"}));
         }
@@ -115,11 +114,11 @@ void Monitor::restoreAutomaticBlocking() {
     // published.
     const auto drained = std::make_shared<std::promise<std::vector<int>>>();
     auto fansRead = drained->get_future();
-    d.queue.async([drained, poller = d.poller] { drained->set_value(poller->fansLastRead()); });
-    const bool isDrained = fansRead.wait_for(longestDrain) == std::future_status::ready;
+    d.queue->async([drained, poller = d.poller] { drained->set_value(poller->fansLastRead()); });
+    d.isStuck = fansRead.wait_for(d.services.longestDrain) != std::future_status::ready;
 
     const auto handBack =
-        d.handBack(d.services.helper.isInstalled(), isDrained ? fansRead.get() : d.publishedFans());
+        d.handBack(d.services.helper.isInstalled(), d.isStuck ? d.publishedFans() : fansRead.get());
     for (const auto& command : HandBackRule::commands(handBack)) {
         static_cast<void>(d.services.helper.run(command));
     }

@@ -44,7 +44,7 @@ QString text(PollProblem problem) {
 
 void Monitor::start() {
     Private& d = state();
-    d.queue.async([&d, poller = d.poller, reply = d.inbox.sender()] {
+    d.queue->async([&d, poller = d.poller, reply = d.inbox.sender()] {
         const bool available = poller->open();
         reply.post([&d, available] {
             mainThread.assertIsCurrent();
@@ -76,7 +76,7 @@ void Monitor::tick() {
                               .holdsManual = d.removalsRunning > 0,
                               .protect = d.saved.alertsEnabled,
                               .protectAt = d.saved.alertThreshold};
-    d.queue.async([&d, request, poller = d.poller, reply = d.inbox.sender()] {
+    d.queue->async([&d, request, poller = d.poller, reply = d.inbox.sender()] {
         if (auto result = poller->poll(request)) {
             reply.post([&d, result = std::move(*result)] {
                 mainThread.assertIsCurrent();

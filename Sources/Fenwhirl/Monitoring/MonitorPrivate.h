@@ -70,6 +70,7 @@ struct Monitor::Private {
     // What polls see of the settings; replaced, never changed, because polls hold on to theirs.
     std::shared_ptr<const FanSettings> settingsSnapshot FENWHIRL_GUARDED_BY(mainThread);
     std::optional<std::chrono::duration<double>> lastAlert FENWHIRL_GUARDED_BY(mainThread);
+    bool isStuck FENWHIRL_GUARDED_BY(mainThread) = false; // a poll that does not end
     bool hasRestored FENWHIRL_GUARDED_BY(mainThread) = false;
     int removalsRunning FENWHIRL_GUARDED_BY(mainThread) = 0;
 
@@ -83,5 +84,6 @@ struct Monitor::Private {
     QTimer timer FENWHIRL_GUARDED_BY(mainThread);
     MainThreadInbox inbox;
     const std::shared_ptr<Poller> poller;
-    SerialQueue queue; // last: its work may still run while it is destroyed
+    // Last: its work may still run while it is destroyed.
+    std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>("fenwhirl.smc");
 };

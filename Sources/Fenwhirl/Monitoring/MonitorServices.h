@@ -65,6 +65,10 @@ struct MonitorServices {
     // left out.
     std::function<void(bool actsInTime)> actsInTimeChanged = {};
 
+    // How long the end waits for the poll that is under way. A helper ends itself after 30 seconds; what
+    // takes longer than this will not end at all.
+    std::chrono::milliseconds longestDrain = std::chrono::seconds(35);
+
     // Whether the monitor polls by its own timer; tests switch it off and call Monitor::tick.
     bool runsOwnTimer = true;
 };

@@ -5,6 +5,7 @@
 Poller::Poller(Services services) : services_(std::move(services)) {}
 
 bool Poller::open() {
+    queue_.assertIsCurrent();
     smc_ = services_.openSMC();
     if (!smc_) {
         return false;
@@ -15,6 +16,7 @@ bool Poller::open() {
 }
 
 std::optional<PollResult> Poller::poll(const PollRequest& request) {
+    queue_.assertIsCurrent();
     if (!smc_ || *services_.stop) {
         return std::nullopt;
     }
@@ -38,6 +40,11 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     result.wantsManualControl = decision.wantsManualControl;
     result.problem = carryOut(decision.wishes, request);
     return result;
+}
+
+std::vector<int> Poller::fansLastRead() const {
+    queue_.assertIsCurrent();
+    return fansLastRead_;
 }
 
 std::optional<PollProblem> Poller::carryOut(const std::vector<FanWish>& wishes, const PollRequest& request) {

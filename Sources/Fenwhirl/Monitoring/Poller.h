@@ -11,6 +11,7 @@
 #pragma once
 
 #include "Fenwhirl/Monitoring/PollDecision.h"
+#include "Fenwhirl/Platform/Threads.h"
 #include "FenwhirlCore/SMC.h"
 
 #include <atomic>
@@ -61,16 +62,18 @@ public:
     [[nodiscard]] std::optional<PollResult> poll(const PollRequest& request);
 
     // The fans of the last poll, for handing them back at the end.
-    [[nodiscard]] const std::vector<int>& fansLastRead() const { return fansLastRead_; }
+    [[nodiscard]] std::vector<int> fansLastRead() const;
 
 private:
     // Runs the helper where a wish needs it; the last problem met.
-    std::optional<PollProblem> carryOut(const std::vector<FanWish>& wishes, const PollRequest& request);
+    std::optional<PollProblem> carryOut(const std::vector<FanWish>& wishes, const PollRequest& request)
+        FENWHIRL_REQUIRES(queue_);
 
-    Services services_;
-    std::unique_ptr<SMC> smc_;
-    std::vector<std::string> temperatureKeys_;
-    SentTargets sent_;
-    bool boosting_ = false;
-    std::vector<int> fansLastRead_;
+    const Services services_;
+    const OneThread queue_;
+    std::unique_ptr<SMC> smc_ FENWHIRL_GUARDED_BY(queue_) FENWHIRL_POINTEE_GUARDED_BY(queue_);
+    std::vector<std::string> temperatureKeys_ FENWHIRL_GUARDED_BY(queue_);
+    SentTargets sent_ FENWHIRL_GUARDED_BY(queue_);
+    bool boosting_ FENWHIRL_GUARDED_BY(queue_) = false;
+    std::vector<int> fansLastRead_ FENWHIRL_GUARDED_BY(queue_);
 };

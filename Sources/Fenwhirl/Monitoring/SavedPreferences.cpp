@@ -3,21 +3,22 @@
 #include "Fenwhirl/Monitoring/FanSettingsJSON.h"
 #include "Fenwhirl/Platform/PreferencesStore.h"
 
+#include <QLatin1StringView>
 #include <QString>
 
 #include <string_view>
 
 namespace {
 
-const QString settingsKey = QStringLiteral("settings");
-const QString presetKey = QStringLiteral("preset");
-const QString themeKey = QStringLiteral("theme");
-const QString languageKey = QStringLiteral("language");
-const QString alertsEnabledKey = QStringLiteral("alertsEnabled");
-const QString warmThresholdKey = QStringLiteral("warmThreshold");
-const QString hotThresholdKey = QStringLiteral("hotThreshold");
-const QString alertThresholdKey = QStringLiteral("alertThreshold");
-const QString didOnboardKey = QStringLiteral("didOnboard");
+constexpr QLatin1StringView settingsKey("settings");
+constexpr QLatin1StringView presetKey("preset");
+constexpr QLatin1StringView themeKey("theme");
+constexpr QLatin1StringView languageKey("language");
+constexpr QLatin1StringView alertsEnabledKey("alertsEnabled");
+constexpr QLatin1StringView warmThresholdKey("warmThreshold");
+constexpr QLatin1StringView hotThresholdKey("hotThreshold");
+constexpr QLatin1StringView alertThresholdKey("alertThreshold");
+constexpr QLatin1StringView didOnboardKey("didOnboard");
 
 QString text(std::string_view word) {
     return QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size()));

@@ -9,6 +9,8 @@
 
 #include <QString>
 
+#include <memory>
+
 class Activity {
 public:
     // `reason` is for the system's own tools.
@@ -18,6 +20,6 @@ public:
     Activity& operator=(const Activity&) = delete;
 
 private:
-    [[maybe_unused]] void* token_ =
-        nullptr; // the system's, held until the end; none where there is nothing to hold
+    struct Token; // the system's, held until the end
+    std::unique_ptr<Token> token_;
 };

@@ -2,17 +2,20 @@
 
 #import <Foundation/Foundation.h>
 
-Activity::Activity(const QString& reason) {
+struct Activity::Token {
+    id<NSObject> activity;
+};
+
+Activity::Activity(const QString& reason) : token_(std::make_unique<Token>()) {
     @autoreleasepool {
-        const id<NSObject> token = [NSProcessInfo.processInfo
+        token_->activity = [NSProcessInfo.processInfo
             beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
                               reason:reason.toNSString()];
-        token_ = const_cast<void*>(CFBridgingRetain(token));
     }
 }
 
 Activity::~Activity() {
     @autoreleasepool {
-        [NSProcessInfo.processInfo endActivity:CFBridgingRelease(token_)];
+        [NSProcessInfo.processInfo endActivity:token_->activity];
     }
 }

@@ -3,14 +3,15 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QLatin1StringView>
 
 #include <cmath>
 #include <limits>
 
 namespace {
 
-const QString dataMember = QStringLiteral("data");
-const QString numberMember = QStringLiteral("number");
+constexpr QLatin1StringView dataMember("data");
+constexpr QLatin1StringView numberMember("number");
 
 QString wordForNumber(double number) {
     if (std::isnan(number)) {

@@ -39,7 +39,7 @@ QString computerNameFrom(const QByteArray& machineInfo, const QByteArray& hostNa
             }
         }
     }
-    const QString name = QString::fromUtf8(hostName.split('.').constFirst());
+    QString name = QString::fromUtf8(hostName.split('.').constFirst());
     // What the kernel and the resolver say when nobody has given the computer a name.
     return name == QStringLiteral("localhost") || name == QStringLiteral("(none)") ? QString() : name;
 }

@@ -7,3 +7,11 @@ void MainThread::assertIsCurrent() const {
         std::abort();
     }
 }
+
+void OneThread::assertIsCurrent() const {
+    const std::thread::id current = std::this_thread::get_id();
+    std::thread::id owner;
+    if (!owner_.compare_exchange_strong(owner, current) && owner != current) {
+        std::abort();
+    }
+}

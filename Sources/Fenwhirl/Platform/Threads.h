@@ -11,7 +11,9 @@
 
 #pragma once
 
+#include <atomic>
 #include <mutex>
+#include <thread>
 
 #if defined(__clang__)
 #    define FENWHIRL_THREAD_ATTRIBUTE(attribute) __attribute__((attribute))
@@ -38,6 +40,17 @@ public:
 };
 
 inline constexpr MainThread mainThread;
+
+// The one thread that an object belongs to, whichever it is: the first to ask. For objects that live on a
+// queue.
+class FENWHIRL_CAPABILITY("thread") OneThread {
+public:
+    // Ends the process on any other thread than the first caller's.
+    void assertIsCurrent() const FENWHIRL_ASSERTS_CURRENT(this);
+
+private:
+    mutable std::atomic<std::thread::id> owner_ = std::thread::id();
+};
 
 class FENWHIRL_CAPABILITY("mutex") Mutex {
 public:

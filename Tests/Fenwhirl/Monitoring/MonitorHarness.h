@@ -84,6 +84,8 @@ public:
     void pollAfter(double seconds);
     void advance(double seconds);
 
+    [[nodiscard]] double seconds() const { return seconds_; } // on the monitor's clock
+
     void setCelsius(double celsius); // of the processor sensor
     void setFan(int index, double rpm);
     [[nodiscard]] FanSetting constant(double rpm) const;

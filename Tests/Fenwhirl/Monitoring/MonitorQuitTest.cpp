@@ -170,6 +170,31 @@ TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
     }
 }
 
+TEST_F(MonitorQuit, PollThatNeverEndsHoldsUpNothingForEver) {
+    MonitorServices impatient = services();
+    impatient.longestDrain = std::chrono::milliseconds(20);
+    std::promise<void> release;
+    std::promise<void> hanging;
+    helper.onRun = [&, released = release.get_future().share()](const auto& arguments) {
+        if (arguments.at(0) == "set") {
+            hanging.set_value();
+            released.wait();
+        }
+    };
+    auto m = std::make_unique<Monitor>(impatient);
+    QSignalSpy polled(m.get(), &Monitor::polled);
+    m->start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
+    m->setSetting(0, curve(40, 80));
+    m->tick();
+    hanging.get_future().wait();
+    m->restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}}));
+    m.reset(); // returns although its queue cannot
+    release.set_value();
+    ASSERT_TRUE(waitUntil([&] { return !helper.takeRuns().empty(); }));
+}
+
 TEST_F(MonitorQuit, AnnouncesWhatWouldHaveToBeHandedBack) {
     make();
     EXPECT_EQ(handBacks.back(), (HandBack{Scope::allFans, {}}));

@@ -45,6 +45,22 @@ TEST(MainThreadDeathTest, AssertionOnAnotherThreadEndsTheProcess) {
         testing::KilledBySignal(SIGABRT), "");
 }
 
+TEST(OneThreadDeathTest, BelongsToTheFirstThatAsks) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const OneThread owner;
+    SerialQueue queue("fenwhirl.test");
+    queue.sync([&] { owner.assertIsCurrent(); });
+    queue.sync([&] { owner.assertIsCurrent(); });
+    EXPECT_EXIT(
+        {
+            const OneThread other;
+            SerialQueue elsewhere("fenwhirl.test");
+            elsewhere.sync([&] { other.assertIsCurrent(); });
+            other.assertIsCurrent();
+        },
+        testing::KilledBySignal(SIGABRT), "");
+}
+
 TEST(MainThreadInbox, RunsWorkOnTheMainThreadInItsOrder) {
     const MainThreadInbox inbox;
     std::vector<int> order;
