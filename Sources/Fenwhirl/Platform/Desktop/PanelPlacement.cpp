@@ -6,9 +6,9 @@ namespace {
 
 constexpr int gap = 8;
 
-// Keeps the whole length inside; where it does not fit, its beginning shows.
+// Keeps the whole length inside with the gap to the edges; where it does not fit, its beginning shows.
 int inside(int position, int length, int low, int high) {
-    return std::max(low, std::min(position, high - length));
+    return std::max(low + gap, std::min(position, high - gap - length));
 }
 
 } // namespace

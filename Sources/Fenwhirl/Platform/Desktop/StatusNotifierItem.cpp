@@ -3,7 +3,6 @@
 #include "Fenwhirl/Platform/Desktop/StatusNotifierHost.h"
 
 #include <QCoreApplication>
-#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QtEndian>
@@ -11,7 +10,6 @@
 #include <cstring>
 #include <utility>
 
-// In the types' own namespace, where the marshalling of lists looks for them.
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap) {
     argument.beginStructure();
     argument << pixmap.width << pixmap.height << pixmap.bytes;
@@ -19,21 +17,21 @@ QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& p
     return argument;
 }
 
-static const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap) {
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap) {
     argument.beginStructure();
     argument >> pixmap.width >> pixmap.height >> pixmap.bytes;
     argument.endStructure();
     return argument;
 }
 
-static QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& tip) {
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& tip) {
     argument.beginStructure();
     argument << tip.iconName << tip.icon << tip.title << tip.text;
     argument.endStructure();
     return argument;
 }
 
-static const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& tip) {
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& tip) {
     argument.beginStructure();
     argument >> tip.iconName >> tip.icon >> tip.title >> tip.text;
     argument.endStructure();

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QImage>
@@ -33,6 +34,11 @@ struct StatusNotifierToolTip {
     QString text;
 };
 Q_DECLARE_METATYPE(StatusNotifierToolTip)
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap);
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& tip);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& tip);
 
 class StatusNotifierItem : public QObject {
     Q_OBJECT

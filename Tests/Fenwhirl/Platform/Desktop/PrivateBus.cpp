@@ -1,0 +1,54 @@
+#include "PrivateBus.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+
+namespace {
+
+constexpr char configuration[] = R"(<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=/tmp</listen>
+  <policy context="default">
+    <allow send_destination="*"/>
+    <allow receive_sender="*"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+
+} // namespace
+
+PrivateBus::PrivateBus() {
+    QFile file(folder_.filePath(QStringLiteral("bus.conf")));
+    if (file.open(QIODevice::WriteOnly))
+        file.write(configuration);
+    file.close();
+    daemon_.start(QStringLiteral("dbus-daemon"),
+                  {QStringLiteral("--config-file=") + file.fileName(), QStringLiteral("--nofork"),
+                   QStringLiteral("--print-address")});
+    if (!daemon_.waitForReadyRead())
+        qFatal("no session bus");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", daemon_.readLine().trimmed());
+}
+
+PrivateBus::~PrivateBus() {
+    daemon_.kill();
+    daemon_.waitForFinished();
+}
+
+QDBusConnection PrivateBus::connect() {
+    static int made = 0;
+    return QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
+                                         QStringLiteral("test%1").arg(++made));
+}
+
+bool PrivateBus::waitUntil(const std::function<bool()>& condition) {
+    const QDeadlineTimer deadline(30000);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
+    }
+    return true;
+}

@@ -1,0 +1,170 @@
+#include "Fenwhirl/Platform/Desktop/StatusItemLinux.h"
+#include "Fenwhirl/Platform/Desktop/SystemAppearanceLinux.h"
+#include "PrivateBus.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusPendingReply>
+#include <QDBusVirtualObject>
+#include <QPainter>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The watcher of a desktop: knows whether a host is there and who registered an item.
+class FakeWatcher : public QDBusVirtualObject {
+public:
+    bool hasHost = true;
+    QStringList items;
+
+    FakeWatcher() : bus_(PrivateBus::connect()) {
+        bus_.registerVirtualObject(StatusNotifierHost::watcherPath(), this);
+        bus_.registerService(StatusNotifierHost::watcherService());
+    }
+
+    ~FakeWatcher() override {
+        bus_.unregisterService(StatusNotifierHost::watcherService());
+        QDBusConnection::disconnectFromBus(bus_.name());
+    }
+
+    FakeWatcher(const FakeWatcher&) = delete;
+    FakeWatcher& operator=(const FakeWatcher&) = delete;
+
+    void setHost(bool present) {
+        hasHost = present;
+        bus_.send(QDBusMessage::createSignal(StatusNotifierHost::watcherPath(),
+                                             StatusNotifierHost::watcherService(),
+                                             present ? QStringLiteral("StatusNotifierHostRegistered")
+                                                     : QStringLiteral("StatusNotifierHostUnregistered")));
+    }
+
+    [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        if (message.member() == QStringLiteral("Get"))
+            connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost))));
+        else if (message.member() == QStringLiteral("RegisterStatusNotifierItem"))
+            items.append(message.arguments().value(0).toString());
+        return true;
+    }
+
+    // What a host would read of the newest item.
+    [[nodiscard]] QVariant property(const QString& name) {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            items.last(), QStringLiteral("/StatusNotifierItem"),
+            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+        call << QStringLiteral("org.kde.StatusNotifierItem") << name;
+        const QDBusPendingReply<QDBusVariant> reply = asyncReply(call);
+        return reply.value().variant();
+    }
+
+    void activate(int x, int y) {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            items.last(), QStringLiteral("/StatusNotifierItem"), QStringLiteral("org.kde.StatusNotifierItem"),
+            QStringLiteral("Activate"));
+        call << x << y;
+        asyncReply(call);
+    }
+
+private:
+    QDBusPendingCall asyncReply(const QDBusMessage& call) {
+        QDBusPendingCall pending = bus_.asyncCall(call);
+        EXPECT_TRUE(PrivateBus::waitUntil([&] { return pending.isFinished(); }));
+        EXPECT_FALSE(pending.isError()) << pending.error().message().toStdString();
+        return pending;
+    }
+
+    QDBusConnection bus_;
+};
+
+void drawSquare(QPainter& painter, const QRectF& bounds, const QColor& color) {
+    painter.fillRect(bounds, color);
+}
+
+std::unique_ptr<StatusItemLinux> makeItem() {
+    return std::make_unique<StatusItemLinux>(drawSquare, PrivateBus::connect(),
+                                             std::make_unique<SystemAppearanceLinux>(PrivateBus::connect()));
+}
+
+TEST(StatusItem, IsAnnouncedToAHostThatIsThere) {
+    FakeWatcher watcher;
+    const auto item = makeItem();
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    EXPECT_TRUE(item->isPlaced());
+}
+
+TEST(StatusItem, WaitsForAHostThatComesLate) {
+    FakeWatcher watcher;
+    watcher.hasHost = false;
+    const auto item = makeItem();
+    QSignalSpy placed(item.get(), &StatusItem::placedChanged);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !placed.isEmpty(); }));
+    EXPECT_FALSE(item->isPlaced());
+    EXPECT_TRUE(watcher.items.isEmpty());
+    watcher.setHost(true);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    EXPECT_TRUE(item->isPlaced());
+}
+
+TEST(StatusItem, IsAnnouncedAnewWhenTheHostWasLostAndCameBack) {
+    FakeWatcher watcher;
+    const auto item = makeItem();
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    watcher.setHost(false);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !item->isPlaced(); }));
+    watcher.setHost(true);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 2; }));
+    EXPECT_TRUE(item->isPlaced());
+}
+
+TEST(StatusItem, FollowsAWatcherThatStartsLater) {
+    const auto item = makeItem();
+    QSignalSpy placed(item.get(), &StatusItem::placedChanged);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !placed.isEmpty(); }));
+    EXPECT_FALSE(item->isPlaced());
+    FakeWatcher watcher;
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+}
+
+TEST(StatusItem, SaysItsWholeTextAndDrawsTheShortOneBesideTheSymbol) {
+    FakeWatcher watcher;
+    const auto item = makeItem();
+    item->setText(QStringLiteral("2 400 tr/min · 63 °C"), QStringLiteral("63°"));
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    EXPECT_EQ(watcher.property(QStringLiteral("Title")).toString(), QStringLiteral("2 400 tr/min · 63 °C"));
+    EXPECT_EQ(watcher.property(QStringLiteral("Status")).toString(), QStringLiteral("Active"));
+    const auto tip = qdbus_cast<StatusNotifierToolTip>(watcher.property(QStringLiteral("ToolTip")));
+    EXPECT_EQ(tip.title, QStringLiteral("2 400 tr/min · 63 °C"));
+    const auto icons = qdbus_cast<StatusNotifierPixmaps>(watcher.property(QStringLiteral("IconPixmap")));
+    ASSERT_EQ(icons.size(), 2);
+    EXPECT_EQ(icons.at(0).height, 22);
+    EXPECT_GT(icons.at(0).width, 22);
+    EXPECT_EQ(icons.at(1).height, 44);
+    EXPECT_EQ(icons.at(0).bytes.size(), 4 * icons.at(0).width * icons.at(0).height);
+}
+
+TEST(StatusItem, TellsWhereItWasClicked) {
+    FakeWatcher watcher;
+    const auto item = makeItem();
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    QSignalSpy activated(item.get(), &StatusItem::activated);
+    watcher.activate(300, 10);
+    ASSERT_EQ(activated.count(), 1);
+    EXPECT_EQ(activated.at(0).at(0).toRect().topLeft(), QPoint(300, 10));
+}
+
+TEST(StatusIcon, IsSquareWithoutATextAndWiderWithOne) {
+    EXPECT_EQ(statusIcon(drawSquare, {}, 22, true).size(), QSize(22, 22));
+    EXPECT_GT(statusIcon(drawSquare, QStringLiteral("63°"), 22, true).width(), 30);
+    EXPECT_EQ(squareStatusIcon(drawSquare, QStringLiteral("63°"), 22, true).size(), QSize(22, 22));
+}
+
+TEST(StatusIcon, IsWhiteOnDarkAndDarkOnLight) {
+    const auto middle = [](bool onDark) { return statusIcon(drawSquare, {}, 22, onDark).pixelColor(11, 11); };
+    EXPECT_EQ(middle(true), QColor(Qt::white));
+    EXPECT_LT(middle(false).lightness(), 64);
+}
+
+} // namespace
