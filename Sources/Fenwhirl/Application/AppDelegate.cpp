@@ -6,17 +6,19 @@
 #include <utility>
 
 AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& statusItem,
-                         std::function<void()> startUpdateCheck, QObject* parent)
+                         std::function<void()> startUpdateCheck, std::chrono::milliseconds patience,
+                         QObject* parent)
     : QObject(parent)
     , monitor_(monitor)
     , windows_(windows)
     , statusItem_(statusItem)
-    , startUpdateCheck_(std::move(startUpdateCheck)) {
+    , startUpdateCheck_(std::move(startUpdateCheck))
+    , patience_(patience) {
     connect(&statusItem, &StatusItem::activated, &windows, &WindowControl::togglePanel);
     connect(&monitor, &Monitor::polled, this, &AppDelegate::updateStatusItem);
     connect(&monitor, &Monitor::languageChanged, this, &AppDelegate::updateStatusItem);
-    patience_.setSingleShot(true);
-    connect(&patience_, &QTimer::timeout, this, [this] {
+    patienceTimer_.setSingleShot(true);
+    connect(&patienceTimer_, &QTimer::timeout, this, [this] {
         if (!statusItem_.isPlaced())
             windows_.openMain();
     });
@@ -28,7 +30,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     if (monitor_.didOnboard()) {
         windows_.hideOnFirstAppearance = true;
         MainWindowBehaviour::setAccessory();
-        patience_.start(statusItemPatience);
+        patienceTimer_.start(patience_);
     }
     windows_.appear();
 }

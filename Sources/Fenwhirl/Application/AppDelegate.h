@@ -19,9 +19,13 @@ class AppDelegate : public QObject {
     Q_OBJECT
 
 public:
+    // How long a status item may look for its place before the main window is shown instead.
+    static constexpr std::chrono::seconds statusItemPatience = std::chrono::seconds(10);
+
     // `startUpdateCheck` looks for a newer version, if it is time to.
     AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& statusItem,
-                std::function<void()> startUpdateCheck, QObject* parent = nullptr);
+                std::function<void()> startUpdateCheck,
+                std::chrono::milliseconds patience = statusItemPatience, QObject* parent = nullptr);
 
     // Begins: looks for updates, then shows the main window with the introduction at the first launch, and
     // only the status item at every later one. A status item that finds no place within ten seconds is not
@@ -35,8 +39,6 @@ public:
     // Hands the fans back; returns when that is done. Once, however many ways lead here.
     void applicationWillTerminate();
 
-    static constexpr std::chrono::seconds statusItemPatience = std::chrono::seconds(10);
-
 private:
     void updateStatusItem();
 
@@ -44,6 +46,7 @@ private:
     WindowControl& windows_;
     StatusItem& statusItem_;
     std::function<void()> startUpdateCheck_;
-    QTimer patience_;
+    std::chrono::milliseconds patience_;
+    QTimer patienceTimer_;
     bool terminated_ = false;
 };

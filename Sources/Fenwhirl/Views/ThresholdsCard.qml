@@ -25,7 +25,7 @@ Card {
                 color: Theme.muted
                 size: 12
                 text: qsTr("Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.")
-                width: Math.min(parent.width, 620)
+                width: Math.min(parent.width, 600)
                 wrapMode: Text.Wrap
             }
         }

@@ -1,0 +1,251 @@
+// The turns of the program's life, with the real windows and delegate over models in memory.
+
+#include "Fenwhirl/Application/AppDelegate.h"
+#include "Fenwhirl/Application/WindowControl.h"
+#include "Fenwhirl/Localization/LocalizerTranslator.h"
+#include "Fenwhirl/Monitoring/MonitorHarness.h"
+#include "Fenwhirl/Views/Components/Theme.h"
+
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+class FakeStatusItem : public StatusItem {
+public:
+    QString text;
+    QString shortText;
+    bool placed = true;
+    int timesTold = 0;
+
+    FakeStatusItem() = default;
+
+    void setText(const QString& newText, const QString& newShortText) override {
+        ++timesTold;
+        text = newText;
+        shortText = newShortText;
+    }
+
+    [[nodiscard]] bool isPlaced() const override { return placed; }
+};
+
+class FakeAppearance : public SystemAppearance {
+public:
+    FakeAppearance() = default;
+    using SystemAppearance::setDark;
+};
+
+class Life {
+public:
+    MonitorHarness world;
+    FakeStatusItem statusItem;
+    FakeAppearance appearance;
+    int updateChecks = 0;
+
+    explicit Life(bool onboarded) {
+        QCoreApplication::installTranslator(&translator_);
+        world.preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
+        world.preferences.setBoolean(QStringLiteral("didOnboard"), onboarded);
+        world.start();
+        ProcessServices processes;
+        processes.sample = [] { return ProcessSample(); };
+        processes.cancelSampling = [] {};
+        processes_ = std::make_unique<ProcessMonitor>(processes);
+        windows = std::make_unique<WindowControl>(
+            world.monitor(), *processes_, appearance,
+            ViewServices{.computerName = {},
+                         .notify = [](const QString&, const QString&) {},
+                         .saveReport = [](const QString&) {},
+                         .applicationIcon = [](const QString&) { return QString(); },
+                         .openMain = {},
+                         .quit = [] {}});
+        delegate = std::make_unique<AppDelegate>(
+            world.monitor(), *windows, statusItem, [this] { ++updateChecks; }, std::chrono::milliseconds(0));
+    }
+
+    ~Life() { QCoreApplication::removeTranslator(&translator_); }
+
+    Life(const Life&) = delete;
+    Life& operator=(const Life&) = delete;
+
+    [[nodiscard]] bool mainIsShown() const {
+        return windows->main() != nullptr && windows->main()->isVisible();
+    }
+
+private:
+    LocalizerTranslator translator_;
+    std::unique_ptr<ProcessMonitor> processes_;
+
+public:
+    std::unique_ptr<WindowControl> windows;
+    std::unique_ptr<AppDelegate> delegate;
+};
+
+bool eventually(const std::function<bool()>& condition) {
+    return MonitorHarness::waitUntil(condition);
+}
+
+TEST(Launch, TheFirstOneShowsTheMainWindow) {
+    Life life(false);
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_TRUE(life.mainIsShown());
+    EXPECT_EQ(life.updateChecks, 1);
+}
+
+TEST(Launch, LaterOnesShowNothingAndLoadNothing) {
+    Life life(true);
+    life.delegate->applicationDidFinishLaunching();
+    QCoreApplication::processEvents();
+    life.world.poll();
+    EXPECT_FALSE(life.windows->hasEngine());
+    EXPECT_EQ(life.windows->main(), nullptr);
+    EXPECT_FALSE(life.windows->hideOnFirstAppearance); // consumed
+    EXPECT_EQ(life.updateChecks, 1);
+}
+
+TEST(Launch, WithoutAPlaceForTheStatusItemTheMainWindowIsShown) {
+    Life life(true);
+    life.statusItem.placed = false;
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_FALSE(life.mainIsShown());
+    EXPECT_TRUE(eventually([&] { return life.mainIsShown(); }));
+}
+
+TEST(Reopen, OpensAndRaisesTheOneMainWindow) {
+    Life life(true);
+    life.delegate->applicationDidFinishLaunching();
+    life.delegate->applicationShouldHandleReopen({});
+    ASSERT_TRUE(life.mainIsShown());
+    QQuickWindow* window = life.windows->main();
+    life.delegate->applicationShouldHandleReopen({});
+    EXPECT_EQ(life.windows->main(), window);
+}
+
+TEST(Close, KeepsTheProgramAndThePage) {
+    Life life(true);
+    life.windows->openMain();
+    QQuickWindow* window = life.windows->main();
+    life.world.monitor().setSelectedPage(Page::alerts);
+    window->close();
+    EXPECT_FALSE(life.mainIsShown());
+    life.windows->openMain();
+    EXPECT_TRUE(life.mainIsShown());
+    EXPECT_EQ(life.windows->main(), window);
+    EXPECT_EQ(life.world.monitor().selectedPage(), Page::alerts);
+}
+
+TEST(Close, PutsTheViewsToSleep) {
+    Life life(true);
+    life.windows->openMain();
+    auto* models = life.windows->main()->property("models").value<ViewModels*>();
+    ASSERT_NE(models, nullptr);
+    EXPECT_TRUE(models->machine()->isAwake());
+    life.windows->main()->close();
+    EXPECT_FALSE(models->machine()->isAwake());
+    QSignalSpy heard(models->machine(), &MachineView::temperatureChanged);
+    life.world.setCelsius(71);
+    life.world.poll();
+    EXPECT_EQ(heard.count(), 0);
+    life.windows->openMain();
+    EXPECT_EQ(models->machine()->temperatureNumber(), QStringLiteral("71"));
+}
+
+TEST(Panel, OpensAtTheItemAndClosesWithASecondClick) {
+    Life life(true);
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    ASSERT_NE(life.windows->panel(), nullptr);
+    EXPECT_TRUE(life.windows->panel()->isVisible());
+    EXPECT_EQ(life.windows->panel()->y(), 24 + 8);
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+    // The click that closed it may be reported once more as a wish to open it.
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+}
+
+TEST(Panel, ClosesBeforeTheMainWindowComesForward) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    ASSERT_TRUE(life.windows->panel()->isVisible());
+    life.windows->openMain();
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+    EXPECT_TRUE(life.mainIsShown());
+}
+
+TEST(Panel, ClosesOnAPressBesideIt) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(life.windows->panel()));
+    QTest::mousePress(life.windows->panel(), Qt::LeftButton, {}, QPoint(-20, 50));
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+}
+
+TEST(Appearance, AutomaticFollowsTheSystem) {
+    Life life(true);
+    life.world.monitor().setTheme(AppTheme::automatic);
+    life.windows->openMain();
+    QQuickWindow* window = life.windows->main();
+    EXPECT_EQ(window->color(), QColor(0xF3, 0xF4, 0xF7));
+    life.appearance.setDark(true);
+    EXPECT_TRUE(eventually([&] { return window->color() == QColor(0x16, 0x18, 0x1D); }));
+    life.world.monitor().setTheme(AppTheme::light);
+    EXPECT_TRUE(eventually([&] { return window->color() == QColor(0xF3, 0xF4, 0xF7); }));
+}
+
+TEST(StatusItemText, SaysWhatTheMenuTextSays) {
+    Life life(true);
+    EXPECT_EQ(life.statusItem.text, life.world.monitor().menuText());
+    EXPECT_EQ(life.statusItem.shortText, QStringLiteral("50°"));
+    life.world.setCelsius(63.9);
+    life.world.poll();
+    EXPECT_EQ(life.statusItem.text, life.world.monitor().menuText());
+    EXPECT_EQ(life.statusItem.shortText, QStringLiteral("63°"));
+}
+
+TEST(Language, ReachesOpenWindowsAndTheStatusItem) {
+    Life life(true);
+    life.windows->openMain();
+    const QString french = life.statusItem.text;
+    life.world.monitor().setLanguage(AppLanguage::ru);
+    EXPECT_NE(life.statusItem.text, french);
+    auto* models = life.windows->main()->property("models").value<ViewModels*>();
+    EXPECT_NE(models->machine()->statusWord(), QStringLiteral("Tout est normal"));
+    life.world.monitor().setLanguage(AppLanguage::fr);
+}
+
+TEST(Alert, CallsBackWhenTheUserAgrees) {
+    Life life(true);
+    int agreed = 0;
+    life.windows->showAlert({QStringLiteral("Titre"), QStringLiteral("<b>Texte</b>"), QStringLiteral("Oui"),
+                             QStringLiteral("Plus tard")},
+                            [&] { ++agreed; });
+    QWindow* alert = nullptr;
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        if (window->modality() == Qt::ApplicationModal)
+            alert = window;
+    }
+    ASSERT_NE(alert, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(alert));
+    QTest::keyClick(alert, Qt::Key_Return);
+    EXPECT_EQ(agreed, 1);
+    EXPECT_FALSE(alert->isVisible());
+}
+
+TEST(Termination, HandsTheFansBackOnce) {
+    Life life(true);
+    life.world.monitor().apply(Preset::game);
+    life.world.poll();
+    life.world.helper.forgetRuns();
+    life.delegate->applicationWillTerminate();
+    EXPECT_EQ(life.world.helper.takeRuns(),
+              (std::vector<FakeHelper::Arguments>{{"auto", "0"}, {"auto", "1"}}));
+    life.delegate->applicationWillTerminate();
+    EXPECT_TRUE(life.world.helper.takeRuns().empty());
+    EXPECT_EQ(life.world.timesHandedBack, 1);
+}
+
+} // namespace
