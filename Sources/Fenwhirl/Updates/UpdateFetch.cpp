@@ -4,8 +4,10 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QSslConfiguration>
+#include <QSslError>
 #include <QSslSocket>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -21,10 +23,23 @@ QSslConfiguration tlsOf(const UpdateTransport& transport) {
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
     tls.setProtocol(QSsl::TlsV1_2OrLater);
     tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    // A server may pass on its authority's word on whether the certificate was withdrawn; then it counts.
+    tls.setOcspStaplingEnabled(QSslSocket::isFeatureSupported(QSsl::SupportedFeature::Ocsp));
     if (transport.authorities) {
         tls.setCaCertificates(*transport.authorities);
     }
     return tls;
+}
+
+// Most servers pass nothing on, which Qt reports like an error of the certificate. It is none: without this
+// question it would not be asked for. With any other report beside it the connection ends.
+void acceptNoWordOnRevocation(QNetworkReply& reply, const QList<QSslError>& reports) {
+    const bool onlyThat = std::all_of(reports.begin(), reports.end(), [](const QSslError& report) {
+        return report.error() == QSslError::OcspNoResponseFound;
+    });
+    if (onlyThat) {
+        reply.ignoreSslErrors(reports);
+    }
 }
 
 QNetworkRequest requestOf(const QUrl& address, const UpdateTransport& transport, const QString& userAgent) {
@@ -82,6 +97,8 @@ void UpdateFetch::request(const QUrl& address) {
     // buffer an encrypted connection of Qt 6.4 can fall asleep.
     reply_->setReadBufferSize(transport_.sizeLimit + 1);
     const auto restartIdle = [this] { idle_.start(); };
+    connect(reply_, &QNetworkReply::sslErrors, this,
+            [reply = reply_](const QList<QSslError>& reports) { acceptNoWordOnRevocation(*reply, reports); });
     connect(reply_, &QNetworkReply::encrypted, this, restartIdle);
     connect(reply_, &QNetworkReply::metaDataChanged, this, restartIdle);
     connect(reply_, &QNetworkReply::readyRead, this, &UpdateFetch::readMore);

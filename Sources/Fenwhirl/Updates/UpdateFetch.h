@@ -1,8 +1,9 @@
 // One request for the update document.
 //
 // Ephemeral: no cookies, no cache, no credentials, nothing kept afterwards. Only https counts: certificates
-// are verified, and no error of them is ever ignored; redirections may lead to another host but not out of
-// https. The answer is bounded in time, size and redirections (UpdateTransport.h).
+// are verified, with what the server passes on about their withdrawal, and no error of them is ever ignored;
+// redirections may lead to another host but not out of https. The answer is bounded in time, size and
+// redirections (UpdateTransport.h).
 //
 // Threads: belongs to the thread that makes it, which needs an event loop and is never blocked.
 

@@ -55,6 +55,23 @@ ServerIdentity TestAuthority::selfSigned(const QString& host) {
     return load(QStringLiteral("alone"));
 }
 
+QString TestAuthority::wordOnLastIdentity(Status status) {
+    const QByteArray serial =
+        QSslCertificate(read(QStringLiteral("server.pem"))).serialNumber().replace(':', "").toUpper();
+    QFile index(folder_.filePath(QStringLiteral("index")));
+    EXPECT_TRUE(index.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    index.write(status == Status::revoked ? "R\t400101000000Z\t200101000000Z\t" : "V\t400101000000Z\t\t");
+    index.write(serial + "\tunknown\t/CN=A server\n");
+    index.close();
+    openssl({QStringLiteral("ocsp"), QStringLiteral("-index"), QStringLiteral("index"), QStringLiteral("-CA"),
+             QStringLiteral("authority.pem"), QStringLiteral("-rsigner"), QStringLiteral("authority.pem"),
+             QStringLiteral("-rkey"), QStringLiteral("authority.key"), QStringLiteral("-issuer"),
+             QStringLiteral("authority.pem"), QStringLiteral("-cert"), QStringLiteral("server.pem"),
+             QStringLiteral("-ndays"), QStringLiteral("1"), QStringLiteral("-respout"),
+             QStringLiteral("word"), QStringLiteral("-noverify")});
+    return folder_.filePath(QStringLiteral("word"));
+}
+
 void TestAuthority::openssl(const QStringList& arguments) const {
     QProcess process;
     process.setWorkingDirectory(folder_.path());

@@ -26,6 +26,14 @@ public:
     // One that vouches for itself.
     [[nodiscard]] ServerIdentity selfSigned(const QString& host);
 
+    // The authority's signed word on the last certificate of `identityFor`, as a file that a server passes
+    // on.
+    enum class Status { valid, revoked };
+    [[nodiscard]] QString wordOnLastIdentity(Status status);
+
+    // Where the last identity lies as "server.pem" and "server.key".
+    [[nodiscard]] QString folder() const { return folder_.path(); }
+
 private:
     void openssl(const QStringList& arguments) const;
     [[nodiscard]] QByteArray read(const QString& name) const;

@@ -17,6 +17,7 @@ TestSite::TestSite(const ServerIdentity& identity, QSsl::SslProtocol protocol) {
     connect(&proxy_, &QTcpServer::pendingConnectionAvailable, this, &TestSite::acceptAtProxy);
     EXPECT_TRUE(server_.listen(QHostAddress::LocalHost));
     EXPECT_TRUE(proxy_.listen(QHostAddress::LocalHost));
+    port_ = server_.serverPort();
 }
 
 void TestSite::answerWith(const QByteArray& answer, Then then) {
@@ -81,7 +82,7 @@ void TestSite::readAtProxy(QTcpSocket* client) {
             client->write(onward->readAll());
         }
     });
-    onward->connectToHost(QHostAddress::LocalHost, server_.serverPort());
+    onward->connectToHost(QHostAddress::LocalHost, port_);
     client->write("HTTP/1.1 200 Connection established\r\n\r\n");
 }
 

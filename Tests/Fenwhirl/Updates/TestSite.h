@@ -34,6 +34,9 @@ public:
 
     [[nodiscard]] QNetworkProxy proxy() const;
 
+    // Lets the proxy lead to another server than this one.
+    void leadTo(quint16 port) { port_ = port; }
+
     // Heads of the requests that arrived, decrypted, in order.
     [[nodiscard]] const QList<QByteArray>& requests() const { return requests_; }
 
@@ -47,6 +50,7 @@ private:
 
     QSslServer server_;
     QTcpServer proxy_;
+    quint16 port_ = 0;
     Handler handler_;
     QList<QByteArray> requests_;
     QList<QByteArray> destinations_;

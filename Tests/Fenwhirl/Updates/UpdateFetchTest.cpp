@@ -4,9 +4,11 @@
 #include "Fenwhirl/Updates/TestSite.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QProcess>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -175,6 +177,35 @@ TEST(UpdateFetchTls, RefusesAnAuthorityThatTheSystemDoesNotKnow) {
     UpdateTransport transport = transportTo(site, authority);
     transport.authorities.reset();
     EXPECT_FALSE(fetch(transport));
+}
+
+// Qt's server has no way to pass on an authority's word; the command-line tool's does.
+TEST(UpdateFetchTls, HeedsTheAuthoritysWordOnRevocation) {
+    TestAuthority authority;
+    TestSite site(authority.identityFor(host));
+    QDir(authority.folder()).mkdir(u"maj"_s);
+    QFile document(authority.folder() + u"/maj/fenwhirl.json"_s);
+    ASSERT_TRUE(document.open(QIODevice::WriteOnly));
+    document.write(httpAnswer(200, "hello"));
+    document.close();
+    for (const auto status : {TestAuthority::Status::valid, TestAuthority::Status::revoked}) {
+        QProcess server;
+        server.setWorkingDirectory(authority.folder());
+        server.start(u"openssl"_s,
+                     {u"s_server"_s, u"-accept"_s, u"127.0.0.1:0"_s, u"-cert"_s, u"server.pem"_s, u"-key"_s,
+                      u"server.key"_s, u"-status_file"_s, authority.wordOnLastIdentity(status),
+                      u"-cert_chain"_s, u"authority.pem"_s, u"-HTTP"_s});
+        QByteArray printed;
+        while (!printed.contains("ACCEPT ") || !printed.endsWith('\n')) {
+            ASSERT_TRUE(server.waitForReadyRead(20'000)) << server.readAllStandardError().constData();
+            printed += server.readAllStandardOutput();
+        }
+        site.leadTo(printed.mid(printed.lastIndexOf(':') + 1).trimmed().toUShort());
+        const auto body = fetch(transportTo(site, authority));
+        EXPECT_EQ(body.has_value(), status == TestAuthority::Status::valid);
+        server.kill();
+        server.waitForFinished();
+    }
 }
 
 QT_WARNING_PUSH
