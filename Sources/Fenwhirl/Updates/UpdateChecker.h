@@ -69,6 +69,7 @@ public:
     // Runs the whole check in the background, unless one with a valid answer was less than a day ago. Returns
     // at once. For once after launch; nothing while a check runs.
     void startIfNeeded();
+
     // From the beginning of a check to the end of its network work.
     [[nodiscard]] bool isChecking() const { return thread_.isRunning(); }
 
