@@ -6,7 +6,7 @@ import Fenwhirl.Components
 //   value, from, to, stepSize
 //   text            what it sets, for screen readers
 //   signal moved(double value)  the value asked for: on the grid of steps from `from`, or `to` itself
-// A press on the track jumps there. Arrows move one step, Page keys ten, Home and End to the ends, the wheel one step.
+// A press on the track jumps there. Arrows move one step, Page keys ten, Home and End go to the ends.
 FocusScope {
     id: root
 

@@ -26,10 +26,7 @@ double insideDistance(double x, double y, double halfWidth, double halfHeight, d
 
 } // namespace
 
-SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent) {
-    // A shadow has no detail: half the resolution of the screen is plenty and a quarter of the work.
-    setOpaquePainting(false);
-}
+SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent) {}
 
 void SoftShadow::setRadius(double radius) {
     if (radius == m_radius)

@@ -6,11 +6,14 @@
 
 // The blurred shadow of a rounded rectangle: QML type `SoftShadow`.
 //
-//   SoftShadow { target: background; radius: 11; blur: 24; offset: 8; color: Theme.shadow }
+//   SoftShadow {
+//       radius: 11; blur: 32; color: Theme.shadow; z: -1
+//       x: -blur; y: 10 - blur; width: parent.width + 2 * blur; height: parent.height + 2 * blur
+//   }
 //
-// It lies around `caster` (a sibling or the parent) on its own: as large as the caster and `blur` points more
-// on each side, moved down by `offset`. Painted once by the processor and then kept as a picture, because
-// shader effects do not exist with the software renderer. Draw it below the caster (`z: -1`).
+// A child of what casts it, below it, `blur` points larger on each side and shifted by its owner. Painted
+// once by the processor and then kept as a picture, because shader effects do not exist with the software
+// renderer.
 
 namespace Fenwhirl {
 
