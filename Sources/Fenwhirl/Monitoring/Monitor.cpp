@@ -19,8 +19,7 @@ Monitor::Private::Private(Monitor& owner, MonitorServices monitorServices)
     , saved(SavedPreferences::load(*services.preferences))
     , settingsSnapshot(std::make_shared<const FanSettings>(saved.settings))
     , poller(std::make_shared<Poller>(
-          Poller::Services{services.openSMC, services.helper.run, services.now, stop}))
-     {}
+          Poller::Services{services.openSMC, services.helper.run, services.now, stop})) {}
 
 Monitor::Monitor(MonitorServices services, QObject* parent)
     : QObject(parent)

@@ -10,6 +10,8 @@
 #include <QDBusVirtualObject>
 #include <QDeadlineTimer>
 #include <QProcess>
+#include <QProcessEnvironment>
+#include <QStandardPaths>
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -135,6 +137,40 @@ TEST_F(NotifierTest, WithoutAServiceNothingHappens) {
     waitForCalls(1);
     ASSERT_EQ(service.calls.size(), 1);
     EXPECT_EQ(service.calls[0].arguments()[4].toString(), QStringLiteral("quelqu'un écoute"));
+}
+
+TEST_F(NotifierTest, RealServiceShowsTitleAndMessage) {
+    const QString dunst = QStandardPaths::findExecutable(QStringLiteral("dunst"));
+    const QString server = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
+    if (dunst.isEmpty() || server.isEmpty()) {
+        GTEST_SKIP() << "dunst or Xvfb is not installed";
+    }
+    QProcess display;
+    display.start(server, {QStringLiteral("-displayfd"), QStringLiteral("1")});
+    ASSERT_TRUE(display.waitForReadyRead());
+    QProcess notifications;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), u':' + QString::fromLatin1(display.readLine().trimmed()));
+    notifications.setProcessEnvironment(environment);
+    notifications.start(dunst, {QStringLiteral("-print")});
+    const QDeadlineTimer deadline(60'000);
+    while (!QDBusConnection::sessionBus().interface()->isServiceRegistered(
+               QStringLiteral("org.freedesktop.Notifications")) &&
+           !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+    }
+    Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("Ton Mac chauffe : 93 degrés."));
+    QByteArray shown;
+    while (!shown.contains("script_count") && notifications.waitForReadyRead()) {
+        shown += notifications.readAll();
+    }
+    EXPECT_TRUE(shown.contains("summary: 'Fenwhirl'")) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("Ton Mac chauffe : 93 degrés.")) << shown.toStdString();
+    EXPECT_TRUE(shown.contains("urgency: CRITICAL")) << shown.toStdString();
+    for (QProcess* process : {&notifications, &display}) {
+        process->terminate();
+        process->waitForFinished();
+    }
 }
 
 TEST(NotificationStatement, NamesMessageAndTitle) {
