@@ -62,8 +62,8 @@ class Safety(unittest.TestCase):
         with Scene() as scene:
             scene.choose_preset("Max")
             stage.wait_until(lambda: scene.fan(1)[2] == "manual", "fans under manual control")
-            for line in scene.mac.tell("keys T"):
-                scene.mac.tell(f"vanish {line[:4]}")
+            for key in scene.keys("T"):
+                scene.mac.tell(f"vanish {key}")
             stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back")
             scene.screen.wait_for(
                 lambda text: text.startswith("Aucune température lisible sur ce Mac"))

@@ -81,6 +81,10 @@ class Scene:
 
     # --- What the machine knows ---
 
+    def keys(self, prefix):
+        return [match.group(1) for match in (re.search(rf"\b({prefix}\S{{3}})\b", line)
+                                             for line in self.mac.tell(f"keys {prefix}")) if match]
+
     def writes(self, start=1):
         """Every write that reached the controller from that number on, as (key, value, user)."""
         found = []
