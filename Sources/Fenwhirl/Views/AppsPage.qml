@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views

@@ -1,6 +1,7 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Layouts
-import Fenwhirl.Components
 import Fenwhirl.Views
 
 // One card per fan in equal columns: two where there is room, three in wide windows with three fans or more.

@@ -18,11 +18,11 @@ Window {
     // The keyboard must not reach what the onboarding covers.
     onActiveFocusItemChanged: {
         if (onboarding.active && onboarding.item && content.covers(activeFocusItem))
-            onboarding.item.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+            (onboarding.item as Onboarding).nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
     }
 
     Shortcut {
-        sequences: [StandardKey.Close]
+        sequences: ["Ctrl+W"]
 
         onActivated: root.close()
     }

@@ -22,7 +22,7 @@ Window {
     }
 
     Shortcut {
-        sequences: ["Escape", StandardKey.Close]
+        sequences: ["Escape", "Ctrl+W"]
 
         onActivated: root.close()
     }
