@@ -33,7 +33,7 @@ QString computerNameFrom(const QByteArray& machineInfo, const QByteArray& hostNa
     constexpr QByteArrayView nameKey = "PRETTY_HOSTNAME=";
     for (const QByteArray& line : machineInfo.split('\n')) {
         if (line.startsWith(nameKey)) {
-            const QString name = unquoted(line.sliced(nameKey.size()));
+            QString name = unquoted(line.sliced(nameKey.size()));
             if (!name.isEmpty()) {
                 return name;
             }
