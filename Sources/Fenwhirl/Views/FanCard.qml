@@ -73,21 +73,24 @@ Card {
             }
         }
 
+        // Only what the mode needs exists.
         Loader {
-            active: root.fan.mode === 1
-            sourceComponent: FanSpeedControls { fan: root.fan }
-            visible: active
-            width: parent.width
-        }
+            readonly property int mode: root.fan.mode
 
-        Loader {
-            active: root.fan.mode === 2
-            sourceComponent: FanCurveControls {
-                choices: root.choices
-                fan: root.fan
-            }
-            visible: active
+            visible: mode > 0
             width: parent.width
+
+            function load() {
+                if (mode === 1)
+                    setSource("FanSpeedControls.qml", {"fan": root.fan})
+                else if (mode === 2)
+                    setSource("FanCurveControls.qml", {"fan": root.fan, "choices": root.choices})
+                else
+                    source = ""
+            }
+
+            Component.onCompleted: load()
+            onModeChanged: load()
         }
     }
 }

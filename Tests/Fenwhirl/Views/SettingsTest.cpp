@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <mutex>
+#include <optional>
 
 namespace {
 
@@ -155,9 +157,16 @@ TEST(SettingsPage, MakesAReportOnceAndHandsItOver) {
         stage.find(QStringLiteral("Inclure un test des ventilateurs (6 secondes)"), QAccessible::CheckBox)
             ->state()
             .checked);
+    std::mutex gate; // the controller answers nobody meanwhile
+    gate.lock();
+    stage.world.smc.hook = [&gate](const SMCParam&) {
+        const std::lock_guard wait(gate);
+        return std::optional<ScriptedSMC::Reply>();
+    };
     stage.click(QStringLiteral("Créer le rapport"));
     EXPECT_TRUE(stage.shows(QStringLiteral("Création en cours…")));
-    stage.models().report()->create();
+    stage.models().report()->create(); // a second wish while one is being made
+    gate.unlock();
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
     ASSERT_EQ(stage.reports.size(), 1U);
     EXPECT_TRUE(stage.reports.front().contains(QStringLiteral("Assistant installé : oui")));

@@ -155,6 +155,11 @@ QColor Stage::colorAt(QPoint point) {
 
 void Stage::click(QAccessibleInterface* target) {
     ASSERT_NE(target, nullptr);
+    // What has just appeared or moved is laid out with the next picture.
+    for (QRect before; before != target->rect();) {
+        before = target->rect();
+        static_cast<void>(window_->grabWindow());
+    }
     const QPoint centre = target->rect().center() - window_->position();
     ASSERT_TRUE(QRect(QPoint(), window_->size()).contains(centre)) << "it lies outside the window";
     QTest::mouseClick(window_.get(), Qt::LeftButton, {}, centre);
