@@ -41,7 +41,7 @@ int runApplication(int argc, char** argv) {
     if (application == nullptr) {
         const char* const reason = dlerror();
         (void)std::fprintf(stderr, "Fenwhirl : impossible de charger l'application (%s).\n",
-                     reason != nullptr ? reason : "programme introuvable");
+                           reason != nullptr ? reason : "programme introuvable");
         return EXIT_FAILURE;
     }
     return application(argc, argv);

@@ -1,6 +1,6 @@
-// An application that is nothing but its side of the helper, steered line by line: takes the place of the real
-// application's library beside a copy of the executable, so that the system tests see the true program entry, the
-// true installation and the true guard without an interface.
+// An application that is nothing but its side of the helper, steered line by line: takes the place of the
+// real application's library beside a copy of the executable, so that the system tests see the true program
+// entry, the true installation and the true guard without an interface.
 //
 // Each line of standard input is one command; each answer is one line. See `answer` for the commands.
 

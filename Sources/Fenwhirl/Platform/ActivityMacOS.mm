@@ -8,9 +8,9 @@ struct Activity::Token {
 
 Activity::Activity(const QString& reason) : token_(std::make_unique<Token>()) {
     @autoreleasepool {
-        token_->activity = [NSProcessInfo.processInfo
-            beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
-                              reason:reason.toNSString()];
+        token_->activity =
+            [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                         reason:reason.toNSString()];
     }
 }
 

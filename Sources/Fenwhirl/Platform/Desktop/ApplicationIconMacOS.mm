@@ -12,7 +12,8 @@ QImage applicationIcon(const QString& applicationPath, int pixels) {
         NSData* png = [bitmap representationUsingType:NSBitmapImageFileTypePNG properties:@{}];
         if (png == nil)
             return {};
-        const QImage image = QImage::fromData(static_cast<const uchar*>(png.bytes), static_cast<int>(png.length));
+        const QImage image =
+            QImage::fromData(static_cast<const uchar*>(png.bytes), static_cast<int>(png.length));
         return image.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     }
 }

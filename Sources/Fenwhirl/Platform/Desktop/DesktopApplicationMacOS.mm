@@ -1,6 +1,5 @@
-#include "Fenwhirl/Platform/Desktop/DesktopApplication.h"
-
 #include "Fenwhirl/Platform/Desktop/ApplicationEvents.h"
+#include "Fenwhirl/Platform/Desktop/DesktopApplication.h"
 #include "Fenwhirl/Platform/Desktop/QuitAnswer.h"
 
 #include <QByteArray>

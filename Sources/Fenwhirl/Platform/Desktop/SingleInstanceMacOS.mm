@@ -1,6 +1,5 @@
-#include "Fenwhirl/Platform/Desktop/SingleInstance.h"
-
 #include "Fenwhirl/Platform/Desktop/ApplicationEvents.h"
+#include "Fenwhirl/Platform/Desktop/SingleInstance.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #import <AppKit/AppKit.h>
 
 @interface FenwhirlStatusItemTarget : NSObject
-@property (nonatomic) std::function<void()> chosen;
+@property(nonatomic) std::function<void()> chosen;
 - (void)itemChosen:(id)sender;
 @end
 
@@ -31,7 +31,8 @@ constexpr int symbolScale = 2;
 NSImage* symbolImage(const SymbolPainter& symbol) {
     NSImage* image = [NSImage imageWithSystemSymbolName:@"fan" accessibilityDescription:nil];
     if (image == nil) {
-        QImage drawing(symbolPoints * symbolScale, symbolPoints * symbolScale, QImage::Format_ARGB32_Premultiplied);
+        QImage drawing(symbolPoints * symbolScale, symbolPoints * symbolScale,
+                       QImage::Format_ARGB32_Premultiplied);
         drawing.fill(Qt::transparent);
         QPainter painter(&drawing);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -52,8 +53,8 @@ NSImage* symbolImage(const SymbolPainter& symbol) {
 class StatusItemMacOS final : public StatusItem {
 public:
     explicit StatusItemMacOS(const SymbolPainter& symbol)
-        : item_([NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength]),
-          target_([[FenwhirlStatusItemTarget alloc] init]) {
+        : item_([NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength])
+        , target_([[FenwhirlStatusItemTarget alloc] init]) {
         target_.chosen = [this] { Q_EMIT activated(place()); };
         NSStatusBarButton* button = item_.button;
         button.target = target_;

@@ -1,11 +1,10 @@
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
 
 #import <AppKit/AppKit.h>
-
 #include <functional>
 
 @interface FenwhirlAppearanceObserver : NSObject
-@property (nonatomic) std::function<void()> changed;
+@property(nonatomic) std::function<void()> changed;
 @end
 
 @implementation FenwhirlAppearanceObserver
@@ -39,8 +38,8 @@ public:
                         object:nil
                          queue:NSOperationQueue.mainQueue
                     usingBlock:^(NSNotification* notification) {
-                        (void)notification;
-                        read();
+                      (void)notification;
+                      read();
                     }];
         read();
     }
