@@ -27,7 +27,7 @@ QString ApplicationIconProvider::sourceFor(const QString& applicationPath) {
 QPixmap ApplicationIconProvider::requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) {
     const int pixels = requestedSize.width() > 0 ? requestedSize.width() : usualPixels;
     const QString path = QUrl::fromPercentEncoding(id.toLatin1());
-    const QPixmap icon = QPixmap::fromImage(applicationIcon(path, pixels));
+    QPixmap icon = QPixmap::fromImage(applicationIcon(path, pixels));
     if (size != nullptr)
         *size = icon.size();
     return icon;

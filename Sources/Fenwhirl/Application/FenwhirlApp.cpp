@@ -58,7 +58,7 @@ void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& col
 
 int fenwhirl_app_main(int argc, char** argv) {
     // Whoever started us may have ignored it, and then no child's status could be waited for.
-    std::signal(SIGCHLD, SIG_DFL);
+    static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
     QCoreApplication::setApplicationName(QStringLiteral("Fenwhirl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(FENWHIRL_VERSION));
     const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);

@@ -41,11 +41,6 @@ QString PreferencesView::versionText() const {
     return QStringLiteral("Fenwhirl ") + QCoreApplication::applicationVersion();
 }
 
-void PreferencesView::setLaunchAtLogin(bool on) {
-    monitor_.setLaunchAtLogin(on);
-    Q_EMIT launchAtLoginChanged(); // also when it failed: the switch must show what is true
-}
-
 void PreferencesView::setTheme(int theme) {
     if (theme >= 0 && theme < static_cast<int>(allAppThemes.size()))
         monitor_.setTheme(allAppThemes.at(static_cast<std::size_t>(theme)));

@@ -45,7 +45,7 @@ public:
 
     [[nodiscard]] bool launchAtLogin() const { return monitor_.launchAtLogin(); }
 
-    void setLaunchAtLogin(bool on);
+    void setLaunchAtLogin(bool on) { monitor_.setLaunchAtLogin(on); }
 
     [[nodiscard]] int theme() const { return static_cast<int>(monitor_.theme()); }
 

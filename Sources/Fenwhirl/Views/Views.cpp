@@ -19,13 +19,13 @@ void registerViews() {
 }
 
 QUrl mainWindowFile() {
-    return QUrl(QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/MainWindow.qml"));
+    return {QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/MainWindow.qml")};
 }
 
 QUrl menuPanelFile() {
-    return QUrl(QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/MenuPanel.qml"));
+    return {QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/MenuPanel.qml")};
 }
 
 QUrl alertWindowFile() {
-    return QUrl(QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/AlertWindow.qml"));
+    return {QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/AlertWindow.qml")};
 }

@@ -44,9 +44,9 @@ std::unique_ptr<SingleInstance> SingleInstance::create() {
     return std::make_unique<SingleInstanceLinux>(privateRuntimeFolder(), QDBusConnection::sessionBus());
 }
 
-SingleInstanceLinux::SingleInstanceLinux(QString folder, const QDBusConnection& bus)
+SingleInstanceLinux::SingleInstanceLinux(QString folder, QDBusConnection bus)
     : folder_(std::move(folder))
-    , bus_(bus) {}
+    , bus_(std::move(bus)) {}
 
 SingleInstanceLinux::~SingleInstanceLinux() {
     if (isFirst_ && bus_.isConnected()) {

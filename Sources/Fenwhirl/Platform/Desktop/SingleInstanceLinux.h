@@ -16,7 +16,7 @@ class SingleInstanceLinux : public SingleInstance {
 
 public:
     // `folder` belongs to this user alone; empty means that there is none and only the bus decides.
-    SingleInstanceLinux(QString folder, const QDBusConnection& bus);
+    SingleInstanceLinux(QString folder, QDBusConnection bus);
     ~SingleInstanceLinux() override;
 
     SingleInstanceLinux(const SingleInstanceLinux&) = delete;

@@ -17,9 +17,9 @@ QString StatusNotifierHost::watcherPath() {
     return QStringLiteral("/StatusNotifierWatcher");
 }
 
-StatusNotifierHost::StatusNotifierHost(const QDBusConnection& bus, QObject* parent)
+StatusNotifierHost::StatusNotifierHost(QDBusConnection bus, QObject* parent)
     : QObject(parent)
-    , bus_(bus) {
+    , bus_(std::move(bus)) {
     if (!bus_.isConnected()) {
         QTimer::singleShot(0, this, [this] { setAvailable(false); });
         return;

@@ -15,7 +15,7 @@ class StatusNotifierHost : public QObject {
     Q_OBJECT
 
 public:
-    explicit StatusNotifierHost(const QDBusConnection& bus, QObject* parent = nullptr);
+    explicit StatusNotifierHost(QDBusConnection bus, QObject* parent = nullptr);
 
     [[nodiscard]] bool isAvailable() const { return available_; }
 

@@ -52,7 +52,7 @@ StatusNotifierPixmap pixmapOf(const QImage& image) {
     for (int y = 0; y < argb.height(); ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(argb.constScanLine(y));
         for (int x = 0; x < argb.width(); ++x, target += 4) {
-            const quint32 bigEndian = qToBigEndian<quint32>(line[x]);
+            const auto bigEndian = qToBigEndian<quint32>(line[x]);
             std::memcpy(target, &bigEndian, sizeof bigEndian);
         }
     }

@@ -5,6 +5,8 @@
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 
+#include <utility>
+
 namespace {
 
 constexpr uint preferDark = 1;
@@ -43,7 +45,7 @@ std::unique_ptr<SystemAppearance> SystemAppearance::create() {
     return std::make_unique<SystemAppearanceLinux>(QDBusConnection::sessionBus());
 }
 
-SystemAppearanceLinux::SystemAppearanceLinux(const QDBusConnection& bus) : bus_(bus) {
+SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus) : bus_(std::move(bus)) {
     if (!bus_.isConnected())
         return;
     bus_.connect(service(), path(), interface(), QStringLiteral("SettingChanged"), this,

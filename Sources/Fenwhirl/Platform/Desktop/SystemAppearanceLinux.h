@@ -13,7 +13,7 @@ class SystemAppearanceLinux : public SystemAppearance {
     Q_OBJECT
 
 public:
-    explicit SystemAppearanceLinux(const QDBusConnection& bus);
+    explicit SystemAppearanceLinux(QDBusConnection bus);
 
 private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
