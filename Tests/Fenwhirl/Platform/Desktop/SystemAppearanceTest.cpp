@@ -31,6 +31,7 @@ public:
     FakePortal& operator=(const FakePortal&) = delete;
 
     void announce(uint scheme) {
+        colorScheme = scheme; // whoever asks again is told the same
         QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
                                                          QStringLiteral("org.freedesktop.portal.Settings"),
                                                          QStringLiteral("SettingChanged"));
