@@ -62,7 +62,7 @@ private:
 TEST(SystemAppearance, IsWhatThePortalSaysAndFollowsIt) {
     FakePortal portal;
     portal.colorScheme = 1;
-    const SystemAppearanceLinux appearance(PrivateBus::connect());
+    SystemAppearanceLinux appearance(PrivateBus::connect());
     EXPECT_FALSE(appearance.isDark()); // nothing was waited for
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
     portal.announce(2);
@@ -74,7 +74,7 @@ TEST(SystemAppearance, IsWhatThePortalSaysAndFollowsIt) {
 TEST(SystemAppearance, ReadsWhetherThingsMayMove) {
     FakePortal portal;
     portal.animations = false;
-    const SystemAppearanceLinux appearance(PrivateBus::connect());
+    SystemAppearanceLinux appearance(PrivateBus::connect());
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.prefersReducedMotion(); }));
     EXPECT_FALSE(appearance.isDark());
 }
@@ -82,14 +82,14 @@ TEST(SystemAppearance, ReadsWhetherThingsMayMove) {
 TEST(SystemAppearance, IsLightWithoutAnAnswer) {
     FakePortal portal;
     portal.answers = false;
-    const SystemAppearanceLinux appearance(PrivateBus::connect());
+    SystemAppearanceLinux appearance(PrivateBus::connect());
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return portal.asked == 2; }));
     EXPECT_FALSE(appearance.isDark());
     EXPECT_FALSE(appearance.prefersReducedMotion());
 }
 
 TEST(SystemAppearance, AsksAPortalThatStartsLater) {
-    const SystemAppearanceLinux appearance(PrivateBus::connect());
+    SystemAppearanceLinux appearance(PrivateBus::connect());
     FakePortal portal;
     portal.colorScheme = 1;
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
