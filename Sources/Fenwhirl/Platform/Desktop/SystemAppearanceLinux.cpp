@@ -1,6 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/SystemAppearanceLinux.h"
 
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
@@ -48,6 +49,9 @@ std::unique_ptr<SystemAppearance> SystemAppearance::create() {
 SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus) : bus_(std::move(bus)) {
     if (!bus_.isConnected())
         return;
+    // A slot with a type that the bus does not know yet is not connected, and it learns its own types with
+    // their first use.
+    qDBusRegisterMetaType<QDBusVariant>();
     bus_.connect(service(), path(), interface(), QStringLiteral("SettingChanged"), this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
     // A portal that starts later, or again, may say something else.
