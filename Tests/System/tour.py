@@ -130,7 +130,6 @@ def main():
     parser.add_argument("--pictures", type=pathlib.Path, required=True)
     parser.add_argument("--machine", required=True)
     parser.add_argument("--heat", default="")
-    parser.add_argument("--what", default="road")
     options = parser.parse_args()
     options.pictures.mkdir(parents=True, exist_ok=True)
     try:
