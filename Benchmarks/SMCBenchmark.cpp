@@ -1,0 +1,154 @@
+// What the core adds to the round trips that it cannot avoid.
+//
+// Every benchmark runs its subject and the same number of bare round trips (send and receive of the same
+// records on the same kind of socket, nothing else) by turns, so that both see the same machine; the counters
+// are the medians of both and their ratio, for the wall clock and for this process's processor time.
+
+#include "FenwhirlCore/Platform/SocketTransport.h"
+#include "FenwhirlCore/SMC.h"
+#include "SMCService.h"
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <ctime>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+double secondsOn(clockid_t clock) {
+    timespec time{};
+    clock_gettime(clock, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+// Wall and processor time of the runs of one subject.
+class Course {
+public:
+    template <typename Subject>
+    double run(const Subject& subject) {
+        const double processorStart = secondsOn(CLOCK_PROCESS_CPUTIME_ID);
+        const double wallStart = secondsOn(CLOCK_MONOTONIC);
+        subject();
+        wall_.push_back(secondsOn(CLOCK_MONOTONIC) - wallStart);
+        processor_.push_back(secondsOn(CLOCK_PROCESS_CPUTIME_ID) - processorStart);
+        return wall_.back();
+    }
+
+    [[nodiscard]] double wall() const { return median(wall_); }
+
+    [[nodiscard]] double processor() const { return median(processor_); }
+
+private:
+    std::vector<double> wall_;
+    std::vector<double> processor_;
+};
+
+// The floor: round trips without anything around them.
+class BareConnection {
+public:
+    explicit BareConnection(const std::string& path) : socket_(socket(AF_UNIX, SOCK_SEQPACKET, 0)) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path.copy(address.sun_path, sizeof(address.sun_path) - 1);
+        if (connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
+            std::abort();
+    }
+
+    ~BareConnection() { close(socket_); }
+
+    BareConnection(const BareConnection&) = delete;
+    BareConnection& operator=(const BareConnection&) = delete;
+
+    void roundTrips(std::size_t count) const {
+        SMCParam request{};
+        request.key = SMC::fourCC("TC0P");
+        request.data8 = SMCCommand::keyInfo;
+        std::array<char, 84> reply{};
+        for (std::size_t i = 0; i < count; ++i) {
+            send(socket_, &request, sizeof(request), MSG_NOSIGNAL);
+            benchmark::DoNotOptimize(recv(socket_, reply.data(), reply.size(), 0));
+        }
+    }
+
+private:
+    int socket_;
+};
+
+template <typename Subject>
+void compare(benchmark::State& state, const std::string& path, std::size_t roundTrips,
+             const Subject& subject) {
+    const BareConnection bare(path);
+    Course subjectCourse;
+    Course bareCourse;
+    for (auto _ : state) {
+        bareCourse.run([&] { bare.roundTrips(roundTrips); });
+        state.SetIterationTime(subjectCourse.run(subject));
+    }
+    state.counters["bare_us"] = bareCourse.wall() * 1e6;
+    state.counters["ours_us"] = subjectCourse.wall() * 1e6;
+    state.counters["wall_ratio"] = subjectCourse.wall() / bareCourse.wall();
+    state.counters["cpu_ratio"] = subjectCourse.processor() / bareCourse.processor();
+    state.counters["trips"] = static_cast<double>(roundTrips);
+}
+
+std::vector<std::string> sensorKeys(int count) {
+    std::vector<std::string> keys;
+    for (int number = 0; number < count; ++number)
+        keys.push_back(sensorKey(number));
+    return keys;
+}
+
+// Two fans and 60 sensors: what the application does every two seconds. 136 round trips for their values, two
+// more for the number of fans.
+void poll(benchmark::State& state) {
+    const SMCService service(60);
+    SMC smc(SocketTransport::open(service.path()));
+    const auto keys = sensorKeys(60);
+    compare(state, service.path(), 2 + 2 * 4 * 2 + 60 * 2, [&] {
+        if (smc.readFans().size() != 2 || smc.readTemperatures(keys).size() != 60)
+            std::abort();
+    });
+}
+
+BENCHMARK(poll)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void discovery(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0));
+    const SMCService service(count);
+    SMC smc(SocketTransport::open(service.path()));
+    compare(state, service.path(), 2 + 3 * static_cast<std::size_t>(count), [&] {
+        if (smc.discoverTemperatureKeys().size() != static_cast<std::size_t>(count))
+            std::abort();
+    });
+}
+
+BENCHMARK(discovery)->Arg(60)->Arg(700)->Arg(2000)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void temperatures(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0));
+    const SMCService service(count);
+    SMC smc(SocketTransport::open(service.path()));
+    const auto keys = sensorKeys(count);
+    compare(state, service.path(), 2 * keys.size(), [&] {
+        if (smc.readTemperatures(keys).size() != keys.size())
+            std::abort();
+    });
+    state.counters["us_per_sensor"] = state.counters["ours_us"].value / static_cast<double>(count);
+}
+
+BENCHMARK(temperatures)
+    ->RangeMultiplier(10)
+    ->Range(1, 1000)
+    ->Arg(2000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+
+} // namespace

@@ -1,0 +1,27 @@
+// A controller in another process, behind a socket of the kind that the simulated Mac offers.
+//
+// Knows the keys of two fans and any number of sensors ("T" and three digits), and answers at once. Both
+// processes stay on one processor, because a round trip across processors measures the machine's idle states.
+
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+
+class SMCService {
+public:
+    explicit SMCService(int sensorCount);
+    ~SMCService();
+    SMCService(const SMCService&) = delete;
+    SMCService& operator=(const SMCService&) = delete;
+
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+private:
+    std::string folder_;
+    std::string path_;
+    pid_t process_ = -1;
+};
+
+// The key of a sensor.
+[[nodiscard]] std::string sensorKey(int number);
