@@ -14,7 +14,7 @@ T.Popup {
     required property var labels
     required property int currentIndex
     readonly property real itemHeight: 28
-    // The widest text, measured when the menu opens.
+    // The widest text, measured while the menu is open.
     property real textWidth: 0
 
     signal activated(int index)
@@ -28,13 +28,18 @@ T.Popup {
     modal: true
     padding: 5
 
-    onAboutToShow: {
+    function measure() {
         let widest = 0
         for (const label of labels)
             widest = Math.max(widest, metrics.advanceWidth(label))
         textWidth = widest
+    }
+
+    onAboutToShow: {
+        measure()
         list.begin()
     }
+    onLabelsChanged: { if (visible) measure() }
     onOpened: list.forceActiveFocus()
 
     readonly property PopupMenuList list: contentItem as PopupMenuList
