@@ -94,10 +94,6 @@ TEST(Onboarding, ReturnGoesForwardAndNothingBehindItHasTheKeyboard) {
 TEST(Onboarding, SpeaksAnotherLanguageAsSoonAsItIsChosen) {
     Newcomer stage;
     stage.show();
-    QObject::connect(&stage.monitor(), &Monitor::languageChanged, &stage.models(), [&stage] {
-        stage.models().retranslate();
-        stage.engine().retranslate();
-    });
     stage.models().preferences()->setLanguage(static_cast<int>(AppLanguage::en));
     EXPECT_FALSE(stage.shows(QStringLiteral("Bienvenue dans Fenwhirl")));
     EXPECT_TRUE(stage.texts().join(u'|').contains(QStringLiteral("Welcome")));

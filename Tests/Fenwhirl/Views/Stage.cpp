@@ -71,6 +71,12 @@ void Stage::adopt() {
                      .applicationIcon = [](const QString&) { return QString(); },
                      .openMain = [this] { ++timesOpenedMain; },
                      .quit = [this] { ++timesQuit; }});
+    // As the application does.
+    QObject::connect(&monitor(), &Monitor::languageChanged, models_.get(), [this] {
+        models_->retranslate();
+        if (engine_)
+            engine_->retranslate();
+    });
 }
 
 void Stage::show(const QUrl& file) {

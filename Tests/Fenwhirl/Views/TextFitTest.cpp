@@ -1,0 +1,199 @@
+// Every text of every window in every language, at the window's usual and at its smallest size: none is cut,
+// none stands over an edge, none lies on another.
+
+#include "ShownText.h"
+#include "Stage.h"
+
+#include <QQuickItem>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace {
+
+FanSetting fanSetting(FanModeKind mode) {
+    FanSetting setting;
+    setting.mode = mode;
+    setting.constantRPM = 5950;
+    setting.startTemp = 80;
+    setting.maxTemp = 100;
+    return setting;
+}
+
+AppLoad app(const QString& name, qint32 pid, bool canQuit) {
+    AppLoad load;
+    load.id = name;
+    load.name = name;
+    load.cpu = 100;
+    load.memoryMB = 12345;
+    load.pids = {pid};
+    load.canQuit = canQuit;
+    load.starts = {ProcessStart{}};
+    return load;
+}
+
+constexpr QSize usualSize(1040, 680);
+constexpr QSize smallestSize(920, 560);
+
+// `within` and `mayBeCut` as shownTexts and layoutFaults have them.
+void expectEverythingFits(Stage& stage, const std::string& where, const QByteArray& within = {},
+                          const QStringList& mayBeCut = {}) {
+    for (const AppLanguage language : allAppLanguages) {
+        stage.monitor().setLanguage(language);
+        // Twice: what follows the size of something else is laid out with the picture after.
+        static_cast<void>(stage.window().grabWindow());
+        static_cast<void>(stage.window().grabWindow());
+        const QList<ShownText> texts = shownTexts(stage.window(), within);
+        EXPECT_GE(texts.size(), 3) << where << " in " << rawValue(language);
+        for (const QString& fault : layoutFaults(texts, mayBeCut))
+            ADD_FAILURE() << where << " in " << rawValue(language) << ": " << fault.toStdString();
+    }
+    stage.monitor().setLanguage(AppLanguage::fr);
+}
+
+void expectPageFits(Stage& stage, Page page, const char* where) {
+    stage.monitor().setSelectedPage(page);
+    for (const QSize size : {usualSize, smallestSize}) {
+        stage.window().resize(size);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return stage.window().contentItem()->size() == size; }));
+        expectEverythingFits(stage, where + std::string(size == smallestSize ? " (smallest)" : ""));
+    }
+}
+
+// Fast and hot, with each of the modes: what shows the most and the widest.
+TEST(TextFit, OnTheFansPages) {
+    Stage stage;
+    for (int fan = 0; fan < 2; ++fan)
+        stage.world.setFan(fan, 5999);
+    stage.world.setCelsius(88);
+    stage.start();
+    stage.monitor().setSetting(0, fanSetting(FanModeKind::constant));
+    stage.monitor().setSetting(1, fanSetting(FanModeKind::sensor));
+    stage.show();
+    expectPageFits(stage, Page::dashboard, "dashboard, warm");
+    expectPageFits(stage, Page::fans, "fans");
+    stage.world.setCelsius(95);
+    stage.poll();
+    expectPageFits(stage, Page::dashboard, "dashboard, hot");
+}
+
+TEST(TextFit, OfAMacWithoutFans) {
+    Stage stage;
+    stage.world.smc.setNumber("FNum", "ui8 ", 0);
+    stage.show();
+    expectPageFits(stage, Page::dashboard, "dashboard");
+    expectPageFits(stage, Page::fans, "fans");
+}
+
+TEST(TextFit, OfTheOfferToActivateAndOfAnError) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.world.loginItemWorks = false;
+    stage.show();
+    stage.monitor().apply(Preset::max);
+    stage.poll();
+    stage.monitor().setLaunchAtLogin(true);
+    ASSERT_TRUE(stage.models().control()->offersActivation());
+    ASSERT_FALSE(stage.monitor().controlError().isEmpty());
+    expectPageFits(stage, Page::dashboard, "dashboard");
+    expectPageFits(stage, Page::settings, "settings");
+}
+
+TEST(TextFit, OfTheOfferToUpdateTheHelper) {
+    Stage stage;
+    stage.world.helper.setVersion("1");
+    stage.show();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperOutdated(); }));
+    expectPageFits(stage, Page::dashboard, "dashboard");
+    expectPageFits(stage, Page::settings, "settings");
+}
+
+TEST(TextFit, OfEverySensorsName) {
+    Stage stage;
+    // All well-known sensors, and one of each kind whose name is made from its key. Only the rows in the
+    // window exist.
+    for (const char* const key :
+         {"TC0D", "TC0E", "TC0F", "TC0H", "TCXC", "TCGC", "TCSA", "TG0P", "TG0D", "TG0H",
+          "TM0P", "TM0S", "Th0H", "TH0A", "TH0B", "Ts0P", "Ts1P", "Ts0S", "TaLP", "TaRF",
+          "TA0P", "TB0T", "TB1T", "TB2T", "TW0P", "Tp0P", "TPCD", "TL0P", "TN0P", "TN0D",
+          "TC1C", "Te05", "Tg0f", "Tm02", "Ts9Q", "Tb7x", "TZ9X", "Tp0D"})
+        stage.world.smc.setNumber(key, "sp78", 105);
+    stage.windowSize = {920, 2400};
+    stage.showPage(Page::sensors);
+    // The one that is too long is a name of the source texts, which are given; its tooltip shows it whole.
+    expectEverythingFits(stage, "sensors", {}, {QStringLiteral("Contrôleur de plateforme")});
+}
+
+TEST(TextFit, OnTheAppsPage) {
+    Stage stage;
+    stage.show();
+    expectPageFits(stage, Page::apps, "at rest");
+    stage.setApps(
+        {app(QStringLiteral("Adobe Photoshop 2026"), 80, true), app(QStringLiteral("Mail"), 81, false)});
+    expectPageFits(stage, Page::apps, "busy");
+}
+
+TEST(TextFit, OfTheQuestionBeforeQuitting) {
+    Stage stage;
+    stage.start();
+    stage.setApps({app(QStringLiteral("Adobe Photoshop 2026"), 80, true)});
+    stage.windowSize = smallestSize;
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Adobe Photoshop 2026"), QAccessible::CheckBox);
+    ASSERT_TRUE(stage.models().apps()->asking());
+    expectEverythingFits(stage, "question", "QQuickOverlay");
+}
+
+TEST(TextFit, OnTheOtherPages) {
+    Stage stage;
+    stage.show();
+    expectPageFits(stage, Page::presets, "presets");
+    expectPageFits(stage, Page::alerts, "alerts");
+    expectPageFits(stage, Page::settings, "settings");
+}
+
+TEST(TextFit, OfTheIntroduction) {
+    for (const bool installed : {false, true}) {
+        Stage stage;
+        stage.onboarded = false;
+        stage.windowSize = smallestSize;
+        stage.world.helper.installed = installed;
+        stage.show();
+        for (int step = 0; step < 3; ++step) {
+            expectEverythingFits(stage, "step " + std::to_string(step), "Onboarding");
+            stage.press(Qt::Key_Return);
+        }
+        EXPECT_TRUE(stage.monitor().didOnboard());
+    }
+}
+
+TEST(TextFit, OfTheStatusItemsPanel) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    for (const char* const key : {"TCXC", "TG0H"})
+        stage.world.smc.setNumber(key, "sp78", 88);
+    stage.show(menuPanelFile());
+    stage.monitor().apply(Preset::max);
+    stage.poll();
+    ASSERT_TRUE(stage.models().control()->offersActivation());
+    expectEverythingFits(stage, "panel");
+}
+
+TEST(TextFit, OfTheMenus) {
+    Stage stage;
+    for (const char* const key : {"TCXC", "TPCD", "TG0H", "Tp0D"})
+        stage.world.smc.setNumber(key, "sp78", 60);
+    stage.start();
+    stage.monitor().setSetting(0, fanSetting(FanModeKind::sensor));
+    stage.showPage(Page::fans);
+    for (const Page page : {Page::fans, Page::dashboard, Page::settings}) {
+        stage.monitor().setSelectedPage(page);
+        stage.click(stage.all(QAccessible::ComboBox).value(0));
+        expectEverythingFits(stage, "menu of page " + std::to_string(static_cast<int>(page)),
+                             "QQuickOverlay");
+        stage.press(Qt::Key_Escape);
+    }
+}
+
+} // namespace
