@@ -1,6 +1,7 @@
 // The texts in English.
 //
-// Buttons are in title case as macOS writes them, everything else in sentence case.
+// Buttons are in title case as macOS writes them, everything else in sentence case. Things are turned on and
+// off, not enabled and disabled.
 
 #pragma once
 
@@ -14,8 +15,7 @@ inline constexpr Rows englishTexts = {{
     {u"Applications", u"Apps"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"What’s heating up your Mac right now"},
     {u"%@ utilise %@ du processeur.", u"%@ is using %@ of the processor."},
-    {u"Aucune application ne sollicite beaucoup le processeur.",
-     u"No app is putting much load on the processor."},
+    {u"Aucune application ne sollicite beaucoup le processeur.", u"No apps are using the processor heavily."},
     {u"Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.",
      u"Turn off a switch to quit the app. Unsaved documents may be lost, so Fenwhirl always asks first."},
     {u"Fermer %@ ?", u"Quit %@?"},
@@ -35,11 +35,11 @@ inline constexpr Rows englishTexts = {{
     {u"Température principale (processeur)", u"Main temperature (processor)"},
     {u"La vitesse augmente à partir de %@ °C", u"Starts speeding up at %@ °C"},
     {u"Vitesse maximale à %@ °C", u"Full speed at %@ °C"},
-    {u"Activer le contrôle des ventilateurs", u"Enable Fan Control"},
+    {u"Activer le contrôle des ventilateurs", u"Turn On Fan Control"},
     {u"Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.",
      u"To change fan speeds, Fenwhirl needs your password, just once."},
-    {u"Activation…", u"Enabling…"},
-    {u"Activer", u"Enable"},
+    {u"Activation…", u"Turning On…"},
+    {u"Activer", u"Turn On"},
     {u"Préréglage", u"Preset"},
     {u"Personnalisé", u"Custom"},
     // Dashboard, navigation and menu bar
@@ -47,7 +47,7 @@ inline constexpr Rows englishTexts = {{
     {u"Ce Mac", u"This Mac"},
     {u"Fenwhirl n'arrive pas à lire les capteurs de ce Mac.", u"Fenwhirl can’t read this Mac’s sensors."},
     {u"Ce Mac n'a pas de ventilateur à piloter : il se refroidit sans bruit. Les températures restent visibles ci-dessous.",
-     u"This Mac has no fans to control: it cools itself silently. Temperatures are still shown below."},
+     u"This Mac has no fans to control: it cools itself silently. Its temperatures are still shown below."},
     {u"Température du processeur", u"Processor temperature"},
     {u"il y a 10 min", u"10 min ago"},
     {u"maintenant", u"now"},
@@ -61,7 +61,7 @@ inline constexpr Rows englishTexts = {{
     // Mode and preset names, preset descriptions
     {u"Auto", u"Auto"},
     {u"Vitesse fixe", u"Fixed speed"},
-    {u"Selon un capteur", u"By sensor"},
+    {u"Selon un capteur", u"Sensor-based"},
     {u"Silencieux", u"Quiet"},
     {u"Équilibré", u"Balanced"},
     {u"Jeu", u"Gaming"},
@@ -74,7 +74,7 @@ inline constexpr Rows englishTexts = {{
      u"A good balance of quiet and cool for everyday use."},
     {u"Refroidit tôt pour les jeux et les gros calculs.", u"Cools early for games and heavy workloads."},
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
-     u"Fans at full speed all the time. Noisy, but your Mac stays as cool as it can."},
+     u"Fans at full speed all the time. Noisy, but your Mac stays as cool as possible."},
     // Theme names
     {u"Sombre", u"Dark"},
     {u"Clair", u"Light"},
@@ -83,16 +83,16 @@ inline constexpr Rows englishTexts = {{
     {u"Tout est normal", u"Everything’s fine"},
     {u"Le Mac est chaud", u"Your Mac is hot"},
     {u"Surchauffe", u"Overheating"},
-    {u"Mac en bonne santé", u"Your Mac is in good health"},
-    {u"Les ventilateurs travaillent", u"The fans are at work"},
+    {u"Mac en bonne santé", u"Your Mac is healthy"},
+    {u"Les ventilateurs travaillent", u"The fans are hard at work"},
     {u"Ferme des applications", u"Quit some apps"},
     // Errors and notifications
     {u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.",
-     u"This Mac didn’t accept the fan speed change."},
+     u"This Mac didn’t accept the new fan speed."},
     {u"Ton Mac chauffe : %@ degrés.", u"Your Mac is heating up: %@ degrees."},
     {u"Ceci est une alerte de test.", u"This is a test alert."},
-    {u"L'activation a été annulée ou a échoué.", u"Enabling fan control failed or was canceled."},
-    {u"La désactivation a échoué.", u"Fan control couldn’t be disabled."},
+    {u"L'activation a été annulée ou a échoué.", u"Turning on fan control failed or was canceled."},
+    {u"La désactivation a échoué.", u"Fan control couldn’t be turned off."},
     {u"Impossible de changer le démarrage automatique.", u"The login item couldn’t be changed."},
     // Fan names
     {u"Ventilateur", u"Fan"},
@@ -101,12 +101,12 @@ inline constexpr Rows englishTexts = {{
     {u"Ventilateur %@", u"Fan %@"},
     // Onboarding
     {u"Langue", u"Language"},
-    {u"Activer le contrôle", u"Enable Control"},
-    {u"Contrôle activé", u"Control enabled"},
+    {u"Activer le contrôle", u"Turn On Fan Control"},
+    {u"Contrôle activé", u"Fan control is on"},
     {u"Suivant", u"Next"},
     {u"Commencer", u"Get Started"},
     {u"Bienvenue dans Fenwhirl", u"Welcome to Fenwhirl"},
-    {u"Pilote tes ventilateurs", u"Take charge of your fans"},
+    {u"Pilote tes ventilateurs", u"Take control of your fans"},
     {u"Tout est prêt", u"You’re all set"},
     {u"Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux.",
      u"Fenwhirl watches your Mac’s temperature and adjusts the fan speeds to keep it cool and quiet."},
@@ -122,11 +122,11 @@ inline constexpr Rows englishTexts = {{
     {u"Actif", u"Active"},
     {u"Appliquer", u"Apply"},
     // Alerts page
-    {u"Sois prévenu avant que ton Mac ne souffre", u"Get a warning before your Mac suffers"},
-    {u"Prévenir quand le Mac chauffe trop", u"Warn me when my Mac gets too hot"},
+    {u"Sois prévenu avant que ton Mac ne souffre", u"Get an alert before your Mac overheats"},
+    {u"Prévenir quand le Mac chauffe trop", u"Alert me when my Mac gets too hot"},
     {u"Seuil d'alerte : %@ °C", u"Alert threshold: %@ °C"},
     {u"Une notification et un son se déclenchent au maximum une fois toutes les 5 minutes.",
-     u"You’ll get a notification and a sound at most once every 5 minutes."},
+     u"You’ll get a notification with sound at most once every 5 minutes."},
     {u"Tester l'alerte", u"Test Alert"},
     // Settings page
     {u"Démarrage", u"Startup"},
@@ -135,13 +135,11 @@ inline constexpr Rows englishTexts = {{
     {u"Thème", u"Theme"},
     {u"« Automatique » suit la langue de ton Mac.", u"“Automatic” follows your Mac’s language."},
     {u"Contrôle des ventilateurs", u"Fan control"},
-    {u"Activé : Fenwhirl peut changer la vitesse des ventilateurs.",
-     u"Enabled: Fenwhirl can change fan speeds."},
-    {u"Non activé : Fenwhirl peut seulement lire les températures.",
-     u"Not enabled: Fenwhirl can only read temperatures."},
+    {u"Activé : Fenwhirl peut changer la vitesse des ventilateurs.", u"On: Fenwhirl can change fan speeds."},
+    {u"Non activé : Fenwhirl peut seulement lire les températures.", u"Off: Fenwhirl can only read temperatures."},
     {u"Réinstaller", u"Reinstall"},
-    {u"Désactiver", u"Disable"},
-    {u"Remettre les ventilateurs en automatique", u"Return Fans to Automatic"},
+    {u"Désactiver", u"Turn Off"},
+    {u"Remettre les ventilateurs en automatique", u"Set Fans Back to Automatic"},
     // Sensor names
     {u"Processeur (proximité)", u"Processor (proximity)"},
     {u"Processeur (diode)", u"Processor (diode)"},
@@ -182,13 +180,13 @@ inline constexpr Rows englishTexts = {{
     {u"Mac chaud à partir de %@ °C", u"Mac is hot at %@ °C and above"},
     {u"Surchauffe à partir de %@ °C", u"Overheating at %@ °C and above"},
     {u"Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.",
-     u"Choose the temperature at which Fenwhirl reports your Mac as hot. The automatic protection at 92 °C stays the same."},
+     u"Choose the temperature at which Fenwhirl reports your Mac as hot. The automatic protection at 92 °C isn’t affected."},
     // Safety, diagnostic report and helper update
     {u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.",
-     u"No temperature can be read on this Mac: control is suspended for safety."},
+     u"No temperatures can be read on this Mac: fan control is paused for safety."},
     {u"Rapport de diagnostic", u"Diagnostic report"},
     {u"Crée un petit fichier texte avec le modèle de ce Mac et ses capteurs. Utile pour vérifier que Fenwhirl fonctionne sur ton Mac ou pour demander de l'aide.",
-     u"Creates a small text file with this Mac’s model and sensors. Useful for checking that Fenwhirl works on your Mac or for asking for help."},
+     u"Creates a small text file with this Mac’s model and sensors. Useful for checking that Fenwhirl works on your Mac or when asking for help."},
     {u"Inclure un test des ventilateurs (6 secondes)", u"Include a fan test (6 seconds)"},
     {u"Création en cours…", u"Creating…"},
     {u"Créer le rapport", u"Create Report"},
