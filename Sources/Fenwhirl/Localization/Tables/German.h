@@ -1,7 +1,7 @@
 // The texts in German.
 //
-// "Sofort beenden", "Menüleiste", "Mitteilung", "bei der Anmeldung öffnen", "gesichert" are the words of
-// macOS.
+// "Sofort beenden", "Menüleiste", "Mitteilung", "Anmeldeobjekt", "bei der Anmeldung öffnen", "gesichert" are
+// the words of macOS, and so is the genitive without an ending ("deines Mac").
 
 #pragma once
 
@@ -15,8 +15,7 @@ inline constexpr Rows germanTexts = {{
     {u"Applications", u"Apps"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"Was deinen Mac gerade aufheizt"},
     {u"%@ utilise %@ du processeur.", u"%@ nutzt %@ des Prozessors."},
-    {u"Aucune application ne sollicite beaucoup le processeur.",
-     u"Keine App beansprucht den Prozessor gerade stark."},
+    {u"Aucune application ne sollicite beaucoup le processeur.", u"Gerade lastet keine App den Prozessor stark aus."},
     {u"Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.",
      u"Schalte eine App aus, um sie zu beenden. Nicht gesicherte Dokumente können verloren gehen, deshalb fragt Fenwhirl immer nach."},
     {u"Fermer %@ ?", u"%@ beenden?"},
@@ -68,13 +67,13 @@ inline constexpr Rows germanTexts = {{
     {u"Équilibré", u"Ausgewogen"},
     {u"Jeu", u"Gaming"},
     {u"Max", u"Maximal"},
-    {u"Laisse macOS gérer les ventilateurs, comme d'origine.", u"Überlässt die Lüfter macOS, wie ab Werk."},
+    {u"Laisse macOS gérer les ventilateurs, comme d'origine.", u"macOS steuert die Lüfter, wie ab Werk."},
     {u"Ventilateurs discrets : ils accélèrent seulement quand le Mac chauffe vraiment.",
      u"Leise Lüfter: Sie drehen erst auf, wenn der Mac richtig heiß wird."},
     {u"Bon compromis entre bruit et fraîcheur pour l'usage de tous les jours.",
      u"Guter Kompromiss zwischen Ruhe und Kühlung für den Alltag."},
     {u"Refroidit tôt pour les jeux et les gros calculs.",
-     u"Kühlt früh für Spiele und rechenintensive Aufgaben."},
+     u"Kühlt frühzeitig, für Spiele und rechenintensive Aufgaben."},
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
      u"Lüfter ständig auf voller Drehzahl. Laut, aber der Mac bleibt so kühl wie möglich."},
     // Theme names
@@ -96,8 +95,7 @@ inline constexpr Rows germanTexts = {{
     {u"L'activation a été annulée ou a échoué.",
      u"Die Aktivierung wurde abgebrochen oder ist fehlgeschlagen."},
     {u"La désactivation a échoué.", u"Die Deaktivierung ist fehlgeschlagen."},
-    {u"Impossible de changer le démarrage automatique.",
-     u"Das Öffnen bei der Anmeldung konnte nicht geändert werden."},
+    {u"Impossible de changer le démarrage automatique.", u"Das Anmeldeobjekt konnte nicht geändert werden."},
     // Fan names
     {u"Ventilateur", u"Lüfter"},
     {u"Ventilateur gauche", u"Linker Lüfter"},
@@ -186,14 +184,14 @@ inline constexpr Rows germanTexts = {{
     {u"Mac chaud à partir de %@ °C", u"Mac gilt ab %@ °C als heiß"},
     {u"Surchauffe à partir de %@ °C", u"Überhitzung ab %@ °C"},
     {u"Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.",
-     u"Wähle, ab welcher Temperatur Fenwhirl deinen Mac als heiß anzeigt. Der automatische Schutz bei 92 °C bleibt unverändert."},
+     u"Wähle, ab welcher Temperatur dein Mac in Fenwhirl als heiß gilt. Der automatische Schutz bei 92 °C bleibt unverändert."},
     // Safety, diagnostic report and helper update
     {u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.",
-     u"Auf diesem Mac ist keine Temperatur lesbar: Die Steuerung ist zur Sicherheit ausgesetzt."},
+     u"Auf diesem Mac lässt sich keine Temperatur auslesen: Die Steuerung pausiert zur Sicherheit."},
     {u"Rapport de diagnostic", u"Diagnosebericht"},
     {u"Crée un petit fichier texte avec le modèle de ce Mac et ses capteurs. Utile pour vérifier que Fenwhirl fonctionne sur ton Mac ou pour demander de l'aide.",
-     u"Erstellt eine kleine Textdatei mit dem Modell dieses Mac und seinen Sensoren. Nützlich, um zu prüfen, ob Fenwhirl auf deinem Mac funktioniert, oder um nach Hilfe zu fragen."},
-    {u"Inclure un test des ventilateurs (6 secondes)", u"Lüftertest einschließen (6 Sekunden)"},
+     u"Erstellt eine kleine Textdatei mit dem Modell dieses Mac und seinen Sensoren. Nützlich, wenn du prüfen möchtest, ob Fenwhirl auf deinem Mac funktioniert, oder wenn du Hilfe brauchst."},
+    {u"Inclure un test des ventilateurs (6 secondes)", u"Mit Lüftertest (6 Sekunden)"},
     {u"Création en cours…", u"Wird erstellt …"},
     {u"Créer le rapport", u"Bericht erstellen"},
     {u"Une mise à jour de l'assistant est disponible.", u"Ein Update für das Hilfsprogramm ist verfügbar."},
