@@ -1,7 +1,7 @@
 // The texts in Spanish.
 //
-// European Spanish in the words of macOS: "Forzar salida", "barra de menús", "al iniciar sesión". Sensor
-// names say CPU where "Procesador" would not fit into the name column.
+// European Spanish in the words of macOS: "Forzar salida", "barra de menús", "ítem de inicio", "al iniciar
+// sesión". Sensor names say CPU where "Procesador" would not fit into the name column.
 
 #pragma once
 
@@ -13,9 +13,9 @@ namespace Translations {
 inline constexpr Rows spanishTexts = {{
     // Apps page
     {u"Applications", u"Apps"},
-    {u"Ce qui fait chauffer ton Mac en ce moment", u"Lo que calienta tu Mac ahora mismo"},
-    {u"%@ utilise %@ du processeur.", u"%@ usa el %@ del procesador."},
-    {u"Aucune application ne sollicite beaucoup le processeur.", u"Ninguna app exige mucho al procesador."},
+    {u"Ce qui fait chauffer ton Mac en ce moment", u"Lo que está calentando tu Mac ahora mismo"},
+    {u"%@ utilise %@ du processeur.", u"%@ está usando el %@ del procesador."},
+    {u"Aucune application ne sollicite beaucoup le processeur.", u"Ninguna app está exigiendo mucho al procesador."},
     {u"Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.",
      u"Desactiva un interruptor para cerrar la app. Los documentos sin guardar pueden perderse, por eso Fenwhirl siempre pide confirmación."},
     {u"Fermer %@ ?", u"¿Cerrar %@?"},
@@ -48,7 +48,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Fenwhirl n'arrive pas à lire les capteurs de ce Mac.",
      u"Fenwhirl no puede leer los sensores de este Mac."},
     {u"Ce Mac n'a pas de ventilateur à piloter : il se refroidit sans bruit. Les températures restent visibles ci-dessous.",
-     u"Este Mac no tiene ventiladores que controlar: se enfría en silencio. Las temperaturas siguen visibles aquí abajo."},
+     u"Este Mac no tiene ventiladores que controlar: se enfría en silencio. Las temperaturas se siguen mostrando abajo."},
     {u"Température du processeur", u"Temperatura del procesador"},
     {u"il y a 10 min", u"hace 10 min"},
     {u"maintenant", u"ahora"},
@@ -73,8 +73,7 @@ inline constexpr Rows spanishTexts = {{
      u"Ventiladores discretos: solo aceleran cuando el Mac se calienta de verdad."},
     {u"Bon compromis entre bruit et fraîcheur pour l'usage de tous les jours.",
      u"Buen equilibrio entre ruido y temperatura para el día a día."},
-    {u"Refroidit tôt pour les jeux et les gros calculs.",
-     u"Refrigera antes, para juegos y tareas exigentes."},
+    {u"Refroidit tôt pour les jeux et les gros calculs.", u"Enfría antes, para juegos y tareas exigentes."},
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
      u"Ventiladores siempre al máximo. Hacen ruido, pero el Mac se mantiene lo más fresco posible."},
     // Theme names
@@ -86,7 +85,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Le Mac est chaud", u"El Mac está caliente"},
     {u"Surchauffe", u"Sobrecalentamiento"},
     {u"Mac en bonne santé", u"Tu Mac está en buen estado"},
-    {u"Les ventilateurs travaillent", u"Los ventiladores trabajan"},
+    {u"Les ventilateurs travaillent", u"Ventiladores trabajando"},
     {u"Ferme des applications", u"Cierra algunas apps"},
     // Errors and notifications
     {u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.",
@@ -95,7 +94,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Ceci est une alerte de test.", u"Esta es una alerta de prueba."},
     {u"L'activation a été annulée ou a échoué.", u"La activación se ha cancelado o ha fallado."},
     {u"La désactivation a échoué.", u"No se ha podido desactivar el control."},
-    {u"Impossible de changer le démarrage automatique.", u"No se ha podido cambiar la apertura automática."},
+    {u"Impossible de changer le démarrage automatique.", u"No se ha podido cambiar el ítem de inicio."},
     // Fan names
     {u"Ventilateur", u"Ventilador"},
     {u"Ventilateur gauche", u"Ventilador izquierdo"},
@@ -115,7 +114,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures.",
      u"Para cambiar la velocidad de los ventiladores, macOS te pide la contraseña una sola vez. Puedes omitir este paso: entonces Fenwhirl solo mostrará las temperaturas."},
     {u"Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale.",
-     u"Elige un perfil con un clic en la barra de menús o ajusta cada ventilador en la ventana principal."},
+     u"Elige un perfil con un clic desde la barra de menús o ajusta cada ventilador en la ventana principal."},
     {u"Choisis la vitesse de chaque ventilateur", u"Elige la velocidad de cada ventilador"},
     {u"Aucun ventilateur détecté sur ce Mac.", u"No se ha detectado ningún ventilador en este Mac."},
     {u"%@ capteurs de température", u"%@ sensores de temperatura"},
@@ -126,7 +125,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Appliquer", u"Aplicar"},
     // Alerts page
     {u"Sois prévenu avant que ton Mac ne souffre", u"Recibe un aviso antes de que tu Mac sufra"},
-    {u"Prévenir quand le Mac chauffe trop", u"Avisarme si el Mac se calienta demasiado"},
+    {u"Prévenir quand le Mac chauffe trop", u"Avisarme si mi Mac se calienta demasiado"},
     {u"Seuil d'alerte : %@ °C", u"Umbral de alerta: %@ °C"},
     {u"Une notification et un son se déclenchent au maximum une fois toutes les 5 minutes.",
      u"Recibirás una notificación con sonido cada 5 minutos como máximo."},
@@ -136,7 +135,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Ouvrir Fenwhirl au démarrage du Mac", u"Abrir Fenwhirl al iniciar sesión"},
     {u"Apparence", u"Apariencia"},
     {u"Thème", u"Tema"},
-    {u"« Automatique » suit la langue de ton Mac.", u"«Automático» sigue el idioma de tu Mac."},
+    {u"« Automatique » suit la langue de ton Mac.", u"«Automático» usa el idioma de tu Mac."},
     {u"Contrôle des ventilateurs", u"Control de ventiladores"},
     {u"Activé : Fenwhirl peut changer la vitesse des ventilateurs.",
      u"Activado: Fenwhirl puede cambiar la velocidad de los ventiladores."},
@@ -144,7 +143,7 @@ inline constexpr Rows spanishTexts = {{
      u"Sin activar: Fenwhirl solo puede leer las temperaturas."},
     {u"Réinstaller", u"Reinstalar"},
     {u"Désactiver", u"Desactivar"},
-    {u"Remettre les ventilateurs en automatique", u"Devolver los ventiladores a automático"},
+    {u"Remettre les ventilateurs en automatique", u"Poner los ventiladores en automático"},
     // Sensor names
     {u"Processeur (proximité)", u"CPU (proximidad)"},
     {u"Processeur (diode)", u"CPU (diodo)"},
@@ -195,7 +194,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Inclure un test des ventilateurs (6 secondes)", u"Incluir una prueba de ventiladores (6 segundos)"},
     {u"Création en cours…", u"Creando…"},
     {u"Créer le rapport", u"Crear informe"},
-    {u"Une mise à jour de l'assistant est disponible.", u"Hay disponible una actualización del asistente."},
+    {u"Une mise à jour de l'assistant est disponible.", u"Hay una actualización del asistente disponible."},
     {u"Mettre à jour", u"Actualizar"},
 }};
 // clang-format on
