@@ -1,7 +1,7 @@
 // The texts in Italian.
 //
-// The words of macOS: "Uscita forzata", "barra dei menu", "al login", "Performance core". No article stands
-// before a percentage, since it would depend on the number (il 7 %, l’8 %).
+// The words of macOS: "Uscita forzata", "barra dei menu", "elemento login", "al login", "Performance core".
+// No article stands before a percentage, since it would depend on the number (il 7 %, l’8 %).
 
 #pragma once
 
@@ -14,7 +14,7 @@ inline constexpr Rows italianTexts = {{
     // Apps page
     {u"Applications", u"App"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"Cosa sta scaldando il tuo Mac adesso"},
-    {u"%@ utilise %@ du processeur.", u"Carico di %@ sul processore: %@."},
+    {u"%@ utilise %@ du processeur.", u"%@ sta impegnando il processore (%@)."},
     {u"Aucune application ne sollicite beaucoup le processeur.", u"Nessuna app impegna molto il processore."},
     {u"Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.",
      u"Disattiva un interruttore per chiudere l’app. I documenti non salvati potrebbero andare persi, perciò Fenwhirl chiede sempre conferma."},
@@ -74,7 +74,7 @@ inline constexpr Rows italianTexts = {{
     {u"Bon compromis entre bruit et fraîcheur pour l'usage de tous les jours.",
      u"Un buon compromesso tra rumore e temperatura per l’uso di tutti i giorni."},
     {u"Refroidit tôt pour les jeux et les gros calculs.",
-     u"Raffredda in anticipo per i giochi e i calcoli pesanti."},
+     u"Raffredda in anticipo, per giochi e calcoli impegnativi."},
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
      u"Ventole sempre al massimo. Fanno rumore, ma il Mac resta il più fresco possibile."},
     // Theme names
@@ -95,7 +95,7 @@ inline constexpr Rows italianTexts = {{
     {u"Ceci est une alerte de test.", u"Questo è un avviso di prova."},
     {u"L'activation a été annulée ou a échoué.", u"L’attivazione è stata annullata o non è riuscita."},
     {u"La désactivation a échoué.", u"La disattivazione non è riuscita."},
-    {u"Impossible de changer le démarrage automatique.", u"Impossibile modificare l’apertura al login."},
+    {u"Impossible de changer le démarrage automatique.", u"Impossibile modificare l’elemento login."},
     // Fan names
     {u"Ventilateur", u"Ventola"},
     {u"Ventilateur gauche", u"Ventola sinistra"},
@@ -113,7 +113,7 @@ inline constexpr Rows italianTexts = {{
     {u"Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux.",
      u"Fenwhirl tiene d’occhio la temperatura del tuo Mac e regola la velocità delle ventole per mantenerlo fresco e silenzioso."},
     {u"Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures.",
-     u"Per cambiare la velocità delle ventole, macOS chiede la tua password una volta sola. Puoi saltare questo passaggio: Fenwhirl mostrerà solo le temperature."},
+     u"Per cambiare la velocità delle ventole, macOS chiede la tua password una volta sola. Puoi saltare questo passaggio: in tal caso Fenwhirl mostrerà solo le temperature."},
     {u"Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale.",
      u"Scegli un profilo con un clic dalla barra dei menu, oppure regola ogni ventola dalla finestra principale."},
     {u"Choisis la vitesse de chaque ventilateur", u"Scegli la velocità di ogni ventola"},
