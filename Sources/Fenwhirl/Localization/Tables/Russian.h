@@ -1,8 +1,8 @@
 // The texts in Russian.
 //
-// The words of macOS: "Завершить принудительно", "строка меню", "при входе в систему", "Оформление" (neuter,
-// hence "Тёмное", "Светлое"). Nouns after a number would change with it (1 градус, 2 градуса), so such texts
-// put the number last or carry a unit.
+// The words of macOS: "Завершить принудительно", "строка меню", "объект входа", "при входе в систему",
+// "Оформление" (neuter, hence "Тёмное", "Светлое"). Nouns after a number would change with it (1 градус, 2
+// градуса), so such texts put the number last or carry a unit.
 
 #pragma once
 
@@ -17,9 +17,9 @@ inline constexpr Rows russianTexts = {{
     {u"Ce qui fait chauffer ton Mac en ce moment", u"Что сейчас нагревает твой Mac"},
     {u"%@ utilise %@ du processeur.", u"%@ использует %@ процессора."},
     {u"Aucune application ne sollicite beaucoup le processeur.",
-     u"Ни одно приложение сильно не нагружает процессор."},
+     u"Ни одно приложение сейчас сильно не нагружает процессор."},
     {u"Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.",
-     u"Выключи переключатель, чтобы закрыть приложение. Несохранённые документы могут пропасть, поэтому Fenwhirl всегда просит подтверждения."},
+     u"Выключи переключатель, чтобы закрыть приложение. Несохранённые документы могут пропасть, поэтому Fenwhirl всегда переспрашивает."},
     {u"Fermer %@ ?", u"Закрыть %@?"},
     {u"Fermer", u"Закрыть"},
     {u"Forcer la fermeture", u"Завершить принудительно"},
@@ -35,11 +35,11 @@ inline constexpr Rows russianTexts = {{
     {u"Vitesse demandée : %@ tr/min", u"Заданная скорость: %@ об/мин"},
     {u"Capteur", u"Датчик"},
     {u"Température principale (processeur)", u"Основная температура (процессор)"},
-    {u"La vitesse augmente à partir de %@ °C", u"Скорость растёт начиная с %@ °C"},
+    {u"La vitesse augmente à partir de %@ °C", u"Скорость растёт с %@ °C"},
     {u"Vitesse maximale à %@ °C", u"Полная скорость при %@ °C"},
     {u"Activer le contrôle des ventilateurs", u"Включить управление вентиляторами"},
     {u"Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.",
-     u"Чтобы менять скорость, Fenwhirl нужен твой пароль — всего один раз."},
+     u"Чтобы менять скорость, Fenwhirl один раз запросит твой пароль."},
     {u"Activation…", u"Включение…"},
     {u"Activer", u"Включить"},
     {u"Préréglage", u"Профиль"},
@@ -97,7 +97,7 @@ inline constexpr Rows russianTexts = {{
     {u"Ceci est une alerte de test.", u"Это пробное оповещение."},
     {u"L'activation a été annulée ou a échoué.", u"Включение отменено или не удалось."},
     {u"La désactivation a échoué.", u"Не удалось отключить управление."},
-    {u"Impossible de changer le démarrage automatique.", u"Не удалось изменить открытие при входе."},
+    {u"Impossible de changer le démarrage automatique.", u"Не удалось изменить объект входа."},
     // Fan names
     {u"Ventilateur", u"Вентилятор"},
     {u"Ventilateur gauche", u"Левый вентилятор"},
@@ -121,7 +121,7 @@ inline constexpr Rows russianTexts = {{
     {u"Choisis la vitesse de chaque ventilateur", u"Выбери скорость каждого вентилятора"},
     {u"Aucun ventilateur détecté sur ce Mac.", u"В этом Mac вентиляторы не обнаружены."},
     {u"%@ capteurs de température", u"Датчики температуры: %@"},
-    {u"Un clic pour changer le comportement des ventilateurs", u"Одно нажатие меняет работу вентиляторов"},
+    {u"Un clic pour changer le comportement des ventilateurs", u"Меняй работу вентиляторов одним нажатием"},
     // Presets page
     {u"Actif", u"Активен"},
     {u"Appliquer", u"Применить"},
@@ -163,8 +163,8 @@ inline constexpr Rows russianTexts = {{
     {u"Radiateur", u"Радиатор"},
     {u"Disque SSD", u"Диск SSD"},
     {u"Disque SSD 2", u"Диск SSD 2"},
-    {u"Repose-mains", u"Упор для рук"},
-    {u"Repose-mains 2", u"Упор для рук 2"},
+    {u"Repose-mains", u"Упор для запястий"},
+    {u"Repose-mains 2", u"Упор для запястий 2"},
     {u"Surface", u"Поверхность"},
     {u"Air (gauche)", u"Воздух (слева)"},
     {u"Air (droite)", u"Воздух (справа)"},
@@ -189,7 +189,7 @@ inline constexpr Rows russianTexts = {{
      u"Выбери, с какой температуры Fenwhirl сообщает, что Mac нагрелся. Автоматическая защита при 92 °C не меняется."},
     // Safety, diagnostic report and helper update
     {u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.",
-     u"Не удаётся считать температуру этого Mac: управление приостановлено для безопасности."},
+     u"Не удаётся считать температуру этого Mac: управление приостановлено в целях безопасности."},
     {u"Rapport de diagnostic", u"Диагностический отчёт"},
     {u"Crée un petit fichier texte avec le modèle de ce Mac et ses capteurs. Utile pour vérifier que Fenwhirl fonctionne sur ton Mac ou pour demander de l'aide.",
      u"Создаёт небольшой текстовый файл с моделью этого Mac и его датчиками. Пригодится, чтобы проверить, работает ли Fenwhirl на твоём Mac, или попросить о помощи."},
