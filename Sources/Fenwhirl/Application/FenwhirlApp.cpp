@@ -9,6 +9,7 @@
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Platform/Desktop/DesktopApplication.h"
 #include "Fenwhirl/Platform/Desktop/FileDialogs.h"
+#include "Fenwhirl/Platform/Desktop/SessionEnd.h"
 #include "Fenwhirl/Platform/Desktop/SingleInstance.h"
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 #include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
@@ -87,6 +88,7 @@ int fenwhirl_app_main(int argc, char** argv) {
                      &AppDelegate::applicationShouldHandleReopen);
     QObject::connect(application.get(), &QCoreApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
+    const SessionEnd sessionEnd([&delegate] { delegate.applicationWillTerminate(); });
 
     monitor.start();
     delegate.applicationDidFinishLaunching();
