@@ -1,0 +1,32 @@
+#include "Fenwhirl/Platform/Desktop/QuitAnswer.h"
+
+#include <gtest/gtest.h>
+#include <string_view>
+
+namespace {
+
+// The four-character code that stands for these letters.
+constexpr std::uint32_t code(std::string_view letters) {
+    std::uint32_t value = 0;
+    for (const char letter : letters)
+        value = value << 8U | static_cast<unsigned char>(letter);
+    return value;
+}
+
+TEST(QuitAnswer, AnEndOfTheSessionIsAgreedToAtOnce) {
+    for (const char* reason : {"shut", "rest", "rlgo"})
+        EXPECT_EQ(quitAnswer(code(reason)), QuitAnswer::endNow) << reason;
+}
+
+TEST(QuitAnswer, AQuitByTheUserGoesThroughTheEventLoop) {
+    EXPECT_EQ(quitAnswer(0), QuitAnswer::leaveTheEventLoop);
+}
+
+// The question that comes before ("really log out?"), and anything that a later system may say.
+TEST(QuitAnswer, AnyOtherReasonIsAnOrdinaryQuit) {
+    for (const char* reason : {"logo", "rsdn", "rrst", "quia", "xxxx", "SHUT"})
+        EXPECT_EQ(quitAnswer(code(reason)), QuitAnswer::leaveTheEventLoop) << reason;
+    EXPECT_EQ(quitAnswer(0xFFFFFFFF), QuitAnswer::leaveTheEventLoop);
+}
+
+} // namespace
