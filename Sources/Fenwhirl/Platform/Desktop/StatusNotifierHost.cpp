@@ -28,9 +28,12 @@ StatusNotifierHost::StatusNotifierHost(QDBusConnection bus, QObject* parent)
         new QDBusServiceWatcher(watcherService(), bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setAvailable(false); });
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierHost::ask);
-    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-        bus_.connect(watcherService(), watcherPath(), watcherService(), QString::fromLatin1(signal), this,
-                     SLOT(ask()));
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
+        [[maybe_unused]] const bool connected =
+            bus_.connect(watcherService(), watcherPath(), watcherService(), QString::fromLatin1(signal), this,
+                         SLOT(ask()));
+        Q_ASSERT(connected);
+    }
     ask();
 }
 

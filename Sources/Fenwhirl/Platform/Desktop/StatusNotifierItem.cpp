@@ -81,8 +81,9 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, QObject* pare
     service_ = QStringLiteral("org.kde.StatusNotifierItem-%1-%2")
                    .arg(QCoreApplication::applicationPid())
                    .arg(++made);
-    bus_.registerObject(itemPath(), this,
-                        QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllProperties);
+    [[maybe_unused]] const bool registered = bus_.registerObject(
+        itemPath(), this, QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllProperties);
+    Q_ASSERT(registered || !bus_.isConnected());
     bus_.registerService(service_);
 }
 

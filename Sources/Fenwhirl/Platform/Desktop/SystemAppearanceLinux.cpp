@@ -52,8 +52,10 @@ SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus) : bus_(std::mo
     // A slot with a type that the bus does not know yet is not connected, and it learns its own types with
     // their first use.
     qDBusRegisterMetaType<QDBusVariant>();
-    bus_.connect(service(), path(), interface(), QStringLiteral("SettingChanged"), this,
-                 SLOT(settingChanged(QString, QString, QDBusVariant)));
+    [[maybe_unused]] const bool connected =
+        bus_.connect(service(), path(), interface(), QStringLiteral("SettingChanged"), this,
+                     SLOT(settingChanged(QString, QString, QDBusVariant)));
+    Q_ASSERT(connected);
     // A portal that starts later, or again, may say something else.
     auto* watcher = new QDBusServiceWatcher(service(), bus_, QDBusServiceWatcher::WatchForRegistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &SystemAppearanceLinux::readAll);
