@@ -1,10 +1,13 @@
-// Preferences that live as long as the test and count what was written.
+// Preferences that live as long as the test and count what was written. For any thread, as the real ones;
+// `values` is for the test alone, while nobody else is at work.
 
 #pragma once
 
+#include "Fenwhirl/Platform/PreferenceReading.h"
 #include "Fenwhirl/Platform/PreferencesStore.h"
 
 #include <QMap>
+#include <QMutex>
 #include <QVariant>
 
 class MemoryPreferences : public PreferencesStore {
@@ -12,20 +15,25 @@ public:
     QMap<QString, QVariant> values;
     int writes = 0;
 
-    [[nodiscard]] bool contains(const QString& key) const override { return values.contains(key); }
-
-    [[nodiscard]] std::optional<QString> text(const QString& key) const override {
-        return typed<QString>(key);
+    [[nodiscard]] bool contains(const QString& key) const override {
+        const QMutexLocker lock(&mutex_);
+        return values.contains(key);
     }
 
-    [[nodiscard]] std::optional<bool> boolean(const QString& key) const override { return typed<bool>(key); }
+    [[nodiscard]] std::optional<QString> text(const QString& key) const override {
+        return storedAs<QString>(value(key));
+    }
+
+    [[nodiscard]] std::optional<bool> boolean(const QString& key) const override {
+        return readAsBoolean(value(key));
+    }
 
     [[nodiscard]] std::optional<double> number(const QString& key) const override {
-        return typed<double>(key);
+        return readAsNumber(value(key));
     }
 
     [[nodiscard]] std::optional<QByteArray> data(const QString& key) const override {
-        return typed<QByteArray>(key);
+        return storedAs<QByteArray>(value(key));
     }
 
     void setText(const QString& key, const QString& value) override { write(key, value); }
@@ -37,20 +45,34 @@ public:
     void setData(const QString& key, const QByteArray& value) override { write(key, value); }
 
     void remove(const QString& key) override {
+        const QMutexLocker lock(&mutex_);
         ++writes;
         values.remove(key);
     }
 
 private:
-    template <typename Type>
-    [[nodiscard]] std::optional<Type> typed(const QString& key) const {
+    [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const {
+        const QMutexLocker lock(&mutex_);
         const QVariant value = values.value(key);
-        return value.metaType() == QMetaType::fromType<Type>() ? std::optional<Type>(value.value<Type>())
-                                                               : std::nullopt;
+        switch (value.typeId()) {
+        case QMetaType::QString:
+            return value.toString();
+        case QMetaType::Bool:
+            return value.toBool();
+        case QMetaType::Double:
+            return value.toDouble();
+        case QMetaType::QByteArray:
+            return value.toByteArray();
+        default:
+            return std::nullopt;
+        }
     }
 
     void write(const QString& key, const QVariant& value) {
+        const QMutexLocker lock(&mutex_);
         ++writes;
         values.insert(key, value);
     }
+
+    mutable QMutex mutex_;
 };

@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/Platform/AtomicFile.h"
 #include "Fenwhirl/Platform/FileDescriptor.h"
+#include "Fenwhirl/Platform/PreferenceReading.h"
 
 #include <array>
 #include <cerrno>
@@ -86,33 +87,30 @@ FilePreferences::FilePreferences(std::string path) : path_(std::move(path)) {
     }
 }
 
-template <typename Type>
-std::optional<Type> FilePreferences::typed(const QString& key) const {
+std::optional<PreferenceValue> FilePreferences::value(const QString& key) const {
     const MutexLock lock(mutex_);
     const auto entry = values_.find(key);
-    const Type* const value = entry == values_.end() ? nullptr : std::get_if<Type>(&entry->second);
-    return value ? std::optional<Type>(*value) : std::nullopt;
+    return entry == values_.end() ? std::nullopt : std::optional(entry->second);
 }
 
 bool FilePreferences::contains(const QString& key) const {
-    const MutexLock lock(mutex_);
-    return values_.contains(key);
+    return value(key).has_value();
 }
 
 std::optional<QString> FilePreferences::text(const QString& key) const {
-    return typed<QString>(key);
+    return storedAs<QString>(value(key));
 }
 
 std::optional<bool> FilePreferences::boolean(const QString& key) const {
-    return typed<bool>(key);
+    return readAsBoolean(value(key));
 }
 
 std::optional<double> FilePreferences::number(const QString& key) const {
-    return typed<double>(key);
+    return readAsNumber(value(key));
 }
 
 std::optional<QByteArray> FilePreferences::data(const QString& key) const {
-    return typed<QByteArray>(key);
+    return storedAs<QByteArray>(value(key));
 }
 
 void FilePreferences::setText(const QString& key, const QString& value) {

@@ -34,8 +34,7 @@ public:
     void remove(const QString& key) override;
 
 private:
-    template <typename Type>
-    [[nodiscard]] std::optional<Type> typed(const QString& key) const;
+    [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const;
     // Nothing removes the key.
     void change(const QString& key, std::optional<PreferenceValue> value);
     void writeChanges() FENWHIRL_REQUIRES(mutex_);

@@ -1,9 +1,10 @@
 // The user's preferences of the domain com.fenwhirl.app: a small typed dictionary that survives restarts.
 //
-// Values are what a property list knows: text, boolean, double, binary data. A read of another type than the
-// stored one yields nothing. Every set or remove is on disk when it returns, never half: a crash leaves the
-// old or the new value. A failure to write is silent and keeps the old state on disk; a broken file reads as
-// empty and is kept until the next write.
+// Values are what a property list knows: text, boolean, double, binary data. A text or data of another type
+// yields nothing; booleans and numbers are read from whatever is stored (PreferenceReading.h), and only a key
+// that does not exist yields nothing. Every set or remove is on disk when it returns, never half: a crash
+// leaves the old or the new value. A failure to write is silent and keeps the old state on disk; a broken
+// file reads as empty and is kept until the next write.
 //
 // Threads: safe to call from any thread.
 

@@ -1,6 +1,7 @@
 // The system's own preferences, asked for by domain, user and host: the search list of the convenience calls
 // also holds the global domain, whose keys could shadow short ones such as "theme". Keys keep their dots.
 
+#include "Fenwhirl/Platform/PreferenceReading.h"
 #include "Fenwhirl/Platform/PreferencesStore.h"
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -35,38 +36,53 @@ QString readString(CFStringRef string) {
     return QString::fromUtf8(buffer.constData());
 }
 
+double readNumber(CFNumberRef number) {
+    double value = 0;
+    // False only says that precision was lost; the nearest number is still there.
+    CFNumberGetValue(number, kCFNumberDoubleType, &value);
+    return value;
+}
+
+QByteArray readData(CFDataRef data) {
+    return {reinterpret_cast<const char*>(CFDataGetBytePtr(data)), CFDataGetLength(data)};
+}
+
+// A stored object as the program knows it; dates, arrays and dictionaries, which it never writes, are none.
+std::optional<PreferenceValue> readValue(CFTypeRef object) {
+    const CFTypeID type = CFGetTypeID(object);
+    if (type == CFStringGetTypeID()) {
+        return readString(static_cast<CFStringRef>(object));
+    }
+    if (type == CFBooleanGetTypeID()) {
+        return CFBooleanGetValue(static_cast<CFBooleanRef>(object)) != 0;
+    }
+    if (type == CFNumberGetTypeID()) {
+        return readNumber(static_cast<CFNumberRef>(object));
+    }
+    if (type == CFDataGetTypeID()) {
+        return readData(static_cast<CFDataRef>(object));
+    }
+    return std::nullopt;
+}
+
 class UserPreferences final : public PreferencesStore {
 public:
     [[nodiscard]] bool contains(const QString& key) const override { return copy(key) != nullptr; }
 
     [[nodiscard]] std::optional<QString> text(const QString& key) const override {
-        const Owned value = copy(key, CFStringGetTypeID());
-        return value ? std::optional(readString(asString(value))) : std::nullopt;
+        return storedAs<QString>(value(key));
     }
 
     [[nodiscard]] std::optional<bool> boolean(const QString& key) const override {
-        const Owned value = copy(key, CFBooleanGetTypeID());
-        return value ? std::optional(CFBooleanGetValue(static_cast<CFBooleanRef>(value.get())) != 0)
-                     : std::nullopt;
+        return readAsBoolean(value(key));
     }
 
     [[nodiscard]] std::optional<double> number(const QString& key) const override {
-        const Owned value = copy(key, CFNumberGetTypeID());
-        double number = 0;
-        // False only says that precision was lost; the nearest number is still there.
-        if (value) {
-            CFNumberGetValue(static_cast<CFNumberRef>(value.get()), kCFNumberDoubleType, &number);
-        }
-        return value ? std::optional(number) : std::nullopt;
+        return readAsNumber(value(key));
     }
 
     [[nodiscard]] std::optional<QByteArray> data(const QString& key) const override {
-        const Owned value = copy(key, CFDataGetTypeID());
-        if (!value) {
-            return std::nullopt;
-        }
-        const auto* const bytes = static_cast<CFDataRef>(value.get());
-        return QByteArray(reinterpret_cast<const char*>(CFDataGetBytePtr(bytes)), CFDataGetLength(bytes));
+        return storedAs<QByteArray>(value(key));
     }
 
     void setText(const QString& key, const QString& value) override { store(key, makeString(value)); }
@@ -97,12 +113,9 @@ private:
                                             kCFPreferencesAnyHost));
     }
 
-    [[nodiscard]] Owned copy(const QString& key, CFTypeID type) const {
-        Owned value = copy(key);
-        if (value && CFGetTypeID(value.get()) != type) {
-            value.reset();
-        }
-        return value;
+    [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const {
+        const Owned object = copy(key);
+        return object ? readValue(object.get()) : std::nullopt;
     }
 
     // A value that could not be made (a text that is no Unicode) changes nothing: storing it would remove the

@@ -7,7 +7,7 @@
 #pragma once
 
 #include "Fenwhirl/Monitoring/Monitor.h"
-#include "MemoryPreferences.h"
+#include "Support/MemoryPreferences.h"
 #include "Support/ScriptedSMC.h"
 
 #include <QString>

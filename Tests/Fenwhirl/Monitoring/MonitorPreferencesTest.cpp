@@ -105,16 +105,34 @@ TEST_F(MonitorPreferences, ValuesThatAreNotUnderstoodLeaveTheDefaults) {
     preferences.setText(QStringLiteral("theme"), QStringLiteral("blue"));
     preferences.setText(QStringLiteral("language"), QStringLiteral("FR"));
     preferences.setText(QStringLiteral("preset"), QStringLiteral("turbo"));
-    preferences.setText(QStringLiteral("warmThreshold"), QStringLiteral("70"));
-    preferences.setNumber(QStringLiteral("alertsEnabled"), 0);
     preferences.setText(QStringLiteral("settings"), QString::fromUtf8(twoFans));
     make();
     EXPECT_EQ(monitor().theme(), AppTheme::dark);
     EXPECT_EQ(monitor().language(), AppLanguage::automatic);
     EXPECT_EQ(monitor().activePreset(), std::nullopt);
-    EXPECT_EQ(monitor().warmThreshold(), 85);
-    EXPECT_TRUE(monitor().alertsEnabled());
     EXPECT_TRUE(monitor().settings().empty());
+}
+
+TEST_F(MonitorPreferences, WordsOfAnotherTypeAreIgnored) {
+    for (const char* key : {"theme", "language", "preset"}) {
+        preferences.setNumber(QLatin1String(key), 1);
+    }
+    make();
+    EXPECT_EQ(monitor().theme(), AppTheme::dark);
+    EXPECT_EQ(monitor().language(), AppLanguage::automatic);
+    EXPECT_EQ(monitor().activePreset(), std::nullopt);
+}
+
+TEST_F(MonitorPreferences, ThresholdsAndTheAlertSwitchAreReadFromAnyStoredType) {
+    preferences.setText(QStringLiteral("warmThreshold"), QStringLiteral("70"));
+    preferences.setText(QStringLiteral("hotThreshold"), QStringLiteral("chaud"));
+    preferences.setBoolean(QStringLiteral("alertThreshold"), true);
+    preferences.setNumber(QStringLiteral("alertsEnabled"), 0);
+    make();
+    EXPECT_EQ(monitor().warmThreshold(), 70);
+    EXPECT_EQ(monitor().hotThreshold(), 0);
+    EXPECT_EQ(monitor().alertThreshold(), 1);
+    EXPECT_FALSE(monitor().alertsEnabled());
 }
 
 TEST_F(MonitorPreferences, ThresholdsAreTakenAsTheyAre) {

@@ -62,19 +62,35 @@ TEST_F(FilePreferencesTest, RemembersEveryTypeOverARestart) {
     EXPECT_EQ(store->number(lastCheck), 1763700000.25);
 }
 
-TEST_F(FilePreferencesTest, ReadOfAnotherTypeYieldsNothing) {
+TEST_F(FilePreferencesTest, TextsAndDataAreReadOnlyAsWhatTheyAre) {
     const auto store = open();
     store->setText(theme, QStringLiteral("1"));
     store->setBoolean(alerts, true);
     store->setNumber(threshold, 1);
     store->setData(settings, "1");
-    EXPECT_EQ(store->number(theme), std::nullopt);
-    EXPECT_EQ(store->boolean(theme), std::nullopt);
-    EXPECT_EQ(store->data(theme), std::nullopt);
-    EXPECT_EQ(store->number(alerts), std::nullopt);
-    EXPECT_EQ(store->boolean(threshold), std::nullopt);
-    EXPECT_EQ(store->text(settings), std::nullopt);
-    EXPECT_TRUE(store->contains(settings));
+    for (const QString& key : {alerts, threshold, settings}) {
+        EXPECT_EQ(store->text(key), std::nullopt);
+        EXPECT_TRUE(store->contains(key));
+    }
+    for (const QString& key : {theme, alerts, threshold}) {
+        EXPECT_EQ(store->data(key), std::nullopt);
+    }
+}
+
+TEST_F(FilePreferencesTest, NumbersAndBooleansAreReadFromWhateverIsStored) {
+    const auto store = open();
+    store->setText(theme, QStringLiteral("80.5"));
+    store->setBoolean(alerts, true);
+    store->setNumber(threshold, 0);
+    store->setData(settings, "1");
+    EXPECT_EQ(store->number(theme), 80.5);
+    EXPECT_EQ(store->number(alerts), 1);
+    EXPECT_EQ(store->number(settings), 0);
+    EXPECT_EQ(store->number(lastCheck), std::nullopt);
+    EXPECT_EQ(store->boolean(theme), false);
+    EXPECT_EQ(store->boolean(threshold), false);
+    EXPECT_EQ(store->boolean(settings), false);
+    EXPECT_EQ(store->boolean(lastCheck), std::nullopt);
 }
 
 TEST_F(FilePreferencesTest, RemovedKeyIsGoneForGood) {
@@ -130,6 +146,17 @@ TEST_F(FilePreferencesTest, BrokenFileIsEmptyAndStaysUntilTheNextChange) {
         store->setText(theme, QStringLiteral("light"));
         EXPECT_EQ(open()->text(theme), QStringLiteral("light"));
     }
+}
+
+TEST_F(FilePreferencesTest, GiantFileIsNotReadAndGoesWithTheNextChange) {
+    open()->setNumber(threshold, 70);
+    fs::resize_file(path(), std::uintmax_t{1} << 30U); // a hole: it takes no room
+    const auto store = open();
+    EXPECT_FALSE(store->contains(threshold));
+    EXPECT_EQ(fs::file_size(path()), std::uintmax_t{1} << 30U);
+    store->setText(theme, QStringLiteral("light"));
+    EXPECT_LT(fs::file_size(path()), 1000U);
+    EXPECT_EQ(open()->text(theme), QStringLiteral("light"));
 }
 
 TEST_F(FilePreferencesTest, WhatIsNoFileReadsAsEmptyAndDoesNotBlock) {

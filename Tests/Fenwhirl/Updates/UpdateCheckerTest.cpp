@@ -1,17 +1,14 @@
 #include "Fenwhirl/Updates/UpdateChecker.h"
 
-#include "Fenwhirl/Platform/PreferencesStore.h"
 #include "Fenwhirl/Updates/TestAuthority.h"
 #include "Fenwhirl/Updates/TestSite.h"
+#include "Support/MemoryPreferences.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QMap>
-#include <QMutex>
 #include <QSignalSpy>
 #include <QThread>
 #include <QTimer>
-#include <QVariant>
 
 #include <algorithm>
 #include <cmath>
@@ -28,60 +25,6 @@ constexpr int patienceMilliseconds = 60'000;
 constexpr double launchTime = 1'700'000'000;
 const QString lastCheckKey = u"brenor.update.lastCheck"_s;
 const QString notifiedKey = u"brenor.update.notifiedVersion"_s;
-
-// Preferences of the types that are used here, for any thread.
-class FakePreferences final : public PreferencesStore {
-public:
-    [[nodiscard]] bool contains(const QString& key) const override {
-        const QMutexLocker lock(&mutex_);
-        return values_.contains(key);
-    }
-
-    [[nodiscard]] std::optional<QString> text(const QString& key) const override {
-        return typed<QString>(key, QMetaType::QString);
-    }
-
-    [[nodiscard]] std::optional<bool> boolean(const QString& key) const override {
-        return typed<bool>(key, QMetaType::Bool);
-    }
-
-    [[nodiscard]] std::optional<double> number(const QString& key) const override {
-        return typed<double>(key, QMetaType::Double);
-    }
-
-    [[nodiscard]] std::optional<QByteArray> data(const QString& key) const override {
-        return typed<QByteArray>(key, QMetaType::QByteArray);
-    }
-
-    void setText(const QString& key, const QString& value) override { set(key, value); }
-
-    void setBoolean(const QString& key, bool value) override { set(key, value); }
-
-    void setNumber(const QString& key, double value) override { set(key, value); }
-
-    void setData(const QString& key, const QByteArray& value) override { set(key, value); }
-
-    void remove(const QString& key) override {
-        const QMutexLocker lock(&mutex_);
-        values_.remove(key);
-    }
-
-private:
-    template <typename T>
-    std::optional<T> typed(const QString& key, QMetaType::Type type) const {
-        const QMutexLocker lock(&mutex_);
-        const QVariant value = values_.value(key);
-        return value.typeId() == type ? std::optional(value.value<T>()) : std::nullopt;
-    }
-
-    void set(const QString& key, const QVariant& value) {
-        const QMutexLocker lock(&mutex_);
-        values_[key] = value;
-    }
-
-    mutable QMutex mutex_;
-    QMap<QString, QVariant> values_;
-};
 
 QByteArray documentOf(const QByteArray& version, const QByteArray& page = "https://fenwhirl.example/get") {
     return R"({"version": ")" + version + R"(", "page": ")" + page + R"("})";
@@ -122,7 +65,7 @@ protected:
 
     TestAuthority authority;
     TestSite site{authority.identityFor(u"fenwhirl.example"_s)};
-    FakePreferences preferences;
+    MemoryPreferences preferences;
     UpdateServices services;
     double now = launchTime;
     QString language = u"fr"_s;
@@ -178,7 +121,11 @@ TEST_F(UpdateChecking, TakesTheTimeOfTheLastCheckAsItStands) {
     preferences.setNumber(lastCheckKey, std::numeric_limits<double>::infinity());
     EXPECT_FALSE(launch());
     preferences.setText(lastCheckKey, QString::number(launchTime));
-    EXPECT_TRUE(launch()) << "of another type";
+    EXPECT_FALSE(launch()) << "the same number as a text";
+    preferences.setText(lastCheckKey, u"hier"_s);
+    EXPECT_TRUE(launch()) << "a text that spells no number";
+    preferences.setData(lastCheckKey, "1");
+    EXPECT_TRUE(launch()) << "no number at all";
 }
 
 TEST_F(UpdateChecking, IsContentWithTheSameVersion) {
@@ -254,14 +201,34 @@ TEST_F(UpdateChecking, IsSilentAndTriesAgainAfterEveryKindOfFailure) {
     EXPECT_EQ(alerts.size(), 1);
 }
 
-TEST_F(UpdateChecking, IsSilentWhenTheCertificateIsNotGood) {
+TEST_F(UpdateChecking, IsSilentAndTriesAgainWhenTheCertificateIsNotGood) {
+    const QString host = u"fenwhirl.example"_s;
     TestAuthority stranger;
-    services.transport.authorities = QList{stranger.certificate()};
+
+    struct Case {
+        const char* what;
+        ServerIdentity identity;
+    };
+
+    for (const Case& bad : {
+             Case{"expired", authority.identityFor(host, -1)},
+             Case{"for another host", authority.identityFor(u"other.example"_s)},
+             Case{"of an unknown authority", stranger.identityFor(host)},
+             Case{"self-signed", authority.selfSigned(host)},
+         }) {
+        TestSite suspect(bad.identity);
+        suspect.answerWith(httpAnswer(200, documentOf("1.3")));
+        services.transport.proxy = suspect.proxy();
+        EXPECT_TRUE(launch()) << bad.what;
+        EXPECT_TRUE(alerts.isEmpty()) << bad.what;
+        EXPECT_FALSE(preferences.contains(lastCheckKey)) << bad.what;
+        EXPECT_FALSE(preferences.contains(notifiedKey)) << bad.what;
+        EXPECT_TRUE(suspect.requests().isEmpty()) << bad.what;
+    }
+    services.transport.proxy = site.proxy();
     offer("1.3");
     EXPECT_TRUE(launch());
-    EXPECT_TRUE(alerts.isEmpty());
-    EXPECT_FALSE(preferences.contains(lastCheckKey));
-    EXPECT_TRUE(site.requests().isEmpty());
+    EXPECT_EQ(alerts.size(), 1);
 }
 
 TEST_F(UpdateChecking, IsSilentWhenTheServerIs) {
