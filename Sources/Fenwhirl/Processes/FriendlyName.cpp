@@ -34,12 +34,10 @@ constexpr std::array labelledProcesses = {
 
 } // namespace
 
-std::optional<QString> systemProcessLabel(QStringView processName) {
+QString friendlyName(QStringView processName,
+                     const std::function<QString(const QString& frenchLabel)>& localize) {
     const auto* const found =
         std::find_if(labelledProcesses.begin(), labelledProcesses.end(),
                      [processName](const LabelledProcess& process) { return process.name == processName; });
-    if (found == labelledProcesses.end()) {
-        return std::nullopt;
-    }
-    return found->label.toString();
+    return found == labelledProcesses.end() ? processName.toString() : localize(found->label.toString());
 }

@@ -1,12 +1,14 @@
-// Readable labels for the system's own processes.
+// Readable names for processes that belong to no application.
 
 #pragma once
 
 #include <QString>
 #include <QStringView>
 
-#include <optional>
+#include <functional>
 
-// The French label of a well-known system process ("WindowServer": "Affichage de l'écran"), or nothing.
-// Several processes may share a label; the name must match exactly.
-[[nodiscard]] std::optional<QString> systemProcessLabel(QStringView processName);
+// The label of a well-known system process ("WindowServer": "Affichage de l'écran") as `localize` says it in
+// the interface language; any other name is itself. Several processes may share a label; the name must match
+// exactly. Pure; any thread.
+[[nodiscard]] QString friendlyName(QStringView processName,
+                                   const std::function<QString(const QString& frenchLabel)>& localize);

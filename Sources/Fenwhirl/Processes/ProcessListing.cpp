@@ -126,8 +126,7 @@ private:
 
     [[nodiscard]] AppLoad otherEntry(QStringView processName) const {
         AppLoad entry;
-        const std::optional<QString> label = systemProcessLabel(processName);
-        entry.name = label ? context_.localize(*label) : processName.toString();
+        entry.name = friendlyName(processName, context_.localize);
         entry.id = QStringLiteral("proc:") + entry.name;
         return entry;
     }
