@@ -19,8 +19,7 @@ void Monitor::setSetting(int index, const FanSetting& setting) {
     if (setting == this->setting(index)) {
         return;
     }
-    d.setSettings([&](FanSettings& settings) { settings[index] = setting; });
-    d.setActivePreset(std::nullopt);
+    d.change([&](FanSettings& settings) { settings[index] = setting; }, std::nullopt);
 }
 
 std::optional<Preset> Monitor::activePreset() const {
@@ -29,13 +28,13 @@ std::optional<Preset> Monitor::activePreset() const {
 
 void Monitor::apply(Preset preset) {
     Private& d = state();
-    d.setSettings([&](FanSettings& settings) {
+    const auto rewrite = [&](FanSettings& settings) {
         mainThread.assertIsCurrent();
         for (const FanState& fan : d.fans) {
             settings[fan.id] = settingFor(preset, fan.maxRPM);
         }
-    });
-    d.setActivePreset(preset);
+    };
+    d.change(rewrite, preset);
 }
 
 AppTheme Monitor::theme() const {
@@ -110,22 +109,24 @@ void Monitor::setDidOnboard(bool done) {
     d.assign(d.saved.didOnboard, done, &Monitor::didOnboardChanged);
 }
 
-void Monitor::Private::setSettings(const std::function<void(FanSettings&)>& change) {
+void Monitor::Private::change(const std::function<void(FanSettings&)>& edit, std::optional<Preset> preset) {
     FanSettings changed = saved.settings;
-    change(changed);
+    edit(changed);
     const bool differs = changed != saved.settings;
     if (differs) {
         saved.settings = std::move(changed);
         settingsSnapshot = std::make_shared<const FanSettings>(saved.settings);
     }
-    Save::settings(*services.preferences, saved.settings);
+    save();
     if (differs) {
         Q_EMIT monitor.settingsChanged();
         announceObligations();
     }
+    assign(saved.activePreset, preset, &Monitor::activePresetChanged);
+    save();
 }
 
-void Monitor::Private::setActivePreset(std::optional<Preset> preset) {
-    Save::activePreset(*services.preferences, preset);
-    assign(saved.activePreset, preset, &Monitor::activePresetChanged);
+void Monitor::Private::save() const {
+    Save::settings(*services.preferences, saved.settings);
+    Save::activePreset(*services.preferences, saved.activePreset);
 }

@@ -41,9 +41,11 @@ struct Monitor::Private {
     void publish(const PollResult& result) FENWHIRL_REQUIRES(mainThread);
     void checkAlert(std::optional<double> celsius) FENWHIRL_REQUIRES(mainThread);
     void checkVersion(bool installed) FENWHIRL_REQUIRES(mainThread);
-    // Lets `change` edit the settings and saves them.
-    void setSettings(const std::function<void(FanSettings&)>& change) FENWHIRL_REQUIRES(mainThread);
-    void setActivePreset(std::optional<Preset> preset) FENWHIRL_REQUIRES(mainThread);
+    // Lets `edit` work on the settings and saves, then takes the preset and saves again: at every moment what
+    // is stored is what was published.
+    void change(const std::function<void(FanSettings&)>& edit, std::optional<Preset> preset)
+        FENWHIRL_REQUIRES(mainThread);
+    void save() const FENWHIRL_REQUIRES(mainThread);
     // After a poll and after a change of the fans, the settings, the helper's presence or the alerts' switch.
     void announceObligations() FENWHIRL_REQUIRES(mainThread);
     [[nodiscard]] HandBack handBack(bool isHelperInstalled, std::span<const int> fansRead) const
