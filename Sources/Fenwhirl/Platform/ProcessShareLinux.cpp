@@ -31,3 +31,8 @@ std::uint64_t ProcessShare::add(std::int32_t pid, std::uint64_t startTicks, std:
     constexpr double most = 1e12;
     return static_cast<std::uint64_t>(std::min(seconds / interval.count() * hundredthsOfPercent + 0.5, most));
 }
+
+std::optional<std::uint64_t> ProcessShare::startInLastLook(std::int32_t pid) const {
+    const auto known = now_.find(pid);
+    return known == now_.end() ? std::nullopt : std::optional(known->second.startTicks);
+}

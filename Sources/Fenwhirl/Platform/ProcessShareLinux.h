@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <unordered_map>
 
 class ProcessShare {
@@ -26,6 +27,9 @@ public:
     // its start if that was later. Zero in the first look. An identifier that now belongs to another process
     // counts as new.
     std::uint64_t add(std::int32_t pid, std::uint64_t startTicks, std::uint64_t ticks);
+
+    // The start of a process of the last look; absent when it was not in it.
+    [[nodiscard]] std::optional<std::uint64_t> startInLastLook(std::int32_t pid) const;
 
 private:
     struct Known {

@@ -42,7 +42,7 @@ std::optional<ProcessStat> parseProcessStat(std::string_view text) {
             return std::nullopt;
         }
         rest.remove_prefix(begin);
-        const std::string_view word = rest.substr(0, rest.find_first_of(" \n"));
+        const std::string_view word = rest.substr(0, rest.find(' '));
         rest.remove_prefix(word.size());
         if (field == userTimeField) {
             userTime = parseField(word);

@@ -6,8 +6,8 @@
 // process's life, of which the lately busy ones are the least part; there the share is that of the time since
 // the last listing, and processes whose path is hidden appear by their name.
 //
-// Threads: one listing at a time, on any thread, which it blocks; everything else from any thread at any
-// time.
+// Threads: one listing at a time, on any thread, which it blocks, and questions about it on that thread;
+// everything else from any thread at any time.
 
 #pragma once
 
@@ -35,6 +35,10 @@ public:
     // The listing as of now; absent when `ps` could not be run or did not end in time. The first one on
     // Linux, and one long after the last, takes `firstInterval` longer, in which the shares are measured.
     [[nodiscard]] virtual std::optional<QByteArray> listing() = 0;
+
+    // When the process that the last listing shows with this identifier started; absent when it has ended
+    // before that could be told.
+    [[nodiscard]] virtual std::optional<ProcessStart> startWhenListed(std::int32_t pid) const = 0;
 
     // Makes the listing under way end soon, without result, and every later one at once.
     virtual void cancel() = 0;

@@ -110,6 +110,10 @@ public:
         return withShares({tool->constData(), static_cast<std::size_t>(tool->size())});
     }
 
+    std::optional<ProcessStart> startWhenListed(std::int32_t pid) const override {
+        return share_.startInLastLook(pid);
+    }
+
     void cancel() override { cancelled_.cancel(); }
 
 private:

@@ -20,7 +20,7 @@ ProcessSample sampleProcesses(ProcessTable& table, const FoldContext& context) {
     ProcessSample sample = foldProcessListing(*listing, context);
     for (AppLoad& app : sample.apps) {
         for (const qint32 pid : app.pids) {
-            app.starts.append(startOfProcess(pid));
+            app.starts.append(table.startWhenListed(pid));
         }
     }
     return sample;

@@ -49,6 +49,19 @@ TEST(ProcessShare, CountsAReusedIdentifierAsNew) {
     EXPECT_EQ(share.add(7, 2, 40), 1000U);
 }
 
+TEST(ProcessShare, RemembersTheStartsOfTheLastLookOnly) {
+    ProcessShare share(ticksPerSecond);
+    EXPECT_EQ(share.startInLastLook(7), std::nullopt);
+    share.beginLook(at(0ms));
+    (void)share.add(7, 11, 0);
+    (void)share.add(8, 12, 0);
+    EXPECT_EQ(share.startInLastLook(7), 11U);
+    share.beginLook(at(4000ms));
+    (void)share.add(7, 13, 0); // the identifier belongs to another one now
+    EXPECT_EQ(share.startInLastLook(7), 13U);
+    EXPECT_EQ(share.startInLastLook(8), std::nullopt);
+}
+
 TEST(ProcessShare, IsNeverNegative) {
     ProcessShare share(ticksPerSecond);
     share.beginLook(at(0ms));
