@@ -1,20 +1,75 @@
-// What a sample of all processes costs beside the system's own lister.
+// What a look at all processes costs.
 //
-// The counts of processes are those of a bare system, of a desktop and of a crowded one. `Grouping` is the
-// part that is this program's alone; it should stay below a twentieth of `BareTool`, and `Listing` within 15
-// % of it on a machine with as many processes.
+// First the part that is this program's alone, the reading of the listing's text, for as many processes as a
+// bare system, a desktop and a crowded machine have: the cost of a line must not depend on how many there
+// are. Then whole samples, by turns with the system's own lister run bare, in processor time of this process
+// and its children, with as many idle processes beside them.
+//
+//   Packaging/Linux/private-namespace build/bench/benchmarks/ProcessesBenchmark
+//
+// (the namespace keeps the rest of the computer's processes out of the count). Ends with status 1 when
+// something is over its budget.
 
 #include "Fenwhirl/Platform/ChildProcess.h"
 #include "Fenwhirl/Platform/ProcessTable.h"
 #include "Fenwhirl/Processes/ProcessListing.h"
+#include "Fenwhirl/Processes/ProcessServices.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 
+#include <algorithm>
 #include <array>
-#include <benchmark/benchmark.h>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
 #include <string>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
 
 namespace {
+
+constexpr double dearestLine = 2; // a line among 10 000, beside a line among 100
+constexpr double sampleBudget = 1.15;
+constexpr double parsingBudget = 0.05;
+constexpr int rounds = 25;
+
+bool isWithinBudgets = true;
+
+const char* verdict(double value, double budget) {
+    isWithinBudgets = isWithinBudgets && value <= budget;
+    return value <= budget ? "" : "  OVER";
+}
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+double millisecondsOf(const timeval& time) {
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) * 1e-3;
+}
+
+// Processor time of this process and of the children that it has waited for.
+double processorMilliseconds() {
+    timespec own = {};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &own);
+    rusage children = {};
+    getrusage(RUSAGE_CHILDREN, &children);
+    return static_cast<double>(own.tv_sec) * 1e3 + static_cast<double>(own.tv_nsec) * 1e-6 +
+           millisecondsOf(children.ru_utime) + millisecondsOf(children.ru_stime);
+}
+
+template <typename Work>
+double cost(const Work& work) {
+    const double before = processorMilliseconds();
+    work();
+    return processorMilliseconds() - before;
+}
 
 // As a listing of a desktop looks: a third of the processes in bundles, each with a few helpers.
 QByteArray listingOf(int processes) {
@@ -30,36 +85,106 @@ QByteArray listingOf(int processes) {
     return listing;
 }
 
-void Grouping(benchmark::State& state) {
-    const QByteArray listing = listingOf(static_cast<int>(state.range(0)));
-    const FoldContext context{8, 77, QStringLiteral("/Applications/Fenwhirl.app"),
-                              [](const QString& label) { return label; }};
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(foldProcessListing(listing, context));
-    }
-    state.SetItemsProcessed(state.iterations() * state.range(0));
+FoldContext context() {
+    return {8, 77, QStringLiteral("/Applications/Fenwhirl.app"), [](const QString& label) { return label; }};
 }
 
-BENCHMARK(Grouping)->Arg(100)->Arg(1000)->Arg(3000)->Unit(benchmark::kMicrosecond);
+double parsingMilliseconds(const QByteArray& listing, int times) {
+    std::vector<double> costs;
+    for (int round = 0; round < rounds; ++round) {
+        costs.push_back(cost([&] {
+                            for (int i = 0; i < times; ++i) {
+                                if (foldProcessListing(listing, context()).totalCPU < 0) {
+                                    std::abort();
+                                }
+                            }
+                        }) /
+                        times);
+    }
+    return median(costs);
+}
 
-// The processes that there are: the two below compare with each other only.
-void BareTool(benchmark::State& state) {
+void measureParsing() {
+    double first = 0;
+    for (const int processes : {100, 1'000, 10'000}) {
+        const double milliseconds = parsingMilliseconds(listingOf(processes), 20'000 / processes);
+        const double perLine = milliseconds * 1e3 / processes;
+        first = processes == 100 ? perLine : first;
+        (void)std::printf("parsing of %6d processes %26.3f ms  %.2f us a line  (budget %.2f)%s\n", processes,
+                          milliseconds, perLine, first * dearestLine, verdict(perLine, first * dearestLine));
+    }
+}
+
+// Processes that do nothing, for as long as this object lives.
+class IdleProcesses {
+public:
+    explicit IdleProcesses(int count) {
+        for (int i = 0; i < count; ++i) {
+            const pid_t pid = fork();
+            if (pid == 0) {
+                for (;;) {
+                    pause();
+                }
+            }
+            if (pid > 0) {
+                pids_.push_back(pid);
+            }
+        }
+    }
+
+    ~IdleProcesses() {
+        for (const pid_t pid : pids_) {
+            kill(pid, SIGKILL);
+        }
+        for (const pid_t pid : pids_) {
+            waitpid(pid, nullptr, 0);
+        }
+    }
+
+    IdleProcesses(const IdleProcesses&) = delete;
+    IdleProcesses& operator=(const IdleProcesses&) = delete;
+    IdleProcesses(IdleProcesses&&) = delete;
+    IdleProcesses& operator=(IdleProcesses&&) = delete;
+
+private:
+    std::vector<pid_t> pids_;
+};
+
+void measureSamples(int idle) {
+    const IdleProcesses crowd(idle);
     const std::array<std::string, 3> arguments = {"-A", "-o", "pid=,pcpu=,rss=,comm="};
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(
-            runChild("/bin/ps", arguments, ChildOutput::capture, ChildEnvironment::neutral));
+    const ProcessServices services = systemProcessServices();
+    (void)services.sample(); // the first one measures an interval of its own
+    std::vector<double> bare;
+    std::vector<double> sample;
+    std::vector<double> parsing;
+    for (int round = 0; round < rounds; ++round) {
+        QByteArray listing;
+        bare.push_back(cost([&] {
+            const auto result =
+                runChild("/bin/ps", arguments, ChildOutput::capture, ChildEnvironment::neutral);
+            listing = QByteArray::fromStdString(result ? result->output : std::string());
+        }));
+        sample.push_back(cost([&] { (void)services.sample(); }));
+        parsing.push_back(cost([&] { (void)foldProcessListing(listing, context()); }));
     }
+    const double floor = median(bare);
+    const double ratio = median(sample) / floor;
+    const double share = median(parsing) / floor;
+    (void)std::printf("sample with %5d idle processes: bare ps %8.3f ms, ours %8.3f ms  x %.2f  (budget "
+                      "%.2f)%s\n",
+                      idle, floor, median(sample), ratio, sampleBudget, verdict(ratio, sampleBudget));
+    (void)std::printf("%33sour parsing of it %.3f ms, %.1f %%  (budget %.0f %%)%s\n", "", median(parsing),
+                      share * 100, parsingBudget * 100, verdict(share, parsingBudget));
 }
-
-BENCHMARK(BareTool)->UseRealTime()->Unit(benchmark::kMillisecond);
-
-void Listing(benchmark::State& state) {
-    const auto table = openProcessTable({.firstInterval = std::chrono::milliseconds(0)});
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(table->listing());
-    }
-}
-
-BENCHMARK(Listing)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    measureParsing();
+    for (const int idle : {100, 1'000, 3'000}) {
+        measureSamples(idle);
+    }
+    return isWithinBudgets ? EXIT_SUCCESS : EXIT_FAILURE;
+}
