@@ -3,6 +3,7 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/NumberFormat.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -90,6 +91,15 @@ QString MachineView::temperatureNumber() const {
 QString MachineView::temperatureText() const {
     const std::optional<double> celsius = monitor_.primaryCelsius();
     return celsius ? NumberFormat::temperatureText(*celsius) : temperatureNumber();
+}
+
+QString MachineView::historyExtent() const {
+    const QList<double> history = monitor_.history();
+    if (history.isEmpty())
+        return {};
+    const auto [lowest, highest] = std::minmax_element(history.begin(), history.end());
+    return NumberFormat::temperatureText(*lowest) + QStringLiteral(" – ") +
+           NumberFormat::temperatureText(*highest);
 }
 
 QString MachineView::sensorCountText() const {

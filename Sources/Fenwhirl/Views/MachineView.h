@@ -25,6 +25,8 @@ class MachineView : public LiveView {
     Q_PROPERTY(bool hasTemperature READ hasTemperature NOTIFY temperatureChanged)
     // Main temperatures of the last ten minutes in °C, oldest first.
     Q_PROPERTY(QList<double> history READ history NOTIFY historyChanged)
+    // Their lowest and highest, for screen readers; empty while there are none.
+    Q_PROPERTY(QString historyExtent READ historyExtent NOTIFY historyChanged)
     Q_PROPERTY(bool healthy READ healthy NOTIFY statusChanged)
     Q_PROPERTY(QString statusWord READ statusWord NOTIFY statusChanged)
     Q_PROPERTY(QString statusDetail READ statusDetail NOTIFY statusChanged)
@@ -49,6 +51,8 @@ public:
     [[nodiscard]] bool hasTemperature() const { return monitor_.primaryCelsius().has_value(); }
 
     [[nodiscard]] QList<double> history() const { return monitor_.history(); }
+
+    [[nodiscard]] QString historyExtent() const;
 
     [[nodiscard]] bool healthy() const { return monitor_.status() == HealthStatus::normal; }
 

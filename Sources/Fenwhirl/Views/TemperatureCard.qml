@@ -61,6 +61,7 @@ Card {
             anchors.topMargin: 12
             description: qsTr("Température du processeur")
             endCaption: qsTr("maintenant")
+            extent: root.machine.historyExtent
             startCaption: qsTr("il y a 10 min")
             values: root.machine.history
             width: parent.width

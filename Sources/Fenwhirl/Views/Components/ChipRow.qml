@@ -7,6 +7,7 @@ import Fenwhirl.Components
 //   labels          one per chip
 //   currentIndex    the selected chip, -1 for none; set by the owner
 //   signal activated(index)  a chip was chosen; the owner then changes currentIndex
+// Each chip is a tab stop; the arrow keys lead from chip to chip without choosing.
 Item {
     id: root
 
@@ -20,6 +21,37 @@ Item {
 
     implicitHeight: FilledRows.height(places)
     implicitWidth: 308
+
+    Keys.onPressed: event => {
+        switch (event.key) {
+        case Qt.Key_Right:
+            event.accepted = moveFocus(1, 0)
+            break
+        case Qt.Key_Left:
+            event.accepted = moveFocus(-1, 0)
+            break
+        case Qt.Key_Down:
+            event.accepted = moveFocus(0, 1)
+            break
+        case Qt.Key_Up:
+            event.accepted = moveFocus(0, -1)
+            break
+        default:
+            event.accepted = false
+        }
+    }
+
+    // Whether there is a chip in that direction; a page may scroll with the key otherwise.
+    function moveFocus(columns: int, rows: int): bool {
+        for (let i = 0; i < chips.count; ++i) {
+            if (!chips.itemAt(i)?.activeFocus)
+                continue
+            const next = FilledRows.neighbour(places, i, columns, rows)
+            chips.itemAt(next).forceActiveFocus(Qt.TabFocusReason)
+            return next !== i
+        }
+        return false
+    }
 
     function measure() {
         const widths = []

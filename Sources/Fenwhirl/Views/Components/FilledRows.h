@@ -22,6 +22,11 @@ namespace Fenwhirl {
 // share of what is left over, or minus one of what is missing; none gets narrower than 0.
 [[nodiscard]] QList<QRectF> filledRow(const QList<double>& naturalWidths, double width, double height);
 
+// Which place the arrow keys lead to: with `columns` the one before (-1) or after (1) in reading order, with
+// `rows` the one in the row above (-1) or below (1) whose middle is nearest. `from` itself where there is
+// none.
+[[nodiscard]] qsizetype neighbour(const QList<QRectF>& places, qsizetype from, int columns, int rows);
+
 class FilledRows : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -38,6 +43,11 @@ public:
     Q_INVOKABLE [[nodiscard]] QList<QRectF> singleRow(const QList<double>& naturalWidths, double width,
                                                       double height) const {
         return filledRow(naturalWidths, width, height);
+    }
+
+    Q_INVOKABLE [[nodiscard]] int neighbour(const QList<QRectF>& places, int from, int columns,
+                                            int rows) const {
+        return static_cast<int>(Fenwhirl::neighbour(places, from, columns, rows));
     }
 
     Q_INVOKABLE [[nodiscard]] double sum(const QList<double>& widths) const {

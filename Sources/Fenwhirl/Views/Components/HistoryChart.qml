@@ -7,7 +7,8 @@ import Fenwhirl.Components
 //   endCaption    under the right end
 //   plotHeight    140 unless given
 //   surface       colour of what it stands on
-//   description   what a screen reader says of it
+//   description   what a screen reader calls it
+//   extent        what a screen reader says of it: between which values it moves
 Item {
     id: root
 
@@ -15,9 +16,11 @@ Item {
     required property string startCaption
     required property string endCaption
     property string description: ""
+    property string extent: ""
     property real plotHeight: 140
     property color surface: Theme.card
 
+    Accessible.description: extent
     Accessible.name: description
     Accessible.role: Accessible.Chart
     implicitHeight: plotHeight + 6 + start.height

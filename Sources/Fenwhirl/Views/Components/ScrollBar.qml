@@ -7,6 +7,7 @@ import Fenwhirl.Components
 T.ScrollBar {
     id: root
 
+    Accessible.ignored: true // the view scrolls by keys and follows the focus
     implicitWidth: 12
     minimumSize: 0.08
     visible: size < 1

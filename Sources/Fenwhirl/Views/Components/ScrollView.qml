@@ -5,7 +5,7 @@ import Fenwhirl.Components
 // A page that scrolls vertically when its content is higher. Its one child gets the width inside the padding.
 //   padding   18 unless given
 //   content   default
-// Wheel, touchpad, the scroll bar, and the keys Page Up, Page Down, Home, End, Up and Down that no control in it used.
+// Wheel, touchpad, a finger on the screen, the scroll bar, and the keys Page Up, Page Down, Home, End, Up and Down that no control in it used.
 // A control that receives the focus by keyboard is brought into view.
 Flickable {
     id: root
@@ -17,7 +17,7 @@ Flickable {
     clip: true
     contentHeight: (content ? content.height : 0) + 2 * padding
     contentWidth: width
-    // Dragging the page with the mouse is not how a desktop scrolls; the handler below takes wheel and touchpad.
+    // Dragging the page with the mouse is not how a desktop scrolls; the handlers below take wheel, touchpad and finger.
     interactive: false
     T.ScrollBar.vertical: ScrollBar {}
 
@@ -87,6 +87,28 @@ Flickable {
         width: root.width - 2 * root.padding
         x: root.padding
         y: root.padding
+    }
+
+    DragHandler {
+        id: finger
+        property real before: 0
+
+        acceptedDevices: PointerDevice.TouchScreen
+        target: null
+        xAxis.enabled: false
+
+        onActiveChanged: {
+            if (active) {
+                root.cancelFlick()
+                before = 0
+            } else {
+                root.flick(0, centroid.velocity.y)
+            }
+        }
+        onTranslationChanged: {
+            root.scrollBy(before - translation.y)
+            before = translation.y
+        }
     }
 
     WheelHandler {

@@ -39,7 +39,8 @@ FocusScope {
         Accessible.role: Accessible.Slider
         activeFocusOnTab: true
         anchors.fill: parent
-        current: root.value
+        // Measured values may lie beyond the range that can be asked for.
+        current: Math.max(root.from, Math.min(root.value, root.to))
         focus: true
         maximumValue: root.to
         minimumValue: root.from

@@ -4,6 +4,7 @@
 
 using Fenwhirl::filledRow;
 using Fenwhirl::filledRows;
+using Fenwhirl::neighbour;
 
 namespace {
 
@@ -54,6 +55,33 @@ TEST(FilledRow, TooLittleRoomIsSharedToo) {
     ASSERT_EQ(places.size(), 2);
     EXPECT_DOUBLE_EQ(places[0].width(), 25);
     EXPECT_DOUBLE_EQ(places[1].width(), 75);
+}
+
+TEST(Neighbour, LeftAndRightFollowTheReadingOrderAndStopAtItsEnds) {
+    const QList<QRectF> places = filledRows({60, 60, 60}, 126, 28, 6); // two above, one below
+    EXPECT_EQ(neighbour(places, 0, 1, 0), 1);
+    EXPECT_EQ(neighbour(places, 1, 1, 0), 2);
+    EXPECT_EQ(neighbour(places, 2, 1, 0), 2);
+    EXPECT_EQ(neighbour(places, 1, -1, 0), 0);
+    EXPECT_EQ(neighbour(places, 0, -1, 0), 0);
+}
+
+TEST(Neighbour, UpAndDownLeadToTheNearestInTheNextRow) {
+    // 0 1
+    // 2 3
+    // 4
+    const QList<QRectF> places = filledRows({60, 60, 60, 60, 60}, 126, 28, 6);
+    EXPECT_EQ(neighbour(places, 1, 0, 1), 3);
+    EXPECT_EQ(neighbour(places, 0, 0, 1), 2);
+    EXPECT_EQ(neighbour(places, 3, 0, 1), 4);
+    EXPECT_EQ(neighbour(places, 4, 0, 1), 4);
+    EXPECT_EQ(neighbour(places, 3, 0, -1), 1);
+    EXPECT_EQ(neighbour(places, 1, 0, -1), 1);
+}
+
+TEST(Neighbour, NothingLeadsToNothing) {
+    EXPECT_EQ(neighbour({}, 0, 1, 0), 0);
+    EXPECT_EQ(neighbour({}, -1, 0, 1), -1);
 }
 
 } // namespace

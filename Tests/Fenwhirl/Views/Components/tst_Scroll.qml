@@ -21,6 +21,12 @@ Item {
         }
     }
 
+    SignalSpy {
+        id: pressed
+        signalName: "clicked"
+        target: top
+    }
+
     TestCase {
         name: "ScrollView"
         when: windowShown
@@ -43,6 +49,37 @@ Item {
             for (let i = 0; i < 40; ++i)
                 mouseWheel(view, 150, 150, 0, 120)
             compare(view.contentY, 0)
+        }
+
+        function test_aFingerMovesThePageAndTheMouseDoesNot() {
+            const touch = touchEvent(view)
+            touch.press(0, view, 150, 250).commit()
+            for (let y = 240; y >= 100; y -= 10)
+                touch.move(0, view, 150, y).commit()
+            verify(view.contentY > 100, view.contentY)
+            touch.release(0, view, 150, 100).commit()
+            view.cancelFlick()
+            view.contentY = 0
+            mouseDrag(view, 150, 250, 0, -150)
+            compare(view.contentY, 0)
+        }
+
+        function test_aFingerStopsAtTheEnds() {
+            const touch = touchEvent(view)
+            touch.press(0, view, 150, 100).commit()
+            for (let y = 110; y <= 250; y += 10)
+                touch.move(0, view, 150, y).commit()
+            compare(view.contentY, 0)
+            touch.release(0, view, 150, 250).commit()
+            view.cancelFlick()
+        }
+
+        function test_aTapReachesTheControlUnderTheFinger() {
+            pressed.clear()
+            const touch = touchEvent(top)
+            touch.press(0, top).commit()
+            touch.release(0, top).commit()
+            compare(pressed.count, 1)
         }
 
         function test_aControlReachedByTabComesIntoView() {

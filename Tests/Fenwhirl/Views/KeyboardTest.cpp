@@ -1,0 +1,195 @@
+// The keyboard alone: it reaches every control of every page and of the panel, and at every stop exactly one
+// ring says where it is.
+
+#include "Stage.h"
+
+#include <QQuickItem>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+int ringsShown(const QQuickItem& item) {
+    int rings = item.objectName() == QStringLiteral("focusRing") && item.isVisible() ? 1 : 0;
+    const QList<QQuickItem*> children = item.childItems();
+    for (const QQuickItem* child : children)
+        rings += ringsShown(*child);
+    return rings;
+}
+
+// The control that has the keyboard, as "role name".
+QString focused(Stage& stage) {
+    const QQuickItem* item = stage.window().activeFocusItem();
+    const QAccessibleInterface* control =
+        QAccessible::queryAccessibleInterface(const_cast<QQuickItem*>(item));
+    if (control == nullptr)
+        return {};
+    return QString::number(control->role()) + u' ' + control->text(QAccessible::Name);
+}
+
+// What the keyboard must be able to reach of what is shown: everything that can be used, where a group of
+// segments counts once.
+QStringList controls(Stage& stage) {
+    QStringList found;
+    const QList<QAccessible::Role> roles = {
+        QAccessible::Button,  QAccessible::CheckBox, QAccessible::ComboBox, QAccessible::Slider,
+        QAccessible::SpinBox, QAccessible::PageTab,  QAccessible::Grouping, QAccessible::RadioButton};
+    for (const QAccessible::Role role : roles) {
+        for (const QAccessibleInterface* control : stage.all(role)) {
+            if (control->state().focusable && !control->state().disabled)
+                found.append(QString::number(control->role()) + u' ' + control->text(QAccessible::Name));
+        }
+    }
+    found.sort();
+    return found;
+}
+
+// Presses Tab until the first stop comes again; what was visited, in order. Looks at the ring at each stop.
+QStringList stopsOfTab(Stage& stage, Qt::KeyboardModifiers modifiers = {}) {
+    QStringList visited;
+    const QQuickItem* first = nullptr;
+    for (int i = 0; i < 200; ++i) {
+        QTest::keyClick(&stage.window(), modifiers ? Qt::Key_Backtab : Qt::Key_Tab, modifiers);
+        const QQuickItem* now = stage.window().activeFocusItem();
+        if (now == first)
+            return visited;
+        if (first == nullptr)
+            first = now;
+        visited.append(focused(stage));
+        EXPECT_EQ(ringsShown(*stage.window().contentItem()), 1) << "at " << visited.last().toStdString();
+    }
+    ADD_FAILURE() << "Tab never comes back to where it began";
+    return visited;
+}
+
+void expectThatEverythingIsReached(Stage& stage) {
+    const QStringList forward = stopsOfTab(stage);
+    QStringList backward = stopsOfTab(stage, Qt::ShiftModifier);
+    QStringList sorted = forward;
+    sorted.sort();
+    EXPECT_EQ(sorted, controls(stage)) << sorted.join(u'\n').toStdString() << "\n--- instead of\n"
+                                       << controls(stage).join(u'\n').toStdString();
+    backward.sort();
+    EXPECT_EQ(backward, sorted);
+    EXPECT_GT(forward.size(), 4);
+}
+
+AppLoad busyApp() {
+    AppLoad load;
+    load.id = QStringLiteral("/Applications/Firefox.app");
+    load.name = QStringLiteral("Firefox");
+    load.cpu = 40;
+    load.pids = {80};
+    load.canQuit = true;
+    load.starts = {ProcessStart{}};
+    return load;
+}
+
+class EveryPage : public testing::TestWithParam<Page> {};
+
+TEST_P(EveryPage, IsReachedWholeByTabWithOneRingAtEachStop) {
+    Stage stage;
+    stage.world.helper.installed = false; // the banners with their buttons, too
+    stage.start();
+    FanSetting constant;
+    constant.mode = FanModeKind::constant;
+    stage.monitor().setSetting(0, constant);
+    FanSetting sensor;
+    sensor.mode = FanModeKind::sensor;
+    stage.monitor().setSetting(1, sensor);
+    stage.setApps({busyApp()});
+    stage.poll();
+    stage.showPage(GetParam());
+    expectThatEverythingIsReached(stage);
+}
+
+INSTANTIATE_TEST_SUITE_P(Keyboard, EveryPage, testing::ValuesIn(allPages),
+                         [](const auto& page) { return std::string(rawValue(page.param)); });
+
+TEST(KeyboardInThePanel, ReachesEverythingWithOneRingAtEachStop) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.start();
+    stage.monitor().apply(Preset::game);
+    stage.poll();
+    stage.show(menuPanelFile());
+    expectThatEverythingIsReached(stage);
+}
+
+TEST(KeyboardInThePanel, ArrowsLeadFromPresetToPresetAndSpaceOrReturnChooses) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    while (focused(stage).section(u' ', 1) != QStringLiteral("Auto"))
+        stage.press(Qt::Key_Tab);
+    stage.press(Qt::Key_Right);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Silencieux"));
+    EXPECT_EQ(stage.monitor().activePreset(), std::nullopt); // only the focus has moved
+    stage.press(Qt::Key_Space);
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::silent);
+    stage.press(Qt::Key_Right);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Équilibré"));
+    stage.press(Qt::Key_Return);
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::balanced);
+    for (int i = 0; i < 3; ++i)
+        stage.press(Qt::Key_Left);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Auto"));
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::balanced);
+}
+
+TEST(KeyboardInThePanel, ArrowsMoveAFansSpeedByOneStep) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    while (focused(stage).section(u' ', 1) != QStringLiteral("Ventilateur gauche"))
+        stage.press(Qt::Key_Tab);
+    stage.press(Qt::Key_Right);
+    EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::constant);
+    EXPECT_EQ(stage.monitor().setting(0).constantRPM, 2050);
+    stage.press(Qt::Key_PageDown);
+    EXPECT_EQ(stage.monitor().setting(0).constantRPM, 1550);
+}
+
+TEST(KeyboardInThePanel, ReturnPressesItsButtonsAndEscapeClosesFromAnywhere) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    while (focused(stage).section(u' ', 1) != QStringLiteral("Ouvrir Fenwhirl"))
+        stage.press(Qt::Key_Tab);
+    stage.press(Qt::Key_Return);
+    EXPECT_EQ(stage.timesOpenedMain, 1);
+    while (focused(stage).section(u' ', 1) != QStringLiteral("Ventilateur droit"))
+        stage.press(Qt::Key_Tab);
+    stage.press(Qt::Key_Escape);
+    EXPECT_FALSE(stage.window().isVisible());
+}
+
+TEST(KeyboardInADialog, StaysInsideIt) {
+    Stage stage;
+    stage.start();
+    stage.setApps({busyApp()});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    QStringList visited;
+    for (int i = 0; i < 6; ++i) {
+        stage.press(Qt::Key_Tab);
+        visited.append(focused(stage).section(u' ', 1));
+        EXPECT_EQ(ringsShown(*stage.window().contentItem()), 1) << visited.last().toStdString();
+    }
+    visited.removeDuplicates();
+    visited.sort();
+    EXPECT_EQ(visited, QStringList({QStringLiteral("Annuler"), QStringLiteral("Fermer"),
+                                    QStringLiteral("Forcer la fermeture")}));
+    EXPECT_TRUE(stage.quitRequests.empty());
+}
+
+TEST(FocusRing, IsNotShownToThoseWhoUseThePointer) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    stage.press(Qt::Key_Tab);
+    ASSERT_EQ(ringsShown(*stage.window().contentItem()), 1);
+    stage.click(QStringLiteral("Clair"), QAccessible::RadioButton);
+    EXPECT_EQ(ringsShown(*stage.window().contentItem()), 0);
+    stage.press(Qt::Key_Tab);
+    EXPECT_EQ(ringsShown(*stage.window().contentItem()), 1);
+}
+
+} // namespace

@@ -1,0 +1,75 @@
+"""A window that nobody can see costs nothing: no pictures are drawn and no texts are made for it."""
+
+import pathlib
+import re
+import subprocess
+import unittest
+
+import stage
+from desktop import Desktop
+
+# Qt's own account of every frame of the scene graph, whatever the renderer.
+FRAMES = {"QT_LOGGING_RULES": "qt.scenegraph.time.renderloop.debug=true"}
+
+
+class Asleep(unittest.TestCase):
+    def frames(self, desktop):
+        return len(re.findall(r"qt\.scenegraph\.time\.renderloop", desktop.log()))
+
+    def count_while(self, desktop, celsius):
+        """Frames drawn while the temperature changes twice, and with it what every page shows."""
+        before = self.frames(desktop)
+        for step in range(2):
+            desktop.mac.tell(f"set TCXC {celsius + 4 * step}")
+            desktop.polls(1)
+        return self.frames(desktop) - before
+
+    def check(self, hide, show_again):
+        with Desktop() as desktop:
+            desktop.start_panel()  # without a place for the item the window would come back by itself
+            desktop.start(**FRAMES)
+            self.assertEqual(desktop.start_again(), 0)
+            window = desktop.wait_for_main_window()
+            desktop.screen.wait_for("Mac en bonne santé")
+            self.assertGreater(self.count_while(desktop, 50), 0, "an open window shows what changes")
+            hide(desktop, window)
+            stage.wait_until(lambda: not desktop.windows(), "the window is out of sight")
+            desktop.polls(1)  # whatever was on its way has arrived
+            self.assertEqual(self.count_while(desktop, 60), 0)
+            show_again(desktop, window)
+            desktop.wait_for_main_window()
+            desktop.screen.wait_for(lambda text: re.fullmatch(r"64\s°C", text))
+
+    def test_closed(self):
+        self.check(lambda desktop, window: desktop.close(window), lambda desktop, _: desktop.start_again())
+
+    def test_minimised(self):
+        self.check(lambda _, window: subprocess.run(["xdotool", "windowminimize", window[0]], check=True),
+                   lambda desktop, _: desktop.start_again())
+
+    def test_from_the_start(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            desktop.start(**FRAMES)
+            desktop.wait_for_ink()
+            self.assertEqual(self.count_while(desktop, 50), 0)
+            maps = (pathlib.Path("/proc") / str(desktop.application.child.pid) / "maps").read_text()
+            self.assertNotIn("libQt6QuickTemplates", maps, "no QML was loaded")
+            self.assertIn("libQt6Quick.so", maps)
+
+    def test_the_closed_panel(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            desktop.start(**FRAMES)
+            desktop.click_item()
+            desktop.wait_for_panel_window()
+            self.assertGreater(self.count_while(desktop, 50), 0)
+            stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
+            desktop.key("Escape")
+            stage.wait_until(lambda: not desktop.windows(), "the panel closes")
+            desktop.polls(1)
+            self.assertEqual(self.count_while(desktop, 60), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

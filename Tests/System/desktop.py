@@ -1,0 +1,261 @@
+"""A desktop of its own for the built program: screen, session, panels with room for a status item, and a simulated Mac.
+
+Where Scene plays the whole road to the fans, Desktop looks at what happens on the screen around the windows: which of them
+are shown, where, and what the notification area holds.
+"""
+
+import contextlib
+import json
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import time
+
+import stage
+
+PANEL_HEIGHT = 30  # pixels of the bar along the upper edge
+
+XFCE_PANEL = f"""<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="size" type="uint" value="{PANEL_HEIGHT}"/>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+        <value type="int" value="2"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="separator">
+      <property name="expand" type="bool" value="true"/>
+      <property name="style" type="uint" value="0"/>
+    </property>
+    <property name="plugin-2" type="string" value="systray"/>
+  </property>
+</channel>
+"""
+
+
+def run(*arguments):
+    """What a command wrote, whatever its status."""
+    return subprocess.run([str(argument) for argument in arguments], capture_output=True, text=True, check=False).stdout
+
+
+class Desktop:
+    """Screen, window manager, session bus, simulated Mac; Fenwhirl and the panels come when a test starts them."""
+
+    def __init__(self, onboarded=True, helper=False, machine="MacBookPro11,4", height=800, window_manager=True,
+                 preferences=None):
+        self.build = pathlib.Path(os.environ["FENWHIRL_BUILD"])
+        self.home = pathlib.Path(os.environ["HOME"])
+        self.machine, self.height, self.helper, self.window_manager = machine, height, helper, window_manager
+        self.preferences = {"didOnboard": onboarded, "language": "fr", "brenor.update.lastCheck": time.time(),
+                            **(preferences or {})}
+        self.stack = contextlib.ExitStack()
+        self.mac = self.application = self.screen = self.empty = None
+
+    def __enter__(self):
+        try:
+            self.put(".config/com.fenwhirl.app/preferences.json", json.dumps(self.preferences))
+            self.mac = self.stack.enter_context(stage.SimulatedMac(
+                self.build, self.machine, "--heat", "12", "--speed", "5"))
+            if self.helper:
+                stage.install_helper(self.build)
+            display = self.stack.enter_context(stage.Display(height=self.height))
+            if self.window_manager:
+                display.start_window_manager()
+            os.environ.update(display.environment())
+            stage.wait_until(lambda: not self.window_manager or "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+                             "the window manager is at work")
+            bus = self.stack.enter_context(stage.SessionBus())
+            os.environ.update(bus.environment())
+        except BaseException:
+            self.stack.close()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.stack.close()
+
+    def put(self, path, text):
+        file = self.home / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(text, encoding="utf-8")
+
+    # --- What is started ---
+
+    def start(self, **environment):
+        """Starts Fenwhirl, and waits until it reads the controller."""
+        log = (self.home / "fenwhirl.log").open("wb")
+        self.stack.callback(log.close)
+        self.application = self.stack.enter_context(stage.Process(
+            [self.build / "bin/Fenwhirl"], stderr=log,
+            env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LANGUAGE": "fr", **environment}))
+        self.screen = stage.Interface()
+        self.polls()
+        return self.application
+
+    def log(self):
+        return (self.home / "fenwhirl.log").read_text(encoding="utf-8", errors="replace")
+
+    def start_again(self):
+        """A second start beside the first; its exit status."""
+        return subprocess.run([self.build / "bin/Fenwhirl"], check=False, timeout=stage.PATIENCE_SECONDS).returncode
+
+    def polls(self, count=1):
+        """Waits until that many more polls have reached the controller."""
+        requests = self.requests()
+        per_poll = 40  # a poll asks for more than this, whatever the machine
+        stage.wait_until(lambda: self.requests() >= requests + count * per_poll, f"{count} more polls",
+                         seconds=stage.PATIENCE_SECONDS + 3 * count)
+
+    def requests(self):
+        return int(re.search(r"requests=(\d+)", self.mac.tell("state")[0]).group(1))
+
+    def start_panel(self):
+        """The panel of a desktop, with a host for status notifier items; the first one must come before Fenwhirl does."""
+        self.put(".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", XFCE_PANEL)
+        panel = self.stack.enter_context(stage.Process(
+            ["xfce4-panel", "--disable-wm-check"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+        stage.wait_until(self.has_host, "the panel offers a place for status items")
+        if self.empty is None:
+            self.wait_until_still()
+        return panel
+
+    def see_the_empty_panel(self):
+        """Shows the panel for a moment, so that an item can be told from it later."""
+        self.start_panel().stop()
+        stage.wait_until(lambda: not self.has_host(), "the panel is gone")
+
+    @staticmethod
+    def has_host():
+        return "true" in run("dbus-send", "--session", "--print-reply", "--dest=org.kde.StatusNotifierWatcher",
+                             "/StatusNotifierWatcher", "org.freedesktop.DBus.Properties.Get",
+                             "string:org.kde.StatusNotifierWatcher", "string:IsStatusNotifierHostRegistered")
+
+    def start_tray(self):
+        """A classic tray, which embeds windows of the programs; in the upper right corner. The first before Fenwhirl."""
+        tray = self.stack.enter_context(stage.Process(
+            ["trayer", "--edge", "top", "--align", "right", "--height", PANEL_HEIGHT, "--widthtype", "pixel",
+             "--width", "200"],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+        stage.wait_until(lambda: run("xdotool", "search", "--onlyvisible", "--class", "trayer"), "the tray is shown")
+        if self.empty is None:
+            self.wait_until_still()
+        return tray
+
+    def start_busy_application(self):
+        """An application called Busy, which does nothing but load the processor; with the least priority."""
+        program = self.home / "Busy.app/Contents/MacOS/Busy"
+        program.parent.mkdir(parents=True)
+        shutil.copy("/usr/bin/python3", program)
+        return self.stack.enter_context(stage.Process([program, "-c", "import os; os.nice(19)\nwhile True: pass"]))
+
+    # --- Windows ---
+
+    def windows(self):
+        """The shown windows of Fenwhirl, as (X11 name, x, y, width, height)."""
+        found = []
+        for window in run("xdotool", "search", "--onlyvisible", "--name", "^Fenwhirl$").split():
+            place = dict(re.findall(r"(\w+)=(-?\d+)", run("xdotool", "getwindowgeometry", "--shell", window)))
+            if int(place.get("WIDTH", 0)) > 100:  # an icon in a tray is a window of that name too
+                found.append((window, int(place["X"]), int(place["Y"]), int(place["WIDTH"]), int(place["HEIGHT"])))
+        return found
+
+    def main_window(self):
+        return next((window for window in self.windows() if window[3] > 340), None)
+
+    def panel_window(self):
+        """The status item's panel, by its width."""
+        return next((window for window in self.windows() if window[3] == 340), None)
+
+    def wait_for_main_window(self, seconds=stage.PATIENCE_SECONDS):
+        return stage.wait_until(self.main_window, "the main window is shown", seconds)
+
+    def wait_for_panel_window(self):
+        return stage.wait_until(self.panel_window, "the status item's panel opens")
+
+    def resize(self, window, width, height):
+        run("xdotool", "windowsize", window[0], width, height)
+        stage.wait_until(lambda: (self.main_window() or window)[3:] == (width, height), "the window is resized")
+
+    @staticmethod
+    def has_focus(window):
+        return window is not None and run("xdotool", "getwindowfocus").strip() == window[0]
+
+    def cover(self):
+        """Puts another program's window in front."""
+        self.stack.enter_context(stage.Process(["xev", "-geometry", "1200x700+0+0"], stdout=subprocess.DEVNULL))
+        other = stage.wait_until(lambda: run("xdotool", "search", "--onlyvisible", "--name", "^Event Tester$").split(),
+                                 "the other window is shown")
+        run("xdotool", "windowactivate", other[0])
+
+    @contextlib.contextmanager
+    def watch_for_windows(self):
+        """Gives a question: the sizes of all windows that were shown since, however shortly."""
+        log = self.home / "events.log"
+        with log.open("wb") as file, stage.Process(["xev", "-root", "-event", "substructure"], stdout=file):
+            stage.wait_until(lambda: subprocess.run(["xdotool", "search", "--name", "^nothing$"], check=False,
+                                                    capture_output=True).returncode == 1, "the screen answers")
+            yield lambda: re.findall(r"^MapNotify event", log.read_text(encoding="utf-8", errors="replace"), re.M)
+
+    @staticmethod
+    def key(name):
+        run("xdotool", "key", name)
+
+    def close(self, window):
+        """As the window's close button does."""
+        run("xdotool", "windowactivate", "--sync", window[0], "key", "alt+F4")
+
+    # --- The notification area ---
+
+    def picture(self, name):
+        """What the bar along the upper edge shows, as a file."""
+        file = self.home / f"{name}.png"
+        run("import", "-window", "root", "-crop", f"1280x{PANEL_HEIGHT}+0+0", "+repage", file)
+        return file
+
+    def wait_until_still(self):
+        """Waits until the bar has come to rest, and remembers it as the empty one."""
+        def still():
+            first, second = self.picture("first"), self.picture("second")
+            return first.stat().st_size > 0 and run("compare", "-metric", "AE", first, second, "null:") == "" and \
+                subprocess.run(["cmp", "-s", first, second], check=False).returncode == 0
+        stage.wait_until(still, "the bar comes to rest", interval_seconds=0.3)
+        self.empty = self.picture("empty")
+
+    def ink(self):
+        """Where the bar differs from the empty one, as (x, y, width, height); None where it does not."""
+        now = self.picture("now")
+        box = run("convert", self.empty, now, "-compose", "difference", "-composite", "-colorspace", "gray",
+                  "-threshold", "10%", "-format", "%@ %[fx:mean*w*h]", "info:")
+        found = re.match(r"(\d+)x(\d+)\+(\d+)\+(\d+) ([\d.]+)", box)
+        if not found or float(found.group(5)) < 20:  # fewer points than a symbol has
+            return None
+        width, height, x, y = (int(found.group(index)) for index in range(1, 5))
+        return (x, y, width, height)
+
+    def wait_for_ink(self):
+        return stage.wait_until(self.ink, "something is drawn into the bar")
+
+    def wait_until_without_ink(self):
+        stage.wait_until(lambda: self.ink() is None, lambda: f"the bar is empty; there is {self.ink()}")
+
+    @staticmethod
+    def click(x, y):
+        run("xdotool", "mousemove", x, y, "click", 1)
+
+    def click_item(self):
+        """Clicks the middle of what the bar shows; returns that point."""
+        x, y, width, height = self.wait_for_ink()
+        point = (x + width // 2, y + height // 2)
+        self.click(*point)
+        return point

@@ -1,0 +1,137 @@
+"""The status item under the panels that desktops really have: a host for status notifier items, and a classic tray."""
+
+import time
+import unittest
+
+import stage
+from desktop import PANEL_HEIGHT, Desktop
+
+
+class UnderAPanel(unittest.TestCase):
+    def open_panel(self, desktop):
+        point = desktop.click_item()
+        return point, desktop.wait_for_panel_window()
+
+    def check_that_it_is_at_the_item(self, point, window):
+        _, left, top, width, _ = window
+        self.assertLess(abs(top - PANEL_HEIGHT), PANEL_HEIGHT, "it hangs under the bar")
+        self.assertLessEqual(left, point[0])
+        self.assertGreaterEqual(left + width, point[0] - 1)
+        self.assertLessEqual(left + width, 1280, "it stays on the screen")
+
+    def test_the_item_appears_and_opens_the_panel_where_it_is(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            desktop.start()
+            point, window = self.open_panel(desktop)
+            self.check_that_it_is_at_the_item(point, window)
+            desktop.screen.wait_for("Ouvrir Fenwhirl")
+            self.assertIsNone(desktop.main_window(), "nothing else was shown")
+
+    def test_the_panel_closes_on_escape(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            desktop.start()
+            self.open_panel(desktop)
+            stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
+            desktop.key("Escape")
+            stage.wait_until(lambda: not desktop.windows(), "the panel closes")
+
+    def test_the_panel_closes_on_a_click_outside(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            desktop.start()
+            self.open_panel(desktop)
+            desktop.click(200, 600)
+            stage.wait_until(lambda: not desktop.windows(), "the panel closes")
+
+    def test_a_second_click_on_the_item_closes_the_panel(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            desktop.start()
+            point, _ = self.open_panel(desktop)
+            time.sleep(0.6)  # two clicks in quick succession are meant as one
+            desktop.click(*point)
+            stage.wait_until(lambda: not desktop.windows(), "the panel closes")
+            desktop.polls()
+            self.assertEqual(desktop.windows(), [], "and stays closed")
+
+    def test_opening_the_main_window_closes_the_panel_first(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            desktop.start()
+            self.open_panel(desktop)
+            desktop.screen.press("Ouvrir Fenwhirl")
+            desktop.wait_for_main_window()
+            self.assertIsNone(desktop.panel_window())
+
+    def test_a_host_that_comes_three_seconds_late_gets_the_item(self):
+        with Desktop() as desktop:
+            desktop.see_the_empty_panel()
+            began = time.monotonic()
+            desktop.start()
+            stage.wait_until(lambda: time.monotonic() - began > 3, "three seconds")
+            desktop.start_panel()
+            desktop.wait_for_ink()
+            self.assertIsNone(desktop.main_window())
+
+    def test_a_host_that_was_lost_and_comes_back_gets_the_item_again(self):
+        with Desktop() as desktop:
+            panel = desktop.start_panel()
+            desktop.start()
+            desktop.wait_for_ink()
+            panel.stop()
+            stage.wait_until(lambda: not desktop.has_host(), "the host is gone")
+            desktop.start_panel()
+            desktop.wait_for_ink()
+            self.check_that_it_is_at_the_item(*self.open_panel(desktop))
+
+    def test_the_item_goes_with_the_program(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            application = desktop.start()
+            desktop.wait_for_ink()
+            self.assertEqual(application.stop(), 0)
+            desktop.wait_until_without_ink()
+
+
+class UnderAClassicTray(unittest.TestCase):
+    def test_the_icon_appears_and_opens_the_panel_where_it_is(self):
+        with Desktop() as desktop:
+            desktop.start_tray()
+            desktop.start()
+            x, _ = desktop.click_item()
+            _, left, top, width, _ = desktop.wait_for_panel_window()
+            self.assertLess(abs(top - PANEL_HEIGHT), PANEL_HEIGHT)
+            self.assertTrue(left <= x <= left + width <= 1280, (x, left, width))
+            stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
+            desktop.key("Escape")
+            stage.wait_until(lambda: not desktop.windows(), "the panel closes")
+
+    def test_a_tray_that_comes_late_gets_the_icon(self):
+        with Desktop() as desktop:
+            desktop.start_tray().stop()
+            desktop.start()
+            desktop.start_tray()
+            desktop.wait_for_ink()
+            desktop.click_item()
+            desktop.wait_for_panel_window()
+
+
+class WithoutAnyPlace(unittest.TestCase):
+    def test_the_main_window_is_shown_after_ten_seconds(self):
+        with Desktop() as desktop:
+            began = time.monotonic()
+            desktop.start()
+            desktop.wait_for_main_window()
+            took = time.monotonic() - began
+            self.assertGreater(took, 9, "a place may still come")
+            self.assertLess(took, 15)
+            desktop.close(desktop.main_window())
+            stage.wait_until(lambda: not desktop.windows(), "it closes")
+            self.assertEqual(desktop.start_again(), 0)
+            desktop.wait_for_main_window()
+
+
+if __name__ == "__main__":
+    unittest.main()
