@@ -170,6 +170,8 @@ class Interface:
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi
         from gi.repository import GLib
+        # A program on a loaded machine takes longer to answer than the second that is usual.
+        Atspi.set_timeout(int(PATIENCE_SECONDS * 1000), int(PATIENCE_SECONDS * 1000))
         self.atspi = Atspi
         self.error = GLib.Error
         self.application = application
@@ -228,13 +230,16 @@ class Interface:
 
     def press(self, name, role=None, seconds=PATIENCE_SECONDS):
         """Uses a control: its press action, or what comes nearest."""
-        node = self.wait_for(name, role, seconds)
+        self.use(self.wait_for(name, role, seconds))
+
+    def use(self, node):
+        """The same for a node that was found already."""
         actions = {node.get_action_name(index): index for index in range(node.get_n_actions())}
         for wanted in ("Press", "Toggle", "ShowMenu"):
             if wanted in actions:
                 node.do_action(actions[wanted])
                 return
-        raise StageError(f"{name!r} offers only {sorted(actions)}")
+        raise StageError(f"{node.get_name()!r} offers only {sorted(actions)}")
 
 
 class Application(Process):

@@ -124,7 +124,8 @@ class Tour:
         self.farewell()
 
 
-def main():
+def main(walk=Tour.road):
+    """Makes the stage that the options ask for and goes the walk; returns the exit status."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", type=pathlib.Path, required=True)
     parser.add_argument("--pictures", type=pathlib.Path, required=True)
@@ -134,7 +135,7 @@ def main():
     options.pictures.mkdir(parents=True, exist_ok=True)
     try:
         with contextlib.ExitStack() as stack:
-            Tour(options, stack).road()
+            walk(Tour(options, stack))
     except stage.StageError as error:
         print(f"The walk ended early: {error}", file=sys.stderr)
         return 1
