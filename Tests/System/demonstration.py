@@ -26,13 +26,21 @@ def main():
     # A session of its own: Ctrl-C is for Fenwhirl, which then hands the fans back and needs the simulated Mac for that.
     mac = subprocess.Popen([chosen.build / "bin/simulated-mac", "--machine", chosen.machine, "--heat", chosen.heat,
                             "--speed", chosen.speed], stdin=subprocess.PIPE, start_new_session=True)
+    application = None
+
+    def end(number, _):
+        if application is None:
+            sys.exit(128 + number)  # what runs already ends with the private world
+        application.terminate()
+
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        signal.signal(number, end)
     socket = pathlib.Path("/run/fenwhirl/AppleSMC")
     while not socket.exists():
         if mac.poll() is not None:
             return mac.returncode
         time.sleep(0.02)
     application = subprocess.Popen([chosen.build / "bin/Fenwhirl"], stdin=subprocess.DEVNULL)
-    signal.signal(signal.SIGINT, signal.SIG_IGN)
     threading.Thread(target=pass_commands_on, args=(mac,), daemon=True).start()
     status = application.wait()
     mac.terminate()

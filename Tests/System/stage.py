@@ -25,6 +25,23 @@ class StageError(Exception):
     """Something on the stage did not happen."""
 
 
+class Interrupted(BaseException):
+    """Somebody wants it to end: Ctrl-C, a closed terminal, a wish to terminate. Holds the signal's number."""
+
+
+def end_in_order_when_interrupted():
+    """From now on the first such signal raises Interrupted, so that whatever is on the stage is cleared away."""
+    signals = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
+
+    def interrupt(number, _):
+        for each in signals:
+            signal.signal(each, signal.SIG_IGN)
+        raise Interrupted(number)
+
+    for each in signals:
+        signal.signal(each, interrupt)
+
+
 def wait_until(question, what, seconds=PATIENCE_SECONDS, interval_seconds=0.05):
     """Asks until the answer is true, and returns it. `what` is said when it never is: a text, or what makes it then."""
     end = time.monotonic() + seconds

@@ -133,12 +133,16 @@ def main(walk=Tour.road):
     parser.add_argument("--heat", default="")
     options = parser.parse_args()
     options.pictures.mkdir(parents=True, exist_ok=True)
+    stage.end_in_order_when_interrupted()
     try:
         with contextlib.ExitStack() as stack:
             walk(Tour(options, stack))
     except stage.StageError as error:
         print(f"The walk ended early: {error}", file=sys.stderr)
         return 1
+    except stage.Interrupted as interruption:
+        print("The walk was interrupted.", file=sys.stderr)
+        return 128 + interruption.args[0]
     print(f"Pictures: {options.pictures}")
     return 0
 
