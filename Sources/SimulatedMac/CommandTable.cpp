@@ -12,8 +12,8 @@ constexpr std::array<Command, 30> table{{
     {"help", "", "this list", runHelp},
     {"state", "", "everything that moves, in one line of name=value pairs", runState},
     {"show", "", "the same for people: fans and temperatures as a table", runShow},
-    {"heat", "host | WATTS [GRAPHICS] | course FILE",
-     "follow this computer's load, a constant power, or a recorded course (lines of SECONDS WATTS "
+    {"heat", "host | LOAD% | WATTS [GRAPHICS] | course FILE",
+     "follow this computer's load, a constant load or power, or a recorded course (lines of SECONDS WATTS "
      "[GRAPHICS])",
      runHeat},
     {"speed", "N", "let simulated time run N times as fast as real time; 0 makes it stand still", runSpeed},

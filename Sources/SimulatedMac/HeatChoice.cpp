@@ -39,6 +39,16 @@ std::unique_ptr<HeatSource> makeHeatSource(std::span<const std::string_view> wor
         return std::make_unique<HostHeat>(model.idle, Heat{.processorWatts = model.powers.processorWatts,
                                                            .graphicsWatts = model.powers.graphicsWatts});
     }
+    if (words.size() == 1 && words[0].ends_with('%')) {
+        const auto percent = parseNumber(words[0].substr(0, words[0].size() - 1));
+        if (!percent || *percent < 0 || *percent > 100) {
+            error = "a load lies between 0% and 100%";
+            return nullptr;
+        }
+        return std::make_unique<ConstantHeat>(heatOfLoad(
+            *percent / 100, model.idle,
+            {.processorWatts = model.powers.processorWatts, .graphicsWatts = model.powers.graphicsWatts}));
+    }
     if (words.size() == 2 && words[0] == "course") {
         const auto text = readTextFile(std::string(words[1]));
         auto points = text ? parseCourse(*text, error) : std::vector<CoursePoint>();
@@ -51,7 +61,7 @@ std::unique_ptr<HeatSource> makeHeatSource(std::span<const std::string_view> wor
     const auto processor = words.empty() ? std::nullopt : parseNumber(words[0]);
     const auto graphics = words.size() > 1 ? parseNumber(words[1]) : std::optional(model.idle.graphicsWatts);
     if (words.size() > 2 || !processor || !graphics || *processor < 0 || *graphics < 0) {
-        error = "expected host, WATTS [GRAPHICS-WATTS] or course FILE";
+        error = "expected host, LOAD%, WATTS [GRAPHICS-WATTS] or course FILE";
         return nullptr;
     }
     return std::make_unique<ConstantHeat>(Heat{.processorWatts = *processor, .graphicsWatts = *graphics});

@@ -13,8 +13,8 @@
 
 namespace simulated {
 
-// "host", "WATTS", "WATTS GRAPHICS-WATTS" or "course FILE". Null when the words name no source or the file
-// holds no course; `error` says why.
+// "host", "LOAD%" (of the processor, what the machine needs at that load), "WATTS", "WATTS GRAPHICS-WATTS" or
+// "course FILE". Null when the words name no source or the file holds no course; `error` says why.
 [[nodiscard]] std::unique_ptr<HeatSource> makeHeatSource(std::span<const std::string_view> words,
                                                          const Mac& mac, std::string& error);
 

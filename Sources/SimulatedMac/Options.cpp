@@ -17,8 +17,9 @@ constexpr std::string_view introduction =
 
   --machine NAME   the Mac to simulate (usually MacBookPro11,4); --list names them all
   --heat SOURCE    what warms it: "host" (usually) follows the processor load of this
-                   computer, a number is so many watts all the time ("20", or "20 5" with
-                   5 W of graphics), "course FILE" plays a file of lines SECONDS WATTS [GRAPHICS]
+                   computer, "50%" is half of its own all the time, a number is so many watts
+                   ("20", or "20 5" with 5 W of graphics), "course FILE" plays a file of lines
+                   SECONDS WATTS [GRAPHICS]
   --speed N        simulated time runs N times as fast as real time; 0 lets it stand still
   --script FILE    run the commands in this file; they run beside those typed in
   --write-log FILE append a line for every write that reaches the SMC

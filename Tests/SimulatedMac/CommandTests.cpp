@@ -177,9 +177,20 @@ TEST_F(Commands, ConstantHeatWarmsTheMachine) {
     EXPECT_EQ(run("heat host"), "ok host");
     EXPECT_EQ(stateOf("heat"), "host");
     for (const char* wrong :
-         {"heat", "heat warm", "heat -3", "heat 1 2 3", "heat course", "heat course /nowhere"}) {
+         {"heat", "heat warm", "heat -3", "heat 1 2 3", "heat course", "heat course /nowhere", "heat %",
+          "heat 101%", "heat -1%", "heat 5%%", "heat 5 %", "heat nan%"}) {
         EXPECT_TRUE(run(wrong).starts_with("error:")) << wrong;
     }
+}
+
+TEST_F(Commands, ALoadIsWhatTheMachineItselfNeedsForIt) {
+    EXPECT_EQ(run("heat 0%"), "ok constant");
+    EXPECT_NEAR(std::stod(stateOf("watts")), harness.mac.model().idle.processorWatts, 0.06);
+    EXPECT_EQ(run("heat 100%"), "ok constant");
+    EXPECT_NEAR(std::stod(stateOf("watts")), harness.mac.model().powers.processorWatts, 0.06);
+    run("heat 50%");
+    EXPECT_GT(std::stod(stateOf("watts")), 0.5 * harness.mac.model().powers.processorWatts);
+    EXPECT_LT(std::stod(stateOf("watts")), harness.mac.model().powers.processorWatts);
 }
 
 TEST_F(Commands, ACourseIsReadFromItsFile) {
