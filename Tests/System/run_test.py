@@ -1,0 +1,173 @@
+"""The command that a person tries first: ./run, by an ordinary user, to its end and broken off."""
+
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import unittest
+
+import stage
+from helper_stage import BUILD, processes
+
+# An account that exists nowhere and owns nothing but its copy of the project.
+SOMEBODY = 54321
+WALK_SECONDS = 160
+FIRST_LINE = "first start: Fenwhirl introduces itself"
+
+
+class Run(unittest.TestCase):
+    def setUp(self):
+        # Not below /run, which the private world of the command replaces by its own.
+        self.checkout = pathlib.Path(tempfile.mkdtemp(prefix="fenwhirl-"))
+        self.addCleanup(shutil.rmtree, self.checkout)
+        shutil.copy(stage.ROOT / "run", self.checkout)
+        for part in ("Packaging/Linux", "Tests/System"):
+            shutil.copytree(stage.ROOT / part, self.checkout / part, ignore=shutil.ignore_patterns("__pycache__"))
+        self.identity = {}
+        if stage.can_become(SOMEBODY):
+            self.identity = {"user": SOMEBODY, "group": SOMEBODY, "extra_groups": []}
+            for folder, _, files in os.walk(self.checkout):
+                for name in (".", *files):
+                    os.chown(pathlib.Path(folder) / name, SOMEBODY, SOMEBODY)
+        self.before = self.running()
+
+    def start(self, *arguments, **environment):
+        """Starts the command as a terminal does: in a process group of its own."""
+        settings = {name: value for name, value in os.environ.items()
+                    if name not in ("DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "DBUS_SESSION_BUS_ADDRESS")}
+        run = stage.Process([self.checkout / "run", "--built", BUILD, *arguments], start_new_session=True,
+                            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                            env={**settings, "HOME": "/nonexistent", **environment}, **self.identity)
+        self.addCleanup(run.__exit__)
+        run.lines = stage.Lines(run.child.stdout)
+        return run
+
+    @staticmethod
+    def wait_for_line(run, text, seconds=stage.PATIENCE_SECONDS):
+        while text not in (line := run.lines.next(seconds)):
+            pass
+        return line
+
+    def rest(self, run, seconds=stage.PATIENCE_SECONDS):
+        """What it still says, and its status."""
+        said = []
+        try:
+            while True:
+                said.append(run.lines.next(seconds))
+        except stage.StageError:
+            pass  # the end
+        return said, run.child.wait(stage.PATIENCE_SECONDS)
+
+    @staticmethod
+    def running():
+        return {(number, name) for number, _, name in processes()}
+
+    def assert_nothing_is_left(self):
+        self.assertEqual(self.running() - self.before, set())
+
+
+class TheWalk(Run):
+    def test_an_ordinary_user_sees_the_whole_road_and_nothing_is_left_behind(self):
+        if not self.identity:
+            self.skipTest("needs real root, to give up its rights for an ordinary user's")
+        outside = {place: set(os.listdir(place)) for place in ("/run", "/Library")}
+        said, status = self.rest(self.start(), WALK_SECONDS)
+        self.assertEqual(status, 0, said)
+        for step in (FIRST_LINE, "the helper is installed (privately)", 'the preset "Jeu" is chosen',
+                     "the fans follow", "Fenwhirl ends: the fans are handed back"):
+            self.assertTrue(any(step in line for line in said), (step, said))
+        self.assertTrue(any("manual" in line for line in said))
+        self.assertNotIn("manual", [line for line in said if "handed back" in line][0])
+        self.assertEqual(said[-1], f"Pictures: {self.checkout}/build/tour")
+        for name in ("dashboard", "dashboard-game", "dashboard-after"):
+            picture = self.checkout / "build/tour" / f"{name}.png"
+            self.assertEqual(picture.read_bytes()[:8], b"\x89PNG\r\n\x1a\n")
+            self.assertEqual(picture.stat().st_uid, SOMEBODY)
+        self.assert_nothing_is_left()
+        self.assertEqual({place: set(os.listdir(place)) for place in outside}, outside)
+
+    def break_off(self, send, number):
+        run = self.start()
+        self.wait_for_line(run, FIRST_LINE, WALK_SECONDS)
+        self.assertGreater(len(self.running() - self.before), 5)
+        send(run.child.pid, number)
+        said, status = self.rest(run)
+        self.assertEqual((said, status), (["The walk was interrupted."], 128 + number))
+        self.assert_nothing_is_left()
+
+    def test_ctrl_c_ends_it_whole(self):
+        self.break_off(os.killpg, signal.SIGINT)
+
+    def test_a_wish_to_end_reaches_everything(self):
+        self.break_off(os.kill, signal.SIGTERM)
+
+    def test_the_end_of_the_terminal_ends_it_too(self):
+        self.break_off(os.killpg, signal.SIGHUP)
+
+    def test_a_kill_takes_everything_along(self):
+        run = self.start()
+        self.wait_for_line(run, FIRST_LINE, WALK_SECONDS)
+        run.stop(signal.SIGKILL)
+        stage.wait_until(lambda: not self.running() - self.before, lambda: f"all end: {self.running() - self.before}")
+
+
+class TheDemonstration(Run):
+    def start_on_a_display(self):
+        display = stage.Display()
+        self.addCleanup(display.__exit__)
+        display.start_window_manager()
+        self.before = self.running()
+        run = self.start("--simulate", "--heat", "15", "--speed", "3", **display.environment())
+        search = ["xdotool", "search", "--onlyvisible", "--name", "^Fenwhirl$"]
+        stage.wait_until(lambda: subprocess.run(search, check=False, capture_output=True,
+                                                env={**os.environ, **display.environment()}).stdout,
+                         "the window is shown", WALK_SECONDS)
+        return run
+
+    def check_end(self, send, number):
+        run = self.start_on_a_display()
+        run.child.stdin.write(b"state\n")
+        run.child.stdin.flush()
+        self.assertIn("fan0=", self.wait_for_line(run, "fan0="))
+        send(run.child.pid, number)
+        _, status = self.rest(run)
+        self.assertEqual(status, 0)  # Fenwhirl was asked to end, and did
+        self.assert_nothing_is_left()
+
+    def test_ctrl_c_ends_it(self):
+        self.check_end(os.killpg, signal.SIGINT)
+
+    def test_a_wish_to_end_ends_it(self):
+        self.check_end(os.kill, signal.SIGTERM)
+
+
+class TheOptions(Run):
+    def answer(self, *arguments):
+        return self.rest(self.start(*arguments))
+
+    def test_help_tells_them(self):
+        said, status = self.answer("--help")
+        self.assertEqual(status, 0)
+        for option in ("--machine NAME", "--heat SOURCE", "--speed N", "--tour", "--help"):
+            self.assertTrue(any(line.strip().startswith(option) for line in said), (option, said))
+
+    def test_the_machines_are_listed(self):
+        said, status = self.answer("--machine", "list")
+        self.assertEqual(status, 0)
+        self.assertTrue(any(line.startswith("MacBookPro11,4 ") and line.endswith("(usual)") for line in said), said)
+        self.assertGreaterEqual(len(said), 13)
+
+    def test_wrong_ones_are_explained(self):
+        for arguments in (["--machine", "iMac99,9"], ["--machine"], ["--wrong"], ["word"], ["--tour", "nowhere"],
+                          ["--machine", "."], ["--machine", ""], ["--built", "/nowhere"]):
+            said, status = self.answer(*arguments)
+            self.assertEqual(status, 64, arguments)
+            self.assertEqual(len(said), 1)
+            self.assertRegex(said[0], r"^run: .*; --help explains$")
+        self.assert_nothing_is_left()
+
+
+if __name__ == "__main__":
+    unittest.main()
