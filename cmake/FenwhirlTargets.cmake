@@ -13,6 +13,17 @@ function(fenwhirl_library name)
     endif()
 endfunction()
 
+# What CTest gives every test: its patience, and the whole amount where hours are there for it (see Documentation/Testing.md).
+if(FENWHIRL_LONG_RUNS)
+    set(FENWHIRL_TEST_SECONDS 36000)
+    set(FENWHIRL_SYSTEM_TEST_SECONDS 36000)
+    set(FENWHIRL_TEST_ENVIRONMENT "FENWHIRL_LONG_RUNS=1")
+else()
+    set(FENWHIRL_TEST_SECONDS 120)
+    set(FENWHIRL_SYSTEM_TEST_SECONDS 180)
+    set(FENWHIRL_TEST_ENVIRONMENT "")
+endif()
+
 # fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library…): a GoogleTest program; each of its tests is one test of CTest.
 # A test program that needs its own main (for a QCoreApplication) lists FenwhirlTestMain instead of relying on GoogleTest's.
 function(fenwhirl_test name)
@@ -32,7 +43,8 @@ function(fenwhirl_test name)
     endif()
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     if(NOT CMAKE_CROSSCOMPILING)
-        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES TIMEOUT 120)
+        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES
+            TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
     endif()
 endfunction()
 

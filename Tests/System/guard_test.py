@@ -11,7 +11,7 @@ import time
 import unittest
 
 from helper_stage import BUILD, HELPER, NOBODY, HelperTest, Probe, is_running, processes
-from stage import wait_until
+from stage import rounds, wait_until
 
 GONE_SECONDS = 10
 
@@ -104,9 +104,9 @@ class AfterAKill(GuardTest):
 
         self.check_that_nothing_is_run(without_the_bit)
 
-    def test_fifty_kills_at_random_moments(self):
+    def test_kills_at_random_moments(self):
         chance = random.Random(20)
-        for _ in range(50):
+        for _ in range(rounds(50, 500)):
             guard = self.watch()
             self.probe.tell(f"background set 0 {chance.randrange(2200, 5000)}")
             time.sleep(chance.random() * 0.02)
@@ -172,7 +172,7 @@ class WhileTheApplicationLives(GuardTest):
         os.kill(helper, signal.SIGKILL)
 
     def test_an_end_in_order_runs_nothing(self):
-        for _ in range(20):
+        for _ in range(rounds(20, 100)):
             guard = self.watch()
             self.assertEqual(self.probe.tell("finish"), "yes")
             self.assertEqual(self.probe.end(), 0)
@@ -198,21 +198,19 @@ class InACrash(GuardTest):
         self.assertEqual(self.mode(1), "manual", how)
 
     def test_the_dying_process_hands_the_fans_back(self):
-        for how, number in (("write", signal.SIGSEGV), ("overflow", signal.SIGSEGV), ("thread", signal.SIGSEGV),
-                            ("abort", signal.SIGABRT)):
-            self.check(how, number)
-            self.probe = self.start_probe()
-
-    def test_ten_times_each(self):
-        for _ in range(10):
-            for how, number in (("write", signal.SIGSEGV), ("abort", signal.SIGABRT)):
+        for _ in range(rounds(10, 100)):
+            for how, number in (("write", signal.SIGSEGV), ("overflow", signal.SIGSEGV), ("thread", signal.SIGSEGV),
+                                ("abort", signal.SIGABRT)):
                 self.check(how, number)
                 self.probe = self.start_probe()
 
     def test_the_signal_from_outside_counts_too(self):
-        self.watch()
-        self.assertEqual(self.probe.stop(signal.SIGSEGV), -signal.SIGSEGV)
-        self.assertEqual(self.mode(0), "automatic")
+        for _ in range(rounds(1, 100)):
+            for number in (signal.SIGSEGV, signal.SIGBUS, signal.SIGILL, signal.SIGFPE, signal.SIGABRT):
+                self.watch()
+                self.assertEqual(self.probe.stop(number), -number)
+                self.assertEqual((self.mode(0), self.mode(1)), ("automatic", "manual"), number)
+                self.probe = self.start_probe()
 
     def test_a_set_of_another_thread_is_waited_for(self):
         self.watch()

@@ -14,8 +14,9 @@ import time
 import unittest
 
 from helper_stage import HELPER, NOBODY, STATUSES, WRITABLE_KEYS, HelperTest
+from stage import rounds
 
-STARTS = 2000
+STARTS = rounds(2000, 20000)
 SEED = None
 
 WORDS = [b"version", b"set", b"auto", b"bogus", b"", b"0", b"1", b"2", b"-1", b"+1", b"+-1", b"65535", b"65536", b"007",

@@ -154,8 +154,8 @@ def lay_out_probe(folder):
     return executable
 
 
-def processes():
-    """Every process: its number, its parent's, its name; without those that have ended."""
+def processes(zombies=False):
+    """Every process: its number, its parent's, its name; without those that have ended, but for `zombies`."""
     for entry in os.listdir("/proc"):
         if not entry.isdigit():
             continue
@@ -165,7 +165,7 @@ def processes():
         except OSError:
             continue
         name, rest = text[text.index("(") + 1:text.rindex(")")], text[text.rindex(")") + 2:].split()
-        if rest[0] not in "ZX":
+        if zombies or rest[0] not in "ZX":
             yield int(entry), int(rest[1]), name
 
 

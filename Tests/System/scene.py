@@ -4,6 +4,7 @@ import contextlib
 import os
 import pathlib
 import re
+import time
 import unittest
 
 import stage
@@ -49,6 +50,10 @@ class Scene:
     def __exit__(self, *_):
         self.stack.close()
 
+    def start_again(self):
+        """Starts Fenwhirl anew; it knows everything from its preferences, and shows no window at first."""
+        self.application = self.stack.enter_context(stage.Application(self.build))
+
     # --- What the person does ---
 
     def choose_preset(self, title):
@@ -80,6 +85,12 @@ class Scene:
         return None
 
     # --- What the machine knows ---
+
+    def wait_for_modes(self, mode, what, seconds=stage.PATIENCE_SECONDS):
+        """Waits until both fans are "automatic" or "manual", and returns how long that took."""
+        begin = time.monotonic()
+        stage.wait_until(lambda: self.fan(0)[2] == mode and self.fan(1)[2] == mode, what, seconds, 0.01)
+        return time.monotonic() - begin
 
     def keys(self, prefix):
         return [match.group(1) for match in (re.search(rf"\b({prefix}\S{{3}})\b", line)

@@ -21,6 +21,11 @@ HELPER = pathlib.Path("/Library/PrivilegedHelperTools/FenwhirlHelper")
 PATIENCE_SECONDS = 20.0  # for what ought to happen at once; loaded machines are slow
 
 
+def rounds(sample, whole):
+    """How much of a test of endurance is run: a sample with every change, the whole when hours are there for it."""
+    return whole if "FENWHIRL_LONG_RUNS" in os.environ else sample
+
+
 class StageError(Exception):
     """Something on the stage did not happen."""
 

@@ -1,4 +1,5 @@
 #include "MonitorHarness.h"
+#include "Support/Volume.h"
 
 #include <QSignalSpy>
 
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <random>
+#include <thread>
 
 namespace {
 
@@ -152,7 +154,12 @@ TEST_F(MonitorQuit, FansOfAPollThatIsNotPublishedYetAreHandedBack) {
 
 TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
     std::mt19937 generator(3);
-    for (int round = 0; round < 500; ++round) {
+    std::atomic<int> helperMicroseconds = 0;
+    helper.onRun = [&](const auto&) {
+        std::this_thread::sleep_for(std::chrono::microseconds(helperMicroseconds));
+    };
+    for (int round = 0; round < rounds(500, 20'000); ++round) {
+        helperMicroseconds = static_cast<int>(generator() % 3 * (generator() % 500));
         start();
         monitor().setSetting(0, curve(40, 80));
         monitor().setSetting(1, constant(3000));
@@ -162,6 +169,8 @@ TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
         }
         if (generator() % 2 == 0) {
             poll();
+        } else {
+            std::this_thread::sleep_for(std::chrono::microseconds(generator() % 1000));
         }
         monitor().restoreAutomaticBlocking();
         const auto state = endState(helper.takeRuns());

@@ -1,9 +1,10 @@
-// A simulated day: the real monitor polls every two seconds of it, while temperatures wander, sensors and
+// Simulated days: the real monitor polls every two seconds of them, while temperatures wander, sensors and
 // fans come and go, the helper fails now and then, the computer sleeps and the user changes settings. A
 // second opinion says at every poll what the helper must have been told.
 
 #include "Fenwhirl/Monitoring/PollModel.h"
 #include "MonitorHarness.h"
+#include "Support/Volume.h"
 
 #include <algorithm>
 #include <fstream>
@@ -83,8 +84,9 @@ std::size_t residentBytes() {
 
 } // namespace
 
-TEST_F(MonitorSoak, DayOfPollsDoesWhatTheRulesSayAndKeepsItsMemory) {
+TEST_F(MonitorSoak, DaysOfPollsDoWhatTheRulesSayAndKeepTheirMemory) {
     constexpr int pollsOfADay = 24 * 60 * 30;
+    const int polls = rounds(1, 365) * pollsOfADay;
     std::mt19937 generator(365);
     start();
     PollModel model;
@@ -92,7 +94,7 @@ TEST_F(MonitorSoak, DayOfPollsDoesWhatTheRulesSayAndKeepsItsMemory) {
     helper.forgetRuns();
     std::size_t residentAtFirst = 0;
     int runs = 0;
-    for (int i = 0; i < pollsOfADay; ++i) {
+    for (int i = 0; i < polls; ++i) {
         smc.requests.clear();
         disturb(generator);
         poll();

@@ -1,0 +1,97 @@
+"""The application's side of the helper over a long time, and while the system fails it."""
+
+import os
+import re
+import signal
+import tempfile
+import unittest
+
+from helper_stage import NOBODY, HelperTest, Probe, processes
+from stage import StageError, rounds
+
+FAULTS = ("EIO", "ENOMEM", "EMFILE", "EINTR")
+
+
+class TheClient(HelperTest):
+    def probe(self, **options):
+        probe = Probe(NOBODY, **options)
+        self.addCleanup(probe.__exit__)
+        return probe
+
+    @staticmethod
+    def resident_kilobytes(pid):
+        with open(f"/proc/{pid}/status", encoding="ascii", errors="replace") as file:
+            return int(re.search(r"VmRSS:\s+(\d+)", file.read()).group(1))
+
+    def test_a_day_of_helper_runs_costs_neither_memory_nor_descriptors_nor_children(self):
+        """Two fans, each sent every ten seconds: 17 280 runs."""
+        probe = self.probe()
+        at_first = None
+        for number in range(rounds(300, 17280)):
+            speed = 2200 + number // 2 % 20 * 100
+            self.assertEqual(probe.tell(f"run set {number % 2} {speed}"), "yes")
+            if number == 100:
+                at_first = self.resident_kilobytes(probe.pid), set(os.listdir(f"/proc/{probe.pid}/fd"))
+        self.assertLess(self.resident_kilobytes(probe.pid), at_first[0] + 1024)
+        self.assertEqual(set(os.listdir(f"/proc/{probe.pid}/fd")), at_first[1])
+        self.assertEqual([name for _, parent, name in processes(zombies=True) if parent == probe.pid], [])
+        self.assertEqual(self.value("FS!"), 3)
+
+    def traced(self, trace, *injection):
+        options = [f"--inject={each}" for each in injection]
+        return self.probe(launcher=["strace", "-o", trace, *options], env={})
+
+    def test_each_system_call_of_a_run_may_fail(self):
+        self.torture("run set 0 2400", r"yes|no")
+
+    def test_each_system_call_of_a_run_for_its_output_may_fail(self):
+        # So many bytes: nothing, the version, or the text that it could not be started.
+        self.torture("output version", r"0|2|\d\d")
+
+    def torture(self, request, answers):
+        with tempfile.NamedTemporaryFile() as trace:
+            os.chmod(trace.name, 0o666)
+            probe = self.traced(trace.name)
+            answer = probe.tell(request)
+            probe.end()
+            lines = trace.read().decode("utf-8", "replace").splitlines()
+        names = [found.group(1) if (found := re.match(r"([a-z_0-9]+)\(", line)) else "" for line in lines]
+        ready = next(index for index, line in enumerate(lines) if line.startswith('write(1, "ready '))
+        first = next(index for index, line in enumerate(lines) if index > ready and line.startswith("read(0, "))
+        last = next(index for index, line in enumerate(lines) if index > first and line.startswith(f'write(1, "{answer}'))
+        tried = set()
+        for position in range(first + 1, last):
+            name = names[position]
+            # The kernel's brk has no error to return, and its close has closed whatever it returns; a made-up failure of
+            # close has not, and whoever then waits for the end of that pipe waits for good reason.
+            if not name or name in ("brk", "close"):
+                continue
+            when = names[:position + 1].count(name)
+            tried.add(name)
+            for error in FAULTS:
+                with self.subTest(call=name, when=when, error=error):
+                    probe = self.traced("/dev/null", f"{name}:error={error}:when={when}")
+                    try:
+                        said = probe.tell(request)
+                    except StageError:
+                        self.fail("the application did not survive")
+                    self.assertRegex(said, rf"\A({answers})\Z")
+                    self.assertEqual(probe.tell("run auto"), "yes")
+                    self.assert_automatic()
+                    self.assertEqual(probe.end(), 0)
+        self.assertTrue({"wait4", "waitid"} & tried, tried)
+        self.assertTrue({"clone3", "clone", "vfork"} & tried, tried)
+
+    def test_a_run_survives_every_signal_that_is_meant_for_others(self):
+        probe = self.probe()
+        self.mac.tell("delay 20")
+        probe.child.stdin.write(b"run set 0 2400\n")
+        probe.child.stdin.flush()
+        for _ in range(50):
+            os.kill(probe.pid, signal.SIGCHLD)
+            os.kill(probe.pid, signal.SIGWINCH)
+        self.assertEqual(probe.lines.next(), "yes")
+
+
+if __name__ == "__main__":
+    unittest.main()
