@@ -32,7 +32,7 @@ function(fenwhirl_test name)
     if(arg_QT_MAIN)
         target_link_libraries(${name} PRIVATE FenwhirlTestMain)
     elseif(NOT arg_OWN_MAIN)
-        target_link_libraries(${name} PRIVATE GTest::gtest_main)
+        target_link_libraries(${name} PRIVATE FenwhirlPlainTestMain)
     endif()
     target_link_libraries(${name} PRIVATE FenwhirlFlags GTest::gtest GTest::gmock ${arg_LINK})
     # Tests include their own support headers by the path from Tests/.
@@ -45,6 +45,9 @@ function(fenwhirl_test name)
     if(NOT CMAKE_CROSSCOMPILING)
         gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES
             TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
+        if(NOT arg_OWN_MAIN) # those draw, under a locale of their own choice
+            fenwhirl_test_under_locales(${name})
+        endif()
     endif()
 endfunction()
 

@@ -1,8 +1,9 @@
 #include "FenwhirlCore/NumberText.h"
 
+#include "Support/TestLocale.h"
+
 #include <array>
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <gtest/gtest.h>
@@ -19,6 +20,7 @@ using NumberText::wholeOrQuestionMark;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 std::string byTheCLibrary(double value) {
+    const InCLocale plain;
     std::array<char, 400> text{};
     std::snprintf(text.data(), text.size(), "%.2f", value);
     return text.data();

@@ -1,5 +1,7 @@
 #include "FenwhirlCore/RecordedTable.h"
 
+#include "Support/TestLocale.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -16,6 +18,7 @@ std::string characters(const std::string& hex) {
 }
 
 std::string withTwoDecimals(double number) {
+    const InCLocale plain;
     char text[64] = {};
     std::snprintf(text, sizeof(text), "%.2f", number);
     return text;

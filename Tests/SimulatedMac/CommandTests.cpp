@@ -2,6 +2,7 @@
 #include "SimulatedMac/Commands.h"
 #include "SimulatedMac/MacHarness.h"
 #include "SimulatedMac/Options.h"
+#include "SimulatedMac/TextParsing.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -37,6 +38,8 @@ struct Commands : testing::Test {
         const std::size_t from = begin + name.size() + 2;
         return line.substr(from, line.find(' ', from) - from);
     }
+
+    double numberOf(const std::string& name) { return parseNumber(stateOf(name)).value(); }
 };
 
 bool endsClearly(const std::string& answer) {
@@ -172,7 +175,7 @@ TEST_F(Commands, KeysListsByPrefixInTheSMCsOrder) {
 TEST_F(Commands, ConstantHeatWarmsTheMachine) {
     EXPECT_EQ(run("heat 47"), "ok constant");
     EXPECT_EQ(run("advance 300"), "ok time=300.000");
-    EXPECT_GT(std::stod(stateOf("die")), 80);
+    EXPECT_GT(numberOf("die"), 80);
     EXPECT_EQ(stateOf("watts"), "47.0");
     EXPECT_EQ(run("heat host"), "ok host");
     EXPECT_EQ(stateOf("heat"), "host");
@@ -185,12 +188,12 @@ TEST_F(Commands, ConstantHeatWarmsTheMachine) {
 
 TEST_F(Commands, ALoadIsWhatTheMachineItselfNeedsForIt) {
     EXPECT_EQ(run("heat 0%"), "ok constant");
-    EXPECT_NEAR(std::stod(stateOf("watts")), harness.mac.model().idle.processorWatts, 0.06);
+    EXPECT_NEAR(numberOf("watts"), harness.mac.model().idle.processorWatts, 0.06);
     EXPECT_EQ(run("heat 100%"), "ok constant");
-    EXPECT_NEAR(std::stod(stateOf("watts")), harness.mac.model().powers.processorWatts, 0.06);
+    EXPECT_NEAR(numberOf("watts"), harness.mac.model().powers.processorWatts, 0.06);
     run("heat 50%");
-    EXPECT_GT(std::stod(stateOf("watts")), 0.5 * harness.mac.model().powers.processorWatts);
-    EXPECT_LT(std::stod(stateOf("watts")), harness.mac.model().powers.processorWatts);
+    EXPECT_GT(numberOf("watts"), 0.5 * harness.mac.model().powers.processorWatts);
+    EXPECT_LT(numberOf("watts"), harness.mac.model().powers.processorWatts);
 }
 
 TEST_F(Commands, ACourseIsReadFromItsFile) {

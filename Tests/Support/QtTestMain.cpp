@@ -1,3 +1,5 @@
+#include "Support/TestLocale.h"
+
 #include <QCoreApplication>
 
 #include <gmock/gmock.h>
@@ -5,5 +7,5 @@
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     const QCoreApplication application(argc, argv);
-    return RUN_ALL_TESTS();
+    return adoptLocale() ? RUN_ALL_TESTS() : 1;
 }

@@ -47,10 +47,11 @@ TEST_F(FanSummary, StatusItemLeavesOutWhatIsUnknown) {
 }
 
 TEST_F(FanSummary, StatusItemShowsZeroForSpeedsThatAreNoNumbers) {
+    const QString nought = QLocale::system().toString(0);
     EXPECT_EQ(statusItemText(fansAt({std::numeric_limits<double>::quiet_NaN(), 2000}), 50),
-              QStringLiteral("0 tr/min · 50 °C"));
+              nought + QStringLiteral(" tr/min · 50 °C"));
     EXPECT_EQ(statusItemText(fansAt({std::numeric_limits<double>::infinity()}), 50),
-              QStringLiteral("0 tr/min · 50 °C"));
+              nought + QStringLiteral(" tr/min · 50 °C"));
 }
 
 TEST_F(FanSummary, OneFanNeedsNoNumber) {

@@ -1,0 +1,35 @@
+# Locales that every test program is run under once more: with commas in numbers, with letters that change case in their own
+# way, with other digits. Made in the build folder, so that the computer need not have them.
+set(FENWHIRL_TEST_LOCALES fr_FR.UTF-8)
+if(FENWHIRL_LONG_RUNS)
+    list(APPEND FENWHIRL_TEST_LOCALES tr_TR.UTF-8 ar_EG.UTF-8)
+endif()
+set(FENWHIRL_LOCALE_FOLDER "${CMAKE_BINARY_DIR}/locales")
+
+find_program(FENWHIRL_LOCALEDEF localedef PATHS /usr/bin /usr/sbin)
+foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
+    if(APPLE OR NOT FENWHIRL_LOCALEDEF OR EXISTS "${FENWHIRL_LOCALE_FOLDER}/${locale}")
+        continue() # the system has its own; or the tests say that there is none
+    endif()
+    file(MAKE_DIRECTORY "${FENWHIRL_LOCALE_FOLDER}")
+    string(REGEX REPLACE "\\..*" "" language "${locale}")
+    execute_process(COMMAND "${FENWHIRL_LOCALEDEF}" --no-archive -i "${language}" -f UTF-8 "${FENWHIRL_LOCALE_FOLDER}/${locale}"
+        RESULT_VARIABLE failure ERROR_VARIABLE reason OUTPUT_QUIET)
+    if(failure)
+        message(WARNING "The locale ${locale} could not be made (package locales): ${reason}")
+    endif()
+endforeach()
+
+# fenwhirl_test_under_locales(NAME): one more test for each locale, the whole program in one go.
+function(fenwhirl_test_under_locales name)
+    foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
+        set(environment "LC_ALL=${locale}" ${FENWHIRL_TEST_ENVIRONMENT})
+        if(EXISTS "${FENWHIRL_LOCALE_FOLDER}/${locale}")
+            list(APPEND environment "LOCPATH=${FENWHIRL_LOCALE_FOLDER}")
+        endif()
+        string(REGEX REPLACE "\\..*" "" language "${locale}")
+        add_test(NAME "${name}.Under.${language}" COMMAND ${name} --gtest_brief=1)
+        set_tests_properties("${name}.Under.${language}" PROPERTIES
+            ENVIRONMENT "${environment}" TIMEOUT ${FENWHIRL_TEST_SECONDS})
+    endforeach()
+endfunction()
