@@ -50,9 +50,14 @@ class Scene:
     def __exit__(self, *_):
         self.stack.close()
 
-    def start_again(self):
-        """Starts Fenwhirl anew; it knows everything from its preferences, and shows no window at first."""
+    def start_again(self, showing=False):
+        """Starts Fenwhirl anew; it knows everything from its preferences, and shows no window before it is asked to."""
         self.application = self.stack.enter_context(stage.Application(self.build))
+        if showing:
+            stage.wait_until(self.screen.root, "it is there")
+            with stage.Application(self.build) as second:
+                second.child.wait(stage.PATIENCE_SECONDS)
+            self.screen.wait_for("Tableau de bord")
 
     # --- What the person does ---
 

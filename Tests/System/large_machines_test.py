@@ -1,0 +1,80 @@
+"""Machines that claim more keys and fans than any has: what is asked of them ends in time, and the window stays awake."""
+
+import re
+import time
+import unittest
+
+import stage
+from helper_stage import HelperTest
+from scene import Scene
+
+
+def requests(mac):
+    return int(re.search(r"requests=(\d+)", mac.tell("state")[-1]).group(1))
+
+
+class TheWindow(unittest.TestCase):
+    def seconds_for(self, mac, count):
+        """How long the controller is asked so many things, from the first of them on."""
+        begin = requests(mac)
+        stage.wait_until(lambda: requests(mac) > begin, "it is asked something", interval_seconds=0.01)
+        start = time.monotonic()
+        mac.tell(f"await requests {begin + count} within 30")
+        return time.monotonic() - start
+
+    def test_sixty_five_thousand_keys_are_walked_in_five_seconds(self):
+        with Scene(speed=0) as scene:
+            scene.application.stop()
+            scene.mac.tell("pin #KEY 0000FFFF")
+            scene.start_again()
+            self.assertLess(self.seconds_for(scene.mac, 65535), 5)
+
+    def test_a_walk_without_end_holds_up_neither_window_nor_end_nor_helper(self):
+        with Scene(speed=0) as scene:
+            scene.mac.tell("pin #KEY FFFFFFFF")
+            scene.application.stop()
+            scene.start_again(showing=True)
+            before = requests(scene.mac)
+            stage.wait_until(lambda: requests(scene.mac) > before + 2000, "the walk is under way")
+            self.assertFalse(scene.shown_speeds())
+            begin = time.monotonic()
+            scene.open_page("Alertes")
+            scene.screen.wait_for("Alertes", "heading")
+            self.assertLess(time.monotonic() - begin, 5)
+            begin = time.monotonic()
+            self.assertEqual(scene.application.stop(), 0)
+            self.assertLess(time.monotonic() - begin, 5)
+
+    def test_sixty_five_thousand_fans_are_read_in_five_seconds(self):
+        with Scene(speed=0) as scene:
+            scene.mac.tell("define FNum ui32 4 80 0000FFFF")
+            stage.wait_until(lambda: len(scene.shown_speeds()) >= 2, "the two that there are stay on the screen")
+            self.assertLess(self.seconds_for(scene.mac, 65535), 5)
+
+
+class TheHelper(HelperTest):
+    machine = "AppleSilicon"
+
+    def timed(self, *arguments):
+        begin = time.monotonic()
+        self.assertEqual(self.helper(*arguments).returncode, 0)
+        return time.monotonic() - begin
+
+    def test_hands_two_hundred_and_fifty_five_fans_back_in_thirty_seconds(self):
+        self.mac.tell("define FNum ui8 1 80 FF")
+        self.assertLess(self.timed("auto"), 30)
+        self.mac.tell("define FNum ui8 1 80 02")
+        self.assertEqual(self.helper("set", "1", "3000").returncode, 0)
+        self.mac.tell("define FNum ui8 1 80 FF")
+        self.assertLess(self.timed("auto"), 30)
+        self.mac.tell("define FNum ui8 1 80 02")
+        self.assert_automatic()
+
+    def test_sets_a_fan_as_quickly_however_many_keys_there_are(self):
+        self.mac.tell("pin #KEY FFFFFFFF")
+        self.assertLess(self.timed("set", "0", "3000"), 5)
+        self.assertLess(self.timed("auto"), 5)
+
+
+if __name__ == "__main__":
+    unittest.main()
