@@ -22,7 +22,7 @@ ScrollView {
             width: parent.width
 
             Column {
-                spacing: 16
+                spacing: 18
 
                 SettingRow {
                     note: qsTr("Une notification et un son se déclenchent au maximum une fois toutes les 5 minutes.")
@@ -41,21 +41,27 @@ ScrollView {
                     width: parent.width
                 }
 
-                SliderGroup {
-                    from: 60
-                    stepSize: 5
-                    text: root.preferences.alertText
-                    to: 100
-                    value: root.preferences.alertThreshold
+                Column {
+                    spacing: 20
                     width: parent.width
 
-                    onMoved: value => root.preferences.alertThreshold = value
-                }
+                    SliderGroup {
+                        from: 60
+                        spacing: 8
+                        stepSize: 5
+                        text: root.preferences.alertText
+                        to: 100
+                        value: root.preferences.alertThreshold
+                        width: parent.width
 
-                NeutralButton {
-                    text: qsTr("Tester l'alerte")
+                        onMoved: value => root.preferences.alertThreshold = value
+                    }
 
-                    onClicked: root.preferences.testAlert()
+                    NeutralButton {
+                        text: qsTr("Tester l'alerte")
+
+                        onClicked: root.preferences.testAlert()
+                    }
                 }
             }
         }

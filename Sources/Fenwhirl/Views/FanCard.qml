@@ -56,6 +56,7 @@ Card {
 
             Label {
                 color: Theme.muted
+                line: 15
                 size: 12
                 text: qsTr("Mode")
                 width: parent.width

@@ -9,7 +9,7 @@ Card {
     required property SensorList sensors
 
     Column {
-        spacing: 8
+        spacing: 7
 
         Label {
             font.weight: Font.DemiBold

@@ -8,7 +8,7 @@ Column {
 
     required property MachineView machine
 
-    spacing: 4
+    spacing: 6
 
     Item {
         height: name.height

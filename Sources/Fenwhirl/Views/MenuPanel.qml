@@ -55,6 +55,7 @@ Window {
 
             Column {
                 id: temperatures
+                spacing: 8
                 visible: root.models.machine.panelSensors.count > 0
                 width: parent.width
 

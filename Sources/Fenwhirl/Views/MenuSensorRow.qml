@@ -11,7 +11,8 @@ Item {
 
     Accessible.name: name + " " + temperature
     Accessible.role: Accessible.ListItem
-    implicitHeight: value.implicitHeight
+    // Less than the large digits' own line, so that their height and not their leading sets the rows apart.
+    implicitHeight: 20
 
     ElidedLabel {
         Accessible.ignored: true
@@ -28,6 +29,7 @@ Item {
         id: value
         Accessible.ignored: true
         anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
         size: 18
         text: root.temperature
         weight: Font.Bold

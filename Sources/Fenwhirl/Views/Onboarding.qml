@@ -37,7 +37,7 @@ FocusScope {
         id: sheet
         anchors.centerIn: parent
         color: Theme.window
-        height: Math.max(424, content.implicitHeight + 40 + 24 + 8 + 20 + 34 + 28)
+        height: Math.max(424, 40 + content.implicitHeight + 20 + 8 + 20 + 34 + 28)
         radius: 16
         stroke: Theme.stroke
         width: 440
@@ -76,7 +76,7 @@ FocusScope {
                 wrapMode: Text.Wrap
             }
 
-            Item { height: 8; width: 1 }
+            Item { height: 9; width: 1 }
 
             Label {
                 anchors.horizontalCenter: parent.horizontalCenter
@@ -93,7 +93,7 @@ FocusScope {
                 wrapMode: Text.Wrap
             }
 
-            Item { height: 24; width: 1 }
+            Item { height: 23; width: 1 }
 
             OnboardingAction {
                 anchors.horizontalCenter: parent.horizontalCenter

@@ -30,10 +30,22 @@ Item {
         }
     }
 
-    Label {
+    Row {
         anchors.centerIn: parent
-        text: qsTr("Contrôle activé")
+        spacing: 8
         visible: root.step === 1 && root.control.installed
+
+        Symbol {
+            anchors.verticalCenter: parent.verticalCenter
+            color: Theme.good
+            height: 15
+            name: "checkmark"
+            width: 15
+        }
+
+        Label {
+            text: qsTr("Contrôle activé")
+        }
     }
 
     SecondaryButton {

@@ -9,8 +9,8 @@ ScrollView {
     id: root
 
     required property ViewModels models
-    readonly property real rowHeight: 18
-    readonly property real rowSpacing: 14
+    readonly property real rowHeight: 24
+    readonly property real rowSpacing: 8
 
     Column {
         spacing: 18

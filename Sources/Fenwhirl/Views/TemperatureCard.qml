@@ -41,7 +41,7 @@ Card {
         Row {
             anchors.right: parent.right
             anchors.verticalCenter: number.verticalCenter
-            spacing: 8
+            spacing: 6
             visible: root.machine.hasTemperature
 
             StatusDot {
@@ -52,6 +52,7 @@ Card {
 
             Label {
                 color: Theme.muted
+                size: 12
                 text: root.machine.statusDetail
             }
         }

@@ -115,7 +115,7 @@ Item {
     }
 
     Divider {
-        anchors.bottom: parent.bottom
+        anchors.top: parent.bottom
         visible: root.divider
         width: parent.width
     }

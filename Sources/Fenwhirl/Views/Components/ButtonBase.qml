@@ -9,7 +9,7 @@ Pressable {
     id: root
 
     property bool large: false
-    property real sidePadding: 14
+    property real sidePadding: large ? 17 : 14
     property color fill: Theme.well
     property color stroke: "transparent"
     property color hoverColor: Theme.hover

@@ -3,12 +3,13 @@ import Fenwhirl.Components
 
 // A plain text in one of the interface's sizes, with that size's line height.
 //   size    pixels, 13 unless given (30 26 22 18 15 14 13 12 11)
+//   line    height of a line, that of the size unless given
 //   text, color, font.weight, elide, wrapMode… as in Text. Never rich text. Long lines are cut at the right end.
 Text {
     id: root
 
     property int size: 13
-    readonly property real line: Theme.lineHeight(size)
+    property real line: Theme.lineHeight(size)
     readonly property bool wraps: wrapMode !== Text.NoWrap
     // Half the leading above the glyphs and half below, so that texts stand in the middle of their lines. A fixed line
     // height puts all of it below each line: there the glyphs are pushed down and the last line gives the rest back.

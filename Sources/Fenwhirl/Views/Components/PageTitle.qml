@@ -26,6 +26,7 @@ Column {
 
     Label {
         color: Theme.muted
+        line: 16
         text: root.subtitle
         visible: text.length > 0
         width: root.width

@@ -48,7 +48,7 @@ Item {
         }
 
         function test_theSubtitleStandsThreeBelowTheTitleAndTakesNoRoomWhenEmpty() {
-            compare(title.height, 32 + 3 + 18)
+            compare(title.height, 32 + 3 + 16)
             compare(lone.height, 32)
             compare(accessibility.name(title), "Tableau de bord")
         }
