@@ -1,0 +1,67 @@
+"""A desktop's place for status items: what a panel with a notification area does on the session bus, without the panel."""
+
+import threading
+
+
+class StatusHost:
+    """Welcomes status items (org.kde.StatusNotifierItem) and presses them.
+
+    The session bus is the one of the environment, so it must be set before. Answers come from a thread of its own.
+    """
+
+    WATCHER = "org.kde.StatusNotifierWatcher"
+    INTERFACE = """
+        <node><interface name="org.kde.StatusNotifierWatcher">
+            <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+            <method name="RegisterStatusNotifierHost"><arg type="s" direction="in"/></method>
+            <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+            <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+            <property name="ProtocolVersion" type="i" access="read"/>
+        </interface></node>"""
+
+    def __init__(self):
+        from gi.repository import Gio
+        from gi.repository import GLib
+        self.gio, self.glib = Gio, GLib
+        self.item = None
+        self.ready = threading.Event()
+        self.thread = threading.Thread(target=self.serve, daemon=True)
+
+    def serve(self):
+        context = self.glib.MainContext.new()
+        context.push_thread_default()
+        self.loop = self.glib.MainLoop.new(context, False)
+        self.bus = self.gio.bus_get_sync(self.gio.BusType.SESSION)
+        description = self.gio.DBusNodeInfo.new_for_xml(self.INTERFACE).interfaces[0]
+        self.bus.register_object("/StatusNotifierWatcher", description, self.called, self.asked, None)
+        self.gio.bus_own_name_on_connection(self.bus, self.WATCHER, self.gio.BusNameOwnerFlags.NONE,
+                                            lambda *_: self.ready.set(), None)
+        self.loop.run()
+        context.pop_thread_default()
+
+    def called(self, _bus, sender, _path, _interface, method, parameters, invocation):
+        if method == "RegisterStatusNotifierItem":
+            service = parameters.unpack()[0]
+            self.item = sender if service.startswith("/") else service
+        invocation.return_value(None)
+
+    def asked(self, _bus, _sender, _path, _interface, name):
+        return {
+            "RegisteredStatusNotifierItems": lambda: self.glib.Variant("as", [self.item] if self.item else []),
+            "IsStatusNotifierHostRegistered": lambda: self.glib.Variant("b", True),
+            "ProtocolVersion": lambda: self.glib.Variant("i", 0),
+        }[name]()
+
+    def press(self, x, y):
+        """Presses the item as if it stood at that place of the screen."""
+        self.bus.call_sync(self.item, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
+                           self.glib.Variant("(ii)", (x, y)), None, self.gio.DBusCallFlags.NONE, -1, None)
+
+    def __enter__(self):
+        self.thread.start()
+        self.ready.wait(20)
+        return self
+
+    def __exit__(self, *_):
+        self.loop.quit()
+        self.thread.join(20)

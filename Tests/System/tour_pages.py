@@ -1,0 +1,361 @@
+#!/usr/bin/python3
+"""Everything Fenwhirl can show, as pictures: pages, panel, introduction, dialogs, menus and troubles, dark and light.
+
+Runs inside Packaging/Linux/private-namespace. Every picture is the real program with a real helper before a simulated Mac;
+a screen reader's eyes and hands lead it there. The readings that are seen are held still, so that two tours can be
+compared picture by picture.
+"""
+
+import argparse
+import contextlib
+import hashlib
+import json
+import os
+import pathlib
+import shutil
+import socket
+import subprocess
+import sys
+import time
+
+import stage
+from pictured_mac import COOL, HOT, PicturedMac, Workload
+from status_host import StatusHost
+
+COMPUTER = "MacBook Pro de Camille"
+PREFERENCES = pathlib.Path("/run/home/.config/com.fenwhirl.app/preferences.json")
+SCALE = 2
+PAGES = {"dashboard": "Tableau de bord", "fans": "Ventilateurs", "sensors": "Capteurs", "apps": "Applications",
+         "presets": "Préréglages", "alerts": "Alertes", "settings": "Réglages"}
+
+
+class Tour:
+    """One appearance of the program, from the first start to the last trouble."""
+
+    def __init__(self, options, theme, host):
+        self.build = options.build
+        self.folder = options.pictures
+        self.only = options.only
+        self.theme = theme
+        self.host = host
+        self.screen = stage.Interface()
+        self.application = self.mac = None
+
+    # --- The program ---
+
+    @contextlib.contextmanager
+    def started(self, onboarded=True, **preferences):
+        """Fenwhirl with its window on the screen."""
+        PREFERENCES.parent.mkdir(parents=True, exist_ok=True)
+        PREFERENCES.write_text(json.dumps({"theme": self.theme, "didOnboard": onboarded, **preferences}), encoding="utf-8")
+        with stage.Application(self.build, scale=SCALE) as self.application:
+            if onboarded:
+                # It starts without a window; a second start brings that.
+                stage.wait_until(lambda: self.host.item, "the status item is there")
+                with stage.Application(self.build, scale=SCALE) as second:
+                    second.child.wait(stage.PATIENCE_SECONDS)
+            self.screen.wait_for("Tableau de bord")
+            yield
+            self.application.stop()
+            self.host.item = None
+
+    def windows(self):
+        """The windows on the screen, as (X11 name, width)."""
+        found = []
+        answer = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Fenwhirl$"],
+                                capture_output=True, text=True, check=False).stdout
+        for window in answer.split():
+            place = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window],
+                                   capture_output=True, text=True, check=False).stdout
+            sizes = dict(line.split("=") for line in place.splitlines())
+            if "WIDTH" in sizes:
+                found.append((window, int(sizes["WIDTH"])))
+        return found
+
+    def window(self, narrow=False):
+        """The main window, or the panel, which is narrow."""
+        fits = [window for window, width in self.windows() if (width <= 400 * SCALE) == narrow]
+        return fits[0] if fits else None
+
+    # --- Pictures ---
+
+    def picture(self, name, narrow=False):
+        """Saves what a window shows, as soon as it shows the same twice: then all motion has ended."""
+        file = self.folder / f"{name}-{self.theme}.png"
+        file.parent.mkdir(parents=True, exist_ok=True)
+        shot = before = None
+        end = time.monotonic() + stage.PATIENCE_SECONDS
+        while time.monotonic() < end:
+            window = self.window(narrow)
+            shot = window and subprocess.run(["import", "-window", window, "ppm:-"], capture_output=True, check=False).stdout
+            now = shot and hashlib.sha256(shot).digest()
+            if now and now == before:
+                break
+            before = now
+            time.sleep(0.2)
+        if not shot:
+            raise stage.StageError(f"there is no window for {file.name}")
+        subprocess.run(["convert", "ppm:-", file], input=shot, check=True)
+        print(f"  {file.relative_to(self.folder)}", flush=True)
+
+    def both_ends(self, name):
+        """A page's beginning, and its end after scrolling."""
+        self.picture(name)
+        self.scroll()
+        self.picture(f"{name}-scrolled")
+        self.scroll(downwards=False)
+
+    # --- Hands ---
+
+    def open_page(self, name):
+        self.screen.press(PAGES[name], "page tab")
+        self.rest()
+
+    def rest(self):
+        """Moves the pointer away, so that nothing is hovered."""
+        subprocess.run(["xdotool", "mousemove", "0", "0"], check=True)
+
+    def press_elsewhere(self):
+        """Presses an empty place of the window: whatever is open closes."""
+        subprocess.run(["xdotool", "mousemove", "--window", self.window(), str(100 * SCALE), str(440 * SCALE),
+                        "click", "1"], check=True)
+        self.rest()
+
+    def scroll(self, downwards=True):
+        """Turns the wheel over the page until nothing moves any more."""
+        subprocess.run(["xdotool", "mousemove", "--window", self.window(), str(600 * SCALE), str(280 * SCALE),
+                        "click", "--repeat", "60", "--delay", "2", "5" if downwards else "4"], check=True)
+        self.rest()
+
+    def choose_preset(self, title):
+        before = self.screen.texts().count(title)
+        self.screen.press("Préréglage")
+        stage.wait_until(lambda: self.screen.texts().count(title) > before, "the menu opens")
+        self.screen.press(title, "menu item")
+        stage.wait_until(lambda: self.screen.texts().count(title) <= before + 1, "the menu closes")
+
+    def menu(self, control, picture):
+        self.screen.press(control, "combo box")
+        stage.wait_until(lambda: self.screen.find(lambda _: True, "menu item"), "the menu opens")
+        self.rest()
+        self.picture(picture)
+        self.press_elsewhere()
+        stage.wait_until(lambda: not self.screen.find(lambda _: True, "menu item"), "the menu closes")
+
+    @contextlib.contextmanager
+    def failing_installation(self):
+        """The folder of the helper cannot be made, because something else bears its name."""
+        shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
+        stage.HELPER.parent.write_text("", encoding="utf-8")
+        yield
+        stage.HELPER.parent.unlink()
+
+    def panel(self, picture):
+        self.host.press(2000 * SCALE - 300, 10)
+        stage.wait_until(lambda: self.window(narrow=True), "the panel opens")
+        self.rest()
+        self.picture(picture, narrow=True)
+        self.press_elsewhere()
+        stage.wait_until(lambda: not self.window(narrow=True), "the panel closes")
+
+    # --- The walk ---
+
+    def first_start(self):
+        """The introduction without enabling anything, and what reading alone looks like."""
+        with self.started(onboarded=False):
+            self.screen.wait_for("Bienvenue dans Fenwhirl")
+            self.mac.hold()
+            self.picture("onboarding/0")
+            self.screen.press("Suivant")
+            self.screen.wait_for("Activer le contrôle")
+            self.picture("onboarding/1")
+            self.screen.press("Suivant")
+            self.screen.wait_for("Tout est prêt")
+            self.picture("onboarding/2")
+            self.mac.release()
+            self.screen.press("Commencer")
+            for name in ("fans", "sensors", "presets", "alerts", "settings"):
+                self.open_page(name)
+                self.both_ends(f"pages/{name}") if name in ("sensors", "settings") else self.picture(f"pages/{name}")
+            self.menu("Langue", "menus/language")
+            self.open_page("dashboard")
+            self.mac.hold()
+            self.picture("pages/dashboard")
+            self.menu("Préréglage", "menus/preset")
+            self.choose_preset("Équilibré")
+            self.screen.wait_for("Activer")
+            self.panel("panel/needs-helper")
+            self.open_page("fans")
+            self.picture("states/fans-needs-helper")
+            self.open_page("dashboard")
+            with self.failing_installation():
+                self.screen.press("Activer")
+                self.screen.wait_for(lambda text: text.startswith("L'activation a été annulée"))
+                self.both_ends("states/dashboard-banners")
+
+    def in_control(self):
+        """With the helper: presets, modes, heat, refusals, a helper of another age."""
+        with self.started(onboarded=False):
+            self.screen.press("Suivant")
+            self.screen.press("Activer le contrôle")
+            self.screen.wait_for("Contrôle activé")
+            self.picture("onboarding/1-installed")
+            self.screen.press("Suivant")
+            self.screen.press("Commencer")
+            self.mac.turn(2694, 2846)
+            self.choose_preset("Équilibré")
+            self.both_ends("pages/dashboard-balanced")
+            self.panel("panel/panel")
+            self.open_page("settings")
+            self.both_ends("states/settings-installed")
+            self.modes()
+            self.apps()
+            self.heat()
+            self.report()
+            self.refusal()
+
+    def modes(self):
+        self.mac.turn(2694, 3396)
+        self.open_page("fans")
+        self.screen.press("Vitesse fixe", "radio button") # of the last fan
+        self.screen.wait_for(lambda text: text.startswith("Vitesse demandée"), "slider").set_current_value(3400)
+        self.picture("states/fans-modes")
+        self.menu("Capteur", "menus/sensor")
+
+    def apps(self):
+        with Workload():
+            self.open_page("apps")
+            self.screen.wait_for("Musique")
+            self.picture("pages/apps")
+            self.screen.press("Navigateur", "check box")
+            self.screen.wait_for("Fermer Navigateur ?")
+            self.picture("dialogs/quit")
+            self.screen.press("Annuler")
+        self.open_page("dashboard")
+        # Without the system's tool there is nothing to list.
+        subprocess.run(["mount", "--bind", "/dev/null", "/usr/bin/ps"], check=True)
+        self.open_page("apps")
+        self.screen.wait_for("Aucune application ne sollicite beaucoup le processeur.")
+        self.picture("states/apps-empty")
+        subprocess.run(["umount", "/usr/bin/ps"], check=True)
+
+    def heat(self):
+        self.mac.read(HOT)
+        self.mac.turn(5434, 5861)
+        self.open_page("dashboard")
+        self.screen.wait_for("Le Mac est chaud")
+        self.mac.hold()
+        self.screen.wait_for("87 °C")
+        self.both_ends("states/dashboard-hot")
+        self.panel("states/panel-hot")
+        self.mac.read(COOL)
+        self.mac.turn(2694, 2846)
+        self.mac.release()
+        self.screen.wait_for("Tout est normal")
+
+    def report(self):
+        self.open_page("settings")
+        self.scroll()
+        self.screen.press("Inclure un test des ventilateurs (6 secondes)", "check box")
+        self.screen.press("Créer le rapport")
+        self.screen.wait_for("Création en cours…")
+        self.picture("states/settings-report-busy")
+        # The system's own question where to save it.
+        self.screen.press("Cancel", "push button")
+        self.screen.wait_for("Créer le rapport")
+
+    def refusal(self):
+        self.mac.tell("refuse all")
+        self.open_page("dashboard")
+        self.choose_preset("Max")
+        self.screen.wait_for(lambda text: text.startswith("Ce Mac n'a pas accepté"))
+        self.picture("states/dashboard-refused")
+        self.mac.tell("accept all")
+
+    def old_helper(self):
+        """The helper that is installed is of an earlier program."""
+        stage.install_helper(self.build)
+        stage.HELPER.write_text("#!/bin/sh\necho 0.9\n", encoding="ascii")
+        with self.started():
+            self.screen.wait_for("Mettre à jour")
+            self.picture("states/dashboard-outdated")
+            self.open_page("fans")
+            self.picture("states/fans-outdated")
+            self.open_page("settings")
+            self.scroll()
+            self.picture("states/settings-outdated")
+
+    def no_fans(self):
+        self.mac.tell("set FNum 0")
+        with self.started():
+            self.screen.wait_for(lambda text: text.startswith("Ce Mac n'a pas de ventilateur"))
+            self.mac.hold()
+            self.picture("states/dashboard-no-fans")
+            self.open_page("fans")
+            self.picture("states/fans-none")
+            self.panel("states/panel-no-fans")
+
+    def no_controller(self):
+        with self.started():
+            self.screen.wait_for(lambda text: text.startswith("Fenwhirl n'arrive pas"))
+            self.picture("states/dashboard-no-smc")
+            self.open_page("sensors")
+            self.picture("states/sensors-no-smc")
+            self.panel("states/panel-no-smc")
+
+    def many(self):
+        """More than any Mac has, in the smallest and in a large window."""
+        self.mac.crowd(fans=30, sensors=500)
+        with self.started():
+            self.mac.hold()
+            for size in ((920, 560), (1920, 1200)):
+                subprocess.run(["xdotool", "windowsize", "--sync", self.window(), *(str(SCALE * side) for side in size)],
+                               check=True)
+                for name in PAGES:
+                    self.open_page(name)
+                    self.picture(f"sizes/{name}-{size[0]}")
+            self.panel("states/panel-many")
+
+    def walk(self):
+        with PicturedMac(self.build) as self.mac:
+            for part in (self.first_start, self.in_control, self.old_helper, self.many, self.no_fans):
+                if self.only in (None, part.__name__):
+                    part()
+                    shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
+        if self.only in (None, "no_controller"):
+            self.no_controller()
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("--pictures", type=pathlib.Path, required=True)
+    parser.add_argument("--theme", choices=["dark", "light"], help="only this appearance")
+    parser.add_argument("--only", help="only the pictures of this part of the walk")
+    parser.add_argument("--machine", help="of no effect: the pictured Mac is chosen by what it shows")
+    parser.add_argument("--heat", help="of no effect: the readings are held still")
+    options = parser.parse_args()
+    options.pictures.mkdir(parents=True, exist_ok=True)
+    socket.sethostname(COMPUTER)
+    try:
+        with contextlib.ExitStack() as stack:
+            display = stack.enter_context(stage.Display(2000, 1300, SCALE))
+            display.start_window_manager()
+            os.environ.update(display.environment())
+            # Numbers are written as in France; the interface follows.
+            os.environ.pop("LC_ALL", None)
+            os.environ["LANG"] = "fr_FR.UTF-8"
+            os.environ.update(stack.enter_context(stage.SessionBus()).environment())
+            host = stack.enter_context(StatusHost())
+            for theme in [options.theme] if options.theme else ["dark", "light"]:
+                print(f"{theme}:")
+                Tour(options, theme, host).walk()
+    except stage.StageError as error:
+        print(f"The tour ended early: {error}", file=sys.stderr)
+        return 1
+    print(f"Pictures: {options.pictures}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
