@@ -20,7 +20,7 @@ class Scene:
         self.build = pathlib.Path(os.environ["FENWHIRL_BUILD"])
         self.machine, self.watts, self.user, self.helper, self.speed = machine, watts, user, helper, speed
         self.stack = contextlib.ExitStack()
-        self.mac = self.application = self.screen = None
+        self.mac = self.display = self.application = self.screen = None
 
     def __enter__(self):
         if self.user and not stage.can_become(self.user):
@@ -32,9 +32,9 @@ class Scene:
                 stage.install_helper(self.build)
             if self.user:
                 stage.become_ordinary_user(self.user)
-            display = self.stack.enter_context(stage.Display())
-            display.start_window_manager()
-            os.environ.update(display.environment())
+            self.display = self.stack.enter_context(stage.Display())
+            self.display.start_window_manager()
+            os.environ.update(self.display.environment())
             bus = self.stack.enter_context(stage.SessionBus())
             os.environ.update(bus.environment())
             self.application = self.stack.enter_context(stage.Application(self.build))

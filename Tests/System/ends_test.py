@@ -1,0 +1,118 @@
+"""Every way out of the program leads through the hand-back: its own button, the end of the session, a display that goes.
+
+What a signal does is in road_test.py, what happens after a kill and in a crash in guard_test.py.
+"""
+
+import os
+import subprocess
+import unittest
+
+import stage
+from helper_stage import processes
+from notification_area import NotificationArea
+from scene import Scene
+
+
+class SessionManager(stage.Process):
+    """What a desktop's log-out looks like to programs."""
+
+    def __init__(self, build):
+        # With authentication for the session's owner alone it would need xauth and a home; ours takes everybody.
+        super().__init__([build / "tests/SessionManager"], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.lines = stage.Lines(self.child.stdout)
+        self.address = self.lines.next()
+
+    def tell(self, command):
+        self.child.stdin.write((command + "\n").encode())
+        self.child.stdin.flush()
+
+    def expect(self, *words):
+        for word in words:
+            found = self.lines.next()
+            if found != word:
+                raise stage.StageError(f"the session manager said {found!r} instead of {word!r}")
+
+
+class Ends(unittest.TestCase):
+    def drive(self, scene):
+        """Brings both fans under manual control."""
+        scene.mac.tell("set TCXC 70")
+        scene.choose_preset("Jeu")
+        stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "fans under manual control")
+
+    def assert_handed_back(self, scene, since):
+        self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
+        self.assertEqual(scene.writes(since + 1)[-2:], [("FS! ", 2.0, 0), ("FS! ", 0.0, 0)], "each fan in its turn, and last")
+        # A guard that was not told that all is well comes again after five seconds.
+        stage.wait_until(lambda: not any(name == "fenwhirl-guard" for _, _, name in processes()), "the guard was dismissed", 3)
+
+    def ends(self, scene):
+        return stage.wait_until(lambda: not scene.application.running(), "the program ends", 40)
+
+    def test_by_the_button_of_the_status_items_panel(self):
+        with Scene() as scene:
+            self.drive(scene)
+            area = NotificationArea()
+            area.wait_for_item()
+            since = len(scene.writes())
+            area.click()
+            scene.screen.press("Quitter")
+            self.ends(scene)
+            self.assertEqual(scene.application.child.returncode, 0)
+            self.assert_handed_back(scene, since)
+
+    def test_while_a_slow_helper_is_setting_a_speed(self):
+        with Scene() as scene:
+            self.drive(scene)
+            since = len(scene.writes())
+            scene.mac.tell("fault delay 3000 times 1 key F0Tg command write")
+            scene.mac.tell("set TCXC 50")
+            stage.wait_until(lambda: any(name == "FenwhirlHelper" for _, _, name in processes()), "a helper runs")
+            self.assertEqual(scene.application.stop(seconds=40), 0)
+            self.assertIn("F0Tg", [key for key, _, _ in scene.writes(since + 1)], "what was under way came to its end")
+            self.assert_handed_back(scene, since)
+
+    def test_at_the_end_of_the_session(self):
+        with Scene() as scene:
+            self.drive(scene)
+            scene.application.stop()
+            with SessionManager(scene.build) as session:
+                os.environ["SESSION_MANAGER"] = session.address
+                scene.application = scene.stack.enter_context(stage.Application(scene.build))
+                session.expect("joined", "saved")
+                stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "driven again")
+                since = len(scene.writes())
+                session.tell("end")
+                session.expect("saved")
+                session.tell("die")
+                session.expect("left")
+                self.ends(scene)
+            self.assertEqual(scene.application.child.returncode, 0)
+            self.assert_handed_back(scene, since)
+
+    def test_a_log_out_that_is_cancelled_changes_nothing(self):
+        with Scene() as scene:
+            self.drive(scene)
+            scene.application.stop()
+            with SessionManager(scene.build) as session:
+                os.environ["SESSION_MANAGER"] = session.address
+                scene.application = scene.stack.enter_context(stage.Application(scene.build))
+                session.expect("joined", "saved")
+                session.tell("end")
+                session.expect("saved")
+                session.tell("cancel")
+                stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "driven again")
+                scene.mac.tell("set TCXC 92")
+                stage.wait_until(lambda: scene.fan(0)[2] == "automatic", "and watched over")
+                self.assertTrue(scene.application.running())
+
+    def test_when_the_display_goes_away(self):
+        with Scene() as scene:
+            self.drive(scene)
+            scene.display.stop()
+            self.ends(scene)
+            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back", 10)
+
+
+if __name__ == "__main__":
+    unittest.main()
