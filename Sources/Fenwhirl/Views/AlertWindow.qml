@@ -10,18 +10,29 @@ Window {
     required property string acceptText
     required property string laterText
 
+    // Known for good only when the texts are broken into lines, which is after the window is shown.
+    readonly property int fittingHeight: Math.ceil(column.implicitHeight) + 40
+
     signal accepted()
 
     color: Theme.card
     flags: Qt.Dialog
-    height: column.implicitHeight + 40
-    maximumHeight: height
     maximumWidth: width
-    minimumHeight: height
     minimumWidth: width
     modality: Qt.ApplicationModal
     title: "Fenwhirl"
     width: 300
+
+    Component.onCompleted: fit()
+    onFittingHeightChanged: fit()
+
+    // In this order: a window cannot become higher than its limit, nor lower.
+    function fit() {
+        minimumHeight = 0
+        maximumHeight = fittingHeight
+        height = fittingHeight
+        minimumHeight = fittingHeight
+    }
 
     function accept() {
         close()

@@ -6,10 +6,12 @@
 #include "Fenwhirl/Monitoring/MonitorHarness.h"
 #include "Fenwhirl/Views/Components/Theme.h"
 
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -87,6 +89,25 @@ public:
 
 bool eventually(const std::function<bool()>& condition) {
     return MonitorHarness::waitUntil(condition);
+}
+
+// Where the item with this text, somewhere inside another, ends in its window; 0 when there is none.
+double bottomOf(const QQuickItem& item, const QString& text) {
+    double bottom = item.property("text").toString() == text
+                        ? item.mapRectToScene(QRectF(0, 0, item.width(), item.height())).bottom()
+                        : 0;
+    for (const QQuickItem* child : item.childItems())
+        bottom = std::max(bottom, bottomOf(*child, text));
+    return bottom;
+}
+
+QQuickWindow* openAlert() {
+    QWindow* alert = nullptr;
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        if (window->modality() == Qt::ApplicationModal)
+            alert = window;
+    }
+    return qobject_cast<QQuickWindow*>(alert);
 }
 
 TEST(Launch, TheFirstOneShowsTheMainWindow) {
@@ -217,17 +238,30 @@ TEST(Language, ReachesOpenWindowsAndTheStatusItem) {
     life.world.monitor().setLanguage(AppLanguage::fr);
 }
 
+TEST(Alert, IsAsHighAsItsTexts) {
+    Life life(true);
+    for (const int sentences : {1, 8}) {
+        life.windows->showAlert({QStringLiteral("Titre"),
+                                 QStringLiteral("Une phrase assez longue. ").repeated(sentences),
+                                 QStringLiteral("Oui"), QStringLiteral("Plus tard")},
+                                [] {});
+        QQuickWindow* alert = openAlert();
+        ASSERT_NE(alert, nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(alert));
+        const double bottom = bottomOf(*alert->contentItem(), QStringLiteral("Plus tard"));
+        EXPECT_GT(bottom, 100);
+        EXPECT_GE(alert->height(), bottom);
+        EXPECT_LT(alert->height(), bottom + 40);
+    }
+}
+
 TEST(Alert, CallsBackWhenTheUserAgrees) {
     Life life(true);
     int agreed = 0;
     life.windows->showAlert({QStringLiteral("Titre"), QStringLiteral("<b>Texte</b>"), QStringLiteral("Oui"),
                              QStringLiteral("Plus tard")},
                             [&] { ++agreed; });
-    QWindow* alert = nullptr;
-    for (QWindow* window : QGuiApplication::topLevelWindows()) {
-        if (window->modality() == Qt::ApplicationModal)
-            alert = window;
-    }
+    QQuickWindow* alert = openAlert();
     ASSERT_NE(alert, nullptr);
     ASSERT_TRUE(QTest::qWaitForWindowExposed(alert));
     QTest::keyClick(alert, Qt::Key_Return);
