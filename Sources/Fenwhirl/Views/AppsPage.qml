@@ -48,21 +48,19 @@ ScrollView {
                 width: parent.width
             }
 
-            Label {
+            Paragraph {
                 color: Theme.muted
+                content: qsTr("Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.")
                 size: 12
-                text: qsTr("Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.")
                 width: Math.min(parent.width, 620)
-                wrapMode: Text.Wrap
             }
         }
 
-        Label {
+        Paragraph {
             color: Theme.muted
-            text: qsTr("Aucune application ne sollicite beaucoup le processeur.")
+            content: qsTr("Aucune application ne sollicite beaucoup le processeur.")
             visible: root.view.apps.count === 0
             width: parent.width
-            wrapMode: Text.Wrap
         }
 
         Card {

@@ -21,19 +21,17 @@ Card {
                 width: parent.width
             }
 
-            Label {
+            Paragraph {
                 color: Theme.muted
-                text: root.control.installed ? qsTr("Activé : Fenwhirl peut changer la vitesse des ventilateurs.")
-                                             : qsTr("Non activé : Fenwhirl peut seulement lire les températures.")
+                content: root.control.installed ? qsTr("Activé : Fenwhirl peut changer la vitesse des ventilateurs.")
+                                                : qsTr("Non activé : Fenwhirl peut seulement lire les températures.")
                 width: parent.width
-                wrapMode: Text.Wrap
             }
 
-            Label {
-                text: qsTr("Une mise à jour de l'assistant est disponible.")
+            Paragraph {
+                content: qsTr("Une mise à jour de l'assistant est disponible.")
                 visible: root.control.outdated
                 width: parent.width
-                wrapMode: Text.Wrap
             }
         }
 

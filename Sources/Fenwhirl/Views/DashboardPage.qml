@@ -50,12 +50,11 @@ ScrollView {
             presets: root.models.presets
         }
 
-        Label {
+        Paragraph {
             color: Theme.muted
-            text: qsTr("Ce Mac n'a pas de ventilateur à piloter : il se refroidit sans bruit. Les températures restent visibles ci-dessous.")
+            content: qsTr("Ce Mac n'a pas de ventilateur à piloter : il se refroidit sans bruit. Les températures restent visibles ci-dessous.")
             visible: root.machine.fans.count === 0
             width: parent.width
-            wrapMode: Text.Wrap
         }
 
         FanGrid {

@@ -23,12 +23,11 @@ ScrollView {
             width: parent.width
         }
 
-        Label {
+        Paragraph {
             color: Theme.muted
-            text: qsTr("Aucun ventilateur détecté sur ce Mac.")
+            content: qsTr("Aucun ventilateur détecté sur ce Mac.")
             visible: root.models.machine.fans.count === 0
             width: parent.width
-            wrapMode: Text.Wrap
         }
 
         FanGrid {

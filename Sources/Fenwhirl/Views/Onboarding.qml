@@ -11,7 +11,7 @@ FocusScope {
     property int step: 0
     readonly property bool isLast: step === 2
 
-    Accessible.name: title.text
+    Accessible.name: title.content
     Accessible.role: Accessible.Dialog
 
     function advance() {
@@ -65,32 +65,30 @@ FocusScope {
 
             Item { height: 24; width: 1 }
 
-            Label {
+            Paragraph {
                 id: title
+                content: [qsTr("Bienvenue dans Fenwhirl"), qsTr("Pilote tes ventilateurs"), qsTr("Tout est prêt")][root.step]
                 font.letterSpacing: -0.2
                 font.weight: Font.Bold
                 horizontalAlignment: Text.AlignHCenter
                 size: 22
-                text: [qsTr("Bienvenue dans Fenwhirl"), qsTr("Pilote tes ventilateurs"), qsTr("Tout est prêt")][root.step]
                 width: 360
-                wrapMode: Text.Wrap
             }
 
             Item { height: 9; width: 1 }
 
-            Label {
+            Paragraph {
                 anchors.horizontalCenter: parent.horizontalCenter
                 color: Theme.secondaryText
-                horizontalAlignment: Text.AlignHCenter
-                lineHeight: 21
-                size: 14
-                text: [
+                content: [
                     qsTr("Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux."),
                     qsTr("Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures."),
                     qsTr("Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale."),
                 ][root.step]
+                horizontalAlignment: Text.AlignHCenter
+                lineHeight: 21
+                size: 14
                 width: 336
-                wrapMode: Text.Wrap
             }
 
             Item { height: 23; width: 1 }

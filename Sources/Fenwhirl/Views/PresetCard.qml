@@ -30,11 +30,10 @@ Card {
                 width: parent.width
             }
 
-            Label {
+            Paragraph {
                 color: Theme.muted
-                text: root.detail
+                content: root.detail
                 width: parent.width
-                wrapMode: Text.Wrap
             }
         }
 

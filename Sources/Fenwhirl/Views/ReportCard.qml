@@ -21,11 +21,10 @@ Card {
                 width: parent.width
             }
 
-            Label {
+            Paragraph {
                 color: Theme.muted
-                text: qsTr("Crée un petit fichier texte avec le modèle de ce Mac et ses capteurs. Utile pour vérifier que Fenwhirl fonctionne sur ton Mac ou pour demander de l'aide.")
+                content: qsTr("Crée un petit fichier texte avec le modèle de ce Mac et ses capteurs. Utile pour vérifier que Fenwhirl fonctionne sur ton Mac ou pour demander de l'aide.")
                 width: Math.min(parent.width, 640)
-                wrapMode: Text.Wrap
             }
         }
 

@@ -30,20 +30,18 @@ Item {
             width: parent.width
         }
 
-        Label {
+        Paragraph {
+            content: root.title
             size: 14
-            text: root.title
             width: parent.width
-            wrapMode: Text.Wrap
         }
 
-        Label {
+        Paragraph {
             color: Theme.muted
+            content: root.note
             size: 12
-            text: root.note
             visible: text !== ""
             width: parent.width
-            wrapMode: Text.Wrap
         }
     }
 

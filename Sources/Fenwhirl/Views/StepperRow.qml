@@ -16,14 +16,13 @@ Item {
 
     implicitHeight: Math.max(label.implicitHeight, stepper.implicitHeight)
 
-    Label {
+    Paragraph {
         id: label
         anchors.left: parent.left
         anchors.right: stepper.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        text: root.text
-        wrapMode: Text.Wrap
+        content: root.text
     }
 
     Stepper {

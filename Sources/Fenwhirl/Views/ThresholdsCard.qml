@@ -21,12 +21,11 @@ Card {
                 width: parent.width
             }
 
-            Label {
+            Paragraph {
                 color: Theme.muted
+                content: qsTr("Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.")
                 size: 12
-                text: qsTr("Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.")
                 width: Math.min(parent.width, 600)
-                wrapMode: Text.Wrap
             }
         }
 

@@ -44,24 +44,22 @@ FocusScope {
             width: 1
         }
 
-        Label {
+        Paragraph {
+            content: root.title
             font.weight: Font.DemiBold
             horizontalAlignment: Text.AlignHCenter
             size: 15
-            text: root.title
             width: parent.width
-            wrapMode: Text.Wrap
         }
 
         Item { height: 6; width: 1 }
 
-        Label {
+        Paragraph {
             color: Theme.muted
+            content: root.message
             horizontalAlignment: Text.AlignHCenter
             size: 12
-            text: root.message
             width: parent.width
-            wrapMode: Text.Wrap
         }
 
         Item { height: 18; width: 1 }

@@ -33,7 +33,7 @@ Surface {
         x: 20
     }
 
-    Label {
+    Paragraph {
         id: text
         Accessible.ignored: true
         anchors.left: sign.right
@@ -41,8 +41,7 @@ Surface {
         anchors.right: root.closable ? close.left : parent.right
         anchors.rightMargin: root.closable ? 10 : 20
         anchors.verticalCenter: parent.verticalCenter
-        text: root.message
-        wrapMode: Text.Wrap
+        content: root.message
     }
 
     CloseButton {

@@ -32,20 +32,18 @@ Surface {
         anchors.rightMargin: 14
         anchors.verticalCenter: parent.verticalCenter
 
-        Label {
+        Paragraph {
+            content: root.title
             font.weight: Font.DemiBold
             size: 14
-            text: root.title
             width: parent.width
-            wrapMode: Text.Wrap
         }
 
-        Label {
+        Paragraph {
             color: Theme.muted
-            text: root.message
+            content: root.message
             visible: text.length > 0
             width: parent.width
-            wrapMode: Text.Wrap
         }
     }
 

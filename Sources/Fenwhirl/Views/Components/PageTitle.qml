@@ -24,12 +24,11 @@ Column {
         width: root.width
     }
 
-    Label {
+    Paragraph {
         color: Theme.muted
+        content: root.subtitle
         line: 16
-        text: root.subtitle
         visible: text.length > 0
         width: root.width
-        wrapMode: Text.Wrap
     }
 }

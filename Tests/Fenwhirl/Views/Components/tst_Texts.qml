@@ -12,6 +12,9 @@ Item {
     TabularText { id: unit; size: 22; text: "63 °C"; weight: Font.Bold; y: 40 }
     Label { id: label; text: "<i>Batterie</i>"; y: 80 }
     Label { id: wrapped; text: "Crée un petit fichier texte avec le modèle de ce Mac"; width: 120; wrapMode: Text.Wrap; y: 100 }
+    Label { id: measure; text: "La protection à 92"; y: 360 }
+    Label { id: broken; text: "La protection à 92 °C"; width: measure.implicitWidth + 2; wrapMode: Text.Wrap; y: 380 }
+    Paragraph { id: kept; content: "La protection à 92 °C"; width: broken.width; y: 420 }
     PageTitle { id: title; subtitle: "MacBook Pro"; title: "Tableau de bord"; width: 300; y: 200 }
     PageTitle { id: lone; subtitle: ""; title: "Réglages"; width: 300; y: 300 }
 
@@ -40,6 +43,14 @@ Item {
             compare(unit.implicitHeight, 28)
             compare(wrapped.implicitHeight, 18 * wrapped.lineCount)
             verify(wrapped.lineCount >= 2)
+        }
+
+        function test_aParagraphKeepsANumberAndItsUnitOnOneLine() {
+            compare(broken.lineCount, 2)
+            verify(broken.contentWidth > measure.contentWidth - 1) // "…92" ends its first line
+            compare(kept.lineCount, 2)
+            verify(kept.contentWidth < measure.contentWidth - 10) // "92 °C" begins its second
+            compare(accessibility.name(kept), "La protection à 92 °C")
         }
 
         function test_markupIsShownAsItStands() {
