@@ -29,6 +29,8 @@ public:
 
     [[nodiscard]] constexpr std::u16string_view french() const { return french_; }
 
+    friend constexpr bool operator==(TextKey, TextKey) = default;
+
 private:
     std::u16string_view french_;
 };

@@ -95,12 +95,13 @@ bool Monitor::isInstalling() const {
 }
 
 QString Monitor::controlError() const {
-    return state().controlError;
+    const std::optional<TextKey> key = state().controlError;
+    return key ? localized(*key) : QString();
 }
 
 void Monitor::dismissControlError() {
     Private& d = state();
-    d.assign(d.controlError, QString(), &Monitor::controlErrorChanged);
+    d.assign(d.controlError, {}, &Monitor::controlErrorChanged);
 }
 
 Page Monitor::selectedPage() const {

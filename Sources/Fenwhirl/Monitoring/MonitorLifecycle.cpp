@@ -1,7 +1,6 @@
 // What happens around the polls: installing and removing the helper, the login item, the report, the end.
 
 #include "Fenwhirl/HelperClient/HelperClient.h"
-#include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Monitoring/DiagnosticReport.h"
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Monitoring/MonitorPrivate.h"
@@ -35,7 +34,8 @@ void Monitor::installHelper() {
             d.assign(d.helperInstalled, installed, &Monitor::helperInstalledChanged);
             d.assign(d.helperOutdated, outdated, &Monitor::helperOutdatedChanged);
             d.assign(d.controlError,
-                     installed ? QString() : localized(u"L'activation a été annulée ou a échoué."),
+                     installed ? std::nullopt
+                               : std::optional(TextKey(u"L'activation a été annulée ou a échoué.")),
                      &Monitor::controlErrorChanged);
             d.announceObligations();
         });
@@ -55,7 +55,7 @@ void Monitor::uninstallHelper() {
             --d.removalsRunning;
             d.assign(d.helperInstalled, installed, &Monitor::helperInstalledChanged);
             if (!removed) {
-                d.assign(d.controlError, localized(u"La désactivation a échoué."),
+                d.assign(d.controlError, std::optional(TextKey(u"La désactivation a échoué.")),
                          &Monitor::controlErrorChanged);
             }
             d.announceObligations();
@@ -86,7 +86,7 @@ bool Monitor::launchAtLogin() const {
 void Monitor::setLaunchAtLogin(bool on) {
     Private& d = state();
     if (!d.services.loginItem.setEnabled(on)) {
-        d.assign(d.controlError, localized(u"Impossible de changer le démarrage automatique."),
+        d.assign(d.controlError, std::optional(TextKey(u"Impossible de changer le démarrage automatique.")),
                  &Monitor::controlErrorChanged);
     }
     Q_EMIT launchAtLoginChanged(); // also after a failure: a switch that was already moved must move back

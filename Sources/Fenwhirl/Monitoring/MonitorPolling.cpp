@@ -30,14 +30,14 @@ QList<SensorState> sensorStates(const std::vector<TemperatureReading>& readings)
     return states;
 }
 
-QString text(PollProblem problem) {
+TextKey text(PollProblem problem) {
     switch (problem) {
     case PollProblem::noTemperature:
-        return localized(u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.");
+        return u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.";
     case PollProblem::refused:
-        return localized(u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.");
+        return u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.";
     }
-    return {};
+    Q_UNREACHABLE();
 }
 
 } // namespace
@@ -96,7 +96,7 @@ void Monitor::Private::publish(const PollResult& result) {
     assign(helperInstalled, result.helperInstalled, &Monitor::helperInstalledChanged);
     assign(needsHelper, result.wantsManualControl, &Monitor::needsHelperChanged);
     if (result.problem) {
-        assign(controlError, text(*result.problem), &Monitor::controlErrorChanged);
+        assign(controlError, std::optional(text(*result.problem)), &Monitor::controlErrorChanged);
     }
     if (primaryCelsius) {
         history.append(*primaryCelsius);

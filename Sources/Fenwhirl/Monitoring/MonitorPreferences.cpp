@@ -55,7 +55,11 @@ void Monitor::setLanguage(AppLanguage language) {
     Private& d = state();
     Localizer::setLanguage(language);
     Save::language(*d.services.preferences, language);
+    const bool changes = d.saved.language != language;
     d.assign(d.saved.language, language, &Monitor::languageChanged);
+    if (changes && d.controlError) {
+        Q_EMIT controlErrorChanged();
+    }
 }
 
 bool Monitor::alertsEnabled() const {

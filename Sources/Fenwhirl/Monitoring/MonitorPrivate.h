@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include "Fenwhirl/Localization/TextKey.h"
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Monitoring/Poller.h"
 #include "Fenwhirl/Monitoring/SavedPreferences.h"
@@ -66,7 +67,8 @@ struct Monitor::Private {
     bool helperOutdated FENWHIRL_GUARDED_BY(mainThread) = false;
     bool needsHelper FENWHIRL_GUARDED_BY(mainThread) = false;
     bool isInstalling FENWHIRL_GUARDED_BY(mainThread) = false;
-    QString controlError FENWHIRL_GUARDED_BY(mainThread);
+    // Not the text itself: a message that is on the screen follows the language.
+    std::optional<TextKey> controlError FENWHIRL_GUARDED_BY(mainThread);
     SavedPreferences saved FENWHIRL_GUARDED_BY(mainThread);
 
     // What polls see of the settings; replaced, never changed, because polls hold on to theirs.

@@ -1,4 +1,4 @@
-// The frame of the main window: sidebar, pages, status, appearance of texts in another language.
+// The frame of the main window: sidebar, pages, status.
 
 #include "Stage.h"
 
@@ -70,22 +70,6 @@ TEST(MainWindow, OpensAtItsUsualSize) {
         {{QStringLiteral("models"), QVariant::fromValue(&stage.models())}}));
     ASSERT_TRUE(window);
     EXPECT_EQ(qobject_cast<QQuickWindow*>(window.get())->size(), QSize(1040, 680));
-}
-
-TEST(MainWindow, AnotherLanguageShowsAtOnceEverywhere) {
-    Stage stage;
-    stage.showPage(Page::settings);
-    stage.monitor().setLanguage(AppLanguage::de);
-    const QStringList german = stage.texts();
-    stage.monitor().setLanguage(AppLanguage::fr);
-    const QStringList french = stage.texts();
-    EXPECT_TRUE(french.contains(QStringLiteral("Réglages")));
-    EXPECT_TRUE(french.contains(QStringLiteral("Tout est normal")));
-    for (const QString& text :
-         {QStringLiteral("Réglages"), QStringLiteral("Tout est normal"), QStringLiteral("Apparence"),
-          QStringLiteral("Mac chaud à partir de 85 °C"), QStringLiteral("Créer le rapport")}) {
-        EXPECT_FALSE(german.contains(text)) << text.toStdString();
-    }
 }
 
 // Presses every control there is, in every state of the tab chain, by keyboard alone.

@@ -27,6 +27,16 @@ QList<QAccessibleInterface*> everything(QQuickWindow& window) {
     return all;
 }
 
+QStringList textsOf(QQuickWindow& window, QAccessible::Text kind) {
+    QStringList texts;
+    for (const QAccessibleInterface* item : everything(window)) {
+        const QString text = item->text(kind);
+        if (!text.isEmpty())
+            texts.append(text);
+    }
+    return texts;
+}
+
 } // namespace
 
 Stage::Stage() {
@@ -124,13 +134,11 @@ void Stage::setApps(const QList<AppLoad>& apps) {
 }
 
 QStringList Stage::texts() {
-    QStringList texts;
-    for (const QAccessibleInterface* item : everything(*window_)) {
-        const QString name = item->text(QAccessible::Name);
-        if (!name.isEmpty())
-            texts.append(name);
-    }
-    return texts;
+    return textsOf(*window_, QAccessible::Name);
+}
+
+QStringList Stage::descriptions() {
+    return textsOf(*window_, QAccessible::Description);
 }
 
 QList<QAccessibleInterface*> Stage::all(QAccessible::Role role) {

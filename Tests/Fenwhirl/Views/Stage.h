@@ -64,6 +64,9 @@ public:
     // Names of everything that can be seen, in the order of the tree.
     [[nodiscard]] QStringList texts();
 
+    // And what a screen reader adds to them.
+    [[nodiscard]] QStringList descriptions();
+
     [[nodiscard]] bool shows(const QString& text) { return texts().contains(text); }
 
     // The n-th visible thing of this name and role; null when there is none.

@@ -1,0 +1,188 @@
+// A change of language shows at once and everywhere: whatever is on the screen then says the very same as in
+// a program that was started in that language and brought to the same place.
+
+#include "ShownText.h"
+#include "Stage.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace {
+
+// Brings a stage to where the language changes, without a word of any language.
+using Scene = std::function<void(Stage& stage)>;
+
+AppLoad app(const QString& name, qint32 pid, bool canQuit) {
+    AppLoad load;
+    load.id = name;
+    load.name = name;
+    load.cpu = 37;
+    load.memoryMB = 512;
+    load.pids = {pid};
+    load.canQuit = canQuit;
+    load.starts = {ProcessStart{}};
+    return load;
+}
+
+// What it draws and what a screen reader says, names and descriptions.
+QStringList everythingSaid(Stage& stage) {
+    static_cast<void>(stage.window().grabWindow());
+    QStringList said = stage.texts() + stage.descriptions();
+    for (const ShownText& text : shownTexts(stage.window()))
+        said.append(text.text);
+    return said;
+}
+
+void startIn(Stage& stage, AppLanguage language) {
+    stage.world.preferences.setText(QStringLiteral("language"),
+                                    QString::fromStdString(std::string(rawValue(language))));
+}
+
+void expectFollows(const Scene& scene) {
+    for (const AppLanguage language : {AppLanguage::srCyrl, AppLanguage::fr}) {
+        QStringList expected;
+        {
+            Stage started;
+            startIn(started, language);
+            scene(started);
+            expected = everythingSaid(started);
+        }
+        Stage changed;
+        startIn(changed, AppLanguage::de);
+        scene(changed);
+        EXPECT_NE(everythingSaid(changed), expected);
+        changed.monitor().setLanguage(language);
+        EXPECT_EQ(everythingSaid(changed), expected) << rawValue(language);
+        EXPECT_GT(expected.size(), 5);
+    }
+}
+
+void openMenu(Stage& stage) {
+    stage.click(stage.all(QAccessible::ComboBox).value(0));
+}
+
+TEST(LanguageChange, ReachesEveryPage) {
+    for (const Page page : allPages) {
+        expectFollows([page](Stage& stage) {
+            stage.start();
+            stage.setApps({app(QStringLiteral("Blender"), 7, true), app(QStringLiteral("Mail"), 8, false)});
+            FanSetting setting;
+            setting.mode = FanModeKind::sensor;
+            stage.monitor().setSetting(0, setting);
+            setting.mode = FanModeKind::constant;
+            stage.monitor().setSetting(1, setting);
+            stage.showPage(page);
+        });
+    }
+}
+
+TEST(LanguageChange, ReachesWhatAMacWithoutFansAndSensorsShows) {
+    for (const Page page : {Page::dashboard, Page::fans, Page::apps}) {
+        expectFollows([page](Stage& stage) {
+            stage.world.smc.setNumber("FNum", "ui8 ", 0);
+            stage.world.smc.remove("TC0P");
+            stage.computerName = QString();
+            stage.showPage(page);
+        });
+    }
+}
+
+TEST(LanguageChange, ReachesBannersThatShowAlready) {
+    expectFollows([](Stage& stage) {
+        stage.world.helper.installed = false;
+        stage.world.loginItemWorks = false;
+        stage.show();
+        stage.monitor().apply(Preset::max);
+        stage.poll();
+        stage.monitor().setLaunchAtLogin(true);
+        ASSERT_TRUE(stage.models().control()->offersActivation());
+    });
+    expectFollows([](Stage& stage) {
+        stage.world.helper.setVersion("1");
+        stage.show();
+        ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperOutdated(); }));
+    });
+    expectFollows([](Stage& stage) {
+        stage.world.helper.installed = false;
+        stage.world.helper.installSucceeds = false;
+        stage.show();
+        stage.monitor().installHelper();
+        ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().controlError().isEmpty(); }));
+    });
+}
+
+TEST(LanguageChange, ReachesAnOpenQuestion) {
+    expectFollows([](Stage& stage) {
+        stage.start();
+        stage.setApps({app(QStringLiteral("Blender"), 7, true)});
+        stage.showPage(Page::apps);
+        stage.click(QStringLiteral("Blender"), QAccessible::CheckBox);
+        ASSERT_TRUE(stage.models().apps()->asking());
+    });
+}
+
+TEST(LanguageChange, ReachesOpenMenus) {
+    for (const Page page : {Page::dashboard, Page::settings}) {
+        expectFollows([page](Stage& stage) {
+            stage.showPage(page);
+            openMenu(stage);
+        });
+    }
+    expectFollows([](Stage& stage) {
+        stage.start();
+        FanSetting setting;
+        setting.mode = FanModeKind::sensor;
+        stage.monitor().setSetting(0, setting);
+        stage.showPage(Page::fans);
+        openMenu(stage);
+    });
+}
+
+TEST(LanguageChange, ReachesEveryStepOfTheIntroduction) {
+    for (int steps = 0; steps < 3; ++steps) {
+        expectFollows([steps](Stage& stage) {
+            stage.onboarded = false;
+            stage.world.helper.installed = false;
+            stage.show();
+            for (int i = 0; i < steps; ++i)
+                stage.press(Qt::Key_Return);
+        });
+    }
+}
+
+TEST(LanguageChange, ReachesTheStatusItemsPanel) {
+    expectFollows([](Stage& stage) {
+        stage.world.helper.installed = false;
+        stage.show(menuPanelFile());
+        stage.monitor().apply(Preset::max);
+        stage.poll();
+        ASSERT_TRUE(stage.models().control()->offersActivation());
+    });
+}
+
+// Nothing that is shown remembers a text: windows that were asleep wake up in the language of now.
+TEST(LanguageChange, ReachesWhatWasAsleep) {
+    Stage stage;
+    stage.show();
+    stage.models().setAwake(false);
+    stage.monitor().setLanguage(AppLanguage::en);
+    stage.models().setAwake(true);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Everything’s fine")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Left fan")));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Ventilateur gauche")));
+    stage.monitor().setLanguage(AppLanguage::fr);
+}
+
+TEST(LanguageChange, ReachesNotificationsFromThenOn) {
+    Stage stage;
+    stage.showPage(Page::alerts);
+    stage.models().preferences()->testAlert();
+    stage.monitor().setLanguage(AppLanguage::ru);
+    stage.models().preferences()->testAlert();
+    ASSERT_EQ(stage.notifications.size(), 2U);
+    EXPECT_EQ(stage.notifications[0].second, QStringLiteral("Ceci est une alerte de test."));
+    EXPECT_EQ(stage.notifications[1].second, QStringLiteral("Это пробное оповещение."));
+    stage.monitor().setLanguage(AppLanguage::fr);
+}
+
+} // namespace
