@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QProcess>
+#include <QTemporaryFile>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -18,6 +19,17 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
+
+// Debian's own settings refuse old protocols to every program. Here they are allowed to all, so that it is
+// the program that refuses them. Read with the first use of TLS.
+const bool oldProtocolsAreAllowed = [] {
+    static QTemporaryFile settings;
+    EXPECT_TRUE(settings.open());
+    settings.write("openssl_conf = start\n[start]\nssl_conf = tls\n[tls]\nsystem_default = all\n"
+                   "[all]\nMinProtocol = TLSv1\nCipherString = DEFAULT@SECLEVEL=0\n");
+    settings.flush();
+    return qputenv("OPENSSL_CONF", settings.fileName().toLocal8Bit());
+}();
 
 const QString host = u"fenwhirl.example"_s;
 const QUrl address(u"https://fenwhirl.example/maj/fenwhirl.json"_s);
@@ -212,6 +224,7 @@ QT_WARNING_PUSH
 
 QT_WARNING_DISABLE_DEPRECATED
 TEST(UpdateFetchTls, RefusesOldProtocols) {
+    ASSERT_TRUE(oldProtocolsAreAllowed);
     TestAuthority authority;
     const ServerIdentity identity = authority.identityFor(host);
     for (const QSsl::SslProtocol protocol : {QSsl::TlsV1_0, QSsl::TlsV1_1}) {
@@ -275,6 +288,17 @@ TEST_F(UpdateFetching, RefusesRedirectionsOutOfHttps) {
         EXPECT_EQ(site.requests().size(), before + 1) << location;
         EXPECT_FALSE(site.destinations().contains("PLAIN")) << location;
     }
+}
+
+TEST_F(UpdateFetching, FollowsARedirectionToAnotherHostThatIsWhoItSays) {
+    // One server for both, with a certificate that holds for both.
+    TestSite both(authority.identityFor(u"*.fenwhirl.example"_s));
+    both.setHandler([](QSslSocket& connection, const QByteArray& request) {
+        connection.write(request.contains("Host: b.") ? httpAnswer(200, "there")
+                                                      : httpRedirection("https://b.fenwhirl.example/x"));
+    });
+    EXPECT_EQ(fetch(transportTo(both, authority), QUrl(u"https://a.fenwhirl.example/"_s)), "there");
+    EXPECT_EQ(both.destinations(), (QList<QByteArray>{"a.fenwhirl.example:443", "b.fenwhirl.example:443"}));
 }
 
 TEST_F(UpdateFetching, VerifiesTheHostThatARedirectionLeadsTo) {
