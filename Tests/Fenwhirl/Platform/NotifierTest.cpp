@@ -1,6 +1,7 @@
 #include "Fenwhirl/Platform/Notifier.h"
 
 #include "Fenwhirl/Platform/AppleScriptText.h"
+#include "Support/MainThreadPauses.h"
 #include "Support/TemporaryFolder.h"
 
 #include <QCoreApplication>
@@ -22,12 +23,17 @@ namespace {
 class FakeService : public QDBusVirtualObject {
 public:
     QList<QDBusMessage> calls;
+    bool answers = true;
 
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         calls.append(message);
-        connection.send(message.createReply(uint{calls.size() > 0}));
+        if (answers) {
+            connection.send(message.createReply(uint{calls.size() > 0}));
+        } else {
+            message.setDelayedReply(true);
+        }
         return true;
     }
 };
@@ -137,6 +143,15 @@ TEST_F(NotifierTest, WithoutAServiceNothingHappens) {
     waitForCalls(1);
     ASSERT_EQ(service.calls.size(), 1);
     EXPECT_EQ(service.calls[0].arguments()[4].toString(), QStringLiteral("quelqu'un écoute"));
+}
+
+TEST_F(NotifierTest, ServiceThatNeverAnswersHoldsUpNothing) {
+    service.answers = false;
+    const QDBusConnection connection = makeService();
+    const auto pause =
+        longestPause([] { Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("silence")); },
+                     [&] { return !service.calls.isEmpty(); });
+    EXPECT_LT(pause, bearablePause);
 }
 
 TEST_F(NotifierTest, RealServiceShowsTitleAndMessage) {
