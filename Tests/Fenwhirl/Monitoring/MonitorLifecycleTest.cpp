@@ -2,6 +2,7 @@
 
 #include <QSignalSpy>
 
+#include <atomic>
 #include <future>
 #include <gtest/gtest.h>
 
@@ -167,6 +168,27 @@ TEST_F(MonitorLifecycle, ReportTellsControllerAndHelper) {
     EXPECT_EQ(helper.takeRuns(), Runs());
 }
 
+TEST_F(MonitorLifecycle, ReportHasAConnectionOfItsOwn) {
+    std::atomic<int> connections = 0;
+    MonitorServices counted = services();
+    counted.openSMC = [&, open = counted.openSMC] {
+        ++connections;
+        return open();
+    };
+    Monitor m(counted);
+    QSignalSpy polled(&m, &Monitor::polled);
+    m.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
+    EXPECT_EQ(connections, 1);
+    bool completed = false;
+    m.makeDiagnosticReport(false, [&](const QString&) { completed = true; });
+    ASSERT_TRUE(waitUntil([&] { return completed; }));
+    EXPECT_EQ(connections, 2);
+    m.tick();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+    EXPECT_EQ(connections, 2);
+}
+
 TEST_F(MonitorLifecycle, ReportHoldsTheFanTestOnRequest) {
     start();
     const QString expected = QString::fromStdString(smc.open().diagnosticReport());
@@ -209,14 +231,17 @@ TEST_F(MonitorLifecycle, ReportAfterTheMonitorIsGoneIsDropped) {
 
 TEST_F(MonitorLifecycle, AnyInterleavingOfClicksEndsInOneState) {
     start();
+    int reports = 0;
     for (int i = 0; i < 100; ++i) {
         monitor().installHelper();
         monitor().tick();
+        monitor().makeDiagnosticReport(true, [&](const QString&) { ++reports; });
         monitor().uninstallHelper();
         monitor().installHelper();
         monitor().tick();
         waitForInstall();
     }
+    ASSERT_TRUE(waitUntil([&] { return reports == 100; }));
     std::size_t removals = 0;
     ASSERT_TRUE(waitUntil([&] { return (removals += helper.takeAdministratorCommands().size()) == 100; }));
     helper.installed = true;

@@ -1,5 +1,6 @@
 #include "Fenwhirl/Platform/LoginItem.h"
 
+#include "Fenwhirl/Platform/LoginItemFile.h"
 #include "Fenwhirl/Platform/LoginItemText.h"
 #include "Support/TemporaryFolder.h"
 
@@ -71,6 +72,20 @@ TEST(LaunchAgent, OpensTheBundleOrTheUsualPlace) {
         EXPECT_EQ(launchAgentProgram(QString::fromLatin1(path)),
                   QStringLiteral("/Applications/Fenwhirl.app"));
     }
+}
+
+TEST(LaunchAgent, OfACopyOutsideABundleOpensTheUsualPlace) {
+    const TemporaryFolder home;
+    const QString path =
+        QString::fromStdString(home.path("Library/LaunchAgents/com.fenwhirl.app.plist")); // no folder yet
+    ASSERT_TRUE(writeLoginItemFile(
+        path, launchAgentPropertyList(launchAgentProgram(QStringLiteral("/opt/fenwhirl/bin")))));
+    EXPECT_TRUE(loginItemFileExists(path));
+    EXPECT_EQ(
+        readByPython(QByteArray::fromStdString(home.read("Library/LaunchAgents/com.fenwhirl.app.plist"))),
+        QStringLiteral("com.fenwhirl.app|/usr/bin/open|-a|/Applications/Fenwhirl.app|True"));
+    EXPECT_TRUE(removeLoginItemFile(path));
+    EXPECT_FALSE(loginItemFileExists(path));
 }
 
 TEST(LaunchAgent, IsAPropertyListWithThreeEntries) {

@@ -37,9 +37,11 @@ public:
     }
 
     ~BusyApp() {
-        if (pid_ > 0) {
-            (void)kill(pid_, SIGKILL);
-            (void)endedBy();
+        for (pid_t* const pid : {&pid_, &helper_}) {
+            if (*pid > 0) {
+                (void)kill(*pid, SIGKILL);
+                (void)endedBy(*pid);
+            }
         }
     }
 
@@ -48,19 +50,35 @@ public:
     BusyApp(BusyApp&&) = delete;
     BusyApp& operator=(BusyApp&&) = delete;
 
+    // One more program of the application, in a bundle inside its own.
+    pid_t startHelper() {
+        const std::filesystem::path program = std::filesystem::path(path_.toStdString()) / "Contents" /
+                                              "Frameworks" / "Helper.app" / "Contents" / "MacOS" / "Helper";
+        std::filesystem::create_directories(program.parent_path());
+        std::filesystem::copy_file("/usr/bin/yes", program);
+        helper_ = pid_;
+        start(program.string(), false);
+        std::swap(helper_, pid_);
+        return helper_;
+    }
+
+    int helperEndedBy() { return endedBy(helper_); }
+
     [[nodiscard]] const QString& path() const { return path_; }
 
     [[nodiscard]] pid_t pid() const { return pid_; }
 
     // Waits for the end; the signal that caused it.
-    int endedBy() {
+    int endedBy() { return endedBy(pid_); }
+
+private:
+    static int endedBy(pid_t& pid) {
         int status = 0;
-        (void)waitpid(pid_, &status, 0);
-        pid_ = 0;
+        (void)waitpid(pid, &status, 0);
+        pid = 0;
         return WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     }
 
-private:
     void start(const std::string& program, bool ignoresTermination) {
         std::array<char*, 2> arguments = {const_cast<char*>("Demo"), nullptr};
         posix_spawn_file_actions_t actions = {};
@@ -76,6 +94,7 @@ private:
     QTemporaryDir folder_;
     QString path_;
     pid_t pid_ = 0;
+    pid_t helper_ = 0;
 };
 
 ProcessServices quickServices() {
@@ -133,6 +152,26 @@ TEST(QuitRealProcess, EndsAnApplicationAndShowsThatItIsGone) {
         ASSERT_TRUE(published.wait(patienceMilliseconds));
         monitor.refresh();
     }
+}
+
+TEST(QuitRealProcess, ChargesAHelperToItsApplicationAndEndsBoth) {
+    BusyApp busy;
+    const pid_t helper = busy.startHelper();
+    ProcessMonitor monitor(quickServices());
+    AppLoad app;
+    QSignalSpy published(&monitor, &ProcessMonitor::appsChanged);
+    monitor.start();
+    while (app.pids.size() < 2) {
+        ASSERT_TRUE(published.wait(patienceMilliseconds));
+        const AppLoad* const entry = entryOf(monitor, busy.path());
+        app = entry != nullptr ? *entry : AppLoad();
+    }
+    monitor.stop();
+    EXPECT_EQ(app.name, QStringLiteral("Demo App"));
+    EXPECT_EQ(app.pids, (QList<qint32>{busy.pid(), helper}));
+    monitor.quit(app, false);
+    EXPECT_EQ(busy.endedBy(), SIGTERM);
+    EXPECT_EQ(busy.helperEndedBy(), SIGTERM);
 }
 
 TEST(QuitRealProcess, KillsAnApplicationThatDoesNotWantToEnd) {
