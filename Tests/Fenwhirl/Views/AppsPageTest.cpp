@@ -2,6 +2,8 @@
 
 #include "Stage.h"
 
+#include <QTcpServer>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -123,6 +125,20 @@ TEST(AppsPage, ANameIsShownAsPlainBoundedText) {
     }
 }
 
+TEST(AppsPage, MarkupInANameFetchesNothing) {
+    QTcpServer listener;
+    ASSERT_TRUE(listener.listen(QHostAddress::LocalHost));
+    Stage stage;
+    stage.start();
+    stage.setApps(
+        {app(QStringLiteral("<img src='http://127.0.0.1:%1/x.png'>").arg(listener.serverPort()), 40, 80)});
+    stage.showPage(Page::apps);
+    EXPECT_TRUE(stage.texts().join(u'|').contains(QStringLiteral("<img src=")));
+    stage.click(stage.all(QAccessible::CheckBox).value(0)); // the question shows the name, too
+    static_cast<void>(stage.window().grabWindow());
+    EXPECT_FALSE(listener.waitForNewConnection(300));
+}
+
 TEST(AppsPage, SamplesOnlyWhileItIsOnScreen) {
     Stage stage;
     stage.start();
@@ -130,6 +146,14 @@ TEST(AppsPage, SamplesOnlyWhileItIsOnScreen) {
     EXPECT_FALSE(stage.models().apps()->pageShown());
     stage.monitor().setSelectedPage(Page::apps);
     EXPECT_TRUE(stage.models().apps()->pageShown());
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.samples == 1; }));
+    // Only what was stopped takes a sample at once when it starts: hiding the window has stopped it.
+    stage.models().setAwake(false);
+    stage.models().setAwake(true);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.samples == 2; }));
+    stage.monitor().setSelectedPage(Page::fans);
+    stage.monitor().setSelectedPage(Page::apps);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.samples == 3; }));
     stage.monitor().setSelectedPage(Page::fans);
     EXPECT_FALSE(stage.models().apps()->pageShown());
 }

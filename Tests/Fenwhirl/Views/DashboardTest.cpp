@@ -2,6 +2,7 @@
 
 #include "Stage.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {
@@ -132,6 +133,43 @@ TEST(Dashboard, AnErrorStaysUntilItIsClosed) {
     stage.click(QStringLiteral("Fermer"));
     EXPECT_FALSE(stage.shows(error));
     EXPECT_EQ(stage.monitor().controlError(), QString());
+}
+
+TEST(Dashboard, ShowsItsGroupsInOrder) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.start();
+    stage.monitor().apply(Preset::game);
+    stage.world.loginItemWorks = false;
+    stage.monitor().setLaunchAtLogin(true); // an error to be told
+    stage.poll();
+    stage.show();
+    const QStringList texts = stage.texts();
+    qsizetype last = -1;
+    for (const QString& text :
+         {QStringLiteral("MacBook de Camille"),
+          QStringLiteral("Impossible de changer le démarrage automatique."),
+          QStringLiteral("Activer le contrôle des ventilateurs"),
+          QStringLiteral("Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois."),
+          QStringLiteral("Température du processeur"), QStringLiteral("il y a 10 min"),
+          QStringLiteral("maintenant"), QStringLiteral("Préréglage"), QStringLiteral("Ventilateur gauche"),
+          QStringLiteral("Ventilateur droit")}) {
+        const qsizetype at = texts.indexOf(text, std::max<qsizetype>(last, 0));
+        EXPECT_GT(at, last) << text.toStdString() << " in " << texts.join(u'|').toStdString();
+        last = at;
+    }
+}
+
+TEST(Dashboard, ThePresetMenuListsThePresetsInOrder) {
+    Stage stage;
+    stage.show();
+    stage.click(QStringLiteral("Préréglage"), QAccessible::ComboBox);
+    QStringList items;
+    for (QAccessibleInterface* item : stage.all(QAccessible::MenuItem))
+        items.append(item->text(QAccessible::Name));
+    EXPECT_EQ(items,
+              QStringList({QStringLiteral("Auto"), QStringLiteral("Silencieux"), QStringLiteral("Équilibré"),
+                           QStringLiteral("Jeu"), QStringLiteral("Max")}));
 }
 
 TEST(Dashboard, ThePresetMenuAppliesWhatIsChosen) {

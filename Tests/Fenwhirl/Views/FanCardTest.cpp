@@ -2,6 +2,7 @@
 
 #include "Stage.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace {
@@ -104,6 +105,30 @@ TEST(FanCard, TheGaugeOfAFanWithoutARangeDividesByOne) {
     EXPECT_LT(stage.models().machine()->fans()->at(0)->speedFraction(), 0); // the gauge draws that as empty
 }
 
+TEST(FanCard, ASpeedBelowTheMinimumShowsAnEmptyGaugeAndOneAboveTheMaximumAFullOne) {
+    Stage stage;
+    stage.world.setFan(0, 900);
+    stage.world.setFan(1, 7000);
+    stage.showPage(Page::fans);
+    const auto gauge = [&stage](int n) {
+        int met = 0;
+        for (QAccessibleInterface* item : stage.all(QAccessible::StaticText)) {
+            if (item->rect().size() == QSize(128, 128) && met++ == n)
+                return item->rect().topLeft() - stage.window().position();
+        }
+        ADD_FAILURE() << "there is no such gauge";
+        return QPoint();
+    };
+    // Where the arc begins, at the lower left, and where it ends, at the lower right.
+    const QPoint begin(23, 105);
+    const QPoint end(105, 105);
+    const QColor track(0x2B, 0x30, 0x3A);
+    const QColor accent(0x4F, 0xC3, 0xF7);
+    EXPECT_EQ(stage.colorAt(gauge(0) + begin), track);
+    EXPECT_EQ(stage.colorAt(gauge(1) + begin), accent);
+    EXPECT_EQ(stage.colorAt(gauge(1) + end), accent);
+}
+
 TEST(FanCard, TheSteppersStopAtTheirBounds) {
     Stage stage;
     stage.start();
@@ -167,6 +192,35 @@ TEST(FanCard, AnyChangeClearsTheHighlightedPreset) {
               QStringLiteral("Personnalisé"));
 }
 
+TEST(FanCard, EveryControlClearsTheHighlightedPresetInThePanelToo) {
+    const auto change = [](const FanSetting& setting, const std::function<void(Stage&)>& use) {
+        Stage stage;
+        stage.start();
+        stage.monitor().setSetting(0, setting);
+        stage.monitor().setSetting(1, setting);
+        stage.showPage(Page::fans);
+        stage.monitor().apply(Preset::balanced);
+        if (setting.mode == FanModeKind::constant)
+            stage.monitor().apply(Preset::max);
+        ASSERT_NE(stage.monitor().activePreset(), std::nullopt);
+        use(stage);
+        EXPECT_EQ(stage.monitor().activePreset(), std::nullopt);
+        stage.show(menuPanelFile());
+        for (QAccessibleInterface* preset : stage.all(QAccessible::RadioButton))
+            EXPECT_FALSE(preset->state().checked) << preset->text(QAccessible::Name).toStdString();
+    };
+    change(sensorSetting(),
+           [](Stage& stage) { stage.click(QStringLiteral("Auto"), QAccessible::RadioButton); });
+    change(sensorSetting(), [](Stage& stage) { stage.range(stepper, 0)->setCurrentValue(60.0); });
+    change(sensorSetting(), [](Stage& stage) { stage.range(stepper, 1)->setCurrentValue(95.0); });
+    change(sensorSetting(), [](Stage& stage) {
+        stage.click(QStringLiteral("Capteur"), QAccessible::ComboBox);
+        stage.press(Qt::Key_End);
+        stage.press(Qt::Key_Return);
+    });
+    change(constantSetting(3000), [](Stage& stage) { stage.range(slider)->setCurrentValue(2500.0); });
+}
+
 TEST(FanCard, ChoosingTheModeThatIsSetKeepsThePreset) {
     Stage stage;
     stage.showPage(Page::fans);
@@ -181,6 +235,19 @@ TEST(FansPage, SaysWhenThereAreNoFans) {
     stage.showPage(Page::fans);
     EXPECT_TRUE(stage.shows(QStringLiteral("Aucun ventilateur détecté sur ce Mac.")));
     EXPECT_FALSE(stage.shows(QStringLiteral("Mode")));
+}
+
+TEST(FansPage, OffersControlWhileItIsWantedAndTheHelperIsMissing) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.showPage(Page::fans);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Choisis la vitesse de chaque ventilateur")));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
+    stage.monitor().apply(Preset::max);
+    stage.poll();
+    stage.click(QStringLiteral("Activer"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
 }
 
 TEST(FansPage, ThirtyFansHaveThirtyCards) {

@@ -50,6 +50,22 @@ TEST(MainWindow, TheFootSaysHowTheMacFeels) {
     EXPECT_TRUE(stage.shows(QStringLiteral("Surchauffe")));
 }
 
+TEST(MainWindow, TheDotAtTheFootIsGreenOnlyWhileAllIsNormal) {
+    Stage stage;
+    stage.show();
+    const auto dot = [&stage](const QString& word) {
+        const QRect place = stage.find(word, QAccessible::StaticText)->rect();
+        return stage.colorAt(QPoint(place.left() - 20, place.center().y()) - stage.window().position());
+    };
+    EXPECT_EQ(dot(QStringLiteral("Tout est normal")), QColor(0x5B, 0xE4, 0x9B));
+    stage.world.setCelsius(85);
+    stage.poll();
+    EXPECT_EQ(dot(QStringLiteral("Le Mac est chaud")), QColor(0xFF, 0xB4, 0x54));
+    stage.world.setCelsius(92);
+    stage.poll();
+    EXPECT_EQ(dot(QStringLiteral("Surchauffe")), QColor(0xFF, 0xB4, 0x54));
+}
+
 TEST(MainWindow, HasItsTitleAndNeverGetsTooSmall) {
     Stage stage;
     stage.windowSize = {1040, 680};

@@ -18,6 +18,41 @@ TEST(MenuPanel, ShowsAtMostThreeTemperatures) {
     EXPECT_EQ(stage.all(QAccessible::ListItem).size(), 3);
 }
 
+TEST(MenuPanel, SaysHowTheMacFeelsWithADotOfThatColour) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    const auto dot = [&stage](const QString& word) {
+        const QRect place = stage.find(word, QAccessible::StaticText)->rect();
+        return stage.colorAt(QPoint(place.left() - 17, place.center().y()) - stage.window().position());
+    };
+    EXPECT_EQ(dot(QStringLiteral("Tout est normal")), QColor(0x5B, 0xE4, 0x9B));
+    stage.world.setCelsius(85);
+    stage.poll();
+    EXPECT_EQ(dot(QStringLiteral("Le Mac est chaud")), QColor(0xFF, 0xB4, 0x54));
+    stage.world.setCelsius(92);
+    stage.poll();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Surchauffe")));
+}
+
+TEST(MenuPanel, NamesEachSensorWithItsTemperatureInWholeDegrees) {
+    Stage stage;
+    stage.world.setCelsius(62.5);
+    stage.show(menuPanelFile());
+    const QList<QAccessibleInterface*> rows = stage.all(QAccessible::ListItem);
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(rows.first()->text(QAccessible::Name).replace(QChar(0xA0), u' '),
+              QStringLiteral("Processeur (proximité) 63 °C"));
+}
+
+TEST(MenuPanel, EachFanHasItsNameSpeedAndUnit) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    const QStringList texts = stage.texts();
+    EXPECT_TRUE(texts.contains(QStringLiteral("Ventilateur gauche")));
+    EXPECT_TRUE(texts.contains(QStringLiteral("Ventilateur droit")));
+    EXPECT_EQ(texts.count(QStringLiteral("tr/min")), 2);
+}
+
 TEST(MenuPanel, WithoutSensorsItHasNoTemperatures) {
     Stage stage;
     stage.world.smc.remove("TC0P");

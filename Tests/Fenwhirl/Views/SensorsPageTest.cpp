@@ -76,6 +76,57 @@ TEST(SensorsPage, ListsThemByNameWithTheirCount) {
                                   QStringLiteral("Processeur")}));
 }
 
+TEST(SensorsPage, ABarIsHotFromEightyDegreesAndFullFromAHundred) {
+    Stage stage;
+    stage.world.smc.setNumber("TB0T", "flt ", 79.9);
+    stage.world.smc.setNumber("TM0P", "flt ", 80.0);
+    stage.world.smc.setNumber("TG0P", "flt ", 129.5);
+    stage.showPage(Page::sensors);
+    const QColor accent(0x4F, 0xC3, 0xF7);
+    const QColor hot(0xFF, 0xB4, 0x54);
+    const QColor track(0x2B, 0x30, 0x3A);
+    // Just inside the two ends of a row's bar.
+    const auto ends = [&stage](const QString& name) {
+        for (QAccessibleInterface* row : stage.all(QAccessible::ListItem)) {
+            const QRect place = row->rect().translated(-stage.window().position());
+            if (row->text(QAccessible::Name).startsWith(name))
+                return std::pair(stage.colorAt({place.left() + 156 + 5, place.center().y()}),
+                                 stage.colorAt({place.right() - 52 - 6 - 5, place.center().y()}));
+        }
+        ADD_FAILURE() << "there is no " << name.toStdString();
+        return std::pair(QColor(), QColor());
+    };
+    EXPECT_EQ(ends(QStringLiteral("Batterie")), std::pair(accent, track));
+    EXPECT_EQ(ends(QStringLiteral("Mémoire")), std::pair(hot, track));
+    EXPECT_EQ(ends(QStringLiteral("Graphisme")), std::pair(hot, hot));
+}
+
+TEST(SensorsPage, SensorsOfOneNameKeepTheOrderOfTheirReadings) {
+    Stage stage;
+    for (const auto& [key, celsius] : {std::pair("TH0P", 25), std::pair("TH0A", 24), std::pair("TH0a", 26)})
+        stage.world.smc.setNumber(key, "sp78", celsius);
+    stage.showPage(Page::sensors);
+    QStringList expected;
+    QString name;
+    for (const SensorState& sensor : stage.monitor().sensors()) {
+        const ShownSensor row = shown(sensor);
+        if (sensor.id == QStringLiteral("TH0A"))
+            name = row.name;
+    }
+    for (const SensorState& sensor : stage.monitor().sensors()) {
+        const ShownSensor row = shown(sensor);
+        if (row.name == name)
+            expected.append(row.name + u' ' + row.temperature);
+    }
+    ASSERT_GE(expected.size(), 2) << "there must be two of one name";
+    QStringList found;
+    for (QAccessibleInterface* row : stage.all(QAccessible::ListItem)) {
+        if (row->text(QAccessible::Name).startsWith(name))
+            found.append(row->text(QAccessible::Name));
+    }
+    EXPECT_EQ(found, expected);
+}
+
 TEST(SensorsPage, OfFiveHundredSensorsOnlyThoseInViewHaveRows) {
     Stage stage;
     for (int i = 0; i < 500; ++i) {

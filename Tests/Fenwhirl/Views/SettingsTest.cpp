@@ -140,6 +140,19 @@ TEST(SettingsPage, OffersWhatSuitsTheHelpersState) {
     EXPECT_FALSE(stage.shows(QStringLiteral("Désactiver")));
 }
 
+TEST(SettingsPage, SaysWhenTheHelperIsOutdated) {
+    Stage stage;
+    stage.world.helper.setVersion("2");
+    stage.showPage(Page::settings);
+    const QString text = QStringLiteral("Une mise à jour de l'assistant est disponible.");
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperOutdated(); }));
+    EXPECT_TRUE(stage.shows(text));
+    stage.world.helper.setVersion("3");
+    stage.click(QStringLiteral("Réinstaller"));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().helperOutdated(); }));
+    EXPECT_FALSE(stage.shows(text));
+}
+
 TEST(SettingsPage, TheWayBackMakesEveryFanAutomatic) {
     Stage stage;
     stage.start();

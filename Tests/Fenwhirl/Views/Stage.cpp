@@ -62,6 +62,7 @@ void Stage::adopt() {
     ProcessServices processes;
     processes.sample = [this] {
         const std::lock_guard lock(mutex_);
+        ++samples;
         return sample_;
     };
     processes.cancelSampling = [] {};

@@ -18,6 +18,7 @@
 #include <QQuickWindow>
 #include <QStringList>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -32,6 +33,8 @@ public:
     std::vector<QString> reports;
     int timesOpenedMain = 0;
     int timesQuit = 0;
+    // How often running processes were looked at.
+    std::atomic<int> samples = 0;
     // What was asked of running applications: identifier and whether by force.
     std::vector<std::pair<qint32, bool>> quitRequests;
     QSize windowSize = {1040, 2400};
