@@ -24,7 +24,7 @@ QFont textFont(double pixels) {
 }
 
 QImage transparentImage(int width, int height) {
-    QImage image(width, height, QImage::Format_ARGB32);
+    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     return image;
 }

@@ -51,6 +51,8 @@ void StatusItemLinux::place() {
 void StatusItemLinux::showNotifierItem() {
     if (classic_)
         classic_->hide();
+    drawn_.clear(); // the other kind of item has icons of another shape
+    shown_.reset();
     item_ = std::make_unique<StatusNotifierItem>(bus_);
     connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel) {
         // Hosts that do not know the place send zeros; the pointer was on the item a moment ago.
@@ -63,6 +65,8 @@ void StatusItemLinux::showNotifierItem() {
 
 void StatusItemLinux::showClassicIcon() {
     item_.reset();
+    drawn_.clear(); // the other kind of item has icons of another shape
+    shown_.reset();
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
         return; // the classic tray needs widgets
     if (!classic_) {
@@ -91,14 +95,30 @@ void StatusItemLinux::setText(const QString& text, const QString& shortText) {
 }
 
 void StatusItemLinux::updateContent() {
-    const bool onDark = appearance_->isDark();
-    if (item_)
-        item_->setContent(text_, {statusIcon(symbol_, shortText_, 22, onDark),
-                                  statusIcon(symbol_, shortText_, 44, onDark)});
-    if (classic_ && !item_) {
-        QIcon icon(QPixmap::fromImage(squareStatusIcon(symbol_, shortText_, 22, onDark)));
-        icon.addPixmap(QPixmap::fromImage(squareStatusIcon(symbol_, shortText_, 44, onDark)));
-        classic_->setIcon(icon);
+    const IconKey wanted(shortText_, appearance_->isDark());
+    const bool changes = shown_ != wanted;
+    shown_ = wanted;
+    if (item_) {
+        if (changes)
+            item_->setIcons(icons(wanted));
+        item_->setText(text_);
+    } else if (classic_) {
+        if (changes) {
+            QIcon icon;
+            for (const QImage& image : icons(wanted))
+                icon.addPixmap(QPixmap::fromImage(image));
+            classic_->setIcon(icon);
+        }
         classic_->setToolTip(text_);
     }
+}
+
+QList<QImage> StatusItemLinux::icons(const IconKey& key) {
+    if (const QList<QImage>* drawn = drawn_.object(key))
+        return *drawn;
+    const auto draw = item_ ? statusIcon : squareStatusIcon;
+    const QList<QImage> made = {draw(symbol_, key.first, 22, key.second),
+                                draw(symbol_, key.first, 44, key.second)};
+    drawn_.insert(key, new QList<QImage>(made)); // the cache owns it
+    return made;
 }

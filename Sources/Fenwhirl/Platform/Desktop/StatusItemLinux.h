@@ -8,10 +8,15 @@
 #include "Fenwhirl/Platform/Desktop/StatusNotifierItem.h"
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
 
+#include <QCache>
 #include <QDBusConnection>
+#include <QImage>
+#include <QList>
 #include <QSystemTrayIcon>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 class StatusItemLinux : public StatusItem {
     Q_OBJECT
@@ -38,4 +43,11 @@ private:
     std::unique_ptr<QSystemTrayIcon> classic_;
     QString text_;
     QString shortText_;
+
+    // Drawn icons by text and whether they are for a dark bar, and which of them are shown. QPainter shares
+    // out each drawing to threads, so a temperature that goes to and fro would wake them all the time.
+    using IconKey = std::pair<QString, bool>;
+    [[nodiscard]] QList<QImage> icons(const IconKey& key);
+    QCache<IconKey, QList<QImage>> drawn_{32};
+    std::optional<IconKey> shown_;
 };

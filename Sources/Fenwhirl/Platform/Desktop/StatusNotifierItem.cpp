@@ -101,11 +101,14 @@ void StatusNotifierItem::announce() {
     bus_.send(call);
 }
 
-void StatusNotifierItem::setContent(const QString& text, const QList<QImage>& icons) {
+void StatusNotifierItem::setIcons(const QList<QImage>& icons) {
     icon_.clear();
     for (const QImage& icon : icons)
         icon_.append(pixmapOf(icon));
     Q_EMIT NewIcon();
+}
+
+void StatusNotifierItem::setText(const QString& text) {
     if (std::exchange(title_, text) != text) {
         Q_EMIT NewTitle();
         Q_EMIT NewToolTip();

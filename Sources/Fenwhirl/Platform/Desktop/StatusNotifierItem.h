@@ -62,7 +62,9 @@ public:
 
     // Announces the item again, to a watcher that was replaced.
     void announce();
-    void setContent(const QString& text, const QList<QImage>& icons);
+    // Each tells the host, which then asks for what it shows.
+    void setIcons(const QList<QImage>& icons);
+    void setText(const QString& text);
 
     [[nodiscard]] QString category() const;
     [[nodiscard]] QString id() const;

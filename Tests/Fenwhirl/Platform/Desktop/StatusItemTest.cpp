@@ -145,6 +145,27 @@ TEST(StatusItem, SaysItsWholeTextAndDrawsTheShortOneBesideTheSymbol) {
     EXPECT_EQ(icons.at(0).bytes.size(), 4 * icons.at(0).width * icons.at(0).height);
 }
 
+TEST(StatusItem, DrawsATemperatureThatComesAgainOnlyOnce) {
+    FakeWatcher watcher;
+    int drawn = 0;
+    const auto count = [&drawn](QPainter&, const QRectF&, const QColor&) { ++drawn; };
+    StatusItemLinux item(count, PrivateBus::connect(),
+                         std::make_unique<SystemAppearanceLinux>(PrivateBus::connect()));
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    item.setText(QStringLiteral("51 °C"), QStringLiteral("51°"));
+    const auto icons = [&watcher] {
+        return qdbus_cast<StatusNotifierPixmaps>(watcher.property(QStringLiteral("IconPixmap")));
+    };
+    const QByteArray first = icons().at(0).bytes;
+    item.setText(QStringLiteral("61 °C"), QStringLiteral("61°"));
+    EXPECT_NE(icons().at(0).bytes, first);
+    const int before = drawn;
+    item.setText(QStringLiteral("2 400 tr/min · 51 °C"), QStringLiteral("51°"));
+    EXPECT_EQ(drawn, before);
+    EXPECT_EQ(icons().at(0).bytes, first);
+    EXPECT_EQ(watcher.property(QStringLiteral("Title")).toString(), QStringLiteral("2 400 tr/min · 51 °C"));
+}
+
 TEST(StatusItem, TellsWhereItWasClicked) {
     FakeWatcher watcher;
     const auto item = makeItem();
