@@ -17,10 +17,10 @@ Item {
     implicitHeight: 6
     implicitWidth: 140
 
-    // A change of about a point is shown at once: temperatures always flutter, and every frame of a motion costs the
-    // processor this program watches.
+    // A change of a few points is shown at once: of many temperatures some always flutter by a degree or two, and every
+    // frame of a motion costs the processor this program watches.
     onWantedChanged: {
-        motion.enabled = ready && Math.abs(wanted - shown) > 0.01
+        motion.enabled = ready && Math.abs(wanted - shown) > 0.03
         shown = wanted
     }
     Component.onCompleted: ready = true

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QQuickPaintedItem>
+#include <QSize>
 #include <QtQml/qqmlregistration.h>
 
 // The blurred shadow of a rounded rectangle: QML type `SoftShadow`.
@@ -16,6 +18,9 @@
 // renderer.
 
 namespace Fenwhirl {
+
+// The picture of it: `size` includes the blur on all sides; all measures in points. Pure; any thread.
+[[nodiscard]] QImage softShadow(QSize size, double radius, double blur, const QColor& color);
 
 class SoftShadow : public QQuickPaintedItem {
     Q_OBJECT
