@@ -12,6 +12,7 @@ import re
 import shutil
 import subprocess
 import time
+import unittest
 
 import stage
 
@@ -53,22 +54,29 @@ class Desktop:
     """Screen, window manager, session bus, simulated Mac; Fenwhirl and the panels come when a test starts them."""
 
     def __init__(self, onboarded=True, helper=False, machine="MacBookPro11,4", height=800, window_manager=True,
-                 preferences=None):
+                 preferences=None, speed=5, controller=True, user=None):
         self.build = pathlib.Path(os.environ["FENWHIRL_BUILD"])
         self.home = pathlib.Path(os.environ["HOME"])
         self.machine, self.height, self.helper, self.window_manager = machine, height, helper, window_manager
+        self.speed, self.controller, self.user = speed, controller, user
         self.preferences = {"didOnboard": onboarded, "language": "fr", "brenor.update.lastCheck": time.time(),
                             **(preferences or {})}
         self.stack = contextlib.ExitStack()
         self.mac = self.application = self.screen = self.empty = None
 
     def __enter__(self):
+        if self.user and not stage.can_become(self.user):
+            raise unittest.SkipTest("needs real root, to give up its rights for an ordinary user's")
         try:
-            self.put(".config/com.fenwhirl.app/preferences.json", json.dumps(self.preferences))
-            self.mac = self.stack.enter_context(stage.SimulatedMac(
-                self.build, self.machine, "--heat", "12", "--speed", "5"))
+            if self.controller:
+                self.mac = self.stack.enter_context(stage.SimulatedMac(
+                    self.build, self.machine, "--heat", "12", "--speed", str(self.speed)))
             if self.helper:
                 stage.install_helper(self.build)
+            if self.user:
+                stage.become_ordinary_user(self.user)
+                self.home = pathlib.Path(os.environ["HOME"])
+            self.put(".config/com.fenwhirl.app/preferences.json", json.dumps(self.preferences))
             display = self.stack.enter_context(stage.Display(height=self.height))
             if self.window_manager:
                 display.start_window_manager()
@@ -93,14 +101,17 @@ class Desktop:
     # --- What is started ---
 
     def start(self, **environment):
-        """Starts Fenwhirl, and waits until it reads the controller."""
+        """Starts Fenwhirl, and waits until it reads the controller, where there is one."""
         log = (self.home / "fenwhirl.log").open("wb")
         self.stack.callback(log.close)
         self.application = self.stack.enter_context(stage.Process(
             [self.build / "bin/Fenwhirl"], stderr=log,
             env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LANGUAGE": "fr", **environment}))
         self.screen = stage.Interface()
-        self.polls()
+        if self.controller:
+            self.polls()
+        else:
+            stage.wait_until(self.screen.root, "the program is there")
         return self.application
 
     def log(self):

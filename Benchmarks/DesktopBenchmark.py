@@ -1,0 +1,344 @@
+#!/usr/bin/python3
+"""What Fenwhirl costs on the desktop, beside its peers and the least a program of its kind can cost, in one run.
+
+    Packaging/Linux/install-packages run tour test bench
+    cmake --preset bench -D FENWHIRL_TESTS=OFF
+    cmake --build --preset bench --target Fenwhirl FenwhirlApp fenwhirl-guard simulated-mac QuickFloor WindowWatch
+    Packaging/Linux/private-namespace Benchmarks/DesktopBenchmark.py build/bench [--seconds 30] [--runs 9]
+
+Needs real root, for the peer's sensors. Prints one line per figure: the figure, what it is measured against, their ratio, and
+the ratio that is allowed. Ends with 1 when one is missed.
+"""
+
+import argparse
+import contextlib
+import os
+import pathlib
+import re
+import statistics
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "Tests/System"))
+
+import stage  # noqa: E402
+from desktop import Desktop  # noqa: E402
+
+PEER_TEMPERATURES = 60
+PEER_FANS = 2
+PEER_SENSORS = f"""
+mount -t tmpfs sensors /sys/class
+mkdir -p /sys/class/hwmon/hwmon0
+cd /sys/class/hwmon/hwmon0
+echo coretemp > name
+for i in $(seq {PEER_TEMPERATURES}); do echo 45000 > temp${{i}}_input; done
+for i in $(seq {PEER_FANS}); do echo 2000 > fan${{i}}_input; done
+(while :; do for t in 45000 47000; do sleep 2; for f in temp*_input; do echo $t > $f; done; done; done) &
+cd /
+exec psensor
+"""
+
+
+class Table:
+    """The figures, and whether all are as they should be."""
+
+    def __init__(self):
+        self.missed = False
+        print(f"{'':<4}{'what':<58}{'figure':>12}{'against':>12}{'ratio':>8}{'allowed':>9}")
+
+    def line(self, number, what, figure, against, allowed, unit):
+        ratio = figure / against if against else float("inf")
+        fine = ratio <= allowed
+        self.missed = self.missed or not fine
+        print(f"{number:<4}{what:<58}{figure:>9.4g} {unit:<2}{against:>9.4g} {unit:<2}{ratio:>8.2f}{allowed:>9.2f}"
+              f"  {'' if fine else 'MISSED'}", flush=True)
+
+    def note(self, what):
+        print(f"    {what}", flush=True)
+
+
+# --- What a process costs ---
+
+def memory(pid):
+    """Resident and private memory in MB."""
+    text = pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(encoding="ascii")
+    kilobytes = {name: int(value) for name, value in re.findall(r"^(\w+): +(\d+) kB", text, re.M)}
+    return kilobytes["Rss"] / 1024, kilobytes["Private_Dirty"] / 1024
+
+
+def threads(pid):
+    """Of every thread by its name: nanoseconds of processor time and how often it went to sleep."""
+    found = {}
+    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
+        with contextlib.suppress(OSError):
+            spent = int((task / "schedstat").read_text(encoding="ascii").split()[0])
+            slept = int(re.search(r"^voluntary_ctxt_switches:\s+(\d+)",
+                                  (task / "status").read_text(encoding="utf-8"), re.M).group(1))
+            found[task.name] = ((task / "comm").read_text(encoding="utf-8").strip(), spent, slept)
+    return found
+
+
+def spent_between(before, after):
+    """Nanoseconds, and sleeps by thread name."""
+    nanoseconds, sleeps = 0, {}
+    for task, (name, spent, slept) in after.items():
+        _, spent_before, slept_before = before.get(task, (name, 0, 0))
+        nanoseconds += spent - spent_before
+        sleeps[name] = sleeps.get(name, 0) + slept - slept_before
+    return nanoseconds, sleeps
+
+
+def processor_share(pid, seconds):
+    """In percent of one processor, over that time."""
+    before = threads(pid)
+    began = time.monotonic()
+    time.sleep(seconds)
+    nanoseconds, _ = spent_between(before, threads(pid))
+    return nanoseconds / (time.monotonic() - began) / 1e9 * 100
+
+
+# --- Windows ---
+
+class Watch(stage.Process):
+    """Knows when a window was drawn for the first time after it was shown."""
+
+    SMALLEST = 150  # points of width; smaller ones are no windows that people look at
+
+    def __init__(self, build):
+        super().__init__([build / "benchmarks/WindowWatch"], stdout=subprocess.PIPE)
+        self.lines = stage.Lines(self.child.stdout)
+        assert self.lines.next() == "READY"
+        self.shown = set()
+
+    def next_picture(self):
+        """The moment of the next first drawing, and the window."""
+        while True:
+            moment, what, *rest = self.lines.next(60).split()
+            if what == "shown" and int(rest[1].split("x")[0]) >= self.SMALLEST:
+                self.shown.add(rest[0])
+            elif what == "drawn" and rest[0] in self.shown:
+                self.shown.discard(rest[0])
+                return float(moment), rest[0]
+
+
+def first_picture(watch, command, **options):
+    """Milliseconds from the start of a program to its first picture; the program is ended then."""
+    began = time.monotonic()
+    with stage.Process(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options):
+        moment, _ = watch.next_picture()
+    return (moment - began) * 1000
+
+
+def peer(desktop, **settings):
+    """The command that shows the other program's sensors, in a world of its own."""
+    lines = "\n".join(f"{name.replace('_', '-')}={value}" for name, value in settings.items())
+    desktop.put(".config/glib-2.0/settings/keyfile", f"[psensor]\n{lines}\n")
+    return ["unshare", "--mount", "sh", "-c", PEER_SENSORS]
+
+
+def peer_process(process):
+    """The peer among what its shell became: `exec` keeps the number."""
+    stage.wait_until(lambda: pathlib.Path(f"/proc/{process.child.pid}/comm").read_text(encoding="ascii").strip() == "psensor",
+                     "the peer runs")
+    return process.child.pid
+
+
+# --- Fenwhirl ---
+
+def activate(bus, name="com.fenwhirl.app", path="/com/fenwhirl/app"):
+    """What a second start asks of the first."""
+    from gi.repository import GLib
+    bus.call_sync(name, path, "org.freedesktop.Application", "Activate",
+                  GLib.Variant("(a{sv})", ({},)), None, 0, 5000, None)
+
+
+def session():
+    import gi
+    gi.require_version("Gio", "2.0")
+    from gi.repository import Gio
+    return Gio.DBusConnection.new_for_address_sync(
+        os.environ["DBUS_SESSION_BUS_ADDRESS"],
+        Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+
+
+class Benchmark:
+    def __init__(self, build, seconds, runs):
+        self.build, self.seconds, self.runs = build, seconds, runs
+        self.table = Table()
+
+    def fenwhirl(self):
+        return stage.Process([self.build / "bin/Fenwhirl"], env={**os.environ, "LANGUAGE": "fr"})
+
+    def starts(self):
+        """From the start to the first picture; the programs take turns."""
+        took = {"floor": [], "fenwhirl": [], "gsm": []}
+        with Desktop(onboarded=False, window_manager=False), Watch(self.build) as watch:
+            for _ in range(self.runs):
+                took["floor"].append(first_picture(watch, [self.build / "benchmarks/QuickFloor", "window"]))
+                took["fenwhirl"].append(first_picture(watch, [self.build / "bin/Fenwhirl"]))
+                took["gsm"].append(first_picture(watch, ["gnome-system-monitor"]))
+        median = {name: statistics.median(values) for name, values in took.items()}
+        self.table.line("B9", "start to first picture, against a Qt Quick hello", median["fenwhirl"], median["floor"],
+                        2.2, "ms")
+        self.table.line("B9", "the same, against gnome-system-monitor", median["fenwhirl"], median["gsm"], 0.5, "ms")
+
+    def measure_peer(self):
+        """Memory and processor time of psensor: in the tray, and with its window open."""
+        figures = {}
+        with Desktop(window_manager=False) as desktop:
+            desktop.start_panel()
+            with stage.Process(peer(desktop, interface_hide_on_startup="true")) as process:
+                pid = peer_process(process)
+                time.sleep(5)
+                figures["hidden"] = (*memory(pid), processor_share(pid, self.seconds))
+            with stage.Process(peer(desktop, interface_hide_on_startup="false")) as process:
+                pid = peer_process(process)
+                time.sleep(5)
+                figures["open"] = (*memory(pid), processor_share(pid, self.seconds))
+        return figures
+
+    def measure_ours(self):
+        figures = {}
+        with Desktop(machine="iMac19,1", window_manager=False, speed=1) as desktop:
+            desktop.start_panel()
+            with self.fenwhirl() as process:
+                pid = process.child.pid
+                desktop.wait_for_ink()
+                for key in re.findall(r"\bT\S{3}\b", "\n".join(desktop.mac.tell("keys T"))):
+                    with contextlib.suppress(stage.StageError):  # some are no numbers
+                        desktop.mac.tell(f"set {key} 50")
+                time.sleep(20)  # the machine has come to rest, and the peer's measurements are of one at rest, too
+                figures["hidden"] = (*memory(pid), *self.hidden_costs(desktop, pid))
+                bus = session()
+                with Watch(self.build) as watch:
+                    activate(bus)
+                    watch.next_picture()
+                    time.sleep(3)
+                    figures["dashboard"] = memory(pid)
+                    desktop.mac.tell("unpin all")
+                    self.choose_page(desktop)
+                    figures["sensors"] = processor_share(pid, self.seconds)
+                    self.cycles(desktop, pid, bus, watch, figures)
+                time.sleep(3)
+                figures["closed"] = self.hidden_costs(desktop, pid)
+        return figures
+
+    @staticmethod
+    def choose_page(desktop):
+        """The sensors page, by a click into the sidebar: nothing else that the measurement would see is at work."""
+        window = desktop.wait_for_main_window()
+        subprocess.run(["xdotool", "mousemove", str(window[1] + 100), str(window[2] + 84 + 2 * 42 + 20), "click", "1"],
+                       check=True)
+        time.sleep(2)
+
+    def hidden_costs(self, desktop, pid):
+        """Share of the processor, and wake-ups a second beyond those of the round trips to the controller."""
+        requests, before, began = desktop.requests(), threads(pid), time.monotonic()
+        time.sleep(self.seconds)
+        nanoseconds, sleeps = spent_between(before, threads(pid))
+        seconds = time.monotonic() - began
+        trips = desktop.requests() - requests
+        beyond = max(0, sleeps.pop("fenwhirl.smc", 0) - trips)
+        self.table.note(f"sleeps by thread in {seconds:.0f} s: {sleeps}, fenwhirl.smc {beyond} beyond {trips} round trips")
+        return nanoseconds / seconds / 1e9 * 100, (sum(sleeps.values()) + beyond) / seconds
+
+    def cycles(self, desktop, pid, bus, watch, figures):
+        """Closes and opens the window 20 times."""
+        took, private = [], []
+        for _ in range(20):
+            window = desktop.wait_for_main_window()
+            self.delete(window[0])
+            stage.wait_until(lambda: not desktop.windows(), "the window closes", interval_seconds=0.02)
+            private.append(memory(pid))
+            began = time.monotonic()
+            activate(bus)
+            moment, _ = watch.next_picture()
+            took.append((moment - began) * 1000)
+        self.delete(desktop.wait_for_main_window()[0])
+        stage.wait_until(lambda: not desktop.windows(), "the window closes")
+        figures["cycles"] = (private[1], memory(pid))
+        figures["reopen"] = statistics.median(took)
+
+    @staticmethod
+    def delete(window):
+        """What a window manager sends when the close button is pressed."""
+        subprocess.run(["/usr/bin/python3", "-c", DELETE, window], check=True)
+
+    def kept_window(self):
+        """Milliseconds from the wish to the picture, for a bare window that was only hidden."""
+        took = []
+        with Desktop(window_manager=False), Watch(self.build) as watch, \
+                stage.Process([self.build / "benchmarks/QuickFloor", "window"]):
+            watch.next_picture()
+            bus, name, path = session(), "com.fenwhirl.floor", "/floor"
+            for _ in range(20):
+                time.sleep(0.1)
+                activate(bus, name, path)
+                time.sleep(0.1)
+                began = time.monotonic()
+                activate(bus, name, path)
+                moment, _ = watch.next_picture()
+                took.append((moment - began) * 1000)
+        return statistics.median(took)
+
+    def hidden_floor(self):
+        with Desktop(window_manager=False), \
+                stage.Process([self.build / "benchmarks/QuickFloor", "hidden"]) as floor:
+            time.sleep(2)
+            return memory(floor.child.pid)
+
+    def run(self):
+        line = self.table.line
+        peer_figures, floor = self.measure_peer(), self.hidden_floor()
+        ours = self.measure_ours()
+        kept = self.kept_window()
+        resident, private, share = peer_figures["hidden"]
+        line("B7", "hidden: resident memory, against psensor in the tray", ours["hidden"][0], resident, 0.75, "MB")
+        line("B7", "hidden: private memory, against psensor in the tray", ours["hidden"][1], private, 0.7, "MB")
+        self.table.note(f"Qt Quick linked and nothing else: {floor[0]:.1f} MB resident, {floor[1]:.1f} MB private")
+        line("B8", "hidden: processor, against psensor in the tray", ours["hidden"][2], share, 1.5, "%")
+        line("B8", "hidden: wake-ups a second beyond the round trips", ours["hidden"][3], 1.0, 1.5, "/s")
+        self.starts()
+        resident, private, share = peer_figures["open"]
+        line("B10", "dashboard: resident memory, against psensor's window", ours["dashboard"][0], resident, 1.35, "MB")
+        line("B10", "sensors page: processor, against psensor's window", ours["sensors"], share, 0.75, "%")
+        line("B11", "closed: processor, against before the first window", ours["closed"][0], ours["hidden"][2], 1.1, "%")
+        line("B11", "private memory after 20 openings, against after one", ours["cycles"][1][1], ours["cycles"][0][1],
+             1.05, "MB")
+        line("B11", "resident memory after 20 openings, against after one", ours["cycles"][1][0], ours["cycles"][0][0],
+             1.05, "MB")
+        line("B12", "reopening, against a bare window that was kept", ours["reopen"], kept, 3.0, "ms")
+        return 1 if self.table.missed else 0
+
+
+DELETE = """
+import ctypes, sys
+x = ctypes.CDLL("libX11.so.6")
+x.XOpenDisplay.restype = ctypes.c_void_p
+x.XInternAtom.restype = ctypes.c_ulong
+class Message(ctypes.Structure):
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int), ("display", ctypes.c_void_p),
+                ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong), ("format", ctypes.c_int),
+                ("data", ctypes.c_long * 5), ("pad", ctypes.c_long * 24)]
+display, window = ctypes.c_void_p(x.XOpenDisplay(None)), int(sys.argv[1])
+m = Message(33, 0, 1, display, window, x.XInternAtom(display, b"WM_PROTOCOLS", 0), 32)
+m.data[0] = x.XInternAtom(display, b"WM_DELETE_WINDOW", 0)
+x.XSendEvent(display, ctypes.c_ulong(window), 0, ctypes.c_long(0), ctypes.byref(m))
+x.XSync(display, 0)
+"""
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("build", type=pathlib.Path)
+    parser.add_argument("--seconds", type=float, default=30, help="how long processor time is measured")
+    parser.add_argument("--runs", type=int, default=9, help="how often each program is started")
+    chosen = parser.parse_args()
+    build = chosen.build.resolve()
+    os.environ["FENWHIRL_BUILD"] = str(build)
+    return Benchmark(build, chosen.seconds, chosen.runs).run()
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,49 @@
+// The least that a program of this kind can cost: what DesktopBenchmark.py measures Fenwhirl against.
+//
+//   QuickFloor window   a Qt Quick window with a text; "Activate" over the session bus hides it or shows it
+//   again QuickFloor hidden   Qt Quick linked, an application object, no engine and no window
+
+#include <QDBusConnection>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+#include <cstring>
+
+class Wish : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    explicit Wish(QQuickWindow& window) : window_(window) {}
+
+public Q_SLOTS:
+
+    Q_SCRIPTABLE void Activate(const QVariantMap& /*platformData*/) {
+        window_.setVisible(!window_.isVisible());
+    }
+
+private:
+    QQuickWindow& window_;
+};
+
+int main(int argc, char** argv) {
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (argc > 1 && std::strcmp(argv[1], "hidden") == 0)
+        return QGuiApplication::exec();
+
+    QQmlApplicationEngine engine;
+    engine.loadData("import QtQuick\n"
+                    "Window { width: 1040; height: 680; visible: true; title: \"Floor\"\n"
+                    "    Text { anchors.centerIn: parent; text: \"hello\" } }");
+    auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));
+    Wish wish(*window);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    bus.registerObject(QStringLiteral("/floor"), &wish, QDBusConnection::ExportScriptableSlots);
+    bus.registerService(QStringLiteral("com.fenwhirl.floor"));
+    return QGuiApplication::exec();
+}
+
+#include "QuickFloor.moc"

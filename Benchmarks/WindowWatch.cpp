@@ -1,0 +1,71 @@
+// Says when windows appear on an X11 display and when something is first drawn into them, for benchmarks of
+// programs of any kind. The display must have no window manager, so that programs' windows lie right on it.
+//
+// Writes one line per event until it is ended: "READY", then "SECONDS shown WINDOW WIDTHxHEIGHT" and
+// "SECONDS drawn WINDOW", seconds of the monotonic clock. "drawn" comes once each time a window was shown.
+
+#include <X11/Xlib.h>
+#include <X11/extensions/Xdamage.h>
+#include <cstdio>
+#include <ctime>
+#include <map>
+
+namespace {
+
+double now() {
+    timespec time = {};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+// A window may be gone before we look at it.
+int ignoreError(Display* /*display*/, XErrorEvent* /*error*/) {
+    return 0;
+}
+
+} // namespace
+
+int main() {
+    Display* display = XOpenDisplay(nullptr);
+    int firstEvent = 0;
+    int firstError = 0;
+    if (display == nullptr || !XDamageQueryExtension(display, &firstEvent, &firstError))
+        return 1;
+    XSetErrorHandler(ignoreError);
+    XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
+    XSync(display, False);
+    std::puts("READY");
+    std::fflush(stdout);
+
+    std::map<Window, Damage> watched; // from being created to the first drawing, and again when shown again
+    for (;;) {
+        XEvent event = {};
+        XNextEvent(display, &event);
+        const double time = now();
+        if (event.type == CreateNotify || event.type == UnmapNotify) {
+            const Window window =
+                event.type == CreateNotify ? event.xcreatewindow.window : event.xunmap.window;
+            if (watched.count(window) == 0)
+                watched[window] = XDamageCreate(display, window, XDamageReportNonEmpty);
+        } else if (event.type == MapNotify) {
+            Window root = 0;
+            int x = 0;
+            int y = 0;
+            unsigned width = 0;
+            unsigned height = 0;
+            unsigned border = 0;
+            unsigned depth = 0;
+            XGetGeometry(display, event.xmap.window, &root, &x, &y, &width, &height, &border, &depth);
+            std::printf("%.6f shown %lu %ux%u\n", time, event.xmap.window, width, height);
+            std::fflush(stdout);
+        } else if (event.type == firstEvent + XDamageNotify) {
+            const auto& damage = reinterpret_cast<const XDamageNotifyEvent&>(event);
+            std::printf("%.6f drawn %lu\n", time, damage.drawable);
+            std::fflush(stdout);
+            XDamageDestroy(display, damage.damage);
+            watched.erase(damage.drawable);
+        } else if (event.type == DestroyNotify) {
+            watched.erase(event.xdestroywindow.window);
+        }
+    }
+}
