@@ -1,0 +1,63 @@
+"""An ordinary user on a computer that Fenwhirl cannot read, or on which somebody else has not installed the helper."""
+
+import unittest
+
+import stage
+from accessibility_test import PAGES
+from desktop import Desktop
+from scene import ORDINARY_USER
+
+
+class AnotherUser(unittest.TestCase):
+    def test_without_a_controller_every_page_says_what_there_is(self):
+        with Desktop(controller=False, user=ORDINARY_USER) as desktop:
+            application = desktop.start()
+            self.assertEqual(desktop.start_again(), 0)
+            desktop.wait_for_main_window()
+            desktop.screen.wait_for("Fenwhirl n'arrive pas à lire les capteurs de ce Mac.")
+            desktop.screen.wait_for("–")
+            for page, text in zip(PAGES, (None, "Aucun ventilateur détecté sur ce Mac.", "0 capteurs de température",
+                                          None, "Un clic pour changer le comportement des ventilateurs",
+                                          "Tester l'alerte", "Non activé : Fenwhirl peut seulement lire les températures.")):
+                desktop.screen.press(page, "page tab")
+                desktop.screen.wait_for(page, "heading")
+                if text:
+                    desktop.screen.wait_for(text)
+            desktop.screen.press("Préréglages", "page tab")
+            desktop.screen.press("Appliquer Max", "push button")
+            desktop.screen.wait_for("Actif")
+            self.assertTrue(application.running())
+            self.assertEqual(application.stop(), 0)
+
+    def test_without_the_helper_it_shows_everything_and_offers_to_install_it(self):
+        with Desktop(user=ORDINARY_USER) as desktop:
+            application = desktop.start()
+            self.assertEqual(desktop.start_again(), 0)
+            desktop.wait_for_main_window()
+            desktop.screen.wait_for("Mac en bonne santé")
+            desktop.screen.press("Préréglages", "page tab")
+            desktop.screen.press("Appliquer Max", "push button")
+            desktop.screen.press("Ventilateurs", "page tab")
+            desktop.screen.wait_for("Activer le contrôle des ventilateurs")
+            # Nobody is there to ask for a password: that fails, is told, and changes nothing.
+            desktop.screen.press("Activer", "push button")
+            desktop.screen.press("Tableau de bord", "page tab")
+            desktop.screen.wait_for("L'activation a été annulée ou a échoué.")
+            desktop.screen.wait_for("Activer le contrôle des ventilateurs")
+            self.assertNotIn("key=F0Tg", "".join(desktop.mac.tell("log 1")))
+            self.assertTrue(application.running())
+
+    def test_the_program_in_another_session_is_left_alone(self):
+        with Desktop(controller=False) as desktop:
+            first = desktop.start(XDG_RUNTIME_DIR="")  # the first user's, whose place to meet is another one
+            with stage.Process([desktop.build / "bin/Fenwhirl"],
+                               env={**stage.os.environ, "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}) as second:
+                stage.wait_until(lambda: (stage.pathlib.Path(stage.os.environ["XDG_RUNTIME_DIR"]) /
+                                          "fenwhirl.lock").exists(), "the second one has its own lock")
+                self.assertTrue(first.running())
+                self.assertEqual(second.stop(), 0)
+            self.assertTrue(first.running())
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,103 @@
+"""The looks of the running program: as the desktop has it when that is wished, and still where things shall not move."""
+
+import pathlib
+import re
+import subprocess
+import time
+import unittest
+
+import stage
+from asleep_test import FRAMES
+from desktop import Desktop, run
+
+DARK, LIGHT = "#16181D", "#F3F4F7"
+PORTAL = pathlib.Path(__file__).with_name("played_portal.py")
+
+
+class Appearance(unittest.TestCase):
+    def portal(self, desktop, *words):
+        portal = desktop.stack.enter_context(stage.Process(
+            ["/usr/bin/python3", "-B", PORTAL, *words], stdin=subprocess.PIPE, stdout=subprocess.PIPE))
+        self.assertEqual(stage.Lines(portal.child.stdout).next(), "READY")
+        return portal
+
+    def change(self, portal, scheme, animations="true"):
+        portal.child.stdin.write(f"{scheme} {animations}\n".encode())
+        portal.child.stdin.flush()
+
+    def show(self, desktop, **environment):
+        desktop.start(**environment)
+        self.assertEqual(desktop.start_again(), 0)
+        return desktop.wait_for_main_window()
+
+    def color(self, window):
+        """Of the page, beside what stands on it."""
+        text = run("import", "-window", window[0], "-crop", "1x1+1030+8", "-depth", "8", "txt:-")
+        return re.findall(r"#[0-9A-F]{6}", text)[-1]
+
+    def wait_for_color(self, window, color):
+        stage.wait_until(lambda: self.color(window) == color, lambda: f"{color}; it is {self.color(window)}")
+
+    def test_automatic_is_what_the_desktop_says_and_follows_it(self):
+        with Desktop(preferences={"theme": "auto"}) as desktop:
+            portal = self.portal(desktop, "1", "true")
+            window = self.show(desktop)
+            self.wait_for_color(window, DARK)
+            self.change(portal, 2)
+            self.wait_for_color(window, LIGHT)
+            self.change(portal, 1)
+            self.wait_for_color(window, DARK)
+
+    def test_automatic_is_light_without_a_portal(self):
+        with Desktop(preferences={"theme": "auto"}) as desktop:
+            self.wait_for_color(self.show(desktop), LIGHT)
+
+    def test_a_chosen_appearance_does_not_follow(self):
+        with Desktop(preferences={"theme": "dark"}) as desktop:
+            portal = self.portal(desktop, "2", "true")
+            window = self.show(desktop)
+            self.wait_for_color(window, DARK)
+            self.change(portal, 0)
+            desktop.polls()
+            self.assertEqual(self.color(window), DARK)
+
+    def test_a_portal_that_never_answers_keeps_nobody_waiting(self):
+        with Desktop(preferences={"theme": "auto"}) as desktop:
+            desktop.start()
+            desktop.start_again()
+            began = time.monotonic()
+            desktop.close(desktop.wait_for_main_window())
+            self.assertEqual(desktop.application.stop(), 0)
+            self.portal(desktop, "silent")
+            began = time.monotonic()
+            desktop.start()
+            self.assertEqual(desktop.start_again(), 0)
+            self.wait_for_color(desktop.wait_for_main_window(), LIGHT)
+            # Any waiting for the bus would take its 25 s.
+            self.assertLess(time.monotonic() - began, 10)
+
+    def frames_of_page_changes(self, animations):
+        """How many pictures each of five changes to another page takes."""
+        with Desktop() as desktop:
+            self.portal(desktop, "1", animations)
+            self.show(desktop, **FRAMES)
+            counts = []
+            for page in ("Alertes", "Préréglages", "Alertes", "Préréglages", "Alertes"):
+                before = desktop.log().count("qt.scenegraph.time.renderloop")
+                desktop.screen.press(page, "page tab")
+                desktop.screen.wait_for(page, "heading")
+                time.sleep(0.4)  # more than any motion takes; there is nothing to wait for when none begins
+                counts.append(desktop.log().count("qt.scenegraph.time.renderloop") - before)
+            return counts
+
+    def test_a_page_fades_in(self):
+        counts = self.frames_of_page_changes("true")
+        self.assertGreaterEqual(max(counts), 5, counts)
+
+    def test_a_page_is_there_at_once_where_nothing_shall_move(self):
+        counts = self.frames_of_page_changes("false")
+        self.assertLessEqual(min(counts), 3, counts)
+
+
+if __name__ == "__main__":
+    unittest.main()
