@@ -1,0 +1,88 @@
+"""What the settings page does to the computer: helper, login item, report."""
+
+import configparser
+import pathlib
+import stat
+import unittest
+
+import stage
+from scene import Scene
+
+START_WITH_SESSION = "Ouvrir Fenwhirl au démarrage du Mac"
+
+
+class Control(unittest.TestCase):
+    def test_activating_installs_the_helper_and_deactivating_hands_back_and_removes_it(self):
+        # As root of this private world, who needs nobody's consent.
+        with Scene(user=None, helper=False) as scene:
+            scene.choose_preset("Max")
+            scene.open_page("Réglages")
+            scene.screen.press("Activer le contrôle")
+            stage.wait_until(stage.HELPER.exists, "the helper is installed")
+            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "and does as the preset says")
+            status = stage.HELPER.stat()
+            self.assertEqual((stat.S_IMODE(status.st_mode), status.st_uid, status.st_gid), (0o4755, 0, 0))
+            self.assertEqual(stage.HELPER.read_bytes(), (scene.build / "bin/Fenwhirl").read_bytes())
+
+            scene.screen.press("Désactiver")
+            stage.wait_until(lambda: not stage.HELPER.exists(), "the helper is removed")
+            scene.screen.wait_for("Activer le contrôle")
+            self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
+
+    def test_resetting_hands_every_fan_back(self):
+        with Scene() as scene:
+            scene.choose_preset("Max")
+            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "fans under manual control")
+            scene.open_page("Réglages")
+            scene.screen.press("Remettre les ventilateurs en automatique")
+            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back")
+            scene.mac.tell("await requests 400 within 30")  # more than one poll
+            self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"), "for good")
+
+
+class StartingWithTheSession(unittest.TestCase):
+    def test_the_switch_writes_and_removes_the_entry(self):
+        with Scene() as scene:
+            entry = pathlib.Path.home() / ".config/autostart/com.fenwhirl.app.desktop"
+            scene.open_page("Réglages")
+            self.assertFalse(entry.exists())
+            scene.screen.press(START_WITH_SESSION)
+            stage.wait_until(entry.exists, "the entry is written")
+            written = configparser.ConfigParser(interpolation=None)
+            written.read(entry, encoding="utf-8")
+            self.assertEqual(written["Desktop Entry"]["Exec"], f'"{scene.build / "bin/Fenwhirl"}"')
+            scene.screen.press(START_WITH_SESSION)
+            stage.wait_until(lambda: not entry.exists(), "the entry is removed")
+
+    def test_a_home_that_takes_no_entry_is_told_of(self):
+        with Scene() as scene:
+            (pathlib.Path.home() / ".config/autostart").write_text("not a folder", encoding="ascii")
+            scene.open_page("Réglages")
+            scene.screen.press(START_WITH_SESSION)
+            scene.screen.wait_for("Impossible de changer le démarrage automatique.")
+
+
+class TheReport(unittest.TestCase):
+    @staticmethod
+    def press_anywhere(scene, name, role):
+        scene.screen.use(next(node for node in scene.screen.nodes(showing=False)
+                              if node.get_name() == name and node.get_role_name() == role))
+
+    def test_the_report_is_saved_where_the_person_says(self):
+        with Scene() as scene:
+            (pathlib.Path.home() / "Documents").mkdir(exist_ok=True)
+            scene.open_page("Réglages")
+            # Further down than the window shows; assistive technology reaches it all the same.
+            self.press_anywhere(scene, "Inclure un test des ventilateurs (6 secondes)", "check box")
+            self.press_anywhere(scene, "Créer le rapport", "push button")
+            scene.screen.press("Save", seconds=40)  # the desktop's own dialog, with the name that is proposed
+            report = pathlib.Path.home() / "Documents/Fenwhirl-diagnostic.txt"
+            stage.wait_until(report.exists, "the report is saved")
+            text = report.read_text(encoding="utf-8")
+            self.assertIn("TCXC", text)
+            self.assertIn("\n\nAssistant installé : oui\n\n-- Test d'écriture (6 s) --\n", text)
+            self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
+
+
+if __name__ == "__main__":
+    unittest.main()
