@@ -1,0 +1,154 @@
+"""The last steps of the macOS bundle, run with played tools that write down how they were called."""
+
+import os
+import subprocess
+import tempfile
+import textwrap
+import unittest
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+SCRIPT = os.path.join(ROOT, "Packaging", "macOS", "FinishBundle.cmake")
+
+# What Qt's tool leaves in a bundle, as far as signing is concerned: frameworks with links in them, plug-ins, and links to
+# plug-ins among the QML modules.
+DEPLOY = """
+for framework in QtCore QtQml; do
+    mkdir -p "$1/Contents/Frameworks/$framework.framework/Versions/A/Helpers"
+    touch "$1/Contents/Frameworks/$framework.framework/Versions/A/$framework"
+    touch "$1/Contents/Frameworks/$framework.framework/Versions/A/Helpers/lib$framework.dylib"
+    ln -s A "$1/Contents/Frameworks/$framework.framework/Versions/Current"
+done
+mkdir -p "$1/Contents/PlugIns/platforms" "$1/Contents/PlugIns/quick" "$1/Contents/Resources/qml/QtQuick"
+touch "$1/Contents/PlugIns/platforms/libqcocoa.dylib" "$1/Contents/PlugIns/quick/libqtquick2plugin.dylib"
+ln -s ../../../PlugIns/quick/libqtquick2plugin.dylib "$1/Contents/Resources/qml/QtQuick/"
+"""
+
+SYSTEM_ONLY = r"""
+case $1 in
+-l) echo 'cmd LC_LOAD_DYLIB' ;;
+-L) printf '%s:\n\t/usr/lib/libSystem.B.dylib (compatibility version 1.0.0, current version 1319.0.0)\n' "$2"
+    printf '\t/System/Library/Frameworks/IOKit.framework/Versions/A/IOKit (compatibility version 1.0.0, current 2)\n' ;;
+esac
+"""
+
+
+class FinishBundle(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="fenwhirl bundle ")  # with a blank, as a Mac's folders have
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        self.log = os.path.join(self.folder, "log")
+        self.bundle = os.path.join(self.folder, "Fenwhirl.app")
+        for name in ("MacOS/Fenwhirl", "Frameworks/libFenwhirlApp.dylib"):
+            path = os.path.join(self.bundle, "Contents", name)
+            os.makedirs(os.path.dirname(path), exist_ok=True)
+            open(path, "w", encoding="ascii").close()
+        self.play("macdeployqt", DEPLOY)
+        self.play("codesign", "")
+        self.play("otool", SYSTEM_ONLY)
+
+    def play(self, tool, body):
+        path = os.path.join(self.folder, tool)
+        with open(path, "w", encoding="ascii") as file:
+            file.write("#!/bin/sh\n")
+            file.write(f'{{ printf %s {tool}; printf "|%s" "$@"; echo; }} >>"{self.log}"\n')
+            file.write(textwrap.dedent(body))
+        os.chmod(path, 0o755)
+
+    def finish(self, *settings):
+        command = ["cmake", "-D", f"BUNDLE={self.bundle}", "-D", "QML_FOLDER=/source/Views", *settings, "-P", SCRIPT]
+        environment = dict(os.environ, PATH=self.folder + ":" + os.environ["PATH"])
+        return subprocess.run(command, env=environment, capture_output=True, text=True, check=False)
+
+    def calls(self):
+        """Each call, paths as seen from the bundle."""
+        if not os.path.exists(self.log):
+            return []
+        with open(self.log, encoding="ascii") as file:
+            return [line.rstrip("\n").replace(self.bundle, "APP").split("|") for line in file]
+
+    def signed(self):
+        return [call[-1] for call in self.calls() if call[:2] == ["codesign", "--force"]]
+
+    def test_deploys_looks_signs_and_verifies_in_this_order(self):
+        done = self.finish()
+        self.assertEqual(done.returncode, 0, done.stderr)
+        calls = self.calls()
+        self.assertEqual(calls[0], ["macdeployqt", "APP", "-qmldir=/source/Views", "-always-overwrite"])
+        self.assertEqual([call[:2] for call in calls[1:3]], [["otool", "-l"], ["otool", "-L"]])
+        self.assertEqual([call[2] for call in calls[1:3]], ["APP/Contents/MacOS/Fenwhirl"] * 2)
+        self.assertEqual({call[0] for call in calls[3:]}, {"codesign"})
+        self.assertEqual(calls[-1], ["codesign", "--verify", "--deep", "--strict", "APP"])
+
+    def test_signs_everything_once_from_the_inside_out(self):
+        self.finish()
+        signed = self.signed()
+        self.assertEqual(sorted(signed[:-1]), [
+            "APP/Contents/Frameworks/QtCore.framework",
+            "APP/Contents/Frameworks/QtQml.framework",
+            "APP/Contents/Frameworks/libFenwhirlApp.dylib",
+            "APP/Contents/PlugIns/platforms/libqcocoa.dylib",
+            "APP/Contents/PlugIns/quick/libqtquick2plugin.dylib"])
+        depths = [path.count("/") for path in signed]
+        self.assertEqual(depths, sorted(depths, reverse=True))
+        self.assertEqual(signed[-1], "APP")
+
+    def test_an_ordinary_signature_is_for_this_computer_and_not_hardened(self):
+        self.finish()
+        for call in self.calls():
+            if call[:2] == ["codesign", "--force"]:
+                self.assertEqual(call[1:-1], ["--force", "--sign", "-"])
+
+    def test_a_certificate_hardens_the_runtime_and_certifies_the_time(self):
+        self.finish("-D", "IDENTITY=Developer ID Application: Somebody (ABCDE12345)")
+        calls = [call for call in self.calls() if call[:2] == ["codesign", "--force"]]
+        self.assertEqual(len(calls), 6)
+        for call in calls:
+            self.assertEqual(call[1:-1], ["--force", "--sign", "Developer ID Application: Somebody (ABCDE12345)",
+                                          "--options", "runtime", "--timestamp"])
+
+    def test_nothing_is_signed_when_qt_could_not_be_deployed(self):
+        self.play("macdeployqt", "echo 'no such module' >&2; exit 1")
+        done = self.finish()
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("no such module", done.stderr)
+        self.assertEqual(self.signed(), [])
+
+    def test_an_executable_with_a_run_path_is_refused(self):
+        self.play("otool", SYSTEM_ONLY.replace("LC_LOAD_DYLIB", "LC_RPATH"))
+        done = self.finish()
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("run path", done.stderr)
+        self.assertEqual(self.signed(), [])
+
+    def test_an_executable_that_links_qt_is_refused(self):
+        self.play("otool", SYSTEM_ONLY.replace("/System/Library/Frameworks/IOKit", "@rpath/QtCore"))
+        done = self.finish()
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("@rpath/QtCore", done.stderr)
+        self.assertEqual(self.signed(), [])
+
+    def test_an_executable_that_cannot_be_read_is_refused(self):
+        self.play("otool", "")
+        self.assertNotEqual(self.finish().returncode, 0)
+        self.assertEqual(self.signed(), [])
+
+    def test_a_refused_signature_ends_it_before_the_bundle_is_signed(self):
+        self.play("codesign", 'case "$*" in *libqcocoa*) echo "no identity found" >&2; exit 1 ;; esac')
+        done = self.finish()
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("no identity found", done.stderr)
+        self.assertNotIn("APP", self.signed())
+
+    def test_a_signature_that_does_not_verify_is_an_error(self):
+        self.play("codesign", 'case "$*" in *--verify*) exit 3 ;; esac')
+        self.assertNotEqual(self.finish().returncode, 0)
+
+    def test_without_a_bundle_nothing_is_called(self):
+        os.remove(os.path.join(self.bundle, "Contents/MacOS/Fenwhirl"))
+        self.assertNotEqual(self.finish().returncode, 0)
+        self.assertEqual(self.calls(), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
