@@ -3,6 +3,9 @@
 #include "Fenwhirl/Application/ApplicationIconProvider.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/PanelPlacement.h"
+#include "Fenwhirl/Platform/Desktop/StatusPanel.h"
+#include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
+#include "Fenwhirl/Views/Components/SystemSymbols.h"
 #include "Fenwhirl/Views/Components/Theme.h"
 #include "Fenwhirl/Views/Views.h"
 
@@ -24,6 +27,18 @@ bool canBeSeen(const QQuickWindow* window) {
     return window != nullptr && window->isVisible() && window->visibility() != QWindow::Minimized;
 }
 
+AppearanceChoice choiceOf(AppTheme theme) {
+    switch (theme) {
+    case AppTheme::dark:
+        return AppearanceChoice::dark;
+    case AppTheme::light:
+        return AppearanceChoice::light;
+    case AppTheme::automatic:
+        break;
+    }
+    return AppearanceChoice::system;
+}
+
 ViewServices withOpenMain(ViewServices services, std::function<void()> openMain) {
     services.openMain = std::move(openMain);
     return services;
@@ -37,9 +52,10 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
     , monitor_(monitor)
     , appearance_(appearance)
     , models_(monitor, processes, withOpenMain(std::move(services), [this] { openMain(); })) {
-    connect(&monitor, &Monitor::themeChanged, this, &WindowControl::applyAppearance);
+    connect(&monitor, &Monitor::themeChanged, this, &WindowControl::applyTheme);
     connect(&monitor, &Monitor::languageChanged, this, &WindowControl::retranslate);
     connect(&appearance, &SystemAppearance::changed, this, &WindowControl::applyAppearance);
+    applyTheme();
 }
 
 WindowControl::~WindowControl() = default;
@@ -47,6 +63,7 @@ WindowControl::~WindowControl() = default;
 QQmlEngine& WindowControl::engine() {
     if (!engine_) {
         registerViews();
+        Fenwhirl::setSystemSymbolSource(systemSymbol);
         engine_ = std::make_unique<QQmlEngine>();
         engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
         engine_->addImageProvider(ApplicationIconProvider::name(),
@@ -104,6 +121,7 @@ void WindowControl::togglePanel(const QRect& itemPlace) {
     models_.setAwake(true);
     if (!panel_) {
         panel_ = makeWindow(menuPanelFile(), withModels());
+        panel_->setFlags(statusPanelFlags());
         connect(panel_.get(), &QWindow::activeChanged, this, [this] {
             if (!panel_->isActive())
                 closePanel();
@@ -188,6 +206,11 @@ void WindowControl::updateAwake() {
     models_.setAwake(canBeSeen(main_.get()) || canBeSeen(panel_.get()));
     if (main_ && !main_->isVisible())
         MainWindowBehaviour::setAccessory();
+}
+
+void WindowControl::applyTheme() {
+    appearance_.choose(choiceOf(monitor_.theme())); // first: it may change what the system's appearance is
+    applyAppearance();
 }
 
 void WindowControl::applyAppearance() {

@@ -81,6 +81,7 @@ private:
     [[nodiscard]] QQmlEngine& engine();
     [[nodiscard]] std::unique_ptr<QQuickWindow> makeWindow(const QUrl& file, const QVariantMap& properties);
     [[nodiscard]] QVariantMap withModels();
+    void applyTheme();
     void applyAppearance();
     void retranslate();
     void watchVisibility(QQuickWindow& window);

@@ -12,6 +12,10 @@ std::string administratorScript(std::string_view command) {
     return script;
 }
 
+std::vector<std::string> scriptedAdministratorInvocation(std::string_view command) {
+    return {"/usr/bin/osascript", "-e", administratorScript(command)};
+}
+
 bool runAsAdministrator(const std::string& command) {
     const std::vector<std::string> invocation = administratorInvocation(command, geteuid() == 0);
     const auto result = runChild(invocation.front(), std::span(invocation).subspan(1), ChildOutput::discard,

@@ -22,3 +22,7 @@
 
 // The AppleScript that asks for the password and runs the command; what macOS is given.
 [[nodiscard]] std::string administratorScript(std::string_view command);
+
+// How macOS is given it: its script tool and the arguments. The same whether or not this process has the
+// rights already: the dialog is the user's consent.
+[[nodiscard]] std::vector<std::string> scriptedAdministratorInvocation(std::string_view command);

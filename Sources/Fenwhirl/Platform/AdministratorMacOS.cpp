@@ -1,7 +1,7 @@
 #include "Fenwhirl/Platform/Administrator.h"
 
 std::vector<std::string> administratorInvocation(const std::string& command, bool) {
-    return {"/usr/bin/osascript", "-e", administratorScript(command)};
+    return scriptedAdministratorInvocation(command);
 }
 
 std::string_view administratorGroup() {

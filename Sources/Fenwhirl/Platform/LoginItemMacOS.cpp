@@ -5,20 +5,12 @@
 
 #include <QDir>
 
-namespace {
-
-QString agentPath() {
-    return QDir::homePath() + QStringLiteral("/Library/LaunchAgents/com.fenwhirl.app.plist");
-}
-
-} // namespace
-
 bool LoginItem::isEnabled() {
-    return loginItemFileExists(agentPath());
+    return loginItemFileExists(launchAgentPath(QDir::homePath()));
 }
 
 bool LoginItem::setEnabled(bool on) {
-    return on ? writeLoginItemFile(agentPath(),
-                                   launchAgentPropertyList(launchAgentProgram(BundleInfo::path())))
-              : removeLoginItemFile(agentPath());
+    const QString agent = launchAgentPath(QDir::homePath());
+    return on ? writeLoginItemFile(agent, launchAgentPropertyList(launchAgentProgram(BundleInfo::path())))
+              : removeLoginItemFile(agent);
 }

@@ -28,6 +28,10 @@ QString execArgument(const QString& argument) {
 
 } // namespace
 
+QString launchAgentPath(const QString& home) {
+    return home + QStringLiteral("/Library/LaunchAgents/com.fenwhirl.app.plist");
+}
+
 QString launchAgentProgram(const QString& bundlePath) {
     return bundlePath.endsWith(QStringLiteral(".app")) ? bundlePath
                                                        : QStringLiteral("/Applications/Fenwhirl.app");

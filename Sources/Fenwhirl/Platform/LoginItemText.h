@@ -7,6 +7,9 @@
 
 #include <optional>
 
+// Where the launch agent of the user with this home folder lies.
+[[nodiscard]] QString launchAgentPath(const QString& home);
+
 // The program that the launch agent opens: the bundle, or the usual place when this is no bundle.
 [[nodiscard]] QString launchAgentProgram(const QString& bundlePath);
 

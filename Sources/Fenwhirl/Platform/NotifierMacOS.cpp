@@ -1,14 +1,6 @@
-#include "Fenwhirl/Platform/AppleScriptText.h"
 #include "Fenwhirl/Platform/Notifier.h"
-
-#include <QProcess>
+#include "Fenwhirl/Platform/ScriptNotifier.h"
 
 void Notifier::send(const QString& title, const QString& message) {
-    QProcess script;
-    script.setProgram(QStringLiteral("/usr/bin/osascript"));
-    script.setArguments({QStringLiteral("-e"), notificationStatement(title, message)});
-    script.setStandardOutputFile(QProcess::nullDevice());
-    script.setStandardErrorFile(QProcess::nullDevice());
-    // Detached: the system's first process is its parent, so nobody here has to wait for it.
-    script.startDetached();
+    notifyByScript(QStringLiteral("/usr/bin/osascript"), title, message);
 }

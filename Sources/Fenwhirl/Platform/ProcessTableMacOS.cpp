@@ -1,4 +1,4 @@
-#include "Fenwhirl/Platform/ProcessListingTool.h"
+#include "Fenwhirl/Platform/ProcessListingTable.h"
 #include "Fenwhirl/Platform/ProcessTable.h"
 
 #include <algorithm>
@@ -9,33 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
-namespace {
-
-class ProcessTableMacOS final : public ProcessTable {
-public:
-    explicit ProcessTableMacOS(ProcessTableSettings settings) : settings_(std::move(settings)) {}
-
-    std::optional<QByteArray> listing() override {
-        return runListingTool(settings_.tool, {"-A", "-o", "pid=,pcpu=,rss=,comm="}, settings_.limit,
-                              cancelled_);
-    }
-
-    // Asked for now: the listing does not tell.
-    std::optional<ProcessStart> startWhenListed(std::int32_t pid) const override {
-        return startOfProcess(pid);
-    }
-
-    void cancel() override { cancelled_.cancel(); }
-
-private:
-    ProcessTableSettings settings_;
-    Cancellation cancelled_;
-};
-
-} // namespace
-
 std::unique_ptr<ProcessTable> openProcessTable(ProcessTableSettings settings) {
-    return std::make_unique<ProcessTableMacOS>(std::move(settings));
+    return std::make_unique<ProcessListingTable>(std::move(settings));
 }
 
 std::optional<ProcessStart> startOfProcess(std::int32_t pid) {
@@ -51,9 +26,7 @@ std::optional<ProcessStart> startOfProcess(std::int32_t pid) {
         return std::nullopt;
     }
     const timeval& start = process.kp_proc.p_starttime;
-    constexpr ProcessStart microsecondsPerSecond = 1'000'000;
-    return static_cast<ProcessStart>(start.tv_sec) * microsecondsPerSecond +
-           static_cast<ProcessStart>(start.tv_usec);
+    return startInMicroseconds(start.tv_sec, start.tv_usec);
 }
 
 void signalProcess(std::int32_t pid, ProcessStart start, int signal) {

@@ -37,8 +37,12 @@ public:
 
 class FakeAppearance : public SystemAppearance {
 public:
+    AppearanceChoice chosen = AppearanceChoice::system;
+
     FakeAppearance() = default;
     using SystemAppearance::setDark;
+
+    void choose(AppearanceChoice choice) override { chosen = choice; }
 };
 
 class Life {
@@ -215,6 +219,15 @@ TEST(Appearance, AutomaticFollowsTheSystem) {
     EXPECT_TRUE(eventually([&] { return window->color() == QColor(0x16, 0x18, 0x1D); }));
     life.world.monitor().setTheme(AppTheme::light);
     EXPECT_TRUE(eventually([&] { return window->color() == QColor(0xF3, 0xF4, 0xF7); }));
+}
+
+TEST(Appearance, TheSystemIsToldWhatTheUserChose) {
+    Life life(true);
+    EXPECT_EQ(life.appearance.chosen, AppearanceChoice::dark); // before any window is there
+    life.world.monitor().setTheme(AppTheme::light);
+    EXPECT_EQ(life.appearance.chosen, AppearanceChoice::light);
+    life.world.monitor().setTheme(AppTheme::automatic);
+    EXPECT_EQ(life.appearance.chosen, AppearanceChoice::system);
 }
 
 TEST(StatusItemText, SaysWhatTheMenuTextSays) {

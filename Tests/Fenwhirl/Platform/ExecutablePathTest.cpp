@@ -10,13 +10,14 @@ TEST(ExecutablePath, IsThisProgramWithoutLinks) {
     EXPECT_EQ(std::filesystem::canonical(*path), *path);
 }
 
-TEST(ExecutablePath, TheLibraryAndTheGuardLieBesideTheProgramsFolder) {
-    EXPECT_EQ(applicationLibraryPath("/opt/fenwhirl/bin/Fenwhirl"),
-              "/opt/fenwhirl/lib/fenwhirl/libFenwhirlApp.so");
-    EXPECT_EQ(guardPath("/opt/fenwhirl/bin/Fenwhirl"), "/opt/fenwhirl/lib/fenwhirl/fenwhirl-guard");
+TEST(ExecutablePath, WhatIsInstalledWithAProgramIsFoundFromTheFolderAboveItsOwn) {
+    EXPECT_EQ(installedBeside("/opt/fenwhirl/bin/Fenwhirl", "lib/fenwhirl/x"),
+              "/opt/fenwhirl/lib/fenwhirl/x");
+    EXPECT_EQ(installedBeside("/Applications/Fenwhirl.app/Contents/MacOS/Fenwhirl", "Frameworks/x.dylib"),
+              "/Applications/Fenwhirl.app/Contents/Frameworks/x.dylib");
 }
 
 TEST(ExecutablePath, AProgramAtTheTopStaysAbsolute) {
-    EXPECT_EQ(applicationLibraryPath("/Fenwhirl"), "/lib/fenwhirl/libFenwhirlApp.so");
-    EXPECT_EQ(applicationLibraryPath("/bin/Fenwhirl"), "/lib/fenwhirl/libFenwhirlApp.so");
+    EXPECT_EQ(installedBeside("/Fenwhirl", "lib/x"), "/lib/x");
+    EXPECT_EQ(installedBeside("/bin/Fenwhirl", "lib/x"), "/lib/x");
 }

@@ -65,6 +65,11 @@ const char* const entry = ".config/autostart/com.fenwhirl.app.desktop";
 
 } // namespace
 
+TEST(LaunchAgent, LiesInTheFolderOfTheUsersAgents) {
+    EXPECT_EQ(launchAgentPath(QStringLiteral("/Users/a")),
+              QStringLiteral("/Users/a/Library/LaunchAgents/com.fenwhirl.app.plist"));
+}
+
 TEST(LaunchAgent, OpensTheBundleOrTheUsualPlace) {
     EXPECT_EQ(launchAgentProgram(QStringLiteral("/Users/a/Fenwhirl.app")),
               QStringLiteral("/Users/a/Fenwhirl.app"));

@@ -1,6 +1,5 @@
 #include "Fenwhirl/Platform/Notifier.h"
 
-#include "Fenwhirl/Platform/AppleScriptText.h"
 #include "Support/MainThreadPauses.h"
 #include "Support/TemporaryFolder.h"
 
@@ -186,16 +185,4 @@ TEST_F(NotifierTest, RealServiceShowsTitleAndMessage) {
         process->terminate();
         process->waitForFinished();
     }
-}
-
-TEST(NotificationStatement, NamesMessageAndTitle) {
-    EXPECT_EQ(
-        notificationStatement(QStringLiteral("Fenwhirl"), QStringLiteral("Ton Mac chauffe : 93 degrés.")),
-        QStringLiteral("display notification \"Ton Mac chauffe : 93 degrés.\" with title \"Fenwhirl\""));
-}
-
-TEST(NotificationStatement, QuotesBecomeApostrophesAndBackslashesBlanks) {
-    EXPECT_EQ(
-        notificationStatement(QStringLiteral("\\\"a\\"), QStringLiteral("\"; do shell script \"id\\\"")),
-        QStringLiteral("display notification \"'; do shell script 'id '\" with title \" 'a \""));
 }

@@ -26,3 +26,8 @@ QPoint panelPosition(const QRect& item, QSize panel, const QRect& screen) {
     const int y = under ? itemBottom + gap : item.y() - gap - panel.height();
     return {x, inside(y, panel.height(), screen.y(), bottom)};
 }
+
+QRect placeFromTop(const QRectF& fromBottom, double firstScreenHeight) {
+    const double top = firstScreenHeight - fromBottom.y() - fromBottom.height();
+    return QRectF(fromBottom.x(), top, fromBottom.width(), fromBottom.height()).toRect();
+}

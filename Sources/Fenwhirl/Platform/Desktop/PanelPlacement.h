@@ -4,6 +4,7 @@
 
 #include <QPoint>
 #include <QRect>
+#include <QRectF>
 #include <QSize>
 
 // `item` is the item's place as StatusItem reports it; `screen` what the screen leaves free of bars, in the
@@ -11,3 +12,7 @@
 // centred on it, a small gap away, and never beyond the screen. Without a place it goes into the upper right
 // corner.
 [[nodiscard]] QPoint panelPosition(const QRect& item, QSize panel, const QRect& screen);
+
+// A place as macOS tells it, counted from the bottom of its first screen (`firstScreenHeight` points high)
+// upwards, as Qt tells it, from that screen's top downwards. Right for places on other screens too.
+[[nodiscard]] QRect placeFromTop(const QRectF& fromBottom, double firstScreenHeight);

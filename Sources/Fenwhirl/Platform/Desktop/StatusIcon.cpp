@@ -58,6 +58,18 @@ QImage edged(int width, int height, bool onDark, const Draw& draw) {
 
 } // namespace
 
+QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint) {
+    constexpr int canvas = 18;
+    constexpr int drawing = 16;
+    QImage image = transparentImage(canvas * pixelsPerPoint, canvas * pixelsPerPoint);
+    image.setDevicePixelRatio(pixelsPerPoint);
+    QPainter painter(&image); // counts in points
+    painter.setRenderHint(QPainter::Antialiasing);
+    constexpr double margin = (canvas - drawing) / 2.0;
+    symbol(painter, QRectF(margin, margin, drawing, drawing), Qt::black);
+    return image;
+}
+
 QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark) {
     const double symbolSide = height * symbolShare;
     const double margin = (height - symbolSide) / 2;

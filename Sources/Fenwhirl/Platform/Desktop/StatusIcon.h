@@ -19,6 +19,10 @@ class QPainter;
 // Draws the program's symbol into a square.
 using SymbolPainter = std::function<void(QPainter&, const QRectF& bounds, const QColor& color)>;
 
+// The symbol alone for a bar that tints it (macOS): black and opacity, 16 of 18 points, so many pixels a
+// point.
+[[nodiscard]] QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint);
+
 // `height` in pixels; as wide as symbol and text need, square without a text.
 [[nodiscard]] QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark);
 

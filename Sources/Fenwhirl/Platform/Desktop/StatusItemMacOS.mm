@@ -1,8 +1,8 @@
+#include "Fenwhirl/Platform/Desktop/PanelPlacement.h"
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 
 #include <QBuffer>
 #include <QImage>
-#include <QPainter>
 
 #import <AppKit/AppKit.h>
 
@@ -24,27 +24,19 @@
 
 namespace {
 
-constexpr int symbolPoints = 18;
-constexpr int symbolScale = 2;
-
 // The system's own symbol; our drawing of the same name where it has none.
 NSImage* symbolImage(const SymbolPainter& symbol) {
     NSImage* image = [NSImage imageWithSystemSymbolName:@"fan" accessibilityDescription:nil];
     if (image == nil) {
-        QImage drawing(symbolPoints * symbolScale, symbolPoints * symbolScale,
-                       QImage::Format_ARGB32_Premultiplied);
-        drawing.fill(Qt::transparent);
-        QPainter painter(&drawing);
-        painter.setRenderHint(QPainter::Antialiasing);
-        symbol(painter, QRectF(drawing.rect()).adjusted(symbolScale, symbolScale, -symbolScale, -symbolScale),
-               Qt::black);
-        painter.end();
+        constexpr int pixelsPerPoint = 2;
+        const QImage drawing = templateSymbol(symbol, pixelsPerPoint);
         QByteArray png;
         QBuffer buffer(&png);
         buffer.open(QIODevice::WriteOnly);
         drawing.save(&buffer, "PNG");
         image = [[NSImage alloc] initWithData:png.toNSData()];
-        image.size = NSSize{symbolPoints, symbolPoints};
+        const QSizeF points = drawing.deviceIndependentSize();
+        image.size = NSSize{points.width(), points.height()};
     }
     [image setTemplate:YES]; // one colour and alpha, tinted by the system
     return image;
@@ -61,6 +53,9 @@ public:
         button.action = @selector(itemChosen:);
         button.image = symbolImage(symbol);
         button.imagePosition = NSImageLeft;
+        // Digits of one width: the items beside ours do not move with each new speed.
+        button.font = [NSFont monospacedDigitSystemFontOfSize:[NSFont menuBarFontOfSize:0].pointSize
+                                                       weight:NSFontWeightRegular];
     }
 
     ~StatusItemMacOS() override { [NSStatusBar.systemStatusBar removeStatusItem:item_]; }
@@ -75,12 +70,11 @@ public:
     bool isPlaced() const override { return true; }
 
 private:
-    // The system counts from the bottom of the first screen, Qt from its top.
     QRect place() const {
         const NSRect frame = item_.button.window.frame;
         const NSRect firstScreen = NSScreen.screens.count > 0 ? NSScreen.screens[0].frame : NSRect{};
-        const CGFloat top = firstScreen.size.height - frame.origin.y - frame.size.height;
-        return QRectF(frame.origin.x, top, frame.size.width, frame.size.height).toRect();
+        return placeFromTop(QRectF(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height),
+                            firstScreen.size.height);
     }
 
     NSStatusItem* item_;

@@ -80,6 +80,8 @@ void SystemAppearanceLinux::read(const QString& group, const QString& key) {
     });
 }
 
+void SystemAppearanceLinux::choose(AppearanceChoice /*choice*/) {}
+
 void SystemAppearanceLinux::settingChanged(const QString& group, const QString& key,
                                            const QDBusVariant& value) {
     take(group, key, value.variant());

@@ -15,6 +15,8 @@ class SystemAppearanceLinux : public SystemAppearance {
 public:
     explicit SystemAppearanceLinux(QDBusConnection bus);
 
+    void choose(AppearanceChoice choice) override;
+
 private Q_SLOTS:
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 

@@ -49,6 +49,15 @@ public:
         [NSApp removeObserver:observer_ forKeyPath:@"effectiveAppearance"];
     }
 
+    void choose(AppearanceChoice choice) override {
+        NSAppearance* appearance = nil; // follows the system
+        if (choice != AppearanceChoice::system)
+            appearance =
+                [NSAppearance appearanceNamed:choice == AppearanceChoice::dark ? NSAppearanceNameDarkAqua
+                                                                               : NSAppearanceNameAqua];
+        [static_cast<NSApplication*>(NSApp) setAppearance:appearance];
+    }
+
     SystemAppearanceMacOS(const SystemAppearanceMacOS&) = delete;
     SystemAppearanceMacOS& operator=(const SystemAppearanceMacOS&) = delete;
 

@@ -4,20 +4,6 @@
 #include <climits>
 #include <unistd.h>
 
-namespace {
-
-std::string besideLibraries(std::string_view executable, std::string_view file) {
-    // Two names up: ".../bin/Fenwhirl" becomes "...", so that no ".." is left in the path.
-    for (int name = 0; name < 2; ++name)
-        executable = executable.substr(0, executable.rfind('/'));
-    std::string path(executable);
-    path += "/lib/fenwhirl/";
-    path += file;
-    return path;
-}
-
-} // namespace
-
 std::optional<std::string> executablePath() {
     std::array<char, PATH_MAX> target = {};
     const ssize_t length = readlink("/proc/self/exe", target.data(), target.size());
@@ -27,9 +13,9 @@ std::optional<std::string> executablePath() {
 }
 
 std::string applicationLibraryPath(std::string_view executable) {
-    return besideLibraries(executable, "libFenwhirlApp.so");
+    return installedBeside(executable, "lib/fenwhirl/libFenwhirlApp.so");
 }
 
 std::optional<std::string> guardPath(std::string_view executable) {
-    return besideLibraries(executable, "fenwhirl-guard");
+    return installedBeside(executable, "lib/fenwhirl/fenwhirl-guard");
 }

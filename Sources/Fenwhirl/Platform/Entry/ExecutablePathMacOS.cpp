@@ -17,9 +17,7 @@ std::optional<std::string> executablePath() {
 }
 
 std::string applicationLibraryPath(std::string_view executable) {
-    for (int name = 0; name < 2; ++name)
-        executable = executable.substr(0, executable.rfind('/'));
-    return std::string(executable) + "/Frameworks/libFenwhirlApp.dylib";
+    return installedBeside(executable, "Frameworks/libFenwhirlApp.dylib");
 }
 
 std::optional<std::string> guardPath(std::string_view) {

@@ -1,15 +1,26 @@
 #include "Fenwhirl/Platform/Entry/HelperProcessSystem.h"
 
+#include <array>
+#include <cstddef>
+#include <libproc.h>
 #include <limits>
 #include <unistd.h>
 
 namespace HelperProcess {
 
 void closeDescriptorsFrom(int first) {
-    // The table never grows beyond this, whatever the limits say today.
-    const int end = getdtablesize();
-    for (int descriptor = first; descriptor < end; ++descriptor)
-        close(descriptor);
+    // What is open, whatever the limits say today; asked again until nothing of it could be closed.
+    std::array<proc_fdinfo, 256> open = {};
+    for (;;) {
+        const int size =
+            proc_pidinfo(getpid(), PROC_PIDLISTFDS, 0, open.data(), static_cast<int>(sizeof open));
+        const std::size_t count = size > 0 ? static_cast<std::size_t>(size) / sizeof open[0] : 0;
+        bool closed = false;
+        for (std::size_t i = 0; i < count; ++i)
+            closed = (open[i].proc_fd >= first && close(open[i].proc_fd) == 0) || closed;
+        if (!closed)
+            return;
+    }
 }
 
 std::uint64_t ignoredSignals() {

@@ -1,6 +1,7 @@
 #include "Fenwhirl/Views/Components/Symbol.h"
 
 #include "Fenwhirl/Views/Components/SymbolShapes.h"
+#include "Fenwhirl/Views/Components/SystemSymbols.h"
 
 #include <QQmlInfo>
 
@@ -30,7 +31,8 @@ void Symbol::setColor(const QColor& color) {
 }
 
 void Symbol::paint(QPainter* painter) {
-    drawSymbol(*painter, m_name, boundingRect(), m_color);
+    if (!drawSystemSymbol(*painter, m_name, boundingRect(), m_color))
+        drawSymbol(*painter, m_name, boundingRect(), m_color);
 }
 
 } // namespace Fenwhirl

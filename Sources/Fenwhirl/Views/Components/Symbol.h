@@ -4,7 +4,7 @@
 #include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
-// One of our symbols as an item: QML type `Symbol`.
+// A symbol as an item: the system's of that name, or our drawing. QML type `Symbol`.
 //
 //   Symbol { name: "fan"; color: Theme.accent; width: 20; height: 20 }
 //

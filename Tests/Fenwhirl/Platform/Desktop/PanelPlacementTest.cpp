@@ -36,4 +36,12 @@ TEST(PanelPlacement, WorksOnASecondScreen) {
               QPoint(1280 + 1920 - 340 - 8, 1060 - 8 - 500));
 }
 
+TEST(PanelPlacement, CountsFromTheTopWhereTheSystemCountsFromTheBottom) {
+    // A menu bar 24 high on a screen of 800: its items begin at 776.
+    EXPECT_EQ(placeFromTop(QRectF(900, 776, 60, 24), 800), QRect(900, 0, 60, 24));
+    // The same on a screen that stands above the first one, and on one to its left whose bottom lies lower.
+    EXPECT_EQ(placeFromTop(QRectF(100, 1676, 60, 24), 800), QRect(100, -900, 60, 24));
+    EXPECT_EQ(placeFromTop(QRectF(-500, 576, 60, 24), 800), QRect(-500, 200, 60, 24));
+}
+
 } // namespace

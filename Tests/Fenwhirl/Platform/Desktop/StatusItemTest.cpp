@@ -182,6 +182,14 @@ TEST(StatusIcon, IsSquareWithoutATextAndWiderWithOne) {
     EXPECT_EQ(squareStatusIcon(drawSquare, QStringLiteral("63°"), 22, true).size(), QSize(22, 22));
 }
 
+TEST(StatusIcon, AsATemplateIsBlackWithAMarginAndNothingElse) {
+    const QImage image = templateSymbol(drawSquare, 2);
+    EXPECT_EQ(image.size(), QSize(36, 36));
+    EXPECT_EQ(image.deviceIndependentSize(), QSizeF(18, 18));
+    EXPECT_EQ(image.pixelColor(1, 1).alpha(), 0);
+    EXPECT_EQ(image.pixelColor(18, 18), QColor(Qt::black));
+}
+
 TEST(StatusIcon, IsWhiteOnDarkAndDarkOnLight) {
     const auto middle = [](bool onDark) { return statusIcon(drawSquare, {}, 22, onDark).pixelColor(11, 11); };
     EXPECT_EQ(middle(true), QColor(Qt::white));

@@ -1,0 +1,5 @@
+#include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
+
+QImage systemSymbol(const QString& /*name*/, double /*fontPixels*/) {
+    return {};
+}

@@ -1,0 +1,81 @@
+#include "Fenwhirl/Views/Components/SystemSymbols.h"
+
+#include <QColor>
+#include <QHash>
+#include <QMutex>
+#include <QPainter>
+#include <QPair>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace Fenwhirl {
+
+namespace {
+
+struct Symbols {
+    QMutex mutex;
+    SystemSymbolSource source;
+    QHash<QPair<QString, int>, QImage> pictures; // by name and font size in hundredths of a pixel
+};
+
+Symbols& symbols() {
+    static Symbols instance;
+    return instance;
+}
+
+QImage picture(const QString& name, double fontPixels) {
+    Symbols& known = symbols();
+    const QMutexLocker lock(&known.mutex);
+    if (!known.source || name.isEmpty())
+        return {};
+    constexpr double steps = 100.0;
+    const QPair<QString, int> key(name,
+                                  static_cast<int>(std::lround(std::clamp(fontPixels, 0.0, 4096.0) * steps)));
+    const auto found = known.pictures.constFind(key);
+    if (found != known.pictures.constEnd())
+        return *found;
+    return *known.pictures.insert(key, known.source(name, fontPixels));
+}
+
+// The picture's opacity in one colour.
+QImage tinted(const QImage& picture, const QColor& color) {
+    QImage image = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(QRectF(QPointF(), image.deviceIndependentSize()), color);
+    return image;
+}
+
+} // namespace
+
+void setSystemSymbolSource(SystemSymbolSource source) {
+    Symbols& known = symbols();
+    const QMutexLocker lock(&known.mutex);
+    known.source = std::move(source);
+    known.pictures.clear();
+}
+
+bool drawSystemSymbol(QPainter& painter, const QString& name, const QRectF& bounds, const QColor& color) {
+    // As many pixels as there are under the bounds, so that nothing is scaled up.
+    const double scale = std::sqrt(std::abs(painter.deviceTransform().determinant()));
+    const double side = std::min(bounds.width(), bounds.height());
+    if (!(side > 0.0) || !(scale > 0.0))
+        return false;
+    const QImage image = picture(name, side * scale * systemSymbolFontShare);
+    if (image.isNull())
+        return false;
+    QSizeF size = image.deviceIndependentSize() / scale;
+    if (size.width() > bounds.width() || size.height() > bounds.height())
+        size.scale(bounds.size(), Qt::KeepAspectRatio);
+    QRectF target(QPointF(), size);
+    target.moveCenter(bounds.center());
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(target, tinted(image, color));
+    painter.restore();
+    return true;
+}
+
+} // namespace Fenwhirl

@@ -1,0 +1,9 @@
+#include "Fenwhirl/Platform/Entry/ExecutablePath.h"
+
+#include <gtest/gtest.h>
+
+TEST(ExecutablePath, TheLibraryIsAFrameworkOfTheBundleAndThereIsNoGuard) {
+    EXPECT_EQ(applicationLibraryPath("/Applications/Fenwhirl.app/Contents/MacOS/Fenwhirl"),
+              "/Applications/Fenwhirl.app/Contents/Frameworks/libFenwhirlApp.dylib");
+    EXPECT_FALSE(guardPath("/Applications/Fenwhirl.app/Contents/MacOS/Fenwhirl"));
+}

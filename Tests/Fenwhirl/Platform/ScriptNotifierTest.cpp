@@ -1,0 +1,57 @@
+// Notifications as macOS shows them, with a played script tool.
+
+#include "Fenwhirl/Platform/ScriptNotifier.h"
+
+#include "Support/TemporaryFolder.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+namespace {
+
+// The played tool writes to another name and moves the file when it is whole.
+QByteArray waitForFile(const std::string& path) {
+    const QDeadlineTimer deadline(60'000);
+    QFile file(QString::fromStdString(path));
+    while (!file.exists() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+TEST(ScriptNotifier, GivesTheToolOneStatement) {
+    const TemporaryFolder folder;
+    const std::string tool = folder.writeScript("osascript", "cd '" + folder.path() +
+                                                                 "'; { printf '%s\\n' \"$#\" \"$@\"; } "
+                                                                 ">part; mv part seen");
+    notifyByScript(QString::fromStdString(tool), QStringLiteral("Fenwhirl"),
+                   QStringLiteral("Ton Mac chauffe : \"93\" degrés\\."));
+    const QByteArray expected =
+        QStringLiteral("2\n-e\ndisplay notification \"Ton Mac chauffe : '93' degrés .\" with "
+                       "title \"Fenwhirl\"\n")
+            .toUtf8();
+    EXPECT_EQ(waitForFile(folder.path("seen")), expected);
+}
+
+TEST(ScriptNotifier, DoesNotWaitAndLeavesNoChild) {
+    const TemporaryFolder folder;
+    const std::string tool = folder.writeScript(
+        "osascript", "cd '" + folder.path() + "'; while [ ! -e go ]; do sleep 0.01; done; : >seen");
+    notifyByScript(QString::fromStdString(tool), QStringLiteral("a"), QStringLiteral("b"));
+    EXPECT_EQ(folder.read("seen"), ""); // returned while the tool still waits
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+    folder.write("go", "");
+    (void)waitForFile(folder.path("seen"));
+    EXPECT_TRUE(QFile::exists(QString::fromStdString(folder.path("seen"))));
+}
+
+TEST(ScriptNotifier, AToolThatIsNotThereIsNoError) {
+    notifyByScript(QStringLiteral("/nonexistent/osascript"), QStringLiteral("a"), QStringLiteral("b"));
+}
+
+} // namespace
