@@ -27,6 +27,21 @@ Window {
         onActivated: root.close()
     }
 
+    // Under everything else: what nothing there takes drags the window, whose title bar may be hidden.
+    Item {
+        anchors.fill: parent
+
+        DragHandler {
+            grabPermissions: PointerHandler.TakeOverForbidden
+            target: null
+
+            onActiveChanged: {
+                if (active)
+                    root.startSystemMove()
+            }
+        }
+    }
+
     Item {
         id: content
         anchors.fill: parent

@@ -4,6 +4,7 @@
 
 #include <QQmlComponent>
 #include <QQuickItem>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -72,6 +73,33 @@ TEST(MainWindow, HasItsTitleAndNeverGetsTooSmall) {
     stage.show();
     EXPECT_EQ(stage.window().title(), QStringLiteral("Fenwhirl"));
     EXPECT_EQ(stage.window().minimumSize(), QSize(920, 560));
+}
+
+// Whether a press here and a way of 60 points took hold of the window.
+bool dragsTheWindow(Stage& stage, QPoint from) {
+    QObject* handler = nullptr;
+    for (QObject* object : stage.window().findChildren<QObject*>())
+        if (object->inherits("QQuickDragHandler"))
+            handler = object;
+    EXPECT_NE(handler, nullptr);
+    if (handler == nullptr)
+        return false;
+    QTest::mousePress(&stage.window(), Qt::LeftButton, {}, from);
+    for (int way = 10; way <= 60; way += 10)
+        QTest::mouseMove(&stage.window(), from + QPoint(way, way / 2));
+    const bool active = handler->property("active").toBool();
+    QTest::mouseRelease(&stage.window(), Qt::LeftButton, {}, from + QPoint(60, 30));
+    return active;
+}
+
+TEST(MainWindow, IsDraggedByWhatNothingElseTakes) {
+    Stage stage;
+    stage.windowSize = {1040, 680};
+    stage.show();
+    EXPECT_TRUE(dragsTheWindow(stage, QPoint(100, 16)));  // above the product's name
+    EXPECT_TRUE(dragsTheWindow(stage, QPoint(100, 560))); // between the pages and the foot
+    const QRect row = stage.find(QStringLiteral("Alertes"), QAccessible::PageTab)->rect();
+    EXPECT_FALSE(dragsTheWindow(stage, stage.window().mapFromGlobal(row.center())));
 }
 
 TEST(MainWindow, OpensAtItsUsualSize) {
