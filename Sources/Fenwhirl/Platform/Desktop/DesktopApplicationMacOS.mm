@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #import <AppKit/AppKit.h>
+#include <array>
 
 namespace {
 
@@ -19,13 +20,12 @@ Handlers& handlers() {
     return instance;
 }
 
-std::uint32_t reasonToQuit() {
+std::array<std::uint32_t, 4> reasonsToQuit() {
     NSAppleEventDescriptor* event = NSAppleEventManager.sharedAppleEventManager.currentAppleEvent;
     NSAppleEventDescriptor* attribute = [event attributeDescriptorForKeyword:kAEQuitReason];
-    if (attribute != nil)
-        return attribute.typeCodeValue != 0 ? attribute.typeCodeValue : attribute.enumCodeValue;
     NSAppleEventDescriptor* parameter = [event paramDescriptorForKeyword:kAEQuitReason];
-    return parameter.typeCodeValue != 0 ? parameter.typeCodeValue : parameter.enumCodeValue;
+    return {attribute.typeCodeValue, attribute.enumCodeValue, parameter.typeCodeValue,
+            parameter.enumCodeValue};
 }
 
 } // namespace
@@ -50,7 +50,7 @@ std::uint32_t reasonToQuit() {
 
 - (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)sender {
     (void)sender;
-    if (quitAnswer(reasonToQuit()) == QuitAnswer::endNow) {
+    if (quitAnswer(reasonsToQuit()) == QuitAnswer::endNow) {
         if (handlers().sessionEnd)
             handlers().sessionEnd();
         return NSTerminateNow;
@@ -79,6 +79,9 @@ void ApplicationEvents::setSessionEndHandler(std::function<void()> handler) {
 std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) {
     // Else Qt makes every program a regular one, and each log-in would flash an icon in the Dock.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
+    // Our views are compiled; without a compiler at run time no memory is both written and run, which a
+    // hardened runtime would forbid.
+    qputenv("QV4_FORCE_INTERPRETER", "1");
     ApplicationEvents::install();
     auto application = std::make_unique<QGuiApplication>(argc, argv);
     // Qt's own rule ends a program with its last window, whatever the delegate answers.

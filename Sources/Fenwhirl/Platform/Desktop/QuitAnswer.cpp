@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/QuitAnswer.h"
 
+#include <algorithm>
+
 namespace {
 
 // Apple's codes for why the system asks to quit at the end of a session: 'shut', 'rest' and 'rlgo'.
@@ -18,4 +20,10 @@ QuitAnswer quitAnswer(std::uint32_t reason) {
     default:
         return QuitAnswer::leaveTheEventLoop;
     }
+}
+
+QuitAnswer quitAnswer(std::span<const std::uint32_t> reasons) {
+    const bool sessionEnds = std::ranges::any_of(
+        reasons, [](std::uint32_t reason) { return quitAnswer(reason) == QuitAnswer::endNow; });
+    return sessionEnds ? QuitAnswer::endNow : QuitAnswer::leaveTheEventLoop;
 }

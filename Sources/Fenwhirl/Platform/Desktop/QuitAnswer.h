@@ -7,12 +7,16 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 enum class QuitAnswer {
     endNow,           // hand the fans back, then agree
     leaveTheEventLoop // decline, and let the event loop end
 };
 
-// `reason` is the four-character code of the quit event's reason, 0 when it has none. As attribute and as
-// parameter of the event, whichever is there.
+// `reason` is the four-character code of the quit event's reason, 0 when it has none.
 [[nodiscard]] QuitAnswer quitAnswer(std::uint32_t reason);
+
+// The same for all the places where an event may carry its reason (as attribute or as parameter, as a type or
+// as an enumeration): one of them is enough for the end of a session.
+[[nodiscard]] QuitAnswer quitAnswer(std::span<const std::uint32_t> reasons);

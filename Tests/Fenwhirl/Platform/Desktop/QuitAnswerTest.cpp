@@ -1,5 +1,6 @@
 #include "Fenwhirl/Platform/Desktop/QuitAnswer.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <string_view>
 
@@ -20,6 +21,13 @@ TEST(QuitAnswer, AnEndOfTheSessionIsAgreedToAtOnce) {
 
 TEST(QuitAnswer, AQuitByTheUserGoesThroughTheEventLoop) {
     EXPECT_EQ(quitAnswer(0), QuitAnswer::leaveTheEventLoop);
+}
+
+TEST(QuitAnswer, OneReasonOfManyIsEnough) {
+    const std::array<std::uint32_t, 4> last = {0, 0, code("xxxx"), code("rlgo")};
+    EXPECT_EQ(quitAnswer(last), QuitAnswer::endNow);
+    const std::array<std::uint32_t, 4> none = {0, code("xxxx"), 0, 0};
+    EXPECT_EQ(quitAnswer(none), QuitAnswer::leaveTheEventLoop);
 }
 
 // The question that comes before ("really log out?"), and anything that a later system may say.
