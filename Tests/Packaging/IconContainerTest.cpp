@@ -46,7 +46,8 @@ TEST(IconContainer, HoldsThePictureInEverySize) {
     EXPECT_EQ(entries.keys(), expected.keys());
     for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
         const QImage image = QImage::fromData(entry.value(), "PNG");
-        EXPECT_EQ(image.size(), QSize(expected[entry.key()], expected[entry.key()])) << entry.key().constData();
+        EXPECT_EQ(image.size(), QSize(expected[entry.key()], expected[entry.key()]))
+            << entry.key().constData();
     }
 }
 

@@ -1,8 +1,8 @@
 // The icon of a macOS bundle: one file that holds the same picture in every size the system asks for.
 //
 // The container is a list of entries behind the word "icns": four letters that say size and scale, the length
-// of the entry in bytes (its eight bytes of head included, most significant byte first), and the picture, here
-// always a PNG file. The pictures are drawn anew for each size, not scaled.
+// of the entry in bytes (its eight bytes of head included, most significant byte first), and the picture,
+// here always a PNG file. The pictures are drawn anew for each size, not scaled.
 //
 // Pure; any thread. Needs no application object as long as the drawing holds no text.
 

@@ -1,5 +1,5 @@
-// icon-maker DRAWING.svg ICON.icns: makes the icon file of a macOS bundle out of a drawing. Runs on the computer
-// that builds, whatever it builds for.
+// icon-maker DRAWING.svg ICON.icns: makes the icon file of a macOS bundle out of a drawing. Runs on the
+// computer that builds, whatever it builds for.
 
 #include "IconContainer.h"
 
