@@ -47,10 +47,8 @@ void ProcessMonitor::refresh() {
         return;
     }
     busy_ = true;
-    queue_.async([this] {
-        QMetaObject::invokeMethod(
-            this, [this, sample = services_.sample()]() mutable { publish(std::move(sample)); },
-            Qt::QueuedConnection);
+    queue_.async([this, reply = inbox_.sender()] {
+        reply.post([this, sample = services_.sample()] { publish(sample); });
     });
 }
 
@@ -59,8 +57,8 @@ void ProcessMonitor::quit(const AppLoad& app, bool force) {
     QTimer::singleShot(services_.delayAfterQuit, this, &ProcessMonitor::refresh);
 }
 
-void ProcessMonitor::publish(ProcessSample sample) {
-    const ProcessSample before = std::exchange(sample_, std::move(sample));
+void ProcessMonitor::publish(const ProcessSample& sample) {
+    const ProcessSample before = std::exchange(sample_, sample);
     busy_ = false;
     if (sample_.apps != before.apps) {
         Q_EMIT appsChanged();

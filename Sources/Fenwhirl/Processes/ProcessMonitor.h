@@ -14,6 +14,7 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/MainThreadInbox.h"
 #include "Fenwhirl/Platform/SerialQueue.h"
 #include "Fenwhirl/Processes/AppLoad.h"
 #include "Fenwhirl/Processes/ProcessServices.h"
@@ -55,11 +56,12 @@ Q_SIGNALS:
     void totalCPUChanged();
 
 private:
-    void publish(ProcessSample sample);
+    void publish(const ProcessSample& sample);
 
     ProcessServices services_;
     ProcessSample sample_;
     QTimer timer_;
     bool busy_ = false; // a sample is under way; main thread only
+    MainThreadInbox inbox_;
     SerialQueue queue_; // last, so that it ends first: its work uses the members above
 };
