@@ -160,6 +160,7 @@ bool ScriptedSMC::isDead() const {
 }
 
 ScriptedSMC::Reply ScriptedSMC::answer(const SMCParam& request) {
+    const std::lock_guard lock(oneAtATime_);
     requests.push_back(request);
     if (isDead())
         return std::nullopt;

@@ -5,7 +5,8 @@
 // hook sees each request before the table does and may answer in its place.
 //
 // One controller serves any number of connections (`connect`), as the hardware does; it must outlive them.
-// Threads: none of its own; not for use from two threads at once.
+// Threads: none of its own. Connections may be used side by side, one request is answered after the other;
+// what tests set and look at is theirs while nobody asks.
 
 #pragma once
 
@@ -17,6 +18,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -92,6 +94,7 @@ private:
     [[nodiscard]] bool isModeLocked(const std::string& key);
     [[nodiscard]] bool isDead() const;
 
+    std::mutex oneAtATime_;
     std::map<std::string, Key, std::less<>> keys_;
     std::vector<std::string> order_;
     bool modesNeedUnlock_ = false;
