@@ -24,12 +24,19 @@ bool hasGraphicsProcessor() {
     return false;
 }
 
-// The software renderer draws glyphs of PostScript outlines with thickened stems, which makes regular text look
-// semibold, most of all light text on a dark ground. An amount of nothing for every size keeps them as drawn.
-void keepStemsThin() {
-    constexpr const char* name = "FREETYPE_PROPERTIES";
+void setUnlessSet(const char* name, const char* value) {
     if (!qEnvironmentVariableIsSet(name))
-        qputenv(name, "cff:darkening-parameters=500,0,1000,0,1667,0,2333,0");
+        qputenv(name, value);
+}
+
+// Both renderers are to draw text as it was designed: without coloured edges, which the graphics processor's
+// gives it whatever the font asks for, and without thickened stems, which the software renderer gives to
+// glyphs of PostScript outlines and which make regular text look semibold, most of all light text on a dark
+// ground. The libraries can be told only through the environment, and only before the first text.
+void drawTextAsDesigned() {
+    setUnlessSet("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
+    // Pairs of a stem's width and how much it is thickened: by nothing, whatever its width.
+    setUnlessSet("FREETYPE_PROPERTIES", "cff:darkening-parameters=500,0,1000,0,1667,0,2333,0");
 }
 
 void setInterfaceFont() {
@@ -47,7 +54,7 @@ void setInterfaceFont() {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) {
-    keepStemsThin();
+    drawTextAsDesigned();
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsProcessor())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication::setDesktopFileName(QStringLiteral("com.fenwhirl.app"));
