@@ -1,11 +1,29 @@
 import QtQuick
 import Fenwhirl.Components
 
-// The round handle of sliders and switches. It is never translucent: disabled, it takes the colour it would have then.
-Surface {
-    color: enabled ? Theme.knob : Theme.knobDisabled
+// The round handle of sliders and switches, 18 across, with a faint shadow under it. It is never translucent: disabled, it
+// takes the colour it would have then.
+Item {
+    id: root
+
     height: 18
-    radius: 9
-    stroke: Theme.knobStroke
     width: 18
+
+    SoftShadow {
+        blur: 3
+        color: Theme.knobShadow
+        height: parent.height + 2 * blur
+        radius: parent.width / 2
+        visible: root.enabled
+        width: parent.width + 2 * blur
+        x: -blur
+        y: 1 - blur
+    }
+
+    Surface {
+        anchors.fill: parent
+        color: root.enabled ? Theme.knob : Theme.knobDisabled
+        radius: width / 2
+        stroke: Theme.knobStroke
+    }
 }

@@ -22,6 +22,8 @@ constexpr double dotRingRadius = 6.0;
 
 LineChart::LineChart(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
+    for (const auto signal : {&LineChart::valuesChanged, &LineChart::styleChanged})
+        connect(this, signal, this, [this] { update(); });
 }
 
 QPolygonF LineChart::points(const QList<double>& values, double width, double height) {
@@ -49,30 +51,6 @@ QPolygonF LineChart::points(const QList<double>& values, double width, double he
                 {width * static_cast<double>(i) / last, height - height * (values[i] - low) / (top - low)});
     }
     return result;
-}
-
-void LineChart::setValues(const QList<double>& values) {
-    if (values == m_values)
-        return;
-    m_values = values;
-    update();
-    Q_EMIT valuesChanged();
-}
-
-void LineChart::setInset(double inset) {
-    if (inset == m_inset)
-        return;
-    m_inset = inset;
-    update();
-    Q_EMIT styleChanged();
-}
-
-void LineChart::restyle(QColor& member, const QColor& color) {
-    if (color == member)
-        return;
-    member = color;
-    update();
-    Q_EMIT styleChanged();
 }
 
 void LineChart::drawGrid(QPainter& painter, double plotWidth, double plotHeight) const {

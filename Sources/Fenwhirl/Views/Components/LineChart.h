@@ -22,12 +22,13 @@ namespace Fenwhirl {
 class LineChart : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QList<double> values READ values WRITE setValues NOTIFY valuesChanged FINAL)
-    Q_PROPERTY(double inset READ inset WRITE setInset NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor lineColor READ lineColor WRITE setLineColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor fillColor READ fillColor WRITE setFillColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor gridColor READ gridColor WRITE setGridColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor surfaceColor READ surfaceColor WRITE setSurfaceColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QList<double> values MEMBER m_values NOTIFY valuesChanged FINAL)
+    Q_PROPERTY(double inset MEMBER m_inset NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor lineColor MEMBER m_lineColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor fillColor MEMBER m_fillColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor gridColor MEMBER m_gridColor NOTIFY styleChanged FINAL)
+    // What the chart stands on; the ring that sets the dot off from the line has this colour.
+    Q_PROPERTY(QColor surfaceColor MEMBER m_surfaceColor NOTIFY styleChanged FINAL)
 
 public:
     explicit LineChart(QQuickItem* parent = nullptr);
@@ -38,31 +39,6 @@ public:
     // that are no numbers are left out, their places kept. Pure.
     [[nodiscard]] static QPolygonF points(const QList<double>& values, double width, double height);
 
-    [[nodiscard]] QList<double> values() const { return m_values; }
-
-    void setValues(const QList<double>& values);
-
-    [[nodiscard]] double inset() const { return m_inset; }
-
-    void setInset(double inset);
-
-    [[nodiscard]] QColor lineColor() const { return m_lineColor; }
-
-    void setLineColor(const QColor& color) { restyle(m_lineColor, color); }
-
-    [[nodiscard]] QColor fillColor() const { return m_fillColor; }
-
-    void setFillColor(const QColor& color) { restyle(m_fillColor, color); }
-
-    [[nodiscard]] QColor gridColor() const { return m_gridColor; }
-
-    void setGridColor(const QColor& color) { restyle(m_gridColor, color); }
-
-    // What the chart stands on; the ring that sets the dot off from the line has this colour.
-    [[nodiscard]] QColor surfaceColor() const { return m_surfaceColor; }
-
-    void setSurfaceColor(const QColor& color) { restyle(m_surfaceColor, color); }
-
     void paint(QPainter* painter) override;
 
 Q_SIGNALS:
@@ -70,7 +46,6 @@ Q_SIGNALS:
     void styleChanged();
 
 private:
-    void restyle(QColor& member, const QColor& color);
     void drawGrid(QPainter& painter, double plotWidth, double plotHeight) const;
 
     QList<double> m_values;

@@ -70,6 +70,7 @@ Palette makePalette(bool dark) {
     colors[at(PaletteColor::knobDisabled)] =
         mixed(colors[at(PaletteColor::card)], colors[at(PaletteColor::knob)], 0.40);
     colors[at(PaletteColor::knobStroke)] = withAlpha(colorFromRgb(0x000000), dark ? 0.0 : 0.16);
+    colors[at(PaletteColor::knobShadow)] = withAlpha(colorFromRgb(0x000000), 0.30);
     colors[at(PaletteColor::popup)] = choose(0x23272F, 0xFFFFFF);
     colors[at(PaletteColor::dim)] = withAlpha(choose(0x06080B, 0x141A26), dark ? 0.58 : 0.34);
     colors[at(PaletteColor::shadow)] = withAlpha(choose(0x000000, 0x141E32), dark ? 0.55 : 0.22);

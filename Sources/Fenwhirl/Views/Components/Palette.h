@@ -44,6 +44,7 @@ enum class PaletteColor : std::size_t {
     knob,         // of sliders and switches
     knobDisabled, // the knob at 40 % over the card
     knobStroke,   // hairline that keeps a white knob visible on white
+    knobShadow,   // under a knob
     popup,        // background of menus
     dim,          // over the window while a dialog is open
     shadow,       // of dialogs and panels

@@ -34,6 +34,8 @@ double gaugeFraction(double fraction) {
 RingArc::RingArc(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
     setImplicitSize(frame, frame);
+    for (const auto signal : {&RingArc::fractionChanged, &RingArc::styleChanged})
+        connect(this, signal, this, [this] { update(); });
 }
 
 void RingArc::setFraction(double fraction) {
@@ -41,24 +43,7 @@ void RingArc::setFraction(double fraction) {
     if (clamped == m_fraction)
         return;
     m_fraction = clamped;
-    update();
     Q_EMIT fractionChanged();
-}
-
-void RingArc::setTrackColor(const QColor& color) {
-    if (color == m_trackColor)
-        return;
-    m_trackColor = color;
-    update();
-    Q_EMIT trackColorChanged();
-}
-
-void RingArc::setValueColor(const QColor& color) {
-    if (color == m_valueColor)
-        return;
-    m_valueColor = color;
-    update();
-    Q_EMIT valueColorChanged();
 }
 
 void RingArc::paint(QPainter* painter) {

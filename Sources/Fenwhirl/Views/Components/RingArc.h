@@ -20,8 +20,8 @@ class RingArc : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(double fraction READ fraction WRITE setFraction NOTIFY fractionChanged FINAL)
-    Q_PROPERTY(QColor trackColor READ trackColor WRITE setTrackColor NOTIFY trackColorChanged FINAL)
-    Q_PROPERTY(QColor valueColor READ valueColor WRITE setValueColor NOTIFY valueColorChanged FINAL)
+    Q_PROPERTY(QColor trackColor MEMBER m_trackColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor valueColor MEMBER m_valueColor NOTIFY styleChanged FINAL)
 
 public:
     explicit RingArc(QQuickItem* parent = nullptr);
@@ -31,20 +31,11 @@ public:
 
     void setFraction(double fraction);
 
-    [[nodiscard]] QColor trackColor() const { return m_trackColor; }
-
-    void setTrackColor(const QColor& color);
-
-    [[nodiscard]] QColor valueColor() const { return m_valueColor; }
-
-    void setValueColor(const QColor& color);
-
     void paint(QPainter* painter) override;
 
 Q_SIGNALS:
     void fractionChanged();
-    void trackColorChanged();
-    void valueColorChanged();
+    void styleChanged();
 
 private:
     double m_fraction = 0.0;

@@ -71,38 +71,24 @@ QImage softShadow(QSize size, double radius, double blur, const QColor& color) {
     return image;
 }
 
-SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent) {}
-
-void SoftShadow::setRadius(double radius) {
-    if (radius == m_radius)
-        return;
-    m_radius = radius;
-    update();
-    Q_EMIT styleChanged();
-}
-
-void SoftShadow::setBlur(double blur) {
-    if (blur == m_blur)
-        return;
-    m_blur = blur;
-    update();
-    Q_EMIT styleChanged();
-}
-
-void SoftShadow::setColor(const QColor& color) {
-    if (color == m_color)
-        return;
-    m_color = color;
-    update();
-    Q_EMIT styleChanged();
+SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent) {
+    connect(this, &SoftShadow::styleChanged, this, [this] { update(); });
 }
 
 void SoftShadow::paint(QPainter* painter) {
     constexpr double largest = 4096.0;
-    const QSize size(static_cast<int>(std::ceil(std::clamp(width(), 0.0, largest))),
-                     static_cast<int>(std::ceil(std::clamp(height(), 0.0, largest))));
-    if (!size.isEmpty())
-        painter->drawImage(QPointF(0.0, 0.0), softShadow(size, m_radius, m_blur, m_color));
+    // Of blur, in pixels; beyond that the eye sees none of them.
+    constexpr double finePixels = 12.0;
+    // As fine as the screen where the shadow is narrow; a wide one has nothing that finer pixels would show.
+    const double ratio =
+        std::clamp(painter->worldTransform().m11(), 1.0, std::max(1.0, finePixels / std::max(m_blur, 1.0)));
+    const QSize size(static_cast<int>(std::ceil(std::clamp(width() * ratio, 0.0, largest))),
+                     static_cast<int>(std::ceil(std::clamp(height() * ratio, 0.0, largest))));
+    if (size.isEmpty())
+        return;
+    painter->setRenderHint(QPainter::SmoothPixmapTransform);
+    painter->drawImage(QRectF(QPointF(0.0, 0.0), QSizeF(size) / ratio),
+                       softShadow(size, m_radius * ratio, m_blur * ratio, m_color));
 }
 
 } // namespace Fenwhirl

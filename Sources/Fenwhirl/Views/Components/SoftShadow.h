@@ -19,32 +19,20 @@
 
 namespace Fenwhirl {
 
-// The picture of it: `size` includes the blur on all sides; all measures in points. Pure; any thread.
+// The picture of it: `size` includes the blur on all sides; all measures in its pixels. Pure; any thread.
 [[nodiscard]] QImage softShadow(QSize size, double radius, double blur, const QColor& color);
 
 class SoftShadow : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY styleChanged FINAL)
-    Q_PROPERTY(double blur READ blur WRITE setBlur NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY styleChanged FINAL)
+    // Corner radius of the caster.
+    Q_PROPERTY(double radius MEMBER m_radius NOTIFY styleChanged FINAL)
+    // How far the shadow fades out beyond the caster's edge.
+    Q_PROPERTY(double blur MEMBER m_blur NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY styleChanged FINAL)
 
 public:
     explicit SoftShadow(QQuickItem* parent = nullptr);
-
-    // Corner radius of the caster.
-    [[nodiscard]] double radius() const { return m_radius; }
-
-    void setRadius(double radius);
-
-    // How far the shadow fades out beyond the caster's edge.
-    [[nodiscard]] double blur() const { return m_blur; }
-
-    void setBlur(double blur);
-
-    [[nodiscard]] QColor color() const { return m_color; }
-
-    void setColor(const QColor& color);
 
     void paint(QPainter* painter) override;
 

@@ -54,6 +54,7 @@ class Theme : public QObject {
     Q_PROPERTY(QColor knob READ knob NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor knobDisabled READ knobDisabled NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor knobStroke READ knobStroke NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor knobShadow READ knobShadow NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor popup READ popup NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor dim READ dim NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor shadow READ shadow NOTIFY colorsChanged FINAL)
@@ -128,6 +129,8 @@ public:
     [[nodiscard]] QColor knobDisabled() const { return color(PaletteColor::knobDisabled); }
 
     [[nodiscard]] QColor knobStroke() const { return color(PaletteColor::knobStroke); }
+
+    [[nodiscard]] QColor knobShadow() const { return color(PaletteColor::knobShadow); }
 
     [[nodiscard]] QColor popup() const { return color(PaletteColor::popup); }
 
