@@ -2,51 +2,78 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// What stands above a page's content when something needs attention; takes no room when nothing does.
-Column {
+// What stands above a page's content when something needs attention. It belongs into a column of the same spacing, of which
+// it gives one back: when nothing is shown, the column looks as if this were not there.
+Item {
     id: root
 
     required property ControlView control
     property bool showsError: true
+    property bool showsOffers: true
+    // A trouble of the page's own.
+    property string problem: ""
+    readonly property real spacing: 18
 
-    spacing: 18
-    // Asked of the model: a child of something invisible is never visible, so the children cannot answer.
-    visible: (showsError && control.error !== "") || control.offersActivation || control.outdated
+    height: places.height - spacing
 
-    ErrorBanner {
-        id: error
-        closable: true
-        closeText: qsTr("Fermer")
-        message: root.control.error
-        visible: root.showsError && message !== ""
-        width: root.width
+    Column {
+        id: places
+        width: parent.width
 
-        onClosed: root.control.dismissError()
-    }
+        Reveal {
+            gap: root.spacing
+            shown: root.showsError && root.control.error !== ""
+            width: parent.width
 
-    HelperBanner {
-        id: activation
-        actionText: qsTr("Activer")
-        busy: root.control.installing
-        busyText: qsTr("Activation…")
-        message: qsTr("Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.")
-        title: qsTr("Activer le contrôle des ventilateurs")
-        visible: root.control.offersActivation
-        width: root.width
+            ErrorBanner {
+                closable: true
+                closeText: qsTr("Fermer")
+                message: root.control.error
 
-        onActivated: root.control.install()
-    }
+                onClosed: root.control.dismissError()
+            }
+        }
 
-    HelperBanner {
-        id: update
-        actionText: qsTr("Mettre à jour")
-        busy: root.control.installing
-        busyText: qsTr("Activation…")
-        message: ""
-        title: qsTr("Une mise à jour de l'assistant est disponible.")
-        visible: root.control.outdated
-        width: root.width
+        Reveal {
+            gap: root.spacing
+            shown: root.showsOffers && root.control.offersActivation
+            width: parent.width
 
-        onActivated: root.control.install()
+            HelperBanner {
+                actionText: qsTr("Activer")
+                busy: root.control.installing
+                busyText: qsTr("Activation…")
+                message: qsTr("Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.")
+                title: qsTr("Activer le contrôle des ventilateurs")
+
+                onActivated: root.control.install()
+            }
+        }
+
+        Reveal {
+            gap: root.spacing
+            shown: root.showsOffers && root.control.outdated
+            width: parent.width
+
+            HelperBanner {
+                actionText: qsTr("Mettre à jour")
+                busy: root.control.installing
+                busyText: qsTr("Activation…")
+                message: ""
+                title: qsTr("Une mise à jour de l'assistant est disponible.")
+
+                onActivated: root.control.install()
+            }
+        }
+
+        Reveal {
+            gap: root.spacing
+            shown: root.problem !== ""
+            width: parent.width
+
+            ErrorBanner {
+                message: root.problem
+            }
+        }
     }
 }

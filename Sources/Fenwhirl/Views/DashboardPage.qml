@@ -20,12 +20,7 @@ ScrollView {
 
         Banners {
             control: root.models.control
-            width: parent.width
-        }
-
-        ErrorBanner {
-            message: qsTr("Fenwhirl n'arrive pas à lire les capteurs de ce Mac.")
-            visible: !root.machine.smcAvailable
+            problem: root.machine.smcAvailable ? "" : qsTr("Fenwhirl n'arrive pas à lire les capteurs de ce Mac.")
             width: parent.width
         }
 

@@ -17,7 +17,7 @@ Window {
 
     // The keyboard must not reach what the onboarding covers.
     onActiveFocusItemChanged: {
-        if (onboarding.active && onboarding.item && content.covers(activeFocusItem))
+        if (onboarding.wanted && onboarding.item && content.covers(activeFocusItem))
             (onboarding.item as Onboarding).nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
     }
 
@@ -71,15 +71,25 @@ Window {
 
     Loader {
         id: onboarding
-        active: !root.models.preferences.didOnboard
+        readonly property bool wanted: !root.models.preferences.didOnboard
+
+        active: false
         anchors.fill: parent
         source: "Onboarding.qml"
 
+        Component.onCompleted: active = wanted
         onLoaded: {
             const overlay = item as Onboarding
             overlay.control = root.models.control
             overlay.preferences = root.models.preferences
             overlay.forceActiveFocus()
+            overlay.left.connect(() => onboarding.active = false)
+        }
+        onWantedChanged: {
+            if (wanted)
+                active = true
+            else if (item)
+                (item as Onboarding).shown = false
         }
     }
 }

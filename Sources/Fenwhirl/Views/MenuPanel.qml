@@ -21,6 +21,30 @@ Window {
             panel.forceActiveFocus()
     }
 
+    onVisibleChanged: { if (visible) appear.restart() }
+
+    ParallelAnimation {
+        id: appear
+
+        NumberAnimation {
+            duration: Theme.popupDuration
+            easing.type: Easing.OutCubic
+            from: 0
+            property: "opacity"
+            target: root.contentItem
+            to: 1
+        }
+
+        NumberAnimation {
+            duration: Theme.popupDuration
+            easing.type: Easing.OutCubic
+            from: 0.97
+            property: "scale"
+            target: root.contentItem
+            to: 1
+        }
+    }
+
     Shortcut {
         sequences: ["Escape", "Ctrl+W"]
 

@@ -3,16 +3,33 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // The introduction at the first start, over the dimmed window: three steps forward, none of them can go wrong.
+//   shown        false sends it away
+//   signal left  it has gone
 FocusScope {
     id: root
 
     property ControlView control: null
     property PreferencesView preferences: null
     property int step: 0
+    property bool shown: true
     readonly property bool isLast: step === 2
+
+    signal left()
 
     Accessible.name: title.content
     Accessible.role: Accessible.Dialog
+
+    opacity: 0
+
+    Component.onCompleted: opacity = Qt.binding(() => shown ? 1 : 0)
+    onOpacityChanged: {
+        if (!shown && opacity === 0)
+            left()
+    }
+
+    Behavior on opacity {
+        NumberAnimation { duration: Theme.popupDuration; easing.type: Easing.OutCubic }
+    }
 
     function advance() {
         if (isLast)
@@ -39,6 +56,7 @@ FocusScope {
         color: Theme.window
         height: Math.max(424, 40 + content.implicitHeight + 20 + 8 + 20 + 34 + 28)
         radius: 16
+        scale: 0.97 + 0.03 * root.opacity
         stroke: Theme.stroke
         width: 440
 

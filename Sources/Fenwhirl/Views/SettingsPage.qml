@@ -18,14 +18,10 @@ ScrollView {
             width: parent.width
         }
 
-        ErrorBanner {
-            closable: true
-            closeText: qsTr("Fermer")
-            message: root.models.control.error
-            visible: message !== ""
+        Banners {
+            control: root.models.control
+            showsOffers: false
             width: parent.width
-
-            onClosed: root.models.control.dismissError()
         }
 
         StartCard {

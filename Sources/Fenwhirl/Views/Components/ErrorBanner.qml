@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // A message that something did not work, at least 44 high.
-//   message
+//   message         when it becomes empty, the banner keeps its words: it may be on its way out
 //   closable        whether it has a close button
 //   closeText       the close button's name for screen readers
 //   signal closed
@@ -12,16 +12,19 @@ Surface {
     required property string message
     property bool closable: false
     property string closeText: ""
+    property string words: ""
 
     signal closed()
 
-    Accessible.name: message
+    Accessible.name: words
     Accessible.role: Accessible.AlertMessage
     color: Theme.errorFill
     implicitHeight: Math.max(44, text.implicitHeight + 26)
     implicitWidth: 400
     radius: 12
     stroke: Theme.errorStroke
+
+    onMessageChanged: { if (message !== "") words = message }
 
     Symbol {
         id: sign
@@ -41,7 +44,7 @@ Surface {
         anchors.right: root.closable ? close.left : parent.right
         anchors.rightMargin: root.closable ? 10 : 20
         anchors.verticalCenter: parent.verticalCenter
-        content: root.message
+        content: root.words
     }
 
     CloseButton {

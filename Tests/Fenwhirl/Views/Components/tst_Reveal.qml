@@ -1,0 +1,98 @@
+import QtQuick
+import QtTest
+import Fenwhirl.Components
+
+Item {
+    id: root
+    height: 400
+    width: 400
+
+    property bool shown: false
+
+    Column {
+        spacing: 18
+        width: parent.width
+
+        Rectangle { height: 50; width: parent.width }
+
+        Item {
+            height: place.height - 18
+            width: parent.width
+
+            Reveal {
+                id: place
+                gap: 18
+                shown: root.shown
+                width: parent.width
+
+                ErrorBanner {
+                    id: banner
+                    message: root.shown ? "L'activation a été annulée ou a échoué." : ""
+                }
+            }
+        }
+
+        Rectangle { id: next; height: 50; width: parent.width }
+    }
+
+    Component {
+        id: standing
+
+        Reveal {
+            shown: true
+
+            Rectangle { height: 44 }
+        }
+    }
+
+    TestCase {
+        name: "Reveal"
+        when: windowShown
+
+        function init() {
+            Theme.reducedMotion = true
+            root.shown = false
+            Theme.reducedMotion = false
+        }
+
+        function test_closedItLeavesNoTraceInItsColumn() {
+            tryCompare(next, "y", 68)
+            compare(place.visible, false)
+        }
+
+        function test_openingMovesWhatFollowsAndShowsTheContent() {
+            root.shown = true
+            verify(next.y < 80, "it has only begun to open")
+            tryVerify(() => next.y > 70 && next.y < 120, 1000, "it passes the places between")
+            verify(place.opacity > 0 && place.opacity < 1)
+            tryCompare(next, "y", 50 + 18 + 44 + 18)
+            compare(place.opacity, 1)
+            compare(banner.width, root.width)
+        }
+
+        function test_theWordsStayWhileItGoes() {
+            root.shown = true
+            tryCompare(place, "progress", 1)
+            root.shown = false
+            compare(accessibility.name(banner), "L'activation a été annulée ou a échoué.")
+            verify(place.visible)
+            tryCompare(place, "visible", false)
+            tryCompare(next, "y", 68)
+        }
+
+        function test_withReducedMotionItIsThereAtOnce() {
+            Theme.reducedMotion = true
+            root.shown = true
+            compare(place.progress, 1)
+            tryCompare(next, "y", 130)
+            root.shown = false
+            compare(place.visible, false)
+        }
+
+        function test_whatIsShownFromTheBeginningDoesNotMove() {
+            const there = createTemporaryObject(standing, root, {"width": 100})
+            compare(there.height, 44)
+            compare(there.opacity, 1)
+        }
+    }
+}
