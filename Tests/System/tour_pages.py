@@ -109,6 +109,7 @@ class Tour:
 
     def open_page(self, name):
         self.screen.press(PAGES[name], "page tab")
+        self.screen.wait_for(PAGES[name], "heading")
         self.rest()
 
     def rest(self):
@@ -255,8 +256,9 @@ class Tour:
 
     def report(self):
         self.open_page("settings")
-        self.scroll()
-        self.screen.press("Inclure un test des ventilateurs (6 secondes)", "check box")
+        switch = "Inclure un test des ventilateurs (6 secondes)"
+        stage.wait_until(lambda: self.scroll() or self.screen.find(switch, "check box"), "the page is scrolled")
+        self.screen.press(switch, "check box")
         self.screen.press("Créer le rapport")
         self.screen.wait_for("Création en cours…")
         self.picture("states/settings-report-busy")

@@ -1,4 +1,4 @@
-// component-gallery PICTURE [dark|light]: draws Gallery.qml into a PNG file.
+// ComponentGallery PICTURE [dark|light] [SCENE]: draws a scene of this folder (Gallery, Shapes) into a PNG file.
 // Size and backend follow Qt's environment (QT_SCALE_FACTOR, QT_QUICK_BACKEND, QT_QPA_PLATFORM).
 
 #include "Fenwhirl/Views/Components/Components.h"
@@ -13,7 +13,7 @@ int main(int argc, char** argv) {
     const QGuiApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() < 2) {
-        qWarning("usage: ComponentGallery PICTURE [dark|light]");
+        qWarning("usage: ComponentGallery PICTURE [dark|light] [SCENE]");
         return 2;
     }
     Fenwhirl::registerComponents();
@@ -22,7 +22,8 @@ int main(int argc, char** argv) {
     QQmlApplicationEngine engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("dark"), arguments.value(2) != QLatin1String("light")}});
-    engine.load(QUrl::fromLocalFile(QStringLiteral(FENWHIRL_GALLERY)));
+    const QString scene = arguments.value(3, QStringLiteral("Gallery"));
+    engine.load(QUrl::fromLocalFile(QStringLiteral(FENWHIRL_SCENES "/%1.qml").arg(scene)));
     auto* window =
         engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
     if (window == nullptr)
