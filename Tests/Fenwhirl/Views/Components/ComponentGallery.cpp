@@ -1,5 +1,5 @@
-// ComponentGallery PICTURE [dark|light] [SCENE]: draws a scene of this folder (Gallery, Shapes) into a PNG file.
-// Size and backend follow Qt's environment (QT_SCALE_FACTOR, QT_QUICK_BACKEND, QT_QPA_PLATFORM).
+// ComponentGallery PICTURE [dark|light] [SCENE]: draws a scene of this folder (Gallery, Shapes) into a PNG
+// file. Size and backend follow Qt's environment (QT_SCALE_FACTOR, QT_QUICK_BACKEND, QT_QPA_PLATFORM).
 
 #include "Fenwhirl/Views/Components/Components.h"
 
