@@ -83,7 +83,7 @@ Window {
             overlay.control = root.models.control
             overlay.preferences = root.models.preferences
             overlay.forceActiveFocus()
-            overlay.left.connect(() => onboarding.active = false)
+            overlay.gone.connect(() => onboarding.active = false)
         }
         onWantedChanged: {
             if (wanted)

@@ -4,7 +4,7 @@ import Fenwhirl.Views
 
 // The introduction at the first start, over the dimmed window: three steps forward, none of them can go wrong.
 //   shown        false sends it away
-//   signal left  it has gone
+//   signal gone  it has left
 FocusScope {
     id: root
 
@@ -14,7 +14,7 @@ FocusScope {
     property bool shown: true
     readonly property bool isLast: step === 2
 
-    signal left()
+    signal gone()
 
     Accessible.name: title.content
     Accessible.role: Accessible.Dialog
@@ -24,7 +24,7 @@ FocusScope {
     Component.onCompleted: opacity = Qt.binding(() => shown ? 1 : 0)
     onOpacityChanged: {
         if (!shown && opacity === 0)
-            left()
+            gone()
     }
 
     Behavior on opacity {

@@ -28,6 +28,19 @@ TEST(Onboarding, GoesThroughItsThreeStepsOnce) {
     EXPECT_FALSE(stage.shows(QStringLiteral("Tout est prêt")));
 }
 
+TEST(Onboarding, FadesAwayAndLeavesTheWindowToThePointer) {
+    Newcomer stage;
+    stage.show();
+    for (const char* label : {"Suivant", "Suivant"})
+        stage.click(QString::fromUtf8(label));
+    stage.setReducedMotion(false);
+    stage.click(QStringLiteral("Commencer"));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Tout est prêt"))) << "it has only begun to fade";
+    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return !stage.shows(QStringLiteral("Tout est prêt")); }));
+    stage.click(QStringLiteral("Alertes"), QAccessible::PageTab);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::alerts);
+}
+
 TEST(Onboarding, IsNotShownAgain) {
     Stage stage;
     stage.show();

@@ -100,8 +100,7 @@ void Stage::show(const QUrl& file) {
     QQmlComponent component(engine_.get(), file);
     ASSERT_TRUE(component.isReady()) << component.errorString().toStdString();
     // Everything is where it belongs at once: nothing to wait for.
-    engine_->singletonInstance<Fenwhirl::Theme*>(qmlTypeId("Fenwhirl.Components", 1, 0, "Theme"))
-        ->setReducedMotion(true);
+    setReducedMotion(true);
     window_.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
         {{QStringLiteral("models"), QVariant::fromValue(models_.get())}})));
     ASSERT_TRUE(window_);
@@ -109,6 +108,11 @@ void Stage::show(const QUrl& file) {
         window_->resize(windowSize);
     window_->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+}
+
+void Stage::setReducedMotion(bool reduced) {
+    engine_->singletonInstance<Fenwhirl::Theme*>(qmlTypeId("Fenwhirl.Components", 1, 0, "Theme"))
+        ->setReducedMotion(reduced);
 }
 
 void Stage::showPage(Page page) {

@@ -50,6 +50,8 @@ public:
     void show(const QUrl& file = mainWindowFile());
     // Both, with the page selected.
     void showPage(Page page);
+    // Nothing moves unless a test wants it to.
+    void setReducedMotion(bool reduced);
     void poll();
     void setApps(const QList<AppLoad>& apps);
 
