@@ -45,8 +45,7 @@ void print(std::string_view text) {
             text.remove_prefix(static_cast<std::size_t>(written));
         } else if (errno == EAGAIN) {
             pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
-            if (poll(&output, 1, -1) < 0 && errno != EINTR)
-                return;
+            static_cast<void>(poll(&output, 1, -1)); // whatever it says, the next attempt shows
         } else if (errno != EINTR) {
             return;
         }

@@ -156,6 +156,17 @@ TEST_F(FanWriteTest, ShowsARefusalAndStillHandsBack) {
     EXPECT_EQ(controller.number("F0Md"), 0);
 }
 
+TEST_F(FanWriteTest, HandsEveryFanBackAfterOneThatRefuses) {
+    controller.addUnlockableFans(3);
+    for (const char* key : {"F0Md", "F1Md", "F2Md"})
+        controller.setNumber(key, "ui8 ", 1);
+    controller.at("F1Md").writeResult = SMCResult::notWritable;
+    EXPECT_NE(smc.fanWriteTest(0).find("Retour en automatique : non"), std::string::npos);
+    EXPECT_EQ(controller.number("F0Md"), 0);
+    EXPECT_EQ(controller.number("F1Md"), 1);
+    EXPECT_EQ(controller.number("F2Md"), 0);
+}
+
 TEST_F(FanWriteTest, ShowsNumbersThatAreNoneAsQuestionMarks) {
     controller.addUnlockableFans(1);
     controller.setNumber("F0Mx", "flt ", std::numeric_limits<double>::quiet_NaN());

@@ -62,6 +62,18 @@ TEST_F(SMCTemperatures, UnreadableSensorsAreLeftOut) {
     EXPECT_TRUE(smc.discoverTemperatureKeys().empty());
 }
 
+TEST_F(SMCTemperatures, AKeyThatIsListedButUnknownIsLeftOut) {
+    controller.setNumber("TA00", "sp78", 40);
+    controller.setNumber("TA01", "sp78", 40);
+    controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
+        if (request.data8 == SMCCommand::keyInfo && request.key == SMC::fourCC("TA00"))
+            return ScriptedSMC::Reply();
+        return std::nullopt;
+    };
+    EXPECT_EQ(smc.discoverTemperatureKeys(), Keys{"TA01"});
+    EXPECT_TRUE(smc.diagnosticReport().ends_with("\nTotal : 1 capteurs de température"));
+}
+
 TEST_F(SMCTemperatures, DuplicatesAreDiscoveredOnce) {
     controller.set("#KEY", "ui32", {0, 0, 0, 5});
     controller.setNumber("TC0P", "sp78", 40);

@@ -43,6 +43,8 @@ TEST(SensorNames, TheRestAreSensors) {
     EXPECT_EQ(friendly("TG1P"), "Capteur TG1P");
     EXPECT_EQ(friendly("TB3T"), "Capteur TB3T");
     EXPECT_EQ(friendly("tp01"), "Capteur tp01");
+    for (const char* key : {"TC/C", "TC:C", "TC C", "TC1c", "TC11C", "Tc1C"})
+        EXPECT_EQ(friendly(key), std::string("Capteur ") + key);
 }
 
 TEST(SensorNames, AnyTextHasAName) {

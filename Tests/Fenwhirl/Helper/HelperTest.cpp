@@ -2,9 +2,13 @@
 
 #include "Support/ScriptedSMC.h"
 
+#include <array>
+#include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -188,6 +192,74 @@ TEST_F(HelperTest, TestPrintsItsReportAndOneLineEnd) {
         EXPECT_EQ(printed, "Test impossible : droits administrateur absents.\n");
     }
     EXPECT_TRUE(printed.ends_with('\n') && !printed.ends_with("\n\n"));
+}
+
+// Standard output led elsewhere for a while.
+class OutputTo {
+public:
+    explicit OutputTo(int descriptor) : before_(dup(STDOUT_FILENO)) { dup2(descriptor, STDOUT_FILENO); }
+
+    OutputTo(const OutputTo&) = delete;
+    OutputTo& operator=(const OutputTo&) = delete;
+
+    ~OutputTo() {
+        dup2(before_, STDOUT_FILENO);
+        close(before_);
+    }
+
+private:
+    int before_;
+};
+
+TEST(HelperOutput, ThatNobodyTakesIsNoFailure) {
+    const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(full, 0);
+    {
+        const OutputTo output(full);
+        EXPECT_EQ(runWithoutController({"version"}), 0);
+    }
+    close(full);
+}
+
+TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    fcntl(ends[1], F_SETFL, O_NONBLOCK);
+    std::size_t filled = 0;
+    const std::string page(4096, 'x');
+    for (ssize_t length = 0; (length = write(ends[1], page.data(), page.size())) > 0;)
+        filled += static_cast<std::size_t>(length);
+    for (const bool isBlocking : {false, true}) {
+        fcntl(ends[1], F_SETFL, isBlocking ? 0 : O_NONBLOCK);
+        struct sigaction action = {};
+        action.sa_handler = [](int) {}; // without SA_RESTART: calls end early
+        ASSERT_EQ(sigaction(SIGUSR1, &action, nullptr), 0);
+        const pthread_t writer = pthread_self();
+        std::thread reader([&] {
+            for (int i = 0; i < 50; ++i) {
+                pthread_kill(writer, SIGUSR1);
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+            std::string text(filled, '\0');
+            EXPECT_EQ(read(ends[0], text.data(), text.size()), static_cast<ssize_t>(filled));
+        });
+        int status = -1;
+        {
+            const OutputTo output(ends[1]);
+            status = runWithoutController({"version"});
+        }
+        reader.join();
+        std::signal(SIGUSR1, SIG_DFL);
+        EXPECT_EQ(status, 0);
+        std::array<char, 8> answer = {};
+        ASSERT_EQ(read(ends[0], answer.data(), answer.size()), 2);
+        EXPECT_STREQ(answer.data(), "3\n");
+        fcntl(ends[1], F_SETFL, O_NONBLOCK);
+        for (std::size_t rest = filled; rest > 0; rest -= page.size())
+            ASSERT_EQ(write(ends[1], page.data(), page.size()), static_cast<ssize_t>(page.size()));
+    }
+    close(ends[0]);
+    close(ends[1]);
 }
 
 TEST_F(HelperTest, SignalsOfTheTerminalAreHeldWhileItWritesAndLetThroughAfterwards) {

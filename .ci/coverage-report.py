@@ -1,0 +1,39 @@
+"""Reads the summary of llvm-cov and prints it as a table; status 1 when less is reached than must be."""
+
+import json
+import re
+import sys
+
+# Where every branch counts: a wrong turn there moves a fan.
+WHOLE = re.compile(r"FenwhirlCore/(SMC|NumberText|SensorNames)[^/]*$|Fenwhirl/Helper[^/]*$|Monitoring/PollDecision")
+SHOWN = re.compile(r"FenwhirlCore/|Fenwhirl/(Helper[^/]*|main\.cpp)$|Fenwhirl/Platform/Entry/|"
+                   r"Monitoring/(PollDecision|FanSetting|SensorSummary|FanSummary|WholeNumber)")
+CORE = "FenwhirlCore/"
+CORE_LINES_PERCENT = 95
+
+
+def main():
+    files = json.load(sys.stdin)["data"][0]["files"]
+    status = 0
+    lines = [0, 0]
+    print(f"{'file':<58} {'lines':>12} {'branches':>12}")
+    for file in sorted(files, key=lambda entry: entry["filename"]):
+        _, _, name = file["filename"].partition("/Sources/")
+        if not SHOWN.search(name):
+            continue
+        parts = file["summary"]
+        line, branch = parts["lines"], parts["branches"]
+        missing = WHOLE.search(name) and branch["covered"] < branch["count"]
+        status |= bool(missing)
+        print(f"{name:<58} {line['covered']:>5} / {line['count']:<4} {branch['covered']:>5} / {branch['count']:<4}"
+              + (" must be whole" if missing else ""))
+        if name.startswith(CORE):
+            lines[0] += line["covered"]
+            lines[1] += line["count"]
+    percent = 100 * lines[0] / lines[1]
+    print(f"The core's lines: {percent:.1f} % (at least {CORE_LINES_PERCENT} %)")
+    return 1 if status or percent < CORE_LINES_PERCENT else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
