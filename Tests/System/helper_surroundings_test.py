@@ -139,6 +139,17 @@ class Surroundings(HelperTest):
         self.assertEqual(refused, [1000])
         self.assertEqual(self.writes(), ["FS!=0001", "F0Tg=2580"])
 
+    def test_its_caller_cannot_kill_it_between_its_writes_and_the_hand_back(self):
+        child = self.start("test")
+        wait_until(lambda: "F0Tg" in {entry["key"] for entry in self.log(self.seen)}, "the fan is driven")
+        code = ("import os,sys,time\npid=int(sys.argv[1]); killed=0\nfor number in range(1000):\n"
+                "    try: os.kill(pid, 9); killed += 1\n    except PermissionError: time.sleep(0.004)\nprint(killed)")
+        answer = subprocess.run(["/usr/bin/python3", "-c", code, str(child.pid)], capture_output=True, check=True,
+                                **as_nobody())
+        self.assertEqual(int(answer.stdout), 0)
+        self.assertEqual(child.wait(30), 0)
+        self.assert_automatic()
+
     def test_signals_of_the_terminal_act_when_the_sequence_is_complete(self):
         for number in sorted(SEQUENCE_SIGNALS - {signal.SIGTSTP}):
             self.seen = self.last_write()
