@@ -111,7 +111,7 @@ inline constexpr Rows englishTexts = {{
     {u"Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux.",
      u"Fenwhirl watches your Mac’s temperature and adjusts the fan speeds to keep it cool and quiet."},
     {u"Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures.",
-     u"To change fan speeds, macOS asks for your password just once. You can skip this step: Fenwhirl will then only show temperatures."},
+     u"Before fan speeds can be changed, macOS asks for your password, just once. You can skip this step: Fenwhirl will then only show temperatures."},
     {u"Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale.",
      u"Choose a preset with one click in the menu bar, or adjust each fan in the main window."},
     {u"Choisis la vitesse de chaque ventilateur", u"Choose the speed of each fan"},

@@ -113,7 +113,7 @@ inline constexpr Rows germanTexts = {{
     {u"Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux.",
      u"Fenwhirl überwacht die Temperatur deines Mac und regelt die Lüfter so, dass er kühl und leise bleibt."},
     {u"Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures.",
-     u"Um die Drehzahl der Lüfter zu ändern, fragt macOS einmalig nach deinem Passwort. Du kannst diesen Schritt überspringen: Fenwhirl zeigt dann nur die Temperaturen an."},
+     u"Damit sich die Drehzahl der Lüfter ändern lässt, fragt macOS einmalig nach deinem Passwort. Du kannst diesen Schritt überspringen: Fenwhirl zeigt dann nur die Temperaturen an."},
     {u"Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale.",
      u"Wähle mit einem Klick in der Menüleiste ein Profil oder stelle jeden Lüfter im Hauptfenster ein."},
     {u"Choisis la vitesse de chaque ventilateur", u"Wähle die Drehzahl jedes Lüfters"},
