@@ -7,12 +7,15 @@ there ("help" lists them).
 
 import argparse
 import contextlib
+import os
 import pathlib
 import signal
 import subprocess
 import sys
 import threading
 import time
+
+import session_bus_relay
 
 
 def main():
@@ -40,7 +43,11 @@ def main():
         if mac.poll() is not None:
             return mac.returncode
         time.sleep(0.02)
-    application = subprocess.Popen([chosen.build / "bin/Fenwhirl"], stdin=subprocess.DEVNULL)
+    environment = dict(os.environ)
+    user, bus = session_bus_relay.user_outside(), session_bus_relay.socket_of(os.environ.get("DBUS_SESSION_BUS_ADDRESS"))
+    if user is not None and bus is not None:
+        environment["DBUS_SESSION_BUS_ADDRESS"] = session_bus_relay.relay("/run/session-bus", bus, user)
+    application = subprocess.Popen([chosen.build / "bin/Fenwhirl"], stdin=subprocess.DEVNULL, env=environment)
     threading.Thread(target=pass_commands_on, args=(mac,), daemon=True).start()
     status = application.wait()
     mac.terminate()

@@ -11,8 +11,8 @@ import unittest
 import stage
 from helper_stage import BUILD, processes
 
-# An account that exists nowhere and owns nothing but its copy of the project.
-SOMEBODY = 54321
+# An account that exists everywhere and owns nothing but its copy of the project.
+SOMEBODY = 65534
 WALK_SECONDS = 160
 FIRST_LINE = "first start: Fenwhirl introduces itself"
 
@@ -114,12 +114,12 @@ class TheWalk(Run):
 
 
 class TheDemonstration(Run):
-    def start_on_a_display(self):
+    def start_on_a_display(self, **environment):
         display = stage.Display()
         self.addCleanup(display.__exit__)
         display.start_window_manager()
         self.before = self.running()
-        run = self.start("--simulate", "--heat", "15", "--speed", "3", **display.environment())
+        run = self.start("--simulate", "--heat", "15", "--speed", "3", **display.environment(), **environment)
         search = ["xdotool", "search", "--onlyvisible", "--name", "^Fenwhirl$"]
         stage.wait_until(lambda: subprocess.run(search, check=False, capture_output=True,
                                                 env={**os.environ, **display.environment()}).stdout,
@@ -135,6 +135,27 @@ class TheDemonstration(Run):
         _, status = self.rest(run)
         self.assertEqual(status, 0)  # Fenwhirl was asked to end, and did
         self.assert_nothing_is_left()
+
+    def test_it_reaches_the_persons_own_session(self):
+        if not self.identity:
+            self.skipTest("needs real root, to give up its rights for an ordinary user's")
+        session = pathlib.Path("/run/session")
+        session.mkdir(mode=0o700)
+        os.chown(session, SOMEBODY, SOMEBODY)
+        address = f"unix:path={session}/bus"
+        bus = stage.Process(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1", f"--address={address}"],
+                            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, **self.identity)
+        self.addCleanup(bus.__exit__)
+        stage.Lines(bus.child.stdout).next()
+        self.start_on_a_display(DBUS_SESSION_BUS_ADDRESS=address, XDG_RUNTIME_DIR=str(session))
+
+        def names():
+            answer = subprocess.run(["dbus-send", f"--bus={address}", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+                                     "org.freedesktop.DBus.ListNames"], check=True, capture_output=True, text=True,
+                                    **self.identity)
+            return answer.stdout
+
+        stage.wait_until(lambda: "com.fenwhirl" in names(), names)
 
     def test_ctrl_c_ends_it(self):
         self.check_end(os.killpg, signal.SIGINT)
