@@ -24,10 +24,11 @@ else()
     set(FENWHIRL_TEST_ENVIRONMENT "")
 endif()
 
-# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library…): a GoogleTest program; each of its tests is one test of CTest.
+# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…]): a GoogleTest program; each of
+# its tests is one test of CTest. What looks into what only Linux has (/proc, desktop entries) is named after NOT_ON_MACOS.
 # A test program that needs its own main (for a QCoreApplication) lists FenwhirlTestMain instead of relying on GoogleTest's.
 function(fenwhirl_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN;OWN_MAIN" "" "SOURCES;LINK")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN;OWN_MAIN" "" "SOURCES;LINK;NOT_ON_MACOS")
     add_executable(${name} ${arg_SOURCES})
     if(arg_QT_MAIN)
         target_link_libraries(${name} PRIVATE FenwhirlTestMain)
@@ -42,11 +43,18 @@ function(fenwhirl_test name)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)
     endif()
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    set(filter "")
+    set(option "")
+    if(APPLE AND arg_NOT_ON_MACOS)
+        list(JOIN arg_NOT_ON_MACOS ":" names)
+        set(filter TEST_FILTER "-${names}")
+        set(option "--gtest_filter=-${names}")
+    endif()
     if(NOT CMAKE_CROSSCOMPILING)
-        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES
+        gtest_discover_tests(${name} ${filter} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES
             TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
         if(NOT arg_OWN_MAIN) # those draw, under a locale of their own choice
-            fenwhirl_test_under_locales(${name})
+            fenwhirl_test_under_locales(${name} ${option})
         endif()
     endif()
 endfunction()

@@ -20,7 +20,7 @@ foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
     endif()
 endforeach()
 
-# fenwhirl_test_under_locales(NAME): one more test for each locale, the whole program in one go.
+# fenwhirl_test_under_locales(NAME [option…]): one more test for each locale, the whole program in one go.
 function(fenwhirl_test_under_locales name)
     foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
         set(environment "LC_ALL=${locale}" ${FENWHIRL_TEST_ENVIRONMENT})
@@ -28,7 +28,7 @@ function(fenwhirl_test_under_locales name)
             list(APPEND environment "LOCPATH=${FENWHIRL_LOCALE_FOLDER}")
         endif()
         string(REGEX REPLACE "\\..*" "" language "${locale}")
-        add_test(NAME "${name}.Under.${language}" COMMAND ${name} --gtest_brief=1)
+        add_test(NAME "${name}.Under.${language}" COMMAND ${name} --gtest_brief=1 ${ARGN})
         set_tests_properties("${name}.Under.${language}" PROPERTIES
             ENVIRONMENT "${environment}" TIMEOUT ${FENWHIRL_TEST_SECONDS})
     endforeach()

@@ -123,7 +123,8 @@ TEST_F(LastActTest, DoesNothingWhenNothingIsToBeHandedBack) {
 
 TEST_F(LastActTest, AMissingHelperDoesNotKeepTheProcessFromDying) {
     helper = folder.path("missing");
-    EXPECT_EQ(WTERMSIG(deathOf([] { std::abort(); })), SIGABRT);
+    const int status = deathOf([] { std::abort(); });
+    EXPECT_EQ(WTERMSIG(status), SIGABRT);
 }
 
 TEST_F(LastActTest, TheNewestPreparationCounts) {
