@@ -9,6 +9,7 @@ subsystem may know which. The check fails when
 - a file includes a header of a subsystem that its own may not know, or one that no path of linked targets leads to;
 - a target links a target of a subsystem that its own may not know, or more of Qt than its subsystem may use;
 - a QML file imports a module of a subsystem that its own may not know;
+- a QML file shows a text that could be taken for markup (names come from strangers);
 - a file outside Platform/ asks for the operating system by the preprocessor;
 - a folder is missing from the table.
 """
@@ -54,6 +55,9 @@ QML_MODULES = {"Fenwhirl.Components": "Fenwhirl/Views/Components", "Fenwhirl.Vie
 
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s+"([^"]+)"', re.MULTILINE)
 QML_IMPORT = re.compile(r"^import\s+(Fenwhirl\.\w+)", re.MULTILINE)
+QML_TEXT = re.compile(r"^\s*(?:\w+:\s*)?(?:Text|TextEdit|TextInput|TextArea)\s*\{", re.MULTILINE)
+PLAIN_TEXT = "textFormat: Text.PlainText"
+MARKUP = re.compile(r"\b(?:Text|TextEdit)\.(?:RichText|StyledText|AutoText|MarkdownText)\b")
 SYSTEM_QUESTION = re.compile(
     r"^\s*#\s*(?:if|elif|ifdef|ifndef).*\b(__APPLE__|__linux__|_WIN32|Q_OS_\w+|TARGET_OS_\w+)\b", re.MULTILINE)
 
@@ -127,6 +131,8 @@ def check_file(path, text, reachable):
             other = QML_MODULES.get(module)
             if other is None or (other != home and other not in known):
                 yield f"{path}: imports {module}"
+        if len(QML_TEXT.findall(text)) > text.count(PLAIN_TEXT) or MARKUP.search(text):
+            yield f"{path}: shows a text without saying that it is plain"
         return
     for header in INCLUDE.findall(text):
         if "/" not in header:

@@ -34,6 +34,13 @@ class IncludeDirections(unittest.TestCase):
     def test_a_component_imports_no_view(self):
         self.assertEqual(len(faults("Fenwhirl/Views/Components/Card.qml", "import Fenwhirl.Views\n")), 1)
 
+    def test_every_text_is_plain(self):
+        self.assertEqual(len(faults("Fenwhirl/Views/Page.qml", "Item {\n    Text {\n        text: name\n    }\n}\n")), 1)
+        self.assertEqual(len(faults("Fenwhirl/Views/Page.qml", "contentItem: Text {\n}\n")), 1)
+        self.assertEqual(len(faults("Fenwhirl/Views/Page.qml", "Label { textFormat: Text.StyledText }\n")), 1)
+        self.assertEqual(faults("Fenwhirl/Views/Page.qml", "Text {\n    textFormat: Text.PlainText\n}\n"), [])
+        self.assertEqual(faults("Fenwhirl/Views/Page.qml", "TabularText {\n}\n"), [])
+
     def test_includes_give_their_whole_path(self):
         self.assertEqual(len(faults("Fenwhirl/Monitoring/M.cpp", '#include "Monitor.h"\n')), 1)
 

@@ -57,6 +57,14 @@ class Asleep(unittest.TestCase):
             self.assertNotIn("libQt6QuickTemplates", maps, "no QML was loaded")
             self.assertIn("libQt6Quick.so", maps)
 
+    def test_without_a_graphics_processor_it_chooses_the_software_renderer_by_itself(self):
+        if any(pathlib.Path("/dev/dri").glob("renderD*")):
+            self.skipTest("this computer has a graphics processor")
+        with Desktop(onboarded=False) as desktop:
+            desktop.start(**FRAMES)
+            desktop.wait_for_main_window()
+            stage.wait_until(lambda: "'software' renderloop" in desktop.log(), "a frame of the software renderer")
+
     def test_the_closed_panel(self):
         with Desktop() as desktop:
             desktop.start_panel()
