@@ -205,10 +205,8 @@ class Benchmark:
             with self.fenwhirl() as process:
                 pid = process.child.pid
                 desktop.wait_for_ink()
-                for key in re.findall(r"\bT\S{3}\b", "\n".join(desktop.mac.tell("keys T"))):
-                    with contextlib.suppress(stage.StageError):  # some are no numbers
-                        desktop.mac.tell(f"set {key} 50")
-                time.sleep(20)  # the machine has come to rest, and the peer's measurements are of one at rest, too
+                self.rest(desktop)
+                time.sleep(20)
                 figures["hidden"] = (*memory(pid), *self.hidden_costs(desktop, pid))
                 bus = session()
                 with Watch(self.build) as watch:
@@ -220,9 +218,17 @@ class Benchmark:
                     self.choose_page(desktop)
                     figures["sensors"] = processor_share(pid, self.seconds)
                     self.cycles(desktop, pid, bus, watch, figures)
-                time.sleep(3)
+                self.rest(desktop)
+                time.sleep(5)
                 figures["closed"] = self.hidden_costs(desktop, pid)
         return figures
+
+    @staticmethod
+    def rest(desktop):
+        """Holds every temperature, so that what is measured is not the heat of the moment."""
+        for key in re.findall(r"\bT\S{3}\b", "\n".join(desktop.mac.tell("keys T"))):
+            with contextlib.suppress(stage.StageError):  # some are no numbers
+                desktop.mac.tell(f"set {key} 50")
 
     @staticmethod
     def choose_page(desktop):

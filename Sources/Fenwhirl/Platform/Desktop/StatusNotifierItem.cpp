@@ -71,9 +71,11 @@ QDBusConnection ownConnection(const QDBusConnection& bus) {
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, QObject* parent)
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, std::chrono::milliseconds textPause,
+                                       QObject* parent)
     : QObject(parent)
-    , bus_(ownConnection(bus)) {
+    , bus_(ownConnection(bus))
+    , textPause_(textPause) {
     qDBusRegisterMetaType<StatusNotifierPixmap>();
     qDBusRegisterMetaType<StatusNotifierPixmaps>();
     qDBusRegisterMetaType<StatusNotifierToolTip>();
@@ -105,14 +107,21 @@ void StatusNotifierItem::setIcons(const QList<QImage>& icons) {
     icon_.clear();
     for (const QImage& icon : icons)
         icon_.append(pixmapOf(icon));
+    iconChanged_ = true;
     Q_EMIT NewIcon();
 }
 
 void StatusNotifierItem::setText(const QString& text) {
-    if (std::exchange(title_, text) != text) {
-        Q_EMIT NewTitle();
-        Q_EMIT NewToolTip();
-    }
+    title_ = text;
+    const bool mayTell =
+        iconChanged_ || !told_.isValid() || std::chrono::milliseconds(told_.elapsed()) >= textPause_;
+    if (title_ == toldTitle_ || !mayTell)
+        return;
+    iconChanged_ = false;
+    told_.start();
+    toldTitle_ = title_;
+    Q_EMIT NewTitle();
+    Q_EMIT NewToolTip();
 }
 
 QString StatusNotifierItem::category() const {

@@ -11,11 +11,14 @@
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusObjectPath>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QList>
 #include <QObject>
 #include <QPoint>
 #include <QString>
+
+#include <chrono>
 
 // An image as the protocol carries it: ARGB, most significant byte first.
 struct StatusNotifierPixmap {
@@ -54,7 +57,12 @@ class StatusNotifierItem : public QObject {
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
 
 public:
-    explicit StatusNotifierItem(const QDBusConnection& bus, QObject* parent = nullptr);
+    static constexpr std::chrono::seconds usualTextPause = std::chrono::seconds(10);
+
+    // `textPause` is the time for which the host is not told again of a text while the icon stays the same.
+    explicit StatusNotifierItem(const QDBusConnection& bus,
+                                std::chrono::milliseconds textPause = usualTextPause,
+                                QObject* parent = nullptr);
     ~StatusNotifierItem() override;
 
     StatusNotifierItem(const StatusNotifierItem&) = delete;
@@ -62,8 +70,10 @@ public:
 
     // Announces the item again, to a watcher that was replaced.
     void announce();
-    // Each tells the host, which then asks for what it shows.
+    // Tells the host, which then asks for it.
     void setIcons(const QList<QImage>& icons);
+    // Whoever asks gets this text from now on. The host is told at once after a change of the icon, but
+    // seldom otherwise: speeds flutter with every poll, and each word with the host wakes both programs up.
     void setText(const QString& text);
 
     [[nodiscard]] QString category() const;
@@ -103,6 +113,10 @@ Q_SIGNALS:
 private:
     QDBusConnection bus_;
     QString service_;
+    std::chrono::milliseconds textPause_;
     QString title_;
+    QString toldTitle_; // what the host knows, and since when
+    QElapsedTimer told_;
+    bool iconChanged_ = false; // since then
     StatusNotifierPixmaps icon_;
 };

@@ -166,6 +166,28 @@ TEST(StatusItem, DrawsATemperatureThatComesAgainOnlyOnce) {
     EXPECT_EQ(watcher.property(QStringLiteral("Title")).toString(), QStringLiteral("2 400 tr/min · 51 °C"));
 }
 
+TEST(StatusNotifierItem, TellsTheHostOfATextSeldomWhileTheIconStays) {
+    StatusNotifierItem item(PrivateBus::connect(), std::chrono::hours(1));
+    QSignalSpy told(&item, &StatusNotifierItem::NewToolTip);
+    item.setText(QStringLiteral("2 400 tr/min"));
+    EXPECT_EQ(told.count(), 1);
+    item.setText(QStringLiteral("2 401 tr/min"));
+    EXPECT_EQ(told.count(), 1);
+    EXPECT_EQ(item.title(), QStringLiteral("2 401 tr/min")); // for whoever asks
+    item.setIcons({statusIcon(drawSquare, QStringLiteral("63°"), 22, true)});
+    item.setText(QStringLiteral("2 402 tr/min"));
+    EXPECT_EQ(told.count(), 2);
+}
+
+TEST(StatusNotifierItem, TellsTheHostAgainAfterThePause) {
+    StatusNotifierItem item(PrivateBus::connect(), std::chrono::milliseconds(0));
+    QSignalSpy told(&item, &StatusNotifierItem::NewToolTip);
+    item.setText(QStringLiteral("2 400 tr/min"));
+    item.setText(QStringLiteral("2 401 tr/min"));
+    item.setText(QStringLiteral("2 401 tr/min"));
+    EXPECT_EQ(told.count(), 2);
+}
+
 TEST(StatusItem, TellsWhereItWasClicked) {
     FakeWatcher watcher;
     const auto item = makeItem();
