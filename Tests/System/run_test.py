@@ -44,11 +44,14 @@ class Run(unittest.TestCase):
         run.lines = stage.Lines(run.child.stdout)
         return run
 
-    @staticmethod
-    def wait_for_line(run, text, seconds=stage.PATIENCE_SECONDS):
-        while text not in (line := run.lines.next(seconds)):
-            pass
-        return line
+    def wait_for_line(self, run, text, seconds=stage.PATIENCE_SECONDS):
+        said = []
+        try:
+            while not said or text not in said[-1]:
+                said.append(run.lines.next(seconds))
+        except stage.StageError as error:
+            self.fail(f"{error} before {text!r} came; what came is {said}")
+        return said[-1]
 
     def rest(self, run, seconds=stage.PATIENCE_SECONDS):
         """What it still says, and its status."""
