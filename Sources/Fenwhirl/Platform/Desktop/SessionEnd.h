@@ -21,4 +21,7 @@ public:
     SessionEnd& operator=(const SessionEnd&) = delete;
     SessionEnd(SessionEnd&&) = delete;
     SessionEnd& operator=(SessionEnd&&) = delete;
+
+private:
+    std::function<void()> handler_;
 };

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/SessionEnd.h"
 
-SessionEnd::SessionEnd(std::function<void()> /*handler*/) {}
+#include <utility>
+
+SessionEnd::SessionEnd(std::function<void()> handler) : handler_(std::move(handler)) {}
 
 SessionEnd::~SessionEnd() = default;

@@ -3,8 +3,8 @@
 
 #include <utility>
 
-SessionEnd::SessionEnd(std::function<void()> handler) {
-    ApplicationEvents::setSessionEndHandler(std::move(handler));
+SessionEnd::SessionEnd(std::function<void()> handler) : handler_(std::move(handler)) {
+    ApplicationEvents::setSessionEndHandler([this] { handler_(); });
 }
 
 SessionEnd::~SessionEnd() {
