@@ -1,4 +1,5 @@
 #include "MonitorHarness.h"
+#include "Support/Volume.h"
 
 #include <QSignalSpy>
 
@@ -231,8 +232,9 @@ TEST_F(MonitorLifecycle, ReportAfterTheMonitorIsGoneIsDropped) {
 
 TEST_F(MonitorLifecycle, AnyInterleavingOfClicksEndsInOneState) {
     start();
+    const int clicks = rounds(100, 1000);
     int reports = 0;
-    for (int i = 0; i < 100; ++i) {
+    for (int i = 0; i < clicks; ++i) {
         monitor().installHelper();
         monitor().tick();
         monitor().makeDiagnosticReport(true, [&](const QString&) { ++reports; });
@@ -241,9 +243,11 @@ TEST_F(MonitorLifecycle, AnyInterleavingOfClicksEndsInOneState) {
         monitor().tick();
         waitForInstall();
     }
-    ASSERT_TRUE(waitUntil([&] { return reports == 100; }));
+    ASSERT_TRUE(waitUntil([&] { return reports == clicks; }));
     std::size_t removals = 0;
-    ASSERT_TRUE(waitUntil([&] { return (removals += helper.takeAdministratorCommands().size()) == 100; }));
+    ASSERT_TRUE(waitUntil([&] {
+        return (removals += helper.takeAdministratorCommands().size()) == static_cast<std::size_t>(clicks);
+    }));
     helper.installed = true;
     // The last removal may still be about to say what it saw before; the polls after it see the truth.
     EXPECT_TRUE(waitUntil([&] {
