@@ -28,6 +28,7 @@ from desktop import Desktop  # noqa: E402
 PEER_TEMPERATURES = 60
 PEER_FANS = 2
 PEER_SENSORS = f"""
+set -e
 mount -t tmpfs sensors /sys/class
 mkdir -p /sys/class/hwmon/hwmon0
 cd /sys/class/hwmon/hwmon0
