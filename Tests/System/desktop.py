@@ -81,7 +81,7 @@ class Desktop:
             if self.window_manager:
                 display.start_window_manager()
             os.environ.update(display.environment())
-            stage.wait_until(lambda: not self.window_manager or "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+            stage.wait_until(lambda: not self.window_manager or self.is_managed(display),
                              "the window manager is at work")
             bus = self.stack.enter_context(stage.SessionBus())
             os.environ.update(bus.environment())
@@ -92,6 +92,12 @@ class Desktop:
 
     def __exit__(self, *_):
         self.stack.close()
+
+    @staticmethod
+    def is_managed(display):
+        if not display.manager.running():  # it gives up when the screen is not ready for it
+            display.start_window_manager()
+        return "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
 
     def put(self, path, text):
         file = self.home / path
@@ -223,8 +229,13 @@ class Desktop:
         run("xdotool", "key", name)
 
     def close(self, window):
-        """As the window's close button does."""
-        run("xdotool", "windowactivate", "--sync", window[0], "key", "alt+F4")
+        """As the window manager's key does, until it is heard: on a loaded computer the window may not have the focus yet."""
+        def is_gone():
+            if window[0] not in [shown[0] for shown in self.windows()]:
+                return True
+            run("timeout", "3", "xdotool", "windowactivate", "--sync", window[0], "key", "alt+F4")
+            return False
+        stage.wait_until(is_gone, "the window closes", interval_seconds=0.5)
 
     # --- The notification area ---
 
