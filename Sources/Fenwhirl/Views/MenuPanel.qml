@@ -51,7 +51,12 @@ Window {
         onActivated: root.close()
     }
 
+    WindowCorners {
+        radius: surface.radius
+    }
+
     Surface {
+        id: surface
         anchors.fill: parent
         color: Theme.card
         radius: 14
