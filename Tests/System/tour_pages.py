@@ -86,8 +86,7 @@ class Tour:
         shot = before = None
         end = time.monotonic() + stage.PATIENCE_SECONDS
         while time.monotonic() < end:
-            window = self.window(narrow)
-            shot = window and subprocess.run(["import", "-window", window, "ppm:-"], capture_output=True, check=False).stdout
+            shot = self.shot(narrow)
             now = shot and hashlib.sha256(shot).digest()
             if now and now == before:
                 break
@@ -97,6 +96,22 @@ class Tour:
             raise stage.StageError(f"there is no window for {file.name}")
         subprocess.run(["convert", "ppm:-", file], input=shot, check=True)
         print(f"  {file.relative_to(self.folder)}", flush=True)
+
+    def shot(self, narrow):
+        """What a window shows now; of the panel also what lies around it, which its round corners let through."""
+        window = self.window(narrow)
+        if window is None:
+            return None
+        what = ["-window", window]
+        if narrow:
+            geometry = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window],
+                                      capture_output=True, text=True, check=False).stdout
+            place = dict(line.split("=") for line in geometry.splitlines())
+            margin = 24 * SCALE
+            x, y, width, height = (int(place.get(name, 0)) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+            what = ["-window", "root", "-crop", f"{width + 2 * margin}x{height + 2 * margin}"
+                    f"+{max(0, x - margin)}+{max(0, y - margin)}", "+repage"]
+        return subprocess.run(["import", *what, "ppm:-"], capture_output=True, check=False).stdout
 
     def both_ends(self, name):
         """A page's beginning, and its end after scrolling."""
@@ -165,7 +180,6 @@ class Tour:
         """The introduction without enabling anything, and what reading alone looks like."""
         with self.started(onboarded=False):
             self.screen.wait_for("Bienvenue dans Fenwhirl")
-            self.mac.hold()
             self.picture("onboarding/0")
             self.screen.press("Suivant")
             self.screen.wait_for("Activer le contrôle")
@@ -173,7 +187,6 @@ class Tour:
             self.screen.press("Suivant")
             self.screen.wait_for("Tout est prêt")
             self.picture("onboarding/2")
-            self.mac.release()
             self.screen.press("Commencer")
             for name in ("fans", "sensors", "presets", "alerts", "settings"):
                 self.open_page(name)
@@ -344,6 +357,9 @@ def main():
             display = stack.enter_context(stage.Display(2000, 1300, SCALE))
             display.start_window_manager()
             os.environ.update(display.environment())
+            # A ground that the windows stand out from.
+            subprocess.run(["display", "-window", "root", "-size", f"{2000 * SCALE}x{1300 * SCALE}",
+                            "gradient:#5d7aa8-#4a3f6b"], check=False, capture_output=True)
             # Numbers are written as in France; the interface follows.
             os.environ.pop("LC_ALL", None)
             os.environ["LANG"] = "fr_FR.UTF-8"
