@@ -117,8 +117,7 @@ QList<QImage> StatusItemLinux::icons(const IconKey& key) {
     if (const QList<QImage>* drawn = drawn_.object(key))
         return *drawn;
     const auto draw = item_ ? statusIcon : squareStatusIcon;
-    const QList<QImage> made = {draw(symbol_, key.first, 22, key.second),
-                                draw(symbol_, key.first, 44, key.second)};
+    QList<QImage> made = {draw(symbol_, key.first, 22, key.second), draw(symbol_, key.first, 44, key.second)};
     drawn_.insert(key, new QList<QImage>(made)); // the cache owns it
     return made;
 }
