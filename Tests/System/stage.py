@@ -131,8 +131,11 @@ class Display(Process):
         return {"DISPLAY": self.name}
 
     def start_window_manager(self):
-        self.manager = Process(["openbox"], env={**os.environ, **self.environment()},
-                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        quiet = {"env": {**os.environ, **self.environment()}, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        self.manager = Process(["openbox"], **quiet)
+        # A window that is mapped while the manager takes the screen over may never be shown.
+        wait_until(lambda: subprocess.run(["xdotool", "get_desktop"], **quiet, check=False).returncode == 0,
+                   "the window manager is there")
 
     def __exit__(self, *details):
         if self.manager:
