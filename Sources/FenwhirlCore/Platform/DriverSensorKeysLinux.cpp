@@ -48,8 +48,11 @@ void collectTreeLabels(DriverFiles& files, const std::string& folder, int depth,
     }
     if (depth == 0)
         return;
-    for (const std::string& name : names)
-        collectTreeLabels(files, folder + "/" + name, depth - 1, keyByLabel);
+    for (const std::string& name : names) {
+        std::string inner = folder;
+        inner.append("/").append(name);
+        collectTreeLabels(files, inner, depth - 1, keyByLabel);
+    }
 }
 
 std::optional<std::string> keyFor(const std::string& label,

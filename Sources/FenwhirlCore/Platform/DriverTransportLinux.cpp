@@ -52,6 +52,11 @@ public:
 
     ~DriverTransport() override { closeAll(); }
 
+    DriverTransport(const DriverTransport&) = delete;
+    DriverTransport& operator=(const DriverTransport&) = delete;
+    DriverTransport(DriverTransport&&) = delete;
+    DriverTransport& operator=(DriverTransport&&) = delete;
+
     std::optional<SMCParam> call(const SMCParam& input) override {
         switch (input.data8) {
         case SMCCommand::keyInfo:
@@ -76,7 +81,7 @@ private:
         return output;
     }
 
-    SMCParam keyInfo(const SMCParam& input) const {
+    [[nodiscard]] SMCParam keyInfo(const SMCParam& input) const {
         const DriverKey* key = table_.find(input.key);
         if (key == nullptr)
             return answer(SMCResult::keyNotFound);
@@ -87,7 +92,7 @@ private:
         return output;
     }
 
-    std::uint8_t attributesOf(const DriverKey& key) const {
+    [[nodiscard]] std::uint8_t attributesOf(const DriverKey& key) const {
         const bool isFan =
             key.source == DriverKey::Source::fanTarget || key.source == DriverKey::Source::fanMode;
         if (!isFan || styleOf(key) == FanControlStyle::readOnly)
@@ -96,11 +101,11 @@ private:
         return static_cast<std::uint8_t>(attributeWritable | (isReadable ? attributeReadable : 0));
     }
 
-    FanControlStyle styleOf(const DriverKey& key) const {
+    [[nodiscard]] FanControlStyle styleOf(const DriverKey& key) const {
         return table_.fans[static_cast<std::size_t>(key.fanChannel) - 1];
     }
 
-    SMCParam keyByIndex(const SMCParam& input) const {
+    [[nodiscard]] SMCParam keyByIndex(const SMCParam& input) const {
         if (input.data32 >= table_.keys.size())
             return answer(SMCResult::indexRange);
         SMCParam output{};
@@ -166,7 +171,7 @@ private:
     }
 
     // The Intel driver prints the mode as the controller holds it; the others say it in words of their own.
-    std::int64_t manualByte(const DriverKey& key, std::int64_t value) const {
+    [[nodiscard]] std::int64_t manualByte(const DriverKey& key, std::int64_t value) const {
         return styleOf(key) == FanControlStyle::manualAndOutput ? (value & 0xFF) : 1;
     }
 
@@ -255,7 +260,7 @@ private:
     }
 
     // The whole revolutions per minute of a written target.
-    std::int64_t speedIn(const SMCParam& input, const DriverKey& key) const {
+    [[nodiscard]] std::int64_t speedIn(const SMCParam& input, const DriverKey& key) const {
         if (key.type == "fpe2")
             return (input.bytes[0] << 8U | input.bytes[1]) >> 2U;
         std::uint32_t bits = 0;
