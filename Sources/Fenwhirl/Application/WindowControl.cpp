@@ -58,7 +58,10 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
     applyTheme();
 }
 
-WindowControl::~WindowControl() = default;
+WindowControl::~WindowControl() {
+    for (QQuickWindow* window : {main_.get(), panel_.get(), alert_.get()})
+        stopListening(window);
+}
 
 QQmlEngine& WindowControl::engine() {
     if (!engine_) {
@@ -138,6 +141,7 @@ void WindowControl::togglePanel(const QRect& itemPlace) {
 }
 
 void WindowControl::showAlert(const AlertTexts& texts, std::function<void()> accepted) {
+    stopListening(alert_.get());
     alert_ = makeWindow(alertWindowFile(), {{QStringLiteral("heading"), texts.title},
                                             {QStringLiteral("message"), texts.body},
                                             {QStringLiteral("acceptText"), texts.accept},
@@ -195,6 +199,13 @@ bool WindowControl::eventFilter(QObject* watched, QEvent* event) {
         break;
     }
     return QObject::eventFilter(watched, event);
+}
+
+void WindowControl::stopListening(QQuickWindow* window) {
+    if (window == nullptr)
+        return;
+    window->removeEventFilter(this);
+    window->disconnect(this);
 }
 
 void WindowControl::watchVisibility(QQuickWindow& window) {

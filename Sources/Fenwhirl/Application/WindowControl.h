@@ -85,6 +85,8 @@ private:
     void applyAppearance();
     void retranslate();
     void watchVisibility(QQuickWindow& window);
+    // Before a window goes: it says that it does, and by then it is no window any more. Null is nothing.
+    void stopListening(QQuickWindow* window);
     void updateAwake();
     void closePanel();
     void placePanel(const QRect& itemPlace);
