@@ -120,7 +120,8 @@ class Display(Process):
     def __init__(self, width=1280, height=800, scale=1):
         readable, writable = os.pipe()
         super().__init__(
-            ["Xvfb", "-displayfd", writable, "-screen", "0", f"{width * scale}x{height * scale}x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", writable, "-screen", "0", f"{width * scale}x{height * scale}x24", "-nolisten", "tcp",
+             "-noreset"],  # else the server begins anew whenever its last client leaves, and takes a new one along
             pass_fds=[writable], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(writable)
         with os.fdopen(readable, "rb", buffering=0) as pipe:
