@@ -87,7 +87,7 @@ public:
             } else if (setting.mode == FanModeKind::sensor) {
                 wanted = curveSpeed(setting, fan, c.temperatures, primary);
             }
-            if (!(std::abs(wanted) < 9.2e18)) {
+            if (!(wanted > -0x1p63 && wanted < 0x1p63)) {
                 wanted = automatic;
             }
             const bool wantsManual = !std::isnan(wanted);
