@@ -4,52 +4,17 @@
 // records on the same kind of socket, nothing else) by turns, so that both see the same machine; the counters
 // are the medians of both and their ratio, for the wall clock and for this process's processor time.
 
+#include "Course.h"
 #include "FenwhirlCore/Platform/SocketTransport.h"
 #include "FenwhirlCore/SMC.h"
 #include "SMCService.h"
 
-#include <algorithm>
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
 namespace {
-
-double secondsOn(clockid_t clock) {
-    timespec time{};
-    clock_gettime(clock, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-double median(std::vector<double> values) {
-    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-// Wall and processor time of the runs of one subject.
-class Course {
-public:
-    template <typename Subject>
-    double run(const Subject& subject) {
-        const double processorStart = secondsOn(CLOCK_PROCESS_CPUTIME_ID);
-        const double wallStart = secondsOn(CLOCK_MONOTONIC);
-        subject();
-        wall_.push_back(secondsOn(CLOCK_MONOTONIC) - wallStart);
-        processor_.push_back(secondsOn(CLOCK_PROCESS_CPUTIME_ID) - processorStart);
-        return wall_.back();
-    }
-
-    [[nodiscard]] double wall() const { return median(wall_); }
-
-    [[nodiscard]] double processor() const { return median(processor_); }
-
-private:
-    std::vector<double> wall_;
-    std::vector<double> processor_;
-};
 
 // The floor: round trips without anything around them.
 class BareConnection {
@@ -92,10 +57,7 @@ void compare(benchmark::State& state, const std::string& path, std::size_t round
         bareCourse.run([&] { bare.roundTrips(roundTrips); });
         state.SetIterationTime(subjectCourse.run(subject));
     }
-    state.counters["bare_us"] = bareCourse.wall() * 1e6;
-    state.counters["ours_us"] = subjectCourse.wall() * 1e6;
-    state.counters["wall_ratio"] = subjectCourse.wall() / bareCourse.wall();
-    state.counters["cpu_ratio"] = subjectCourse.processor() / bareCourse.processor();
+    report(state, subjectCourse, bareCourse);
     state.counters["trips"] = static_cast<double>(roundTrips);
 }
 

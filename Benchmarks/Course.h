@@ -1,0 +1,52 @@
+// The time that a subject takes over many runs, beside that of the least that could do its work.
+//
+// Both are run by turns, so that they see the same machine, and their medians are compared.
+
+#pragma once
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <ctime>
+#include <vector>
+
+// Wall and processor time of the runs of one subject, in seconds.
+class Course {
+public:
+    // Runs the subject once; returns its wall time.
+    template <typename Subject>
+    double run(const Subject& subject) {
+        const double processorStart = secondsOn(CLOCK_PROCESS_CPUTIME_ID);
+        const double wallStart = secondsOn(CLOCK_MONOTONIC);
+        subject();
+        wall_.push_back(secondsOn(CLOCK_MONOTONIC) - wallStart);
+        processor_.push_back(secondsOn(CLOCK_PROCESS_CPUTIME_ID) - processorStart);
+        return wall_.back();
+    }
+
+    [[nodiscard]] double wall() const { return median(wall_); }
+
+    [[nodiscard]] double processor() const { return median(processor_); }
+
+private:
+    static double secondsOn(clockid_t clock) {
+        timespec time{};
+        clock_gettime(clock, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+    }
+
+    static double median(std::vector<double> values) {
+        const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+        std::nth_element(values.begin(), middle, values.end());
+        return *middle;
+    }
+
+    std::vector<double> wall_;
+    std::vector<double> processor_;
+};
+
+inline void report(benchmark::State& state, const Course& subject, const Course& bare) {
+    state.counters["bare_us"] = bare.wall() * 1e6;
+    state.counters["ours_us"] = subject.wall() * 1e6;
+    state.counters["wall_ratio"] = subject.wall() / bare.wall();
+    state.counters["cpu_ratio"] = subject.processor() / bare.processor();
+}
