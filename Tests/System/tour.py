@@ -27,6 +27,9 @@ class Tour:
         os.environ.update(display.environment())
         bus = stack.enter_context(stage.SessionBus())
         os.environ.update(bus.environment())
+        # Numbers are written as in France, like the words.
+        os.environ.pop("LC_ALL", None)
+        os.environ["LANG"] = "fr_FR.UTF-8"
         self.application = stack.enter_context(stage.Application(options.build, scale=scale))
         self.screen = stage.Interface()
         self.began = time.monotonic()
