@@ -234,6 +234,7 @@ void WindowControl::applyAppearance() {
     const bool dark = monitor_.theme() == AppTheme::dark ||
                       (monitor_.theme() == AppTheme::automatic && appearance_.isDark());
     theme->setReducedMotion(appearance_.prefersReducedMotion());
+    theme->setTextScale(appearance_.textScale());
     theme->setDark(dark);
 }
 

@@ -21,7 +21,7 @@ Window {
     minimumWidth: width
     modality: Qt.ApplicationModal
     title: "Fenwhirl"
-    width: 300
+    width: Math.round(300 * Theme.textScale)
 
     Component.onCompleted: fit()
     onFittingHeightChanged: fit()
@@ -88,7 +88,7 @@ Window {
 
                 PrimaryButton {
                     focus: true
-                    implicitHeight: 32
+                    designHeight: 32
                     text: root.acceptText
                     width: parent.width
 
@@ -96,7 +96,7 @@ Window {
                 }
 
                 NeutralButton {
-                    implicitHeight: 32
+                    designHeight: 32
                     text: root.laterText
                     width: parent.width
 

@@ -52,7 +52,7 @@ ScrollView {
                 color: Theme.muted
                 content: qsTr("Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.")
                 size: 12
-                width: Math.min(parent.width, 620)
+                width: Math.min(parent.width, 620 * Theme.textScale)
             }
         }
 
@@ -80,10 +80,10 @@ ScrollView {
                     x: 4
                 }
 
-                ElidedLabel {
+                Paragraph {
                     id: callout
+                    content: root.view.calloutText
                     size: 14
-                    text: root.view.calloutText
                     width: parent.width - x
                     x: 32
                 }

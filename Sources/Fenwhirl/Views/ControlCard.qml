@@ -38,16 +38,21 @@ Card {
         // The way back stands at the right end, or below where a language needs more room.
         Item {
             id: buttons
-            readonly property bool oneRow: left.width + 12 + reset.width <= width
+            readonly property bool oneRow: left.wanted + 12 + reset.implicitWidth <= width
 
-            implicitHeight: oneRow ? left.height : left.height + 8 + reset.height
+            implicitHeight: oneRow ? reset.height : left.height + 8 + reset.height
             width: parent.width
 
-            Row {
+            Flow {
                 id: left
                 spacing: 8
+                width: Math.min(wanted, parent.width)
+
+                readonly property real wanted: install.visible ? install.implicitWidth
+                                                               : again.implicitWidth + spacing + off.implicitWidth
 
                 PrimaryButton {
+                    id: install
                     enabled: !root.control.installing
                     text: root.control.installing ? qsTr("Activation…") : qsTr("Activer le contrôle")
                     visible: !root.control.installed
@@ -56,6 +61,7 @@ Card {
                 }
 
                 NeutralButton {
+                    id: again
                     enabled: !root.control.installing
                     text: root.control.installing ? qsTr("Activation…") : qsTr("Réinstaller")
                     visible: root.control.installed
@@ -64,6 +70,7 @@ Card {
                 }
 
                 NeutralButton {
+                    id: off
                     text: qsTr("Désactiver")
                     visible: root.control.installed
 
@@ -74,6 +81,7 @@ Card {
             NeutralButton {
                 id: reset
                 text: qsTr("Remettre les ventilateurs en automatique")
+                width: Math.min(implicitWidth, parent.width)
                 x: buttons.oneRow ? parent.width - width : 0
                 y: buttons.oneRow ? 0 : left.height + 8
 

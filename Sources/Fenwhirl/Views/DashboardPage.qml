@@ -24,20 +24,26 @@ ScrollView {
             width: parent.width
         }
 
-        Row {
+        // Below each other where larger texts leave the sensors' bars no room.
+        Grid {
+            readonly property bool oneRow: width - temperature.designWidth - spacing >= 92 + 202 * Theme.textScale
+
+            columns: oneRow ? 2 : 1
             spacing: 18
             width: parent.width
 
             TemperatureCard {
                 id: temperature
+                readonly property real designWidth: Math.round(340 * Theme.textScale)
+
                 machine: root.machine
-                width: 340
+                width: parent.oneRow ? designWidth : parent.width
             }
 
             FeaturedCard {
-                height: temperature.height
+                height: parent.oneRow ? Math.max(implicitHeight, temperature.implicitHeight) : implicitHeight
                 sensors: root.machine.featured
-                width: parent.width - temperature.width - parent.spacing
+                width: parent.oneRow ? parent.width - temperature.width - parent.spacing : parent.width
             }
         }
 

@@ -26,17 +26,17 @@ Card {
                 anchors.verticalCenter: parent.verticalCenter
                 spacing: 4
 
-                ElidedLabel {
+                Paragraph {
+                    content: root.fan.name
                     font.weight: Font.DemiBold
                     size: 14
-                    text: root.fan.name
                     width: parent.width
                 }
 
-                ElidedLabel {
+                Paragraph {
                     color: Theme.muted
+                    content: root.fan.rangeText
                     size: 12
-                    text: root.fan.rangeText
                     width: parent.width
                 }
             }

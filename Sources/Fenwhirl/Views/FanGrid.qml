@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Layouts
+import Fenwhirl.Components
 import Fenwhirl.Views
 
 // One card per fan in equal columns: two where there is room, three in wide windows with three fans or more.
@@ -9,7 +10,8 @@ GridLayout {
     id: root
 
     required property MachineView machine
-    readonly property int fittingColumns: width >= 1095 && machine.fans.count >= 3 ? 3 : width >= 716 ? 2 : 1
+    readonly property real designedFor: width / Theme.textScale
+    readonly property int fittingColumns: designedFor >= 1095 && machine.fans.count >= 3 ? 3 : designedFor >= 716 ? 2 : 1
     readonly property real columnWidth: (width - (columns - 1) * columnSpacing) / columns
 
     columnSpacing: 18

@@ -25,7 +25,7 @@ Card {
                 model: root.sensors
 
                 SensorRow {
-                    height: 33
+                    height: 33 + Theme.lineGrowth
                     width: parent.width
                 }
             }

@@ -12,7 +12,7 @@ Column {
 
     SecondaryButton {
         enabled: !root.models.control.installing
-        implicitHeight: 34
+        designHeight: 34
         text: root.models.control.installing ? qsTr("Activation…") : qsTr("Activer le contrôle des ventilateurs")
         visible: root.models.control.offersActivation
         width: parent.width

@@ -14,7 +14,7 @@ Window {
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     height: Math.min(panel.contentHeight, maximumPanelHeight)
     title: "Fenwhirl"
-    width: 340
+    width: Math.round(340 * Theme.textScale)
 
     onActiveFocusItemChanged: {
         if (activeFocusItem === null || activeFocusItem === contentItem)

@@ -12,7 +12,7 @@ Item {
     Accessible.name: name + " " + temperature
     Accessible.role: Accessible.ListItem
     // Less than the large digits' own line, so that their height and not their leading sets the rows apart.
-    implicitHeight: 20
+    implicitHeight: Math.round(20 * Theme.textScale)
 
     ElidedLabel {
         Accessible.ignored: true

@@ -52,13 +52,18 @@ FocusScope {
 
     Surface {
         id: sheet
+        // Enough for most steps, so that the button keeps its place from step to step.
+        readonly property real leastHeight: 424 + Math.round(150 * (Theme.textScale - 1))
+        // Dots and button, with what is between and under them.
+        readonly property real below: 8 + 20 + forward.height + 28
+
         anchors.centerIn: parent
         color: Theme.window
-        height: Math.max(424, 40 + content.implicitHeight + 20 + 8 + 20 + 34 + 28)
+        height: Math.min(Math.max(leastHeight, 40 + content.implicitHeight + 20 + below), parent.height - 32)
         radius: 16
         scale: 0.97 + 0.03 * root.opacity
         stroke: Theme.stroke
-        width: 440
+        width: Math.min(Math.round(440 * Theme.textScale), parent.width - 32)
 
         SoftShadow {
             blur: 50
@@ -71,51 +76,61 @@ FocusScope {
             z: -1
         }
 
-        Column {
-            id: content
-            anchors.horizontalCenter: parent.horizontalCenter
-            y: 40
+        // Scrolls where large texts do not fit into the window.
+        ScrollView {
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: sheet.below + 20
+            anchors.top: parent.top
+            anchors.topMargin: 40
+            clip: contentHeight > height
+            padding: 0
+            width: parent.width
 
-            Emblem {
-                anchors.horizontalCenter: parent.horizontalCenter
-                size: 72
-            }
+            Column {
+                id: content
 
-            Item { height: 24; width: 1 }
+                Emblem {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    size: 72
+                }
 
-            Paragraph {
-                id: title
-                content: [qsTr("Bienvenue dans Fenwhirl"), qsTr("Pilote tes ventilateurs"), qsTr("Tout est prêt")][root.step]
-                font.letterSpacing: -0.2
-                font.weight: Font.Bold
-                horizontalAlignment: Text.AlignHCenter
-                size: 22
-                width: 360
-            }
+                Item { height: 24; width: 1 }
 
-            Item { height: 9; width: 1 }
+                Paragraph {
+                    id: title
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    content: [qsTr("Bienvenue dans Fenwhirl"), qsTr("Pilote tes ventilateurs"), qsTr("Tout est prêt")][root.step]
+                    font.letterSpacing: -0.2 * Theme.textScale
+                    font.weight: Font.Bold
+                    horizontalAlignment: Text.AlignHCenter
+                    size: 22
+                    width: sheet.width - 80
+                }
 
-            Paragraph {
-                anchors.horizontalCenter: parent.horizontalCenter
-                color: Theme.secondaryText
-                content: [
-                    qsTr("Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux."),
-                    qsTr("Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures."),
-                    qsTr("Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale."),
-                ][root.step]
-                horizontalAlignment: Text.AlignHCenter
-                lineHeight: 21
-                size: 14
-                width: 336
-            }
+                Item { height: 9; width: 1 }
 
-            Item { height: 23; width: 1 }
+                Paragraph {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    color: Theme.secondaryText
+                    content: [
+                        qsTr("Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux."),
+                        qsTr("Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures."),
+                        qsTr("Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale."),
+                    ][root.step]
+                    horizontalAlignment: Text.AlignHCenter
+                    lineHeight: Math.round(21 * Theme.textScale)
+                    size: 14
+                    width: sheet.width - 104
+                }
 
-            OnboardingAction {
-                anchors.horizontalCenter: parent.horizontalCenter
-                control: root.control
-                preferences: root.preferences
-                step: root.step
+                Item { height: 23; width: 1 }
+
+                OnboardingAction {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    control: root.control
+                    preferences: root.preferences
+                    step: root.step
+                }
             }
         }
 

@@ -10,8 +10,8 @@ Item {
     required property ControlView control
     required property PreferencesView preferences
 
-    implicitHeight: 34
-    implicitWidth: 360
+    implicitHeight: 34 + Theme.lineGrowth
+    implicitWidth: Math.round(360 * Theme.textScale)
 
     Row {
         anchors.centerIn: parent
@@ -26,7 +26,7 @@ Item {
 
         LanguagePicker {
             preferences: root.preferences
-            width: 190
+            width: Math.round(190 * Theme.textScale)
         }
     }
 

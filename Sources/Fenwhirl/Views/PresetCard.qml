@@ -42,7 +42,7 @@ Card {
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
             height: button.height
-            width: Math.max(88, button.implicitWidth, word.implicitWidth)
+            width: Math.max(88 * Theme.textScale, button.implicitWidth, word.implicitWidth)
 
             NeutralButton {
                 id: button

@@ -9,7 +9,7 @@ ScrollView {
     id: root
 
     required property ViewModels models
-    readonly property real rowHeight: 24
+    readonly property real rowHeight: 24 + Theme.lineGrowth
     readonly property real rowSpacing: 8
 
     Column {

@@ -3,7 +3,7 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // A setting on one line: its group's heading, its name and a note below each other, and at the right end the control,
-// which is the one child.
+// which is the one child. Below them instead, where it would leave the texts too little room.
 Item {
     id: root
 
@@ -12,15 +12,15 @@ Item {
     property string note: ""
     default property alias control: trailing.data
 
-    implicitHeight: Math.max(texts.implicitHeight, trailing.height)
+    readonly property bool oneRow: width - trailing.width - 12 >= 200 * Theme.textScale
+
+    implicitHeight: oneRow ? Math.max(texts.implicitHeight, trailing.height) : texts.implicitHeight + 12 + trailing.height
 
     Column {
         id: texts
-        anchors.left: parent.left
-        anchors.right: trailing.left
-        anchors.rightMargin: 12
-        anchors.verticalCenter: parent.verticalCenter
         spacing: 4
+        width: root.oneRow ? parent.width - trailing.width - 12 : parent.width
+        y: root.oneRow ? (parent.height - height) / 2 : 0
 
         Label {
             color: Theme.muted
@@ -47,9 +47,9 @@ Item {
 
     Item {
         id: trailing
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
         height: childrenRect.height
         width: childrenRect.width
+        x: root.oneRow ? parent.width - width : 0
+        y: root.oneRow ? (parent.height - height) / 2 : parent.height - height
     }
 }

@@ -12,7 +12,8 @@ Rectangle {
     required property PageList pages
 
     color: Theme.sidebar
-    implicitWidth: 208
+    // The pages need the room too: it grows slower than its texts, which are cut where they must be.
+    implicitWidth: Math.round(208 + 112 * (Theme.textScale - 1))
 
     Accessible.role: Accessible.PageTabList
 
@@ -42,6 +43,7 @@ Rectangle {
             model: root.pages
 
             SidebarRow {
+                width: root.width - 20
                 required property int index
                 required property string title
 

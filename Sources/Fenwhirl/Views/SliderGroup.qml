@@ -16,8 +16,8 @@ Column {
 
     spacing: 6
 
-    Label {
-        text: root.text
+    Paragraph {
+        content: root.text
         width: parent.width
     }
 

@@ -9,7 +9,7 @@ Card {
     required property MachineView machine
 
     Item {
-        implicitHeight: 224
+        implicitHeight: title.height + number.anchors.topMargin + number.height + chart.anchors.topMargin + chart.height
 
         Label {
             id: title
@@ -58,6 +58,7 @@ Card {
         }
 
         HistoryChart {
+            id: chart
             anchors.top: number.bottom
             anchors.topMargin: 12
             description: qsTr("Température du processeur")

@@ -25,12 +25,17 @@ Card {
                 color: Theme.muted
                 content: qsTr("Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.")
                 size: 12
-                width: Math.min(parent.width, 600)
+                width: Math.min(parent.width, 600 * Theme.textScale)
             }
         }
 
-        Row {
-            spacing: 32
+        Grid {
+            readonly property bool oneRow: (width - columnSpacing) / 2 >= 260 * Theme.textScale
+            readonly property real columnWidth: oneRow ? (width - columnSpacing) / 2 : width
+
+            columnSpacing: 32
+            columns: oneRow ? 2 : 1
+            rowSpacing: 16
             width: parent.width
 
             SliderGroup {
@@ -39,7 +44,7 @@ Card {
                 text: root.preferences.warmText
                 to: 100
                 value: root.preferences.warmThreshold
-                width: (parent.width - parent.spacing) / 2
+                width: parent.columnWidth
 
                 onMoved: value => root.preferences.warmThreshold = value
             }
@@ -50,7 +55,7 @@ Card {
                 text: root.preferences.hotText
                 to: 105
                 value: root.preferences.hotThreshold
-                width: (parent.width - parent.spacing) / 2
+                width: parent.columnWidth
 
                 onMoved: value => root.preferences.hotThreshold = value
             }

@@ -41,6 +41,7 @@ public:
 
     FakeAppearance() = default;
     using SystemAppearance::setDark;
+    using SystemAppearance::setTextScale;
 
     void choose(AppearanceChoice choice) override { chosen = choice; }
 };
@@ -219,6 +220,17 @@ TEST(Appearance, AutomaticFollowsTheSystem) {
     EXPECT_TRUE(eventually([&] { return window->color() == QColor(0x16, 0x18, 0x1D); }));
     life.world.monitor().setTheme(AppTheme::light);
     EXPECT_TRUE(eventually([&] { return window->color() == QColor(0xF3, 0xF4, 0xF7); }));
+}
+
+TEST(Appearance, TextsAndThePanelAreAsLargeAsTheSystemSays) {
+    Life life(true);
+    life.appearance.setTextScale(1.25);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    EXPECT_EQ(life.windows->panel()->width(), 425);
+    life.appearance.setTextScale(1.5);
+    EXPECT_EQ(life.windows->panel()->width(), 510);
+    life.appearance.setTextScale(1);
+    EXPECT_EQ(life.windows->panel()->width(), 340);
 }
 
 TEST(Appearance, TheSystemIsToldWhatTheUserChose) {

@@ -6,8 +6,8 @@
 
 namespace {
 
-// Letters of a font may reach a little over their advance.
-constexpr double overhang = 2;
+// Letters of a font may reach a little over their advance, and the font's own lines over the design's.
+constexpr double designedOverhang = 2;
 
 bool isText(const QQuickItem& item) {
     return item.inherits("QQuickText");
@@ -74,6 +74,7 @@ void collect(const QQuickItem& item, QList<ShownText>& into) {
                      .place = item.mapRectToScene(letters(item)),
                      .room = roomOf(item),
                      .cut = item.property("truncated").toBool(),
+                     .explained = QByteArrayView(item.metaObject()->className()).startsWith("ElidedLabel"),
                      .wraps = item.property("wrapMode").toInt() != 0});
     }
     for (const QQuickItem* child : item.childItems())
@@ -108,7 +109,8 @@ QList<ShownText> shownTexts(QQuickWindow& window, const QByteArray& within) {
     return texts;
 }
 
-QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBeCut) {
+QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBeCut, double textScale) {
+    const double overhang = designedOverhang * textScale;
     QStringList faults;
     for (qsizetype i = 0; i < texts.size(); ++i) {
         const ShownText& shown = texts[i];

@@ -18,6 +18,7 @@ struct ShownText {
     QRectF room;      // what the surroundings leave for them: whatever stands outside of it is cut or lies on
                       // something else
     bool cut = false; // ends in an ellipsis
+    bool explained = false; // its tooltip shows it whole while it is cut
     bool wraps = false;
 };
 
@@ -27,5 +28,6 @@ struct ShownText {
 [[nodiscard]] QList<ShownText> shownTexts(QQuickWindow& window, const QByteArray& within = {});
 
 // What is wrong with them, in words, for each text that is cut, stands outside its room or lies over another
-// text. A cut text that its owner lets be cut is named in `mayBeCut`.
-[[nodiscard]] QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBeCut = {});
+// text. A cut text that its owner lets be cut is named in `mayBeCut`. `textScale` is the theme's.
+[[nodiscard]] QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBeCut = {},
+                                       double textScale = 1);

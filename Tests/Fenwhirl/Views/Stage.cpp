@@ -19,6 +19,10 @@ void collect(QAccessibleInterface* from, QList<QAccessibleInterface*>& into) {
         collect(from->child(i), into);
 }
 
+Fenwhirl::Theme& themeOf(QQmlEngine& engine) {
+    return *engine.singletonInstance<Fenwhirl::Theme*>(qmlTypeId("Fenwhirl.Components", 1, 0, "Theme"));
+}
+
 QList<QAccessibleInterface*> everything(QQuickWindow& window) {
     QList<QAccessibleInterface*> all;
     QAccessibleInterface* root = QAccessible::queryAccessibleInterface(&window);
@@ -111,8 +115,11 @@ void Stage::show(const QUrl& file) {
 }
 
 void Stage::setReducedMotion(bool reduced) {
-    engine_->singletonInstance<Fenwhirl::Theme*>(qmlTypeId("Fenwhirl.Components", 1, 0, "Theme"))
-        ->setReducedMotion(reduced);
+    themeOf(*engine_).setReducedMotion(reduced);
+}
+
+void Stage::setTextScale(double scale) {
+    themeOf(*engine_).setTextScale(scale);
 }
 
 void Stage::showPage(Page page) {

@@ -52,6 +52,8 @@ public:
     void showPage(Page page);
     // Nothing moves unless a test wants it to.
     void setReducedMotion(bool reduced);
+    // Of a window that is shown.
+    void setTextScale(double scale);
     void poll();
     void setApps(const QList<AppLoad>& apps);
 

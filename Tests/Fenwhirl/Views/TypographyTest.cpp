@@ -4,8 +4,10 @@
 #include "Stage.h"
 
 #include <QFont>
+#include <QHash>
 #include <QQuickItem>
 
+#include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
 #include <optional>
@@ -248,6 +250,62 @@ TEST(Typography, OfBanners) {
     expectLetters(stage, {{"Activer le contrôle des ventilateurs", 14, semibold},
                           {"Pour changer la vitesse, Fenwhirl a besoin…", 13, regular, PaletteColor::muted},
                           {"Activer", 13, semibold, PaletteColor::onAccent}});
+}
+
+// Every text on a window, by the item that draws it.
+QHash<const QQuickItem*, int> pixelSizes(const QQuickItem& item) {
+    QHash<const QQuickItem*, int> sizes;
+    if (item.inherits("QQuickText"))
+        sizes.insert(&item, item.property("font").value<QFont>().pixelSize());
+    for (const QQuickItem* child : item.childItems())
+        sizes.insert(pixelSizes(*child));
+    return sizes;
+}
+
+void expectTextsToGrow(Stage& stage, int atLeast) {
+    stage.setTextScale(1);
+    static_cast<void>(stage.window().grabWindow()); // lays everything out
+    const QHash<const QQuickItem*, int> designed = pixelSizes(*stage.window().contentItem());
+    stage.setTextScale(1.5);
+    static_cast<void>(stage.window().grabWindow());
+    const QHash<const QQuickItem*, int> grown = pixelSizes(*stage.window().contentItem());
+    int compared = 0;
+    for (const auto [item, pixels] : designed.asKeyValueRange()) {
+        if (!grown.contains(item)) // a row that has no place any more
+            continue;
+        ++compared;
+        EXPECT_EQ(grown[item], std::lround(pixels * 1.5)) << item->property("text").toString().toStdString();
+    }
+    EXPECT_GE(compared, atLeast);
+}
+
+TEST(Typography, OfLargerTextsOnEveryPage) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.start();
+    stage.monitor().setSetting(0, inMode(FanModeKind::constant));
+    stage.monitor().setSetting(1, inMode(FanModeKind::sensor));
+    stage.show();
+    AppLoad app;
+    app.id = QStringLiteral("/Applications/Atelier.app");
+    app.name = QStringLiteral("Atelier");
+    app.cpu = 36.5;
+    stage.setApps({app});
+    for (int page = 0; page < stage.models().pages()->rowCount(); ++page) {
+        stage.models().pages()->setSelectedIndex(page);
+        SCOPED_TRACE(stage.models().pages()->selectedName().toStdString());
+        expectTextsToGrow(stage, 14);
+    }
+}
+
+TEST(Typography, OfLargerTextsInThePanelAndTheIntroduction) {
+    Stage panel;
+    panel.show(menuPanelFile());
+    expectTextsToGrow(panel, 20);
+    Stage introduction;
+    introduction.onboarded = false;
+    introduction.show();
+    expectTextsToGrow(introduction, 20);
 }
 
 } // namespace

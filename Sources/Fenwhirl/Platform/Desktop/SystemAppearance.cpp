@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 void SystemAppearance::setDark(bool dark) {
@@ -9,5 +11,11 @@ void SystemAppearance::setDark(bool dark) {
 
 void SystemAppearance::setReducedMotion(bool reduced) {
     if (std::exchange(reducedMotion_, reduced) != reduced)
+        Q_EMIT changed();
+}
+
+void SystemAppearance::setTextScale(double scale) {
+    const double allowed = std::isnan(scale) ? 1.0 : std::clamp(scale, smallestTextScale, largestTextScale);
+    if (std::exchange(textScale_, allowed) != allowed)
         Q_EMIT changed();
 }

@@ -5,6 +5,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QGuiApplication>
 
 #include <utility>
 
@@ -32,7 +33,7 @@ QString colorSchemeKey() {
     return QStringLiteral("color-scheme");
 }
 
-QString motionGroup() {
+QString interfaceGroup() {
     return QStringLiteral("org.gnome.desktop.interface");
 }
 
@@ -40,13 +41,26 @@ QString motionKey() {
     return QStringLiteral("enable-animations");
 }
 
+QString textScaleKey() {
+    return QStringLiteral("text-scaling-factor");
+}
+
+// Under X11 a desktop with larger texts says so as the resolution of its letters (Xft.dpi), and Qt takes that
+// for the ratio between the screen's pixels and its own: to multiply once more would be twice.
+TextScaling textScalingOf(const QString& platform) {
+    return platform == QStringLiteral("xcb") ? TextScaling::ofQt : TextScaling::ours;
+}
+
 } // namespace
 
 std::unique_ptr<SystemAppearance> SystemAppearance::create() {
-    return std::make_unique<SystemAppearanceLinux>(QDBusConnection::sessionBus());
+    return std::make_unique<SystemAppearanceLinux>(QDBusConnection::sessionBus(),
+                                                   textScalingOf(QGuiApplication::platformName()));
 }
 
-SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus) : bus_(std::move(bus)) {
+SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus, TextScaling textScaling)
+    : bus_(std::move(bus))
+    , textScaling_(textScaling) {
     if (!bus_.isConnected())
         return;
     // A slot with a type that the bus does not know yet is not connected, and it learns its own types with
@@ -64,7 +78,9 @@ SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus) : bus_(std::mo
 
 void SystemAppearanceLinux::readAll() {
     read(appearanceGroup(), colorSchemeKey());
-    read(motionGroup(), motionKey());
+    read(interfaceGroup(), motionKey());
+    if (textScaling_ == TextScaling::ours)
+        read(interfaceGroup(), textScaleKey());
 }
 
 void SystemAppearanceLinux::read(const QString& group, const QString& key) {
@@ -93,6 +109,8 @@ void SystemAppearanceLinux::take(const QString& group, const QString& key, QVari
         value = value.value<QDBusVariant>().variant();
     if (group == appearanceGroup() && key == colorSchemeKey())
         setDark(value.toUInt() == preferDark);
-    else if (group == motionGroup() && key == motionKey())
+    else if (group == interfaceGroup() && key == motionKey())
         setReducedMotion(!value.toBool());
+    else if (group == interfaceGroup() && key == textScaleKey() && textScaling_ == TextScaling::ours)
+        setTextScale(value.toDouble());
 }

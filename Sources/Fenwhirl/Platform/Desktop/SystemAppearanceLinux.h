@@ -9,11 +9,14 @@
 #include <QString>
 #include <QVariant>
 
+// Who makes texts larger where the desktop asks for it: this program, or Qt together with everything else.
+enum class TextScaling { ours, ofQt };
+
 class SystemAppearanceLinux : public SystemAppearance {
     Q_OBJECT
 
 public:
-    explicit SystemAppearanceLinux(QDBusConnection bus);
+    explicit SystemAppearanceLinux(QDBusConnection bus, TextScaling textScaling = TextScaling::ours);
 
     void choose(AppearanceChoice choice) override;
 
@@ -26,4 +29,5 @@ private:
     void take(const QString& group, const QString& key, QVariant value);
 
     QDBusConnection bus_;
+    TextScaling textScaling_;
 };

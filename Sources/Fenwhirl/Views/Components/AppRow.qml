@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// An application that loads the processor, 52 high.
+// An application that loads the processor, 52 high and more with larger texts, to which the bar gives way.
 //   name, detail        detail is the second, smaller line
 //   iconSource          picture of the application; empty shows the gears
 //   fraction            filled share of the bar, 0…1
@@ -28,7 +28,7 @@ Item {
 
     Accessible.name: name + " " + shareText
     Accessible.role: Accessible.ListItem
-    implicitHeight: 52
+    implicitHeight: Math.max(52, texts.implicitHeight + 18)
     implicitWidth: 600
 
     AppIcon {
@@ -38,6 +38,7 @@ Item {
     }
 
     Column {
+        id: texts
         anchors.left: icon.right
         anchors.leftMargin: 12
         anchors.right: bar.left
@@ -66,7 +67,7 @@ Item {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         fraction: root.fraction
-        width: 140
+        width: Math.max(48, 140 - 92 * (Theme.textScale - 1))
     }
 
     Item {
@@ -75,7 +76,7 @@ Item {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         height: number.height
-        width: Math.max(44, number.width)
+        width: Math.max(44 * Theme.textScale, number.width)
 
         TabularText {
             id: number
@@ -91,7 +92,7 @@ Item {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         height: parent.height
-        width: Math.max(64, note.visible ? note.implicitWidth : 0)
+        width: Math.max(64 * Theme.textScale, note.visible ? note.implicitWidth : 0)
 
         Label {
             id: note

@@ -4,11 +4,14 @@ import Fenwhirl.Components
 // What all text buttons share. Use PrimaryButton, SecondaryButton, NeutralButton or DestructiveButton.
 //   text            the label
 //   large           14 pixels and 34 high, else 13 and 30
+//   designHeight    its height with one line of text of the designed size
+// Narrower than its text it has several lines.
 //   signal clicked  mouse, Space, Return, or a screen reader's press
 Pressable {
     id: root
 
     property bool large: false
+    property real designHeight: large ? 34 : 30
     property real sidePadding: large ? 17 : 14
     property color fill: Theme.well
     property color stroke: "transparent"
@@ -22,7 +25,7 @@ Pressable {
 
     Accessible.role: Accessible.Button
     disabledOpacity: 1
-    implicitHeight: large ? 34 : 30
+    implicitHeight: designHeight + Theme.lineGrowth + (label.lineCount - 1) * label.lineRoom
     implicitWidth: Math.round(measure.advanceWidth) + 2 * sidePadding
     // One point less than what is seen, so that a text that is wider than it says is not cut.
     leftPadding: sidePadding - 1
@@ -30,7 +33,7 @@ Pressable {
 
     TextMetrics {
         id: measure
-        font.pixelSize: root.labelSize
+        font.pixelSize: Math.round(root.labelSize * Theme.textScale)
         font.weight: root.labelWeight
         text: root.text
     }
@@ -45,6 +48,7 @@ Pressable {
         stroke: root.stroke
     }
     contentItem: Label {
+        id: label
         Accessible.ignored: true // the control says it
         color: root.labelColor
         font.weight: root.labelWeight
@@ -53,5 +57,6 @@ Pressable {
         size: root.labelSize
         text: root.text
         verticalAlignment: Text.AlignVCenter
+        wrapMode: root.width < root.implicitWidth - 1 ? Text.Wrap : Text.NoWrap
     }
 }

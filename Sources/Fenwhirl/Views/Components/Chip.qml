@@ -13,7 +13,7 @@ ButtonBase {
     Accessible.role: Accessible.RadioButton
     fill: selected ? Theme.accent : Theme.well
     hoverColor: selected ? Theme.accentHover : Theme.hover
-    implicitHeight: 28
+    designHeight: 28
     labelColor: selected ? Theme.onAccent : Theme.text
     labelSize: 12
     labelWeight: selected ? Font.DemiBold : Font.Normal

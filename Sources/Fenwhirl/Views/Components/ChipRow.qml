@@ -14,7 +14,7 @@ Item {
     required property var labels
     required property int currentIndex
     property real spacing: 6
-    readonly property list<rect> places: FilledRows.places(naturalWidths, width, 28, spacing)
+    readonly property list<rect> places: FilledRows.places(naturalWidths, width, 28 + Theme.lineGrowth, spacing)
     property list<double> naturalWidths: []
 
     signal activated(int index)
@@ -85,7 +85,7 @@ Item {
 
             TextMetrics {
                 id: measure
-                font.pixelSize: 12
+                font.pixelSize: Math.round(12 * Theme.textScale)
                 font.weight: Font.DemiBold
                 text: chip.text
             }

@@ -36,7 +36,7 @@ T.Popup {
     implicitHeight: implicitContentHeight + 2 * padding
     modal: true
     padding: 20
-    width: 300
+    width: Math.round(300 * Theme.textScale)
 
     onAboutToShow: answer = Dialog.Answer.Cancel
     onClosed: {

@@ -70,7 +70,7 @@ FocusScope {
 
             PrimaryButton {
                 focus: true
-                implicitHeight: 32
+                designHeight: 32
                 text: root.acceptText
                 width: parent.width
 
@@ -78,7 +78,7 @@ FocusScope {
             }
 
             DestructiveButton {
-                implicitHeight: 32
+                designHeight: 32
                 text: root.destructiveText
                 visible: text.length > 0
                 width: parent.width
@@ -87,7 +87,7 @@ FocusScope {
             }
 
             NeutralButton {
-                implicitHeight: 32
+                designHeight: 32
                 text: root.cancelText
                 visible: text.length > 0
                 width: parent.width

@@ -21,7 +21,7 @@ Pressable {
 
     Accessible.description: currentText
     Accessible.role: Accessible.ComboBox
-    implicitHeight: 32
+    implicitHeight: 32 + Theme.lineGrowth
     implicitWidth: Math.ceil(contentItem.implicitWidth) + leftPadding + rightPadding
     leftPadding: 12
     rightPadding: 12
@@ -56,9 +56,9 @@ Pressable {
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.muted
-            height: 11
+            height: width
             name: "chevron.down"
-            width: 11
+            width: Math.round(11 * Theme.textScale)
         }
     }
 

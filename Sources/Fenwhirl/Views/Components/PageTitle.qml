@@ -17,7 +17,7 @@ Column {
 
     Label {
         Accessible.ignored: true
-        font.letterSpacing: -0.45
+        font.letterSpacing: -0.45 * Theme.textScale
         font.weight: Font.Bold
         size: 26
         text: root.title

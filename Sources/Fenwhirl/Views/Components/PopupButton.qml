@@ -20,8 +20,8 @@ Pressable {
 
     Accessible.description: currentLabel
     Accessible.role: Accessible.ComboBox
-    implicitHeight: 28
-    implicitWidth: 200
+    implicitHeight: 28 + Theme.lineGrowth
+    implicitWidth: Math.round(200 * Theme.textScale)
     leftPadding: 11
     rightPadding: 8
 
@@ -46,8 +46,8 @@ Pressable {
         }
 
         Symbol {
-            Layout.preferredHeight: 13
-            Layout.preferredWidth: 13
+            Layout.preferredHeight: Layout.preferredWidth
+            Layout.preferredWidth: Math.round(13 * Theme.textScale)
             color: Theme.muted
             name: "chevron.up.chevron.down"
         }

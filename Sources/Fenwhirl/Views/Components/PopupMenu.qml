@@ -13,7 +13,7 @@ T.Popup {
 
     required property var labels
     required property int currentIndex
-    readonly property real itemHeight: 28
+    readonly property real itemHeight: 28 + Theme.lineGrowth
     // The widest text, measured while the menu is open.
     property real textWidth: 0
 
@@ -46,7 +46,7 @@ T.Popup {
 
     FontMetrics {
         id: metrics
-        font.pixelSize: 13
+        font.pixelSize: Math.round(13 * Theme.textScale)
     }
 
     background: Surface {

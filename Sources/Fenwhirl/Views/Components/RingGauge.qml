@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A three-quarter ring with a value and its unit in the middle; 128 x 128.
+// A three-quarter ring with a value and its unit in the middle; 128 x 128, and larger with the text in it.
 //   fraction   0…1, anything else is clamped (no number: 0)
 //   valueText  30 bold, digits of equal width
 //   caption    12 muted, under it
@@ -26,8 +26,8 @@ Item {
 
     Accessible.name: valueText + " " + caption
     Accessible.role: Accessible.StaticText
-    implicitHeight: 128
-    implicitWidth: 128
+    implicitHeight: implicitWidth
+    implicitWidth: Math.round(128 * Theme.textScale)
 
     Component.onCompleted: ready = true
 

@@ -35,7 +35,7 @@ Pressable {
 
     TextMetrics {
         id: measure
-        font.pixelSize: 13
+        font.pixelSize: Math.round(13 * Theme.textScale)
         font.weight: Font.DemiBold
         text: root.text
     }

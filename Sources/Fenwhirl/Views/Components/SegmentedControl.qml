@@ -4,6 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // A row of choices of which one is selected, 34 high. Segments are as wide as their texts and share the rest equally.
+// Where their texts have no room beside each other, they stand below each other.
 //   labels          one per segment
 //   currentIndex    the selected one, -1 for none; set by the owner
 //   text            what is chosen, for screen readers
@@ -17,17 +18,21 @@ FocusScope {
     property string text: ""
     property list<double> textWidths: []
     readonly property real inset: 3
-    readonly property list<rect> places: FilledRows.singleRow(textWidths, width - 2 * inset, height - 2 * inset)
+    readonly property real rowHeight: 28 + Theme.lineGrowth
+    readonly property bool stacked: width > 0 && textSum * 12 / 13 + 2 * labels.length > width - 2 * inset
+    readonly property list<rect> places: stacked
+        ? FilledRows.places(Array(labels.length).fill(width - 2 * inset), width - 2 * inset, rowHeight, 0)
+        : FilledRows.singleRow(textWidths, width - 2 * inset, height - 2 * inset)
     readonly property real textSum: FilledRows.sum(textWidths)
     // Less than 6 on each side of the texts is too tight: then they are one pixel smaller.
-    readonly property int labelSize: width - 2 * inset - textSum < 12 * labels.length ? 12 : 13
+    readonly property int labelSize: !stacked && width - 2 * inset - textSum < 12 * labels.length ? 12 : 13
 
     signal activated(int index)
 
     Accessible.name: text
     Accessible.role: Accessible.Grouping
     activeFocusOnTab: true
-    implicitHeight: 34
+    implicitHeight: (stacked ? labels.length : 1) * rowHeight + 2 * inset
     implicitWidth: Math.ceil(textSum) + 2 * inset + labels.length * 36
     opacity: enabled ? 1 : 0.4
 
@@ -99,12 +104,12 @@ FocusScope {
         readonly property rect to: root.places[root.standsOn] ?? Qt.rect(0, 0, 0, 0)
 
         color: Theme.accent
-        height: root.height - 2 * root.inset
+        height: to.height
         radius: 8
         visible: root.currentIndex >= 0 && root.currentIndex < root.labels.length
         width: from.width + (to.width - from.width) * root.progress
         x: root.inset + from.x + (to.x - from.x) * root.progress
-        y: root.inset
+        y: root.inset + from.y + (to.y - from.y) * root.progress
     }
 
     Repeater {
@@ -122,7 +127,7 @@ FocusScope {
             text: root.labels[index] ?? ""
             width: place.width
             x: root.inset + place.x
-            y: root.inset
+            y: root.inset + place.y
 
             onClicked: {
                 root.forceActiveFocus(Qt.MouseFocusReason)

@@ -16,7 +16,7 @@ Item {
 
     Accessible.name: name + " " + temperature
     Accessible.role: Accessible.ListItem
-    implicitHeight: 18
+    implicitHeight: 18 + Theme.lineGrowth
     implicitWidth: 360
 
     ElidedLabel {
@@ -25,7 +25,7 @@ Item {
         Accessible.ignored: true
         anchors.verticalCenter: parent.verticalCenter
         text: root.name
-        width: 150
+        width: Math.round(150 * Theme.textScale)
     }
 
     Bar {
@@ -44,7 +44,7 @@ Item {
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         height: number.height
-        width: Math.max(52, number.width)
+        width: Math.max(52 * Theme.textScale, number.width)
 
         TabularText {
             id: number

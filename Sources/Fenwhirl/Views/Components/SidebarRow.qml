@@ -13,7 +13,7 @@ Pressable {
     Accessible.role: Accessible.PageTab
     Accessible.selectable: true
     Accessible.selected: selected
-    implicitHeight: 40
+    implicitHeight: 40 + Theme.lineGrowth
     implicitWidth: 188
 
     background: Surface {

@@ -4,7 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // A text whose digits all take the same width: use it wherever a number changes. One line, never cut or wrapped.
-//   text, color, size (pixels, as in Label), weight (Font.Normal), letterSpacing
+//   text, color, size (pixels as designed, as in Label), weight (Font.Normal), letterSpacing
 //   baseline   of the glyphs, for aligning with others: baselineOffset, as in Text
 Item {
     id: root
@@ -14,7 +14,7 @@ Item {
     property int size: 13
     property int weight: Font.Normal
     property real letterSpacing: 0
-    readonly property real line: Theme.lineHeight(size)
+    readonly property real line: Math.round(Theme.lineHeight(size) * Theme.textScale)
     readonly property var runs: TabularRuns.of(text)
 
     Accessible.name: text
@@ -25,8 +25,8 @@ Item {
 
     FontMetrics {
         id: metrics
-        font.letterSpacing: root.letterSpacing
-        font.pixelSize: root.size
+        font.letterSpacing: root.letterSpacing * Theme.textScale
+        font.pixelSize: Math.round(root.size * Theme.textScale)
         font.weight: root.weight
     }
 

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/Components/Theme.h"
 
+#include <cmath>
+
 namespace Fenwhirl {
 
 namespace {
@@ -44,6 +46,17 @@ void Theme::setReducedMotion(bool reduced) {
         show(palette(m_dark));
     }
     Q_EMIT motionChanged();
+}
+
+void Theme::setTextScale(double scale) {
+    if (scale == m_textScale)
+        return;
+    m_textScale = scale;
+    Q_EMIT textScaleChanged();
+}
+
+double Theme::lineGrowth() const {
+    return std::round(lineHeight(13) * (m_textScale - 1.0));
 }
 
 int Theme::lineHeight(int pixelSize) const {

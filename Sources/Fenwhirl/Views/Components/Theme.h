@@ -9,12 +9,15 @@
 // The appearance every component draws with: QML singleton `Theme` of Fenwhirl.Components.
 //
 // Whoever puts the windows up sets `dark` (from the user's choice or the system's appearance) and
-// `reducedMotion` (from the system); every component follows at once, without being rebuilt. A change of
-// `dark` after the first one is a crossfade of 200 ms, during which the colours are those of `mixedPalette`;
-// with reduced motion it is instant.
+// `reducedMotion` and `textScale` (from the system); every component follows at once, without being rebuilt.
+// A change of `dark` after the first one is a crossfade of 200 ms, during which the colours are those of
+// `mixedPalette`; with reduced motion it is instant.
 //
 // The durations are in milliseconds and are all 0 with reduced motion, so animations need no condition of
 // their own.
+//
+// `textScale` is what every text is larger than designed, and with it the heights and columns that hold
+// texts. Sizes in the QML files are those at 1; `lineHeight` takes and gives those.
 //
 // One instance per QML engine, owned by it; main thread only.
 
@@ -27,6 +30,8 @@ class Theme : public QObject {
 
     Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY darkChanged FINAL)
     Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY motionChanged FINAL)
+    Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(double lineGrowth READ lineGrowth NOTIFY textScaleChanged FINAL)
 
     Q_PROPERTY(QColor window READ window NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor sidebar READ sidebar NOTIFY colorsChanged FINAL)
@@ -79,6 +84,14 @@ public:
     [[nodiscard]] bool reducedMotion() const { return m_reducedMotion; }
 
     void setReducedMotion(bool reduced);
+
+    [[nodiscard]] double textScale() const { return m_textScale; }
+
+    // Above 0.
+    void setTextScale(double scale);
+
+    // What one line of a control's text is higher than designed, and so the control.
+    [[nodiscard]] double lineGrowth() const;
 
     [[nodiscard]] QColor window() const { return color(PaletteColor::window); }
 
@@ -156,13 +169,14 @@ public:
 
     [[nodiscard]] int gaugeDuration() const { return duration(350); }
 
-    // The line height that goes with a text size, both in pixels.
+    // The line height that goes with a text size, both in pixels as designed.
     Q_INVOKABLE [[nodiscard]] int lineHeight(int pixelSize) const;
 
 Q_SIGNALS:
     void darkChanged();
     void colorsChanged();
     void motionChanged();
+    void textScaleChanged();
 
 private:
     [[nodiscard]] QColor color(PaletteColor name) const { return m_colors[static_cast<std::size_t>(name)]; }
@@ -174,6 +188,7 @@ private:
     bool m_dark = true;
     bool m_chosen = false; // whether anyone has set `dark` yet
     bool m_reducedMotion = false;
+    double m_textScale = 1.0;
     Palette m_colors;
     Palette m_previous; // where the running crossfade began
     QVariantAnimation m_crossfade;

@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -14,6 +15,7 @@ class FakePortal : public QDBusVirtualObject {
 public:
     uint colorScheme = 0;
     bool animations = true;
+    double textScale = 1.0;
     bool answers = true;
     int asked = 0;
 
@@ -32,11 +34,19 @@ public:
 
     void announce(uint scheme) {
         colorScheme = scheme; // whoever asks again is told the same
+        announce(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"), scheme);
+    }
+
+    void announceTextScale(double scale) {
+        textScale = scale;
+        announce(QStringLiteral("org.gnome.desktop.interface"), QStringLiteral("text-scaling-factor"), scale);
+    }
+
+    void announce(const QString& group, const QString& key, const QVariant& value) {
         QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
                                                          QStringLiteral("org.freedesktop.portal.Settings"),
                                                          QStringLiteral("SettingChanged"));
-        signal << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme")
-               << QVariant::fromValue(QDBusVariant(scheme));
+        signal << group << key << QVariant::fromValue(QDBusVariant(value));
         bus_.send(signal);
     }
 
@@ -46,9 +56,10 @@ public:
         ++asked;
         if (!answers)
             return true;
-        const bool appearance =
-            message.arguments().value(0).toString() == QStringLiteral("org.freedesktop.appearance");
-        const QVariant value = appearance ? QVariant(colorScheme) : QVariant(animations);
+        const QString key = message.arguments().value(1).toString();
+        const QVariant value = key == QStringLiteral("color-scheme")        ? QVariant(colorScheme)
+                               : key == QStringLiteral("enable-animations") ? QVariant(animations)
+                                                                            : QVariant(textScale);
         // Wrapped twice, as the real one does.
         connection.send(
             message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(value))))));
@@ -83,9 +94,10 @@ TEST(SystemAppearance, IsLightWithoutAnAnswer) {
     FakePortal portal;
     portal.answers = false;
     SystemAppearanceLinux appearance(PrivateBus::connect());
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return portal.asked == 2; }));
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return portal.asked == 3; }));
     EXPECT_FALSE(appearance.isDark());
     EXPECT_FALSE(appearance.prefersReducedMotion());
+    EXPECT_EQ(appearance.textScale(), 1.0);
 }
 
 TEST(SystemAppearance, AsksAPortalThatStartsLater) {
@@ -93,6 +105,46 @@ TEST(SystemAppearance, AsksAPortalThatStartsLater) {
     FakePortal portal;
     portal.colorScheme = 1;
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
+}
+
+TEST(SystemAppearance, FollowsHowLargeTextsAre) {
+    FakePortal portal;
+    portal.textScale = 1.25;
+    SystemAppearanceLinux appearance(PrivateBus::connect());
+    QSignalSpy changed(&appearance, &SystemAppearance::changed);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.25; }));
+    portal.announceTextScale(1.5);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.5; }));
+    EXPECT_EQ(changed.size(), 2);
+    portal.announceTextScale(1.0);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.0; }));
+}
+
+TEST(SystemAppearance, KeepsTextsWithinWhatTheWindowsHold) {
+    FakePortal portal;
+    portal.textScale = 1.5;
+    SystemAppearanceLinux appearance(PrivateBus::connect());
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.5; }));
+    portal.announceTextScale(3.0);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 2.0; }));
+    portal.announceTextScale(0.5);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.0; }));
+    portal.announceTextScale(1.25);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.25; }));
+    portal.announceTextScale(std::numeric_limits<double>::quiet_NaN());
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.0; }));
+}
+
+TEST(SystemAppearance, LeavesTextsThatQtHasMadeLargerAsTheyAre) {
+    FakePortal portal;
+    portal.colorScheme = 1;
+    portal.textScale = 1.5;
+    SystemAppearanceLinux appearance(PrivateBus::connect(), TextScaling::ofQt);
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
+    portal.announceTextScale(1.25);
+    portal.announce(2); // by then the first has been heard
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !appearance.isDark(); }));
+    EXPECT_EQ(appearance.textScale(), 1.0);
 }
 
 } // namespace
