@@ -10,7 +10,8 @@ import stage
 from asleep_test import FRAMES
 from desktop import Desktop, run
 
-DARK, LIGHT = "#16181D", "#F3F4F7"
+DARK, LIGHT, SIDEBAR = "#16181D", "#F3F4F7", "#1B1E24"  # of the page, and of the dark sidebar
+BESIDE_THE_PAGE = "+1030+8"  # nothing stands on it there
 PORTAL = pathlib.Path(__file__).with_name("played_portal.py")
 
 
@@ -30,13 +31,12 @@ class Appearance(unittest.TestCase):
         self.assertEqual(desktop.start_again(), 0)
         return desktop.wait_for_main_window()
 
-    def color(self, window):
-        """Of the page, beside what stands on it."""
-        text = run("import", "-window", window[0], "-crop", "1x1+1030+8", "-depth", "8", "txt:-")
+    def color(self, window, place=BESIDE_THE_PAGE):
+        text = run("import", "-window", window[0], "-crop", f"1x1{place}", "-depth", "8", "txt:-")
         return re.findall(r"#[0-9A-F]{6}", text)[-1]
 
-    def wait_for_color(self, window, color):
-        stage.wait_until(lambda: self.color(window) == color, lambda: f"{color}; it is {self.color(window)}")
+    def wait_for_color(self, window, color, place=BESIDE_THE_PAGE):
+        stage.wait_until(lambda: self.color(window, place) == color, lambda: f"{color}; it is {self.color(window, place)}")
 
     def test_automatic_is_what_the_desktop_says_and_follows_it(self):
         with Desktop(preferences={"theme": "auto"}) as desktop:
@@ -75,6 +75,17 @@ class Appearance(unittest.TestCase):
             self.wait_for_color(desktop.wait_for_main_window(), LIGHT)
             # Any waiting for the bus would take its 25 s.
             self.assertLess(time.monotonic() - began, 10)
+
+    def test_larger_texts_are_larger_once(self):
+        # Under X11 a desktop says it twice: to every program as the resolution of letters, and in its portal.
+        with Desktop(preferences={"theme": "dark"}) as desktop:
+            run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER", "Xft.dpi:\t120\n")
+            self.portal(desktop, "1", "true", "1.25")
+            window = self.show(desktop)
+            self.assertEqual(window[3:], (1300, 850))
+            # The page begins right of the sidebar, which grows with its texts.
+            self.wait_for_color(window, SIDEBAR, "+252+640")
+            self.wait_for_color(window, DARK, "+268+640")
 
     def frames_of_page_changes(self, animations):
         """How many pictures each of five changes to another page takes."""

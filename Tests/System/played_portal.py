@@ -1,10 +1,11 @@
 #!/usr/bin/python3
-"""The settings portal of a desktop, played: says what it was told, or nothing at all.
+"""The portal of a desktop, played: its settings are what it was told, or it says nothing at all, or it asks where to save.
 
-    played_portal.py COLOR_SCHEME ANIMATIONS     2 is light, 1 dark; "true" or "false"
+    played_portal.py COLOR_SCHEME ANIMATIONS [TEXT_SCALE]     2 is light, 1 dark; "true" or "false"; a factor, usually 1
     played_portal.py silent
+    played_portal.py saves FOLDER     its save dialog chooses the proposed name in that folder at once
 
-Writes READY when it is on the bus. Each further line "COLOR_SCHEME ANIMATIONS" on standard input is a change, which it
+Writes READY when it is on the bus. Each further line "COLOR_SCHEME ANIMATIONS [TEXT_SCALE]" on standard input is a change, which it
 announces.
 """
 
@@ -21,32 +22,54 @@ PATH = "/org/freedesktop/portal/desktop"
 DESCRIPTION = f"""<node><interface name="{INTERFACE}">
   <method name="Read"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="v" direction="out"/></method>
   <signal name="SettingChanged"><arg type="s"/><arg type="s"/><arg type="v"/></signal>
+</interface>
+<interface name="org.freedesktop.portal.FileChooser">
+  <method name="SaveFile"><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="a{{sv}}" direction="in"/>
+    <arg type="o" direction="out"/></method>
 </interface></node>"""
 
 
 class Portal:
     def __init__(self, silent, words):
+        self.folder = words[1] if words[:1] == ["saves"] else None
         self.silent, self.held, self.settings = silent, [], {}
-        self.take(words)
+        self.take([] if self.folder else words)
         self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-        self.bus.register_object(PATH, Gio.DBusNodeInfo.new_for_xml(DESCRIPTION).interfaces[0], self.called, None, None)
+        description = Gio.DBusNodeInfo.new_for_xml(DESCRIPTION)
+        for interface in description.interfaces:
+            self.bus.register_object(PATH, interface, self.called, None, None)
         Gio.bus_own_name_on_connection(self.bus, "org.freedesktop.portal.Desktop", Gio.BusNameOwnerFlags.NONE,
                                        lambda *_: print("READY", flush=True), None)
 
     def take(self, words):
-        if len(words) == 2:
+        if len(words) >= 2:
             self.settings = {("org.freedesktop.appearance", "color-scheme"): GLib.Variant("u", int(words[0])),
-                             ("org.gnome.desktop.interface", "enable-animations"): GLib.Variant("b", words[1] == "true")}
+                             ("org.gnome.desktop.interface", "enable-animations"): GLib.Variant("b", words[1] == "true"),
+                             ("org.gnome.desktop.interface", "text-scaling-factor"):
+                                 GLib.Variant("d", float(words[2] if len(words) > 2 else 1))}
 
-    def called(self, _bus, _sender, _path, _interface, _method, arguments, invocation):
+    def called(self, _bus, sender, _path, _interface, method, arguments, invocation):
         if self.silent:
             self.held.append(invocation)
+            return
+        if method == "SaveFile":
+            self.save(sender, arguments.unpack()[2], invocation)
             return
         value = self.settings.get(tuple(arguments.unpack()))
         if value is None:
             invocation.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
         else:  # wrapped once more than its type says, as the real one does
             invocation.return_value(GLib.Variant("(v)", (GLib.Variant("v", value),)))
+
+    def save(self, sender, options, invocation):
+        if not self.folder:
+            invocation.return_dbus_error("org.freedesktop.DBus.Error.UnknownMethod", "no dialog here")
+            return
+        request = f"{PATH}/request/{sender[1:].replace('.', '_')}/{options['handle_token']}"
+        invocation.return_value(GLib.Variant("(o)", (request,)))
+        place = GLib.filename_to_uri(f"{self.folder}/{options['current_name']}", None)
+        self.bus.emit_signal(None, request, "org.freedesktop.portal.Request", "Response",
+                             GLib.Variant("(ua{sv})", (0, {"uris": GLib.Variant("as", [place])})))
 
     def heard(self, stream, _condition):
         line = stream.readline()

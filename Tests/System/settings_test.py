@@ -3,11 +3,13 @@
 import configparser
 import pathlib
 import stat
+import subprocess
 import unittest
 
 import stage
 from scene import Scene
 
+PORTAL = pathlib.Path(__file__).with_name("played_portal.py")
 START_WITH_SESSION = "Ouvrir Fenwhirl au démarrage du Mac"
 
 
@@ -75,13 +77,31 @@ class TheReport(unittest.TestCase):
             # Further down than the window shows; assistive technology reaches it all the same.
             self.press_anywhere(scene, "Inclure un test des ventilateurs (6 secondes)", "check box")
             self.press_anywhere(scene, "Créer le rapport", "push button")
-            scene.screen.press("Save", seconds=40)  # the desktop's own dialog, with the name that is proposed
+            # There is no desktop with a dialog of its own: Qt's stands in, in the program's language.
+            scene.screen.wait_for("Annuler", "push button", seconds=40)
+            scene.screen.press("Enregistrer")
             report = pathlib.Path.home() / "Documents/Fenwhirl-diagnostic.txt"
             stage.wait_until(report.exists, "the report is saved")
             text = report.read_text(encoding="utf-8")
             self.assertIn("TCXC", text)
             self.assertIn("\n\nAssistant installé : oui\n\n-- Test d'écriture (6 s) --\n", text)
             self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
+
+    def test_the_desktops_own_dialog_is_asked_where_there_is_one(self):
+        with Scene() as scene:
+            scene.open_page("Réglages")
+            with played_save_dialog(pathlib.Path.home()):
+                self.press_anywhere(scene, "Créer le rapport", "push button")
+                report = pathlib.Path.home() / "Fenwhirl-diagnostic.txt"
+                stage.wait_until(report.exists, "the report is saved")
+            self.assertIn("TCXC", report.read_text(encoding="utf-8"))
+            self.assertIsNone(scene.screen.find("Annuler", "push button"))
+
+
+def played_save_dialog(folder):
+    portal = stage.Process(["/usr/bin/python3", "-B", PORTAL, "saves", folder], stdout=subprocess.PIPE)
+    stage.Lines(portal.child.stdout).next()
+    return portal
 
 
 if __name__ == "__main__":

@@ -276,7 +276,7 @@ class Tour:
         self.screen.wait_for("Création en cours…")
         self.picture("states/settings-report-busy")
         # The system's own question where to save it.
-        self.screen.press("Cancel", "push button")
+        self.screen.press("Annuler", "push button")
         self.screen.wait_for("Créer le rapport")
 
     def refusal(self):

@@ -26,11 +26,21 @@
 
 namespace {
 
+QString languageCode() {
+    const std::string_view code = rawValue(Localizer::resolved());
+    return QString::fromLatin1(code.data(), static_cast<qsizetype>(code.size()));
+}
+
 ViewServices viewServices() {
     return {
         .computerName = computerName(),
         .notify = Notifier::send,
-        .saveReport = [](const QString& text) { saveReport(text, askSavePath, revealInFileBrowser); },
+        .saveReport =
+            [](const QString& text) {
+                saveReport(
+                    text, [](const QString& name) { return askSavePath(name, languageCode()); },
+                    revealInFileBrowser);
+            },
         .applicationIcon = ApplicationIconProvider::sourceFor,
         .openMain = {},
         .quit = [] { QCoreApplication::quit(); },
@@ -40,10 +50,7 @@ ViewServices viewServices() {
 UpdateServices updateServices(PreferencesStore& preferences, WindowControl& windows) {
     UpdateServices services = systemUpdateServices();
     services.preferences = &preferences;
-    services.languageCode = [] {
-        const std::string_view code = rawValue(Localizer::resolved());
-        return QString::fromLatin1(code.data(), static_cast<qsizetype>(code.size()));
-    };
+    services.languageCode = languageCode;
     services.show = [&windows](const UpdateAlert& alert) {
         windows.showAlert({alert.title, alert.body, alert.download, alert.later},
                           [page = alert.page] { QDesktopServices::openUrl(page); });

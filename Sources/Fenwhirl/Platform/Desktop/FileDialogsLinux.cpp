@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/FileDialogs.h"
+#include "Fenwhirl/Platform/Desktop/SavePortalLinux.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -7,12 +9,33 @@
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QStandardPaths>
+#include <QTranslator>
 #include <QUrl>
 
-QString askSavePath(const QString& proposedName) {
+namespace {
+
+QString askWithQt(const QString& place, const QString& language) {
+    QTranslator texts;
+    if (texts.load(QLocale(language), QStringLiteral("qtbase"), QStringLiteral("_"),
+                   QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&texts); // until it goes
+    return QFileDialog::getSaveFileName(nullptr, {}, place);
+}
+
+} // namespace
+
+QString askSavePath(const QString& proposedName, const QString& language) {
+    if (SavePortalLinux::isAsking())
+        return {};
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QFileDialog::getSaveFileName(nullptr, {}, folder + u'/' + proposedName);
+    SavePortalLinux portal(QDBusConnection::sessionBus());
+    // The program's name is a title in every language.
+    const SavePortalLinux::Answer answer =
+        portal.ask(QCoreApplication::applicationName(), folder, proposedName);
+    return answer.answered ? answer.path : askWithQt(folder + u'/' + proposedName, language);
 }
 
 void revealInFileBrowser(const QString& path) {

@@ -2,7 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
-QString askSavePath(const QString& proposedName) {
+QString askSavePath(const QString& proposedName, const QString& /*language*/) {
     @autoreleasepool {
         NSSavePanel* panel = [NSSavePanel savePanel];
         panel.nameFieldStringValue = proposedName.toNSString();
