@@ -5,9 +5,9 @@
 
 #include "Fenwhirl/Platform/PreferenceReading.h"
 #include "Fenwhirl/Platform/PreferencesStore.h"
+#include "Fenwhirl/Platform/Threads.h"
 
 #include <QMap>
-#include <QMutex>
 #include <QVariant>
 
 class MemoryPreferences : public PreferencesStore {
@@ -16,7 +16,7 @@ public:
     int writes = 0;
 
     [[nodiscard]] bool contains(const QString& key) const override {
-        const QMutexLocker lock(&mutex_);
+        const MutexLock lock(mutex_);
         return values.contains(key);
     }
 
@@ -45,14 +45,14 @@ public:
     void setData(const QString& key, const QByteArray& value) override { write(key, value); }
 
     void remove(const QString& key) override {
-        const QMutexLocker lock(&mutex_);
+        const MutexLock lock(mutex_);
         ++writes;
         values.remove(key);
     }
 
 private:
     [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const {
-        const QMutexLocker lock(&mutex_);
+        const MutexLock lock(mutex_);
         const QVariant value = values.value(key);
         switch (value.typeId()) {
         case QMetaType::QString:
@@ -69,10 +69,10 @@ private:
     }
 
     void write(const QString& key, const QVariant& value) {
-        const QMutexLocker lock(&mutex_);
+        const MutexLock lock(mutex_);
         ++writes;
         values.insert(key, value);
     }
 
-    mutable QMutex mutex_;
+    mutable Mutex mutex_;
 };

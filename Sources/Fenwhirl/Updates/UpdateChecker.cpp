@@ -7,6 +7,7 @@
 #include "Fenwhirl/Updates/UpdateTexts.h"
 #include "Fenwhirl/Updates/UpdateVersion.h"
 
+#include <QEventLoop>
 #include <QPointer>
 
 #include <chrono>
@@ -40,19 +41,14 @@ UpdateServices systemUpdateServices() {
 
 UpdateChecker::UpdateChecker(UpdateServices services, QObject* parent)
     : QObject(parent)
-    , services_(std::move(services)) {
-    thread_.setObjectName(QStringLiteral("fenwhirl.updates"));
-}
+    , services_(std::move(services)) {}
 
-UpdateChecker::~UpdateChecker() {
-    thread_.quit();
-    thread_.wait();
-}
+UpdateChecker::~UpdateChecker() = default;
 
 void UpdateChecker::startIfNeeded() {
     const double now = services_.now();
     const double lastCheck = services_.preferences->number(lastCheckKey()).value_or(0);
-    if (now - lastCheck < secondsPerDay || thread_.isRunning() || !services_.bundleName) {
+    if (now - lastCheck < secondsPerDay || thread_ || !services_.bundleName) {
         return;
     }
     const std::optional<QUrl> address = updateDocumentAddress(services_.domain, *services_.bundleName);
@@ -61,48 +57,52 @@ void UpdateChecker::startIfNeeded() {
     }
     // Everything of the network is made on its thread: the first use of TLS reads all the system's
     // authorities.
-    auto* const worker = new QObject;
-    worker->moveToThread(&thread_);
-    connect(&thread_, &QThread::finished, worker, &QObject::deleteLater);
-    thread_.start();
-    QMetaObject::invokeMethod(worker, [this, worker, address = *address, now] {
-        const QString userAgent = *services_.bundleName + u'/' + currentVersion();
-        auto* const fetch = new UpdateFetch(services_.transport, userAgent, worker);
-        fetch->start(address, [this, now](const std::optional<QByteArray>& body) { checkAnswer(body, now); });
-    });
+    thread_.emplace("fenwhirl.updates",
+                    [this, address = *address, now, reply = inbox_.sender()](QEventLoop& loop) {
+                        const std::optional<QByteArray> body = fetch(address, loop);
+                        reply.post([this, news = body ? newsIn(*body, now) : std::nullopt] { end(news); });
+                    });
 }
 
 QString UpdateChecker::currentVersion() const {
     return services_.bundleVersion.value_or(QStringLiteral("0"));
 }
 
-// On the network's thread: reads what is fixed while a check runs, and the preferences.
-void UpdateChecker::checkAnswer(const std::optional<QByteArray>& body, double startedAt) {
-    std::optional<UpdateDocument> document;
-    if (body) {
-        document = parseUpdateDocument(*body, services_.domain);
+// The body of a good answer; nothing otherwise, also when the loop is ended from outside.
+std::optional<QByteArray> UpdateChecker::fetch(const QUrl& address, QEventLoop& loop) const {
+    std::optional<QByteArray> result;
+    UpdateFetch request(services_.transport, *services_.bundleName + u'/' + currentVersion());
+    request.start(address, [&](std::optional<QByteArray> body) {
+        result = std::move(body);
+        EventLoopThread::end(loop);
+    });
+    loop.exec();
+    return result;
+}
+
+// Remembers that a valid answer came; what it says, when that is a newer version that the user has not been
+// told of.
+std::optional<UpdateDocument> UpdateChecker::newsIn(const QByteArray& body, double startedAt) const {
+    std::optional<UpdateDocument> document = parseUpdateDocument(body, services_.domain);
+    if (!document) {
+        return std::nullopt;
     }
-    if (document) {
-        services_.preferences->setNumber(lastCheckKey(), startedAt);
-        if (!isNewer(document->version, currentVersion()) ||
-            services_.preferences->text(notifiedVersionKey()) == document->version) {
-            document.reset();
-        }
+    services_.preferences->setNumber(lastCheckKey(), startedAt);
+    const bool isNews = isNewer(document->version, currentVersion()) &&
+                        services_.preferences->text(notifiedVersionKey()) != document->version;
+    return isNews ? std::move(document) : std::nullopt;
+}
+
+void UpdateChecker::end(const std::optional<UpdateDocument>& news) {
+    thread_.reset(); // its work is done
+    // The alert runs an event loop of its own, in which the program may end.
+    const QPointer<UpdateChecker> alive(this);
+    if (news) {
+        offer(*news);
     }
-    QMetaObject::invokeMethod(
-        this,
-        [this, document = std::move(document)] {
-            thread_.quit();
-            // The alert runs an event loop of its own, in which the program may end.
-            const QPointer<UpdateChecker> alive(this);
-            if (document) {
-                offer(*document);
-            }
-            if (alive) {
-                Q_EMIT finished();
-            }
-        },
-        Qt::QueuedConnection);
+    if (alive) {
+        Q_EMIT finished();
+    }
 }
 
 void UpdateChecker::offer(const UpdateDocument& document) {

@@ -13,12 +13,13 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/EventLoopThread.h"
+#include "Fenwhirl/Platform/MainThreadInbox.h"
 #include "Fenwhirl/Updates/UpdateDocument.h"
 #include "Fenwhirl/Updates/UpdateTransport.h"
 
 #include <QObject>
 #include <QString>
-#include <QThread>
 #include <QUrl>
 
 #include <functional>
@@ -71,19 +72,24 @@ public:
     void startIfNeeded();
 
     // From the beginning of a check to the end of its network work.
-    [[nodiscard]] bool isChecking() const { return thread_.isRunning(); }
+    [[nodiscard]] bool isChecking() const { return thread_.has_value(); }
 
 Q_SIGNALS:
     // A check has ended, after its alert if there was one. Not emitted when none was begun.
     void finished();
 
 private:
-    void checkAnswer(const std::optional<QByteArray>& body, double startedAt);
+    // On the check's thread.
+    [[nodiscard]] std::optional<QByteArray> fetch(const QUrl& address, QEventLoop& loop) const;
+    [[nodiscard]] std::optional<UpdateDocument> newsIn(const QByteArray& body, double startedAt) const;
+
+    void end(const std::optional<UpdateDocument>& news);
     void offer(const UpdateDocument& document);
     [[nodiscard]] QString currentVersion() const;
 
-    UpdateServices services_;
-    QThread thread_;
+    const UpdateServices services_;
+    MainThreadInbox inbox_;
+    std::optional<EventLoopThread> thread_; // last: its work uses the members above
 };
 
 // The alert for a newer version.
