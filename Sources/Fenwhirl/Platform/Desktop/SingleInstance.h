@@ -3,9 +3,10 @@
 // The first start holds a lock for the life of the process. A later start finds it held, asks the first one
 // to show itself, and is expected to end. The lock is released by the kernel however the process ends.
 //
-// On Linux the request travels over the session bus (org.freedesktop.Application.Activate on
-// com.fenwhirl.app), and where there is no bus through a named pipe beside the lock, in the user's runtime
-// folder. On macOS the system itself keeps applications single and reports a second start as "reopen".
+// On Linux the first one also has the name com.fenwhirl.app on the session bus, which tells it to starts
+// whose lock is in another place. The request travels over that bus (org.freedesktop.Application.Activate),
+// and where there is none or it refuses, through a named pipe beside the lock, in the user's runtime folder.
+// On macOS the system itself keeps applications single and reports a second start as "reopen".
 //
 // Threads: main thread only, after the application object exists.
 

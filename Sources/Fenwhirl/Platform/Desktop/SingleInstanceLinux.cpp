@@ -2,9 +2,12 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QSocketNotifier>
+#include <QThread>
 
+#include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -14,6 +17,8 @@
 namespace {
 
 constexpr int raiseTimeoutMilliseconds = 3000;
+// In which the bus has surely noticed that a program has died, and given up its name.
+constexpr auto nameOfTheDeadLastsAtMost = std::chrono::milliseconds(500);
 
 QString serviceName() {
     return QStringLiteral("com.fenwhirl.app");
@@ -49,19 +54,29 @@ SingleInstanceLinux::SingleInstanceLinux(QString folder, QDBusConnection bus)
     , bus_(std::move(bus)) {}
 
 SingleInstanceLinux::~SingleInstanceLinux() {
-    if (isFirst_ && bus_.isConnected()) {
-        bus_.unregisterObject(objectPath());
-        bus_.unregisterService(serviceName());
-    }
+    leaveBus();
     if (pipe_ >= 0)
         close(pipe_);
     if (lockFile_ >= 0)
         close(lockFile_);
 }
 
+bool SingleInstanceLinux::becomeFirst() {
+    if (!lock())
+        return false;
+    if (!joinBus()) {
+        if (lockFile_ >= 0)
+            close(std::exchange(lockFile_, -1));
+        return false;
+    }
+    if (lockFile_ >= 0)
+        openPipe();
+    return true;
+}
+
 bool SingleInstanceLinux::lock() {
     if (folder_.isEmpty())
-        return !bus_.isConnected() || !bus_.interface()->isServiceRegistered(serviceName());
+        return true;
     const QByteArray path = QFile::encodeName(folder_ + QStringLiteral("/fenwhirl.lock"));
     lockFile_ = open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
     if (lockFile_ < 0)
@@ -72,20 +87,36 @@ bool SingleInstanceLinux::lock() {
     return false;
 }
 
-bool SingleInstanceLinux::becomeFirst() {
-    isFirst_ = lock();
-    if (isFirst_)
-        listen();
-    return isFirst_;
+// Whoever has the name on the session's bus is the program for that session: it may run with another folder,
+// where its lock says nothing to us, and two of them would drive the same fans. Only a name that its owner
+// has just left behind by dying is waited for. A bus that does not answer decides nothing; the pipe is there
+// without it.
+bool SingleInstanceLinux::joinBus() {
+    if (!bus_.isConnected())
+        return true;
+    // Before the name, so that nobody who finds the name finds nothing behind it. Should it be refused, who
+    // calls gets an error and turns to the pipe.
+    hasObject_ = bus_.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
+    const QDeadlineTimer deadline(nameOfTheDeadLastsAtMost);
+    for (;;) {
+        const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
+            bus_.interface()->registerService(serviceName());
+        hasName_ = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
+        if (hasName_ || !reply.isValid())
+            return true;
+        if (deadline.hasExpired()) {
+            leaveBus();
+            return false;
+        }
+        QThread::msleep(20);
+    }
 }
 
-void SingleInstanceLinux::listen() {
-    if (bus_.isConnected()) {
-        bus_.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
-        bus_.registerService(serviceName());
-    }
-    if (lockFile_ >= 0)
-        openPipe();
+void SingleInstanceLinux::leaveBus() {
+    if (std::exchange(hasObject_, false))
+        bus_.unregisterObject(objectPath());
+    if (std::exchange(hasName_, false) && bus_.isConnected())
+        bus_.unregisterService(serviceName());
 }
 
 void SingleInstanceLinux::openPipe() {
@@ -109,7 +140,7 @@ void SingleInstanceLinux::heard() {
 }
 
 void SingleInstanceLinux::raiseFirst() {
-    if (!raiseOverBus())
+    if (!raiseOverBus() && !folder_.isEmpty())
         raiseOverPipe();
 }
 

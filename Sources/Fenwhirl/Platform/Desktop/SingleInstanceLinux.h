@@ -31,7 +31,9 @@ public Q_SLOTS:
 
 private:
     [[nodiscard]] bool lock();
-    void listen();
+    // False when another process is the program on this bus.
+    [[nodiscard]] bool joinBus();
+    void leaveBus();
     [[nodiscard]] bool raiseOverBus();
     void raiseOverPipe() const;
     void openPipe();
@@ -40,7 +42,8 @@ private:
 
     QString folder_;
     QDBusConnection bus_;
-    bool isFirst_ = false;
+    bool hasObject_ = false; // on the bus
+    bool hasName_ = false;
     int lockFile_ = -1;
     int pipe_ = -1;
 };

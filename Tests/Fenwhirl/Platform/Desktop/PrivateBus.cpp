@@ -12,17 +12,17 @@ constexpr char configuration[] = R"(<busconfig>
   <policy context="default">
     <allow send_destination="*"/>
     <allow receive_sender="*"/>
-    <allow own="*"/>
+    <%s own="*"/>
   </policy>
 </busconfig>
 )";
 
 } // namespace
 
-PrivateBus::PrivateBus() {
+PrivateBus::PrivateBus(Names names) : addressBefore_(qgetenv("DBUS_SESSION_BUS_ADDRESS")) {
     QFile file(folder_.filePath(QStringLiteral("bus.conf")));
     if (file.open(QIODevice::WriteOnly))
-        file.write(configuration);
+        file.write(QByteArray(configuration).replace("%s", names == Names::free ? "allow" : "deny"));
     file.close();
     daemon_.start(QStringLiteral("dbus-daemon"),
                   {QStringLiteral("--config-file=") + file.fileName(), QStringLiteral("--nofork"),
@@ -33,6 +33,11 @@ PrivateBus::PrivateBus() {
 }
 
 PrivateBus::~PrivateBus() {
+    kill();
+    qputenv("DBUS_SESSION_BUS_ADDRESS", addressBefore_);
+}
+
+void PrivateBus::kill() {
     daemon_.kill();
     daemon_.waitForFinished();
 }

@@ -4,13 +4,31 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <chrono>
 #include <gtest/gtest.h>
+#include <memory>
 #include <thread>
 
 namespace {
 
 QDBusConnection noBus() {
     return QDBusConnection(QStringLiteral("not connected"));
+}
+
+// Whether a further start in that folder and on that bus finds the first one and makes it heard. The calls
+// wait for their answers, so the other process needs a thread of its own here.
+bool raises(SingleInstanceLinux& first, const QString& folder, bool onBus = true) {
+    QSignalSpy raised(&first, &SingleInstance::raiseRequested);
+    bool isSecond = false;
+    std::thread other([&] {
+        SingleInstanceLinux second(folder, onBus ? PrivateBus::connect() : noBus());
+        isSecond = !second.becomeFirst();
+        if (isSecond)
+            second.raiseFirst();
+    });
+    const bool heard = PrivateBus::waitUntil([&] { return raised.count() == 1; });
+    other.join();
+    return isSecond && heard;
 }
 
 TEST(SingleInstance, OnlyOneIsFirst) {
@@ -50,17 +68,70 @@ TEST(SingleInstance, RaisesTheFirstOverTheBusWithTheRightToTheFocus) {
     ASSERT_TRUE(first.becomeFirst());
     QSignalSpy raised(&first, &SingleInstance::raiseRequested);
     qputenv("XDG_ACTIVATION_TOKEN", "token7");
-    // The call waits for its answer, so the other process needs a thread of its own here.
-    std::thread other([&] {
-        SingleInstanceLinux second(folder.path(), PrivateBus::connect());
-        if (!second.becomeFirst())
-            second.raiseFirst();
-    });
-    const bool heard = PrivateBus::waitUntil([&] { return raised.count() == 1; });
-    other.join();
+    EXPECT_TRUE(raises(first, folder.path()));
     qunsetenv("XDG_ACTIVATION_TOKEN");
-    ASSERT_TRUE(heard);
+    ASSERT_EQ(raised.count(), 1);
     EXPECT_EQ(raised.at(0).at(0).toString(), QStringLiteral("token7"));
+}
+
+TEST(SingleInstance, OneWithAnotherFolderIsFoundOnTheBus) {
+    const QTemporaryDir folder;
+    const QTemporaryDir other;
+    SingleInstanceLinux first(folder.path(), PrivateBus::connect());
+    ASSERT_TRUE(first.becomeFirst());
+    EXPECT_TRUE(raises(first, other.path()));
+    EXPECT_TRUE(raises(first, QString()));
+    // Whoever was not the first holds on to nothing.
+    SingleInstanceLinux elsewhere(other.path(), noBus());
+    EXPECT_TRUE(elsewhere.becomeFirst());
+}
+
+TEST(SingleInstance, ANameThatIsBeingGivenUpIsWaitedFor) {
+    const QTemporaryDir folder;
+    QDBusConnection dying = PrivateBus::connect();
+    ASSERT_TRUE(dying.registerService(QStringLiteral("com.fenwhirl.app")));
+    // Not to wait for anything: the name is to be given up while it is being asked for.
+    std::thread end([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        dying.unregisterService(QStringLiteral("com.fenwhirl.app"));
+    });
+    SingleInstanceLinux next(folder.path(), PrivateBus::connect());
+    EXPECT_TRUE(next.becomeFirst());
+    end.join();
+    EXPECT_TRUE(raises(next, folder.path()));
+}
+
+TEST(SingleInstance, ABusThatRefusesTheNameIsDoneWithout) {
+    const PrivateBus strict(PrivateBus::Names::refused);
+    const QTemporaryDir folder;
+    SingleInstanceLinux first(folder.path(), PrivateBus::connect());
+    EXPECT_TRUE(first.becomeFirst());
+    EXPECT_TRUE(raises(first, folder.path()));
+}
+
+TEST(SingleInstance, ABusThatRefusesTheObjectIsDoneWithout) {
+    const QTemporaryDir folder;
+    QDBusConnection bus = PrivateBus::connect();
+    QObject inTheWay;
+    ASSERT_TRUE(bus.registerObject(QStringLiteral("/com/fenwhirl/app"), &inTheWay));
+    SingleInstanceLinux first(folder.path(), bus);
+    EXPECT_TRUE(first.becomeFirst());
+    EXPECT_TRUE(raises(first, folder.path()));
+    EXPECT_EQ(bus.objectRegisteredAt(QStringLiteral("/com/fenwhirl/app")), &inTheWay);
+}
+
+TEST(SingleInstance, ABusThatIsGoneIsDoneWithout) {
+    const QTemporaryDir folder;
+    auto bus = std::make_unique<PrivateBus>();
+    SingleInstanceLinux first(folder.path(), PrivateBus::connect());
+    ASSERT_TRUE(first.becomeFirst());
+    const QDBusConnection dead = PrivateBus::connect();
+    bus.reset();
+    EXPECT_TRUE(raises(first, folder.path(), false));
+    const QTemporaryDir other;
+    SingleInstanceLinux late(other.path(), dead);
+    EXPECT_TRUE(late.becomeFirst());
+    EXPECT_TRUE(raises(late, other.path(), false));
 }
 
 TEST(SingleInstance, ALinkInPlaceOfThePrivateFolderIsNotTrusted) {
