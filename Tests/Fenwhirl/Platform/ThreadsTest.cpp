@@ -7,8 +7,10 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QThread>
 
 #include <csignal>
+#include <cstdlib>
 #include <future>
 #include <gtest/gtest.h>
 #include <memory>
@@ -154,3 +156,26 @@ TEST(Clock, NeverGoesBackAndCountsSeconds) {
     // Asked once more: on a slow machine the loop may have been interrupted after its last look.
     EXPECT_GE((continuousTime() - before).count(), 0.015);
 }
+
+#if defined(__SANITIZE_THREAD__)
+// What the sanitizer is told to leave to the library must not make it blind for us: a value of ours that
+// crosses with nothing but the library's queue between the threads is reported, as it must be.
+TEST(ThreadSanitizerDeathTest, SeesCodeOfOursThatTheLibraryCalls) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            QThread thread;
+            QObject receiver;
+            receiver.moveToThread(&thread);
+            thread.start();
+            const auto value = std::make_unique<int>(1);
+            QMetaObject::invokeMethod(&receiver, [&] {
+                *value = 2;
+                thread.quit();
+            });
+            thread.wait();
+            std::exit(0);
+        },
+        testing::ExitedWithCode(66), "data race.*ThreadsTest");
+}
+#endif
