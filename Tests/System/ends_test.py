@@ -38,7 +38,7 @@ class Ends(unittest.TestCase):
         """Brings both fans under manual control."""
         scene.mac.tell("set TCXC 70")
         scene.choose_preset("Jeu")
-        stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "fans under manual control")
+        scene.wait_for_modes("manual", "fans under manual control")
 
     def assert_handed_back(self, scene, since):
         self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
@@ -80,7 +80,7 @@ class Ends(unittest.TestCase):
                 os.environ["SESSION_MANAGER"] = session.address
                 scene.application = scene.stack.enter_context(stage.Application(scene.build))
                 session.expect("joined", "saved")
-                stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "driven again")
+                scene.wait_for_modes("manual", "driven again")
                 since = len(scene.writes())
                 session.tell("end")
                 session.expect("saved")
@@ -101,7 +101,7 @@ class Ends(unittest.TestCase):
                 session.tell("end")
                 session.expect("saved")
                 session.tell("cancel")
-                stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "driven again")
+                scene.wait_for_modes("manual", "driven again")
                 scene.mac.tell("set TCXC 92")
                 stage.wait_until(lambda: scene.fan(0)[2] == "automatic", "and watched over")
                 self.assertTrue(scene.application.running())
@@ -111,7 +111,7 @@ class Ends(unittest.TestCase):
             self.drive(scene)
             scene.display.stop()
             self.ends(scene)
-            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back", 10)
+            scene.wait_for_modes("automatic", "handed back", 10)
 
 
 if __name__ == "__main__":

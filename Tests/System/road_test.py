@@ -32,10 +32,10 @@ class Presets(unittest.TestCase):
     def test_the_automatic_preset_hands_every_fan_back_once(self):
         with Scene() as scene:
             scene.choose_preset("Max")
-            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "both fans manual")
+            scene.wait_for_modes("manual", "both fans manual")
             before = len(scene.writes())
             scene.choose_preset("Auto")
-            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "both automatic")
+            scene.wait_for_modes("automatic", "both automatic")
             self.assertEqual(scene.writes(before + 1), [("FS! ", 2.0, 0), ("FS! ", 0.0, 0)])
 
 
@@ -46,9 +46,9 @@ class Safety(unittest.TestCase):
             scene.choose_preset("Max")
             stage.wait_until(lambda: scene.fan(1)[2] == "manual", "fans under manual control")
             scene.mac.tell("set TCXC 92")
-            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back")
+            scene.wait_for_modes("automatic", "handed back")
             scene.mac.tell("set TCXC 70")
-            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "taken again")
+            scene.wait_for_modes("manual", "taken again")
 
     def test_at_the_alert_threshold_automatic_fans_run_at_their_maximum(self):
         with Scene() as scene:
@@ -59,7 +59,7 @@ class Safety(unittest.TestCase):
             scene.mac.tell("await requests 400 within 30")
             self.assertEqual(scene.fan(0)[2], "manual", "between the threshold and 5 °C below it nothing changes")
             scene.mac.tell("set TCXC 84.9")
-            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "it is over")
+            scene.wait_for_modes("automatic", "it is over")
 
     def test_without_any_temperature_manual_control_is_suspended(self):
         with Scene() as scene:
@@ -67,7 +67,7 @@ class Safety(unittest.TestCase):
             stage.wait_until(lambda: scene.fan(1)[2] == "manual", "fans under manual control")
             for key in scene.keys("T"):
                 scene.mac.tell(f"vanish {key}")
-            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back")
+            scene.wait_for_modes("automatic", "handed back")
             scene.screen.wait_for(
                 lambda text: text.startswith("Aucune température lisible sur ce Mac"))
 
@@ -154,7 +154,7 @@ class Quitting(unittest.TestCase):
     def check_hand_back(self, scene, end):
         scene.mac.tell("set TCXC 70")
         scene.choose_preset("Jeu")
-        stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "fans under manual control")
+        scene.wait_for_modes("manual", "fans under manual control")
         end()
         self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
 
@@ -190,14 +190,13 @@ class Quitting(unittest.TestCase):
         with Scene() as scene:
             def kill():
                 scene.application.stop(signal.SIGKILL)
-                stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic",
-                                 "the guard hands them back")
+                scene.wait_for_modes("automatic", "the guard hands them back")
             self.check_hand_back(scene, kill)
 
     def test_a_fan_at_a_constant_speed_keeps_it(self):
         with Scene() as scene:
             scene.choose_preset("Max")
-            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "fans at maximum")
+            scene.wait_for_modes("manual", "fans at maximum")
             self.assertEqual(scene.application.stop(signal.SIGTERM), 0)
             self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("manual", "manual"))
 

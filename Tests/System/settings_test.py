@@ -21,7 +21,7 @@ class Control(unittest.TestCase):
             scene.open_page("Réglages")
             scene.screen.press("Activer le contrôle")
             stage.wait_until(stage.HELPER.exists, "the helper is installed")
-            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "and does as the preset says")
+            scene.wait_for_modes("manual", "and does as the preset says")
             status = stage.HELPER.stat()
             self.assertEqual((stat.S_IMODE(status.st_mode), status.st_uid, status.st_gid), (0o4755, 0, 0))
             self.assertEqual(stage.HELPER.read_bytes(), (scene.build / "bin/Fenwhirl").read_bytes())
@@ -34,10 +34,10 @@ class Control(unittest.TestCase):
     def test_resetting_hands_every_fan_back(self):
         with Scene() as scene:
             scene.choose_preset("Max")
-            stage.wait_until(lambda: scene.fan(0)[2] == "manual" and scene.fan(1)[2] == "manual", "fans under manual control")
+            scene.wait_for_modes("manual", "fans under manual control")
             scene.open_page("Réglages")
             scene.screen.press("Remettre les ventilateurs en automatique")
-            stage.wait_until(lambda: scene.fan(0)[2] == "automatic" and scene.fan(1)[2] == "automatic", "handed back")
+            scene.wait_for_modes("automatic", "handed back")
             scene.mac.tell("await requests 400 within 30")  # more than one poll
             self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"), "for good")
 
