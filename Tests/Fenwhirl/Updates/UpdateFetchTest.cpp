@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -66,6 +67,25 @@ protected:
     TestSite site{authority.identityFor(host)};
     UpdateTransport transport = transportTo(site, authority);
 };
+
+// Whether a client that accepts anything comes to terms with the site in this protocol: else refusing it
+// proves nothing.
+bool speaks(const TestSite& site, QSsl::SslProtocol protocol) {
+    QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+    tls.setProtocol(protocol);
+    tls.setPeerVerifyMode(QSslSocket::VerifyNone);
+    tls.setBackendConfigurationOption("CipherString", QByteArray("DEFAULT:@SECLEVEL=0"));
+    QSslSocket client;
+    client.setSslConfiguration(tls);
+    client.setProxy(site.proxy());
+    QEventLoop loop;
+    QObject::connect(&client, &QSslSocket::encrypted, &loop, &QEventLoop::quit);
+    QObject::connect(&client, &QSslSocket::errorOccurred, &loop, &QEventLoop::quit);
+    QTimer::singleShot(60s, &loop, &QEventLoop::quit);
+    client.connectToHostEncrypted(host, 443);
+    loop.exec();
+    return client.isEncrypted() && client.sessionProtocol() == protocol;
+}
 
 // Writes to a connection as fast as it takes it, up to `total` bytes; counts them.
 void flood(QSslSocket& connection, qint64 total, const std::shared_ptr<qint64>& sent) {
@@ -230,6 +250,7 @@ TEST(UpdateFetchTls, RefusesOldProtocols) {
     for (const QSsl::SslProtocol protocol : {QSsl::TlsV1_0, QSsl::TlsV1_1}) {
         TestSite site(identity, protocol);
         site.answerWith(httpAnswer(200, "hello"));
+        ASSERT_TRUE(speaks(site, protocol)) << protocol;
         EXPECT_FALSE(fetch(transportTo(site, authority))) << protocol;
         EXPECT_TRUE(site.requests().isEmpty());
     }
@@ -241,6 +262,48 @@ TEST(UpdateFetchTls, RefusesOldProtocols) {
 }
 
 QT_WARNING_POP
+
+// No library of today speaks the protocol before TLS, so the server says no more than that it would: a client
+// that agreed would wait for what comes next, as it does for the same words with a version that it wants.
+TEST(UpdateFetchTls, RefusesSslThree) {
+    QByteArray serverHello;
+    QTcpServer old;
+    ASSERT_TRUE(old.listen(QHostAddress::LocalHost));
+    QObject::connect(&old, &QTcpServer::newConnection, &old, [&] {
+        QTcpSocket* const connection = old.nextPendingConnection();
+        QObject::connect(connection, &QTcpSocket::readyRead, connection, [&serverHello, connection] {
+            if (!connection->readAll().isEmpty()) {
+                connection->write(std::exchange(serverHello, {}));
+            }
+        });
+    });
+    const auto helloOf = [](char version) {
+        QByteArray hello("\x16\x03\0\0\x31\x02\0\0\x2d\x03\0", 11);
+        hello[2] = hello[10] = version;
+        // No session, AES-128 with GCM for a key of the server's certificate, no compression; and that it
+        // knows of safe renegotiation.
+        return hello + QByteArray(32, 'r') + QByteArray("\0\xc0\x2b\0\0\x05\xff\x01\0\x01\0", 11);
+    };
+    TestAuthority authority;
+    TestSite site(authority.identityFor(host));
+    site.leadTo(old.serverPort());
+    UpdateTransport transport = transportTo(site, authority);
+    QElapsedTimer elapsed;
+
+    transport.idleLimit = 200ms;
+    serverHello = helloOf('\x03');
+    elapsed.start();
+    EXPECT_FALSE(fetch(transport));
+    EXPECT_TRUE(serverHello.isEmpty());
+    EXPECT_GE(elapsed.elapsed(), 200) << "TLS 1.2: it waited for more";
+
+    transport.idleLimit = 20s;
+    serverHello = helloOf('\0');
+    elapsed.start();
+    EXPECT_FALSE(fetch(transport));
+    EXPECT_TRUE(serverHello.isEmpty());
+    EXPECT_LT(elapsed.elapsed(), 20'000) << "it turned away";
+}
 
 TEST_F(UpdateFetching, RefusesAServerThatSpeaksNoTls) {
     QTcpServer plain;
