@@ -68,7 +68,7 @@ void load(benchmark::State& state) {
     }
     for (auto step : state) {
         static_cast<void>(step);
-        const FilePreferences store(place.file());
+        FilePreferences store(place.file());
         benchmark::DoNotOptimize(SavedPreferences::load(store));
     }
 }

@@ -34,14 +34,22 @@ std::optional<Case> storedCase(const PreferencesStore& store, const QString& key
 
 } // namespace
 
-SavedPreferences SavedPreferences::load(const PreferencesStore& store) {
+SavedPreferences SavedPreferences::load(PreferencesStore& store) {
     SavedPreferences saved;
     saved.theme = storedCase(store, themeKey, appThemeFromRawValue).value_or(saved.theme);
     saved.language = storedCase(store, languageKey, appLanguageFromRawValue).value_or(saved.language);
-    saved.warmThreshold = store.number(warmThresholdKey).value_or(saved.warmThreshold);
-    saved.hotThreshold = store.number(hotThresholdKey).value_or(saved.hotThreshold);
-    saved.alertsEnabled = store.boolean(alertsEnabledKey).value_or(saved.alertsEnabled);
-    saved.alertThreshold = store.number(alertThresholdKey).value_or(saved.alertThreshold);
+    if (const auto celsius = store.number(warmThresholdKey)) {
+        Save::warmThreshold(store, saved.warmThreshold = *celsius);
+    }
+    if (const auto celsius = store.number(hotThresholdKey)) {
+        Save::hotThreshold(store, saved.hotThreshold = *celsius);
+    }
+    if (const auto on = store.boolean(alertsEnabledKey)) {
+        Save::alertsEnabled(store, saved.alertsEnabled = *on);
+    }
+    if (const auto celsius = store.number(alertThresholdKey)) {
+        Save::alertThreshold(store, saved.alertThreshold = *celsius);
+    }
     if (const auto json = store.data(settingsKey)) {
         saved.settings = decodeFanSettings(*json).value_or(FanSettings());
     }

@@ -6,8 +6,9 @@
 //   alertsEnabled   boolean                           warmThreshold, hotThreshold, alertThreshold   °C
 //   didOnboard      boolean: the introduction was seen
 //
-// What is absent, of another type or not understood leaves the default; thresholds are taken as they are. All
-// failures are silent: the user sees defaults, and what was stored stays until it is written the next time.
+// What is absent, of another type or not understood leaves the default. Thresholds and the switch are read
+// from whatever is stored, taken as they are, and written back as what they are. All failures are silent: the
+// user sees defaults, and what was stored stays until it is written the next time.
 //
 // Threads: those of the store.
 
@@ -33,7 +34,7 @@ struct SavedPreferences {
     std::optional<Preset> activePreset;
     bool didOnboard = false;
 
-    [[nodiscard]] static SavedPreferences load(const PreferencesStore& store);
+    [[nodiscard]] static SavedPreferences load(PreferencesStore& store);
 };
 
 namespace Save {

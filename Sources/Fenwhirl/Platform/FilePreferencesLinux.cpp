@@ -2,7 +2,6 @@
 
 #include "Fenwhirl/Platform/AtomicFile.h"
 #include "Fenwhirl/Platform/FileDescriptor.h"
-#include "Fenwhirl/Platform/PreferenceReading.h"
 
 #include <array>
 #include <cerrno>
@@ -93,47 +92,7 @@ std::optional<PreferenceValue> FilePreferences::value(const QString& key) const 
     return entry == values_.end() ? std::nullopt : std::optional(entry->second);
 }
 
-bool FilePreferences::contains(const QString& key) const {
-    return value(key).has_value();
-}
-
-std::optional<QString> FilePreferences::text(const QString& key) const {
-    return storedAs<QString>(value(key));
-}
-
-std::optional<bool> FilePreferences::boolean(const QString& key) const {
-    return readAsBoolean(value(key));
-}
-
-std::optional<double> FilePreferences::number(const QString& key) const {
-    return readAsNumber(value(key));
-}
-
-std::optional<QByteArray> FilePreferences::data(const QString& key) const {
-    return storedAs<QByteArray>(value(key));
-}
-
-void FilePreferences::setText(const QString& key, const QString& value) {
-    change(key, value);
-}
-
-void FilePreferences::setBoolean(const QString& key, bool value) {
-    change(key, value);
-}
-
-void FilePreferences::setNumber(const QString& key, double value) {
-    change(key, value);
-}
-
-void FilePreferences::setData(const QString& key, const QByteArray& value) {
-    change(key, value);
-}
-
-void FilePreferences::remove(const QString& key) {
-    change(key, std::nullopt);
-}
-
-void FilePreferences::change(const QString& key, std::optional<PreferenceValue> value) {
+void FilePreferences::store(const QString& key, std::optional<PreferenceValue> value) {
     const MutexLock lock(mutex_);
     const auto entry = values_.find(key);
     const bool same = value ? entry != values_.end() && entry->second == *value : entry == values_.end();

@@ -21,22 +21,9 @@ public:
     // The folder of the file is made when it is first needed.
     explicit FilePreferences(std::string path);
 
-    [[nodiscard]] bool contains(const QString& key) const override;
-    [[nodiscard]] std::optional<QString> text(const QString& key) const override;
-    [[nodiscard]] std::optional<bool> boolean(const QString& key) const override;
-    [[nodiscard]] std::optional<double> number(const QString& key) const override;
-    [[nodiscard]] std::optional<QByteArray> data(const QString& key) const override;
-
-    void setText(const QString& key, const QString& value) override;
-    void setBoolean(const QString& key, bool value) override;
-    void setNumber(const QString& key, double value) override;
-    void setData(const QString& key, const QByteArray& value) override;
-    void remove(const QString& key) override;
-
 private:
-    [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const;
-    // Nothing removes the key.
-    void change(const QString& key, std::optional<PreferenceValue> value);
+    [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const override;
+    void store(const QString& key, std::optional<PreferenceValue> value) override;
     void writeChanges() FENWHIRL_REQUIRES(mutex_);
 
     const std::string path_;

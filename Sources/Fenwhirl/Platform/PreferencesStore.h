@@ -10,6 +10,8 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/PreferencesText.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -18,19 +20,28 @@
 
 class PreferencesStore {
 public:
+    PreferencesStore() = default;
     virtual ~PreferencesStore() = default;
+    PreferencesStore(const PreferencesStore&) = delete;
+    PreferencesStore& operator=(const PreferencesStore&) = delete;
 
-    [[nodiscard]] virtual bool contains(const QString& key) const = 0;
-    [[nodiscard]] virtual std::optional<QString> text(const QString& key) const = 0;
-    [[nodiscard]] virtual std::optional<bool> boolean(const QString& key) const = 0;
-    [[nodiscard]] virtual std::optional<double> number(const QString& key) const = 0;
-    [[nodiscard]] virtual std::optional<QByteArray> data(const QString& key) const = 0;
+    [[nodiscard]] bool contains(const QString& key) const;
+    [[nodiscard]] std::optional<QString> text(const QString& key) const;
+    [[nodiscard]] std::optional<bool> boolean(const QString& key) const;
+    [[nodiscard]] std::optional<double> number(const QString& key) const;
+    [[nodiscard]] std::optional<QByteArray> data(const QString& key) const;
 
-    virtual void setText(const QString& key, const QString& value) = 0;
-    virtual void setBoolean(const QString& key, bool value) = 0;
-    virtual void setNumber(const QString& key, double value) = 0;
-    virtual void setData(const QString& key, const QByteArray& value) = 0;
-    virtual void remove(const QString& key) = 0;
+    void setText(const QString& key, const QString& value);
+    void setBoolean(const QString& key, bool value);
+    void setNumber(const QString& key, double value);
+    void setData(const QString& key, const QByteArray& value);
+    void remove(const QString& key);
+
+private:
+    // What is stored under that key, as it is stored; nothing without such a key.
+    [[nodiscard]] virtual std::optional<PreferenceValue> value(const QString& key) const = 0;
+    // Stores the value, or removes the key.
+    virtual void store(const QString& key, std::optional<PreferenceValue> value) = 0;
 };
 
 // The store of this user on this system.

@@ -1,11 +1,11 @@
 // The system's own preferences, asked for by domain, user and host: the search list of the convenience calls
 // also holds the global domain, whose keys could shadow short ones such as "theme". Keys keep their dots.
 
-#include "Fenwhirl/Platform/PreferenceReading.h"
 #include "Fenwhirl/Platform/PreferencesStore.h"
 
 #include <CoreFoundation/CoreFoundation.h>
 #include <memory>
+#include <variant>
 
 namespace {
 
@@ -47,8 +47,9 @@ QByteArray readData(CFDataRef data) {
     return {reinterpret_cast<const char*>(CFDataGetBytePtr(data)), CFDataGetLength(data)};
 }
 
-// A stored object as the program knows it; dates, arrays and dictionaries, which it never writes, are none.
-std::optional<PreferenceValue> readValue(CFTypeRef object) {
+// A stored object as the program knows it. Dates, arrays and dictionaries, which it never writes, are
+// something that is there and says nothing: no text, the number 0, no.
+PreferenceValue readValue(CFTypeRef object) {
     const CFTypeID type = CFGetTypeID(object);
     if (type == CFStringGetTypeID()) {
         return readString(static_cast<CFStringRef>(object));
@@ -62,77 +63,49 @@ std::optional<PreferenceValue> readValue(CFTypeRef object) {
     if (type == CFDataGetTypeID()) {
         return readData(static_cast<CFDataRef>(object));
     }
-    return std::nullopt;
+    return QByteArray();
 }
 
+struct Maker {
+    Owned operator()(const QString& text) const { return makeString(text); }
+
+    Owned operator()(bool value) const { return Owned(CFRetain(value ? kCFBooleanTrue : kCFBooleanFalse)); }
+
+    Owned operator()(double number) const {
+        return Owned(CFNumberCreate(kCFAllocatorDefault, kCFNumberDoubleType, &number));
+    }
+
+    Owned operator()(const QByteArray& data) const {
+        return Owned(
+            CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(data.constData()), data.size()));
+    }
+};
+
 class UserPreferences final : public PreferencesStore {
-public:
-    [[nodiscard]] bool contains(const QString& key) const override { return copy(key) != nullptr; }
-
-    [[nodiscard]] std::optional<QString> text(const QString& key) const override {
-        return storedAs<QString>(value(key));
-    }
-
-    [[nodiscard]] std::optional<bool> boolean(const QString& key) const override {
-        return readAsBoolean(value(key));
-    }
-
-    [[nodiscard]] std::optional<double> number(const QString& key) const override {
-        return readAsNumber(value(key));
-    }
-
-    [[nodiscard]] std::optional<QByteArray> data(const QString& key) const override {
-        return storedAs<QByteArray>(value(key));
-    }
-
-    void setText(const QString& key, const QString& value) override { store(key, makeString(value)); }
-
-    void setBoolean(const QString& key, bool value) override {
-        store(key, Owned(CFRetain(value ? kCFBooleanTrue : kCFBooleanFalse)));
-    }
-
-    void setNumber(const QString& key, double value) override {
-        store(key, Owned(CFNumberCreate(kCFAllocatorDefault, kCFNumberDoubleType, &value)));
-    }
-
-    void setData(const QString& key, const QByteArray& value) override {
-        store(key, Owned(CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(value.constData()),
-                                      value.size())));
-    }
-
-    // No value is how the system spells removal.
-    void remove(const QString& key) override { write(key, nullptr); }
-
 private:
-    [[nodiscard]] Owned domain() const { return makeString(QStringLiteral("com.fenwhirl.app")); }
-
-    [[nodiscard]] Owned copy(const QString& key) const {
+    [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const override {
         const Owned name = makeString(key);
         const Owned application = domain();
-        return Owned(CFPreferencesCopyValue(asString(name), asString(application), kCFPreferencesCurrentUser,
-                                            kCFPreferencesAnyHost));
+        const Owned object(CFPreferencesCopyValue(asString(name), asString(application),
+                                                  kCFPreferencesCurrentUser, kCFPreferencesAnyHost));
+        return object ? std::optional(readValue(object.get())) : std::nullopt;
     }
 
-    [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const {
-        const Owned object = copy(key);
-        return object ? readValue(object.get()) : std::nullopt;
-    }
-
-    // A value that could not be made (a text that is no Unicode) changes nothing: storing it would remove the
-    // key.
-    void store(const QString& key, const Owned& value) {
-        if (value) {
-            write(key, value.get());
+    // No value is how the system spells removal. So one that could not be made (a text that is no Unicode)
+    // changes nothing.
+    void store(const QString& key, std::optional<PreferenceValue> value) override {
+        const Owned object = value ? std::visit(Maker(), *value) : Owned();
+        if (value && !object) {
+            return;
         }
-    }
-
-    void write(const QString& key, CFPropertyListRef value) {
         const Owned name = makeString(key);
         const Owned application = domain();
-        CFPreferencesSetValue(asString(name), value, asString(application), kCFPreferencesCurrentUser,
+        CFPreferencesSetValue(asString(name), object.get(), asString(application), kCFPreferencesCurrentUser,
                               kCFPreferencesAnyHost);
         CFPreferencesSynchronize(asString(application), kCFPreferencesCurrentUser, kCFPreferencesAnyHost);
     }
+
+    [[nodiscard]] static Owned domain() { return makeString(QStringLiteral("com.fenwhirl.app")); }
 };
 
 } // namespace

@@ -12,8 +12,10 @@ class MonitorPreferences : public testing::Test, protected MonitorHarness {
 protected:
     ~MonitorPreferences() override { Localizer::setLanguage(AppLanguage::automatic); }
 
-    [[nodiscard]] QVariant stored(const char* key) const {
-        return preferences.values.value(QLatin1String(key));
+    // As it is stored, type and all.
+    [[nodiscard]] std::optional<PreferenceValue> stored(const char* key) const {
+        const auto entry = preferences.values.find(QLatin1String(key));
+        return entry == preferences.values.end() ? std::nullopt : std::optional(entry->second);
     }
 
     void restart() {
@@ -47,28 +49,28 @@ TEST_F(MonitorPreferences, FirstLaunchHasTheDefaults) {
     EXPECT_FALSE(monitor().isInstalling());
     EXPECT_TRUE(monitor().helperInstalled());
     EXPECT_TRUE(monitor().controlError().isEmpty());
-    EXPECT_TRUE(preferences.values.isEmpty());
+    EXPECT_TRUE(preferences.values.empty());
 }
 
 TEST_F(MonitorPreferences, EveryChangeIsStoredAtOnceWithItsType) {
     make();
     monitor().setTheme(AppTheme::automatic);
-    EXPECT_EQ(stored("theme"), QVariant(QStringLiteral("auto")));
+    EXPECT_EQ(stored("theme"), PreferenceValue(QStringLiteral("auto")));
     monitor().setLanguage(AppLanguage::srCyrl);
-    EXPECT_EQ(stored("language"), QVariant(QStringLiteral("sr-Cyrl")));
+    EXPECT_EQ(stored("language"), PreferenceValue(QStringLiteral("sr-Cyrl")));
     EXPECT_EQ(Localizer::language(), AppLanguage::srCyrl);
     monitor().setAlertsEnabled(false);
-    EXPECT_EQ(stored("alertsEnabled"), QVariant(false));
+    EXPECT_EQ(stored("alertsEnabled"), PreferenceValue(false));
     monitor().setWarmThreshold(70);
-    EXPECT_EQ(stored("warmThreshold"), QVariant(70.0));
+    EXPECT_EQ(stored("warmThreshold"), PreferenceValue(70.0));
     monitor().setHotThreshold(80.5);
-    EXPECT_EQ(stored("hotThreshold"), QVariant(80.5));
+    EXPECT_EQ(stored("hotThreshold"), PreferenceValue(80.5));
     monitor().setAlertThreshold(75);
-    EXPECT_EQ(stored("alertThreshold"), QVariant(75.0));
+    EXPECT_EQ(stored("alertThreshold"), PreferenceValue(75.0));
     monitor().setDidOnboard(true);
-    EXPECT_EQ(stored("didOnboard"), QVariant(true));
+    EXPECT_EQ(stored("didOnboard"), PreferenceValue(true));
     monitor().setSetting(1, constant(2500));
-    EXPECT_EQ(stored("settings").metaType(), QMetaType::fromType<QByteArray>());
+    EXPECT_TRUE(std::holds_alternative<QByteArray>(*stored("settings")));
     EXPECT_FALSE(preferences.contains(QStringLiteral("preset")));
     restart();
     EXPECT_EQ(monitor().theme(), AppTheme::automatic);
@@ -85,7 +87,7 @@ TEST_F(MonitorPreferences, AssignmentOfTheSameValueIsStoredButNotAnnounced) {
     make();
     QSignalSpy changed(&monitor(), &Monitor::themeChanged);
     monitor().setTheme(AppTheme::dark);
-    EXPECT_EQ(stored("theme"), QVariant(QStringLiteral("dark")));
+    EXPECT_EQ(stored("theme"), PreferenceValue(QStringLiteral("dark")));
     EXPECT_EQ(changed.count(), 0);
     monitor().setTheme(AppTheme::light);
     EXPECT_EQ(changed.count(), 1);
@@ -133,6 +135,11 @@ TEST_F(MonitorPreferences, ThresholdsAndTheAlertSwitchAreReadFromAnyStoredType) 
     EXPECT_EQ(monitor().hotThreshold(), 0);
     EXPECT_EQ(monitor().alertThreshold(), 1);
     EXPECT_FALSE(monitor().alertsEnabled());
+    // And are from then on what they were read as.
+    EXPECT_EQ(stored("warmThreshold"), PreferenceValue(70.0));
+    EXPECT_EQ(stored("hotThreshold"), PreferenceValue(0.0));
+    EXPECT_EQ(stored("alertThreshold"), PreferenceValue(1.0));
+    EXPECT_EQ(stored("alertsEnabled"), PreferenceValue(false));
 }
 
 TEST_F(MonitorPreferences, ThresholdsAreTakenAsTheyAre) {
@@ -149,22 +156,22 @@ TEST_F(MonitorPreferences, OneWrongFanDiscardsAllSettingsAndKeepsTheStoredOnes) 
     preferences.setData(QStringLiteral("settings"), broken);
     make();
     EXPECT_TRUE(monitor().settings().empty());
-    EXPECT_EQ(stored("settings"), QVariant(broken));
+    EXPECT_EQ(stored("settings"), PreferenceValue(broken));
     monitor().setSetting(0, constant(2000));
-    EXPECT_NE(stored("settings"), QVariant(broken));
+    EXPECT_NE(stored("settings"), PreferenceValue(broken));
 }
 
 TEST_F(MonitorPreferences, SettingsThatCannotBeStoredLeaveTheStoredOnes) {
     preferences.setData(QStringLiteral("settings"), twoFans);
     make();
     monitor().setSetting(0, constant(std::numeric_limits<double>::infinity()));
-    EXPECT_EQ(stored("settings"), QVariant(twoFans));
+    EXPECT_EQ(stored("settings"), PreferenceValue(twoFans));
 }
 
 TEST_F(MonitorPreferences, PresetSurvivesARestartWithItsSettings) {
     start();
     monitor().apply(Preset::game);
-    EXPECT_EQ(stored("preset"), QVariant(QStringLiteral("game")));
+    EXPECT_EQ(stored("preset"), PreferenceValue(QStringLiteral("game")));
     restart();
     EXPECT_EQ(monitor().activePreset(), Preset::game);
     EXPECT_EQ(monitor().settings(), (FanSettings{{0, curve(40, 80)}, {1, curve(40, 80)}}));
@@ -189,8 +196,8 @@ TEST_F(MonitorPreferences, PresetWithoutAnyFanIsOnlyRemembered) {
     EXPECT_TRUE(monitor().settings().empty());
     EXPECT_EQ(settingsChanged.count(), 0);
     EXPECT_EQ(monitor().activePreset(), Preset::max);
-    EXPECT_EQ(stored("preset"), QVariant(QStringLiteral("max")));
-    EXPECT_EQ(stored("settings"), QVariant(QByteArray("{}")));
+    EXPECT_EQ(stored("preset"), PreferenceValue(QStringLiteral("max")));
+    EXPECT_EQ(stored("settings"), PreferenceValue(QByteArray("{}")));
 }
 
 TEST_F(MonitorPreferences, PresetActsAtTheNextPollThatNeedsIt) {
@@ -224,7 +231,7 @@ TEST_F(MonitorPreferences, EditOfAFanWithoutEntryToTheDefaultChangesNothing) {
     make();
     monitor().setSetting(5, FanSetting());
     EXPECT_TRUE(monitor().settings().empty());
-    EXPECT_TRUE(preferences.values.isEmpty());
+    EXPECT_TRUE(preferences.values.empty());
 }
 
 TEST_F(MonitorPreferences, SelectedPageIsNotStored) {
@@ -232,7 +239,7 @@ TEST_F(MonitorPreferences, SelectedPageIsNotStored) {
     QSignalSpy changed(&monitor(), &Monitor::selectedPageChanged);
     monitor().setSelectedPage(Page::alerts);
     EXPECT_EQ(changed.count(), 1);
-    EXPECT_TRUE(preferences.values.isEmpty());
+    EXPECT_TRUE(preferences.values.empty());
 }
 
 TEST_F(MonitorPreferences, ActsInTimeWhileAlertsAreOnOrAFanIsNotAutomatic) {
