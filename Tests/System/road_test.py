@@ -32,7 +32,7 @@ class Presets(unittest.TestCase):
     def test_the_automatic_preset_hands_every_fan_back_once(self):
         with Scene() as scene:
             scene.choose_preset("Max")
-            scene.wait_for_modes("manual", "both fans manual")
+            stage.wait_until(lambda: ("F1Tg", 5700.0, 0) in scene.writes(), "both fans at their maximum")
             before = len(scene.writes())
             scene.choose_preset("Auto")
             scene.wait_for_modes("automatic", "both automatic")

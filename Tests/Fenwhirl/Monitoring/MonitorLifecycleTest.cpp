@@ -69,6 +69,16 @@ TEST_F(MonitorLifecycle, InstallThatIsCancelledSaysSo) {
     EXPECT_EQ(monitor().controlError(), QStringLiteral("L'activation a été annulée ou a échoué."));
 }
 
+TEST_F(MonitorLifecycle, InstallThatFailsCallsNoHelperOutdated) {
+    helper.setVersion("2");
+    helper.installSucceeds = false;
+    start();
+    ASSERT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
+    monitor().installHelper();
+    waitForInstall();
+    EXPECT_FALSE(monitor().helperOutdated());
+}
+
 TEST_F(MonitorLifecycle, SecondClickWhileInstallingIsIgnored) {
     std::promise<void> release;
     helper.onInstall = [released = release.get_future().share()] { released.wait(); };
@@ -91,6 +101,21 @@ TEST_F(MonitorLifecycle, UninstallingHandsBackFirstAndThenRemovesTheFile) {
     EXPECT_EQ(helper.takeAdministratorCommands(),
               std::vector<std::string>{"rm -f '/Library/PrivilegedHelperTools/FenwhirlHelper'"});
     EXPECT_TRUE(monitor().controlError().isEmpty());
+}
+
+TEST_F(MonitorLifecycle, FansAreHandedBackWhileTheHelperStillExists) {
+    Runs before;
+    MonitorServices recording = services();
+    recording.helper.runAsAdministrator = [&](const std::string&) {
+        before = helper.takeRuns();
+        helper.installed = false;
+        return true;
+    };
+    Monitor m(recording);
+    m.uninstallHelper();
+    ASSERT_TRUE(waitUntil([&] { return !m.helperInstalled(); }));
+    EXPECT_EQ(before, (Runs{{"auto"}}));
+    EXPECT_EQ(helper.takeRuns(), Runs());
 }
 
 TEST_F(MonitorLifecycle, UninstallThatIsCancelledSaysSoAndKeepsTheHelper) {
@@ -139,6 +164,15 @@ TEST_F(MonitorLifecycle, ResetPutsEveryFanBackUnderAutomaticControl) {
     EXPECT_EQ(monitor().settings(), (FanSettings{{0, FanSetting()}, {1, FanSetting()}}));
     poll();
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto"}, {"auto", "0"}, {"auto", "1"}}));
+}
+
+TEST_F(MonitorLifecycle, ResetThatTheHelperRefusesIsNotReported) {
+    helper.succeeds = false;
+    start();
+    monitor().resetToAutomatic();
+    poll(); // its results come after those of the reset
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto"}}));
+    EXPECT_TRUE(monitor().controlError().isEmpty());
 }
 
 TEST_F(MonitorLifecycle, ResetWithoutTheHelperRunsNothing) {

@@ -177,6 +177,25 @@ TEST_F(MonitorPreferences, PresetSurvivesARestartWithItsSettings) {
     EXPECT_EQ(monitor().settings(), (FanSettings{{0, curve(40, 80)}, {1, curve(40, 80)}}));
 }
 
+TEST_F(MonitorPreferences, PresetIsSavedAfterTheSettingsThatItBrought) {
+    start();
+    monitor().apply(Preset::game);
+    const auto settingsBefore = stored("settings");
+    std::optional<PreferenceValue> settingsThen;
+    std::optional<PreferenceValue> presetThen;
+    QObject::connect(&monitor(), &Monitor::settingsChanged, &monitor(), [&] {
+        settingsThen = stored("settings");
+        presetThen = stored("preset");
+    });
+    const int writes = preferences.writes;
+    monitor().apply(Preset::max);
+    EXPECT_NE(settingsThen, settingsBefore);
+    EXPECT_EQ(settingsThen, stored("settings"));
+    EXPECT_EQ(presetThen, PreferenceValue(QStringLiteral("game")));
+    EXPECT_EQ(stored("preset"), PreferenceValue(QStringLiteral("max")));
+    EXPECT_EQ(preferences.writes, writes + 4) << "both, each time";
+}
+
 TEST_F(MonitorPreferences, PresetRewritesEveryPresentFanAndNoOther) {
     preferences.setData(QStringLiteral("settings"), twoFans);
     smc.setNumber("F1Mx", "fpe2", 5500);

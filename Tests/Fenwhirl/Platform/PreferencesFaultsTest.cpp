@@ -21,7 +21,7 @@ const std::string strace = "/usr/bin/strace";
 // The n-th call of this name since the start of the program.
 using Call = std::pair<std::string, int>;
 
-class PreferencesFaults : public testing::TestWithParam<const char*> {
+class SaveUnderATracer : public testing::Test {
 protected:
     // Runs the program that saves, under a tracer with these options; what the tracer wrote down.
     std::vector<std::string> save(const std::vector<std::string>& options) {
@@ -65,16 +65,32 @@ protected:
 
     [[nodiscard]] std::string path() const { return folder.path("preferences.json"); }
 
+    void SetUp() override {
+        if (!std::filesystem::exists(strace)) {
+            GTEST_SKIP() << "strace is not installed";
+        }
+    }
+
     TemporaryFolder folder;
     bool endedWell = false;
 };
 
+class PreferencesFaults : public SaveUnderATracer, public testing::WithParamInterface<const char*> {};
+
 } // namespace
 
-TEST_P(PreferencesFaults, LeaveTheOldOrTheNewFile) {
-    if (!std::filesystem::exists(strace)) {
-        GTEST_SKIP() << "strace is not installed";
+// What a power cut leaves depends on the order: the contents before the name, and the name before the return.
+TEST_F(SaveUnderATracer, ReachesTheDiskStepByStep) {
+    std::vector<std::string> steps;
+    for (const auto& [name, number] : callsOfASave()) {
+        if (name == "write" || name == "fsync" || name == "rename") {
+            steps.push_back(name);
+        }
     }
+    EXPECT_EQ(steps, (std::vector<std::string>{"write", "fsync", "rename", "fsync"}));
+}
+
+TEST_P(PreferencesFaults, LeaveTheOldOrTheNewFile) {
     const auto calls = callsOfASave();
     for (const char* expected : {"openat", "read", "write", "fsync", "close", "rename", "flock", "unlink"}) {
         // What a save that succeeds has no need of is not among them.

@@ -50,6 +50,16 @@ TEST(ScriptNotifier, DoesNotWaitAndLeavesNoChild) {
     EXPECT_TRUE(QFile::exists(QString::fromStdString(folder.path("seen"))));
 }
 
+TEST(ScriptNotifier, WhatTheToolPrintsGoesNowhere) {
+    const TemporaryFolder folder;
+    const std::string tool = folder.writeScript(
+        "osascript", "cd '" + folder.path() +
+                         "'; out=$(readlink /proc/$$/fd/1); error=$(readlink /proc/$$/fd/2); "
+                         "echo \"$out $error\" >part; mv part seen");
+    notifyByScript(QString::fromStdString(tool), QStringLiteral("a"), QStringLiteral("b"));
+    EXPECT_EQ(waitForFile(folder.path("seen")), "/dev/null /dev/null\n");
+}
+
 TEST(ScriptNotifier, AToolThatIsNotThereIsNoError) {
     notifyByScript(QStringLiteral("/nonexistent/osascript"), QStringLiteral("a"), QStringLiteral("b"));
 }
