@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Fenwhirl.Components
 
 // The items of a PopupMenu. currentIndex is the one that Return would choose.
@@ -27,7 +26,11 @@ ListView {
     // Our own handler moves: the first arrow key goes to the checked item.
     keyNavigationEnabled: false
     model: labels.length
-    T.ScrollBar.vertical: ScrollBar {}
+
+    readonly property ScrollBar bar: ScrollBar {
+        parent: root
+        view: root
+    }
 
     Keys.onPressed: event => {
         switch (event.key) {

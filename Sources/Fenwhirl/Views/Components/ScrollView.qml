@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Fenwhirl.Components
 
 // A page that scrolls vertically when its content is higher. Its one child gets the width inside the padding.
@@ -19,7 +18,6 @@ Flickable {
     contentWidth: width
     // Dragging the page with the mouse is not how a desktop scrolls; the handlers below take wheel, touchpad and finger.
     interactive: false
-    T.ScrollBar.vertical: ScrollBar {}
 
     Keys.onPressed: event => {
         switch (event.key) {
@@ -74,6 +72,11 @@ Flickable {
     }
 
     onContentChanged: { if (content) content.parent = holder }
+
+    readonly property ScrollBar bar: ScrollBar {
+        parent: root
+        view: root
+    }
 
     Binding {
         property: "width"

@@ -94,6 +94,37 @@ Item {
             verify(top.mapToItem(root, 0, 0).y >= 0)
         }
 
+        function test_theBarShowsItselfWhileThePageMovesAndForAMomentAfter() {
+            const thumb = findChild(view, "thumb")
+            mouseMove(view, 150, 150) // not on the bar
+            tryCompare(thumb, "opacity", 0)
+            mouseWheel(view, 150, 150, 0, -120)
+            tryCompare(thumb, "opacity", 1)
+            tryCompare(thumb, "opacity", 0, 3000)
+        }
+
+        function test_theThumbIsDraggedAndStopsAtTheEnds() {
+            const thumb = findChild(view, "thumb")
+            const bar = thumb.parent
+            const end = view.contentHeight - view.height
+            mousePress(bar, 6, 10)
+            compare(view.contentY, 0, "taking hold of it moves nothing")
+            mouseMove(bar, 6, 10 + bar.travel / 2)
+            fuzzyCompare(thumb.y, bar.travel / 2, 1) // the pointer moves by whole points
+            fuzzyCompare(view.contentY, end / 2, end / bar.travel)
+            mouseMove(bar, 6, 1000)
+            compare(view.contentY, end)
+            mouseMove(bar, 6, -1000)
+            compare(view.contentY, 0)
+            mouseRelease(bar, 6, -1000)
+        }
+
+        function test_aPressBesideTheThumbBringsItThere() {
+            const bar = findChild(view, "thumb").parent
+            mouseClick(bar, 6, bar.height - 1)
+            compare(view.contentY, view.contentHeight - view.height)
+        }
+
         function test_pageKeysScroll() {
             top.forceActiveFocus()
             keyClick(Qt.Key_PageDown)
