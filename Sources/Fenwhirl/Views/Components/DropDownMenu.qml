@@ -15,7 +15,7 @@ Pressable {
     required property string currentText
     required property var labels
     required property int currentIndex
-    readonly property alias menu: popup
+    readonly property alias menu: opener.menu // null before it was first opened
 
     signal activated(int index)
 
@@ -28,7 +28,7 @@ Pressable {
     text: caption
 
     Keys.onDownPressed: root.clicked()
-    onClicked: popup.open()
+    onClicked: opener.open()
 
     background: Surface {
         color: Theme.card
@@ -62,13 +62,12 @@ Pressable {
         }
     }
 
-    PopupMenu {
-        id: popup
+    MenuOpener {
+        id: opener
+        control: root
         currentIndex: root.currentIndex
         labels: root.labels
-        y: root.height + 6
 
         onActivated: index => root.activated(index)
-        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
     }
 }

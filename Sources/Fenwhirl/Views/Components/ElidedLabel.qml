@@ -2,17 +2,31 @@ import QtQuick
 import Fenwhirl.Components
 
 // A Label that shows its whole text as a tooltip while it is cut and the pointer rests on it. Give it a width.
+//   tooltip   null until it was needed
 Label {
     id: root
+
+    readonly property alias tooltip: loader.made
 
     HoverHandler {
         id: pointer
         enabled: root.truncated
+
+        onHoveredChanged: { if (hovered && root.truncated) loader.active = true }
     }
 
-    Tooltip {
-        objectName: "tooltip"
-        text: root.text
-        visible: pointer.hovered && root.truncated
+    // Made when it is first needed, which is hardly ever: it costs more than all else here.
+    Loader {
+        id: loader
+        readonly property var made: item
+
+        active: false
+        source: "Tooltip.qml"
+
+        onLoaded: {
+            made.parent = root
+            made.text = Qt.binding(() => root.text)
+            made.visible = Qt.binding(() => pointer.hovered && root.truncated)
+        }
     }
 }

@@ -14,7 +14,8 @@ Text {
     readonly property bool wraps: wrapMode !== Text.NoWrap
     // Half the leading above the glyphs and half below, so that texts stand in the middle of their lines. A fixed line
     // height puts all of it below each line: there the glyphs are pushed down and the last line gives the rest back.
-    readonly property real halfLeading: Math.round((lineRoom - metrics.height) / 2)
+    readonly property real glyphHeight: GlyphBox.height(font)
+    readonly property real halfLeading: Math.round((lineRoom - glyphHeight) / 2)
 
     Accessible.name: text
     Accessible.role: Accessible.StaticText
@@ -25,10 +26,5 @@ Text {
     lineHeightMode: wraps ? Text.FixedHeight : Text.ProportionalHeight
     textFormat: Text.PlainText
     topPadding: halfLeading
-    bottomPadding: wraps ? -halfLeading : lineRoom - Math.ceil(metrics.height) - halfLeading
-
-    FontMetrics {
-        id: metrics
-        font: root.font
-    }
+    bottomPadding: wraps ? -halfLeading : lineRoom - Math.ceil(glyphHeight) - halfLeading
 }

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 import Fenwhirl.Components
 
 // A choice from a list, 28 high; its menu opens with the current item over the button.
@@ -14,7 +13,7 @@ Pressable {
     required property var labels
     required property int currentIndex
     readonly property string currentLabel: labels[currentIndex] ?? ""
-    readonly property alias menu: popup
+    readonly property alias menu: opener.menu // null before it was first opened
 
     signal activated(int index)
 
@@ -27,7 +26,7 @@ Pressable {
 
     Keys.onDownPressed: root.clicked()
     Keys.onUpPressed: root.clicked()
-    onClicked: popup.open()
+    onClicked: opener.open()
 
     background: Surface {
         color: Theme.well
@@ -36,32 +35,34 @@ Pressable {
         radius: 9
         stroke: Theme.stroke
     }
-    contentItem: RowLayout {
-        spacing: 8
-
+    contentItem: Item {
         ElidedLabel {
             Accessible.ignored: true // the control says it
-            Layout.fillWidth: true
+            anchors.left: parent.left
+            anchors.right: arrows.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
             text: root.currentLabel
         }
 
         Symbol {
-            Layout.preferredHeight: Layout.preferredWidth
-            Layout.preferredWidth: Math.round(13 * Theme.textScale)
+            id: arrows
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
             color: Theme.muted
+            height: width
             name: "chevron.up.chevron.down"
+            width: Math.round(13 * Theme.textScale)
         }
     }
 
-    PopupMenu {
-        id: popup
+    MenuOpener {
+        id: opener
+        control: root
         currentIndex: root.currentIndex
         labels: root.labels
-        width: Math.max(root.width, implicitWidth)
-        // The current item lies over the button, as far as the list is not scrolled.
-        y: -padding - Math.min(Math.max(0, currentIndex), 11) * itemHeight
+        over: true
 
         onActivated: index => root.activated(index)
-        onClosed: root.forceActiveFocus(Qt.PopupFocusReason)
     }
 }

@@ -271,5 +271,5 @@ Window {
         }
     }
 
-    Component.onCompleted: presets.menu.open()
+    Component.onCompleted: presets.clicked()
 }

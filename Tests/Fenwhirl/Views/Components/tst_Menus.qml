@@ -52,6 +52,8 @@ Item {
 
         function cleanup() {
             for (const control of [button, lengthy, presets]) {
+                if (!control.menu)
+                    continue // never opened
                 control.menu.close()
                 tryCompare(control.menu, "visible", false)
             }
@@ -59,6 +61,7 @@ Item {
 
         function open(control: var) {
             mouseClick(control)
+            verify(control.menu, "its menu is made when it is needed")
             tryCompare(control.menu, "opened", true)
         }
 

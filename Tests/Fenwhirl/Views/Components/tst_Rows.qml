@@ -103,9 +103,9 @@ Item {
         function test_aNameTooLongIsCutAndToldInATooltip() {
             const title = findChild(sensor, "name")
             verify(title.truncated)
-            const tooltip = findChild(title, "tooltip")
             mouseMove(title, 20, 8)
-            tryVerify(() => tooltip.visible, 3000)
+            tryVerify(() => title.tooltip?.visible, 3000)
+            const tooltip = title.tooltip
             compare(tooltip.text, "Contrôleur de plateforme")
             mouseMove(root, 550, 480)
             tryVerify(() => !tooltip.visible)

@@ -1,0 +1,39 @@
+import QtQuick
+
+// Makes the PopupMenu of a control when it is first opened, so that a control whose menu nobody opens costs no menu.
+//   control         under which, or over which, the menu opens; gets the focus back when it closes
+//   labels, currentIndex   as in PopupMenu
+//   over            whether the current item lies over the control; else the menu opens below it
+//   menu            the PopupMenu; null before open()
+//   signal activated(int index)  an item was chosen
+Loader {
+    id: root
+
+    required property Item control
+    required property var labels
+    required property int currentIndex
+    property bool over: false
+    readonly property var menu: item
+
+    signal activated(int index)
+
+    function open() {
+        if (!item)
+            setSource("PopupMenu.qml", {"parent": control, "labels": labels, "currentIndex": currentIndex})
+        menu.open()
+    }
+
+    onLoaded: {
+        menu.labels = Qt.binding(() => labels)
+        menu.currentIndex = Qt.binding(() => currentIndex)
+        if (over) {
+            menu.width = Qt.binding(() => Math.max(control.width, menu.implicitWidth))
+            // As far as the list is not scrolled.
+            menu.y = Qt.binding(() => -menu.padding - Math.min(Math.max(0, currentIndex), 11) * menu.itemHeight)
+        } else {
+            menu.y = Qt.binding(() => control.height + 6)
+        }
+        menu.activated.connect(index => root.activated(index))
+        menu.closed.connect(() => control.forceActiveFocus(Qt.PopupFocusReason))
+    }
+}
