@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
@@ -21,58 +23,90 @@ Item {
         width: parent.width
 
         Reveal {
+            id: error
             gap: root.spacing
             shown: root.showsError && root.control.error !== ""
             width: parent.width
 
-            ErrorBanner {
-                closable: true
-                closeText: qsTr("Fermer")
-                message: root.control.error
+            Column {
+                Repeater {
+                    model: error.needed ? 1 : 0
 
-                onClosed: root.control.dismissError()
+                    ErrorBanner {
+                        closable: true
+                        closeText: qsTr("Fermer")
+                        message: root.control.error
+                        width: error.width
+
+                        onClosed: root.control.dismissError()
+                    }
+                }
             }
         }
 
         Reveal {
+            id: offer
             gap: root.spacing
             shown: root.showsOffers && root.control.offersActivation
             width: parent.width
 
-            HelperBanner {
-                actionText: qsTr("Activer")
-                busy: root.control.installing
-                busyText: qsTr("Activation…")
-                message: qsTr("Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.")
-                title: qsTr("Activer le contrôle des ventilateurs")
+            Column {
+                Repeater {
+                    model: offer.needed ? 1 : 0
 
-                onActivated: root.control.install()
+                    HelperBanner {
+                        actionText: qsTr("Activer")
+                        busy: root.control.installing
+                        busyText: qsTr("Activation…")
+                        message: qsTr("Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.")
+                        title: qsTr("Activer le contrôle des ventilateurs")
+                        width: offer.width
+
+                        onActivated: root.control.install()
+                    }
+                }
             }
         }
 
         Reveal {
+            id: update
             gap: root.spacing
             shown: root.showsOffers && root.control.outdated
             width: parent.width
 
-            HelperBanner {
-                actionText: qsTr("Mettre à jour")
-                busy: root.control.installing
-                busyText: qsTr("Activation…")
-                message: ""
-                title: qsTr("Une mise à jour de l'assistant est disponible.")
+            Column {
+                Repeater {
+                    model: update.needed ? 1 : 0
 
-                onActivated: root.control.install()
+                    HelperBanner {
+                        actionText: qsTr("Mettre à jour")
+                        busy: root.control.installing
+                        busyText: qsTr("Activation…")
+                        message: ""
+                        title: qsTr("Une mise à jour de l'assistant est disponible.")
+                        width: update.width
+
+                        onActivated: root.control.install()
+                    }
+                }
             }
         }
 
         Reveal {
+            id: problemPlace
             gap: root.spacing
             shown: root.problem !== ""
             width: parent.width
 
-            ErrorBanner {
-                message: root.problem
+            Column {
+                Repeater {
+                    model: problemPlace.needed ? 1 : 0
+
+                    ErrorBanner {
+                        message: root.problem
+                        width: problemPlace.width
+                    }
+                }
             }
         }
     }

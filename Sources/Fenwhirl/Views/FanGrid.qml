@@ -1,12 +1,12 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Layouts
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// One card per fan in equal columns: two where there is room, three in wide windows with three fans or more.
-GridLayout {
+// One card per fan in equal columns: two where there is room, three in wide windows with three fans or more. The cards of
+// a row are equally high.
+Grid {
     id: root
 
     required property MachineView machine
@@ -19,13 +19,25 @@ GridLayout {
     rowSpacing: 18
     visible: machine.fans.count > 0
 
+    // Of the row that holds the card of that number.
+    function rowHeight(index: int): real {
+        const first = index - index % columns
+        let highest = 0
+        for (let i = first; i < Math.min(first + columns, cards.count); ++i)
+            highest = Math.max(highest, cards.itemAt(i)?.implicitHeight ?? 0)
+        return highest
+    }
+
     Repeater {
+        id: cards
         model: root.machine.fans
 
         FanCard {
-            Layout.fillHeight: true
-            Layout.preferredWidth: root.columnWidth
+            required property int index
+
             choices: root.machine.sensorChoices
+            height: root.rowHeight(index)
+            width: root.columnWidth
         }
     }
 }

@@ -17,8 +17,8 @@ Window {
 
     // The keyboard must not reach what the onboarding covers.
     onActiveFocusItemChanged: {
-        if (onboarding.wanted && onboarding.item && content.covers(activeFocusItem))
-            (onboarding.item as Onboarding).nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        if (onboarding.wanted && onboarding.overlay && content.covers(activeFocusItem))
+            onboarding.overlay.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
     }
 
     Shortcut {
@@ -72,24 +72,36 @@ Window {
     Loader {
         id: onboarding
         readonly property bool wanted: !root.models.preferences.didOnboard
+        readonly property var overlay: item
 
-        active: false
         anchors.fill: parent
-        source: "Onboarding.qml"
 
-        Component.onCompleted: active = wanted
+        // Loaded by its address: a window without it need not know what it is made of.
+        function load() {
+            setSource("Onboarding.qml", {"control": root.models.control, "preferences": root.models.preferences})
+        }
+
         onLoaded: {
-            const overlay = item as Onboarding
-            overlay.control = root.models.control
-            overlay.preferences = root.models.preferences
             overlay.forceActiveFocus()
-            overlay.gone.connect(() => onboarding.active = false)
+            overlay.gone.connect(() => onboarding.source = "")
         }
         onWantedChanged: {
-            if (wanted)
-                active = true
-            else if (item)
-                (item as Onboarding).shown = false
+            if (!wanted && overlay)
+                overlay.shown = false
+            else if (wanted && !firstPicture.enabled)
+                load()
+        }
+    }
+
+    // The introduction fades in over the window, which need not wait for it.
+    Connections {
+        id: firstPicture
+        target: root
+
+        function onFrameSwapped() {
+            enabled = false
+            if (onboarding.wanted)
+                onboarding.load()
         }
     }
 }

@@ -110,8 +110,11 @@ void Stage::show(const QUrl& file) {
     ASSERT_TRUE(window_);
     if (file == mainWindowFile())
         window_->resize(windowSize);
+    // The introduction comes with the first picture.
+    QSignalSpy pictures(window_.get(), &QQuickWindow::frameSwapped);
     window_->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
+    ASSERT_TRUE(!pictures.isEmpty() || pictures.wait());
 }
 
 void Stage::setReducedMotion(bool reduced) {

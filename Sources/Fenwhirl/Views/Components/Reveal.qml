@@ -5,6 +5,7 @@ import Fenwhirl.Components
 //   shown     whether the child is to be seen; what is shown from the beginning does not move
 //   gap       distance below the child, part of the height
 //   content   default; its width is set here
+//   needed    whether the child is to be seen or on its way: what need not exist otherwise can be loaded by it
 Item {
     id: root
 
@@ -12,6 +13,7 @@ Item {
     property real gap: 0
     property real progress: shown ? 1 : 0
     property bool ready: false
+    readonly property bool needed: shown || progress > 0
     default property Item content
 
     clip: progress < 1
