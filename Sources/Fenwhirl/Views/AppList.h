@@ -1,12 +1,12 @@
 // The applications that load the processor, heaviest first, as rows ready to be shown.
 //
-// Rows are updated in place, role by role. Threads: main thread only.
+// Threads: main thread only. Roles: those of ShownApp, by the same names.
 
 #pragma once
 
 #include "Fenwhirl/Processes/AppLoad.h"
+#include "Fenwhirl/Views/RowList.h"
 
-#include <QAbstractListModel>
 #include <QList>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
@@ -32,36 +32,13 @@ using IconSource = std::function<QString(const QString& appPath)>;
 // `isAskedAbout`: the question whether to quit this very application is open.
 [[nodiscard]] ShownApp shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource);
 
-class AppList : public QAbstractListModel {
+class AppList : public RowList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the apps view")
-    Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
-    enum Role {
-        NameRole = Qt::UserRole,
-        IconSourceRole,
-        ShareTextRole,
-        MemoryTextRole,
-        FractionRole,
-        CanQuitRole,
-        OnRole
-    };
-
-    using QAbstractListModel::QAbstractListModel;
+    explicit AppList(QObject* parent = nullptr);
 
     void setApps(const QList<ShownApp>& apps);
-
-    [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }
-
-    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
-    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-Q_SIGNALS:
-    void countChanged();
-
-private:
-    QList<ShownApp> rows_;
 };

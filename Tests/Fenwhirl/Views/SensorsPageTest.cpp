@@ -58,9 +58,39 @@ TEST(SensorList, TellsOnlyOfWhatDiffers) {
     list.setSensors({shown({QStringLiteral("TC0P"), 50}), shown({QStringLiteral("TB0T"), 31.2})});
     ASSERT_EQ(changed.count(), 1);
     EXPECT_EQ(changed.at(0).at(0).toModelIndex().row(), 1);
-    EXPECT_EQ(changed.at(0).at(2).value<QList<int>>(), QList<int>({SensorList::FractionRole}));
+    EXPECT_EQ(changed.at(0).at(2).value<QList<int>>(), QList<int>({list.roleNames().key("fraction")}));
     list.setSensors({shown({QStringLiteral("TC0P"), 50}), shown({QStringLiteral("TB0T"), 31.2})});
     EXPECT_EQ(changed.count(), 1);
+}
+
+TEST(SensorList, GrowsAndShrinksAtItsEnd) {
+    SensorList list;
+    const ShownSensor first = shown({QStringLiteral("TC0P"), 50});
+    const ShownSensor second = shown({QStringLiteral("TB0T"), 31});
+    const int name = list.roleNames().key("name");
+    const int hot = list.roleNames().key("hot");
+    QSignalSpy inserted(&list, &SensorList::rowsInserted);
+    QSignalSpy removed(&list, &SensorList::rowsRemoved);
+    QSignalSpy changed(&list, &SensorList::dataChanged);
+    QSignalSpy counted(&list, &SensorList::countChanged);
+    list.setSensors({first});
+    list.setSensors({first, second, first});
+    ASSERT_EQ(inserted.count(), 2);
+    EXPECT_EQ(inserted.at(1).mid(1), QVariantList({1, 2}));
+    EXPECT_EQ(list.count(), 3);
+    EXPECT_EQ(list.data(list.index(1), name), second.name);
+    EXPECT_EQ(list.data(list.index(1), hot), false);
+    EXPECT_FALSE(list.data(list.index(1), hot + 1).isValid());
+    EXPECT_EQ(changed.count(), 0);
+    list.setSensors({second});
+    ASSERT_EQ(removed.count(), 1);
+    EXPECT_EQ(removed.at(0).mid(1), QVariantList({1, 2}));
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_EQ(list.data(list.index(0), name), second.name);
+    EXPECT_EQ(counted.count(), 3);
+    list.setSensors({});
+    EXPECT_EQ(list.rowCount(), 0);
+    EXPECT_FALSE(list.data(list.index(0), name).isValid());
 }
 
 TEST(SensorsPage, ListsThemByNameWithTheirCount) {
