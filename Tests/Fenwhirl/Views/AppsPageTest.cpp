@@ -8,19 +8,6 @@
 
 namespace {
 
-AppLoad app(const QString& name, double cpu, qint32 pid, bool canQuit = true) {
-    AppLoad load;
-    load.id = QStringLiteral("/Applications/") + name + QStringLiteral(".app");
-    load.name = name;
-    load.appPath = load.id;
-    load.cpu = cpu;
-    load.memoryMB = 512;
-    load.pids = {pid};
-    load.canQuit = canQuit;
-    load.starts = {ProcessStart{}};
-    return load;
-}
-
 QString flat(QString text) {
     return text.replace(QChar(0xA0), u' ').replace(QChar(0x202F), u' ');
 }
@@ -34,7 +21,8 @@ TEST(AppsPage, SaysWhenNothingLoadsTheProcessor) {
 TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
     Stage stage;
     stage.start();
-    stage.setApps({app(QStringLiteral("Blender"), 36.5, 71), app(QStringLiteral("Mail"), 3, 72, false)});
+    stage.setApps(
+        {runningApp(QStringLiteral("Blender"), 36.5, 71), runningApp(QStringLiteral("Mail"), 3, 72, false)});
     stage.showPage(Page::apps);
     EXPECT_TRUE(
         flat(stage.texts().join(u'|')).contains(QStringLiteral("Blender utilise 37 % du processeur.")));
@@ -50,7 +38,7 @@ TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
 TEST(AppsPage, CancellingLeavesTheApplicationRunningAndItsSwitchOn) {
     Stage stage;
     stage.start();
-    stage.setApps({app(QStringLiteral("Firefox"), 12, 80)});
+    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
     EXPECT_TRUE(stage.models().apps()->asking());
@@ -67,7 +55,7 @@ TEST(AppsPage, CancellingLeavesTheApplicationRunningAndItsSwitchOn) {
 TEST(AppsPage, EscapeCancels) {
     Stage stage;
     stage.start();
-    stage.setApps({app(QStringLiteral("Firefox"), 12, 80)});
+    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
     stage.press(Qt::Key_Escape);
@@ -78,7 +66,7 @@ TEST(AppsPage, EscapeCancels) {
 TEST(AppsPage, ClosingAsksTheApplicationToQuit) {
     Stage stage;
     stage.start();
-    stage.setApps({app(QStringLiteral("Firefox"), 12, 80)});
+    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
     stage.click(QStringLiteral("Fermer"));
@@ -89,7 +77,7 @@ TEST(AppsPage, ClosingAsksTheApplicationToQuit) {
 TEST(AppsPage, ForcingDoesNotAsk) {
     Stage stage;
     stage.start();
-    stage.setApps({app(QStringLiteral("Firefox"), 12, 80)});
+    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
     stage.click(QStringLiteral("Forcer la fermeture"));
@@ -100,10 +88,11 @@ TEST(AppsPage, ForcingDoesNotAsk) {
 TEST(AppsPage, TheQuestionKeepsItsApplicationWhenTheListChanges) {
     Stage stage;
     stage.start();
-    stage.setApps({app(QStringLiteral("Firefox"), 12, 80), app(QStringLiteral("Blender"), 5, 71)});
+    stage.setApps(
+        {runningApp(QStringLiteral("Firefox"), 12, 80), runningApp(QStringLiteral("Blender"), 5, 71)});
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
-    stage.setApps({app(QStringLiteral("Blender"), 50, 71)});
+    stage.setApps({runningApp(QStringLiteral("Blender"), 50, 71)});
     EXPECT_TRUE(stage.shows(QStringLiteral("Fermer Firefox ?")));
     stage.models().apps()->quit();
     EXPECT_EQ(stage.quitRequests, (std::vector<std::pair<qint32, bool>>{{80, false}}));
@@ -113,8 +102,8 @@ TEST(AppsPage, ANameIsShownAsPlainBoundedText) {
     Stage stage;
     stage.start();
     const QString markup = QStringLiteral("<img src='http://127.0.0.1:1/x'><b>A</b>");
-    stage.setApps(
-        {app(markup, 12, 80), app(QString(100000, u'W'), 6, 81), app(QStringLiteral("a\nb\u202Ec"), 5, 82)});
+    stage.setApps({runningApp(markup, 12, 80), runningApp(QString(100000, u'W'), 6, 81),
+                   runningApp(QStringLiteral("a\nb\u202Ec"), 5, 82)});
     stage.showPage(Page::apps);
     const QStringList texts = stage.texts();
     EXPECT_TRUE(texts.join(u'|').contains(markup));
@@ -130,8 +119,8 @@ TEST(AppsPage, MarkupInANameFetchesNothing) {
     ASSERT_TRUE(listener.listen(QHostAddress::LocalHost));
     Stage stage;
     stage.start();
-    stage.setApps(
-        {app(QStringLiteral("<img src='http://127.0.0.1:%1/x.png'>").arg(listener.serverPort()), 40, 80)});
+    stage.setApps({runningApp(
+        QStringLiteral("<img src='http://127.0.0.1:%1/x.png'>").arg(listener.serverPort()), 40, 80)});
     stage.showPage(Page::apps);
     EXPECT_TRUE(stage.texts().join(u'|').contains(QStringLiteral("<img src=")));
     stage.click(stage.all(QAccessible::CheckBox).value(0)); // the question shows the name, too

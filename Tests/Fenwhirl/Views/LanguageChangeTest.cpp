@@ -12,18 +12,6 @@ namespace {
 // Brings a stage to where the language changes, without a word of any language.
 using Scene = std::function<void(Stage& stage)>;
 
-AppLoad app(const QString& name, qint32 pid, bool canQuit) {
-    AppLoad load;
-    load.id = name;
-    load.name = name;
-    load.cpu = 37;
-    load.memoryMB = 512;
-    load.pids = {pid};
-    load.canQuit = canQuit;
-    load.starts = {ProcessStart{}};
-    return load;
-}
-
 // What it draws and what a screen reader says, names and descriptions.
 QStringList everythingSaid(Stage& stage) {
     static_cast<void>(stage.window().grabWindow());
@@ -65,7 +53,8 @@ TEST(LanguageChange, ReachesEveryPage) {
     for (const Page page : allPages) {
         expectFollows([page](Stage& stage) {
             stage.start();
-            stage.setApps({app(QStringLiteral("Blender"), 7, true), app(QStringLiteral("Mail"), 8, false)});
+            stage.setApps({runningApp(QStringLiteral("Blender"), 37, 7),
+                           runningApp(QStringLiteral("Mail"), 37, 8, false)});
             FanSetting setting;
             setting.mode = FanModeKind::sensor;
             stage.monitor().setSetting(0, setting);
@@ -114,7 +103,7 @@ TEST(LanguageChange, ReachesBannersThatShowAlready) {
 TEST(LanguageChange, ReachesAnOpenQuestion) {
     expectFollows([](Stage& stage) {
         stage.start();
-        stage.setApps({app(QStringLiteral("Blender"), 7, true)});
+        stage.setApps({runningApp(QStringLiteral("Blender"), 37, 7)});
         stage.showPage(Page::apps);
         stage.click(QStringLiteral("Blender"), QAccessible::CheckBox);
         ASSERT_TRUE(stage.models().apps()->asking());

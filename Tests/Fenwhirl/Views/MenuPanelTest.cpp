@@ -21,10 +21,7 @@ TEST(MenuPanel, ShowsAtMostThreeTemperatures) {
 TEST(MenuPanel, SaysHowTheMacFeelsWithADotOfThatColour) {
     Stage stage;
     stage.show(menuPanelFile());
-    const auto dot = [&stage](const QString& word) {
-        const QRect place = stage.find(word, QAccessible::StaticText)->rect();
-        return stage.colorAt(QPoint(place.left() - 17, place.center().y()) - stage.window().position());
-    };
+    const auto dot = [&stage](const QString& word) { return stage.colorLeftOf(word, 17); };
     EXPECT_EQ(dot(QStringLiteral("Tout est normal")), QColor(0x5B, 0xE4, 0x9B));
     stage.world.setCelsius(85);
     stage.poll();

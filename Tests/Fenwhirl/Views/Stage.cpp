@@ -43,6 +43,19 @@ QStringList textsOf(QQuickWindow& window, QAccessible::Text kind) {
 
 } // namespace
 
+AppLoad runningApp(const QString& name, double cpu, qint32 pid, bool canQuit, double memoryMB) {
+    AppLoad app;
+    app.id = QStringLiteral("/Applications/") + name + QStringLiteral(".app");
+    app.name = name;
+    app.appPath = app.id;
+    app.cpu = cpu;
+    app.memoryMB = memoryMB;
+    app.pids = {pid};
+    app.canQuit = canQuit;
+    app.starts = {ProcessStart{}};
+    return app;
+}
+
 Stage::Stage() {
     QCoreApplication::installTranslator(&translator_);
     world.preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
@@ -180,6 +193,11 @@ QAccessibleValueInterface* Stage::range(QAccessible::Role role, int n) {
 
 QColor Stage::colorAt(QPoint point) {
     return window_->grabWindow().pixelColor(point * window_->devicePixelRatio());
+}
+
+QColor Stage::colorLeftOf(const QString& text, int distance) {
+    const QRect place = find(text, QAccessible::StaticText)->rect();
+    return colorAt(QPoint(place.left() - distance, place.center().y()) - window_->position());
 }
 
 void Stage::click(QAccessibleInterface* target) {

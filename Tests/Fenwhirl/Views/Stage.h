@@ -24,6 +24,10 @@
 #include <utility>
 #include <vector>
 
+// An application with one process, as the apps page gets it.
+[[nodiscard]] AppLoad runningApp(const QString& name, double cpu, qint32 pid, bool canQuit = true,
+                                 double memoryMB = 512);
+
 class Stage {
 public:
     MonitorHarness world;
@@ -81,6 +85,8 @@ public:
     [[nodiscard]] QList<QAccessibleInterface*> all(QAccessible::Role role);
     [[nodiscard]] QAccessibleValueInterface* range(QAccessible::Role role, int n = 0);
     [[nodiscard]] QColor colorAt(QPoint point);
+    // Of what stands that far left of a text, at the height of its middle.
+    [[nodiscard]] QColor colorLeftOf(const QString& text, int distance);
 
     // --- Hands ---
     void click(QAccessibleInterface* target);

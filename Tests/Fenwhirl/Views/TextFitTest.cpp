@@ -23,18 +23,6 @@ FanSetting fanSetting(FanModeKind mode) {
     return setting;
 }
 
-AppLoad app(const QString& name, qint32 pid, bool canQuit) {
-    AppLoad load;
-    load.id = name;
-    load.name = name;
-    load.cpu = 100;
-    load.memoryMB = 12345;
-    load.pids = {pid};
-    load.canQuit = canQuit;
-    load.starts = {ProcessStart{}};
-    return load;
-}
-
 constexpr QSize usualSize(1040, 680);
 constexpr QSize smallestSize(920, 560);
 
@@ -148,15 +136,15 @@ TEST(TextFit, OnTheAppsPage) {
     Stage stage;
     stage.show();
     expectPageFits(stage, Page::apps, "at rest");
-    stage.setApps(
-        {app(QStringLiteral("Adobe Photoshop 2026"), 80, true), app(QStringLiteral("Mail"), 81, false)});
+    stage.setApps({runningApp(QStringLiteral("Adobe Photoshop 2026"), 100, 80, true, 12345),
+                   runningApp(QStringLiteral("Mail"), 100, 81, false, 12345)});
     expectPageFits(stage, Page::apps, "busy");
 }
 
 TEST(TextFit, OfTheQuestionBeforeQuitting) {
     Stage stage;
     stage.start();
-    stage.setApps({app(QStringLiteral("Adobe Photoshop 2026"), 80, true)});
+    stage.setApps({runningApp(QStringLiteral("Adobe Photoshop 2026"), 100, 80, true, 12345)});
     stage.windowSize = smallestSize;
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Adobe Photoshop 2026"), QAccessible::CheckBox);

@@ -1,0 +1,20 @@
+# Tests written in Python, for what stands around the program and for the built program itself.
+
+find_program(FENWHIRL_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
+
+# fenwhirl_python_test_methods(FILE RESULT): every test method of a file beside the calling CMakeLists.txt, as
+# "module.Class.test_method", which is what unittest runs one by its name. A method that is added is found by itself.
+function(fenwhirl_python_test_methods file result)
+    cmake_path(GET file STEM module)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+    file(STRINGS "${file}" lines REGEX "^class |^    def test_")
+    set(methods "")
+    foreach(line IN LISTS lines)
+        if(line MATCHES "^class ([A-Za-z0-9_]+)")
+            set(class "${CMAKE_MATCH_1}")
+        elseif(line MATCHES "def (test_[A-Za-z0-9_]+)")
+            list(APPEND methods "${module}.${class}.${CMAKE_MATCH_1}")
+        endif()
+    endforeach()
+    set(${result} "${methods}" PARENT_SCOPE)
+endfunction()
