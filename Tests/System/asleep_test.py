@@ -16,6 +16,13 @@ class Asleep(unittest.TestCase):
     def frames(self, desktop):
         return len(re.findall(r"qt\.scenegraph\.time\.renderloop", desktop.log()))
 
+    def of_process(self, desktop, file):
+        return (pathlib.Path("/proc") / str(desktop.application.child.pid) / file).read_text()
+
+    def kilobytes_from_files(self, desktop):
+        """Of what is in memory of the program and its libraries."""
+        return int(re.search(r"RssFile:\s+(\d+)", self.of_process(desktop, "status")).group(1))
+
     def count_while(self, desktop, celsius):
         """Frames drawn while the temperature changes twice, and with it what every page shows."""
         before = self.frames(desktop)
@@ -53,9 +60,23 @@ class Asleep(unittest.TestCase):
             desktop.start(**FRAMES)
             desktop.wait_for_ink()
             self.assertEqual(self.count_while(desktop, 50), 0)
-            maps = (pathlib.Path("/proc") / str(desktop.application.child.pid) / "maps").read_text()
-            self.assertNotIn("libQt6QuickTemplates", maps, "no QML was loaded")
-            self.assertIn("libQt6Quick.so", maps)
+            self.assertNotIn("JSGCHeap", self.of_process(desktop, "maps"), "there is no engine yet")
+            self.assertEqual(desktop.start_again(), 0)
+            desktop.wait_for_main_window()
+            self.assertIn("JSGCHeap", self.of_process(desktop, "maps"), "that is how one is known")
+
+    def test_what_only_the_start_needed_does_not_stay_in_memory(self):
+        with Desktop() as desktop:
+            desktop.start_panel()
+            desktop.start()
+            desktop.wait_for_ink()
+            before = self.kilobytes_from_files(desktop)
+            stage.wait_until(lambda: self.kilobytes_from_files(desktop) < before / 2,
+                             lambda: f"less than {before} kB; there are {self.kilobytes_from_files(desktop)}")
+            desktop.polls(2)
+            self.assertEqual(desktop.start_again(), 0)
+            desktop.wait_for_main_window()
+            desktop.screen.wait_for("Mac en bonne santé")
 
     def test_without_a_graphics_processor_it_chooses_the_software_renderer_by_itself(self):
         if any(pathlib.Path("/dev/dri").glob("renderD*")):

@@ -5,6 +5,7 @@
 #include "Fenwhirl/Platform/Desktop/PanelPlacement.h"
 #include "Fenwhirl/Platform/Desktop/StatusPanel.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
+#include "Fenwhirl/Platform/RestingMemory.h"
 #include "Fenwhirl/Views/Components/SystemSymbols.h"
 #include "Fenwhirl/Views/Components/Theme.h"
 #include "Fenwhirl/Views/Views.h"
@@ -55,6 +56,10 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
     connect(&monitor, &Monitor::themeChanged, this, &WindowControl::applyTheme);
     connect(&monitor, &Monitor::languageChanged, this, &WindowControl::retranslate);
     connect(&appearance, &SystemAppearance::changed, this, &WindowControl::applyAppearance);
+    rest_.setSingleShot(true);
+    rest_.setInterval(restPatience);
+    connect(&rest_, &QTimer::timeout, this, [] { giveBackRestingMemory(); });
+    rest_.start();
     applyTheme();
 }
 
@@ -214,7 +219,10 @@ void WindowControl::watchVisibility(QQuickWindow& window) {
 }
 
 void WindowControl::updateAwake() {
-    models_.setAwake(canBeSeen(main_.get()) || canBeSeen(panel_.get()));
+    const bool awake = canBeSeen(main_.get()) || canBeSeen(panel_.get());
+    models_.setAwake(awake);
+    if (!awake)
+        rest_.start();
     if (main_ && !main_->isVisible())
         MainWindowBehaviour::setAccessory();
 }

@@ -2,7 +2,8 @@
 //
 // Nothing of it exists until something is to be shown: a program that starts hidden loads no QML at all. Once
 // made, the main window is kept and only hidden when it is closed, so that it comes back at once and on the
-// same page. While no window can be seen, the views sleep (ViewModels::setAwake).
+// same page. While no window can be seen, the views sleep (ViewModels::setAwake). A little after the start,
+// and after the last window has gone, the memory that they alone needed is given back.
 //
 // Threads: main thread only. The models and services must outlive it.
 
@@ -16,9 +17,11 @@
 #include <QQmlEngine>
 #include <QRect>
 #include <QString>
+#include <QTimer>
 #include <QUrl>
 #include <QVariantMap>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -40,6 +43,9 @@ class WindowControl : public QObject {
     Q_OBJECT
 
 public:
+    // From the start, and from the last window's end, until memory that only they needed is given back.
+    static constexpr std::chrono::seconds restPatience = std::chrono::seconds(10);
+
     // `openMain` of the services is filled here.
     WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
                   ViewServices services, QObject* parent = nullptr);
@@ -100,4 +106,5 @@ private:
     std::unique_ptr<QQuickWindow> alert_;
     std::function<void()> acceptAlert_;
     QElapsedTimer panelClosed_;
+    QTimer rest_;
 };

@@ -1,0 +1,7 @@
+#include "Fenwhirl/Platform/RestingMemory.h"
+
+#include <malloc/malloc.h>
+
+void giveBackRestingMemory() {
+    malloc_zone_pressure_relief(nullptr, 0); // of all zones, as much as there is
+}

@@ -1,0 +1,98 @@
+// What a resting program gives back, and that it works on afterwards.
+
+#include "Fenwhirl/Platform/RestingMemory.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+// Kilobytes of a kind of /proc/self/status, as "RssFile".
+long kilobytes(const std::string& kind) {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind(kind + ":", 0) == 0)
+            return std::strtol(line.c_str() + kind.size() + 1, nullptr, 10);
+    }
+    return -1;
+}
+
+// Written once, and by the linker: pages that exist nowhere but in memory.
+int written = 1;
+int (*const relocated)(const char*, const char*) = std::strcmp;
+const std::map<std::string, int> table = {{"fan", 2}, {"sensor", 62}};
+
+struct Shape {
+    virtual ~Shape() = default;
+
+    [[nodiscard]] virtual int corners() const { return 0; }
+};
+
+struct Square : Shape {
+    [[nodiscard]] int corners() const override { return 4; }
+};
+
+TEST(RestingMemory, ReadFromFilesIsGivenBack) {
+    const long before = kilobytes("RssFile");
+    ASSERT_GT(before, 0);
+    giveBackRestingMemory();
+    EXPECT_LT(kilobytes("RssFile"), before * 3 / 4);
+}
+
+TEST(RestingMemory, OfTheHeapIsGivenBackWhereItIsFree) {
+    std::vector<std::unique_ptr<char[]>> blocks;
+    constexpr std::size_t size = 4096;
+    for (int i = 0; i < 4000; ++i) {
+        blocks.push_back(std::make_unique<char[]>(size));
+        blocks.back()[size / 2] = 1;
+    }
+    auto last = std::make_unique<char[]>(size); // keeps the heap from shrinking by itself
+    blocks.clear();
+    const long before = kilobytes("RssAnon");
+    giveBackRestingMemory();
+    EXPECT_LT(kilobytes("RssAnon"), before - 8000);
+    EXPECT_EQ(last[0], 0);
+}
+
+TEST(RestingMemory, WhatWasWrittenStays) {
+    written = 42;
+    const std::unique_ptr<Shape> shape = std::make_unique<Square>();
+    giveBackRestingMemory();
+    EXPECT_EQ(written, 42);
+    EXPECT_EQ(relocated("a", "a"), 0);
+    EXPECT_EQ(table.at("sensor"), 62);
+    EXPECT_EQ(shape->corners(), 4);
+}
+
+TEST(RestingMemory, CanBeGivenBackWhileOthersWork) {
+    std::atomic<bool> ends = false;
+    std::atomic<long> rounds = 0;
+    std::thread worker([&] {
+        std::map<int, std::string> numbers;
+        while (!ends) {
+            for (int i = 0; i < 100; ++i)
+                numbers[i] = std::to_string(i * rounds);
+            ++rounds;
+        }
+    });
+    for (int i = 0; i < 50; ++i) {
+        const long seen = rounds;
+        giveBackRestingMemory();
+        while (rounds == seen)
+            std::this_thread::yield();
+    }
+    ends = true;
+    worker.join();
+    EXPECT_GE(rounds, 50);
+}
+
+} // namespace
