@@ -6,7 +6,9 @@
 // On Linux the first one also has the name com.fenwhirl.app on the session bus, which tells it to starts
 // whose lock is in another place. The request travels over that bus (org.freedesktop.Application.Activate),
 // and where there is none or it refuses, through a named pipe beside the lock, in the user's runtime folder.
-// On macOS the system itself keeps applications single and reports a second start as "reopen".
+// On macOS the system itself starts a bundle only once and reports a second start, and a click on the Dock
+// icon, as "reopen"; what it does not see (the executable started in a terminal, a second copy of the bundle)
+// meets the lock in the user's Application Support, and the pipe.
 //
 // Threads: main thread only, after the application object exists.
 
@@ -22,10 +24,10 @@ class SingleInstance : public QObject {
 public:
     [[nodiscard]] static std::unique_ptr<SingleInstance> create();
 
-    // Whether this process is the first; asked once, before anything else is set up. A system that cannot
-    // tell (no place for a lock, no bus) counts as first.
+    // Whether this process is the first; asked once, before anything else is set up. Where nobody
+    // can tell (no place for a lock) it counts as first.
     [[nodiscard]] virtual bool becomeFirst() = 0;
-    // Asks the first process to show its window; waits a few seconds at most.
+    // Asks the first process to show its window; waits a few seconds at most (Linux) or not at all.
     virtual void raiseFirst() = 0;
 
 Q_SIGNALS:

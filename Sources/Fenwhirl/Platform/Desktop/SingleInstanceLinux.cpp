@@ -4,13 +4,9 @@
 #include <QDBusMessage>
 #include <QDeadlineTimer>
 #include <QFile>
-#include <QSocketNotifier>
 #include <QThread>
 
 #include <chrono>
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -28,63 +24,38 @@ QString objectPath() {
     return QStringLiteral("/com/fenwhirl/app");
 }
 
-bool belongsToUserAlone(const QByteArray& path) {
-    struct stat status = {};
-    return lstat(path.constData(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&
-           (status.st_mode & (S_IRWXG | S_IRWXO)) == 0;
-}
-
 } // namespace
 
 QString privateRuntimeFolder() {
-    const QByteArray session = qgetenv("XDG_RUNTIME_DIR");
+    QString session = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
     if (!session.isEmpty() && belongsToUserAlone(session))
-        return QFile::decodeName(session);
-    const QByteArray own = "/tmp/fenwhirl-" + QByteArray::number(geteuid());
-    mkdir(own.constData(), S_IRWXU);
-    return belongsToUserAlone(own) ? QFile::decodeName(own) : QString();
+        return session;
+    return privateFolder(QStringLiteral("/tmp/fenwhirl-") + QString::number(geteuid()));
 }
 
 std::unique_ptr<SingleInstance> SingleInstance::create() {
     return std::make_unique<SingleInstanceLinux>(privateRuntimeFolder(), QDBusConnection::sessionBus());
 }
 
-SingleInstanceLinux::SingleInstanceLinux(QString folder, QDBusConnection bus)
-    : folder_(std::move(folder))
-    , bus_(std::move(bus)) {}
+SingleInstanceLinux::SingleInstanceLinux(const QString& folder, QDBusConnection bus)
+    : lock_(folder)
+    , bus_(std::move(bus)) {
+    connect(&lock_, &InstanceLock::called, this, [this] { Q_EMIT raiseRequested({}); });
+}
 
 SingleInstanceLinux::~SingleInstanceLinux() {
     leaveBus();
-    if (pipe_ >= 0)
-        close(pipe_);
-    if (lockFile_ >= 0)
-        close(lockFile_);
 }
 
 bool SingleInstanceLinux::becomeFirst() {
-    if (!lock())
+    if (!lock_.take())
         return false;
     if (!joinBus()) {
-        if (lockFile_ >= 0)
-            close(std::exchange(lockFile_, -1));
+        lock_.release();
         return false;
     }
-    if (lockFile_ >= 0)
-        openPipe();
+    lock_.listen();
     return true;
-}
-
-bool SingleInstanceLinux::lock() {
-    if (folder_.isEmpty())
-        return true;
-    const QByteArray path = QFile::encodeName(folder_ + QStringLiteral("/fenwhirl.lock"));
-    lockFile_ = open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-    if (lockFile_ < 0)
-        return true;
-    if (flock(lockFile_, LOCK_EX | LOCK_NB) == 0)
-        return true;
-    close(std::exchange(lockFile_, -1));
-    return false;
 }
 
 // Whoever has the name on the session's bus is the program for that session: it may run with another folder,
@@ -119,29 +90,9 @@ void SingleInstanceLinux::leaveBus() {
         bus_.unregisterService(serviceName());
 }
 
-void SingleInstanceLinux::openPipe() {
-    const QByteArray path = pipePath();
-    unlink(path.constData()); // the lock proves that nobody listens there any more
-    if (mkfifo(path.constData(), S_IRUSR | S_IWUSR) != 0)
-        return;
-    // With a writing end of our own, so that the pipe does not end with each caller.
-    pipe_ = open(path.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
-    if (pipe_ < 0)
-        return;
-    auto* notifier = new QSocketNotifier(pipe_, QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, &SingleInstanceLinux::heard);
-}
-
-void SingleInstanceLinux::heard() {
-    char bytes[16];
-    while (read(pipe_, bytes, sizeof bytes) > 0) {
-    }
-    Q_EMIT raiseRequested({});
-}
-
 void SingleInstanceLinux::raiseFirst() {
-    if (!raiseOverBus() && !folder_.isEmpty())
-        raiseOverPipe();
+    if (!raiseOverBus())
+        lock_.callHolder();
 }
 
 bool SingleInstanceLinux::raiseOverBus() {
@@ -157,19 +108,6 @@ bool SingleInstanceLinux::raiseOverBus() {
                                                        QStringLiteral("Activate"));
     call << platformData;
     return bus_.call(call, QDBus::Block, raiseTimeoutMilliseconds).type() == QDBusMessage::ReplyMessage;
-}
-
-void SingleInstanceLinux::raiseOverPipe() const {
-    const int pipe = open(pipePath().constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
-    if (pipe < 0)
-        return; // the first one is just ending, or just beginning
-    const char byte = 0;
-    [[maybe_unused]] const ssize_t written = write(pipe, &byte, 1);
-    close(pipe);
-}
-
-QByteArray SingleInstanceLinux::pipePath() const {
-    return QFile::encodeName(folder_ + QStringLiteral("/fenwhirl.raise"));
 }
 
 void SingleInstanceLinux::Activate(const QVariantMap& platformData) {

@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/Desktop/InstanceLock.h"
 #include "Fenwhirl/Platform/Desktop/SingleInstance.h"
 
-#include <QByteArray>
 #include <QDBusConnection>
 #include <QString>
 #include <QVariantMap>
@@ -16,7 +16,7 @@ class SingleInstanceLinux : public SingleInstance {
 
 public:
     // `folder` belongs to this user alone; empty means that there is none and only the bus decides.
-    SingleInstanceLinux(QString folder, QDBusConnection bus);
+    SingleInstanceLinux(const QString& folder, QDBusConnection bus);
     ~SingleInstanceLinux() override;
 
     SingleInstanceLinux(const SingleInstanceLinux&) = delete;
@@ -30,22 +30,15 @@ public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
 
 private:
-    [[nodiscard]] bool lock();
     // False when another process is the program on this bus.
     [[nodiscard]] bool joinBus();
     void leaveBus();
     [[nodiscard]] bool raiseOverBus();
-    void raiseOverPipe() const;
-    void openPipe();
-    void heard();
-    [[nodiscard]] QByteArray pipePath() const;
 
-    QString folder_;
+    InstanceLock lock_;
     QDBusConnection bus_;
     bool hasObject_ = false; // on the bus
     bool hasName_ = false;
-    int lockFile_ = -1;
-    int pipe_ = -1;
 };
 
 // $XDG_RUNTIME_DIR, else a folder under /tmp with the user's number in its name; empty when neither belongs

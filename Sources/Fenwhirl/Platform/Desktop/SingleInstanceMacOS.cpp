@@ -1,0 +1,42 @@
+#include "Fenwhirl/Platform/Desktop/ApplicationEvents.h"
+#include "Fenwhirl/Platform/Desktop/InstanceLock.h"
+#include "Fenwhirl/Platform/Desktop/SingleInstance.h"
+
+#include <QDir>
+
+namespace {
+
+class SingleInstanceMacOS final : public SingleInstance {
+public:
+    SingleInstanceMacOS()
+        // Neither temporary nor a cache: those are tidied up while the program runs, and a lock on a file
+        // that is gone keeps nobody out.
+        : lock_(privateFolder(QDir::homePath() +
+                              QStringLiteral("/Library/Application Support/com.fenwhirl.app"))) {
+        connect(&lock_, &InstanceLock::called, this, [this] { Q_EMIT raiseRequested({}); });
+        ApplicationEvents::setReopenHandler([this] { Q_EMIT raiseRequested({}); });
+    }
+
+    ~SingleInstanceMacOS() override { ApplicationEvents::setReopenHandler({}); }
+
+    SingleInstanceMacOS(const SingleInstanceMacOS&) = delete;
+    SingleInstanceMacOS& operator=(const SingleInstanceMacOS&) = delete;
+
+    bool becomeFirst() override {
+        if (!lock_.take())
+            return false;
+        lock_.listen();
+        return true;
+    }
+
+    void raiseFirst() override { lock_.callHolder(); }
+
+private:
+    InstanceLock lock_;
+};
+
+} // namespace
+
+std::unique_ptr<SingleInstance> SingleInstance::create() {
+    return std::make_unique<SingleInstanceMacOS>();
+}

@@ -1,0 +1,212 @@
+#include "Fenwhirl/Platform/Desktop/InstanceLock.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#ifdef FENWHIRL_WRAPPED_FLOCK
+namespace {
+
+int flockError = 0;
+
+} // namespace
+
+extern "C" int __real_flock(int descriptor, int operation);
+extern "C" int __wrap_flock(int descriptor, int operation);
+
+extern "C" int __wrap_flock(int descriptor, int operation) {
+    errno = flockError;
+    return flockError == 0 ? __real_flock(descriptor, operation) : -1;
+}
+#endif
+
+namespace {
+
+constexpr int patienceMilliseconds = 30000;
+
+// Another start of the program: takes the lock when it is told to, says whether it has it, and holds it until
+// it is killed.
+class OtherStart {
+public:
+    explicit OtherStart(const QString& folder) {
+        std::array<int, 2> go = {};
+        std::array<int, 2> answer = {};
+        if (pipe(go.data()) != 0 || pipe(answer.data()) != 0)
+            return;
+        child_ = fork();
+        if (child_ == 0) {
+            char byte = 0;
+            if (read(go[0], &byte, 1) != 1)
+                _exit(1);
+            InstanceLock lock(folder);
+            byte = lock.take() ? 1 : 0;
+            lock.listen();
+            if (write(answer[1], &byte, 1) != 1)
+                _exit(1);
+            for (;;)
+                pause();
+        }
+        close(go[0]);
+        close(answer[1]);
+        go_ = go[1];
+        answer_ = answer[0];
+    }
+
+    OtherStart(OtherStart&& other) noexcept
+        : child_(std::exchange(other.child_, -1))
+        , go_(std::exchange(other.go_, -1))
+        , answer_(std::exchange(other.answer_, -1)) {}
+
+    OtherStart(const OtherStart&) = delete;
+    OtherStart& operator=(const OtherStart&) = delete;
+    OtherStart& operator=(OtherStart&&) = delete;
+
+    ~OtherStart() {
+        if (child_ <= 0)
+            return;
+        kill(child_, SIGKILL);
+        waitpid(child_, nullptr, 0);
+        close(go_);
+        close(answer_);
+    }
+
+    void go() const {
+        const char byte = 1;
+        ASSERT_EQ(write(go_, &byte, 1), 1);
+    }
+
+    [[nodiscard]] bool hasTakenIt() const {
+        char byte = 0;
+        EXPECT_EQ(read(answer_, &byte, 1), 1);
+        return byte == 1;
+    }
+
+private:
+    pid_t child_ = -1;
+    int go_ = -1;
+    int answer_ = -1;
+};
+
+TEST(InstanceLock, OfManyStartsAtTheSameMomentExactlyOneRuns) {
+    const QTemporaryDir folder;
+    std::vector<OtherStart> starts;
+    for (int i = 0; i < 12; ++i)
+        starts.emplace_back(folder.path());
+    for (const OtherStart& start : starts)
+        start.go();
+    EXPECT_EQ(std::ranges::count_if(starts, &OtherStart::hasTakenIt), 1);
+}
+
+TEST(InstanceLock, EveryCallReachesTheHolder) {
+    const QTemporaryDir folder;
+    InstanceLock first(folder.path());
+    ASSERT_TRUE(first.take());
+    first.listen();
+    QSignalSpy called(&first, &InstanceLock::called);
+    InstanceLock second(folder.path());
+    ASSERT_FALSE(second.take());
+    for (int i = 1; i <= 2; ++i) {
+        second.callHolder();
+        ASSERT_TRUE(called.count() == i || called.wait(patienceMilliseconds));
+        QCoreApplication::processEvents(); // nothing of the call is left
+        EXPECT_EQ(called.count(), i);
+    }
+}
+
+TEST(InstanceLock, AfterAKilledHolderTheNextRunsAndHears) {
+    const QTemporaryDir folder;
+    {
+        const OtherStart killed(folder.path());
+        killed.go();
+        ASSERT_TRUE(killed.hasTakenIt());
+    }
+    InstanceLock next(folder.path());
+    ASSERT_TRUE(next.take());
+    next.listen();
+    QSignalSpy called(&next, &InstanceLock::called);
+    InstanceLock(folder.path()).callHolder();
+    EXPECT_TRUE(called.wait(patienceMilliseconds));
+}
+
+TEST(InstanceLock, CallingNobodyIsNothing) {
+    const QTemporaryDir folder;
+    InstanceLock(folder.path()).callHolder();
+    {
+        InstanceLock gone(folder.path());
+        ASSERT_TRUE(gone.take());
+        gone.listen();
+    }
+    InstanceLock(folder.path()).callHolder();
+}
+
+TEST(InstanceLock, WhatIsReleasedIsForTheNext) {
+    const QTemporaryDir folder;
+    InstanceLock unwanted(folder.path());
+    ASSERT_TRUE(unwanted.take());
+    unwanted.listen();
+    unwanted.release();
+    InstanceLock next(folder.path());
+    EXPECT_TRUE(next.take());
+}
+
+TEST(InstanceLock, WithoutAPlaceForItEveryStartRuns) {
+    for (const QString& folder : {QString(), QStringLiteral("/dev/null/none")}) {
+        InstanceLock first(folder);
+        InstanceLock second(folder);
+        EXPECT_TRUE(first.take());
+        first.listen();
+        EXPECT_TRUE(second.take());
+        second.callHolder();
+    }
+}
+
+#ifdef FENWHIRL_WRAPPED_FLOCK
+TEST(InstanceLock, OnAFileSystemWithoutLocksEveryStartRuns) {
+    const QTemporaryDir folder;
+    for (const int error : {ENOLCK, ENOTSUP, EINTR}) {
+        flockError = error;
+        InstanceLock lock(folder.path());
+        EXPECT_TRUE(lock.take());
+    }
+    flockError = 0;
+}
+#endif
+
+TEST(PrivateFolder, IsMadeWithItsParentsAndForNobodyElse) {
+    const QTemporaryDir home;
+    const QString path = home.filePath(QStringLiteral("Library/Application Support/com.fenwhirl.app"));
+    EXPECT_EQ(privateFolder(path), path);
+    struct stat status = {};
+    ASSERT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0700U);
+    EXPECT_EQ(privateFolder(path), path); // and found there the next time
+}
+
+TEST(PrivateFolder, IsNoLinkAndNoFolderThatOthersMayEnter) {
+    const QTemporaryDir home;
+    const QString real = home.filePath(QStringLiteral("real"));
+    ASSERT_EQ(privateFolder(real), real);
+    const QString link = home.filePath(QStringLiteral("link"));
+    ASSERT_TRUE(QFile::link(real, link));
+    EXPECT_EQ(privateFolder(link), QString());
+    ASSERT_EQ(chmod(QFile::encodeName(real).constData(), 0750), 0);
+    EXPECT_EQ(privateFolder(real), QString());
+}
+
+TEST(PrivateFolder, IsNothingWhereNoneCanBeMade) {
+    EXPECT_EQ(privateFolder(QStringLiteral("/dev/null/none/folder")), QString());
+}
+
+} // namespace
