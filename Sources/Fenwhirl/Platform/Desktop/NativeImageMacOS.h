@@ -3,9 +3,10 @@
 #pragma once
 
 #include <QImage>
+#include <QSizeF>
 
 #import <AppKit/AppKit.h>
 
-// As many pixels as the system gives for the image's size, told by the device pixel ratio; null when it
-// cannot be drawn.
-[[nodiscard]] QImage fromNativeImage(NSImage* image);
+// Draws the picture at a size in pixels, fractions rounded up to whole ones: the system then chooses the best
+// of the sizes that it has, or draws its shapes. Null when there is no picture or no room to draw it into.
+[[nodiscard]] QImage fromNativeImage(NSImage* image, QSizeF pixels);

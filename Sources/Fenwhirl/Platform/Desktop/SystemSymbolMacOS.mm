@@ -6,6 +6,8 @@ QImage systemSymbol(const QString& name, double fontPixels) {
         NSImage* symbol = [NSImage imageWithSystemSymbolName:name.toNSString() accessibilityDescription:nil];
         NSImageSymbolConfiguration* size =
             [NSImageSymbolConfiguration configurationWithPointSize:fontPixels weight:NSFontWeightRegular];
-        return fromNativeImage([symbol imageWithSymbolConfiguration:size]);
+        NSImage* sized = [symbol imageWithSymbolConfiguration:size];
+        // Without such a symbol there is nothing, and nothing has no size.
+        return fromNativeImage(sized, QSizeF(sized.size.width, sized.size.height));
     }
 }
