@@ -46,7 +46,8 @@ function(fenwhirl_test name)
     if(FENWHIRL_PRECOMPILED_HEADERS)
         # Those that link Qt are compiled so anyway, and precompiled headers must not differ in it. gcc 12 then sees strings of
         # the standard library overrun in its own inlined code; the sanitizers look for the real ones.
-        target_compile_options(${name} PRIVATE -fPIC -Wno-array-bounds -Wno-stringop-overflow)
+        target_compile_options(${name} PRIVATE -fPIC
+            "$<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-stringop-overflow>")
     endif()
     fenwhirl_reuse_headers(${name} FenwhirlPlainTestMain)
     # Tests include their own support headers by the path from Tests/.

@@ -176,9 +176,11 @@ TEST_F(LastActTest, TheWholeEmergencyHandBackFollowsUpdatesAndEndsWithFinish) {
             std::abort();
         });
     };
-    EXPECT_EQ(WTERMSIG(crashAfter(false)), SIGABRT);
+    const int unfinished = crashAfter(false);
+    EXPECT_EQ(WTERMSIG(unfinished), SIGABRT);
     EXPECT_EQ(folder.read("log"), "--helper auto\n");
-    EXPECT_EQ(WTERMSIG(crashAfter(true)), SIGABRT);
+    const int finished = crashAfter(true);
+    EXPECT_EQ(WTERMSIG(finished), SIGABRT);
     EXPECT_EQ(folder.read("log"), "--helper auto\n");
 }
 

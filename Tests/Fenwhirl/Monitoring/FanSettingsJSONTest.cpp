@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
@@ -125,7 +126,7 @@ TEST(FanSettingsJSON, NumbersThatJSONDoesNotHaveCannotBeEncoded) {
 
 TEST(FanSettingsJSON, EveryTextAndNumberComesBackUnchanged) {
     std::mt19937_64 generator(20261121);
-    std::uniform_int_distribution<char32_t> any(0, 0x10FFFF);
+    std::uniform_int_distribution<std::uint32_t> any(0, 0x10FFFF);
     for (int round = 0; round < rounds(20'000, 1'000'000); ++round) {
         QString key;
         for (auto length = generator() % 12; length > 0; --length) {
