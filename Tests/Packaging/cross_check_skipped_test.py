@@ -1,0 +1,93 @@
+"""The cross-check of the macOS build where its downloads cannot be had: plain words, and never "passed"."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+
+
+class CrossCheckWithoutDownloads(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="fenwhirl-check-")
+        self.addCleanup(folder.cleanup)
+        self.source = os.path.join(folder.name, "checkout")
+        self.tools = os.path.join(folder.name, "tools")
+        self.cache = os.path.join(folder.name, "cache")
+        os.mkdir(self.tools)
+        shutil.copytree(os.path.join(ROOT, "Packaging/macOS/check"), os.path.join(self.source, "Packaging/macOS/check"))
+        for path in (".ci/checks", ".ci/run"):
+            os.makedirs(os.path.join(self.source, ".ci"), exist_ok=True)
+            shutil.copy(os.path.join(ROOT, path), os.path.join(self.source, path))
+        # Whatever this computer has, these packages are there; what is fetched with them is not.
+        self.play("Packaging/Linux/install-packages", "exit 0")
+
+    def play(self, path, body, folder=None):
+        path = os.path.join(folder or self.source, path)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "w", encoding="ascii") as file:
+            file.write(f"#!/bin/sh\n{body}\n")
+        os.chmod(path, 0o755)
+
+    def run_in_checkout(self, *command):
+        """Nothing fetched earlier is found."""
+        environment = {"PATH": f"{self.tools}:{os.environ['PATH']}", "HOME": self.cache, "npm_config_cache": self.cache}
+        return subprocess.run(command, cwd=self.source, env=environment, check=False, capture_output=True, text=True,
+                              timeout=100)
+
+    def assert_skipped(self, done, *words):
+        self.assertEqual(done.returncode, 77, done.stdout + done.stderr)
+        self.assertRegex(done.stdout, r"(?m)^macOS build .* SKIPPED: not checked, which is not passed$")
+        for word in words:
+            self.assertIn(word, done.stdout)
+        self.assertNotRegex(done.stdout, r"(?m)^macOS build.* \d+ s$")  # what a check that passed says
+
+    def test_a_computer_without_network_skips_it(self):
+        done = self.run_in_checkout("unshare", "--map-root-user", "--net", ".ci/checks", "macos")
+        self.assert_skipped(done, "SKIPPED: the npm registry did not give" if shutil.which("npm") else "SKIPPED: npm is not")
+
+    def test_so_does_one_that_cannot_install_the_compiler(self):
+        self.play("Packaging/Linux/install-packages", "exit 1")
+        self.assert_skipped(self.run_in_checkout(".ci/checks", "macos"), "SKIPPED: the compiler")
+
+    def test_another_failure_is_one(self):
+        self.play("Packaging/macOS/check/check", "exit 1")
+        done = self.run_in_checkout(".ci/checks", "macos")
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stdout, r"(?m)^macOS build .* FAILED$")
+
+    def test_a_file_that_is_not_the_pinned_one_is_a_failure(self):
+        self.play("npm", "echo something else >package.tgz", folder=self.tools)
+        done = self.run_in_checkout(".ci/checks", "macos")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("is not the pinned file", done.stdout)
+
+    def test_a_check_that_passed_says_nothing_of_it(self):
+        self.play("Packaging/macOS/check/check", "exit 0")
+        done = self.run_in_checkout(".ci/checks", "macos")
+        self.assertEqual(done.returncode, 0)
+        self.assertNotIn("SKIPPED", done.stdout)
+
+    def run_everything(self, status_of_checks, status_of_tests):
+        self.play(".ci/checks", f"exit {status_of_checks}")
+        self.play("test", f"echo tests run; exit {status_of_tests}")
+        return self.run_in_checkout(".ci/run")
+
+    def test_the_whole_run_goes_on_and_ends_with_it(self):
+        done = self.run_everything(77, 0)
+        self.assertEqual(done.returncode, 77)
+        self.assertTrue(done.stdout.startswith("tests run\n"))
+        self.assertTrue(done.stdout.splitlines()[-1].startswith("SKIPPED"))
+
+    def test_the_whole_run_fails_with_its_checks_and_with_its_tests(self):
+        self.assertEqual(self.run_everything(1, 0).stdout, "")
+        self.assertEqual(self.run_everything(1, 0).returncode, 1)
+        self.assertEqual(self.run_everything(77, 8).returncode, 8)
+        self.assertEqual(self.run_everything(0, 8).returncode, 8)
+        self.assertEqual(self.run_everything(0, 0).returncode, 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
