@@ -117,10 +117,11 @@ void StatusNotifierItem::setText(const QString& text) {
         iconChanged_ || !told_.isValid() || std::chrono::milliseconds(told_.elapsed()) >= textPause_;
     if (title_ == toldTitle_ || !mayTell)
         return;
-    iconChanged_ = false;
+    // Hosts ask for everything after every signal, so each of them counts.
+    if (std::exchange(iconChanged_, false) || !told_.isValid())
+        Q_EMIT NewTitle();
     told_.start();
     toldTitle_ = title_;
-    Q_EMIT NewTitle();
     Q_EMIT NewToolTip();
 }
 

@@ -73,7 +73,8 @@ public:
     // Tells the host, which then asks for it.
     void setIcons(const QList<QImage>& icons);
     // Whoever asks gets this text from now on. The host is told at once after a change of the icon, but
-    // seldom otherwise: speeds flutter with every poll, and each word with the host wakes both programs up.
+    // seldom otherwise, and then only that the tool tip is another: speeds flutter with every poll, and each
+    // word with the host wakes both programs up.
     void setText(const QString& text);
 
     [[nodiscard]] QString category() const;

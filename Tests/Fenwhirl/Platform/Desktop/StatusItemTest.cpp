@@ -169,6 +169,7 @@ TEST(StatusItem, DrawsATemperatureThatComesAgainOnlyOnce) {
 TEST(StatusNotifierItem, TellsTheHostOfATextSeldomWhileTheIconStays) {
     StatusNotifierItem item(PrivateBus::connect(), std::chrono::hours(1));
     QSignalSpy told(&item, &StatusNotifierItem::NewToolTip);
+    QSignalSpy named(&item, &StatusNotifierItem::NewTitle);
     item.setText(QStringLiteral("2 400 tr/min"));
     EXPECT_EQ(told.count(), 1);
     item.setText(QStringLiteral("2 401 tr/min"));
@@ -177,15 +178,18 @@ TEST(StatusNotifierItem, TellsTheHostOfATextSeldomWhileTheIconStays) {
     item.setIcons({statusIcon(drawSquare, QStringLiteral("63°"), 22, true)});
     item.setText(QStringLiteral("2 402 tr/min"));
     EXPECT_EQ(told.count(), 2);
+    EXPECT_EQ(named.count(), 2);
 }
 
 TEST(StatusNotifierItem, TellsTheHostAgainAfterThePause) {
     StatusNotifierItem item(PrivateBus::connect(), std::chrono::milliseconds(0));
     QSignalSpy told(&item, &StatusNotifierItem::NewToolTip);
+    QSignalSpy named(&item, &StatusNotifierItem::NewTitle);
     item.setText(QStringLiteral("2 400 tr/min"));
     item.setText(QStringLiteral("2 401 tr/min"));
     item.setText(QStringLiteral("2 401 tr/min"));
     EXPECT_EQ(told.count(), 2);
+    EXPECT_EQ(named.count(), 1) << "one word for one change";
 }
 
 TEST(StatusItem, TellsWhereItWasClicked) {
