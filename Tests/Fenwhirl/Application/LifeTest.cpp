@@ -1,9 +1,7 @@
 // The turns of the program's life, with the real windows and delegate over models in memory.
 
-#include "Fenwhirl/Application/AppDelegate.h"
-#include "Fenwhirl/Application/WindowControl.h"
-#include "Fenwhirl/Localization/LocalizerTranslator.h"
-#include "Fenwhirl/Monitoring/MonitorHarness.h"
+#include "Life.h"
+
 #include "Fenwhirl/Views/Components/Theme.h"
 
 #include <QQuickItem>
@@ -16,81 +14,6 @@
 #include <memory>
 
 namespace {
-
-class FakeStatusItem : public StatusItem {
-public:
-    QString text;
-    QString shortText;
-    bool placed = true;
-    int timesTold = 0;
-
-    FakeStatusItem() = default;
-
-    void setText(const QString& newText, const QString& newShortText) override {
-        ++timesTold;
-        text = newText;
-        shortText = newShortText;
-    }
-
-    [[nodiscard]] bool isPlaced() const override { return placed; }
-};
-
-class FakeAppearance : public SystemAppearance {
-public:
-    AppearanceChoice chosen = AppearanceChoice::system;
-
-    FakeAppearance() = default;
-    using SystemAppearance::setDark;
-    using SystemAppearance::setTextScale;
-
-    void choose(AppearanceChoice choice) override { chosen = choice; }
-};
-
-class Life {
-public:
-    MonitorHarness world;
-    FakeStatusItem statusItem;
-    FakeAppearance appearance;
-    int updateChecks = 0;
-
-    explicit Life(bool onboarded) {
-        QCoreApplication::installTranslator(&translator_);
-        world.preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
-        world.preferences.setBoolean(QStringLiteral("didOnboard"), onboarded);
-        world.start();
-        ProcessServices processes;
-        processes.sample = [] { return ProcessSample(); };
-        processes.cancelSampling = [] {};
-        processes_ = std::make_unique<ProcessMonitor>(processes);
-        windows = std::make_unique<WindowControl>(
-            world.monitor(), *processes_, appearance,
-            ViewServices{.computerName = {},
-                         .notify = [](const QString&, const QString&) {},
-                         .saveReport = [](const QString&) {},
-                         .applicationIcon = [](const QString&) { return QString(); },
-                         .openMain = {},
-                         .quit = [] {}});
-        delegate = std::make_unique<AppDelegate>(
-            world.monitor(), *windows, statusItem, [this] { ++updateChecks; }, std::chrono::milliseconds(0));
-    }
-
-    ~Life() { QCoreApplication::removeTranslator(&translator_); }
-
-    Life(const Life&) = delete;
-    Life& operator=(const Life&) = delete;
-
-    [[nodiscard]] bool mainIsShown() const {
-        return windows->main() != nullptr && windows->main()->isVisible();
-    }
-
-private:
-    LocalizerTranslator translator_;
-    std::unique_ptr<ProcessMonitor> processes_;
-
-public:
-    std::unique_ptr<WindowControl> windows;
-    std::unique_ptr<AppDelegate> delegate;
-};
 
 bool eventually(const std::function<bool()>& condition) {
     return MonitorHarness::waitUntil(condition);

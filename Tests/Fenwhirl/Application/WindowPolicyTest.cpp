@@ -1,0 +1,135 @@
+// What the system is told about the main window and the program around it, and in which order: on a Mac it
+// decides whether there is a Dock icon and what the window looks like, elsewhere it does nothing.
+//
+// The linker lets the windows call in here instead (see CMakeLists.txt).
+
+#include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
+#include "Life.h"
+
+#include <QStringList>
+#include <QTest>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+#include <utility>
+
+namespace {
+
+QStringList told; // since the last question
+
+QStringList toldSinceThen() {
+    return std::exchange(told, {});
+}
+
+} // namespace
+
+// The names by which the linker knows them: the callers' in our place, and the system's own.
+void notedConfigure(QWindow& window) __asm__("__wrap__ZN19MainWindowBehaviour9configureER7QWindow");
+void notedRegular() __asm__("__wrap__ZN19MainWindowBehaviour10setRegularEv");
+void notedAccessory() __asm__("__wrap__ZN19MainWindowBehaviour12setAccessoryEv");
+void notedFront(QWindow& window, const QString& token) __asm__(
+    "__wrap__ZN19MainWindowBehaviour12bringToFrontER7QWindowRK7QString");
+void realFront(QWindow& window, const QString& token) __asm__(
+    "__real__ZN19MainWindowBehaviour12bringToFrontER7QWindowRK7QString");
+
+void notedConfigure(QWindow& window) {
+    // Its native window exists: that is what is configured.
+    told.append(window.handle() != nullptr ? QStringLiteral("configure") : QStringLiteral("too early"));
+}
+
+void notedRegular() {
+    told.append(QStringLiteral("regular"));
+}
+
+void notedAccessory() {
+    told.append(QStringLiteral("accessory"));
+}
+
+void notedFront(QWindow& window, const QString& token) {
+    told.append(QStringLiteral("front"));
+    realFront(window, token);
+}
+
+namespace {
+
+const QStringList opened = {QStringLiteral("regular"), QStringLiteral("front"), QStringLiteral("configure")};
+
+class WindowPolicy : public testing::Test {
+protected:
+    WindowPolicy() { told.clear(); }
+};
+
+TEST_F(WindowPolicy, TheFirstLaunchIsOneOfARegularProgram) {
+    Life life(false);
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(toldSinceThen().mid(0, 3), opened);
+}
+
+TEST_F(WindowPolicy, ALaterLaunchIsOneOfAnAccessory) {
+    Life life(true);
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(toldSinceThen(), QStringList(QStringLiteral("accessory")));
+}
+
+TEST_F(WindowPolicy, AClosedWindowLeavesAnAccessoryAndOpensAsANewOne) {
+    Life life(true);
+    life.windows->openMain();
+    for (int i = 0; i < 2; ++i) {
+        told.clear();
+        life.windows->main()->close();
+        QStringList closed = toldSinceThen();
+        closed.removeDuplicates();
+        EXPECT_EQ(closed, QStringList(QStringLiteral("accessory")));
+        life.windows->openMain();
+        // The native window went with the closing; this is another.
+        EXPECT_EQ(toldSinceThen().mid(0, 3), opened);
+    }
+}
+
+TEST_F(WindowPolicy, AWindowThatIsOpenIsOnlyRaised) {
+    Life life(true);
+    life.windows->openMain();
+    told.clear();
+    life.windows->openMain();
+    EXPECT_EQ(toldSinceThen(), opened.mid(0, 2));
+}
+
+TEST_F(WindowPolicy, AWindowThatBecomesActiveIsOneOfARegularProgram) {
+    Life life(true);
+    life.windows->openMain();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(life.windows->main()));
+    QWindow another;
+    another.show();
+    another.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&another));
+    told.clear();
+    life.windows->main()->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(life.windows->main()));
+    EXPECT_EQ(toldSinceThen(), QStringList(QStringLiteral("regular")));
+}
+
+TEST_F(WindowPolicy, ThePanelOfAnAccessoryChangesNothing) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    EXPECT_EQ(toldSinceThen(), QStringList());
+}
+
+TEST_F(WindowPolicy, OpeningTheWindowFromThePanelMakesItARegularProgramForGood) {
+    Life life(true);
+    life.windows->openMain();
+    life.windows->main()->close();
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    ASSERT_TRUE(life.windows->panel()->isVisible());
+    told.clear();
+    life.windows->openMain(); // while the panel goes, nothing is shown for a moment
+    const QStringList all = toldSinceThen();
+    EXPECT_LT(all.lastIndexOf(QStringLiteral("accessory")), all.indexOf(QStringLiteral("regular")));
+}
+
+TEST_F(WindowPolicy, AQuestionComesToTheFrontAsItIs) {
+    Life life(true);
+    life.windows->showAlert({}, [] {});
+    EXPECT_EQ(toldSinceThen(), QStringList(QStringLiteral("front")));
+}
+
+} // namespace
