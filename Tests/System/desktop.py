@@ -123,9 +123,10 @@ class Desktop:
     def log(self):
         return (self.home / "fenwhirl.log").read_text(encoding="utf-8", errors="replace")
 
-    def start_again(self):
+    def start_again(self, **environment):
         """A second start beside the first; its exit status."""
-        return subprocess.run([self.build / "bin/Fenwhirl"], check=False, timeout=stage.PATIENCE_SECONDS).returncode
+        return subprocess.run([self.build / "bin/Fenwhirl"], check=False, timeout=stage.PATIENCE_SECONDS,
+                              env={**os.environ, **environment}).returncode
 
     def polls(self, count=1):
         """Waits until that many more polls have reached the controller."""

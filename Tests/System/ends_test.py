@@ -3,6 +3,7 @@
 What a signal does is in road_test.py, what happens after a kill and in a crash in guard_test.py.
 """
 
+import contextlib
 import os
 import subprocess
 import unittest
@@ -46,6 +47,17 @@ class Ends(unittest.TestCase):
         # A guard that was not told that all is well comes again after five seconds.
         stage.wait_until(lambda: not any(name == "fenwhirl-guard" for _, _, name in processes()), "the guard was dismissed", 3)
 
+    @contextlib.contextmanager
+    def session(self, scene):
+        """The same as part of a session, which has its state by now."""
+        self.drive(scene)
+        scene.application.stop()
+        with SessionManager(scene.build) as session:
+            os.environ["SESSION_MANAGER"] = session.address
+            scene.application = scene.stack.enter_context(stage.Application(scene.build))
+            session.expect("joined", "saved")
+            yield session
+
     def ends(self, scene):
         return stage.wait_until(lambda: not scene.application.running(), "the program ends", 40)
 
@@ -74,12 +86,7 @@ class Ends(unittest.TestCase):
 
     def test_at_the_end_of_the_session(self):
         with Scene() as scene:
-            self.drive(scene)
-            scene.application.stop()
-            with SessionManager(scene.build) as session:
-                os.environ["SESSION_MANAGER"] = session.address
-                scene.application = scene.stack.enter_context(stage.Application(scene.build))
-                session.expect("joined", "saved")
+            with self.session(scene) as session:
                 scene.wait_for_modes("manual", "driven again")
                 since = len(scene.writes())
                 session.tell("end")
@@ -91,20 +98,14 @@ class Ends(unittest.TestCase):
             self.assert_handed_back(scene, since)
 
     def test_a_log_out_that_is_cancelled_changes_nothing(self):
-        with Scene() as scene:
-            self.drive(scene)
-            scene.application.stop()
-            with SessionManager(scene.build) as session:
-                os.environ["SESSION_MANAGER"] = session.address
-                scene.application = scene.stack.enter_context(stage.Application(scene.build))
-                session.expect("joined", "saved")
-                session.tell("end")
-                session.expect("saved")
-                session.tell("cancel")
-                scene.wait_for_modes("manual", "driven again")
-                scene.mac.tell("set TCXC 92")
-                stage.wait_until(lambda: scene.fan(0)[2] == "automatic", "and watched over")
-                self.assertTrue(scene.application.running())
+        with Scene() as scene, self.session(scene) as session:
+            session.tell("end")
+            session.expect("saved")
+            session.tell("cancel")
+            scene.wait_for_modes("manual", "driven again")
+            scene.mac.tell("set TCXC 92")
+            scene.wait_for_modes("automatic", "and watched over")
+            self.assertTrue(scene.application.running())
 
     def test_when_the_display_goes_away(self):
         with Scene() as scene:

@@ -98,6 +98,16 @@ class ClosingAndComingBack(unittest.TestCase):
             self.assertEqual(desktop.start_again(), 0)
             desktop.wait_for_main_window()
 
+    def test_a_start_from_outside_the_session_raises_it_too(self):
+        with Desktop() as desktop:
+            application = desktop.start()
+            elsewhere = desktop.home / "elsewhere"
+            elsewhere.mkdir(0o700)
+            self.assertEqual(desktop.start_again(XDG_RUNTIME_DIR=str(elsewhere)), 0)
+            desktop.wait_for_main_window()
+            self.assertEqual(len(desktop.windows()), 1)
+            self.assertTrue(application.running())
+
     def test_two_starts_at_once_leave_one_program(self):
         with Desktop() as desktop:
             starts = [desktop.stack.enter_context(stage.Process([desktop.build / "bin/Fenwhirl"])) for _ in range(4)]
