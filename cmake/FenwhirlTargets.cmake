@@ -28,7 +28,8 @@ endif()
 if(FENWHIRL_SANITIZE STREQUAL "thread")
     # Qt's libraries are not built with the sanitizer: it sees what they free and copy, but none of the locks around it. What
     # they do themselves is left out; code of ours is looked at wherever it runs, also when Qt calls it (see ThreadsTest).
-    list(APPEND FENWHIRL_TEST_ENVIRONMENT "TSAN_OPTIONS=ignore_noninstrumented_modules=1")
+    # And Qt forks beside threads to start a program, which the sanitizer would end the test for.
+    list(APPEND FENWHIRL_TEST_ENVIRONMENT "TSAN_OPTIONS=ignore_noninstrumented_modules=1:die_after_fork=0")
 endif()
 
 # fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…]): a GoogleTest program; each of
