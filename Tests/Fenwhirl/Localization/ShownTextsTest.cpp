@@ -41,7 +41,7 @@ bool hasRow(const QString& text) {
 
 // Files whose texts are not for the tables, and why.
 bool speaksForItself(std::string_view place) {
-    static constexpr std::array<std::string_view, 12> files = {
+    static constexpr std::array<std::string_view, 13> files = {
         // The tables themselves, the letters of the transliteration, the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
         "Fenwhirl/Localization/Cyrillic.cpp", "Fenwhirl/Localization/AppLanguage.cpp",
@@ -49,9 +49,9 @@ bool speaksForItself(std::string_view place) {
         "FenwhirlCore/SMCReport", "FenwhirlCore/SMCFanWriteTest", "Fenwhirl/Monitoring/DiagnosticReport",
         // The system's own processes keep their French labels in every language.
         "Fenwhirl/Processes/FriendlyName",
-        // Speaks to the system, not to the user: AppleScript, property lists, desktop entries.
+        // Speaks to the system, not to the user: AppleScript, property lists, desktop entries, folders.
         "Fenwhirl/Platform/AppleScriptText", "Fenwhirl/Platform/LoginItemText",
-        "Fenwhirl/Platform/Desktop/ApplicationIcon",
+        "Fenwhirl/Platform/Desktop/ApplicationIcon", "Fenwhirl/Platform/Desktop/SingleInstanceMacOS",
         // The update alert carries its own texts in every language.
         "Fenwhirl/Updates/"};
     return std::ranges::any_of(files, [place](std::string_view file) { return place.starts_with(file); });
