@@ -19,8 +19,10 @@ int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* /*contex
             continue;
         const std::uintptr_t begin = (object->dlpi_addr + segment.p_vaddr) & ~(page - 1);
         const std::uintptr_t end = object->dlpi_addr + segment.p_vaddr + segment.p_memsz;
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the linker tells its addresses as numbers.
+        void* const place = reinterpret_cast<void*>(begin);
         // A refusal, as for what is locked in memory, is as good as any answer.
-        static_cast<void>(madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED));
+        static_cast<void>(madvise(place, end - begin, MADV_DONTNEED));
     }
     return 0;
 }
