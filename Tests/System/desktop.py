@@ -106,14 +106,19 @@ class Desktop:
 
     # --- What is started ---
 
-    def start(self, **environment):
-        """Starts Fenwhirl, and waits until it reads the controller, where there is one."""
+    def launch(self, **environment):
+        """Starts Fenwhirl, and waits for nothing."""
         log = (self.home / "fenwhirl.log").open("wb")
         self.stack.callback(log.close)
         self.application = self.stack.enter_context(stage.Process(
             [self.build / "bin/Fenwhirl"], stderr=log,
             env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LANGUAGE": "fr", **environment}))
         self.screen = stage.Interface()
+        return self.application
+
+    def start(self, **environment):
+        """Starts Fenwhirl, and waits until it reads the controller, where there is one."""
+        self.launch(**environment)
         if self.controller:
             self.polls()
         else:
