@@ -34,7 +34,7 @@ Item {
 
                     ErrorBanner {
                         closable: true
-                        closeText: qsTr("Fermer")
+                        closeText: "OK" // i18n-ignore: understood in every language; the word for closing has no row of its own
                         message: root.control.error
                         width: error.width
 
