@@ -19,6 +19,7 @@ import sys
 import time
 
 import stage
+from makers_site import Site, makers_domain, move_in
 from pictured_mac import COOL, HOT, PicturedMac, Workload
 from status_host import StatusHost
 
@@ -32,37 +33,40 @@ PAGES = {"dashboard": "Tableau de bord", "fans": "Ventilateurs", "sensors": "Cap
 class Tour:
     """One appearance of the program, from the first start to the last trouble."""
 
-    def __init__(self, options, theme, host):
+    def __init__(self, options, theme, host, maker):
         self.build = options.build
         self.folder = options.pictures
         self.only = options.only
         self.theme = theme
         self.host = host
+        self.maker = maker
         self.screen = stage.Interface()
         self.application = self.mac = None
 
     # --- The program ---
 
     @contextlib.contextmanager
-    def started(self, onboarded=True, **preferences):
-        """Fenwhirl with its window on the screen."""
+    def started(self, onboarded=True, shown=True, **preferences):
+        """Fenwhirl with its window on the screen, unless it is not to be shown."""
         PREFERENCES.parent.mkdir(parents=True, exist_ok=True)
-        PREFERENCES.write_text(json.dumps({"theme": self.theme, "didOnboard": onboarded, **preferences}), encoding="utf-8")
+        PREFERENCES.write_text(json.dumps({"theme": self.theme, "didOnboard": onboarded,
+                                           "brenor.update.lastCheck": time.time(), **preferences}), encoding="utf-8")
         with stage.Application(self.build, scale=SCALE) as self.application:
-            if onboarded:
+            if onboarded and shown:
                 # It starts without a window; a second start brings that.
                 stage.wait_until(lambda: self.host.item, "the status item is there")
                 with stage.Application(self.build, scale=SCALE) as second:
                     second.child.wait(stage.PATIENCE_SECONDS)
-            self.screen.wait_for("Tableau de bord")
+            if shown:
+                self.screen.wait_for("Tableau de bord")
             yield
             self.application.stop()
             self.host.item = None
 
-    def windows(self):
+    def windows(self, title="^Fenwhirl$"):
         """The windows on the screen, as (X11 name, width)."""
         found = []
-        answer = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "^Fenwhirl$"],
+        answer = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", title],
                                 capture_output=True, text=True, check=False).stdout
         for window in answer.split():
             place = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window],
@@ -79,14 +83,14 @@ class Tour:
 
     # --- Pictures ---
 
-    def picture(self, name, narrow=False):
+    def picture(self, name, narrow=False, title=None):
         """Saves what a window shows, as soon as it shows the same twice: then all motion has ended."""
         file = self.folder / f"{name}-{self.theme}.png"
         file.parent.mkdir(parents=True, exist_ok=True)
         shot = before = None
         end = time.monotonic() + stage.PATIENCE_SECONDS
         while time.monotonic() < end:
-            shot = self.shot(narrow)
+            shot = self.shot(narrow, title)
             now = shot and hashlib.sha256(shot).digest()
             if now and now == before:
                 break
@@ -97,9 +101,9 @@ class Tour:
         subprocess.run(["convert", "ppm:-", file], input=shot, check=True)
         print(f"  {file.relative_to(self.folder)}", flush=True)
 
-    def shot(self, narrow):
+    def shot(self, narrow, title=None):
         """What a window shows now; of the panel also what lies around it, which its round corners let through."""
-        window = self.window(narrow)
+        window = next((name for name, _ in self.windows(title)), None) if title else self.window(narrow)
         if window is None:
             return None
         what = ["-window", window]
@@ -275,7 +279,9 @@ class Tour:
         self.screen.press("Créer le rapport")
         self.screen.wait_for("Création en cours…")
         self.picture("states/settings-report-busy")
-        # The system's own question where to save it.
+        # The question where to save it: there is no desktop here with a dialog of its own.
+        self.screen.wait_for("Annuler", "push button")
+        self.picture("dialogs/save", title="^Enregistrer")
         self.screen.press("Annuler", "push button")
         self.screen.wait_for("Créer le rapport")
 
@@ -286,6 +292,15 @@ class Tour:
         self.screen.wait_for(lambda text: text.startswith("Ce Mac n'a pas accepté"))
         self.picture("states/dashboard-refused")
         self.mac.tell("accept all")
+
+    def update(self):
+        """A newer version is offered at launch, while no other window is there."""
+        if self.maker is None:
+            print("  (no picture of an update: a network of our own is not allowed here)", flush=True)
+            return
+        with self.started(shown=False, **{"brenor.update.lastCheck": 0}):
+            self.screen.wait_for("Télécharger")
+            self.picture("dialogs/update", narrow=True)
 
     def old_helper(self):
         """The helper that is installed is of an earlier program."""
@@ -333,12 +348,21 @@ class Tour:
 
     def walk(self):
         with PicturedMac(self.build) as self.mac:
-            for part in (self.first_start, self.in_control, self.old_helper, self.many, self.no_fans):
+            for part in (self.first_start, self.update, self.in_control, self.old_helper, self.many, self.no_fans):
                 if self.only in (None, part.__name__):
                     part()
                     shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
         if self.only in (None, "no_controller"):
             self.no_controller()
+
+
+def play_the_maker(build):
+    """The web site with a newer version; None where it cannot be played."""
+    domain = makers_domain(build)
+    try:
+        return Site(domain, move_in(domain).certificate_for(domain), "0.2")
+    except OSError:
+        return None
 
 
 def main():
@@ -365,9 +389,10 @@ def main():
             os.environ["LANG"] = "fr_FR.UTF-8"
             os.environ.update(stack.enter_context(stage.SessionBus()).environment())
             host = stack.enter_context(StatusHost())
+            maker = play_the_maker(options.build)
             for theme in [options.theme] if options.theme else ["dark", "light"]:
                 print(f"{theme}:")
-                Tour(options, theme, host).walk()
+                Tour(options, theme, host, maker).walk()
     except stage.StageError as error:
         print(f"The tour ended early: {error}", file=sys.stderr)
         return 1
