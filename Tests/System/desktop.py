@@ -194,11 +194,11 @@ class Desktop:
         return found
 
     def main_window(self):
-        return next((window for window in self.windows() if window[3] > 340), None)
+        return next((window for window in self.windows() if window[3] > 440), None)
 
     def panel_window(self):
-        """The status item's panel, by its width."""
-        return next((window for window in self.windows() if window[3] == 340), None)
+        """The status item's panel, by its width; with the margin for its shadow where it has one."""
+        return next((window for window in self.windows() if window[3] in (340, 440)), None)
 
     def wait_for_main_window(self, seconds=stage.PATIENCE_SECONDS):
         return stage.wait_until(self.main_window, "the main window is shown", seconds)
@@ -214,9 +214,9 @@ class Desktop:
     def has_focus(window):
         return window is not None and run("xdotool", "getwindowfocus").strip() == window[0]
 
-    def cover(self):
-        """Puts another program's window in front."""
-        self.stack.enter_context(stage.Process(["xev", "-geometry", "1200x700+0+0"], stdout=subprocess.DEVNULL))
+    def cover(self, place="1200x700+0+0"):
+        """Puts another program's window in front, which is white."""
+        self.stack.enter_context(stage.Process(["xev", "-geometry", place], stdout=subprocess.DEVNULL))
         other = stage.wait_until(lambda: run("xdotool", "search", "--onlyvisible", "--name", "^Event Tester$").split(),
                                  "the other window is shown")
         run("xdotool", "windowactivate", other[0])

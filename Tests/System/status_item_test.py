@@ -1,10 +1,11 @@
 """The status item under the panels that desktops really have: a host for status notifier items, and a classic tray."""
 
+import contextlib
 import time
 import unittest
 
 import stage
-from desktop import PANEL_HEIGHT, Desktop
+from desktop import PANEL_HEIGHT, Desktop, run
 
 
 class UnderAPanel(unittest.TestCase):
@@ -116,6 +117,48 @@ class UnderAClassicTray(unittest.TestCase):
             desktop.wait_for_ink()
             desktop.click_item()
             desktop.wait_for_panel_window()
+
+
+class ThePanelsEdge(unittest.TestCase):
+    """Over something white, in the light appearance: whatever is dark there is no part of the panel."""
+
+    @contextlib.contextmanager
+    def opened(self, compositor):
+        with Desktop(preferences={"theme": "light"}) as desktop:
+            if compositor:
+                desktop.stack.enter_context(stage.Process(["xcompmgr"]))
+                stage.wait_until(lambda: run("xdotool", "search", "--name", "^xcompmgr$"), "windows are composed")
+            desktop.cover("1280x760+0+0")
+            desktop.start_tray()
+            desktop.start()
+            desktop.click_item()
+            yield desktop, desktop.wait_for_panel_window()
+
+    @staticmethod
+    def brightness(x, y, width=1, height=1):
+        """Of the darkest point there on the screen, 0 to 255."""
+        return int(float(run("import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-colorspace", "gray",
+                             "-format", "%[fx:255*minima]", "info:") or -1))
+
+    def test_where_windows_are_not_composed_nothing_black_is_left_at_its_corners(self):
+        with self.opened(compositor=False) as (_, (_, x, y, width, height)):
+            self.assertEqual(width, 340)
+            for corner in ((x, y + height - 14), (x + width - 14, y + height - 14)):
+                stage.wait_until(lambda at=corner: self.brightness(*at, 14, 14) > 0xD0,
+                                 lambda at=corner: f"a clean corner; its darkest is {self.brightness(*at, 14, 14)}")
+
+    def test_where_they_are_its_shadow_lies_around_it(self):
+        with self.opened(compositor=True) as (desktop, (_, x, y, width, height)):
+            self.assertEqual(width, 440)
+            bottom = y + 32 + height - 100
+            stage.wait_until(lambda: 0x80 < self.brightness(x + 220, bottom + 6) < 0xF0,
+                             lambda: f"a shadow below; there is {self.brightness(x + 220, bottom + 6)}")
+            self.assertGreater(self.brightness(x + 1, y + height - 2), 0xF8, "the shadow ends before its window does")
+            # The panel itself stands inside the screen, and what lies around it is no part of it.
+            self.assertLessEqual(x + 50 + 340, 1280)
+            self.assertIn("50, 50, 32, 68", run("xprop", "-id", desktop.panel_window()[0], "_GTK_FRAME_EXTENTS"))
+            desktop.click(x + 20, y + 200)
+            stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
 
 
 class Reaction(unittest.TestCase):

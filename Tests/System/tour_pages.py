@@ -78,7 +78,7 @@ class Tour:
 
     def window(self, narrow=False):
         """The main window, or the panel, which is narrow."""
-        fits = [window for window, width in self.windows() if (width <= 400 * SCALE) == narrow]
+        fits = [window for window, width in self.windows() if (width <= 460 * SCALE) == narrow]
         return fits[0] if fits else None
 
     # --- Pictures ---
@@ -381,9 +381,8 @@ def main():
             display = stack.enter_context(stage.Display(2000, 1300, SCALE))
             display.start_window_manager()
             os.environ.update(display.environment())
-            # A ground that the windows stand out from.
-            subprocess.run(["display", "-window", "root", "-size", f"{2000 * SCALE}x{1300 * SCALE}",
-                            "gradient:#5d7aa8-#4a3f6b"], check=False, capture_output=True)
+            # As on most desktops: what is translucent shows what lies under it. The ground becomes grey with that.
+            stack.enter_context(stage.Process(["xcompmgr"]))
             # Numbers are written as in France; the interface follows.
             os.environ.pop("LC_ALL", None)
             os.environ["LANG"] = "fr_FR.UTF-8"

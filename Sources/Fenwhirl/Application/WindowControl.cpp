@@ -3,7 +3,6 @@
 #include "Fenwhirl/Application/ApplicationIconProvider.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/PanelPlacement.h"
-#include "Fenwhirl/Platform/Desktop/StatusPanel.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/RestingMemory.h"
 #include "Fenwhirl/Views/Components/SystemSymbols.h"
@@ -127,22 +126,32 @@ void WindowControl::togglePanel(const QRect& itemPlace) {
     if (panelClosed_.isValid() && panelClosed_.elapsed() < reopenGuardMilliseconds)
         return;
     models_.setAwake(true);
-    if (!panel_) {
-        panel_ = makeWindow(menuPanelFile(), withModels());
-        panel_->setFlags(statusPanelFlags());
-        connect(panel_.get(), &QWindow::activeChanged, this, [this] {
-            if (!panel_->isActive())
-                closePanel();
-        });
-        connect(panel_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
-            if (!visible)
-                panelClosed_.start();
-        });
-    }
+    const PanelSurroundings surroundings = panelSurroundings();
+    // Whether a window can be translucent is settled when it is made.
+    if (!panel_ || surroundings != panelSurroundings_)
+        makePanel(surroundings);
     placePanel(itemPlace);
     panel_->show();
     panel_->raise();
     panel_->requestActivate();
+}
+
+void WindowControl::makePanel(PanelSurroundings surroundings) {
+    stopListening(panel_.get());
+    QVariantMap properties = withModels();
+    properties.insert(QStringLiteral("composed"), surroundings != PanelSurroundings::cut);
+    properties.insert(QStringLiteral("shadowed"), surroundings == PanelSurroundings::shadowed);
+    panel_ = makeWindow(menuPanelFile(), properties);
+    panelSurroundings_ = surroundings;
+    panel_->setFlags(statusPanelFlags());
+    connect(panel_.get(), &QWindow::activeChanged, this, [this] {
+        if (!panel_->isActive())
+            closePanel();
+    });
+    connect(panel_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
+        if (!visible)
+            panelClosed_.start();
+    });
 }
 
 void WindowControl::showAlert(const AlertTexts& texts, std::function<void()> accepted) {
@@ -168,7 +177,12 @@ void WindowControl::placePanel(const QRect& itemPlace) {
     const QRect free = screen->availableGeometry();
     panel_->setScreen(screen);
     panel_->setProperty("maximumPanelHeight", free.height() - 2 * panelMargin);
-    panel_->setPosition(panelPosition(itemPlace, panel_->size(), free));
+    // The panel without the margin of its window.
+    const QRect panel = panel_->property("panelArea").toRectF().toRect();
+    panel_->setPosition(panelPosition(itemPlace, panel.size(), free) - panel.topLeft());
+    const QRect window(QPoint(), panel_->size());
+    declareShadow(*panel_, {panel.left(), panel.top(), window.right() - panel.right(),
+                            window.bottom() - panel.bottom()});
 }
 
 void WindowControl::closePanel() {

@@ -9,6 +9,7 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/Desktop/StatusPanel.h"
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
 #include "Fenwhirl/Views/ViewModels.h"
 
@@ -94,6 +95,7 @@ private:
     // Before a window goes: it says that it does, and by then it is no window any more. Null is nothing.
     void stopListening(QQuickWindow* window);
     void updateAwake();
+    void makePanel(PanelSurroundings surroundings);
     void closePanel();
     void placePanel(const QRect& itemPlace);
 
@@ -103,6 +105,7 @@ private:
     std::unique_ptr<QQmlEngine> engine_;
     std::unique_ptr<QQuickWindow> main_;
     std::unique_ptr<QQuickWindow> panel_;
+    PanelSurroundings panelSurroundings_ = PanelSurroundings::cut;
     std::unique_ptr<QQuickWindow> alert_;
     std::function<void()> acceptAlert_;
     QElapsedTimer panelClosed_;

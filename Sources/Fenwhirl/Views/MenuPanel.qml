@@ -9,12 +9,21 @@ Window {
     required property ViewModels models
     // What the screen leaves; a panel with very many fans scrolls inside it.
     property real maximumPanelHeight: 100000
+    // Whether its window can be translucent; elsewhere it is cut to the panel's shape.
+    property bool composed: true
+    // Whether it draws its shadow, into a margin of the window.
+    property bool shadowed: false
+    readonly property real blur: shadowed ? 50 : 0
+    readonly property real fall: shadowed ? 18 : 0
+    // The panel's place in its window.
+    readonly property rect panelArea: Qt.rect(blur, blur - fall, Math.round(340 * Theme.textScale),
+                                              Math.min(panel.contentHeight, maximumPanelHeight))
 
-    color: "transparent"
+    color: composed ? "transparent" : Theme.card
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
-    height: Math.min(panel.contentHeight, maximumPanelHeight)
+    height: panelArea.height + 2 * blur
     title: "Fenwhirl"
-    width: Math.round(340 * Theme.textScale)
+    width: panelArea.width + 2 * blur
 
     onActiveFocusItemChanged: {
         if (activeFocusItem === null || activeFocusItem === contentItem)
@@ -52,20 +61,45 @@ Window {
     }
 
     WindowCorners {
+        radius: root.composed ? 0 : surface.radius
+    }
+
+    // A press on the shadow is one beside the panel.
+    MouseArea {
+        anchors.fill: parent
+
+        onPressed: mouse => {
+            mouse.accepted = !surface.contains(mapToItem(surface, mouse.x, mouse.y))
+            if (mouse.accepted)
+                root.close()
+        }
+    }
+
+    SoftShadow {
+        blur: root.blur
+        color: Theme.shadow
+        height: surface.height + 2 * blur
         radius: surface.radius
+        visible: root.shadowed
+        width: surface.width + 2 * blur
+        x: surface.x - blur
+        y: surface.y + root.fall - blur
     }
 
     Surface {
         id: surface
-        anchors.fill: parent
         color: Theme.card
+        height: root.panelArea.height
         radius: 14
         stroke: Theme.stroke
+        width: root.panelArea.width
+        x: root.panelArea.x
+        y: root.panelArea.y
     }
 
     ScrollView {
         id: panel
-        anchors.fill: parent
+        anchors.fill: surface
         focus: true
         padding: 16
 

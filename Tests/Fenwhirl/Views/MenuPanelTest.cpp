@@ -2,6 +2,8 @@
 
 #include "Stage.h"
 
+#include <QTest>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -145,6 +147,37 @@ TEST(MenuPanel, IsAsWideAsDrawnAndAsHighAsItsContent) {
     EXPECT_EQ(stage.window().width(), 340);
     EXPECT_GT(stage.window().height(), 400);
     EXPECT_LT(stage.window().height(), 600);
+}
+
+TEST(MenuPanel, HasRoomForItsShadowWhereItDrawsOne) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    const int height = stage.window().height();
+    EXPECT_EQ(stage.window().property("panelArea").toRectF(), QRectF(0, 0, 340, height));
+    stage.window().setProperty("shadowed", true);
+    EXPECT_EQ(stage.window().property("panelArea").toRectF(), QRectF(50, 32, 340, height));
+    EXPECT_EQ(stage.window().size(), QSize(440, height + 100));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+        return stage.colorAt({60, 100}) == QColor(0x1F, 0x22, 0x29);
+    }));
+}
+
+TEST(MenuPanel, ClosesOnAPressOnItsShadowAndNotOnItself) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    stage.window().setProperty("shadowed", true);
+    QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, QPoint(56, 60)); // in its padding
+    EXPECT_TRUE(stage.window().isVisible());
+    QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, QPoint(40, 60));
+    EXPECT_FALSE(stage.window().isVisible());
+}
+
+TEST(MenuPanel, IsOfOneColourToItsEdgesWhereItIsCut) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    EXPECT_EQ(stage.window().color().alpha(), 0);
+    stage.window().setProperty("composed", false);
+    EXPECT_EQ(stage.window().color(), QColor(0x1F, 0x22, 0x29));
 }
 
 } // namespace

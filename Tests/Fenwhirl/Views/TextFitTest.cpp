@@ -32,9 +32,12 @@ constexpr std::array longLanguages = {AppLanguage::de, AppLanguage::pt, AppLangu
 void expectItFits(Stage& stage, AppLanguage language, double scale, const std::string& where,
                   const QByteArray& within, QStringList mayBeCut) {
     stage.monitor().setLanguage(language);
-    // Twice: what follows the size of something else is laid out with the picture after.
+    // Twice: what follows the size of something else is laid out with the picture after; and so does the
+    // window that has the size of its content.
     static_cast<void>(stage.window().grabWindow());
     static_cast<void>(stage.window().grabWindow());
+    ASSERT_TRUE(
+        QTest::qWaitFor([&] { return stage.window().contentItem()->size() == stage.window().size(); }));
     const QList<ShownText> texts = shownTexts(stage.window(), within);
     EXPECT_GE(texts.size(), 3) << where << " in " << rawValue(language);
     for (const ShownText& shown : texts) {

@@ -7,6 +7,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLibraryInfo>
@@ -30,7 +31,9 @@ QString askWithQt(const QString& place, const QString& language) {
 QString askSavePath(const QString& proposedName, const QString& language) {
     if (SavePortalLinux::isAsking())
         return {};
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QFileInfo(folder).isDir())
+        folder = QDir::homePath();
     SavePortalLinux portal(QDBusConnection::sessionBus());
     // The program's name is a title in every language.
     const SavePortalLinux::Answer answer =

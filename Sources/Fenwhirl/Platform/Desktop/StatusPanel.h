@@ -1,4 +1,4 @@
-// What kind of window the status item's panel is. Any thread.
+// What kind of window the status item's panel is, and what lies around it. Main thread.
 //
 // On Linux a tool window that takes the keyboard. On macOS a popup: a tool window is not shown while its
 // program is not the active one, and a click on the status item does not make it so; a popup is shown in any
@@ -6,6 +6,20 @@
 
 #pragma once
 
-#include <qnamespace.h>
+#include <QMargins>
+#include <QWindow>
 
 [[nodiscard]] Qt::WindowFlags statusPanelFlags();
+
+// How the panel stands out from what lies under it.
+enum class PanelSurroundings {
+    cut,         // windows hide all that is under them: it is cut to its shape (X11 without a compositor)
+    translucent, // and nothing is to be added: the system draws the shadow of windows (macOS)
+    shadowed,    // its window has a translucent margin in which it draws its own shadow (Linux)
+};
+
+// As it is now: compositors come and go.
+[[nodiscard]] PanelSurroundings panelSurroundings();
+
+// Tells the window manager which margins of a window are its shadow, so that it is not placed by them.
+void declareShadow(QWindow& window, const QMargins& margins);

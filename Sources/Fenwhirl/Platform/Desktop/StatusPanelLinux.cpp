@@ -1,5 +1,64 @@
 #include "Fenwhirl/Platform/Desktop/StatusPanel.h"
 
+#include <QGuiApplication>
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace {
+
+struct Free {
+    void operator()(void* memory) const { std::free(memory); }
+};
+
+// Null where this is not X11.
+xcb_connection_t* connection() {
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 != nullptr ? x11->connection() : nullptr;
+}
+
+xcb_atom_t atom(xcb_connection_t* server, const char* name) {
+    const auto length = static_cast<std::uint16_t>(std::strlen(name));
+    const std::unique_ptr<xcb_intern_atom_reply_t, Free> reply(
+        xcb_intern_atom_reply(server, xcb_intern_atom(server, 0, length, name), nullptr));
+    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+// A compositor owns the selection that is named for it, of the one screen that today's servers have.
+bool hasCompositor(xcb_connection_t* server) {
+    const std::unique_ptr<xcb_get_selection_owner_reply_t, Free> reply(xcb_get_selection_owner_reply(
+        server, xcb_get_selection_owner(server, atom(server, "_NET_WM_CM_S0")), nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+} // namespace
+
 Qt::WindowFlags statusPanelFlags() {
     return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+}
+
+PanelSurroundings panelSurroundings() {
+    if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+        return PanelSurroundings::shadowed;
+    xcb_connection_t* const server = connection();
+    return server != nullptr && hasCompositor(server) ? PanelSurroundings::shadowed : PanelSurroundings::cut;
+}
+
+void declareShadow(QWindow& window, const QMargins& margins) {
+    xcb_connection_t* const server = connection();
+    if (server == nullptr)
+        return;
+    const double ratio = window.devicePixelRatio();
+    std::array<std::uint32_t, 4> pixels{};
+    const std::array points = {margins.left(), margins.right(), margins.top(), margins.bottom()};
+    for (std::size_t i = 0; i < points.size(); ++i)
+        pixels[i] = static_cast<std::uint32_t>(std::lround(points[i] * ratio));
+    xcb_change_property(server, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                        atom(server, "_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, pixels.size(),
+                        pixels.data());
 }

@@ -3,3 +3,9 @@
 Qt::WindowFlags statusPanelFlags() {
     return Qt::Popup | Qt::FramelessWindowHint;
 }
+
+PanelSurroundings panelSurroundings() {
+    return PanelSurroundings::translucent;
+}
+
+void declareShadow(QWindow& /*window*/, const QMargins& /*margins*/) {}

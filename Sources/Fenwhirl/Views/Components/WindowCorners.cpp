@@ -37,7 +37,7 @@ void WindowCorners::itemChange(ItemChange change, const ItemChangeData& value) {
 
 void WindowCorners::cut() {
     if (window() != nullptr && QGuiApplication::platformName() == QStringLiteral("xcb"))
-        window()->setMask(roundedRegion(window()->size(), m_radius));
+        window()->setMask(m_radius > 0 ? roundedRegion(window()->size(), m_radius) : QRegion());
 }
 
 } // namespace Fenwhirl

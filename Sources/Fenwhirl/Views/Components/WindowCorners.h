@@ -6,11 +6,11 @@
 
 // Rounds the window it lies in: QML type `WindowCorners`.
 //
-//   Window { color: "transparent"; WindowCorners { radius: 14 } }
+//   Window { color: composed ? "transparent" : Theme.card; WindowCorners { radius: composed ? 0 : 14 } }
 //
 // A transparent window has clear corners only where something composes the windows of the screen; on plain
-// X11 they are black. There the window is cut to its shape, a little outside of the drawn edge, so that this
-// stays smooth where windows are composed. Elsewhere nothing happens. Main thread.
+// X11 they are black. There, with a radius above 0, the window is cut to its shape, a little outside of the
+// drawn edge: give it the colour that is to be seen there. Elsewhere nothing happens. Main thread.
 
 namespace Fenwhirl {
 
