@@ -10,10 +10,10 @@
 
 namespace {
 
-// Shares of the icon's height: a symbol of 16 in a canvas of 22, text of 13 after a gap of 4.
+// Shares of the icon's side: a symbol of 16 in a canvas of 22, or a smaller one above the text.
 constexpr double symbolShare = 16.0 / 22.0;
-constexpr double textShare = 13.0 / 22.0;
-constexpr double gapShare = 4.0 / 22.0;
+constexpr double symbolOverTextShare = 0.52;
+constexpr double textShare = 0.5;
 constexpr int edgeAlpha = 115; // of 255
 
 QFont textFont(double pixels) {
@@ -23,8 +23,8 @@ QFont textFont(double pixels) {
     return font;
 }
 
-QImage transparentImage(int width, int height) {
-    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
+QImage transparentImage(int side) {
+    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     return image;
 }
@@ -37,13 +37,13 @@ void drawText(QPainter& painter, const QFont& font, const QString& text, QPointF
 
 // The drawing once per direction in the edge's colour, then in its own on top.
 template <typename Draw>
-QImage edged(int width, int height, bool onDark, const Draw& draw) {
+QImage edged(int side, bool onDark, const Draw& draw) {
     QColor edge = onDark ? QColor(Qt::black) : QColor(Qt::white);
     edge.setAlpha(edgeAlpha);
     const QColor ink = onDark ? QColor(Qt::white) : QColor(0x22, 0x22, 0x22);
-    const double step = std::max(1.0, height / 22.0) * 0.5;
+    const double step = std::max(1.0, side / 22.0) * 0.5;
 
-    QImage image = transparentImage(width, height);
+    QImage image = transparentImage(side);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     for (const QPointF offset : {QPointF(-step, 0), QPointF(step, 0), QPointF(0, -step), QPointF(0, step)}) {
@@ -61,7 +61,7 @@ QImage edged(int width, int height, bool onDark, const Draw& draw) {
 QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint) {
     constexpr int canvas = 18;
     constexpr int drawing = 16;
-    QImage image = transparentImage(canvas * pixelsPerPoint, canvas * pixelsPerPoint);
+    QImage image = transparentImage(canvas * pixelsPerPoint);
     image.setDevicePixelRatio(pixelsPerPoint);
     QPainter painter(&image); // counts in points
     painter.setRenderHint(QPainter::Antialiasing);
@@ -70,30 +70,13 @@ QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint) {
     return image;
 }
 
-QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark) {
-    const double symbolSide = height * symbolShare;
-    const double margin = (height - symbolSide) / 2;
-    const QFont font = textFont(height * textShare);
+QImage statusIcon(const SymbolPainter& symbol, const QString& text, int side, bool onDark) {
+    const QFont font = textFont(side * textShare);
     const QFontMetricsF metrics(font);
-    const double gap = height * gapShare;
-    const double textWidth = text.isEmpty() ? 0 : gap + metrics.horizontalAdvance(text);
-    const int width = static_cast<int>(std::ceil(height + textWidth));
-    return edged(width, height, onDark, [&](QPainter& painter, const QColor& color) {
-        symbol(painter, QRectF(margin, margin, symbolSide, symbolSide), color);
-        painter.setPen(color);
-        const double baseline = (height + metrics.capHeight()) / 2;
-        drawText(painter, font, text, QPointF(margin + symbolSide + gap, baseline));
-    });
-}
-
-QImage squareStatusIcon(const SymbolPainter& symbol, const QString& text, int side, bool onDark) {
-    if (text.isEmpty())
-        return statusIcon(symbol, text, side, onDark);
-    const QFont font = textFont(side * 0.5);
-    const QFontMetricsF metrics(font);
-    const double symbolSide = side * 0.52;
-    return edged(side, side, onDark, [&](QPainter& painter, const QColor& color) {
-        symbol(painter, QRectF((side - symbolSide) / 2, 0, symbolSide, symbolSide), color);
+    const double symbolSide = side * (text.isEmpty() ? symbolShare : symbolOverTextShare);
+    const double top = text.isEmpty() ? (side - symbolSide) / 2 : 0;
+    return edged(side, onDark, [&](QPainter& painter, const QColor& color) {
+        symbol(painter, QRectF((side - symbolSide) / 2, top, symbolSide, symbolSide), color);
         painter.setPen(color);
         drawText(painter, font, text,
                  QPointF((side - metrics.horizontalAdvance(text)) / 2, side - side / 22.0));

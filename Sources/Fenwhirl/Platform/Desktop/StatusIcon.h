@@ -1,4 +1,5 @@
-// Draws the status item's icon: the symbol, with the temperature beside it where there is one.
+// Draws the status item's icon: the symbol, with the temperature under it where there is one. It is square:
+// panels squeeze whatever is wider into a square, until nobody can read it.
 //
 // One colour with a thin edge of its opposite, so that it can be seen on a bar of any brightness: a
 // notification area does not tell its colour.
@@ -23,9 +24,5 @@ using SymbolPainter = std::function<void(QPainter&, const QRectF& bounds, const 
 // point.
 [[nodiscard]] QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint);
 
-// `height` in pixels; as wide as symbol and text need, square without a text.
-[[nodiscard]] QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark);
-
-// The same inside a square, for trays that know nothing else: the symbol above, the text below.
-[[nodiscard]] QImage squareStatusIcon(const SymbolPainter& symbol, const QString& text, int side,
-                                      bool onDark);
+// `side` in pixels.
+[[nodiscard]] QImage statusIcon(const SymbolPainter& symbol, const QString& text, int side, bool onDark);

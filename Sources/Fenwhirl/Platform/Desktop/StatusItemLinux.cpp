@@ -22,6 +22,12 @@ QPoint pointOfPixel(QPoint pixel) {
     return pixel;
 }
 
+// GNOME's bar is dark, whatever the appearance of the windows.
+bool barIsAlwaysDark() {
+    static const bool dark = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"GNOME");
+    return dark;
+}
+
 } // namespace
 
 std::unique_ptr<StatusItem> StatusItem::create(SymbolPainter symbol) {
@@ -51,7 +57,6 @@ void StatusItemLinux::place() {
 void StatusItemLinux::showNotifierItem() {
     if (classic_)
         classic_->hide();
-    drawn_.clear(); // the other kind of item has icons of another shape
     shown_.reset();
     item_ = std::make_unique<StatusNotifierItem>(bus_);
     connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel) {
@@ -65,7 +70,6 @@ void StatusItemLinux::showNotifierItem() {
 
 void StatusItemLinux::showClassicIcon() {
     item_.reset();
-    drawn_.clear(); // the other kind of item has icons of another shape
     shown_.reset();
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
         return; // the classic tray needs widgets
@@ -95,7 +99,7 @@ void StatusItemLinux::setText(const QString& text, const QString& shortText) {
 }
 
 void StatusItemLinux::updateContent() {
-    const IconKey wanted(shortText_, appearance_->isDark());
+    const IconKey wanted(shortText_, barIsAlwaysDark() || appearance_->isDark());
     const bool changes = shown_ != wanted;
     shown_ = wanted;
     if (item_) {
@@ -116,8 +120,9 @@ void StatusItemLinux::updateContent() {
 QList<QImage> StatusItemLinux::icons(const IconKey& key) {
     if (const QList<QImage>* drawn = drawn_.object(key))
         return *drawn;
-    const auto draw = item_ ? statusIcon : squareStatusIcon;
-    QList<QImage> made = {draw(symbol_, key.first, 22, key.second), draw(symbol_, key.first, 44, key.second)};
+    QList<QImage> made;
+    for (const int side : {22, 24, 32, 44, 48}) // usual sizes, so that little is scaled
+        made.append(statusIcon(symbol_, key.first, side, key.second));
     drawn_.insert(key, new QList<QImage>(made)); // the cache owns it
     return made;
 }

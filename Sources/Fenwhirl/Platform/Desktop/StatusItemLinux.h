@@ -48,6 +48,6 @@ private:
     // out each drawing to threads, so a temperature that goes to and fro would wake them all the time.
     using IconKey = std::pair<QString, bool>;
     [[nodiscard]] QList<QImage> icons(const IconKey& key);
-    QCache<IconKey, QList<QImage>> drawn_{32};
+    QCache<IconKey, QList<QImage>> drawn_{16};
     std::optional<IconKey> shown_;
 };

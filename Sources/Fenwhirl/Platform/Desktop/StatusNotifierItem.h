@@ -49,8 +49,10 @@ class StatusNotifierItem : public QObject {
     Q_PROPERTY(QString Category READ category)
     Q_PROPERTY(QString Id READ id)
     Q_PROPERTY(QString Title READ title)
+    Q_PROPERTY(QString IconAccessibleDesc READ title)
     Q_PROPERTY(QString Status READ status)
-    Q_PROPERTY(uint WindowId READ windowId)
+    Q_PROPERTY(int WindowId READ windowId)
+    Q_PROPERTY(QDBusObjectPath Menu READ menu)
     Q_PROPERTY(QString IconName READ iconName)
     Q_PROPERTY(StatusNotifierPixmaps IconPixmap READ iconPixmap)
     Q_PROPERTY(StatusNotifierToolTip ToolTip READ toolTip)
@@ -84,7 +86,10 @@ public:
 
     [[nodiscard]] QString status() const;
 
-    [[nodiscard]] uint windowId() const { return 0; }
+    [[nodiscard]] int windowId() const { return 0; }
+
+    // There is none. It must be said: a host that hears nothing of a menu may not show the item at all.
+    [[nodiscard]] QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/NO_DBUSMENU")); }
 
     [[nodiscard]] QString iconName() const { return {}; }
 

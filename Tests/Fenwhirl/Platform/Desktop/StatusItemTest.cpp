@@ -128,7 +128,7 @@ TEST(StatusItem, FollowsAWatcherThatStartsLater) {
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
 }
 
-TEST(StatusItem, SaysItsWholeTextAndDrawsTheShortOneBesideTheSymbol) {
+TEST(StatusItem, SaysItsWholeTextAndDrawsTheShortOneIntoASquare) {
     FakeWatcher watcher;
     const auto item = makeItem();
     item->setText(QStringLiteral("2 400 tr/min · 63 °C"), QStringLiteral("63°"));
@@ -138,11 +138,24 @@ TEST(StatusItem, SaysItsWholeTextAndDrawsTheShortOneBesideTheSymbol) {
     const auto tip = qdbus_cast<StatusNotifierToolTip>(watcher.property(QStringLiteral("ToolTip")));
     EXPECT_EQ(tip.title, QStringLiteral("2 400 tr/min · 63 °C"));
     const auto icons = qdbus_cast<StatusNotifierPixmaps>(watcher.property(QStringLiteral("IconPixmap")));
-    ASSERT_EQ(icons.size(), 2);
+    ASSERT_EQ(icons.size(), 5);
     EXPECT_EQ(icons.at(0).height, 22);
-    EXPECT_GT(icons.at(0).width, 22);
-    EXPECT_EQ(icons.at(1).height, 44);
-    EXPECT_EQ(icons.at(0).bytes.size(), 4 * icons.at(0).width * icons.at(0).height);
+    EXPECT_EQ(icons.at(4).height, 48);
+    for (const StatusNotifierPixmap& icon : icons) {
+        EXPECT_EQ(icon.width, icon.height); // panels squeeze what is wider
+        EXPECT_EQ(icon.bytes.size(), 4 * icon.width * icon.height);
+    }
+    EXPECT_EQ(watcher.property(QStringLiteral("IconAccessibleDesc")).toString(),
+              QStringLiteral("2 400 tr/min · 63 °C"));
+}
+
+TEST(StatusItem, SaysThatItHasNoMenu) {
+    FakeWatcher watcher;
+    const auto item = makeItem();
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    EXPECT_EQ(watcher.property(QStringLiteral("Menu")).value<QDBusObjectPath>().path(),
+              QStringLiteral("/NO_DBUSMENU"));
+    EXPECT_EQ(watcher.property(QStringLiteral("WindowId")).metaType(), QMetaType::fromType<int>());
 }
 
 TEST(StatusItem, DrawsATemperatureThatComesAgainOnlyOnce) {
@@ -202,10 +215,25 @@ TEST(StatusItem, TellsWhereItWasClicked) {
     EXPECT_EQ(activated.at(0).at(0).toRect().topLeft(), QPoint(300, 10));
 }
 
-TEST(StatusIcon, IsSquareWithoutATextAndWiderWithOne) {
-    EXPECT_EQ(statusIcon(drawSquare, {}, 22, true).size(), QSize(22, 22));
-    EXPECT_GT(statusIcon(drawSquare, QStringLiteral("63°"), 22, true).width(), 30);
-    EXPECT_EQ(squareStatusIcon(drawSquare, QStringLiteral("63°"), 22, true).size(), QSize(22, 22));
+TEST(StatusIcon, HasTheTextUnderASmallerSymbol) {
+    const QImage alone = statusIcon(drawSquare, {}, 44, true);
+    const QImage both = statusIcon(drawSquare, QStringLiteral("63°"), 44, true);
+    EXPECT_EQ(alone.size(), QSize(44, 44));
+    EXPECT_EQ(both.size(), QSize(44, 44));
+    // Opaque points in the lowest part of the symbol's place, and in that of the text.
+    const auto ink = [](const QImage& image, const QRect& place) {
+        int points = 0;
+        for (int y = place.top(); y <= place.bottom(); ++y) {
+            for (int x = place.left(); x <= place.right(); ++x)
+                points += image.pixelColor(x, y).alpha() == 255 ? 1 : 0;
+        }
+        return points;
+    };
+    const QRect text(2, 26, 40, 16);
+    const QRect symbol(16, 4, 12, 16);
+    EXPECT_GT(ink(both, text), 40);
+    EXPECT_EQ(ink(both, symbol), 12 * 16);
+    EXPECT_LT(ink(alone, symbol), 12 * 16);
 }
 
 TEST(StatusIcon, AsATemplateIsBlackWithAMarginAndNothingElse) {
