@@ -88,8 +88,7 @@ public:
 
     [[nodiscard]] int windowId() const { return 0; }
 
-    // There is none. It must be said: a host that hears nothing of a menu may not show the item at all.
-    [[nodiscard]] QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/NO_DBUSMENU")); }
+    [[nodiscard]] QDBusObjectPath menu() const;
 
     [[nodiscard]] QString iconName() const { return {}; }
 
