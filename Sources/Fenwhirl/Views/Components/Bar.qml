@@ -11,6 +11,8 @@ Item {
     property color fill: Theme.accent
     readonly property double wanted: fraction > 0 ? Math.min(fraction, 1) : 0
     property double shown: 0
+    // Half the height, where that can be drawn.
+    readonly property real cornerRadius: height / 2 - (Theme.cornerStep < height / 2 ? height / 2 % Theme.cornerStep : 0)
     // False until the bar stands: what is there from the beginning does not move into place.
     property bool ready: false
 
@@ -33,7 +35,7 @@ Item {
     Rectangle {
         anchors.fill: parent
         color: Theme.track
-        radius: height / 2
+        radius: root.cornerRadius
     }
 
     // Clipped at its right end and as wide as the track inside, so that a short bar keeps the track's rounding.
@@ -41,7 +43,7 @@ Item {
         objectName: "fill"
         color: root.fill
         height: parent.height
-        radius: height / 2
+        radius: root.cornerRadius
         visible: width > 0
         width: root.width * root.shown
     }

@@ -44,7 +44,7 @@ Pressable {
         overlay: root.down ? root.pressedColor : root.hoverColor
         overlaid: root.enabled && (root.down || root.hovered)
         overlayDuration: root.down ? Theme.pressDuration : Theme.hoverDuration
-        radius: 9
+        radius: 9 - 9 % Theme.cornerStep
         stroke: root.stroke
     }
     contentItem: Label {

@@ -34,7 +34,7 @@ Pressable {
         color: Theme.card
         overlay: root.down ? Theme.pressed : Theme.hover
         overlaid: root.enabled && (root.down || root.hovered)
-        radius: 9
+        radius: 9 - 9 % Theme.cornerStep
         stroke: Theme.stroke
     }
     contentItem: Row {

@@ -16,7 +16,7 @@ Rectangle {
     border.color: Theme.accent
     border.width: 2
     color: "transparent"
-    radius: targetRadius + 4
+    radius: targetRadius + 4 - (targetRadius + 4) % Theme.cornerStep
     visible: target.activeFocus && KeyboardFocus.active
     z: 1
 }

@@ -51,14 +51,14 @@ T.Popup {
 
     background: Surface {
         color: Theme.popup
-        radius: 11
+        radius: 11 - 11 % Theme.cornerStep
         stroke: Theme.stroke
 
         SoftShadow {
             blur: 32
             color: Theme.shadow
             height: parent.height + 2 * blur
-            radius: 11
+            radius: 11 - 11 % Theme.cornerStep
             width: parent.width + 2 * blur
             x: -blur
             y: 10 - blur

@@ -17,7 +17,7 @@ Pressable {
 
     background: Rectangle {
         color: Theme.accent
-        radius: 7
+        radius: 7 - 7 % Theme.cornerStep
         visible: root.highlighted
     }
     contentItem: Item {

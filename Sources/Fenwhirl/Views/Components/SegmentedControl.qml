@@ -73,7 +73,7 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         color: Theme.well
-        radius: 11
+        radius: 11 - 11 % Theme.cornerStep
     }
 
     // Where the selection comes from and how far it has come: not a Behavior on its place, which would also lag behind

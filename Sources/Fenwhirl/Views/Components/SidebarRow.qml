@@ -20,7 +20,7 @@ Pressable {
         color: root.selected ? Theme.tint : "transparent"
         overlay: root.down ? Theme.pressed : Theme.hover
         overlaid: root.down || (root.hovered && !root.selected)
-        radius: 9
+        radius: 9 - 9 % Theme.cornerStep
     }
     contentItem: Item {
         // The symbol stands in the middle of a frame of 20 that begins after the padding of 10.

@@ -66,7 +66,7 @@ FocusScope {
     Surface {
         anchors.fill: parent
         color: Theme.well
-        radius: 9
+        radius: 9 - 9 % Theme.cornerStep
         stroke: Theme.stroke
 
         StepperHalf {

@@ -24,7 +24,7 @@ Item {
         Rectangle {
             color: area.pressed ? Theme.pressed : Theme.hover
             height: parent.height
-            radius: 9
+            radius: 9 - 9 % Theme.cornerStep
             visible: root.possible && (area.pressed || area.containsMouse)
             width: parent.width * 2
             x: root.direction < 0 ? 0 : -parent.width

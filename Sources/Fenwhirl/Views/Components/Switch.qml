@@ -34,7 +34,7 @@ Pressable {
             anchors.fill: parent
             color: Theme.track
             opacity: root.enabled ? 1 : 0.4
-            radius: 11
+            radius: 11 - 11 % Theme.cornerStep
             visible: root.progress < 1
         }
 
@@ -42,7 +42,7 @@ Pressable {
             anchors.fill: parent
             color: Theme.accent
             opacity: root.enabled ? root.progress : 0.4 * root.progress
-            radius: 11
+            radius: 11 - 11 % Theme.cornerStep
         }
 
         Surface {
@@ -50,7 +50,7 @@ Pressable {
             color: "transparent"
             overlay: root.down ? Theme.pressed : Theme.hover
             overlaid: root.enabled && (root.down || root.hovered)
-            radius: 11
+            radius: 11 - 11 % Theme.cornerStep
         }
 
         Knob {

@@ -1,5 +1,8 @@
 #include "Fenwhirl/Views/Components/Theme.h"
 
+#include <QGuiApplication>
+#include <QQuickWindow>
+
 #include <cmath>
 
 namespace Fenwhirl {
@@ -8,9 +11,28 @@ namespace {
 
 constexpr int crossfadeMilliseconds = 200;
 
+// Chosen by the program, or in the environment.
+bool drawsInSoftware() {
+    return QQuickWindow::graphicsApi() == QSGRendererInterface::Software ||
+           QQuickWindow::sceneGraphBackend() == QStringLiteral("software") ||
+           qEnvironmentVariable("QT_QUICK_BACKEND") == QStringLiteral("software");
+}
+
 } // namespace
 
-Theme::Theme(QObject* parent) : QObject(parent), m_colors(palette(true)) {
+int cornerStep(double ratio, bool software) {
+    constexpr int largest = 4;
+    for (int step = 1; software && step <= largest; ++step) {
+        if (std::abs(std::remainder(step * ratio, 1.0)) < 0.01)
+            return step;
+    }
+    return 1;
+}
+
+Theme::Theme(QObject* parent)
+    : QObject(parent)
+    , m_cornerStep(Fenwhirl::cornerStep(qGuiApp->devicePixelRatio(), drawsInSoftware()))
+    , m_colors(palette(true)) {
     m_crossfade.setStartValue(0.0);
     m_crossfade.setEndValue(1.0);
     m_crossfade.setDuration(crossfadeMilliseconds);

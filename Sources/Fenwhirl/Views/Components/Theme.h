@@ -19,9 +19,16 @@
 // `textScale` is what every text is larger than designed, and with it the heights and columns that hold
 // texts. Sizes in the QML files are those at 1; `lineHeight` takes and gives those.
 //
+// `cornerStep` is what radii must be multiples of to be drawn well: 1, but more where cornerStep() says so.
+//
 // One instance per QML engine, owned by it; main thread only.
 
 namespace Fenwhirl {
+
+// Qt's software renderer draws the corners of a rectangle as pictures of so many whole pixels; at a screen of
+// `ratio` pixels a point, those of a radius that is no whole number of them stand beside its edges. This is
+// the step, up to 4 points, from one that is to the next; 1 where none is, and for other renderers.
+[[nodiscard]] int cornerStep(double ratio, bool software);
 
 class Theme : public QObject {
     Q_OBJECT
@@ -32,6 +39,7 @@ class Theme : public QObject {
     Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY motionChanged FINAL)
     Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged FINAL)
     Q_PROPERTY(double lineGrowth READ lineGrowth NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(int cornerStep READ cornerStep CONSTANT FINAL)
 
     Q_PROPERTY(QColor window READ window NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor sidebar READ sidebar NOTIFY colorsChanged FINAL)
@@ -169,6 +177,8 @@ public:
 
     [[nodiscard]] int gaugeDuration() const { return duration(350); }
 
+    [[nodiscard]] int cornerStep() const { return m_cornerStep; }
+
     // The line height that goes with a text size, both in pixels as designed.
     Q_INVOKABLE [[nodiscard]] int lineHeight(int pixelSize) const;
 
@@ -189,6 +199,7 @@ private:
     bool m_chosen = false; // whether anyone has set `dark` yet
     bool m_reducedMotion = false;
     double m_textScale = 1.0;
+    int m_cornerStep = 1;
     Palette m_colors;
     Palette m_previous; // where the running crossfade began
     QVariantAnimation m_crossfade;

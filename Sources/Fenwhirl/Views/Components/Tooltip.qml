@@ -18,14 +18,14 @@ T.ToolTip {
 
     background: Surface {
         color: Theme.popup
-        radius: 7
+        radius: 7 - 7 % Theme.cornerStep
         stroke: Theme.stroke
 
         SoftShadow {
             blur: 12
             color: Theme.shadow
             height: parent.height + 2 * blur
-            radius: 7
+            radius: 7 - 7 % Theme.cornerStep
             width: parent.width + 2 * blur
             x: -blur
             y: 4 - blur
