@@ -137,8 +137,9 @@ QString StatusNotifierItem::status() const {
     return QStringLiteral("Active");
 }
 
-// There is none, and hosts have a path that says so. GNOME's extension takes an item for unfinished until it has
-// heard of a menu, and that path for none: there it is told of one that does not exist, which it shows as empty.
+// There is none, and hosts have a path that says so. GNOME's extension takes an item for unfinished until it
+// has heard of a menu, and that path for none: there it is told of one that does not exist, which it shows as
+// empty.
 QDBusObjectPath StatusNotifierItem::menu() const {
     const bool gnome = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"GNOME");
     return QDBusObjectPath(gnome ? itemPath() + QStringLiteral("/Menu") : QStringLiteral("/NO_DBUSMENU"));
