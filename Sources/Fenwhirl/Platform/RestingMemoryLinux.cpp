@@ -1,17 +1,37 @@
+#include "Fenwhirl/Platform/FileDescriptor.h"
 #include "Fenwhirl/Platform/RestingMemory.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <fcntl.h>
 #include <link.h>
 #include <malloc.h>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
+// Whether every page from `begin` to `end` is still what the file holds, by proc(5)'s pagemap. Some graphics
+// drivers write into code although it is not writable; such pages exist nowhere else.
+bool isAsInItsFile(int pageMap, std::uintptr_t begin, std::uintptr_t end, std::uintptr_t page) {
+    constexpr std::uint64_t isFromFile = 1ULL << 61U;
+    constexpr std::uint64_t isSwapped = 1ULL << 62U;
+    constexpr std::uint64_t isPresent = 1ULL << 63U;
+    std::vector<std::uint64_t> entries((end - begin + page - 1) / page);
+    const std::size_t size = entries.size() * sizeof(entries[0]);
+    const auto place = static_cast<off_t>(begin / page * sizeof(entries[0]));
+    if (pread(pageMap, entries.data(), size, place) != static_cast<ssize_t>(size))
+        return false;
+    return std::ranges::none_of(entries, [](std::uint64_t entry) {
+        return (entry & (isPresent | isSwapped)) != 0 && (entry & isFromFile) == 0;
+    });
+}
+
 // Segments that are not writable hold what their file holds. What the linker relocates and protects
-// afterwards lies in a writable one, and such pages exist nowhere else: they must stay.
-int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* /*context*/) {
+// afterwards lies in a writable one, and must stay.
+int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* pageMap) {
     const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     for (int i = 0; i < object->dlpi_phnum; ++i) {
         const ElfW(Phdr)& segment = object->dlpi_phdr[i];
@@ -19,6 +39,8 @@ int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* /*contex
             continue;
         const std::uintptr_t begin = (object->dlpi_addr + segment.p_vaddr) & ~(page - 1);
         const std::uintptr_t end = object->dlpi_addr + segment.p_vaddr + segment.p_memsz;
+        if (!isAsInItsFile(*static_cast<const int*>(pageMap), begin, end, page))
+            continue;
         // NOLINTNEXTLINE(performance-no-int-to-ptr): the linker tells its addresses as numbers.
         void* const place = reinterpret_cast<void*>(begin);
         // A refusal, as for what is locked in memory, is as good as any answer.
@@ -30,6 +52,9 @@ int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* /*contex
 } // namespace
 
 void giveBackRestingMemory() {
+    const FileDescriptor pageMap(open("/proc/self/pagemap", O_RDONLY | O_CLOEXEC));
+    int descriptor = pageMap.number();
+    if (pageMap.isOpen())
+        dl_iterate_phdr(giveBackFilePages, &descriptor);
     malloc_trim(0);
-    dl_iterate_phdr(giveBackFilePages, nullptr);
 }

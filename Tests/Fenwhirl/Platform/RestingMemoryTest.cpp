@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -11,7 +12,9 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <sys/mman.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -74,6 +77,22 @@ TEST(RestingMemory, WhatWasWrittenStays) {
     EXPECT_EQ(relocated("a", "a"), 0);
     EXPECT_EQ(table.at("sensor"), 62);
     EXPECT_EQ(shape->corners(), 4);
+}
+
+// In a segment that cannot be written, like code, and large enough for a whole page of its own.
+constexpr std::size_t roomForAPage = 65536;
+alignas(4096) const char constant[roomForAPage] = {1};
+
+TEST(RestingMemory, CodeThatWasWrittenIntoAtRunTimeStays) {
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    ASSERT_LE(2 * page, roomForAPage);
+    const auto offset = (page - reinterpret_cast<std::uintptr_t>(constant) % page) % page;
+    volatile char* const place = const_cast<char*>(constant + offset);
+    ASSERT_EQ(mprotect(const_cast<char*>(place), page, PROT_READ | PROT_WRITE), 0);
+    place[10] = 7;
+    ASSERT_EQ(mprotect(const_cast<char*>(place), page, PROT_READ), 0);
+    giveBackRestingMemory();
+    EXPECT_EQ(place[10], 7);
 }
 
 TEST(RestingMemory, CanBeGivenBackWhileOthersWork) {
