@@ -71,16 +71,18 @@ public:
         for (std::string& argument : arguments) {
             words.push_back(argument.data());
         }
-        words.push_back(nullptr); // what execv expects at the end
+        words.push_back(nullptr); // what fexecve expects at the end
         process_ = ::fork();
         if (process_ == 0) {
             ::dup2(input >= 0 ? input : in[0], 0);
             ::dup2(out[1], 1);
             ::dup2(err[1], 2);
+            // Opened before: nobody may be kept from the folder that the build lies in.
+            const int file = ::open(words[0], O_RDONLY | O_CLOEXEC);
             if (asNobody && ::setuid(65534) != 0) {
                 ::_exit(99);
             }
-            ::execv(words[0], words.data());
+            ::fexecve(file, words.data(), environ);
             ::_exit(98);
         }
         ::close(in[0]);
