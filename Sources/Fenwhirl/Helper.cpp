@@ -56,19 +56,11 @@ int status(bool succeeded) {
     return succeeded ? success : smcFailure;
 }
 
-int handBackAll(SMC& smc) {
-    bool allSucceeded = true;
-    const std::int64_t count = smc.fanCount();
-    for (std::int64_t index = 0; index < count; ++index)
-        allSucceeded = smc.resetFan(index) && allSucceeded;
-    return status(allSucceeded);
-}
-
 int handBack(SMC& smc, std::span<char* const> arguments) {
     const auto index =
         arguments.size() >= 2 ? HelperArguments::parseIndex(arguments[1]) : std::optional<std::int64_t>();
     const UninterruptedSequence sequence;
-    return index ? status(smc.resetFan(*index)) : handBackAll(smc);
+    return status(index ? smc.resetFan(*index) : smc.resetFans());
 }
 
 int setSpeed(SMC& smc, std::span<char* const> arguments) {

@@ -101,7 +101,8 @@ public:
     // Returns the fan to automatic control and, when no fan is manual any more, takes the unlock back. A fan
     // without any key to reset counts as returned, a connection that died does not.
     [[nodiscard]] bool resetFan(std::int64_t index);
-    // Every fan, never stopping early; true when all succeeded, also when there is none.
+    // Every fan, never stopping early at one that refuses; true when all succeeded, also when there is none.
+    // On a connection that died, nothing was returned: false, also when not even the count could be read.
     [[nodiscard]] bool resetFans();
 
     // --- Temperatures ---

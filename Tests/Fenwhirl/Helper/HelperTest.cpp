@@ -282,6 +282,22 @@ TEST_F(HelperTest, SignalsOfTheTerminalAreHeldWhileItWritesAndLetThroughAfterwar
     EXPECT_EQ(sigismember(&blocked, SIGTERM), 0);
 }
 
+TEST_F(HelperTest, AutoIsNoSuccessWhenTheControllerDiesAtAnyOfItsRequests) {
+    controller.addUnlockableFans(2);
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"auto"}, {"auto", "1"}}) {
+        controller.requests.clear();
+        ASSERT_EQ(run(words), 0);
+        const std::size_t requests = controller.requests.size();
+        for (std::size_t last = 0; last < requests; ++last) {
+            controller.requests.clear();
+            controller.diesAtRequest = last;
+            EXPECT_EQ(run(words), 1) << words.size() << ' ' << last;
+            controller.diesAtRequest.reset();
+        }
+    }
+}
+
 TEST_F(HelperTest, AControllerThatDiesAtAnyRequestIsAFailureThatAutoRepairs) {
     controller.addUnlockableFans(2);
     ASSERT_EQ(run({"set", "0", "2400"}), 0);
