@@ -64,6 +64,7 @@ std::string join(std::string_view word, std::string_view rest) {
     return std::string(word).append(rest);
 }
 
+// A controller's keys are ASCII, where the digits are the only numerals.
 bool isNumberedCore(std::string_view key) {
     return key.size() == 4 && key.starts_with("TC") && key[3] == 'C' && key[2] >= '0' && key[2] <= '9';
 }

@@ -1,22 +1,25 @@
 #include "FenwhirlCore/SensorNames.h"
 
+#include "FenwhirlCore/RecordedTable.h"
+
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <set>
 
 namespace {
 
 using SensorNames::friendly;
 
 TEST(SensorNames, WellKnownKeysHaveTheirOwn) {
-    EXPECT_EQ(friendly("TC0P"), "Processeur (proximité)");
-    EXPECT_EQ(friendly("TCXC"), "Processeur (PECI)");
-    EXPECT_EQ(friendly("TH0A"), "Disque SSD");
-    EXPECT_EQ(friendly("TH0a"), "Disque SSD");
-    EXPECT_EQ(friendly("TH0P"), "Disque SSD");
-    EXPECT_EQ(friendly("TG0D"), friendly("TGDD"));
-    EXPECT_EQ(friendly("Tp0P"), "Alimentation");
-    EXPECT_EQ(friendly("Ts0S"), "Surface");
-    EXPECT_EQ(friendly("TN0D"), "Chipset (diode)");
+    EXPECT_EQ(wellKnownNames().size(), 35U);
+    for (const auto& [key, name] : wellKnownNames())
+        EXPECT_EQ(friendly(key), name) << key;
+}
+
+TEST(SensorNames, WellKnownKeysAreKnownInTheirOwnSpellingOnly) {
+    EXPECT_EQ(friendly("tc0p"), "Capteur tc0p");
+    EXPECT_EQ(friendly("TC0p"), "Capteur TC0p");
+    EXPECT_EQ(friendly("TC0P "), "Capteur TC0P ");
+    EXPECT_EQ(friendly("TH0A"), friendly("TH0a")); // two keys of one name, not one key
 }
 
 TEST(SensorNames, CoresAreNumbered) {
@@ -58,12 +61,17 @@ TEST(SensorNames, AnyTextHasAName) {
     EXPECT_EQ(friendly("\xFF\xFE"), "Capteur \xFF\xFE");
 }
 
-TEST(SensorNames, TheListsHoldEachKeyOnce) {
-    using Keys = std::set<std::string_view>;
-    EXPECT_EQ(Keys(SensorNames::primaryKeys.begin(), SensorNames::primaryKeys.end()).size(), 12U);
-    EXPECT_EQ(Keys(SensorNames::featuredKeys.begin(), SensorNames::featuredKeys.end()).size(), 19U);
-    EXPECT_EQ(SensorNames::primaryKeys.front(), "TCXC");
-    EXPECT_EQ(SensorNames::featuredKeys.back(), "Tg0f");
+TEST(SensorNames, ThePreferredProcessorTemperaturesAreInTheirOrder) {
+    EXPECT_THAT(SensorNames::primaryKeys,
+                testing::ElementsAre("TCXC", "TC0P", "TC0E", "TC0F", "TC0D", "TC0H", "Tp01", "Tp05", "Tp09",
+                                     "Tp0D", "Tp0T", "Tp0b"));
+}
+
+TEST(SensorNames, TheSensorsThatAreShownFirstAreInTheirOrder) {
+    EXPECT_THAT(SensorNames::featuredKeys,
+                testing::ElementsAre("TC0P", "TCXC", "TC1C", "TC2C", "TCGC", "TG0P", "TGDD", "TM0P", "TH0A",
+                                     "TH0a", "TB0T", "Ts0P", "Th0H", "TaLP", "Tp01", "Tp09", "Te05", "Tg05",
+                                     "Tg0f"));
 }
 
 } // namespace
