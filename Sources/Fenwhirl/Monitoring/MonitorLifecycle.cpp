@@ -110,15 +110,19 @@ void Monitor::restoreAutomaticBlocking() {
     d.timer.stop();
 
     // Whatever the queue still does ends first: a speed that is being sent must not arrive after the fans
-    // were handed back. Its last act is to name the fans that it read, of which the last poll may not be
-    // published.
+    // were handed back. Its last act is to name the fans that it read: those of a poll that is not published
+    // yet may be others than the published ones, and both are handed back.
     const auto drained = std::make_shared<std::promise<std::vector<int>>>();
     auto fansRead = drained->get_future();
     d.queue->async([drained, poller = d.poller] { drained->set_value(poller->fansLastRead()); });
     d.isStuck = fansRead.wait_for(d.services.longestDrain) != std::future_status::ready;
 
-    const auto handBack =
-        d.handBack(d.services.helper.isInstalled(), d.isStuck ? d.publishedFans() : fansRead.get());
+    std::vector<int> fans = d.publishedFans();
+    if (!d.isStuck) {
+        const std::vector<int> unpublished = fansRead.get();
+        fans.insert(fans.end(), unpublished.begin(), unpublished.end());
+    }
+    const auto handBack = d.handBack(d.services.helper.isInstalled(), fans);
     for (const auto& command : HandBackRule::commands(handBack)) {
         static_cast<void>(d.services.helper.run(command));
     }

@@ -23,6 +23,9 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     PollResult result{};
     result.fans = smc_->readFans();
     result.temperatures = smc_->readTemperatures(temperatureKeys_);
+    if (*services_.stop) {
+        return std::nullopt; // the readings may have been cut short
+    }
     fansLastRead_.clear();
     for (const FanReading& fan : result.fans) {
         fansLastRead_.push_back(fan.index);

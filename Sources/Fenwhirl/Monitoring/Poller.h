@@ -61,7 +61,7 @@ public:
     // One poll; nothing without a controller and after the stop.
     [[nodiscard]] std::optional<PollResult> poll(const PollRequest& request);
 
-    // The fans of the last poll, for handing them back at the end.
+    // The fans of the last poll that read them all, for handing them back at the end.
     [[nodiscard]] std::vector<int> fansLastRead() const;
 
 private:

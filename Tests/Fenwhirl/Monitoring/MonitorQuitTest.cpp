@@ -152,6 +152,30 @@ TEST_F(MonitorQuit, FansOfAPollThatIsNotPublishedYetAreHandedBack) {
     EXPECT_EQ(runs.back(), (FakeHelper::Arguments{"auto", "1"}));
 }
 
+TEST_F(MonitorQuit, PublishedFansThatTheLastPollDidNotReadAreHandedBackToo) {
+    preferences.setData(
+        QStringLiteral("settings"),
+        R"({"0":{"mode":"sensor","constantRPM":2000,"sensorKey":"","startTemp":40,"maxTemp":80}})");
+    setCelsius(91); // the protection drives both fans
+    start();
+    EXPECT_EQ(helper.takeRuns().size(), 2U);
+    std::promise<void> running;
+    std::promise<void> release;
+    helper.onRun = [&, released = release.get_future().share()](const auto& arguments) {
+        if (arguments.at(0) == "set") {
+            running.set_value();
+            released.wait();
+        }
+    };
+    smc.remove("F1Ac");
+    advance(11);
+    monitor().tick();
+    running.get_future().wait();
+    auto releaseLater = std::async(std::launch::async, [&] { release.set_value(); });
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "6000"}, {"auto", "0"}, {"auto", "1"}}));
+}
+
 TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
     std::mt19937 generator(3);
     std::atomic<int> helperMicroseconds = 0;

@@ -1,0 +1,120 @@
+#include "Fenwhirl/Monitoring/Poller.h"
+
+#include "Support/ScriptedSMC.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Commands = std::vector<HelperCommand>;
+
+// A poller over two fans and a processor sensor at 60 °C, with a clock and a helper of the test's own.
+class PollerTest : public testing::Test {
+protected:
+    ScriptedSMC smc;
+    const std::shared_ptr<std::atomic<bool>> stop = std::make_shared<std::atomic<bool>>(false);
+    std::chrono::duration<double> now{1000};
+    std::chrono::duration<double> runTime{0}; // how long each helper run takes
+    Commands commands;
+    std::function<bool(const HelperCommand&)> answer = [](const auto&) { return true; };
+    FanSettings settings;
+
+    Poller poller{{.openSMC = [this] { return std::make_unique<SMC>(smc.connect()); },
+                   .runHelper =
+                       [this](const HelperCommand& command) {
+                           commands.push_back(command);
+                           now += runTime;
+                           return answer(command);
+                       },
+                   .now = [this] { return now; },
+                   .stop = stop}};
+
+    PollerTest() {
+        smc.addOlderFans(2);
+        smc.setNumber("TC0P", "sp78", 60);
+        EXPECT_TRUE(poller.open());
+    }
+
+    std::optional<PollResult> poll() {
+        return poller.poll({.settings = std::make_shared<const FanSettings>(settings),
+                            .helperInstalled = true,
+                            .holdsManual = false,
+                            .protect = true,
+                            .protectAt = 90});
+    }
+
+    void pin(int fan, double rpm) {
+        settings[fan] = {.mode = FanModeKind::constant, .constantRPM = rpm, .sensorKey = {}};
+    }
+
+    // Asks the poller to stop as soon as it asks the controller for this key.
+    void stopAtRequestFor(std::string_view key) {
+        smc.hook = [this,
+                    code = SMC::fourCC(key)](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
+            if (request.key == code) {
+                *stop = true;
+            }
+            return std::nullopt;
+        };
+    }
+};
+
+TEST_F(PollerTest, ReadsTheTemperaturesThatThereWereAtTheStart) {
+    smc.setNumber("TG0P", "sp78", 70);
+    EXPECT_EQ(poll()->temperatures.size(), 1U);
+}
+
+TEST_F(PollerTest, TenSecondsCountFromTheEndOfARun) {
+    pin(0, 2000);
+    runTime = std::chrono::seconds(4);
+    (void)poll();
+    now += std::chrono::seconds(8); // twelve after the run began
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}}));
+    now += std::chrono::milliseconds(2001);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"set", "0", "2000"}}));
+}
+
+TEST_F(PollerTest, OfSeveralProblemsTheLastCounts) {
+    pin(0, 2000);
+    pin(1, 2000);
+    (void)poll();
+    smc.remove("TC0P");
+    answer = [](const HelperCommand& command) { return command.at(1) != "1"; };
+    EXPECT_EQ(poll()->problem, PollProblem::refused); // of the second fan's hand-back
+    EXPECT_EQ(poll()->problem, PollProblem::noTemperature);
+    EXPECT_EQ(commands.size(), 4U);
+}
+
+TEST_F(PollerTest, AFanThatIsRefusedDoesNotKeepTheOthersWaiting) {
+    pin(0, 2000);
+    pin(1, 3000);
+    answer = [](const HelperCommand&) { return false; };
+    EXPECT_EQ(poll()->problem, PollProblem::refused);
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"set", "1", "3000"}}));
+}
+
+TEST_F(PollerTest, OnceItIsToStopItStartsNoFurtherHelper) {
+    pin(0, 2000);
+    pin(1, 3000);
+    answer = [this](const HelperCommand&) {
+        *stop = true;
+        return true;
+    };
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}}));
+    EXPECT_FALSE(poll());
+}
+
+TEST_F(PollerTest, AReadingThatIsCutShortDrivesNothingAndForgetsNoFan) {
+    ASSERT_TRUE(poll());
+    EXPECT_EQ(poller.fansLastRead(), (std::vector<int>{0, 1}));
+    pin(0, 2000);
+    stopAtRequestFor("F0Tg");
+    EXPECT_FALSE(poll());
+    EXPECT_EQ(commands, Commands());
+    EXPECT_EQ(poller.fansLastRead(), (std::vector<int>{0, 1}));
+}
+
+} // namespace
