@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Only the application library may need Qt; no program carries a search path for libraries.
+"""Only the application library may need Qt, and it exports one function; no program carries a search path for libraries.
 
 Usage: check_libraries.py BUILD_DIRECTORY
 """
@@ -9,6 +9,7 @@ import subprocess
 import sys
 
 QT_USER = "libFenwhirlApp.so"
+ENTRY = "fenwhirl_app_main"
 
 
 def dynamic_section(file):
@@ -20,6 +21,11 @@ def dynamic_section(file):
         elif "(RPATH)" in line or "(RUNPATH)" in line:
             paths.append(line[line.index("[") + 1:line.rindex("]")])
     return needed, paths
+
+
+def exported(file):
+    output = subprocess.run(["nm", "-D", "--defined-only", "--extern-only", file], check=True, capture_output=True, text=True).stdout
+    return [line.split()[-1] for line in output.splitlines()]
 
 
 def main():
@@ -37,6 +43,8 @@ def main():
             needs_qt = any(library.startswith("libQt6") for library in needed)
             if needs_qt != (name == QT_USER):
                 faults.append(f"{name} {'needs' if needs_qt else 'does not need'} Qt: {needed}")
+            if name == QT_USER and (symbols := exported(file)) != [ENTRY]:
+                faults.append(f"{name} exports more than {ENTRY}, or less: {symbols[:5]}")
             if paths and name != QT_USER:
                 faults.append(f"{name} carries a library search path: {paths}")
     for expected in ("Fenwhirl", "simulated-mac", "fenwhirl-guard", QT_USER):
