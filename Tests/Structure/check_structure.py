@@ -54,6 +54,7 @@ SINGLE_HEADERS = {
 QML_MODULES = {"Fenwhirl.Components": "Fenwhirl/Views/Components", "Fenwhirl.Views": "Fenwhirl/Views"}
 
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s+"([^"]+)"', re.MULTILINE)
+SYSTEM_INCLUDE = re.compile(r"^\s*#\s*(?:include|import)\s+<([^>]+)>", re.MULTILINE)
 QML_IMPORT = re.compile(r"^import\s+(Fenwhirl\.\w+)", re.MULTILINE)
 QML_TEXT = re.compile(r"^\s*(?:\w+:\s*)?(?:Text|TextEdit|TextInput|TextArea)\s*\{", re.MULTILINE)
 PLAIN_TEXT = "textFormat: Text.PlainText"
@@ -134,6 +135,9 @@ def check_file(path, text, reachable):
         if len(QML_TEXT.findall(text)) > text.count(PLAIN_TEXT) or MARKUP.search(text):
             yield f"{path}: shows a text without saying that it is plain"
         return
+    for header in SYSTEM_INCLUDE.findall(text):
+        if subsystem_of(header) is not None:
+            yield f"{path}: includes <{header}>, a header of ours, in angle brackets"
     for header in INCLUDE.findall(text):
         if "/" not in header:
             if not header.endswith((".moc", ".inc")):

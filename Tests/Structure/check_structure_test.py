@@ -44,6 +44,10 @@ class IncludeDirections(unittest.TestCase):
     def test_includes_give_their_whole_path(self):
         self.assertEqual(len(faults("Fenwhirl/Monitoring/M.cpp", '#include "Monitor.h"\n')), 1)
 
+    def test_angle_brackets_hide_nothing(self):
+        self.assertEqual(len(faults("FenwhirlCore/SMC.cpp", "#include <Fenwhirl/Platform/Clock.h>\n")), 1)
+        self.assertEqual(faults("FenwhirlCore/SMC.cpp", "#include <sys/socket.h>\n#include <vector>\n"), [])
+
     def test_only_the_platform_asks_for_the_system(self):
         self.assertEqual(len(faults("Fenwhirl/Monitoring/M.cpp", "#ifdef __APPLE__\n")), 1)
         self.assertEqual(faults("Fenwhirl/Platform/Clock.h", "#ifdef __APPLE__\n"), [])
