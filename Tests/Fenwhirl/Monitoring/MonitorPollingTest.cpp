@@ -47,13 +47,32 @@ TEST_F(MonitorPolling, WithoutAControllerThereIsNoPolling) {
     EXPECT_EQ(monitor().menuText(), QStringLiteral("Fenwhirl"));
 }
 
-TEST_F(MonitorPolling, PollsByItselfWithItsOwnTimer) {
-    MonitorServices own = services();
-    own.runsOwnTimer = true;
-    Monitor timed(own);
-    QSignalSpy polled(&timed, &Monitor::polled);
-    timed.start();
-    EXPECT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+TEST_F(MonitorPolling, PollsEveryTwoSecondsAndNeverWithoutAController) {
+    using Clock = std::chrono::steady_clock;
+    // Each tick asks whether the helper is installed, and so does the constructor.
+    std::vector<Clock::time_point> asked;
+    MonitorServices timed = services();
+    timed.runsOwnTimer = true;
+    timed.helper.isInstalled = [&] {
+        asked.push_back(Clock::now());
+        return true;
+    };
+    int askedWithoutController = 0;
+    MonitorServices blind = timed;
+    blind.openSMC = [] { return std::unique_ptr<SMC>(); };
+    blind.helper.isInstalled = [&] {
+        ++askedWithoutController;
+        return true;
+    };
+    Monitor withoutController(blind);
+    Monitor monitor(timed);
+    withoutController.start();
+    monitor.start();
+    ASSERT_TRUE(waitUntil([&] { return asked.size() >= 4; }));
+    const auto twoIntervals = asked[3] - asked[1];
+    EXPECT_GT(twoIntervals, std::chrono::milliseconds(3700));
+    EXPECT_LT(twoIntervals, std::chrono::milliseconds(5500)); // a busy computer may be late
+    EXPECT_EQ(askedWithoutController, 1);
 }
 
 TEST_F(MonitorPolling, PublishesInTheOrderThatViewsRelyOn) {
@@ -96,6 +115,24 @@ TEST_F(MonitorPolling, OnlyChangesAreAnnounced) {
     poll();
     EXPECT_EQ(sensors.count(), 1);
     EXPECT_EQ(primary.count(), 1);
+}
+
+TEST_F(MonitorPolling, APollKnowsTheSettingsAndTheHelperAsTheyWereAtItsTick) {
+    start();
+    std::promise<void> release;
+    helper.onRun = [&, released = release.get_future().share()](const auto&) { released.wait(); };
+    QSignalSpy polled(&monitor(), &Monitor::polled);
+    monitor().setSetting(0, constant(2000));
+    monitor().tick(); // held up in its helper run
+    monitor().tick(); // waits behind it
+    monitor().setSetting(0, constant(4000));
+    helper.installed = false;
+    release.set_value();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
+    EXPECT_TRUE(monitor().helperInstalled());
+    poll();
+    EXPECT_FALSE(monitor().helperInstalled());
 }
 
 TEST_F(MonitorPolling, HistoryKeepsTheLastThreeHundredTemperatures) {
@@ -252,6 +289,7 @@ TEST_F(MonitorPolling, FailedHandBackCountsAsSentEvenInAnEmergency) {
         pollAfter(2);
     }
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}}));
+    EXPECT_FALSE(monitor().controlError().isEmpty());
 }
 
 TEST_F(MonitorPolling, FreshStartSendsNothingToAutomaticFans) {
@@ -405,6 +443,7 @@ TEST_F(MonitorPolling, WakingFromSleepSendsAgainInTheFirstPoll) {
     helper.forgetRuns();
     pollAfter(3600); // the clock counts the sleep
     EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
+    EXPECT_EQ(monitor().history(), (QList<double>{50, 50, 50})); // without a gap
 }
 
 TEST_F(MonitorPolling, IsSharedWhileItLives) {

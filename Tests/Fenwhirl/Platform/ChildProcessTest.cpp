@@ -2,11 +2,14 @@
 
 #include "Support/TemporaryFolder.h"
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/wait.h>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -133,6 +136,34 @@ TEST(ChildProcess, LeavesOtherChildrenToTheirOwners) {
     int status = 0;
     ASSERT_EQ(waitpid(other, &status, 0), other);
     EXPECT_EQ(WEXITSTATUS(status), 42);
+}
+
+TEST(ChildProcess, AChildOfAnotherThreadNeverHoldsUpTheEndOfAnOutput) {
+    // An end of a pipe that one of the sleepers inherited would keep its reader waiting as long as they
+    // sleep.
+    constexpr std::size_t sleepers = 500;
+    std::vector<pid_t> children;
+    std::atomic<bool> isOver = false;
+    std::thread other([&] {
+        const std::vector<std::string> arguments = {"60"};
+        while (children.size() < sleepers) {
+            const auto child = startChild("/bin/sleep", arguments, ChildEnvironment::inherited, -1, false);
+            if (!child)
+                break;
+            children.push_back(*child);
+        }
+        isOver = true;
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    while (!isOver)
+        EXPECT_EQ(shell("echo x")->output, "x\n");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(50));
+    other.join();
+    EXPECT_EQ(children.size(), sleepers);
+    for (const pid_t child : children) {
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+    }
 }
 
 TEST(ChildProcess, AStartedChildReadsFromTheGivenDescriptor) {
