@@ -4,6 +4,7 @@ Each test drives the built programs: the simulated Mac runs as root, the install
 belongs to an account without any rights.
 """
 
+import os
 import random
 import signal
 import time
@@ -185,6 +186,22 @@ class Quitting(unittest.TestCase):
                 scene.wait_for_modes("automatic", "the guard hands the fans back", 7)
                 stage.wait_until(lambda: not any(name == "fenwhirl-guard" for _, _, name in processes()), "the guard ends")
                 scene.start_again()
+
+    def test_a_guard_that_is_lost_is_replaced_and_acts_as_the_first_would(self):
+        with Scene() as scene:
+            scene.mac.tell("set TCXC 70")
+            scene.choose_preset("Jeu")
+            scene.wait_for_modes("manual", "fans under manual control")
+
+            def guard():
+                return next((number for number, parent, name in processes()
+                             if (parent, name) == (scene.application.child.pid, "fenwhirl-guard")), None)
+
+            lost = stage.wait_until(guard, "the guard runs")
+            os.kill(lost, signal.SIGKILL)
+            stage.wait_until(lambda: guard() not in (None, lost), "there is another", 10)
+            scene.application.stop(signal.SIGKILL)
+            scene.wait_for_modes("automatic", "it hands the fans back", 7)
 
     def test_fans_are_handed_back_even_when_the_application_is_killed(self):
         with Scene() as scene:
