@@ -115,10 +115,10 @@ int main() {
     const int ignored[] = {SIGTERM, SIGINT, SIGHUP};
     for (const int signal : ignored)
         (void)std::signal(signal, SIG_IGN);
-    // The pipe has told all it will; whatever is on 0 later must not be it.
     const bool isOrderly = watch();
     if (isOrderly)
         return EXIT_SUCCESS;
+    // The pipe has told all it will; the helper, which inherits descriptor 0, is given the null device there.
     const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (null >= 0)
         dup2(null, STDIN_FILENO);

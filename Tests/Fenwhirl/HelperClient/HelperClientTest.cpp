@@ -1,5 +1,7 @@
 #include "Fenwhirl/HelperClient/HelperClient.h"
 
+#include "Fenwhirl/Platform/Administrator.h"
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -11,9 +13,10 @@ TEST(HelperClient, NamesTheOneHelperOfThisComputer) {
 TEST(HelperClient, TheInstallCommandIsExactlyThis) {
     EXPECT_EQ(HelperClient::installCommand("/opt/Fenwhirl et compagnie/bin/Fenwhirl"),
               "mkdir -p /Library/PrivilegedHelperTools && cp '/opt/Fenwhirl et compagnie/bin/Fenwhirl' "
-              "'/Library/PrivilegedHelperTools/FenwhirlHelper' && chown root:root "
-              "'/Library/PrivilegedHelperTools/FenwhirlHelper' && chmod 4755 "
-              "'/Library/PrivilegedHelperTools/FenwhirlHelper'");
+              "'/Library/PrivilegedHelperTools/FenwhirlHelper' && chown root:" +
+                  std::string(administratorGroup()) +
+                  " '/Library/PrivilegedHelperTools/FenwhirlHelper' && chmod 4755 "
+                  "'/Library/PrivilegedHelperTools/FenwhirlHelper'");
 }
 
 TEST(HelperClient, WithoutAHelperEverythingSaysSo) {
