@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // How a driver lets a fan be controlled, told by the files that it has.
@@ -44,6 +45,9 @@ struct DriverKeyTable {
 
 // Looks for a driver; nothing when there is none.
 [[nodiscard]] std::optional<DriverKeyTable> discoverDriverKeys(DriverFiles& files);
+
+// Four characters as a number, the first one in the most significant byte.
+[[nodiscard]] std::uint32_t fourCharacterCode(std::string_view text);
 
 // The number at the end of "hwmon12" or in the middle of "fan3_input": prefix, digits, suffix and nothing
 // else.

@@ -10,13 +10,6 @@ namespace {
 constexpr std::string_view classFolder = "/sys/class/hwmon";
 constexpr int mostFans = 10; // a fan's number is one digit of its keys
 
-std::uint32_t codeOf(std::string_view name) {
-    std::uint32_t code = 0;
-    for (const char character : name)
-        code = code << 8U | static_cast<std::uint8_t>(character);
-    return code;
-}
-
 std::string firstLine(std::string text) {
     text.resize(std::min(text.find('\n'), text.size()));
     return text;
@@ -94,7 +87,7 @@ public:
 private:
     void add(std::string name, std::string_view type, std::uint32_t size, DriverKey::Source source,
              int channel, std::string file) {
-        const std::uint32_t code = codeOf(name);
+        const std::uint32_t code = fourCharacterCode(name);
         table_.keys.push_back({std::move(name), code, type, size, source, channel, std::move(file)});
     }
 
@@ -160,6 +153,13 @@ const DriverKey* DriverKeyTable::find(std::uint32_t code) const {
         std::lower_bound(keys.begin(), keys.end(), code,
                          [](const DriverKey& key, std::uint32_t wanted) { return key.code < wanted; });
     return place != keys.end() && place->code == code ? &*place : nullptr;
+}
+
+std::uint32_t fourCharacterCode(std::string_view text) {
+    std::uint32_t code = 0;
+    for (const char character : text)
+        code = code << 8U | static_cast<std::uint8_t>(character);
+    return code;
 }
 
 std::optional<int> channelNumber(std::string_view name, std::string_view prefix, std::string_view suffix) {

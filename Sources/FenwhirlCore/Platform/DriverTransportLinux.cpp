@@ -7,7 +7,6 @@
 #include <bit>
 #include <cerrno>
 #include <charconv>
-#include <cstring>
 
 namespace {
 
@@ -19,13 +18,6 @@ constexpr int failuresUntilStuck = 3;
 
 constexpr std::uint8_t attributeReadable = 0x80;
 constexpr std::uint8_t attributeWritable = 0x40;
-
-std::uint32_t typeCode(std::string_view type) {
-    std::uint32_t code = 0;
-    for (const char character : type)
-        code = code << 8U | static_cast<std::uint8_t>(character);
-    return code;
-}
 
 // Errors of the kernel's own making, as opposed to those of the controller behind it.
 bool isRefusal(int error) {
@@ -87,7 +79,7 @@ private:
             return answer(SMCResult::keyNotFound);
         SMCParam output{};
         output.keyInfo.dataSize = key->size;
-        output.keyInfo.dataType = typeCode(key->type);
+        output.keyInfo.dataType = fourCharacterCode(key->type);
         output.keyInfo.dataAttributes = attributesOf(*key);
         return output;
     }
