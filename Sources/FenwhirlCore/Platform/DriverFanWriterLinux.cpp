@@ -38,7 +38,9 @@ std::optional<FanState> parseState(std::string_view text) {
         return std::nullopt;
     const std::optional<std::int64_t> offset = number(text.substr(first + 1, second - first - 1));
     const std::optional<std::int64_t> rpm = number(text.substr(second + 1));
-    if (!offset || !rpm)
+    // What no run has left behind; the differences taken of both must not overflow.
+    constexpr std::int64_t most = std::int64_t{1} << 53U;
+    if (!offset || *offset < 0 || *offset > most || !rpm || *rpm < 1 || *rpm > most)
         return std::nullopt;
     return FanState{text.substr(0, first), *offset, *rpm};
 }
@@ -172,8 +174,7 @@ bool DriverFanWriter::mustRearm(std::int64_t currentTarget) {
         return true;
     if (files_.sleepOffset().count() - state->sleepOffsetMilliseconds > toleratedSleepMilliseconds)
         return true;
-    const std::int64_t drift = currentTarget - state->rpm;
-    return drift > toleratedDriftRPM || drift < -toleratedDriftRPM;
+    return currentTarget > state->rpm + toleratedDriftRPM || currentTarget < state->rpm - toleratedDriftRPM;
 }
 
 void DriverFanWriter::remember(std::int64_t rpm) {

@@ -1,192 +1,88 @@
-// What ordinary files cannot play: a driver with a memory of its own, sleep, a controller that does not
-// answer, a device that goes away and comes back.
+// Drivers that fail, and devices that go away and come back.
 
-#include "FenwhirlCore/Platform/DriverTransport.h"
-#include "FenwhirlCore/SMC.h"
+#include "FenwhirlCore/Platform/PlayedDriver.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <map>
 
 namespace {
 
 using std::chrono::milliseconds;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
-// An Apple Silicon Mac with one fan, played in memory as its driver behaves: a target within the limits sets
-// the controller's mode only when the driver does not believe the fan manual already, and 0 clears it only
-// when it does.
-class PlayedMac {
-public:
-    std::map<std::string, std::string> files;
-    std::vector<std::string> targetsWritten;
-    bool controllerIsManual = false;
-    bool driverBelievesManual = false;
-    int readError = 0; // of every attribute, when not 0
-    int reads = 0;
-    milliseconds now{0};
-    milliseconds slept{0};
+TEST(DriverFaults, APollOpensItsFilesOnceAndReadsEachOnce) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    const std::vector<std::string> keys = {"Tp01"};
+    const auto poll = [&] {
+        EXPECT_EQ(smc.readFans().size(), 1U);
+        EXPECT_EQ(smc.readTemperatures(keys).size(), 1U);
+    };
+    const int before = mac.opened;
+    poll();
+    EXPECT_EQ(mac.opened - before, 5) << "four of the fan, one of the sensor";
+    mac.reads = 0;
+    poll();
+    EXPECT_EQ(mac.opened - before, 5);
+    EXPECT_EQ(mac.reads, 2) << "the fan's speed and the temperature";
+}
 
-    explicit PlayedMac(const std::string& number = "3") { plugIn(number); }
-
-    void plugIn(const std::string& number) {
-        const std::string device = "/sys/class/hwmon/hwmon" + number + "/";
-        files[device + "name"] = "macsmc_hwmon\n";
-        files[device + "fan1_input"] = "1300\n";
-        files[device + "fan1_min"] = "1199\n";
-        files[device + "fan1_max"] = "7199\n";
-        files[device + "fan1_target"] = "1199\n";
-        files[device + "temp1_label"] = "Tp01\n";
-        files[device + "temp1_input"] = "55000\n";
-        files["/proc/sys/kernel/random/boot_id"] = "boot\n";
+TEST(DriverFaults, EveryDescriptorIsClosedWhenTheDeviceGoesAndAtTheEnd) {
+    PlayedMac mac;
+    {
+        SMC smc = openPlayed(mac);
+        EXPECT_EQ(smc.readFans().size(), 1U);
+        EXPECT_EQ(mac.opened - mac.closed, 4);
+        mac.unplug();
+        EXPECT_EQ(smc.readValue("F0Ac"), std::nullopt);
+        EXPECT_EQ(mac.opened, mac.closed);
+        mac.plugIn();
+        mac.now += milliseconds(2000);
+        static_cast<void>(smc.readValue("F0Ac")); // this failure makes the transport look
+        EXPECT_EQ(smc.readValue("F0Ac"), 1300);
+        EXPECT_GT(mac.opened, mac.closed);
     }
+    EXPECT_EQ(mac.opened, mac.closed);
+}
 
-    void unplug() {
-        std::erase_if(files, [](const auto& file) { return file.first.starts_with("/sys/"); });
+TEST(DriverFaults, WhatTheKernelRefusesHasNoRecordWhatTheControllerRefusesHasOne) {
+    PlayedMac mac;
+    const auto transport = openDriverTransport(std::make_unique<PlayedFiles>(mac));
+    ASSERT_TRUE(transport);
+    SMCParam request{};
+    request.data8 = SMCCommand::readKey;
+    request.key = SMC::fourCC("Tp01");
+    request.keyInfo.dataSize = 4;
+    const std::string file = "/sys/class/hwmon/hwmon3/temp1_input";
+    for (const int error : {EACCES, EPERM, EROFS}) {
+        mac.barred[file] = error;
+        EXPECT_FALSE(transport->call(request)) << error;
     }
-
-    void sleepAndWake() {
-        slept += milliseconds(60'000);
-        controllerIsManual = false;
+    mac.barred.clear();
+    for (const int error : {EINVAL, EOPNOTSUPP, EIO}) {
+        mac.failing[file] = error;
+        const auto output = transport->call(request);
+        ASSERT_TRUE(output) << error;
+        EXPECT_EQ(output->result, SMCResult::notReadable) << error;
     }
+    mac.failing.clear();
+    EXPECT_EQ(transport->call(request).value().result, SMCResult::success);
+}
 
-    void reloadDriver() { driverBelievesManual = false; }
-
-    int writeTarget(const std::string& path, std::string_view text) {
-        const int value = std::stoi(std::string(text));
-        targetsWritten.push_back(std::to_string(value));
-        if (value == 0) {
-            if (driverBelievesManual)
-                controllerIsManual = driverBelievesManual = false;
-            return 0;
+TEST(DriverFaults, AControllerThatAnswersNowAndThenIsAskedOn) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    for (int round = 0; round < 5; ++round) {
+        for (const int error : {EIO, ETIMEDOUT}) {
+            mac.readError = error;
+            EXPECT_EQ(smc.readValue("Tp01"), std::nullopt);
         }
-        if (value < 1199 || value > 7199)
-            return EINVAL;
-        if (!driverBelievesManual)
-            controllerIsManual = driverBelievesManual = true;
-        files[path] = std::to_string(value) + "\n";
-        return 0;
+        mac.readError = 0;
+        EXPECT_EQ(smc.readValue("Tp01"), 55.0) << "two failures in a row are no silence";
     }
-};
-
-class PlayedFiles final : public DriverFiles {
-public:
-    explicit PlayedFiles(PlayedMac& mac) : mac_(mac) {}
-
-    std::vector<std::string> list(const std::string& folder) override {
-        std::vector<std::string> names;
-        for (const auto& [path, text] : mac_.files) {
-            if (!path.starts_with(folder + "/"))
-                continue;
-            std::string name = path.substr(folder.size() + 1);
-            name.resize(std::min(name.find('/'), name.size()));
-            if (names.empty() || names.back() != name)
-                names.push_back(name);
-        }
-        return names;
-    }
-
-    std::optional<Status> status(const std::string& path) override {
-        if (!mac_.files.contains(path))
-            return std::nullopt;
-        return Status{true, path.ends_with("_target"), 0};
-    }
-
-    int open(const std::string& path, Access /*access*/) override {
-        if (!mac_.files.contains(path))
-            return -ENOENT;
-        opened_.push_back(path);
-        return static_cast<int>(opened_.size()) + 2;
-    }
-
-    ssize_t readAt0(int descriptor, std::span<char> buffer) override {
-        const std::string& path = opened_[static_cast<std::size_t>(descriptor) - 3];
-        if (!mac_.files.contains(path))
-            return -ENODEV;
-        if (path.ends_with("_input")) {
-            ++mac_.reads;
-            if (mac_.readError != 0)
-                return -mac_.readError;
-        }
-        const std::string& text = mac_.files[path];
-        std::copy(text.begin(), text.end(), buffer.begin());
-        return static_cast<ssize_t>(text.size());
-    }
-
-    ssize_t writeAt0(int descriptor, std::string_view text) override {
-        const std::string& path = opened_[static_cast<std::size_t>(descriptor) - 3];
-        const int error = mac_.writeTarget(path, text);
-        return error != 0 ? -error : static_cast<ssize_t>(text.size());
-    }
-
-    void close(int /*descriptor*/) override {}
-
-    bool store(const std::string& folder, const std::string& name, std::string_view text) override {
-        mac_.files[folder + "/" + name] = text;
-        return true;
-    }
-
-    void remove(const std::string& path) override { mac_.files.erase(path); }
-
-    milliseconds now() override { return mac_.now; }
-
-    milliseconds sleepOffset() override { return mac_.slept; }
-
-private:
-    PlayedMac& mac_;
-    std::vector<std::string> opened_;
-};
-
-SMC open(PlayedMac& mac) {
-    return SMC(openDriverTransport(std::make_unique<PlayedFiles>(mac)));
-}
-
-TEST(DriverMemory, TheFirstTargetReArmsTheDriverAndLaterOnesDoNot) {
-    PlayedMac mac;
-    SMC smc = open(mac);
-    EXPECT_TRUE(smc.setFanSpeed(0, 3000));
-    EXPECT_TRUE(smc.setFanSpeed(0, 3000));
-    EXPECT_TRUE(smc.setFanSpeed(0, 3100));
-    EXPECT_THAT(mac.targetsWritten, ElementsAre("0", "3000", "3000", "3100"));
-    EXPECT_TRUE(mac.controllerIsManual);
-}
-
-TEST(DriverMemory, TheNextTargetAfterSleepMakesTheFanManualAgain) {
-    PlayedMac mac;
-    SMC smc = open(mac);
-    ASSERT_TRUE(smc.setFanSpeed(0, 3000));
-    mac.sleepAndWake();
-    ASSERT_FALSE(mac.controllerIsManual);
-    EXPECT_TRUE(smc.setFanSpeed(0, 3000));
-    EXPECT_TRUE(mac.controllerIsManual);
-}
-
-TEST(DriverMemory, ATargetThatTheFirmwareChangedIsArmedAgain) {
-    PlayedMac mac;
-    SMC smc = open(mac);
-    ASSERT_TRUE(smc.setFanSpeed(0, 3000));
-    mac.files["/sys/class/hwmon/hwmon3/fan1_target"] = "1199\n";
-    mac.controllerIsManual = false;
-    EXPECT_TRUE(smc.setFanSpeed(0, 3000));
-    EXPECT_TRUE(mac.controllerIsManual);
-}
-
-TEST(DriverMemory, AutomaticReachesTheControllerAlsoAfterTheDriverWasLoadedAgain) {
-    PlayedMac mac;
-    SMC smc = open(mac);
-    ASSERT_TRUE(smc.setFanSpeed(0, 3000));
-    mac.reloadDriver();
-    EXPECT_TRUE(smc.resetFan(0));
-    EXPECT_FALSE(mac.controllerIsManual);
-    EXPECT_FALSE(mac.files.contains("/run/fenwhirl/fan0"));
 }
 
 TEST(DriverFaults, AControllerThatDoesNotAnswerIsLeftAloneForFiveSeconds) {
     PlayedMac mac;
-    SMC smc = open(mac);
+    SMC smc = openPlayed(mac);
     mac.readError = EIO;
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(smc.readValue("Tp01"), std::nullopt);
@@ -201,7 +97,7 @@ TEST(DriverFaults, AControllerThatDoesNotAnswerIsLeftAloneForFiveSeconds) {
 
 TEST(DriverFaults, ADeviceThatComesBackUnderAnotherNumberIsFoundAgain) {
     PlayedMac mac;
-    SMC smc = open(mac);
+    SMC smc = openPlayed(mac);
     mac.now = milliseconds(10'000);
     ASSERT_EQ(smc.readValue("Tp01"), 55.0);
     mac.unplug();
@@ -216,7 +112,7 @@ TEST(DriverFaults, ADeviceThatComesBackUnderAnotherNumberIsFoundAgain) {
 
 TEST(DriverFaults, AnErrorOfTheControllerDuringAWriteFailsThatWrite) {
     PlayedMac mac;
-    SMC smc = open(mac);
+    SMC smc = openPlayed(mac);
     mac.files["/sys/class/hwmon/hwmon3/fan1_max"] = "9000\n";
     EXPECT_FALSE(smc.setFanSpeed(0, 8000));
     EXPECT_FALSE(mac.controllerIsManual);

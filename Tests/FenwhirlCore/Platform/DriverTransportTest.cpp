@@ -3,7 +3,6 @@
 
 #include "FenwhirlCore/Platform/DriverTransport.h"
 
-#include "FenwhirlCore/Platform/DriverSensorKeys.h"
 #include "FenwhirlCore/Platform/DriverTrees.h"
 #include "FenwhirlCore/SMC.h"
 
@@ -161,18 +160,6 @@ TEST(DriverTransport, WritesNothingWhenTheDriverAllowsNoFanControl) {
     EXPECT_EQ(tree.read(tree.device() + "/fan1_target"), "0");
 }
 
-TEST(DriverTransport, NeverStopsAFanWhoseMinimumReadsNought) {
-    DriverTree tree;
-    tree.makeAppleSiliconLaptop();
-    tree.addProcessorSensors();
-    tree.write(tree.device() + "/fan1_min", "0\n");
-    const auto smc = open(tree);
-    ASSERT_TRUE(smc);
-    EXPECT_FALSE(smc->setFanSpeed(0, 2640));
-    EXPECT_FALSE(smc->resetFan(0));
-    EXPECT_EQ(tree.read(tree.device() + "/fan1_target"), "0");
-}
-
 TEST(DriverTransport, GivesAKeyOfItsOwnToASensorThatNobodyKnows) {
     DriverTree tree;
     tree.makeAppleSiliconLaptop();
@@ -182,26 +169,6 @@ TEST(DriverTransport, GivesAKeyOfItsOwnToASensorThatNobodyKnows) {
     const auto smc = open(tree);
     ASSERT_TRUE(smc);
     EXPECT_THAT(smc->discoverTemperatureKeys(), ElementsAre("TB0T", "TCHP", "TH0x", "TW0P", "T~Gk"));
-}
-
-TEST(DriverSensorKeys, TwoLabelsOfOneNumberGetNeighbouringKeys) {
-    DriverTree tree;
-    const auto files = systemDriverFiles(tree.root());
-    std::vector<DriverSensor> sensors = {{1, "Same words", {}}, {2, "Same words", {}}, {3, std::nullopt, {}}};
-    nameDriverSensors(*files, "/sys/class/hwmon/hwmon9", sensors);
-    const unsigned first = ownKeyNumber("Same words");
-    EXPECT_EQ(sensors[0].key, ownKey(first));
-    EXPECT_EQ(sensors[1].key, ownKey((first + 1) % 3844));
-    EXPECT_EQ(sensors[2].key, ownKey(ownKeyNumber("temp3")));
-}
-
-TEST(DriverSensorKeys, OnlyTheDieLabelEndsInItsKey) {
-    DriverTree tree;
-    const auto files = systemDriverFiles(tree.root());
-    std::vector<DriverSensor> sensors = {{1, "SoC die Tf04", {}}, {2, "Some other Temp", {}}};
-    nameDriverSensors(*files, "/sys/class/hwmon/hwmon9", sensors);
-    EXPECT_EQ(sensors[0].key, "Tf04");
-    EXPECT_EQ(sensors[1].key.substr(0, 2), "T~");
 }
 
 TEST(DriverTransport, TakesAFanWithPwmEnableAsManualOnlyAtOne) {

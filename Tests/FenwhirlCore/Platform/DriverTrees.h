@@ -28,6 +28,7 @@ public:
     void write(const std::string& path, std::string_view text, bool writable = false) const;
     [[nodiscard]] std::string read(const std::string& path) const; // the first line
     void remove(const std::string& path) const;
+    void link(const std::string& path, const std::string& target) const;
 
     [[nodiscard]] std::string root() const { return root_.string(); }
 
@@ -35,7 +36,6 @@ public:
     [[nodiscard]] const std::string& device() const { return device_; }
 
 private:
-    void link(const std::string& path, const std::string& target) const;
     void sensor(int channel, std::string_view label, int milliCelsius, std::string_view key) const;
 
     std::filesystem::path root_;

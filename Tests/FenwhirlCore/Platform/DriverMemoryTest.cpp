@@ -1,0 +1,122 @@
+// A driver that remembers whether it has taken a fan: when it must be armed again, and how it gives the fan
+// back.
+
+#include "FenwhirlCore/Platform/PlayedDriver.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// The fan's target as the controller holds it, and what the last run left behind.
+constexpr const char* targetFile = "/sys/class/hwmon/hwmon3/fan1_target";
+constexpr const char* stateFile = "/run/fenwhirl/fan0";
+
+TEST(DriverMemory, TheFirstTargetReArmsTheDriverAndLaterOnesDoNot) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    EXPECT_TRUE(smc.setFanSpeed(0, 3000));
+    EXPECT_TRUE(smc.setFanSpeed(0, 3000));
+    EXPECT_TRUE(smc.setFanSpeed(0, 3100));
+    EXPECT_THAT(mac.targetsWritten, ElementsAre("0", "3000", "3000", "3100"));
+    EXPECT_TRUE(mac.controllerIsManual);
+}
+
+TEST(DriverMemory, TheNextTargetAfterSleepMakesTheFanManualAgain) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    ASSERT_TRUE(smc.setFanSpeed(0, 3000));
+    mac.sleepAndWake();
+    ASSERT_FALSE(mac.controllerIsManual);
+    EXPECT_TRUE(smc.setFanSpeed(0, 3000));
+    EXPECT_TRUE(mac.controllerIsManual);
+}
+
+TEST(DriverMemory, ATargetThatTheFirmwareChangedIsArmedAgain) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    ASSERT_TRUE(smc.setFanSpeed(0, 3000));
+    mac.files[targetFile] = "1199\n";
+    mac.controllerIsManual = false;
+    EXPECT_TRUE(smc.setFanSpeed(0, 3000));
+    EXPECT_TRUE(mac.controllerIsManual);
+}
+
+TEST(DriverMemory, AutomaticReachesTheControllerAlsoAfterTheDriverWasLoadedAgain) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    ASSERT_TRUE(smc.setFanSpeed(0, 3000));
+    mac.reloadDriver();
+    EXPECT_TRUE(smc.resetFan(0));
+    EXPECT_FALSE(mac.controllerIsManual);
+    EXPECT_FALSE(mac.files.contains(stateFile));
+}
+
+TEST(DriverMemory, ItIsArmedAgainAfterARestartASleepOrADriftAndOnlyThen) {
+    struct Row {
+        const char* state;
+        milliseconds slept;
+        const char* target;
+        bool isArmed;
+    };
+
+    for (const Row& row :
+         {Row{"boot 0 3000", milliseconds(0), "3000", false},
+          Row{"boot 0 3000", milliseconds(1000), "3000", false},
+          Row{"boot 0 3000", milliseconds(1001), "3000", true},
+          Row{"boot 700 3000", milliseconds(0), "3000", false},
+          Row{"boot 0 3000", milliseconds(0), "3050", false},
+          Row{"boot 0 3000", milliseconds(0), "2950", false},
+          Row{"boot 0 3000", milliseconds(0), "3051", true},
+          Row{"boot 0 3000", milliseconds(0), "2949", true},
+          Row{"another 0 3000", milliseconds(0), "3000", true}, Row{"", milliseconds(0), "3000", true},
+          Row{"boot", milliseconds(0), "3000", true}, Row{"boot 0", milliseconds(0), "3000", true},
+          Row{"boot x 3000", milliseconds(0), "3000", true},
+          Row{"boot 0 3000 1", milliseconds(0), "3000", true},
+          Row{"boot -9223372036854775808 3000", milliseconds(1), "3000", true},
+          Row{"boot 9223372036854775807 3000", milliseconds(0), "3000", true},
+          Row{"boot 0 -9223372036854775808", milliseconds(0), "3000", true},
+          Row{"boot 0 9223372036854775807", milliseconds(0), "-9223372036854775808", true},
+          Row{"boot 0 3000", milliseconds(0), "fast", true}}) {
+        PlayedMac mac;
+        SMC smc = openPlayed(mac);
+        mac.files[stateFile] = std::string(row.state) + "\n";
+        mac.slept = row.slept;
+        mac.files[targetFile] = std::string(row.target) + "\n";
+        EXPECT_TRUE(smc.setFanSpeed(0, 3000)) << row.state;
+        EXPECT_EQ(mac.targetsWritten.size(), row.isArmed ? 2U : 1U) << row.state << ' ' << row.target;
+        EXPECT_EQ(mac.files[stateFile], "boot " + std::to_string(row.slept.count()) + " 3000\n");
+    }
+}
+
+TEST(DriverMemory, AFanIsHandedBackByATargetWithinItsRangeAndThenNought) {
+    for (const auto& [target, harmless] : {std::pair("1500", "1500"), {"0", "1199"}, {"9000", "7199"}}) {
+        PlayedMac mac;
+        SMC smc = openPlayed(mac);
+        mac.files[targetFile] = std::string(target) + "\n";
+        EXPECT_TRUE(smc.resetFan(0));
+        EXPECT_THAT(mac.targetsWritten, ElementsAre(harmless, "0"));
+    }
+}
+
+TEST(DriverMemory, AFanWhoseTargetCannotBeReadIsHandedBackByItsMaximum) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    mac.failing[targetFile] = EIO;
+    EXPECT_TRUE(smc.resetFan(0));
+    EXPECT_THAT(mac.targetsWritten, ElementsAre("7199", "0"));
+}
+
+TEST(DriverMemory, AHandBackSucceedsOrFailsWithItsNought) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    mac.barred[targetFile] = EIO;
+    EXPECT_FALSE(smc.resetFan(0));
+    EXPECT_THAT(mac.targetsWritten, IsEmpty());
+}
+
+} // namespace
