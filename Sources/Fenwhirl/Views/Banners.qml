@@ -23,20 +23,20 @@ Item {
         width: parent.width
 
         Reveal {
-            id: error
+            id: errorPlace
             gap: root.spacing
             shown: root.showsError && root.control.error !== ""
             width: parent.width
 
             Column {
                 Repeater {
-                    model: error.needed ? 1 : 0
+                    model: errorPlace.needed ? 1 : 0
 
                     ErrorBanner {
                         closable: true
                         closeText: "OK" // i18n-ignore: understood in every language; the word for closing has no row of its own
                         message: root.control.error
-                        width: error.width
+                        width: errorPlace.width
 
                         onClosed: root.control.dismissError()
                     }
@@ -45,14 +45,14 @@ Item {
         }
 
         Reveal {
-            id: offer
+            id: offerPlace
             gap: root.spacing
             shown: root.showsOffers && root.control.offersActivation
             width: parent.width
 
             Column {
                 Repeater {
-                    model: offer.needed ? 1 : 0
+                    model: offerPlace.needed ? 1 : 0
 
                     HelperBanner {
                         actionText: qsTr("Activer")
@@ -60,7 +60,7 @@ Item {
                         busyText: qsTr("Activation…")
                         message: qsTr("Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.")
                         title: qsTr("Activer le contrôle des ventilateurs")
-                        width: offer.width
+                        width: offerPlace.width
 
                         onActivated: root.control.install()
                     }
@@ -69,14 +69,14 @@ Item {
         }
 
         Reveal {
-            id: update
+            id: updatePlace
             gap: root.spacing
             shown: root.showsOffers && root.control.outdated
             width: parent.width
 
             Column {
                 Repeater {
-                    model: update.needed ? 1 : 0
+                    model: updatePlace.needed ? 1 : 0
 
                     HelperBanner {
                         actionText: qsTr("Mettre à jour")
@@ -84,7 +84,7 @@ Item {
                         busyText: qsTr("Activation…")
                         message: ""
                         title: qsTr("Une mise à jour de l'assistant est disponible.")
-                        width: update.width
+                        width: updatePlace.width
 
                         onActivated: root.control.install()
                     }

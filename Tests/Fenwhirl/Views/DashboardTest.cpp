@@ -120,6 +120,29 @@ TEST(Dashboard, OffersAnUpdateOfAnOutdatedHelper) {
     EXPECT_FALSE(stage.shows(QStringLiteral("Mettre à jour")));
 }
 
+TEST(Dashboard, EveryBannerReachesToThePagesEdge) {
+    const auto endOf = [](Stage& stage, const QString& button) {
+        static_cast<void>(stage.window().grabWindow());
+        const QAccessibleInterface* found = stage.find(button, QAccessible::Button);
+        return found == nullptr ? -1 : stage.window().mapFromGlobal(found->rect().topRight()).x() + 1;
+    };
+    Stage missing;
+    missing.world.helper.installed = false;
+    missing.world.loginItemWorks = false;
+    missing.start();
+    missing.monitor().apply(Preset::game);
+    missing.monitor().setLaunchAtLogin(true); // an error to be told
+    missing.poll();
+    missing.show();
+    EXPECT_EQ(endOf(missing, QStringLiteral("OK")), 1040 - 18 - 12);
+    EXPECT_EQ(endOf(missing, QStringLiteral("Activer")), 1040 - 18 - 20);
+    Stage outdated;
+    outdated.world.helper.setVersion("2");
+    outdated.show();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return outdated.monitor().helperOutdated(); }));
+    EXPECT_EQ(endOf(outdated, QStringLiteral("Mettre à jour")), 1040 - 18 - 20);
+}
+
 TEST(Dashboard, AnErrorStaysUntilItIsClosed) {
     Stage stage;
     stage.world.helper.succeeds = false;
