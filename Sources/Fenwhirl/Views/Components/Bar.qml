@@ -38,13 +38,22 @@ Item {
         radius: root.cornerRadius
     }
 
-    // Clipped at its right end and as wide as the track inside, so that a short bar keeps the track's rounding.
-    Rectangle {
+    // Never narrower inside than it is high, and cut at its right end instead: a short bar keeps the track's rounding.
+    Item {
+        readonly property alias color: ink.color
+
         objectName: "fill"
-        color: root.fill
+        clip: width < height
         height: parent.height
-        radius: root.cornerRadius
         visible: width > 0
         width: root.width * root.shown
+
+        Rectangle {
+            id: ink
+            color: root.fill
+            height: parent.height
+            radius: root.cornerRadius
+            width: Math.max(parent.width, height)
+        }
     }
 }

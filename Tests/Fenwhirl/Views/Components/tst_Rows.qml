@@ -73,6 +73,10 @@ Item {
         }
     }
 
+    Bar { id: empty; fraction: 0; y: 420 }
+
+    Bar { id: little; fraction: 0.015; y: 440 }
+
     SignalSpy { id: rowClicks; signalName: "clicked"; target: row }
 
     TestCase {
@@ -98,6 +102,13 @@ Item {
             compare(fill.width, bar.width)
             sensor.fraction = NaN
             compare(fill.width, 0)
+        }
+
+        function test_aShortBarKeepsTheTracksRounding() {
+            const image = grabImage(root)
+            verify(Qt.colorEqual(image.pixel(1, 443), Theme.accent))
+            verify(Qt.colorEqual(image.pixel(4, 443), Theme.track))
+            verify(image.red(0, 440) > 0.9 * image.red(0, 420), "hardly anything in the corner")
         }
 
         function test_aNameTooLongIsCutAndToldInATooltip() {
