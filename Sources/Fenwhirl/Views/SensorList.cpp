@@ -2,22 +2,16 @@
 
 #include "Fenwhirl/Localization/NumberFormat.h"
 #include "Fenwhirl/Localization/SensorLabel.h"
+#include "Fenwhirl/Views/Components/SensorBar.h"
 
 #include <algorithm>
-
-namespace {
-
-constexpr double fullBarCelsius = 100;
-constexpr double hotBarCelsius = 80;
-
-} // namespace
 
 ShownSensor shown(const SensorState& sensor) {
     return {
         .name = SensorLabel::name(sensor.id),
         .temperature = NumberFormat::temperatureText(sensor.celsius),
-        .fraction = std::min(sensor.celsius / fullBarCelsius, 1.0),
-        .hot = sensor.celsius >= hotBarCelsius,
+        .fraction = Fenwhirl::sensorBarFraction(sensor.celsius),
+        .hot = Fenwhirl::sensorBarIsHot(sensor.celsius),
     };
 }
 

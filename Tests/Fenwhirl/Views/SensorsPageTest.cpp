@@ -19,6 +19,7 @@ TEST(SensorRow, IsFullFromAHundredDegrees) {
     EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 50}).fraction, 0.5);
     EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 100}).fraction, 1);
     EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 130}).fraction, 1);
+    EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), -5}).fraction, 0);
 }
 
 TEST(SensorRow, ShowsTheTemperatureRounded) {
