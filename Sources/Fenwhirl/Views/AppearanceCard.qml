@@ -16,7 +16,7 @@ Card {
             currentIndex: root.preferences.theme
             labels: [qsTr("Sombre"), qsTr("Clair"), qsTr("Automatique")]
             text: qsTr("Apparence")
-            width: implicitWidth
+            width: Math.max(300, implicitWidth)
 
             onActivated: index => root.preferences.theme = index
         }

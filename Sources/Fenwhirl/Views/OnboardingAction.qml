@@ -14,7 +14,7 @@ Item {
     implicitWidth: Math.round(360 * Theme.textScale)
 
     Row {
-        anchors.centerIn: parent
+        anchors.horizontalCenter: parent.horizontalCenter
         spacing: 12
         visible: root.step === 0
 
@@ -25,6 +25,7 @@ Item {
         }
 
         LanguagePicker {
+            fill: Theme.card
             preferences: root.preferences
             width: Math.round(190 * Theme.textScale)
         }

@@ -5,6 +5,7 @@ import Fenwhirl.Components
 //   labels          the choices, a list of strings
 //   currentIndex    the chosen one; -1 shows no choice; set by the owner
 //   text            what is chosen, for screen readers
+//   fill            its ground: the well that a card has, unless given
 //   signal activated(int index)  a choice was made; the owner then changes currentIndex
 // Space, Return, Up and Down open the menu.
 Pressable {
@@ -12,6 +13,7 @@ Pressable {
 
     required property var labels
     required property int currentIndex
+    property color fill: Theme.well
     readonly property string currentLabel: labels[currentIndex] ?? ""
     readonly property alias menu: opener.menu // null before it was first opened
 
@@ -29,7 +31,7 @@ Pressable {
     onClicked: opener.open()
 
     background: Surface {
-        color: Theme.well
+        color: root.fill
         overlay: root.down ? Theme.pressed : Theme.hover
         overlaid: root.enabled && (root.down || root.hovered)
         radius: 9 - 9 % Theme.cornerStep

@@ -33,7 +33,7 @@ Item {
 
     Symbol {
         anchors.centerIn: parent
-        color: Theme.text
+        color: Theme.secondaryText
         height: 13
         name: root.direction < 0 ? "minus" : "plus"
         opacity: root.possible ? 1 : 0.35
