@@ -82,14 +82,50 @@ TEST(Palette, MixingRunsFromOneSetToTheOther) {
     EXPECT_LT(half.red(), color(light, PaletteColor::card).red());
 }
 
+// What is seen of a translucent colour on an opaque one.
+QColor laidOver(const QColor& ground, const QColor& ink) {
+    const auto mixed = [&ink](float under, float over) { return under + (over - under) * ink.alphaF(); };
+    return QColor::fromRgbF(mixed(ground.redF(), ink.redF()), mixed(ground.greenF(), ink.greenF()),
+                            mixed(ground.blueF(), ink.blueF()));
+}
+
 TEST(Palette, TextIsReadableOnEverySurfaceItStandsOn) {
     for (const bool dark : {true, false}) {
         const Palette& colors = palette(dark);
-        for (const PaletteColor surface :
-             {PaletteColor::window, PaletteColor::sidebar, PaletteColor::card, PaletteColor::well}) {
-            EXPECT_GE(contrast(color(colors, PaletteColor::secondaryText), color(colors, surface)), 4.5);
-            EXPECT_GE(contrast(color(colors, PaletteColor::muted), color(colors, surface)), 4.5);
+        for (const PaletteColor surface : {PaletteColor::window, PaletteColor::sidebar, PaletteColor::card,
+                                           PaletteColor::well, PaletteColor::popup}) {
+            const QColor ground = color(colors, surface);
+            EXPECT_GE(contrast(laidOver(ground, color(colors, PaletteColor::text)), ground), 11.0);
+            EXPECT_GE(contrast(color(colors, PaletteColor::secondaryText), ground), 4.5);
+            EXPECT_GE(contrast(color(colors, PaletteColor::muted), ground), 4.5);
         }
+        const QColor error = color(colors, PaletteColor::errorFill);
+        EXPECT_GE(contrast(laidOver(error, color(colors, PaletteColor::text)), error), 9.5);
+    }
+}
+
+// The palette is given, and where its light accent carries words it stays a little under 4.5; such words are
+// semibold, or say what is said elsewhere, too. It must not become less.
+TEST(Palette, ColoredTextIsAsReadableAsThePaletteAllows) {
+    for (const bool dark : {true, false}) {
+        const Palette& colors = palette(dark);
+        const double least = dark ? 6.0 : 3.5;
+        const auto expectReadable = [&](PaletteColor ink, const QColor& ground) {
+            EXPECT_GE(contrast(color(colors, ink), ground), least) << static_cast<int>(ink) << dark;
+        };
+        const QColor card = color(colors, PaletteColor::card);
+        const QColor tint = color(colors, PaletteColor::tint);
+        for (const PaletteColor surface : {PaletteColor::sidebar, PaletteColor::card, PaletteColor::window})
+            expectReadable(PaletteColor::accentSoft, laidOver(color(colors, surface), tint));
+        expectReadable(PaletteColor::accent, card);
+        expectReadable(PaletteColor::onAccent, color(colors, PaletteColor::accent));
+        for (const PaletteColor surface : {PaletteColor::card, PaletteColor::well, PaletteColor::errorFill})
+            expectReadable(PaletteColor::hot, color(colors, surface));
+        // Marks that say something: the dot, bars and arcs.
+        for (const PaletteColor surface : {PaletteColor::sidebar, PaletteColor::card})
+            EXPECT_GE(contrast(color(colors, PaletteColor::good), color(colors, surface)), dark ? 9.5 : 2.8);
+        for (const PaletteColor mark : {PaletteColor::accent, PaletteColor::hot})
+            EXPECT_GE(contrast(color(colors, mark), color(colors, PaletteColor::track)), 3.0);
     }
 }
 
