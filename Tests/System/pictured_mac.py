@@ -79,11 +79,13 @@ class PicturedMac(stage.SimulatedMac):
     def wander(self):
         # Two slow waves and a quick, small one: what a working machine looks like.
         began = time.monotonic()
-        while not self.over.wait(0.7):
+        while True:
             at = time.monotonic() - began
             away = 7 * math.sin(at / 11) + 4 * math.sin(at / 5.3 + 1) + 1.2 * math.sin(at * 2.1) * math.cos(at * 5.7)
             if not self.still:
                 self.tell(f"set {self.PROCESSOR} {self.level + away:.2f}")
+            if self.over.wait(0.7):
+                return
 
     def __exit__(self, *details):
         self.over.set()

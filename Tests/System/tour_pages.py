@@ -37,6 +37,7 @@ class Tour:
         self.build = options.build
         self.folder = options.pictures
         self.only = options.only
+        self.minutes = options.minutes
         self.theme = theme
         self.host = host
         self.maker = maker
@@ -197,7 +198,10 @@ class Tour:
                 self.both_ends(f"pages/{name}") if name in ("sensors", "settings") else self.picture(f"pages/{name}")
             self.menu("Langue", "menus/language")
             self.open_page("dashboard")
+            self.choose_preset("Auto")
+            time.sleep(60 * self.minutes)
             self.mac.hold()
+            self.screen.wait_for("63 °C")
             self.picture("pages/dashboard")
             self.menu("Préréglage", "menus/preset")
             self.choose_preset("Équilibré")
@@ -261,6 +265,7 @@ class Tour:
         self.mac.read(HOT)
         self.mac.turn(5434, 5861)
         self.open_page("dashboard")
+        self.choose_preset("Équilibré")
         self.screen.wait_for("Le Mac est chaud")
         self.mac.hold()
         self.screen.wait_for("87 °C")
@@ -371,6 +376,7 @@ def main():
     parser.add_argument("--pictures", type=pathlib.Path, required=True)
     parser.add_argument("--theme", choices=["dark", "light"], help="only this appearance")
     parser.add_argument("--only", help="only the pictures of this part of the walk")
+    parser.add_argument("--minutes", type=float, default=0, help="of temperatures in the chart of the dashboard's picture")
     parser.add_argument("--machine", help="of no effect: the pictured Mac is chosen by what it shows")
     parser.add_argument("--heat", help="of no effect: the readings are held still")
     options = parser.parse_args()
