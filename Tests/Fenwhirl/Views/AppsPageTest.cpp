@@ -2,7 +2,10 @@
 
 #include "Stage.h"
 
+#include <QImage>
 #include <QTcpServer>
+#include <QTemporaryDir>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -33,6 +36,39 @@ TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
     EXPECT_TRUE(rows.at(1)->text(QAccessible::Name).startsWith(QStringLiteral("Mail")));
     EXPECT_TRUE(stage.shows(QStringLiteral("Protégé")));
     EXPECT_EQ(stage.all(QAccessible::CheckBox).size(), 1); // no switch for what is protected
+}
+
+TEST(AppsPage, ShowsAnApplicationsIconAndTheGearsForWhatHasNone) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("icon.png"));
+    QImage picture(56, 56, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(file));
+    Stage stage;
+    stage.applicationIcon = QUrl::fromLocalFile(file).toString();
+    stage.start();
+    AppLoad service = runningApp(QStringLiteral("service"), 3, 72);
+    service.appPath.reset();
+    stage.setApps({runningApp(QStringLiteral("Blender"), 36.5, 71), service});
+    stage.showPage(Page::apps);
+    // The picture of 28 points at the beginning of a row.
+    const auto icon = [&stage](int row) {
+        const QRect place = stage.all(QAccessible::ListItem).at(row)->rect();
+        const QPoint corner(place.left() - stage.window().x(), place.center().y() - 13 - stage.window().y());
+        return stage.window().grabWindow().copy(QRect(corner, QSize(28, 28)));
+    };
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return icon(0).pixelColor(14, 14) == Qt::red; }));
+    EXPECT_EQ(icon(0).pixelColor(1, 1), Qt::red);
+    const QImage gears = icon(1);
+    const QColor card(0x1F, 0x22, 0x29);
+    EXPECT_EQ(gears.pixelColor(2, 2), card); // 18 points in their middle
+    EXPECT_EQ(gears.pixelColor(25, 2), card);
+    bool drawn = false;
+    for (int x = 5; x < 23; ++x) {
+        for (int y = 5; y < 23; ++y)
+            drawn = drawn || gears.pixelColor(x, y) == QColor(0x9A, 0xA3, 0xB2);
+    }
+    EXPECT_TRUE(drawn);
 }
 
 TEST(AppsPage, CancellingLeavesTheApplicationRunningAndItsSwitchOn) {

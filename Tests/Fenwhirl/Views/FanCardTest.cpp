@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace {
 
@@ -92,17 +93,30 @@ TEST(FanCard, AFanWithoutARangeStillHasAUsableSlider) {
     EXPECT_EQ(range->maximumValue().toDouble(), 1201);
 }
 
+constexpr QColor track(0x2B, 0x30, 0x3A);
+constexpr QColor accent(0x4F, 0xC3, 0xF7);
+
+// A fan's gauge where its arc begins, at the lower left, and where it ends, at the lower right.
+std::pair<QColor, QColor> endsOfGauge(Stage& stage, int fan) {
+    for (const QAccessibleInterface* item : stage.all(QAccessible::StaticText)) {
+        if (item->rect().size() != QSize(128, 128) || fan-- != 0)
+            continue;
+        const QPoint gauge = item->rect().topLeft() - stage.window().position();
+        return {stage.colorAt(gauge + QPoint(23, 105)), stage.colorAt(gauge + QPoint(105, 105))};
+    }
+    ADD_FAILURE() << "there is no such gauge";
+    return {};
+}
+
 TEST(FanCard, TheGaugeOfAFanWithoutARangeDividesByOne) {
     Stage stage;
-    stage.world.smc.setNumber("F0Mn", "fpe2", 1200);
-    stage.world.smc.setNumber("F0Mx", "fpe2", 1200);
-    stage.world.setFan(0, 1201);
-    stage.start();
-    stage.models().setAwake(true);
-    EXPECT_DOUBLE_EQ(stage.models().machine()->fans()->at(0)->speedFraction(), 1);
-    stage.world.setFan(0, 900);
-    stage.poll();
-    EXPECT_LT(stage.models().machine()->fans()->at(0)->speedFraction(), 0); // the gauge draws that as empty
+    for (const char* key : {"F0Mn", "F0Mx", "F1Mn", "F1Mx"})
+        stage.world.smc.setNumber(key, "fpe2", 1200);
+    stage.world.setFan(0, 1200);
+    stage.world.setFan(1, 1201);
+    stage.showPage(Page::fans);
+    EXPECT_EQ(endsOfGauge(stage, 0), std::pair(track, track));
+    EXPECT_EQ(endsOfGauge(stage, 1), std::pair(accent, accent));
 }
 
 TEST(FanCard, ASpeedBelowTheMinimumShowsAnEmptyGaugeAndOneAboveTheMaximumAFullOne) {
@@ -110,23 +124,8 @@ TEST(FanCard, ASpeedBelowTheMinimumShowsAnEmptyGaugeAndOneAboveTheMaximumAFullOn
     stage.world.setFan(0, 900);
     stage.world.setFan(1, 7000);
     stage.showPage(Page::fans);
-    const auto gauge = [&stage](int n) {
-        int met = 0;
-        for (QAccessibleInterface* item : stage.all(QAccessible::StaticText)) {
-            if (item->rect().size() == QSize(128, 128) && met++ == n)
-                return item->rect().topLeft() - stage.window().position();
-        }
-        ADD_FAILURE() << "there is no such gauge";
-        return QPoint();
-    };
-    // Where the arc begins, at the lower left, and where it ends, at the lower right.
-    const QPoint begin(23, 105);
-    const QPoint end(105, 105);
-    const QColor track(0x2B, 0x30, 0x3A);
-    const QColor accent(0x4F, 0xC3, 0xF7);
-    EXPECT_EQ(stage.colorAt(gauge(0) + begin), track);
-    EXPECT_EQ(stage.colorAt(gauge(1) + begin), accent);
-    EXPECT_EQ(stage.colorAt(gauge(1) + end), accent);
+    EXPECT_EQ(endsOfGauge(stage, 0), std::pair(track, track));
+    EXPECT_EQ(endsOfGauge(stage, 1), std::pair(accent, accent));
 }
 
 TEST(FanCard, TheSteppersStopAtTheirBounds) {

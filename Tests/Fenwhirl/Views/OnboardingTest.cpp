@@ -57,6 +57,9 @@ TEST(Onboarding, SkippingTheHelperLeavesTheOfferToTheBanners) {
     stage.monitor().apply(Preset::game);
     stage.poll();
     EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
+    stage.show(menuPanelFile());
+    EXPECT_NE(stage.find(QStringLiteral("Activer le contrôle des ventilateurs"), QAccessible::Button),
+              nullptr);
 }
 
 TEST(Onboarding, InstallingTheHelperShowsThatControlIsActive) {
@@ -87,7 +90,12 @@ TEST(Onboarding, EndingBeforeItsEndBeginsItAgain) {
     Newcomer stage;
     stage.show();
     stage.click(QStringLiteral("Suivant"));
+    ASSERT_TRUE(stage.shows(QStringLiteral("Pilote tes ventilateurs")));
     EXPECT_FALSE(stage.world.preferences.boolean(QStringLiteral("didOnboard")).value_or(false));
+    Newcomer again; // the next start, with what the first has stored
+    again.onboarded = stage.world.preferences.boolean(QStringLiteral("didOnboard")).value_or(false);
+    again.show();
+    EXPECT_TRUE(again.shows(QStringLiteral("Bienvenue dans Fenwhirl")));
 }
 
 TEST(Onboarding, ReturnGoesForwardAndNothingBehindItHasTheKeyboard) {

@@ -96,7 +96,7 @@ void Stage::adopt() {
                      .notify = [this](const QString& title,
                                       const QString& message) { notifications.emplace_back(title, message); },
                      .saveReport = [this](const QString& text) { reports.push_back(text); },
-                     .applicationIcon = [](const QString&) { return QString(); },
+                     .applicationIcon = [this](const QString&) { return applicationIcon; },
                      .openMain = [this] { ++timesOpenedMain; },
                      .quit = [this] { ++timesQuit; }});
     // As the application does.

@@ -33,6 +33,8 @@ public:
     MonitorHarness world;
     bool onboarded = true;
     QString computerName = QStringLiteral("MacBook de Camille");
+    // The image address of every application's icon.
+    QString applicationIcon;
     std::vector<std::pair<QString, QString>> notifications;
     std::vector<QString> reports;
     int timesOpenedMain = 0;
