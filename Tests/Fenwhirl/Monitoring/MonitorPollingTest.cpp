@@ -76,13 +76,15 @@ TEST_F(MonitorPolling, PollsEveryTwoSecondsAndNeverWithoutAController) {
 }
 
 TEST_F(MonitorPolling, PublishesInTheOrderThatViewsRelyOn) {
-    make();
     QStringList order;
     const auto note = [&](const char* name) {
         return [&order, name] { order += QString::fromLatin1(name); };
     };
-    Monitor& m = monitor();
+    MonitorServices noting = services();
+    noting.notify = [alert = note("alert")](const QString&, const QString&) { alert(); };
+    Monitor m(noting);
     helper.succeeds = false;
+    setCelsius(91);
     m.setSetting(0, constant(3000));
     QObject::connect(&m, &Monitor::fansChanged, &m, note("fans"));
     QObject::connect(&m, &Monitor::sensorsChanged, &m, note("sensors"));
@@ -94,7 +96,8 @@ TEST_F(MonitorPolling, PublishesInTheOrderThatViewsRelyOn) {
     QSignalSpy polled(&m, &Monitor::polled);
     m.start();
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
-    EXPECT_EQ(order.join(u' '), QStringLiteral("fans sensors primary needsHelper error history polled"));
+    EXPECT_EQ(order.join(u' '),
+              QStringLiteral("fans sensors primary needsHelper error history alert polled"));
 }
 
 TEST_F(MonitorPolling, OnlyChangesAreAnnounced) {
@@ -107,6 +110,7 @@ TEST_F(MonitorPolling, OnlyChangesAreAnnounced) {
     poll();
     EXPECT_EQ(
         fans.count() + sensors.count() + primary.count() + helperInstalled.count() + needsHelper.count(), 0);
+    EXPECT_TRUE(monitor().controlError().isEmpty()); // a value that stays the same is no fault
     setFan(0, 2100);
     poll();
     EXPECT_EQ(fans.count(), 1);
@@ -300,17 +304,34 @@ TEST_F(MonitorPolling, FreshStartSendsNothingToAutomaticFans) {
 }
 
 TEST_F(MonitorPolling, DeadControllerStaysDeadAndNothingIsSent) {
-    start();
-    monitor().setSetting(0, constant(2000));
-    poll();
+    std::atomic<int> connections = 0;
+    MonitorServices counted = services();
+    counted.openSMC = [&, open = counted.openSMC] {
+        ++connections;
+        return open();
+    };
+    Monitor m(counted);
+    QSignalSpy polled(&m, &Monitor::polled);
+    const auto pollLater = [&](double seconds) {
+        advance(seconds);
+        const auto before = polled.count();
+        m.tick();
+        ASSERT_TRUE(waitUntil([&] { return polled.count() > before; }));
+    };
+    m.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
+    m.setSetting(0, constant(2000));
+    m.setSetting(1, curve(40, 80));
+    pollLater(2);
     helper.forgetRuns();
     smc.diesAtRequest = 0;
-    pollAfter(20);
-    pollAfter(20);
-    EXPECT_TRUE(monitor().fans().isEmpty());
+    pollLater(20);
+    pollLater(20);
+    EXPECT_TRUE(m.fans().isEmpty());
     EXPECT_EQ(helper.takeRuns(), Runs());
-    monitor().restoreAutomaticBlocking(); // works all the same: each helper opens its own connection
-    EXPECT_EQ(helper.takeRuns(), Runs()); // fan 0 is constant: it keeps its speed
+    EXPECT_EQ(connections, 1);
+    m.restoreAutomaticBlocking(); // works all the same: each helper opens its own connection
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "1"}}));
 }
 
 TEST_F(MonitorPolling, FanThatCannotBeReadIsSkipped) {

@@ -49,6 +49,10 @@ TEST_F(MonitorPreferences, FirstLaunchHasTheDefaults) {
     EXPECT_FALSE(monitor().isInstalling());
     EXPECT_TRUE(monitor().helperInstalled());
     EXPECT_TRUE(monitor().controlError().isEmpty());
+    EXPECT_TRUE(monitor().fans().isEmpty());
+    EXPECT_TRUE(monitor().sensors().isEmpty());
+    EXPECT_TRUE(monitor().history().isEmpty());
+    EXPECT_EQ(monitor().primaryCelsius(), std::nullopt);
     EXPECT_TRUE(preferences.values.empty());
 }
 

@@ -17,7 +17,11 @@ protected:
     std::chrono::duration<double> runTime{0}; // how long each helper run takes
     Commands commands;
     std::function<bool(const HelperCommand&)> answer = [](const auto&) { return true; };
-    FanSettings settings;
+    PollRequest request{.settings = std::make_shared<const FanSettings>(),
+                        .helperInstalled = true,
+                        .holdsManual = false,
+                        .protect = true,
+                        .protectAt = 90};
 
     Poller poller{{.openSMC = [this] { return std::make_unique<SMC>(smc.connect()); },
                    .runHelper =
@@ -35,29 +39,39 @@ protected:
         EXPECT_TRUE(poller.open());
     }
 
-    std::optional<PollResult> poll() {
-        return poller.poll({.settings = std::make_shared<const FanSettings>(settings),
-                            .helperInstalled = true,
-                            .holdsManual = false,
-                            .protect = true,
-                            .protectAt = 90});
-    }
+    std::optional<PollResult> poll() { return poller.poll(request); }
 
     void pin(int fan, double rpm) {
+        FanSettings settings = *request.settings;
         settings[fan] = {.mode = FanModeKind::constant, .constantRPM = rpm, .sensorKey = {}};
+        request.settings = std::make_shared<const FanSettings>(settings);
     }
 
     // Asks the poller to stop as soon as it asks the controller for this key.
     void stopAtRequestFor(std::string_view key) {
         smc.hook = [this,
-                    code = SMC::fourCC(key)](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-            if (request.key == code) {
+                    code = SMC::fourCC(key)](const SMCParam& asked) -> std::optional<ScriptedSMC::Reply> {
+            if (asked.key == code) {
                 *stop = true;
             }
             return std::nullopt;
         };
     }
 };
+
+TEST(PollerWithoutController, DoesNothing) {
+    Poller poller({.openSMC = [] { return std::unique_ptr<SMC>(); },
+                   .runHelper = [](const HelperCommand&) { return true; },
+                   .now = [] { return std::chrono::duration<double>(); },
+                   .stop = std::make_shared<std::atomic<bool>>(false)});
+    EXPECT_FALSE(poller.open());
+    EXPECT_FALSE(poller.poll({.settings = std::make_shared<const FanSettings>(),
+                              .helperInstalled = true,
+                              .holdsManual = false,
+                              .protect = true,
+                              .protectAt = 90}));
+    EXPECT_EQ(poller.fansLastRead(), std::vector<int>());
+}
 
 TEST_F(PollerTest, ReadsTheTemperaturesThatThereWereAtTheStart) {
     smc.setNumber("TG0P", "sp78", 70);
@@ -93,6 +107,25 @@ TEST_F(PollerTest, AFanThatIsRefusedDoesNotKeepTheOthersWaiting) {
     answer = [](const HelperCommand&) { return false; };
     EXPECT_EQ(poll()->problem, PollProblem::refused);
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"set", "1", "3000"}}));
+}
+
+TEST_F(PollerTest, ASpeedThatIsHeldBackIsNotTakenForSent) {
+    pin(0, 2000);
+    request.holdsManual = true;
+    EXPECT_TRUE(poll()->wantsManualControl);
+    EXPECT_EQ(commands, Commands());
+    request.holdsManual = false;
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}}));
+}
+
+TEST_F(PollerTest, AFanIsHandedBackAlsoWhileSpeedsAreHeldBack) {
+    pin(0, 2000);
+    (void)poll();
+    request.holdsManual = true;
+    smc.setNumber("TC0P", "sp78", 92);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}}));
 }
 
 TEST_F(PollerTest, OnceItIsToStopItStartsNoFurtherHelper) {
