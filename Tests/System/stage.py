@@ -148,7 +148,9 @@ class SessionBus(Process):
     """A D-Bus session of its own, with the accessibility service at hand."""
 
     def __init__(self):
-        super().__init__(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"],
+        # Its socket stays when it is killed; by default it would lie in /tmp, which is not this world's own.
+        super().__init__(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
+                          f"--address=unix:tmpdir={os.environ['XDG_RUNTIME_DIR']}"],
                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         self.address = Lines(self.child.stdout).next()
 
