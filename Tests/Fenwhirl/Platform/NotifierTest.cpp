@@ -66,7 +66,7 @@ protected:
 
     static void TearDownTestSuite() {
         QDBusConnection::disconnectFromBus(QDBusConnection::sessionBus().name());
-        bus->kill();
+        bus->terminate(); // it takes its socket along
         bus->waitForFinished();
         delete bus;
         bus = nullptr;

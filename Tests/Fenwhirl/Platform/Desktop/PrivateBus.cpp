@@ -8,11 +8,11 @@ namespace {
 
 constexpr char configuration[] = R"(<busconfig>
   <type>session</type>
-  <listen>unix:tmpdir=/tmp</listen>
+  <listen>unix:tmpdir=%folder</listen>
   <policy context="default">
     <allow send_destination="*"/>
     <allow receive_sender="*"/>
-    <%s own="*"/>
+    <%rule own="*"/>
   </policy>
 </busconfig>
 )";
@@ -22,7 +22,9 @@ constexpr char configuration[] = R"(<busconfig>
 PrivateBus::PrivateBus(Names names) : addressBefore_(qgetenv("DBUS_SESSION_BUS_ADDRESS")) {
     QFile file(folder_.filePath(QStringLiteral("bus.conf")));
     if (file.open(QIODevice::WriteOnly))
-        file.write(QByteArray(configuration).replace("%s", names == Names::free ? "allow" : "deny"));
+        file.write(QByteArray(configuration)
+                       .replace("%folder", folder_.path().toUtf8())
+                       .replace("%rule", names == Names::free ? "allow" : "deny"));
     file.close();
     daemon_.start(QStringLiteral("dbus-daemon"),
                   {QStringLiteral("--config-file=") + file.fileName(), QStringLiteral("--nofork"),
