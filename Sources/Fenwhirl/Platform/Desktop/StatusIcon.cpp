@@ -4,81 +4,124 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTransform>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-// Shares of the icon's side: a symbol of 16 in a canvas of 22, or a smaller one above the text.
-constexpr double symbolShare = 16.0 / 22.0;
-constexpr double symbolOverTextShare = 0.52;
-constexpr double textShare = 0.5;
-constexpr int edgeAlpha = 115; // of 255
+// Of a canvas 22 high: a symbol of 16, text of 13 and 4 between them.
+constexpr double canvas = 22.0;
+constexpr double symbolShare = 16.0 / canvas;
+constexpr double textShare = 13.0 / canvas;
+constexpr double gapShare = 4.0 / canvas;
+// In a square the symbol and the digits have a half each, and the digits are as high as the symbol.
+constexpr double halfShare = 0.5;
+constexpr int edgeAlpha = 160; // of 255
 
-QFont textFont(double pixels) {
-    QFont font;
-    font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
-    font.setWeight(QFont::DemiBold);
-    return font;
-}
-
-QImage transparentImage(int side) {
-    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+QImage transparentImage(QSize size) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     return image;
 }
 
-void drawText(QPainter& painter, const QFont& font, const QString& text, QPointF baseline) {
-    QPainterPath path;
-    path.addText(baseline, font, text);
-    painter.fillPath(path, painter.pen().color());
+struct TextShape {
+    QPainterPath path; // its baseline begins at the origin
+    double width = 0;
+    double digitHeight = 0;
+};
+
+TextShape textShape(const QString& text, double pixels, QFont::Weight weight) {
+    QFont font;
+    font.setPixelSize(std::max(1, static_cast<int>(std::lround(pixels))));
+    font.setWeight(weight);
+    const QFontMetricsF metrics(font);
+    TextShape shape;
+    shape.digitHeight = metrics.tightBoundingRect(QStringLiteral("0")).height();
+    for (const QChar character : text) {
+        const double own = metrics.horizontalAdvance(character);
+        const double cell = character.isDigit() ? metrics.horizontalAdvance(u'0') : own;
+        shape.path.addText(shape.width + (cell - own) / 2, 0, font, character);
+        shape.width += cell;
+    }
+    return shape;
 }
 
-// The drawing once per direction in the edge's colour, then in its own on top.
+// The drawing in the edge's colour, a step into each direction, then in its own on top.
 template <typename Draw>
-QImage edged(int side, bool onDark, const Draw& draw) {
+QImage edged(QSize size, bool onDark, const Draw& draw) {
     QColor edge = onDark ? QColor(Qt::black) : QColor(Qt::white);
     edge.setAlpha(edgeAlpha);
     const QColor ink = onDark ? QColor(Qt::white) : QColor(0x22, 0x22, 0x22);
-    const double step = std::max(1.0, side / 22.0) * 0.5;
+    const double step = std::max(1.0, size.height() / canvas);
 
-    QImage image = transparentImage(side);
+    QImage image = transparentImage(size);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    for (const QPointF offset : {QPointF(-step, 0), QPointF(step, 0), QPointF(0, -step), QPointF(0, step)}) {
-        painter.save();
-        painter.translate(offset);
-        draw(painter, edge);
-        painter.restore();
+    for (const int across : {-1, 0, 1}) {
+        for (const int down : {-1, 0, 1}) {
+            painter.save();
+            painter.translate(across * step, down * step);
+            draw(painter, edge);
+            painter.restore();
+        }
     }
     draw(painter, ink);
     return image;
 }
 
+QImage wideIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark) {
+    const TextShape shape = textShape(text, height * textShare, QFont::Medium);
+    const double side = height * symbolShare;
+    const double margin = (height - side) / 2;
+    const double textLeft = margin + side + height * gapShare;
+    const double baseline = std::round((height + shape.digitHeight) / 2);
+    const QSize size(static_cast<int>(std::ceil(textLeft + shape.width + margin / 2)), height);
+    return edged(size, onDark, [&](QPainter& painter, const QColor& color) {
+        symbol(painter, QRectF(margin, margin, side, side), color);
+        painter.fillPath(shape.path.translated(textLeft, baseline), color);
+    });
+}
+
+QImage squareIcon(const SymbolPainter& symbol, const QString& digits, int side, bool onDark) {
+    // Whole pixels, so that small pictures are sharp.
+    const double half = std::round(side * halfShare);
+    const double top = std::floor((side - half) / 2);
+    const TextShape shape = textShape(digits, side, QFont::DemiBold);
+    const double high = half / shape.digitHeight;
+    const double wide = std::min(high, (side - half) / shape.width);
+    const QPainterPath text = QTransform::fromTranslate(half, top + half).scale(wide, high).map(shape.path);
+    return edged({side, side}, onDark, [&](QPainter& painter, const QColor& color) {
+        symbol(painter, QRectF(0, top, half, half), color);
+        painter.fillPath(text, color);
+    });
+}
+
 } // namespace
 
 QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint) {
-    constexpr int canvas = 18;
+    constexpr int points = 18;
     constexpr int drawing = 16;
-    QImage image = transparentImage(canvas * pixelsPerPoint);
+    QImage image = transparentImage(QSize(points, points) * pixelsPerPoint);
     image.setDevicePixelRatio(pixelsPerPoint);
     QPainter painter(&image); // counts in points
     painter.setRenderHint(QPainter::Antialiasing);
-    constexpr double margin = (canvas - drawing) / 2.0;
+    constexpr double margin = (points - drawing) / 2.0;
     symbol(painter, QRectF(margin, margin, drawing, drawing), Qt::black);
     return image;
 }
 
-QImage statusIcon(const SymbolPainter& symbol, const QString& text, int side, bool onDark) {
-    const QFont font = textFont(side * textShare);
-    const QFontMetricsF metrics(font);
-    const double symbolSide = side * (text.isEmpty() ? symbolShare : symbolOverTextShare);
-    const double top = text.isEmpty() ? (side - symbolSide) / 2 : 0;
-    return edged(side, onDark, [&](QPainter& painter, const QColor& color) {
-        symbol(painter, QRectF((side - symbolSide) / 2, top, symbolSide, symbolSide), color);
-        painter.setPen(color);
-        drawText(painter, font, text,
-                 QPointF((side - metrics.horizontalAdvance(text)) / 2, side - side / 22.0));
+QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark,
+                  StatusIconShape shape) {
+    if (!text.isEmpty()) {
+        if (shape == StatusIconShape::wide)
+            return wideIcon(symbol, text, height, onDark);
+        return squareIcon(symbol, QString(text).remove(u'°'), height, onDark);
+    }
+    const double side = height * symbolShare;
+    const double margin = (height - side) / 2;
+    return edged({height, height}, onDark, [&](QPainter& painter, const QColor& color) {
+        symbol(painter, QRectF(margin, margin, side, side), color);
     });
 }

@@ -2,9 +2,10 @@
 // the fan symbol and a short text.
 //
 // On macOS an NSStatusItem shows symbol and text side by side. On Linux the item is a StatusNotifierItem
-// where the desktop has a host for such items, else an icon in the classic tray; the temperature is drawn
-// beside the symbol and the whole text is the tool tip. Hosts and trays may come late, go, and come back: the
-// item follows them by itself.
+// where the desktop has a host for such items, else an icon in the classic tray. GNOME's bar shows the whole
+// text beside the symbol; elsewhere the temperature is drawn beside it, as StatusHostHabits says, and the
+// whole text is the tool tip. Hosts and trays may come late, go, and come back: the item follows them by
+// itself.
 //
 // Threads: main thread only. The item is shown from construction to destruction, as soon as there is a place.
 

@@ -22,12 +22,6 @@ QPoint pointOfPixel(QPoint pixel) {
     return pixel;
 }
 
-// GNOME's bar is dark, whatever the appearance of the windows.
-bool barIsAlwaysDark() {
-    static const bool dark = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"GNOME");
-    return dark;
-}
-
 } // namespace
 
 std::unique_ptr<StatusItem> StatusItem::create(SymbolPainter symbol) {
@@ -57,8 +51,9 @@ void StatusItemLinux::place() {
 void StatusItemLinux::showNotifierItem() {
     if (classic_)
         classic_->hide();
-    shown_.reset();
-    item_ = std::make_unique<StatusNotifierItem>(bus_);
+    forgetIcons();
+    habits_ = statusHostHabits(host_.program());
+    item_ = std::make_unique<StatusNotifierItem>(bus_, habits_);
     connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel) {
         // Hosts that do not know the place send zeros; the pointer was on the item a moment ago.
         const QPoint place = pixel.isNull() ? QCursor::pos() : pointOfPixel(pixel);
@@ -70,7 +65,8 @@ void StatusItemLinux::showNotifierItem() {
 
 void StatusItemLinux::showClassicIcon() {
     item_.reset();
-    shown_.reset();
+    forgetIcons();
+    habits_ = {};
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
         return; // the classic tray needs widgets
     if (!classic_) {
@@ -99,7 +95,8 @@ void StatusItemLinux::setText(const QString& text, const QString& shortText) {
 }
 
 void StatusItemLinux::updateContent() {
-    const IconKey wanted(shortText_, barIsAlwaysDark() || appearance_->isDark());
+    const bool written = habits_.text == StatusHostHabits::Text::asLabel;
+    const IconKey wanted(written ? QString() : shortText_, habits_.barIsDark || appearance_->isDark());
     const bool changes = shown_ != wanted;
     shown_ = wanted;
     if (item_) {
@@ -117,12 +114,19 @@ void StatusItemLinux::updateContent() {
     }
 }
 
+void StatusItemLinux::forgetIcons() {
+    shown_.reset();
+    drawn_.clear(); // the next place may want others
+}
+
 QList<QImage> StatusItemLinux::icons(const IconKey& key) {
     if (const QList<QImage>* drawn = drawn_.object(key))
         return *drawn;
+    const StatusIconShape shape =
+        habits_.text == StatusHostHabits::Text::inIcon ? StatusIconShape::wide : StatusIconShape::square;
     QList<QImage> made;
-    for (const int side : {22, 24, 32, 44, 48}) // usual sizes, so that little is scaled
-        made.append(statusIcon(symbol_, key.first, side, key.second));
+    for (const int height : {22, 24, 32, 44, 48}) // usual sizes, so that little is scaled
+        made.append(statusIcon(symbol_, key.first, height, key.second, shape));
     drawn_.insert(key, new QList<QImage>(made)); // the cache owns it
     return made;
 }

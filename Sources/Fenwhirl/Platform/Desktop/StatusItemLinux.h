@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/Desktop/StatusHostHabits.h"
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 #include "Fenwhirl/Platform/Desktop/StatusNotifierHost.h"
 #include "Fenwhirl/Platform/Desktop/StatusNotifierItem.h"
@@ -38,6 +39,7 @@ private:
     SymbolPainter symbol_;
     QDBusConnection bus_;
     StatusNotifierHost host_;
+    StatusHostHabits habits_; // of the place where the item is
     std::unique_ptr<SystemAppearance> appearance_;
     std::unique_ptr<StatusNotifierItem> item_;
     std::unique_ptr<QSystemTrayIcon> classic_;
@@ -48,6 +50,7 @@ private:
     // out each drawing to threads, so a temperature that goes to and fro would wake them all the time.
     using IconKey = std::pair<QString, bool>;
     [[nodiscard]] QList<QImage> icons(const IconKey& key);
+    void forgetIcons();
     QCache<IconKey, QList<QImage>> drawn_{16};
     std::optional<IconKey> shown_;
 };

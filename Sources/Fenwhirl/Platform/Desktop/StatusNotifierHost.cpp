@@ -5,9 +5,19 @@
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
+#include <QFile>
 #include <QTimer>
 
 #include <utility>
+
+namespace {
+
+QString programOf(uint process) {
+    QFile name(QStringLiteral("/proc/%1/comm").arg(process));
+    return name.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(name.readAll()).trimmed() : QString();
+}
+
+} // namespace
 
 QString StatusNotifierHost::watcherService() {
     return QStringLiteral("org.kde.StatusNotifierWatcher");
@@ -26,8 +36,12 @@ StatusNotifierHost::StatusNotifierHost(QDBusConnection bus, QObject* parent)
     }
     auto* watcher =
         new QDBusServiceWatcher(watcherService(), bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setAvailable(false); });
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierHost::ask);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this](const QString& /*service*/, const QString& /*before*/, const QString& now) {
+                setAvailable(false); // a new watcher knows nobody yet, even where it took over from another
+                if (!now.isEmpty())
+                    ask();
+            });
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         [[maybe_unused]] const bool connected =
             bus_.connect(watcherService(), watcherPath(), watcherService(), QString::fromLatin1(signal), this,
@@ -47,7 +61,27 @@ void StatusNotifierHost::ask() {
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
         pending->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *pending;
-        setAvailable(reply.isValid() && reply.value().variant().toBool());
+        if (reply.isValid() && reply.value().variant().toBool())
+            askForProgram();
+        else
+            setAvailable(false);
+    });
+}
+
+void StatusNotifierHost::askForProgram() {
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetConnectionUnixProcessID"));
+    call << watcherService();
+    auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
+    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
+        pending->deleteLater();
+        const QDBusPendingReply<uint> reply = *pending;
+        if (reply.isError() &&
+            reply.error().name() == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner"))
+            return; // it went in between, which is heard elsewhere
+        program_ = reply.isValid() ? programOf(reply.value()) : QString();
+        setAvailable(true);
     });
 }
 

@@ -1,5 +1,5 @@
 // Watches whether the desktop can show status notifier items at all: whether the watcher's service is there
-// and a host has registered with it.
+// and a host has registered with it; and which program that is.
 //
 // Nothing else may be concluded from: items made for an absent host never appear, not even when the host
 // comes later, so they have to be announced anew each time `availableChanged` says true.
@@ -19,8 +19,9 @@ public:
 
     [[nodiscard]] bool isAvailable() const { return available_; }
 
-    // Whether the first question has been answered, be it by silence of an absent service.
-    [[nodiscard]] bool isKnown() const { return known_; }
+    // The name of the program that is the watcher ("xfce4-panel"), which mostly is the host, too: the
+    // protocol has no word for what a host can show, so it is known by its name. Empty when nobody can tell.
+    [[nodiscard]] QString program() const { return program_; }
 
     [[nodiscard]] static QString watcherService();
     [[nodiscard]] static QString watcherPath();
@@ -33,9 +34,11 @@ private Q_SLOTS:
     void ask();
 
 private:
+    void askForProgram();
     void setAvailable(bool available);
 
     QDBusConnection bus_;
+    QString program_;
     bool available_ = false;
     bool known_ = false;
 };

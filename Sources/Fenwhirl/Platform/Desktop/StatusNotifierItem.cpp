@@ -71,10 +71,11 @@ QDBusConnection ownConnection(const QDBusConnection& bus) {
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, std::chrono::milliseconds textPause,
-                                       QObject* parent)
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const StatusHostHabits& habits,
+                                       std::chrono::milliseconds textPause, QObject* parent)
     : QObject(parent)
     , bus_(ownConnection(bus))
+    , habits_(habits)
     , textPause_(textPause) {
     qDBusRegisterMetaType<StatusNotifierPixmap>();
     qDBusRegisterMetaType<StatusNotifierPixmaps>();
@@ -99,7 +100,9 @@ void StatusNotifierItem::announce() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         StatusNotifierHost::watcherService(), StatusNotifierHost::watcherPath(),
         StatusNotifierHost::watcherService(), QStringLiteral("RegisterStatusNotifierItem"));
-    call << service_;
+    // By the connection's own name, not by the one that items have by convention: GNOME's extension waits for
+    // the owner of a name that it does not need, and when the answer comes late it throws the item away.
+    call << bus_.baseService();
     bus_.send(call);
 }
 
@@ -112,7 +115,9 @@ void StatusNotifierItem::setIcons(const QList<QImage>& icons) {
 }
 
 void StatusNotifierItem::setText(const QString& text) {
-    title_ = text;
+    const bool changes = std::exchange(title_, text) != text;
+    if (changes && habits_.text == StatusHostHabits::Text::asLabel)
+        Q_EMIT XAyatanaNewLabel(label(), label());
     const bool mayTell =
         iconChanged_ || !told_.isValid() || std::chrono::milliseconds(told_.elapsed()) >= textPause_;
     if (title_ == toldTitle_ || !mayTell)
@@ -137,10 +142,23 @@ QString StatusNotifierItem::status() const {
     return QStringLiteral("Active");
 }
 
-// There is none, and hosts have a path that says so. GNOME's extension takes an item for unfinished until it
-// has heard of a menu, and that path for none: there it is told of one that does not exist, which it shows as
-// empty.
+// There is none, and the protocol has a path that says so. A host that wants one is told of one that does not
+// exist, which it shows as empty.
 QDBusObjectPath StatusNotifierItem::menu() const {
-    const bool gnome = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':').contains(u"GNOME");
-    return QDBusObjectPath(gnome ? itemPath() + QStringLiteral("/Menu") : QStringLiteral("/NO_DBUSMENU"));
+    return QDBusObjectPath(habits_.wantsMenu ? itemPath() + QStringLiteral("/Menu")
+                                             : QStringLiteral("/NO_DBUSMENU"));
+}
+
+QString StatusNotifierItem::label() const {
+    return habits_.text == StatusHostHabits::Text::asLabel ? title_ : QString();
+}
+
+// GNOME's extension keeps one press for menus and two for Activate. Until an Activate has succeeded it counts
+// presses and releases alike, so that a single click makes two; one that always fails keeps it there. The
+// failure is "cancelled", in the words of its library: the only one that it does not write into the journal.
+void StatusNotifierItem::Activate(int x, int y) {
+    if (habits_.countsPresses && calledFromDBus())
+        sendErrorReply(QStringLiteral("org.gtk.GDBus.UnmappedGError.Quark._g_2dio_2derror_2dquark.Code19"),
+                       QStringLiteral("done"));
+    Q_EMIT activated({x, y});
 }

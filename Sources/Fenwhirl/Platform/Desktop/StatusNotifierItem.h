@@ -1,15 +1,18 @@
 // One status notifier item on the bus: what a host asks of it, and what it tells the host.
 //
-// Made when a host is there and destroyed when it goes; announces itself to the watcher on construction. The
-// object is on the bus under a connection of its own, so that its service name disappears with it.
+// Made when a host is there and destroyed when it goes; `announce` makes it known once its content is set.
+// The object is on the bus under a connection of its own, so that its service name disappears with it.
 //
 // Threads: main thread only. Linux only.
 
 #pragma once
 
+#include "Fenwhirl/Platform/Desktop/StatusHostHabits.h"
+
 #include <QByteArray>
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusContext>
 #include <QDBusObjectPath>
 #include <QElapsedTimer>
 #include <QImage>
@@ -43,7 +46,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPix
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierToolTip& tip);
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierToolTip& tip);
 
-class StatusNotifierItem : public QObject {
+class StatusNotifierItem : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
     Q_PROPERTY(QString Category READ category)
@@ -57,12 +60,15 @@ class StatusNotifierItem : public QObject {
     Q_PROPERTY(StatusNotifierPixmaps IconPixmap READ iconPixmap)
     Q_PROPERTY(StatusNotifierToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
+    // Not of the protocol, but of those hosts that can write beside an icon.
+    Q_PROPERTY(QString XAyatanaLabel READ label)
+    Q_PROPERTY(QString XAyatanaLabelGuide READ label)
 
 public:
     static constexpr std::chrono::seconds usualTextPause = std::chrono::seconds(10);
 
     // `textPause` is the time for which the host is not told again of a text while the icon stays the same.
-    explicit StatusNotifierItem(const QDBusConnection& bus,
+    explicit StatusNotifierItem(const QDBusConnection& bus, const StatusHostHabits& habits = {},
                                 std::chrono::milliseconds textPause = usualTextPause,
                                 QObject* parent = nullptr);
     ~StatusNotifierItem() override;
@@ -70,13 +76,13 @@ public:
     StatusNotifierItem(const StatusNotifierItem&) = delete;
     StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
 
-    // Announces the item again, to a watcher that was replaced.
+    // Tells the watcher of the item; once, after its first content was set.
     void announce();
     // Tells the host, which then asks for it.
     void setIcons(const QList<QImage>& icons);
-    // Whoever asks gets this text from now on. The host is told at once after a change of the icon, but
-    // seldom otherwise, and then only that the tool tip is another: speeds flutter with every poll, and each
-    // word with the host wakes both programs up.
+    // Whoever asks gets this text from now on. A host that writes it into its bar is told at once; any other
+    // after a change of the icon, but seldom otherwise, and then only that the tool tip is another: speeds
+    // flutter with every poll, and each word with the host wakes both programs up.
     void setText(const QString& text);
 
     [[nodiscard]] QString category() const;
@@ -98,10 +104,13 @@ public:
 
     [[nodiscard]] bool itemIsMenu() const { return false; }
 
+    // What the bar writes beside the icon: the text, for a host that does so.
+    [[nodiscard]] QString label() const;
+
 public Q_SLOTS:
 
     // Left, middle and right click; x and y in pixels of the screen, where the host thinks the item is.
-    Q_SCRIPTABLE void Activate(int x, int y) { Q_EMIT activated({x, y}); }
+    Q_SCRIPTABLE void Activate(int x, int y);
 
     Q_SCRIPTABLE void SecondaryActivate(int x, int y) { Q_EMIT activated({x, y}); }
 
@@ -113,10 +122,12 @@ Q_SIGNALS:
     Q_SCRIPTABLE void NewTitle();
     Q_SCRIPTABLE void NewIcon();
     Q_SCRIPTABLE void NewToolTip();
+    Q_SCRIPTABLE void XAyatanaNewLabel(const QString& label, const QString& guide);
     void activated(QPoint pixel);
 
 private:
     QDBusConnection bus_;
+    StatusHostHabits habits_;
     QString service_;
     std::chrono::milliseconds textPause_;
     QString title_;

@@ -3,15 +3,37 @@
 #include "PrivateBus.h"
 
 #include <QDBusArgument>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusPendingReply>
 #include <QDBusVirtualObject>
+#include <QFont>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QSignalSpy>
 
+#include <array>
 #include <gtest/gtest.h>
+#include <sys/prctl.h>
 
 namespace {
+
+// While it lives this process has another program's name.
+class Disguise {
+public:
+    explicit Disguise(const char* name) {
+        prctl(PR_GET_NAME, own_.data());
+        prctl(PR_SET_NAME, name);
+    }
+
+    ~Disguise() { prctl(PR_SET_NAME, own_.data()); }
+
+    Disguise(const Disguise&) = delete;
+    Disguise& operator=(const Disguise&) = delete;
+
+private:
+    std::array<char, 16> own_{};
+};
 
 // The watcher of a desktop: knows whether a host is there and who registered an item.
 class FakeWatcher : public QDBusVirtualObject {
@@ -21,7 +43,9 @@ public:
 
     FakeWatcher() : bus_(PrivateBus::connect()) {
         bus_.registerVirtualObject(StatusNotifierHost::watcherPath(), this);
-        bus_.registerService(StatusNotifierHost::watcherService());
+        bus_.interface()->registerService(StatusNotifierHost::watcherService(),
+                                          QDBusConnectionInterface::ReplaceExistingService,
+                                          QDBusConnectionInterface::AllowReplacement);
     }
 
     ~FakeWatcher() override {
@@ -60,18 +84,24 @@ public:
         return reply.value().variant();
     }
 
-    void activate(int x, int y) {
+    // What comes back.
+    QDBusMessage activate(int x, int y) {
         QDBusMessage call = QDBusMessage::createMethodCall(
             items.last(), QStringLiteral("/StatusNotifierItem"), QStringLiteral("org.kde.StatusNotifierItem"),
             QStringLiteral("Activate"));
         call << x << y;
-        asyncReply(call);
+        return finished(call).reply();
     }
 
 private:
-    QDBusPendingCall asyncReply(const QDBusMessage& call) {
+    QDBusPendingCall finished(const QDBusMessage& call) {
         QDBusPendingCall pending = bus_.asyncCall(call);
         EXPECT_TRUE(PrivateBus::waitUntil([&] { return pending.isFinished(); }));
+        return pending;
+    }
+
+    QDBusPendingCall asyncReply(const QDBusMessage& call) {
+        QDBusPendingCall pending = finished(call);
         EXPECT_FALSE(pending.isError()) << pending.error().message().toStdString();
         return pending;
     }
@@ -128,42 +158,111 @@ TEST(StatusItem, FollowsAWatcherThatStartsLater) {
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
 }
 
-TEST(StatusItem, SaysItsWholeTextAndDrawsTheShortOneIntoASquare) {
-    FakeWatcher watcher;
+TEST(StatusItem, IsAnnouncedAnewToAWatcherThatTookOver) {
+    FakeWatcher first;
     const auto item = makeItem();
-    item->setText(QStringLiteral("2 400 tr/min · 63 °C"), QStringLiteral("63°"));
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
-    EXPECT_EQ(watcher.property(QStringLiteral("Title")).toString(), QStringLiteral("2 400 tr/min · 63 °C"));
-    EXPECT_EQ(watcher.property(QStringLiteral("Status")).toString(), QStringLiteral("Active"));
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return first.items.size() == 1; }));
+    FakeWatcher second;
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return second.items.size() == 1; }));
+    EXPECT_TRUE(item->isPlaced());
+}
+
+const QString wholeText = QStringLiteral("2 400 tr/min · 63 °C");
+const QString temperature = QStringLiteral("63°");
+
+// An item with a text, as this watcher's host reads it.
+class StatusItemUnder : public testing::Test {
+protected:
+    FakeWatcher watcher;
+    std::unique_ptr<StatusItemLinux> item;
+
+    void show() {
+        item = makeItem();
+        item->setText(wholeText, temperature);
+        ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    }
+
+    [[nodiscard]] QString text(const char* property) {
+        return watcher.property(QString::fromLatin1(property)).toString();
+    }
+
+    [[nodiscard]] StatusNotifierPixmaps icons() {
+        return qdbus_cast<StatusNotifierPixmaps>(watcher.property(QStringLiteral("IconPixmap")));
+    }
+
+    [[nodiscard]] QString menu() {
+        return watcher.property(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
+    }
+};
+
+TEST_F(StatusItemUnder, AnyHostSaysItsWholeTextAndHasTheTemperatureInASquare) {
+    show();
+    EXPECT_EQ(text("Title"), wholeText);
+    EXPECT_EQ(text("IconAccessibleDesc"), wholeText);
+    EXPECT_EQ(text("Status"), QStringLiteral("Active"));
+    EXPECT_EQ(text("XAyatanaLabel"), QString()) << "it would be there twice";
     const auto tip = qdbus_cast<StatusNotifierToolTip>(watcher.property(QStringLiteral("ToolTip")));
-    EXPECT_EQ(tip.title, QStringLiteral("2 400 tr/min · 63 °C"));
-    const auto icons = qdbus_cast<StatusNotifierPixmaps>(watcher.property(QStringLiteral("IconPixmap")));
-    ASSERT_EQ(icons.size(), 5);
-    EXPECT_EQ(icons.at(0).height, 22);
-    EXPECT_EQ(icons.at(4).height, 48);
-    for (const StatusNotifierPixmap& icon : icons) {
+    EXPECT_EQ(tip.title, wholeText);
+    const StatusNotifierPixmaps pixmaps = icons();
+    ASSERT_EQ(pixmaps.size(), 5);
+    EXPECT_EQ(pixmaps.at(0).height, 22);
+    EXPECT_EQ(pixmaps.at(4).height, 48);
+    for (const StatusNotifierPixmap& icon : pixmaps) {
         EXPECT_EQ(icon.width, icon.height); // panels squeeze what is wider
         EXPECT_EQ(icon.bytes.size(), 4 * icon.width * icon.height);
     }
-    EXPECT_EQ(watcher.property(QStringLiteral("IconAccessibleDesc")).toString(),
-              QStringLiteral("2 400 tr/min · 63 °C"));
+    const QByteArray before = pixmaps.at(0).bytes;
+    item->setText(wholeText, QStringLiteral("64°"));
+    EXPECT_NE(icons().at(0).bytes, before);
+    EXPECT_EQ(menu(), QStringLiteral("/NO_DBUSMENU"));
+    EXPECT_EQ(watcher.property(QStringLiteral("WindowId")).metaType(), QMetaType::fromType<int>());
+    EXPECT_EQ(watcher.activate(300, 10).type(), QDBusMessage::ReplyMessage);
 }
 
-TEST(StatusItem, SaysThatItHasNoMenu) {
-    FakeWatcher watcher;
-    const auto item = makeItem();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
-    const QByteArray desktop = qgetenv("XDG_CURRENT_DESKTOP");
-    const auto menu = [&watcher] {
-        return watcher.property(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
-    };
-    qputenv("XDG_CURRENT_DESKTOP", "XFCE");
-    EXPECT_EQ(menu(), QStringLiteral("/NO_DBUSMENU"));
-    // Whose host takes that for an item that is not ready.
-    qputenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME");
+TEST_F(StatusItemUnder, WaybarHasTheTemperatureInAnIconAsWideAsItNeeds) {
+    const Disguise disguise("waybar");
+    show();
+    for (const StatusNotifierPixmap& icon : icons()) {
+        EXPECT_GT(icon.width, icon.height * 2);
+        EXPECT_EQ(icon.bytes.size(), 4 * icon.width * icon.height);
+    }
+    EXPECT_EQ(text("XAyatanaLabel"), QString());
+}
+
+TEST_F(StatusItemUnder, GnomeHasTheWholeTextAsALabelBesideTheSymbolAlone) {
+    const Disguise disguise("gnome-shell");
+    show();
+    EXPECT_EQ(text("XAyatanaLabel"), wholeText);
+    EXPECT_EQ(text("XAyatanaLabelGuide"), wholeText);
+    const StatusNotifierPixmaps pixmaps = icons();
+    ASSERT_FALSE(pixmaps.isEmpty());
+    EXPECT_EQ(pixmaps.at(0).width, 22);
+    item->setText(wholeText, QStringLiteral("64°"));
+    EXPECT_EQ(icons().at(0).bytes, pixmaps.at(0).bytes) << "no temperature is in it";
+    // Its bar is dark while windows are light: the symbol's first opaque point is white.
+    const QByteArray& bytes = pixmaps.at(0).bytes;
+    const int middle = 4 * (7 * 22 + 7);
+    EXPECT_EQ(bytes.mid(middle, 4), QByteArray("\xff\xff\xff\xff"));
+}
+
+TEST_F(StatusItemUnder, GnomeFindsAMenuAndNoPressThatSucceeds) {
+    const Disguise disguise("gnome-shell");
+    show();
     EXPECT_EQ(menu(), QStringLiteral("/StatusNotifierItem/Menu"));
-    qputenv("XDG_CURRENT_DESKTOP", desktop);
-    EXPECT_EQ(watcher.property(QStringLiteral("WindowId")).metaType(), QMetaType::fromType<int>());
+    QSignalSpy activated(item.get(), &StatusItem::activated);
+    const QDBusMessage answer = watcher.activate(300, 10);
+    EXPECT_EQ(answer.type(), QDBusMessage::ErrorMessage);
+    EXPECT_TRUE(answer.errorName().contains(QStringLiteral("g_2dio_2derror_2dquark.Code19")));
+    EXPECT_EQ(activated.count(), 1) << "but it is heard";
+}
+
+TEST_F(StatusItemUnder, AnotherHostLooksAnew) {
+    show();
+    const Disguise disguise("waybar");
+    FakeWatcher second;
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return second.items.size() == 1; }));
+    const auto now = qdbus_cast<StatusNotifierPixmaps>(second.property(QStringLiteral("IconPixmap")));
+    EXPECT_GT(now.at(0).width, now.at(0).height);
 }
 
 TEST(StatusItem, DrawsATemperatureThatComesAgainOnlyOnce) {
@@ -188,7 +287,8 @@ TEST(StatusItem, DrawsATemperatureThatComesAgainOnlyOnce) {
 }
 
 TEST(StatusNotifierItem, TellsTheHostOfATextSeldomWhileTheIconStays) {
-    StatusNotifierItem item(PrivateBus::connect(), std::chrono::hours(1));
+    StatusNotifierItem item(PrivateBus::connect(), {}, std::chrono::hours(1));
+    QSignalSpy labelled(&item, &StatusNotifierItem::XAyatanaNewLabel);
     QSignalSpy told(&item, &StatusNotifierItem::NewToolTip);
     QSignalSpy named(&item, &StatusNotifierItem::NewTitle);
     item.setText(QStringLiteral("2 400 tr/min"));
@@ -196,14 +296,25 @@ TEST(StatusNotifierItem, TellsTheHostOfATextSeldomWhileTheIconStays) {
     item.setText(QStringLiteral("2 401 tr/min"));
     EXPECT_EQ(told.count(), 1);
     EXPECT_EQ(item.title(), QStringLiteral("2 401 tr/min")); // for whoever asks
-    item.setIcons({statusIcon(drawSquare, QStringLiteral("63°"), 22, true)});
+    item.setIcons({statusIcon(drawSquare, temperature, 22, true, StatusIconShape::square)});
     item.setText(QStringLiteral("2 402 tr/min"));
     EXPECT_EQ(told.count(), 2);
     EXPECT_EQ(named.count(), 2);
+    EXPECT_EQ(labelled.count(), 0);
+}
+
+TEST(StatusNotifierItem, TellsEachTextAtOnceWhereItIsWrittenIntoTheBar) {
+    StatusNotifierItem item(PrivateBus::connect(), {.text = StatusHostHabits::Text::asLabel},
+                            std::chrono::hours(1));
+    QSignalSpy labelled(&item, &StatusNotifierItem::XAyatanaNewLabel);
+    for (const char* text : {"2 400 tr/min", "2 401 tr/min", "2 401 tr/min"})
+        item.setText(QString::fromLatin1(text));
+    ASSERT_EQ(labelled.count(), 2) << "one word for one change";
+    EXPECT_EQ(labelled.at(1).at(0).toString(), QStringLiteral("2 401 tr/min"));
 }
 
 TEST(StatusNotifierItem, TellsTheHostAgainAfterThePause) {
-    StatusNotifierItem item(PrivateBus::connect(), std::chrono::milliseconds(0));
+    StatusNotifierItem item(PrivateBus::connect(), {}, std::chrono::milliseconds(0));
     QSignalSpy told(&item, &StatusNotifierItem::NewToolTip);
     QSignalSpy named(&item, &StatusNotifierItem::NewTitle);
     item.setText(QStringLiteral("2 400 tr/min"));
@@ -223,25 +334,61 @@ TEST(StatusItem, TellsWhereItWasClicked) {
     EXPECT_EQ(activated.at(0).at(0).toRect().topLeft(), QPoint(300, 10));
 }
 
-TEST(StatusIcon, HasTheTextUnderASmallerSymbol) {
-    const QImage alone = statusIcon(drawSquare, {}, 44, true);
-    const QImage both = statusIcon(drawSquare, QStringLiteral("63°"), 44, true);
-    EXPECT_EQ(alone.size(), QSize(44, 44));
-    EXPECT_EQ(both.size(), QSize(44, 44));
-    // Opaque points in the lowest part of the symbol's place, and in that of the text.
-    const auto ink = [](const QImage& image, const QRect& place) {
-        int points = 0;
-        for (int y = place.top(); y <= place.bottom(); ++y) {
-            for (int x = place.left(); x <= place.right(); ++x)
-                points += image.pixelColor(x, y).alpha() == 255 ? 1 : 0;
-        }
-        return points;
-    };
-    const QRect text(2, 26, 40, 16);
-    const QRect symbol(16, 4, 12, 16);
-    EXPECT_GT(ink(both, text), 40);
-    EXPECT_EQ(ink(both, symbol), 12 * 16);
-    EXPECT_LT(ink(alone, symbol), 12 * 16);
+// Points of the icon's own colour in that part of it.
+int ink(const QImage& image, const QRect& place) {
+    int points = 0;
+    for (int y = place.top(); y <= place.bottom(); ++y) {
+        for (int x = place.left(); x <= place.right(); ++x)
+            points += image.pixelColor(x, y) == QColor(Qt::white) ? 1 : 0;
+    }
+    return points;
+}
+
+QImage icon(const QString& text, int height, StatusIconShape shape) {
+    return statusIcon(drawSquare, text, height, true, shape);
+}
+
+TEST(StatusIcon, HasTheTemperatureBesideTheSymbolInASquareToo) {
+    for (const char* text : {"5°", "63°", "104°"}) {
+        const QImage image = icon(QString::fromUtf8(text), 44, StatusIconShape::square);
+        ASSERT_EQ(image.size(), QSize(44, 44));
+        EXPECT_EQ(ink(image, {0, 0, 22, 44}), 22 * 22) << "the symbol, untouched";
+        EXPECT_GT(ink(image, {24, 11, 20, 22}), 40) << text;
+        EXPECT_EQ(ink(image, {43, 0, 1, 44}), 0) << text << " is cut";
+        // As high as the symbol, and no higher.
+        EXPECT_EQ(ink(image, {24, 0, 20, 10}) + ink(image, {24, 34, 20, 10}), 0) << text;
+    }
+}
+
+TEST(StatusIcon, IsAsWideAsItsTextWhereThereIsRoomAndOfOneWidthForAllDigits) {
+    const QFont usual = QGuiApplication::font();
+    QGuiApplication::setFont(QFont(QStringLiteral("Inter"))); // whose digits differ in width
+    const QImage image = icon(QStringLiteral("63°"), 44, StatusIconShape::wide);
+    EXPECT_EQ(image.height(), 44);
+    EXPECT_EQ(ink(image, {6, 6, 32, 32}), 32 * 32) << "the symbol in its usual size";
+    EXPECT_EQ(ink(image, {38, 0, 8, 44}), 0) << "what parts them";
+    EXPECT_GT(ink(image, {46, 6, image.width() - 46, 32}), 40);
+    EXPECT_EQ(ink(image, {image.width() - 1, 0, 1, 44}), 0);
+    EXPECT_EQ(icon(QStringLiteral("11°"), 44, StatusIconShape::wide).width(), image.width());
+    EXPECT_GT(icon(QStringLiteral("104°"), 44, StatusIconShape::wide).width(), image.width());
+    QGuiApplication::setFont(usual);
+}
+
+TEST(StatusIcon, WithoutATemperatureIsTheSymbolInTheMiddle) {
+    for (const StatusIconShape shape : {StatusIconShape::square, StatusIconShape::wide}) {
+        const QImage image = icon({}, 22, shape);
+        ASSERT_EQ(image.size(), QSize(22, 22));
+        EXPECT_EQ(ink(image, {3, 3, 16, 16}), 16 * 16);
+        EXPECT_EQ(ink(image, {0, 0, 22, 22}), 16 * 16);
+    }
+}
+
+TEST(StatusIcon, HasAnEdgeThatShowsItOnABarOfItsOwnColour) {
+    const QImage image = icon({}, 22, StatusIconShape::square);
+    const QColor edge = image.pixelColor(2, 11);
+    EXPECT_EQ(edge.lightness(), 0);
+    EXPECT_GT(edge.alpha(), 128);
+    EXPECT_EQ(image.pixelColor(0, 11).alpha(), 0) << "a thin one";
 }
 
 TEST(StatusIcon, AsATemplateIsBlackWithAMarginAndNothingElse) {
@@ -253,7 +400,9 @@ TEST(StatusIcon, AsATemplateIsBlackWithAMarginAndNothingElse) {
 }
 
 TEST(StatusIcon, IsWhiteOnDarkAndDarkOnLight) {
-    const auto middle = [](bool onDark) { return statusIcon(drawSquare, {}, 22, onDark).pixelColor(11, 11); };
+    const auto middle = [](bool onDark) {
+        return statusIcon(drawSquare, {}, 22, onDark, StatusIconShape::square).pixelColor(11, 11);
+    };
     EXPECT_EQ(middle(true), QColor(Qt::white));
     EXPECT_LT(middle(false).lightness(), 64);
 }
