@@ -80,7 +80,7 @@ ScrollView {
                     x: 4
                 }
 
-                Paragraph {
+                ChangingText {
                     id: callout
                     content: root.view.calloutText
                     size: 14

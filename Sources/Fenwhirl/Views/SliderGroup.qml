@@ -16,7 +16,7 @@ Column {
 
     spacing: 6
 
-    Paragraph {
+    ChangingText {
         content: root.text
         width: parent.width
     }

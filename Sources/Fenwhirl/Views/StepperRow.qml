@@ -16,7 +16,7 @@ Item {
 
     implicitHeight: Math.max(label.implicitHeight, stepper.implicitHeight)
 
-    Paragraph {
+    ChangingText {
         id: label
         anchors.left: parent.left
         anchors.right: stepper.left

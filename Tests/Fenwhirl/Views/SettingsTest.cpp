@@ -1,6 +1,7 @@
 // Presets, alerts and settings: what they show of the user's choices, and how they change them.
 
 #include "Fenwhirl/Views/HealthThresholds.h"
+#include "ShownText.h"
 #include "Stage.h"
 
 #include <QFile>
@@ -40,6 +41,25 @@ TEST(AlertsPage, ShowsAndChangesSwitchAndThreshold) {
     EXPECT_TRUE(stage.shows(QStringLiteral("Seuil d'alerte : 75 °C")));
     stage.click(QStringLiteral("Prévenir quand le Mac chauffe trop"), QAccessible::CheckBox);
     EXPECT_FALSE(stage.monitor().alertsEnabled());
+}
+
+TEST(AlertsPage, TheThresholdsUnitStaysWhereItIsWhateverTheDigits) {
+    Stage stage;
+    stage.showPage(Page::alerts);
+    const auto unit = [&stage] {
+        static_cast<void>(stage.window().grabWindow());
+        for (const ShownText& shown : shownTexts(stage.window())) {
+            if (shown.text == QStringLiteral(" °C"))
+                return shown.place.left();
+        }
+        ADD_FAILURE() << "there is no unit";
+        return 0.0;
+    };
+    const double before = unit();
+    for (const double celsius : {60.0, 75.0, 95.0}) {
+        stage.range(slider)->setCurrentValue(celsius);
+        EXPECT_EQ(unit(), before) << celsius;
+    }
 }
 
 TEST(AlertsPage, TheTestButtonSendsTheTestNotification) {

@@ -56,12 +56,13 @@ std::optional<Letters> lettersOf(const QQuickItem& item, const QString& wanted) 
     if (text.isEmpty())
         text = item.property("text").toString();
     text.replace(QChar(0xA0), u' ').replace(QChar(0x202F), u' ');
-    if (size.isValid() && fits(text, wanted)) {
+    const QVariant color = item.property("color");
+    if (size.isValid() && color.isValid() && fits(text, wanted)) {
         const QVariant weight = item.property("weight");
         return Letters{.pixels = size.toInt(),
                        .weight =
                            weight.isValid() ? weight.toInt() : item.property("font").value<QFont>().weight(),
-                       .color = item.property("color").value<QColor>().rgba()};
+                       .color = color.value<QColor>().rgba()};
     }
     for (const QQuickItem* child : item.childItems()) {
         if (const auto found = lettersOf(*child, wanted))

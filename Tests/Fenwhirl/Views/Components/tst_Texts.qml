@@ -15,6 +15,7 @@ Item {
     Label { id: measure; text: "La protection à 92"; y: 360 }
     Label { id: broken; text: "La protection à 92 °C"; width: measure.implicitWidth + 2; wrapMode: Text.Wrap; y: 380 }
     Paragraph { id: kept; content: "La protection à 92 °C"; width: broken.width; y: 420 }
+    ChangingText { id: changing; content: "Seuil d'alerte : 90 °C"; width: 300; y: 460 }
     PageTitle { id: title; subtitle: "MacBook Pro"; title: "Tableau de bord"; width: 300; y: 200 }
     PageTitle { id: lone; subtitle: ""; title: "Réglages"; width: 300; y: 300 }
 
@@ -51,6 +52,21 @@ Item {
             compare(kept.lineCount, 2)
             verify(kept.contentWidth < measure.contentWidth - 10) // "92 °C" begins its second
             compare(accessibility.name(kept), "La protection à 92 °C")
+        }
+
+        function test_aSentenceWithANumberIsOneLineOfEqualDigitsOrSeveralLines() {
+            compare(changing.height, 18)
+            const before = changing.implicitWidth
+            changing.content = "Seuil d'alerte : 11 °C"
+            compare(changing.implicitWidth, before)
+            compare(accessibility.find(changing, Accessible.StaticText).runs.length, 4, "each digit in a cell of its own")
+            changing.width = 110
+            compare(changing.height, 36)
+            const lines = accessibility.find(changing, Accessible.StaticText)
+            compare(accessibility.name(lines), "Seuil d'alerte : 11 °C")
+            verify(lines.lineCount === 2)
+            changing.width = 300
+            compare(changing.height, 18)
         }
 
         function test_markupIsShownAsItStands() {
