@@ -1,5 +1,6 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "MonitorHarness.h"
+#include "Support/ResidentMemory.h"
 
 #include <QSignalSpy>
 
@@ -441,16 +442,23 @@ TEST_F(MonitorPolling, PollsNeverOverlap) {
     EXPECT_EQ(helper.takeRuns().size(), 200U);
 }
 
-TEST_F(MonitorPolling, BacklogOfAnHourDrainsInOrder) {
+TEST_F(MonitorPolling, BacklogOfAnHourTakesLittleMemoryAndDrainsInOrder) {
     start();
     std::promise<void> release;
     helper.onRun = [&, released = release.get_future().share()](const auto&) { released.wait(); };
     QSignalSpy polled(&monitor(), &Monitor::polled);
     monitor().setSetting(0, constant(2000));
+    for (int index = 2; index < 256; ++index) {
+        monitor().setSetting(index, constant(3000)); // a copy for each tick would be many megabytes
+    }
+    const auto residentBefore = residentBytes();
     for (int i = 0; i < 1800; ++i) {
         monitor().tick();
     }
     EXPECT_EQ(polled.count(), 0);
+    if (residentBefore) {
+        EXPECT_LT(residentBytes(), *residentBefore + (4U << 20U));
+    }
     release.set_value();
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 1800; }));
     EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
