@@ -41,6 +41,14 @@ Instant present() {
     return {.steadySeconds = clockSeconds(CLOCK_MONOTONIC), .wallSeconds = clockSeconds(CLOCK_REALTIME)};
 }
 
+// Whoever starts this program with a signal ignored means it, for example because Ctrl-C is not for this one
+// of several programs in a terminal.
+bool isIgnored(int signal) {
+    struct sigaction action {};
+
+    return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
 // Every client is a descriptor; the usual limit of 1024 is for programs that use select.
 void raiseDescriptorLimit() {
     rlimit limit{};
@@ -102,7 +110,9 @@ bool Simulation::prepare(std::string& error) {
     sigset_t ending;
     ::sigemptyset(&ending);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        ::sigaddset(&ending, signal);
+        if (!isIgnored(signal)) {
+            ::sigaddset(&ending, signal);
+        }
     }
     ::sigprocmask(SIG_BLOCK, &ending, nullptr);
     for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU}) {

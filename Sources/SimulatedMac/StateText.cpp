@@ -1,5 +1,6 @@
 #include "SimulatedMac/StateText.h"
 
+#include "SimulatedMac/Terminal.h"
 #include "SimulatedMac/TextParsing.h"
 #include "SimulatedMac/ValueCoding.h"
 
@@ -106,22 +107,30 @@ std::string stateTable(const CommandContext& context) {
 std::string liveLine(const CommandContext& context) {
     const Mac& mac = context.mac;
     const MacState& state = mac.state();
-    std::string text = mac.machineName() + "   processor " + fixedText(die(mac), 1) + " °C   " +
-                       fixedText(mac.heat().processorWatts, 1) + " W";
+    const std::string gap(Terminal::gap);
+    const auto temperature = [&](std::string_view part, ThermalNode node) {
+        return gap + std::string(part) + " " + fixedText(at(state.thermal.celsius, node), 1) + " °C";
+    };
+    std::string text = mac.machineName() + temperature("processor", ThermalNode::die);
+    if (mac.model().powers.graphicsWatts > 0) {
+        text += temperature("graphics", ThermalNode::graphics);
+    }
+    text += temperature("case", ThermalNode::enclosure);
     if (state.fanCount > 0) {
         bool manual = false;
-        text += state.fanCount == 1 ? "   fan" : "   fans";
+        text += gap + (state.fanCount == 1 ? "fan" : "fans");
         for (unsigned fan = 0; fan < state.fanCount; ++fan) {
             text += (fan > 0 ? " · " : " ") + rightPadded(whole(state.fans[fan].rpm), 4);
             manual = manual || mac.fans().isManual(mac.keys(), fan);
         }
         text += manual ? " rpm, manual" : " rpm";
     }
+    text += gap + fixedText(mac.heat().processorWatts + mac.heat().graphicsWatts, 1) + " W";
     if (mac.isAsleep()) {
-        text += "   asleep";
+        text += gap + "asleep";
     }
     const std::size_t clients = context.counters.clients;
-    return text + "   " + (clients == 0 ? "no" : std::to_string(clients)) +
+    return text + gap + (clients == 0 ? "no" : std::to_string(clients)) +
            (clients == 1 ? " client" : " clients");
 }
 

@@ -19,7 +19,7 @@ namespace simulated {
 // Several lines, each ended by a line end: what moves, then the temperature keys that moved most.
 [[nodiscard]] std::string stateTable(const CommandContext& context);
 
-// One short line for the live display.
+// The line for the live display: temperatures of the physics, fans, power, and how many programs look on.
 [[nodiscard]] std::string liveLine(const CommandContext& context);
 
 } // namespace simulated

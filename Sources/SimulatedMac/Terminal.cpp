@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -11,8 +12,22 @@ namespace {
 
 constexpr std::string_view prompt = "> ";
 
+// A job in the background that ignores SIGTTIN is refused reading, even of nothing. Asked without waiting,
+// because whoever else reads from the terminal would be waited for.
+bool isRefusedReading() {
+    const int terminal = ::open("/dev/tty", O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    char nothing = 0;
+    const bool refused = terminal >= 0 && ::read(terminal, &nothing, 0) < 0 && errno == EIO;
+    if (terminal >= 0) {
+        ::close(terminal);
+    }
+    return refused;
+}
+
+// Whether this process belongs to the terminal's foreground job. In a namespace of process numbers every
+// group from outside has the number 0, so that equal numbers prove nothing.
 bool inForeground(int terminal) {
-    return ::tcgetpgrp(terminal) == ::getpgrp();
+    return ::tcgetpgrp(terminal) == ::getpgrp() && !isRefusedReading();
 }
 
 std::size_t columns() {
@@ -20,13 +35,15 @@ std::size_t columns() {
     return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-// At most `width` characters of UTF-8 text.
+// At most `width` characters of UTF-8 text: as many of its parts, which have wide gaps between them, as fit
+// whole.
 std::string_view cut(std::string_view text, std::size_t width) {
     std::size_t characters = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const bool begins = (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80;
         if (begins && characters++ == width) {
-            return text.substr(0, i);
+            const std::size_t gap = text.rfind(Terminal::gap, i);
+            return text.substr(0, gap == std::string_view::npos ? i : gap);
         }
     }
     return text;

@@ -13,6 +13,9 @@ namespace simulated {
 
 class Terminal {
 public:
+    // Stands between the parts of the live line.
+    static constexpr std::string_view gap = "   ";
+
     Terminal();
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
@@ -30,7 +33,8 @@ public:
     // Prints a text of one or more lines; a missing line end is added.
     void print(std::string_view text);
 
-    // Shows `line` in place of the last one, cut to the terminal's width. Does nothing unless isLive().
+    // Shows `line` in place of the last one; parts at its end that the terminal has no room for are left out.
+    // Does nothing unless isLive().
     void paint(std::string_view line);
 
 private:

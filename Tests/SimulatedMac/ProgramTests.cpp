@@ -14,7 +14,6 @@
 #include <iterator>
 #include <optional>
 #include <poll.h>
-#include <pty.h>
 #include <sched.h>
 #include <sstream>
 #include <string>
@@ -36,6 +35,9 @@ constexpr int patienceMilliseconds = 20'000;
 class PrivateRun : public testing::Environment {
 public:
     void SetUp() override {
+        for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+            (void)std::signal(number, SIG_DFL); // whatever the tests were started with
+        }
         const uid_t user = ::getuid();
         if (::unshare(CLONE_NEWNS) != 0) {
             ASSERT_EQ(::unshare(CLONE_NEWUSER | CLONE_NEWNS), 0) << std::strerror(errno);
@@ -58,7 +60,8 @@ struct Ending {
 // A running simulated-mac, with its input and output in this test's hands.
 class Program {
 public:
-    explicit Program(std::vector<std::string> arguments = {}, int input = -1, bool asNobody = false) {
+    explicit Program(std::vector<std::string> arguments = {}, int input = -1, bool asNobody = false,
+                     const std::vector<int>& ignored = {}) {
         std::array<int, 2> in{};
         std::array<int, 2> out{};
         std::array<int, 2> err{};
@@ -74,6 +77,9 @@ public:
         words.push_back(nullptr); // what fexecve expects at the end
         process_ = ::fork();
         if (process_ == 0) {
+            for (const int number : ignored) {
+                (void)std::signal(number, SIG_IGN);
+            }
             ::dup2(input >= 0 ? input : in[0], 0);
             ::dup2(out[1], 1);
             ::dup2(err[1], 2);
@@ -242,6 +248,18 @@ TEST(Program, QuitAndSignalsEndItAndRemoveTheSocket) {
         EXPECT_FALSE(exists(socketPath)) << number;
         EXPECT_FALSE(exists("/run/fenwhirl/simulated-mac.lock")) << number;
     }
+}
+
+TEST(Program, SignalsThatItWasStartedIgnoringDoNotEndIt) {
+    Program program({}, -1, false, {SIGINT, SIGHUP, SIGQUIT});
+    EXPECT_TRUE(program.line().starts_with("ready"));
+    for (const int number : {SIGINT, SIGHUP, SIGQUIT}) {
+        program.signal(number);
+        EXPECT_EQ(program.command("say still here"), "ok still here") << number;
+    }
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.end().status, 0);
+    EXPECT_FALSE(exists(socketPath));
 }
 
 TEST(Program, RefusesToStartBesideARunningOne) {
@@ -451,44 +469,6 @@ TEST(Program, NeverWakesWhileNobodyAsks) {
     } while (now != before);
     ::poll(nullptr, 0, 400); // long enough for any tick that would matter
     EXPECT_EQ(voluntarySwitches(program.process()), before);
-}
-
-TEST(Program, ATerminalShowsALineThatRenewsItselfAndTakesCommands) {
-    int terminal = -1;
-    winsize size{.ws_row = 24, .ws_col = 40, .ws_xpixel = 0, .ws_ypixel = 0};
-    const pid_t process = ::forkpty(&terminal, nullptr, nullptr, &size);
-    ASSERT_GE(process, 0);
-    if (process == 0) {
-        ::execl(FENWHIRL_SIMULATED_MAC, FENWHIRL_SIMULATED_MAC, nullptr);
-        ::_exit(98);
-    }
-    std::string seen;
-    const auto readUntil = [&](const std::string& wanted) {
-        std::array<char, 4096> piece{};
-        while (seen.find(wanted) == std::string::npos) {
-            pollfd wait{.fd = terminal, .events = POLLIN, .revents = 0};
-            const ssize_t length = ::poll(&wait, 1, patienceMilliseconds) == 1
-                                       ? ::read(terminal, piece.data(), piece.size())
-                                       : -1;
-            if (length <= 0) {
-                return false;
-            }
-            seen.append(piece.data(), static_cast<std::size_t>(length));
-        }
-        return true;
-    };
-    EXPECT_TRUE(readUntil("ready ")) << seen;
-    EXPECT_TRUE(readUntil("MacBookPro11,4   processor ")) << seen;
-    EXPECT_TRUE(readUntil("\x1b[A\r")) << "renewed in place: " << seen;
-    EXPECT_EQ(seen.find("client"), std::string::npos) << "cut at the width of 40 columns: " << seen;
-    ASSERT_EQ(::write(terminal, "say hello\n", 10), 10);
-    EXPECT_TRUE(readUntil("ok hello")) << seen;
-    ASSERT_EQ(::write(terminal, "quit\n", 5), 5);
-    EXPECT_TRUE(readUntil("ok bye")) << seen;
-    int status = -1;
-    EXPECT_EQ(::waitpid(process, &status, 0), process);
-    EXPECT_EQ(status, 0);
-    ::close(terminal);
 }
 
 } // namespace

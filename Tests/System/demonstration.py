@@ -26,9 +26,9 @@ def main():
     options.add_argument("--speed", required=True)
     chosen = options.parse_args()
 
-    # A session of its own: Ctrl-C is for Fenwhirl, which then hands the fans back and needs the simulated Mac for that.
+    # Ctrl-C is for Fenwhirl, which then hands the fans back and needs the simulated Mac for that.
     mac = subprocess.Popen([chosen.build / "bin/simulated-mac", "--machine", chosen.machine, "--heat", chosen.heat,
-                            "--speed", chosen.speed], stdin=subprocess.PIPE, start_new_session=True)
+                            "--speed", chosen.speed], stdin=subprocess.PIPE, preexec_fn=leave_it_to_others)
     application = None
 
     def end(number, _):
@@ -53,6 +53,11 @@ def main():
     mac.terminate()
     mac.wait()
     return status if status >= 0 else 128 - status
+
+
+def leave_it_to_others():
+    for number in (signal.SIGINT, signal.SIGHUP):
+        signal.signal(number, signal.SIG_IGN)
 
 
 def pass_commands_on(mac):
