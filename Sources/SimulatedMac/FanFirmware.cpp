@@ -3,6 +3,7 @@
 #include "FenwhirlCore/SMCRecord.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace simulated {
 
@@ -13,6 +14,16 @@ constexpr FourCC unlockKey = fourCC("Ftst");
 
 bool isSet(const std::optional<double>& number) {
     return number && *number != 0;
+}
+
+// Keys can be defined with any bits: what is no number of turns must not get into the wheel's speed.
+double finiteOr(const std::optional<double>& number, double otherwise) {
+    return number && std::isfinite(*number) ? *number : otherwise;
+}
+
+bool isInMask(const std::optional<double>& mask, unsigned fan) {
+    constexpr double beyondMask = 4294967296.0;
+    return mask && *mask > 0 && *mask < beyondMask && (static_cast<std::uint32_t>(*mask) >> fan & 1U) != 0;
 }
 
 } // namespace
@@ -36,13 +47,12 @@ void FanFirmware::learn(const KeyStore& keys) {
 }
 
 FanLimits FanFirmware::limits(const KeyStore& keys, unsigned fan) const {
-    return {.minimumRPM = keys.number(fanKey(fan, "Mn")).value_or(0),
-            .maximumRPM = keys.number(fanKey(fan, "Mx")).value_or(6000)};
+    return {.minimumRPM = finiteOr(keys.number(fanKey(fan, "Mn")), 0),
+            .maximumRPM = finiteOr(keys.number(fanKey(fan, "Mx")), 6000)};
 }
 
 bool FanFirmware::isManual(const KeyStore& keys, unsigned fan) const {
-    const auto mask = static_cast<std::uint64_t>(keys.number(maskKey).value_or(0));
-    return ((mask >> fan) & 1U) != 0 || isSet(keys.number(fanKey(fan, "Md"))) ||
+    return isInMask(keys.number(maskKey), fan) || isSet(keys.number(fanKey(fan, "Md"))) ||
            isSet(keys.number(fanKey(fan, "md")));
 }
 

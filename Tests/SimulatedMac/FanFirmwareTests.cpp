@@ -78,6 +78,28 @@ TEST(FanFirmware, TheMaskMakesFansManualBitByBit) {
     EXPECT_TRUE(harness.mac.fans().isManual(harness.mac.keys(), 2));
 }
 
+TEST(FanFirmware, AMaskOrALimitThatIsNoNumberDoesNoHarm) {
+    MacHarness harness;
+    const auto define = [&](FourCC code, std::string_view hex) {
+        KeyRecord record{.code = code, .type = fourCC("flt "), .size = 4, .attributes = 0xC0};
+        const auto bytes = *parseHexBytes(hex, 4);
+        std::copy(bytes.begin(), bytes.end(), record.bytes.begin());
+        harness.mac.defineKey(record);
+    };
+    for (const char* mask : {"0000C07F", "0000807F", "000080FF", "000080BF", "CAF24971"}) {
+        define(fourCC("FS! "), mask); // NaN, the infinities, -1, 1e30
+        EXPECT_FALSE(harness.mac.fans().isManual(harness.mac.keys(), 0)) << mask;
+    }
+    define(fourCC("FS! "), "00004040"); // 3
+    EXPECT_TRUE(harness.mac.fans().isManual(harness.mac.keys(), 1));
+    for (const FourCC limit : {fourCC("F0Mn"), fourCC("F0Mx")}) {
+        define(limit, "0000C07F");
+        harness.pass(5);
+        harness.mac.catchUp(harness.now);
+        EXPECT_NEAR(harness.mac.state().fans[0].rpm, 2160, 60) << fourCCText(limit);
+    }
+}
+
 TEST(FanFirmware, LowerCaseModeKeysCountToo) {
     MacHarness harness("MacBook10,1");
     for (const auto& [code, type, size, value] :
