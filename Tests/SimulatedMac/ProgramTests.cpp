@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -350,18 +351,46 @@ TEST(Program, WrongArgumentsAreExplained) {
     EXPECT_FALSE(exists(socketPath));
 }
 
-TEST(Program, ListAndHelpNeedNoRootAndNoSocket) {
-    Program list({"--list"});
-    std::string all;
-    for (std::string line = list.line(); !line.ends_with("<end>"); line = list.line()) {
-        all += line + "\n";
+std::vector<std::string> recordedMachines() {
+    std::vector<std::string> names;
+    for (const auto& file : std::filesystem::directory_iterator(FENWHIRL_MACHINES)) {
+        if (file.path().extension() == ".csv") {
+            names.push_back(file.path().stem());
+        }
     }
-    EXPECT_NE(all.find("MacBookPro11,4"), std::string::npos);
-    EXPECT_NE(all.find("AppleSilicon"), std::string::npos);
-    EXPECT_EQ(list.end().status, 0);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+TEST(Program, ListNamesEveryMachineWithoutRootAndSocket) {
+    Program program({"--list"});
+    std::vector<std::string> names;
+    for (std::string line = program.line(); !line.ends_with("<end>"); line = program.line()) {
+        names.push_back(line.substr(0, line.find(' ')));
+        EXPECT_NE(line.find(" temperature keys, "), std::string::npos) << line;
+    }
+    EXPECT_EQ(names, recordedMachines());
+    EXPECT_EQ(program.end().status, 0);
+    EXPECT_FALSE(exists(socketPath));
+}
+
+TEST(Program, EveryMachineOfTheListCanBeStarted) {
+    const std::vector<std::string> names = recordedMachines();
+    EXPECT_EQ(names.size(), 13U);
+    for (const std::string& name : names) {
+        Program program({"--machine", name, "--speed", "0"});
+        EXPECT_EQ(program.line(), "ready " + name + " at /run/fenwhirl/AppleSMC");
+        EXPECT_TRUE(program.command("get #KEY").starts_with("ok #KEY type=ui32")) << name;
+        EXPECT_EQ(program.command("quit"), "ok bye");
+        EXPECT_EQ(program.end().status, 0) << name;
+    }
+}
+
+TEST(Program, HelpNeedsNoRootAndNoSocket) {
     Program help({"--help"});
     EXPECT_TRUE(help.line().starts_with("simulated-mac:"));
     EXPECT_EQ(help.end().status, 0);
+    EXPECT_FALSE(exists(socketPath));
 }
 
 TEST(Program, AScriptIsInForceBeforeClientsAreWelcome) {
