@@ -1,7 +1,9 @@
 // The binary data types of SMC values and their one numeric representation, a double.
 //
 // Integers travel big-endian; "flt " is the exception, stored little-endian by the machines that have it. A
-// type code is compared as exactly four characters, trailing blank included ("flt ", "ui8 ").
+// type code is compared as exactly four characters, trailing blank included ("flt ", "ui8 "). The types'
+// meanings are the firmware's, as its key tables show them; which of them can be written, and 16000 rpm as
+// the highest fixed-point fan target, are this program's own choice. Pure functions: thread-safe, no state.
 
 #pragma once
 

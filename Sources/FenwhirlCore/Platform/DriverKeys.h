@@ -1,6 +1,7 @@
 // Which keys the kernel's drivers offer on this computer, and where each value lies.
 //
-// The list is made once per connection and then stays as it is, so that enumeration by index is stable.
+// The list is made once per connection and then stays as it is, so that enumeration by index is stable. Plain
+// values; the files are used during the calls only. What cannot be read gives no key, never an error.
 
 #pragma once
 

@@ -10,7 +10,11 @@
 // because no rule above could see the processor get hot; root may allow it by creating
 // /etc/fenwhirl/allow-fan-control. Handing a fan back is never refused by this rule.
 //
-// Cost: key information comes from memory; a value is one pread on a descriptor that is kept.
+// Cost: key information comes from memory; a value is one pread on a descriptor that is kept. After three
+// times in a row that the controller did not answer the driver, reading fails at once for five seconds: each
+// such time costs up to half a second. A device that goes away is looked for again at most every two seconds.
+//
+// Threads and ownership: as `SMCTransport`; the transport owns the files.
 
 #pragma once
 
