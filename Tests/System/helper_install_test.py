@@ -9,7 +9,7 @@ import stat
 import subprocess
 import unittest
 
-from helper_stage import BUILD, HELPER, NOBODY, OLDER_MAC, HelperTest, Probe, lay_out_probe, require_real_root
+from helper_stage import BUILD, HELPER, NOBODY, OLDER_MAC, HelperTest, Probe, as_nobody, lay_out_probe, require_real_root
 from stage import SimulatedMac, rounds, wait_until
 
 
@@ -194,6 +194,21 @@ class TheEntry(InstallTest):
         probe = self.probe(NOBODY, restore_signals=False, preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
         self.assertEqual(probe.tell("run version"), "yes")
         self.assertEqual(probe.tell("run bogus"), "no")
+
+    def test_only_the_flag_itself_in_the_first_place_makes_it_the_helper(self):
+        executable = lay_out_probe("/run/roles")
+
+        def start(arguments, identity):
+            return subprocess.run([executable, *arguments], input=b"quit\n", capture_output=True, check=False, **identity)
+
+        for identity in ({}, as_nobody()):
+            for arguments in ([], ["--HELPER", "version"], ["--helper ", "version"], [" --helper", "version"],
+                              ["--helper=version"], ["version", "--helper"], ["", "--helper", "version"]):
+                result = start(arguments, identity)
+                self.assertEqual(result.returncode, 0, (arguments, result.stderr))
+                self.assertRegex(result.stdout.decode(), rf"\Aready \d+ {1 + len(arguments)}\n\Z", arguments)
+            result = start(["--helper", "version"], identity)
+            self.assertEqual((result.returncode, result.stdout), (0, b"3\n"))
 
     def test_without_its_library_the_program_says_so_and_ends(self):
         executable = lay_out_probe("/run/bare")
