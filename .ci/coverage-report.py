@@ -5,9 +5,9 @@ import re
 import sys
 
 # Where every branch counts: a wrong turn there moves a fan.
-WHOLE = re.compile(r"FenwhirlCore/(SMC|NumberText|SensorNames)[^/]*$|Fenwhirl/Helper[^/]*$|Monitoring/PollDecision")
+WHOLE = re.compile(r"FenwhirlCore/(SMC|NumberText|SensorNames)[^/]*$|Fenwhirl/Helper[^/]*$|Monitoring/Poll")
 SHOWN = re.compile(r"FenwhirlCore/|Fenwhirl/(Helper[^/]*|main\.cpp)$|Fenwhirl/Platform/Entry/|"
-                   r"Monitoring/(PollDecision|FanSetting|SensorSummary|FanSummary|WholeNumber)")
+                   r"Monitoring/(Poll|FanSetting|SensorSummary|FanSummary|WholeNumber)")
 CORE = "FenwhirlCore/"
 CORE_LINES_PERCENT = 95
 
