@@ -23,7 +23,9 @@ Rectangle {
         x: 18
         y: 34
 
-        Emblem {}
+        Emblem {
+            anchors.verticalCenter: parent.verticalCenter
+        }
 
         Label {
             anchors.verticalCenter: parent.verticalCenter
