@@ -90,7 +90,9 @@ QString FanRow::constantText() const {
 }
 
 double FanRow::panelRPM() const {
-    return setting_.mode == FanModeKind::constant ? setting_.constantRPM : fan_.rpm;
+    const double rpm = setting_.mode == FanModeKind::constant ? setting_.constantRPM : fan_.rpm;
+    // What is no number is shown as 0, and a slider has no place for that.
+    return std::isfinite(rpm) ? rpm : lowestRPM();
 }
 
 void FanRow::setPanelRPM(double rpm) {

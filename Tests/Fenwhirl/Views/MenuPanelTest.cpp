@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -110,6 +111,20 @@ TEST(MenuPanel, AFanWithoutARangeGetsOneOfOneTurn) {
     ASSERT_NE(range, nullptr);
     EXPECT_EQ(range->minimumValue().toDouble(), 1200);
     EXPECT_EQ(range->maximumValue().toDouble(), 1201);
+}
+
+TEST(MenuPanel, AFanWhoseSpeedIsNoNumberStandsAtItsMinimumAndShowsZero) {
+    Stage stage;
+    stage.world.smc.setNumber("F0Ac", "flt ", std::numeric_limits<double>::quiet_NaN());
+    stage.world.smc.setNumber("F1Ac", "flt ", std::numeric_limits<double>::infinity());
+    stage.show(menuPanelFile());
+    ASSERT_EQ(stage.all(slider).size(), 2);
+    for (int fan = 0; fan < 2; ++fan) {
+        EXPECT_EQ(stage.range(slider, fan)->currentValue().toDouble(), 1200) << fan;
+        EXPECT_EQ(stage.models().machine()->fans()->at(fan)->speedText(), QStringLiteral("0"));
+    }
+    stage.range(slider)->setCurrentValue(3000.0);
+    EXPECT_EQ(stage.monitor().setting(0).constantRPM, 3000);
 }
 
 TEST(MenuPanel, OffersControlOnlyWhileItIsWantedAndMissing) {
