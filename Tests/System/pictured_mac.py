@@ -24,12 +24,14 @@ class PicturedMac(stage.SimulatedMac):
 
     PROCESSOR = "Tp01"
 
-    def __init__(self, build):
+    def __init__(self, build, slower=1):
+        """Its processor's temperature goes up and down about once a minute, or so many times slower."""
         super().__init__(build, "AppleSilicon", "--heat", "9", "--speed", "5")
         self.lock = threading.Lock()
         self.over = threading.Event()
         self.level = COOL[self.PROCESSOR]
         self.still = False
+        self.slower = slower
         for key in LEFT_OUT:
             self.tell(f"vanish {key}")
         for index, (lowest, highest) in enumerate(FAN_LIMITS):
@@ -81,7 +83,8 @@ class PicturedMac(stage.SimulatedMac):
         began = time.monotonic()
         while True:
             at = time.monotonic() - began
-            away = 7 * math.sin(at / 11) + 4 * math.sin(at / 5.3 + 1) + 1.2 * math.sin(at * 2.1) * math.cos(at * 5.7)
+            slow = at / self.slower
+            away = 7 * math.sin(slow / 11) + 4 * math.sin(slow / 5.3 + 1) + 1.2 * math.sin(at * 2.1) * math.cos(at * 5.7)
             if not self.still:
                 self.tell(f"set {self.PROCESSOR} {self.level + away:.2f}")
             if self.over.wait(0.7):

@@ -352,7 +352,7 @@ class Tour:
             self.panel("states/panel-many")
 
     def walk(self):
-        with PicturedMac(self.build) as self.mac:
+        with PicturedMac(self.build, max(1, self.minutes)) as self.mac:
             for part in (self.first_start, self.update, self.in_control, self.old_helper, self.many, self.no_fans):
                 if self.only in (None, part.__name__):
                     part()
