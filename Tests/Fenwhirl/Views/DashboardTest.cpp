@@ -42,6 +42,30 @@ TEST(Dashboard, TheChartHasItsCaptionsAndTheHistory) {
     EXPECT_EQ(stage.models().machine()->history(), QList<double>({50, 60}));
 }
 
+TEST(Dashboard, TheTemperatureHasAFixedWidthAndTheSensorsTheRest) {
+    Stage stage;
+    for (const char* key : {"TC1C", "TC2C", "TG0P", "TM0P", "TB0T"})
+        stage.world.smc.setNumber(key, "sp78", 40);
+    stage.show();
+    static_cast<void>(stage.window().grabWindow());
+    constexpr int page = 208 + 18; // where its cards begin
+    ASSERT_EQ(stage.all(QAccessible::Chart).size(), 1);
+    // 140 for the chart and 22 for the captions, in a card of 340 with a padding of 20.
+    const QRect chart = stage.all(QAccessible::Chart).first()->rect().translated(-stage.window().position());
+    EXPECT_EQ(chart.left(), page + 20);
+    EXPECT_EQ(chart.size(), QSize(300, 140 + 22));
+    const QList<QAccessibleInterface*> rows = stage.all(QAccessible::ListItem);
+    ASSERT_EQ(rows.size(), 6);
+    for (qsizetype i = 0; i < rows.size(); ++i) {
+        const QRect row = rows.at(i)->rect().translated(-stage.window().position());
+        EXPECT_EQ(row.left(), page + 340 + 18 + 20);
+        EXPECT_EQ(row.right() + 1, 1040 - 18 - 20);
+        EXPECT_EQ(row.height(), 33);
+        // They end with the chart's captions, the last one's own room aside.
+        EXPECT_NEAR(row.bottom(), chart.bottom() - 33 * (5 - static_cast<int>(i)), 2);
+    }
+}
+
 TEST(Dashboard, WithoutATemperatureADashStandsInItsPlace) {
     Stage stage;
     stage.world.smc.remove("TC0P");
