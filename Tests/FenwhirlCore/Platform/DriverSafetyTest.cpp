@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -92,6 +93,26 @@ TEST_F(DriverSafety, OnlyAFileOfRootAllowsDrivingBlindly) {
     EXPECT_FALSE(smc.setFanSpeed(0, 2640));
     tree.write(allowingFile, "whatever it says\n");
     EXPECT_TRUE(smc.setFanSpeed(0, 2640));
+}
+
+TEST_F(DriverSafety, AnOrdinaryUserReadsEverythingAndChangesNothing) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can become somebody else";
+    tree.makeIntelLaptop();
+    fs::permissions(tree.root(), fs::perms(0755));
+    const pid_t child = fork();
+    if (child == 0) {
+        bool isAsExpected = setgid(65534) == 0 && setuid(65534) == 0;
+        SMC smc(openDriverTransport(systemDriverFiles(tree.root())));
+        isAsExpected = isAsExpected && smc.readFans().size() == 2 && smc.readValue("TC0P") == 51;
+        isAsExpected = isAsExpected && !smc.setFanSpeed(0, 2640) && !smc.resetFan(0);
+        _exit(isAsExpected ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(fan("manual"), "0");
+    EXPECT_EQ(fan("output"), "2000");
 }
 
 TEST_F(DriverSafety, NoFanIsStopped) {
