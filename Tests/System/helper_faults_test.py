@@ -123,11 +123,11 @@ class OnAnOlderMac(Faults):
         self.assert_repairable("silence")
 
     def test_a_controller_that_hangs_up_fails_the_command(self):
-        count = self.cost("set", "0", "2400")
-        for number in range(count):
-            self.mac.tell(f"fault hangup after {number} times 1")
-            self.assertIn(self.helper("set", "0", "2400").returncode, (1, 2), number)
-            self.assert_repairable(number)
+        for arguments in (("set", "0", "2400"), ("auto",), ("auto", "1")):
+            for number in range(self.cost(*arguments)):
+                self.mac.tell(f"fault hangup after {number} times 1")
+                self.assertIn(self.helper(*arguments).returncode, (1, 2), (arguments, number))
+                self.assert_repairable((arguments, number))
 
     def test_answers_of_a_wrong_length_fail_the_command(self):
         for length in (0, 1, 79, 80, 83, 85, 164):
