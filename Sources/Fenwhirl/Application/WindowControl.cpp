@@ -12,8 +12,10 @@
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QQmlComponent>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QScreen>
+#include <QStyleHints>
 
 #include <utility>
 
@@ -37,6 +39,13 @@ AppearanceChoice choiceOf(AppTheme theme) {
         break;
     }
     return AppearanceChoice::system;
+}
+
+// Innermost first. A window lays its content out with its first picture, and only then knows how large it is.
+void layOut(QQuickItem& item) {
+    for (QQuickItem* child : item.childItems())
+        layOut(*child);
+    item.ensurePolished();
 }
 
 ViewServices withOpenMain(ViewServices services, std::function<void()> openMain) {
@@ -118,9 +127,11 @@ void WindowControl::openMain(const QString& token) {
     MainWindowBehaviour::bringToFront(*main_, token);
 }
 
-void WindowControl::togglePanel(const QRect& itemPlace) {
+void WindowControl::togglePanel(const QRect& itemPlace, const QString& token) {
     if (panel_ && panel_->isVisible()) {
-        closePanel();
+        // The second half of a double click asks for nothing.
+        if (panelOpened_.elapsed() >= QGuiApplication::styleHints()->mouseDoubleClickInterval())
+            closePanel();
         return;
     }
     if (panelClosed_.isValid() && panelClosed_.elapsed() < reopenGuardMilliseconds)
@@ -130,10 +141,12 @@ void WindowControl::togglePanel(const QRect& itemPlace) {
     // Whether a window can be translucent is settled when it is made.
     if (!panel_ || surroundings != panelSurroundings_)
         makePanel(surroundings);
-    placePanel(itemPlace);
-    panel_->show();
-    panel_->raise();
-    panel_->requestActivate();
+    layOut(*panel_->contentItem());
+    itemPlace_ = itemPlace;
+    placePanel();
+    panelReached_ = !focusFollowsPointer();
+    panelOpened_.start();
+    showStatusPanel(*panel_, token);
 }
 
 void WindowControl::makePanel(PanelSurroundings surroundings) {
@@ -145,9 +158,11 @@ void WindowControl::makePanel(PanelSurroundings surroundings) {
     panelSurroundings_ = surroundings;
     panel_->setFlags(statusPanelFlags());
     connect(panel_.get(), &QWindow::activeChanged, this, [this] {
-        if (!panel_->isActive())
+        if (!panel_->isActive() && panelReached_)
             closePanel();
     });
+    // Its content may change while it is shown.
+    connect(panel_.get(), SIGNAL(panelAreaChanged()), this, SLOT(placePanel()));
     connect(panel_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
         if (!visible)
             panelClosed_.start();
@@ -170,8 +185,8 @@ void WindowControl::alertAccepted() {
         accepted();
 }
 
-void WindowControl::placePanel(const QRect& itemPlace) {
-    QScreen* screen = QGuiApplication::screenAt(itemPlace.center());
+void WindowControl::placePanel() {
+    QScreen* screen = QGuiApplication::screenAt(itemPlace_.center());
     if (screen == nullptr)
         screen = QGuiApplication::primaryScreen();
     const QRect free = screen->availableGeometry();
@@ -179,10 +194,9 @@ void WindowControl::placePanel(const QRect& itemPlace) {
     panel_->setProperty("maximumPanelHeight", free.height() - 2 * panelMargin);
     // The panel without the margin of its window.
     const QRect panel = panel_->property("panelArea").toRectF().toRect();
-    panel_->setPosition(panelPosition(itemPlace, panel.size(), free) - panel.topLeft());
-    const QRect window(QPoint(), panel_->size());
-    declareShadow(*panel_, {panel.left(), panel.top(), window.right() - panel.right(),
-                            window.bottom() - panel.bottom()});
+    panel_->setPosition(panelPosition(itemPlace_, panel.size(), free) - panel.topLeft());
+    const int margin = panel.left(); // on all sides; the shadow falls a little
+    declareShadow(*panel_, {margin, panel.top(), margin, 2 * margin - panel.top()});
 }
 
 void WindowControl::closePanel() {
@@ -202,9 +216,13 @@ bool WindowControl::eventFilter(QObject* watched, QEvent* event) {
             MainWindowBehaviour::configure(*window);
         break;
     case QEvent::Expose:
-        // A press anywhere else must reach the panel, which it closes.
         if (panel_ && window == panel_.get() && window->isExposed())
-            window->setMouseGrabEnabled(true);
+            grabPresses(*window);
+        break;
+    case QEvent::Enter:
+    case QEvent::KeyPress:
+        if (panel_ && window == panel_.get())
+            panelReached_ = true;
         break;
     case QEvent::MouseButtonPress:
         if (panel_ && window == panel_.get() &&

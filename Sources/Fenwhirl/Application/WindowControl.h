@@ -64,7 +64,8 @@ public:
     // desktop's permission to take the focus.
     void openMain(const QString& token = {});
     // Opens the panel at the status item's place, or closes it when it is open.
-    void togglePanel(const QRect& itemPlace);
+    // `token` is the desktop's permission to take the focus.
+    void togglePanel(const QRect& itemPlace, const QString& token = {});
 
     // Brings the program to the front with a question that stays before everything else; `accepted` is called
     // when the user agrees.
@@ -83,6 +84,7 @@ public:
 
 private Q_SLOTS:
     void alertAccepted();
+    void placePanel();
 
 private:
     [[nodiscard]] QQmlEngine& engine();
@@ -97,7 +99,6 @@ private:
     void updateAwake();
     void makePanel(PanelSurroundings surroundings);
     void closePanel();
-    void placePanel(const QRect& itemPlace);
 
     Monitor& monitor_;
     SystemAppearance& appearance_;
@@ -106,6 +107,9 @@ private:
     std::unique_ptr<QQuickWindow> main_;
     std::unique_ptr<QQuickWindow> panel_;
     PanelSurroundings panelSurroundings_ = PanelSurroundings::cut;
+    QRect itemPlace_;           // where the panel belongs
+    bool panelReached_ = false; // somebody has come to it since it opened
+    QElapsedTimer panelOpened_;
     std::unique_ptr<QQuickWindow> alert_;
     std::function<void()> acceptAlert_;
     QElapsedTimer panelClosed_;

@@ -22,6 +22,10 @@ Window {
     color: composed ? "transparent" : Theme.card
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     height: panelArea.height + 2 * blur
+    maximumHeight: height
+    maximumWidth: width
+    minimumHeight: height
+    minimumWidth: width
     title: "Fenwhirl"
     width: panelArea.width + 2 * blur
 

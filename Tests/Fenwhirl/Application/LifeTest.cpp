@@ -6,7 +6,9 @@
 
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QSignalSpy>
+#include <QStyleHints>
 #include <QTest>
 
 #include <algorithm>
@@ -28,6 +30,22 @@ double bottomOf(const QQuickItem& item, const QString& text) {
         bottom = std::max(bottom, bottomOf(*child, text));
     return bottom;
 }
+
+// While it lives, clicks are a double click when no more time than that lies between them.
+class DoubleClicks {
+public:
+    explicit DoubleClicks(int milliseconds) {
+        QGuiApplication::styleHints()->setMouseDoubleClickInterval(milliseconds);
+    }
+
+    ~DoubleClicks() { QGuiApplication::styleHints()->setMouseDoubleClickInterval(usual_); }
+
+    DoubleClicks(const DoubleClicks&) = delete;
+    DoubleClicks& operator=(const DoubleClicks&) = delete;
+
+private:
+    int usual_ = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+};
 
 QQuickWindow* openAlert() {
     QWindow* alert = nullptr;
@@ -104,6 +122,7 @@ TEST(Close, PutsTheViewsToSleep) {
 }
 
 TEST(Panel, OpensAtTheItemAndClosesWithASecondClick) {
+    const DoubleClicks none(0);
     Life life(true);
     Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
     ASSERT_NE(life.windows->panel(), nullptr);
@@ -114,6 +133,41 @@ TEST(Panel, OpensAtTheItemAndClosesWithASecondClick) {
     // The click that closed it may be reported once more as a wish to open it.
     Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
     EXPECT_FALSE(life.windows->panel()->isVisible());
+}
+
+TEST(Panel, ADoubleClickOpensItAndNoMore) {
+    const DoubleClicks slow(60'000);
+    Life life(true);
+    for (int click = 0; click < 2; ++click)
+        Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    EXPECT_TRUE(life.windows->panel()->isVisible());
+}
+
+TEST(Panel, StandsOnAnItemOfABarAtTheFootAsHighAsItIs) {
+    Life life(true);
+    const QRect item(300, QGuiApplication::primaryScreen()->geometry().bottom() - 24, 30, 24);
+    Q_EMIT life.statusItem.activated(item);
+    QQuickWindow* panel = life.windows->panel();
+    const auto standsOnIt = [&] {
+        return panel->height() > 300 && panel->geometry().bottom() + 1 == item.top() - 8;
+    };
+    EXPECT_TRUE(standsOnIt()) << panel->y() << " + " << panel->height() << ", from the beginning";
+    // Its content grows while it is open.
+    const int before = panel->height();
+    life.world.helper.installed = false;
+    life.world.monitor().apply(Preset::max);
+    life.world.poll();
+    EXPECT_TRUE(eventually([&] { return panel->height() > before && standsOnIt(); }))
+        << panel->y() << " + " << panel->height();
+}
+
+TEST(Panel, HasOneSizeSoThatTilingDesktopsLetItFloat) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    const QQuickWindow* panel = life.windows->panel();
+    EXPECT_GT(panel->height(), 300);
+    EXPECT_EQ(panel->minimumSize(), panel->size());
+    EXPECT_EQ(panel->maximumSize(), panel->size());
 }
 
 TEST(Panel, ClosesBeforeTheMainWindowComesForward) {

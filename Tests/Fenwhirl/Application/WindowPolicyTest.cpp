@@ -16,6 +16,7 @@
 namespace {
 
 QStringList told; // since the last question
+bool pointerLeads = false;
 
 QStringList toldSinceThen() {
     return std::exchange(told, {});
@@ -50,13 +51,37 @@ void notedFront(QWindow& window, const QString& token) {
     realFront(window, token);
 }
 
+bool pretendedFocus() __asm__("__wrap__Z19focusFollowsPointerv");
+
+bool pretendedFocus() {
+    return pointerLeads;
+}
+
 namespace {
 
 const QStringList opened = {QStringLiteral("regular"), QStringLiteral("front"), QStringLiteral("configure")};
 
 class WindowPolicy : public testing::Test {
 protected:
-    WindowPolicy() { told.clear(); }
+    WindowPolicy() {
+        told.clear();
+        pointerLeads = false;
+    }
+
+    // The panel of this program, after which another window took the focus.
+    static void leavePanel(Life& life, bool reached) {
+        life.windows->togglePanel(QRect(400, 0, 30, 24));
+        QQuickWindow* panel = life.windows->panel();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(panel));
+        if (reached) {
+            QEnterEvent come(QPointF(9, 9), QPointF(9, 9), QPointF(9, 9));
+            QCoreApplication::sendEvent(panel, &come);
+        }
+        QWindow another;
+        another.show();
+        another.requestActivate();
+        ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !panel->isActive(); }));
+    }
 };
 
 TEST_F(WindowPolicy, TheFirstLaunchIsOneOfARegularProgram) {
@@ -124,6 +149,21 @@ TEST_F(WindowPolicy, OpeningTheWindowFromThePanelMakesItARegularProgramForGood) 
     life.windows->openMain(); // while the panel goes, nothing is shown for a moment
     const QStringList all = toldSinceThen();
     EXPECT_LT(all.lastIndexOf(QStringLiteral("accessory")), all.indexOf(QStringLiteral("regular")));
+}
+
+TEST_F(WindowPolicy, ThePanelClosesWhenItLosesTheFocus) {
+    Life life(true);
+    leavePanel(life, false);
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+}
+
+TEST_F(WindowPolicy, WhereTheFocusFollowsThePointerThePanelWaitsUntilItHasBeenReached) {
+    pointerLeads = true;
+    for (const bool reached : {false, true}) {
+        Life life(true);
+        leavePanel(life, reached);
+        EXPECT_NE(life.windows->panel()->isVisible(), reached);
+    }
 }
 
 TEST_F(WindowPolicy, AQuestionComesToTheFrontAsItIs) {

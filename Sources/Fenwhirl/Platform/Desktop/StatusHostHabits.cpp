@@ -5,6 +5,6 @@ StatusHostHabits statusHostHabits(const QString& program) {
     if (program == QStringLiteral("gnome-shell"))
         return {.text = Text::asLabel, .barIsDark = true, .wantsMenu = true, .countsPresses = true};
     if (program == QStringLiteral("waybar"))
-        return {.text = Text::inIcon};
+        return {.text = Text::inIcon, .barIsDark = true};
     return {};
 }

@@ -36,8 +36,8 @@ public:
 Q_SIGNALS:
     // The user chose the item. `place` is where it is, in points of the virtual desktop: the item's own
     // rectangle, a single point (empty size) where only the pointer's position is known, or invalid when
-    // nothing is known.
-    void activated(const QRect& place);
+    // nothing is known. `token` is the desktop's permission to take the focus, empty where there is none.
+    void activated(const QRect& place, const QString& token = {});
     // The item became visible, or lost its place.
     void placedChanged();
 

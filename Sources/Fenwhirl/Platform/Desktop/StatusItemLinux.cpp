@@ -54,10 +54,10 @@ void StatusItemLinux::showNotifierItem() {
     forgetIcons();
     habits_ = statusHostHabits(host_.program());
     item_ = std::make_unique<StatusNotifierItem>(bus_, habits_);
-    connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel) {
+    connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel, const QString& token) {
         // Hosts that do not know the place send zeros; the pointer was on the item a moment ago.
         const QPoint place = pixel.isNull() ? QCursor::pos() : pointOfPixel(pixel);
-        Q_EMIT activated(QRect(place, QSize(0, 0)));
+        Q_EMIT activated(QRect(place, QSize(0, 0)), token);
     });
     updateContent(); // before the announcement: the host reads everything at once
     item_->announce();

@@ -160,5 +160,5 @@ void StatusNotifierItem::Activate(int x, int y) {
     if (habits_.countsPresses && calledFromDBus())
         sendErrorReply(QStringLiteral("org.gtk.GDBus.UnmappedGError.Quark._g_2dio_2derror_2dquark.Code19"),
                        QStringLiteral("done"));
-    Q_EMIT activated({x, y});
+    choose(x, y);
 }

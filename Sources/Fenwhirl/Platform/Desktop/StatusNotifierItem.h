@@ -22,6 +22,7 @@
 #include <QString>
 
 #include <chrono>
+#include <utility>
 
 // An image as the protocol carries it: ARGB, most significant byte first.
 struct StatusNotifierPixmap {
@@ -109,12 +110,15 @@ public:
 
 public Q_SLOTS:
 
+    // Comes before a click where windows may not take the focus by themselves; good for that one.
+    Q_SCRIPTABLE void ProvideXdgActivationToken(const QString& token) { token_ = token; }
+
     // Left, middle and right click; x and y in pixels of the screen, where the host thinks the item is.
     Q_SCRIPTABLE void Activate(int x, int y);
 
-    Q_SCRIPTABLE void SecondaryActivate(int x, int y) { Q_EMIT activated({x, y}); }
+    Q_SCRIPTABLE void SecondaryActivate(int x, int y) { choose(x, y); }
 
-    Q_SCRIPTABLE void ContextMenu(int x, int y) { Q_EMIT activated({x, y}); }
+    Q_SCRIPTABLE void ContextMenu(int x, int y) { choose(x, y); }
 
     Q_SCRIPTABLE void Scroll(int /*delta*/, const QString& /*orientation*/) {}
 
@@ -123,12 +127,15 @@ Q_SIGNALS:
     Q_SCRIPTABLE void NewIcon();
     Q_SCRIPTABLE void NewToolTip();
     Q_SCRIPTABLE void XAyatanaNewLabel(const QString& label, const QString& guide);
-    void activated(QPoint pixel);
+    void activated(QPoint pixel, const QString& token);
 
 private:
+    void choose(int x, int y) { Q_EMIT activated({x, y}, std::exchange(token_, {})); }
+
     QDBusConnection bus_;
     StatusHostHabits habits_;
     QString service_;
+    QString token_;
     std::chrono::milliseconds textPause_;
     QString title_;
     QString toldTitle_; // what the host knows, and since when

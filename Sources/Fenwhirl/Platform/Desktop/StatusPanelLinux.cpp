@@ -16,6 +16,10 @@ struct Free {
     void operator()(void* memory) const { std::free(memory); }
 };
 
+bool isWayland() {
+    return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
+}
+
 // Null where this is not X11.
 xcb_connection_t* connection() {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -42,8 +46,26 @@ Qt::WindowFlags statusPanelFlags() {
     return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
 }
 
+void showStatusPanel(QWindow& window, const QString& token) {
+    if (!token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // the Wayland plugin takes it from there
+    window.show();
+    window.raise();
+    window.requestActivate();
+}
+
+void grabPresses(QWindow& window) {
+    if (!isWayland())
+        window.setMouseGrabEnabled(true);
+}
+
+bool focusFollowsPointer() {
+    const QStringList desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':');
+    return isWayland() && !desktop.contains(u"KDE") && !desktop.contains(u"GNOME");
+}
+
 PanelSurroundings panelSurroundings() {
-    if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+    if (isWayland())
         return PanelSurroundings::shadowed;
     xcb_connection_t* const server = connection();
     return server != nullptr && hasCompositor(server) ? PanelSurroundings::shadowed : PanelSurroundings::cut;

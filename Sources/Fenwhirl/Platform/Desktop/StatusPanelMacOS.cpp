@@ -4,6 +4,20 @@ Qt::WindowFlags statusPanelFlags() {
     return Qt::Popup | Qt::FramelessWindowHint;
 }
 
+void showStatusPanel(QWindow& window, const QString& /*token*/) {
+    window.show();
+    window.raise();
+    window.requestActivate();
+}
+
+void grabPresses(QWindow& window) {
+    window.setMouseGrabEnabled(true);
+}
+
+bool focusFollowsPointer() {
+    return false;
+}
+
 PanelSurroundings panelSurroundings() {
     return PanelSurroundings::translucent;
 }

@@ -348,6 +348,17 @@ QImage icon(const QString& text, int height, StatusIconShape shape) {
     return statusIcon(drawSquare, text, height, true, shape);
 }
 
+TEST(StatusNotifierItem, HandsTheDesktopsPermissionOnWithTheOneClickItIsFor) {
+    StatusNotifierItem item(PrivateBus::connect());
+    QSignalSpy activated(&item, &StatusNotifierItem::activated);
+    item.ProvideXdgActivationToken(QStringLiteral("permission"));
+    item.SecondaryActivate(1, 2);
+    item.Activate(1, 2);
+    ASSERT_EQ(activated.count(), 2);
+    EXPECT_EQ(activated.at(0).at(1).toString(), QStringLiteral("permission"));
+    EXPECT_EQ(activated.at(1).at(1).toString(), QString());
+}
+
 TEST(StatusIcon, HasTheTemperatureBesideTheSymbolInASquareToo) {
     for (const char* text : {"5°", "63°", "104°"}) {
         const QImage image = icon(QString::fromUtf8(text), 44, StatusIconShape::square);
