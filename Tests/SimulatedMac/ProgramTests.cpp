@@ -40,10 +40,12 @@ public:
             (void)std::signal(number, SIG_DFL); // whatever the tests were started with
         }
         const uid_t user = ::getuid();
+        const gid_t group = ::getgid();
         if (::unshare(CLONE_NEWNS) != 0) {
             ASSERT_EQ(::unshare(CLONE_NEWUSER | CLONE_NEWNS), 0) << std::strerror(errno);
             std::ofstream("/proc/self/setgroups") << "deny";
             std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+            std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
         }
         ASSERT_EQ(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0) << std::strerror(errno);
         ASSERT_EQ(::mount("tmpfs", "/run", "tmpfs", 0, "mode=755"), 0) << std::strerror(errno);
