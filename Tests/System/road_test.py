@@ -6,6 +6,7 @@ belongs to an account without any rights.
 
 import os
 import random
+import resource
 import signal
 import time
 import unittest
@@ -151,6 +152,12 @@ class Troubles(unittest.TestCase):
             stage.wait_until(scene.shown_temperature, "a temperature on the screen")
 
 
+def guard_of(scene):
+    """The process of the application's guard, or None."""
+    return next((number for number, parent, name in processes()
+                 if (parent, name) == (scene.application.child.pid, "fenwhirl-guard")), None)
+
+
 class Quitting(unittest.TestCase):
     def check_hand_back(self, scene, end):
         scene.mac.tell("set TCXC 70")
@@ -193,13 +200,9 @@ class Quitting(unittest.TestCase):
             scene.choose_preset("Jeu")
             scene.wait_for_modes("manual", "fans under manual control")
 
-            def guard():
-                return next((number for number, parent, name in processes()
-                             if (parent, name) == (scene.application.child.pid, "fenwhirl-guard")), None)
-
-            lost = stage.wait_until(guard, "the guard runs")
+            lost = stage.wait_until(lambda: guard_of(scene), "the guard runs")
             os.kill(lost, signal.SIGKILL)
-            stage.wait_until(lambda: guard() not in (None, lost), "there is another", 10)
+            stage.wait_until(lambda: guard_of(scene) not in (None, lost), "there is another", 10)
             scene.application.stop(signal.SIGKILL)
             scene.wait_for_modes("automatic", "it hands the fans back", 7)
 
@@ -209,6 +212,20 @@ class Quitting(unittest.TestCase):
                 scene.application.stop(signal.SIGKILL)
                 scene.wait_for_modes("automatic", "the guard hands them back")
             self.check_hand_back(scene, kill)
+
+    def test_a_crash_hands_the_fans_back_before_the_program_dies_of_it(self):
+        resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+        with Scene() as scene:
+            scene.mac.tell("set TCXC 70")
+            scene.choose_preset("Jeu")
+            for number in (signal.SIGSEGV, signal.SIGBUS, signal.SIGILL, signal.SIGFPE, signal.SIGABRT):
+                scene.wait_for_modes("manual", "fans under manual control")
+                guard = stage.wait_until(lambda: guard_of(scene), "the guard runs")
+                os.kill(guard, signal.SIGSTOP)  # or nobody could tell whose work it was
+                self.assertEqual(scene.application.stop(number), -number)
+                self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"), number)
+                os.kill(guard, signal.SIGKILL)
+                scene.start_again()
 
     def test_a_fan_at_a_constant_speed_keeps_it(self):
         with Scene() as scene:
