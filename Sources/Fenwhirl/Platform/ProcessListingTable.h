@@ -11,7 +11,7 @@ public:
 
     std::optional<QByteArray> listing() override;
     // Asked for now: the listing does not tell.
-    std::optional<ProcessStart> startWhenListed(std::int32_t pid) const override;
+    [[nodiscard]] std::optional<ProcessStart> startWhenListed(std::int32_t pid) const override;
     void cancel() override;
 
 private:
