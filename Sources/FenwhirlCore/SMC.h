@@ -95,7 +95,8 @@ public:
     [[nodiscard]] std::vector<FanReading> readFans();
     // "F{i}Md" or "F{i}md", whichever exists first.
     [[nodiscard]] std::optional<std::string> fanModeKey(std::int64_t index);
-    // Puts the fan under manual control at the speed, brought into the fan's own range (the maximum wins).
+    // Puts the fan under manual control at the speed, brought into the fan's own range (the maximum wins; 0
+    // to 10000 rpm where the fan does not tell). A speed that is no number then is refused before any write.
     // Unlocks the controller where it has a lock and then retries the mode key for up to about 4 seconds.
     [[nodiscard]] bool setFanSpeed(std::int64_t index, double rpm);
     // Returns the fan to automatic control and, when no fan is manual any more, takes the unlock back. A fan

@@ -15,6 +15,10 @@ namespace {
 constexpr std::string_view forcedMaskKey = "FS! ";
 constexpr std::string_view unlockKey = "Ftst";
 
+// Of a fan that does not tell its own: more than any recorded machine's fan can do (the fastest turns at
+// 8000).
+constexpr double assumedMaximumRPM = 10000;
+
 constexpr double automaticMode = 0;
 constexpr double manualMode = 1;
 
@@ -82,7 +86,7 @@ std::optional<std::string> SMC::fanModeKey(std::int64_t index) {
 
 bool SMC::setFanSpeed(std::int64_t index, double rpm) {
     const double minimum = readValue(fanKey(index, "Mn")).value_or(0);
-    const double maximum = readValue(fanKey(index, "Mx")).value_or(10000);
+    const double maximum = readValue(fanKey(index, "Mx")).value_or(assumedMaximumRPM);
     double target = rpm;
     if (target <= minimum)
         target = minimum;

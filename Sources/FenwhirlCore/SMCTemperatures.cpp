@@ -8,7 +8,8 @@
 namespace {
 
 // Both bounds are exclusive. At discovery 1 °C or less means a sensor that is not there; later a real sensor
-// may cool down to that and must not vanish.
+// may cool down to that and must not vanish. No part of a computer works at 130 °C: what reads so much is no
+// temperature.
 constexpr double discoveryLowestCelsius = 1;
 constexpr double readingLowestCelsius = 0;
 constexpr double highestCelsius = 130;
