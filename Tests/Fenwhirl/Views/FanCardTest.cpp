@@ -167,6 +167,19 @@ TEST(FanCard, TheSensorPickerBeginsWithTheMainTemperature) {
     EXPECT_EQ(stage.monitor().setting(0).sensorKey, "TB0T");
 }
 
+TEST(FanCard, MayGoWhileItsMenuIsOpen) {
+    Stage stage;
+    stage.start();
+    stage.monitor().setSetting(0, sensorSetting());
+    stage.showPage(Page::fans);
+    stage.click(QStringLiteral("Capteur"), QAccessible::ComboBox);
+    ASSERT_FALSE(stage.all(QAccessible::MenuItem).isEmpty());
+    stage.world.smc.remove("F0Ac");
+    stage.poll();
+    ASSERT_EQ(stage.models().machine()->fans()->count(), 1);
+    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return stage.all(QAccessible::MenuItem).isEmpty(); }));
+}
+
 TEST(FanCard, AStoredSensorThatIsGoneShowsNoChoice) {
     Stage stage;
     stage.start();

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QQmlComponent>
+#include <QQmlError>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -113,6 +114,10 @@ void Stage::show(const QUrl& file) {
     registerViews();
     engine_ = std::make_unique<QQmlEngine>();
     engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    QObject::connect(engine_.get(), &QQmlEngine::warnings, [](const QList<QQmlError>& warnings) {
+        for (const QQmlError& warning : warnings)
+            ADD_FAILURE() << warning.toString().toStdString();
+    });
     models_->setAwake(true);
     QQmlComponent component(engine_.get(), file);
     ASSERT_TRUE(component.isReady()) << component.errorString().toStdString();

@@ -3,7 +3,8 @@
 // key.
 //
 // The window is taller than any page, so that everything on it can be reached without scrolling. Nothing is
-// looked up by an object's name: a control that a screen reader could not find, a test cannot find either.
+// looked up by an object's name: a control that a screen reader could not find, a test cannot find either. A
+// warning of the engine fails the test.
 
 #pragma once
 

@@ -33,7 +33,13 @@ Loader {
         } else {
             menu.y = Qt.binding(() => control.height + 6)
         }
-        menu.activated.connect(index => root.activated(index))
-        menu.closed.connect(() => control.forceActiveFocus(Qt.PopupFocusReason))
+    }
+
+    // Not by connect(): a menu that is open when its control goes still closes, and then nothing is left to be called.
+    Connections {
+        target: root.item
+
+        function onActivated(index: int) { root.activated(index) }
+        function onClosed() { root.control.forceActiveFocus(Qt.PopupFocusReason) }
     }
 }
