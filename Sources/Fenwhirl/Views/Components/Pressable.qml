@@ -82,5 +82,6 @@ Item {
     FocusRing {
         target: root
         targetRadius: root.ringRadius
+        wanted: root.takesFocus
     }
 }

@@ -91,6 +91,7 @@ Item {
             keyClick(Qt.Key_Down)
             tryCompare(button.menu, "opened", true)
             compare(button.menu.list.currentIndex, 0)
+            verify(!findChild(button.menu.list.itemAtIndex(0), "focusRing").visible, "its colour says it")
             keyClick(Qt.Key_Down)
             keyClick(Qt.Key_Down)
             keyClick(Qt.Key_Up)
