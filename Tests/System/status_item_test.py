@@ -28,6 +28,9 @@ class UnderAPanel(unittest.TestCase):
             self.check_that_it_is_at_the_item(point, window)
             desktop.screen.wait_for("Ouvrir Fenwhirl")
             self.assertIsNone(desktop.main_window(), "nothing else was shown")
+            state = run("xprop", "-id", window[0], "_NET_WM_STATE")
+            for wanted in ("SKIP_TASKBAR", "SKIP_PAGER", "ABOVE"):
+                self.assertIn(f"_NET_WM_STATE_{wanted}", state)
 
     def test_the_panel_closes_on_escape(self):
         with Desktop() as desktop:
@@ -97,10 +100,16 @@ class UnderAPanel(unittest.TestCase):
 
 
 class UnderAClassicTray(unittest.TestCase):
+    @staticmethod
+    def is_wide(ink):
+        return ink is not None and ink[2] > 1.5 * ink[3]
+
     def test_the_icon_appears_and_opens_the_panel_where_it_is(self):
         with Desktop() as desktop:
             desktop.start_tray()
             desktop.start()
+            stage.wait_until(lambda: self.is_wide(desktop.ink()),
+                             lambda: f"the temperature beside the symbol; there is {desktop.ink()}")
             x, _ = desktop.click_item()
             _, left, top, width, _ = desktop.wait_for_panel_window()
             self.assertLess(abs(top - PANEL_HEIGHT), PANEL_HEIGHT)

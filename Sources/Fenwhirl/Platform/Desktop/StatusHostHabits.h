@@ -17,6 +17,11 @@ struct StatusHostHabits {
     bool barIsDark = false; // whatever the appearance of the windows
     // An item without a menu is taken for unfinished and not shown.
     bool wantsMenu = false;
+    // Waits for the owner of an item's own name, which it does not need, and throws the item away when the
+    // answer comes late; the name of the item's connection has no owner to wait for. Others know no such
+    // item.
+    bool dropsNames = false;
+    bool tellsPlaces = true; // a press comes with the item's place, and not always with the same one
     // Two presses open what one should, as long as the first answer to a press was no error.
     bool countsPresses = false;
 };

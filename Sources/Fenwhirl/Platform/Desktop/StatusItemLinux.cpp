@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <QPixmap>
 #include <QScreen>
+#include <QWidget>
 
 #include <utility>
 
@@ -20,6 +21,16 @@ QPoint pointOfPixel(QPoint pixel) {
             return points.topLeft() + (QPointF(pixel - points.topLeft()) / ratio).toPoint();
     }
     return pixel;
+}
+
+// The window that Qt puts into the classic tray, or null while there is none. It is private, and of use here
+// for its size alone.
+QWidget* classicWindow() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->inherits("QSystemTrayIconSys"))
+            return widget;
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -53,10 +64,14 @@ void StatusItemLinux::showNotifierItem() {
         classic_->hide();
     forgetIcons();
     habits_ = statusHostHabits(host_.program());
-    item_ = std::make_unique<StatusNotifierItem>(bus_, habits_);
+    if (habits_.text == StatusHostHabits::Text::asLabel)
+        item_ = std::make_unique<LabelledStatusNotifierItem>(bus_, habits_);
+    else
+        item_ = std::make_unique<StatusNotifierItem>(bus_, habits_);
     connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel, const QString& token) {
         // Hosts that do not know the place send zeros; the pointer was on the item a moment ago.
-        const QPoint place = pixel.isNull() ? QCursor::pos() : pointOfPixel(pixel);
+        const bool known = habits_.tellsPlaces && !pixel.isNull();
+        const QPoint place = known ? pointOfPixel(pixel) : QCursor::pos();
         Q_EMIT activated(QRect(place, QSize(0, 0)), token);
     });
     updateContent(); // before the announcement: the host reads everything at once
@@ -66,7 +81,8 @@ void StatusItemLinux::showNotifierItem() {
 void StatusItemLinux::showClassicIcon() {
     item_.reset();
     forgetIcons();
-    habits_ = {};
+    habits_ = {.text = StatusHostHabits::Text::inIcon};
+    askedWidth_ = 0;
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
         return; // the classic tray needs widgets
     if (!classic_) {
@@ -78,6 +94,7 @@ void StatusItemLinux::showClassicIcon() {
     }
     updateContent();
     classic_->show(); // appears by itself when a tray comes later
+    shown_.reset();   // now there may be a window, which can be made wider
 }
 
 bool StatusItemLinux::isPlaced() const {
@@ -104,13 +121,28 @@ void StatusItemLinux::updateContent() {
             item_->setIcons(icons(wanted));
         item_->setText(text_);
     } else if (classic_) {
-        if (changes) {
-            QIcon icon;
-            for (const QImage& image : icons(wanted))
-                icon.addPixmap(QPixmap::fromImage(image));
-            classic_->setIcon(icon);
-        }
+        if (changes)
+            setClassicIcon(wanted);
         classic_->setToolTip(text_);
+    }
+}
+
+// A classic tray gives a window the width that it asks for, or makes it square all the same, which is seen
+// when the next temperature comes.
+void StatusItemLinux::setClassicIcon(const IconKey& key) {
+    QWidget* const window = classicWindow();
+    if (window != nullptr && window->width() < askedWidth_) {
+        habits_.text = StatusHostHabits::Text::inSquare;
+        drawn_.clear();
+    }
+    const QList<QImage> images = icons(key);
+    QIcon icon;
+    for (const QImage& image : images)
+        icon.addPixmap(QPixmap::fromImage(image));
+    classic_->setIcon(icon);
+    if (window != nullptr) {
+        askedWidth_ = images.first().width();
+        window->setFixedWidth(askedWidth_);
     }
 }
 

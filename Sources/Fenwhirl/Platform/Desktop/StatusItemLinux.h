@@ -51,6 +51,8 @@ private:
     using IconKey = std::pair<QString, bool>;
     [[nodiscard]] QList<QImage> icons(const IconKey& key);
     void forgetIcons();
+    void setClassicIcon(const IconKey& key);
     QCache<IconKey, QList<QImage>> drawn_{16};
     std::optional<IconKey> shown_;
+    int askedWidth_ = 0; // of the classic tray
 };

@@ -100,9 +100,7 @@ void StatusNotifierItem::announce() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         StatusNotifierHost::watcherService(), StatusNotifierHost::watcherPath(),
         StatusNotifierHost::watcherService(), QStringLiteral("RegisterStatusNotifierItem"));
-    // By the connection's own name, not by the one that items have by convention: GNOME's extension waits for
-    // the owner of a name that it does not need, and when the answer comes late it throws the item away.
-    call << bus_.baseService();
+    call << (habits_.dropsNames ? bus_.baseService() : service_);
     bus_.send(call);
 }
 
@@ -117,7 +115,7 @@ void StatusNotifierItem::setIcons(const QList<QImage>& icons) {
 void StatusNotifierItem::setText(const QString& text) {
     const bool changes = std::exchange(title_, text) != text;
     if (changes && habits_.text == StatusHostHabits::Text::asLabel)
-        Q_EMIT XAyatanaNewLabel(label(), label());
+        Q_EMIT XAyatanaNewLabel(title_, title_);
     const bool mayTell =
         iconChanged_ || !told_.isValid() || std::chrono::milliseconds(told_.elapsed()) >= textPause_;
     if (title_ == toldTitle_ || !mayTell)
@@ -147,10 +145,6 @@ QString StatusNotifierItem::status() const {
 QDBusObjectPath StatusNotifierItem::menu() const {
     return QDBusObjectPath(habits_.wantsMenu ? itemPath() + QStringLiteral("/Menu")
                                              : QStringLiteral("/NO_DBUSMENU"));
-}
-
-QString StatusNotifierItem::label() const {
-    return habits_.text == StatusHostHabits::Text::asLabel ? title_ : QString();
 }
 
 // GNOME's extension keeps one press for menus and two for Activate. Until an Activate has succeeded it counts

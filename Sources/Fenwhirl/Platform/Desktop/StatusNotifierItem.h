@@ -61,9 +61,6 @@ class StatusNotifierItem : public QObject, protected QDBusContext {
     Q_PROPERTY(StatusNotifierPixmaps IconPixmap READ iconPixmap)
     Q_PROPERTY(StatusNotifierToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
-    // Not of the protocol, but of those hosts that can write beside an icon.
-    Q_PROPERTY(QString XAyatanaLabel READ label)
-    Q_PROPERTY(QString XAyatanaLabelGuide READ label)
 
 public:
     static constexpr std::chrono::seconds usualTextPause = std::chrono::seconds(10);
@@ -105,9 +102,6 @@ public:
 
     [[nodiscard]] bool itemIsMenu() const { return false; }
 
-    // What the bar writes beside the icon: the text, for a host that does so.
-    [[nodiscard]] QString label() const;
-
 public Q_SLOTS:
 
     // Comes before a click where windows may not take the focus by themselves; good for that one.
@@ -142,4 +136,16 @@ private:
     QElapsedTimer told_;
     bool iconChanged_ = false; // since then
     StatusNotifierPixmaps icon_;
+};
+
+// The same with its text as a label, for hosts that write it beside the icon. Not of the protocol: a host
+// that does not know labels may not show an item that has one, be it empty (MATE).
+class LabelledStatusNotifierItem : public StatusNotifierItem {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString XAyatanaLabel READ title)
+    Q_PROPERTY(QString XAyatanaLabelGuide READ title)
+
+public:
+    using StatusNotifierItem::StatusNotifierItem;
 };

@@ -40,6 +40,17 @@ bool hasCompositor(xcb_connection_t* server) {
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
+// Panels list every window that does not ask them not to. Qt keeps what is set before it shows the window.
+void keepOutOfTaskBars(QWindow& window) {
+    xcb_connection_t* const server = connection();
+    if (server == nullptr)
+        return;
+    const std::array states = {atom(server, "_NET_WM_STATE_SKIP_TASKBAR"),
+                               atom(server, "_NET_WM_STATE_SKIP_PAGER")};
+    xcb_change_property(server, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                        atom(server, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32, states.size(), states.data());
+}
+
 } // namespace
 
 Qt::WindowFlags statusPanelFlags() {
@@ -49,6 +60,7 @@ Qt::WindowFlags statusPanelFlags() {
 void showStatusPanel(QWindow& window, const QString& token) {
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // the Wayland plugin takes it from there
+    keepOutOfTaskBars(window);
     window.show();
     window.raise();
     window.requestActivate();
