@@ -1,5 +1,6 @@
 // The frame of the main window: sidebar, pages, status.
 
+#include "Fenwhirl/Views/Components/Palette.h"
 #include "Stage.h"
 
 #include <QQmlComponent>
@@ -10,6 +11,8 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+using Fenwhirl::PaletteColor;
 
 TEST(MainWindow, TheSidebarListsThePagesInOrder) {
     Stage stage;
@@ -31,6 +34,49 @@ TEST(MainWindow, AClickInTheSidebarShowsThatPageAndMarksIt) {
     EXPECT_TRUE(stage.shows(QStringLiteral("Sois prévenu avant que ton Mac ne souffre")));
     EXPECT_TRUE(stage.find(QStringLiteral("Alertes"), QAccessible::PageTab)->state().selected);
     EXPECT_FALSE(stage.find(QStringLiteral("Tableau de bord"), QAccessible::PageTab)->state().selected);
+}
+
+TEST(MainWindow, TheSelectedRowAloneIsTintedAndRowsFollowTheHeader) {
+    Stage stage;
+    stage.showPage(Page::sensors);
+    const auto color = [](PaletteColor which) {
+        return Fenwhirl::palette(true)[static_cast<std::size_t>(which)];
+    };
+    QList<QRect> rows;
+    for (QAccessibleInterface* tab : stage.all(QAccessible::PageTab))
+        rows.append(QRect(stage.window().mapFromGlobal(tab->rect().topLeft()), tab->rect().size()));
+    for (int i = 0; i < rows.size(); ++i) {
+        // Header of 32 from 34 on, 18, then rows of 40 with 2 between them.
+        EXPECT_EQ(rows.at(i), QRect(10, 34 + 32 + 18 + 42 * i, 188, 40));
+        const QColor ground = stage.colorAt(QPoint(rows.at(i).right() - 12, rows.at(i).center().y()));
+        const QColor sidebar = color(PaletteColor::sidebar);
+        if (i != static_cast<int>(Page::sensors)) {
+            EXPECT_EQ(ground, sidebar) << i;
+            continue;
+        }
+        const QColor accent = color(PaletteColor::accent);
+        EXPECT_NEAR(ground.red(), 0.16 * accent.red() + 0.84 * sidebar.red(), 1.5);
+        EXPECT_NEAR(ground.green(), 0.16 * accent.green() + 0.84 * sidebar.green(), 1.5);
+        EXPECT_NEAR(ground.blue(), 0.16 * accent.blue() + 0.84 * sidebar.blue(), 1.5);
+    }
+    // The emblem: a square of 32, round at its corners, in the accent.
+    EXPECT_EQ(stage.colorAt({18 + 3, 34 + 16}), color(PaletteColor::accent));
+    EXPECT_EQ(stage.colorAt({18 + 31, 34 + 16}), color(PaletteColor::accent));
+    EXPECT_EQ(stage.colorAt({18 + 33, 34 + 16}), color(PaletteColor::sidebar));
+    EXPECT_EQ(stage.colorAt({18, 34}), color(PaletteColor::sidebar));
+}
+
+TEST(MainWindow, APageBegins18PointsInsideItsArea) {
+    Stage stage;
+    stage.show();
+    for (const Page page : allPages) {
+        stage.monitor().setSelectedPage(page);
+        const QString name = QString::fromLatin1(rawValue(page).data());
+        const QList<QAccessibleInterface*> headings = stage.all(QAccessible::Heading);
+        ASSERT_FALSE(headings.isEmpty()) << qPrintable(name);
+        const QPoint corner = stage.window().mapFromGlobal(headings.first()->rect().topLeft());
+        EXPECT_EQ(corner, QPoint(208 + 18, 18)) << qPrintable(name);
+    }
 }
 
 TEST(MainWindow, APageChosenElsewhereIsShown) {

@@ -1,5 +1,6 @@
 // The status item's panel.
 
+#include "Fenwhirl/Views/Components/Palette.h"
 #include "Stage.h"
 
 #include <QTest>
@@ -8,6 +9,8 @@
 #include <limits>
 
 namespace {
+
+using Fenwhirl::PaletteColor;
 
 constexpr auto slider = QAccessible::Slider;
 constexpr auto chip = QAccessible::RadioButton;
@@ -84,19 +87,60 @@ TEST(MenuPanel, AClickOnAPresetAppliesAndMarksIt) {
     EXPECT_TRUE(stage.find(QStringLiteral("Jeu"), chip)->state().checked);
 }
 
+TEST(MenuPanel, OnlyTheActivePresetStandsOnTheAccent) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    const auto grounds = [&stage] {
+        QList<QColor> colors;
+        for (QAccessibleInterface* preset : stage.all(chip)) {
+            const QRect place = preset->rect();
+            colors.append(stage.colorAt(
+                stage.window().mapFromGlobal(QPoint(place.left() + 5, place.center().y()))));
+        }
+        return colors;
+    };
+    const QColor accent = Fenwhirl::palette(true)[static_cast<std::size_t>(PaletteColor::accent)];
+    const QColor well = Fenwhirl::palette(true)[static_cast<std::size_t>(PaletteColor::well)];
+    EXPECT_EQ(grounds(), QList<QColor>({well, well, well, well, well}));
+    stage.monitor().apply(Preset::game);
+    EXPECT_EQ(grounds(), QList<QColor>({well, well, well, accent, well}));
+}
+
+TEST(MenuPanel, TheSliderOfAFanThatFollowsASensorStandsAtItsMeasuredSpeed) {
+    Stage stage;
+    stage.start();
+    FanSetting sensor;
+    sensor.mode = FanModeKind::sensor;
+    sensor.constantRPM = 4000;
+    stage.monitor().setSetting(0, sensor);
+    stage.show(menuPanelFile());
+    EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 2000);
+    EXPECT_EQ(stage.range(slider)->minimumStepSize().toDouble(), 50);
+    sensor.mode = FanModeKind::constant;
+    stage.monitor().setSetting(0, sensor);
+    EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 4000);
+}
+
 TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {
     Stage stage;
     stage.show(menuPanelFile());
     stage.monitor().apply(Preset::automatic);
     FanSetting custom = stage.monitor().setting(0);
     ASSERT_EQ(custom.mode, FanModeKind::automatic);
+    custom.sensorKey = "TC0P";
+    custom.startTemp = 41;
+    custom.maxTemp = 77;
+    stage.monitor().setSetting(0, custom);
+    stage.poll();
     QAccessibleValueInterface* range = stage.range(slider);
     ASSERT_NE(range, nullptr);
     EXPECT_EQ(range->currentValue().toDouble(), 2000); // what it measures
     range->setCurrentValue(3000.0);
     EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::constant);
     EXPECT_EQ(stage.monitor().setting(0).constantRPM, 3000);
+    EXPECT_EQ(stage.monitor().setting(0).sensorKey, custom.sensorKey);
     EXPECT_EQ(stage.monitor().setting(0).startTemp, custom.startTemp);
+    EXPECT_EQ(stage.monitor().setting(0).maxTemp, custom.maxTemp);
     EXPECT_EQ(stage.monitor().activePreset(), std::nullopt);
     EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 3000);
     EXPECT_FALSE(stage.find(QStringLiteral("Auto"), chip)->state().checked);
