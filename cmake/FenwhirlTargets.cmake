@@ -53,7 +53,6 @@ function(fenwhirl_test name)
     fenwhirl_reuse_headers(${name} FenwhirlPlainTestMain)
     # Tests include their own support headers by the path from Tests/.
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
-    target_compile_definitions(${name} PRIVATE FENWHIRL_FIXTURES="${CMAKE_SOURCE_DIR}/Tests/Fixtures")
     if(arg_MOC)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)
     endif()
