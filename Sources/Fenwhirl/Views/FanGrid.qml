@@ -19,6 +19,12 @@ Grid {
     rowSpacing: 18
     visible: machine.fans.count > 0
 
+    // Of the column that holds the card of that number: from whole point to whole point, so that its edges are sharp.
+    function widthAt(index: int): real {
+        const left = index % columns * (columnWidth + columnSpacing)
+        return Math.round(left + columnWidth) - Math.round(left)
+    }
+
     // Of the row that holds the card of that number.
     function rowHeight(index: int): real {
         const first = index - index % columns
@@ -37,7 +43,7 @@ Grid {
 
             choices: root.machine.sensorChoices
             height: root.rowHeight(index)
-            width: root.columnWidth
+            width: root.widthAt(index)
         }
     }
 }

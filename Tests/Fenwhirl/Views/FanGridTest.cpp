@@ -51,6 +51,19 @@ TEST(FanGrid, HasAColumnMoreWhereItHasRoomForIt) {
     }
 }
 
+TEST(FanGrid, EndsAtThePagesEdgeWhateverDoesNotDivide) {
+    Stage stage;
+    stage.world.smc.addOlderFans(3);
+    stage.showPage(Page::fans);
+    for (const int width : {1096, 1097, 1098, 1099, 1100, 1101}) {
+        const QList<QRect> places = cards(stage, width + besideCards);
+        ASSERT_EQ(places.size(), 3);
+        EXPECT_EQ(places.at(2).right() - places.at(0).left() + 1, width);
+        EXPECT_EQ(places.at(1).left() - places.at(0).right() - 1, 18) << width;
+        EXPECT_EQ(places.at(2).left() - places.at(1).right() - 1, 18) << width;
+    }
+}
+
 TEST(FanGrid, KeepsOneColumnsWidthForASingleFan) {
     Stage stage;
     stage.world.smc.setNumber("FNum", "ui8 ", 1);

@@ -5,6 +5,18 @@
 
 namespace Fenwhirl {
 
+namespace {
+
+// From edge to edge, both on whole points but for the end of the row, which is where it is.
+QRectF place(double left, double right, double rowEnd, double top, double height) {
+    constexpr double hairsBreadth = 0.01;
+    const double first = std::round(left);
+    const double last = right > rowEnd - hairsBreadth ? rowEnd : std::round(right);
+    return {first, top, std::max(0.0, last - first), height};
+}
+
+} // namespace
+
 QList<QRectF> filledRows(const QList<double>& naturalWidths, double width, double rowHeight, double spacing) {
     QList<QRectF> places;
     double y = 0.0;
@@ -20,7 +32,7 @@ QList<QRectF> filledRows(const QList<double>& naturalWidths, double width, doubl
         double x = 0.0;
         for (qsizetype i = begin; i < end; ++i) {
             const double itemWidth = std::min(naturalWidths[i], width) + extra;
-            places.append({x, y, itemWidth, rowHeight});
+            places.append(place(x, x + itemWidth, width, y, rowHeight));
             x += itemWidth + spacing;
         }
         y += rowHeight + spacing;
@@ -37,7 +49,7 @@ QList<QRectF> filledRow(const QList<double>& naturalWidths, double width, double
     double x = 0.0;
     for (const double naturalWidth : naturalWidths) {
         const double itemWidth = std::max(0.0, naturalWidth + share);
-        places.append({x, 0.0, itemWidth, height});
+        places.append(place(x, x + itemWidth, width, 0.0, height));
         x += itemWidth;
     }
     return places;

@@ -11,7 +11,8 @@
 //
 // Items go into a row as long as their natural widths fit with the spacing between them; then what the row
 // has left over is shared equally by its items, so that its ends lie flush. An item wider than the width gets
-// a row of its own and is cut to it. All measures in points. Pure; any thread.
+// a row of its own and is cut to it. Items begin and end on whole points, so that their edges are sharp. All
+// measures in points. Pure; any thread.
 
 namespace Fenwhirl {
 

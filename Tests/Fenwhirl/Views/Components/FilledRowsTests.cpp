@@ -1,5 +1,6 @@
 #include "Fenwhirl/Views/Components/FilledRows.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 using Fenwhirl::filledRow;
@@ -35,6 +36,22 @@ TEST(FilledRows, AnItemWiderThanTheRowIsCutToIt) {
     ASSERT_EQ(places.size(), 2);
     EXPECT_EQ(places[0], QRectF(0, 0, 100, 28));
     EXPECT_EQ(places[1].top(), 34);
+}
+
+TEST(FilledRows, ItemsBeginAndEndOnWholePoints) {
+    const QList<QRectF> chips = filledRows({41, 60, 33}, 200.5, 28, 6);
+    const QList<QRectF> segments = filledRow({30.3, 70.2, 110.9}, 300, 28);
+    for (const QList<QRectF>& places : {chips, segments}) {
+        ASSERT_EQ(places.size(), 3);
+        for (const QRectF& place : places)
+            EXPECT_EQ(place.left(), std::round(place.left()));
+        EXPECT_EQ(places[0].right(), std::round(places[0].right()));
+        EXPECT_EQ(places[1].right(), std::round(places[1].right()));
+    }
+    EXPECT_EQ(chips[1].left() - chips[0].right(), 6);
+    EXPECT_EQ(chips[2].right(), 200.5);
+    EXPECT_EQ(segments[1].left(), segments[0].right());
+    EXPECT_EQ(segments[2].right(), 300);
 }
 
 TEST(FilledRows, NoItemsTakeNoPlaces) {
