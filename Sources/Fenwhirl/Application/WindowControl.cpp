@@ -141,8 +141,12 @@ void WindowControl::togglePanel(const QRect& itemPlace, const QString& token) {
     // Whether a window can be translucent is settled when it is made.
     if (!panel_ || surroundings != panelSurroundings_)
         makePanel(surroundings);
-    layOut(*panel_->contentItem());
     itemPlace_ = itemPlace;
+    QScreen* const screen = QGuiApplication::screenAt(itemPlace.center());
+    panel_->setScreen(screen != nullptr ? screen : QGuiApplication::primaryScreen());
+    panel_->setProperty("maximumPanelHeight",
+                        panel_->screen()->availableGeometry().height() - 2 * panelMargin);
+    layOut(*panel_->contentItem());
     placePanel();
     panelReached_ = !focusFollowsPointer();
     panelOpened_.start();
@@ -186,12 +190,7 @@ void WindowControl::alertAccepted() {
 }
 
 void WindowControl::placePanel() {
-    QScreen* screen = QGuiApplication::screenAt(itemPlace_.center());
-    if (screen == nullptr)
-        screen = QGuiApplication::primaryScreen();
-    const QRect free = screen->availableGeometry();
-    panel_->setScreen(screen);
-    panel_->setProperty("maximumPanelHeight", free.height() - 2 * panelMargin);
+    const QRect free = panel_->screen()->availableGeometry();
     // The panel without the margin of its window.
     const QRect panel = panel_->property("panelArea").toRectF().toRect();
     panel_->setPosition(panelPosition(itemPlace_, panel.size(), free) - panel.topLeft());

@@ -161,6 +161,24 @@ TEST(Panel, StandsOnAnItemOfABarAtTheFootAsHighAsItIs) {
         << panel->y() << " + " << panel->height();
 }
 
+TEST(Panel, IsPlacedWithoutAWarning) {
+    static QStringList warnings;
+    warnings.clear();
+    const QtMessageHandler usual =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            if (text.contains(QStringLiteral("qrc:")))
+                warnings.append(text);
+        });
+    {
+        Life life(true);
+        life.windows->togglePanel(QRect(400, 0, 30, 24));
+        life.appearance.setTextScale(2);
+        QCoreApplication::processEvents();
+    }
+    qInstallMessageHandler(usual);
+    EXPECT_EQ(warnings, QStringList());
+}
+
 TEST(Panel, HasOneSizeSoThatTilingDesktopsLetItFloat) {
     Life life(true);
     life.windows->togglePanel(QRect(400, 0, 30, 24));
