@@ -94,8 +94,8 @@ TEST(MenuPanel, OnlyTheActivePresetStandsOnTheAccent) {
         QList<QColor> colors;
         for (QAccessibleInterface* preset : stage.all(chip)) {
             const QRect place = preset->rect();
-            colors.append(stage.colorAt(
-                stage.window().mapFromGlobal(QPoint(place.left() + 5, place.center().y()))));
+            colors.append(
+                stage.colorAt(stage.window().mapFromGlobal(QPoint(place.left() + 5, place.center().y()))));
         }
         return colors;
     };
