@@ -2,28 +2,20 @@
 
 #include "Fenwhirl/Application/ApplicationIconProvider.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
-#include "Fenwhirl/Platform/Desktop/PanelPlacement.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/RestingMemory.h"
 #include "Fenwhirl/Views/Components/SystemSymbols.h"
 #include "Fenwhirl/Views/Components/Theme.h"
 #include "Fenwhirl/Views/Views.h"
 
-#include <QGuiApplication>
-#include <QMouseEvent>
+#include <QEvent>
+#include <QPlatformSurfaceEvent>
 #include <QQmlComponent>
-#include <QQuickItem>
 #include <QQuickWindow>
-#include <QScreen>
-#include <QStyleHints>
 
 #include <utility>
 
 namespace {
-
-// The click that closes the panel may be on the status item and be reported as a wish to open it just after.
-constexpr qint64 reopenGuardMilliseconds = 250;
-constexpr int panelMargin = 16;
 
 bool canBeSeen(const QQuickWindow* window) {
     return window != nullptr && window->isVisible() && window->visibility() != QWindow::Minimized;
@@ -41,13 +33,6 @@ AppearanceChoice choiceOf(AppTheme theme) {
     return AppearanceChoice::system;
 }
 
-// Innermost first. A window lays its content out with its first picture, and only then knows how large it is.
-void layOut(QQuickItem& item) {
-    for (QQuickItem* child : item.childItems())
-        layOut(*child);
-    item.ensurePolished();
-}
-
 ViewServices withOpenMain(ViewServices services, std::function<void()> openMain) {
     services.openMain = std::move(openMain);
     return services;
@@ -60,7 +45,13 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
     : QObject(parent)
     , monitor_(monitor)
     , appearance_(appearance)
-    , models_(monitor, processes, withOpenMain(std::move(services), [this] { openMain(); })) {
+    , models_(monitor, processes, withOpenMain(std::move(services), [this] { openMain(); }))
+    , panel_([this](const QVariantMap& properties) {
+        QVariantMap all = withModels();
+        all.insert(properties);
+        return makeWindow(menuPanelFile(), all);
+    }) {
+    connect(&panel_, &PanelControl::opening, this, [this] { models_.setAwake(true); });
     connect(&monitor, &Monitor::themeChanged, this, &WindowControl::applyTheme);
     connect(&monitor, &Monitor::languageChanged, this, &WindowControl::retranslate);
     connect(&appearance, &SystemAppearance::changed, this, &WindowControl::applyAppearance);
@@ -72,8 +63,8 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
 }
 
 WindowControl::~WindowControl() {
-    for (QQuickWindow* window : {main_.get(), panel_.get(), alert_.get()})
-        stopListening(window);
+    stopListening(main_.get());
+    stopListening(alert_.get());
 }
 
 QQmlEngine& WindowControl::engine() {
@@ -100,7 +91,6 @@ std::unique_ptr<QQuickWindow> WindowControl::makeWindow(const QUrl& file, const 
         qFatal("A window could not be made: %s", qUtf8Printable(component.errorString()));
     }
     watchVisibility(*window);
-    window->installEventFilter(this);
     return window;
 }
 
@@ -114,11 +104,12 @@ void WindowControl::appear() {
 }
 
 void WindowControl::openMain(const QString& token) {
-    closePanel();
+    panel_.close();
     MainWindowBehaviour::setRegular();
     if (!main_) {
         models_.setAwake(true); // the first picture shows what there is
         main_ = makeWindow(mainWindowFile(), withModels());
+        main_->installEventFilter(this);
         connect(main_.get(), &QWindow::activeChanged, this, [this] {
             if (main_->isActive())
                 MainWindowBehaviour::setRegular();
@@ -128,49 +119,7 @@ void WindowControl::openMain(const QString& token) {
 }
 
 void WindowControl::togglePanel(const QRect& itemPlace, const QString& token) {
-    if (panel_ && panel_->isVisible()) {
-        // The second half of a double click asks for nothing.
-        if (panelOpened_.elapsed() >= QGuiApplication::styleHints()->mouseDoubleClickInterval())
-            closePanel();
-        return;
-    }
-    if (panelClosed_.isValid() && panelClosed_.elapsed() < reopenGuardMilliseconds)
-        return;
-    models_.setAwake(true);
-    const PanelSurroundings surroundings = panelSurroundings();
-    // Whether a window can be translucent is settled when it is made.
-    if (!panel_ || surroundings != panelSurroundings_)
-        makePanel(surroundings);
-    itemPlace_ = itemPlace;
-    QScreen* const screen = QGuiApplication::screenAt(itemPlace.center());
-    panel_->setScreen(screen != nullptr ? screen : QGuiApplication::primaryScreen());
-    panel_->setProperty("maximumPanelHeight",
-                        panel_->screen()->availableGeometry().height() - 2 * panelMargin);
-    layOut(*panel_->contentItem());
-    placePanel();
-    panelReached_ = !focusFollowsPointer();
-    panelOpened_.start();
-    showStatusPanel(*panel_, token);
-}
-
-void WindowControl::makePanel(PanelSurroundings surroundings) {
-    stopListening(panel_.get());
-    QVariantMap properties = withModels();
-    properties.insert(QStringLiteral("composed"), surroundings != PanelSurroundings::cut);
-    properties.insert(QStringLiteral("shadowed"), surroundings == PanelSurroundings::shadowed);
-    panel_ = makeWindow(menuPanelFile(), properties);
-    panelSurroundings_ = surroundings;
-    panel_->setFlags(statusPanelFlags());
-    connect(panel_.get(), &QWindow::activeChanged, this, [this] {
-        if (!panel_->isActive() && panelReached_)
-            closePanel();
-    });
-    // Its content may change while it is shown.
-    connect(panel_.get(), SIGNAL(panelAreaChanged()), this, SLOT(placePanel()));
-    connect(panel_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
-        if (!visible)
-            panelClosed_.start();
-    });
+    panel_.toggle(itemPlace, token);
 }
 
 void WindowControl::showAlert(const AlertTexts& texts, std::function<void()> accepted) {
@@ -189,51 +138,11 @@ void WindowControl::alertAccepted() {
         accepted();
 }
 
-void WindowControl::placePanel() {
-    const QRect free = panel_->screen()->availableGeometry();
-    // The panel without the margin of its window.
-    const QRect panel = panel_->property("panelArea").toRectF().toRect();
-    panel_->setPosition(panelPosition(itemPlace_, panel.size(), free) - panel.topLeft());
-    const int margin = panel.left(); // on all sides; the shadow falls a little
-    declareShadow(*panel_, {margin, panel.top(), margin, 2 * margin - panel.top()});
-}
-
-void WindowControl::closePanel() {
-    if (!panel_ || !panel_->isVisible())
-        return;
-    panel_->setMouseGrabEnabled(false);
-    panel_->close();
-}
-
 bool WindowControl::eventFilter(QObject* watched, QEvent* event) {
-    auto* window = qobject_cast<QQuickWindow*>(watched);
-    switch (event->type()) {
-    case QEvent::PlatformSurface:
-        if (window == main_.get() && window != nullptr &&
-            static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
-                QPlatformSurfaceEvent::SurfaceCreated)
-            MainWindowBehaviour::configure(*window);
-        break;
-    case QEvent::Expose:
-        if (panel_ && window == panel_.get() && window->isExposed())
-            grabPresses(*window);
-        break;
-    case QEvent::Enter:
-    case QEvent::KeyPress:
-        if (panel_ && window == panel_.get())
-            panelReached_ = true;
-        break;
-    case QEvent::MouseButtonPress:
-        if (panel_ && window == panel_.get() &&
-            !QRect(QPoint(), window->size())
-                 .contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
-            closePanel();
-            return true;
-        }
-        break;
-    default:
-        break;
-    }
+    if (watched == main_.get() && event->type() == QEvent::PlatformSurface &&
+        static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
+            QPlatformSurfaceEvent::SurfaceCreated)
+        MainWindowBehaviour::configure(*main_);
     return QObject::eventFilter(watched, event);
 }
 
@@ -250,7 +159,7 @@ void WindowControl::watchVisibility(QQuickWindow& window) {
 }
 
 void WindowControl::updateAwake() {
-    const bool awake = canBeSeen(main_.get()) || canBeSeen(panel_.get());
+    const bool awake = canBeSeen(main_.get()) || canBeSeen(panel_.window());
     models_.setAwake(awake);
     if (!awake)
         rest_.start();

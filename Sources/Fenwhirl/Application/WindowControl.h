@@ -9,11 +9,10 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/Desktop/StatusPanel.h"
+#include "Fenwhirl/Application/PanelControl.h"
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
 #include "Fenwhirl/Views/ViewModels.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QQmlEngine>
 #include <QRect>
@@ -64,7 +63,6 @@ public:
     // desktop's permission to take the focus.
     void openMain(const QString& token = {});
     // Opens the panel at the status item's place, or closes it when it is open.
-    // `token` is the desktop's permission to take the focus.
     void togglePanel(const QRect& itemPlace, const QString& token = {});
 
     // Brings the program to the front with a question that stays before everything else; `accepted` is called
@@ -75,7 +73,7 @@ public:
     [[nodiscard]] QQuickWindow* main() const { return main_.get(); }
 
     // The status item's panel; null before it was first opened.
-    [[nodiscard]] QQuickWindow* panel() const { return panel_.get(); }
+    [[nodiscard]] QQuickWindow* panel() const { return panel_.window(); }
 
     // Whether the engine exists, that is whether anything was ever shown.
     [[nodiscard]] bool hasEngine() const { return engine_ != nullptr; }
@@ -84,7 +82,6 @@ public:
 
 private Q_SLOTS:
     void alertAccepted();
-    void placePanel();
 
 private:
     [[nodiscard]] QQmlEngine& engine();
@@ -97,21 +94,14 @@ private:
     // Before a window goes: it says that it does, and by then it is no window any more. Null is nothing.
     void stopListening(QQuickWindow* window);
     void updateAwake();
-    void makePanel(PanelSurroundings surroundings);
-    void closePanel();
 
     Monitor& monitor_;
     SystemAppearance& appearance_;
     ViewModels models_;
     std::unique_ptr<QQmlEngine> engine_;
     std::unique_ptr<QQuickWindow> main_;
-    std::unique_ptr<QQuickWindow> panel_;
-    PanelSurroundings panelSurroundings_ = PanelSurroundings::cut;
-    QRect itemPlace_;           // where the panel belongs
-    bool panelReached_ = false; // somebody has come to it since it opened
-    QElapsedTimer panelOpened_;
+    PanelControl panel_;
     std::unique_ptr<QQuickWindow> alert_;
     std::function<void()> acceptAlert_;
-    QElapsedTimer panelClosed_;
     QTimer rest_;
 };

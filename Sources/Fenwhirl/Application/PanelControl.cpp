@@ -1,0 +1,126 @@
+#include "Fenwhirl/Application/PanelControl.h"
+
+#include "Fenwhirl/Platform/Desktop/PanelPlacement.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QScreen>
+#include <QStyleHints>
+
+#include <utility>
+
+namespace {
+
+// The click that closes the panel may be on the status item and be reported as a wish to open it just after.
+constexpr qint64 reopenGuardMilliseconds = 250;
+constexpr int screenMargin = 16;
+
+// Innermost first. A window lays its content out with its first picture, and only then knows how large it is.
+void layOut(QQuickItem& item) {
+    for (QQuickItem* child : item.childItems())
+        layOut(*child);
+    item.ensurePolished();
+}
+
+} // namespace
+
+PanelControl::PanelControl(Maker maker) : maker_(std::move(maker)) {}
+
+PanelControl::~PanelControl() {
+    forgetWindow();
+}
+
+void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
+    if (window_ && window_->isVisible()) {
+        // The second half of a double click asks for nothing.
+        if (opened_.elapsed() >= QGuiApplication::styleHints()->mouseDoubleClickInterval())
+            close();
+        return;
+    }
+    if (closed_.isValid() && closed_.elapsed() < reopenGuardMilliseconds)
+        return;
+    Q_EMIT opening();
+    const PanelSurroundings surroundings = panelSurroundings();
+    // Whether a window can be translucent is settled when it is made.
+    if (!window_ || surroundings != surroundings_)
+        make(surroundings);
+    itemPlace_ = itemPlace;
+    QScreen* const screen = QGuiApplication::screenAt(itemPlace.center());
+    window_->setScreen(screen != nullptr ? screen : QGuiApplication::primaryScreen());
+    window_->setProperty("maximumPanelHeight",
+                         window_->screen()->availableGeometry().height() - 2 * screenMargin);
+    layOut(*window_->contentItem());
+    place();
+    isReached_ = !focusFollowsPointer();
+    opened_.start();
+    showStatusPanel(*window_, token);
+}
+
+void PanelControl::make(PanelSurroundings surroundings) {
+    forgetWindow();
+    window_ = maker_({{QStringLiteral("composed"), surroundings != PanelSurroundings::cut},
+                      {QStringLiteral("shadowed"), surroundings == PanelSurroundings::shadowed}});
+    surroundings_ = surroundings;
+    window_->setFlags(statusPanelFlags());
+    window_->installEventFilter(this);
+    connect(window_.get(), &QWindow::activeChanged, this, [this] {
+        if (!window_->isActive() && isReached_)
+            close();
+    });
+    // Its content may change while it is shown.
+    connect(window_.get(), SIGNAL(panelAreaChanged()), this, SLOT(place()));
+    connect(window_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
+        if (!visible)
+            closed_.start();
+    });
+}
+
+void PanelControl::forgetWindow() {
+    if (!window_)
+        return;
+    // It says that it goes, and by then it is no window any more.
+    window_->removeEventFilter(this);
+    window_->disconnect();
+    window_.reset();
+}
+
+void PanelControl::place() {
+    const QRect free = window_->screen()->availableGeometry();
+    // The panel without the margin of its window.
+    const QRect panel = window_->property("panelArea").toRectF().toRect();
+    window_->setPosition(panelPosition(itemPlace_, panel.size(), free) - panel.topLeft());
+    const int margin = panel.left(); // on all sides; the shadow falls a little
+    declareShadow(*window_, {margin, panel.top(), margin, 2 * margin - panel.top()});
+}
+
+void PanelControl::close() {
+    if (!window_ || !window_->isVisible())
+        return;
+    window_->setMouseGrabEnabled(false);
+    window_->close();
+}
+
+bool PanelControl::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::Expose:
+        if (window_->isExposed())
+            grabPresses(*window_);
+        break;
+    case QEvent::Enter:
+    case QEvent::KeyPress:
+        isReached_ = true;
+        break;
+    case QEvent::MouseButtonPress:
+        if (!QRect(QPoint(), window_->size())
+                 .contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
+            close();
+            return true;
+        }
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
