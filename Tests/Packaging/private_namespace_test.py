@@ -8,6 +8,7 @@ import tempfile
 import unittest
 
 SCRIPT = "Packaging/Linux/private-namespace"
+MODULES = "Packaging/Linux/isolation"
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 AS_NOBODY = ("setpriv", "--reuid=65534", "--regid=65534", "--clear-groups")
 FOR_ITS_OWNER = 0o700
@@ -21,6 +22,7 @@ class WhereTheProjectLies(unittest.TestCase):
         self.checkout = self.home / "with a blank" / "checkout"
         (self.checkout / SCRIPT).parent.mkdir(parents=True)
         shutil.copy(ROOT / SCRIPT, self.checkout / SCRIPT)
+        shutil.copytree(ROOT / MODULES, self.checkout / MODULES)
         self.checkout.chmod(0o755)
         (self.checkout / "build").mkdir()
         (self.checkout / "build/program").write_text("what was built", encoding="ascii")

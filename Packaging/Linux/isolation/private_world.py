@@ -1,0 +1,237 @@
+"""A world of its own for a command: the computer's files, but an empty /run, an empty /Library and an empty home.
+
+Where the kernel allows it, process numbers, the computer's name and the network are its own, too.
+"""
+
+import contextlib
+import errno
+import os
+import pathlib
+import signal
+import stat
+
+import supervision
+import system_calls as kernel
+
+# What the new root is put together in, and what lies there instead of the computer's.
+NEW_ROOT = "/mnt"
+OWN_PLACES = ("run", "Library", "proc", "mnt", "lost+found")
+
+
+class CannotBeMade(Exception):
+    """The kernel, or who runs it, does not let us make one."""
+
+
+class PrivateWorld:
+    """One attempt; `own_processes` says whether to ask for process numbers of its own."""
+
+    def __init__(self, keep_session, own_processes, way_to):
+        self.keep_session, self.own_processes, self.way_to = keep_session, own_processes, way_to
+        self.own = ["mounts"]  # what of this world is its own
+
+    def run(self, command):
+        """Runs the command in a new world and returns its status; raises CannotBeMade before anything was run."""
+        progress, said = os.pipe()
+        may_go_on, go_on = os.pipe()
+        child = supervision.start(lambda: self._enter(command, said, may_go_on))
+        os.close(said)
+        os.close(may_go_on)
+        with os.fdopen(progress, "rb", buffering=0) as answers, os.fdopen(go_on, "wb", buffering=0) as permission:
+            # The child says "u" when it has made a user namespace and waits for its numbers, "." when all is made.
+            word = answers.read(1)
+            if word == b"u":
+                _map_users(child)
+                permission.write(b".")
+                word = answers.read(1)
+            if word != b".":
+                reason = answers.read().decode(errors="replace")
+                supervision.wait(child)
+                raise CannotBeMade(reason or "it ended before it was made")
+        return supervision.wait(child)
+
+    # --- The child: leaves the computer's namespaces, and stays to pass signals on ---
+
+    def _enter(self, command, said, may_go_on):
+        kernel.die_with_parent(signal.SIGKILL)
+        try:
+            self._leave_namespaces(said, may_go_on)
+        except OSError as error:
+            _refuse(said, error)
+        # Process numbers of our own begin with the first child, which then is this world's first process.
+        first = supervision.start(lambda: self._settle(command, said))
+        os.close(said)
+        os._exit(supervision.wait(first))
+
+    def _leave_namespaces(self, said, may_go_on):
+        try:
+            kernel.unshare(kernel.NEW_MOUNTS)
+        except PermissionError:
+            kernel.unshare(kernel.NEW_USERS)
+            os.write(said, b"u")
+            if not os.read(may_go_on, 1):
+                raise OSError(errno.EPERM, "no user numbers were given") from None
+            kernel.unshare(kernel.NEW_MOUNTS)
+        self._try_to_leave(kernel.NEW_HOST_NAME, "name")
+        if not self.keep_session:
+            self._try_to_leave(kernel.NEW_NETWORK, "network")
+        if self.own_processes:
+            kernel.unshare(kernel.NEW_PROCESSES)
+            self.own.append("processes")
+
+    def _try_to_leave(self, flag, what):
+        with contextlib.suppress(OSError):
+            kernel.unshare(flag)
+            self.own.append(what)
+
+    # --- The world's first process: makes its files, and stays until the command is done ---
+
+    def _settle(self, command, said):
+        kernel.die_with_parent(signal.SIGKILL)
+        if not self.own_processes:
+            kernel.adopt_orphans()
+        where = os.getcwd()
+        try:
+            kernel.mount(None, "/", flags=kernel.MS_PRIVATE | kernel.MS_RECURSIVE)
+            self._make_root()
+        except OSError as error:
+            _refuse(said, error)
+        os.chdir(where)
+        self._set_environment()
+        os.write(said, b".")
+        os.close(said)
+        child = supervision.start(lambda: supervision.execute(command))
+        status = supervision.wait(child)
+        if not self.own_processes:
+            supervision.end_descendants()
+        os._exit(status)
+
+    def _make_root(self):
+        root = pathlib.Path(NEW_ROOT)
+        # What lies there is hidden by the new root, and comes into it by its open folder; the new root, lying on it, comes
+        # along.
+        hidden = os.open(root, os.O_PATH | os.O_DIRECTORY)
+        _mount_empty(root)
+        (root / "mnt").mkdir()
+        kernel.mount(f"/proc/self/fd/{hidden}", root / "mnt", flags=kernel.MS_BIND | kernel.MS_RECURSIVE)
+        os.close(hidden)
+        kernel.unmount(root / "mnt")
+        _show_content(pathlib.Path("/"), root, OWN_PLACES)
+        for name in ("run", "Library", "proc", ".before"):
+            (root / name).mkdir()
+        if not self.keep_session:
+            _open_the_way(self.way_to, root)
+        _mount_empty(root / "run")
+        _mount_empty(root / "Library")
+        (root / "run/home").mkdir(0o700)
+        _make_open_folder(root / "run/lock")
+        self._bring_the_session_along(root)
+        if not self.keep_session:
+            # Displays are known by small numbers, and two worlds that make one at the same moment would meet in it.
+            _make_open_folder(pathlib.Path("/tmp/.X11-unix"))
+            _mount_empty(root / "tmp/.X11-unix", "1777")
+            if "network" in self.own:
+                kernel.bring_loopback_up()
+        if self.own_processes:
+            kernel.mount("proc", root / "proc", "proc")
+        else:
+            kernel.mount("/proc", root / "proc", flags=kernel.MS_BIND | kernel.MS_RECURSIVE)
+        kernel.pivot_root(root, root / ".before")
+        kernel.unmount("/.before", kernel.DETACH)
+        os.rmdir("/.before")
+
+    def _bring_the_session_along(self, root):
+        runtime = os.environ.get("XDG_RUNTIME_DIR", "")
+        if self.keep_session and runtime.startswith("/run/") and os.path.isdir(runtime):
+            inside = pathlib.Path(f"{root}{runtime}")
+            inside.mkdir(parents=True)
+            kernel.mount(runtime, inside, flags=kernel.MS_BIND | kernel.MS_RECURSIVE)
+        else:
+            (root / "run/user").mkdir(0o700)
+
+    def _set_environment(self):
+        set_home("/run/home", keep_display=self.keep_session)
+        if not (self.keep_session and os.path.isdir(os.environ.get("XDG_RUNTIME_DIR", ""))):
+            os.environ["XDG_RUNTIME_DIR"] = "/run/user"
+            os.environ.pop("DBUS_SESSION_BUS_ADDRESS", None)
+        describe("/run", self.own)
+
+
+def set_home(home, keep_display):
+    """Makes that folder the home, and forgets where the user's own keeps things."""
+    # A display's key lies in the home that is left behind, unless it is told where.
+    key = os.path.join(os.environ.get("HOME", ""), ".Xauthority")
+    if keep_display and "XAUTHORITY" not in os.environ and os.path.isfile(key):
+        os.environ["XAUTHORITY"] = key
+    os.environ["HOME"] = home
+    for name in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"):
+        os.environ.pop(name, None)
+
+
+def describe(scratch, own):
+    """Tells the command where it may leave things, and what of the world that it runs in is its own."""
+    os.environ["FENWHIRL_SCRATCH"] = scratch
+    os.environ["FENWHIRL_OWN"] = " ".join(own)
+    os.environ["FENWHIRL_WORLD_PROCESS"] = str(os.getpid())
+
+
+def _refuse(said, error):
+    os.write(said, b"!" + str(error).encode())
+    os._exit(1)
+
+
+def _map_users(child):
+    """Gives the user namespace of a child its numbers: all of ours where we may, or else ours alone as root's."""
+    try:
+        for name in ("uid_map", "gid_map"):
+            with open(f"/proc/self/{name}", encoding="ascii") as own:
+                ranges = [line.split() for line in own]
+            _write(f"/proc/{child}/{name}", "".join(f"{first} {first} {count}\n" for first, _, count in ranges))
+    except PermissionError:
+        _write(f"/proc/{child}/setgroups", "deny")
+        _write(f"/proc/{child}/uid_map", f"0 {os.geteuid()} 1\n")
+        _write(f"/proc/{child}/gid_map", f"0 {os.getegid()} 1\n")
+
+
+def _write(path, text):
+    with open(path, "w", encoding="ascii") as file:
+        file.write(text)
+
+
+def _mount_empty(place, mode="0755"):
+    kernel.mount("tmpfs", place, "tmpfs", options=f"mode={mode}")
+
+
+def _make_open_folder(place):
+    with contextlib.suppress(FileExistsError):
+        place.mkdir()
+        place.chmod(0o1777)
+
+
+def _show_content(folder, place, but):
+    """What lies in a folder now lies at that place, too, but for what has one of these names."""
+    for entry in os.scandir(folder):
+        if entry.name in but:
+            continue
+        shown = place / entry.name
+        if entry.is_symlink():
+            os.symlink(os.readlink(entry.path), shown)
+        elif entry.is_dir():
+            shown.mkdir()
+            kernel.mount(entry.path, shown, flags=kernel.MS_BIND | kernel.MS_RECURSIVE)
+        elif entry.is_file():
+            shown.touch()
+            kernel.mount(entry.path, shown, flags=kernel.MS_BIND)
+
+
+def _open_the_way(path, root):
+    """Commands are tried as another user, too, who may be kept from the folders that this project lies in, as from /root.
+
+    In the new root each of those is an open one with the same content.
+    """
+    folder = pathlib.Path("/")
+    for name in pathlib.Path(path).parts[1:]:
+        folder = folder / name
+        inside = pathlib.Path(f"{root}{folder}")
+        if not inside.stat().st_mode & stat.S_IXOTH:
+            _mount_empty(inside)
+            _show_content(folder, inside, ())
