@@ -16,6 +16,7 @@ import threading
 import time
 
 import session_bus_relay
+import stage
 
 
 def main():
@@ -46,7 +47,7 @@ def main():
     environment = dict(os.environ)
     user, bus = session_bus_relay.user_outside(), session_bus_relay.socket_of(os.environ.get("DBUS_SESSION_BUS_ADDRESS"))
     if user is not None and bus is not None:
-        environment["DBUS_SESSION_BUS_ADDRESS"] = session_bus_relay.relay("/run/session-bus", bus, user)
+        environment["DBUS_SESSION_BUS_ADDRESS"] = session_bus_relay.relay(f"{stage.SCRATCH}/session-bus", bus, user)
     application = subprocess.Popen([chosen.build / "bin/Fenwhirl"], stdin=subprocess.DEVNULL, env=environment)
     threading.Thread(target=pass_commands_on, args=(mac,), daemon=True).start()
     status = application.wait()

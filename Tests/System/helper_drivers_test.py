@@ -8,7 +8,7 @@ import subprocess
 import unittest
 
 from helper_stage import BUILD, NOBODY, OLDER_MAC, HelperTest
-from stage import SimulatedMac
+from stage import SimulatedMac, require_own
 
 CLASSES = pathlib.Path("/sys/class/hwmon")
 MEMORY = pathlib.Path("/run/fenwhirl")
@@ -18,6 +18,7 @@ class WithDrivers(HelperTest):
     machine = None
 
     def setUp(self):
+        require_own("mounts", "a /sys made of files")
         super().setUp()
         subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=0755", "tmpfs", "/sys"], check=True)
         self.addCleanup(subprocess.run, ["umount", "/sys"], check=True)

@@ -14,10 +14,11 @@ import time
 import unittest
 
 from helper_stage import HELPER, NOBODY, STATUSES, WRITABLE_KEYS, HelperTest
-from stage import rounds
+from stage import SCRATCH, rounds
 
 STARTS = rounds(2000, 20000)
 SEED = None
+SHARED, HOME = SCRATCH / "shared", SCRATCH / "home"
 
 WORDS = [b"version", b"set", b"auto", b"bogus", b"", b"0", b"1", b"2", b"-1", b"+1", b"+-1", b"65535", b"65536", b"007",
          b"9223372036854775807", b"9223372036854775808", b"-9223372036854775808", b"2400", b"-2400", b"2400.5", b"2400,5",
@@ -27,8 +28,8 @@ WORDS = [b"version", b"set", b"auto", b"bogus", b"", b"0", b"1", b"2", b"-1", b"
 VARIABLES = [b"LD_PRELOAD", b"LD_LIBRARY_PATH", b"LD_AUDIT", b"LD_DEBUG", b"LD_BIND_NOW", b"GLIBC_TUNABLES", b"MALLOC_CHECK_",
              b"LC_ALL", b"LANG", b"LANGUAGE", b"LOCPATH", b"TZ", b"PATH", b"HOME", b"TMPDIR", b"IFS", b"FENWHIRL", b"",
              b"GCONV_PATH", b"NLSPATH", b"MALLOC_PERTURB_", b"LD_DEBUG_OUTPUT"]
-VALUES = [b"", b"1", b"/run/shared/evil.so", b"fr_FR.UTF-8", b"all", b"C", b"../../run/shared", b"\xff" * 40, b"x" * 20000, b"%n",
-          b"glibc.malloc.check=3", b"/run/home/evil"]
+VALUES = [b"", b"1", os.fsencode(SCRATCH / "shared/evil.so"), b"fr_FR.UTF-8", b"all", b"C", b"../../run/shared", b"\xff" * 40,
+          b"x" * 20000, b"%n", b"glibc.malloc.check=3", os.fsencode(SCRATCH / "home/evil")]
 LIMITS = {resource.RLIMIT_NOFILE: (0, 3, 4, 5, 64), resource.RLIMIT_AS: (1 << 20, 8 << 20, 1 << 30),
           resource.RLIMIT_DATA: (0, 1 << 16, 1 << 20), resource.RLIMIT_STACK: (0, 1 << 14, 1 << 20),
           resource.RLIMIT_FSIZE: (0, 1), resource.RLIMIT_CPU: (0, 1), resource.RLIMIT_NPROC: (0, 1),
@@ -66,7 +67,7 @@ class Start:
             limit = chance.choice(list(LIMITS))
             self.limits[limit] = chance.choice(LIMITS[limit])
         self.umask = chance.choice((0, 0o22, 0o777))
-        self.folder = chance.choice(("/", "/run/shared", "/run/home", "/proc/self"))
+        self.folder = chance.choice(("/", SHARED, HOME, "/proc/self"))
 
     def __repr__(self):
         return repr(vars(self))
@@ -146,10 +147,10 @@ class HostileStarts(HelperTest):
     def test_end_in_a_known_way_and_reach_nothing_but_the_fans(self):
         seed = SEED if SEED is not None else random.SystemRandom().randrange(1 << 32)
         chance = random.Random(seed)
-        os.makedirs("/run/shared", exist_ok=True)
-        for place in ("/run/shared", "/run/home"):
+        os.makedirs(SHARED, exist_ok=True)
+        for place in (SHARED, HOME):
             os.chmod(place, 0o777)
-        places = {place: set(os.listdir(place)) for place in ("/", "/run", "/run/shared", "/run/home", "/run/fenwhirl")}
+        places = {place: set(os.listdir(place)) for place in ("/", "/run", SCRATCH, SHARED, HOME, "/run/fenwhirl")}
         outcomes = {}
         faults = []
         for _ in range(STARTS):

@@ -10,7 +10,9 @@ import subprocess
 import unittest
 
 from helper_stage import BUILD, HELPER, NOBODY, OLDER_MAC, HelperTest, Probe, as_nobody, lay_out_probe, require_real_root
-from stage import SimulatedMac, rounds, wait_until
+from stage import SCRATCH, SimulatedMac, require_own, rounds, wait_until
+
+SHARED = SCRATCH / "shared"  # for files of anybody
 
 
 def describe(path):
@@ -78,14 +80,14 @@ class AsRoot(InstallTest):
                              (after.st_mtime_ns, after.st_size, after.st_mode))
 
     def test_a_path_that_would_end_its_quotes_is_refused(self):
-        for folder in ("/run/o'brien", "/run/a'; touch pwned; '", "/run/a\"b", "/run/a\\b", "/run/a\nb"):
-            probe = self.probe(folder=folder)
+        for folder in ("o'brien", "a'; touch pwned; '", "a\"b", "a\\b", "a\nb"):
+            probe = self.probe(folder=SCRATCH / folder)
             self.assertEqual(probe.tell("install"), "no", folder)
         self.assertFalse(HELPER.parent.exists())
         self.assertFalse(os.path.exists("pwned"))
 
     def test_a_path_with_other_oddities_is_not(self):
-        probe = self.probe(folder="/run/l’été $HOME `id` & co")
+        probe = self.probe(folder=SCRATCH / "l’été $HOME `id` & co")
         self.assertEqual(probe.tell("install"), "yes")
         self.assertEqual(describe(HELPER), ("-rwsr-xr-x", 0, 0))
 
@@ -97,21 +99,21 @@ class AsRoot(InstallTest):
             self.assertEqual(self.probe().tell("install"), "no")
             self.assertEqual(os.listdir(HELPER.parent), [])
         HELPER.parent.rmdir()
-        os.symlink("/run", HELPER.parent)
+        os.symlink(SCRATCH, HELPER.parent)
         self.assertEqual(self.probe().tell("install"), "no")
-        self.assertFalse(os.path.exists("/run/FenwhirlHelper"))
+        self.assertFalse(os.path.exists(SCRATCH / "FenwhirlHelper"))
 
     def test_nobody_can_exchange_the_file_between_the_steps(self):
-        os.makedirs("/run/shared")
-        os.chmod("/run/shared", 0o1777)
+        os.makedirs(SHARED)
+        os.chmod(SHARED, 0o1777)
         swapper = subprocess.Popen(
             ["/usr/bin/python3", "-c",
-             "import os,sys\nhelper=sys.argv[1]; open('/run/shared/evil','w').close(); done=0\n"
+             "import os,sys\nhelper,evil=sys.argv[1:]; open(evil,'w').close(); done=0\n"
              "while True:\n"
-             " for attempt in (lambda: os.rename('/run/shared/evil', helper), lambda: os.symlink('/run/shared/evil', helper),\n"
+             " for attempt in (lambda: os.rename(evil, helper), lambda: os.symlink(evil, helper),\n"
              "                 lambda: os.unlink(helper), lambda: open(helper, 'r+')):\n"
              "  try: attempt(); print('exchanged', flush=True)\n"
-             "  except OSError: pass\n", str(HELPER)],
+             "  except OSError: pass\n", str(HELPER), str(SHARED / "evil")],
             stdout=subprocess.PIPE, user=NOBODY, group=NOBODY, extra_groups=[], cwd="/")
         self.addCleanup(swapper.stdout.close)
         self.addCleanup(swapper.wait)
@@ -126,6 +128,7 @@ class AsRoot(InstallTest):
         self.assertEqual(swapper.stdout.read(), b"")
 
     def test_a_full_disk_leaves_no_helper_with_the_bit(self):
+        require_own("mounts", "a full disk")
         subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k,mode=0755", "tmpfs", "/Library"], check=True)
         probe = self.probe()
         self.assertEqual(probe.tell("install"), "no")
@@ -134,12 +137,13 @@ class AsRoot(InstallTest):
             self.assertFalse(os.stat(HELPER).st_mode & stat.S_ISUID)
 
     def test_an_update_that_breaks_off_is_seen_as_outdated(self):
+        require_own("mounts", "a full disk")
         size = (os.path.getsize(BUILD / "bin/Fenwhirl") + 200_000) // 1024
         subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={size}k,mode=0755", "tmpfs", "/Library"], check=True)
         probe = self.probe()
         self.assertEqual(probe.tell("install"), "yes")
         self.assertEqual(probe.tell("version"), "3")
-        larger = lay_out_probe("/run/larger")
+        larger = lay_out_probe(SCRATCH / "larger")
         content = larger.read_bytes()
         larger.write_bytes(b"#!/bin/sh\nexit 1\n" + content + bytes(600_000))  # does not fit, and is no program
         command = f"cp '{larger}' '{HELPER}'"
@@ -158,22 +162,23 @@ class AsRoot(InstallTest):
 class AsAnOrdinaryUser(InstallTest):
     def offer_pkexec(self, body):
         """Puts a program in the place of the one that asks for the password, in this private world only."""
-        for folder in ("/run/upper", "/run/work"):
-            os.makedirs(folder)
-        subprocess.run(["mount", "-t", "overlay", "overlay", "-o", "lowerdir=/usr/bin,upperdir=/run/upper,workdir=/run/work",
-                        "/usr/bin"], check=True)
+        require_own("mounts", "another program in the place of pkexec")
+        for folder in ("upper", "work"):
+            os.makedirs(SCRATCH / folder)
+        subprocess.run(["mount", "-t", "overlay", "overlay", "-o",
+                        f"lowerdir=/usr/bin,upperdir={SCRATCH}/upper,workdir={SCRATCH}/work", "/usr/bin"], check=True)
         with open("/usr/bin/pkexec", "w", encoding="ascii") as file:
-            file.write("#!/bin/sh\nfor word; do printf '<%s>' \"$word\"; done > /run/shared/asked\n" + body + "\n")
+            file.write(f"#!/bin/sh\nfor word; do printf '<%s>' \"$word\"; done > {SHARED}/asked\n{body}\n")
         os.chmod("/usr/bin/pkexec", 0o755)
-        os.makedirs("/run/shared")
-        os.chmod("/run/shared", 0o777)
+        os.makedirs(SHARED)
+        os.chmod(SHARED, 0o777)
 
     def test_the_system_is_asked_with_the_whole_command(self):
         self.offer_pkexec("exit 0")
         self.assertEqual(self.probe(NOBODY).tell("install"), "no")  # agreed to, but nothing was installed
         self.assertEqual(
-            pathlib.Path("/run/shared/asked").read_text(encoding="ascii"),
-            f"</bin/sh><-c><mkdir -p /Library/PrivilegedHelperTools && cp '/run/probe/bin/Fenwhirl' '{HELPER}' && "
+            (SHARED / "asked").read_text(encoding="ascii"),
+            f"</bin/sh><-c><mkdir -p /Library/PrivilegedHelperTools && cp '{SCRATCH}/probe/bin/Fenwhirl' '{HELPER}' && "
             f"chown root:root '{HELPER}' && chmod 4755 '{HELPER}'>")
 
     def test_a_cancelled_dialog_leaves_nothing_behind(self):
@@ -196,7 +201,7 @@ class TheEntry(InstallTest):
         self.assertEqual(probe.tell("run bogus"), "no")
 
     def test_only_the_flag_itself_in_the_first_place_makes_it_the_helper(self):
-        executable = lay_out_probe("/run/roles")
+        executable = lay_out_probe(SCRATCH / "roles")
 
         def start(arguments, identity):
             return subprocess.run([executable, *arguments], input=b"quit\n", capture_output=True, check=False, **identity)
@@ -211,34 +216,35 @@ class TheEntry(InstallTest):
             self.assertEqual((result.returncode, result.stdout), (0, b"3\n"))
 
     def test_without_its_library_the_program_says_so_and_ends(self):
-        executable = lay_out_probe("/run/bare")
-        shutil.rmtree("/run/bare/lib")
+        executable = lay_out_probe(SCRATCH / "bare")
+        shutil.rmtree(SCRATCH / "bare/lib")
         result = subprocess.run([executable], capture_output=True, check=False)
         self.assertEqual(result.returncode, 1)
         self.assertRegex(result.stderr.decode(), r"\AFenwhirl : impossible de charger l'application \(.*"
-                                                 r"/run/bare/lib/fenwhirl/libFenwhirlApp\.so.*\)\.\n\Z")
+                                                 rf"{SCRATCH}/bare/lib/fenwhirl/libFenwhirlApp\.so.*\)\.\n\Z")
         self.assertEqual(result.stdout, b"")
 
     def test_the_library_is_that_of_its_own_installation(self):
-        executable = lay_out_probe("/run/true")
-        os.symlink(executable, "/run/link")
-        os.makedirs("/run/lib/fenwhirl")
-        pathlib.Path("/run/lib/fenwhirl/libFenwhirlApp.so").write_bytes(b"no library")
-        for start, folder in (("/run/link", "/"), ("./Fenwhirl", "/run/true/bin"), ("bin/../bin/Fenwhirl", "/run/true")):
+        executable = lay_out_probe(SCRATCH / "true")
+        os.symlink(executable, SCRATCH / "link")
+        os.makedirs(SCRATCH / "lib/fenwhirl")
+        (SCRATCH / "lib/fenwhirl/libFenwhirlApp.so").write_bytes(b"no library")
+        for start, folder in ((SCRATCH / "link", "/"), ("./Fenwhirl", SCRATCH / "true/bin"),
+                              ("bin/../bin/Fenwhirl", SCRATCH / "true")):
             result = subprocess.run([start, "some", "words"], cwd=folder, input=b"quit\n", capture_output=True, check=False,
-                                    env={"LD_LIBRARY_PATH": "/run/lib/fenwhirl"})
+                                    env={"LD_LIBRARY_PATH": str(SCRATCH / "lib/fenwhirl")})
             self.assertEqual(result.returncode, 0, result.stderr)
             self.assertRegex(result.stdout.decode(), r"\Aready \d+ 3\n\Z")
 
     def test_a_library_without_the_entry_is_refused(self):
-        executable = lay_out_probe("/run/strange")
-        shutil.copy(BUILD / "lib/fenwhirl/fenwhirl-guard", "/run/strange/lib/fenwhirl/libFenwhirlApp.so")
+        executable = lay_out_probe(SCRATCH / "strange")
+        shutil.copy(BUILD / "lib/fenwhirl/fenwhirl-guard", SCRATCH / "strange/lib/fenwhirl/libFenwhirlApp.so")
         result = subprocess.run([executable], capture_output=True, check=False)
         self.assertEqual(result.returncode, 1)
         self.assertTrue(result.stderr.decode().startswith("Fenwhirl : impossible de charger l'application ("))
 
     def test_it_starts_with_the_standard_descriptors_closed(self):
-        executable = lay_out_probe("/run/closed")
+        executable = lay_out_probe(SCRATCH / "closed")
         result = subprocess.run([executable], check=False, preexec_fn=lambda: [os.close(number) for number in (0, 1, 2)])
         self.assertEqual(result.returncode, 0)
 

@@ -10,7 +10,7 @@ import shutil
 import subprocess
 import unittest
 
-from stage import HELPER, PATIENCE_SECONDS, ROOT, Lines, Process, SimulatedMac, install_helper
+from stage import HELPER, PATIENCE_SECONDS, ROOT, SCRATCH, Lines, Process, SimulatedMac, has_own, install_helper
 
 NOBODY = 65534
 STATUSES = {0, 1, 2, 64, 77}
@@ -115,7 +115,7 @@ class Probe(Process):
     Lies in a folder of its own, laid out as an installation; `user` is who starts it.
     """
 
-    def __init__(self, user=0, folder="/run/probe", launcher=(), **options):
+    def __init__(self, user=0, folder=SCRATCH / "probe", launcher=(), **options):
         self.executable = lay_out_probe(folder)
         identity = {"user": user, "group": user, "extra_groups": []} if user else {}
         super().__init__([*launcher, self.executable], stdin=subprocess.PIPE, stdout=subprocess.PIPE, **identity, **options)
@@ -155,7 +155,18 @@ def lay_out_probe(folder):
 
 
 def processes(zombies=False):
-    """Every process: its number, its parent's, its name; without those that have ended, but for `zombies`."""
+    """Every process of this world: its number, its parent's, its name; without those that have ended, but for `zombies`."""
+    found = list(_all_processes(zombies))
+    if has_own("processes") or "FENWHIRL_WORLD_PROCESS" not in os.environ:
+        return found
+    # Those of the computer are seen, too. Ours descend from one that adopts whoever loses its parent.
+    family = {int(os.environ["FENWHIRL_WORLD_PROCESS"])}
+    while more := {number for number, parent, _ in found if parent in family} - family:
+        family |= more
+    return [process for process in found if process[0] in family]
+
+
+def _all_processes(zombies):
     for entry in os.listdir("/proc"):
         if not entry.isdigit():
             continue

@@ -10,7 +10,7 @@ import time
 import unittest
 
 from helper_stage import HelperTest, as_nobody
-from stage import wait_until
+from stage import SCRATCH, wait_until
 
 SEQUENCE_SIGNALS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGTSTP, signal.SIGQUIT}
 
@@ -218,8 +218,8 @@ class Surroundings(HelperTest):
         self.assertGreaterEqual(combinations, 20)
 
     def test_it_works_from_a_folder_that_is_gone(self):
-        place = tempfile.mkdtemp(dir="/run/home")
-        os.chmod("/run/home", 0o777)
+        place = tempfile.mkdtemp(dir=SCRATCH / "home")
+        os.chmod(SCRATCH / "home", 0o777)
         os.chmod(place, 0o777)
         result = self.helper("set", "0", "2400", preexec_fn=lambda: (os.chdir(place), os.rmdir(place)))
         self.assertEqual(result.returncode, 0)

@@ -6,10 +6,11 @@ import signal
 import subprocess
 import unittest
 
+import stage
 from helper_stage import BUILD
 from scene import Scene
 
-PREFIX = pathlib.Path("/run/somewhere else")
+PREFIX = stage.SCRATCH / "somewhere else"
 CONTENTS = {
     "bin/Fenwhirl": 0o755,
     "bin/simulated-mac": 0o755,

@@ -7,7 +7,6 @@ import fcntl
 import http.server
 import json
 import os
-import pathlib
 import re
 import socket
 import ssl
@@ -15,7 +14,9 @@ import struct
 import subprocess
 import threading
 
-WORK = pathlib.Path("/run/makers-site")
+from stage import SCRATCH
+
+WORK = SCRATCH / "makers-site"
 CLONE_NEWNET = 0x40000000
 
 

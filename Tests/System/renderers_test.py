@@ -14,7 +14,7 @@ class Renderers(unittest.TestCase):
     LARGEST_DIFFERENCE = 0.01
 
     def draw(self, name, theme, scale, **environment):
-        picture = pathlib.Path("/run") / f"{name}.png"
+        picture = stage.SCRATCH / f"{name}.png"
         gallery = pathlib.Path(os.environ["FENWHIRL_BUILD"]) / "tests/ComponentGallery"
         subprocess.run([gallery, picture, theme, "Shapes"], check=True, timeout=stage.PATIENCE_SECONDS * 3,
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,

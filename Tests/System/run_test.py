@@ -1,4 +1,7 @@
-"""The command that a person tries first: ./run, by an ordinary user, to its end and broken off."""
+"""The command that a person tries first: ./run, by an ordinary user, to its end and broken off.
+
+Where nobody can have a private world it is tried as root, in place.
+"""
 
 import os
 import pathlib
@@ -20,19 +23,27 @@ FIRST_LINE = "first start: Fenwhirl introduces itself"
 
 class Run(unittest.TestCase):
     def setUp(self):
-        # Not below /run, which the private world of the command replaces by its own.
-        self.checkout = pathlib.Path(tempfile.mkdtemp(prefix="fenwhirl-"))
-        self.addCleanup(shutil.rmtree, self.checkout)
+        # Not below /run, which the private world of the command replaces by its own. The name is one that people choose.
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="fenwhirl-"))
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.folder.chmod(0o755)
+        self.checkout = self.folder / "Téléchargements de Zoë"
+        self.checkout.mkdir()
         shutil.copy(stage.ROOT / "run", self.checkout)
         for part in ("Packaging/Linux", "Tests/System"):
             shutil.copytree(stage.ROOT / part, self.checkout / part, ignore=shutil.ignore_patterns("__pycache__"))
         self.identity = {}
-        if stage.can_become(SOMEBODY):
+        if self.can_be_an_ordinary_user():
             self.identity = {"user": SOMEBODY, "group": SOMEBODY, "extra_groups": []}
             for folder, _, files in os.walk(self.checkout):
                 for name in (".", *files):
                     os.chown(pathlib.Path(folder) / name, SOMEBODY, SOMEBODY)
         self.before = self.running()
+
+    @staticmethod
+    def can_be_an_ordinary_user():
+        """One with a private world, that is."""
+        return stage.can_become(SOMEBODY) and stage.has_own("mounts")
 
     def start(self, *arguments, **environment):
         """Starts the command as a terminal does: in a process group of its own."""
@@ -74,14 +85,27 @@ class Run(unittest.TestCase):
 
 class TheWalk(Run):
     def setUp(self):
-        if stage.can_become(SOMEBODY):
-            # A folder of temporary files for this test alone, so that whatever is left in it is the walk's.
-            subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=1777", "tmpfs", "/tmp"], check=True)
+        if stage.has_own("mounts"):
+            self.cover_temporary_files()
         super().setUp()
 
-    def test_an_ordinary_user_sees_the_whole_road_and_nothing_is_left_behind(self):
-        if not self.identity:
-            self.skipTest("needs real root, to give up its rights for an ordinary user's")
+    @staticmethod
+    def cover_temporary_files():
+        """A folder of temporary files for this test alone, so that whatever is left in it is the walk's.
+
+        What lies there and is needed stays: the checkout and the build.
+        """
+        needed = [(place, os.open(place, os.O_PATH)) for place in (stage.ROOT, BUILD)
+                  if place.is_relative_to("/tmp") and (place == stage.ROOT or not place.is_relative_to(stage.ROOT))]
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=1777", "tmpfs", "/tmp"], check=True)
+        for place, descriptor in needed:
+            place.mkdir(parents=True)
+            subprocess.run(["mount", "--no-canonicalize", "--rbind", f"/proc/self/fd/{descriptor}", place], check=True,
+                           pass_fds=[descriptor])
+            os.close(descriptor)
+        os.chdir(os.getcwd())  # the same folder, by its new way
+
+    def test_the_whole_road_is_seen_and_nothing_is_left_behind(self):
         outside = {place: set(os.listdir(place)) | ALWAYS_THERE for place in ("/run", "/Library", "/tmp")}
         said, status = self.rest(self.start(), WALK_SECONDS)
         self.assertEqual(status, 0, said)
@@ -94,11 +118,12 @@ class TheWalk(Run):
         for name in ("dashboard", "dashboard-game", "dashboard-after"):
             picture = self.checkout / "build/tour" / f"{name}.png"
             self.assertEqual(picture.read_bytes()[:8], b"\x89PNG\r\n\x1a\n")
-            self.assertEqual(picture.stat().st_uid, SOMEBODY)
+            self.assertEqual(picture.stat().st_uid, self.identity.get("user", 0))
         self.assert_nothing_is_left()
         self.assertEqual({place: set(os.listdir(place)) | ALWAYS_THERE for place in outside}, outside)
 
     def break_off(self, send, number):
+        temporary_files = set(os.listdir("/tmp")) | ALWAYS_THERE
         run = self.start()
         self.wait_for_line(run, FIRST_LINE, WALK_SECONDS)
         self.assertGreater(len(self.running() - self.before), 5)
@@ -106,8 +131,7 @@ class TheWalk(Run):
         said, status = self.rest(run)
         self.assertEqual((said, status), (["The walk was interrupted."], 128 + number))
         self.assert_nothing_is_left()
-        if self.identity:
-            self.assertEqual(set(os.listdir("/tmp")) - ALWAYS_THERE, {self.checkout.name})
+        self.assertEqual(set(os.listdir("/tmp")) | ALWAYS_THERE, temporary_files)
 
     def test_ctrl_c_ends_it_whole(self):
         self.break_off(os.killpg, signal.SIGINT)
@@ -151,7 +175,7 @@ class TheDemonstration(Run):
     def test_it_reaches_the_persons_own_session(self):
         if not self.identity:
             self.skipTest("needs real root, to give up its rights for an ordinary user's")
-        session = pathlib.Path("/run/session")
+        session = stage.SCRATCH / "session"
         session.mkdir(mode=0o700)
         os.chown(session, SOMEBODY, SOMEBODY)
         address = f"unix:path={session}/bus"

@@ -1,7 +1,8 @@
 """A stage for the built programs: a display, a session bus, a simulated Mac, Fenwhirl, and eyes and hands on its interface.
 
 Everything here runs inside Packaging/Linux/private-namespace, so each test has its own /run, /Library and home, and
-whatever it leaves running ends with it.
+whatever it leaves running ends with it. Where no private world can be made, the same command gives the tests their turns in
+place; a test that cannot be true there says so with `require_own`.
 
 What a person sees and does goes through the accessibility tree (AT-SPI): texts are read where a screen reader would read
 them, and controls are used by the actions that assistive technology uses.
@@ -15,15 +16,28 @@ import shutil
 import signal
 import subprocess
 import time
+import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 HELPER = pathlib.Path("/Library/PrivilegedHelperTools/FenwhirlHelper")
+SCRATCH = pathlib.Path(os.environ.get("FENWHIRL_SCRATCH", "/run"))  # whatever lies there ends with the test
 PATIENCE_SECONDS = 20.0  # for what ought to happen at once; loaded machines are slow
 
 
 def rounds(sample, whole):
     """How much of a test of endurance is run: a sample with every change, the whole when hours are there for it."""
     return whole if "FENWHIRL_LONG_RUNS" in os.environ else sample
+
+
+def has_own(what):
+    """Whether this is not shared with the computer: "mounts", "name", "network" or "processes"."""
+    return what in os.environ.get("FENWHIRL_OWN", "").split()
+
+
+def require_own(what, reason):
+    """Skips a test that cannot be true where this is shared with the computer."""
+    if not has_own(what):
+        raise unittest.SkipTest(f"needs {what} of its own: {reason}")
 
 
 class StageError(Exception):
@@ -312,8 +326,8 @@ def can_become(user):
 
 def become_ordinary_user(user=65534):
     """Gives up all rights for good, as the tests of an ordinary user must; needs real root before."""
-    home = pathlib.Path("/run/home")
-    runtime = pathlib.Path("/run/user")
+    home = SCRATCH / "home"
+    runtime = SCRATCH / "user"
     for folder in (home, runtime):
         folder.mkdir(exist_ok=True)
         os.chown(folder, user, user)

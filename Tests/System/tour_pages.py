@@ -24,7 +24,7 @@ from pictured_mac import COOL, HOT, PicturedMac, Workload
 from status_host import StatusHost
 
 COMPUTER = "MacBook Pro de Camille"
-PREFERENCES = pathlib.Path("/run/home/.config/com.fenwhirl.app/preferences.json")
+PREFERENCES = stage.SCRATCH / "home/.config/com.fenwhirl.app/preferences.json"
 SCALE = 2
 PAGES = {"dashboard": "Tableau de bord", "fans": "Ventilateurs", "sensors": "Capteurs", "apps": "Applications",
          "presets": "Préréglages", "alerts": "Alertes", "settings": "Réglages"}
