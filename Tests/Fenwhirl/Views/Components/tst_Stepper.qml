@@ -57,9 +57,11 @@ Item {
         }
 
         function test_holdingRepeatsAfterAPauseAndReleasingStops() {
+            root.celsius = 30
             mousePress(stepper, 48, 13)
-            compare(root.celsius, 55)
-            tryCompare(root, "celsius", 70, 3000)
+            compare(root.celsius, 35)
+            // On a busy computer several steps may have been made before they are looked at.
+            tryVerify(() => root.celsius >= 50, 10000)
             mouseRelease(stepper, 48, 13)
             const stopped = root.celsius
             wait(250)
