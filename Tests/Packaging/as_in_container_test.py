@@ -88,7 +88,7 @@ def ways_to(namespace):
 
 def as_root():
     """What makes a command root: nothing where this is, else a namespace of users."""
-    return () if os.geteuid() == 0 else ("unshare", "--map-root-user", "--")
+    return () if os.geteuid() == 0 else ("unshare", "--map-root-user", "--mount", "--")
 
 
 def run(*command):
