@@ -9,7 +9,8 @@ import unittest
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 APPLICATION = "build/release/bin/Fenwhirl.app/Contents/MacOS/Fenwhirl"
 # What the commands may find beside the played tools.
-COMMON = ("bash", "cat", "dirname", "env", "getconf", "grep", "mktemp", "printf", "readlink", "rm", "sed", "sh", "tail")
+COMMON = ("bash", "cat", "dirname", "env", "getconf", "grep", "mkdir", "mktemp", "printf", "readlink", "rm", "sed", "sh",
+          "sleep", "tail", "tr")
 
 
 class MacCommands(unittest.TestCase):
@@ -19,7 +20,8 @@ class MacCommands(unittest.TestCase):
         self.tools = os.path.join(folder.name, "tools")
         self.source = os.path.join(folder.name, "a checkout")
         self.log = os.path.join(folder.name, "log")
-        for path in ("run", "test", "Packaging/macOS/install-packages", "Packaging/macOS/packages.txt"):
+        for path in ("run", "test", "Packaging/with-progress", "Packaging/macOS/install-packages",
+                     "Packaging/macOS/packages.txt"):
             target = os.path.join(self.source, path)
             os.makedirs(os.path.dirname(target), exist_ok=True)
             shutil.copy(os.path.join(ROOT, path), target)
