@@ -10,7 +10,7 @@ import subprocess
 import time
 import unittest
 
-from helper_stage import BUILD, HELPER, NOBODY, HelperTest, Probe, is_running, processes
+from helper_stage import BUILD, HELPER, NOBODY, HelperTest, Probe, is_running, processes, require_tracing
 from stage import rounds, wait_until
 
 GONE_SECONDS = 10
@@ -119,6 +119,7 @@ class AfterAKill(GuardTest):
 
 class WhileTheApplicationLives(GuardTest):
     def test_the_guard_is_small_and_keeps_to_itself(self):
+        require_tracing()
         guard = self.watch()
         self.assertEqual(os.getpgid(guard), guard)
         with open(f"/proc/{guard}/status", encoding="ascii") as file:
@@ -153,6 +154,7 @@ class WhileTheApplicationLives(GuardTest):
         self.assertEqual(self.mode(1), "manual")
 
     def test_no_child_holds_the_end_that_the_guard_listens_for(self):
+        require_tracing()
         guard = self.watch()
         pipe = os.readlink(f"/proc/{guard}/fd/0")
         self.mac.tell("delay 30")

@@ -6,7 +6,7 @@ import socket
 import subprocess
 import unittest
 
-from helper_stage import BUILD, HELPER, NOBODY, HelperTest, as_nobody
+from helper_stage import BUILD, HELPER, NOBODY, HelperTest, as_nobody, require_tracing
 
 
 class WithoutController(HelperTest):
@@ -107,6 +107,7 @@ class StartedWithoutTheFlag(HelperTest):
         self.assertEqual(self.start_with([b"", b"--helper", b"version"]), 0)
 
     def test_it_refuses_before_it_opens_or_connects_anything(self):
+        require_tracing()
         trace = subprocess.run(
             ["strace", "-u", "nobody", "-f", "-e", "trace=%file,%network,clone,clone3,vfork,fork", str(HELPER)],
             capture_output=True, text=True, check=False)

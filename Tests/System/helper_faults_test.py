@@ -8,7 +8,7 @@ import subprocess
 import time
 import unittest
 
-from helper_stage import STATUSES, HelperTest
+from helper_stage import STATUSES, HelperTest, require_tracing
 from stage import rounds
 
 FAULTS = ("EIO", "ENOMEM", "EMFILE", "EINTR")
@@ -79,12 +79,15 @@ class OnAnOlderMac(Faults):
                 self.assert_repairable((arguments, number))
 
     def test_each_system_call_of_set_may_fail(self):
+        require_tracing()
         self.torture("set", "0", "2400")
 
     def test_each_system_call_of_auto_may_fail(self):
+        require_tracing()
         self.torture("auto")
 
     def test_each_system_call_of_version_may_fail(self):
+        require_tracing()
         self.torture("version")
 
     def torture(self, *arguments):

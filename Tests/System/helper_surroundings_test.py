@@ -9,7 +9,7 @@ import tempfile
 import time
 import unittest
 
-from helper_stage import HelperTest, as_nobody
+from helper_stage import HelperTest, as_nobody, require_tracing
 from stage import SCRATCH, wait_until
 
 SEQUENCE_SIGNALS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGTSTP, signal.SIGQUIT}
@@ -47,6 +47,7 @@ class Surroundings(HelperTest):
         return int(state.split("requests=")[1].split()[0])
 
     def test_closed_standard_descriptors_are_never_the_controllers(self):
+        require_tracing()
         for closed in itertools.chain.from_iterable(itertools.combinations((0, 1, 2), n) for n in range(4)):
             for user in (as_nobody(), {}):
                 def shut(which=closed):
@@ -76,6 +77,7 @@ class Surroundings(HelperTest):
                 os.close(high)
 
     def test_the_state_of_the_process_while_it_writes(self):
+        require_tracing()
         def look(pid):
             self.assertEqual(set(status_field(pid, "Uid").split()), {"0"})
             self.assertEqual(int(status_field(pid, "SigBlk"), 16), mask(SEQUENCE_SIGNALS))
@@ -225,6 +227,7 @@ class Surroundings(HelperTest):
         self.assertEqual(result.returncode, 0)
 
     def test_it_creates_no_file(self):
+        require_tracing()
         for arguments in (["version"], ["set", "0", "2400"], ["auto"], ["bogus"]):
             trace = subprocess.run(["strace", "-u", "nobody", "-f", "-e", "trace=%file,clone,clone3,fork,vfork",
                                     *self.command_line(*arguments)], capture_output=True, text=True, check=False)

@@ -78,7 +78,8 @@ class Process:
 
     def __init__(self, arguments, **options):
         self.arguments = [str(argument) for argument in arguments]
-        self.child = subprocess.Popen(self.arguments, **options)
+        # What the terminal says (Ctrl-C, its end) is for us, who end everything in its order.
+        self.child = subprocess.Popen(self.arguments, **{"start_new_session": True, **options})
 
     def running(self):
         return self.child.poll() is None
@@ -315,6 +316,23 @@ def install_helper(build):
     shutil.copy(build / "bin/Fenwhirl", HELPER)
     os.chown(HELPER, 0, 0)
     os.chmod(HELPER, 0o4755)
+
+
+def cover_temporary_files(*needed):
+    """Lays an empty folder of temporary files over the computer's, for this world alone; what is needed is still there.
+
+    Needs mounts of its own.
+    """
+    kept = [(place, os.open(place, os.O_PATH)) for place in needed
+            if place.is_relative_to("/tmp") and not any(place.is_relative_to(other) for other in needed if other != place)]
+    where = os.getcwd()
+    subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=1777", "tmpfs", "/tmp"], check=True)
+    for place, descriptor in kept:
+        place.mkdir(parents=True)
+        subprocess.run(["mount", "--no-canonicalize", "--rbind", f"/proc/self/fd/{descriptor}", place], check=True,
+                       pass_fds=[descriptor])
+        os.close(descriptor)
+    os.chdir(where)  # the same folder, by its new way
 
 
 def can_become(user):

@@ -1,0 +1,173 @@
+"""The two commands in an ordinary container: root, but nobody is let make a namespace or mount anything.
+
+Each test drops these rights inside a private world, and looks at what is there afterwards.
+"""
+
+import os
+import pathlib
+import re
+import signal
+import subprocess
+import unittest
+
+import run_test
+import stage
+from helper_stage import BUILD, NOBODY, require_real_root
+
+AS_IN_CONTAINER = stage.ROOT / "Packaging/Linux/as-in-container"
+PRIVATE_NAMESPACE = stage.ROOT / "Packaging/Linux/private-namespace"
+IN_PLACE = "No private world can be made here, so this container's own /run/fenwhirl and /Library are used."
+UNAVAILABLE = 69
+MUST_RUN = ("road_test.Presets.test_the_game_preset_drives_the_fans_and_the_window_follows",
+            "road_test.Safety.test_at_92_degrees_every_fan_is_handed_back",
+            "road_test.Safety.test_at_the_alert_threshold_automatic_fans_run_at_their_maximum",
+            "road_test.Safety.test_without_any_temperature_manual_control_is_suspended",
+            "guard_test.WhileTheApplicationLives.test_a_killed_guard_is_replaced_and_knows_everything",
+            "run_test.TheWalk.test_ctrl_c_ends_it_whole")
+MUST_BE_SKIPPED = "helper_drivers_test.WithDrivers.test_fans_are_driven_and_handed_back"
+
+
+def require_everything():
+    require_real_root()
+    for what in ("mounts", "network", "processes"):
+        stage.require_own(what, "a computer that looks like a container")
+
+
+class TheWalk(run_test.Walk):
+    """As root, in place. What the tests look at is told by those without a container."""
+
+    launcher = (AS_IN_CONTAINER,)
+
+    def setUp(self):
+        require_everything()
+        super().setUp()
+
+    @staticmethod
+    def can_be_an_ordinary_user():
+        return False
+
+    def test_the_whole_walk_is_seen_and_nothing_is_left_behind(self):
+        said = self.walk()
+        self.assertEqual(said.count(IN_PLACE), 1, said)
+        self.assertLess(said.index(IN_PLACE), [run_test.FIRST_LINE in line for line in said].index(True))
+
+    def test_ctrl_c_ends_it_whole(self):
+        self.break_off(os.killpg, signal.SIGINT)
+
+    def test_a_request_to_end_reaches_everything(self):
+        self.break_off(os.kill, signal.SIGTERM)
+
+    def test_the_end_of_the_terminal_ends_it_too(self):
+        self.break_off(os.killpg, signal.SIGHUP)
+
+    def test_a_kill_takes_everything_along(self):
+        self.kill()
+        stage.wait_until(lambda: not os.listdir("/Library") and not os.path.exists("/run/fenwhirl"), "the places are cleared")
+
+
+class ThePlaces(unittest.TestCase):
+    def setUp(self):
+        require_everything()
+
+    def start(self, *command, options=()):
+        return subprocess.run([AS_IN_CONTAINER, *options, PRIVATE_NAMESPACE, *command], check=False, capture_output=True,
+                              text=True, timeout=60)
+
+    def test_what_lies_there_already_is_left_alone_and_nothing_is_run(self):
+        for place in ("/Library/Fonts", "/run/fenwhirl/somebody.else"):
+            pathlib.Path(place).mkdir(parents=True)
+            done = self.start("echo", "run")
+            self.assertEqual((done.returncode, done.stdout), (UNAVAILABLE, ""))
+            self.assertRegex(done.stderr, f"something lies in {os.path.dirname(place)} already")
+            self.assertTrue(os.path.isdir(place))
+            os.removedirs(place)
+            os.makedirs("/Library", exist_ok=True)
+
+    def test_whatever_a_command_leaves_there_or_running_is_removed(self):
+        before = {place: set(os.listdir(place)) for place in ("/", "/run")}
+        done = self.start("sh", "-c", "mkdir -p /run/fenwhirl /Library/a/b && touch /Library/c /run/fenwhirl/d && "
+                                      "(setsid sleep 1000 & setsid sh -c 'sleep 1000 & sleep 1000' &) && exit 7")
+        self.assertEqual(done.returncode, 7, done.stderr)
+        self.assertEqual({place: set(os.listdir(place)) for place in before}, before)
+        self.assertEqual(os.listdir("/Library"), [])
+        self.assertEqual(subprocess.run(["pgrep", "-x", "sleep"], check=False, capture_output=True).stdout, b"")
+
+    def test_an_ordinary_user_is_told_what_is_missing_and_how_to_get_it(self):
+        done = self.start("echo", "run", options=("--user", str(NOBODY)))
+        self.assertEqual((done.returncode, done.stdout), (UNAVAILABLE, ""))
+        for text in ("no namespaces", "sudo", "kernel.unprivileged_userns_clone",
+                     "kernel.apparmor_restrict_unprivileged_userns", "In a container"):
+            self.assertIn(text, done.stderr)
+
+    def test_one_after_the_other(self):
+        order = stage.SCRATCH / "order"
+        both = [subprocess.Popen([AS_IN_CONTAINER, PRIVATE_NAMESPACE, "sh", "-c",
+                                  f"echo begin >>{order}; touch /Library/x; sleep 0.3; rm /Library/x; echo end >>{order}"],
+                                 stderr=subprocess.PIPE) for _ in range(2)]
+        said = [each.communicate(timeout=60)[1].decode() for each in both]
+        self.assertEqual([each.returncode for each in both], [0, 0], said)
+        self.assertEqual(order.read_text(encoding="ascii").split(), ["begin", "end", "begin", "end"])
+        self.assertEqual(["Waiting until" in text for text in said].count(True), 1, said)
+
+
+class TheTests(unittest.TestCase):
+    def setUp(self):
+        require_everything()
+
+    def run_tests(self, names, options=(), script='exec "$@"'):
+        """What `./test` makes of these tests in a container: names of those that passed, its last lines."""
+        stage.cover_temporary_files(stage.ROOT, BUILD)
+        # Their results must not meet those of the tests that this one belongs to.
+        subprocess.run(["mount", "-t", "tmpfs", "tmpfs", BUILD / "Testing"], check=True)
+        results = BUILD / "Testing/results.xml"
+        pattern = "^System\\.(" + "|".join(map(re.escape, names)) + ")$"
+        done = subprocess.run([AS_IN_CONTAINER, *options, "sh", "-c", script, "sh", "ctest", "--test-dir", BUILD,
+                               "-R", pattern, "--parallel", "3", "--no-tests=error", "--output-on-failure",
+                               "--output-junit", results],
+                              check=False, capture_output=True, text=True, stdin=subprocess.DEVNULL)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+        passed = re.findall(r"Test +#\d+: System\.(\S+) \.* +Passed", done.stdout)
+        closing = subprocess.run(["/usr/bin/python3", "-B", stage.ROOT / "Tests/Support/summarize.py", results], check=True,
+                                 capture_output=True, text=True).stdout.splitlines()
+        return passed, closing
+
+    def test_those_that_matter_run_there_and_others_are_skipped_by_name(self):
+        passed, closing = self.run_tests([*MUST_RUN, MUST_BE_SKIPPED])
+        self.assertEqual(sorted(passed), sorted(MUST_RUN))
+        self.assertEqual(closing, ["Skipped:", "  needs mounts of its own: a /sys made of files",
+                                   f"    System.{MUST_BE_SKIPPED}", f"{len(MUST_RUN)} passed, 0 failed, 1 skipped"])
+        self.assertEqual(os.listdir("/Library"), [])
+        self.assertFalse(os.path.exists("/run/fenwhirl"))
+
+    def check_part(self, *refused, **how):
+        options = [word for what in refused for word in ("--refuse", what)]
+        passed, closing = self.run_tests(MUST_RUN[:2], options, **how)
+        self.assertEqual(sorted(passed), sorted(MUST_RUN[:2]))
+        self.assertEqual(closing, ["2 passed, 0 failed, 0 skipped"])
+
+    def test_they_run_where_only_the_network_is_refused(self):
+        self.check_part("network")
+
+    def test_they_run_where_only_process_numbers_are_refused(self):
+        self.check_part("processes")
+
+    def test_they_run_where_only_a_new_proc_is_refused(self):
+        self.check_part("proc-mount")
+
+    def test_they_run_with_little_shared_memory(self):
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k,mode=1777", "tmpfs", "/dev/shm"], check=True)
+        self.check_part("all")
+
+    def test_they_run_without_shared_memory_and_without_a_terminal(self):
+        names = ("null", "zero", "full", "random", "urandom", "tty")
+        kept = [(name, os.open(f"/dev/{name}", os.O_PATH)) for name in names]
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=0755", "tmpfs", "/dev"], check=True)
+        for name, descriptor in kept:
+            pathlib.Path("/dev", name).touch()
+            subprocess.run(["mount", "--no-canonicalize", "--bind", f"/proc/self/fd/{descriptor}", f"/dev/{name}"], check=True,
+                           pass_fds=[descriptor])
+        self.check_part("all", script='exec setsid --wait "$@" <&-')
+
+
+if __name__ == "__main__":
+    unittest.main()
