@@ -381,7 +381,10 @@ def main():
     parser.add_argument("--heat", help="of no effect: the readings are held still")
     options = parser.parse_args()
     options.pictures.mkdir(parents=True, exist_ok=True)
-    socket.sethostname(COMPUTER)
+    if stage.has_own("name"):
+        socket.sethostname(COMPUTER)
+    else:
+        print(f"This computer keeps its name: the pictures show it instead of \"{COMPUTER}\".")
     try:
         with contextlib.ExitStack() as stack:
             display = stack.enter_context(stage.Display(2000, 1300, SCALE))
