@@ -65,6 +65,25 @@ class TheWalk(run_test.Walk):
         stage.wait_until(lambda: not os.listdir("/Library") and not os.path.exists("/run/fenwhirl"), "the places are cleared")
 
 
+class TheDemonstration(run_test.TheDemonstration):
+    """On a display, in place."""
+
+    launcher = (AS_IN_CONTAINER,)
+
+    def setUp(self):
+        require_everything()
+        super().setUp()
+
+    @staticmethod
+    def can_be_an_ordinary_user():
+        return False
+
+    def test_ctrl_c_ends_it_and_the_places_are_cleared(self):
+        self.check_end(os.killpg, signal.SIGINT)
+        self.assertEqual(os.listdir("/Library"), [])
+        self.assertFalse(os.path.exists("/run/fenwhirl"))
+
+
 class ThePlaces(unittest.TestCase):
     def setUp(self):
         require_everything()
