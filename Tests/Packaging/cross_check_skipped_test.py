@@ -18,8 +18,8 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
         self.cache = os.path.join(folder.name, "cache")
         os.mkdir(self.tools)
         shutil.copytree(os.path.join(ROOT, "Packaging/macOS/check"), os.path.join(self.source, "Packaging/macOS/check"))
-        for path in (".ci/checks", ".ci/run"):
-            os.makedirs(os.path.join(self.source, ".ci"), exist_ok=True)
+        os.mkdir(os.path.join(self.source, ".ci"))
+        for path in (".ci/checks", ".ci/run", "Packaging/with-progress"):
             shutil.copy(os.path.join(ROOT, path), os.path.join(self.source, path))
         # Whatever this computer has, these packages are there; what is fetched with them is not.
         self.play("Packaging/Linux/install-packages", "exit 0")
@@ -39,10 +39,10 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
 
     def assert_skipped(self, done, *words):
         self.assertEqual(done.returncode, 77, done.stdout + done.stderr)
-        self.assertRegex(done.stdout, r"(?m)^macOS build .* SKIPPED: not checked, which is not passed$")
+        self.assertRegex(done.stderr, r"(?m)^macOS build .* SKIPPED: not checked, which is not passed$")
         for word in words:
-            self.assertIn(word, done.stdout)
-        self.assertNotRegex(done.stdout, r"(?m)^macOS build.* \d+ s$")  # what a check that passed says
+            self.assertIn(word, done.stderr)
+        self.assertNotRegex(done.stderr, r"(?m)^macOS build.* \d+ s$")  # what a check that passed says
 
     def test_a_computer_without_network_skips_it(self):
         done = self.run_in_checkout("unshare", "--map-root-user", "--net", ".ci/checks", "macos")
@@ -56,19 +56,19 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
         self.play("Packaging/macOS/check/check", "exit 1")
         done = self.run_in_checkout(".ci/checks", "macos")
         self.assertEqual(done.returncode, 1)
-        self.assertRegex(done.stdout, r"(?m)^macOS build .* FAILED$")
+        self.assertRegex(done.stderr, r"(?m)^macOS build .* FAILED after \d+ s; the whole log is \S+$")
 
     def test_a_file_that_is_not_the_pinned_one_is_a_failure(self):
         self.play("npm", "echo something else >package.tgz", folder=self.tools)
         done = self.run_in_checkout(".ci/checks", "macos")
         self.assertEqual(done.returncode, 1)
-        self.assertIn("is not the pinned file", done.stdout)
+        self.assertIn("is not the pinned file", done.stderr)
 
     def test_a_check_that_passed_says_nothing_of_it(self):
         self.play("Packaging/macOS/check/check", "exit 0")
         done = self.run_in_checkout(".ci/checks", "macos")
         self.assertEqual(done.returncode, 0)
-        self.assertNotIn("SKIPPED", done.stdout)
+        self.assertNotIn("SKIPPED", done.stderr)
 
     def run_everything(self, status_of_checks, status_of_tests):
         self.play(".ci/checks", f"exit {status_of_checks}")
