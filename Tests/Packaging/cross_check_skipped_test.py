@@ -45,7 +45,10 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
         self.assertNotRegex(done.stderr, r"(?m)^macOS build.* \d+ s$")  # what a check that passed says
 
     def test_a_computer_without_network_skips_it(self):
-        done = self.run_in_checkout("unshare", "--map-root-user", "--net", ".ci/checks", "macos")
+        without_network = ("unshare", "--map-root-user", "--net")
+        if self.run_in_checkout(*without_network, "true").returncode != 0:
+            self.skipTest("needs network of its own: none to be had")
+        done = self.run_in_checkout(*without_network, ".ci/checks", "macos")
         self.assert_skipped(done, "SKIPPED: the npm registry did not give" if shutil.which("npm") else "SKIPPED: npm is not")
 
     def test_so_does_one_that_cannot_install_the_compiler(self):

@@ -1,6 +1,7 @@
-// The built program, started in a mount namespace of the test's own so that it meets no other simulation.
+// The built program, in a /run where it meets no other simulation.
 
 #include "FenwhirlCore/SMCRecord.h"
+#include "SimulatedMac/RunFolder.h"
 
 #include <algorithm>
 #include <array>
@@ -15,10 +16,8 @@
 #include <iterator>
 #include <optional>
 #include <poll.h>
-#include <sched.h>
 #include <sstream>
 #include <string>
-#include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -32,28 +31,8 @@ namespace {
 constexpr const char* socketPath = "/run/fenwhirl/AppleSMC";
 constexpr int patienceMilliseconds = 20'000;
 
-// Gives this process a /run of its own; an ordinary user becomes root of a user namespace for that.
-class PrivateRun : public testing::Environment {
-public:
-    void SetUp() override {
-        for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-            (void)std::signal(number, SIG_DFL); // whatever the tests were started with
-        }
-        const uid_t user = ::getuid();
-        const gid_t group = ::getgid();
-        if (::unshare(CLONE_NEWNS) != 0) {
-            ASSERT_EQ(::unshare(CLONE_NEWUSER | CLONE_NEWNS), 0) << std::strerror(errno);
-            std::ofstream("/proc/self/setgroups") << "deny";
-            std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
-            std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
-        }
-        ASSERT_EQ(::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), 0) << std::strerror(errno);
-        ASSERT_EQ(::mount("tmpfs", "/run", "tmpfs", 0, "mode=755"), 0) << std::strerror(errno);
-    }
-};
-
 // NOLINTNEXTLINE(cert-err58-cpp): GoogleTest wants it before main, and owns it from then on
-[[maybe_unused]] testing::Environment* const privateRun = testing::AddGlobalTestEnvironment(new PrivateRun);
+[[maybe_unused]] testing::Environment* const runFolder = testing::AddGlobalTestEnvironment(new RunFolder);
 
 struct Ending {
     int status = -1;
