@@ -224,5 +224,20 @@ class TheOptions(Run):
         self.assert_nothing_is_left()
 
 
+class TheFolder(Run):
+    def test_one_that_cannot_be_written_is_told_before_anything_is_installed_or_built(self):
+        if not self.identity:
+            self.skipTest("needs real root, to give up its rights, and a private world for an ordinary user")
+        shutil.copy(stage.ROOT / "test", self.checkout)
+        self.checkout.chmod(0o555)
+        self.addCleanup(self.checkout.chmod, 0o755)
+        for command in ("run", "test"):
+            done = subprocess.run([self.checkout / command], check=False, capture_output=True, text=True, timeout=60,
+                                  env={"PATH": "/usr/bin:/bin"}, **self.identity)
+            self.assertEqual((done.returncode, done.stdout), (73, ""))
+            self.assertEqual(done.stderr, f"{command}: this folder cannot be written by you: {self.checkout}; "
+                                          "copy it to one of your own\n")
+
+
 if __name__ == "__main__":
     unittest.main()
