@@ -158,24 +158,27 @@ class TheTests(unittest.TestCase):
         self.assertEqual(os.listdir("/Library"), [])
         self.assertFalse(os.path.exists("/run/fenwhirl"))
 
-    def check_part(self, *refused, **how):
-        options = [word for what in refused for word in ("--refuse", what)]
+    def check_part(self, refused, kind, **how):
+        options = ["--refuse", refused]
+        said = subprocess.run([AS_IN_CONTAINER, *options, PRIVATE_NAMESPACE, "--kind"], check=True, capture_output=True,
+                              text=True)
+        self.assertEqual(said.stdout, f"{kind}\n", said.stderr)
         passed, closing = self.run_tests(MUST_RUN[:2], options, **how)
         self.assertEqual(sorted(passed), sorted(MUST_RUN[:2]))
         self.assertEqual(closing, ["2 passed, 0 failed, 0 skipped"])
 
     def test_they_run_where_only_the_network_is_refused(self):
-        self.check_part("network")
+        self.check_part("network", "shared")
 
     def test_they_run_where_only_process_numbers_are_refused(self):
-        self.check_part("processes")
+        self.check_part("processes", "shared")
 
     def test_they_run_where_only_a_new_proc_is_refused(self):
-        self.check_part("proc-mount")
+        self.check_part("proc-mount", "shared")
 
     def test_they_run_with_little_shared_memory(self):
         subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k,mode=1777", "tmpfs", "/dev/shm"], check=True)
-        self.check_part("all")
+        self.check_part("all", "in place")
 
     def test_they_run_without_shared_memory_and_without_a_terminal(self):
         names = ("null", "zero", "full", "random", "urandom", "tty")
@@ -185,7 +188,7 @@ class TheTests(unittest.TestCase):
             pathlib.Path("/dev", name).touch()
             subprocess.run(["mount", "--no-canonicalize", "--bind", f"/proc/self/fd/{descriptor}", f"/dev/{name}"], check=True,
                            pass_fds=[descriptor])
-        self.check_part("all", script='exec setsid --wait "$@" <&-')
+        self.check_part("all", "in place", script='exec setsid --wait "$@" <&-')
 
 
 if __name__ == "__main__":
