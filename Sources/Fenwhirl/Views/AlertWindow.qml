@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // A question in a window of its own, before all others: the program may have no other window at that moment.
-Window {
+FixedSizeWindow {
     id: root
 
     required property string heading
@@ -10,29 +10,14 @@ Window {
     required property string acceptText
     required property string laterText
 
-    // Known for good only when the texts are broken into lines, which is after the window is shown.
-    readonly property int fittingHeight: Math.ceil(column.implicitHeight) + 40
-
     signal accepted()
 
     color: Theme.card
+    // The height is known for good only when the texts are broken into lines, which is after the window is shown.
+    fittingSize: Qt.size(Math.round(300 * Theme.textScale), column.implicitHeight + 40)
     flags: Qt.Dialog
-    maximumWidth: width
-    minimumWidth: width
     modality: Qt.ApplicationModal
     title: "Fenwhirl"
-    width: Math.round(300 * Theme.textScale)
-
-    Component.onCompleted: fit()
-    onFittingHeightChanged: fit()
-
-    // In this order: a window cannot become higher than its limit, nor lower.
-    function fit() {
-        minimumHeight = 0
-        maximumHeight = fittingHeight
-        height = fittingHeight
-        minimumHeight = fittingHeight
-    }
 
     function accept() {
         close()

@@ -3,7 +3,7 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // The status item's panel: the machine at a glance, presets, one slider per fan, and the ways on.
-Window {
+FixedSizeWindow {
     id: root
 
     required property ViewModels models
@@ -20,14 +20,9 @@ Window {
                                               Math.min(panel.contentHeight, maximumPanelHeight))
 
     color: composed ? "transparent" : Theme.card
+    fittingSize: Qt.size(panelArea.width + 2 * blur, panelArea.height + 2 * blur)
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
-    height: panelArea.height + 2 * blur
-    maximumHeight: height
-    maximumWidth: width
-    minimumHeight: height
-    minimumWidth: width
     title: "Fenwhirl"
-    width: panelArea.width + 2 * blur
 
     onActiveFocusItemChanged: {
         if (activeFocusItem === null || activeFocusItem === contentItem)

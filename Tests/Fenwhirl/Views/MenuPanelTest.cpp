@@ -1,6 +1,7 @@
 // The status item's panel.
 
 #include "Fenwhirl/Views/Components/Palette.h"
+#include "FittingWindow.h"
 #include "Stage.h"
 
 #include <QTest>
@@ -206,6 +207,69 @@ TEST(MenuPanel, IsAsWideAsDrawnAndAsHighAsItsContent) {
     EXPECT_EQ(stage.window().width(), 340);
     EXPECT_GT(stage.window().height(), 400);
     EXPECT_LT(stage.window().height(), 600);
+}
+
+// The lower edge of the last button, in the window.
+int endOfContent(Stage& stage) {
+    static_cast<void>(stage.window().grabWindow());
+    const QList<QAccessibleInterface*> buttons = stage.all(QAccessible::Button);
+    return buttons.isEmpty() ? -1 : buttons.last()->rect().bottom() + 1 - stage.window().y();
+}
+
+// Waits until the window ends just below its last button, and returns its height.
+int fittingHeight(Stage& stage) {
+    EXPECT_TRUE(MonitorHarness::waitUntil([&] {
+        return endOfContent(stage) + 16 == stage.window().height();
+    })) << "the last button ends at "
+        << endOfContent(stage) << " of " << stage.window().height();
+    expectFixedSize(stage.window(), QSize(340, stage.window().height()));
+    return stage.window().height();
+}
+
+TEST(MenuPanel, FollowsFansThatComeAndGoWhileItIsOpen) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    const KeepsItsLimits limits(stage.window());
+    const int withFans = fittingHeight(stage);
+    for (int round = 0; round < 2; ++round) {
+        stage.world.smc.setNumber("FNum", "ui8 ", 0);
+        stage.poll();
+        EXPECT_LT(fittingHeight(stage), withFans - 50);
+        stage.world.smc.setNumber("FNum", "ui8 ", 2);
+        stage.poll();
+        EXPECT_EQ(fittingHeight(stage), withFans);
+    }
+}
+
+TEST(MenuPanel, GrowsWithWhatIsOfferedAndShrinksAgain) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.show(menuPanelFile());
+    const KeepsItsLimits limits(stage.window());
+    const int before = fittingHeight(stage);
+    stage.click(QStringLiteral("Max"), chip);
+    stage.poll();
+    EXPECT_EQ(fittingHeight(stage), before + 34 + 8);
+    stage.click(QStringLiteral("Auto"), chip);
+    stage.poll();
+    EXPECT_EQ(fittingHeight(stage), before);
+}
+
+TEST(MenuPanel, FollowsTheLanguageAndTheSizeOfTexts) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    const KeepsItsLimits limits(stage.window());
+    const int french = fittingHeight(stage);
+    stage.monitor().setLanguage(AppLanguage::ru);
+    EXPECT_GT(fittingHeight(stage), french);
+    stage.monitor().setLanguage(AppLanguage::fr);
+    EXPECT_EQ(fittingHeight(stage), french);
+    stage.setTextScale(2);
+    ASSERT_TRUE(
+        MonitorHarness::waitUntil([&] { return endOfContent(stage) + 16 == stage.window().height(); }));
+    expectFixedSize(stage.window(), QSize(680, stage.window().height()));
+    stage.setTextScale(1);
+    EXPECT_EQ(fittingHeight(stage), french);
 }
 
 TEST(MenuPanel, HasRoomForItsShadowWhereItDrawsOne) {

@@ -108,9 +108,11 @@ void Stage::adopt() {
     });
 }
 
-void Stage::show(const QUrl& file) {
+void Stage::show(const QUrl& file, QVariantMap properties) {
     if (!models_)
         start();
+    if (properties.isEmpty())
+        properties.insert(QStringLiteral("models"), QVariant::fromValue(models_.get()));
     registerViews();
     engine_ = std::make_unique<QQmlEngine>();
     engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
@@ -123,8 +125,7 @@ void Stage::show(const QUrl& file) {
     ASSERT_TRUE(component.isReady()) << component.errorString().toStdString();
     // Everything is where it belongs at once: nothing to wait for.
     setReducedMotion(true);
-    window_.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
-        {{QStringLiteral("models"), QVariant::fromValue(models_.get())}})));
+    window_.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(properties)));
     ASSERT_TRUE(window_);
     if (file == mainWindowFile())
         window_->resize(windowSize);

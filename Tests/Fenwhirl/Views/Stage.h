@@ -18,6 +18,7 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 #include <QStringList>
+#include <QVariantMap>
 
 #include <atomic>
 #include <memory>
@@ -53,8 +54,9 @@ public:
     void start();
     // The same for a monitor that the test has made itself.
     void adopt();
-    // Shows one of the windows and waits until it is there.
-    void show(const QUrl& file = mainWindowFile());
+    // Shows one of the windows and waits until it is there. Its initial properties are the models unless
+    // given.
+    void show(const QUrl& file = mainWindowFile(), QVariantMap properties = {});
     // Both, with the page selected.
     void showPage(Page page);
     // Nothing moves unless a test wants it to.

@@ -1,0 +1,40 @@
+// What a window that follows its content must do at every moment. Main thread.
+
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+// From now on fails the test whenever the window gets a size outside of its own limits: a window manager,
+// which knows the limits that were set before, would refuse that size.
+class KeepsItsLimits : public QObject {
+public:
+    explicit KeepsItsLimits(QWindow& window) : window_(window) { window.installEventFilter(this); }
+
+    ~KeepsItsLimits() override { window_.removeEventFilter(this); }
+
+    KeepsItsLimits(const KeepsItsLimits&) = delete;
+    KeepsItsLimits& operator=(const KeepsItsLimits&) = delete;
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Resize) {
+            const QSize size = window_.size();
+            EXPECT_EQ(size, size.expandedTo(window_.minimumSize()).boundedTo(window_.maximumSize()))
+                << size.width() << " x " << size.height();
+        }
+        return false;
+    }
+
+private:
+    QWindow& window_;
+};
+
+// The window has that size and may have no other.
+inline void expectFixedSize(const QWindow& window, QSize size) {
+    EXPECT_EQ(window.size(), size) << window.width() << " x " << window.height();
+    EXPECT_EQ(window.minimumSize(), size) << window.minimumWidth() << " x " << window.minimumHeight();
+    EXPECT_EQ(window.maximumSize(), size) << window.maximumWidth() << " x " << window.maximumHeight();
+}
