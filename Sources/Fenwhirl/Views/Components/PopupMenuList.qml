@@ -40,10 +40,10 @@ ListView {
             root.choose(root.currentIndex)
             break
         case Qt.Key_Up:
-            root.move(-1)
+            root.moveCurrent(-1)
             break
         case Qt.Key_Down:
-            root.move(1)
+            root.moveCurrent(1)
             break
         case Qt.Key_Home:
             root.currentIndex = 0
@@ -52,10 +52,10 @@ ListView {
             root.currentIndex = root.count - 1
             break
         case Qt.Key_PageUp:
-            root.move(-11)
+            root.moveCurrent(-11)
             break
         case Qt.Key_PageDown:
-            root.move(11)
+            root.moveCurrent(11)
             break
         default:
             event.accepted = event.text.length === 1 && root.jumpTo(event.text)
@@ -69,7 +69,7 @@ ListView {
         positionViewAtIndex(Math.max(0, checkedIndex), ListView.Contain)
     }
 
-    function move(distance: int) {
+    function moveCurrent(distance: int) {
         const goal = currentIndex >= 0 ? currentIndex + distance : checkedIndex
         currentIndex = Math.max(0, Math.min(goal, count - 1))
     }
