@@ -18,8 +18,10 @@ Surface {
 
     onContentChanged: { if (content) content.parent = holder }
 
+    // Restores nothing: the content that it leaves is being destroyed.
     Binding {
         property: "width"
+        restoreMode: Binding.RestoreNone
         target: root.content
         value: holder.width
         when: root.content !== null

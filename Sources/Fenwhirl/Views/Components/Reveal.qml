@@ -29,8 +29,10 @@ Item {
         NumberAnimation { duration: Theme.bannerDuration; easing.type: Easing.OutCubic }
     }
 
+    // Restores nothing: the content that it leaves is being destroyed.
     Binding {
         property: "width"
+        restoreMode: Binding.RestoreNone
         target: root.content
         value: root.width
         when: root.content !== null

@@ -78,8 +78,10 @@ Flickable {
         view: root
     }
 
+    // Restores nothing: the content that it leaves is being destroyed.
     Binding {
         property: "width"
+        restoreMode: Binding.RestoreNone
         target: root.content
         value: holder.width
         when: root.content !== null
