@@ -75,6 +75,8 @@ void PanelControl::make(PanelSurroundings surroundings) {
         if (!visible)
             closed_.start();
     });
+    connect(window_.get(), &QWindow::visibleChanged, this, &PanelControl::visibilityChanged);
+    connect(window_.get(), &QWindow::visibilityChanged, this, &PanelControl::visibilityChanged);
 }
 
 void PanelControl::forgetWindow() {
@@ -82,7 +84,7 @@ void PanelControl::forgetWindow() {
         return;
     // It says that it goes, and by then it is no window any more.
     window_->removeEventFilter(this);
-    window_->disconnect();
+    window_->disconnect(this);
     window_.reset();
 }
 

@@ -47,6 +47,8 @@ public:
 Q_SIGNALS:
     // It is about to open, and what it shows should be there.
     void opening();
+    // Its window was shown, hidden, minimised or brought back; not while it is forgotten.
+    void visibilityChanged();
 
 private Q_SLOTS:
     void place();

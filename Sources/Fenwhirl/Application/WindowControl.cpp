@@ -52,6 +52,7 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
         return makeWindow(menuPanelFile(), all);
     }) {
     connect(&panel_, &PanelControl::opening, this, [this] { models_.setAwake(true); });
+    connect(&panel_, &PanelControl::visibilityChanged, this, &WindowControl::updateAwake);
     connect(&monitor, &Monitor::themeChanged, this, &WindowControl::applyTheme);
     connect(&monitor, &Monitor::languageChanged, this, &WindowControl::retranslate);
     connect(&appearance, &SystemAppearance::changed, this, &WindowControl::applyAppearance);
@@ -90,7 +91,6 @@ std::unique_ptr<QQuickWindow> WindowControl::makeWindow(const QUrl& file, const 
         delete object;
         qFatal("A window could not be made: %s", qUtf8Printable(component.errorString()));
     }
-    watchVisibility(*window);
     return window;
 }
 
@@ -109,6 +109,7 @@ void WindowControl::openMain(const QString& token) {
     if (!main_) {
         models_.setAwake(true); // the first picture shows what there is
         main_ = makeWindow(mainWindowFile(), withModels());
+        watchVisibility(*main_);
         main_->installEventFilter(this);
         connect(main_.get(), &QWindow::activeChanged, this, [this] {
             if (main_->isActive())
@@ -128,6 +129,7 @@ void WindowControl::showAlert(const AlertTexts& texts, std::function<void()> acc
                                             {QStringLiteral("message"), texts.body},
                                             {QStringLiteral("acceptText"), texts.accept},
                                             {QStringLiteral("laterText"), texts.later}});
+    watchVisibility(*alert_);
     acceptAlert_ = std::move(accepted);
     connect(alert_.get(), SIGNAL(accepted()), this, SLOT(alertAccepted()));
     MainWindowBehaviour::bringToFront(*alert_, {});
