@@ -1,3 +1,4 @@
+#include "Support/QtWarnings.h"
 #include "Support/TestLocale.h"
 
 #include <QCoreApplication>
@@ -7,5 +8,6 @@
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     const QCoreApplication application(argc, argv);
+    QtWarnings::fail();
     return adoptLocale() ? RUN_ALL_TESTS() : 1;
 }

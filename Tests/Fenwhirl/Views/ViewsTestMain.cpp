@@ -1,4 +1,5 @@
 #include "Fenwhirl/Views/Components/Components.h"
+#include "Support/QtWarnings.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
@@ -20,5 +21,6 @@ int main(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFont(Fenwhirl::interfaceFont(QStringLiteral("Inter")));
     QAccessible::setActive(true);
+    QtWarnings::fail();
     return RUN_ALL_TESTS();
 }

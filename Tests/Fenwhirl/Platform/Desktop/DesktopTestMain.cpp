@@ -1,4 +1,5 @@
 #include "PrivateBus.h"
+#include "Support/QtWarnings.h"
 
 #include <QGuiApplication>
 
@@ -10,5 +11,6 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
     const PrivateBus bus;
+    QtWarnings::fail();
     return RUN_ALL_TESTS();
 }
