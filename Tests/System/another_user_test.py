@@ -49,9 +49,11 @@ class AnotherUser(unittest.TestCase):
 
     def test_the_program_in_another_session_is_left_alone(self):
         with Desktop(controller=False) as desktop:
-            first = desktop.start(XDG_RUNTIME_DIR="")  # the first user's, whose place to meet is another one
-            with stage.Process([desktop.build / "bin/Fenwhirl"],
-                               env={**stage.os.environ, "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}) as second:
+            elsewhere = desktop.home / "elsewhere"  # the first user's place to meet
+            elsewhere.mkdir(0o700)
+            first = desktop.start(XDG_RUNTIME_DIR=str(elsewhere))
+            with stage.Application(desktop.build,
+                                   environment={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}) as second:
                 stage.wait_until(lambda: (stage.pathlib.Path(stage.os.environ["XDG_RUNTIME_DIR"]) /
                                           "fenwhirl.lock").exists(), "the second one has its own lock")
                 self.assertTrue(first.running())

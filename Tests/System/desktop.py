@@ -90,8 +90,8 @@ class Desktop:
             raise
         return self
 
-    def __exit__(self, *_):
-        self.stack.close()
+    def __exit__(self, *details):
+        return self.stack.__exit__(*details)
 
     @staticmethod
     def is_managed(display):
@@ -108,11 +108,7 @@ class Desktop:
 
     def launch(self, **environment):
         """Starts Fenwhirl, and waits for nothing."""
-        log = (self.home / "fenwhirl.log").open("wb")
-        self.stack.callback(log.close)
-        self.application = self.stack.enter_context(stage.Process(
-            [self.build / "bin/Fenwhirl"], stderr=log,
-            env={**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "LANGUAGE": "fr", **environment}))
+        self.application = self.stack.enter_context(stage.Application(self.build, environment=environment))
         self.screen = stage.Interface()
         return self.application
 
@@ -126,12 +122,12 @@ class Desktop:
         return self.application
 
     def log(self):
-        return (self.home / "fenwhirl.log").read_text(encoding="utf-8", errors="replace")
+        return self.application.log()
 
     def start_again(self, **environment):
         """A second start beside the first; its exit status."""
-        return subprocess.run([self.build / "bin/Fenwhirl"], check=False, timeout=stage.PATIENCE_SECONDS,
-                              env={**os.environ, **environment}).returncode
+        with stage.Application(self.build, environment=environment) as second:
+            return second.child.wait(stage.PATIENCE_SECONDS)
 
     def polls(self, count=1):
         """Waits until that many more polls have reached the controller."""

@@ -47,8 +47,8 @@ class Scene:
             raise
         return self
 
-    def __exit__(self, *_):
-        self.stack.close()
+    def __exit__(self, *details):
+        return self.stack.__exit__(*details)
 
     def start_again(self, showing=False):
         """Starts Fenwhirl anew; it knows everything from its preferences, and shows no window before it is asked to."""

@@ -11,10 +11,12 @@ them, and controls are used by the actions that assistive technology uses.
 import contextlib
 import os
 import pathlib
+import re
 import select
 import shutil
 import signal
 import subprocess
+import sys
 import time
 import unittest
 
@@ -285,15 +287,47 @@ class Interface:
         raise StageError(f"{node.get_name()!r} offers only {sorted(actions)}")
 
 
+# How each line of Qt's log begins, so that what is serious can be told from the rest.
+LOG_PATTERN = ("%{if-warning}WARNING %{endif}%{if-critical}CRITICAL %{endif}%{if-fatal}FATAL %{endif}"
+               "%{if-category}%{category}: %{endif}%{message}")
+COMPLAINT = re.compile(r"(WARNING|CRITICAL|FATAL) |.*(\bERROR: \w+Sanitizer|: runtime error: )")
+# What Qt may complain of although nothing is wrong with the program, as regular expressions, each with the reason.
+ALLOWED_COMPLAINTS = {
+    r"WARNING The X11 connection broke \(error 1\)": "a display that goes away is told so, and a test makes one go",
+}
+
+
 class Application(Process):
-    """The built program in its window."""
+    """The built program in its window. Its log is kept; where Qt or the QML engine complained, its end fails the test."""
 
     def __init__(self, build, *arguments, environment=None, scale=None):
         settings = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-                    "LANGUAGE": "fr", **(environment or {})}
+                    "LANGUAGE": "fr", "QT_MESSAGE_PATTERN": LOG_PATTERN,
+                    "QT_FORCE_STDERR_LOGGING": "1",  # some distributions' Qt writes to the system's journal otherwise
+                    **(environment or {})}
         if scale:
             settings["QT_SCALE_FACTOR"] = str(scale)
-        super().__init__([build / "bin/Fenwhirl", *arguments], env=settings)
+        self.log_descriptor = os.memfd_create("Fenwhirl's log")  # a file needs a folder that every account may write to
+        super().__init__([build / "bin/Fenwhirl", *arguments], env=settings, stderr=self.log_descriptor)
+
+    def log(self):
+        """What it has written to its standard error until now."""
+        size = os.fstat(self.log_descriptor).st_size
+        return os.pread(self.log_descriptor, size, 0).decode("utf-8", "replace")
+
+    def complaints(self):
+        """The lines of its log that should not be there."""
+        return [line for line in self.log().splitlines() if COMPLAINT.match(line)
+                and not any(re.match(allowed, line) for allowed in ALLOWED_COMPLAINTS)]
+
+    def __exit__(self, kind, *details):
+        super().__exit__(kind, *details)
+        log, complaints = self.log(), self.complaints()
+        os.close(self.log_descriptor)
+        if kind is not None:
+            sys.stderr.write(log)  # it may tell why
+        elif complaints:
+            raise StageError("the application's log has\n" + "\n".join(complaints))
 
     def window(self):
         """The X11 name of its main window, once that is shown."""

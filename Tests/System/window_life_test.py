@@ -110,7 +110,7 @@ class ClosingAndComingBack(unittest.TestCase):
 
     def test_two_starts_at_once_leave_one_program(self):
         with Desktop() as desktop:
-            starts = [desktop.stack.enter_context(stage.Process([desktop.build / "bin/Fenwhirl"])) for _ in range(4)]
+            starts = [desktop.stack.enter_context(stage.Application(desktop.build)) for _ in range(4)]
             stage.wait_until(lambda: sum(start.running() for start in starts) == 1, "all but one end")
             self.assertEqual([start.child.returncode for start in starts if not start.running()], [0, 0, 0])
 

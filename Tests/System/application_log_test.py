@@ -1,0 +1,47 @@
+"""Whatever Qt or the QML engine complains of in the log of an application fails the test that started it."""
+
+import os
+import pathlib
+import unittest
+
+import stage
+
+
+class ApplicationLog(unittest.TestCase):
+    def run_one_that_writes(self, text):
+        """A program that writes this in Fenwhirl's place, from its start to its end."""
+        build = pathlib.Path(os.environ["HOME"]) / "build"
+        program = build / "bin/Fenwhirl"
+        program.parent.mkdir(parents=True, exist_ok=True)
+        program.write_text(f"#!/bin/sh\ncat >&2 <<'END'\n{text}\nEND\n", encoding="utf-8")
+        program.chmod(0o755)
+        with stage.Application(build) as application:
+            self.assertEqual(application.child.wait(stage.PATIENCE_SECONDS), 0)
+            self.assertEqual(application.log(), text + "\n")
+
+    def test_a_complaint_is_an_error_that_tells_its_lines(self):
+        for complaint in ("WARNING qrc:/qt/qml/Fenwhirl/Views/FanCard.qml:20: TypeError: Cannot read property 'width' of null",
+                          "WARNING qt.qpa.xcb: could not connect to display",
+                          "CRITICAL QObject::startTimer: Timers cannot be started from another thread",
+                          "==12==ERROR: AddressSanitizer: heap-use-after-free",
+                          "Monitor.cpp:12:3: runtime error: signed integer overflow"):
+            with self.subTest(complaint), self.assertRaises(stage.StageError) as raised:
+                self.run_one_that_writes(f"qt.scenegraph.time.renderloop: one picture\n{complaint}\nanother line")
+            self.assertEqual(str(raised.exception).splitlines()[1:], [complaint])
+
+    def test_other_lines_and_those_that_are_allowed_are_none(self):
+        self.run_one_that_writes("qt.scenegraph.time.renderloop: one picture\nno WARNING at all\n"
+                                 "WARNING The X11 connection broke (error 1). Did the X11 server die?")
+
+    def test_an_error_of_the_test_itself_is_told_first(self):
+        with self.assertRaises(ZeroDivisionError), stage.Application(self.program_that_complains()):
+            raise ZeroDivisionError
+
+    def program_that_complains(self):
+        with self.assertRaises(stage.StageError):
+            self.run_one_that_writes("WARNING a line")
+        return pathlib.Path(os.environ["HOME"]) / "build"
+
+
+if __name__ == "__main__":
+    unittest.main()
