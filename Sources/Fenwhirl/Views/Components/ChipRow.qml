@@ -56,7 +56,7 @@ Item {
     function measure() {
         const widths = []
         for (let i = 0; i < chips.count; ++i)
-            widths.push(chips.itemAt(i)?.naturalWidth ?? 0)
+            widths.push((chips.itemAt(i) as Chip)?.naturalWidth ?? 0)
         naturalWidths = widths
     }
 
@@ -66,11 +66,7 @@ Item {
         onCountChanged: root.measure()
 
         Chip {
-            id: chip
-
             required property int index
-            // Measured in the selected weight, so that choosing moves nothing.
-            readonly property real naturalWidth: Math.round(measure.advanceWidth) + 2 * sidePadding
             readonly property rect place: root.places[index] ?? Qt.rect(0, 0, 0, 0)
 
             height: place.height
@@ -82,13 +78,6 @@ Item {
 
             onClicked: root.activated(index)
             onNaturalWidthChanged: root.measure()
-
-            TextMetrics {
-                id: measure
-                font.pixelSize: Math.round(12 * Theme.textScale)
-                font.weight: Font.DemiBold
-                text: chip.text
-            }
         }
     }
 }
