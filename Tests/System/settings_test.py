@@ -68,7 +68,7 @@ class TheReport(unittest.TestCase):
     @staticmethod
     def press_anywhere(scene, name, role):
         scene.screen.use(next(node for node in scene.screen.nodes(showing=False)
-                              if node.get_name() == name and node.get_role_name() == role))
+                              if node.get_name() == name and stage.role_of(node) == role))
 
     def test_the_report_is_saved_where_the_person_says(self):
         with Scene() as scene:

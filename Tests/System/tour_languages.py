@@ -37,7 +37,7 @@ class Pictures:
         self.on_window("windowsize", "--sync", self.application.window(), str(width), str(height))
 
     def open_page(self, name):
-        tabs = [node for node in self.screen.nodes() if node.get_role_name() == "page tab"]
+        tabs = [node for node in self.screen.nodes() if stage.role_of(node) == "page tab"]
         self.screen.use(tabs[PAGES[name]])
 
     def choose(self, language):
@@ -59,12 +59,12 @@ class Pictures:
     # --- Eyes ---
 
     def picker(self):
-        found = [node for node in self.screen.nodes() if node.get_role_name() == "combo box"]
+        found = [node for node in self.screen.nodes() if stage.role_of(node) == "combo box"]
         return found[0] if len(found) == 1 else None
 
     def places(self):
         """How far down everything stands, which scrolling changes. What is out of sight is not in the list."""
-        return [(node.get_role_name(), node.get_extents(self.screen.atspi.CoordType.SCREEN).y)
+        return [(stage.role_of(node), node.get_extents(self.screen.atspi.CoordType.SCREEN).y)
                 for node in self.screen.nodes()]
 
     def still_picture(self, name):
