@@ -162,6 +162,8 @@ class Desktop:
 
     def start_tray(self):
         """A classic tray, which embeds windows of the programs; in the upper right corner. The first before Fenwhirl."""
+        if shutil.which("trayer") is None:
+            raise unittest.SkipTest("there is no trayer here, the classic tray that this test needs")
         tray = self.stack.enter_context(stage.Process(
             ["trayer", "--edge", "top", "--align", "right", "--height", PANEL_HEIGHT, "--widthtype", "pixel",
              "--width", "200"],
