@@ -243,10 +243,12 @@ class Surroundings(HelperTest):
         result = self.helper("version", env={"LD_PROFILE": "libc.so.6"})
         self.assertEqual((result.returncode, result.stdout), (0, b"3\n"))
 
-    def test_the_loaders_listing_mode_is_refused_by_the_loader(self):
+    def test_the_loaders_listing_mode_lists_nothing(self):
+        # The loader ends a set-user-ID program that is to be listed, with 5; since glibc 2.41 it ignores the variable.
         result = self.helper("set", "0", "2400", env={"LD_TRACE_LOADED_OBJECTS": "1"})
-        self.assertEqual((result.returncode, result.stdout, result.stderr), (5, b"", b""))
-        self.assertEqual(self.writes(), [])
+        self.assertIn(result.returncode, (0, 5))
+        self.assertEqual((result.stdout, result.stderr), (b"", b""))
+        self.assertEqual(self.writes() == [], result.returncode == 5)
 
     def test_the_environment_changes_nothing(self):
         hostile = [
