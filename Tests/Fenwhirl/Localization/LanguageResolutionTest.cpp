@@ -45,9 +45,14 @@ TEST(LanguageResolution, FallsBackToEnglish) {
 }
 
 TEST(LanguageResolution, PassesOverMalformedTags) {
-    const QStringList malformed = {
-        QString(),      QStringLiteral(""),     QStringLiteral("-"),   QStringLiteral("f"),
-        u"\u0000fr"_qs, QString(QChar(0xD800)), QString(10'000, u'x'), QStringLiteral("xfr")};
+    const QStringList malformed = {QString(),
+                                   QStringLiteral(""),
+                                   QStringLiteral("-"),
+                                   QStringLiteral("f"),
+                                   QStringLiteral("\u0000fr"),
+                                   QString(QChar(0xD800)),
+                                   QString(10'000, u'x'),
+                                   QStringLiteral("xfr")};
     EXPECT_EQ(languageForPreferred(malformed), AppLanguage::en);
     EXPECT_EQ(languageForPreferred(malformed + QStringList{QStringLiteral("ru")}), AppLanguage::ru);
 }

@@ -32,7 +32,8 @@ const char* const names[] = {"bell",
 
 TEST(SymbolShapes, EveryDrawingIsThereAndStaysOnItsGrid) {
     for (const char* name : names) {
-        const auto& shapes = symbolShapes(QString::fromLatin1(name));
+        const QString symbol = QString::fromLatin1(name);
+        const auto& shapes = symbolShapes(symbol);
         ASSERT_FALSE(shapes.empty()) << name;
         for (const SymbolShape& shape : shapes) {
             const double half = shape.strokeWidth / 2.0;
@@ -44,7 +45,8 @@ TEST(SymbolShapes, EveryDrawingIsThereAndStaysOnItsGrid) {
 }
 
 TEST(SymbolShapes, TheOutlineFanIsAStrokeWithAFilledHub) {
-    const auto& shapes = symbolShapes(QStringLiteral("fan"));
+    const QString symbol = QStringLiteral("fan");
+    const auto& shapes = symbolShapes(symbol);
     ASSERT_EQ(shapes.size(), 2U);
     EXPECT_DOUBLE_EQ(shapes[0].strokeWidth, 1.75);
     EXPECT_DOUBLE_EQ(shapes[1].strokeWidth, 0.0);
