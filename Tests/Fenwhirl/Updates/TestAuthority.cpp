@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QProcessEnvironment>
 
 #include <gtest/gtest.h>
 
@@ -17,9 +18,24 @@ QStringList newKey(const QString& file) {
             file};
 }
 
+// What an authority's certificate has to say of itself. With settings of its own the tool makes the same
+// everywhere, whatever this computer's say.
+constexpr auto settings = R"([req]
+distinguished_name = name
+x509_extensions = authority
+[name]
+[authority]
+basicConstraints = critical, CA:TRUE
+subjectKeyIdentifier = hash
+)";
+
 } // namespace
 
 TestAuthority::TestAuthority() {
+    QFile file(folder_.filePath(QStringLiteral("settings")));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(settings);
+    file.close();
     openssl(QStringList{QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-days"),
                         QStringLiteral("30"), QStringLiteral("-subj"),
                         QStringLiteral("/CN=Authority of a test"), QStringLiteral("-out"),
@@ -75,6 +91,9 @@ QString TestAuthority::wordOnLastIdentity(Status status) {
 void TestAuthority::openssl(const QStringList& arguments) const {
     QProcess process;
     process.setWorkingDirectory(folder_.path());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("OPENSSL_CONF"), folder_.filePath(QStringLiteral("settings")));
+    process.setProcessEnvironment(environment);
     process.start(QStringLiteral("openssl"), arguments);
     EXPECT_TRUE(process.waitForFinished());
     EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();

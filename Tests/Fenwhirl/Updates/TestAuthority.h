@@ -20,8 +20,7 @@ public:
 
     [[nodiscard]] const QSslCertificate& certificate() const { return certificate_; }
 
-    // A certificate for that host (an asterisk may lead), valid for as many days from now; negative: no
-    // longer.
+    // A certificate for that host (an asterisk may lead), valid for as many days from now; 0: no longer.
     [[nodiscard]] ServerIdentity identityFor(const QString& host, int days = 30);
     // One that vouches for itself.
     [[nodiscard]] ServerIdentity selfSigned(const QString& host);

@@ -212,7 +212,7 @@ TEST_F(UpdateChecking, IsSilentAndTriesAgainWhenTheCertificateIsNotGood) {
     };
 
     for (const Case& bad : {
-             Case{"expired", authority.identityFor(host, -1)},
+             Case{"expired", authority.identityFor(host, 0)},
              Case{"for another host", authority.identityFor(u"other.example"_s)},
              Case{"of an unknown authority", stranger.identityFor(host)},
              Case{"self-signed", authority.selfSigned(host)},

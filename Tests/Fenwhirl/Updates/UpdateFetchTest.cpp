@@ -188,7 +188,7 @@ TEST(UpdateFetchTls, RefusesCertificatesThatAreNotGood) {
     };
 
     for (const Case& bad : {
-             Case{"expired", authority.identityFor(host, -1)},
+             Case{"expired", authority.identityFor(host, 0)},
              Case{"for another host", authority.identityFor(u"other.example"_s)},
              Case{"for subdomains only", authority.identityFor(u"*.fenwhirl.example"_s)},
              Case{"of an unknown authority", stranger.identityFor(host)},
