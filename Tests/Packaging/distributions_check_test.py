@@ -1,0 +1,58 @@
+"""`.ci/checks distributions`: what it runs where, and that it passes only when all of it did."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+COMMANDS = ("./run", "./test", "./run --tour", ".ci/checks clang qml")
+
+
+class Distributions(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory(prefix="fenwhirl-check-")
+        self.addCleanup(folder.cleanup)
+        self.checkout = pathlib.Path(folder.name)
+        for path in (".ci/checks", "Packaging/with-progress"):
+            (self.checkout / path).parent.mkdir()
+            shutil.copy(ROOT / path, self.checkout / path)
+
+    def check(self, *arguments, body="exit 0"):
+        """With a fake root of every distribution: the output, the status, and what was run in there."""
+        tool = self.checkout / "Packaging/Linux/in-distribution"
+        tool.parent.mkdir(parents=True, exist_ok=True)
+        tool.write_text(f'#!/bin/sh\n[ "$2" = sh ] || echo "$@" >>calls\n{body}\n', encoding="ascii")
+        tool.chmod(0o755)
+        done = subprocess.run([self.checkout / ".ci/checks", *arguments], check=False, capture_output=True, text=True,
+                              timeout=60, env={**os.environ, "TMPDIR": str(self.checkout)})
+        calls = self.checkout / "calls"
+        return done, calls.read_text(encoding="ascii").splitlines() if calls.exists() else []
+
+    def test_runs_everything_in_each(self):
+        done, calls = self.check("distributions")
+        self.assertEqual((done.returncode, calls),
+                         (0, [f"{name} {command}" for name in ("bookworm", "trixie", "unstable") for command in COMMANDS]))
+        self.assertRegex(done.stderr, r"(?m)^trixie: \./test +\d+ s$")
+
+    def test_runs_it_in_those_that_are_named(self):
+        self.assertEqual(self.check("distributions", "trixie")[1], [f"trixie {command}" for command in COMMANDS])
+
+    def test_fails_when_one_fails_and_runs_the_rest(self):
+        done, calls = self.check("distributions", body='[ "$*" != "trixie ./test" ] || { echo why; exit 8; }')
+        self.assertEqual((done.returncode, len(calls)), (1, 3 * len(COMMANDS)))
+        self.assertRegex(done.stderr, r"(?m)^why\ntrixie: \./test +FAILED after \d+ s; ")
+
+    def test_what_could_not_be_done_is_not_passed(self):
+        done, _ = self.check("distributions", "trixie", body='[ "$2" != ./run ] || exit 77')
+        self.assertEqual(done.returncode, 77)
+        self.assertIn("SKIPPED", done.stderr)
+
+    def test_is_not_run_unasked(self):
+        self.assertEqual(self.check("format")[1], [])
+
+
+if __name__ == "__main__":
+    unittest.main()
