@@ -8,7 +8,7 @@ import tempfile
 import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-COMMON = ("bash", "cat", "dirname", "env", "grep", "mkdir", "mktemp", "readlink", "rm", "sh", "tail")
+COMMON = ("bash", "cat", "dirname", "env", "grep", "mkdir", "mktemp", "readlink", "rm", "sed", "sh", "tail", "tr")
 PACKAGES = """\
 # Two purposes; one package that a command stands in for.
 build compiler
@@ -46,9 +46,14 @@ class InstallPackages(unittest.TestCase):
         os.mkdir(self.tools)
         for tool in COMMON:
             os.symlink(shutil.which(tool), os.path.join(self.tools, tool))
-        # A package that was removed still has a status; the last argument is its name.
-        self.fake("dpkg-query", f'for name; do :; done; if grep -qx "$name" "{self.installed}"; then printf installed; '
-                                "else printf config-files; fi")
+        # The names follow three options. One package is not known at all, and one that was removed still has a status.
+        self.fake("dpkg-query", f"""status=0; shift 3
+for name; do
+    if grep -qx "$name" "{self.installed}"; then echo "installed:$name"
+    elif [ "$name" = viewer ]; then echo "no package $name" >&2; status=1
+    else echo "config-files:$name"; fi
+done
+exit $status""")
         self.fake_apt("")
         self.fake("apt-cache", 'for name; do :; done; echo "$name:"; echo "  Candidate: 1.2-3"')
         self.fake("id", "echo 0")
