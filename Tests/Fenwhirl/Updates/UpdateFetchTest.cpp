@@ -133,11 +133,12 @@ TEST_F(UpdateFetching, AsksWithoutCookiesCacheOrIdentity) {
     ASSERT_EQ(site.requests().size(), 2);
     for (const QByteArray& request : site.requests()) {
         EXPECT_TRUE(request.startsWith("GET /maj/fenwhirl.json HTTP/1.1\r\n")) << request.constData();
-        EXPECT_TRUE(request.contains("User-Agent: Fenwhirl/0.1\r\n"));
-        EXPECT_FALSE(request.toLower().contains("cookie"));
-        EXPECT_FALSE(request.toLower().contains("authorization"));
-        EXPECT_FALSE(request.toLower().contains("if-"));
-        EXPECT_TRUE(request.toLower().contains("no-cache"));
+        const QByteArray lower = request.toLower(); // as newer versions of Qt write the headers' names
+        EXPECT_TRUE(lower.contains("\r\nuser-agent: fenwhirl/0.1\r\n")) << request.constData();
+        EXPECT_FALSE(lower.contains("cookie"));
+        EXPECT_FALSE(lower.contains("authorization"));
+        EXPECT_FALSE(lower.contains("if-"));
+        EXPECT_TRUE(lower.contains("no-cache"));
     }
 }
 
@@ -357,8 +358,9 @@ TEST_F(UpdateFetching, FollowsARedirectionToAnotherHostThatIsWhoItSays) {
     // One server for both, with a certificate that holds for both.
     TestSite both(authority.identityFor(u"*.fenwhirl.example"_s));
     both.setHandler([](QSslSocket& connection, const QByteArray& request) {
-        connection.write(request.contains("Host: b.") ? httpAnswer(200, "there")
-                                                      : httpRedirection("https://b.fenwhirl.example/x"));
+        connection.write(request.toLower().contains("\nhost: b.")
+                             ? httpAnswer(200, "there")
+                             : httpRedirection("https://b.fenwhirl.example/x"));
     });
     EXPECT_EQ(fetch(transportTo(both, authority), QUrl(u"https://a.fenwhirl.example/"_s)), "there");
     EXPECT_EQ(both.destinations(), (QList<QByteArray>{"a.fenwhirl.example:443", "b.fenwhirl.example:443"}));
