@@ -1,6 +1,7 @@
 """The status item's panel keeps the size of its content while it is open, under a window manager that enforces size hints."""
 
 import re
+import time
 import unittest
 
 import stage
@@ -18,6 +19,9 @@ class PanelWindow(unittest.TestCase):
         stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
         desktop.key("Escape")
         stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
+        closed = time.monotonic()
+        # A click right after is taken for the one that closed it.
+        stage.wait_until(lambda: time.monotonic() - closed > 0.4, "a click opens it again")
 
     @staticmethod
     def measure(desktop, last):
