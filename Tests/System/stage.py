@@ -272,8 +272,9 @@ class Interface:
         fits = name if callable(name) else lambda text: text == name
         found = None
         for node in self.nodes():
-            if fits(node.get_name() or "") and (role is None or role_of(node) == role):
-                found = node
+            with contextlib.suppress(self.error):  # it went away while we were looking
+                if fits(node.get_name() or "") and (role is None or role_of(node) == role):
+                    found = node
         return found
 
     def wait_for(self, name, role=None, seconds=PATIENCE_SECONDS):
