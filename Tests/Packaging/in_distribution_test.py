@@ -54,6 +54,7 @@ class WithAFakeDebootstrap(unittest.TestCase):
         self.tool.parent.mkdir(parents=True)
         for name in TOOLS:
             shutil.copy(ROOT / "Packaging/Linux" / name, self.tool.parent / name)
+        shutil.copytree(ROOT / "Packaging/Linux/isolation", self.tool.parent / "isolation")
         self.fakes = self.folder / "fakes"
         self.fakes.mkdir()
         self.fake("debootstrap", DEBOOTSTRAP)
@@ -103,7 +104,7 @@ class InDistribution(WithAFakeDebootstrap):
 
     def test_the_command_runs_in_the_root_and_at_the_same_place(self):
         said = self.ok("trixie", "sh", "-c", "pwd; cat /etc/distribution; ls Packaging/Linux")
-        self.assertEqual(said.splitlines(), [str(self.checkout), "trixie", *sorted(TOOLS)])
+        self.assertEqual(said.splitlines(), [str(self.checkout), "trixie", *sorted(TOOLS), "isolation"])
 
     def test_it_has_the_status_of_the_command(self):
         self.assertEqual(self.run_it("trixie", "sh", "-c", "exit 7").returncode, 7)

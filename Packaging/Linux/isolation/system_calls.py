@@ -7,13 +7,21 @@ import socket
 import struct
 
 # unshare(2)
+NEW_CLOCKS = 0x00000080
 NEW_MOUNTS = 0x00020000
+NEW_CGROUPS = 0x02000000
 NEW_HOST_NAME = 0x04000000
+NEW_MESSAGES = 0x08000000
 NEW_USERS = 0x10000000
 NEW_PROCESSES = 0x20000000
 NEW_NETWORK = 0x40000000
 
 # mount(2), umount2(2)
+MS_READ_ONLY = 0x1
+MS_NO_SET_UID = 0x2
+MS_NO_DEVICES = 0x4
+MS_NO_PROGRAMS = 0x8
+MS_REMOUNT = 0x20
 MS_BIND = 0x1000
 MS_RECURSIVE = 0x4000
 MS_PRIVATE = 0x40000
@@ -44,6 +52,10 @@ def unshare(flags):
     _checked(_libc.unshare(ctypes.c_int(flags)), "unshare")
 
 
+def enter_namespace(descriptor, flag):
+    _checked(_libc.setns(ctypes.c_int(descriptor), ctypes.c_int(flag)), "setns")
+
+
 def mount(source, target, kind=None, flags=0, options=None):
     _checked(_libc.mount(_text(source), _text(target), _text(kind), ctypes.c_ulong(flags), _text(options)),
              f"mount on {os.fspath(target)}")
@@ -58,17 +70,29 @@ def pivot_root(new_root, put_old):
     _checked(_libc.syscall(ctypes.c_long(number), _text(new_root), _text(put_old)), "pivot_root")
 
 
+def prctl(option, *arguments):
+    words = [ctypes.c_ulong(argument) for argument in (*arguments, 0, 0, 0, 0)[:4]]
+    result = _libc.prctl(ctypes.c_int(option), *words)
+    _checked(result, "prctl")
+    return result
+
+
+def capset(header, data):
+    """The two structures as bytes."""
+    _checked(_libc.capset(header, data), "capset")
+
+
 def die_with_parent(number):
     """Has this process sent a signal when its parent ends, and ends it now if that has happened already."""
     parent = os.getppid()
-    _checked(_libc.prctl(_PR_SET_PDEATHSIG, ctypes.c_ulong(number), 0, 0, 0), "prctl")
+    prctl(_PR_SET_PDEATHSIG, number)
     if os.getppid() != parent:
         os.kill(os.getpid(), number)
 
 
 def adopt_orphans():
     """Makes this process the parent of every descendant that loses its own."""
-    _checked(_libc.prctl(_PR_SET_CHILD_SUBREAPER, ctypes.c_ulong(1), 0, 0, 0), "prctl")
+    prctl(_PR_SET_CHILD_SUBREAPER, 1)
 
 
 def bring_loopback_up():
