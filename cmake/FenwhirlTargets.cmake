@@ -32,11 +32,13 @@ if(FENWHIRL_SANITIZE STREQUAL "thread")
     list(APPEND FENWHIRL_TEST_ENVIRONMENT "TSAN_OPTIONS=ignore_noninstrumented_modules=1:die_after_fork=0")
 endif()
 
-# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…]): a GoogleTest program; each of
-# its tests is one test of CTest. What looks into what only Linux has (/proc, desktop entries) is named after NOT_ON_MACOS.
+# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…] [APART file…]): a GoogleTest
+# program; each of its tests is one test of CTest. What looks into what only Linux has (/proc, desktop entries) is named after
+# NOT_ON_MACOS. Where headers are precompiled, sources are compiled several at a time, too, which saves two minutes of a clean
+# build; those whose names would meet in that stand after APART.
 # A test program that needs its own main (for a QCoreApplication) lists FenwhirlTestMain instead of relying on GoogleTest's.
 function(fenwhirl_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN;OWN_MAIN" "" "SOURCES;LINK;NOT_ON_MACOS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN;OWN_MAIN" "" "SOURCES;LINK;NOT_ON_MACOS;APART")
     add_executable(${name} ${arg_SOURCES})
     if(arg_QT_MAIN)
         target_link_libraries(${name} PRIVATE FenwhirlTestMain)
@@ -49,6 +51,14 @@ function(fenwhirl_test name)
         # the standard library overrun in its own inlined code; the sanitizers look for the real ones.
         target_compile_options(${name} PRIVATE -fPIC
             "$<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-stringop-overflow>")
+        list(FILTER arg_SOURCES INCLUDE REGEX "\\.cpp$")
+        list(LENGTH arg_SOURCES count)
+        if(count GREATER 1)
+            set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+            # gcc takes a source that is included for a header, whose types others might see.
+            target_compile_options(${name} PRIVATE "$<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>")
+            set_source_files_properties(${arg_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+        endif()
     endif()
     fenwhirl_reuse_headers(${name} FenwhirlPlainTestMain)
     # Tests include their own support headers by the path from Tests/.
