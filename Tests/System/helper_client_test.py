@@ -7,7 +7,7 @@ import tempfile
 import unittest
 
 from helper_stage import NOBODY, HelperTest, Probe, processes
-from stage import StageError, rounds
+from stage import StageError, rounds, wait_until
 
 FAULTS = ("EIO", "ENOMEM", "EMFILE", "EINTR")
 
@@ -76,6 +76,8 @@ class TheClient(HelperTest):
                     except StageError:
                         self.fail("the application did not survive")
                     self.assertRegex(said, rf"\A({answers})\Z")
+                    # A client that could not wait has left its helper behind, which may still be setting a speed.
+                    wait_until(lambda: not any(name == "FenwhirlHelper" for _, _, name in processes()), "no helper runs")
                     self.assertEqual(probe.tell("run auto"), "yes")
                     self.assert_automatic()
                     self.assertEqual(probe.end(), 0)
