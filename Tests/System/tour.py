@@ -100,7 +100,7 @@ class Tour:
         before = self.temperature() or 0
         self.mac.tell("heat 50%")
         self.line("a game starts: half of the processor's power")
-        for _ in range(6):
+        for _ in range(5):
             self.mac.tell("wait 16")
             self.line("it gets warm; the fans follow" if has_fans else "it gets warm; there is no fan")
         after = self.temperature() or 0
@@ -111,7 +111,7 @@ class Tour:
             raise stage.StageError(f"the fan did not follow: {rpm} rpm, target {target} rpm")
         self.picture("dashboard-game")
         self.mac.tell("heat 0%")
-        for _ in range(3):
+        for _ in range(2):
             self.mac.tell("wait 24")
             self.line("the game is over; it cools down")
         self.picture("dashboard-after")
