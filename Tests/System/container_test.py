@@ -33,8 +33,8 @@ def require_everything():
         stage.require_own(what, "a computer that looks like a container")
 
 
-class TheWalk(run_test.Walk):
-    """As root, in place. What the tests look at is told by those without a container."""
+class InAContainer:
+    """What the command is tried in: as root, in place."""
 
     launcher = (AS_IN_CONTAINER,)
 
@@ -45,6 +45,10 @@ class TheWalk(run_test.Walk):
     @staticmethod
     def can_be_an_ordinary_user():
         return False
+
+
+class TheWalk(InAContainer, run_test.Walk):
+    """As root, in place. What the tests look at is told by those without a container."""
 
     def test_the_whole_walk_is_seen_and_nothing_is_left_behind(self):
         said = self.walk()
@@ -65,18 +69,8 @@ class TheWalk(run_test.Walk):
         stage.wait_until(lambda: not os.listdir("/Library") and not os.path.exists("/run/fenwhirl"), "the places are cleared")
 
 
-class TheDemonstration(run_test.TheDemonstration):
+class TheDemonstration(InAContainer, run_test.TheDemonstration):
     """On a display, in place."""
-
-    launcher = (AS_IN_CONTAINER,)
-
-    def setUp(self):
-        require_everything()
-        super().setUp()
-
-    @staticmethod
-    def can_be_an_ordinary_user():
-        return False
 
     def test_ctrl_c_ends_it_and_the_places_are_cleared(self):
         self.check_end(os.killpg, signal.SIGINT)
