@@ -19,6 +19,9 @@ struct HandBack {
 
     Scope scope = Scope::nothing;
     std::vector<int> indices; // ascending, each once; may be empty: every known fan keeps its speed
+    // Of `indices` none, ascending, each once: fans that keep their speed when the application ends, because
+    // the user wants that, but not while it is silent.
+    std::vector<int> pinned = {};
 
     bool operator==(const HandBack&) const = default;
 };
