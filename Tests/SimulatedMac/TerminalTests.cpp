@@ -42,6 +42,7 @@ public:
         std::vector<const char*> words{FENWHIRL_SIMULATED_MAC, "--speed", "0"};
         words.insert(words.end(), options.begin(), options.end());
         words.push_back(nullptr);
+        ::prctl(PR_SET_CHILD_SUBREAPER, 1); // what a job leaves behind comes to us
         process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
         if (process_ == 0) {
             if (job == Job::plain) {
@@ -61,6 +62,9 @@ public:
         if (process_ > 0) {
             ::kill(process_, SIGKILL);
             (void)end();
+            // The program of a job dies after its parent, and keeps its place until then.
+            while (::waitpid(-1, nullptr, 0) > 0) {
+            }
         }
         ::close(terminal_);
     }
