@@ -20,6 +20,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -34,6 +35,8 @@ struct FanReading {
     double minRPM;    // lowest speed the fan accepts, 0 when unreadable
     double maxRPM;    // highest speed; when unreadable the current speed, but at least 1
     double targetRPM; // what the SMC steers to; when unreadable the current speed
+    // Whether `maxRPM` is what the controller said. A fan is never driven by a guess.
+    bool isMaximumKnown = true;
 
     bool operator==(const FanReading&) const = default;
 };
@@ -95,6 +98,11 @@ public:
     [[nodiscard]] std::vector<FanReading> readFans();
     // "F{i}Md" or "F{i}md", whichever exists first.
     [[nodiscard]] std::optional<std::string> fanModeKey(std::int64_t index);
+    // For each fan that tells, by index, whether it is under manual control: its mode is not automatic, or
+    // the mask of forced fans (of 16 bits) names it; from the tenth fan on, only the mask can tell. Where the
+    // controller does not say how many fans it has, the fans of the mask and those whose modes follow one
+    // another from 0.
+    [[nodiscard]] std::map<int, bool> fanModes();
     // Puts the fan under manual control at the speed, brought into the fan's own range (the maximum wins; 0
     // to 10000 rpm where the fan does not tell). A speed that is no number then is refused before any write.
     // Unlocks the controller where it has a lock and then retries the mode key for up to about 4 seconds.
@@ -144,6 +152,7 @@ private:
     [[nodiscard]] bool shouldStop() const;
 
     [[nodiscard]] std::optional<std::int64_t> usableFanCount();
+    [[nodiscard]] std::optional<bool> isManualByMode(int index);
     [[nodiscard]] bool enterManualMode(std::int64_t index, bool hasUnlock);
     [[nodiscard]] bool handBack(std::int64_t index, Unusable unusable);
     void releaseUnlockIfAllAutomatic(Unusable unusable);

@@ -19,6 +19,10 @@ constexpr std::string_view unlockKey = "Ftst";
 // 8000).
 constexpr double assumedMaximumRPM = 10000;
 
+constexpr int forcedMaskBits = 16;
+// From the tenth on, the mode's key would be cut to that of the fan's limits.
+constexpr int fansWithModeKeys = 10;
+
 constexpr double automaticMode = 0;
 constexpr double manualMode = 1;
 
@@ -38,7 +42,7 @@ bool isUsableMaskIndex(std::int64_t index) {
 // The mask with the fan's bit set or cleared; a fan beyond its 16 bits has none.
 std::uint16_t changedMask(double mask, std::int64_t index, bool forced) {
     const auto current = static_cast<std::uint16_t>(mask);
-    if (index >= 16)
+    if (index >= forcedMaskBits)
         return current;
     const auto bit = static_cast<std::uint16_t>(1U << static_cast<unsigned>(index));
     return static_cast<std::uint16_t>(forced ? current | bit : current & ~bit);
@@ -69,7 +73,9 @@ std::vector<FanReading> SMC::readFans() {
         fan.index = index;
         fan.rpm = *rpm;
         fan.minRPM = readValue(fanKey(index, "Mn")).value_or(0);
-        fan.maxRPM = readValue(fanKey(index, "Mx")).value_or(*rpm > 1 ? *rpm : 1);
+        const auto maximum = readValue(fanKey(index, "Mx"));
+        fan.maxRPM = maximum.value_or(*rpm > 1 ? *rpm : 1);
+        fan.isMaximumKnown = maximum.has_value();
         fan.targetRPM = readValue(fanKey(index, "Tg")).value_or(*rpm);
         fans.push_back(fan);
     }
@@ -82,6 +88,35 @@ std::optional<std::string> SMC::fanModeKey(std::int64_t index) {
             return key;
     }
     return std::nullopt;
+}
+
+std::map<int, bool> SMC::fanModes() {
+    const std::int64_t count = std::min<std::int64_t>(fanCount(), std::numeric_limits<int>::max());
+    const bool isCountKnown = count >= 1;
+    std::map<int, bool> modes;
+    if (const auto mask = readValue(forcedMaskKey); mask && isUsableMask(*mask)) {
+        const auto bits = static_cast<std::uint16_t>(*mask);
+        for (int index = 0; index < forcedMaskBits && (index < count || !isCountKnown); ++index)
+            modes[index] = (bits >> static_cast<unsigned>(index) & 1U) != 0;
+    }
+    for (int index = 0; index < fansWithModeKeys && (index < count || !isCountKnown); ++index) {
+        const auto isManual = isManualByMode(index);
+        if (isManual)
+            modes[index] = *isManual || modes[index];
+        else if (!isCountKnown)
+            break;
+    }
+    return modes;
+}
+
+std::optional<bool> SMC::isManualByMode(int index) {
+    std::optional<bool> isManual;
+    for (const std::string_view suffix : {"Md", "md"}) {
+        if (const auto mode = readValue(fanKey(index, suffix))) {
+            isManual = isManual.value_or(false) || *mode > automaticMode || *mode < automaticMode;
+        }
+    }
+    return isManual;
 }
 
 bool SMC::setFanSpeed(std::int64_t index, double rpm) {

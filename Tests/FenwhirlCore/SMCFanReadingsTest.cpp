@@ -19,8 +19,8 @@ protected:
             };
             const double rpm = number("Ac", -1);
             if (rpm >= 0)
-                fans.push_back(
-                    {index, rpm, number("Mn", 0), number("Mx", std::max(rpm, 1.0)), number("Tg", rpm)});
+                fans.push_back({index, rpm, number("Mn", 0), number("Mx", std::max(rpm, 1.0)),
+                                number("Tg", rpm), !std::isnan(number("Mx", NAN))});
         }
         return fans;
     }
@@ -56,7 +56,8 @@ TEST_F(SMCFanReadings, MissingLimitsHaveSubstitutes) {
     controller.setNumber("FNum", "ui8 ", 2);
     controller.setNumber("F0Ac", "fpe2", 2000);
     controller.setNumber("F1Ac", "fpe2", 0);
-    EXPECT_EQ(smc.readFans(), (std::vector<FanReading>{{0, 2000, 0, 2000, 2000}, {1, 0, 0, 1, 0}}));
+    EXPECT_EQ(smc.readFans(),
+              (std::vector<FanReading>{{0, 2000, 0, 2000, 2000, false}, {1, 0, 0, 1, 0, false}}));
 }
 
 TEST_F(SMCFanReadings, AFanWithoutSpeedLeavesAGap) {
@@ -101,7 +102,7 @@ TEST_F(SMCFanReadings, FromIndexTenOnTheCutKeysAreRead) {
     controller.setNumber("F11A", "ui16", 1111);
     controller.setNumber("F11M", "ui16", 900);
     EXPECT_EQ(smc.readFans(),
-              (std::vector<FanReading>{{10, 1010, 0, 1010, 1010}, {11, 1111, 900, 900, 1111}}));
+              (std::vector<FanReading>{{10, 1010, 0, 1010, 1010, false}, {11, 1111, 900, 900, 1111}}));
 }
 
 TEST_F(SMCFanReadings, ManyFansAreReadInOneGo) {
@@ -117,6 +118,51 @@ TEST_F(SMCFanReadings, ManyFansAreReadInOneGo) {
     EXPECT_EQ(fans.size(), 10U + 1 + 10 + 100);
     EXPECT_EQ(fans[10], (FanReading{123, 123, 123, 123, 123}));
     EXPECT_EQ(fans.back().index, 12399);
+}
+
+TEST_F(SMCFanReadings, AMaximumThatCannotBeReadIsMarkedAsAGuess) {
+    controller.addOlderFans(2);
+    controller.remove("F1Mx");
+    const auto fans = smc.readFans();
+    ASSERT_EQ(fans.size(), 2U);
+    EXPECT_TRUE(fans[0].isMaximumKnown);
+    EXPECT_FALSE(fans[1].isMaximumKnown);
+}
+
+using Modes = std::map<int, bool>;
+
+TEST_F(SMCFanReadings, ModesComeFromTheMask) {
+    controller.addOlderFans(2);
+    controller.setNumber("FS! ", "ui16", 2 + 8); // the fourth bit belongs to no fan
+    EXPECT_EQ(smc.fanModes(), (Modes{{0, false}, {1, true}}));
+    controller.remove("FNum");
+    EXPECT_TRUE(smc.fanModes().at(1));
+}
+
+TEST_F(SMCFanReadings, ModesComeFromTheModeKeysWhateverTheirCase) {
+    controller.addUnlockableFans(3);
+    controller.setNumber("F1Md", "ui8 ", 1);
+    controller.remove("F2Md");
+    controller.setNumber("F2md", "ui8 ", 3);
+    EXPECT_EQ(smc.fanModes(), (Modes{{0, false}, {1, true}, {2, true}}));
+    controller.remove("FNum");
+    EXPECT_EQ(smc.fanModes(), (Modes{{0, false}, {1, true}, {2, true}}));
+    controller.remove("F0Md"); // without a count they follow one another
+    EXPECT_EQ(smc.fanModes(), Modes());
+}
+
+TEST_F(SMCFanReadings, AModeThatCannotBeReadIsLeftOut) {
+    controller.addUnlockableFans(2);
+    controller.at("F0Md").readResult = 0x84;
+    EXPECT_EQ(smc.fanModes(), (Modes{{1, false}}));
+}
+
+TEST_F(SMCFanReadings, FromIndexTenOnAKeyOfLimitsIsNotTakenForAMode) {
+    controller.setNumber("FNum", "ui8 ", 12);
+    controller.setNumber("F11M", "ui16", 900);
+    EXPECT_EQ(smc.fanModes(), Modes());
+    controller.setNumber("FS! ", "ui16", 1U << 11U);
+    EXPECT_TRUE(smc.fanModes().at(11));
 }
 
 TEST_F(SMCFanReadings, TheStopFlagAndADeadConnectionEndTheReading) {

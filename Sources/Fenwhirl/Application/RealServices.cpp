@@ -45,11 +45,8 @@ MonitorServices RealServices::monitorServices() {
         .preferences = preferences_.get(),
         .notify = Notifier::send,
         .loginItem = {.isEnabled = LoginItem::isEnabled, .setEnabled = LoginItem::setEnabled},
-        .announceHandBack =
-            [this](const HandBack& handBack) {
-                emergency_->update(handBack);
-                emergency_->keepAlive();
-            },
+        .announceHandBack = [this](const HandBack& handBack) { emergency_->update(handBack); },
+        .pollFinished = [this] { emergency_->keepAlive(); },
         .handedBack = [this] { emergency_->finish(); },
         .actsInTimeChanged =
             [this](bool actsInTime) {

@@ -19,7 +19,7 @@ struct HandBack {
 
     Scope scope = Scope::nothing;
     std::vector<int> indices; // ascending, each once; may be empty: every known fan keeps its speed
-    // Of `indices` none, ascending, each once: fans that keep their speed when the application ends, because
+    // Ascending, each once, none of `indices`: fans that keep their speed when the application ends, because
     // the user wants that, but not while it is silent.
     std::vector<int> pinned = {};
 
@@ -31,13 +31,22 @@ namespace HandBackRule {
 // A fan that the user has a setting for.
 struct ConfiguredFan {
     int index;
-    bool isConstant; // pinned: keeps its speed on purpose
+    bool isConstant; // keeps its speed on purpose
 };
 
-// Nothing without a helper. Otherwise every fan that was last read or has a setting, but those that are
-// pinned; all fans when none is known.
+// A fan that was sent a speed, or was found manual, and has not been handed back since.
+struct OwnedFan {
+    int index;
+    bool runsAsChosen; // at exactly the constant speed that the user chose, and no safety rule holds it
+};
+
+// Nothing without a helper. Otherwise every fan that was last read, has a setting or is owned; all fans when
+// none is known. A constant fan keeps its speed: without being named when it is not owned, because then there
+// is nothing to hand back; among the pinned ones when it is owned and runs as chosen. Any other owned fan
+// goes back.
 [[nodiscard]] HandBack decide(bool isHelperInstalled, std::span<const int> fansRead,
-                              std::span<const ConfiguredFan> configured);
+                              std::span<const ConfiguredFan> configured,
+                              std::span<const OwnedFan> owned = {});
 
 // The helper commands that carry it out, in order: {"auto", "0"}, {"auto", "2"}, … or {"auto"}.
 [[nodiscard]] std::vector<std::vector<std::string>> commands(const HandBack& handBack);

@@ -1,5 +1,6 @@
 #include "Fenwhirl/Monitoring/Monitor.h"
 
+#include "Fenwhirl/HelperClient/HelperClient.h"
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Monitoring/FanSummary.h"
 #include "Fenwhirl/Monitoring/MonitorPrivate.h"
@@ -16,10 +17,18 @@ Monitor* sharedMonitor = nullptr;
 Monitor::Private::Private(Monitor& owner, MonitorServices monitorServices)
     : monitor(owner)
     , services(std::move(monitorServices))
+    , custody(std::make_shared<FanCustody>(services.announceHandBack))
     , saved(SavedPreferences::load(*services.preferences))
     , settingsSnapshot(std::make_shared<const FanSettings>(saved.settings))
-    , poller(std::make_shared<Poller>(
-          Poller::Services{services.openSMC, services.helper.run, services.now, stop})) {}
+    , poller(std::make_shared<Poller>(Poller::Services{
+          .openSMC = services.openSMC,
+          .runHelper = services.helper.run,
+          .now = services.now,
+          .stop = stop,
+          .asksForProtocol =
+              [read = services.helper.installedVersion] { return read() == HelperClient::expectedVersion; },
+          .resets = resets,
+          .custody = custody})) {}
 
 Monitor::Monitor(MonitorServices services, QObject* parent)
     : QObject(parent)
@@ -30,6 +39,7 @@ Monitor::Monitor(MonitorServices services, QObject* parent)
     }
     Localizer::setLanguage(d.saved.language);
     d.helperInstalled = d.services.helper.isInstalled();
+    d.isHelperThere = d.helperInstalled;
     d.timer.setInterval(std::chrono::seconds(2));
     // A twentieth of the interval more or less, so that the system can wake for several timers at once.
     d.timer.setTimerType(Qt::CoarseTimer);
@@ -135,10 +145,28 @@ QString Monitor::fanName(const FanState& fan) const {
     return fanDisplayName(fan, state().fans.size());
 }
 
-void Monitor::Private::announceObligations() {
-    if (services.announceHandBack) {
-        services.announceHandBack(handBack(helperInstalled, publishedFans()));
+void Monitor::setInFront(bool isInFront) {
+    Private& d = state();
+    if (std::exchange(d.isInFront, isInFront) != isInFront) {
+        d.announceObligations();
+        tick(); // whoever comes now should not wait for the fans
     }
+}
+
+FanCustody::Intent Monitor::Private::intent() const {
+    FanCustody::Intent intent{.settings = settingsSnapshot,
+                              .helperInstalled = helperInstalled,
+                              .isInFront = isInFront,
+                              .fansShown = {}};
+    for (const FanState& fan : fans) {
+        intent.fansShown.push_back(fan.id);
+    }
+    return intent;
+}
+
+void Monitor::Private::announceObligations() {
+    custody->setIntent(intent());
+    mailbox->put(request());
     const bool actsInTime = saved.alertsEnabled || std::ranges::any_of(saved.settings, [](const auto& entry) {
                                 return entry.second.mode != FanModeKind::automatic;
                             });

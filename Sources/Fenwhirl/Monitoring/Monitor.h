@@ -44,8 +44,12 @@ public:
 
     // Opens the controller on the queue and begins to poll; called once.
     void start();
-    // Hands one poll with the current settings to the queue; the timer calls it every 2 seconds.
+    // Has the queue poll once more; the timer calls it every 2 seconds. At most one poll waits behind a
+    // running one, and it takes the settings as they are when it begins.
     void tick();
+    // Whether the user's session is the one in front, as it is at first. Another user's Fenwhirl may drive
+    // the fans while it is not: then polls only read, and the fans of this one are handed back.
+    void setInFront(bool isInFront);
 
     // --- The machine, as of the last poll ---
     [[nodiscard]] const QList<FanState>& fans() const;
@@ -100,8 +104,9 @@ public:
     void setLaunchAtLogin(bool on);
     // The completion runs on the main thread with the report's text.
     void makeDiagnosticReport(bool withFanTest, std::function<void(const QString& text)> completion);
-    // Hands the fans back and returns when that is done; further polls do nothing. For the end of the
-    // process.
+    // Hands the fans back and returns when that is done, or has been refused for too long; then the guard
+    // goes on with it. Fans with a constant speed are left at it, and those that no poll has sent theirs yet
+    // are sent it. Further polls do nothing. For the end of the process.
     void restoreAutomaticBlocking();
 
 Q_SIGNALS:

@@ -7,6 +7,9 @@
 #include "Fenwhirl/Platform/BackgroundTask.h"
 
 #include <future>
+#include <string>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -30,6 +33,8 @@ void Monitor::installHelper() {
             mainThread.assertIsCurrent();
             ++d.helperEra;
             d.versionStamp.reset();
+            d.isHelperThere = installed;
+            d.speaksOurProtocol = installed && !outdated;
             d.assign(d.isInstalling, false, &Monitor::isInstallingChanged);
             d.assign(d.helperInstalled, installed, &Monitor::helperInstalledChanged);
             d.assign(d.helperOutdated, outdated, &Monitor::helperOutdatedChanged);
@@ -44,15 +49,18 @@ void Monitor::installHelper() {
 
 void Monitor::uninstallHelper() {
     Private& d = state();
-    // Polls send no speeds until this is over: a fan that was set again while the password is being typed
-    // would stay at that speed with no helper left to hand it back.
+    // Polls send none of the user's speeds until this is over: a fan that was set again while the password is
+    // being typed would stay at that speed with no helper left to hand it back. Heat protection and the
+    // emergency go on.
     ++d.removalsRunning;
+    d.announceObligations();
     const auto remove = [&d, helper = d.services.helper, reply = d.inbox.sender()] {
         const bool removed = helper.runAsAdministrator(removalCommand());
         const bool installed = helper.isInstalled();
         reply.post([&d, removed, installed] {
             mainThread.assertIsCurrent();
             --d.removalsRunning;
+            d.isHelperThere = installed;
             d.assign(d.helperInstalled, installed, &Monitor::helperInstalledChanged);
             if (!removed) {
                 d.assign(d.controlError, std::optional(TextKey(u"La désactivation a échoué.")),
@@ -63,8 +71,8 @@ void Monitor::uninstallHelper() {
     };
     // On the poll queue first, so that it comes after the speeds of a poll that is under way; the password
     // must not hold up that queue.
-    d.queue->async([run = d.services.helper.run, remove] {
-        static_cast<void>(run({"auto"}));
+    d.queue->async([poller = d.poller, remove] {
+        poller->handBackEverything();
         runInBackground(remove);
     });
 }
@@ -72,9 +80,12 @@ void Monitor::uninstallHelper() {
 void Monitor::resetToAutomatic() {
     Private& d = state();
     apply(Preset::automatic);
-    d.queue->async([helper = d.services.helper] {
-        if (helper.isInstalled()) {
-            static_cast<void>(helper.run({"auto"}));
+    // A poll that is under way sends no further speed, and what waits behind it comes later than this.
+    ++*d.resets;
+    d.announceObligations();
+    d.queue->asyncNext([isInstalled = d.services.helper.isInstalled, poller = d.poller] {
+        if (isInstalled()) {
+            poller->handBackEverything();
         }
     });
 }
@@ -110,41 +121,66 @@ void Monitor::restoreAutomaticBlocking() {
     d.timer.stop();
 
     // Whatever the queue still does ends first: a speed that is being sent must not arrive after the fans
-    // were handed back. Its last act is to name the fans that it read: those of a poll that is not published
-    // yet may be others than the published ones, and both are handed back.
-    const auto drained = std::make_shared<std::promise<std::vector<int>>>();
-    auto fansRead = drained->get_future();
-    d.queue->async([drained, poller = d.poller] { drained->set_value(poller->fansLastRead()); });
-    d.isStuck = fansRead.wait_for(d.services.longestDrain) != std::future_status::ready;
+    // were handed back.
+    const auto drained = std::make_shared<std::promise<void>>();
+    d.queue->async([drained] { drained->set_value(); });
+    d.isStuck = drained->get_future().wait_for(d.services.longestDrain) != std::future_status::ready;
 
-    std::vector<int> fans = d.publishedFans();
-    if (!d.isStuck) {
-        const std::vector<int> unpublished = fansRead.get();
-        fans.insert(fans.end(), unpublished.begin(), unpublished.end());
+    d.helperInstalled = d.services.helper.isInstalled();
+    d.custody->setIntent(d.intent());
+    if (!d.isStuck && d.removalsRunning == 0) {
+        d.sendUnsentSpeeds();
     }
-    const auto handBack = d.handBack(d.services.helper.isInstalled(), fans);
-    for (const auto& command : HandBackRule::commands(handBack)) {
-        static_cast<void>(d.services.helper.run(command));
-    }
-    if (d.services.handedBack) {
+    const bool isDone = d.handBackAtTheEnd();
+    if (isDone && !d.isStuck && d.services.handedBack) {
         d.services.handedBack();
     }
 }
 
-std::vector<int> Monitor::Private::publishedFans() const {
-    std::vector<int> indices;
-    indices.reserve(static_cast<std::size_t>(fans.size()));
-    for (const FanState& fan : fans) {
-        indices.push_back(fan.id);
+void Monitor::Private::sendUnsentSpeeds() {
+    const std::vector<FanWish> wishes = custody->unsentSpeeds();
+    if (wishes.empty()) {
+        return;
     }
-    return indices;
+    if (!speaksOurProtocol) {
+        speaksOurProtocol = services.helper.installedVersion() == HelperClient::expectedVersion;
+    }
+    if (!*speaksOurProtocol) {
+        return;
+    }
+    for (const FanWish& wish : wishes) {
+        SentTarget target{.desired = wish.desired, .at = services.now(), .succeeded = false};
+        custody->setSent(wish.index, target);
+        target.succeeded =
+            services.helper.run({"set", std::to_string(wish.index), std::to_string(*wish.desired.manualRPM)});
+        custody->setSent(wish.index, target);
+    }
 }
 
-HandBack Monitor::Private::handBack(bool isHelperInstalled, std::span<const int> fansRead) const {
-    std::vector<HandBackRule::ConfiguredFan> configured;
-    configured.reserve(saved.settings.size());
-    for (const auto& [index, setting] : saved.settings) {
-        configured.push_back({.index = index, .isConstant = setting.mode == FanModeKind::constant});
+bool Monitor::Private::handBack(const HelperCommand& command) {
+    if (!services.helper.run(command)) {
+        return false;
     }
-    return HandBackRule::decide(isHelperInstalled, fansRead, configured);
+    for (const int index : custody->ours()) {
+        if (command.size() == 1 || command[1] == std::to_string(index)) {
+            custody->setSent(index, {.desired = {}, .at = services.now(), .succeeded = true});
+        }
+    }
+    return true;
+}
+
+bool Monitor::Private::handBackAtTheEnd() {
+    constexpr std::chrono::milliseconds pause{250};
+    const auto end = std::chrono::steady_clock::now() + services.longestRetry;
+    auto commands = HandBackRule::commands(custody->handBack());
+    for (;;) {
+        std::erase_if(commands, [this](const auto& command) {
+            mainThread.assertIsCurrent();
+            return handBack(command);
+        });
+        if (commands.empty() || std::chrono::steady_clock::now() >= end || !services.helper.isInstalled()) {
+            return commands.empty();
+        }
+        std::this_thread::sleep_for(pause);
+    }
 }

@@ -16,7 +16,8 @@ QList<FanState> fanStates(const std::vector<FanReading>& readings) {
     QList<FanState> states;
     states.reserve(static_cast<qsizetype>(readings.size()));
     for (const FanReading& reading : readings) {
-        states.append({reading.index, reading.rpm, reading.minRPM, reading.maxRPM, reading.targetRPM});
+        states.append({reading.index, reading.rpm, reading.minRPM, reading.maxRPM, reading.targetRPM,
+                       reading.isMaximumKnown});
     }
     return states;
 }
@@ -69,21 +70,47 @@ void Monitor::tick() {
     if (*d.stop) {
         return;
     }
-    const bool installed = d.services.helper.isInstalled();
-    d.checkVersion(installed);
-    const PollRequest request{.settings = d.settingsSnapshot,
-                              .helperInstalled = installed,
-                              .holdsManual = d.removalsRunning > 0,
-                              .protect = d.saved.alertsEnabled,
-                              .protectAt = d.saved.alertThreshold};
-    d.queue->async([&d, request, poller = d.poller, reply = d.inbox.sender()] {
-        if (auto result = poller->poll(request)) {
+    d.isHelperThere = d.services.helper.isInstalled();
+    d.checkVersion(d.isHelperThere);
+    d.mailbox->put(d.request());
+    if (!d.mailbox->schedule()) {
+        return;
+    }
+    d.queue->async([&d, mailbox = d.mailbox, poller = d.poller, reply = d.inbox.sender()] {
+        if (auto result = poller->poll(mailbox->take())) {
             reply.post([&d, result = std::move(*result)] {
                 mainThread.assertIsCurrent();
                 d.publish(result);
             });
         }
     });
+}
+
+PollRequest Monitor::Private::request() const {
+    return {.settings = settingsSnapshot,
+            .helperInstalled = isHelperThere,
+            .holdsManual = removalsRunning > 0,
+            .protect = saved.alertsEnabled,
+            .protectAt = saved.alertThreshold,
+            .isInFront = isInFront,
+            .speaksOurProtocol = speaksOurProtocol,
+            .resets = *resets};
+}
+
+void PollMailbox::put(PollRequest request) {
+    const MutexLock lock(mutex_);
+    newest_ = std::move(request);
+}
+
+bool PollMailbox::schedule() {
+    const MutexLock lock(mutex_);
+    return !std::exchange(isWaiting_, true);
+}
+
+PollRequest PollMailbox::take() {
+    const MutexLock lock(mutex_);
+    isWaiting_ = false;
+    return *newest_;
 }
 
 void Monitor::Private::publish(const PollResult& result) {
@@ -107,6 +134,9 @@ void Monitor::Private::publish(const PollResult& result) {
     }
     announceObligations();
     checkAlert(primaryCelsius);
+    if (services.pollFinished) {
+        services.pollFinished();
+    }
     Q_EMIT monitor.polled();
 }
 
@@ -128,10 +158,14 @@ void Monitor::Private::checkVersion(bool installed) {
     if (!installed) {
         ++helperEra;
         versionStamp.reset();
+        speaksOurProtocol.reset();
         assign(helperOutdated, false, &Monitor::helperOutdatedChanged);
         return;
     }
     const auto stamp = services.helper.fileStamp ? services.helper.fileStamp() : std::nullopt;
+    if (stamp && stamp != versionStamp) {
+        speaksOurProtocol.reset(); // another file
+    }
     if (isReadingVersion || (stamp && stamp == versionStamp)) {
         return;
     }
@@ -146,6 +180,8 @@ void Monitor::Private::checkVersion(bool installed) {
                 isReadingVersion = false;
                 if (era == helperEra) {
                     versionStamp = stamp;
+                    speaksOurProtocol = !outdated;
+                    mailbox->put(request());
                     assign(helperOutdated, outdated, &Monitor::helperOutdatedChanged);
                 }
             });

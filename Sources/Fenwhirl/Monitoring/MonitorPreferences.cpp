@@ -4,6 +4,14 @@
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Monitoring/MonitorPrivate.h"
 
+namespace {
+
+// "Max" for a fan whose maximum is not known now: more than any fan can do, to be brought into its range
+// later.
+constexpr double beyondEveryMaximumRPM = 10000;
+
+} // namespace
+
 const FanSettings& Monitor::settings() const {
     return state().saved.settings;
 }
@@ -31,7 +39,7 @@ void Monitor::apply(Preset preset) {
     const auto rewrite = [&](FanSettings& settings) {
         mainThread.assertIsCurrent();
         for (const FanState& fan : d.fans) {
-            settings[fan.id] = settingFor(preset, fan.maxRPM);
+            settings[fan.id] = settingFor(preset, fan.isMaximumKnown ? fan.maxRPM : beyondEveryMaximumRPM);
         }
     };
     d.change(rewrite, preset);
@@ -101,6 +109,7 @@ void Monitor::setAlertThreshold(double celsius) {
     Private& d = state();
     Save::alertThreshold(*d.services.preferences, celsius);
     d.assign(d.saved.alertThreshold, celsius, &Monitor::alertThresholdChanged);
+    d.announceObligations();
 }
 
 bool Monitor::didOnboard() const {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "Fenwhirl/Localization/TextKey.h"
+#include "Fenwhirl/Monitoring/FanCustody.h"
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Monitoring/Poller.h"
 #include "Fenwhirl/Monitoring/SavedPreferences.h"
@@ -22,9 +23,24 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <span>
 #include <utility>
 #include <vector>
+
+// The next poll's request. Polls take the newest one when they begin, so that at most one needs to wait
+// behind the one that is running. Any thread.
+class PollMailbox {
+public:
+    void put(PollRequest request) FENWHIRL_EXCLUDES(mutex_);
+    // Whether a poll has to be scheduled: false while one waits that will take the newest request.
+    [[nodiscard]] bool schedule() FENWHIRL_EXCLUDES(mutex_);
+    // Called by the poll as it begins. Something was put before.
+    [[nodiscard]] PollRequest take() FENWHIRL_EXCLUDES(mutex_);
+
+private:
+    Mutex mutex_;
+    std::optional<PollRequest> newest_ FENWHIRL_GUARDED_BY(mutex_);
+    bool isWaiting_ FENWHIRL_GUARDED_BY(mutex_) = false;
+};
 
 struct Monitor::Private {
     Private(Monitor& owner, MonitorServices monitorServices);
@@ -47,15 +63,24 @@ struct Monitor::Private {
     void change(const std::function<void(FanSettings&)>& edit, std::optional<Preset> preset)
         FENWHIRL_REQUIRES(mainThread);
     void save() const FENWHIRL_REQUIRES(mainThread);
-    // After a poll and after a change of the fans, the settings, the helper's presence or the alerts' switch.
+    // After a poll and after any change of what polls or the end of the program depend on: the fans, the
+    // settings, the helper, the alerts, the session.
     void announceObligations() FENWHIRL_REQUIRES(mainThread);
-    [[nodiscard]] HandBack handBack(bool isHelperInstalled, std::span<const int> fansRead) const
-        FENWHIRL_REQUIRES(mainThread);
-    [[nodiscard]] std::vector<int> publishedFans() const FENWHIRL_REQUIRES(mainThread);
+    [[nodiscard]] PollRequest request() const FENWHIRL_REQUIRES(mainThread);
+    [[nodiscard]] FanCustody::Intent intent() const FENWHIRL_REQUIRES(mainThread);
+    // Sends the speeds that the user chose and that no poll has sent yet.
+    void sendUnsentSpeeds() FENWHIRL_REQUIRES(mainThread);
+    // One command of the hand-back at the end; true when it succeeded.
+    [[nodiscard]] bool handBack(const HelperCommand& command) FENWHIRL_REQUIRES(mainThread);
+    // Hands back what must go back, and tries again for a while where that is refused; true when all is done.
+    [[nodiscard]] bool handBackAtTheEnd() FENWHIRL_REQUIRES(mainThread);
 
     Monitor& monitor;
     const MonitorServices services;
     const std::shared_ptr<std::atomic<bool>> stop = std::make_shared<std::atomic<bool>>(false);
+    const std::shared_ptr<std::atomic<unsigned>> resets = std::make_shared<std::atomic<unsigned>>(0);
+    const std::shared_ptr<FanCustody> custody;
+    const std::shared_ptr<PollMailbox> mailbox = std::make_shared<PollMailbox>();
 
     QList<FanState> fans FENWHIRL_GUARDED_BY(mainThread);
     QList<SensorState> sensors FENWHIRL_GUARDED_BY(mainThread);
@@ -77,6 +102,9 @@ struct Monitor::Private {
     bool isStuck FENWHIRL_GUARDED_BY(mainThread) = false; // a poll that does not end
     bool hasRestored FENWHIRL_GUARDED_BY(mainThread) = false;
     int removalsRunning FENWHIRL_GUARDED_BY(mainThread) = 0;
+    bool isInFront FENWHIRL_GUARDED_BY(mainThread) = true;
+    bool isHelperThere FENWHIRL_GUARDED_BY(mainThread) = false;            // as of the last tick
+    std::optional<bool> speaksOurProtocol FENWHIRL_GUARDED_BY(mainThread); // once it was asked
 
     // One reading of the helper's version at a time; an answer of an earlier era is ignored.
     bool isReadingVersion FENWHIRL_GUARDED_BY(mainThread) = false;

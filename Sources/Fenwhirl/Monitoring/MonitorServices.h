@@ -55,9 +55,13 @@ struct MonitorServices {
     } loginItem;
 
     // Told what would have to be handed back if the application ended now: by the constructor, at each change
-    // and at each poll, whether it changed or not. Main thread. May be left out.
+    // and at each poll, whether it changed or not; of a fan that is going to be driven, before its first
+    // command runs. Main thread and "fenwhirl.smc", one call at a time. Must not block. May be left out.
     std::function<void(const HandBack& handBack)> announceHandBack = {};
-    // Told that the fans have been handed back for good. Main thread. May be left out.
+    // A poll has ended and its result is published: the program is alive. Main thread. May be left out.
+    std::function<void()> pollFinished = {};
+    // Told that every fan that must go back has gone back, for good; not told when one has not. Main thread.
+    // May be left out.
     std::function<void()> handedBack = {};
 
     // Told whether the program must act in time even while it shows no window, that is while a fan is not
@@ -68,6 +72,8 @@ struct MonitorServices {
     // How long the end waits for the poll that is under way. A helper ends itself after 30 seconds; what
     // takes longer than this will not end at all.
     std::chrono::milliseconds longestDrain = std::chrono::seconds(35);
+    // How long the end tries again to hand a fan back that was refused, before it leaves that to the guard.
+    std::chrono::milliseconds longestRetry = std::chrono::seconds(2);
 
     // Whether the monitor polls by its own timer; tests switch it off and call Monitor::tick.
     bool runsOwnTimer = true;

@@ -12,7 +12,8 @@ struct FanState {
     double rpm;
     double minRPM;
     double maxRPM;
-    double target; // rpm the SMC steers to
+    double target;              // rpm the SMC steers to
+    bool isMaximumKnown = true; // `maxRPM` is what the SMC said, no guess
 
     bool operator==(const FanState&) const = default;
 };

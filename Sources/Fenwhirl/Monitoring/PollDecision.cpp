@@ -3,6 +3,9 @@
 #include "Fenwhirl/Monitoring/SensorSummary.h"
 #include "Fenwhirl/Monitoring/WholeNumber.h"
 
+#include <limits>
+#include <unordered_set>
+
 namespace {
 
 using Seconds = std::chrono::duration<double>;
@@ -32,18 +35,26 @@ std::uint64_t distance(std::int64_t a, std::int64_t b) {
     return a > b ? unsignedA - unsignedB : unsignedB - unsignedA;
 }
 
+bool isEmergency(std::optional<double> primaryCelsius) {
+    return primaryCelsius && *primaryCelsius >= emergencyCelsius;
+}
+
+const FanSetting& settingOf(int index, const FanSettings& settings) {
+    static const FanSetting defaultSetting;
+    const auto entry = settings.find(index);
+    return entry == settings.end() ? defaultSetting : entry->second;
+}
+
 std::optional<std::int64_t> wantedRPM(const FanReading& fan, const PollInput& input,
                                       std::optional<double> primaryCelsius, bool boosting) {
-    static const FanSetting defaultSetting;
-    if (primaryCelsius && *primaryCelsius >= emergencyCelsius) {
+    if (isEmergency(primaryCelsius) || !fan.isMaximumKnown) {
         return std::nullopt;
     }
     if (boosting) {
         return wholeNumber(fan.maxRPM);
     }
-    const auto entry = input.settings.find(fan.index);
-    const FanSetting& setting = entry == input.settings.end() ? defaultSetting : entry->second;
-    return targetRPM(setting, fan.minRPM, fan.maxRPM, input.temperatures, primaryCelsius);
+    return targetRPM(settingOf(fan.index, input.settings), fan.minRPM, fan.maxRPM, input.temperatures,
+                     primaryCelsius);
 }
 
 } // namespace
@@ -52,6 +63,7 @@ PollDecision decide(const PollInput& input, bool wasBoosting) {
     PollDecision decision{};
     decision.primaryCelsius = primaryTemperature(input.temperatures);
     decision.boosting = boostingAfter(wasBoosting, decision.primaryCelsius, input.protect, input.protectAt);
+    decision.forbidsManualControl = !decision.primaryCelsius || isEmergency(decision.primaryCelsius);
     decision.wishes.reserve(input.fans.size());
     for (const FanReading& fan : input.fans) {
         FanWish wish{fan.index, {wantedRPM(fan, input, decision.primaryCelsius, decision.boosting)}, false};
@@ -66,7 +78,7 @@ PollDecision decide(const PollInput& input, bool wasBoosting) {
 }
 
 std::optional<HelperCommand> commandFor(const FanWish& wish, const SentTargets& sent, bool helperInstalled,
-                                        Seconds now) {
+                                        Seconds now, HandBackPace pace) {
     if (!helperInstalled) {
         return std::nullopt;
     }
@@ -75,7 +87,9 @@ std::optional<HelperCommand> commandFor(const FanWish& wish, const SentTargets& 
         entry != sent.end() && entry->second.desired.manualRPM ? &entry->second : nullptr;
     const std::string index = std::to_string(wish.index);
     if (!wish.desired.manualRPM) {
-        return manualBefore ? std::optional<HelperCommand>({"auto", index}) : std::nullopt;
+        const bool isRepeated = entry != sent.end() && entry->second.isOurs() &&
+                                (pace == HandBackPace::urgent || now - entry->second.at >= resendInterval);
+        return manualBefore || isRepeated ? std::optional<HelperCommand>({"auto", index}) : std::nullopt;
     }
     if (manualBefore && now - manualBefore->at <= resendInterval &&
         distance(*wish.desired.manualRPM, *manualBefore->desired.manualRPM) < smallestPromptChangeRPM) {
@@ -84,6 +98,31 @@ std::optional<HelperCommand> commandFor(const FanWish& wish, const SentTargets& 
     return HelperCommand{"set", index, std::to_string(*wish.desired.manualRPM)};
 }
 
-void record(SentTargets& sent, const FanWish& wish, Seconds now) {
-    sent.insert_or_assign(wish.index, SentTarget{wish.desired, now});
+void record(SentTargets& sent, const FanWish& wish, Seconds now, bool succeeded) {
+    sent.insert_or_assign(wish.index, SentTarget{wish.desired, now, succeeded});
+}
+
+void takeOver(SentTargets& sent, int index) {
+    constexpr Seconds longAgo{-std::numeric_limits<double>::infinity()};
+    if (const auto entry = sent.find(index); entry == sent.end() || !entry->second.isOurs()) {
+        sent.insert_or_assign(index, SentTarget{.desired = {0}, .at = longAgo, .succeeded = false});
+    }
+}
+
+std::vector<FanWish> handBacksOfUnreadFans(const PollDecision& decision, const PollInput& input,
+                                           const SentTargets& sent) {
+    std::unordered_set<int> read;
+    for (const FanReading& fan : input.fans) {
+        read.insert(fan.index);
+    }
+    std::vector<FanWish> wishes;
+    for (const auto& [index, target] : sent) {
+        const bool mustGoBack = decision.forbidsManualControl || decision.boosting ||
+                                !target.desired.manualRPM ||
+                                settingOf(index, input.settings).mode == FanModeKind::automatic;
+        if (target.isOurs() && !read.contains(index) && mustGoBack) {
+            wishes.push_back({index, {}, false});
+        }
+    }
+    return wishes;
 }

@@ -1,6 +1,23 @@
 #include "Fenwhirl/Monitoring/Poller.h"
 
+#include <algorithm>
+#include <map>
 #include <utility>
+
+namespace {
+
+// The fans are driven by another session: this one wants nothing of them but to be rid of its own.
+void leaveToOthers(PollDecision& decision) {
+    for (FanWish& wish : decision.wishes) {
+        wish = {wish.index, {}, false};
+    }
+    decision.forbidsManualControl = true;
+}
+
+// From the tenth on a fan has no mode key (SMC::fanModes), so that asking for it again is in vain.
+constexpr int fansThatTell = 10;
+
+} // namespace
 
 Poller::Poller(Services services) : services_(std::move(services)) {}
 
@@ -30,19 +47,45 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     for (const FanReading& fan : result.fans) {
         fansLastRead_.push_back(fan.index);
     }
+    lookForManualFans(result.fans, request.isInFront);
 
-    PollDecision decision = decide({.fans = result.fans,
-                                    .temperatures = result.temperatures,
-                                    .settings = *request.settings,
-                                    .protect = request.protect,
-                                    .protectAt = request.protectAt},
-                                   boosting_);
+    const PollInput input{.fans = result.fans,
+                          .temperatures = result.temperatures,
+                          .settings = *request.settings,
+                          .protect = request.protect,
+                          .protectAt = request.protectAt};
+    PollDecision decision = decide(input, boosting_);
     boosting_ = decision.boosting;
     result.primaryCelsius = decision.primaryCelsius;
     result.helperInstalled = request.helperInstalled;
-    result.wantsManualControl = decision.wantsManualControl;
-    result.problem = carryOut(decision.wishes, request);
+    result.wantsManualControl = decision.wantsManualControl && request.isInFront;
+    if (services_.custody) {
+        services_.custody->setReadings(result.fans, decision.forbidsManualControl || decision.boosting);
+    }
+    if (decision.forbidsManualControl) {
+        takeOverManualFans();
+    }
+    if (!request.isInFront) {
+        leaveToOthers(decision);
+    }
+    for (const FanWish& wish : handBacksOfUnreadFans(decision, input, sent_)) {
+        decision.wishes.push_back(wish);
+    }
+    result.problem = carryOut(decision, request);
     return result;
+}
+
+void Poller::handBackEverything() {
+    queue_.assertIsCurrent();
+    static_cast<void>(services_.runHelper({"auto"}));
+    const auto modes = smc_ ? smc_->fanModes() : std::map<int, bool>();
+    const SentTargets before = sent_;
+    for (const auto& [index, target] : before) {
+        const auto mode = modes.find(index);
+        if (target.isOurs() && (mode == modes.end() || mode->second)) {
+            static_cast<void>(send({index, {}, false}, {"auto", std::to_string(index)}));
+        }
+    }
 }
 
 std::vector<int> Poller::fansLastRead() const {
@@ -50,20 +93,80 @@ std::vector<int> Poller::fansLastRead() const {
     return fansLastRead_;
 }
 
-std::optional<PollProblem> Poller::carryOut(const std::vector<FanWish>& wishes, const PollRequest& request) {
+// Each fan is looked at until the machine has said once what it is. A session that comes to the front begins
+// anew: what another one left behind is its own from now on.
+void Poller::lookForManualFans(const std::vector<FanReading>& fans, bool isInFront) {
+    if (isInFront && !wasInFront_) {
+        fansLookedAt_.clear();
+    }
+    wasInFront_ = isInFront;
+    const bool isComplete = std::ranges::all_of(fans, [this](const FanReading& fan) {
+        return fan.index >= fansThatTell || fansLookedAt_.contains(fan.index);
+    });
+    if (!isInFront || (isComplete && !fansLookedAt_.empty())) {
+        return;
+    }
+    for (const auto& [index, isManual] : smc_->fanModes()) {
+        if (fansLookedAt_.insert(index).second && isManual) {
+            takeOver(sent_, index);
+        }
+    }
+    tellCustody();
+}
+
+void Poller::takeOverManualFans() {
+    for (const auto& [index, isManual] : smc_->fanModes()) {
+        if (isManual) {
+            takeOver(sent_, index);
+        }
+    }
+    tellCustody();
+}
+
+void Poller::tellCustody() const {
+    if (services_.custody) {
+        services_.custody->setSent(sent_);
+    }
+}
+
+std::optional<PollProblem> Poller::carryOut(const PollDecision& decision, const PollRequest& request) {
     std::optional<PollProblem> problem;
-    for (const FanWish& wish : wishes) {
+    for (const FanWish& wish : decision.wishes) {
         if (wish.suspended) {
             problem = PollProblem::noTemperature;
         }
-        const auto command = commandFor(wish, sent_, request.helperInstalled, services_.now());
-        if (!command || *services_.stop || (request.holdsManual && wish.desired.manualRPM)) {
+        const auto command =
+            commandFor(wish, sent_, request.helperInstalled, services_.now(),
+                       decision.forbidsManualControl ? HandBackPace::urgent : HandBackPace::calm);
+        if (!command || *services_.stop || (wish.desired.manualRPM && !maySendSpeed(decision, request))) {
             continue;
         }
-        if (!services_.runHelper(*command)) {
+        if (!send(wish, *command)) {
             problem = PollProblem::refused;
         }
-        record(sent_, wish, services_.now());
     }
     return problem;
+}
+
+bool Poller::maySendSpeed(const PollDecision& decision, const PollRequest& request) const {
+    if (request.holdsManual && !decision.boosting) {
+        return false;
+    }
+    if (services_.resets && *services_.resets != request.resets) {
+        return false;
+    }
+    return request.speaksOurProtocol ? *request.speaksOurProtocol
+                                     : !services_.asksForProtocol || services_.asksForProtocol();
+}
+
+bool Poller::send(const FanWish& wish, const HelperCommand& command) {
+    const auto before = sent_.find(wish.index);
+    if (wish.desired.manualRPM && (before == sent_.end() || !before->second.isOurs())) {
+        record(sent_, wish, services_.now(), false);
+        tellCustody();
+    }
+    const bool succeeded = services_.runHelper(command);
+    record(sent_, wish, services_.now(), succeeded);
+    tellCustody();
+    return succeeded;
 }

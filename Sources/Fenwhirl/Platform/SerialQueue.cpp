@@ -27,6 +27,14 @@ void SerialQueue::async(std::function<void()> work) {
     changed_.notify_one();
 }
 
+void SerialQueue::asyncNext(std::function<void()> work) {
+    {
+        const std::lock_guard lock(mutex_);
+        pending_.push_front(std::move(work));
+    }
+    changed_.notify_one();
+}
+
 void SerialQueue::sync(const std::function<void()>& work) {
     if (isCurrent()) {
         std::abort();

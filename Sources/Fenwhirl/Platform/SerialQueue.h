@@ -31,6 +31,8 @@ public:
 
     // Hands work over and returns at once.
     void async(std::function<void()> work);
+    // The same, but before everything that waits.
+    void asyncNext(std::function<void()> work);
     // Hands work over and returns when it has run, and with it all that was handed over before.
     void sync(const std::function<void()>& work);
     // Whether the caller runs on this queue.

@@ -7,6 +7,7 @@ namespace {
 using HandBackRule::commands;
 using HandBackRule::ConfiguredFan;
 using HandBackRule::decide;
+using HandBackRule::OwnedFan;
 using Commands = std::vector<std::vector<std::string>>;
 
 constexpr bool installed = true;
@@ -44,6 +45,19 @@ TEST(HandBackRule, RunsNothingWhenEveryKnownFanIsPinned) {
 
 TEST(HandBackRule, KeepsAnIndexThatNoFanCanHave) {
     EXPECT_EQ(decided(installed, {}, {{-1, false}}), Commands({{"auto", "-1"}}));
+}
+
+TEST(HandBackRule, FansThatAreOwnedGoBackWhetherTheyWereReadOrNot) {
+    EXPECT_EQ(decide(installed, std::vector{0}, {}, std::vector<OwnedFan>{{3, false}}),
+              (HandBack{HandBack::Scope::indices, {0, 3}}));
+    EXPECT_EQ(decide(installed, {}, {}, std::vector<OwnedFan>{{3, true}}),
+              (HandBack{HandBack::Scope::indices, {3}}));
+}
+
+TEST(HandBackRule, AConstantFanStaysOnlyAsItWasChosen) {
+    const std::vector<ConfiguredFan> configured = {{0, true}, {1, true}, {2, true}, {3, false}};
+    const std::vector<OwnedFan> owned = {{0, true}, {1, false}, {3, true}};
+    EXPECT_EQ(decide(installed, {}, configured, owned), (HandBack{HandBack::Scope::indices, {1, 3}, {0}}));
 }
 
 } // namespace

@@ -166,6 +166,49 @@ TEST_F(MonitorLifecycle, ResetPutsEveryFanBackUnderAutomaticControl) {
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto"}, {"auto", "0"}, {"auto", "1"}}));
 }
 
+TEST_F(MonitorLifecycle, ResetOvertakesWhatWaitsAndEndsTheSpeedsOfARunningPoll) {
+    start();
+    monitor().apply(Preset::max);
+    std::atomic<bool> isHeldUp = false;
+    std::promise<void> release;
+    helper.onRun = [&, released = release.get_future().share()](const auto&) {
+        isHeldUp = true;
+        released.wait();
+    };
+    monitor().tick();
+    ASSERT_TRUE(waitUntil([&] { return isHeldUp.load(); })); // in the first fan's "set"
+    monitor().tick();
+    monitor().resetToAutomatic();
+    QSignalSpy polled(&monitor(), &Monitor::polled);
+    release.set_value();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "6000"}, {"auto"}, {"auto", "0"}}));
+}
+
+TEST_F(MonitorLifecycle, HeatProtectionGoesOnWhileTheHelperIsBeingRemoved) {
+    std::promise<void> release;
+    MonitorServices slow = services();
+    slow.helper.runAsAdministrator = [released = release.get_future().share()](const std::string&) {
+        released.wait();
+        return false;
+    };
+    Monitor m(slow);
+    QSignalSpy polled(&m, &Monitor::polled);
+    m.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
+    m.uninstallHelper();
+    setCelsius(91);
+    m.tick(); // the password is being typed
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto"}, {"set", "0", "6000"}, {"set", "1", "6000"}}));
+    setCelsius(92);
+    m.tick();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 3; }));
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}}));
+    release.set_value();
+    ASSERT_TRUE(waitUntil([&] { return !m.controlError().isEmpty(); }));
+}
+
 TEST_F(MonitorLifecycle, ResetThatTheHelperRefusesIsNotReported) {
     helper.succeeds = false;
     start();

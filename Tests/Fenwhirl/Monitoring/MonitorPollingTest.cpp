@@ -1,6 +1,5 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "MonitorHarness.h"
-#include "Support/ResidentMemory.h"
 
 #include <QSignalSpy>
 
@@ -122,22 +121,23 @@ TEST_F(MonitorPolling, OnlyChangesAreAnnounced) {
     EXPECT_EQ(primary.count(), 1);
 }
 
-TEST_F(MonitorPolling, APollKnowsTheSettingsAndTheHelperAsTheyWereAtItsTick) {
+TEST_F(MonitorPolling, APollThatWaitedTakesTheNewestSettings) {
     start();
     std::promise<void> release;
-    helper.onRun = [&, released = release.get_future().share()](const auto&) { released.wait(); };
+    std::atomic<bool> isHeldUp = false;
+    helper.onRun = [&, released = release.get_future().share()](const auto&) {
+        isHeldUp = true;
+        released.wait();
+    };
     QSignalSpy polled(&monitor(), &Monitor::polled);
     monitor().setSetting(0, constant(2000));
     monitor().tick(); // held up in its helper run
+    ASSERT_TRUE(waitUntil([&] { return isHeldUp.load(); }));
     monitor().tick(); // waits behind it
     monitor().setSetting(0, constant(4000));
-    helper.installed = false;
     release.set_value();
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
-    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
-    EXPECT_TRUE(monitor().helperInstalled());
-    poll();
-    EXPECT_FALSE(monitor().helperInstalled());
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}, {"set", "0", "4000"}}));
 }
 
 TEST_F(MonitorPolling, HistoryKeepsTheLastThreeHundredTemperatures) {
@@ -283,28 +283,37 @@ TEST_F(MonitorPolling, GoodPollDoesNotClearAnEarlierMessage) {
     EXPECT_EQ(changed.count(), 1);
 }
 
-TEST_F(MonitorPolling, FailedHandBackCountsAsSentEvenInAnEmergency) {
+TEST_F(MonitorPolling, FailedHandBackIsRepeatedAtEveryPollOfAnEmergency) {
     start();
     monitor().setSetting(0, constant(2000));
     poll();
     helper.forgetRuns();
     helper.succeeds = false;
     setCelsius(95);
+    pollAfter(2);
+    pollAfter(2);
+    EXPECT_FALSE(monitor().controlError().isEmpty());
+    helper.succeeds = true;
     for (int i = 0; i < 10; ++i) {
         pollAfter(2);
     }
-    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}}));
-    EXPECT_FALSE(monitor().controlError().isEmpty());
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "0"}, {"auto", "0"}}));
 }
 
 TEST_F(MonitorPolling, FreshStartSendsNothingToAutomaticFans) {
-    smc.setNumber("FS! ", "ui16", 3); // left manual by an earlier process
     start();
     pollAfter(20);
     EXPECT_EQ(helper.takeRuns(), Runs());
 }
 
-TEST_F(MonitorPolling, DeadControllerStaysDeadAndNothingIsSent) {
+TEST_F(MonitorPolling, FreshStartHandsBackWhatAnEarlierProcessLeftManual) {
+    smc.setNumber("FS! ", "ui16", 2);
+    start();
+    pollAfter(20);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "1"}}));
+}
+
+TEST_F(MonitorPolling, DeadControllerStaysDeadAndItsFansAreHandedBack) {
     std::atomic<int> connections = 0;
     MonitorServices counted = services();
     counted.openSMC = [&, open = counted.openSMC] {
@@ -329,9 +338,10 @@ TEST_F(MonitorPolling, DeadControllerStaysDeadAndNothingIsSent) {
     pollLater(20);
     pollLater(20);
     EXPECT_TRUE(m.fans().isEmpty());
-    EXPECT_EQ(helper.takeRuns(), Runs());
+    // Which works all the same: each helper opens a connection of its own.
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}}));
     EXPECT_EQ(connections, 1);
-    m.restoreAutomaticBlocking(); // works all the same: each helper opens its own connection
+    m.restoreAutomaticBlocking();
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "1"}}));
 }
 
@@ -410,9 +420,10 @@ TEST_F(MonitorPolling, VersionIsAskedForOnceWhileTheFileStaysTheSame) {
     helper.setVersion("2");
     m.start();
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 1 && outdated.count() == 1; }));
-    m.tick();
-    m.tick();
-    ASSERT_TRUE(waitUntil([&] { return polled.count() == 3; }));
+    for (int polls = 2; polls <= 3; ++polls) {
+        m.tick();
+        ASSERT_TRUE(waitUntil([&] { return polled.count() == polls; }));
+    }
     EXPECT_EQ(helper.versionReads, 1);
     helper.setVersion("3");
     stamp = 8;
@@ -436,33 +447,34 @@ TEST_F(MonitorPolling, PollsNeverOverlap) {
     for (int i = 0; i < 200; ++i) {
         monitor().setSetting(0, constant(2000 + 200.0 * (i % 2)));
         monitor().tick();
+        monitor().tick();
+        ASSERT_TRUE(waitUntil([&] { return polled.count() > i; }));
     }
-    ASSERT_TRUE(waitUntil([&] { return polled.count() == 200; }));
     EXPECT_FALSE(overlapped);
-    EXPECT_EQ(helper.takeRuns().size(), 200U);
+    EXPECT_GT(helper.takeRuns().size(), 100U);
 }
 
-TEST_F(MonitorPolling, BacklogOfAnHourTakesLittleMemoryAndDrainsInOrder) {
+TEST_F(MonitorPolling, TicksOfAnHourBehindASlowPollMakeOnePoll) {
     start();
     std::promise<void> release;
-    helper.onRun = [&, released = release.get_future().share()](const auto&) { released.wait(); };
+    std::atomic<bool> isHeldUp = false;
+    helper.onRun = [&, released = release.get_future().share()](const auto&) {
+        isHeldUp = true;
+        released.wait();
+    };
     QSignalSpy polled(&monitor(), &Monitor::polled);
     monitor().setSetting(0, constant(2000));
-    for (int index = 2; index < 256; ++index) {
-        monitor().setSetting(index, constant(3000)); // a copy for each tick would be many megabytes
-    }
-    const auto residentBefore = residentBytes();
+    monitor().tick();
+    ASSERT_TRUE(waitUntil([&] { return isHeldUp.load(); }));
     for (int i = 0; i < 1800; ++i) {
         monitor().tick();
     }
     EXPECT_EQ(polled.count(), 0);
-    if (residentBefore) {
-        EXPECT_LT(residentBytes(), *residentBefore + (4U << 20U));
-    }
     release.set_value();
-    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1800; }));
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+    poll();
+    EXPECT_EQ(polled.count(), 3);
     EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
-    EXPECT_EQ(monitor().history().size(), 300);
 }
 
 TEST_F(MonitorPolling, WakingFromSleepSendsAgainInTheFirstPoll) {

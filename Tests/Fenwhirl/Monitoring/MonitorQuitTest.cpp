@@ -228,6 +228,105 @@ TEST_F(MonitorQuit, PollThatNeverEndsHoldsUpNothingForEver) {
     ASSERT_TRUE(waitUntil([&] { return !helper.takeRuns().empty(); }));
 }
 
+TEST_F(MonitorQuit, ASpeedThatWasChosenAndNotYetSentIsSent) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    poll();
+    helper.forgetRuns();
+    monitor().apply(Preset::max);
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "6000"}, {"set", "1", "6000"}}));
+    EXPECT_EQ(timesHandedBack, 1);
+}
+
+TEST_F(MonitorQuit, ASpeedThatIsRefusedAtTheEndIsHandedBack) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    helper.onRun = [&](const auto& arguments) { helper.succeeds = arguments.at(0) == "auto"; };
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}, {"auto", "0"}, {"auto", "1"}}));
+    EXPECT_EQ(timesHandedBack, 1);
+}
+
+TEST_F(MonitorQuit, AConstantFanThatHeatProtectionDrivesIsHandedBack) {
+    for (const double rpm : {2500.0, 6000.0}) { // also when it runs at the very speed that was chosen
+        setCelsius(50);
+        start();
+        monitor().setSetting(0, constant(rpm));
+        poll();
+        setCelsius(91);
+        poll();
+        helper.forgetRuns();
+        monitor().restoreAutomaticBlocking();
+        EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}}));
+        destroyMonitor();
+    }
+}
+
+TEST_F(MonitorQuit, AFanOfOursThatNobodyCanReadAnyMoreIsHandedBack) {
+    for (const std::string_view lost : {"F1Ac", "FNum"}) {
+        smc.setNumber("FNum", "ui8 ", 2);
+        setFan(1, 2000);
+        start();
+        monitor().setSetting(1, constant(3000));
+        poll();
+        smc.remove(lost);
+        poll();
+        monitor().setSetting(1, constant(4000)); // so that it does not run as chosen
+        helper.forgetRuns();
+        monitor().restoreAutomaticBlocking();
+        EXPECT_EQ(helper.takeRuns().back(), (FakeHelper::Arguments{"auto", "1"})) << lost;
+        destroyMonitor();
+    }
+}
+
+TEST_F(MonitorQuit, WhatIsRefusedIsTriedAgainAndThenLeftToTheGuard) {
+    MonitorServices patient = services();
+    patient.longestRetry = std::chrono::milliseconds(1);
+    Monitor m(patient);
+    QSignalSpy polled(&m, &Monitor::polled);
+    m.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
+    helper.onRun = [&](const auto& arguments) { helper.succeeds = arguments.at(1) == "1"; };
+    m.restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}, {"auto", "0"}}));
+    EXPECT_EQ(timesHandedBack, 0);
+    EXPECT_EQ(handBacks.back().indices, (std::vector{0, 1}));
+}
+
+TEST_F(MonitorQuit, AFanIsAnnouncedBeforeItsFirstCommandRuns) {
+    setCelsius(91); // the protection drives automatic fans in the first poll
+    std::vector<HandBack> atCommands;
+    helper.onRun = [&](const auto&) { atCommands.push_back(handBacks.back()); };
+    start();
+    ASSERT_EQ(atCommands.size(), 2U);
+    for (std::size_t i = 0; i < atCommands.size(); ++i) {
+        EXPECT_NE(std::ranges::find(atCommands[i].indices, static_cast<int>(i)), atCommands[i].indices.end());
+    }
+}
+
+TEST_F(MonitorQuit, AConstantFanIsPinnedOnceItsSpeedWasSent) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    helper.succeeds = false;
+    poll();
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::indices, {0, 1}, {}}));
+    helper.succeeds = true;
+    pollAfter(11);
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::indices, {1}, {0}}));
+    monitor().setSetting(0, constant(2050));
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::indices, {0, 1}, {}}));
+}
+
+TEST_F(MonitorQuit, BehindAnotherSessionOnlyItsOwnFansAreHandedBack) {
+    start();
+    monitor().setInFront(false);
+    ASSERT_TRUE(waitUntil([&] { return !monitor().needsHelper(); }));
+    monitor().restoreAutomaticBlocking();
+    EXPECT_EQ(helper.takeRuns(), Runs());
+    EXPECT_EQ(timesHandedBack, 1);
+}
+
 TEST_F(MonitorQuit, AnnouncesWhatWouldHaveToBeHandedBack) {
     make();
     EXPECT_EQ(handBacks.back(), (HandBack{Scope::allFans, {}}));

@@ -9,8 +9,11 @@
 class DecidedPoll {
 public:
     PollModel::Outcome poll(const PollCircumstances& c) {
-        const PollDecision decision =
-            decide({c.fans, c.temperatures, c.settings, c.protect, c.protectAt}, boosting_);
+        const PollInput input{c.fans, c.temperatures, c.settings, c.protect, c.protectAt};
+        PollDecision decision = decide(input, boosting_);
+        const auto unread = handBacksOfUnreadFans(decision, input, sent_);
+        decision.wishes.insert(decision.wishes.end(), unread.begin(), unread.end());
+        const auto pace = decision.forbidsManualControl ? HandBackPace::urgent : HandBackPace::calm;
         boosting_ = decision.boosting;
         PollModel::Outcome outcome;
         outcome.primary = decision.primaryCelsius;
@@ -21,12 +24,12 @@ public:
             if (wish.suspended) {
                 outcome.problem = "noTemperature";
             }
-            if (const auto command = commandFor(wish, sent_, c.helperInstalled, now)) {
+            if (const auto command = commandFor(wish, sent_, c.helperInstalled, now, pace)) {
                 outcome.commands.push_back(*command);
                 if (!c.helperSucceeds) {
                     outcome.problem = "refused";
                 }
-                record(sent_, wish, now);
+                record(sent_, wish, now, c.helperSucceeds);
             }
         }
         return outcome;

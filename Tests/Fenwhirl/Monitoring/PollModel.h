@@ -73,6 +73,7 @@ public:
             boosting_ = true;
         }
         outcome.boosting = boosting_;
+        const bool forbidden = !hasPrimary || primary >= 92.0;
         for (const FanReading& fan : c.fans) {
             Fan& known = fans_[fan.index];
             double wanted = automatic;
@@ -96,10 +97,7 @@ public:
                 wanted = automatic;
             }
             if (std::isnan(wanted)) {
-                if (known.isManual && c.helperInstalled) {
-                    send(outcome, c, {"auto", std::to_string(fan.index)});
-                    known = {};
-                }
+                giveBack(outcome, c, fan.index, known, forbidden);
                 continue;
             }
             outcome.needsHelper = true;
@@ -109,7 +107,18 @@ public:
             }
             send(outcome, c,
                  {"set", std::to_string(fan.index), std::to_string(static_cast<std::int64_t>(wanted))});
-            known = {true, wanted, c.nowSeconds};
+            known = {true, wanted, c.nowSeconds, false};
+        }
+        for (auto& [index, known] : fans_) {
+            bool isRead = false;
+            for (const FanReading& fan : c.fans) {
+                isRead = isRead || fan.index == index;
+            }
+            const bool isUsersChoice =
+                c.settings.contains(index) && c.settings.at(index).mode != FanModeKind::automatic;
+            if (!isRead && (forbidden || boosting_ || !known.isManual || !isUsersChoice)) {
+                giveBack(outcome, c, index, known, forbidden);
+            }
         }
         return outcome;
     }
@@ -121,7 +130,20 @@ private:
         bool isManual = false;
         double rpm = 0;
         double atSeconds = 0;
+        bool wasRefusedToGoBack = false;
     };
+
+    // A fan that was driven goes back; refused, it is sent again after 10 seconds, or at once where no fan
+    // may be driven.
+    static void giveBack(Outcome& outcome, const PollCircumstances& c, int index, Fan& known,
+                         bool forbidden) {
+        const bool isDue = known.isManual ||
+                           (known.wasRefusedToGoBack && (forbidden || c.nowSeconds - known.atSeconds >= 10));
+        if (isDue && c.helperInstalled) {
+            send(outcome, c, {"auto", std::to_string(index)});
+            known = {false, 0, c.nowSeconds, !c.helperSucceeds};
+        }
+    }
 
     static void send(Outcome& outcome, const PollCircumstances& c, std::vector<std::string> command) {
         outcome.commands.push_back(std::move(command));

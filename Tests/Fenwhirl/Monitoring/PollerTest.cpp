@@ -97,8 +97,9 @@ TEST_F(PollerTest, OfSeveralProblemsTheLastCounts) {
     smc.remove("TC0P");
     answer = [](const HelperCommand& command) { return command.at(1) != "1"; };
     EXPECT_EQ(poll()->problem, PollProblem::refused); // of the second fan's hand-back
+    answer = [](const HelperCommand&) { return true; };
     EXPECT_EQ(poll()->problem, PollProblem::noTemperature);
-    EXPECT_EQ(commands.size(), 4U);
+    EXPECT_EQ(commands.size(), 5U);
 }
 
 TEST_F(PollerTest, AFanThatIsRefusedDoesNotKeepTheOthersWaiting) {
@@ -126,6 +127,133 @@ TEST_F(PollerTest, AFanIsHandedBackAlsoWhileSpeedsAreHeldBack) {
     smc.setNumber("TC0P", "sp78", 92);
     (void)poll();
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}}));
+}
+
+TEST_F(PollerTest, HeatProtectionGoesOnWhileSpeedsAreHeldBack) {
+    pin(0, 2000);
+    request.holdsManual = true;
+    smc.setNumber("TC0P", "sp78", 90);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "6000"}, {"set", "1", "6000"}}));
+}
+
+TEST_F(PollerTest, AFanThatIsManualAtTheStartIsHandedBackOrSentItsSpeed) {
+    smc.setNumber("FS! ", "ui16", 3);
+    pin(0, 2000);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "1"}}));
+}
+
+TEST_F(PollerTest, AModeThatCannotBeReadAtTheStartIsReadLater) {
+    smc.setNumber("FS! ", "ui16", 3);
+    smc.at("FS! ").readResult = 0x84;
+    (void)poll();
+    EXPECT_EQ(commands, Commands());
+    smc.at("FS! ").readResult = SMCResult::success;
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"auto", "0"}, {"auto", "1"}}));
+}
+
+TEST_F(PollerTest, AFanThatSomebodyDrivesInAnEmergencyIsHandedBackAgainAndAgain) {
+    smc.setNumber("TC0P", "sp78", 92);
+    (void)poll();
+    EXPECT_EQ(commands, Commands());
+    for (int i = 0; i < 2; ++i) {
+        smc.setNumber("FS! ", "ui16", 2);
+        (void)poll();
+        smc.setNumber("FS! ", "ui16", 0);
+        (void)poll();
+    }
+    EXPECT_EQ(commands, (Commands{{"auto", "1"}, {"auto", "1"}}));
+}
+
+TEST_F(PollerTest, ARefusedHandBackIsRepeatedUntilItSucceeds) {
+    pin(0, 2000);
+    (void)poll();
+    commands.clear();
+    answer = [](const HelperCommand&) { return false; };
+    smc.setNumber("TC0P", "sp78", 92);
+    (void)poll();
+    (void)poll(); // at every poll while manual control is forbidden
+    EXPECT_EQ(commands, (Commands{{"auto", "0"}, {"auto", "0"}}));
+    request.settings = std::make_shared<const FanSettings>();
+    smc.setNumber("TC0P", "sp78", 60);
+    (void)poll(); // else ten seconds later
+    now += std::chrono::milliseconds(9999);
+    (void)poll();
+    EXPECT_EQ(commands.size(), 2U);
+    now += std::chrono::milliseconds(1);
+    answer = [](const HelperCommand&) { return true; };
+    (void)poll();
+    now += std::chrono::hours(1);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"auto", "0"}, {"auto", "0"}, {"auto", "0"}}));
+}
+
+TEST_F(PollerTest, AFanThatCannotBeReadIsHandedBackByItsIndex) {
+    for (const std::string_view lost : {"F1Ac", "FNum"}) {
+        for (const double celsius : {90.0, 92.0, 0.0}) { // protection, emergency, no temperature
+            smc.setNumber("FNum", "ui8 ", 2);
+            smc.setNumber("F1Ac", "fpe2", 2000);
+            smc.setNumber("TC0P", "sp78", 60);
+            now += std::chrono::hours(1);
+            pin(1, 3000);
+            (void)poll();
+            ASSERT_EQ(commands.back(), (HelperCommand{"set", "1", "3000"}));
+            smc.remove(lost);
+            const auto before = commands.size();
+            (void)poll();
+            ASSERT_EQ(commands.size(), before) << "it may come back";
+            smc.setNumber("TC0P", "sp78", celsius);
+            (void)poll();
+            EXPECT_EQ(commands.back(), (HelperCommand{"auto", "1"})) << lost << celsius;
+        }
+    }
+}
+
+TEST_F(PollerTest, AFanWithoutAMaximumIsLeftToTheFirmware) {
+    pin(0, 2000);
+    (void)poll();
+    smc.remove("F0Mx");
+    smc.setNumber("TC0P", "sp78", 91);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}, {"set", "1", "6000"}}));
+}
+
+TEST_F(PollerTest, BehindAnotherSessionItOnlyGivesBackWhatIsItsOwn) {
+    pin(0, 2000);
+    (void)poll();
+    request.isInFront = false;
+    smc.setNumber("FS! ", "ui16", 2); // the other one drives the second fan
+    (void)poll();
+    now += std::chrono::hours(1);
+    EXPECT_FALSE(poll()->wantsManualControl);
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}}));
+    request.isInFront = true;
+    (void)poll(); // the other one has left the second fan behind
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}, {"set", "0", "2000"}, {"auto", "1"}}));
+}
+
+TEST_F(PollerTest, AHelperOfAnotherProtocolIsSentNoSpeed) {
+    pin(0, 2000);
+    (void)poll();
+    request.speaksOurProtocol = false;
+    now += std::chrono::hours(1);
+    (void)poll();
+    smc.setNumber("TC0P", "sp78", 92);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}}));
+}
+
+TEST_F(PollerTest, HandingEverythingBackNamesTheFansThatTheMachineShowsManual) {
+    pin(0, 2000);
+    pin(1, 3000);
+    (void)poll();
+    commands.clear();
+    smc.setNumber("FS! ", "ui16", 2); // "auto" did nothing for the second fan
+    smc.remove("FNum");
+    poller.handBackEverything();
+    EXPECT_EQ(commands, (Commands{{"auto"}, {"auto", "1"}}));
 }
 
 TEST_F(PollerTest, OnceItIsToStopItStartsNoFurtherHelper) {

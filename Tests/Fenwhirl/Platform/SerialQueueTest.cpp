@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <future>
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <string>
@@ -19,6 +20,19 @@ TEST(SerialQueue, RunsWorkInTheOrderOfHandingOver) {
         }
     }
     EXPECT_EQ(order, expected);
+}
+
+TEST(SerialQueue, RunsNextWhatIsInAHurry) {
+    std::vector<int> order;
+    {
+        SerialQueue queue("fenwhirl.test");
+        std::promise<void> release;
+        queue.async([released = release.get_future().share()] { released.wait(); });
+        queue.async([&order] { order.push_back(1); });
+        queue.asyncNext([&order] { order.push_back(0); });
+        release.set_value();
+    }
+    EXPECT_EQ(order, (std::vector{0, 1}));
 }
 
 TEST(SerialQueue, NeverRunsTwoPiecesAtOnce) {
