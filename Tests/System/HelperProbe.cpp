@@ -7,11 +7,13 @@
 #include "Fenwhirl/Application/FenwhirlApp.h"
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/HelperClient/KeptHelper.h"
 #include "Fenwhirl/Platform/AlternateSignalStack.h"
 
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -21,6 +23,7 @@
 namespace {
 
 std::unique_ptr<EmergencyHandBack> emergency;
+std::optional<KeptHelper> kept;
 
 std::vector<std::string> wordsOf(const std::string& line) {
     std::istringstream stream(line);
@@ -80,6 +83,12 @@ std::string answer(const std::vector<std::string>& words) {
         return yesOrNo(HelperClient::run(rest));
     if (command == "output")
         return std::to_string(HelperClient::output(rest).size());
+    if (command == "keep") {
+        kept.emplace(std::string(HelperClient::helperPath));
+        return "yes";
+    }
+    if (command == "run-kept")
+        return yesOrNo(kept->run(rest));
     if (command == "install")
         return yesOrNo(HelperClient::install());
     if (command == "administrator")

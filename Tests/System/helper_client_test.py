@@ -6,7 +6,7 @@ import signal
 import tempfile
 import unittest
 
-from helper_stage import NOBODY, HelperTest, Probe, processes
+from helper_stage import HELPER, NOBODY, HelperTest, Probe, processes
 from stage import StageError, rounds, wait_until
 
 FAULTS = ("EIO", "ENOMEM", "EMFILE", "EINTR")
@@ -36,6 +36,15 @@ class TheClient(HelperTest):
         self.assertEqual(set(os.listdir(f"/proc/{probe.pid}/fd")), at_first[1])
         self.assertEqual([name for _, parent, name in processes(zombies=True) if parent == probe.pid], [])
         self.assertEqual(self.value("FS!"), 3)
+
+    def test_a_helper_that_was_kept_hands_back_after_its_file_is_gone(self):
+        probe = self.probe()
+        self.assertEqual(probe.tell("run set 0 3000"), "yes")
+        self.assertEqual(probe.tell("keep"), "yes")
+        os.unlink(HELPER)
+        self.assertEqual(self.value("FS!"), 1)
+        self.assertEqual(probe.tell("run-kept auto 0"), "yes")
+        self.assertEqual(self.value("FS!"), 0)
 
     def traced(self, trace, *injection):
         options = [f"--inject={each}" for each in injection]

@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/HelperClient/KeptHelper.h"
 #include "Fenwhirl/Platform/Activity.h"
 #include "Fenwhirl/Platform/Clock.h"
 #include "Fenwhirl/Platform/FileStatus.h"
@@ -40,6 +41,12 @@ MonitorServices RealServices::monitorServices() {
                    .output = HelperClient::output,
                    .runAsAdministrator = HelperClient::runAsAdministrator,
                    .install = HelperClient::install,
+                   .keep =
+                       [] {
+                           const auto kept =
+                               std::make_shared<const KeptHelper>(std::string(HelperClient::helperPath));
+                           return [kept](const auto& arguments) { return kept->run(arguments); };
+                       },
                    .fileStamp = helperFileStamp},
         .now = continuousTime,
         .preferences = preferences_.get(),

@@ -55,12 +55,17 @@ void Monitor::uninstallHelper() {
     ++d.removalsRunning;
     d.announceObligations();
     const auto remove = [&d, helper = d.services.helper, reply = d.inbox.sender()] {
+        // What heat protection drives in the meantime must go back, too, when the helper is gone.
+        const auto kept = helper.keep ? helper.keep() : nullptr;
         const bool removed = helper.runAsAdministrator(removalCommand());
         const bool installed = helper.isInstalled();
-        reply.post([&d, removed, installed] {
+        reply.post([&d, kept, removed, installed] {
             mainThread.assertIsCurrent();
             --d.removalsRunning;
             d.isHelperThere = installed;
+            if (!installed && kept) {
+                d.queue->async([poller = d.poller, kept] { poller->handBackOurs(kept); });
+            }
             d.assign(d.helperInstalled, installed, &Monitor::helperInstalledChanged);
             if (!removed) {
                 d.assign(d.controlError, std::optional(TextKey(u"La désactivation a échoué.")),

@@ -34,6 +34,9 @@ struct MonitorServices {
         std::function<std::string(const std::vector<std::string>&)> output;
         std::function<bool(const std::string&)> runAsAdministrator;
         std::function<bool()> install;
+        // Keeps the helper for commands after its file is removed; the function runs one of them. May be left
+        // out.
+        std::function<std::function<bool(const std::vector<std::string>&)>()> keep = {};
         // Changes whenever the helper's file does, so that the version need not be asked for at every poll.
         // Main thread, must not block; without it the version is asked for each time.
         std::function<std::optional<std::int64_t>()> fileStamp = {};

@@ -14,6 +14,16 @@ void leaveToOthers(PollDecision& decision) {
     decision.forbidsManualControl = true;
 }
 
+std::vector<int> ours(const SentTargets& sent) {
+    std::vector<int> indices;
+    for (const auto& [index, target] : sent) {
+        if (target.isOurs()) {
+            indices.push_back(index);
+        }
+    }
+    return indices;
+}
+
 // From the tenth on a fan has no mode key (SMC::fanModes), so that asking for it again is in vain.
 constexpr int fansThatTell = 10;
 
@@ -79,12 +89,17 @@ void Poller::handBackEverything() {
     queue_.assertIsCurrent();
     static_cast<void>(services_.runHelper({"auto"}));
     const auto modes = smc_ ? smc_->fanModes() : std::map<int, bool>();
-    const SentTargets before = sent_;
-    for (const auto& [index, target] : before) {
-        const auto mode = modes.find(index);
-        if (target.isOurs() && (mode == modes.end() || mode->second)) {
-            static_cast<void>(send({index, {}, false}, {"auto", std::to_string(index)}));
+    for (const int index : ours(sent_)) {
+        if (const auto mode = modes.find(index); mode == modes.end() || mode->second) {
+            static_cast<void>(send({index, {}, false}, {"auto", std::to_string(index)}, services_.runHelper));
         }
+    }
+}
+
+void Poller::handBackOurs(const std::function<bool(const HelperCommand&)>& runHelper) {
+    queue_.assertIsCurrent();
+    for (const int index : ours(sent_)) {
+        static_cast<void>(send({index, {}, false}, {"auto", std::to_string(index)}, runHelper));
     }
 }
 
@@ -141,7 +156,7 @@ std::optional<PollProblem> Poller::carryOut(const PollDecision& decision, const 
         if (!command || *services_.stop || (wish.desired.manualRPM && !maySendSpeed(decision, request))) {
             continue;
         }
-        if (!send(wish, *command)) {
+        if (!send(wish, *command, services_.runHelper)) {
             problem = PollProblem::refused;
         }
     }
@@ -159,13 +174,14 @@ bool Poller::maySendSpeed(const PollDecision& decision, const PollRequest& reque
                                      : !services_.asksForProtocol || services_.asksForProtocol();
 }
 
-bool Poller::send(const FanWish& wish, const HelperCommand& command) {
+bool Poller::send(const FanWish& wish, const HelperCommand& command,
+                  const std::function<bool(const HelperCommand&)>& runHelper) {
     const auto before = sent_.find(wish.index);
     if (wish.desired.manualRPM && (before == sent_.end() || !before->second.isOurs())) {
         record(sent_, wish, services_.now(), false);
         tellCustody();
     }
-    const bool succeeded = services_.runHelper(command);
+    const bool succeeded = runHelper(command);
     record(sent_, wish, services_.now(), succeeded);
     tellCustody();
     return succeeded;

@@ -81,6 +81,9 @@ public:
     // automatic then: where the controller does not say how many fans it has, "all" are none.
     void handBackEverything();
 
+    // The same for each fan of ours alone, by another helper than usual.
+    void handBackOurs(const std::function<bool(const HelperCommand&)>& runHelper);
+
     // The fans of the last poll that read them all, for handing them back at the end.
     [[nodiscard]] std::vector<int> fansLastRead() const;
 
@@ -94,7 +97,9 @@ private:
     [[nodiscard]] bool maySendSpeed(const PollDecision& decision, const PollRequest& request) const
         FENWHIRL_REQUIRES(queue_);
     // Runs the helper and remembers what came of it; the guard knows of the fan beforehand.
-    [[nodiscard]] bool send(const FanWish& wish, const HelperCommand& command) FENWHIRL_REQUIRES(queue_);
+    [[nodiscard]] bool send(const FanWish& wish, const HelperCommand& command,
+                            const std::function<bool(const HelperCommand&)>& runHelper)
+        FENWHIRL_REQUIRES(queue_);
 
     const Services services_;
     const OneThread queue_;

@@ -209,6 +209,31 @@ TEST_F(MonitorLifecycle, HeatProtectionGoesOnWhileTheHelperIsBeingRemoved) {
     ASSERT_TRUE(waitUntil([&] { return !m.controlError().isEmpty(); }));
 }
 
+TEST_F(MonitorLifecycle, WhatHeatProtectionDroveGoesBackThoughTheHelperIsGone) {
+    std::promise<void> release;
+    MonitorServices slow = services();
+    slow.helper.runAsAdministrator = [this, released = release.get_future().share()](const std::string&) {
+        released.wait();
+        helper.installed = false;
+        return true;
+    };
+    slow.helper.keep = [run = slow.helper.run] { return run; };
+    Monitor m(slow);
+    QSignalSpy polled(&m, &Monitor::polled);
+    m.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
+    m.uninstallHelper();
+    setCelsius(91);
+    m.tick();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+    helper.forgetRuns();
+    release.set_value();
+    ASSERT_TRUE(waitUntil([&] { return !m.helperInstalled(); }));
+    m.tick();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 3; }));
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}}));
+}
+
 TEST_F(MonitorLifecycle, ResetThatTheHelperRefusesIsNotReported) {
     helper.succeeds = false;
     start();
