@@ -1,11 +1,17 @@
-// fenwhirl-guard: hands the fans back to automatic control when the application was killed.
+// fenwhirl-guard: hands the fans back when the application was killed, or does nothing any more.
 //
-// A child of the application in a process group of its own. It does nothing but read the pipe on descriptor
-// 0, whose other end the application alone holds. When that end disappears without a farewell, the
-// application is gone and its fans may be left at a speed that suits nobody any more; then the guard runs the
-// helper for them, at once and once more when a command that was under way must be over, and ends.
+// A child of the application in a process group of its own. It reads the pipe on descriptor 0, whose other
+// end the application alone holds, and acts in two cases:
 //
-// A C program in all but its headers: no C++ library, no heap, no environment, no arguments.
+// - That end disappears without a farewell: the application is gone and its fans may be left at a speed that
+//   suits nobody any more. The guard runs the helper for those that are not pinned, at once and once more
+//   when a command that was under way must be over, and ends.
+// - Nothing comes through the pipe for ten seconds: the application is stopped or hangs, and nobody watches
+//   the temperature. The guard hands back every fan, pinned ones too, and goes on watching.
+//
+// A fan counts as handed back when the helper says so; until then it is tried again, with growing pauses.
+//
+// A C program in all but its headers: no C++ library, no environment, no arguments, no heap after its start.
 
 #include "Guard/GuardRecord.h"
 
@@ -15,6 +21,7 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -23,45 +30,114 @@
 namespace {
 
 // A "set" of the dead application may outlive it by the helper's patience with a locked controller, 4.2 s.
-constexpr time_t secondsUntilSecondRun = 5;
+constexpr int secondsUntilSecondRun = 5;
+
+// Between two tries of fans that could not be handed back. Each pause is twice as long as the one before.
+constexpr int shortestPause = 1; // seconds
+constexpr int longestPause = 30;
+
+int longerPause(int pause) {
+    return pause < longestPause / 2 ? 2 * pause : longestPause;
+}
+
+// What the application let be heard; the later ones outdo the earlier ones.
+enum class Heard { silence, something, record, life, end };
 
 // Two lines: the one that is being read, and the last complete one.
 char lines[2][GuardRecord::longestLine];
 int complete = -1; // which of them, -1 before the first
+int reading = 0;
+std::size_t length = 0; // of the line that is being read
+bool isTooLong = false; // it
+bool isOrderly = false; // the last byte was the farewell
 
-// Reads to the end of the pipe. True when the application took its leave.
-bool watch() {
-    int reading = 0;
-    std::size_t length = 0;
-    bool isTooLong = false;
-    bool isOrderly = false;
+Heard take(char character) {
+    isOrderly = character == GuardRecord::orderlyEnd;
+    if (isOrderly)
+        return Heard::something;
+    if (character != '\n') {
+        isTooLong = isTooLong || length + 1 >= sizeof lines[0];
+        if (!isTooLong)
+            lines[reading][length++] = character;
+        return Heard::something;
+    }
+    if (length == 0)
+        return Heard::life;
+    lines[reading][length] = '\0';
+    if (isTooLong)
+        std::memcpy(lines[reading], GuardRecord::allFans, sizeof GuardRecord::allFans);
+    complete = reading;
+    reading = 1 - reading;
+    length = 0;
+    isTooLong = false;
+    return Heard::record;
+}
+
+// Waits up to `milliseconds` for the application. The system counts them while it runs: time that the
+// machine sleeps is no silence, and this process, if it was stopped meanwhile, hears of one time-out at most.
+Heard listen(int milliseconds) {
+    pollfd pipe = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
     for (;;) {
+        const int ready = poll(&pipe, 1, milliseconds);
+        if (ready == 0)
+            return Heard::silence;
+        if (ready < 0 && errno == EINTR)
+            continue;
+        // Where poll fails otherwise, the end of the pipe at least is still noticed.
         char buffer[4096];
         const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
-            return isOrderly;
+            return Heard::end;
+        Heard heard = Heard::something;
         for (ssize_t i = 0; i < count; ++i) {
-            const char character = buffer[i];
-            isOrderly = character == GuardRecord::orderlyEnd;
-            if (isOrderly)
-                continue;
-            if (character != '\n') {
-                isTooLong = isTooLong || length + 1 >= sizeof lines[0];
-                if (!isTooLong)
-                    lines[reading][length++] = character;
-                continue;
-            }
-            lines[reading][length] = '\0';
-            if (isTooLong)
-                std::memcpy(lines[reading], GuardRecord::allFans, sizeof GuardRecord::allFans);
-            complete = reading;
-            reading = 1 - reading;
-            length = 0;
-            isTooLong = false;
+            const Heard next = take(buffer[i]);
+            if (next > heard)
+                heard = next;
         }
+        return heard;
     }
+}
+
+// One run of the helper.
+struct Fan {
+    char* index; // as text; null: all fans
+    bool isHandedBack;
+};
+
+// Each name of a fan in a line takes two characters at least.
+Fan fans[GuardRecord::longestLine / 2];
+std::size_t fanCount = 0;
+
+// Makes `fans` of the last complete record, none of them handed back yet.
+void readRecord(bool withPinned) {
+    // A copy, because the words are cut apart, and may be needed again.
+    static char line[sizeof lines[0]];
+    fanCount = 0;
+    if (complete < 0)
+        return;
+    std::memcpy(line, lines[complete], sizeof line);
+    if (std::strcmp(line, GuardRecord::allFans) == 0) {
+        fans[fanCount++] = {.index = nullptr, .isHandedBack = false};
+        return;
+    }
+    char* rest = nullptr;
+    const char* const word = strtok_r(line, " ", &rest);
+    if (word == nullptr || std::strcmp(word, GuardRecord::fans) != 0)
+        return;
+    while (char* index = strtok_r(nullptr, " ", &rest)) {
+        const bool isPinned = *index == GuardRecord::pinnedMark;
+        if (!isPinned || withPinned)
+            fans[fanCount++] = {.index = isPinned ? index + 1 : index, .isHandedBack = false};
+    }
+}
+
+bool areAllHandedBack() {
+    for (std::size_t i = 0; i < fanCount; ++i)
+        if (!fans[i].isHandedBack)
+            return false;
+    return true;
 }
 
 bool isHelperInstalled() {
@@ -70,41 +146,126 @@ bool isHelperInstalled() {
            (found.st_mode & S_ISUID) != 0 && found.st_uid == 0;
 }
 
-// Hands back one fan, or all of them when `index` is null, and waits for it.
-void handBack(const char* index) {
+posix_spawn_file_actions_t keepThePipe;
+bool canKeepThePipe = false;
+
+// The helper would inherit the pipe on descriptor 0; it is given the null device that is on 1.
+void prepareHelper() {
+    canKeepThePipe = posix_spawn_file_actions_init(&keepThePipe) == 0 &&
+                     posix_spawn_file_actions_adddup2(&keepThePipe, STDOUT_FILENO, STDIN_FILENO) == 0;
+}
+
+// Runs the helper and waits for it; it ends itself after 30 seconds.
+void handBack(Fan& fan) {
     char program[] = "FenwhirlHelper";
     char option[] = "--helper";
     char command[] = "auto";
-    char* const arguments[] = {program, option, command, const_cast<char*>(index), nullptr};
+    char* const arguments[] = {program, option, command, fan.index, nullptr};
     char* const environment[] = {nullptr};
     pid_t helper = 0;
-    if (posix_spawn(&helper, GuardRecord::helperPath, nullptr, nullptr, arguments, environment) != 0)
+    if (posix_spawn(&helper, GuardRecord::helperPath, canKeepThePipe ? &keepThePipe : nullptr, nullptr,
+                    arguments, environment) != 0)
         return;
-    while (waitpid(helper, nullptr, 0) < 0 && errno == EINTR) {
+    int status = 0;
+    pid_t ended = 0;
+    do {
+        ended = waitpid(helper, &status, 0);
+    } while (ended < 0 && errno == EINTR);
+    fan.isHandedBack = ended == helper && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+// One try of every fan that has not gone back yet, unless the application is heard of.
+Heard handBackWhileSilent() {
+    for (std::size_t i = 0; i < fanCount; ++i) {
+        if (fans[i].isHandedBack)
+            continue;
+        handBack(fans[i]);
+        const Heard heard = listen(0);
+        if (heard >= Heard::record)
+            return heard;
+    }
+    return Heard::silence;
+}
+
+// True once every fan went back in silence: there is nothing more to do until the application is heard of.
+// False when it was heard of, so that it has to fall silent anew.
+bool actInSilence() {
+    // The command of which a record tells may be given after our hand-back.
+    bool isLastWord = true;
+    for (;;) {
+        Heard heard = Heard::silence;
+        readRecord(true);
+        for (int pause = shortestPause; heard < Heard::record; pause = longerPause(pause)) {
+            if (!isHelperInstalled())
+                return isLastWord;
+            heard = handBackWhileSilent();
+            if (heard < Heard::record && areAllHandedBack())
+                return isLastWord;
+            for (int second = 0; second < pause && heard < Heard::record; ++second)
+                heard = listen(1000);
+        }
+        if (heard != Heard::record)
+            return false;
+        isLastWord = false;
     }
 }
 
-void carryOut() {
-    if (complete < 0 || !isHelperInstalled())
-        return;
-    // A copy, because the words are cut apart and needed twice.
-    static char line[sizeof lines[0]];
-    std::memcpy(line, lines[complete], sizeof line);
-    if (std::strcmp(line, GuardRecord::allFans) == 0) {
-        handBack(nullptr);
-        return;
+// Returns when the application is gone.
+void watch() {
+    int silentSeconds = 0;
+    bool hasActed = false;
+    for (;;) {
+        switch (listen(1000)) {
+        case Heard::end:
+            return;
+        case Heard::silence:
+            if (!hasActed && ++silentSeconds >= GuardRecord::secondsOfSilence) {
+                hasActed = actInSilence();
+                silentSeconds = 0;
+            }
+            break;
+        case Heard::something:
+        case Heard::record:
+        case Heard::life:
+            silentSeconds = 0;
+            hasActed = false;
+            break;
+        }
     }
-    char* rest = nullptr;
-    const char* const word = strtok_r(line, " ", &rest);
-    if (word == nullptr || std::strcmp(word, GuardRecord::fans) != 0)
-        return;
-    while (const char* const index = strtok_r(nullptr, " ", &rest))
-        handBack(index);
 }
 
-void letPass(time_t seconds) {
+void letPass(int seconds) {
     timespec left = {.tv_sec = seconds, .tv_nsec = 0};
     while (nanosleep(&left, &left) != 0 && errno == EINTR) {
+    }
+}
+
+void handBackOnce() {
+    for (std::size_t i = 0; i < fanCount; ++i)
+        if (!fans[i].isHandedBack)
+            handBack(fans[i]);
+}
+
+// The application is gone for good. Ends when every fan has gone back, also for the second time, or when the
+// helper is gone.
+void actAtTheEnd() {
+    readRecord(false);
+    int untilSecondRun = secondsUntilSecondRun;
+    int pause = shortestPause;
+    while (fanCount > 0 && isHelperInstalled()) {
+        handBackOnce();
+        const bool isDone = areAllHandedBack();
+        if (untilSecondRun > 0 && (isDone || pause >= untilSecondRun)) {
+            letPass(untilSecondRun);
+            untilSecondRun = 0;
+            readRecord(false); // from the beginning
+            continue;
+        }
+        if (isDone)
+            return;
+        letPass(pause);
+        untilSecondRun = untilSecondRun > pause ? untilSecondRun - pause : 0;
+        pause = longerPause(pause);
     }
 }
 
@@ -115,15 +276,9 @@ int main() {
     const int ignored[] = {SIGTERM, SIGINT, SIGHUP};
     for (const int signal : ignored)
         (void)std::signal(signal, SIG_IGN);
-    const bool isOrderly = watch();
-    if (isOrderly)
-        return EXIT_SUCCESS;
-    // The pipe has told all it will; the helper, which inherits descriptor 0, is given the null device there.
-    const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    if (null >= 0)
-        dup2(null, STDIN_FILENO);
-    carryOut();
-    letPass(secondsUntilSecondRun);
-    carryOut();
+    prepareHelper();
+    watch();
+    if (!isOrderly)
+        actAtTheEnd();
     return EXIT_SUCCESS;
 }

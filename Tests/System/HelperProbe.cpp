@@ -2,7 +2,8 @@
 // real application's library beside a copy of the executable, so that the system tests see the true program
 // entry, the true installation and the true guard without an interface.
 //
-// Each line of standard input is one command; each answer is one line. See `answer` for the commands.
+// Each line of standard input is one command; each answer is one line. See `answer` for the commands. While
+// it waits for one it gives its guard a sign of life every second, unless it was told to be mute.
 
 #include "Fenwhirl/Application/FenwhirlApp.h"
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
@@ -14,6 +15,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <optional>
+#include <poll.h>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -24,6 +26,7 @@ namespace {
 
 std::unique_ptr<EmergencyHandBack> emergency;
 std::optional<KeptHelper> kept;
+bool isMute = false;
 
 std::vector<std::string> wordsOf(const std::string& line) {
     std::istringstream stream(line);
@@ -37,17 +40,20 @@ std::string yesOrNo(bool value) {
     return value ? "yes" : "no";
 }
 
-// "0 1 =2": fans 0 and 1 were read, fan 2 is configured and pinned.
+// "0 1 =2": fans 0 and 1 are to be handed back, fan 2 is pinned. No word at all: every fan; "none": no fan.
 HandBack handBack(const std::vector<std::string>& words) {
-    std::vector<int> read;
-    std::vector<HandBackRule::ConfiguredFan> configured;
+    if (!HelperClient::isInstalled())
+        return {};
+    if (words.empty())
+        return {.scope = HandBack::Scope::allFans, .indices = {}};
+    HandBack result = {.scope = HandBack::Scope::indices, .indices = {}};
     for (const std::string& word : words) {
         if (word.starts_with('='))
-            configured.push_back({.index = std::atoi(word.c_str() + 1), .isConstant = true});
-        else
-            read.push_back(std::atoi(word.c_str()));
+            result.pinned.push_back(std::atoi(word.c_str() + 1));
+        else if (word != "none")
+            result.indices.push_back(std::atoi(word.c_str()));
     }
-    return HandBackRule::decide(HelperClient::isInstalled(), read, configured);
+    return result;
 }
 
 // Uses up the stack; not to be made a loop.
@@ -109,6 +115,10 @@ std::string answer(const std::vector<std::string>& words) {
         emergency->keepAlive();
         return "yes";
     }
+    if (command == "mute" || command == "speak") {
+        isMute = command == "mute";
+        return "yes";
+    }
     if (command == "finish") {
         emergency->finish();
         return "yes";
@@ -118,12 +128,38 @@ std::string answer(const std::vector<std::string>& words) {
     return "unknown command";
 }
 
+// The next command; absent at the end of standard input.
+std::optional<std::string> nextLine() {
+    static std::string received;
+    pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+    for (;;) {
+        if (const auto end = received.find('\n'); end != std::string::npos) {
+            const std::string line = received.substr(0, end);
+            received.erase(0, end + 1);
+            return line;
+        }
+        if (poll(&input, 1, 1000) <= 0) {
+            if (emergency && !isMute)
+                emergency->keepAlive();
+            continue;
+        }
+        char buffer[1024];
+        const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count <= 0)
+            return std::nullopt;
+        received.append(buffer, static_cast<std::size_t>(count));
+    }
+}
+
 } // namespace
 
 int fenwhirl_app_main(int argc, char**) {
     std::cout << "ready " << getpid() << ' ' << argc << std::endl;
-    for (std::string line; std::getline(std::cin, line) && line != "quit";)
-        std::cout << answer(wordsOf(line)) << std::endl;
+    while (const auto line = nextLine()) {
+        if (*line == "quit")
+            break;
+        std::cout << answer(wordsOf(*line)) << std::endl;
+    }
     emergency.reset();
     return 0;
 }

@@ -14,6 +14,8 @@ from helper_stage import BUILD, HELPER, NOBODY, HelperTest, Probe, is_running, p
 from stage import rounds, wait_until
 
 GONE_SECONDS = 10
+SILENCE_SECONDS = 10
+REACTION_SECONDS = 4  # from the end of a silence to the hand-back, the last sign of life and the guard's steps included
 
 
 class GuardTest(HelperTest):
@@ -49,6 +51,23 @@ class GuardTest(HelperTest):
 
     def wait_until_gone(self, guard):
         wait_until(lambda: not is_running(guard), "the guard ends", GONE_SECONDS)
+
+    def wait_for_silence_to_end(self, fans="01"):
+        self.wait_for_hand_back(SILENCE_SECONDS + REACTION_SECONDS, fans)
+
+    def refused(self):
+        """How many writes the machine has refused since the start of the test."""
+        return sum(entry["result"] != "00" for entry in self.log(self.seen))
+
+    def refuse(self):
+        self.mac.tell("refuse all")
+        self.addCleanup(self.accept)
+
+    def accept(self):
+        self.mac.tell("accept all")
+
+    def wait_for_refusals(self, count, seconds=30):
+        wait_until(lambda: self.refused() >= count, f"{count} refused writes", seconds)
 
 
 class AfterAKill(GuardTest):
@@ -101,6 +120,38 @@ class AfterAKill(GuardTest):
 
         self.check_that_nothing_is_run(without_the_bit)
 
+    def test_a_refused_hand_back_is_tried_until_it_succeeds(self):
+        guard = self.watch()
+        self.refuse()
+        begin = time.monotonic()
+        self.probe.stop(signal.SIGKILL)
+        # At once, after one second, after three, after five: the second run, too, is refused.
+        self.wait_for_refusals(4)
+        self.assertGreater(time.monotonic() - begin, 4.5)
+        self.assertTrue(is_running(guard))
+        self.accept()
+        self.wait_for_hand_back(6)
+        self.assertEqual(self.mode(1), "manual")
+        self.wait_until_gone(guard)
+
+    def test_only_the_fans_that_were_refused_are_tried_again(self):
+        guard = self.watch("0 1")
+        # The first write is carried out, but answered as if it had been refused.
+        self.mac.tell("fault result 84 command write times 1")
+        self.probe.stop(signal.SIGKILL)
+        self.wait_until_gone(guard)
+        # Both fans, the first one again; then both, for a command that was under way.
+        self.assertEqual(self.writes(), ["FS!=0002", "FS!=0000", "FS!=0000", "FS!=0000", "FS!=0000"])
+
+    def test_the_tries_end_with_the_helper(self):
+        guard = self.watch()
+        self.refuse()
+        self.probe.stop(signal.SIGKILL)
+        self.wait_for_refusals(2)
+        os.remove(HELPER)
+        self.wait_until_gone(guard)
+        self.assertEqual(self.mode(0), "manual")
+
     def test_kills_at_random_moments(self):
         chance = random.Random(20)
         for _ in range(rounds(50, 500)):
@@ -115,6 +166,126 @@ class AfterAKill(GuardTest):
             wait_until(lambda: not self.running_helper(), "helpers end")
             self.assertEqual(self.helper("auto").returncode, 0)
             self.probe = self.start_probe()
+
+
+class WhileTheApplicationIsSilent(GuardTest):
+    def stop_probe(self):
+        self.probe.child.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.continue_probe)
+
+    def continue_probe(self):
+        self.probe.child.send_signal(signal.SIGCONT)
+
+    def test_a_stopped_application_loses_its_fans_even_those_that_are_pinned(self):
+        guard = self.watch()
+        stopped = time.monotonic()
+        self.stop_probe()
+        self.wait_for_silence_to_end()
+        self.assertGreater(time.monotonic() - stopped, SILENCE_SECONDS - 1.5)
+        self.assertEqual(self.writes(), ["FS!=0002", "FS!=0000"])
+        # It comes back, drives its fans again, and is killed: then a pinned fan keeps its speed as ever.
+        self.continue_probe()
+        for fan in "01":
+            self.assertEqual(self.probe.tell(f"run set {fan} 3000"), "yes")
+        self.assertEqual(self.probe.guard(), guard)
+        self.probe.stop(signal.SIGKILL)
+        self.wait_for_hand_back(2)
+        self.assertEqual(self.mode(1), "manual")
+        self.wait_until_gone(guard)
+
+    def test_a_stopped_application_that_is_killed_is_handed_back_in_full(self):
+        guard = self.watch("")
+        self.stop_probe()
+        self.wait_for_silence_to_end()
+        self.seen = self.last_write()
+        self.check_that_nothing_is_run()  # once is enough for one silence
+        self.probe.child.kill()
+        self.wait_until_gone(guard)
+        self.assert_automatic()
+        self.assertNotEqual(self.writes(), [])
+
+    def test_a_refused_hand_back_is_tried_until_it_succeeds(self):
+        guard = self.watch()
+        self.refuse()
+        self.stop_probe()
+        self.wait_for_refusals(4)  # two fans, twice
+        self.accept()
+        self.wait_for_hand_back(5, fans="01")
+        self.assertTrue(is_running(guard))
+
+    def test_a_record_replaces_the_fans(self):
+        self.watch()
+        self.probe.tell("mute")
+        self.refuse()
+        self.wait_for_refusals(2)
+        self.probe.tell("fans 1")
+        self.accept()
+        self.wait_for_hand_back(5, fans="1")
+        self.assertEqual(self.mode(0), "manual")
+        # The command of which the record told comes only now; the silence goes on, and so does the guard.
+        self.assertEqual(self.probe.tell("run set 1 3000"), "yes")
+        self.wait_for_silence_to_end("1")
+
+    def test_a_sign_of_life_ends_the_tries(self):
+        guard = self.watch()
+        self.probe.tell("mute")
+        self.refuse()
+        self.wait_for_refusals(2)
+        self.probe.tell("alive")
+        self.accept()
+        self.seen = self.last_write()
+        time.sleep(3)  # more than the pause that the guard was in
+        self.assertEqual(self.writes(), [])
+        self.assertEqual(self.probe.guard(), guard)
+        self.wait_for_silence_to_end()
+
+    def test_it_can_take_its_leave_while_the_guard_acts(self):
+        guard = self.watch()
+        self.probe.tell("mute")
+        self.refuse()
+        self.wait_for_refusals(2)
+        self.probe.tell("finish")
+        self.wait_until_gone(guard)
+        self.assertEqual((self.mode(0), self.mode(1)), ("manual", "manual"))
+
+    def test_the_guard_goes_on_watching_without_a_helper(self):
+        guard = self.watch()
+        os.rename(HELPER, str(HELPER) + ".kept")
+        self.stop_probe()
+        time.sleep(SILENCE_SECONDS + REACTION_SECONDS)
+        self.assertTrue(is_running(guard))
+        self.assertEqual(self.writes(), [])
+        os.rename(str(HELPER) + ".kept", HELPER)
+        self.probe.child.kill()
+        self.wait_for_hand_back(2)
+
+    def check_that_nothing_is_run(self):
+        time.sleep(SILENCE_SECONDS + REACTION_SECONDS)
+        self.assertEqual(self.writes(), [])
+
+    def test_a_guard_that_was_stopped_with_it_did_not_hear_a_silence(self):
+        # As when a machine's session is frozen as a whole, or the machine itself.
+        guard = self.watch()
+        self.stop_probe()
+        os.kill(guard, signal.SIGSTOP)
+        time.sleep(SILENCE_SECONDS + REACTION_SECONDS)
+        os.kill(guard, signal.SIGCONT)
+        self.continue_probe()
+        time.sleep(3)
+        self.assertEqual(self.writes(), [])
+        self.assertEqual(self.probe.guard(), guard)
+
+    def test_nothing_is_run_when_no_fan_is_named(self):
+        self.watch("none")
+        self.stop_probe()
+        self.check_that_nothing_is_run()
+
+    def test_nothing_is_run_before_the_first_record(self):
+        self.assertEqual(self.probe.tell("watch"), "yes")
+        self.assertEqual(self.helper("set", "0", "3000").returncode, 0)
+        self.seen = self.last_write()
+        self.stop_probe()
+        self.check_that_nothing_is_run()
 
 
 class WhileTheApplicationLives(GuardTest):

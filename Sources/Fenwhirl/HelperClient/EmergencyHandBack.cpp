@@ -4,33 +4,39 @@
 #include "Fenwhirl/HelperClient/HelperClient.h"
 #include "Fenwhirl/HelperClient/LastAct.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
+#include "Fenwhirl/Platform/Threads.h"
 
 #include <utility>
 
 struct EmergencyHandBack::Private {
-    std::string helperPath;
-    std::optional<GuardLink> guard;
-    HandBack current;
+    const std::string helperPath;
+    Mutex mutex;
+    std::optional<GuardLink> guard FENWHIRL_GUARDED_BY(mutex);
+    HandBack current FENWHIRL_GUARDED_BY(mutex);
+    bool isFinished FENWHIRL_GUARDED_BY(mutex) = false;
 };
 
-EmergencyHandBack::EmergencyHandBack(std::string helperPath, const std::optional<std::string>& guardPath)
-    : d_(std::make_unique<Private>()) {
-    d_->helperPath = std::move(helperPath);
+EmergencyHandBack::EmergencyHandBack(std::string helperPath, const std::optional<std::string>& guardPath,
+                                     GuardStarted guardStarted)
+    : d_(new Private{.helperPath = std::move(helperPath), .mutex = {}, .guard = {}, .current = {}}) {
     LastAct::install();
+    const MutexLock lock(d_->mutex);
     if (guardPath)
-        d_->guard.emplace(*guardPath);
+        d_->guard.emplace(*guardPath, std::move(guardStarted));
 }
 
 EmergencyHandBack::~EmergencyHandBack() = default;
 
-std::unique_ptr<EmergencyHandBack> EmergencyHandBack::forThisInstallation() {
+std::unique_ptr<EmergencyHandBack> EmergencyHandBack::forThisInstallation(GuardStarted guardStarted) {
     const auto executable = executablePath();
     return std::make_unique<EmergencyHandBack>(std::string(HelperClient::helperPath),
-                                               executable ? guardPath(*executable) : std::nullopt);
+                                               executable ? guardPath(*executable) : std::nullopt,
+                                               std::move(guardStarted));
 }
 
 void EmergencyHandBack::update(const HandBack& handBack) {
-    if (handBack == d_->current)
+    const MutexLock lock(d_->mutex);
+    if (d_->isFinished || handBack == d_->current)
         return;
     d_->current = handBack;
     LastAct::prepare(d_->helperPath, handBack);
@@ -39,11 +45,14 @@ void EmergencyHandBack::update(const HandBack& handBack) {
 }
 
 void EmergencyHandBack::keepAlive() {
+    const MutexLock lock(d_->mutex);
     if (d_->guard)
         d_->guard->keepAlive();
 }
 
 void EmergencyHandBack::finish() {
+    const MutexLock lock(d_->mutex);
+    d_->isFinished = true;
     LastAct::prepare(d_->helperPath, {});
     if (d_->guard)
         d_->guard->finish();

@@ -14,7 +14,10 @@
 static_assert(HelperClient::helperPath == GuardRecord::helperPath,
               "the guard runs the very helper that we run");
 
-GuardLink::GuardLink(std::string guardPath) : guardPath_(std::move(guardPath)), record_(record({})) {
+GuardLink::GuardLink(std::string guardPath, std::function<void(pid_t)> started)
+    : guardPath_(std::move(guardPath))
+    , started_(std::move(started))
+    , record_(record({})) {
     start();
 }
 
@@ -27,9 +30,11 @@ GuardLink::~GuardLink() {
 
 void GuardLink::send(const HandBack& handBack) {
     std::string next = record(handBack);
-    if (next == record_)
+    if (isFinished_ || next == record_)
         return;
     record_ = std::move(next);
+    // Of what a full pipe has not taken only the newest counts.
+    pending_.erase(isWithinLine_ ? pending_.find('\n') + 1 : 0);
     pending_ += record_;
     flush();
 }
@@ -37,10 +42,13 @@ void GuardLink::send(const HandBack& handBack) {
 void GuardLink::keepAlive() {
     if (isFinished_)
         return;
-    if (!guard_ || hasGuardEnded())
+    if (!guard_ || hasGuardEnded()) {
         start();
-    else
-        flush();
+        return;
+    }
+    if (pending_.empty())
+        pending_ += GuardRecord::signOfLife;
+    flush();
 }
 
 void GuardLink::finish() {
@@ -63,6 +71,8 @@ std::string GuardLink::record(const HandBack& handBack) {
         line = GuardRecord::fans;
         for (const int index : handBack.indices)
             line += ' ' + std::to_string(index);
+        for (const int index : handBack.pinned)
+            line += std::string(" ") + GuardRecord::pinnedMark + std::to_string(index);
         break;
     }
     line += '\n';
@@ -81,15 +91,20 @@ void GuardLink::start() {
         return;
     pipe_ = std::move(pipe->writeEnd);
     pending_ = record_;
+    isWithinLine_ = false;
     flush();
+    if (started_)
+        started_(*guard_);
 }
 
 void GuardLink::flush() {
     while (pipe_.isOpen() && !pending_.empty()) {
         const ssize_t written = write(pipe_.number(), pending_.data(), pending_.size());
-        if (written > 0)
-            pending_.erase(0, static_cast<std::size_t>(written));
-        else if (errno != EINTR)
+        if (written > 0) {
+            const auto count = static_cast<std::size_t>(written);
+            isWithinLine_ = pending_[count - 1] != '\n';
+            pending_.erase(0, count);
+        } else if (errno != EINTR)
             return; // full, or the guard is gone: both are looked after by keepAlive
     }
 }

@@ -6,7 +6,7 @@
 // a second thread that crashes meanwhile waits. Helpers of other threads are waited for first, new ones
 // refused, so that the hand-back is the last word.
 //
-// Threads: `install` and `prepare` on the main thread. A thread that may overflow its stack needs an
+// Threads: `install` on the main thread, `prepare` on any. A thread that may overflow its stack needs an
 // AlternateSignalStack of its own; `install` gives the main thread one.
 
 #pragma once

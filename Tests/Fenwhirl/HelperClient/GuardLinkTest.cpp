@@ -7,6 +7,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <numeric>
+#include <sstream>
 #include <sys/wait.h>
 #include <thread>
 
@@ -48,6 +49,14 @@ TEST(GuardLinkRecord, IsOneLine) {
     EXPECT_EQ(GuardLink::record(fans({})), "fans\n");
 }
 
+TEST(GuardLinkRecord, MarksTheFansThatAreHandedBackInSilenceOnly) {
+    HandBack handBack = fans({0, 2});
+    handBack.pinned = {1, 3};
+    EXPECT_EQ(GuardLink::record(handBack), "fans 0 2 =1 =3\n");
+    handBack.indices = {};
+    EXPECT_EQ(GuardLink::record(handBack), "fans =1 =3\n");
+}
+
 TEST(GuardLinkRecord, ThatWouldBeTooLongMeansAllFans) {
     std::vector<int> many(10000);
     std::iota(many.begin(), many.end(), 0);
@@ -62,11 +71,37 @@ TEST_F(GuardLinkTest, HearsTheStartAndEachChangeOnce) {
     ASSERT_TRUE(link.guard());
     link.send(fans({0, 1}));
     link.send(fans({0, 1}));
-    link.keepAlive();
     link.send({});
     EXPECT_TRUE(hears("nothing\nfans 0 1\nnothing\n"));
     link.finish();
     EXPECT_TRUE(hears("nothing\nfans 0 1\nnothing\n\x04"));
+}
+
+TEST_F(GuardLinkTest, HearsOneSignOfLifeForEachCall) {
+    GuardLink link(guard);
+    ASSERT_TRUE(hears("nothing\n"));
+    link.keepAlive();
+    link.keepAlive();
+    EXPECT_TRUE(hears("nothing\n\n\n"));
+    link.send(fans({0}));
+    link.keepAlive();
+    EXPECT_TRUE(hears("nothing\n\n\nfans 0\n\n"));
+    link.finish();
+}
+
+TEST_F(GuardLinkTest, TellsOfEachGuardThatWasStarted) {
+    std::vector<pid_t> started;
+    GuardLink link(guard, [&](pid_t pid) { started.push_back(pid); });
+    ASSERT_TRUE(hears("nothing\n"));
+    const pid_t first = link.guard().value();
+    EXPECT_EQ(started, std::vector{first});
+    kill(first, SIGKILL);
+    ASSERT_TRUE(comesTrue([&] {
+        link.keepAlive();
+        return link.guard() && *link.guard() != first;
+    }));
+    EXPECT_EQ(started, (std::vector{first, link.guard().value()}));
+    link.finish();
 }
 
 TEST_F(GuardLinkTest, ALostGuardIsReplacedAndToldAgain) {
@@ -96,6 +131,7 @@ TEST_F(GuardLinkTest, ADismissedGuardIsNotReplaced) {
     link.send(fans({0}));
     EXPECT_EQ(link.guard(), first);
     EXPECT_EQ(folder.read("starts"), std::to_string(first) + "\n");
+    EXPECT_EQ(folder.read("heard"), "nothing\n\x04");
 }
 
 TEST_F(GuardLinkTest, AMissingGuardIsNoError) {
@@ -118,6 +154,38 @@ TEST_F(GuardLinkTest, AGuardThatDoesNotReadNeverBlocks) {
     }
     kill(link.guard().value(), SIGKILL);
     link.finish();
+}
+
+TEST_F(GuardLinkTest, OfWhatAFullPipeDidNotTakeOnlyTheNewestRecordIsSent) {
+    // Does not read before it is told to.
+    GuardLink link(folder.writeScript("late", "while [ ! -e '" + folder.path("go") +
+                                                  "' ]; do sleep 0.01; done\nexec cat >> '" +
+                                                  folder.path("heard") + "'"));
+    ASSERT_TRUE(link.guard());
+    std::vector<int> many(5000);
+    std::iota(many.begin(), many.end(), 0);
+    for (int i = 0; i < 100; ++i) {
+        many.back() = i;
+        link.send(fans(many));
+        link.keepAlive();
+    }
+    (void)folder.write("go", "");
+    const std::string newest = GuardLink::record(fans(many));
+    ASSERT_TRUE(comesTrue([&] {
+        link.keepAlive();
+        return folder.read("heard").find(newest) != std::string::npos;
+    }));
+    link.finish();
+    std::istringstream heard(folder.read("heard"));
+    std::size_t records = 0;
+    for (std::string line; std::getline(heard, line);) {
+        if (line.empty() || line == "nothing" || line == "\x04")
+            continue;
+        EXPECT_TRUE(line.starts_with("fans 0 1 2 ")) << line;
+        ++records;
+    }
+    // Those that fit into a pipe of 64 KiB, the one that was cut, and the newest.
+    EXPECT_LT(records, 10U);
 }
 
 TEST_F(GuardLinkTest, OtherChildrenDoNotHoldTheEndOfThePipe) {
