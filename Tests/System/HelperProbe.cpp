@@ -68,6 +68,8 @@ volatile int* volatile nowhere = nullptr;
 [[noreturn]] void crash(const std::string& how) {
     if (how == "write")
         *nowhere = 1;
+    else if (how == "trap")
+        (void)raise(SIGTRAP);
     else if (how == "overflow")
         endless(0);
     else if (how == "thread")

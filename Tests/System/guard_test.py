@@ -370,13 +370,14 @@ class InACrash(GuardTest):
     def test_the_dying_process_hands_the_fans_back(self):
         for _ in range(rounds(10, 100)):
             for how, number in (("write", signal.SIGSEGV), ("overflow", signal.SIGSEGV), ("thread", signal.SIGSEGV),
-                                ("abort", signal.SIGABRT)):
+                                ("abort", signal.SIGABRT), ("trap", signal.SIGTRAP)):
                 self.check(how, number)
                 self.probe = self.start_probe()
 
     def test_the_signal_from_outside_counts_too(self):
         for _ in range(rounds(1, 100)):
-            for number in (signal.SIGSEGV, signal.SIGBUS, signal.SIGILL, signal.SIGFPE, signal.SIGABRT):
+            for number in (signal.SIGSEGV, signal.SIGBUS, signal.SIGILL, signal.SIGFPE, signal.SIGABRT,
+                           signal.SIGTRAP, signal.SIGSYS, signal.SIGXCPU):
                 self.watch()
                 self.assertEqual(self.probe.stop(number), -number)
                 self.assertEqual((self.mode(0), self.mode(1)), ("automatic", "manual"), number)

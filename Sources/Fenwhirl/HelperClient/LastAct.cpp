@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/HelperClient/HelperRun.h"
 #include "Fenwhirl/Platform/AlternateSignalStack.h"
+#include "Fenwhirl/Platform/SignalSafeStart.h"
 
 #include <array>
 #include <atomic>
@@ -17,7 +18,9 @@ namespace LastAct {
 
 namespace {
 
-constexpr std::array fatalSignals = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
+// The traps of compilers and frameworks among them, a system call that the system forbids, and the end of an
+// allowance of processor time.
+constexpr std::array fatalSignals = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS, SIGXCPU};
 
 // A "set" that another thread has just started may try for 4.2 s on a locked controller.
 constexpr auto patienceWithOthers = std::chrono::milliseconds(5000);
@@ -58,17 +61,7 @@ std::atomic<bool> isDying = false;
 static_assert(std::atomic<const PreparedRuns*>::is_always_lock_free, "the signal handler reads it");
 
 void runAndWait(char* const* arguments) {
-    char* const noEnvironment[] = {nullptr};
-// The child does nothing but exec: the one thing that vfork is for, and that neither allocates nor runs
-// anybody's fork handlers in a process whose memory is not to be trusted.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-    const pid_t helper = vfork(); // NOLINT(clang-analyzer-security.insecureAPI.vfork)
-#pragma GCC diagnostic pop
-    if (helper == 0) {
-        execve(arguments[0], arguments, noEnvironment);
-        _exit(127);
-    }
+    const pid_t helper = startInSignalHandler(arguments);
     while (helper > 0 && waitpid(helper, nullptr, 0) < 0 && errno == EINTR) {
     }
 }

@@ -1,5 +1,5 @@
 // Hands the fans back from inside a fatal signal: an invalid access, a failed precondition, an illegal
-// instruction. The process then dies by that very signal.
+// instruction, a trap. The process then dies by that very signal.
 //
 // Everything that needs memory is done beforehand: `prepare` makes complete argument lists and publishes them
 // by one atomic pointer; the handler only starts the helper for each of them and waits. It takes no lock, and

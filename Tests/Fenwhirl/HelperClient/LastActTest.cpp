@@ -6,6 +6,7 @@
 #include "Fenwhirl/Platform/AlternateSignalStack.h"
 #include "Support/TemporaryFolder.h"
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -89,11 +90,23 @@ TEST_F(LastActTest, HandsBackWhenTheProcessAborts) {
 }
 
 TEST_F(LastActTest, HandsBackOnTheOtherFatalSignals) {
-    for (const int signal : {SIGBUS, SIGILL, SIGFPE}) {
+    for (const int signal : {SIGBUS, SIGILL, SIGFPE, SIGTRAP, SIGSYS, SIGXCPU}) {
         std::filesystem::remove(folder.path("log"));
         expectDeathBy(signal, [signal] { raise(signal); });
     }
 }
+
+#ifndef FENWHIRL_SANITIZED
+TEST_F(LastActTest, HandsBackWhenTheAllowanceOfProcessorTimeIsUsedUp) {
+    // Unlike those above it comes again every second, also while the act is under way.
+    expectDeathBy(SIGXCPU, [] {
+        const rlimit second = {.rlim_cur = 1, .rlim_max = 20};
+        setrlimit(RLIMIT_CPU, &second);
+        for (std::atomic<unsigned> work = 0;; ++work) {
+        }
+    });
+}
+#endif
 
 TEST_F(LastActTest, ACrashOfAnotherThreadHandsBackOnce) {
     expectDeathBy(SIGABRT, [] {
