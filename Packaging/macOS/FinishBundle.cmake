@@ -1,5 +1,5 @@
-# Makes an installed Fenwhirl.app complete: puts Qt and its QML modules into it, sees that the executable is still fit to run
-# as root, and signs everything, last of all and from the inside out. Part of `cmake --install`; also by hand:
+# Makes an installed Fenwhirl.app complete: puts Qt and its QML modules into it, sees that executable and guard link what
+# they may, and signs everything, last of all and from the inside out. Part of `cmake --install`; also by hand:
 #
 #   cmake -D BUNDLE=…/Fenwhirl.app -D QML_FOLDER=… [-D IDENTITY=…] [-D MACDEPLOYQT=…] [-D CODESIGN=…] [-D OTOOL=…] -P …
 #
@@ -23,9 +23,12 @@ foreach(tool IN ITEMS MACDEPLOYQT CODESIGN OTOOL)
     endif()
 endforeach()
 set(executable "${BUNDLE}/Contents/MacOS/Fenwhirl")
-if(NOT EXISTS "${executable}")
-    message(FATAL_ERROR "FinishBundle: there is no ${executable}")
-endif()
+set(guard "${BUNDLE}/Contents/Helpers/fenwhirl-guard")
+foreach(program IN ITEMS "${executable}" "${guard}")
+    if(NOT EXISTS "${program}")
+        message(FATAL_ERROR "FinishBundle: there is no ${program}")
+    endif()
+endforeach()
 
 # finish_step(TITLE result COMMAND…): runs one tool; `result` receives what it printed.
 function(finish_step title result)
@@ -39,22 +42,29 @@ endfunction()
 # 1. The application's library in Contents/Frameworks is scanned too: the executable itself links no Qt.
 finish_step("putting Qt into the bundle" ignored "${MACDEPLOYQT}" "${BUNDLE}" "-qmldir=${QML_FOLDER}" -always-overwrite)
 
-# 2. The installed helper is a copy of the executable far from the bundle: the system's libraries only, and no run path.
-finish_step("looking at the executable" commands "${OTOOL}" -l "${executable}")
-if(commands MATCHES "LC_RPATH")
-    message(FATAL_ERROR "FinishBundle: the executable has a run path; its set-user-ID copy must not")
-endif()
-finish_step("looking at the executable's libraries" libraries "${OTOOL}" -L "${executable}")
-string(REGEX MATCHALL "\n[ \t]+[^\n]+ \\(compatibility" libraries "${libraries}")
-if(NOT libraries)
-    message(FATAL_ERROR "FinishBundle: the libraries of the executable could not be read")
-endif()
-foreach(library IN LISTS libraries)
-    if(NOT library MATCHES "^\n[ \t]+(/usr/lib/|/System/Library/)")
-        string(STRIP "${library}" library)
-        message(FATAL_ERROR "FinishBundle: the executable links more than the system: ${library}")
+# finish_look(TITLE PROGRAM ALLOWED): the program has no run path, and each library that it links begins as ALLOWED says.
+function(finish_look title program allowed)
+    finish_step("looking at ${title}" commands "${OTOOL}" -l "${program}")
+    if(commands MATCHES "LC_RPATH")
+        message(FATAL_ERROR "FinishBundle: ${title} has a run path; it must not, least of all as a set-user-ID copy")
     endif()
-endforeach()
+    finish_step("looking at the libraries of ${title}" libraries "${OTOOL}" -L "${program}")
+    string(REGEX MATCHALL "\n[ \t]+[^\n]+ \\(compatibility" libraries "${libraries}")
+    if(NOT libraries)
+        message(FATAL_ERROR "FinishBundle: the libraries of ${title} could not be read")
+    endif()
+    foreach(library IN LISTS libraries)
+        if(NOT library MATCHES "^\n[ \t]+(${allowed})")
+            string(STRIP "${library}" library)
+            message(FATAL_ERROR "FinishBundle: ${title} links more than the system: ${library}")
+        endif()
+    endforeach()
+endfunction()
+
+# 2. The installed helper is a copy of the executable far from the bundle: the system's libraries only, and no run path. The
+# guard must work when everything else is broken: the C library only.
+finish_look("the executable" "${executable}" "/usr/lib/|/System/Library/")
+finish_look("the guard" "${guard}" "/usr/lib/libSystem\\.")
 
 # 3. What lies deeper is signed before what holds it; the bundle's own signature covers them all.
 set(signing --force --sign "${IDENTITY}")
@@ -67,7 +77,7 @@ foreach(path IN LISTS inside)
     if(IS_SYMLINK "${BUNDLE}/${path}" OR path MATCHES "\\.framework/")
         continue()
     endif()
-    if(path MATCHES "\\.(dylib|so)$" OR path MATCHES "\\.framework$")
+    if(path MATCHES "\\.(dylib|so)$" OR path MATCHES "\\.framework$" OR path MATCHES "^Contents/Helpers/")
         string(REGEX REPLACE "[^/]" "" depth "${path}")
         string(LENGTH "${depth}" depth)
         math(EXPR depth "1000 - ${depth}") # fewer than a thousand folders: the sorted text begins with the deepest

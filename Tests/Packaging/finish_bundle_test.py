@@ -26,7 +26,10 @@ ln -s ../../../PlugIns/quick/libqtquick2plugin.dylib "$1/Contents/Resources/qml/
 SYSTEM_ONLY = r"""
 case $1 in
 -l) echo 'cmd LC_LOAD_DYLIB' ;;
--L) printf '%s:\n\t/usr/lib/libSystem.B.dylib (compatibility version 1.0.0, current version 1319.0.0)\n' "$2"
+-L) printf '%s:\n\t/usr/lib/libSystem.B.dylib (compatibility version 1.0.0, current version 1319.0.0)\n' "$2" ;;
+esac
+case "$1 $2" in
+-L*/MacOS/Fenwhirl)
     printf '\t/System/Library/Frameworks/IOKit.framework/Versions/A/IOKit (compatibility version 1.0.0, current 2)\n' ;;
 esac
 """
@@ -39,7 +42,7 @@ class FinishBundle(unittest.TestCase):
         self.folder = folder.name
         self.log = os.path.join(self.folder, "log")
         self.bundle = os.path.join(self.folder, "Fenwhirl.app")
-        for name in ("MacOS/Fenwhirl", "Frameworks/libFenwhirlApp.dylib"):
+        for name in ("MacOS/Fenwhirl", "Helpers/fenwhirl-guard", "Frameworks/libFenwhirlApp.dylib"):
             path = os.path.join(self.bundle, "Contents", name)
             os.makedirs(os.path.dirname(path), exist_ok=True)
             open(path, "w", encoding="ascii").close()
@@ -75,9 +78,9 @@ class FinishBundle(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stderr)
         calls = self.calls()
         self.assertEqual(calls[0], ["macdeployqt", "APP", "-qmldir=/source/Views", "-always-overwrite"])
-        self.assertEqual([call[:2] for call in calls[1:3]], [["otool", "-l"], ["otool", "-L"]])
-        self.assertEqual([call[2] for call in calls[1:3]], ["APP/Contents/MacOS/Fenwhirl"] * 2)
-        self.assertEqual({call[0] for call in calls[3:]}, {"codesign"})
+        self.assertEqual(calls[1:5], [["otool", option, f"APP/Contents/{program}"]
+                                      for program in ("MacOS/Fenwhirl", "Helpers/fenwhirl-guard") for option in ("-l", "-L")])
+        self.assertEqual({call[0] for call in calls[5:]}, {"codesign"})
         self.assertEqual(calls[-1], ["codesign", "--verify", "--deep", "--strict", "APP"])
 
     def test_signs_everything_once_from_the_inside_out(self):
@@ -87,6 +90,7 @@ class FinishBundle(unittest.TestCase):
             "APP/Contents/Frameworks/QtCore.framework",
             "APP/Contents/Frameworks/QtQml.framework",
             "APP/Contents/Frameworks/libFenwhirlApp.dylib",
+            "APP/Contents/Helpers/fenwhirl-guard",
             "APP/Contents/PlugIns/platforms/libqcocoa.dylib",
             "APP/Contents/PlugIns/quick/libqtquick2plugin.dylib"])
         depths = [path.count("/") for path in signed]
@@ -102,7 +106,7 @@ class FinishBundle(unittest.TestCase):
     def test_a_certificate_hardens_the_runtime_and_certifies_the_time(self):
         self.finish("-D", "IDENTITY=Developer ID Application: Somebody (ABCDE12345)")
         calls = [call for call in self.calls() if call[:2] == ["codesign", "--force"]]
-        self.assertEqual(len(calls), 6)
+        self.assertEqual(len(calls), 7)
         for call in calls:
             self.assertEqual(call[1:-1], ["--force", "--sign", "Developer ID Application: Somebody (ABCDE12345)",
                                           "--options", "runtime", "--timestamp"])
@@ -128,6 +132,13 @@ class FinishBundle(unittest.TestCase):
         self.assertIn("@rpath/QtCore", done.stderr)
         self.assertEqual(self.signed(), [])
 
+    def test_a_guard_that_links_more_than_the_c_library_is_refused(self):
+        self.play("otool", SYSTEM_ONLY.replace("-L*/MacOS/Fenwhirl", "-L*"))
+        done = self.finish()
+        self.assertNotEqual(done.returncode, 0)
+        self.assertIn("the guard links more", done.stderr)
+        self.assertEqual(self.signed(), [])
+
     def test_an_executable_that_cannot_be_read_is_refused(self):
         self.play("otool", "")
         self.assertNotEqual(self.finish().returncode, 0)
@@ -144,10 +155,11 @@ class FinishBundle(unittest.TestCase):
         self.play("codesign", 'case "$*" in *--verify*) exit 3 ;; esac')
         self.assertNotEqual(self.finish().returncode, 0)
 
-    def test_without_a_bundle_nothing_is_called(self):
-        os.remove(os.path.join(self.bundle, "Contents/MacOS/Fenwhirl"))
-        self.assertNotEqual(self.finish().returncode, 0)
-        self.assertEqual(self.calls(), [])
+    def test_without_executable_or_guard_nothing_is_called(self):
+        for name in ("Helpers/fenwhirl-guard", "MacOS/Fenwhirl"):
+            os.remove(os.path.join(self.bundle, "Contents", name))
+            self.assertNotEqual(self.finish().returncode, 0)
+            self.assertEqual(self.calls(), [])
 
 
 if __name__ == "__main__":

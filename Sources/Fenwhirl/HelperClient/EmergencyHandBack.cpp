@@ -29,9 +29,9 @@ EmergencyHandBack::~EmergencyHandBack() = default;
 
 std::unique_ptr<EmergencyHandBack> EmergencyHandBack::forThisInstallation(GuardStarted guardStarted) {
     const auto executable = executablePath();
-    return std::make_unique<EmergencyHandBack>(std::string(HelperClient::helperPath),
-                                               executable ? guardPath(*executable) : std::nullopt,
-                                               std::move(guardStarted));
+    return std::make_unique<EmergencyHandBack>(
+        std::string(HelperClient::helperPath),
+        executable ? std::optional(guardPath(*executable)) : std::nullopt, std::move(guardStarted));
 }
 
 void EmergencyHandBack::update(const HandBack& handBack) {

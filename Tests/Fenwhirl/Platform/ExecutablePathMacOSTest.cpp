@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-TEST(ExecutablePath, TheLibraryIsAFrameworkOfTheBundleAndThereIsNoGuard) {
+TEST(ExecutablePath, TheLibraryIsAFrameworkOfTheBundleAndTheGuardAHelper) {
     EXPECT_EQ(applicationLibraryPath("/Applications/Fenwhirl.app/Contents/MacOS/Fenwhirl"),
               "/Applications/Fenwhirl.app/Contents/Frameworks/libFenwhirlApp.dylib");
-    EXPECT_FALSE(guardPath("/Applications/Fenwhirl.app/Contents/MacOS/Fenwhirl"));
+    EXPECT_EQ(guardPath("/Applications/Fenwhirl.app/Contents/MacOS/Fenwhirl"),
+              "/Applications/Fenwhirl.app/Contents/Helpers/fenwhirl-guard");
 }

@@ -19,6 +19,6 @@
 // ../Frameworks/libFenwhirlApp.dylib, each from the executable's folder.
 [[nodiscard]] std::string applicationLibraryPath(std::string_view executable);
 
-// The guard that belongs to an executable and hands the fans back when the application was killed; absent
-// where there is none (macOS).
-[[nodiscard]] std::optional<std::string> guardPath(std::string_view executable);
+// The guard that belongs to an executable and hands the fans back when the application was killed or hangs:
+// Linux ../lib/fenwhirl/fenwhirl-guard, macOS ../Helpers/fenwhirl-guard.
+[[nodiscard]] std::string guardPath(std::string_view executable);

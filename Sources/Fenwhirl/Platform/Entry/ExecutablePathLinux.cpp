@@ -16,6 +16,6 @@ std::string applicationLibraryPath(std::string_view executable) {
     return installedBeside(executable, "lib/fenwhirl/libFenwhirlApp.so");
 }
 
-std::optional<std::string> guardPath(std::string_view executable) {
+std::string guardPath(std::string_view executable) {
     return installedBeside(executable, "lib/fenwhirl/fenwhirl-guard");
 }

@@ -20,6 +20,6 @@ std::string applicationLibraryPath(std::string_view executable) {
     return installedBeside(executable, "Frameworks/libFenwhirlApp.dylib");
 }
 
-std::optional<std::string> guardPath(std::string_view) {
-    return std::nullopt;
+std::string guardPath(std::string_view executable) {
+    return installedBeside(executable, "Helpers/fenwhirl-guard");
 }
