@@ -8,6 +8,7 @@
 #include "Fenwhirl/Platform/FileStatus.h"
 #include "Fenwhirl/Platform/LoginItem.h"
 #include "Fenwhirl/Platform/Notifier.h"
+#include "Fenwhirl/Platform/ProcessScope.h"
 
 namespace {
 
@@ -28,7 +29,9 @@ std::optional<std::int64_t> helperFileStamp() {
 
 RealServices::RealServices()
     : preferences_(openUserPreferences())
-    , emergency_(EmergencyHandBack::forThisInstallation()) {}
+    , emergency_(EmergencyHandBack::forThisInstallation([](pid_t guard) {
+        ProcessScope::separate(guard, QStringLiteral("fenwhirl-guard"), QStringLiteral("Fenwhirl's guard"));
+    })) {}
 
 RealServices::~RealServices() = default;
 

@@ -1,0 +1,76 @@
+#include "Fenwhirl/Platform/ProcessScope.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QDBusPendingCall>
+#include <QDBusVariant>
+#include <QList>
+
+// Not in an unnamed namespace: Qt looks for the operators of its types by their names.
+namespace ProcessScope {
+
+// A property of a unit.
+struct UnitProperty {
+    QString name;
+    QDBusVariant value;
+};
+
+// A unit that is made along with another. There is none.
+struct FurtherUnit {
+    QString name;
+    QList<UnitProperty> properties;
+};
+
+static QDBusArgument& operator<<(QDBusArgument& argument, const UnitProperty& property) {
+    argument.beginStructure();
+    argument << property.name << property.value;
+    argument.endStructure();
+    return argument;
+}
+
+static const QDBusArgument& operator>>(const QDBusArgument& argument, UnitProperty& property) {
+    argument.beginStructure();
+    argument >> property.name >> property.value;
+    argument.endStructure();
+    return argument;
+}
+
+static QDBusArgument& operator<<(QDBusArgument& argument, const FurtherUnit& unit) {
+    argument.beginStructure();
+    argument << unit.name << unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+static const QDBusArgument& operator>>(const QDBusArgument& argument, FurtherUnit& unit) {
+    argument.beginStructure();
+    argument >> unit.name >> unit.properties;
+    argument.endStructure();
+    return argument;
+}
+
+void separate(pid_t process, const QString& name, const QString& description) {
+    qDBusRegisterMetaType<UnitProperty>();
+    qDBusRegisterMetaType<QList<UnitProperty>>();
+    qDBusRegisterMetaType<FurtherUnit>();
+    qDBusRegisterMetaType<QList<FurtherUnit>>();
+    const QString unit = QStringLiteral("app-%1-%2.scope").arg(name).arg(process);
+    const QList<uint> processes = {static_cast<uint>(process)};
+    const QList<UnitProperty> properties = {
+        {QStringLiteral("Description"), QDBusVariant(description)},
+        {QStringLiteral("PIDs"), QDBusVariant(QVariant::fromValue(processes))},
+        // Forgotten when it is over, however it ended.
+        {QStringLiteral("CollectMode"), QDBusVariant(QStringLiteral("inactive-or-failed"))},
+    };
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.systemd1"), QStringLiteral("/org/freedesktop/systemd1"),
+        QStringLiteral("org.freedesktop.systemd1.Manager"), QStringLiteral("StartTransientUnit"));
+    call.setAutoStartService(false); // the manager runs, or there is none
+    call.setArguments({unit, QStringLiteral("fail"), QVariant::fromValue(properties),
+                       QVariant::fromValue(QList<FurtherUnit>())});
+    static_cast<void>(QDBusConnection::sessionBus().asyncCall(call));
+}
+
+} // namespace ProcessScope

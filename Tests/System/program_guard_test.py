@@ -1,0 +1,48 @@
+"""The guard beside the running program. What it does in each case of its own is in guard_test.py."""
+
+import os
+import pathlib
+import signal
+import subprocess
+import unittest
+
+import stage
+from desktop import Desktop
+from helper_stage import is_running, processes
+
+SERVICE = pathlib.Path(__file__).with_name("fake_systemd.py")
+
+
+class InASessionOfSystemd(unittest.TestCase):
+    def serve(self, desktop, *words):
+        service = desktop.stack.enter_context(stage.Process(["/usr/bin/python3", "-B", SERVICE, *words], stdout=subprocess.PIPE))
+        lines = stage.Lines(service.child.stdout)
+        self.assertEqual(lines.next(), "READY")
+        return lines
+
+    @staticmethod
+    def guard(desktop):
+        return stage.wait_until(lambda: next((number for number, parent, name in processes() if name == "fenwhirl-guard"
+                                              and parent == desktop.application.child.pid), None), "the guard runs")
+
+    def check_that_each_guard_is_told(self, desktop, requests):
+        desktop.start()
+        guard = self.guard(desktop)
+        self.assertEqual(requests.next(), f"app-fenwhirl-guard-{guard}.scope fail {guard}")
+        os.kill(guard, signal.SIGKILL)
+        stage.wait_until(lambda: not is_running(guard), "the guard is gone")
+        successor = self.guard(desktop)
+        self.assertNotEqual(successor, guard)
+        self.assertEqual(requests.next(), f"app-fenwhirl-guard-{successor}.scope fail {successor}")
+
+    def test_each_guard_gets_a_scope(self):
+        with Desktop() as desktop:
+            self.check_that_each_guard_is_told(desktop, self.serve(desktop))
+
+    def test_a_refusal_changes_nothing(self):
+        with Desktop() as desktop:
+            self.check_that_each_guard_is_told(desktop, self.serve(desktop, "refuses"))
+
+
+if __name__ == "__main__":
+    unittest.main()
