@@ -1,4 +1,6 @@
-"""The guard beside the running program. What it does in each case of its own is in guard_test.py."""
+"""The guard beside the running program: what it does while the program is stopped, and where it lies in a session that systemd
+manages. What it does in each case of its own is in guard_test.py.
+"""
 
 import os
 import pathlib
@@ -9,8 +11,22 @@ import unittest
 import stage
 from desktop import Desktop
 from helper_stage import is_running, processes
+from scene import Scene
 
 SERVICE = pathlib.Path(__file__).with_name("fake_systemd.py")
+SILENCE_SECONDS = 14  # ten, the last poll and the guard's own steps included
+
+
+class WhileTheProgramIsStopped(unittest.TestCase):
+    def test_its_fans_are_automatic_and_afterwards_driven_again(self):
+        with Scene() as scene:
+            scene.mac.tell("set TCXC 70")
+            scene.choose_preset("Jeu")
+            scene.wait_for_modes("manual", "fans under manual control")
+            scene.application.child.send_signal(signal.SIGSTOP)
+            scene.wait_for_modes("automatic", "the guard hands the fans back", SILENCE_SECONDS)
+            scene.application.child.send_signal(signal.SIGCONT)
+            scene.wait_for_modes("manual", "the program drives them again")
 
 
 class InASessionOfSystemd(unittest.TestCase):
