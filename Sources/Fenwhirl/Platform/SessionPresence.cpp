@@ -1,0 +1,14 @@
+#include "Fenwhirl/Platform/SessionPresence.h"
+
+#include <utility>
+
+void SessionPresence::setInFront(bool inFront) {
+    if (std::exchange(inFront_, inFront) != inFront)
+        Q_EMIT changed();
+    settle();
+}
+
+void SessionPresence::settle() {
+    if (!std::exchange(settled_, true))
+        Q_EMIT settled();
+}

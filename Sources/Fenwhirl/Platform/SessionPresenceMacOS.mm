@@ -1,0 +1,54 @@
+#include "Fenwhirl/Platform/SessionPresence.h"
+
+#import <AppKit/AppKit.h>
+#import <CoreGraphics/CoreGraphics.h>
+
+namespace {
+
+// What the window server says of the session that this process belongs to; without a word it is in front.
+bool isOnConsole() {
+    @autoreleasepool {
+        NSDictionary* session = CFBridgingRelease(CGSessionCopyCurrentDictionary());
+        const id value = session[(__bridge NSString*)kCGSessionOnConsoleKey];
+        return ![value isKindOfClass:[NSNumber class]] || [static_cast<NSNumber*>(value) boolValue];
+    }
+}
+
+class SessionPresenceMacOS final : public SessionPresence {
+public:
+    SessionPresenceMacOS() {
+        // First: nothing that changes from now on is missed.
+        became_ = observe(NSWorkspaceSessionDidBecomeActiveNotification, true);
+        resigned_ = observe(NSWorkspaceSessionDidResignActiveNotification, false);
+        setInFront(isOnConsole());
+    }
+
+    ~SessionPresenceMacOS() override {
+        [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:became_];
+        [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:resigned_];
+    }
+
+    SessionPresenceMacOS(const SessionPresenceMacOS&) = delete;
+    SessionPresenceMacOS& operator=(const SessionPresenceMacOS&) = delete;
+
+private:
+    id<NSObject> observe(NSNotificationName name, bool inFront) {
+        return [NSWorkspace.sharedWorkspace.notificationCenter
+            addObserverForName:name
+                        object:nil
+                         queue:NSOperationQueue.mainQueue
+                    usingBlock:^(NSNotification* notification) {
+                      (void)notification;
+                      setInFront(inFront);
+                    }];
+    }
+
+    id<NSObject> became_;
+    id<NSObject> resigned_;
+};
+
+} // namespace
+
+std::unique_ptr<SessionPresence> SessionPresence::create() {
+    return std::make_unique<SessionPresenceMacOS>();
+}
