@@ -14,6 +14,7 @@
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 #include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
 #include "Fenwhirl/Platform/Notifier.h"
+#include "Fenwhirl/Platform/SessionPresence.h"
 #include "Fenwhirl/Platform/SystemName.h"
 #include "Fenwhirl/Processes/ProcessMonitor.h"
 #include "Fenwhirl/Updates/UpdateChecker.h"
@@ -97,7 +98,15 @@ int fenwhirl_app_main(int argc, char** argv) {
                      &AppDelegate::applicationWillTerminate);
     const SessionEnd sessionEnd([&delegate] { delegate.applicationWillTerminate(); });
 
-    monitor.start();
+    // The first poll comes after the first word on who is in front: another user's fans are not touched.
+    const std::unique_ptr<SessionPresence> presence = SessionPresence::create();
+    const auto tellPresence = [&monitor, &presence] { monitor.setInFront(presence->isInFront()); };
+    QObject::connect(presence.get(), &SessionPresence::changed, &monitor, tellPresence);
+    tellPresence();
+    if (presence->isSettled())
+        monitor.start();
+    else
+        QObject::connect(presence.get(), &SessionPresence::settled, &monitor, &Monitor::start);
     delegate.applicationDidFinishLaunching();
     return QCoreApplication::exec();
 }
