@@ -26,6 +26,7 @@ CommandOutcome runGet(CommandContext& context, Words words, Instant now);
 CommandOutcome runKeys(CommandContext& context, Words words, Instant now);
 CommandOutcome runSet(CommandContext& context, Words words, Instant now);
 CommandOutcome runPin(CommandContext& context, Words words, Instant now);
+CommandOutcome runWrite(CommandContext& context, Words words, Instant now);
 CommandOutcome runUnpin(CommandContext& context, Words words, Instant now);
 CommandOutcome runVanish(CommandContext& context, Words words, Instant now);
 CommandOutcome runUnreadable(CommandContext& context, Words words, Instant now);

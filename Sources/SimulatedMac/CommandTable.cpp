@@ -8,7 +8,7 @@ namespace simulated {
 
 namespace {
 
-constexpr std::array<Command, 30> table{{
+constexpr std::array<Command, 31> table{{
     {"help", "", "this list", runHelp},
     {"state", "", "everything that moves, in one line of name=value pairs", runState},
     {"show", "", "the same for people: fans and temperatures as a table", runShow},
@@ -27,6 +27,8 @@ constexpr std::array<Command, 30> table{{
     {"set", "KEY NUMBER", "pin a key to a number: readers see it until unpin, whatever the machine does",
      runSet},
     {"pin", "KEY HEXBYTES", "the same with the value's own bytes", runPin},
+    {"write", "KEY NUMBER", "write a key as another program of root would, by the rules for every client",
+     runWrite},
     {"unpin", "KEY | all", "show the machine's own value again", runUnpin},
     {"vanish", "KEY", "the key does not exist any more (result 0x84, its index too)", runVanish},
     {"unreadable", "KEY [RESULT]", "reads fail with this result (hexadecimal; usually 85)", runUnreadable},

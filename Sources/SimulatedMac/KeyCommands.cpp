@@ -118,6 +118,28 @@ CommandOutcome runPin(CommandContext& context, Words words, Instant /*now*/) {
     return ok(describe(*key));
 }
 
+CommandOutcome runWrite(CommandContext& context, Words words, Instant now) {
+    std::string error;
+    const Key* const key = namedKey(context, words, 2, error);
+    if (key == nullptr) {
+        return error;
+    }
+    const auto number = parseNumber(words[1]);
+    SMCParam request{};
+    request.key = key->record.code;
+    request.data8 = SMCCommand::writeKey;
+    request.keyInfo.dataSize = key->record.size;
+    if (!number || !encodeValue(key->record.type, *number, request.bytes)) {
+        return failed(number ? "this key's type is no number" : "not a number");
+    }
+    constexpr Peer anotherProgram{.process = 0, .user = 0};
+    const Reply reply = context.mac.handle(request, anotherProgram, now);
+    if (reply.kernelReturn != 0 || reply.record.result != SMCResult::success) {
+        return failed("the write was refused");
+    }
+    return ok(describe(*key));
+}
+
 CommandOutcome runUnpin(CommandContext& context, Words words, Instant /*now*/) {
     return forKeyOrAll(context, words, [](Key& key) { key.pinned.reset(); });
 }

@@ -153,6 +153,20 @@ TEST_F(Commands, RefusedWritesAreRefusedKeyByKeyOrAltogether) {
     EXPECT_EQ(harness.write(fourCC("F0Tg"), "2EE0").record.result, 0);
 }
 
+TEST_F(Commands, AnotherProgramWritesByTheRulesForEveryClient) {
+    EXPECT_EQ(run("write FS! 3"), "ok FS! type=ui16 size=2 bytes=0003 value=3.00");
+    EXPECT_EQ(run("write F1Tg 3000"), "ok F1Tg type=fpe2 size=2 bytes=2EE0 value=3000.00");
+    EXPECT_TRUE(stateOf("fan1").ends_with("/manual"));
+    EXPECT_EQ(harness.mac.writes().last(), 2U) << "it is in the log of writes";
+    EXPECT_TRUE(run("refuse F1Tg").starts_with("ok"));
+    EXPECT_EQ(run("write F1Tg 2500"), "error: the write was refused");
+    EXPECT_EQ(seen(fourCC("F1Tg")), "2EE0");
+    for (const char* wrong : {"write", "write F1Tg", "write F1Tg fast", "write F9Tg 3000", "write F1Tg 1 2",
+                              "write #KEY 4"}) { // the last one is not for writing
+        EXPECT_TRUE(run(wrong).starts_with("error:")) << wrong;
+    }
+}
+
 TEST_F(Commands, AKeyWithATrailingBlankCanBeNamedWithoutIt) {
     EXPECT_EQ(run("get FS!"), "ok FS! type=ui16 size=2 bytes=0000 value=0.00");
 }
