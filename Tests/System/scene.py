@@ -97,6 +97,10 @@ class Scene:
         stage.wait_until(lambda: self.fan(0)[2] == mode and self.fan(1)[2] == mode, what, seconds, 0.01)
         return time.monotonic() - begin
 
+    def requests(self):
+        """How many the controller has had."""
+        return int(re.search(r"requests=(\d+)", self.mac.tell("state")[0]).group(1))
+
     def keys(self, prefix):
         return [match.group(1) for match in (re.search(rf"\b({prefix}\S{{3}})\b", line)
                                              for line in self.mac.tell(f"keys {prefix}")) if match]

@@ -318,7 +318,7 @@ ALLOWED_COMPLAINTS = {
 class Application(Process):
     """The built program in its window. Its log is kept; where Qt or the QML engine complained, its end fails the test."""
 
-    def __init__(self, build, *arguments, environment=None, scale=None, user=None):
+    def __init__(self, build, *arguments, environment=None, scale=None, user=None, **options):
         settings = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
                     "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",  # who is in front of the computer is not asked
                     "LANGUAGE": "fr", "QT_MESSAGE_PATTERN": LOG_PATTERN,
@@ -328,7 +328,7 @@ class Application(Process):
             settings["QT_SCALE_FACTOR"] = str(scale)
         self.log_descriptor = os.memfd_create("Fenwhirl's log")  # a file needs a folder that every account may write to
         account = {"user": user, "group": user, "extra_groups": []} if user else {}
-        super().__init__([build / "bin/Fenwhirl", *arguments], env=settings, stderr=self.log_descriptor, **account)
+        super().__init__([build / "bin/Fenwhirl", *arguments], env=settings, stderr=self.log_descriptor, **account, **options)
 
     def log(self):
         """What it has written to its standard error until now."""

@@ -1,0 +1,202 @@
+"""A simulated Mac that Fenwhirl drives without anybody looking: no screen, settings from the preferences, as an ordinary
+user. The test itself stays root, and may stop and kill whatever belongs to the program.
+
+What counts is what the machine does: the mode and the target of each fan as its own keys have them.
+"""
+
+import base64
+import contextlib
+import json
+import os
+import pathlib
+import re
+import signal
+import time
+
+import stage
+from helper_stage import NOBODY, OLDER_MAC, as_nobody, processes, require_real_root
+
+NEWER_MAC = "AppleSilicon"  # mode keys behind the unlock flag
+HEADLINE_KEYS = {OLDER_MAC: "TCXC", NEWER_MAC: "Tp01"}
+REACTION_SECONDS = 6  # from the cause to the safe state: three polls and the helper
+END_SECONDS = 20  # the same for a program that has ended or does not go on
+LOW_RPM = 2400  # above the minimum of every fan of both machines, and far below their maximum
+GUARD = "fenwhirl-guard"
+
+
+def constant(rpm):
+    return {"mode": "constant", "constantRPM": rpm, "sensorKey": "", "startTemp": 50, "maxTemp": 90}
+
+
+def curve(start, end):
+    return {"mode": "sensor", "constantRPM": 3000, "sensorKey": "", "startTemp": start, "maxTemp": end}
+
+
+# Cool and driven all the same: at 60 °C between minimum and maximum.
+GAME = {0: curve(40, 80), 1: curve(40, 80)}
+SLOW = {0: constant(LOW_RPM), 1: constant(LOW_RPM)}
+
+
+class DrivenMac:
+    """The simulated Mac with the helper installed; Fenwhirl comes when the test starts it."""
+
+    def __init__(self, machine=OLDER_MAC, settings=None, celsius=60, alerts=True, speed=0):
+        require_real_root()
+        self.build = pathlib.Path(os.environ["FENWHIRL_BUILD"])
+        self.machine, self.settings, self.alerts, self.speed = machine, settings or {}, alerts, speed
+        self.headline, self.first_celsius = HEADLINE_KEYS[machine], celsius
+        self.stack = contextlib.ExitStack()
+        self.home = stage.SCRATCH / "home"
+        self.runtime = stage.SCRATCH / "user"
+        self.mac = self.application = None
+
+    def __enter__(self):
+        try:
+            self.mac = self.stack.enter_context(stage.SimulatedMac(
+                self.build, self.machine, "--heat", "12", "--speed", str(self.speed)))
+            self.tell(f"unlock {100 if self.machine == NEWER_MAC else 0}")
+            self.heat(self.first_celsius)
+            stage.install_helper(self.build)
+            for folder in (self.home, self.runtime):
+                folder.mkdir(exist_ok=True)
+                os.chown(folder, NOBODY, NOBODY)
+            self.limits = {fan: (self.value(f"F{fan}Mn"), self.value(f"F{fan}Mx")) for fan in self.fans()}
+            self.save()
+        except BaseException:
+            self.stack.close()
+            raise
+        return self
+
+    def __exit__(self, *details):
+        result = self.stack.__exit__(*details)
+        self.clear_away()
+        return result
+
+    def clear_away(self):
+        """Ends the guards that are still there, so that the next machine of this test is no affair of theirs."""
+        for process in self.running(GUARD):
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(process, signal.SIGKILL)
+
+    # --- The program and its processes ---
+
+    def save(self):
+        """Writes the preferences that the next start reads."""
+        text = json.dumps({str(fan): setting for fan, setting in self.settings.items()})
+        preferences = {"didOnboard": True, "language": "fr", "brenor.update.lastCheck": time.time(),
+                       "alertsEnabled": self.alerts,
+                       "settings": {"data": base64.b64encode(text.encode()).decode()}}
+        file = self.home / ".config/com.fenwhirl.app/preferences.json"
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(json.dumps(preferences), encoding="utf-8")
+        for path in (self.home / ".config", file.parent, file):
+            os.chown(path, NOBODY, NOBODY)
+
+    def start(self):
+        """Starts Fenwhirl, and waits for nothing."""
+        environment = {"HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.runtime), "USER": "nobody", "LOGNAME": "nobody",
+                       "QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software",
+                       "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "0", "QT_LOGGING_RULES": "qt.qpa.*=false;qt.core.qobject.connect=false",
+                       "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
+        self.application = self.stack.enter_context(stage.Application(self.build, environment=environment, **as_nobody()))
+        return self
+
+    def drive(self):
+        """Starts Fenwhirl, and waits until it has every fan under manual control."""
+        self.start()
+        self.wait_for("manual", "every fan under manual control", stage.PATIENCE_SECONDS)
+        return self
+
+    def settle(self):
+        """Waits until the first poll is over: the machine has been read, and is not being read any more."""
+        def is_quiet():
+            before = self.requests()
+            time.sleep(0.3)
+            return before > 100 and self.requests() == before
+        stage.wait_until(is_quiet, "the first poll ends")
+        return self
+
+    def running(self, name):
+        return [process for process, _, found in processes() if found == name]
+
+    def kill_everything(self):
+        """Kills the application and its guard so that neither has time to do anything."""
+        guards = stage.wait_until(lambda: self.running(GUARD), "the guard runs")
+        for guard in guards:
+            os.kill(guard, signal.SIGSTOP)
+        self.application.stop(signal.SIGKILL)
+        for guard in guards:
+            os.kill(guard, signal.SIGKILL)
+
+    # --- The machine ---
+
+    def tell(self, command):
+        return self.mac.tell(command)
+
+    def heat(self, celsius):
+        """The main temperature from now on."""
+        self.tell(f"set {self.headline} {celsius}")
+
+    def lose_temperatures(self):
+        for line in self.tell("keys T"):
+            if found := re.match(r"\d+ (T\S{3}) ", line):
+                self.tell(f"vanish {found.group(1)}")
+
+    def value(self, key):
+        return float(re.search(r"value=(\S+)", self.tell(f"get {key}")[-1]).group(1))
+
+    def requests(self):
+        return int(re.search(r"requests=(\d+)", self.tell("state")[-1]).group(1))
+
+    def polls(self, count=1):
+        """Waits until Fenwhirl has read the machine that many more times."""
+        requests_of_a_poll = 150  # there are fewer, so that what is waited for includes a whole poll
+        self.tell(f"await requests {self.requests() + count * requests_of_a_poll} within {stage.PATIENCE_SECONDS + 3 * count}")
+
+    def last_write(self):
+        return int(re.search(r"writes=(\d+)", self.tell("state")[-1]).group(1))
+
+    def take_by_hand(self, fan, rpm):
+        """What another program does that drives a fan."""
+        if self.machine == OLDER_MAC:
+            self.tell(f"write FS! {int(self.value('FS!')) | 1 << fan}")
+        else:
+            self.tell("write Ftst 1")
+            stage.wait_until(lambda: "unlock=open" in self.tell("state")[-1], "manual control is unlocked")
+            self.tell(f"write F{fan}Md 1")
+        self.tell(f"write F{fan}Tg {rpm}")
+
+    def fans(self):
+        """Target and mode ("automatic" or "manual") of each fan."""
+        modes = re.findall(r"\bfan(\d+)=[^ ]+/(\w+)", self.tell("state")[-1])
+        return {int(fan): (self.value(f"F{fan}Tg"), mode) for fan, mode in modes}
+
+    def wait_for(self, mode, what, seconds, fans=None):
+        """Waits until these fans, or all, have the mode; returns how long that took."""
+        begin = time.monotonic()
+        stage.wait_until(lambda: all(found == mode for fan, (_, found) in self.fans().items() if fans is None or fan in fans),
+                         lambda: f"{what}; there is {self.fans()}", seconds, 0.02)
+        return time.monotonic() - begin
+
+    def is_cooled(self):
+        """Whether every fan is at its own maximum or with the firmware."""
+        return all(mode == "automatic" or target >= self.limits[fan][1] - 1 for fan, (target, mode) in self.fans().items())
+
+    def is_left_in_order(self, settings=None):
+        """Whether only fans that stand at the constant speed chosen for them are manual."""
+        settings = self.settings if settings is None else settings
+
+        def at_its_constant(fan, target):
+            setting = settings.get(fan)
+            if setting is None or setting["mode"] != "constant":
+                return False
+            least, most = self.limits[fan]
+            return abs(min(most, max(setting["constantRPM"], least)) - target) <= 1
+
+        return all(mode == "automatic" or at_its_constant(fan, target) for fan, (target, mode) in self.fans().items())
+
+    def wait_until_left_in_order(self, seconds=END_SECONDS):
+        stage.wait_until(self.is_left_in_order, lambda: f"no fan is left behind; there is {self.fans()}", seconds)
+
+    def wait_until_cooled(self, seconds=REACTION_SECONDS):
+        stage.wait_until(self.is_cooled, lambda: f"every fan cools or is with the firmware; there is {self.fans()}", seconds)
