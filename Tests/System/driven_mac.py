@@ -73,8 +73,8 @@ class DrivenMac:
         return result
 
     def clear_away(self):
-        """Ends the guards that are still there, so that the next machine of this test is no affair of theirs."""
-        for process in self.running(GUARD):
+        """Ends guards and helpers that are still there, so that the next machine of this test is no affair of theirs."""
+        for process in self.running(GUARD) + self.running("FenwhirlHelper"):
             with contextlib.suppress(ProcessLookupError):
                 os.kill(process, signal.SIGKILL)
 
@@ -197,6 +197,3 @@ class DrivenMac:
 
     def wait_until_left_in_order(self, seconds=END_SECONDS):
         stage.wait_until(self.is_left_in_order, lambda: f"no fan is left behind; there is {self.fans()}", seconds)
-
-    def wait_until_cooled(self, seconds=REACTION_SECONDS):
-        stage.wait_until(self.is_cooled, lambda: f"every fan cools or is with the firmware; there is {self.fans()}", seconds)
