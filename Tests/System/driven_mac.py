@@ -14,7 +14,7 @@ import signal
 import time
 
 import stage
-from helper_stage import NOBODY, OLDER_MAC, as_nobody, processes, require_real_root
+from helper_stage import NOBODY, OLDER_MAC, processes, require_real_root
 
 NEWER_MAC = "AppleSilicon"  # mode keys behind the unlock flag
 HEADLINE_KEYS = {OLDER_MAC: "TCXC", NEWER_MAC: "Tp01"}
@@ -98,7 +98,7 @@ class DrivenMac:
                        "QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software",
                        "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "0", "QT_LOGGING_RULES": "qt.qpa.*=false;qt.core.qobject.connect=false",
                        "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
-        self.application = self.stack.enter_context(stage.Application(self.build, environment=environment, **as_nobody()))
+        self.application = self.stack.enter_context(stage.Application(self.build, environment=environment, user=NOBODY))
         return self
 
     def drive(self):

@@ -19,6 +19,7 @@ from gi.repository import GLib  # noqa: E402
 
 SLOW_MILLISECONDS = 250
 NAME, PATH = "org.freedesktop.login1", "/org/freedesktop/login1"
+PROPERTIES = "org.freedesktop.DBus.Properties"
 DESCRIPTION = f"""<node>
 <interface name="{NAME}.Manager">
   <method name="GetSessionByPID"><arg type="u" direction="in"/><arg type="o" direction="out"/></method>
@@ -36,8 +37,9 @@ class Logind:
         self.silent, self.slow, self.held = "silent" in words, "slow" in words, []
         self.sessions = dict(word.split("=") for word in words if "=" in word)  # by their users
         self.front = "-"
+        flags = Gio.DBusConnectionFlags
         self.bus = Gio.DBusConnection.new_for_address_sync(
-            address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
+            address, flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION, None, None)
         self.bus.set_exit_on_close(True)
         interfaces = {interface.name: interface for interface in Gio.DBusNodeInfo.new_for_xml(DESCRIPTION).interfaces}
         self.bus.register_object(PATH, interfaces[f"{NAME}.Manager"], self.called, None, None)
@@ -73,7 +75,7 @@ class Logind:
         for which in (before, session):  # as the real one: first who leaves, then who comes
             if which in self.sessions.values():
                 changes = {"Active": GLib.Variant("b", which == session)}
-                self.bus.emit_signal(None, f"{PATH}/session/_{which}", "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                self.bus.emit_signal(None, f"{PATH}/session/_{which}", PROPERTIES, "PropertiesChanged",
                                      GLib.Variant("(sa{sv}as)", (f"{NAME}.Session", changes, [])))
         self.bus.flush_sync(None)
         print("OK", flush=True)
