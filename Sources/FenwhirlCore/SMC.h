@@ -72,6 +72,9 @@ public:
     // flag is true. The flag is owned by the caller and must outlive the connection; null means never.
     void setStopFlag(const std::atomic<bool>* stopFlag);
 
+    // Whether the connection is lost for good: every call fails from then on.
+    [[nodiscard]] bool isDead() const { return transport_->isDead(); }
+
     // --- Keys ---
     [[nodiscard]] std::optional<KeyInfo> info(std::string_view key);
     [[nodiscard]] bool hasKey(std::string_view key);

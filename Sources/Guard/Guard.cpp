@@ -34,7 +34,7 @@ constexpr int secondsUntilSecondRun = 5;
 
 // Between two tries of fans that could not be handed back. Each pause is twice as long as the one before.
 constexpr int shortestPause = 1; // seconds
-constexpr int longestPause = 30;
+constexpr int longestPause = 10;
 
 int longerPause(int pause) {
     return pause < longestPause / 2 ? 2 * pause : longestPause;

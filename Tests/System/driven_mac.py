@@ -93,12 +93,13 @@ class DrivenMac:
             os.chown(path, NOBODY, NOBODY)
 
     def start(self):
-        """Starts Fenwhirl, and waits for nothing."""
+        """Starts Fenwhirl as a job of this session, and waits for nothing."""
         environment = {"HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.runtime), "USER": "nobody", "LOGNAME": "nobody",
                        "QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software",
                        "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "0", "QT_LOGGING_RULES": "qt.qpa.*=false;qt.core.qobject.connect=false",
                        "DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
-        self.application = self.stack.enter_context(stage.Application(self.build, environment=environment, user=NOBODY))
+        self.application = self.stack.enter_context(stage.Application(self.build, environment=environment, user=NOBODY,
+                                                                       start_new_session=False, process_group=0))
         return self
 
     def drive(self):
@@ -126,7 +127,8 @@ class DrivenMac:
             os.kill(guard, signal.SIGSTOP)
         self.application.stop(signal.SIGKILL)
         for guard in guards:
-            os.kill(guard, signal.SIGKILL)
+            with contextlib.suppress(ProcessLookupError):  # its group continues with its parent's end; it may have nothing to do
+                os.kill(guard, signal.SIGKILL)
 
     # --- The machine ---
 

@@ -166,12 +166,26 @@ bool Monitor::Private::handBack(const HelperCommand& command) {
     if (!services.helper.run(command)) {
         return false;
     }
+    bool isDone = true;
     for (const int index : custody->ours()) {
-        if (command.size() == 1 || command[1] == std::to_string(index)) {
-            custody->setSent(index, {.desired = {}, .at = services.now(), .succeeded = true});
+        if (command.size() > 1 && command[1] != std::to_string(index)) {
+            continue;
         }
+        const SentTarget target{.desired = {}, .at = services.now(), .succeeded = hasGoneBack(index)};
+        custody->setSent(index, target);
+        isDone = isDone && target.succeeded;
     }
-    return true;
+    return isDone;
+}
+
+bool Monitor::Private::hasGoneBack(int index) const {
+    if (isStuck) {
+        return true; // nobody can be asked, and the guard goes on anyway
+    }
+    const auto answer = std::make_shared<std::promise<bool>>();
+    auto answered = answer->get_future();
+    queue->async([answer, index, poller = poller] { answer->set_value(poller->hasGoneBack(index)); });
+    return answered.wait_for(services.longestDrain) == std::future_status::ready && answered.get();
 }
 
 bool Monitor::Private::handBackAtTheEnd() {

@@ -72,6 +72,8 @@ struct Monitor::Private {
     void sendUnsentSpeeds() FENWHIRL_REQUIRES(mainThread);
     // One command of the hand-back at the end; true when it succeeded.
     [[nodiscard]] bool handBack(const HelperCommand& command) FENWHIRL_REQUIRES(mainThread);
+    // Asks the machine, as Poller::hasGoneBack.
+    [[nodiscard]] bool hasGoneBack(int index) const FENWHIRL_REQUIRES(mainThread);
     // Hands back what must go back, and tries again for a while where that is refused; true when all is done.
     [[nodiscard]] bool handBackAtTheEnd() FENWHIRL_REQUIRES(mainThread);
 

@@ -103,6 +103,19 @@ void Poller::handBackOurs(const std::function<bool(const HelperCommand&)>& runHe
     }
 }
 
+bool Poller::hasGoneBack(int index) {
+    queue_.assertIsCurrent();
+    if (!smc_ || smc_->isDead()) {
+        return true;
+    }
+    const auto modes = smc_->fanModes();
+    const auto mode = modes.find(index);
+    if (mode != modes.end()) {
+        return !mode->second;
+    }
+    return smc_->isDead() || !fansLookedAt_.contains(index);
+}
+
 std::vector<int> Poller::fansLastRead() const {
     queue_.assertIsCurrent();
     return fansLastRead_;
@@ -181,7 +194,7 @@ bool Poller::send(const FanWish& wish, const HelperCommand& command,
         record(sent_, wish, services_.now(), false);
         tellCustody();
     }
-    const bool succeeded = runHelper(command);
+    const bool succeeded = runHelper(command) && (wish.desired.manualRPM || hasGoneBack(wish.index));
     record(sent_, wish, services_.now(), succeeded);
     tellCustody();
     return succeeded;

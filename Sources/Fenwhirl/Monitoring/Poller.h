@@ -84,6 +84,10 @@ public:
     // The same for each fan of ours alone, by another helper than usual.
     void handBackOurs(const std::function<bool(const HelperCommand&)>& runHelper);
 
+    // Whether the machine bears out that the fan is automatic. A fan that told its mode before must tell it
+    // now; where none was ever told, or the connection is lost, there is nothing to ask.
+    [[nodiscard]] bool hasGoneBack(int index);
+
     // The fans of the last poll that read them all, for handing them back at the end.
     [[nodiscard]] std::vector<int> fansLastRead() const;
 

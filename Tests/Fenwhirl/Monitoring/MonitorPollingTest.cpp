@@ -308,8 +308,18 @@ TEST_F(MonitorPolling, FreshStartSendsNothingToAutomaticFans) {
 
 TEST_F(MonitorPolling, FreshStartHandsBackWhatAnEarlierProcessLeftManual) {
     smc.setNumber("FS! ", "ui16", 2);
+    helper.onRun = [this](const auto&) { smc.setNumber("FS! ", "ui16", 0); };
     start();
     pollAfter(20);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "1"}}));
+}
+
+TEST_F(MonitorPolling, HandBackThatTheMachineDoesNotBearOutIsRepeated) {
+    smc.setNumber("FS! ", "ui16", 2);
+    start(); // the helper says that it succeeded
+    pollAfter(9.5);
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "1"}}));
+    pollAfter(0.5);
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "1"}}));
 }
 

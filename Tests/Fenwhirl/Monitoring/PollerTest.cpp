@@ -138,6 +138,10 @@ TEST_F(PollerTest, HeatProtectionGoesOnWhileSpeedsAreHeldBack) {
 }
 
 TEST_F(PollerTest, AFanThatIsManualAtTheStartIsHandedBackOrSentItsSpeed) {
+    answer = [this](const HelperCommand&) {
+        smc.setNumber("FS! ", "ui16", 1);
+        return true;
+    };
     smc.setNumber("FS! ", "ui16", 3);
     pin(0, 2000);
     (void)poll();
@@ -158,10 +162,13 @@ TEST_F(PollerTest, AFanThatSomebodyDrivesInAnEmergencyIsHandedBackAgainAndAgain)
     smc.setNumber("TC0P", "sp78", 92);
     (void)poll();
     EXPECT_EQ(commands, Commands());
+    answer = [this](const HelperCommand&) {
+        smc.setNumber("FS! ", "ui16", 0);
+        return true;
+    };
     for (int i = 0; i < 2; ++i) {
         smc.setNumber("FS! ", "ui16", 2);
         (void)poll();
-        smc.setNumber("FS! ", "ui16", 0);
         (void)poll();
     }
     EXPECT_EQ(commands, (Commands{{"auto", "1"}, {"auto", "1"}}));
