@@ -32,6 +32,14 @@ if(FENWHIRL_SANITIZE STREQUAL "thread")
     list(APPEND FENWHIRL_TEST_ENVIRONMENT "TSAN_OPTIONS=ignore_noninstrumented_modules=1:die_after_fork=0")
 endif()
 
+# What tests say is said once and runs in no time: where all of them are compiled with every change, they are compiled without
+# being optimised, in half the time. What they test is built as usual.
+function(fenwhirl_compile_quickly target)
+    if(CMAKE_BUILD_TYPE STREQUAL "Debug" AND FENWHIRL_PRECOMPILED_HEADERS AND NOT FENWHIRL_SANITIZE)
+        target_compile_options(${target} PRIVATE -O0)
+    endif()
+endfunction()
+
 # fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…] [APART file…]): a GoogleTest
 # program; each of its tests is one test of CTest. What looks into what only Linux has (/proc, desktop entries) is named after
 # NOT_ON_MACOS. Where headers are precompiled, sources are compiled several at a time, too, which saves two minutes of a clean
@@ -60,7 +68,12 @@ function(fenwhirl_test name)
             set_source_files_properties(${arg_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
         endif()
     endif()
-    fenwhirl_reuse_headers(${name} FenwhirlPlainTestMain)
+    if(arg_QT_MAIN OR arg_OWN_MAIN) # they use Qt
+        fenwhirl_reuse_headers(${name} FenwhirlTestMain)
+    else()
+        fenwhirl_reuse_headers(${name} FenwhirlPlainTestMain)
+    endif()
+    fenwhirl_compile_quickly(${name})
     # Tests include their own support headers by the path from Tests/.
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
     if(arg_MOC)

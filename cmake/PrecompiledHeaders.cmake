@@ -14,8 +14,9 @@ set(FENWHIRL_QT_HEADERS ${FENWHIRL_STANDARD_HEADERS} <QList> <QObject> <QString>
 set(FENWHIRL_QML_HEADERS ${FENWHIRL_QT_HEADERS}
     <QDateTime> <QTimeZone> <QUrl> <QtQml/qjsengine.h> <QtQml/qqmlengine.h> <QtQml/qqmlprivate.h>)
 set(FENWHIRL_TEST_HEADERS ${FENWHIRL_STANDARD_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
+set(FENWHIRL_QT_TEST_HEADERS ${FENWHIRL_TEST_HEADERS} ${FENWHIRL_QT_HEADERS} <QCoreApplication>)
 
-# fenwhirl_precompile(TARGET KIND): the target parses the headers of this kind (QT, QML or TEST) for itself and
+# fenwhirl_precompile(TARGET KIND): the target parses the headers of this kind (QT, QML, TEST or QT_TEST) for itself and
 # for all that call fenwhirl_reuse_headers with it. It may define no macro that one of those does not.
 function(fenwhirl_precompile target kind)
     if(FENWHIRL_PRECOMPILED_HEADERS)
