@@ -69,6 +69,8 @@ bool staysAsItIs(const QString& text) {
         QStringLiteral(" °C"),
         // The reason of an activity, seen by the system's tools only.
         QStringLiteral("Fenwhirl controls the fans"),
+        // The name of the guard's control group, likewise.
+        QStringLiteral("Fenwhirl's guard"),
     };
     return texts.contains(text);
 }
