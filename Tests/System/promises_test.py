@@ -78,7 +78,7 @@ class Life:
 
     def lose_a_key(self):
         keys = ["F0Ac", "F1Ac"]
-        if not self.of_strangers:  # nobody can know of a fan that somebody else drives when fans cannot be counted
+        if not self.of_strangers:  # the same
             keys.append("FNum")
         self.tell(f"vanish {self.chance.choice(keys)}")
 
@@ -90,7 +90,8 @@ class Life:
         if self.driven.settings.get(fan, {}).get("mode") == "constant":
             return
         self.note(f"another program takes fan {fan}")
-        self.tell("accept all")
+        for command in ("accept all", "restore FNum"):  # nobody can know of it while fans cannot be counted
+            self.tell(command)
         self.driven.take_by_hand(fan, LOW_RPM)
         self.of_strangers.add(fan)
         self.is_repeated = True
