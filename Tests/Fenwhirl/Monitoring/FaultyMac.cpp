@@ -87,7 +87,7 @@ double FaultyMac::target(int fan) const {
 
 std::string FaultyMac::description() const {
     constexpr const char* moods[] = {"willing", "refuses targets", "refuses writes", "silent"};
-    std::string text = std::string("controller ") + moods[static_cast<std::size_t>(mood)];
+    std::string text = std::string("controller ") + moods[static_cast<std::size_t>(mood_)];
     for (const std::string& key : {std::string(processorSensor), std::string(otherSensor)}) {
         const auto value = celsius(key);
         text += ", " + key + (value ? " " + std::to_string(*value) : " unreadable");
@@ -105,6 +105,12 @@ std::string FaultyMac::description() const {
     return text;
 }
 
+void FaultyMac::setMood(Mood mood) {
+    mood_ = mood;
+    // Who waits in vain for an answer takes the connection for lost.
+    controller_.diesAtRequest = mood == Mood::silent ? std::optional<std::size_t>(0) : std::nullopt;
+}
+
 void FaultyMac::vanish(const std::string& key) {
     vanished_.insert(SMC::fourCC(key));
 }
@@ -118,7 +124,7 @@ bool FaultyMac::hasVanished(const std::string& key) const {
 }
 
 bool FaultyMac::mayRefuseSpeeds() const {
-    if (mood != Mood::willing) {
+    if (mood_ != Mood::willing) {
         return true;
     }
     for (const std::uint32_t code : vanished_) {
@@ -133,13 +139,17 @@ bool FaultyMac::shows(int fan) const {
     return showsFanCount() && !hasVanished(fanKey(fan, "Ac"));
 }
 
+bool FaultyMac::canBeCooled(int fan) const {
+    return shows(fan) && !hasVanished(fanKey(fan, "Mx"));
+}
+
 void FaultyMac::setCelsius(double processor, double other) {
     controller_.setNumber(processorSensor, "flt ", processor);
     controller_.setNumber(otherSensor, "flt ", other);
 }
 
 std::optional<double> FaultyMac::celsius(const std::string& sensor) const {
-    if (mood == Mood::silent || hasVanished(sensor)) {
+    if (mood_ == Mood::silent || hasVanished(sensor)) {
         return std::nullopt;
     }
     return controller_.number(sensor);
@@ -191,14 +201,11 @@ bool FaultyMac::runHelper(const std::vector<std::string>& arguments) {
 }
 
 std::optional<ScriptedSMC::Reply> FaultyMac::answer(const SMCParam& request) const {
-    if (mood == Mood::silent) {
-        return ScriptedSMC::Reply();
-    }
     if (request.data8 != SMCCommand::keyByIndex && vanished_.contains(request.key)) {
         return refusal(SMCResult::keyNotFound);
     }
     if (request.data8 == SMCCommand::writeKey &&
-        (mood == Mood::refusesWrites || (mood == Mood::refusesTargets && isTarget(request.key)))) {
+        (mood_ == Mood::refusesWrites || (mood_ == Mood::refusesTargets && isTarget(request.key)))) {
         return refusal(SMCResult::notWritable);
     }
     return std::nullopt;

@@ -51,8 +51,9 @@ public:
     [[nodiscard]] std::string description() const;
 
     // --- Faults ---
-    Mood mood = Mood::willing;
+    [[nodiscard]] Mood mood() const { return mood_; }
 
+    void setMood(Mood mood);
     void vanish(const std::string& key);
     void restore();
 
@@ -61,16 +62,18 @@ public:
     [[nodiscard]] bool hasVanishedKeys() const { return !vanished_.empty(); }
 
     [[nodiscard]] bool acceptsHandBacks() const {
-        return mood == Mood::willing || mood == Mood::refusesTargets;
+        return mood_ == Mood::willing || mood_ == Mood::refusesTargets;
     }
 
     // Whether a speed that is sent may fail.
     [[nodiscard]] bool mayRefuseSpeeds() const;
 
     // Whether a reader learns how many fans there are, and how fast this one turns.
-    [[nodiscard]] bool showsFanCount() const { return mood != Mood::silent && !hasVanished("FNum"); }
+    [[nodiscard]] bool showsFanCount() const { return mood_ != Mood::silent && !hasVanished("FNum"); }
 
     [[nodiscard]] bool shows(int fan) const;
+    // The same, and its maximum.
+    [[nodiscard]] bool canBeCooled(int fan) const;
 
     // --- What happens to it ---
     void setCelsius(double processor, double other);
@@ -90,6 +93,7 @@ private:
     void setManual(int fan, bool manual);
 
     ScriptedSMC& controller_;
+    Mood mood_ = Mood::willing;
     std::vector<Fan> fans_;
     std::set<std::uint32_t> vanished_; // codes of keys
 };

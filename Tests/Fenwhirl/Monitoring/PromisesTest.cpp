@@ -264,6 +264,7 @@ private:
             }
         }
         hasReadFans_ = false;
+        lastShown_.clear();
         monitor_ = std::make_unique<Monitor>(services());
         settings_ = monitor_->settings();
         alerts_ = monitor_->alertsEnabled();
@@ -305,6 +306,12 @@ private:
             die(true);
         } else {
             hasReadFans_ = hasReadFans_ || mac_.showsFanCount();
+            lastShown_.clear();
+            for (const FaultyMac::Fan& fan : mac_.fans()) {
+                if (mac_.shows(fan.index)) {
+                    lastShown_.insert(fan.index);
+                }
+            }
         }
     }
 
@@ -476,7 +483,7 @@ private:
     void changeMood() {
         constexpr FaultyMac::Mood moods[] = {FaultyMac::Mood::willing, FaultyMac::Mood::refusesTargets,
                                              FaultyMac::Mood::refusesWrites, FaultyMac::Mood::silent};
-        mac_.mood = mac_.mood == FaultyMac::Mood::willing ? moods[below(4)] : FaultyMac::Mood::willing;
+        mac_.setMood(mac_.mood() == FaultyMac::Mood::willing ? moods[below(4)] : FaultyMac::Mood::willing);
         note(mac_.description());
         calm_.restart();
     }
@@ -554,8 +561,10 @@ private:
 
     void tryGuards() {
         for (Guard& guard : guards_) {
-            note("a guard tries");
             guard.attempt(mac_);
+            if (guard.isDone()) {
+                note("a guard has succeeded");
+            }
             if (monitor_) { // of an earlier life
                 strangerAt_ = now();
                 calm_.restart();
@@ -621,7 +630,7 @@ private:
                     return name + " was left behind";
                 }
             }
-            if (isProtecting && !(isStrangers && !mac_.shows(fan.index))) {
+            if (isProtecting && !(isStrangers && !mac_.canBeCooled(fan.index))) {
                 ++judged.protections;
                 if (isManual && mac_.target(fan.index) <= fan.maximum - mostLagRPM) {
                     return name + " does not cool although the alert threshold was reached";
@@ -639,13 +648,10 @@ private:
 
     // Whether the last process could know of a fan that somebody made manual.
     [[nodiscard]] bool isKnown(int fan) const {
-        if (process_->fansSet.contains(fan)) {
-            return true;
-        }
         if (ofStrangers_.contains(fan)) {
-            return hasReadFans_ && mac_.shows(fan) && modeOf(fan) != FanModeKind::constant;
+            return lastShown_.contains(fan) && modeOf(fan) != FanModeKind::constant;
         }
-        return hasReadFans_;
+        return hasReadFans_ || process_->fansSet.contains(fan);
     }
 
     [[nodiscard]] const FanSetting& settingOf(int fan) const {
@@ -696,6 +702,7 @@ private:
     std::optional<Guard> watchdog_;    // at work because the process does not go on
     std::vector<std::string> sensors_; // that the process found when it started, the most important first
     bool hasReadFans_ = false;         // this process, in a poll that came to its end
+    std::set<int> lastShown_;          // the fans that could be read in its last poll
     double polledAt_ = 0;
 
     FanSettings settings_;
