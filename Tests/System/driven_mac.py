@@ -74,9 +74,7 @@ class DrivenMac:
 
     def clear_away(self):
         """Ends guards and helpers that are still there, so that the next machine of this test is no affair of theirs."""
-        for process in self.running(GUARD) + self.running("FenwhirlHelper"):
-            with contextlib.suppress(ProcessLookupError):
-                os.kill(process, signal.SIGKILL)
+        self.signal(self.running(GUARD) + self.running("FenwhirlHelper"), signal.SIGKILL)
 
     # --- The program and its processes ---
 
@@ -122,13 +120,17 @@ class DrivenMac:
 
     def kill_everything(self):
         """Kills the application and its guard so that neither has time to do anything."""
-        guards = stage.wait_until(lambda: self.running(GUARD), "the guard runs")
-        for guard in guards:
-            os.kill(guard, signal.SIGSTOP)
+        stage.wait_until(lambda: self.running(GUARD), "the guard runs")
+        # A stopped program replaces no guard; a stopped guard would be woken by the end of its parent.
+        self.application.child.send_signal(signal.SIGSTOP)
+        self.signal(self.running(GUARD), signal.SIGKILL)
         self.application.stop(signal.SIGKILL)
-        for guard in guards:
-            with contextlib.suppress(ProcessLookupError):  # its group continues with its parent's end; it may have nothing to do
-                os.kill(guard, signal.SIGKILL)
+
+    @staticmethod
+    def signal(numbers, how):
+        for number in numbers:
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(number, how)
 
     # --- The machine ---
 
