@@ -270,7 +270,7 @@ private:
         alerts_ = monitor_->alertsEnabled();
         threshold_ = monitor_->alertThreshold();
         isStopped_ = false;
-        if (troubles_.ends && oneIn(5)) {
+        if (troubles_.ends && oneIn(4)) {
             dieDuringAPoll();
         }
         QSignalSpy polled(monitor_.get(), &Monitor::polled);
@@ -280,7 +280,7 @@ private:
         polledOnce();
     }
 
-    // Around one of the next poll's commands to the helper, if there are so many.
+    // Around one of the next commands to the helper.
     void dieDuringAPoll() {
         const std::lock_guard lock(process_->mutex);
         process_->runsUntilDeath = below(3);
@@ -300,7 +300,6 @@ private:
         {
             const std::lock_guard lock(process_->mutex);
             isDead = process_->isDead;
-            process_->runsUntilDeath = -1;
         }
         if (isDead) {
             die(true);
@@ -380,7 +379,7 @@ private:
         if (isCalmWeather_ ? oneIn(40) : oneIn(3)) {
             happen();
         }
-        if (!isRunning() && oneIn(20)) {
+        if (troubles_.ends && oneIn(isRunning() ? 25 : 18)) {
             endOrBegin();
         }
         if (mac_.mayRefuseSpeeds()) {
@@ -396,9 +395,9 @@ private:
     void changeWeather() {
         weatherSteps_ = 4 + below(26);
         isCalmWeather_ = oneIn(2);
-        const int kind = below(5);
-        const bool isHot = kind == 3;
-        const bool isEmergency = kind == 4;
+        const int kind = below(4);
+        const bool isHot = kind == 2;
+        const bool isEmergency = kind == 3;
         celsius_ = isEmergency ? 92 + below(14)
                    : isHot     ? std::min(threshold_ + below(8), 91.5)
                                : 35 + below(45);
@@ -455,11 +454,12 @@ private:
             const int index =
                 mac_.fans()[static_cast<std::size_t>(below(static_cast<int>(mac_.fans().size())))].index;
             FanSetting setting;
-            switch (below(3)) {
+            switch (below(4)) {
             case 0:
+            case 1:
                 setting = harness_.constant(500 + below(7000));
                 break;
-            case 1:
+            case 2:
                 setting =
                     harness_.curve(30 + below(40), 60 + below(40), oneIn(3) ? FaultyMac::otherSensor : "");
                 break;
@@ -767,9 +767,9 @@ TEST_F(Promises, AreKeptWhenOthersDriveTheFans) {
 }
 
 TEST_F(Promises, AreKeptHoweverTheProgramEnds) {
-    keep({.ends = true}, 20, 400);
+    keep({.ends = true}, 60, 400);
 }
 
 TEST_F(Promises, AreKeptWhateverHappens) {
-    keep({.refusals = true, .vanishingKeys = true, .strangers = true, .ends = true}, 25, 2500);
+    keep({.refusals = true, .vanishingKeys = true, .strangers = true, .ends = true}, 100, 2500);
 }
