@@ -767,9 +767,9 @@ TEST_F(Promises, AreKeptWhenOthersDriveTheFans) {
 }
 
 TEST_F(Promises, AreKeptHoweverTheProgramEnds) {
-    keep({.ends = true}, 60, 400);
+    keep({.ends = true}, 40, 400);
 }
 
 TEST_F(Promises, AreKeptWhateverHappens) {
-    keep({.refusals = true, .vanishingKeys = true, .strangers = true, .ends = true}, 100, 2500);
+    keep({.refusals = true, .vanishingKeys = true, .strangers = true, .ends = true}, 60, 2500);
 }
