@@ -2,7 +2,9 @@
 
 #include "Fenwhirl/HelperArguments.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <poll.h>
@@ -16,15 +18,17 @@ namespace {
 // Raised whenever the commands or their meaning change; the application offers a new installation then.
 constexpr std::string_view versionLine = "3\n";
 
-// Keeps the signals of terminals and sessions away while a sequence of writes is under way, so that ^C or a
-// logout cannot leave a fan between two modes; they act when the sequence is complete.
+constexpr std::chrono::seconds patienceWithReaders{3};
+
+// Keeps every signal away while a sequence of writes is under way, so that neither ^C nor a logout nor a
+// timer can leave a fan between two modes; they act when the sequence is complete. Only the alarm is let
+// through: it bounds the wait for a controller that does not answer.
 class UninterruptedSequence {
 public:
     UninterruptedSequence() {
         sigset_t held;
-        sigemptyset(&held);
-        for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGTSTP, SIGQUIT})
-            sigaddset(&held, signal);
+        sigfillset(&held);
+        sigdelset(&held, SIGALRM);
         sigprocmask(SIG_BLOCK, &held, &before_);
     }
 
@@ -37,18 +41,29 @@ private:
     sigset_t before_ = {};
 };
 
-// Whoever reads the answer may be slow, gone, or a full device: none of that is the helper's failure.
+// Whoever reads the answer may be slow, gone, or a full device: none of that is the helper's failure. One
+// that does not read at all is given up after some seconds: he may not keep a root process for himself.
 void print(std::string_view text) {
+    // So little is taken at once by whatever says that it takes something, terminals included.
+    constexpr std::size_t mostAtOnce = 128;
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + patienceWithReaders;
     while (!text.empty()) {
-        const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
-        if (written > 0) {
-            text.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno == EAGAIN) {
-            pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
-            static_cast<void>(poll(&output, 1, -1)); // whatever it says, the next attempt shows
-        } else if (errno != EINTR) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+        if (left <= 0)
             return;
-        }
+        pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
+        const int ready = poll(&output, 1, static_cast<int>(left));
+        if (ready == 0)
+            return;
+        if (ready < 0 && errno == EINTR)
+            continue;
+        // Whatever else it says, the attempt shows.
+        const ssize_t written = write(STDOUT_FILENO, text.data(), std::min(text.size(), mostAtOnce));
+        if (written > 0)
+            text.remove_prefix(static_cast<std::size_t>(written));
+        else if (errno != EAGAIN && errno != EINTR)
+            return;
     }
 }
 

@@ -1,8 +1,8 @@
 // The helper's command line: one command, one exit status, nothing remembered.
 //
 // Runs as root with arguments that anybody may choose. Prints nothing but the answers of "version" and
-// "test"; the exit status is the whole answer otherwise, and an answer that cannot be printed does not change
-// it.
+// "test"; the exit status is the whole answer otherwise, and an answer that cannot be printed, or that nobody
+// reads for three seconds, does not change it.
 //
 //   version        prints "3"; the only command that does not need the controller
 //   set INDEX RPM  drives one fan at a speed

@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
+#include <memory>
+#include <span>
 #include <unistd.h>
 
 namespace {
@@ -51,9 +53,11 @@ int runApplication(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     if (argc >= 2 && std::strcmp(argv[1], "--helper") == 0) {
-        if (!HelperProcess::prepare())
-            return HelperMode::smcUnavailable;
-        return HelperMode::run({argv + 2, static_cast<std::size_t>(argc - 2)});
+        const std::span arguments(argv + 2, static_cast<std::size_t>(argc - 2));
+        if (HelperProcess::prepare())
+            return HelperMode::run(arguments);
+        // What needs no controller is answered; its connection might be taken for a standard stream.
+        return HelperMode::run(arguments, [] { return std::unique_ptr<SMC>(); });
     }
     if (geteuid() == 0 && getuid() != 0)
         return startedWithoutHelperFlag;

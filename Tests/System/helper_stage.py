@@ -13,7 +13,7 @@ import unittest
 from stage import HELPER, PATIENCE_SECONDS, ROOT, SCRATCH, Lines, Process, SimulatedMac, has_own, install_helper
 
 NOBODY = 65534
-CAP_SYS_PTRACE = 19
+CAP_SYS_PTRACE, CAP_SYS_RESOURCE = 19, 24
 STATUSES = {0, 1, 2, 64, 77}
 WRITABLE_KEYS = re.compile(r"^(FS!|Ftst|F\d+(Tg|Md|md))$")
 OLDER_MAC = "MacBookPro11,4"  # forced-fan mask
@@ -28,11 +28,16 @@ def require_real_root():
         raise unittest.SkipTest("needs real root: another user's identity and a set-user-ID file")
 
 
-def require_tracing():
-    """Skips a test that looks into processes of another identity, where root is not let do that, as in most containers."""
+def has_capability(number):
+    """Whether root may do this here; in containers root often may not."""
     with open("/proc/self/status", encoding="ascii", errors="replace") as file:
         effective = int(re.search(r"^CapEff:\s+([0-9a-f]+)", file.read(), re.MULTILINE).group(1), 16)
-    if not effective >> CAP_SYS_PTRACE & 1:
+    return bool(effective >> number & 1)
+
+
+def require_tracing():
+    """Skips a test that looks into processes of another identity, where root is not let do that, as in most containers."""
+    if not has_capability(CAP_SYS_PTRACE):
         raise unittest.SkipTest("needs the capability CAP_SYS_PTRACE: a look into another user's process")
 
 

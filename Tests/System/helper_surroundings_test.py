@@ -1,18 +1,26 @@
 """The helper started by a caller who has prepared everything for it to go wrong: descriptors, signals, limits, places."""
 
+import contextlib
+import ctypes
+import fcntl
 import itertools
 import os
 import resource
 import signal
 import subprocess
 import tempfile
+import termios
 import time
 import unittest
 
-from helper_stage import HelperTest, as_nobody, require_tracing
-from stage import SCRATCH, wait_until
+from helper_stage import BUILD, CAP_SYS_RESOURCE, NOBODY, HelperTest, as_nobody, has_capability, require_tracing
+from stage import HELPER, SCRATCH, require_own, wait_until
 
-SEQUENCE_SIGNALS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGTSTP, signal.SIGQUIT}
+SEQUENCE_SIGNALS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT}
+# What the C library lets a process block, but for the alarm.
+HELD_IN_A_SEQUENCE = set(range(1, 65)) - {signal.SIGKILL, signal.SIGSTOP, signal.SIGALRM, 32, 33}
+USUAL_SLACK_NANOSECONDS = 50_000
+PR_SET_TIMERSLACK = 29
 
 
 def status_field(pid, name):
@@ -21,6 +29,18 @@ def status_field(pid, name):
             if line.startswith(name + ":"):
                 return line.split(":", 1)[1].strip()
     return None
+
+
+def full_terminal():
+    """A terminal whose other end has read nothing for long: the descriptors of both."""
+    master, terminal = os.openpty()
+    os.set_blocking(terminal, False)
+    for size in (1024, 1):
+        with contextlib.suppress(BlockingIOError):
+            while True:
+                os.write(terminal, bytes(size))
+    os.set_blocking(terminal, True)
+    return master, terminal
 
 
 def mask(signals):
@@ -80,8 +100,11 @@ class Surroundings(HelperTest):
         require_tracing()
         def look(pid):
             self.assertEqual(set(status_field(pid, "Uid").split()), {"0"})
-            self.assertEqual(int(status_field(pid, "SigBlk"), 16), mask(SEQUENCE_SIGNALS))
+            self.assertEqual(int(status_field(pid, "SigBlk"), 16), mask(HELD_IN_A_SEQUENCE))
             self.assertEqual(os.readlink(f"/proc/{pid}/cwd"), "/")
+            with open(f"/proc/{pid}/timerslack_ns", encoding="ascii") as file:
+                self.assertEqual(int(file.read()), USUAL_SLACK_NANOSECONDS)
+            self.assertEqual((os.sched_getscheduler(pid), os.getpriority(os.PRIO_PROCESS, pid)), (os.SCHED_OTHER, 0))
             self.assertEqual(status_field(pid, "Umask"), "0077")
             self.assertEqual(status_field(pid, "NoNewPrivs"), "0")
             self.assertEqual(os.stat(f"/proc/{pid}/mem").st_uid, 0)  # not dumpable
@@ -91,14 +114,35 @@ class Surroundings(HelperTest):
             for name in ("Max cpu time", "Max file size", "Max data size", "Max stack size", "Max open files",
                          "Max address space"):
                 self.assertEqual(limits[name][0], limits[name][1], name)
+            if has_capability(CAP_SYS_RESOURCE):
+                for name in ("Max cpu time", "Max file size"):
+                    self.assertEqual(limits[name][:2], ["unlimited", "unlimited"], name)
+                self.assertGreaterEqual(int(limits["Max open files"][1]), 16)
 
         def lower():
-            for limit in (resource.RLIMIT_CPU, resource.RLIMIT_FSIZE, resource.RLIMIT_NOFILE):
-                resource.setrlimit(limit, (60, resource.getrlimit(limit)[1]))
+            for limit in (resource.RLIMIT_CPU, resource.RLIMIT_FSIZE):
+                resource.setrlimit(limit, (60, 60))
+            resource.setrlimit(resource.RLIMIT_NOFILE, (10, 10))
+            ctypes.CDLL(None).prctl(PR_SET_TIMERSLACK, ctypes.c_ulong(90_000_000_000), 0, 0, 0)
+            os.sched_setscheduler(0, os.SCHED_IDLE, os.sched_param(0))
+            os.nice(19)
 
         with tempfile.TemporaryDirectory() as place:
             os.chmod(place, 0o777)
             self.assertEqual(self.while_writing(look, cwd=place, umask=0, preexec_fn=lower), 0)
+
+    def test_it_asks_for_limits_without_end(self):
+        # Whether it gets them is seen above, where root may give them at all.
+        def lower():
+            for limit in (resource.RLIMIT_CPU, resource.RLIMIT_FSIZE):
+                resource.setrlimit(limit, (60, 60))
+            resource.setrlimit(resource.RLIMIT_NOFILE, (10, 10))
+
+        trace = subprocess.run(["strace", "-e", "trace=prlimit64,setrlimit", str(BUILD / "bin/Fenwhirl"), "--helper",
+                                "version"], capture_output=True, text=True, check=True, preexec_fn=lower)
+        for name in ("CPU", "FSIZE", "DATA", "STACK", "AS"):
+            self.assertRegex(trace.stderr, rf"RLIMIT_{name}, {{rlim_cur=RLIM64_INFINITY, rlim_max=RLIM64_INFINITY}}")
+        self.assertRegex(trace.stderr, r"RLIMIT_NOFILE, {rlim_cur=64, rlim_max=64}")
 
     def test_ignored_and_blocked_signals_are_not_inherited(self):
         everything = set(range(1, 65)) - {signal.SIGKILL, signal.SIGSTOP, 32, 33}
@@ -110,8 +154,8 @@ class Surroundings(HelperTest):
 
         def look(pid):
             ignored = int(status_field(pid, "SigIgn"), 16)
-            self.assertEqual(ignored & mask(set(range(1, 32))), mask({signal.SIGPIPE}))
-            self.assertEqual(int(status_field(pid, "SigBlk"), 16), mask(SEQUENCE_SIGNALS))
+            self.assertEqual(ignored & mask(set(range(1, 32))), 0)
+            self.assertEqual(int(status_field(pid, "SigBlk"), 16), mask(HELD_IN_A_SEQUENCE))
 
         self.assertEqual(self.while_writing(look, preexec_fn=prepare, restore_signals=False), 0)
 
@@ -153,7 +197,7 @@ class Surroundings(HelperTest):
         self.assert_automatic()
 
     def test_signals_of_the_terminal_act_when_the_sequence_is_complete(self):
-        for number in sorted(SEQUENCE_SIGNALS - {signal.SIGTSTP}):
+        for number in sorted(SEQUENCE_SIGNALS):
             self.seen = self.last_write()
             status = self.while_writing(lambda pid, number=number: os.kill(pid, number))
             self.assertEqual(status, -number)
@@ -197,6 +241,103 @@ class Surroundings(HelperTest):
         with os.fdopen(readable, "rb") as pipe:
             self.assertEqual(pipe.read(), b"x" * filled + b"3\n")
         self.assertEqual(child.wait(10), 0)
+
+    def test_a_reader_that_reads_nothing_is_given_up(self):
+        pipes = [os.pipe() for _ in range(2)]
+        os.set_blocking(pipes[0][1], False)
+        for _, writable in pipes:
+            with open(writable, "wb", buffering=0, closefd=False) as pipe:
+                pipe.write(bytes(fcntl.fcntl(writable, fcntl.F_GETPIPE_SZ)))
+        master, terminal = full_terminal()
+        before = time.monotonic()
+        children = [self.start(command, stdout=output) for output in (pipes[0][1], pipes[1][1], terminal)
+                    for command in ("version", "version")]
+        self.assertEqual([child.wait(30) for child in children], [0] * len(children))
+        seconds = time.monotonic() - before
+        self.assertGreater(seconds, 1)
+        self.assertLess(seconds, 10)
+        for descriptor in (*pipes[0], *pipes[1], master, terminal):
+            os.close(descriptor)
+
+    def test_a_report_that_nobody_reads_is_given_up(self):
+        readable, writable = os.pipe()
+        self.addCleanup(os.close, readable)
+        os.write(writable, bytes(fcntl.fcntl(writable, fcntl.F_GETPIPE_SZ)))
+        child = self.start("test", stdout=writable)
+        os.close(writable)
+        self.assertEqual(child.wait(25), 0)
+        self.assert_automatic()
+
+    def test_a_terminal_can_neither_stop_it_nor_keep_it(self):
+        # As a job in the background of a terminal that stops whoever writes to it.
+        master, terminal = os.openpty()
+        self.addCleanup(os.close, master)
+        settings = termios.tcgetattr(terminal)
+        settings[3] |= termios.TOSTOP
+        termios.tcsetattr(terminal, termios.TCSANOW, settings)
+        name = os.ttyname(terminal)
+        os.chmod(name, 0o666)
+        code = ("import fcntl,os,sys,termios\n"
+                "os.setsid(); fd=os.open(sys.argv[1], os.O_RDWR); fcntl.ioctl(fd, termios.TIOCSCTTY, 0)\n"
+                "child=os.fork()\n"
+                "if child == 0:\n"
+                " os.setpgid(0, 0); os.dup2(fd, 0); os.dup2(fd, 1); os.execv(sys.argv[2], sys.argv[2:])\n"
+                "sys.stdout.write(str(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])))\n")
+        session = subprocess.Popen(["/usr/bin/python3", "-c", code, name, *self.command_line("version")],
+                                   stdout=subprocess.PIPE, **as_nobody())
+        os.close(terminal)
+        self.addCleanup(session.stdout.close)
+        try:
+            self.assertEqual(session.wait(20), 0)
+        except subprocess.TimeoutExpired:
+            for line in subprocess.run(["pgrep", "-x", "FenwhirlHelper"], capture_output=True, check=False).stdout.split():
+                os.kill(int(line), signal.SIGKILL)
+            session.wait()
+            self.fail("stopped for ever")
+        self.assertEqual(session.stdout.read(), b"0")
+        self.assertEqual(os.read(master, 100), b"3\r\n")
+
+    def test_the_stop_of_a_terminal_does_not_stop_it(self):
+        def look(pid):
+            os.kill(pid, signal.SIGTSTP)
+
+        self.assertEqual(self.while_writing(look), 0)
+
+    def test_slack_of_minutes_does_not_make_it_outlast_its_alarm(self):
+        def loosen():
+            ctypes.CDLL(None).prctl(PR_SET_TIMERSLACK, ctypes.c_ulong(90_000_000_000), 0, 0, 0)
+
+        self.assertEqual(self.helper("test", preexec_fn=loosen).returncode, 0)
+        self.assert_automatic()
+
+    def test_root_that_works_under_another_identity_is_not_made_root_again(self):
+        program = str(BUILD / "bin/Fenwhirl")
+        result = subprocess.run([program, "--helper", "set", "0", "2400"], check=False, user=None,
+                                preexec_fn=lambda: os.setresuid(0, NOBODY, NOBODY))
+        self.assertEqual(result.returncode, 1)
+        self.assertEqual({entry["uid"] for entry in self.log(self.seen)}, {str(NOBODY)})
+
+    def test_without_a_null_device_it_answers_what_needs_no_controller(self):
+        require_own("mounts", "a world without /dev/null")
+
+        def start(program, arguments, closed=""):
+            words = " ".join([program, "--helper", *arguments])
+            return subprocess.run(["unshare", "-m", "/bin/sh", "-c", "exec 3<&-; mount -t tmpfs tmpfs /dev && exec setpriv "
+                                   f"--reuid {NOBODY} --regid {NOBODY} --clear-groups {words} {closed}"],
+                                  stdin=subprocess.DEVNULL, capture_output=True, check=False)
+
+        installed, plain = str(HELPER), str(BUILD / "bin/Fenwhirl")
+        # The C library ends the set-user-ID copy itself where a standard stream is closed.
+        for program, closed in ((installed, ""), (plain, ""), (plain, "<&-"), (plain, "<&- 2>&-")):
+            answer = start(program, ["version"], closed)
+            self.assertEqual((answer.returncode, answer.stdout), (0, b"3\n"), closed)
+            self.assertEqual(start(program, [], closed).returncode, 64, closed)
+        self.assertEqual(start(plain, ["version"], ">&-").returncode, 0)
+        self.assertEqual(start(plain, [], ">&-").returncode, 64)
+        # With a standard stream missing, a connection could be taken for it.
+        self.assertEqual(start(plain, ["auto"], "<&-").returncode, 2)
+        self.assertEqual(start(plain, ["auto"]).returncode, 1)  # an ordinary user's
+        self.assertEqual(start(installed, ["auto"]).returncode, 0)
 
     def test_starved_limits_end_in_nothing_that_auto_cannot_repair(self):
         limits = {"NOFILE": (0, 3, 4, 8), "AS": (1 << 20, 4 << 20, 16 << 20), "DATA": (0, 64 << 10, 1 << 20),

@@ -262,21 +262,23 @@ TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
     close(ends[1]);
 }
 
-TEST_F(HelperTest, SignalsOfTheTerminalAreHeldWhileItWritesAndLetThroughAfterwards) {
+TEST_F(HelperTest, SignalsAreHeldWhileItWritesAndLetThroughAfterwards) {
     controller.addOlderFans(1);
     std::vector<bool> held;
     controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
         if (request.data8 == SMCCommand::writeKey) {
             sigset_t blocked;
             sigprocmask(SIG_BLOCK, nullptr, &blocked);
-            for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGTSTP, SIGQUIT})
+            for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGTSTP, SIGQUIT, SIGPROF, SIGVTALRM, SIGXCPU,
+                                     SIGUSR1, SIGIO, SIGTTOU})
                 held.push_back(sigismember(&blocked, signal) == 1);
+            held.push_back(sigismember(&blocked, SIGALRM) == 0);
         }
         return std::nullopt;
     };
     EXPECT_EQ(run({"set", "0", "2400"}), 0);
     EXPECT_EQ(run({"auto"}), 0);
-    EXPECT_EQ(held, std::vector<bool>(15, true)); // mask and target, then the mask
+    EXPECT_EQ(held, std::vector<bool>(36, true)); // mask and target, then the mask
     sigset_t blocked;
     sigprocmask(SIG_BLOCK, nullptr, &blocked);
     EXPECT_EQ(sigismember(&blocked, SIGTERM), 0);

@@ -2,12 +2,15 @@
 
 #include "Fenwhirl/Platform/Entry/HelperProcessSystem.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdint>
 #include <fcntl.h>
 #include <initializer_list>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 namespace HelperProcess {
@@ -17,6 +20,8 @@ namespace {
 // Long enough for the fan write test (8 s) and for every fan of a large machine, short enough that a
 // controller that stops answering does not leave a root process behind.
 constexpr unsigned secondsToLive = 30;
+// More than the helper ever opens at a time.
+constexpr rlim_t enoughDescriptors = 64;
 
 void setDisposition(int signal, void (*disposition)(int)) {
     struct sigaction action = {};
@@ -25,11 +30,19 @@ void setDisposition(int signal, void (*disposition)(int)) {
     sigaction(signal, &action, nullptr);
 }
 
-void resetSignals() {
+// Timers survive exec. Those of processor time would end the process at a moment of the caller's choice; the
+// one of real time becomes the helper's own.
+void resetTimers() {
+    const itimerval off = {};
+    setitimer(ITIMER_VIRTUAL, &off, nullptr);
+    setitimer(ITIMER_PROF, &off, nullptr);
+    alarm(secondsToLive);
+}
+
+void resetSignals(std::uint64_t ignored) {
     // Handlers end with exec by themselves. What a caller can pass on is "ignored", and signals that wait
-    // behind his mask: those would stop or end the process as soon as none is blocked, and ignoring them once
-    // discards them.
-    const std::uint64_t ignored = ignoredSignals();
+    // behind his mask: those would stop or end the process as soon as they are let through, and ignoring them
+    // once discards them.
     sigset_t waiting;
     sigemptyset(&waiting);
     sigpending(&waiting);
@@ -42,27 +55,57 @@ void resetSignals() {
         if (isWaiting || (ignored >> static_cast<unsigned>(signal - 1) & 1U) != 0)
             setDisposition(signal, SIG_DFL);
     }
-    setDisposition(SIGPIPE, SIG_IGN);
-    sigset_t none;
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    // A reader that went away is no reason to die. Nor is a terminal a reason to stop: a stopped process
+    // would outlast its alarm, and nobody but root could wake or end it.
+    sigset_t unheard;
+    sigemptyset(&unheard);
+    for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU, SIGTSTP})
+        sigaddset(&unheard, signal);
+    sigprocmask(SIG_SETMASK, &unheard, nullptr);
 }
 
-// Those that could end a sequence of writes half-way; the others bound what the helper does not do.
-void raiseLimits() {
-    for (const auto resource :
-         {RLIMIT_CPU, RLIMIT_FSIZE, RLIMIT_DATA, RLIMIT_STACK, RLIMIT_NOFILE, RLIMIT_AS}) {
-        rlimit limit = {};
-        if (getrlimit(resource, &limit) == 0 && limit.rlim_cur != limit.rlim_max) {
-            limit.rlim_cur = limit.rlim_max;
-            setrlimit(resource, &limit);
-        }
+// Soft and hard limit to `wanted`, which only root may do to the hard one; else the soft one to the hard one.
+void raiseLimit(decltype(RLIMIT_CPU) resource, rlim_t wanted) {
+    rlimit limit = {.rlim_cur = wanted, .rlim_max = wanted};
+    if (setrlimit(resource, &limit) != 0 && getrlimit(resource, &limit) == 0) {
+        limit.rlim_cur = limit.rlim_max;
+        setrlimit(resource, &limit);
     }
+}
+
+// Those that could end a sequence of writes half-way; the others bound what the helper does not do. Where the
+// process may, the hard ones are raised, too: a caller may have used up nearly all of his.
+void raiseLimits() {
+    for (const auto resource : {RLIMIT_CPU, RLIMIT_FSIZE, RLIMIT_DATA, RLIMIT_STACK, RLIMIT_AS})
+        raiseLimit(resource, RLIM_INFINITY);
+    rlimit descriptors = {};
+    if (getrlimit(RLIMIT_NOFILE, &descriptors) != 0)
+        return;
+    const rlim_t most = std::max(descriptors.rlim_max, enoughDescriptors);
+    if (descriptors.rlim_cur != most)
+        raiseLimit(RLIMIT_NOFILE, most);
+}
+
+// Whether all three are open already, as they nearly always are. A no may be wrong: some systems know too
+// little of some devices, and none answers for more descriptors than the limit allows.
+bool areStandardDescriptorsOpen() {
+    pollfd standard[3] = {};
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+        standard[descriptor].fd = descriptor;
+    if (poll(standard, 3, 0) < 0)
+        return false;
+    for (const pollfd& descriptor : standard) {
+        if ((descriptor.revents & POLLNVAL) != 0)
+            return false;
+    }
+    return true;
 }
 
 } // namespace
 
 bool occupyStandardDescriptors() {
+    if (areStandardDescriptorsOpen())
+        return true;
     int descriptor = -1;
     do {
         descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
@@ -74,20 +117,24 @@ bool occupyStandardDescriptors() {
 }
 
 bool prepare() {
-    if (!occupyStandardDescriptors())
-        return false;
+    // First, because until then the caller may stop the process. Whoever has given up root's rights while he
+    // may take them back has his reasons.
+    if (geteuid() == 0)
+        becomeRootEntirely();
+    resetTimers();
+    raiseLimits();
+    const bool areOccupied = occupyStandardDescriptors();
     closeDescriptorsFrom(STDERR_FILENO + 1);
-    resetSignals();
+    const Inherited inherited = inheritedState();
+    resetSignals(inherited.ignoredSignals);
+    if (!inherited.isScheduledAsUsual)
+        scheduleAsUsual();
+    waitExactly();
     const rlimit noCore = {.rlim_cur = 0, .rlim_max = 0};
     setrlimit(RLIMIT_CORE, &noCore);
     forbidTracing();
-    raiseLimits();
     umask(S_IRWXG | S_IRWXO);
-    if (chdir("/") != 0)
-        return false;
-    becomeRootEntirely();
-    alarm(secondsToLive);
-    return true;
+    return chdir("/") == 0 && areOccupied;
 }
 
 } // namespace HelperProcess

@@ -5,12 +5,24 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <limits>
+#include <optional>
+#include <sched.h>
 #include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 namespace HelperProcess {
+
+namespace {
+
+std::optional<std::uint64_t> parsedMask(std::string_view text) {
+    std::uint64_t mask = 0;
+    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), mask);
+    return error == std::errc() && stop != text.data() ? std::optional(mask) : std::nullopt;
+}
+
+} // namespace
 
 void closeDescriptorsFrom(int first) {
     if (close_range(static_cast<unsigned>(first), std::numeric_limits<unsigned>::max(), 0) == 0)
@@ -24,34 +36,55 @@ void closeDescriptorsFrom(int first) {
         close(descriptor);
 }
 
-std::uint64_t ignoredSignals() {
+Inherited inheritedState() {
     // One read instead of a system call for each signal: most of the helper's life is its start. The name in
     // parentheses is the caller's choice and may hold anything; what follows the last parenthesis are
-    // numbers.
-    constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
-    constexpr int fieldsBetweenNameAndMask = 30; // proc(5): the name is field 2, the mask field 33
+    // numbers. See proc(5).
+    constexpr std::uint64_t everySignal = std::numeric_limits<std::uint64_t>::max();
+    constexpr Inherited worst = {.ignoredSignals = everySignal, .isScheduledAsUsual = false};
+    constexpr int niceness = 19;
+    constexpr int ignored = 33;
+    constexpr int schedulingClass = 41;
     const int file = open("/proc/self/stat", O_RDONLY | O_CLOEXEC);
     if (file < 0)
-        return all;
+        return worst;
     std::array<char, 2048> buffer = {};
     const ssize_t length = read(file, buffer.data(), buffer.size());
     close(file);
     if (length <= 0)
-        return all;
+        return worst;
     std::string_view text(buffer.data(), static_cast<std::size_t>(length));
     const auto name = text.rfind(')');
     if (name == std::string_view::npos)
-        return all;
+        return worst;
     text.remove_prefix(name + 1);
-    for (int field = 0; field <= fieldsBetweenNameAndMask; ++field) {
+    bool isNice = true;
+    std::uint64_t ignoredSignals = everySignal;
+    for (int field = 3; field <= schedulingClass; ++field) { // the name is field 2
         const auto blank = text.find(' ');
         if (blank == std::string_view::npos)
-            return all;
+            return worst;
         text.remove_prefix(blank + 1);
+        const std::string_view value = text.substr(0, text.find(' '));
+        if (field == niceness)
+            isNice = value != "0";
+        else if (field == ignored)
+            ignoredSignals = parsedMask(value).value_or(everySignal);
+        else if (field == schedulingClass)
+            return {.ignoredSignals = ignoredSignals, .isScheduledAsUsual = !isNice && value == "0"};
     }
-    std::uint64_t mask = all;
-    const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), mask);
-    return error == std::errc() && stop != text.data() ? mask : all;
+    return worst;
+}
+
+void scheduleAsUsual() {
+    const sched_param none = {};
+    sched_setscheduler(0, SCHED_OTHER, &none);
+    setpriority(PRIO_PROCESS, 0, 0);
+}
+
+void waitExactly() {
+    constexpr unsigned long usualSlackNanoseconds = 50'000;
+    prctl(PR_SET_TIMERSLACK, usualSlackNanoseconds, 0, 0, 0);
 }
 
 void forbidTracing() {

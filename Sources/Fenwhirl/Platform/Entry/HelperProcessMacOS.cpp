@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <libproc.h>
 #include <limits>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace HelperProcess {
@@ -23,8 +24,17 @@ void closeDescriptorsFrom(int first) {
     }
 }
 
-std::uint64_t ignoredSignals() {
-    return std::numeric_limits<std::uint64_t>::max();
+Inherited inheritedState() {
+    return {.ignoredSignals = std::numeric_limits<std::uint64_t>::max(), .isScheduledAsUsual = false};
+}
+
+void scheduleAsUsual() {
+    setpriority(PRIO_PROCESS, 0, 0);
+}
+
+void waitExactly() {
+    // Background processes are those whose timers the system delays.
+    setpriority(PRIO_DARWIN_PROCESS, 0, 0);
 }
 
 void forbidTracing() {
