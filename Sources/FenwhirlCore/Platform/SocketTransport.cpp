@@ -8,7 +8,6 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
@@ -51,80 +50,57 @@ bool limitSilence(int connection, std::chrono::milliseconds limit) {
            setsockopt(connection, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof(time)) == 0;
 }
 
-bool isLostConnection(int error) {
-    return error == EPIPE || error == ECONNRESET || error == ENOTCONN;
-}
-
 } // namespace
 
-SocketTransport::SocketTransport(std::string path, std::chrono::milliseconds silenceLimit)
-    : path_(std::move(path))
-    , silenceLimit_(silenceLimit) {}
+SocketTransport::SocketTransport(std::chrono::milliseconds silenceLimit) : silenceLimit_(silenceLimit) {}
 
 SocketTransport::~SocketTransport() {
-    close();
-}
-
-std::unique_ptr<SocketTransport> SocketTransport::open(std::string path,
-                                                       std::chrono::milliseconds silenceLimit) {
-    std::unique_ptr<SocketTransport> transport(new SocketTransport(std::move(path), silenceLimit));
-    return transport->connect() == Connection::made ? std::move(transport) : nullptr;
-}
-
-void SocketTransport::close() {
     if (socket_ >= 0)
-        ::close(std::exchange(socket_, -1));
+        close(socket_);
 }
 
-SocketTransport::Connection SocketTransport::connect() {
-    close();
+std::unique_ptr<SocketTransport> SocketTransport::open(const std::string& path,
+                                                       std::chrono::milliseconds silenceLimit) {
+    std::unique_ptr<SocketTransport> transport(new SocketTransport(silenceLimit));
+    return transport->connect(path) ? std::move(transport) : nullptr;
+}
+
+bool SocketTransport::connect(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (path_.size() >= sizeof(address.sun_path))
-        return Connection::refused;
-    std::memcpy(address.sun_path, path_.data(), path_.size());
+    if (path.size() >= sizeof(address.sun_path))
+        return false;
+    std::memcpy(address.sun_path, path.data(), path.size());
 
     const bool mustBeTrusted = geteuid() == 0;
-    if (mustBeTrusted && !isFolderTrusted(path_))
-        return Connection::refused;
+    if (mustBeTrusted && !isFolderTrusted(path))
+        return false;
     socket_ = makeSocket();
     if (socket_ < 0 || !limitSilence(socket_, silenceLimit_))
-        return Connection::busy;
+        return false;
     int status = 0;
     do
         status = ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
     while (status != 0 && errno == EINTR);
-    if (status != 0) {
-        const bool isBusy = errno == EAGAIN; // the service lives but does not accept connections now
-        close();
-        return isBusy ? Connection::busy : Connection::refused;
-    }
-    if (mustBeTrusted && !isPeerRoot(socket_))
-        return Connection::refused;
-    isStale_ = false;
-    return Connection::made;
-}
-
-bool SocketTransport::restoreIfStale() {
-    if (!isStale_)
-        return true;
-    // Replacing the connection must not hide that the service closed it.
-    if (socket_ >= 0 && isAtEndOfStream()) {
-        isDead_ = true;
-        return false;
-    }
-    const Connection connection = connect();
-    isDead_ = connection == Connection::refused;
-    return connection == Connection::made;
+    return status == 0 && (!mustBeTrusted || isPeerRoot(socket_));
 }
 
 std::optional<SMCParam> SocketTransport::call(const SMCParam& input) {
-    if (isDead_ || !restoreIfStale() || !sendRequest(input))
+    if (isDead_)
         return std::nullopt;
+    dropWhatIsLeft();
     Reply reply{};
-    if (receivePacket(&reply, sizeof(reply)) != sizeof(reply) || reply.kernelReturn != KernelReturn::success)
+    if (!sendRequest(input) || !receivePacket(&reply, sizeof(reply)) ||
+        reply.kernelReturn != KernelReturn::success)
         return std::nullopt;
     return reply.record;
+}
+
+void SocketTransport::dropWhatIsLeft() {
+    std::uint8_t byte = 0;
+    while (isMoreExpected_ && recv(socket_, &byte, sizeof(byte), MSG_DONTWAIT) >= 0 && !isAtEndOfStream()) {
+    }
+    isMoreExpected_ = false;
 }
 
 bool SocketTransport::sendRequest(const SMCParam& input) {
@@ -132,14 +108,11 @@ bool SocketTransport::sendRequest(const SMCParam& input) {
     do
         count = send(socket_, &input, sizeof(input), MSG_NOSIGNAL);
     while (count < 0 && errno == EINTR);
-    if (count == sizeof(input))
-        return true;
-    isDead_ = count < 0 && isLostConnection(errno);
-    isStale_ = true;
-    return false;
+    isDead_ = count != sizeof(input);
+    return !isDead_;
 }
 
-std::size_t SocketTransport::receivePacket(void* packet, std::size_t size) {
+bool SocketTransport::receivePacket(void* packet, std::size_t size) {
     const auto limit = std::chrono::steady_clock::now() + silenceLimit_;
     // MSG_TRUNC: the packet's own length is returned, so that a longer one is noticed.
     ssize_t count = recv(socket_, packet, size, MSG_TRUNC);
@@ -147,10 +120,11 @@ std::size_t SocketTransport::receivePacket(void* packet, std::size_t size) {
     while (count < 0 && errno == EINTR && waitUntil(limit))
         count = recv(socket_, packet, size, MSG_TRUNC | MSG_DONTWAIT);
     if (count == static_cast<ssize_t>(size))
-        return size;
-    isDead_ = (count == 0 && isAtEndOfStream()) || (count < 0 && isLostConnection(errno));
-    isStale_ = true;
-    return 0;
+        return true;
+    // An answer that is still owed would be taken for the next one's.
+    isDead_ = count < 0 || (count == 0 && isAtEndOfStream());
+    isMoreExpected_ = true;
+    return false;
 }
 
 // Whether there is something to receive before the limit.

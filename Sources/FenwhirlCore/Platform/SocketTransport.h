@@ -1,12 +1,11 @@
 // The simulated Mac's controller, reached through a Unix-domain socket (Linux only).
 //
 // One request is one packet of 80 bytes, the input record; one reply is one packet of 84 bytes: the kernel's
-// return code (0 is success), then the output record. A call fails on any other reply and after the silence
-// limit. After the end of the stream every further call fails at once.
+// return code (0 is success), then the output record. A packet of any other size fails the call that it
+// answers and no other.
 //
-// A reply that comes too late must never answer the next call: after a silence or a malformed reply the next
-// call first replaces the connection by a fresh one, on which nothing is owed. The controller's state lives
-// in the service, so nothing is lost with the old connection.
+// A reply that comes too late must never answer the next call: after a silence, as after the end of the
+// stream, the connection is dead, and every further call fails at once.
 //
 // Trust: a process with effective user id 0 talks only to a service of uid 0, in a folder that belongs to
 // root and that nobody else can write to; otherwise any user could answer the privileged helper.
@@ -28,7 +27,7 @@ public:
 
     // Connects; null when there is no socket at the path, nobody answers there, or it cannot be trusted.
     [[nodiscard]] static std::unique_ptr<SocketTransport>
-    open(std::string path = systemPath, std::chrono::milliseconds silenceLimit = systemSilenceLimit);
+    open(const std::string& path = systemPath, std::chrono::milliseconds silenceLimit = systemSilenceLimit);
 
     ~SocketTransport() override;
     SocketTransport(const SocketTransport&) = delete;
@@ -39,22 +38,19 @@ public:
     [[nodiscard]] bool isDead() const override { return isDead_; }
 
 private:
-    enum class Connection { made, refused, busy };
+    explicit SocketTransport(std::chrono::milliseconds silenceLimit);
 
-    SocketTransport(std::string path, std::chrono::milliseconds silenceLimit);
-
-    [[nodiscard]] Connection connect();
-    [[nodiscard]] bool restoreIfStale();
+    [[nodiscard]] bool connect(const std::string& path);
+    // What a service has sent beside a packet of the wrong size.
+    void dropWhatIsLeft();
     [[nodiscard]] bool sendRequest(const SMCParam& input);
-    // Bytes of one received packet, 0 when there was none; marks the connection as stale or dead.
-    [[nodiscard]] std::size_t receivePacket(void* packet, std::size_t size);
+    // Whether one packet of just this size came; the connection is dead when none came at all.
+    [[nodiscard]] bool receivePacket(void* packet, std::size_t size);
     [[nodiscard]] bool waitUntil(std::chrono::steady_clock::time_point limit) const;
     [[nodiscard]] bool isAtEndOfStream() const;
-    void close();
 
-    std::string path_;
     std::chrono::milliseconds silenceLimit_;
     int socket_ = -1;
-    bool isStale_ = false; // a reply may still come that nobody waits for any more
+    bool isMoreExpected_ = false; // a reply of the wrong size may have been sent in several packets
     bool isDead_ = false;
 };
