@@ -1,5 +1,6 @@
 #include "FenwhirlCore/Platform/DriverFanWriter.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 
@@ -62,10 +63,10 @@ int DriverFanWriter::setManual(bool manual) {
     case FanControlStyle::targetAndPwm:
         return write(file("pwm", "_enable"), manual ? 1 : 2);
     case FanControlStyle::targetOnly:
-        if (!hasUsableLimits())
-            return EINVAL;
+        if (!manual)
+            return handBackByTarget();
         // The driver goes manual with the first target; only the permission can be asked beforehand.
-        return manual ? probe(file("fan", "_target")) : handBackByTarget();
+        return hasUsableLimits() ? probe(file("fan", "_target")) : EINVAL;
     case FanControlStyle::readOnly:
         break;
     }
@@ -146,17 +147,25 @@ bool DriverFanWriter::hasUsableLimits() {
 }
 
 // The driver returns a fan only when it remembers having taken it, and it forgets that when it is loaded
-// again. A target within the limits makes it remember; then 0 returns the fan.
+// again. A target within the limits makes it remember; then 0 returns the fan. Limits that cannot be read are
+// no reason to keep it: most drivers remember, and what the fan does already is within them.
 int DriverFanWriter::handBackByTarget() {
-    const std::int64_t lowest = read(file("fan", "_min")).value_or(1);
-    const std::int64_t highest = read(file("fan", "_max")).value_or(lowest);
+    const std::optional<std::int64_t> lowest = read(file("fan", "_min"));
+    const std::optional<std::int64_t> highest = read(file("fan", "_max"));
+    if ((lowest && *lowest < 1) || (highest && *highest < lowest.value_or(1)))
+        return EINVAL;
     const std::string target = file("fan", "_target");
-    std::int64_t harmless = read(target).value_or(highest);
-    if (harmless < lowest)
-        harmless = lowest;
-    if (harmless > highest)
-        harmless = highest;
-    static_cast<void>(write(target, harmless));
+    std::int64_t harmless = read(target).value_or(highest.value_or(0));
+    if (harmless < 1 && !lowest)
+        harmless = read(file("fan", "_input")).value_or(0);
+    if (harmless < 1 && !lowest)
+        harmless = highest.value_or(0);
+    if (lowest)
+        harmless = std::max(harmless, *lowest);
+    if (highest)
+        harmless = std::min(harmless, *highest);
+    if (harmless >= 1)
+        static_cast<void>(write(target, harmless));
     const int error = write(target, 0);
     if (error == 0)
         forget();

@@ -111,6 +111,43 @@ TEST(DriverMemory, AFanWhoseTargetCannotBeReadIsHandedBackByItsMaximum) {
     EXPECT_THAT(mac.targetsWritten, ElementsAre("7199", "0"));
 }
 
+TEST(DriverMemory, AFanWhoseLimitsCannotBeReadIsHandedBackAllTheSame) {
+    const std::string folder = "/sys/class/hwmon/hwmon3/";
+    for (const std::vector<std::string>& unreadable :
+         std::vector<std::vector<std::string>>{{"fan1_min"}, {"fan1_max"}, {"fan1_min", "fan1_max"}}) {
+        for (const bool isTargetNought : {false, true}) {
+            for (const bool isReloaded : {false, true}) {
+                PlayedMac mac;
+                SMC smc = openPlayed(mac);
+                ASSERT_TRUE(smc.setFanSpeed(0, 3000));
+                for (const std::string& name : unreadable)
+                    mac.failing[folder + name] = mac.barred[folder + name] = EIO;
+                if (isTargetNought)
+                    mac.files[targetFile] = "0\n";
+                if (isReloaded)
+                    mac.reloadDriver();
+                EXPECT_FALSE(smc.setFanSpeed(0, 3100)) << unreadable.front();
+                EXPECT_TRUE(mac.controllerIsManual);
+                EXPECT_TRUE(smc.resetFan(0)) << unreadable.front();
+                EXPECT_FALSE(mac.controllerIsManual)
+                    << unreadable.front() << ' ' << isTargetNought << ' ' << isReloaded;
+            }
+        }
+    }
+}
+
+TEST(DriverMemory, AFanOfWhichNothingIsKnownGetsTheNoughtAlone) {
+    PlayedMac mac;
+    SMC smc = openPlayed(mac);
+    ASSERT_TRUE(smc.setFanSpeed(0, 3000));
+    mac.targetsWritten.clear();
+    for (const char* name : {"fan1_min", "fan1_max", "fan1_input", "fan1_target"})
+        mac.failing[std::string("/sys/class/hwmon/hwmon3/") + name] = EIO;
+    EXPECT_TRUE(smc.resetFan(0));
+    EXPECT_THAT(mac.targetsWritten, ElementsAre("0"));
+    EXPECT_FALSE(mac.controllerIsManual);
+}
+
 TEST(DriverMemory, AHandBackSucceedsOrFailsWithItsNought) {
     PlayedMac mac;
     SMC smc = openPlayed(mac);
