@@ -66,18 +66,23 @@ class AsRoot(InstallTest):
         self.assertEqual(probe.tell("install"), "yes")
         self.assertEqual(probe.tell("version"), "3")
 
-    def test_a_helper_at_work_is_left_as_it_is(self):
-        with SimulatedMac(BUILD, OLDER_MAC, "--speed", "0", "--heat", "20"):
+    def test_a_helper_at_work_is_replaced_and_ends_its_work(self):
+        with SimulatedMac(BUILD, OLDER_MAC, "--speed", "0", "--heat", "20") as mac:
             probe = self.probe()
             self.assertEqual(probe.tell("install"), "yes")
             before = os.stat(HELPER)
             self.assertEqual(probe.tell("background test"), "yes")
             wait_until(lambda: subprocess.run(["pgrep", "-x", "FenwhirlHelper"], check=False,
                                               capture_output=True).returncode == 0, "the helper runs")
-            self.assertEqual(probe.tell("install"), "no")
+            self.assertEqual(probe.tell("install"), "yes")
             after = os.stat(HELPER)
-            self.assertEqual((before.st_mtime_ns, before.st_size, before.st_mode),
-                             (after.st_mtime_ns, after.st_size, after.st_mode))
+            self.assertNotEqual(before.st_ino, after.st_ino)
+            self.assertEqual((before.st_size, before.st_mode), (after.st_size, after.st_mode))
+            self.assertEqual(os.listdir(HELPER.parent), [HELPER.name])
+            self.assertEqual(probe.tell("version"), "3")
+            wait_until(lambda: subprocess.run(["pgrep", "-x", "FenwhirlHelper"], check=False,
+                                              capture_output=True).returncode != 0, "the older helper ends")
+            self.assertNotIn("manual", mac.tell("state")[-1])
 
     def test_a_path_that_would_end_its_quotes_is_refused(self):
         for folder in ("o'brien", "a'; touch pwned; '", "a\"b", "a\\b", "a\nb"):
@@ -104,26 +109,38 @@ class AsRoot(InstallTest):
         self.assertFalse(os.path.exists(SCRATCH / "FenwhirlHelper"))
 
     def test_nobody_can_exchange_the_file_between_the_steps(self):
+        self.install_beside_a_swapper(rounds(100, 1000), umask=0o022)
+
+    def test_nobody_can_whatever_the_callers_umask_is(self):
+        # The system's dialog passes it on.
+        self.install_beside_a_swapper(rounds(100, 1000), umask=0)
+
+    def install_beside_a_swapper(self, times, umask):
         os.makedirs(SHARED)
         os.chmod(SHARED, 0o1777)
         swapper = subprocess.Popen(
             ["/usr/bin/python3", "-c",
              "import os,sys\nhelper,evil=sys.argv[1:]; open(evil,'w').close(); done=0\n"
              "while True:\n"
-             " for attempt in (lambda: os.rename(evil, helper), lambda: os.symlink(evil, helper),\n"
-             "                 lambda: os.unlink(helper), lambda: open(helper, 'r+')):\n"
-             "  try: attempt(); print('exchanged', flush=True)\n"
-             "  except OSError: pass\n", str(HELPER), str(SHARED / "evil")],
+             " for place in (helper, helper + '.new'):\n"
+             "  for attempt in (lambda: os.rename(evil, place), lambda: os.symlink(evil, place), lambda: os.link(evil, place),\n"
+             "                  lambda: os.unlink(place), lambda: open(place, 'r+')):\n"
+             "   try: attempt(); print('exchanged', flush=True)\n"
+             "   except OSError: pass\n", str(HELPER), str(SHARED / "evil")],
             stdout=subprocess.PIPE, user=NOBODY, group=NOBODY, extra_groups=[], cwd="/")
         self.addCleanup(swapper.stdout.close)
         self.addCleanup(swapper.wait)
         self.addCleanup(swapper.kill)
-        probe = self.probe()
-        for _ in range(rounds(100, 1000)):
+        probe = self.probe(umask=umask)
+        for number in range(times):
             self.assertEqual(probe.tell("install"), "yes")
             self.assertEqual(describe(HELPER), ("-rwsr-xr-x", 0, 0))
+            self.assertEqual(describe(HELPER.parent), ("drwxr-xr-x", 0, 0))
             self.assertTrue(filecmp.cmp(HELPER, probe.executable, shallow=False))
-            HELPER.unlink()
+            if number % 4:
+                HELPER.unlink()
+            else:  # the folder is made anew
+                shutil.rmtree(HELPER.parent)
         swapper.kill()
         self.assertEqual(swapper.stdout.read(), b"")
 
@@ -133,23 +150,37 @@ class AsRoot(InstallTest):
         probe = self.probe()
         self.assertEqual(probe.tell("install"), "no")
         self.assertEqual(probe.tell("installed"), "no")
-        if HELPER.exists():
-            self.assertFalse(os.stat(HELPER).st_mode & stat.S_ISUID)
+        self.assertEqual(os.listdir(HELPER.parent), [])
 
-    def test_an_update_that_breaks_off_is_seen_as_outdated(self):
+    def test_an_update_that_breaks_off_leaves_the_helper_as_it_is(self):
         require_own("mounts", "a full disk")
         size = (os.path.getsize(BUILD / "bin/Fenwhirl") + 200_000) // 1024
         subprocess.run(["mount", "-t", "tmpfs", "-o", f"size={size}k,mode=0755", "tmpfs", "/Library"], check=True)
         probe = self.probe()
         self.assertEqual(probe.tell("install"), "yes")
         self.assertEqual(probe.tell("version"), "3")
-        larger = lay_out_probe(SCRATCH / "larger")
-        content = larger.read_bytes()
-        larger.write_bytes(b"#!/bin/sh\nexit 1\n" + content + bytes(600_000))  # does not fit, and is no program
-        command = f"cp '{larger}' '{HELPER}'"
-        self.assertNotEqual(subprocess.run(["/bin/sh", "-c", command], check=False, capture_output=True).returncode, 0)
-        self.assertEqual(probe.tell("installed"), "yes")
-        self.assertNotEqual(probe.tell("version"), "3")
+        before = os.stat(HELPER)
+        self.assertEqual(probe.tell("install"), "no")  # no room for a second one beside it
+        self.assertEqual(os.stat(HELPER), before)
+        self.assertEqual(os.listdir(HELPER.parent), [HELPER.name])
+        self.assertEqual(probe.tell("version"), "3")
+
+    def test_what_a_broken_installation_has_left_is_in_no_ones_way(self):
+        probe = self.probe()
+        HELPER.parent.mkdir()
+        left = pathlib.Path(f"{HELPER}.new")
+        left.write_bytes(b"half of it")
+        os.chmod(left, 0o4755)
+        self.assertEqual(probe.tell("install"), "yes")
+        self.assertTrue(filecmp.cmp(HELPER, probe.executable, shallow=False))
+        self.assertEqual(os.listdir(HELPER.parent), [HELPER.name])
+
+    def test_a_folder_that_everybody_may_write_to_is_refused_even_where_files_are_kept_from_others(self):
+        probe = self.probe()
+        self.assertEqual(probe.tell("install"), "yes")
+        os.chmod(HELPER.parent, 0o1777)
+        self.assertEqual(probe.tell("install"), "no")
+        self.assertEqual(os.listdir(HELPER.parent), [HELPER.name])
 
     def test_the_removal_command_removes_it(self):
         probe = self.probe()
@@ -178,8 +209,9 @@ class AsAnOrdinaryUser(InstallTest):
         self.assertEqual(self.probe(NOBODY).tell("install"), "no")  # agreed to, but nothing was installed
         self.assertEqual(
             (SHARED / "asked").read_text(encoding="ascii"),
-            f"</bin/sh><-c><mkdir -p /Library/PrivilegedHelperTools && cp '{SCRATCH}/probe/bin/Fenwhirl' '{HELPER}' && "
-            f"chown root:root '{HELPER}' && chmod 4755 '{HELPER}'>")
+            f"</bin/sh><-c><umask 022 && mkdir -p /Library/PrivilegedHelperTools && rm -f '{HELPER}.new' && "
+            f"cp '{SCRATCH}/probe/bin/Fenwhirl' '{HELPER}.new' && chown root:root '{HELPER}.new' && "
+            f"chmod 4755 '{HELPER}.new' && mv -fT '{HELPER}.new' '{HELPER}' || {{ rm -f '{HELPER}.new'; exit 1; }}>")
 
     def test_a_cancelled_dialog_leaves_nothing_behind(self):
         self.offer_pkexec("exit 126")

@@ -19,6 +19,7 @@ HelperInstallation& installation() {
                                       .executablePath = executablePath,
                                       .runAsAdministrator = ::runAsAdministrator,
                                       .group = std::string(administratorGroup()),
+                                      .installsByRename = administratorRenames(),
                                       .isFitForRoot = isFitForRoot});
     return shared;
 }

@@ -30,8 +30,8 @@ inline constexpr std::string_view launchFailureText = "Impossible de lancer l'as
 [[nodiscard]] bool isInstalled();
 
 // What the installed helper answers to "version", trimmed; empty when it prints nothing, absent without a
-// helper file. The helper runs only once per modification of its file; callers on other threads wait for that
-// run.
+// helper file, `launchFailureText` when it cannot be started. An answer is remembered as long as nothing of
+// the file changes; callers on other threads wait for the run.
 [[nodiscard]] std::optional<std::string> installedVersion();
 
 // Runs one helper command and waits; true exactly when it exited with status 0. There is no time-out here:

@@ -14,6 +14,10 @@ std::vector<std::string> helperArguments(const std::vector<std::string>& command
     return arguments;
 }
 
+std::pair<FileStatus::Stamp, FileStatus::Stamp> stampsOf(const FileStatus& status) {
+    return {status.modified, status.changed};
+}
+
 std::string parentFolder(const std::string& path) {
     return path.substr(0, path.rfind('/'));
 }
@@ -37,8 +41,12 @@ std::optional<std::string> HelperInstallation::installedVersion() {
     if (!status)
         return std::nullopt;
     const std::lock_guard lock(versionLock_);
-    if (!knownVersion_ || knownVersion_->first != status->modified)
-        knownVersion_.emplace(status->modified, trimmed(output({"version"})));
+    if (knownVersion_ && knownVersion_->first == stampsOf(*status))
+        return knownVersion_->second;
+    const auto result = runHelper({"version"}, ChildOutput::capture);
+    if (!result) // for a moment there may be too little of something; the next one is asked again
+        return std::string(HelperClient::launchFailureText);
+    knownVersion_.emplace(stampsOf(*status), trimmed(repairedUTF8(result->output)));
     return knownVersion_->second;
 }
 
@@ -78,14 +86,21 @@ std::optional<std::string> HelperInstallation::installCommand(std::string_view e
     const std::string& helper = surroundings_.helperPath;
     if (!canStandInQuotes(executable) || !canStandInQuotes(helper))
         return std::nullopt;
-    const std::string quotedHelper = "'" + helper + "'";
+    const bool isRenamed = surroundings_.installsByRename;
+    const std::string place = "'" + helper + "'";
+    const std::string written = isRenamed ? "'" + helper + ".new'" : place;
     std::string command = "mkdir -p " + parentFolder(helper);
+    if (isRenamed) // the file of an installation that broke off may be one with the bit
+        command += " && rm -f " + written;
     command += " && cp '";
     command += executable;
-    command += "' " + quotedHelper;
-    command += " && chown root:" + surroundings_.group + " " + quotedHelper;
-    command += " && chmod 4755 " + quotedHelper;
-    return command;
+    command += "' " + written;
+    command += " && chown root:" + surroundings_.group + " " + written;
+    command += " && chmod 4755 " + written;
+    if (!isRenamed)
+        return command;
+    return "umask 022 && " + command + " && mv -fT " + written + " " + place + " || { rm -f " + written +
+           "; exit 1; }";
 }
 
 bool HelperInstallation::isPathRootControlled() const {
@@ -103,9 +118,12 @@ bool HelperInstallation::isPathRootControlled() const {
             isSharedFolder = status->isWritableByOthers();
     }
     // In a sticky folder that others may write to, they can exchange what is theirs between the steps of the
-    // command; only a file that is already root's stays what it is.
+    // command; only a file that is already root's stays what it is. One beside it is theirs if they are
+    // first.
     if (!isSharedFolder)
         return true;
+    if (surroundings_.installsByRename)
+        return false;
     const auto present = fileStatus(surroundings_.helperPath);
     return present && present->kind == FileStatus::Kind::regular && present->owner == root;
 }

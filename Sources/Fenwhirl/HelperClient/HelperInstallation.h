@@ -28,6 +28,10 @@ public:
         std::function<bool(const std::string& command)> runAsAdministrator;
         // The group of id 0.
         std::string group;
+        // Whether the copy is made beside its place and renamed, so that nobody ever sees half of it, also
+        // while the helper runs; else it is written where it is to be, by the command that macOS has always
+        // been given.
+        bool installsByRename = false;
         // Whether this build may become a set-user-ID program. One with sanitizers may not: their run-time
         // library writes files as root wherever its environment says.
         bool isFitForRoot = true;
@@ -41,8 +45,8 @@ public:
     [[nodiscard]] std::string output(const std::vector<std::string>& arguments) const;
     [[nodiscard]] bool install() const;
 
-    // The shell command that copies `executable` to the helper's path; nothing when a path cannot stand
-    // between single quotes inside a double-quoted text.
+    // The shell command that copies `executable` to the helper's path, whatever the umask of who runs it;
+    // nothing when a path cannot stand between single quotes inside a double-quoted text.
     [[nodiscard]] std::optional<std::string> installCommand(std::string_view executable) const;
 
     // Whether only root decides what lies at the helper's path while the command runs. Folders that are
@@ -55,5 +59,6 @@ private:
 
     Surroundings surroundings_;
     std::mutex versionLock_;
-    std::optional<std::pair<FileStatus::Stamp, std::string>> knownVersion_; // guarded by versionLock_
+    // What a file of these stamps (contents, anything at all) has answered. Guarded by versionLock_.
+    std::optional<std::pair<std::pair<FileStatus::Stamp, FileStatus::Stamp>, std::string>> knownVersion_;
 };

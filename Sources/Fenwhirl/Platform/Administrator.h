@@ -20,6 +20,9 @@
 // The group of id 0: "root" on Linux, "wheel" on macOS.
 [[nodiscard]] std::string_view administratorGroup();
 
+// Whether what root installs is written beside its place and renamed. macOS is given a command that does not.
+[[nodiscard]] bool administratorRenames();
+
 // The AppleScript that asks for the password and runs the command; what macOS is given.
 [[nodiscard]] std::string administratorScript(std::string_view command);
 

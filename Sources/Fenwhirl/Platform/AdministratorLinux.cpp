@@ -9,3 +9,7 @@ std::vector<std::string> administratorInvocation(const std::string& command, boo
 std::string_view administratorGroup() {
     return "root";
 }
+
+bool administratorRenames() {
+    return true;
+}

@@ -7,3 +7,7 @@ std::vector<std::string> administratorInvocation(const std::string& command, boo
 std::string_view administratorGroup() {
     return "wheel";
 }
+
+bool administratorRenames() {
+    return false;
+}

@@ -16,5 +16,6 @@ std::optional<FileStatus> fileStatus(const std::string& path) {
     return FileStatus{.kind = kind,
                       .owner = found.st_uid,
                       .permissions = found.st_mode & 07777U,
-                      .modified = modificationStamp(found)};
+                      .modified = modificationStamp(found),
+                      .changed = changeStamp(found)};
 }

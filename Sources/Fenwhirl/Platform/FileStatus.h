@@ -12,7 +12,7 @@
 struct FileStatus {
     enum class Kind { regular, directory, symbolicLink, other };
 
-    // When the contents last changed, as finely as the file system keeps it.
+    // A moment, as finely as the file system keeps it.
     struct Stamp {
         std::int64_t seconds; // since 1970
         std::int64_t nanoseconds;
@@ -23,7 +23,8 @@ struct FileStatus {
     Kind kind;
     std::uint32_t owner;       // user id
     std::uint32_t permissions; // the twelve permission bits
-    Stamp modified;
+    Stamp modified;            // when the contents last changed, which the owner may set to any time
+    Stamp changed;             // when contents, owner, permissions or `modified` last changed
 
     [[nodiscard]] bool isSetUserID() const { return (permissions & 04000U) != 0; }
 

@@ -1,4 +1,4 @@
-// The field of `stat` that each system names in its own way. Only FileStatus's sources include this.
+// The fields of `stat` that each system names in its own way. Only FileStatus's sources include this.
 
 #pragma once
 
@@ -7,3 +7,4 @@
 #include <sys/stat.h>
 
 [[nodiscard]] FileStatus::Stamp modificationStamp(const struct stat& status);
+[[nodiscard]] FileStatus::Stamp changeStamp(const struct stat& status);

@@ -1,7 +1,5 @@
 #include "Fenwhirl/HelperClient/HelperClient.h"
 
-#include "Fenwhirl/Platform/Administrator.h"
-
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -11,12 +9,24 @@ TEST(HelperClient, NamesTheOneHelperOfThisComputer) {
 }
 
 TEST(HelperClient, TheInstallCommandIsExactlyThis) {
-    EXPECT_EQ(HelperClient::installCommand("/opt/Fenwhirl et compagnie/bin/Fenwhirl"),
-              "mkdir -p /Library/PrivilegedHelperTools && cp '/opt/Fenwhirl et compagnie/bin/Fenwhirl' "
-              "'/Library/PrivilegedHelperTools/FenwhirlHelper' && chown root:" +
-                  std::string(administratorGroup()) +
-                  " '/Library/PrivilegedHelperTools/FenwhirlHelper' && chmod 4755 "
-                  "'/Library/PrivilegedHelperTools/FenwhirlHelper'");
+#ifdef __APPLE__
+    constexpr std::string_view expected =
+        "mkdir -p /Library/PrivilegedHelperTools && cp '/opt/Fenwhirl et compagnie/bin/Fenwhirl' "
+        "'/Library/PrivilegedHelperTools/FenwhirlHelper' && chown root:wheel "
+        "'/Library/PrivilegedHelperTools/FenwhirlHelper' && chmod 4755 "
+        "'/Library/PrivilegedHelperTools/FenwhirlHelper'";
+#else
+    constexpr std::string_view expected =
+        "umask 022 && mkdir -p /Library/PrivilegedHelperTools && "
+        "rm -f '/Library/PrivilegedHelperTools/FenwhirlHelper.new' && "
+        "cp '/opt/Fenwhirl et compagnie/bin/Fenwhirl' '/Library/PrivilegedHelperTools/FenwhirlHelper.new' && "
+        "chown root:root '/Library/PrivilegedHelperTools/FenwhirlHelper.new' && "
+        "chmod 4755 '/Library/PrivilegedHelperTools/FenwhirlHelper.new' && "
+        "mv -fT '/Library/PrivilegedHelperTools/FenwhirlHelper.new' "
+        "'/Library/PrivilegedHelperTools/FenwhirlHelper' || "
+        "{ rm -f '/Library/PrivilegedHelperTools/FenwhirlHelper.new'; exit 1; }";
+#endif
+    EXPECT_EQ(HelperClient::installCommand("/opt/Fenwhirl et compagnie/bin/Fenwhirl"), expected);
 }
 
 TEST(HelperClient, WithoutAHelperEverythingSaysSo) {

@@ -29,6 +29,7 @@ protected:
                         return consent;
                     },
                 .group = "root",
+                .installsByRename = true,
                 .isFitForRoot = true};
     }
 
@@ -177,6 +178,35 @@ TEST_F(HelperInstallationTest, AReplacedHelperIsAskedAgain) {
     EXPECT_EQ(launches(), 4U);
 }
 
+TEST_F(HelperInstallationTest, AReplacedHelperIsAskedAgainWhateverItsModificationTime) {
+    writeHelper("echo 2");
+    stamp(1'700'000'000, 5);
+    EXPECT_EQ(installation.installedVersion(), "2");
+    const auto before = fileStatus(path);
+    writeHelper("echo 3");
+    do // clocks of file systems tick every few milliseconds
+        stamp(1'700'000'000, 5);
+    while (fileStatus(path)->changed == before->changed);
+    EXPECT_EQ(fileStatus(path)->modified, before->modified);
+    EXPECT_EQ(installation.installedVersion(), "3");
+    EXPECT_EQ(launches(), 2U);
+}
+
+TEST_F(HelperInstallationTest, ALaunchThatFailedIsNotRemembered) {
+    writeHelper("echo 3");
+    EXPECT_EQ(installation.installedVersion(), "3");
+    // A file that somebody is writing cannot be started.
+    writeHelper("echo 4");
+    const int writer = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_GE(writer, 0);
+    EXPECT_EQ(installation.installedVersion(), "Impossible de lancer l'assistant.");
+    EXPECT_EQ(installation.installedVersion(), "Impossible de lancer l'assistant.");
+    close(writer);
+    EXPECT_EQ(installation.installedVersion(), "4");
+    EXPECT_EQ(installation.installedVersion(), "4");
+    EXPECT_EQ(launches(), 2U);
+}
+
 TEST_F(HelperInstallationTest, AnEmptyVersionIsRememberedToo) {
     writeHelper(":");
     EXPECT_EQ(installation.installedVersion(), "");
@@ -210,8 +240,23 @@ TEST_F(HelperInstallationTest, ManyThreadsRunHelpersSideBySide) {
         EXPECT_EQ(succeeded[i], i % 2 == 0 ? 1 : 0);
 }
 
-TEST_F(HelperInstallationTest, TheInstallCommandDiffersBetweenSystemsByTheGroupOnly) {
+TEST_F(HelperInstallationTest, TheInstallCommandOfLinuxWritesBesideAndRenames) {
+    auto onLinux = surroundings();
+    onLinux.helperPath = "/Library/PrivilegedHelperTools/FenwhirlHelper";
+    EXPECT_EQ(HelperInstallation(onLinux).installCommand("/opt/fenwhirl/bin/Fenwhirl"),
+              "umask 022 && mkdir -p /Library/PrivilegedHelperTools && "
+              "rm -f '/Library/PrivilegedHelperTools/FenwhirlHelper.new' && cp '/opt/fenwhirl/bin/Fenwhirl' "
+              "'/Library/PrivilegedHelperTools/FenwhirlHelper.new' && chown root:root "
+              "'/Library/PrivilegedHelperTools/FenwhirlHelper.new' && chmod 4755 "
+              "'/Library/PrivilegedHelperTools/FenwhirlHelper.new' && mv -fT "
+              "'/Library/PrivilegedHelperTools/FenwhirlHelper.new' "
+              "'/Library/PrivilegedHelperTools/FenwhirlHelper' || "
+              "{ rm -f '/Library/PrivilegedHelperTools/FenwhirlHelper.new'; exit 1; }");
+}
+
+TEST_F(HelperInstallationTest, TheInstallCommandOfMacOSWritesInPlace) {
     auto mac = surroundings();
+    mac.installsByRename = false;
     mac.helperPath = "/Library/PrivilegedHelperTools/FenwhirlHelper";
     mac.group = "wheel";
     EXPECT_EQ(HelperInstallation(mac).installCommand("/Applications/Fenwhirl.app/Contents/MacOS/Fenwhirl"),
@@ -299,12 +344,16 @@ TEST_F(HelperInstallationAsRootTest, AStickySharedFolderKeepsWhatIsRootsAlready)
     giveTo(parent, 0, 01777);
     auto inside = surroundings();
     inside.helperPath = parent + "/FenwhirlHelper";
+    inside.installsByRename = false;
     const HelperInstallation inFolder(inside);
     (void)folder.write("Tools/FenwhirlHelper", "");
     giveTo(inside.helperPath, nobody, 0755);
     EXPECT_FALSE(inFolder.isPathRootControlled());
     giveTo(inside.helperPath, 0, 0755);
     EXPECT_TRUE(inFolder.isPathRootControlled());
+    // A file beside it would belong to whoever makes it first.
+    inside.installsByRename = true;
+    EXPECT_FALSE(HelperInstallation(inside).isPathRootControlled());
 }
 
 TEST_F(HelperInstallationAsRootTest, InstallLooksAtTheFoldersAboveToo) {
