@@ -4,11 +4,12 @@
 // to show itself, and is expected to end. The lock is released by the kernel however the process ends.
 //
 // On Linux the first one also has the name com.fenwhirl.app on the session bus, which tells it to starts
-// whose lock is in another place. The request travels over that bus (org.freedesktop.Application.Activate),
-// and where there is none or it refuses, through a named pipe beside the lock, in the user's runtime folder.
-// On macOS the system itself starts a bundle only once and reports a second start, and a click on the Dock
-// icon, as "reopen"; what it does not see (the executable started in a terminal, a second copy of the bundle)
-// meets the lock in the user's Application Support, and the pipe.
+// whose lock is in another place. A stranger who has that name is taken for nobody. The request travels over
+// that bus (org.freedesktop.Application.Activate), and where there is none or it refuses, through a named
+// pipe beside the lock, in the user's runtime folder. On macOS the system itself starts a bundle only once
+// and reports a second start, and a click on the Dock icon, as "reopen"; what it does not see (the executable
+// started in a terminal, a second copy of the bundle) meets the lock in the user's Application Support, and
+// the pipe.
 //
 // Threads: main thread only, after the application object exists.
 

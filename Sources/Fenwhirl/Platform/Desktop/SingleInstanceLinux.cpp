@@ -7,6 +7,9 @@
 #include <QThread>
 
 #include <chrono>
+#include <filesystem>
+#include <string>
+#include <string_view>
 #include <unistd.h>
 #include <utility>
 
@@ -22,6 +25,17 @@ QString serviceName() {
 
 QString objectPath() {
     return QStringLiteral("/com/fenwhirl/app");
+}
+
+// The file name of a process's program, also of one that was replaced since; empty where nobody can tell.
+std::string programName(const std::string& process) {
+    std::error_code failure;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/" + process + "/exe", failure);
+    std::string name = program.filename().string();
+    constexpr std::string_view replaced = " (deleted)";
+    if (name.ends_with(replaced))
+        name.resize(name.size() - replaced.size());
+    return name;
 }
 
 } // namespace
@@ -58,10 +72,10 @@ bool SingleInstanceLinux::becomeFirst() {
     return true;
 }
 
-// Whoever has the name on the session's bus is the program for that session: it may run with another folder,
-// where its lock says nothing to us, and two of them would drive the same fans. Only a name that its owner
-// has just left behind by dying is waited for. A bus that does not answer decides nothing; the pipe is there
-// without it.
+// Whichever of us has the name on the session's bus is the program for that session: it may run with another
+// folder, where its lock says nothing to us, and two of them would drive the same fans. Only a name that its
+// owner has just left behind by dying is waited for. A stranger with the name, or a bus that does not answer,
+// decides nothing: nobody may keep the fans unwatched by that, and the pipe is there without it.
 bool SingleInstanceLinux::joinBus() {
     if (!bus_.isConnected())
         return true;
@@ -76,11 +90,22 @@ bool SingleInstanceLinux::joinBus() {
         if (hasName_ || !reply.isValid())
             return true;
         if (deadline.hasExpired()) {
+            if (!isNameOurs())
+                return true;
             leaveBus();
             return false;
         }
         QThread::msleep(20);
     }
+}
+
+bool SingleInstanceLinux::isNameOurs() const {
+    const QDBusReply<uint> user = bus_.interface()->serviceUid(serviceName());
+    const QDBusReply<uint> process = bus_.interface()->servicePid(serviceName());
+    if (!user.isValid() || user.value() != geteuid() || !process.isValid())
+        return false;
+    const std::string program = programName(std::to_string(process.value()));
+    return !program.empty() && program == programName("self");
 }
 
 void SingleInstanceLinux::leaveBus() {
@@ -96,7 +121,7 @@ void SingleInstanceLinux::raiseFirst() {
 }
 
 bool SingleInstanceLinux::raiseOverBus() {
-    if (!bus_.isConnected() || !bus_.interface()->isServiceRegistered(serviceName()))
+    if (!bus_.isConnected() || !isNameOurs())
         return false;
     QVariantMap platformData;
     const QString token =

@@ -32,6 +32,8 @@ public Q_SLOTS:
 private:
     // False when another process is the program on this bus.
     [[nodiscard]] bool joinBus();
+    // Whether the name's owner is proven to be this program, run by this user.
+    [[nodiscard]] bool isNameOurs() const;
     void leaveBus();
     [[nodiscard]] bool raiseOverBus();
 

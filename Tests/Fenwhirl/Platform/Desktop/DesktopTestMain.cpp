@@ -1,12 +1,34 @@
 #include "PrivateBus.h"
 #include "Support/QtWarnings.h"
 
+#include <QDBusConnection>
 #include <QGuiApplication>
 
+#include <cstdlib>
 #include <gmock/gmock.h>
+#include <iostream>
+#include <string_view>
+
+namespace {
+
+// Another program on a test's bus: has Fenwhirl's name there until its standard input ends.
+int holdName(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    QDBusConnection bus =
+        QDBusConnection::connectToBus(QString::fromLocal8Bit(argv[2]), QStringLiteral("holder"));
+    if (!bus.registerService(QStringLiteral("com.fenwhirl.app")))
+        return EXIT_FAILURE;
+    std::cout << "holding" << std::endl;
+    std::cin.get();
+    return EXIT_SUCCESS;
+}
+
+} // namespace
 
 // Draws into memory, and talks to a session bus of its own on which nothing of the real desktop answers.
 int main(int argc, char** argv) {
+    if (argc == 3 && std::string_view(argv[1]) == "--hold-name")
+        return holdName(argc, argv);
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);

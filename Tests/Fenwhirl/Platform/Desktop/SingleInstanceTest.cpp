@@ -1,6 +1,9 @@
 #include "Fenwhirl/Platform/Desktop/SingleInstanceLinux.h"
 #include "PrivateBus.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -99,6 +102,53 @@ TEST(SingleInstance, ANameThatIsBeingGivenUpIsWaitedFor) {
     EXPECT_TRUE(next.becomeFirst());
     end.join();
     EXPECT_TRUE(raises(next, folder.path()));
+}
+
+// Another program that has the name, as long as it lives: a copy of this one that goes by another name, or by
+// the same one from another place.
+class NameHolder {
+public:
+    explicit NameHolder(const QString& program) {
+        const QString path = folder_.filePath(program);
+        EXPECT_TRUE(QFile::copy(QStringLiteral("/proc/self/exe"), path));
+        process_.start(path, {QStringLiteral("--hold-name"),
+                              QString::fromLocal8Bit(qgetenv("DBUS_SESSION_BUS_ADDRESS"))});
+        const auto holdsIt = [this] {
+            process_.waitForReadyRead(10);
+            return process_.readAllStandardOutput().contains("holding");
+        };
+        EXPECT_TRUE(PrivateBus::waitUntil(holdsIt)) << process_.readAllStandardError().toStdString();
+    }
+
+    ~NameHolder() {
+        process_.closeWriteChannel();
+        process_.waitForFinished();
+    }
+
+    NameHolder(const NameHolder&) = delete;
+    NameHolder& operator=(const NameHolder&) = delete;
+
+private:
+    QTemporaryDir folder_;
+    QProcess process_;
+};
+
+TEST(SingleInstance, AStrangerWithTheNameKeepsNobodyFromRunning) {
+    const PrivateBus bus;
+    const NameHolder stranger(QStringLiteral("Stranger"));
+    const QTemporaryDir folder;
+    SingleInstanceLinux first(folder.path(), PrivateBus::connect());
+    EXPECT_TRUE(first.becomeFirst());
+    // Further starts do not ask the stranger to show himself.
+    EXPECT_TRUE(raises(first, folder.path()));
+}
+
+TEST(SingleInstance, TheSameProgramFromAnotherPlaceIsNoStranger) {
+    const PrivateBus bus;
+    const NameHolder same(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
+    const QTemporaryDir folder;
+    SingleInstanceLinux second(folder.path(), PrivateBus::connect());
+    EXPECT_FALSE(second.becomeFirst());
 }
 
 TEST(SingleInstance, ABusThatRefusesTheNameIsDoneWithout) {
