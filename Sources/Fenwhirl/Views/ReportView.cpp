@@ -10,12 +10,9 @@ void saveReport(const QString& text, const AskSavePath& askSavePath, const Revea
     if (path.isEmpty())
         return;
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        const QByteArray utf8 = text.toUtf8();
-        if (file.write(utf8) == utf8.size())
-            static_cast<void>(file.commit());
-    }
-    revealFile(path);
+    const QByteArray utf8 = text.toUtf8();
+    if (file.open(QIODevice::WriteOnly) && file.write(utf8) == utf8.size() && file.commit())
+        revealFile(path);
 }
 
 ReportView::ReportView(Monitor& monitor, Save save, QObject* parent)

@@ -19,7 +19,8 @@ using AskSavePath = std::function<QString(const QString& proposedName)>;
 using RevealFile = std::function<void(const QString& path)>;
 
 // Asks for a place, writes the report there in one go as UTF-8, and shows the file. A failure to write is
-// silent; the file browser opens all the same. Nothing happens when the user declines.
+// silent: what lies there then is an older file or none, and is not shown. Nothing happens when the user
+// declines.
 void saveReport(const QString& text, const AskSavePath& askSavePath, const RevealFile& revealFile);
 
 class ReportView : public QObject {

@@ -242,14 +242,16 @@ TEST(SaveReport, DecliningWritesAndShowsNothing) {
     EXPECT_EQ(revealed, 0);
 }
 
-TEST(SaveReport, AFailedWriteStillOpensTheFileBrowser) {
-    QString revealed;
-    const QString path = QStringLiteral("/nonexistent/folder/rapport.txt");
-    saveReport(
-        QStringLiteral("x"), [&](const QString&) { return path; },
-        [&](const QString& shownPath) { revealed = shownPath; });
-    EXPECT_EQ(revealed, path);
-    EXPECT_FALSE(QFile::exists(path));
+TEST(SaveReport, AFileThatCouldNotBeWrittenIsNotShown) {
+    const QTemporaryDir folder;
+    // No folder to write in; a folder in the place of the file; a name that is too long to be made.
+    for (const QString& path : {QStringLiteral("/nonexistent/folder/rapport.txt"), folder.path(),
+                                folder.filePath(QString(300, QLatin1Char('x')))}) {
+        int revealed = 0;
+        saveReport(
+            QStringLiteral("x"), [&](const QString&) { return path; }, [&](const QString&) { ++revealed; });
+        EXPECT_EQ(revealed, 0) << path.toStdString();
+    }
 }
 
 } // namespace
