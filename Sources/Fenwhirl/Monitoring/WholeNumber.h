@@ -8,7 +8,7 @@
 // The number truncated toward zero; nothing for NaN, infinities and what 64 bits cannot hold.
 [[nodiscard]] constexpr std::optional<std::int64_t> wholeNumber(double value) {
     constexpr double limit = 9223372036854775808.0; // 2^63, exactly representable
-    if (value > -limit && value < limit) {
+    if (value >= -limit && value < limit) {
         return static_cast<std::int64_t>(value);
     }
     return std::nullopt;
