@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <variant>
 
 namespace {
 
@@ -89,7 +90,10 @@ FilePreferences::FilePreferences(std::string path) : path_(std::move(path)) {
 std::optional<PreferenceValue> FilePreferences::value(const QString& key) const {
     const MutexLock lock(mutex_);
     const auto entry = values_.find(key);
-    return entry == values_.end() ? std::nullopt : std::optional(entry->second);
+    if (entry == values_.end() || std::holds_alternative<UnknownPreference>(entry->second)) {
+        return std::nullopt;
+    }
+    return entry->second;
 }
 
 void FilePreferences::store(const QString& key, std::optional<PreferenceValue> value) {

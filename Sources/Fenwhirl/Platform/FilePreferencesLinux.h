@@ -2,7 +2,8 @@
 //
 // Several processes may share the file: a change is made to what the file holds at that moment, under a lock
 // that nobody waits for. What could not be written is kept in memory and goes out with the next change. A
-// file that is broken, too large or no regular file reads as empty and stays until then.
+// file that is broken, too large or no regular file reads as empty and stays until then. A value of unknown
+// form reads as absent and stays until its key is set or removed.
 //
 // Threads: safe to call from any thread; calls that change something return when it is on disk.
 

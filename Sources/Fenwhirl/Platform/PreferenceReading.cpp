@@ -17,6 +17,8 @@ struct NumberReader {
     double operator()(double number) const { return number; }
 
     double operator()(const QByteArray& /*data*/) const { return 0; }
+
+    double operator()(const UnknownPreference& /*unknown*/) const { return 0; }
 };
 
 struct BooleanReader {
@@ -30,6 +32,8 @@ struct BooleanReader {
     bool operator()(double number) const { return number != 0; }
 
     bool operator()(const QByteArray& /*data*/) const { return false; }
+
+    bool operator()(const UnknownPreference& /*unknown*/) const { return false; }
 };
 
 } // namespace

@@ -79,6 +79,9 @@ struct Maker {
         return Owned(
             CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(data.constData()), data.size()));
     }
+
+    // Those stay with the system, which keeps each key for itself.
+    Owned operator()(const UnknownPreference& /*unknown*/) const { return {}; }
 };
 
 class UserPreferences final : public PreferencesStore {

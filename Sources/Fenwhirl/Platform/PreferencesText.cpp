@@ -45,6 +45,8 @@ struct Encoder {
     QJsonValue operator()(const QByteArray& data) const {
         return QJsonObject{{dataMember, QString::fromLatin1(data.toBase64())}};
     }
+
+    QJsonValue operator()(const UnknownPreference& unknown) const { return unknown.value; }
 };
 
 std::optional<PreferenceValue> decodeObject(const QJsonObject& object) {
@@ -67,7 +69,7 @@ std::optional<PreferenceValue> decodeObject(const QJsonObject& object) {
     return *decoded;
 }
 
-std::optional<PreferenceValue> decodeValue(const QJsonValue& value) {
+PreferenceValue decodeValue(const QJsonValue& value) {
     if (value.isString()) {
         return value.toString();
     }
@@ -77,7 +79,7 @@ std::optional<PreferenceValue> decodeValue(const QJsonValue& value) {
     if (value.isDouble()) {
         return value.toDouble();
     }
-    return decodeObject(value.toObject());
+    return decodeObject(value.toObject()).value_or(UnknownPreference{value});
 }
 
 } // namespace
@@ -98,9 +100,7 @@ std::optional<PreferenceValues> decodePreferences(const QByteArray& text) {
     PreferenceValues values;
     const QJsonObject object = document.object();
     for (auto member = object.begin(); member != object.end(); ++member) {
-        if (auto value = decodeValue(member.value())) {
-            values.emplace(member.key(), *std::move(value));
-        }
+        values.emplace(member.key(), decodeValue(member.value()));
     }
     return values;
 }

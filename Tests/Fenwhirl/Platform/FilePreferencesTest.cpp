@@ -2,6 +2,9 @@
 #include "Support/TemporaryFolder.h"
 #include "Support/Volume.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -147,6 +150,32 @@ TEST_F(FilePreferencesTest, BrokenFileIsEmptyAndStaysUntilTheNextChange) {
         store->setText(theme, QStringLiteral("light"));
         EXPECT_EQ(open()->text(theme), QStringLiteral("light"));
     }
+}
+
+TEST_F(FilePreferencesTest, ValuesOfUnknownFormSurviveASave) {
+    const QByteArray text =
+        R"({"newer":[1,{"a":null}],"theme":{"light":"a","dark":"b"},"warmThreshold":null})";
+    fs::create_directories(fs::path(path()).parent_path());
+    (void)folder.write("config/app/preferences.json", text.toStdString());
+    const auto store = open();
+    EXPECT_FALSE(store->contains(theme));
+    EXPECT_EQ(store->text(theme), std::nullopt);
+    EXPECT_EQ(store->number(threshold), std::nullopt);
+    EXPECT_EQ(store->boolean(threshold), std::nullopt);
+    store->setBoolean(alerts, true);
+    const auto written = [this] {
+        const std::string now = folder.read("config/app/preferences.json");
+        return QJsonDocument::fromJson(QByteArray::fromStdString(now)).object();
+    };
+    QJsonObject expected = QJsonDocument::fromJson(text).object();
+    expected.insert(alerts, true);
+    EXPECT_EQ(written(), expected);
+    // Only what is set or removed goes.
+    store->setText(theme, QStringLiteral("dark"));
+    store->remove(threshold);
+    expected.insert(theme, QStringLiteral("dark"));
+    expected.remove(threshold);
+    EXPECT_EQ(written(), expected);
 }
 
 TEST_F(FilePreferencesTest, GiantFileIsNotReadAndGoesWithTheNextChange) {

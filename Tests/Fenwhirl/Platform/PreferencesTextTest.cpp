@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/PreferencesText.h"
 
+#include <QJsonDocument>
+
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -51,8 +53,14 @@ TEST(PreferencesText, TextsThatAreNoSetOfPreferencesYieldNothing) {
     EXPECT_EQ(decodePreferences(QByteArray(100'000, '[')), std::nullopt);
 }
 
-TEST(PreferencesText, ValuesOfUnknownFormAreLeftOut) {
-    const auto values = decodePreferences(
-        R"({"a":1,"b":[1],"c":null,"d":{"number":"many"},"e":{"data":"%"},"f":{"data":"e30=","x":1},"g":{}})");
-    EXPECT_EQ(values, (PreferenceValues{{QStringLiteral("a"), 1.0}}));
+TEST(PreferencesText, ValuesOfUnknownFormAreKeptAsTheyAre) {
+    const QByteArray text =
+        R"({"a":1,"b":[1,["x"]],"c":null,"d":{"number":"many"},"e":{"data":"%"},"f":{"data":"e30=","x":1},"g":{}})";
+    const auto values = decodePreferences(text);
+    ASSERT_TRUE(values);
+    EXPECT_EQ(values->size(), 7U);
+    for (const auto& [name, value] : *values)
+        EXPECT_EQ(std::holds_alternative<UnknownPreference>(value), name != QStringLiteral("a"))
+            << name.toStdString();
+    EXPECT_EQ(QJsonDocument::fromJson(encodePreferences(*values)), QJsonDocument::fromJson(text));
 }
