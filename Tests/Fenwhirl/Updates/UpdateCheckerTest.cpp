@@ -266,6 +266,16 @@ TEST_F(UpdateChecking, TakesAMissingVersionForZero) {
     EXPECT_TRUE(alerts[0].body.endsWith(u"Tu as la version 0."_s));
 }
 
+TEST(UpdateAlert, ShowsAShortPrintableVersionAsItCame) {
+    for (const QString& version : {u"1.3"_s, u"3.0 bêta “été” <b>&amp;</b>"_s, u"2.0 (42) Ћ 日本"_s,
+                                   u"1.0\u00a0β😀"_s, u"7 %1 %d %@ \\1"_s, QString(100, u'9')}) {
+        const UpdateAlert alert = updateAlert(u"fr"_s, u"Fenwhirl"_s, u"1.2"_s, {version, QUrl()});
+        EXPECT_EQ(alert.body, u"La version "_s + version +
+                                  u" de Fenwhirl est disponible. Elle est gratuite pour toi. "
+                                  u"Tu as la version 1.2."_s);
+    }
+}
+
 TEST_F(UpdateChecking, ShowsAStrangeVersionCutAndHarmless) {
     const QByteArray version = "9" + QByteArray(500'000, 'x');
     offer("8.\\n" + version);
