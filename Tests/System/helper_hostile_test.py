@@ -1,15 +1,21 @@
-"""Thousands of starts by an ordinary user who means harm: random arguments, environments, descriptors, signals, limits.
+"""Thousands of starts by an ordinary user who means harm: random arguments, environments, descriptors, signals, limits,
+timers, slack, scheduling, terminals, control groups.
 
     helper_hostile_test.py [STARTS [SEED]]
 """
 
+import contextlib
+import ctypes
+import fcntl
 import os
+import pathlib
 import random
 import re
 import resource
 import select
 import signal
 import sys
+import termios
 import time
 import unittest
 
@@ -36,6 +42,14 @@ LIMITS = {resource.RLIMIT_NOFILE: (0, 3, 4, 5, 64), resource.RLIMIT_AS: (1 << 20
           resource.RLIMIT_CORE: (0, resource.RLIM_INFINITY), resource.RLIMIT_MEMLOCK: (0,)}
 # Starving these can end the process in the kernel or in the loader, before any line of ours.
 STARVING = {resource.RLIMIT_NOFILE, resource.RLIMIT_AS, resource.RLIMIT_DATA, resource.RLIMIT_STACK, resource.RLIMIT_CPU}
+TIMERS = {signal.ITIMER_REAL: signal.SIGALRM, signal.ITIMER_VIRTUAL: signal.SIGVTALRM, signal.ITIMER_PROF: signal.SIGPROF}
+# What a control group grants, in the words of both versions of the kernel's interface: the folder of a controller (none in
+# version 2) and its files.
+GROUP_LIMITS = {"cpu": (("cpu", {"cpu.cfs_period_us": "100000", "cpu.cfs_quota_us": "2000"}), ("", {"cpu.max": "2000 100000"})),
+                "memory": (("memory", {"memory.limit_in_bytes": "262144"}), ("", {"memory.max": "262144"})),
+                "pids": (("pids", {"pids.max": "1"}), ("", {"pids.max": "1"}))}
+LIBRARY = ctypes.CDLL(None)
+PR_SET_TIMERSLACK = 29
 # The loader speaks of what it was asked for and does not do for root.
 LOADER_SAYS = re.compile(rb"ERROR: ld\.so: object |warning: debug option ")
 
@@ -43,7 +57,7 @@ LOADER_SAYS = re.compile(rb"ERROR: ld\.so: object |warning: debug option ")
 class Start:
     """One random way of starting the helper."""
 
-    def __init__(self, chance):
+    def __init__(self, chance, groups):
         arguments = [chance.choice(WORDS) for _ in range(chance.choice((0, 1, 1, 2, 3, 3, 3, 4, 9)))]
         if arguments and chance.random() < 0.5:
             arguments[0] = chance.choice((b"set", b"auto", b"version"))
@@ -68,6 +82,20 @@ class Start:
             self.limits[limit] = chance.choice(LIMITS[limit])
         self.umask = chance.choice((0, 0o22, 0o777))
         self.folder = chance.choice(("/", SHARED, HOME, "/proc/self"))
+        self.slack = chance.choice((None, None, 1, 10**6, 90 * 10**9))
+        self.timers = {}
+        if chance.random() < 0.2:
+            for timer in chance.sample(list(TIMERS), chance.choice((1, 1, 3))):
+                self.timers[timer] = (chance.choice((0.0005, 0.001, 0.003, 0.02, 3600)), chance.choice((0, 0.001)))
+        self.niceness = chance.choice((0, 0, 0, 7, 19))
+        self.scheduling = chance.choice((None, None, None, os.SCHED_BATCH, os.SCHED_IDLE))
+        # A terminal to write to, of which it is a job in the background or in the foreground; now and then one that goes away,
+        # and one that takes nothing, which the helper gives up after seconds.
+        self.terminal = chance.choice(("background", "foreground", "gone")) if chance.random() < 0.1 else None
+        if chance.random() < 0.002:
+            self.terminal = "full"
+        self.hesitation = chance.choice((0, 10**4, 5 * 10**4, 2 * 10**5))
+        self.group = chance.choice(list(groups)) if groups and not self.terminal and chance.random() < 0.03 else None
 
     def __repr__(self):
         return repr(vars(self))
@@ -78,7 +106,42 @@ class Start:
         except (IndexError, ValueError):
             return False
 
-    def run_in_child(self, errors):
+    def enter_terminal(self, master, terminal):
+        """Makes this process a job of the terminal at which another one, our parent from now on, has its session."""
+        os.setsid()
+        fcntl.ioctl(terminal, termios.TIOCSCTTY, 0)
+        child = os.fork()
+        if child == 0:
+            os.close(master)
+            os.setpgid(0, 0)
+            if self.terminal != "background":
+                signal.signal(signal.SIGTTOU, signal.SIG_IGN)
+                with contextlib.suppress(OSError):  # it is gone already
+                    os.tcsetpgrp(terminal, os.getpgrp())
+                signal.signal(signal.SIGTTOU, signal.SIG_DFL)
+            os.dup2(terminal, 0)
+            return
+        for number in (signal.SIGHUP, signal.SIGTTOU):
+            signal.signal(number, signal.SIG_IGN)
+        os.close(2)
+        if self.terminal == "gone":
+            for _ in range(self.hesitation):
+                pass
+        os.close(master)
+        status = os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+        if status >= 0:
+            os._exit(status)
+        if -status != signal.SIGKILL:
+            signal.signal(-status, signal.SIG_DFL)
+        signal.pthread_sigmask(signal.SIG_SETMASK, [])
+        os.kill(os.getpid(), -status)
+        os._exit(198)
+
+    def run_in_child(self, errors, groups, ends):
+        if self.group:
+            groups[self.group].write_text("0", encoding="ascii")
+        if self.terminal:
+            self.enter_terminal(*ends)
         os.setgroups([])
         os.setresgid(NOBODY, NOBODY, NOBODY)
         os.setresuid(NOBODY, NOBODY, NOBODY)
@@ -86,7 +149,10 @@ class Start:
         os.chdir(self.folder)
         for _ in range(self.open):
             os.set_inheritable(os.open("/dev/null", os.O_RDWR), True)
-        if self.output:
+        if self.terminal:
+            os.dup2(ends[1], 1)
+            os.close(ends[1])
+        elif self.output:
             os.dup2(os.open(self.output, os.O_WRONLY), 1)
         else:
             readable, writable = os.pipe()
@@ -105,18 +171,45 @@ class Start:
             if hard != resource.RLIM_INFINITY and (value == resource.RLIM_INFINITY or value > hard):
                 value = hard
             resource.setrlimit(limit, (value, value))
+        if self.slack:
+            LIBRARY.prctl(PR_SET_TIMERSLACK, ctypes.c_ulong(self.slack), 0, 0, 0)
+        os.nice(self.niceness)
+        if self.scheduling is not None:
+            os.sched_setscheduler(0, self.scheduling, os.sched_param(0))
+        for timer, (seconds, interval) in self.timers.items():
+            signal.setitimer(timer, seconds, interval)
         os.execve(str(HELPER), self.arguments, self.environment)
 
-    def run(self):
-        """Its exit status (negative for a signal), what it said on standard error, and whether it started at all."""
+    def open_terminal(self):
+        """The other end of its terminal, which stops whoever writes to it from the background."""
+        master, terminal = os.openpty()
+        settings = termios.tcgetattr(terminal)
+        settings[3] |= termios.TOSTOP
+        termios.tcsetattr(terminal, termios.TCSANOW, settings)
+        if self.terminal == "full":
+            os.set_blocking(terminal, False)
+            for size in (1024, 1):
+                with contextlib.suppress(BlockingIOError):
+                    while True:
+                        os.write(terminal, bytes(size))
+            os.set_blocking(terminal, True)
+        return master, terminal
+
+    def run(self, groups):
+        """Its exit status (negative for a signal), and what it said on standard error."""
+        ends = self.open_terminal() if self.terminal else ()
         readable, writable = os.pipe()
         child = os.fork()
         if child == 0:
             try:
-                self.run_in_child(writable)
+                self.run_in_child(writable, groups, ends)
             except BaseException:  # exec itself was refused
                 os._exit(199)
         os.close(writable)
+        if self.terminal == "gone":  # with the last of its other ends, which the session has
+            for descriptor in ends:
+                os.close(descriptor)
+            ends = ()
         said = b""
         end = time.monotonic() + 40
         while select.select([readable], [], [], max(0, end - time.monotonic()))[0]:
@@ -127,14 +220,42 @@ class Start:
         else:
             os.kill(child, signal.SIGKILL)
         os.close(readable)
-        return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), said
+        status = os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+        for descriptor in ends:
+            os.close(descriptor)
+        return status, said
 
 
 class HostileStarts(HelperTest):
-    def verdict(self, start, status, said):
+    def make_groups(self):
+        """The control groups that can be had here: for each kind of limit the file that takes processes in."""
+        groups = {}
+        for kind, forms in GROUP_LIMITS.items():
+            for controller, limits in forms:
+                folder = pathlib.Path("/sys/fs/cgroup") / controller / f"fenwhirl-hostile-{kind}-{os.urandom(4).hex()}"
+                try:
+                    folder.mkdir()
+                except OSError:
+                    continue
+                self.addCleanup(folder.rmdir)
+                with contextlib.suppress(OSError):
+                    for file, value in limits.items():
+                        with open(folder / file, "r+", encoding="ascii") as limit:
+                            limit.write(value)
+                    groups[kind] = folder / "cgroup.procs"
+                    break
+        return groups
+
+    def verdict(self, start, status, said, has_written):
         """What is wrong with an outcome, or None."""
         if status == 199:
             return None  # the kernel refused to start anything
+        if -status in {TIMERS[timer] for timer in start.timers} and not has_written:
+            return None  # before the helper had a say
+        if start.terminal == "gone" and status == -signal.SIGHUP:
+            return None  # before the helper's sequence or after it
+        if start.group == "memory" and status == -signal.SIGKILL:
+            return None
         said = b"".join(line for line in said.splitlines(True) if not LOADER_SAYS.match(line))
         if status in STATUSES:
             return f"said {said!r}" if said else None
@@ -153,14 +274,18 @@ class HostileStarts(HelperTest):
         places = {place: set(os.listdir(place)) for place in ("/", "/run", SCRATCH, SHARED, HOME, "/run/fenwhirl")}
         outcomes = {}
         faults = []
+        groups = self.make_groups()
+        last_write = self.last_write()
         for _ in range(STARTS):
-            start = Start(chance)
-            status, said = start.run()
+            start = Start(chance, groups)
+            status, said = start.run(groups)
             outcomes[status] = outcomes.get(status, 0) + 1
-            fault = self.verdict(start, status, said)
+            writes = [int(line.split()[1]) for line in self.mac.tell(f"log {last_write + 1}") if line.startswith("write ")]
+            last_write = writes[-1] if writes else last_write
+            fault = self.verdict(start, status, said, bool(writes))
             if fault:
                 faults.append(f"{fault}: {start}")
-        print(f"seed {seed}: {dict(sorted(outcomes.items()))}")
+        print(f"seed {seed}, control groups {sorted(groups)}: {dict(sorted(outcomes.items()))}")
         if faults:
             self.fail(f"seed {seed}: {len(faults)} faults, the first: {faults[0][:2000]}")
         # Every way out was seen, or the test is not hostile enough.
