@@ -72,7 +72,10 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     if (services_.custody) {
         services_.custody->setReadings(result.fans, decision.forbidsManualControl || decision.boosting);
     }
-    if (decision.forbidsManualControl) {
+    // A fan that heat protection cannot drive at its maximum must not stay where somebody else left it.
+    const bool mustLeaveSome =
+        decision.boosting && !std::ranges::all_of(result.fans, &FanReading::isMaximumKnown);
+    if (decision.forbidsManualControl || mustLeaveSome) {
         takeOverManualFans();
     }
     if (!request.isInFront) {

@@ -227,6 +227,17 @@ TEST_F(PollerTest, AFanWithoutAMaximumIsLeftToTheFirmware) {
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}, {"set", "1", "6000"}}));
 }
 
+TEST_F(PollerTest, AFanWithoutAMaximumThatSomebodyDrivesIsHandedBackInTheHeat) {
+    (void)poll();
+    smc.remove("F0Mx");
+    smc.setNumber("FS! ", "ui16", 1);
+    (void)poll();
+    EXPECT_EQ(commands, Commands());
+    smc.setNumber("TC0P", "sp78", 90);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"auto", "0"}, {"set", "1", "6000"}}));
+}
+
 TEST_F(PollerTest, BehindAnotherSessionItOnlyGivesBackWhatIsItsOwn) {
     pin(0, 2000);
     (void)poll();
