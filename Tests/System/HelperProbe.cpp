@@ -97,6 +97,8 @@ std::string answer(const std::vector<std::string>& words) {
     }
     if (command == "run-kept")
         return yesOrNo(kept->run(rest));
+    if (command == "install-command")
+        return HelperClient::installCommand(rest.front()).value_or("absent");
     if (command == "install")
         return yesOrNo(HelperClient::install());
     if (command == "administrator")

@@ -1,15 +1,17 @@
 """Installing the helper for real: by root, into the required place, and an ordinary user driving fans through it."""
 
+import collections
 import filecmp
 import os
 import pathlib
+import re
 import shutil
 import signal
 import stat
 import subprocess
 import unittest
 
-from helper_stage import BUILD, HELPER, NOBODY, OLDER_MAC, HelperTest, Probe, as_nobody, lay_out_probe, require_real_root
+from helper_stage import BUILD, HELPER, NOBODY, OLDER_MAC, HelperTest, Probe, as_nobody, lay_out_probe, require_real_root, require_tracing
 from stage import SCRATCH, SimulatedMac, require_own, rounds, wait_until
 
 SHARED = SCRATCH / "shared"  # for files of anybody
@@ -143,6 +145,37 @@ class AsRoot(InstallTest):
                 shutil.rmtree(HELPER.parent)
         swapper.kill()
         self.assertEqual(swapper.stdout.read(), b"")
+
+    def test_each_system_call_of_an_installation_may_fail(self):
+        """In the shell and in every program that it starts: the n-th call of a name, in each of them."""
+        require_tracing()
+        probe = self.probe()
+        command = probe.tell(f"install-command {probe.executable}")
+        trace = SCRATCH / "trace"
+        plain = subprocess.run(["strace", "-f", "-o", trace, "sh", "-c", command], capture_output=True, check=False)
+        self.assertEqual(plain.returncode, 0, plain.stderr)
+        calls = collections.Counter()
+        for process, name in re.findall(r"^(\d+) +([a-z_0-9]+)\(", trace.read_text(errors="replace"), re.MULTILINE):
+            calls[process, name] += 1
+        most = {name: max(count for (_, other), count in calls.items() if other == name) for _, name in calls}
+        faults = [(name, number, error) for name, count in most.items() for number in range(1, count + 1)
+                  for error in ("EIO", "ENOMEM", "EINTR") if name not in ("brk", "exit_group", "rt_sigreturn")]
+        self.assertGreater(len(faults), 150)
+        ended = set()
+        for name, number, error in faults[::rounds(12, 1)]:
+            done = subprocess.run(["strace", "-f", "-o", "/dev/null", "-e", f"inject={name}:error={error}:when={number}",
+                                   "timeout", "20", "sh", "-c", command], stdin=subprocess.DEVNULL, capture_output=True,
+                                  check=False)
+            ended.add(done.returncode == 0)
+            # What has the bit is the whole helper, whether the old one or the new one.
+            if HELPER.exists():
+                self.assertEqual(describe(HELPER), ("-rwsr-xr-x", 0, 0), (name, number, error))
+                self.assertTrue(filecmp.cmp(HELPER, probe.executable, shallow=False), (name, number, error))
+            self.assertEqual(probe.tell("install"), "yes", (name, number, error))
+            self.assertEqual(os.listdir(HELPER.parent), [HELPER.name], (name, number, error))
+            if number % 2:
+                HELPER.unlink()
+        self.assertEqual(ended, {True, False})  # some calls matter, others do not
 
     def test_a_full_disk_leaves_no_helper_with_the_bit(self):
         require_own("mounts", "a full disk")
