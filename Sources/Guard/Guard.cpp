@@ -210,24 +210,28 @@ bool actInSilence() {
     }
 }
 
-// Returns when the application is gone.
+// Returns when the application is gone. Silence is counted in steps that are longer than the time between two
+// signs of life: while all is well, nothing but these wakes the guard.
 void watch() {
-    int silentSeconds = 0;
+    constexpr int step = 2500; // milliseconds
+    static_assert(GuardRecord::secondsOfSilence * 1000 % step == 0);
+    int silence = 0; // milliseconds
     bool hasActed = false;
     for (;;) {
-        switch (listen(1000)) {
+        switch (listen(step)) {
         case Heard::end:
             return;
         case Heard::silence:
-            if (!hasActed && ++silentSeconds >= GuardRecord::secondsOfSilence) {
+            silence += step;
+            if (!hasActed && silence >= GuardRecord::secondsOfSilence * 1000) {
                 hasActed = actInSilence();
-                silentSeconds = 0;
+                silence = 0;
             }
             break;
         case Heard::something:
         case Heard::record:
         case Heard::life:
-            silentSeconds = 0;
+            silence = 0;
             hasActed = false;
             break;
         }
