@@ -173,7 +173,10 @@ TEST_F(MonitorQuit, PublishedFansThatTheLastPollDidNotReadAreHandedBackToo) {
     running.get_future().wait();
     auto releaseLater = std::async(std::launch::async, [&] { release.set_value(); });
     monitor().restoreAutomaticBlocking();
-    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "6000"}, {"auto", "0"}, {"auto", "1"}}));
+    const Runs runs = helper.takeRuns(); // the poll may have handed the second fan back already
+    ASSERT_GE(runs.size(), 3U);
+    EXPECT_EQ(runs.front(), (FakeHelper::Arguments{"set", "0", "6000"}));
+    EXPECT_EQ(Runs(runs.end() - 2, runs.end()), (Runs{{"auto", "0"}, {"auto", "1"}}));
 }
 
 TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
