@@ -57,18 +57,6 @@ TEST(Translations, AreBuiltOnce) {
     }
 }
 
-TEST(Translations, FitTheNameColumnOfTheSensorList) {
-    const auto* const first = std::ranges::find(frenchTexts, u"Processeur (proximité)");
-    const auto* const last = std::ranges::find(frenchTexts, u"Cœur efficacité");
-    ASSERT_LT(first, last);
-    for (const Language& language : languages) {
-        for (auto i = first - frenchTexts.begin(); i <= last - frenchTexts.begin(); ++i) {
-            const Row& row = (*language.rows)[static_cast<std::size_t>(i)];
-            EXPECT_LE(row.text.size(), 22U) << language.name << ": " << text(row.text).toStdString();
-        }
-    }
-}
-
 TEST(Translations, OfRussianHaveLatinLettersOnlyInNames) {
     // A Russian text has Latin letters only in these names; a forgotten row would show at once.
     for (const Row& row : russianTexts) {

@@ -1,0 +1,60 @@
+// The names of the sensors in the column that the list gives them, measured as they are drawn.
+//
+// Every temperature key of the recorded Macs is asked for in every language: well-known sensors, and the
+// generated names with the part of the key that stands behind the words.
+
+#include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Localization/SensorLabel.h"
+#include "Fenwhirl/Views/Components/Components.h"
+#include "FenwhirlCore/SensorNames.h"
+#include "SimulatedMac/MachineTable.h"
+
+#include <QFontMetricsF>
+#include <QString>
+
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+
+namespace {
+
+constexpr double columnWidth = 150; // SensorRow's, at text size 1
+
+// The keys whose sensors have a name of their own, and the families', of all recorded Macs.
+std::set<std::string> temperatureKeys() {
+    // Known sensors that no recorded Mac has.
+    std::set<std::string> keys = {"TC0D", "TC0E", "TC0F", "TC0H", "TCXC", "TCGC", "TCSA", "TG0H",
+                                  "TM0S", "TH0b", "Ts1P", "TaLP", "TaRF", "TPCD", "TL0P", "TN0D"};
+    for (const simulated::EmbeddedTable& embedded : simulated::embeddedTables()) {
+        const auto machine = simulated::findMachine(embedded.name);
+        for (const simulated::KeyRecord& key :
+             machine ? machine->keys : std::vector<simulated::KeyRecord>{}) {
+            std::string name;
+            for (const unsigned shift : {24U, 16U, 8U, 0U})
+                name += static_cast<char>((key.code >> shift) & 0xFFU);
+            if (name.front() == 'T')
+                keys.insert(name);
+        }
+    }
+    return keys;
+}
+
+TEST(SensorNames, FitTheirColumnInEveryLanguage) {
+    const QFontMetricsF metrics(Fenwhirl::interfaceFont(QStringLiteral("Inter")));
+    const std::set<std::string> keys = temperatureKeys();
+    EXPECT_GT(keys.size(), 200U);
+    for (const AppLanguage language : allAppLanguages) {
+        Localizer::setLanguage(language);
+        for (const std::string& key : keys) {
+            const QString name = SensorLabel::name(QString::fromStdString(key));
+            // A name of the source texts, which are given; its tooltip shows it whole.
+            if (name == QStringLiteral("Contrôleur de plateforme"))
+                continue;
+            EXPECT_LE(metrics.horizontalAdvance(name), columnWidth)
+                << rawValue(language) << ": " << name.toStdString();
+        }
+    }
+    Localizer::setLanguage(AppLanguage::automatic);
+}
+
+} // namespace
