@@ -8,7 +8,9 @@
 #include "Fenwhirl/Localization/Tables/SerbianLatin.h"
 #include "Fenwhirl/Localization/Tables/Spanish.h"
 
+#include <QRegularExpression>
 #include <QString>
+#include <QStringList>
 
 #include <algorithm>
 #include <array>
@@ -38,6 +40,19 @@ constexpr std::array<Language, 7> languages = {{{"English", &englishTexts, en},
                                                 {"Portuguese", &portugueseTexts, pt},
                                                 {"Russian", &russianTexts, ru}}};
 
+// The first word that follows a placeholder and is no unit; empty where there is none.
+QString nounBehindANumber(const QString& shown) {
+    static const QRegularExpression word(QStringLiteral("%@\\s*(\\p{L}[\\p{L}/]*)"),
+                                         QRegularExpression::UseUnicodePropertiesOption);
+    static const QStringList units = {QStringLiteral("rpm"), QStringLiteral("U/min"), QStringLiteral("o/min"),
+                                      QStringLiteral("giri/min"), QStringLiteral("об/мин")};
+    for (const QRegularExpressionMatch& match : word.globalMatch(shown)) {
+        if (!units.contains(match.captured(1)))
+            return match.captured(1);
+    }
+    return {};
+}
+
 } // namespace
 
 TEST(Translations, FindEveryRowOfEveryLanguage) {
@@ -55,6 +70,23 @@ TEST(Translations, AreBuiltOnce) {
     for (const Language& language : languages) {
         EXPECT_EQ(&language.table(), &language.table());
     }
+}
+
+// Behind a number stands nothing that would have to change with it: "1 sensors", "1 датчиков".
+TEST(Translations, PutNoNounBehindANumber) {
+    for (const Language& language : languages) {
+        for (const Row& row : *language.rows) {
+            // What is put in is a name or a percentage.
+            if (row.french == u"%@ utilise %@ du processeur." || row.french == u"Fermer %@ ?")
+                continue;
+            EXPECT_EQ(nounBehindANumber(text(row.text)), QString())
+                << language.name << ": " << text(row.text).toStdString();
+        }
+    }
+    EXPECT_EQ(nounBehindANumber(QStringLiteral("%@ sensors")), QStringLiteral("sensors"));
+    EXPECT_EQ(nounBehindANumber(QStringLiteral("Your Mac is heating up: %@ degrees.")),
+              QStringLiteral("degrees"));
+    EXPECT_EQ(nounBehindANumber(QStringLiteral("Sensors: %@")), QString());
 }
 
 TEST(Translations, OfRussianHaveLatinLettersOnlyInNames) {
