@@ -31,7 +31,7 @@ SUBSYSTEMS = {
         ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization", "Fenwhirl/HelperClient"], ["Core"]),
     "Fenwhirl/Processes": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization"], ["Core"]),
     "Fenwhirl/Updates": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization"], ["Core", "Network"]),
-    "Fenwhirl/Views/Components": ([], ["Core", "Gui", "Qml", "Quick"]),
+    "Fenwhirl/Views/Components": (["Fenwhirl/Localization"], ["Core", "Gui", "Qml", "Quick"]),
     "Fenwhirl/Views": (
         ["FenwhirlCore", "Fenwhirl/Localization", "Fenwhirl/Monitoring", "Fenwhirl/Processes",
          "Fenwhirl/Views/Components"],

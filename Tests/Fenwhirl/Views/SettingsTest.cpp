@@ -49,7 +49,7 @@ TEST(AlertsPage, TheThresholdsUnitStaysWhereItIsWhateverTheDigits) {
     const auto unit = [&stage] {
         static_cast<void>(stage.window().grabWindow());
         for (const ShownText& shown : shownTexts(stage.window())) {
-            if (shown.text == QStringLiteral(" °C"))
+            if (shown.text == QStringLiteral("\u00a0°C"))
                 return shown.place.left();
         }
         ADD_FAILURE() << "there is no unit";

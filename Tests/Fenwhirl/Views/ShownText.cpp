@@ -1,6 +1,6 @@
 #include "ShownText.h"
 
-#include "Fenwhirl/Views/Components/LineBreaks.h"
+#include "Fenwhirl/Localization/DrawnText.h"
 
 #include <QQuickItem>
 
@@ -116,8 +116,10 @@ QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBe
         const ShownText& shown = texts[i];
         if (shown.cut && !mayBeCut.contains(shown.text))
             faults.append(QStringLiteral("cut: \"%1\"").arg(shown.text));
-        if (shown.wraps && Fenwhirl::keptTogether(shown.text) != shown.text)
+        if (shown.wraps && keptTogether(shown.text) != shown.text)
             faults.append(QStringLiteral("may begin a line with a unit: \"%1\"").arg(shown.text));
+        if (withApostrophes(shown.text) != shown.text)
+            faults.append(QStringLiteral("has a typewriter's apostrophe: \"%1\"").arg(shown.text));
         const QRectF room = shown.room.adjusted(-overhang, -overhang, overhang, overhang);
         if (!shown.cut && !room.contains(shown.place)) {
             faults.append(QStringLiteral("stands over its edge: \"%1\" %2 in %3")

@@ -55,7 +55,7 @@ std::optional<Letters> lettersOf(const QQuickItem& item, const QString& wanted) 
     QString text = item.property("content").toString();
     if (text.isEmpty())
         text = item.property("text").toString();
-    text.replace(QChar(0xA0), u' ').replace(QChar(0x202F), u' ');
+    text.replace(QChar(0xA0), u' ').replace(QChar(0x202F), u' ').replace(u'’', u'\'');
     const QVariant color = item.property("color");
     if (size.isValid() && color.isValid() && fits(text, wanted)) {
         const QVariant weight = item.property("weight");

@@ -22,6 +22,7 @@ Pressable {
     property int labelWeight: Font.Normal
     // A dark label on a pale fill must not fade with it.
     property real disabledLabelOpacity: 0.4
+    readonly property string drawnText: DrawnText.of(text)
 
     Accessible.role: Accessible.Button
     disabledOpacity: 1
@@ -35,7 +36,7 @@ Pressable {
         id: measure
         font.pixelSize: Math.round(root.labelSize * Theme.textScale)
         font.weight: root.labelWeight
-        text: root.text
+        text: root.drawnText
     }
 
     background: Surface {
@@ -55,7 +56,7 @@ Pressable {
         opacity: root.enabled ? 1 : root.disabledLabelOpacity
         horizontalAlignment: Text.AlignHCenter
         size: root.labelSize
-        text: root.text
+        text: root.drawnText
         verticalAlignment: Text.AlignVCenter
         wrapMode: root.width < root.implicitWidth - 1 ? Text.Wrap : Text.NoWrap
     }

@@ -9,6 +9,6 @@ Label {
     required property string content
 
     Accessible.name: content
-    text: LineBreaks.keptTogether(content)
+    text: DrawnText.of(content)
     wrapMode: Text.Wrap
 }

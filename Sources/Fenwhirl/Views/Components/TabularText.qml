@@ -15,7 +15,7 @@ Item {
     property int weight: Font.Normal
     property real letterSpacing: 0
     readonly property real line: Math.round(Theme.lineHeight(size) * Theme.textScale)
-    readonly property var runs: TabularRuns.of(text)
+    readonly property var runs: TabularRuns.of(DrawnText.of(text))
 
     Accessible.name: text
     Accessible.role: Accessible.StaticText

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Fenwhirl/Localization/DrawnText.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+// A text as it is drawn, with no-break spaces and typographic apostrophes: QML singleton `DrawnText`.
+//
+// Give the result to what draws, and the text itself to Accessible.name.
+
+namespace Fenwhirl {
+
+class DrawnText : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
+
+public:
+    using QObject::QObject;
+
+    Q_INVOKABLE [[nodiscard]] QString of(const QString& text) const { return drawnText(text); }
+};
+
+} // namespace Fenwhirl
