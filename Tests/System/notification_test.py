@@ -39,7 +39,8 @@ class HeatAlerts(unittest.TestCase):
             scene.mac.tell("set TCXC 90.9")
             stage.wait_until(self.shown, "a notification")
             scene.mac.tell("await requests 400 within 30")
-            self.assertEqual(self.shown(), [("Fenwhirl", "Fenwhirl", "Ton Mac chauffe : 90 degrés.")])
+            # No line begins with what belongs to the word or the number before it.
+            self.assertEqual(self.shown(), [("Fenwhirl", "Fenwhirl", "Ton Mac chauffe\u00a0: 90\u00a0degrés.")])
 
 
 if __name__ == "__main__":

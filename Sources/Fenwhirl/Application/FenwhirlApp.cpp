@@ -13,7 +13,6 @@
 #include "Fenwhirl/Platform/Desktop/SingleInstance.h"
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 #include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
-#include "Fenwhirl/Platform/Notifier.h"
 #include "Fenwhirl/Platform/SessionPresence.h"
 #include "Fenwhirl/Platform/SystemName.h"
 #include "Fenwhirl/Processes/ProcessMonitor.h"
@@ -35,7 +34,7 @@ QString languageCode() {
 ViewServices viewServices() {
     return {
         .computerName = computerName(),
-        .notify = Notifier::send,
+        .notify = showNotification,
         .saveReport =
             [](const QString& text) {
                 saveReport(

@@ -3,6 +3,7 @@
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
 #include "Fenwhirl/HelperClient/KeptHelper.h"
+#include "Fenwhirl/Localization/DrawnText.h"
 #include "Fenwhirl/Platform/Activity.h"
 #include "Fenwhirl/Platform/Clock.h"
 #include "Fenwhirl/Platform/FileStatus.h"
@@ -53,7 +54,7 @@ MonitorServices RealServices::monitorServices() {
                    .fileStamp = helperFileStamp},
         .now = continuousTime,
         .preferences = preferences_.get(),
-        .notify = Notifier::send,
+        .notify = showNotification,
         .loginItem = {.isEnabled = LoginItem::isEnabled, .setEnabled = LoginItem::setEnabled},
         .announceHandBack = [this](const HandBack& handBack) { emergency_->update(handBack); },
         .pollFinished = [this] { emergency_->keepAlive(); },
@@ -65,4 +66,8 @@ MonitorServices RealServices::monitorServices() {
                                 : nullptr;
             },
     };
+}
+
+void showNotification(const QString& title, const QString& message) {
+    Notifier::send(drawnText(title), drawnText(message));
 }

@@ -11,6 +11,8 @@
 #include "Fenwhirl/Monitoring/MonitorServices.h"
 #include "Fenwhirl/Platform/PreferencesStore.h"
 
+#include <QString>
+
 #include <memory>
 
 class Activity;
@@ -33,3 +35,7 @@ private:
     std::unique_ptr<EmergencyHandBack> emergency_;
     std::unique_ptr<Activity> activity_; // while the program must act in time
 };
+
+// Shows a notification as texts are drawn: the desktop breaks its lines, and no number is parted from its
+// unit.
+void showNotification(const QString& title, const QString& message);
