@@ -1,8 +1,8 @@
 // Answers Qt's translation calls (QML's qsTr) from the lookup.
 //
 // The source text is the French text; context and comment play no part, since the same French words mean the
-// same wherever they stand. A text without a row stays as it is, which includes the texts of Qt's own
-// controls.
+// same wherever they stand. Two contexts are asked in English and answered with the words of the system
+// (SystemWords): "MAC_APPLICATION_MENU", Qt's own, and "SystemWords". A text without a row stays as it is.
 //
 // Install one with QCoreApplication::installTranslator before the first view is made and keep it alive as
 // long as the application. After a change of language QQmlEngine::retranslate() asks for every text again.

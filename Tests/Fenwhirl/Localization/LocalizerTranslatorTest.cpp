@@ -44,6 +44,17 @@ TEST_F(Translator, FollowsTheLanguageAtOnce) {
     EXPECT_EQ(translated("Quitter"), QStringLiteral("Quitter"));
 }
 
+TEST_F(Translator, AnswersTheMenuOfMacOSWithTheWordsOfTheSystem) {
+    Localizer::setLanguage(AppLanguage::de);
+    EXPECT_EQ(translated("Hide %1", "MAC_APPLICATION_MENU"), QStringLiteral("%1 ausblenden"));
+    EXPECT_EQ(translated("Close", "SystemWords"), QStringLiteral("Schließen"));
+    EXPECT_EQ(translated("Close", "QShortcut"), QStringLiteral("Close")) << "another's word";
+    EXPECT_EQ(translated("Capteurs", "SystemWords"), QStringLiteral("Capteurs"));
+    Localizer::setLanguage(AppLanguage::fr);
+    EXPECT_EQ(translated("Services", "MAC_APPLICATION_MENU"), QStringLiteral("Services"));
+    EXPECT_EQ(translated("Show All", "MAC_APPLICATION_MENU"), QStringLiteral("Tout afficher"));
+}
+
 TEST_F(Translator, LeavesTextsWithoutARowAlone) {
     Localizer::setLanguage(AppLanguage::ru);
     EXPECT_EQ(translated("Une phrase inconnue"), QStringLiteral("Une phrase inconnue"));

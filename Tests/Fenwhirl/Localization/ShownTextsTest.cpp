@@ -1,6 +1,7 @@
 // Holds the texts of all sources, gathered by the build, against the translation tables.
 
 #include "Fenwhirl/Localization/FrenchTexts.h"
+#include "Fenwhirl/Localization/SystemWords.h"
 
 #include <QString>
 
@@ -41,10 +42,11 @@ bool hasRow(const QString& text) {
 
 // Files whose texts are not for the tables, and why.
 bool speaksForItself(std::string_view place) {
-    static constexpr std::array<std::string_view, 13> files = {
+    static constexpr std::array<std::string_view, 14> files = {
         // The tables themselves, the letters of the transliteration, the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
-        "Fenwhirl/Localization/Cyrillic.cpp", "Fenwhirl/Localization/AppLanguage.cpp",
+        "Fenwhirl/Localization/SystemWords.cpp", "Fenwhirl/Localization/Cyrillic.cpp",
+        "Fenwhirl/Localization/AppLanguage.cpp",
         // The report is read by whoever helps: always French.
         "FenwhirlCore/SMCReport", "FenwhirlCore/SMCFanWriteTest", "Fenwhirl/Monitoring/DiagnosticReport",
         // The system's own processes keep their French labels in every language.
@@ -85,6 +87,16 @@ TEST(ShownTexts, ThatAreAskedForHaveARow) {
     for (const Shown& shown : gathered()) {
         if (shown.kind == "asked") {
             EXPECT_TRUE(hasRow(shown.text)) << shown.place << ": \"" << shown.text.toStdString() << '"';
+        }
+    }
+}
+
+TEST(ShownTexts, ThatAreWordsOfTheSystemAreKnown) {
+    const QStringList known = SystemWords::all();
+    for (const Shown& shown : gathered()) {
+        if (shown.kind == "system") {
+            EXPECT_TRUE(known.contains(shown.text))
+                << shown.place << ": \"" << shown.text.toStdString() << '"';
         }
     }
 }

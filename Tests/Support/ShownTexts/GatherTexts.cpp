@@ -43,6 +43,8 @@ const char* nameOf(ShownTexts::Gathered::Kind kind) {
         return "asked";
     case Kind::dynamic:
         return "dynamic";
+    case Kind::system:
+        return "system";
     case Kind::loose:
         return "loose";
     case Kind::other:

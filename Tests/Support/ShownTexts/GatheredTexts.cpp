@@ -79,6 +79,8 @@ public:
                 notePropertyAt();
                 if (asksForTranslation()) {
                     readArgument();
+                } else if (grammar_ == Grammar::qml && token.text == "qsTranslate") {
+                    readSystemWords();
                 }
             } else if (token.kind == Token::Kind::literal) {
                 found_.push_back(
@@ -126,6 +128,22 @@ private:
         if (!any && grammar_ == Grammar::qml) {
             found_.push_back({Gathered::Kind::dynamic, std::string(), line});
         }
+    }
+
+    // qsTranslate("context", "text")
+    void readSystemWords() {
+        const bool literals =
+            isText(at_ + 1, "(") && isLiteral(at_ + 2) && isText(at_ + 3, ",") && isLiteral(at_ + 4);
+        if (!literals) {
+            found_.push_back({Gathered::Kind::dynamic, std::string(), tokens_[at_].line});
+            return;
+        }
+        found_.push_back({Gathered::Kind::system, tokens_[at_ + 4].text, tokens_[at_].line});
+        at_ += 4;
+    }
+
+    [[nodiscard]] bool isLiteral(std::size_t index) const {
+        return index < tokens_.size() && tokens_[index].kind == Token::Kind::literal;
     }
 
     // "title:" or "Accessible.name:" at the beginning of a line, or after "{" or ";", begins a binding.

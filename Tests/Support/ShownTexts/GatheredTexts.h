@@ -14,6 +14,7 @@ struct Gathered {
     enum class Kind {
         asked,   // given to localized, lookup or qsTr: must be a key of the translation tables
         dynamic, // qsTr of something that holds no literal: nobody can tell whether it has a translation
+        system,  // the text of qsTranslate: must be among the words of the system
         loose,   // looks like a text for the user, but nobody asks for its translation
         other,   // any other literal
     };

@@ -65,7 +65,17 @@ TEST(GatheredTexts, FindWhatQmlAsksFor) {
               (Texts{"Activation…", "Activer"}));
 }
 
+TEST(GatheredTexts, FindTheWordsOfTheSystemThatQmlAsksFor) {
+    const char* const source = "Button {\n text: qsTranslate(\"SystemWords\", \"Close\")\n}";
+    EXPECT_EQ(texts(source, Grammar::qml, Gathered::Kind::system), (Texts{"Close"}));
+    EXPECT_EQ(texts(source, Grammar::qml, Gathered::Kind::loose), Texts{});
+}
+
 TEST(GatheredTexts, ReportQmlThatAsksForWhatNobodyCanKnow) {
+    EXPECT_EQ(
+        texts("Text { text: qsTranslate(\"SystemWords\", word) }", Grammar::qml, Gathered::Kind::dynamic)
+            .size(),
+        1U);
     EXPECT_EQ(texts("Text { text: qsTr(modelData) }", Grammar::qml, Gathered::Kind::dynamic).size(), 1U);
     EXPECT_EQ(texts("Text { text: qsTr(a ? \"b\" : c) }", Grammar::qml, Gathered::Kind::dynamic).size(), 0U);
 }

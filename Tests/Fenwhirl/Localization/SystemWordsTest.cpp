@@ -1,0 +1,96 @@
+#include "Fenwhirl/Localization/SystemWords.h"
+
+#include "Fenwhirl/Localization/Localizer.h"
+
+#include <QSet>
+
+#include <array>
+#include <gtest/gtest.h>
+
+namespace {
+
+class SystemWordsInALanguage : public testing::TestWithParam<AppLanguage> {
+protected:
+    void SetUp() override { Localizer::setLanguage(GetParam()); }
+
+    void TearDown() override { Localizer::setLanguage(AppLanguage::automatic); }
+};
+
+class WordsOfTheSystem : public testing::Test {
+protected:
+    void TearDown() override { Localizer::setLanguage(AppLanguage::automatic); }
+
+    static QString in(AppLanguage language, QStringView english) {
+        Localizer::setLanguage(language);
+        return SystemWords::text(english);
+    }
+};
+
+} // namespace
+
+TEST_P(SystemWordsInALanguage, AnswerWhatQtAndTheMenuBarAskFor) {
+    for (const char16_t* const asked :
+         {u"About %1", u"Preferences…", u"Services", u"Hide %1", u"Hide Others", u"Show All", u"Quit %1",
+          u"Settings…", u"Edit", u"Cut", u"Copy", u"Paste", u"Select All", u"View", u"Window", u"Minimize",
+          u"Zoom", u"Close"}) {
+        const QString english = QStringView(asked).toString();
+        const auto words = SystemWords::lookup(english);
+        ASSERT_TRUE(words.has_value()) << english.toStdString();
+        EXPECT_FALSE(words->isEmpty());
+        EXPECT_EQ(words->count(QStringLiteral("%1")), english.count(QStringLiteral("%1")))
+            << words->toStdString();
+        EXPECT_EQ(words->count(u'%'), english.count(u'%'));
+        EXPECT_EQ(words->trimmed(), *words);
+        EXPECT_EQ(words->endsWith(u'…'), english.endsWith(u'…'));
+        EXPECT_TRUE(SystemWords::all().contains(english));
+    }
+}
+
+// Two items with the same name, side by side in one menu, would be one too many.
+TEST_P(SystemWordsInALanguage, HaveDifferentNamesForDifferentThings) {
+    QSet<QString> seen;
+    QStringList asked = SystemWords::all();
+    EXPECT_EQ(asked.removeAll(QStringLiteral("Preferences…")), 1) << "that is Settings…";
+    for (const QString& english : asked)
+        seen.insert(SystemWords::text(english));
+    EXPECT_EQ(seen.size(), asked.size());
+}
+
+TEST_P(SystemWordsInALanguage, AreTheWordsOfThatLanguage) {
+    int english = 0;
+    for (const QString& asked : SystemWords::all())
+        english += *SystemWords::lookup(asked) == asked ? 1 : 0;
+    const QStringList all = SystemWords::all();
+    if (GetParam() == AppLanguage::en) {
+        EXPECT_EQ(english, all.size() - 1) << "all but \"Preferences…\"";
+    } else {
+        EXPECT_LE(english, 1) << "\"Services\" and \"Zoom\" are at home in several languages";
+    }
+    for (const QString& asked : all) {
+        const QString words = SystemWords::text(asked, QString());
+        const bool cyrillic = GetParam() == AppLanguage::ru || GetParam() == AppLanguage::srCyrl;
+        for (const QChar c : words)
+            EXPECT_TRUE(!c.isLetter() || (c.script() == QChar::Script_Cyrillic) == cyrillic)
+                << words.toStdString();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(OfTheSystem, SystemWordsInALanguage,
+                         testing::Values(AppLanguage::fr, AppLanguage::en, AppLanguage::srLatn,
+                                         AppLanguage::srCyrl, AppLanguage::de, AppLanguage::es,
+                                         AppLanguage::it, AppLanguage::pt, AppLanguage::ru));
+
+TEST_F(WordsOfTheSystem, NameTheProgram) {
+    EXPECT_EQ(in(AppLanguage::de, u"Quit %1"), QStringLiteral("Fenwhirl beenden"));
+    EXPECT_EQ(in(AppLanguage::ru, u"Hide %1"), QStringLiteral("Скрыть Fenwhirl"));
+    EXPECT_EQ(in(AppLanguage::srCyrl, u"About %1"), QStringLiteral("О апликацији Fenwhirl"));
+    EXPECT_EQ(SystemWords::text(u"Quit %1", QStringLiteral("%1")), QStringLiteral("Затвори %1"));
+}
+
+TEST_F(WordsOfTheSystem, LeaveEverythingElseAlone) {
+    for (const AppLanguage language : allAppLanguages) {
+        EXPECT_EQ(in(language, u"Bring All to Front"), QStringLiteral("Bring All to Front"));
+        EXPECT_EQ(SystemWords::lookup(u""), std::nullopt);
+        EXPECT_EQ(SystemWords::lookup(u"close"), std::nullopt) << "letter case counts";
+    }
+}
