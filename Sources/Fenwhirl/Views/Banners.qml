@@ -34,7 +34,7 @@ Item {
 
                     ErrorBanner {
                         closable: true
-                        closeText: "OK" // i18n-ignore: understood in every language; the word for closing has no row of its own
+                        closeText: qsTranslate("SystemWords", "Close")
                         message: root.control.error
                         width: errorPlace.width
 

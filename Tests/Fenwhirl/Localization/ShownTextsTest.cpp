@@ -64,9 +64,6 @@ bool staysAsItIs(const QString& text) {
     static const std::set<QString> texts = {
         QStringLiteral("Fenwhirl"),
         QStringLiteral("Fenwhirl 0.1"),
-        // What closes a message is called so everywhere, and the tables have no other word for it than for
-        // quitting.
-        QStringLiteral("OK"),
         QStringLiteral("Fenwhirl-diagnostic.txt"),
         QStringLiteral(" °C"),
         // The reason of an activity, seen by the system's tools only.

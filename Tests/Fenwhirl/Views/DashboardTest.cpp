@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace {
 
@@ -158,7 +159,7 @@ TEST(Dashboard, EveryBannerReachesToThePagesEdge) {
     missing.monitor().setLaunchAtLogin(true); // an error to be told
     missing.poll();
     missing.show();
-    EXPECT_EQ(endOf(missing, QStringLiteral("OK")), 1040 - 18 - 12);
+    EXPECT_EQ(endOf(missing, QStringLiteral("Fermer")), 1040 - 18 - 12);
     EXPECT_EQ(endOf(missing, QStringLiteral("Activer")), 1040 - 18 - 20);
     Stage outdated;
     outdated.world.helper.setVersion("2");
@@ -177,12 +178,14 @@ TEST(Dashboard, AnErrorStaysUntilItIsClosed) {
     EXPECT_TRUE(stage.shows(error));
     stage.poll();
     EXPECT_TRUE(stage.shows(error));
-    // In no language is its button called what ends an application.
-    for (const AppLanguage language : {AppLanguage::en, AppLanguage::de, AppLanguage::fr}) {
+    // Its button is called what closes a window, not what ends an application.
+    for (const auto& [language, word] :
+         {std::pair(AppLanguage::en, u"Close"), std::pair(AppLanguage::de, u"Schließen"),
+          std::pair(AppLanguage::srCyrl, u"Затвори"), std::pair(AppLanguage::fr, u"Fermer")}) {
         stage.monitor().setLanguage(language);
-        EXPECT_TRUE(stage.find(QStringLiteral("OK"), QAccessible::Button)) << rawValue(language);
+        EXPECT_TRUE(stage.find(QString::fromUtf16(word), QAccessible::Button)) << rawValue(language);
     }
-    stage.click(QStringLiteral("OK"));
+    stage.click(QStringLiteral("Fermer"));
     EXPECT_FALSE(stage.shows(error));
     EXPECT_EQ(stage.monitor().controlError(), QString());
 }
