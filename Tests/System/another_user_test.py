@@ -24,7 +24,7 @@ class AnotherUser(unittest.TestCase):
                 if text:
                     desktop.screen.wait_for(text)
             desktop.screen.press("Préréglages", "page tab")
-            desktop.screen.press("Appliquer Max", "push button")
+            desktop.screen.press("Appliquer: Max", "push button")
             desktop.screen.wait_for("Actif")
             self.assertTrue(application.running())
             self.assertEqual(application.stop(), 0)
@@ -36,7 +36,7 @@ class AnotherUser(unittest.TestCase):
             desktop.wait_for_main_window()
             desktop.screen.wait_for("Mac en bonne santé")
             desktop.screen.press("Préréglages", "page tab")
-            desktop.screen.press("Appliquer Max", "push button")
+            desktop.screen.press("Appliquer: Max", "push button")
             desktop.screen.press("Ventilateurs", "page tab")
             desktop.screen.wait_for("Activer le contrôle des ventilateurs")
             # Nobody is there to ask for a password: that fails, is told, and changes nothing.

@@ -70,7 +70,7 @@ class ASlowController(unittest.TestCase):
         with Scene() as scene:
             self.slow_down(scene)
             scene.open_page("Préréglages")
-            scene.screen.press("Appliquer Auto")
+            scene.screen.press("Appliquer: Auto")
             # The poll that is under way, and the one that takes it.
             scene.wait_for_modes("automatic", "handed back", self.LIMIT_SECONDS + 10)
 

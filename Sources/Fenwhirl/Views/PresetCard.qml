@@ -46,7 +46,7 @@ Card {
 
             NeutralButton {
                 id: button
-                Accessible.name: text + " " + root.title
+                Accessible.name: text + ": " + root.title
                 text: qsTr("Appliquer")
                 visible: !root.active
                 width: parent.width
