@@ -12,12 +12,21 @@ constexpr std::array<TextKey, 8> generatedWords = {u"Cœur CPU",  u"Cœur perfor
                                                    u"Graphisme", u"Mémoire",          u"Surface",
                                                    u"Batterie",  u"Capteur"};
 
+// "Processeur (E)": the letter of the sensor's key, in brackets at the end of its name.
+qsizetype keysPart(QStringView name) {
+    constexpr qsizetype length = 3;
+    const bool letter = name.size() > length && name.endsWith(u')') && name[name.size() - length] == u'(';
+    return letter ? length : 0;
+}
+
 } // namespace
 
 QString SensorLabel::name(const QString& key) {
     QString french = QString::fromStdString(SensorNames::friendly(key.toStdString()));
     if (const auto translated = Localizer::lookup(french)) {
-        return *translated;
+        // What is of the key is no word, and no letter of another script.
+        const qsizetype part = keysPart(french);
+        return translated->chopped(part) + french.last(part);
     }
     for (const TextKey word : generatedWords) {
         const QString beginning = QStringView(word.french()).toString() + u' ';

@@ -44,6 +44,13 @@ TEST_F(SensorLabels, TranslateTheWordsOfGeneratedNamesAndKeepTheKeysPart) {
         << "the key is not transliterated";
 }
 
+TEST_F(SensorLabels, KeepALetterOfTheKeyInEveryScript) {
+    EXPECT_EQ(in(AppLanguage::srCyrl, "TC0E"), QStringLiteral("Процесор (E)"));
+    EXPECT_EQ(in(AppLanguage::srCyrl, "TC0F"), QStringLiteral("Процесор (F)"));
+    EXPECT_EQ(in(AppLanguage::ru, "TC0F"), QStringLiteral("Процессор (F)"));
+    EXPECT_EQ(in(AppLanguage::srCyrl, "TC0D"), QStringLiteral("Процесор (диода)")) << "a word";
+}
+
 TEST_F(SensorLabels, KeepTheBlankOfAnEmptyRest) {
     EXPECT_EQ(in(AppLanguage::en, "Tb"), QStringLiteral("Battery "));
     EXPECT_EQ(in(AppLanguage::en, ""), QStringLiteral("Sensor "));

@@ -89,6 +89,18 @@ TEST(Translations, PutNoNounBehindANumber) {
     EXPECT_EQ(nounBehindANumber(QStringLiteral("Sensors: %@")), QString());
 }
 
+// SensorLabel puts the key's letter there as it stands in the French name.
+TEST(Translations, EndWithTheKeysLetterWhereTheFrenchNameDoes) {
+    for (const Language& language : languages) {
+        for (const Row& row : *language.rows) {
+            if (row.french.ends_with(u"(E)") || row.french.ends_with(u"(F)")) {
+                EXPECT_EQ(row.text.substr(row.text.size() - 3), row.french.substr(row.french.size() - 3))
+                    << language.name;
+            }
+        }
+    }
+}
+
 TEST(Translations, OfRussianHaveLatinLettersOnlyInNames) {
     // A Russian text has Latin letters only in these names; a forgotten row would show at once.
     for (const Row& row : russianTexts) {
