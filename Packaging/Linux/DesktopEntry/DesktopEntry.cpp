@@ -1,0 +1,58 @@
+#include "DesktopEntry.h"
+
+#include "Fenwhirl/Localization/Localizer.h"
+
+#include <QStringList>
+
+#include <array>
+#include <utility>
+
+namespace {
+
+// As desktops name them. "Serbian" alone is written in Cyrillic letters.
+constexpr std::array<std::pair<AppLanguage, QStringView>, 9> locales = {{{AppLanguage::en, u"en"},
+                                                                         {AppLanguage::fr, u"fr"},
+                                                                         {AppLanguage::srCyrl, u"sr"},
+                                                                         {AppLanguage::srLatn, u"sr@latin"},
+                                                                         {AppLanguage::de, u"de"},
+                                                                         {AppLanguage::es, u"es"},
+                                                                         {AppLanguage::it, u"it"},
+                                                                         {AppLanguage::pt, u"pt"},
+                                                                         {AppLanguage::ru, u"ru"}}};
+
+QString escaped(QString text) {
+    return text.replace(u'\\', QStringLiteral("\\\\"));
+}
+
+QString keywords() {
+    QStringList words;
+    for (const TextKey key :
+         {TextKey(u"Ventilateurs"), TextKey(u"Ventilateur"), TextKey(u"Température du processeur"),
+          TextKey(u"Capteurs"), TextKey(u"Surchauffe")})
+        words.append(escaped(localized(key)).replace(u';', QStringLiteral("\\;")) + u';');
+    words.removeDuplicates(); // "Lüfter" are one or many
+    return words.join(QString());
+}
+
+QString lines(const QString& suffix) {
+    return QStringLiteral("GenericName%1=%2\nKeywords%1=%3\n")
+        .arg(suffix, escaped(localized(u"Contrôle des ventilateurs")), keywords());
+}
+
+} // namespace
+
+QString desktopEntryTexts() {
+    const AppLanguage before = Localizer::language();
+    Localizer::setLanguage(AppLanguage::en);
+    QString texts = lines(QString());
+    for (const auto& [language, locale] : locales) {
+        Localizer::setLanguage(language);
+        texts += lines(QStringLiteral("[%1]").arg(locale));
+    }
+    Localizer::setLanguage(before);
+    return texts;
+}
+
+QString desktopEntry(QString entryTemplate) {
+    return entryTemplate.replace(QStringLiteral("@TEXTS@\n"), desktopEntryTexts());
+}

@@ -1,0 +1,15 @@
+// The texts of the desktop entry, from the translation tables: what the desktop's menu says of the program
+// and finds it by is what the program says of itself.
+//
+// Threads: one; the interface language is changed meanwhile and reset.
+
+#pragma once
+
+#include <QString>
+
+// The lines "GenericName" and "Keywords": without a language in English, to which the program falls back,
+// too, then one for every language.
+[[nodiscard]] QString desktopEntryTexts();
+
+// The template with those lines in place of "@TEXTS@".
+[[nodiscard]] QString desktopEntry(QString entryTemplate);
