@@ -28,7 +28,8 @@ std::vector<Shown> gathered() {
     for (std::string line; std::getline(list, line);) {
         const auto first = line.find('\t');
         const auto second = line.find('\t', first + 1);
-        QString text = QString::fromStdString(line.substr(second + 1));
+        const auto third = line.find('\t', second + 1);
+        QString text = QString::fromStdString(line.substr(third + 1));
         text.replace(QStringLiteral("\\n"), QStringLiteral("\n"))
             .replace(QStringLiteral("\\t"), QStringLiteral("\t"));
         texts.push_back({line.substr(0, first), line.substr(first + 1, second - first - 1), text});

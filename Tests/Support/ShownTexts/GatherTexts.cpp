@@ -1,6 +1,6 @@
 // gather-texts OUTPUT ROOT: writes every text of the C++ and QML sources under ROOT to OUTPUT, one a line:
-// kind, file and line, text, with a tabulator between them. Line breaks and tabulators of the text are
-// escaped.
+// kind, file and line, control, text, with a tabulator between them. Line breaks and tabulators of the text
+// are escaped.
 
 #include "Support/ShownTexts/GatheredTexts.h"
 
@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
         const std::string source((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
         for (const auto& text : ShownTexts::gather(source, grammars.at(file.extension().string()))) {
             output << nameOf(text.kind) << '\t' << file.lexically_relative(root).generic_string() << ':'
-                   << text.line << '\t' << escaped(text.text) << '\n';
+                   << text.line << '\t' << text.control << '\t' << escaped(text.text) << '\n';
         }
     }
     output.close();

@@ -75,6 +75,7 @@ public:
     std::vector<Gathered> run() {
         for (at_ = 0; at_ < tokens_.size(); ++at_) {
             const Token& token = tokens_[at_];
+            noteElementAt();
             if (token.kind == Token::Kind::name) {
                 notePropertyAt();
                 if (asksForTranslation()) {
@@ -83,8 +84,8 @@ public:
                     readSystemWords();
                 }
             } else if (token.kind == Token::Kind::literal) {
-                found_.push_back(
-                    {isLoose(token) ? Gathered::Kind::loose : Gathered::Kind::other, token.text, token.line});
+                found_.push_back({isLoose(token) ? Gathered::Kind::loose : Gathered::Kind::other, token.text,
+                                  token.line, control()});
             }
         }
         return std::move(found_);
@@ -108,12 +109,13 @@ private:
     // Every literal of the first argument: "on ? a : b" asks for both.
     void readArgument() {
         const int line = tokens_[at_].line;
+        const std::string boundTo = control();
         bool any = false;
         int depth = 0;
         for (++at_; at_ < tokens_.size(); ++at_) {
             const Token& token = tokens_[at_];
             if (token.kind == Token::Kind::literal) {
-                found_.push_back({Gathered::Kind::asked, token.text, token.line});
+                found_.push_back({Gathered::Kind::asked, token.text, token.line, boundTo});
                 any = true;
             } else if (token.text == "(" || token.text == "{" || token.text == "[") {
                 ++depth;
@@ -126,7 +128,7 @@ private:
             }
         }
         if (!any && grammar_ == Grammar::qml) {
-            found_.push_back({Gathered::Kind::dynamic, std::string(), line});
+            found_.push_back({Gathered::Kind::dynamic, std::string(), line, boundTo});
         }
     }
 
@@ -135,15 +137,36 @@ private:
         const bool literals =
             isText(at_ + 1, "(") && isLiteral(at_ + 2) && isText(at_ + 3, ",") && isLiteral(at_ + 4);
         if (!literals) {
-            found_.push_back({Gathered::Kind::dynamic, std::string(), tokens_[at_].line});
+            found_.push_back({Gathered::Kind::dynamic, std::string(), tokens_[at_].line, control()});
             return;
         }
-        found_.push_back({Gathered::Kind::system, tokens_[at_ + 4].text, tokens_[at_].line});
+        found_.push_back({Gathered::Kind::system, tokens_[at_ + 4].text, tokens_[at_].line, control()});
         at_ += 4;
     }
 
     [[nodiscard]] bool isLiteral(std::size_t index) const {
         return index < tokens_.size() && tokens_[index].kind == Token::Kind::literal;
+    }
+
+    // "Paragraph {" begins an element; other braces are JavaScript's and belong to the element around them.
+    void noteElementAt() {
+        if (grammar_ != Grammar::qml)
+            return;
+        if (isText(at_, "{")) {
+            const bool element = at_ > 0 && tokens_[at_ - 1].kind == Token::Kind::name &&
+                                 std::isupper(static_cast<unsigned char>(tokens_[at_ - 1].text.front())) != 0;
+            elements_.push_back(element             ? tokens_[at_ - 1].text
+                                : elements_.empty() ? std::string()
+                                                    : elements_.back());
+        } else if (isText(at_, "}") && !elements_.empty()) {
+            elements_.pop_back();
+        }
+    }
+
+    [[nodiscard]] std::string control() const {
+        if (elements_.empty())
+            return {};
+        return property_.empty() ? elements_.back() : elements_.back() + '.' + property_;
     }
 
     // "title:" or "Accessible.name:" at the beginning of a line, or after "{" or ";", begins a binding.
@@ -183,7 +206,8 @@ private:
     std::vector<Token> tokens_;
     Grammar grammar_;
     std::size_t at_ = 0;
-    std::string property_; // the one whose binding is being read; QML only
+    std::vector<std::string> elements_; // that are open, the innermost last; QML only
+    std::string property_;              // the one whose binding is being read; QML only
     std::vector<Gathered> found_;
 };
 

@@ -21,6 +21,7 @@ struct Gathered {
     Kind kind;
     std::string text;
     int line;
+    std::string control; // QML: what the text is bound to, "PrimaryButton.text", as far as it can be told
 };
 
 // Loose are, in QML: letters bound to a property that shows text ("text", "title", "Accessible.name", …) and

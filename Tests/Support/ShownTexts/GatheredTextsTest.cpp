@@ -65,6 +65,19 @@ TEST(GatheredTexts, FindWhatQmlAsksFor) {
               (Texts{"Activation…", "Activer"}));
 }
 
+TEST(GatheredTexts, TellTheControlOfATextInQml) {
+    const auto found = ShownTexts::gather(
+        "Card {\n property int a: 1\n Row {\n Label {\n text: qsTr(\"un\")\n onA: { b(\"x\") }\n"
+        " title: qsTr(\"deux\")\n }\n }\n heading: qsTr(\"trois\")\n}",
+        Grammar::qml);
+    std::vector<std::string> controls;
+    for (const Gathered& text : found) {
+        if (text.kind == Gathered::Kind::asked)
+            controls.push_back(text.control);
+    }
+    EXPECT_EQ(controls, (std::vector<std::string>{"Label.text", "Label.title", "Card.heading"}));
+}
+
 TEST(GatheredTexts, FindTheWordsOfTheSystemThatQmlAsksFor) {
     const char* const source = "Button {\n text: qsTranslate(\"SystemWords\", \"Close\")\n}";
     EXPECT_EQ(texts(source, Grammar::qml, Gathered::Kind::system), (Texts{"Close"}));

@@ -1,0 +1,155 @@
+#!/usr/bin/python3
+"""The list of texts in Documentation/Languages.md: where each stands, how much room it has there, what is put into it.
+
+    list_texts.py TEXTS LANGUAGES.MD            ends with 1 when the list is not what the sources say
+    list_texts.py --write TEXTS LANGUAGES.MD    writes it
+
+TEXTS is what the build gathers from all sources (texts.tsv). What a source file is on the screen, and how wide its
+controls are, is told here; a file or an inserted value that is not told here is an error.
+"""
+
+import pathlib
+import sys
+
+BEGIN, END = "<!-- list_texts.py writes from here -->", "<!-- to here -->"
+TABLES = "Fenwhirl/Localization/FrenchTexts.h"
+
+# Where the texts of a QML file are seen.
+PLACES = {
+    "AlertsPage": "Alerts", "AppearanceCard": "Settings", "AppsPage": "Applications", "Banners": "above every page",
+    "ControlCard": "Settings", "DashboardPage": "Dashboard", "FanCard": "Fans", "FanCurveControls": "Fans",
+    "FansPage": "Fans", "FeaturedCard": "Dashboard", "LanguagePicker": "Settings, introduction", "MenuActions": "panel",
+    "MenuFanRow": "panel", "Onboarding": "introduction", "OnboardingAction": "introduction", "PresetCard": "Presets",
+    "PresetMenu": "Dashboard, Fans", "PresetsPage": "Presets", "ReportCard": "Settings", "SensorsPage": "Sensors",
+    "SettingsPage": "Settings", "StartCard": "Settings", "TemperatureCard": "Dashboard", "ThresholdsCard": "Settings",
+}
+
+# Texts of C++: where, in which control. The control's room is below, as that of QML's.
+MADE = {
+    "AppLanguage": ("Settings, introduction", "PopupMenuItem.text"),
+    "AppsView": ("Applications", {"Fermer %@ ?": "Dialog.title", None: "Paragraph.content"}),
+    "FanRow": ("Fans, dashboard, panel", {"%@ – %@ tr/min": "Label.text", None: "ChangingText.content"}),
+    "FanSummary": ("Fans, dashboard, panel", {"tr/min": "RingGauge.caption", None: "Paragraph.content"}),
+    "MachineView": ("Dashboard, Fans, introduction", {"Ce Mac": "PageTitle.subtitle", None: "Label.text"}),
+    "MonitorLifecycle": ("above every page", "ErrorBanner.message"),
+    "MonitorPolling": ("above every page", {"Ton Mac chauffe : %@ degrés.": "notification", None: "ErrorBanner.message"}),
+    "MonitorStates": ("sidebar, dashboard, panel", "StatusDot"),
+    "NumberFormat": ("Applications", "AppRow.memoryText"),
+    "Page": ("sidebar", "SidebarRow.text"),
+    "PreferencesView": ("Alerts, settings", {"Ceci est une alerte de test.": "notification", None: "ChangingText.content"}),
+    "Preset": ("Presets, panel, menus", {"Auto": "Chip.text", "Silencieux": "Chip.text", "Équilibré": "Chip.text",
+                                         "Jeu": "Chip.text", "Max": "Chip.text", None: "PresetCard.detail"}),
+    "PresetList": ("Dashboard, Fans", "PopupMenuItem.text"),
+    "SensorChoices": ("Fans", "PopupMenuItem.text"),
+    "SensorLabel": ("Sensors, dashboard, menus", "SensorRow.name"),
+    "SensorNames": ("Sensors, dashboard, menus", "SensorRow.name"),
+}
+
+# Words of a text that are meant for others: the diagnostic report, which is always French, and the system.
+NOT_SHOWN = {"SMCFanWriteTest", "SMCReport", "DiagnosticReport", "FriendlyName"}
+
+# Points of the designed text size in the smallest window, 920 wide. "Read aloud": nothing is drawn.
+LINES, LINE, ALOUD = "lines of {}", "one line of {}", "read aloud"
+ROOMS = {
+    "AppRow.memoryText": "one line behind a number", "AppRow.protectedText": "one line, as wide as it is",
+    "Banners.problem": LINES.format(600), "ChangingText.content": "one line, several where it has no room",
+    "Chip.text": "one line, in rows of chips", "Column.Accessible.name": ALOUD,
+    "Dialog.acceptText": "a button's line", "Dialog.cancelText": "a button's line",
+    "Dialog.destructiveText": "a button's line", "Dialog.message": LINES.format(260), "Dialog.title": LINES.format(260),
+    "DropDownMenu.caption": "one line", "ErrorBanner.message": LINES.format(600),
+    "HelperBanner.actionText": "a button's line", "HelperBanner.busyText": "a button's line",
+    "HelperBanner.message": "lines beside a button", "HelperBanner.title": "lines beside a button",
+    "HistoryChart.description": ALOUD, "HistoryChart.endCaption": "one line", "HistoryChart.startCaption": "one line",
+    "Label.text": "one line", "ListView.Accessible.name": ALOUD, "ModePicker.autoLabel": "a third of the card, then lines",
+    "ModePicker.constantLabel": "a third of the card, then lines", "ModePicker.sensorLabel": "a third of the card, then lines",
+    "ModePicker.text": ALOUD, "NeutralButton.text": "a button's line", "PageTitle.subtitle": LINES.format(676),
+    "PageTitle.title": LINE.format(676), "Paragraph": LINES.format(336), "Paragraph.content": "lines",
+    "PopupButton.text": ALOUD, "PopupMenuItem.text": "a menu's line, as wide as it is", "PresetCard.detail": "lines beside a button",
+    "PrimaryButton.text": "a button's line", "RingGauge.caption": "one line below the number",
+    "SecondaryButton.text": "a button's line", "SegmentedControl.labels": "one line, as wide as it is",
+    "SegmentedControl.text": ALOUD, "SensorRow.name": LINE.format(150), "SettingRow.heading": "one line",
+    "SettingRow.note": "lines beside a control", "SettingRow.title": "lines beside a control", "SidebarRow.text": LINE.format(138),
+    "StatusDot": "one line", "Switch.text": ALOUD, "notification": "the desktop's",
+}
+
+# What is put in the place of "%@".
+TEMPERATURE = "a temperature, without its unit"
+INSERTED = {
+    "%@ utilise %@ du processeur.": "an application's name; its share (\"37 %\")",
+    "Fermer %@ ?": "an application's name", "%@ – %@ tr/min": "the least and the greatest speed",
+    "Vitesse demandée : %@ tr/min": "a speed", "La vitesse augmente à partir de %@ °C": TEMPERATURE,
+    "Vitesse maximale à %@ °C": TEMPERATURE, "Ton Mac chauffe : %@ degrés.": TEMPERATURE,
+    "Ventilateur %@": "the fan's number", "%@ capteurs de température": "how many", "Seuil d'alerte : %@ °C": TEMPERATURE,
+    "Mac chaud à partir de %@ °C": TEMPERATURE, "Surchauffe à partir de %@ °C": TEMPERATURE,
+}
+
+
+def gathered(file):
+    """(keys in the order of the tables, uses of a text as (source, control))"""
+    keys, uses = [], {}
+    for line in pathlib.Path(file).read_text(encoding="utf-8").rstrip("\n").split("\n"):
+        kind, place, control, text = line.split("\t", 3)
+        source = place.rsplit(":", 1)[0]
+        text = text.strip()
+        if source == TABLES:
+            keys.append(text)
+        elif "/Tables/" not in source and "SystemWords" not in source and kind in ("asked", "loose", "other"):
+            uses.setdefault(text, []).append((source, control))
+    # The header has other literals, too; the tables begin with the first key that is used.
+    return list(dict.fromkeys(key for key in keys if key in uses)), uses
+
+
+def entries(key, uses):
+    """Where a text is used: (place, control, room), without doubles, in the order of the sources."""
+    found = []
+    for source, control in uses:
+        name = pathlib.PurePosixPath(source).stem
+        if source.endswith(".qml"):
+            place = PLACES[name]
+        elif name in MADE:
+            place, control = MADE[name]
+            if isinstance(control, dict):
+                control = control.get(key, control[None])
+        elif name in NOT_SHOWN:
+            continue
+        else:
+            raise KeyError(source)
+        found.append((place, control, ROOMS[control]))
+    return list(dict.fromkeys(found))
+
+
+def listed(keys, uses):
+    lines = ["| text | where: control (room in points) | put in for %@ |", "|---|---|---|"]
+    for key in keys:
+        used = entries(key, uses[key])
+        if not used:
+            raise KeyError(key)
+        put_in = INSERTED[key] if "%@" in key else ""
+        where = "; ".join(f"{place}: {control} ({room})" for place, control, room in used)
+        lines.append(f"| {key} | {where} | {put_in} |")
+    return "\n".join(lines)
+
+
+def main(arguments):
+    write = arguments[:1] == ["--write"]
+    texts, document = arguments[1:] if write else arguments
+    page = pathlib.Path(document)
+    before = page.read_text(encoding="utf-8")
+    try:
+        table = listed(*gathered(texts))
+    except KeyError as unknown:
+        print(f"{unknown} is not told in {pathlib.Path(__file__).name}: where it stands, its room, or what is put in", file=sys.stderr)
+        return 1
+    head, rest = before.split(BEGIN)
+    after = f"{head}{BEGIN}\n\n{table}\n\n{END}{rest.split(END)[1]}"
+    if write:
+        page.write_text(after, encoding="utf-8")
+    elif after != before:
+        print(f"The list of texts in {page.name} is not what the sources say. To write it:\n"
+              f"  {pathlib.Path(__file__)} --write {texts} {page}", file=sys.stderr)
+        return 1
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
