@@ -1,23 +1,41 @@
 #include "Fenwhirl/Localization/LocalizerTranslator.h"
 
+#include "Fenwhirl/Localization/DialogWords.h"
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/SystemWords.h"
 
 #include <QStringView>
 
+#include <algorithm>
+#include <array>
+#include <optional>
+
 namespace {
 
-bool asksForSystemWords(const char* context) {
-    const QLatin1StringView asked(context);
-    return asked == QLatin1StringView("MAC_APPLICATION_MENU") || asked == QLatin1StringView("SystemWords");
+bool asksForSystemWords(QLatin1StringView context) {
+    return context == QLatin1StringView("MAC_APPLICATION_MENU") ||
+           context == QLatin1StringView("SystemWords");
+}
+
+bool isOfQtsDialogs(QLatin1StringView context) {
+    static constexpr std::array contexts = {
+        QLatin1StringView("QFileDialog"), QLatin1StringView("QFileSystemModel"),
+        QLatin1StringView("QPlatformTheme"), QLatin1StringView("QAbstractFileIconProvider")};
+    return std::find(contexts.begin(), contexts.end(), context) != contexts.end();
+}
+
+std::optional<QString> answer(QLatin1StringView context, const QString& source) {
+    if (asksForSystemWords(context))
+        return SystemWords::lookup(source);
+    if (isOfQtsDialogs(context))
+        return DialogWords::lookup(source);
+    return Localizer::lookup(source);
 }
 
 } // namespace
 
 QString LocalizerTranslator::translate(const char* context, const char* sourceText,
                                        const char* /*disambiguation*/, int /*n*/) const {
-    const QString source = QString::fromUtf8(sourceText);
     // A null text lets Qt go on to the next translator and at last to the source text.
-    return (asksForSystemWords(context) ? SystemWords::lookup(source) : Localizer::lookup(source))
-        .value_or(QString());
+    return answer(QLatin1StringView(context), QString::fromUtf8(sourceText)).value_or(QString());
 }

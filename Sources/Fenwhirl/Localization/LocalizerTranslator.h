@@ -2,7 +2,8 @@
 //
 // The source text is the French text; context and comment play no part, since the same French words mean the
 // same wherever they stand. Two contexts are asked in English and answered with the words of the system
-// (SystemWords): "MAC_APPLICATION_MENU", Qt's own, and "SystemWords". A text without a row stays as it is.
+// (SystemWords): "MAC_APPLICATION_MENU", Qt's own, and "SystemWords". The contexts of Qt's own dialogs are
+// answered in the languages for which Qt has no texts (DialogWords). A text without a row stays as it is.
 //
 // Install one with QCoreApplication::installTranslator before the first view is made and keep it alive as
 // long as the application. After a change of language QQmlEngine::retranslate() asks for every text again.

@@ -43,11 +43,11 @@ bool hasRow(const QString& text) {
 
 // Files whose texts are not for the tables, and why.
 bool speaksForItself(std::string_view place) {
-    static constexpr std::array<std::string_view, 14> files = {
+    static constexpr std::array<std::string_view, 15> files = {
         // The tables themselves, the letters of the transliteration, the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
-        "Fenwhirl/Localization/SystemWords.cpp", "Fenwhirl/Localization/Cyrillic.cpp",
-        "Fenwhirl/Localization/AppLanguage.cpp",
+        "Fenwhirl/Localization/SystemWords.cpp", "Fenwhirl/Localization/DialogWords.cpp",
+        "Fenwhirl/Localization/Cyrillic.cpp", "Fenwhirl/Localization/AppLanguage.cpp",
         // The report is read by whoever helps: always French.
         "FenwhirlCore/SMCReport", "FenwhirlCore/SMCFanWriteTest", "Fenwhirl/Monitoring/DiagnosticReport",
         // The system's own processes keep their French labels in every language.

@@ -93,7 +93,7 @@ def gathered(file):
         text = text.strip()
         if source == TABLES:
             keys.append(text)
-        elif "/Tables/" not in source and "SystemWords" not in source and kind in ("asked", "loose", "other"):
+        elif "/Tables/" not in source and not any(words in source for words in ("SystemWords", "DialogWords")) and kind in ("asked", "loose", "other"):
             uses.setdefault(text, []).append((source, control))
     # The header has other literals, too; the tables begin with the first key that is used.
     return list(dict.fromkeys(key for key in keys if key in uses)), uses

@@ -18,9 +18,14 @@
 
 namespace {
 
+// Qt's texts for "pt" are the Brazilian ones; the application answers for those that it has not.
+QLocale localeOf(const QString& language) {
+    return QLocale(language == QStringLiteral("pt") ? QStringLiteral("pt_PT") : language);
+}
+
 QString askWithQt(const QString& place, const QString& language) {
     QTranslator texts;
-    if (texts.load(QLocale(language), QStringLiteral("qtbase"), QStringLiteral("_"),
+    if (texts.load(localeOf(language), QStringLiteral("qtbase"), QStringLiteral("_"),
                    QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QCoreApplication::installTranslator(&texts); // until it goes
     return QFileDialog::getSaveFileName(nullptr, {}, place);
