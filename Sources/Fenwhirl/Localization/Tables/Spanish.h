@@ -106,7 +106,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Contrôle activé", u"Control activado"},
     {u"Suivant", u"Siguiente"},
     {u"Commencer", u"Empezar"},
-    {u"Bienvenue dans Fenwhirl", u"Te damos la bienvenida a Fenwhirl"},
+    {u"Bienvenue dans Fenwhirl", u"Fenwhirl te da la bienvenida"},
     {u"Pilote tes ventilateurs", u"Controla tus ventiladores"},
     {u"Tout est prêt", u"Todo listo"},
     {u"Fenwhirl surveille la température de ton Mac et règle la vitesse des ventilateurs pour qu'il reste frais et silencieux.",
