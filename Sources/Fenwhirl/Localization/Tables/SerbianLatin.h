@@ -78,8 +78,8 @@ inline constexpr Rows serbianLatinTexts = {{
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
      u"Ventilatori stalno rade punom brzinom. Bučno je, ali Mac ostaje što hladniji."},
     // Theme names
-    {u"Sombre", u"Tamno"},
-    {u"Clair", u"Svetlo"},
+    {u"Sombre", u"Taman"},
+    {u"Clair", u"Svetao"},
     {u"Automatique", u"Automatski"},
     // Health summary
     {u"Tout est normal", u"Sve je u redu"},
