@@ -1,114 +1,194 @@
 #!/usr/bin/python3
-"""The dashboard and the settings in every language, as pictures, at the window's usual size and at its smallest.
+"""Everything Fenwhirl says in every language, as pictures, at the window's usual size and at its smallest.
 
-Runs inside Packaging/Linux/private-namespace. The language is changed in the settings, as a person does it, while the
-program runs. What does not fit into the window is scrolled to: the last picture of a page shows its end.
+Pages, panel, introduction, dialogs, menus and troubles: the walk of tour_pages.py, made once in each language. What does not
+fit into the window is scrolled to; the last picture of a page shows its end. A folder for each language.
+
+Runs inside Packaging/Linux/private-namespace.
 """
 
+import argparse
 import contextlib
-import hashlib
+import os
+import pathlib
+import shutil
 import subprocess
 import sys
+import time
 
 import stage
-import tour
+import tour_pages
+from interface_words import LANGUAGES, Words
+from pictured_mac import PicturedMac
+from status_host import StatusHost
 
-LANGUAGES = {"fr": "Français", "en": "English", "sr": "Srpski (latinica)", "sr-Cyrl": "Српски (ћирилица)", "de": "Deutsch",
-             "es": "Español", "it": "Italiano", "pt": "Português", "ru": "Русский"}
 SIZES = [(1040, 680), (920, 560)]
-PAGES = {"dashboard": 0, "settings": 6}  # by their place in the sidebar, since their names are translated
 WHEEL_POINTS = 60  # a notch of the mouse wheel scrolls a page by so much
 
 
-class Pictures:
-    """One walk through all languages."""
+class Names(list):
+    """Names on the screen, counted by their French text."""
 
-    def __init__(self, stage_of_tour):
-        self.tour = stage_of_tour
-        self.screen = stage_of_tour.screen
-        self.application = stage_of_tour.application
+    def __init__(self, names, words):
+        super().__init__(names)
+        self.words = words
 
-    # --- Hands ---
+    def count(self, french):
+        return super().count(self.words.shown(french))
 
-    def on_window(self, *arguments):
-        subprocess.run(["xdotool", *arguments], check=True, stdout=subprocess.DEVNULL)
 
-    def resize(self, width, height):
-        self.on_window("windowsize", "--sync", self.application.window(), str(width), str(height))
+class Interface(stage.Interface):
+    """The screen, asked in French whatever language it speaks."""
 
-    def open_page(self, name):
-        tabs = [node for node in self.screen.nodes() if stage.role_of(node) == "page tab"]
-        self.screen.use(tabs[PAGES[name]])
+    def __init__(self, words):
+        super().__init__()
+        self.words = words
 
-    def choose(self, language):
-        self.open_page("settings")
-        picker = stage.wait_until(self.picker, "the settings offer the languages")
-        if picker.get_description() != LANGUAGES[language]:
-            self.screen.use(picker)
-            self.screen.press(LANGUAGES[language], "menu item")
-            stage.wait_until(lambda: self.picker().get_description() == LANGUAGES[language],
-                             f"{LANGUAGES[language]} is chosen")
+    def texts(self):
+        return Names(super().texts(), self.words)
 
-    def scroll(self, points):
-        button = "5" if points > 0 else "4"
-        self.on_window("mousemove", "--window", self.application.window(), "600", "300",
-                       "click", "--repeat", str(abs(points) // WHEEL_POINTS), "--delay", "5", button)
-        # Nothing may be hovered in a picture.
-        self.on_window("mousemove", "0", "0")
+    def find(self, name, role=None):
+        if callable(name):
+            return super().find(lambda text: any(name(french) for french in self.words.french(text)), role)
+        return super().find(self.words.shown(name), role)
 
-    # --- Eyes ---
 
-    def picker(self):
-        found = [node for node in self.screen.nodes() if stage.role_of(node) == "combo box"]
-        return found[0] if len(found) == 1 else None
+class Tour(tour_pages.Tour):
+    """The walk in one language."""
+
+    def __init__(self, options, language, host, maker):
+        super().__init__(options, "dark", host, maker)
+        self.language = language
+        self.folder = options.pictures / language
+        self.screen = Interface(Words(language))
+        self.count = 0
+
+    def started(self, onboarded=True, shown=True, **preferences):
+        return super().started(onboarded, shown, language=self.language, **preferences)
+
+    # --- Pictures ---
+
+    def picture(self, name, narrow=False, title=None):
+        if narrow or title:
+            self.one_picture(name, narrow, title)
+            return
+        for size in SIZES:
+            self.resize(size)
+            self.one_picture(f"{name}-{size[0]}")
+            if name.startswith(("pages/", "states/")):
+                self.rest_of_the_page(name, size)
+        self.resize(SIZES[0])
+
+    def one_picture(self, name, narrow=False, title=None):
+        with contextlib.redirect_stdout(None):
+            super().picture(name, narrow, title)
+        self.count += 1
+        return self.folder / f"{name}-{self.theme}.png"
+
+    def rest_of_the_page(self, name, size):
+        for number in range(2, 8):
+            before = self.places()
+            self.wheel((size[1] - 2 * WHEEL_POINTS) // WHEEL_POINTS)
+            file = self.one_picture(f"{name}-{size[0]}-{number}")
+            if self.places() == before:  # nothing moved: the picture before was its end
+                file.unlink()
+                self.count -= 1
+                break
+        self.scroll(downwards=False)
 
     def places(self):
         """How far down everything stands, which scrolling changes. What is out of sight is not in the list."""
-        return [(stage.role_of(node), node.get_extents(self.screen.atspi.CoordType.SCREEN).y)
-                for node in self.screen.nodes()]
+        return [(stage.role_of(node), node.get_extents(self.screen.atspi.CoordType.SCREEN).y) for node in self.screen.nodes()]
 
-    def still_picture(self, name):
-        """Saves what the window shows as soon as it shows the same twice: then all motion has ended."""
-        seen = []
+    def both_ends(self, name):
+        self.picture(name)  # shows the whole of it
 
-        def is_still():
-            seen.append(hashlib.sha256(subprocess.run(
-                ["import", "-window", self.application.window(), "ppm:-"], capture_output=True, check=True).stdout).digest())
-            return len(seen) > 1 and seen[-1] == seen[-2]
+    def windows(self, title="^Fenwhirl$"):
+        return [(title, 0)] if title.isdigit() else super().windows(title)
 
-        stage.wait_until(is_still, f"the window holds still for {name}", interval_seconds=0.15)
-        self.tour.picture(name)
+    # --- Hands ---
 
-    def page(self, name, language, width, height):
-        self.open_page(name)
-        for number in range(1, 6):
-            self.still_picture(f"{name}-{width}x{height}-{language}-{number}")
-            before = self.places()
-            self.scroll(height - 2 * WHEEL_POINTS)
-            with contextlib.suppress(stage.StageError):
-                stage.wait_until(lambda: self.places() != before, "the page scrolls", seconds=1)
-                continue
-            return number  # it did not: this was its end
-        raise stage.StageError(f"the {name} page has no end")
+    def resize(self, size):
+        subprocess.run(["xdotool", "windowsize", "--sync", self.window(), *map(str, size)], check=True)
+
+    def wheel(self, notches):
+        subprocess.run(["xdotool", "mousemove", "--window", self.window(), "600", "280",
+                        "click", "--repeat", str(notches), "--delay", "2", "5"], check=True)
+        self.rest()
+
+    def dialog_of_qt(self):
+        """A window that is neither the program's own nor its panel; its title has the words of Qt."""
+        answer = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.application.child.pid)],
+                                capture_output=True, text=True, check=False).stdout
+        for window in answer.split():
+            title = subprocess.run(["xdotool", "getwindowname", window], capture_output=True, text=True, check=False).stdout.strip()
+            if title and title != "Fenwhirl":
+                return window
+        return None
+
+    def report(self):
+        """As there, but the question where to save it has the words of Qt."""
+        self.open_page("settings")
+        switch = "Inclure un test des ventilateurs (6 secondes)"
+        stage.wait_until(lambda: self.scroll() or self.screen.find(switch, "check box"), "the page is scrolled")
+        self.screen.press(switch, "check box")
+        self.screen.press("Créer le rapport")
+        window = stage.wait_until(self.dialog_of_qt, "the question where to save the report", 30)
+        self.picture("dialogs/save", title=window)
+        subprocess.run(["xdotool", "windowfocus", "--sync", window, "key", "Escape"], check=True)
+        stage.wait_until(lambda: not self.dialog_of_qt(), "the question goes")
+        self.screen.wait_for("Créer le rapport")
+
+    # --- The walk ---
 
     def walk(self):
-        for button in ("Suivant", "Activer le contrôle"):
-            self.screen.press(button)
-        self.screen.wait_for("Contrôle activé")
-        for button in ("Suivant", "Commencer"):
-            self.screen.press(button)
-        # The fan cards say most in this preset.
-        self.screen.press("Préréglage")
-        self.screen.press("Équilibré", "menu item")
-        for language, title in LANGUAGES.items():
-            self.choose(language)
-            counts = []
-            for width, height in SIZES:
-                self.resize(width, height)
-                counts += [self.page(name, language, width, height) for name in PAGES]
-            print(f"{title:<20} {sum(counts)} pictures", flush=True)
-        self.choose("fr")
+        began = time.monotonic()
+        self.host.item = None
+        with PicturedMac(self.build) as self.mac:
+            for part in (self.first_start, self.update, self.in_control, self.old_helper, self.no_fans):
+                if self.only in (None, part.__name__):
+                    # A walk that ended early may have left one.
+                    shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
+                    part()
+            shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
+        if self.only in (None, "no_controller"):
+            self.no_controller()
+        print(f"{LANGUAGES[self.language]:<20} {self.count} pictures in {time.monotonic() - began:.0f} s", flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("--pictures", type=pathlib.Path, required=True)
+    parser.add_argument("--language", choices=LANGUAGES, action="append", help="only this language; may be given more than once")
+    parser.add_argument("--only", help="only the pictures of this part of the walk")
+    parser.add_argument("--machine", help="of no effect: the pictured Mac is chosen by what it shows")
+    parser.add_argument("--heat", help="of no effect: the readings are held still")
+    options = parser.parse_args()
+    options.minutes = 0
+    options.pictures.mkdir(parents=True, exist_ok=True)
+    tour_pages.SCALE = 1
+    failed = False
+    with contextlib.ExitStack() as stack:
+        display = stack.enter_context(stage.Display(2000, 1300, 1))
+        display.start_window_manager()
+        os.environ.update(display.environment())
+        stack.enter_context(stage.Process(["xcompmgr"]))
+        # Numbers are written as in France; the interface has its own language.
+        os.environ.pop("LC_ALL", None)
+        os.environ["LANG"] = "fr_FR.UTF-8"
+        os.environ.update(stack.enter_context(stage.SessionBus()).environment())
+        host = stack.enter_context(StatusHost())
+        maker = tour_pages.play_the_maker(options.build)
+        for language in options.language or LANGUAGES:
+            try:  # a language that ends early leaves the others their pictures
+                Tour(options, language, host, maker).walk()
+            except stage.StageError as error:
+                print(f"The tour in {LANGUAGES[language]} ended early: {error}", file=sys.stderr)
+                failed = True
+    print(f"Pictures: {options.pictures}")
+    return 1 if failed else 0
 
 
 if __name__ == "__main__":
-    sys.exit(tour.main(lambda stage_of_tour: Pictures(stage_of_tour).walk()))
+    sys.exit(main())
