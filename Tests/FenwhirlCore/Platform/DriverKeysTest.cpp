@@ -72,8 +72,8 @@ TEST(DriverKeys, AFileThatIsAbsentGivesNoKey) {
     for (const char* key : {"F0Mn", "F0Mx", "F0Md", "F1Tg", "F1Md"})
         EXPECT_FALSE(smc.hasKey(key)) << key;
     EXPECT_TRUE(smc.hasKey("F0Tg"));
-    EXPECT_THAT(smc.readFans(),
-                ElementsAre(FanReading{0, 1981, 0, 1981, 2000, false}, FanReading{1, 2009, 2000, 6000, 2009}));
+    EXPECT_THAT(smc.readFans(), ElementsAre(FanReading{0, 1981, 0, 1981, 2000, false},
+                                            FanReading{1, 2009, 2000, 6000, 2009}));
     EXPECT_FALSE(smc.setFanSpeed(0, 2500));
     EXPECT_FALSE(smc.setFanSpeed(1, 2500));
 }
