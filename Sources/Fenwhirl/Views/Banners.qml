@@ -10,7 +10,6 @@ Item {
     id: root
 
     required property ControlView control
-    property bool showsError: true
     property bool showsOffers: true
     // A trouble of the page's own.
     property string problem: ""
@@ -25,7 +24,7 @@ Item {
         Reveal {
             id: errorPlace
             gap: root.spacing
-            shown: root.showsError && root.control.error !== ""
+            shown: root.control.error !== ""
             width: parent.width
 
             Column {

@@ -19,7 +19,6 @@ ScrollView {
 
         Banners {
             control: root.models.control
-            showsError: false
             width: parent.width
         }
 

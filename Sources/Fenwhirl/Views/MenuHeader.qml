@@ -1,53 +1,78 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The name, and how the Mac feels.
+// The name, how the Mac feels, and what went wrong.
 Column {
     id: root
 
+    required property ControlView control
     required property MachineView machine
 
-    spacing: 6
-
-    Item {
-        height: name.height
+    Column {
+        spacing: 6
         width: parent.width
 
-        Symbol {
-            anchors.verticalCenter: parent.verticalCenter
-            color: Theme.accent
-            height: 18
-            name: "fan.fill"
-            width: 18
+        Item {
+            height: name.height
+            width: parent.width
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                color: Theme.accent
+                height: 18
+                name: "fan.fill"
+                width: 18
+            }
+
+            Label {
+                id: name
+                font.weight: Font.DemiBold
+                size: 15
+                text: "Fenwhirl" // i18n-ignore: the product's name is the same in every language
+                x: 26
+            }
         }
 
-        Label {
-            id: name
-            font.weight: Font.DemiBold
-            size: 15
-            text: "Fenwhirl" // i18n-ignore: the product's name is the same in every language
-            x: 26
+        Item {
+            height: word.height
+            width: parent.width
+
+            StatusDot {
+                anchors.verticalCenter: parent.verticalCenter
+                good: root.machine.healthy
+                size: 8
+                x: 5
+            }
+
+            Label {
+                id: word
+                size: 12
+                text: root.machine.statusWord
+                width: parent.width - x
+                x: 26
+            }
         }
     }
 
-    Item {
-        height: word.height
+    Reveal {
+        id: errorPlace
+        shown: root.control.error !== ""
         width: parent.width
 
-        StatusDot {
-            anchors.verticalCenter: parent.verticalCenter
-            good: root.machine.healthy
-            size: 8
-            x: 5
-        }
+        Column {
+            topPadding: 8
 
-        Label {
-            id: word
-            size: 12
-            text: root.machine.statusWord
-            width: parent.width - x
-            x: 26
+            Repeater {
+                model: errorPlace.needed ? 1 : 0
+
+                MenuError {
+                    control: root.control
+                    width: errorPlace.width
+                }
+            }
         }
     }
 }

@@ -106,6 +106,7 @@ FixedSizeWindow {
             spacing: 14
 
             MenuHeader {
+                control: root.models.control
                 machine: root.models.machine
                 width: parent.width
             }

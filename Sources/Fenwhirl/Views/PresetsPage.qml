@@ -19,6 +19,11 @@ ScrollView {
             width: parent.width
         }
 
+        Banners {
+            control: root.models.control
+            width: parent.width
+        }
+
         Repeater {
             model: root.models.presets
 

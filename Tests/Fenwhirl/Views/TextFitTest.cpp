@@ -106,8 +106,8 @@ TEST(TextFit, OfTheOfferToActivateAndOfAnError) {
     stage.monitor().setLaunchAtLogin(true);
     ASSERT_TRUE(stage.models().control()->offersActivation());
     ASSERT_FALSE(stage.monitor().controlError().isEmpty());
-    expectPageFits(stage, Page::dashboard, "dashboard");
-    expectPageFits(stage, Page::settings, "settings");
+    for (const Page page : {Page::dashboard, Page::fans, Page::presets, Page::settings})
+        expectPageFits(stage, page, rawValue(page).data());
 }
 
 TEST(TextFit, OfTheOfferToUpdateTheHelper) {
@@ -186,7 +186,10 @@ TEST(TextFit, OfTheStatusItemsPanel) {
     stage.show(menuPanelFile());
     stage.monitor().apply(Preset::max);
     stage.poll();
+    stage.world.loginItemWorks = false;
+    stage.monitor().setLaunchAtLogin(true); // an error to be told
     ASSERT_TRUE(stage.models().control()->offersActivation());
+    ASSERT_FALSE(stage.monitor().controlError().isEmpty());
     expectEverythingFits(stage, "panel");
 }
 
