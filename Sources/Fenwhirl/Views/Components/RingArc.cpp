@@ -16,6 +16,8 @@ constexpr double strokeWidth = 11.0;
 // negative.
 constexpr double startDegrees = 225.0;
 constexpr double spanDegrees = -270.0;
+// A fan at its minimum is measured a turn above and below it: the round end would blink.
+constexpr double leastShownFraction = 0.005;
 
 void drawArc(QPainter& painter, double fraction, const QColor& color) {
     const QRectF circle(padding, padding, frame - 2.0 * padding, frame - 2.0 * padding);
@@ -50,7 +52,7 @@ void RingArc::paint(QPainter* painter) {
     const double scale = std::min(width(), height()) / frame;
     painter->scale(scale, scale);
     drawArc(*painter, 1.0, m_trackColor);
-    if (m_fraction > 0.0)
+    if (m_fraction >= leastShownFraction)
         drawArc(*painter, m_fraction, m_valueColor);
 }
 

@@ -8,8 +8,8 @@
 //
 // The track covers three quarters of a circle, open at the bottom; the value arc lies on it, from the lower
 // left clockwise. In a 128 x 128 item the circle has 6 points of padding (radius 58) and the strokes are 11
-// wide with round ends; other sizes scale everything. With a fraction of 0 there is no value arc, not even
-// its round end.
+// wide with round ends; other sizes scale everything. With a fraction below half a percent there is no value
+// arc, not even its round end.
 
 namespace Fenwhirl {
 

@@ -52,6 +52,15 @@ Rectangle {
             verify(Qt.colorEqual(ringAt(image, 0.01), Theme.track))
         }
 
+        // A fan at its minimum is measured a turn above it and below it.
+        function test_belowHalfAPercentNothingIsDrawn() {
+            for (const fraction of [0.0002, 0.004]) {
+                verify(Qt.colorEqual(ringAt(picture(fraction), 0.001), Theme.track), fraction)
+                verify(Qt.colorEqual(ringAt(picture(fraction), -0.01), Theme.track), fraction)
+            }
+            verify(Qt.colorEqual(ringAt(picture(0.006), 0.001), Theme.accent))
+        }
+
         function test_aThirdFillsAThirdFromTheLowerLeft() {
             const image = picture(0.33)
             verify(Qt.colorEqual(ringAt(image, 0.01), Theme.accent))
