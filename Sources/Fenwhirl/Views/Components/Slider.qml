@@ -5,7 +5,7 @@ import Fenwhirl.Components
 // while the pointer holds the knob it follows the pointer.
 //   value, from, to, stepSize
 //   text            what it sets, for screen readers
-//   signal moved(double value)  the value asked for: on the grid of steps from `from`, or `to` itself
+//   signal moved(double value)  the value asked for: a multiple of the step, or one of the ends
 // A press on the track jumps there. Arrows move one step, Page keys ten, Home and End go to the ends.
 FocusScope {
     id: root

@@ -19,9 +19,9 @@ double nearestStep(double value, double from, double to, double stepSize) {
     const double inside = bounded(value, from, to);
     if (!(stepSize > 0.0))
         return inside;
-    const double onGrid = from + std::round((inside - from) / stepSize) * stepSize;
-    const double reachable = std::min(onGrid, to);
-    return to - inside < std::abs(inside - reachable) ? to : reachable;
+    const double onGrid = std::clamp(std::round(inside / stepSize) * stepSize, from, to);
+    const double nearestEnd = to - inside < inside - from ? to : from;
+    return std::abs(inside - nearestEnd) < std::abs(inside - onGrid) ? nearestEnd : onGrid;
 }
 
 double valueAfterSteps(double value, double from, double to, double stepSize, int steps) {

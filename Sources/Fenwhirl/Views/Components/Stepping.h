@@ -5,10 +5,10 @@
 
 // The values a slider or a stepper can take: QML singleton `Stepping`, and the same as plain functions.
 //
-// A range runs from `from` to `to` with a grid of `stepSize` counted from `from`. The end `to` is always
-// reachable, also when it does not lie on the grid (a fan from 1200 to 5777 in steps of 50 has 5750 and
-// 5777). A step size that is not above 0 means every value; an empty or reversed range has the one value
-// `from`. No number counts as `from`.
+// A range runs from `from` to `to` with a grid of the multiples of `stepSize`. Both ends are always
+// reachable, also when they do not lie on the grid (a fan from 1210 to 5777 in steps of 50 has 1210, 1250,
+// 1300 … 5750 and 5777). A step size that is not above 0 means every value; an empty or reversed range has
+// the one value `from`. No number counts as `from`.
 
 namespace Fenwhirl {
 

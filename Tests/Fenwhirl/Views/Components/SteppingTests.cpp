@@ -12,10 +12,18 @@ namespace {
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-TEST(NearestStep, LiesOnTheGridThatBeginsAtTheLowerEnd) {
+TEST(NearestStep, IsARoundNumberWhereverTheRangeBegins) {
     EXPECT_EQ(nearestStep(2694, 1200, 5777, 50), 2700);
     EXPECT_EQ(nearestStep(2674, 1200, 5777, 50), 2650);
-    EXPECT_EQ(nearestStep(1230, 1225, 5777, 50), 1225);
+    EXPECT_EQ(nearestStep(5211, 2160, 5777, 50), 5200);
+    EXPECT_EQ(nearestStep(2230, 2160, 5777, 50), 2250);
+}
+
+TEST(NearestStep, ReachesALowerEndThatIsNotOnTheGrid) {
+    EXPECT_EQ(nearestStep(2160, 2160, 5777, 50), 2160);
+    EXPECT_EQ(nearestStep(100, 2160, 5777, 50), 2160);
+    EXPECT_EQ(nearestStep(2170, 2160, 5777, 50), 2160);
+    EXPECT_EQ(nearestStep(2190, 2160, 5777, 50), 2200);
 }
 
 TEST(NearestStep, ReachesAnUpperEndThatIsNotOnTheGrid) {
@@ -52,6 +60,8 @@ TEST(ValueAfterSteps, StopsAtTheEnds) {
     EXPECT_EQ(valueAfterSteps(5777, 1200, 5777, 50, 1), 5777);
     EXPECT_EQ(valueAfterSteps(1220, 1200, 5777, 50, -10), 1200);
     EXPECT_EQ(valueAfterSteps(5777, 1200, 5777, 50, -1), 5750);
+    EXPECT_EQ(valueAfterSteps(2160, 2160, 5777, 50, 1), 2200);
+    EXPECT_EQ(valueAfterSteps(2200, 2160, 5777, 50, -1), 2160);
 }
 
 TEST(ValueAfterSteps, AlwaysMovesAndFromOutsideComesIn) {

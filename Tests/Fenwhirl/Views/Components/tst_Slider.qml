@@ -84,6 +84,20 @@ Item {
             mouseRelease(slider, -50, 10)
         }
 
+        function test_thePointerAsksForRoundNumbersAndForTheEndsWhereverTheRangeBegins() {
+            slider.from = 2160
+            mousePress(slider, 9 + 100, 10)
+            compare(root.speed, 3950)
+            mouseMove(slider, 9 + 20, 10)
+            compare(root.speed, 2500)
+            mouseMove(slider, -50, 10)
+            compare(root.speed, 2160)
+            mouseMove(slider, 400, 10)
+            compare(root.speed, 5777)
+            mouseRelease(slider, 400, 10)
+            slider.from = 1200
+        }
+
         function test_aPressOnTheKnobMovesNothing() {
             const knob = 9 + 200 * (2000 - 1200) / (5777 - 1200)
             mousePress(slider, knob + 5, 10)
