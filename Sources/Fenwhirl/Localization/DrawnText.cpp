@@ -2,6 +2,9 @@
 
 #include <QStringView>
 
+#include <algorithm>
+#include <iterator>
+
 QString keptTogether(const QString& text) {
     // A dash belongs to the line before: so Russian has it, and no other language minds.
     static constexpr QStringView stayWithWhatIsBefore = u"°%:;?!»…–—";
@@ -15,6 +18,14 @@ QString keptTogether(const QString& text) {
         if (stayWithWhatIsBefore.contains(after) || before == u'«' || (before.isDigit() && after.isLetter()))
             kept[at] = noBreakSpace;
     }
+    static constexpr qsizetype wordsOfALongText = 9;
+    static constexpr qsizetype shortWord = 16;
+    // Blanks of both kinds: a text that was kept together before stays as it is.
+    const auto isBlank = [](QChar letter) { return letter == u' ' || letter == noBreakSpace; };
+    const auto lastBlank = std::find_if(kept.rbegin(), kept.rend(), isBlank);
+    if (std::count_if(kept.begin(), kept.end(), isBlank) >= wordsOfALongText - 1 &&
+        std::distance(kept.rbegin(), lastBlank) <= shortWord)
+        *lastBlank = noBreakSpace;
     return kept;
 }
 

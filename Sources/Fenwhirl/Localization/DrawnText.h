@@ -14,7 +14,9 @@
 
 // No-break spaces in place of single blanks
 //   - before "°", "%", ":", ";", "?", "!", "»", "…" and dashes, and after "«";
-//   - between a number and the unit or the word that follows it ("5 minutes", "2400 rpm").
+//   - between a number and the unit or the word that follows it ("5 minutes", "2400 rpm");
+//   - in a text of nine words or more, before a last word that is short, which would look lost on a line of
+//     its own.
 [[nodiscard]] QString keptTogether(const QString& text);
 
 // "’" in place of "'" between letters.

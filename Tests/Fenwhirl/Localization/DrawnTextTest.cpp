@@ -51,6 +51,17 @@ TEST(DrawnText, LetsNoLineBeginWithADashOrDots) {
     EXPECT_EQ(keptTogether(u"Wird erstellt …"_s), u"Wird erstellt\u00a0…"_s);
 }
 
+TEST(DrawnText, LeavesNoShortWordAloneOnTheLastLineOfALongText) {
+    EXPECT_EQ(keptTogether(u"Choisis à partir de quelle température le Mac est chaud."_s),
+              u"Choisis à partir de quelle température le Mac est\u00a0chaud."_s);
+    const QString kept = keptTogether(u"Prati temperaturu tvog Mac-a da bi ostao hladan i tih."_s);
+    EXPECT_EQ(keptTogether(kept), kept) << "once is enough";
+    // Short texts and long words break where they must.
+    EXPECT_EQ(keptTogether(u"Le Mac est très chaud"_s), u"Le Mac est très chaud"_s);
+    const QString longWord = u"eins zwei drei vier fünf sechs sieben acht Temperaturüberwachung"_s;
+    EXPECT_EQ(keptTogether(longWord), longWord);
+}
+
 TEST(DrawnText, HasTypographicApostrophes) {
     EXPECT_EQ(drawnText(u"L'activation a été annulée ou a échoué."_s),
               u"L’activation a été annulée ou a échoué."_s);
