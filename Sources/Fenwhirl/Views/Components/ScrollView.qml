@@ -120,6 +120,6 @@ Flickable {
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
         target: null
 
-        onWheel: event => root.scrollBy(-(event.pixelDelta.y !== 0 ? event.pixelDelta.y : event.angleDelta.y / 2))
+        onWheel: event => root.scrollBy(WheelSteps.distance(event.pixelDelta, event.angleDelta, Theme.textScale))
     }
 }
