@@ -28,8 +28,7 @@ Loader {
         menu.currentIndex = Qt.binding(() => currentIndex)
         if (over) {
             menu.width = Qt.binding(() => Math.max(control.width, menu.implicitWidth))
-            // As far as the list is not scrolled.
-            menu.y = Qt.binding(() => -menu.padding - Math.min(Math.max(0, currentIndex), 11) * menu.itemHeight)
+            menu.y = Qt.binding(() => -menu.padding - menu.checkedY)
         } else {
             menu.y = Qt.binding(() => control.height + 6)
         }

@@ -4,7 +4,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Fenwhirl.Components
 
-// The list that opens from a PopupButton or a DropDownMenu. At most 12 items high, then it scrolls.
+// The list that opens from a PopupButton or a DropDownMenu. With more than 12 items it scrolls: then it is eleven and a half
+// high, so that the cut one says that there are more.
 //   labels, currentIndex   the items and the checked one (-1: none)
 //   signal activated(int index)  an item was chosen; the menu closes itself
 // Keys as in PopupMenuList; Escape closes.
@@ -14,6 +15,8 @@ T.Popup {
     required property var labels
     required property int currentIndex
     readonly property real itemHeight: 28 + Theme.lineGrowth
+    // Where the checked item lies in the opening menu.
+    readonly property real checkedY: list.restingY(implicitHeight - 2 * padding)
     // The widest text, measured while the menu is open.
     property real textWidth: 0
 
@@ -22,7 +25,7 @@ T.Popup {
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     dim: false
     focus: true
-    implicitHeight: Math.min(labels.length, 12) * itemHeight + 2 * padding
+    implicitHeight: (labels.length > 12 ? 11.5 : labels.length) * itemHeight + 2 * padding
     implicitWidth: Math.ceil(textWidth) + 44 + 2 * padding
     margins: 8
     modal: true

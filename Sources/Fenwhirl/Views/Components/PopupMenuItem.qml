@@ -15,6 +15,8 @@ Pressable {
     Accessible.role: Accessible.MenuItem
     takesFocus: false
 
+    Keys.enabled: false // the list looks after them, also while this is its current item
+
     background: Rectangle {
         color: Theme.accent
         radius: 7 - 7 % Theme.cornerStep

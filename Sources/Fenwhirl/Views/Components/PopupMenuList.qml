@@ -6,9 +6,10 @@ import Fenwhirl.Components
 // The items of a PopupMenu. currentIndex is the one that Return would choose.
 //   labels, checkedIndex, itemHeight
 //   signal chosen(int index)
-//   begin()   brings the checked item into view and, for those who use the keyboard, highlights it
-// Keys: Up, Down, Home, End, Page keys move; Return, Enter and Space choose; letters jump to the next item that begins
-// with them.
+//   begin()   brings the checked item into view, shows the bar for a moment and, for those who use the keyboard, highlights it
+//   restingY(height)   where the checked item lies in a list of that height after begin()
+// Keys: Up, Down, Home, End, Page keys move; Return, Enter and Space choose. Typing finds the next item that begins with what
+// was typed, or has a word that does; the same letter again goes on to the next.
 ListView {
     id: root
 
@@ -22,7 +23,8 @@ ListView {
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     currentIndex: -1
-    highlightMoveDuration: 0
+    // Keys bring the item into view; under the pointer the list stays where it is.
+    highlightFollowsCurrentItem: false
     // Our own handler moves: the first arrow key goes to the checked item.
     keyNavigationEnabled: false
     model: labels.length
@@ -36,8 +38,13 @@ ListView {
         switch (event.key) {
         case Qt.Key_Return:
         case Qt.Key_Enter:
-        case Qt.Key_Space:
             root.choose(root.currentIndex)
+            break
+        case Qt.Key_Space:
+            if (root.typed !== "")
+                root.find(event.text)
+            else
+                root.choose(root.currentIndex)
             break
         case Qt.Key_Up:
             root.moveCurrent(-1)
@@ -46,10 +53,10 @@ ListView {
             root.moveCurrent(1)
             break
         case Qt.Key_Home:
-            root.currentIndex = 0
+            root.goTo(0)
             break
         case Qt.Key_End:
-            root.currentIndex = root.count - 1
+            root.goTo(root.count - 1)
             break
         case Qt.Key_PageUp:
             root.moveCurrent(-11)
@@ -58,20 +65,34 @@ ListView {
             root.moveCurrent(11)
             break
         default:
-            event.accepted = event.text.length === 1 && root.jumpTo(event.text)
+            event.accepted = event.text.length === 1 && event.text >= " " && root.find(event.text)
             return
         }
         event.accepted = true
     }
 
     function begin() {
+        typed = ""
+        pointerPlace = Qt.point(-1, -1)
         currentIndex = KeyboardFocus.active ? Math.max(0, checkedIndex) : -1
-        positionViewAtIndex(Math.max(0, checkedIndex), ListView.Contain)
+        forceLayout()
+        contentY = scrolled(height)
+        bar.flash()
+    }
+
+    // By whole items, so that the last one is cut while there are more.
+    function scrolled(room: real): real {
+        const whole = Math.floor(room / itemHeight)
+        return Math.max(0, Math.min((checkedIndex - whole + 1) * itemHeight, labels.length * itemHeight - room))
+    }
+
+    function restingY(room: real): real {
+        return Math.max(0, checkedIndex) * itemHeight - scrolled(room)
     }
 
     function moveCurrent(distance: int) {
         const goal = currentIndex >= 0 ? currentIndex + distance : checkedIndex
-        currentIndex = Math.max(0, Math.min(goal, count - 1))
+        goTo(Math.max(0, Math.min(goal, count - 1)))
     }
 
     function choose(index: int) {
@@ -79,15 +100,46 @@ ListView {
             chosen(index)
     }
 
-    function jumpTo(letter: string): bool {
-        for (let i = 1; i <= count; ++i) {
-            const index = (currentIndex + i + count) % count
-            if (labels[index].toLocaleLowerCase().startsWith(letter.toLocaleLowerCase())) {
-                currentIndex = index
-                return true
-            }
-        }
-        return false
+    function find(letter: string): bool {
+        typed += letter
+        forget.restart()
+        return goTo(MenuSearch.find(labels, typed, currentIndex))
+    }
+
+    function goTo(index: int): bool {
+        if (index < 0)
+            return false
+        currentIndex = index
+        positionViewAtIndex(index, ListView.Contain)
+        return true
+    }
+
+    // What was typed without a pause.
+    property string typed: ""
+
+    Timer {
+        id: forget
+        interval: 1000
+
+        onTriggered: root.typed = ""
+    }
+
+    // Where the pointer was last; outside of every scene before it comes.
+    property point pointerPlace: Qt.point(-1, -1)
+
+    // Only a pointer that moves takes the highlight: not one that rests while keys move the items under it.
+    HoverHandler {
+        id: pointer
+        onPointChanged: root.follow(point.scenePosition)
+    }
+
+    function follow(place: point) {
+        const rested = pointerPlace.x < 0 ? KeyboardFocus.active : pointerPlace === place
+        pointerPlace = place
+        const inside = mapFromItem(null, place.x, place.y)
+        const index = indexAt(inside.x + contentX, inside.y + contentY)
+        if (!rested && contains(inside) && index >= 0)
+            currentIndex = index
     }
 
     delegate: PopupMenuItem {
@@ -100,6 +152,5 @@ ListView {
         width: root.width
 
         onClicked: root.choose(index)
-        onHoveredChanged: { if (hovered) root.currentIndex = index }
     }
 }

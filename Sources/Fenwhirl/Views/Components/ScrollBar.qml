@@ -3,6 +3,7 @@ import Fenwhirl.Components
 
 // A thin vertical scroll bar that shows itself while its view moves or the pointer is on it, and fades 800 ms later.
 //   view   what it scrolls, a Flickable; the bar must be its direct child, not part of what is scrolled
+//   flash()  shows it as if the view had moved
 // The thumb is dragged; a press beside it brings its middle there.
 Item {
     id: root
@@ -20,6 +21,11 @@ Item {
     visible: range > 0
     width: 12
     z: 1
+
+    // Shows the bar for a moment, so that one sees that there is more.
+    function flash() {
+        lingering.restart()
+    }
 
     function goTo(y: real) {
         view.contentY = Math.max(0, Math.min(y / travel, 1)) * range

@@ -9,6 +9,7 @@ Item {
 
     property int sensor: 0
     property int preset: -1
+    property int far: 30
     property var many: Array.from({ length: 40 }, (_, index) => "Capteur " + index)
 
     PopupButton {
@@ -23,7 +24,7 @@ Item {
 
     PopupButton {
         id: lengthy
-        currentIndex: 30
+        currentIndex: root.far
         labels: root.many
         x: 40
         y: 400
@@ -138,15 +139,75 @@ Item {
             compare(presets.currentText, "Personnalisé")
         }
 
-        function test_aLongMenuIsTwelveItemsHighAndShowsTheCurrentOne() {
+        function test_aLongMenuCutsItsLastItemSoThatOneSeesThatThereIsMore() {
             open(lengthy)
-            compare(lengthy.menu.height, 12 * 28 + 10)
-            const item = lengthy.menu.list.itemAtIndex(30)
+            compare(lengthy.menu.height, 11.5 * 28 + 10)
+            const list = lengthy.menu.list
+            const item = list.itemAtIndex(30)
             verify(item !== null)
             verify(item.checked)
-            const y = item.mapToItem(lengthy.menu.list, 0, 0).y
-            verify(y >= 0 && y + item.height <= lengthy.menu.list.height)
-            verify(lengthy.menu.list.mapToItem(root, 0, 0).y >= 0, "inside the window")
+            compare(item.mapToItem(list, 0, 0).y, 10 * 28, "the checked one whole")
+            compare(list.itemAtIndex(31).mapToItem(list, 0, 0).y, list.height - 14, "half of the next")
+            compare(item.mapToItem(root, 0, 0).y, lengthy.y, "over the button")
+            verify(list.mapToItem(root, 0, 0).y >= 0, "inside the window")
+        }
+
+        function test_aLongMenuAtItsEndCutsItsFirstItem() {
+            root.far = 39
+            open(lengthy)
+            const list = lengthy.menu.list
+            const item = list.itemAtIndex(39)
+            compare(item.mapToItem(list, 0, 0).y, list.height - 28)
+            compare(item.mapToItem(root, 0, 0).y, lengthy.y, "over the button")
+            root.far = 30
+        }
+
+        function test_twelveItemsAreShownWhole() {
+            root.many = root.many.slice(0, 12)
+            root.far = 11
+            open(lengthy)
+            compare(lengthy.menu.height, 12 * 28 + 10)
+            lengthy.menu.close()
+            tryCompare(lengthy.menu, "visible", false)
+            root.far = 30
+            root.many = Array.from({ length: 40 }, (_, index) => "Capteur " + index)
+        }
+
+        function test_theBarOfALongMenuShowsItselfForAMomentOnOpening() {
+            open(lengthy)
+            const thumb = findChild(lengthy.menu.list, "thumb")
+            verify(thumb.visible)
+            tryCompare(thumb, "opacity", 1)
+            tryCompare(thumb, "opacity", 0, 3000)
+        }
+
+        function test_aPointerThatRestsDoesNotTakeTheHighlightFromTheKeys() {
+            open(lengthy)
+            mouseMove(lengthy.menu.list, 50, 100)
+            const pointed = lengthy.menu.list.currentIndex
+            compare(pointed, 20 + 3)
+            for (let i = 0; i < 12; ++i)
+                keyClick(Qt.Key_Down)
+            compare(lengthy.menu.list.currentIndex, pointed + 12)
+            wait(0)
+            compare(lengthy.menu.list.currentIndex, pointed + 12)
+            const at = lengthy.menu.list.contentY
+            mouseMove(lengthy.menu.list, 50, lengthy.menu.list.height - 3)
+            compare(lengthy.menu.list.contentY, at, "the cut item stays cut")
+            mouseMove(lengthy.menu.list, 50, 101)
+            compare(lengthy.menu.list.currentIndex, lengthy.menu.list.indexAt(50, lengthy.menu.list.contentY + 101))
+        }
+
+        function test_typingFinds() {
+            lengthy.forceActiveFocus()
+            keyClick(Qt.Key_Return)
+            tryCompare(lengthy.menu, "opened", true)
+            for (const letter of ["c", "a", "p", "t", "e", "u", "r", " ", "1", "7"])
+                keyClick(letter)
+            compare(lengthy.menu.list.currentIndex, 17)
+            verify(lengthy.menu.visible, "a blank is a letter while one types")
+            const y = 17 * 28 - lengthy.menu.list.contentY
+            verify(y >= 0 && y + 28 <= lengthy.menu.list.height, y)
         }
 
         function test_assistiveTechnologyReadsAndOpens() {
