@@ -19,6 +19,18 @@ Window {
     onActiveFocusItemChanged: {
         if (onboarding.wanted && onboarding.overlay && content.covers(activeFocusItem))
             onboarding.overlay.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        else if (isNowhere())
+            Qt.callLater(catchFocus) // what had the focus may be about to go
+    }
+
+    // Whether the focus is on nothing, or what had it is gone.
+    function isNowhere(): bool {
+        return !onboarding.wanted && (activeFocusItem === contentItem || activeFocusItem === pageArea.scope)
+    }
+
+    function catchFocus() {
+        if (isNowhere())
+            pageArea.takeFocus()
     }
 
     Shortcut {
@@ -46,6 +58,13 @@ Window {
         id: content
         anchors.fill: parent
 
+        // In the sidebar they scroll the page, too.
+        Keys.onPressed: event => {
+            event.accepted = event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp
+            if (event.accepted)
+                pageArea.scrollByPages(event.key === Qt.Key_PageDown ? 1 : -1)
+        }
+
         function covers(item: Item): bool {
             for (let at = item; at; at = at.parent) {
                 if (at === content)
@@ -62,6 +81,7 @@ Window {
         }
 
         PageArea {
+            id: pageArea
             anchors.left: sidebar.right
             anchors.right: parent.right
             height: parent.height

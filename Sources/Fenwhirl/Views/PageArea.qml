@@ -22,8 +22,24 @@ Item {
         page.setSource(files[pageName], {"models": models})
     }
 
+    // Has the focus when it was on something on the page that is gone.
+    readonly property Item scope: page
+    readonly property var view: page.item
+
     Component.onCompleted: load()
     onPageNameChanged: load()
+
+    // Page keys scroll, and Tab goes to the first control.
+    function takeFocus() {
+        if (view)
+            view.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    // 1: one page down, -1: one up.
+    function scrollByPages(count: int) {
+        if (view)
+            view.scrollBy(count * height * 0.9)
+    }
 
     Loader {
         id: page

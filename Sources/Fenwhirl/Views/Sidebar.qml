@@ -5,6 +5,7 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // The left side of the main window: the program's name, the pages, and how the Mac feels.
+// Keys on a row: Up and Down show the page above and below, Home and End the first and the last.
 Rectangle {
     id: root
 
@@ -41,7 +42,44 @@ Rectangle {
         spacing: 2
         x: 10
 
+        Keys.onPressed: event => {
+            switch (event.key) {
+            case Qt.Key_Down:
+                moveTo(focusedRow() + 1)
+                break
+            case Qt.Key_Up:
+                moveTo(focusedRow() - 1)
+                break
+            case Qt.Key_Home:
+                moveTo(0)
+                break
+            case Qt.Key_End:
+                moveTo(rows.count - 1)
+                break
+            default:
+                return
+            }
+            event.accepted = true
+        }
+
+        function focusedRow(): int {
+            for (let i = 0; i < rows.count; ++i) {
+                if (rows.itemAt(i)?.activeFocus)
+                    return i
+            }
+            return root.pages.selectedIndex
+        }
+
+        // The page follows the focus, as in every sidebar.
+        function moveTo(index: int) {
+            if (index < 0 || index >= rows.count)
+                return
+            rows.itemAt(index).forceActiveFocus(Qt.OtherFocusReason)
+            root.pages.selectedIndex = index
+        }
+
         Repeater {
+            id: rows
             model: root.pages
 
             SidebarRow {

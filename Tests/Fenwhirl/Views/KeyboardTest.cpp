@@ -117,6 +117,86 @@ TEST(KeyboardInThePanel, ReachesEverythingWithOneRingAtEachStop) {
     expectThatEverythingIsReached(stage);
 }
 
+TEST(KeyboardInTheSidebar, ArrowsLeadFromPageToPage) {
+    Stage stage;
+    stage.show();
+    stage.click(QStringLiteral("Ventilateurs"), QAccessible::PageTab);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Ventilateurs"));
+    EXPECT_EQ(ringsShown(*stage.window().contentItem()), 0); // the pointer did it
+    stage.press(Qt::Key_Down);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Capteurs"));
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::sensors);
+    EXPECT_EQ(ringsShown(*stage.window().contentItem()), 1);
+    for (int i = 0; i < 3; ++i)
+        stage.press(Qt::Key_Up);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::dashboard); // and no further
+    stage.press(Qt::Key_End);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::settings);
+    stage.press(Qt::Key_Home);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Tableau de bord"));
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::dashboard);
+}
+
+// Where the page stands, read from its title.
+int titleTop(Stage& stage, const QString& title) {
+    static_cast<void>(stage.window().grabWindow());
+    const QAccessibleInterface* text = stage.find(title, QAccessible::StaticText);
+    return text == nullptr ? 9999 : stage.window().mapFromGlobal(text->rect().topLeft()).y();
+}
+
+TEST(KeyboardInTheSidebar, PageKeysScrollThePageFromThereToo) {
+    Stage stage;
+    stage.windowSize = {1040, 560};
+    stage.show();
+    stage.click(QStringLiteral("Réglages"), QAccessible::PageTab);
+    const QString title = QStringLiteral("Apparence");
+    const int before = titleTop(stage, title);
+    stage.press(Qt::Key_PageDown);
+    EXPECT_LT(titleTop(stage, title), before - 100);
+    stage.press(Qt::Key_PageUp);
+    EXPECT_EQ(titleTop(stage, title), before);
+}
+
+// The page gets what has no better place a moment after that is known.
+void settleFocus(Stage& stage) {
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
+    QCoreApplication::processEvents();
+}
+
+TEST(KeyboardInTheWindow, PageKeysScrollThePageFromTheBeginning) {
+    Stage stage;
+    stage.windowSize = {1040, 560};
+    stage.showPage(Page::settings);
+    settleFocus(stage);
+    const QString title = QStringLiteral("Apparence");
+    const int before = titleTop(stage, title);
+    stage.press(Qt::Key_PageDown);
+    EXPECT_LT(titleTop(stage, title), before - 100);
+}
+
+TEST(KeyboardInTheWindow, WhatIsClickedTakesTheFocus) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    stage.click(QStringLiteral("Ouvrir Fenwhirl au démarrage du Mac"), QAccessible::CheckBox);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Ouvrir Fenwhirl au démarrage du Mac"));
+    stage.click(QStringLiteral("Remettre les ventilateurs en automatique"));
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Remettre les ventilateurs en automatique"));
+}
+
+TEST(KeyboardInTheWindow, TheFocusGoesToThePageWhenWhatHadItIsGone) {
+    Stage stage;
+    stage.world.helper.succeeds = false;
+    stage.showPage(Page::fans);
+    stage.monitor().apply(Preset::max);
+    stage.poll();
+    stage.click(QStringLiteral("OK"));
+    ASSERT_EQ(stage.monitor().controlError(), QString());
+    settleFocus(stage);
+    stage.press(Qt::Key_Tab);
+    // Not back at the window's first control.
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Mode"));
+}
+
 TEST(KeyboardInThePanel, ArrowsLeadFromPresetToPresetAndSpaceOrReturnChooses) {
     Stage stage;
     stage.show(menuPanelFile());

@@ -47,7 +47,7 @@ T.Popup {
         else
             cancelled()
     }
-    onOpened: contentItem.forceActiveFocus()
+    onOpened: (contentItem as DialogContent).begin()
 
     function finish(chosen: int) {
         answer = chosen

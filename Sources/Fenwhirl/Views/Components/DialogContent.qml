@@ -4,6 +4,7 @@ import Fenwhirl.Components
 // What a Dialog shows.
 //   title, message, acceptText, destructiveText, cancelText, iconSource, showsIcon   as there
 //   signals accepted, destructive, cancelled   a button was pressed; Return anywhere else is the first one
+//   begin()   gives the first button the focus, whichever had it last time
 FocusScope {
     id: root
 
@@ -18,6 +19,10 @@ FocusScope {
     signal accepted()
     signal destructive()
     signal cancelled()
+
+    function begin() {
+        first.forceActiveFocus()
+    }
 
     Accessible.description: message
     Accessible.name: title
@@ -69,6 +74,7 @@ FocusScope {
             width: parent.width
 
             PrimaryButton {
+                id: first
                 focus: true
                 designHeight: 32
                 text: root.acceptText

@@ -10,7 +10,7 @@ import Fenwhirl.Components
 //   disabledOpacity  of the whole control; 1 when its parts look after themselves
 //   ringRadius       corner radius of the control, for the ring around it
 //   signal clicked   mouse, Space, Return, or a screen reader's press
-// It does not take the focus when clicked: what was focused stays so.
+// It takes the focus when it is clicked, unless Tab does not stop here either.
 Item {
     id: root
 
@@ -77,6 +77,10 @@ Item {
         hoverEnabled: true
 
         onClicked: root.clicked()
+        onPressed: {
+            if (root.takesFocus)
+                root.forceActiveFocus(Qt.MouseFocusReason)
+        }
     }
 
     FocusRing {

@@ -19,6 +19,9 @@ Flickable {
     // Dragging the page with the mouse is not how a desktop scrolls; the handlers below take wheel, touchpad and finger.
     interactive: false
 
+    // Having the focus itself, it is no stop of its own: from there Tab goes to what it shows.
+    Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+    Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onPressed: event => {
         switch (event.key) {
         case Qt.Key_PageDown:
