@@ -59,7 +59,7 @@ UpdateServices updateServices(PreferencesStore& preferences, WindowControl& wind
 }
 
 void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& color) {
-    Fenwhirl::drawSymbol(painter, QStringLiteral("fan.fill"), bounds, color);
+    Fenwhirl::drawSymbol(painter, QStringLiteral("fan"), bounds, color);
 }
 
 } // namespace

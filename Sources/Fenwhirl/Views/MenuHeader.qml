@@ -23,7 +23,7 @@ Column {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.accent
                 height: 18
-                name: "fan.fill"
+                name: "fan"
                 width: 18
             }
 

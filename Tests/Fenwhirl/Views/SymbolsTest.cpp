@@ -53,7 +53,7 @@ QList<Drawn> symbolsOfPage(Stage& stage, Page page) {
 TEST(Symbols, OfTheSidebar) {
     Stage stage;
     stage.showPage(Page::sensors);
-    EXPECT_EQ(symbolsOf(stage), (QList<Drawn>{symbol("fan.fill", 19, PaletteColor::onAccent),
+    EXPECT_EQ(symbolsOf(stage), (QList<Drawn>{symbol("fan", 18, PaletteColor::onAccent),
                                               symbol("square.grid.2x2", 18, PaletteColor::secondaryText),
                                               symbol("fan", 18, PaletteColor::secondaryText),
                                               symbol("thermometer.medium", 18, PaletteColor::accentSoft),
@@ -105,17 +105,17 @@ TEST(Symbols, OfTheIntroduction) {
     stage.onboarded = false;
     stage.show();
     EXPECT_EQ(symbolsOf(stage).mid(9),
-              (QList<Drawn>{symbol("fan.fill", 42, PaletteColor::onAccent),
+              (QList<Drawn>{symbol("fan", 42, PaletteColor::onAccent),
                             symbol("chevron.up.chevron.down", 13, PaletteColor::muted)}));
     stage.click(QStringLiteral("Suivant"));
-    EXPECT_EQ(symbolsOf(stage).mid(9), (QList<Drawn>{symbol("fan.fill", 42, PaletteColor::onAccent),
+    EXPECT_EQ(symbolsOf(stage).mid(9), (QList<Drawn>{symbol("fan", 42, PaletteColor::onAccent),
                                                      symbol("checkmark", 15, PaletteColor::good)}));
 }
 
 TEST(Symbols, OfThePanel) {
     Stage stage;
     stage.show(menuPanelFile());
-    EXPECT_EQ(symbolsOf(stage), (QList<Drawn>{symbol("fan.fill", 18, PaletteColor::accent)}));
+    EXPECT_EQ(symbolsOf(stage), (QList<Drawn>{symbol("fan", 18, PaletteColor::accent)}));
 }
 
 } // namespace

@@ -13,12 +13,17 @@ namespace {
 
 // Of a canvas 22 high: a symbol of 16, text of 13 and 4 between them.
 constexpr double canvas = 22.0;
-constexpr double symbolShare = 16.0 / canvas;
+constexpr double marginShare = 3.0 / canvas; // around the symbol
 constexpr double textShare = 13.0 / canvas;
 constexpr double gapShare = 4.0 / canvas;
 // In a square the symbol and the digits have a half each, and the digits are as high as the symbol.
 constexpr double halfShare = 0.5;
 constexpr int edgeAlpha = 160; // of 255
+
+// Whole pixels, for which the symbol is drawn.
+double symbolMargin(int height) {
+    return std::floor(height * marginShare);
+}
 
 QImage transparentImage(QSize size) {
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
@@ -73,8 +78,8 @@ QImage edged(QSize size, bool onDark, const Draw& draw) {
 
 QImage wideIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark) {
     const TextShape shape = textShape(text, height * textShare, QFont::Medium);
-    const double side = height * symbolShare;
-    const double margin = (height - side) / 2;
+    const double margin = symbolMargin(height);
+    const double side = height - 2 * margin;
     const double textLeft = margin + side + height * gapShare;
     const double baseline = std::round((height + shape.digitHeight) / 2);
     const QSize size(static_cast<int>(std::ceil(textLeft + shape.width + margin / 2)), height);
@@ -119,8 +124,8 @@ QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, 
             return wideIcon(symbol, text, height, onDark);
         return squareIcon(symbol, QString(text).remove(u'°'), height, onDark);
     }
-    const double side = height * symbolShare;
-    const double margin = (height - side) / 2;
+    const double margin = symbolMargin(height);
+    const double side = height - 2 * margin;
     return edged({height, height}, onDark, [&](QPainter& painter, const QColor& color) {
         symbol(painter, QRectF(margin, margin, side, side), color);
     });

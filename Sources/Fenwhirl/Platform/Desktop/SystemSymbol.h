@@ -10,7 +10,7 @@
 #include <QImage>
 #include <QString>
 
-// The symbol at a font size of so many pixels, as wide and high as it is at that size. Only the opacity
-// counts: the colour is the caller's business. Where a pixel of the image is not one of the size, its device
-// pixel ratio says so. Null for a name that the system does not know.
-[[nodiscard]] QImage systemSymbol(const QString& name, double fontPixels);
+// The symbol at a font size of so many pixels, regular or bold, as wide and high as it is at that size. Only
+// the opacity counts: the colour is the caller's business. Where a pixel of the image is not one of the size,
+// its device pixel ratio says so. Null for a name that the system does not know.
+[[nodiscard]] QImage systemSymbol(const QString& name, double fontPixels, bool bold);

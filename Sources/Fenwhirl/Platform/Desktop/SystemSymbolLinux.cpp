@@ -1,5 +1,5 @@
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 
-QImage systemSymbol(const QString& /*name*/, double /*fontPixels*/) {
+QImage systemSymbol(const QString& /*name*/, double /*fontPixels*/, bool /*bold*/) {
     return {};
 }

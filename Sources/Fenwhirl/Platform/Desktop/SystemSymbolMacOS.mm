@@ -1,11 +1,12 @@
 #include "Fenwhirl/Platform/Desktop/NativeImageMacOS.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 
-QImage systemSymbol(const QString& name, double fontPixels) {
+QImage systemSymbol(const QString& name, double fontPixels, bool bold) {
     @autoreleasepool {
         NSImage* symbol = [NSImage imageWithSystemSymbolName:name.toNSString() accessibilityDescription:nil];
-        NSImageSymbolConfiguration* size =
-            [NSImageSymbolConfiguration configurationWithPointSize:fontPixels weight:NSFontWeightRegular];
+        NSImageSymbolConfiguration* size = [NSImageSymbolConfiguration
+            configurationWithPointSize:fontPixels
+                                weight:bold ? NSFontWeightBold : NSFontWeightRegular];
         NSImage* sized = [symbol imageWithSymbolConfiguration:size];
         // Without such a symbol there is nothing, and nothing has no size.
         return fromNativeImage(sized, QSizeF(sized.size.width, sized.size.height));

@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// The program's emblem: the solid fan on an accent square with round corners.
+// The program's emblem: the fan in a bold line on an accent square with round corners.
 //   size     32 (sidebar) or 72 (onboarding)
 Rectangle {
     id: root
@@ -16,8 +16,9 @@ Rectangle {
     Symbol {
         anchors.centerIn: parent
         color: Theme.onAccent
+        bold: true
         height: width
-        name: "fan.fill"
-        width: root.size > 48 ? root.size * 42 / 72 : root.size * 19 / 32
+        name: "fan"
+        width: root.size > 48 ? root.size * 42 / 72 : root.size * 18 / 32
     }
 }

@@ -30,9 +30,18 @@ void Symbol::setColor(const QColor& color) {
     Q_EMIT colorChanged();
 }
 
+void Symbol::setBold(bool bold) {
+    if (bold == m_bold)
+        return;
+    m_bold = bold;
+    update();
+    Q_EMIT boldChanged();
+}
+
 void Symbol::paint(QPainter* painter) {
-    if (!drawSystemSymbol(*painter, m_name, boundingRect(), m_color))
-        drawSymbol(*painter, m_name, boundingRect(), m_color);
+    const SymbolWeight weight = m_bold ? SymbolWeight::bold : SymbolWeight::regular;
+    if (!drawSystemSymbol(*painter, m_name, boundingRect(), m_color, weight))
+        drawSymbol(*painter, m_name, boundingRect(), m_color, weight);
 }
 
 } // namespace Fenwhirl

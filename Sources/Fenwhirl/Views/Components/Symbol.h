@@ -10,8 +10,8 @@
 //
 // Drawn with QPainter at the resolution of the screen, so it looks the same with every scene graph backend. A
 // name without a drawing shows nothing and leaves a warning with the place in the QML; an empty name is
-// allowed. 18 x 18 unless sized. Decoration: it is no node of the accessibility tree; its control carries the
-// name.
+// allowed. 18 x 18 unless sized; `bold` for a place where a text would be. Decoration: it is no node of the
+// accessibility tree; its control carries the name.
 
 namespace Fenwhirl {
 
@@ -20,6 +20,7 @@ class Symbol : public QQuickPaintedItem {
     QML_ELEMENT
     Q_PROPERTY(QString name READ name WRITE setName NOTIFY nameChanged FINAL)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged FINAL)
+    Q_PROPERTY(bool bold READ isBold WRITE setBold NOTIFY boldChanged FINAL)
 
 public:
     explicit Symbol(QQuickItem* parent = nullptr);
@@ -32,15 +33,21 @@ public:
 
     void setColor(const QColor& color);
 
+    [[nodiscard]] bool isBold() const { return m_bold; }
+
+    void setBold(bool bold);
+
     void paint(QPainter* painter) override;
 
 Q_SIGNALS:
     void nameChanged();
     void colorChanged();
+    void boldChanged();
 
 private:
     QString m_name;
     QColor m_color;
+    bool m_bold = false;
 };
 
 } // namespace Fenwhirl

@@ -15,6 +15,9 @@ class QRectF;
 // 24, either filled or stroked with round caps and joins, all in one colour given by whoever draws. A file is
 // read once, when its symbol is first asked for, and kept. Main thread, or any one thread at a time: the
 // first reading is guarded.
+//
+// The outline of the fan has drawings of its own for 16, 18, 22 and 24 pixels ("fan.16"), on grids of so many
+// pixels, because its blades are too fine to be made smaller. Other files have a grid of 24 x 24.
 
 namespace Fenwhirl {
 
@@ -29,7 +32,15 @@ struct SymbolShape {
 // The shapes of a symbol in drawing order, or an empty list for a name we have no drawing for.
 [[nodiscard]] const std::vector<SymbolShape>& symbolShapes(const QString& name);
 
+// As of a text that stands beside the symbol.
+enum class SymbolWeight { regular, bold };
+
+// Which drawing of a symbol is meant for so many pixels: its own name, or that of a drawing for that size.
+// The fan in fewer than 16 pixels is the solid one.
+[[nodiscard]] QString drawingForPixels(const QString& name, double pixels);
+
 // Draws a symbol as large as fits centred into `bounds`, antialiased. An unknown name draws nothing.
-void drawSymbol(QPainter& painter, const QString& name, const QRectF& bounds, const QColor& color);
+void drawSymbol(QPainter& painter, const QString& name, const QRectF& bounds, const QColor& color,
+                SymbolWeight weight = SymbolWeight::regular);
 
 } // namespace Fenwhirl

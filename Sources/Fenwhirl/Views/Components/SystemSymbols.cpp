@@ -1,13 +1,13 @@
 #include "Fenwhirl/Views/Components/SystemSymbols.h"
 
 #include <QColor>
-#include <QHash>
 #include <QMutex>
 #include <QPainter>
-#include <QPair>
 
 #include <algorithm>
 #include <cmath>
+#include <map>
+#include <tuple>
 #include <utility>
 
 namespace Fenwhirl {
@@ -17,7 +17,7 @@ namespace {
 struct Symbols {
     QMutex mutex;
     SystemSymbolSource source;
-    QHash<QPair<QString, int>, QImage> pictures; // by name and font size in hundredths of a pixel
+    std::map<std::tuple<QString, int, bool>, QImage> pictures; // by name, hundredths of a pixel, whether bold
 };
 
 Symbols& symbols() {
@@ -25,18 +25,18 @@ Symbols& symbols() {
     return instance;
 }
 
-QImage picture(const QString& name, double fontPixels) {
+QImage picture(const QString& name, double fontPixels, bool bold) {
     Symbols& known = symbols();
     const QMutexLocker lock(&known.mutex);
     if (!known.source || name.isEmpty())
         return {};
     constexpr double steps = 100.0;
-    const QPair<QString, int> key(name,
-                                  static_cast<int>(std::lround(std::clamp(fontPixels, 0.0, 4096.0) * steps)));
-    const auto found = known.pictures.constFind(key);
-    if (found != known.pictures.constEnd())
-        return *found;
-    return *known.pictures.insert(key, known.source(name, fontPixels));
+    const std::tuple<QString, int, bool> key(
+        name, static_cast<int>(std::lround(std::clamp(fontPixels, 0.0, 4096.0) * steps)), bold);
+    const auto found = known.pictures.find(key);
+    if (found != known.pictures.end())
+        return found->second;
+    return known.pictures.emplace(key, known.source(name, fontPixels, bold)).first->second;
 }
 
 // The picture's opacity in one colour.
@@ -57,13 +57,14 @@ void setSystemSymbolSource(SystemSymbolSource source) {
     known.pictures.clear();
 }
 
-bool drawSystemSymbol(QPainter& painter, const QString& name, const QRectF& bounds, const QColor& color) {
+bool drawSystemSymbol(QPainter& painter, const QString& name, const QRectF& bounds, const QColor& color,
+                      SymbolWeight weight) {
     // As many pixels as there are under the bounds, so that nothing is scaled up.
     const double scale = std::sqrt(std::abs(painter.deviceTransform().determinant()));
     const double side = std::min(bounds.width(), bounds.height());
     if (!(side > 0.0) || !(scale > 0.0))
         return false;
-    const QImage image = picture(name, side * scale * systemSymbolFontShare);
+    const QImage image = picture(name, side * scale * systemSymbolFontShare, weight == SymbolWeight::bold);
     if (image.isNull())
         return false;
     QSizeF size = image.deviceIndependentSize() / scale;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Fenwhirl/Views/Components/SymbolShapes.h"
+
 #include <QImage>
 #include <QString>
 
@@ -19,9 +21,9 @@ class QRectF;
 
 namespace Fenwhirl {
 
-// The symbol of a name at a font size in pixels, in its own proportions; only its opacity counts. Its device
-// pixel ratio says how many of its pixels make one of the size. Null for an unknown name.
-using SystemSymbolSource = std::function<QImage(const QString& name, double fontPixels)>;
+// The symbol of a name at a font size in pixels and in a weight, in its own proportions; only its opacity
+// counts. Its device pixel ratio says how many of its pixels make one of the size. Null for an unknown name.
+using SystemSymbolSource = std::function<QImage(const QString& name, double fontPixels, bool bold)>;
 
 // How much of the box of a symbol its font size is. Symbols of a font are up to 1.25 times as wide or high as
 // its size; one that is still larger than its box is made smaller.
@@ -33,6 +35,6 @@ void setSystemSymbolSource(SystemSymbolSource source);
 // Draws the system's symbol centred into `bounds` in one colour; false, and nothing drawn, where there is
 // none.
 [[nodiscard]] bool drawSystemSymbol(QPainter& painter, const QString& name, const QRectF& bounds,
-                                    const QColor& color);
+                                    const QColor& color, SymbolWeight weight = SymbolWeight::regular);
 
 } // namespace Fenwhirl

@@ -61,6 +61,19 @@ TEST(StatusIcon, WithoutATemperatureIsTheSymbolInTheMiddle) {
     }
 }
 
+TEST(StatusIcon, DrawsTheSymbolOnWholePixelsInEverySizeOfATray) {
+    for (const auto& [height, side] :
+         {std::pair(16, 12), {18, 14}, {22, 16}, {24, 18}, {32, 24}, {44, 32}, {48, 36}}) {
+        QList<QRectF> places;
+        const auto note = [&places](QPainter&, const QRectF& bounds, const QColor&) {
+            places.append(bounds);
+        };
+        static_cast<void>(statusIcon(note, {}, height, true, StatusIconShape::square));
+        const double margin = (height - side) / 2.0;
+        EXPECT_EQ(places.value(0), QRectF(margin, margin, side, side)) << height;
+    }
+}
+
 TEST(StatusIcon, HasAnEdgeThatShowsItOnABarOfItsOwnColour) {
     const QImage image = icon({}, 22, StatusIconShape::square);
     const QColor edge = image.pixelColor(2, 11);

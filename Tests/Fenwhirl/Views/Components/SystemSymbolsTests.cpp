@@ -16,6 +16,7 @@ protected:
     struct Question {
         QString name;
         double fontPixels;
+        bool bold;
     };
 
     std::vector<Question> asked;
@@ -23,8 +24,8 @@ protected:
     double barRatio = 1.0;
 
     SystemSymbolsTest() {
-        setSystemSymbolSource([this](const QString& name, double fontPixels) {
-            asked.push_back({name, fontPixels});
+        setSystemSymbolSource([this](const QString& name, double fontPixels, bool bold) {
+            asked.push_back({name, fontPixels, bold});
             if (name != QStringLiteral("bar"))
                 return QImage();
             QImage bar(barSize, QImage::Format_ARGB32);
@@ -92,6 +93,16 @@ TEST_F(SystemSymbolsTest, AreAskedForOnceForEachSize) {
     EXPECT_FALSE(draw(QStringLiteral("unknown"), image));
     EXPECT_FALSE(draw(QStringLiteral("unknown"), image));
     EXPECT_EQ(asked.size(), 2U);
+}
+
+TEST_F(SystemSymbolsTest, AreAskedForInTheirWeight) {
+    QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&image);
+    for (const SymbolWeight weight : {SymbolWeight::bold, SymbolWeight::regular})
+        EXPECT_TRUE(drawSystemSymbol(painter, QStringLiteral("bar"), QRectF(0, 0, 20, 20), Qt::red, weight));
+    ASSERT_EQ(asked.size(), 2U);
+    EXPECT_TRUE(asked[0].bold);
+    EXPECT_FALSE(asked[1].bold);
 }
 
 TEST_F(SystemSymbolsTest, UnknownOnesLeaveThePlaceToOurDrawing) {
