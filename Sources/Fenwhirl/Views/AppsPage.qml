@@ -64,7 +64,6 @@ ScrollView {
         }
 
         Card {
-            padding: 16
             visible: root.view.apps.count > 0
             width: parent.width
 
@@ -91,17 +90,12 @@ ScrollView {
         }
 
         Card {
-            padding: 0
             visible: root.view.apps.count > 0
             width: parent.width
 
             Column {
                 Accessible.name: qsTr("Applications")
                 Accessible.role: Accessible.List
-                bottomPadding: 6
-                leftPadding: 20
-                rightPadding: 20
-                topPadding: 6
 
                 Repeater {
                     model: root.view.apps
@@ -114,7 +108,7 @@ ScrollView {
                         detail: memoryText
                         divider: index < root.view.apps.count - 1
                         protectedText: canQuit ? "" : qsTr("Protégé")
-                        width: parent.width - 40
+                        width: parent.width
 
                         onToggled: on => {
                             if (!on)

@@ -38,6 +38,24 @@ TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
     EXPECT_EQ(stage.all(QAccessible::CheckBox).size(), 1); // no switch for what is protected
 }
 
+TEST(AppsPage, ItsCardsHaveTheUsualPaddingOnEverySide) {
+    Stage stage;
+    stage.start();
+    stage.setApps({runningApp(QStringLiteral("Blender"), 36.5, 71)});
+    stage.showPage(Page::apps);
+    static_cast<void>(stage.window().grabWindow());
+    const QRect row = stage.all(QAccessible::ListItem).first()->rect().translated(-stage.window().position());
+    EXPECT_EQ(row.left(), 208 + 18 + 20);
+    EXPECT_EQ(row.right() + 1, 1040 - 18 - 20);
+    const QColor card(0x1F, 0x22, 0x29);
+    // Inside the card's edge above the row and below it, and beyond it.
+    const int x = row.center().x();
+    EXPECT_EQ(stage.colorAt({x, row.top() - 18}), card);
+    EXPECT_NE(stage.colorAt({x, row.top() - 20}), card);
+    EXPECT_EQ(stage.colorAt({x, row.bottom() + 18}), card);
+    EXPECT_NE(stage.colorAt({x, row.bottom() + 20}), card);
+}
+
 TEST(AppsPage, ShowsAnApplicationsIconAndTheGearsForWhatHasNone) {
     const QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("icon.png"));
