@@ -39,11 +39,13 @@ Window {
         onActivated: root.close()
     }
 
-    // Under everything else: what nothing there takes drags the window, whose title bar may be hidden.
+    // Under everything else: what nothing there takes drags the window where its title bar is hidden. Elsewhere the title
+    // bar does: under X11 the window manager gets no end of a drag that begins here, and the window sticks to the pointer.
     Item {
         anchors.fill: parent
 
         DragHandler {
+            enabled: Qt.platform.os === "osx"
             grabPermissions: PointerHandler.TakeOverForbidden
             target: null
 

@@ -133,12 +133,13 @@ bool dragsTheWindow(Stage& stage, QPoint from) {
     return active;
 }
 
-TEST(MainWindow, IsDraggedByWhatNothingElseTakes) {
+TEST(MainWindow, IsDraggedByWhatNothingElseTakesWhereItHasNoTitleBar) {
     Stage stage;
     stage.windowSize = {1040, 680};
     stage.show();
-    EXPECT_TRUE(dragsTheWindow(stage, QPoint(100, 16)));  // above the product's name
-    EXPECT_TRUE(dragsTheWindow(stage, QPoint(100, 560))); // between the pages and the foot
+    const bool isMac = QSysInfo::productType() == QLatin1String("macos");
+    EXPECT_EQ(dragsTheWindow(stage, QPoint(100, 16)), isMac);  // above the product's name
+    EXPECT_EQ(dragsTheWindow(stage, QPoint(100, 560)), isMac); // between the pages and the foot
     const QRect row = stage.find(QStringLiteral("Alertes"), QAccessible::PageTab)->rect();
     EXPECT_FALSE(dragsTheWindow(stage, stage.window().mapFromGlobal(row.center())));
 }
