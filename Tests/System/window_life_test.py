@@ -54,6 +54,23 @@ class Starting(unittest.TestCase):
 
 
 class ClosingAndComingBack(unittest.TestCase):
+    def test_the_window_of_the_next_start_is_where_the_last_one_was(self):
+        with Desktop() as desktop:
+            application = desktop.start()
+            self.assertEqual(desktop.start_again(), 0)
+            window = desktop.wait_for_main_window()
+            desktop.resize(window, 1000, 600)
+            subprocess.run(["xdotool", "windowmove", window[0], "150", "90"], check=True)
+            place = stage.wait_until(
+                lambda: (desktop.main_window() or window)[1:3] != window[1:3] and desktop.main_window()[1:],
+                "the window is moved")
+            self.assertEqual(application.stop(), 0)
+            desktop.start()
+            self.assertEqual(desktop.start_again(), 0)
+            desktop.wait_for_main_window()
+            stage.wait_until(lambda: desktop.main_window()[1:] == place,
+                             lambda: f"the window is at {place}; it is at {desktop.main_window()}")
+
     def test_a_closed_window_comes_back_on_the_same_page(self):
         with Desktop() as desktop:
             application = desktop.start()

@@ -11,6 +11,7 @@
 #include "Fenwhirl/Platform/Desktop/FileDialogs.h"
 #include "Fenwhirl/Platform/Desktop/SessionEnd.h"
 #include "Fenwhirl/Platform/Desktop/SingleInstance.h"
+#include "Fenwhirl/Platform/Desktop/StateFolder.h"
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 #include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
 #include "Fenwhirl/Platform/SessionPresence.h"
@@ -89,6 +90,7 @@ int fenwhirl_app_main(int argc, char** argv) {
     const std::unique_ptr<SystemAppearance> appearance = SystemAppearance::create();
     const std::unique_ptr<StatusItem> statusItem = StatusItem::create(drawStatusSymbol);
     WindowControl windows(monitor, processes, *appearance, viewServices());
+    windows.rememberPlaceIn(stateFolder() + QStringLiteral("/window.json"));
     UpdateChecker updates(updateServices(real.preferences(), windows));
     AppDelegate delegate(monitor, windows, *statusItem, [&updates] { updates.startIfNeeded(); });
     QObject::connect(instance.get(), &SingleInstance::raiseRequested, &delegate,

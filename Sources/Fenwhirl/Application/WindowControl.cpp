@@ -109,6 +109,8 @@ void WindowControl::openMain(const QString& token) {
     if (!main_) {
         models_.setAwake(true); // the first picture shows what there is
         main_ = makeWindow(mainWindowFile(), withModels());
+        if (!placeFile_.isEmpty())
+            place_ = std::make_unique<WindowPlaceKeeper>(*main_, placeFile_);
         watchVisibility(*main_);
         main_->installEventFilter(this);
         connect(main_.get(), &QWindow::activeChanged, this, [this] {

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "Fenwhirl/Application/PanelControl.h"
+#include "Fenwhirl/Application/WindowPlace.h"
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
 #include "Fenwhirl/Views/ViewModels.h"
 
@@ -57,6 +58,9 @@ public:
     // Set at a launch that is to show nothing but the status item; consumed by the first `appear`.
     bool hideOnFirstAppearance = false;
 
+    // From now on the main window comes back where it was; not yet made.
+    void rememberPlaceIn(const QString& file) { placeFile_ = file; }
+
     // The launch is done: shows the main window, unless it is to hide.
     void appear();
     // Closes the panel, then shows and raises the main window; makes it if there is none yet. `token` is the
@@ -99,7 +103,9 @@ private:
     SystemAppearance& appearance_;
     ViewModels models_;
     std::unique_ptr<QQmlEngine> engine_;
+    QString placeFile_; // empty: nothing is remembered
     std::unique_ptr<QQuickWindow> main_;
+    std::unique_ptr<WindowPlaceKeeper> place_; // goes before the window
     PanelControl panel_;
     std::unique_ptr<QQuickWindow> alert_;
     std::function<void()> acceptAlert_;

@@ -13,10 +13,8 @@ void setAccessory() {}
 void bringToFront(QWindow& window, const QString& token) {
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // the Wayland plugin takes it from there
-    if (window.windowStates().testFlag(Qt::WindowMinimized))
-        window.showNormal();
-    else
-        window.show();
+    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized); // a maximised one stays maximised
+    window.setVisible(true);
     window.raise();
     window.requestActivate();
 }

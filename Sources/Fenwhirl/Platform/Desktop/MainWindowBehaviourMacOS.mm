@@ -42,7 +42,7 @@ void setAccessory() {
 }
 
 void bringToFront(QWindow& window, const QString& /*token*/) {
-    window.show();
+    window.setVisible(true); // a maximised one stays maximised
     NSWindow* native = nativeWindow(window);
     if (native.miniaturized)
         [native deminiaturize:nil];

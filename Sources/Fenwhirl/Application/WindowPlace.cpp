@@ -1,0 +1,134 @@
+#include "Fenwhirl/Application/WindowPlace.h"
+
+#include "Fenwhirl/Platform/AtomicFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QScreen>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr int largestNumber = 100000; // of a point or a length on any desktop
+constexpr qint64 longestFile = 4096;
+
+std::optional<int> number(const QJsonObject& object, const char* name, int least) {
+    const QJsonValue value = object.value(QLatin1String(name));
+    const double found = value.toDouble(largestNumber + 1.0);
+    if (!(found >= least && found <= largestNumber))
+        return std::nullopt;
+    return static_cast<int>(found);
+}
+
+QByteArray textOf(const WindowPlace& place) {
+    return QJsonDocument(QJsonObject{{QStringLiteral("x"), place.area.x()},
+                                     {QStringLiteral("y"), place.area.y()},
+                                     {QStringLiteral("width"), place.area.width()},
+                                     {QStringLiteral("height"), place.area.height()},
+                                     {QStringLiteral("maximized"), place.maximized}})
+        .toJson();
+}
+
+int shared(const QRect& one, const QRect& other) {
+    const QRect both = one.intersected(other);
+    return both.isEmpty() ? 0 : both.width() * both.height();
+}
+
+// Moves a length into a range; where it does not fit, its beginning shows.
+int inside(int position, int length, int low, int high) {
+    return std::max(low, std::min(position, high - length));
+}
+
+} // namespace
+
+std::optional<WindowPlace> windowPlaceFrom(const QByteArray& text) {
+    const QJsonObject object = QJsonDocument::fromJson(text).object();
+    const auto x = number(object, "x", -largestNumber);
+    const auto y = number(object, "y", -largestNumber);
+    const auto width = number(object, "width", 1);
+    const auto height = number(object, "height", 1);
+    if (!x || !y || !width || !height)
+        return std::nullopt;
+    return WindowPlace{QRect(*x, *y, *width, *height), object.value(QLatin1String("maximized")).toBool()};
+}
+
+std::optional<QRect> placeOnScreens(const QRect& area, const QList<QRect>& screens, QSize least) {
+    if (screens.isEmpty())
+        return std::nullopt;
+    const QRect& screen =
+        *std::max_element(screens.begin(), screens.end(), [&area](const QRect& one, const QRect& other) {
+            return shared(one, area) < shared(other, area);
+        });
+    const QSize size = area.size().boundedTo(screen.size()).expandedTo(least);
+    return QRect(QPoint(inside(area.x(), size.width(), screen.x(), screen.x() + screen.width()),
+                        inside(area.y(), size.height(), screen.y(), screen.y() + screen.height())),
+                 size);
+}
+
+WindowPlaceKeeper::WindowPlaceKeeper(QWindow& window, QString file)
+    : window_(window)
+    , file_(std::move(file)) {
+    restore();
+    for (const auto changed :
+         {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged, &QWindow::heightChanged})
+        connect(&window_, changed, this, &WindowPlaceKeeper::note);
+    connect(&window_, &QWindow::windowStateChanged, this, &WindowPlaceKeeper::note);
+    // It says so before it has gone: what it says of its place afterwards is nobody's.
+    connect(&window_, &QWindow::visibleChanged, this, [this](bool visible) {
+        if (visible)
+            note();
+        else
+            save();
+    });
+}
+
+WindowPlaceKeeper::~WindowPlaceKeeper() {
+    note();
+    save();
+}
+
+void WindowPlaceKeeper::restore() {
+    QFile file(file_);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    saved_ = windowPlaceFrom(file.read(longestFile));
+    if (!saved_)
+        return;
+    QList<QRect> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens.append(screen->availableGeometry());
+    if (const auto area = placeOnScreens(saved_->area, screens, window_.minimumSize())) {
+        place_ = {*area, saved_->maximized};
+        window_.setGeometry(*area);
+        if (place_.maximized)
+            window_.setWindowState(Qt::WindowMaximized);
+    }
+}
+
+void WindowPlaceKeeper::note() {
+    if (!window_.isVisible() || window_.windowStates().testFlag(Qt::WindowMinimized))
+        return;
+    place_.maximized = window_.windowStates().testFlag(Qt::WindowMaximized);
+    const QSize screen = window_.screen()->availableSize();
+    // Maximising changes the size before the state.
+    const bool fills = window_.width() >= screen.width() && window_.height() >= screen.height();
+    if (window_.windowStates() == Qt::WindowNoState && !fills)
+        place_.area = window_.geometry();
+}
+
+void WindowPlaceKeeper::save() {
+    if (!place_.area.isValid() || saved_ == place_)
+        return;
+    saved_ = place_;
+    const QByteArray text = textOf(place_);
+    if (QDir().mkpath(QFileInfo(file_).absolutePath()))
+        static_cast<void>(replaceFile(QFile::encodeName(file_).toStdString(),
+                                      {text.constData(), static_cast<std::size_t>(text.size())}));
+}
