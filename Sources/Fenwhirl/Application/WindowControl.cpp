@@ -4,11 +4,14 @@
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/RestingMemory.h"
+#include "Fenwhirl/Views/Components/Palette.h"
 #include "Fenwhirl/Views/Components/SystemSymbols.h"
 #include "Fenwhirl/Views/Components/Theme.h"
 #include "Fenwhirl/Views/Views.h"
 
 #include <QEvent>
+#include <QGuiApplication>
+#include <QPalette>
 #include <QPlatformSurfaceEvent>
 #include <QQmlComponent>
 #include <QQuickWindow>
@@ -31,6 +34,30 @@ AppearanceChoice choiceOf(AppTheme theme) {
         break;
     }
     return AppearanceChoice::system;
+}
+
+// For what the toolkit draws by itself beside our windows: its dialog for saving a file, where the desktop
+// has none.
+QPalette dialogPalette(bool dark) {
+    using Fenwhirl::PaletteColor;
+    const Fenwhirl::Palette& colors = Fenwhirl::palette(dark);
+    const auto color = [&colors](PaletteColor name) { return colors[static_cast<std::size_t>(name)]; };
+    QPalette palette(color(PaletteColor::card), color(PaletteColor::window)); // derives bevels from these
+    for (const auto& [role, name] : {std::pair(QPalette::WindowText, PaletteColor::text),
+                                     {QPalette::Text, PaletteColor::text},
+                                     {QPalette::ButtonText, PaletteColor::text},
+                                     {QPalette::ToolTipText, PaletteColor::text},
+                                     {QPalette::ToolTipBase, PaletteColor::popup},
+                                     {QPalette::Base, PaletteColor::card},
+                                     {QPalette::AlternateBase, PaletteColor::well},
+                                     {QPalette::Highlight, PaletteColor::accent},
+                                     {QPalette::HighlightedText, PaletteColor::onAccent},
+                                     {QPalette::Link, PaletteColor::accentSoft},
+                                     {QPalette::PlaceholderText, PaletteColor::muted}})
+        palette.setColor(role, color(name));
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, color(PaletteColor::muted));
+    return palette;
 }
 
 ViewServices withOpenMain(ViewServices services, std::function<void()> openMain) {
@@ -188,6 +215,7 @@ void WindowControl::applyAppearance() {
     theme->setReducedMotion(appearance_.prefersReducedMotion());
     theme->setTextScale(appearance_.textScale());
     theme->setDark(dark);
+    QGuiApplication::setPalette(dialogPalette(dark));
 }
 
 void WindowControl::retranslate() {

@@ -4,6 +4,8 @@
 
 #include "Fenwhirl/Views/Components/Theme.h"
 
+#include <QGuiApplication>
+#include <QPalette>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QScreen>
@@ -12,6 +14,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -294,6 +297,22 @@ TEST(Termination, HandsTheFansBackOnce) {
     life.delegate->applicationWillTerminate();
     EXPECT_TRUE(life.world.helper.takeRuns().empty());
     EXPECT_EQ(life.world.timesHandedBack, 1);
+}
+
+TEST(Life, WhatTheToolkitDrawsHasTheColoursOfTheWindows) {
+    const QPalette usual = QGuiApplication::palette();
+    Life life(true);
+    for (const bool dark : {true, false}) {
+        life.world.monitor().setTheme(dark ? AppTheme::dark : AppTheme::light);
+        life.windows->openMain();
+        const QPalette shown = QGuiApplication::palette();
+        const int ground = shown.color(QPalette::Window).lightness();
+        const int text = shown.color(QPalette::WindowText).lightness();
+        EXPECT_EQ(ground < 80, dark);
+        EXPECT_GT(std::abs(shown.color(QPalette::Base).lightness() - text), 100);
+        EXPECT_GT(std::abs(shown.color(QPalette::Button).lightness() - text), 100);
+    }
+    QGuiApplication::setPalette(usual);
 }
 
 } // namespace
