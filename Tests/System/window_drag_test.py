@@ -50,7 +50,9 @@ class DraggingTheWindow(unittest.TestCase):
             extents = run("xprop", "-id", window[0], "_NET_FRAME_EXTENTS")
             title = int(re.findall(r"\d+", extents)[2])
             self.assertGreater(title, 10)
-            self.drag(before[1] + 300, before[2] - title // 2, -40, 30)
+            # Where the content begins on the screen: the frame lies before it.
+            top = int(re.search(r"Absolute upper-left Y:\s+(-?\d+)", run("xwininfo", "-id", window[0])).group(1))
+            self.drag(before[1] + 300, top - title // 2, -40, 30)
             stage.wait_until(lambda: desktop.main_window()[1:3] != before[1:3], "the window moves")
             self.assertTrue(self.rests(desktop, window), "it sticks to the pointer")
 
