@@ -63,6 +63,23 @@ class PanelWindow(unittest.TestCase):
             self.open_panel(desktop)
             self.assertEqual(self.wait_for_fit(desktop), before)
 
+    def test_it_grows_with_the_line_of_a_refused_change(self):
+        with Desktop(helper=True) as desktop:
+            desktop.start_panel()
+            desktop.start()
+            self.open_panel(desktop)
+            before = self.wait_for_fit(desktop)
+            desktop.mac.tell("refuse all")
+            desktop.screen.press("Max")
+            desktop.screen.wait_for("Ce Mac n'a pas accepté le changement de vitesse du ventilateur.")
+            with_error = self.wait_for_fit(desktop)
+            self.assertGreater(with_error, before + 24)
+            self.close_panel(desktop)
+            self.open_panel(desktop)
+            self.assertEqual(self.wait_for_fit(desktop), with_error)
+            desktop.screen.press("OK")
+            stage.wait_until(lambda: self.wait_for_fit(desktop) == before, "the line goes")
+
     def test_it_follows_fans_and_sensors_that_come_and_go(self):
         with Desktop() as desktop:
             desktop.start_panel()
