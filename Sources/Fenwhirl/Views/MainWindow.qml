@@ -20,7 +20,7 @@ Window {
         if (onboarding.wanted && onboarding.overlay && content.covers(activeFocusItem))
             onboarding.overlay.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
         else if (isNowhere())
-            Qt.callLater(catchFocus) // what had the focus may be about to go
+            astray.start()
     }
 
     // Whether the focus is on nothing, or what had it is gone.
@@ -28,9 +28,15 @@ Window {
         return !onboarding.wanted && (activeFocusItem === contentItem || activeFocusItem === pageArea.scope)
     }
 
-    function catchFocus() {
-        if (isNowhere())
-            pageArea.takeFocus()
+    // Not at once: what had the focus may be about to go.
+    Timer {
+        id: astray
+        interval: 0
+
+        onTriggered: {
+            if (root.isNowhere())
+                pageArea.takeFocus()
+        }
     }
 
     Shortcut {

@@ -160,7 +160,10 @@ TEST(KeyboardInTheSidebar, PageKeysScrollThePageFromThereToo) {
 // The page gets what has no better place a moment after that is known.
 void settleFocus(Stage& stage) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
-    QCoreApplication::processEvents();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&stage] {
+        const QQuickItem* item = stage.window().activeFocusItem();
+        return item != nullptr && item->inherits("QQuickFlickable");
+    }));
 }
 
 TEST(KeyboardInTheWindow, PageKeysScrollThePageFromTheBeginning) {
