@@ -77,7 +77,7 @@ class PanelWindow(unittest.TestCase):
             self.close_panel(desktop)
             self.open_panel(desktop)
             self.assertEqual(self.wait_for_fit(desktop), with_error)
-            desktop.screen.press("OK")
+            desktop.screen.press("Fermer")
             stage.wait_until(lambda: self.wait_for_fit(desktop) == before, "the line goes")
 
     def test_it_follows_fans_and_sensors_that_come_and_go(self):

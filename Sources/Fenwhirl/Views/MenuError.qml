@@ -44,7 +44,7 @@ Item {
         id: close
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        text: "OK" // i18n-ignore: understood in every language; the word for closing has no row of its own
+        text: qsTranslate("SystemWords", "Close")
 
         onClicked: root.control.dismissError()
     }

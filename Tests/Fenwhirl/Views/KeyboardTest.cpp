@@ -192,7 +192,7 @@ TEST(KeyboardInTheWindow, TheFocusGoesToThePageWhenWhatHadItIsGone) {
     stage.showPage(Page::fans);
     stage.monitor().apply(Preset::max);
     stage.poll();
-    stage.click(QStringLiteral("OK"));
+    stage.click(QStringLiteral("Fermer"));
     ASSERT_EQ(stage.monitor().controlError(), QString());
     settleFocus(stage);
     stage.press(Qt::Key_Tab);

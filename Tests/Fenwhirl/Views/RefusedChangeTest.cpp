@@ -27,7 +27,7 @@ TEST_P(OnEveryPageThatChangesFans, ARefusedChangeIsToldAboveTheContentUntilItIsC
         for (const QAccessibleInterface* control : stage.all(role))
             EXPECT_GT(control->rect().top(), bottom) << control->text(QAccessible::Name).toStdString();
     }
-    stage.click(QStringLiteral("OK"));
+    stage.click(QStringLiteral("Fermer"));
     EXPECT_FALSE(stage.shows(refused));
     EXPECT_EQ(stage.monitor().controlError(), QString());
 }
@@ -41,7 +41,7 @@ TEST(RefusedChange, ThePresetsPageOffersTheHelperThatIsMissing) {
     stage.world.helper.installed = false;
     stage.showPage(Page::presets);
     EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
-    stage.click(QStringLiteral("Appliquer Jeu"));
+    stage.click(QStringLiteral("Appliquer: Jeu"));
     stage.poll();
     EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
     stage.click(QStringLiteral("Activer"));
@@ -68,7 +68,7 @@ TEST(RefusedChange, IsALineInThePanelUnderTheHealthOfTheMac) {
     ASSERT_TRUE(
         MonitorHarness::waitUntil([&] { return stage.window().height() == before + 8 + lineHeight; }));
     expectFixedSize(stage.window(), QSize(340, before + 8 + lineHeight));
-    stage.click(QStringLiteral("OK"));
+    stage.click(QStringLiteral("Fermer"));
     EXPECT_FALSE(stage.shows(refused));
     EXPECT_EQ(stage.monitor().controlError(), QString());
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.window().height() == before; }));
