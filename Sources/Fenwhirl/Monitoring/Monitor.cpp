@@ -149,8 +149,8 @@ void Monitor::setInFront(bool isInFront) {
     Private& d = state();
     if (std::exchange(d.isInFront, isInFront) != isInFront) {
         d.announceObligations();
-        // The fans go back at once; whoever comes to the front takes them with the next poll, so that the last
-        // word is not that of the one who left.
+        // The fans go back at once; whoever comes to the front takes them with the next poll, so that the
+        // last word is not that of the one who left.
         if (!isInFront) {
             tick();
         }
