@@ -20,7 +20,8 @@ protected:
             const double rpm = number("Ac", -1);
             if (rpm >= 0)
                 fans.push_back({index, rpm, number("Mn", 0), number("Mx", std::max(rpm, 1.0)),
-                                number("Tg", rpm), !std::isnan(number("Mx", NAN))});
+                                number("Tg", rpm),
+                                !std::isnan(number("Mx", std::numeric_limits<double>::quiet_NaN()))});
         }
         return fans;
     }

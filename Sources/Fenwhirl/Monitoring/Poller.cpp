@@ -27,6 +27,13 @@ std::vector<int> ours(const SentTargets& sent) {
 // From the tenth on a fan has no mode key (SMC::fanModes), so that asking for it again is in vain.
 constexpr int fansThatTell = 10;
 
+// Where no fan can be read, nobody has told anything.
+bool haveAllTold(const std::vector<FanReading>& fans, const std::set<int>& told) {
+    return !told.empty() && std::ranges::all_of(fans, [&told](const FanReading& fan) {
+        return fan.index >= fansThatTell || told.contains(fan.index);
+    });
+}
+
 } // namespace
 
 Poller::Poller(Services services) : services_(std::move(services)) {}
@@ -131,10 +138,7 @@ void Poller::lookForManualFans(const std::vector<FanReading>& fans, bool isInFro
         fansLookedAt_.clear();
     }
     wasInFront_ = isInFront;
-    const bool isComplete = std::ranges::all_of(fans, [this](const FanReading& fan) {
-        return fan.index >= fansThatTell || fansLookedAt_.contains(fan.index);
-    });
-    if (!isInFront || (isComplete && !fansLookedAt_.empty())) {
+    if (!isInFront || haveAllTold(fans, fansLookedAt_)) {
         return;
     }
     for (const auto& [index, isManual] : smc_->fanModes()) {
