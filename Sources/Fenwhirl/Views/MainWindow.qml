@@ -46,7 +46,7 @@ Window {
     }
 
     // Under everything else: what nothing there takes drags the window where its title bar is hidden. Elsewhere the title
-    // bar does: under X11 the window manager gets no end of a drag that begins here, and the window sticks to the pointer.
+    // bar does: under X11 a window that was dragged by its background has been seen to stick to the pointer afterwards.
     Item {
         anchors.fill: parent
 
