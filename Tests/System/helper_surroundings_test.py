@@ -321,9 +321,9 @@ class Surroundings(HelperTest):
         require_own("mounts", "a world without /dev/null")
 
         def start(program, arguments, closed=""):
-            words = " ".join([program, "--helper", *arguments])
             return subprocess.run(["unshare", "-m", "/bin/sh", "-c", "exec 3<&-; mount -t tmpfs tmpfs /dev && exec setpriv "
-                                   f"--reuid {NOBODY} --regid {NOBODY} --clear-groups {words} {closed}"],
+                                   f'--reuid {NOBODY} --regid {NOBODY} --clear-groups "$@" {closed}',
+                                   "sh", program, "--helper", *arguments],
                                   stdin=subprocess.DEVNULL, capture_output=True, check=False)
 
         installed, plain = str(HELPER), str(BUILD / "bin/Fenwhirl")
