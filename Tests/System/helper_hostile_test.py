@@ -22,7 +22,7 @@ import unittest
 from helper_stage import HELPER, NOBODY, STATUSES, WRITABLE_KEYS, HelperTest
 from stage import SCRATCH, rounds
 
-STARTS = rounds(2000, 20000)
+STARTS = rounds(1000, 20000)
 SEED = None
 SHARED, HOME = SCRATCH / "shared", SCRATCH / "home"
 

@@ -105,7 +105,7 @@ class Reaction(unittest.TestCase):
             scene.mac.tell("set TCXC 70")
             scene.choose_preset("Jeu")
             scene.wait_for_modes("manual", "fans under manual control")
-            for _ in range(stage.rounds(2, 170)):
+            for _ in range(stage.rounds(1, 170)):
                 time.sleep(chance.random() * 2)
                 scene.mac.tell("set TCXC 92")
                 expect("92 °C", "automatic")
@@ -120,7 +120,7 @@ class Reaction(unittest.TestCase):
                 expect("a temperature again", "manual")
             scene.choose_preset("Auto")
             scene.wait_for_modes("automatic", "handed back")
-            for _ in range(stage.rounds(2, 170)):
+            for _ in range(stage.rounds(1, 170)):
                 time.sleep(chance.random() * 2)
                 scene.mac.tell("set TCXC 90")
                 expect("the alert threshold", "manual")

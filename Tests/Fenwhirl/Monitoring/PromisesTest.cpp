@@ -751,11 +751,11 @@ protected:
 } // namespace
 
 TEST_F(Promises, AreKeptOnMachinesThatWork) {
-    keep({}, 10, 400);
+    keep({}, 8, 400);
 }
 
 TEST_F(Promises, AreKeptWhenWritesAreRefused) {
-    keep({.refusals = true}, 20, 400);
+    keep({.refusals = true}, 10, 400);
 }
 
 TEST_F(Promises, AreKeptWhenKeysVanish) {
@@ -763,13 +763,13 @@ TEST_F(Promises, AreKeptWhenKeysVanish) {
 }
 
 TEST_F(Promises, AreKeptWhenOthersDriveTheFans) {
-    keep({.strangers = true}, 20, 400);
+    keep({.strangers = true}, 10, 400);
 }
 
 TEST_F(Promises, AreKeptHoweverTheProgramEnds) {
-    keep({.ends = true}, 40, 400);
+    keep({.ends = true}, 15, 400);
 }
 
 TEST_F(Promises, AreKeptWhateverHappens) {
-    keep({.refusals = true, .vanishingKeys = true, .strangers = true, .ends = true}, 60, 2500);
+    keep({.refusals = true, .vanishingKeys = true, .strangers = true, .ends = true}, 30, 2500);
 }
