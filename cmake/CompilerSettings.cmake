@@ -15,8 +15,11 @@ endif()
 
 find_program(FENWHIRL_CCACHE ccache)
 if(FENWHIRL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${FENWHIRL_CCACHE}")
-    set(CMAKE_OBJCXX_COMPILER_LAUNCHER "${FENWHIRL_CCACHE}")
+    # Without these two permissions, and what PrecompiledHeaders.cmake asks of the compiler, it keeps no object that was
+    # compiled with a precompiled header.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${FENWHIRL_CCACHE}")
+    set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
 endif()
 
 add_library(FenwhirlFlags INTERFACE)

@@ -7,6 +7,9 @@ else()
     set(usual OFF)
 endif()
 option(FENWHIRL_PRECOMPILED_HEADERS "Parse the headers of Qt and of the test library once" ${usual})
+if(FENWHIRL_PRECOMPILED_HEADERS AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>) # shows ccache which precompiled header was used
+endif()
 
 set(FENWHIRL_STANDARD_HEADERS
     <algorithm> <chrono> <functional> <map> <memory> <optional> <string> <string_view> <vector>)
