@@ -52,6 +52,12 @@ function(fenwhirl_compile_quickly target)
     endif()
 endfunction()
 
+# fenwhirl_room(RESULT): the label of the tests in this folder, its path below Tests/ ("Fenwhirl/Views"), for ctest -L.
+function(fenwhirl_room result)
+    cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY "${CMAKE_SOURCE_DIR}/Tests" OUTPUT_VARIABLE room)
+    set(${result} "${room}" PARENT_SCOPE)
+endfunction()
+
 # fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…] [APART file…]): a GoogleTest
 # program; each of its tests is one test of CTest. What looks into what only Linux has (/proc, desktop entries) is named after
 # NOT_ON_MACOS. Where headers are precompiled, sources are compiled several at a time, too, which saves two minutes of a clean
@@ -92,6 +98,7 @@ function(fenwhirl_test name)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)
     endif()
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+    fenwhirl_room(room)
     set(left_out "")
     set(filter "")
     if(APPLE AND arg_NOT_ON_MACOS)
@@ -101,7 +108,7 @@ function(fenwhirl_test name)
     endif()
     if(NOT CMAKE_CROSSCOMPILING)
         gtest_discover_tests(${name} ${filter} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES
-            TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
+            LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
         if(NOT arg_OWN_MAIN) # those draw, under a locale of their own choice
             fenwhirl_test_under_locales(${name} EXCEPT ${left_out})
         endif()

@@ -22,10 +22,11 @@ endfunction()
 # fenwhirl_python_tests(AREA FILE): every test method of a Python file becomes one test, "AREA.module.Class.test_method".
 function(fenwhirl_python_tests area file)
     fenwhirl_python_test_methods("${file}" methods)
+    fenwhirl_room(room)
     foreach(method IN LISTS methods)
         set(name "${area}.${method}")
         add_test(NAME "${name}" COMMAND "${FENWHIRL_PYTHON}" -B -m unittest --verbose "${method}"
             WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
-        set_tests_properties("${name}" PROPERTIES TIMEOUT 120 SKIP_REGULAR_EXPRESSION "OK \\(skipped=")
+        set_tests_properties("${name}" PROPERTIES LABELS "${room}" TIMEOUT 120 SKIP_REGULAR_EXPRESSION "OK \\(skipped=")
     endforeach()
 endfunction()

@@ -20,12 +20,15 @@ foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
     endif()
 endforeach()
 
+# Tests of endurance: a single run with every change is enough.
+set(FENWHIRL_ENDURANCE_TESTS "Promises.*;MonitorSoak.*;MonitorQuit.AtAnyMoment*" CACHE INTERNAL "")
+
 # fenwhirl_test_under_locales(NAME [EXCEPT TEST…]): one more test for each locale, the whole program in one go, but for these
 # tests and, unless the long runs are wanted, those of endurance: their thousands of polls print the same numbers again.
 function(fenwhirl_test_under_locales name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "EXCEPT")
     if(NOT FENWHIRL_LONG_RUNS)
-        list(APPEND arg_EXCEPT "Promises.*" "MonitorSoak.*" "MonitorQuit.AtAnyMoment*")
+        list(APPEND arg_EXCEPT ${FENWHIRL_ENDURANCE_TESTS})
     endif()
     list(JOIN arg_EXCEPT ":" except)
     foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
@@ -36,6 +39,6 @@ function(fenwhirl_test_under_locales name)
         string(REGEX REPLACE "\\..*" "" language "${locale}")
         add_test(NAME "${name}.Under.${language}" COMMAND ${name} --gtest_brief=1 "--gtest_filter=-${except}")
         set_tests_properties("${name}.Under.${language}" PROPERTIES
-            ENVIRONMENT "${environment}" TIMEOUT ${FENWHIRL_TEST_SECONDS})
+            LABELS "${room}" ENVIRONMENT "${environment}" TIMEOUT ${FENWHIRL_TEST_SECONDS})
     endforeach()
 endfunction()

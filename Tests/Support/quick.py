@@ -1,0 +1,183 @@
+#!/usr/bin/env python3
+"""Builds and runs the tests of what has changed, for an answer within seconds: ./test --quick [PATTERN].
+
+A source is tested by the file of the same name in the same folder below Tests/ (FanCard.qml by FanCardTest.cpp), a larger
+class by those whose names begin with its own (Monitor.cpp by MonitorAlertTest.cpp and its neighbours). Where there is none,
+by every test of its folder. What has changed is what git says, or else the last commit. With a PATTERN, a regular expression
+as for ctest -R, by the tests whose names match, wherever they are.
+
+Tests of endurance, the second runs under another locale, and, unless they themselves are changed or asked for, the tests of
+the built programs are left to ./test.
+"""
+
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import time
+
+CODE = {".h", ".cpp", ".mm"}
+PROGRAMS = ("Fenwhirl", "fenwhirl-guard", "simulated-mac")  # what the tests in Tests/System run
+
+
+class Tests:
+    """What there is below Tests/: files, and the programs that they are part of."""
+
+    def __init__(self, project):
+        self.project = project
+        self.files = sorted(file.relative_to(project) for file in (project / "Tests").rglob("*")
+                            if re.fullmatch(r"\w+Tests?\.cpp|tst_\w+\.qml|\w+_test\.py", file.name))
+        self.programs = {}  # of a C++ file: the program that it is compiled into
+        for listing in (project / "Tests").rglob("CMakeLists.txt"):
+            for call in re.findall(r"fenwhirl_test\(([^)]*)\)", listing.read_text()):
+                name = call.split()[0]
+                for word in call.split():
+                    if word.endswith(".cpp"):
+                        self.programs[(listing.parent / word).relative_to(project)] = name
+
+    def of(self, source):
+        """The files that test this one, or an empty list."""
+        source = pathlib.PurePath(source)
+        if source.parts[0] == "Tests":
+            own = [file for file in self.files if file == source]
+            return own or [file for file in self.files if file.parent == source.parent]
+        if source.parts[0] != "Sources":
+            return []
+        stem = re.sub(r"(MacOS|Linux)$", "", source.stem)
+        mirror = pathlib.PurePath("Tests", *source.parts[1:-1])
+        near = [file for file in self.files if file.parent == mirror]
+        named = {stem + "Test.cpp", stem + "Tests.cpp", source.stem + "Test.cpp", f"tst_{stem}.qml"}
+        same = [file for file in near if file.name in named]
+        begun = [file for file in near if file.name.startswith((stem, "tst_" + stem))]
+        if same or begun:
+            return same or begun
+        while mirror.name and not near:  # a folder without tests of its own is tested by the one above
+            mirror = mirror.parent
+            near = [file for file in self.files if file.parent == mirror]
+        return near if mirror != pathlib.PurePath("Tests") else []
+
+    def suites(self, file):
+        """The test suites in a C++ file."""
+        return sorted(set(re.findall(r"^TYPED_TEST\((\w+)|^TEST(?:_F|_P)?\((\w+)", (self.project / file).read_text(), re.M)))
+
+
+def changed(project):
+    def git(*arguments):
+        return subprocess.run(["git", *arguments], cwd=project, capture_output=True, text=True, check=True).stdout.split("\0")
+
+    files = git("diff", "--name-only", "-z", "HEAD") + git("ls-files", "-z", "--others", "--exclude-standard")
+    files = [file for file in files if file]
+    return files or [file for file in git("diff", "--name-only", "-z", "HEAD~1", "HEAD") if file]
+
+
+def badly_formatted(project, files):
+    """Told at once, because it takes a moment and nothing else need be waited for."""
+    files = [file for file in files if pathlib.PurePath(file).suffix in CODE and (project / file).exists() and
+             not file.startswith("Packaging/macOS/check/")]
+    if not files or not shutil.which("clang-format"):
+        return False
+    return subprocess.run(["clang-format", "--dry-run", "--Werror", *files], cwd=project, check=False).returncode != 0
+
+
+def selection(tests, files):
+    """Of the files that changed: for each test program its suites, the Qt Quick tests, the tests in Python."""
+    programs, quick, python = {}, [], []
+    for test in sorted({test for file in files for test in tests.of(file)}):
+        if test.suffix == ".py":
+            python.append(test)
+        elif test.suffix == ".qml":
+            quick.append(test)
+        elif test in tests.programs:
+            suites = [one or other for one, other in tests.suites(test)]
+            programs.setdefault(tests.programs[test], []).extend(suites)
+    return programs, quick, python
+
+
+def endurance(build):
+    """The tests that take their time, as CMake knows them."""
+    found = re.search(r"^FENWHIRL_ENDURANCE_TESTS:INTERNAL=(.*)$", (build / "CMakeCache.txt").read_text(), re.M)
+    return found.group(1).replace(";", ":") if found else ""
+
+
+def compile_targets(build, targets):
+    return subprocess.run(["cmake", "--build", str(build), "--target", *targets], stdout=subprocess.PIPE, text=True,
+                          check=False)
+
+
+def run_changed(project, build, tests, files):
+    programs, quick, python = selection(tests, files)
+    # A component's test drives the whole component; the tests of the built programs need those.
+    targets = list(programs) + (["ComponentTests"] if quick else []) + (list(PROGRAMS) if python else [])
+    if not targets:
+        print("nothing that changed has a test in C++, QML or Python: " + ", ".join(files))
+        return 0
+    for name, suites in programs.items():
+        print(f"{name}: {', '.join(suites)}")
+    for test in quick + python:
+        print(test)
+    result = compile_targets(build, targets)
+    if result.returncode != 0:
+        print(result.stdout)
+        return result.returncode
+
+    environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_QUICK_BACKEND="software", QT_SCALE_FACTOR="1",
+                       QT_LOGGING_RULES="qt.qpa.*=false")
+    left_out = endurance(build)
+    running = []
+    for name, suites in programs.items():
+        wanted = ":".join(f"{suite}.*:*/{suite}.*:{suite}/*.*" for suite in suites)
+        running.append(subprocess.Popen([str(build / "tests" / name), "--gtest_brief=1", f"--gtest_filter={wanted}-{left_out}"],
+                                        cwd=build, env=environment))
+    for test in quick:
+        running.append(subprocess.Popen([str(build / "tests/ComponentTests"), "-silent", "-input", str(project / test)],
+                                        cwd=build, env=environment))
+    if python:
+        modules = "|".join(test.stem for test in python)
+        running.append(subprocess.Popen(["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error",
+                                         "--parallel", str(4 * (os.cpu_count() or 2)), "-R", rf"\.({modules})\."]))
+    return max([process.wait() for process in running], key=abs)
+
+
+def run_matching(build, tests, pattern):
+    wanted = re.compile(pattern)
+    targets = set()
+    for file, program in tests.programs.items():
+        text = (tests.project / file).read_text()
+        names = re.findall(r"^(?:TYPED_)?TEST(?:_F|_P)?\((\w+),\s*(\w+)\)", text, re.M)
+        if any(wanted.search(f"{program}.{suite}.{name}") for suite, name in names):
+            targets.add(program)
+    for file in tests.files:
+        if file.suffix == ".qml" and wanted.search(f"ComponentTests.{file.stem}"):
+            targets.add("ComponentTests")
+        elif file.suffix == ".py":
+            text = (tests.project / file).read_text()
+            if wanted.search(f"{file.parent.name}.{file.stem}.") or any(map(wanted.search, re.findall(r"def (test_\w+)", text))):
+                targets.update(PROGRAMS)
+    if not targets:
+        print(f"no test is called {pattern}")
+        return 1
+    result = compile_targets(build, sorted(targets))
+    if result.returncode != 0:
+        print(result.stdout)
+        return result.returncode
+    return subprocess.run(["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error", "--parallel",
+                           str(4 * (os.cpu_count() or 2)), "-R", pattern, "-E", r"\.Under\."], check=False).returncode
+
+
+def main(arguments):
+    begin = time.monotonic()
+    project = pathlib.Path(__file__).resolve().parent.parent.parent
+    build = project / "build/dev"
+    tests = Tests(project)
+    files = changed(project)
+    if badly_formatted(project, files):
+        return 1
+    status = run_matching(build, tests, arguments[0]) if arguments else run_changed(project, build, tests, files)
+    print(f"{'passed' if status == 0 else 'FAILED'} after {time.monotonic() - begin:.0f} s")
+    return 1 if status else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
