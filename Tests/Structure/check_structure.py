@@ -20,6 +20,7 @@ import sys
 
 # Subsystem: (subsystems it may know, Qt modules it may use). A folder belongs to its nearest ancestor named here.
 SUBSYSTEMS = {
+    "TextCheck": ([], []),
     "FenwhirlCore": ([], []),
     "Fenwhirl": (["FenwhirlCore", "Fenwhirl/Platform/Entry"], []),
     "Fenwhirl/Platform/Entry": ([], []),

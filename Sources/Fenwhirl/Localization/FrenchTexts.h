@@ -7,9 +7,7 @@
 
 #pragma once
 
-#include <algorithm>
 #include <array>
-#include <cstddef>
 #include <string_view>
 
 // clang-format off
@@ -182,17 +180,3 @@ inline constexpr auto frenchTexts = std::to_array<std::u16string_view>({
 });
 
 // clang-format on
-
-// Whether there is a row for this text.
-[[nodiscard]] constexpr bool isFrenchText(std::u16string_view text) {
-    return std::find(frenchTexts.begin(), frenchTexts.end(), text) != frenchTexts.end();
-}
-
-// How often `part` occurs in `text`.
-[[nodiscard]] constexpr std::size_t occurrences(std::u16string_view text, std::u16string_view part) {
-    std::size_t count = 0;
-    for (auto at = text.find(part); at != std::u16string_view::npos; at = text.find(part, at + part.size())) {
-        ++count;
-    }
-    return count;
-}

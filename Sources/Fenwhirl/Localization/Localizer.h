@@ -5,8 +5,8 @@
 // Tables exist for seven languages; Serbian in Cyrillic script is transliterated from the Latin texts at each
 // lookup.
 //
-// C++ asks with localized(u"…"), which the compiler checks against the tables; QML asks with qsTr("…"), which
-// LocalizerTranslator answers from the same lookup.
+// C++ asks with localized(u"…"); QML asks with qsTr("…"), which LocalizerTranslator answers from the same
+// lookup. The build ends when a text that is asked for has no row in the tables.
 //
 // Threads: lookups from any thread; the language is set from the main thread.
 
@@ -43,6 +43,11 @@ void setLanguage(AppLanguage language);
 
 // The shown text: the lookup, or the French text itself.
 [[nodiscard]] QString localized(TextKey key);
+
+[[nodiscard]] inline QString localized(LiteralTextKey key) {
+    return localized(TextKey(key));
+}
+
 [[nodiscard]] QString localized(const QString& key);
 
 // The same for a text with "%@" placeholders, filled in order with the values as they are: a "%@" inside a
@@ -59,5 +64,5 @@ template <std::size_t Count>
 
 template <std::size_t Count>
 QString localized(std::type_identity_t<FilledTextKey<Count>> key, const QString (&values)[Count]) {
-    return filledPlaceholders(localized(key), QStringList(std::begin(values), std::end(values)));
+    return filledPlaceholders(localized(TextKey(key)), QStringList(std::begin(values), std::end(values)));
 }

@@ -8,9 +8,9 @@
 namespace {
 
 // What generated names begin with. The first that fits decides.
-constexpr std::array<TextKey, 8> generatedWords = {u"Cœur CPU",  u"Cœur performance", u"Cœur efficacité",
-                                                   u"Graphisme", u"Mémoire",          u"Surface",
-                                                   u"Batterie",  u"Capteur"};
+constexpr std::array generatedWords = {
+    TextKey(u"Cœur CPU"), TextKey(u"Cœur performance"), TextKey(u"Cœur efficacité"), TextKey(u"Graphisme"),
+    TextKey(u"Mémoire"),  TextKey(u"Surface"),          TextKey(u"Batterie"),        TextKey(u"Capteur")};
 
 // "Processeur (E)": the letter of the sensor's key, in brackets at the end of its name.
 qsizetype keysPart(QStringView name) {

@@ -1,14 +1,13 @@
-// A French text of the interface, checked while compiling.
+// A French text of the interface, the key of its translations.
 //
-// `localized(u"Ventilateurs")` compiles only when that very text has its row in the translation tables: a
-// typing error, or a text that nobody translated, is a compiler error at the place that shows it. Tables of
-// texts hold TextKey values for the same reason.
+// Made of literals only, so that the build finds every text in the sources: `localized(u"Ventilateurs")` and
+// `TextKey(u"Ventilateurs")` end the build when that very text has no row in the translation tables
+// (TextCheck). What this header includes is all that a source needs to know of the tables; a new text
+// compiles the place that shows it, and the tables.
 //
 // Holds a view of a string literal: copy it freely, it never dangles.
 
 #pragma once
-
-#include "Fenwhirl/Localization/FrenchTexts.h"
 
 #include <QStringView>
 
@@ -17,15 +16,8 @@
 
 class TextKey {
 public:
-    // Implicit, so that a literal can stand where a text is asked for.
     template <std::size_t Size>
-    // NOLINTNEXTLINE(google-explicit-constructor)
-    consteval TextKey(const char16_t (&literal)[Size]) : french_(literal, Size - 1) {
-        if (!isFrenchText(french_)) {
-            // Not a constant expression: this is what stops the compiler.
-            throw "this French text has no row in the translation tables";
-        }
-    }
+    explicit consteval TextKey(const char16_t (&literal)[Size]) : french_(literal, Size - 1) {}
 
     [[nodiscard]] constexpr std::u16string_view french() const { return french_; }
 
@@ -35,14 +27,28 @@ private:
     std::u16string_view french_;
 };
 
-// A text that holds exactly this many placeholders "%@": any other does not compile.
-template <std::size_t Placeholders>
-class FilledTextKey : public TextKey {
+// The parameter of localized(u"…"), so that a literal can stand there by itself.
+class LiteralTextKey : public TextKey {
 public:
     template <std::size_t Size>
     // NOLINTNEXTLINE(google-explicit-constructor)
-    consteval FilledTextKey(const char16_t (&literal)[Size]) : TextKey(literal) {
-        if (occurrences(french(), u"%@") != Placeholders) {
+    consteval LiteralTextKey(const char16_t (&literal)[Size]) : TextKey(literal) {}
+};
+
+// A text that holds exactly this many placeholders "%@": any other does not compile.
+template <std::size_t Placeholders>
+class FilledTextKey : public LiteralTextKey {
+public:
+    template <std::size_t Size>
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    consteval FilledTextKey(const char16_t (&literal)[Size]) : LiteralTextKey(literal) {
+        std::size_t count = 0;
+        for (auto at = french().find(u"%@"); at != std::u16string_view::npos;
+             at = french().find(u"%@", at + 2)) {
+            ++count;
+        }
+        if (count != Placeholders) {
+            // Not a constant expression: this is what stops the compiler.
             throw "this French text has another number of placeholders";
         }
     }

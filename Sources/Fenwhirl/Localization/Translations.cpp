@@ -10,15 +10,6 @@
 
 namespace Translations {
 
-static_assert(noTextTwice(frenchTexts));
-static_assert(isSound(englishTexts));
-static_assert(isSound(serbianLatinTexts));
-static_assert(isSound(germanTexts));
-static_assert(isSound(spanishTexts));
-static_assert(isSound(italianTexts));
-static_assert(isSound(portugueseTexts));
-static_assert(isSound(russianTexts));
-
 const TranslationTable& en() {
     static const TranslationTable table(englishTexts);
     return table;

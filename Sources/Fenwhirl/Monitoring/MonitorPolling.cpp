@@ -34,9 +34,9 @@ QList<SensorState> sensorStates(const std::vector<TemperatureReading>& readings)
 TextKey text(PollProblem problem) {
     switch (problem) {
     case PollProblem::noTemperature:
-        return u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.";
+        return TextKey(u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.");
     case PollProblem::refused:
-        return u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.";
+        return TextKey(u"Ce Mac n'a pas accepté le changement de vitesse du ventilateur.");
     }
     Q_UNREACHABLE();
 }

@@ -1,5 +1,6 @@
 #include "Fenwhirl/Localization/DrawnText.h"
 
+#include "Fenwhirl/Localization/FrenchTexts.h"
 #include "Fenwhirl/Localization/Localizer.h"
 
 #include <gtest/gtest.h>

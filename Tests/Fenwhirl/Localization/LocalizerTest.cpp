@@ -1,5 +1,7 @@
 #include "Fenwhirl/Localization/Localizer.h"
 
+#include "Fenwhirl/Localization/FrenchTexts.h"
+
 #include <array>
 #include <gtest/gtest.h>
 #include <set>

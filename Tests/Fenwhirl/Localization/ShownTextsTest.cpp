@@ -38,7 +38,7 @@ std::vector<Shown> gathered() {
 }
 
 bool hasRow(const QString& text) {
-    return isFrenchText(text.toStdU16String());
+    return std::ranges::find(frenchTexts, std::u16string_view(text.toStdU16String())) != frenchTexts.end();
 }
 
 // Files whose texts are not for the tables, and why.

@@ -7,10 +7,12 @@
 
 #include "Fenwhirl/Localization/TranslationRows.h"
 
+#include <array>
+
 namespace Translations {
 
 // clang-format off
-inline constexpr Rows englishTexts = {{
+inline constexpr auto englishTexts = std::to_array<Row>({
     // Apps page
     {u"Applications", u"Apps"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"What’s heating up your Mac right now"},
@@ -192,7 +194,7 @@ inline constexpr Rows englishTexts = {{
     {u"Créer le rapport", u"Create Report"},
     {u"Une mise à jour de l'assistant est disponible.", u"A helper update is available."},
     {u"Mettre à jour", u"Update"},
-}};
+});
 // clang-format on
 
 } // namespace Translations

@@ -7,10 +7,12 @@
 
 #include "Fenwhirl/Localization/TranslationRows.h"
 
+#include <array>
+
 namespace Translations {
 
 // clang-format off
-inline constexpr Rows germanTexts = {{
+inline constexpr auto germanTexts = std::to_array<Row>({
     // Apps page
     {u"Applications", u"Apps"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"Was deinen Mac gerade aufheizt"},
@@ -194,7 +196,7 @@ inline constexpr Rows germanTexts = {{
     {u"Créer le rapport", u"Bericht erstellen"},
     {u"Une mise à jour de l'assistant est disponible.", u"Ein Update für das Hilfsprogramm ist verfügbar."},
     {u"Mettre à jour", u"Aktualisieren"},
-}};
+});
 // clang-format on
 
 } // namespace Translations

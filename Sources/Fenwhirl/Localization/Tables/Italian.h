@@ -7,10 +7,12 @@
 
 #include "Fenwhirl/Localization/TranslationRows.h"
 
+#include <array>
+
 namespace Translations {
 
 // clang-format off
-inline constexpr Rows italianTexts = {{
+inline constexpr auto italianTexts = std::to_array<Row>({
     // Apps page
     {u"Applications", u"App"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"Cosa sta scaldando il tuo Mac adesso"},
@@ -197,7 +199,7 @@ inline constexpr Rows italianTexts = {{
     {u"Créer le rapport", u"Crea resoconto"},
     {u"Une mise à jour de l'assistant est disponible.", u"È disponibile un aggiornamento dell’assistente."},
     {u"Mettre à jour", u"Aggiorna"},
-}};
+});
 // clang-format on
 
 } // namespace Translations

@@ -6,10 +6,12 @@
 
 #include "Fenwhirl/Localization/TranslationRows.h"
 
+#include <array>
+
 namespace Translations {
 
 // clang-format off
-inline constexpr Rows portugueseTexts = {{
+inline constexpr auto portugueseTexts = std::to_array<Row>({
     // Apps page
     {u"Applications", u"Apps"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"O que está a aquecer o teu Mac neste momento"},
@@ -198,7 +200,7 @@ inline constexpr Rows portugueseTexts = {{
     {u"Créer le rapport", u"Criar relatório"},
     {u"Une mise à jour de l'assistant est disponible.", u"Está disponível uma atualização do assistente."},
     {u"Mettre à jour", u"Atualizar"},
-}};
+});
 // clang-format on
 
 } // namespace Translations

@@ -8,10 +8,12 @@
 
 #include "Fenwhirl/Localization/TranslationRows.h"
 
+#include <array>
+
 namespace Translations {
 
 // clang-format off
-inline constexpr Rows russianTexts = {{
+inline constexpr auto russianTexts = std::to_array<Row>({
     // Apps page
     {u"Applications", u"Приложения"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"Что сейчас нагревает твой Mac"},
@@ -198,7 +200,7 @@ inline constexpr Rows russianTexts = {{
     {u"Créer le rapport", u"Создать отчёт"},
     {u"Une mise à jour de l'assistant est disponible.", u"Доступно обновление вспомогательной программы."},
     {u"Mettre à jour", u"Обновить"},
-}};
+});
 // clang-format on
 
 } // namespace Translations

@@ -8,10 +8,12 @@
 
 #include "Fenwhirl/Localization/TranslationRows.h"
 
+#include <array>
+
 namespace Translations {
 
 // clang-format off
-inline constexpr Rows serbianLatinTexts = {{
+inline constexpr auto serbianLatinTexts = std::to_array<Row>({
     // Apps page
     {u"Applications", u"Aplikacije"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"Šta trenutno zagreva tvoj Mac"},
@@ -196,7 +198,7 @@ inline constexpr Rows serbianLatinTexts = {{
     {u"Créer le rapport", u"Napravi izveštaj"},
     {u"Une mise à jour de l'assistant est disponible.", u"Dostupno je ažuriranje pomoćnog programa."},
     {u"Mettre à jour", u"Ažuriraj"},
-}};
+});
 // clang-format on
 
 } // namespace Translations

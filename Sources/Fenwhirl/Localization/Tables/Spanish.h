@@ -7,10 +7,12 @@
 
 #include "Fenwhirl/Localization/TranslationRows.h"
 
+#include <array>
+
 namespace Translations {
 
 // clang-format off
-inline constexpr Rows spanishTexts = {{
+inline constexpr auto spanishTexts = std::to_array<Row>({
     // Apps page
     {u"Applications", u"Apps"},
     {u"Ce qui fait chauffer ton Mac en ce moment", u"Lo que está calentando tu Mac ahora mismo"},
@@ -196,7 +198,7 @@ inline constexpr Rows spanishTexts = {{
     {u"Créer le rapport", u"Crear informe"},
     {u"Une mise à jour de l'assistant est disponible.", u"Hay disponible una actualización del asistente."},
     {u"Mettre à jour", u"Actualizar"},
-}};
+});
 // clang-format on
 
 } // namespace Translations

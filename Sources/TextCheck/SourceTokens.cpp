@@ -1,10 +1,10 @@
-#include "Support/ShownTexts/SourceTokens.h"
+#include "TextCheck/SourceTokens.h"
 
 #include <cctype>
 #include <cstddef>
 #include <utility>
 
-namespace ShownTexts {
+namespace TextCheck {
 
 namespace {
 
@@ -171,4 +171,4 @@ std::vector<Token> tokensOf(std::string_view source, Grammar grammar) {
     return Reader(source, grammar).read();
 }
 
-} // namespace ShownTexts
+} // namespace TextCheck

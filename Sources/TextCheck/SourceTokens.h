@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace ShownTexts {
+namespace TextCheck {
 
 enum class Grammar { cpp, qml };
 
@@ -21,4 +21,4 @@ struct Token {
 
 [[nodiscard]] std::vector<Token> tokensOf(std::string_view source, Grammar grammar);
 
-} // namespace ShownTexts
+} // namespace TextCheck

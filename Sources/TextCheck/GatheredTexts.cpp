@@ -1,4 +1,4 @@
-#include "Support/ShownTexts/GatheredTexts.h"
+#include "TextCheck/GatheredTexts.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include <iterator>
 #include <utility>
 
-namespace ShownTexts {
+namespace TextCheck {
 
 namespace {
 
@@ -98,7 +98,7 @@ private:
     }
 
     [[nodiscard]] bool asksForTranslation() const {
-        static constexpr std::array<std::string_view, 2> cppNames = {"localized", "lookup"};
+        static constexpr std::array<std::string_view, 3> cppNames = {"localized", "lookup", "TextKey"};
         static constexpr std::array<std::string_view, 2> qmlNames = {"qsTr", "QT_TR_NOOP"};
         const std::string& name = tokens_[at_].text;
         const bool known = grammar_ == Grammar::cpp ? std::ranges::find(cppNames, name) != cppNames.end()
@@ -217,4 +217,4 @@ std::vector<Gathered> gather(std::string_view source, Grammar grammar) {
     return Gatherer(tokensOf(source, grammar), grammar).run();
 }
 
-} // namespace ShownTexts
+} // namespace TextCheck

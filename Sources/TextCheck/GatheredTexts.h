@@ -2,17 +2,17 @@
 
 #pragma once
 
-#include "Support/ShownTexts/SourceTokens.h"
+#include "TextCheck/SourceTokens.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace ShownTexts {
+namespace TextCheck {
 
 struct Gathered {
     enum class Kind {
-        asked,   // given to localized, lookup or qsTr: must be a key of the translation tables
+        asked,   // given to localized, lookup, TextKey or qsTr: must be a key of the translation tables
         dynamic, // qsTr of something that holds no literal: nobody can tell whether it has a translation
         system,  // the text of qsTranslate: must be among the words of the system
         loose,   // looks like a text for the user, but nobody asks for its translation
@@ -29,4 +29,4 @@ struct Gathered {
 // literals with letters beyond ASCII, and UTF-16 literals with a blank between words.
 [[nodiscard]] std::vector<Gathered> gather(std::string_view source, Grammar grammar);
 
-} // namespace ShownTexts
+} // namespace TextCheck

@@ -1,17 +1,17 @@
-#include "Support/ShownTexts/GatheredTexts.h"
+#include "TextCheck/GatheredTexts.h"
 
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
-using ShownTexts::Gathered;
-using ShownTexts::Grammar;
+using TextCheck::Gathered;
+using TextCheck::Grammar;
 
 namespace {
 
 std::vector<std::string> texts(std::string_view source, Grammar grammar, Gathered::Kind kind) {
     std::vector<std::string> found;
-    for (const Gathered& text : ShownTexts::gather(source, grammar)) {
+    for (const Gathered& text : TextCheck::gather(source, grammar)) {
         if (text.kind == kind) {
             found.push_back(text.text);
         }
@@ -66,7 +66,7 @@ TEST(GatheredTexts, FindWhatQmlAsksFor) {
 }
 
 TEST(GatheredTexts, TellTheControlOfATextInQml) {
-    const auto found = ShownTexts::gather(
+    const auto found = TextCheck::gather(
         "Card {\n property int a: 1\n Row {\n Label {\n text: qsTr(\"un\")\n onA: { b(\"x\") }\n"
         " title: qsTr(\"deux\")\n }\n }\n heading: qsTr(\"trois\")\n}",
         Grammar::qml);
@@ -116,7 +116,7 @@ TEST(GatheredTexts, LeaveSignsAndIdentifiersOfQmlAlone) {
 TEST(GatheredTexts, SurviveBrokenSources) {
     for (const char* const source :
          {"\"", "'", "localized(", "localized(u\"", "R\"(", "/*", "u\"\\", "qsTr(((", "`a\n"}) {
-        EXPECT_NO_FATAL_FAILURE(static_cast<void>(ShownTexts::gather(source, Grammar::cpp))) << source;
-        EXPECT_NO_FATAL_FAILURE(static_cast<void>(ShownTexts::gather(source, Grammar::qml))) << source;
+        EXPECT_NO_FATAL_FAILURE(static_cast<void>(TextCheck::gather(source, Grammar::cpp))) << source;
+        EXPECT_NO_FATAL_FAILURE(static_cast<void>(TextCheck::gather(source, Grammar::qml))) << source;
     }
 }

@@ -2,7 +2,7 @@
 // kind, file and line, control, text, with a tabulator between them. Line breaks and tabulators of the text
 // are escaped.
 
-#include "Support/ShownTexts/GatheredTexts.h"
+#include "TextCheck/GatheredTexts.h"
 
 #include <algorithm>
 #include <array>
@@ -36,8 +36,8 @@ std::string escaped(const std::string& text) {
     return line;
 }
 
-const char* nameOf(ShownTexts::Gathered::Kind kind) {
-    using Kind = ShownTexts::Gathered::Kind;
+const char* nameOf(TextCheck::Gathered::Kind kind) {
+    using Kind = TextCheck::Gathered::Kind;
     switch (kind) {
     case Kind::asked:
         return "asked";
@@ -61,10 +61,10 @@ int main(int argc, char** argv) {
         return 64;
     }
     const std::filesystem::path root = argv[2];
-    static const std::map<std::string, ShownTexts::Grammar> grammars = {
-        {".cpp", ShownTexts::Grammar::cpp}, {".h", ShownTexts::Grammar::cpp},
-        {".mm", ShownTexts::Grammar::cpp},  {".qml", ShownTexts::Grammar::qml},
-        {".js", ShownTexts::Grammar::qml},  {".mjs", ShownTexts::Grammar::qml}};
+    static const std::map<std::string, TextCheck::Grammar> grammars = {
+        {".cpp", TextCheck::Grammar::cpp}, {".h", TextCheck::Grammar::cpp},
+        {".mm", TextCheck::Grammar::cpp},  {".qml", TextCheck::Grammar::qml},
+        {".js", TextCheck::Grammar::qml},  {".mjs", TextCheck::Grammar::qml}};
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
         if (entry.is_regular_file() && grammars.contains(entry.path().extension().string())) {
@@ -76,7 +76,7 @@ int main(int argc, char** argv) {
     for (const std::filesystem::path& file : files) {
         std::ifstream stream(file, std::ios::binary);
         const std::string source((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-        for (const auto& text : ShownTexts::gather(source, grammars.at(file.extension().string()))) {
+        for (const auto& text : TextCheck::gather(source, grammars.at(file.extension().string()))) {
             output << nameOf(text.kind) << '\t' << file.lexically_relative(root).generic_string() << ':'
                    << text.line << '\t' << text.control << '\t' << escaped(text.text) << '\n';
         }
