@@ -51,8 +51,7 @@ AppTheme Monitor::theme() const {
 
 void Monitor::setTheme(AppTheme theme) {
     Private& d = state();
-    Save::theme(*d.services.preferences, theme);
-    d.assign(d.saved.theme, theme, &Monitor::themeChanged);
+    d.remember(Preferences::theme, theme, &Monitor::themeChanged);
 }
 
 AppLanguage Monitor::language() const {
@@ -62,9 +61,8 @@ AppLanguage Monitor::language() const {
 void Monitor::setLanguage(AppLanguage language) {
     Private& d = state();
     Localizer::setLanguage(language);
-    Save::language(*d.services.preferences, language);
     const bool changes = d.saved.language != language;
-    d.assign(d.saved.language, language, &Monitor::languageChanged);
+    d.remember(Preferences::language, language, &Monitor::languageChanged);
     if (changes && d.controlError) {
         Q_EMIT controlErrorChanged();
     }
@@ -76,8 +74,7 @@ bool Monitor::alertsEnabled() const {
 
 void Monitor::setAlertsEnabled(bool on) {
     Private& d = state();
-    Save::alertsEnabled(*d.services.preferences, on);
-    d.assign(d.saved.alertsEnabled, on, &Monitor::alertsEnabledChanged);
+    d.remember(Preferences::alertsEnabled, on, &Monitor::alertsEnabledChanged);
     d.announceObligations();
 }
 
@@ -87,8 +84,7 @@ double Monitor::warmThreshold() const {
 
 void Monitor::setWarmThreshold(double celsius) {
     Private& d = state();
-    Save::warmThreshold(*d.services.preferences, celsius);
-    d.assign(d.saved.warmThreshold, celsius, &Monitor::warmThresholdChanged);
+    d.remember(Preferences::warmThreshold, celsius, &Monitor::warmThresholdChanged);
 }
 
 double Monitor::hotThreshold() const {
@@ -97,8 +93,7 @@ double Monitor::hotThreshold() const {
 
 void Monitor::setHotThreshold(double celsius) {
     Private& d = state();
-    Save::hotThreshold(*d.services.preferences, celsius);
-    d.assign(d.saved.hotThreshold, celsius, &Monitor::hotThresholdChanged);
+    d.remember(Preferences::hotThreshold, celsius, &Monitor::hotThresholdChanged);
 }
 
 double Monitor::alertThreshold() const {
@@ -107,8 +102,7 @@ double Monitor::alertThreshold() const {
 
 void Monitor::setAlertThreshold(double celsius) {
     Private& d = state();
-    Save::alertThreshold(*d.services.preferences, celsius);
-    d.assign(d.saved.alertThreshold, celsius, &Monitor::alertThresholdChanged);
+    d.remember(Preferences::alertThreshold, celsius, &Monitor::alertThresholdChanged);
     d.announceObligations();
 }
 
@@ -118,8 +112,7 @@ bool Monitor::didOnboard() const {
 
 void Monitor::setDidOnboard(bool done) {
     Private& d = state();
-    Save::didOnboard(*d.services.preferences, done);
-    d.assign(d.saved.didOnboard, done, &Monitor::didOnboardChanged);
+    d.remember(Preferences::didOnboard, done, &Monitor::didOnboardChanged);
 }
 
 void Monitor::Private::change(const std::function<void(FanSettings&)>& edit, std::optional<Preset> preset) {
@@ -140,6 +133,6 @@ void Monitor::Private::change(const std::function<void(FanSettings&)>& edit, std
 }
 
 void Monitor::Private::save() const {
-    Save::settings(*services.preferences, saved.settings);
-    Save::activePreset(*services.preferences, saved.activePreset);
+    ::save(*services.preferences, Preferences::settings, saved.settings);
+    ::save(*services.preferences, Preferences::activePreset, saved.activePreset);
 }

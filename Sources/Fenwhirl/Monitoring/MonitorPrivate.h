@@ -54,6 +54,14 @@ struct Monitor::Private {
         }
     }
 
+    // The same for a preference, which is on disk before the signal is emitted.
+    template <typename Value>
+    void remember(const Preference<Value>& preference, Value value, void (Monitor::*changed)())
+        FENWHIRL_REQUIRES(mainThread) {
+        ::save(*services.preferences, preference, value);
+        assign(saved.*preference.property, value, changed);
+    }
+
     void opened(bool available) FENWHIRL_REQUIRES(mainThread);
     void publish(const PollResult& result) FENWHIRL_REQUIRES(mainThread);
     void checkAlert(std::optional<double> celsius) FENWHIRL_REQUIRES(mainThread);

@@ -10,18 +10,13 @@
 
 namespace {
 
-constexpr QLatin1StringView settingsKey("settings");
-constexpr QLatin1StringView presetKey("preset");
-constexpr QLatin1StringView themeKey("theme");
-constexpr QLatin1StringView languageKey("language");
-constexpr QLatin1StringView alertsEnabledKey("alertsEnabled");
-constexpr QLatin1StringView warmThresholdKey("warmThreshold");
-constexpr QLatin1StringView hotThresholdKey("hotThreshold");
-constexpr QLatin1StringView alertThresholdKey("alertThreshold");
-constexpr QLatin1StringView didOnboardKey("didOnboard");
+template <typename Value>
+QString keyOf(const Preference<Value>& preference) {
+    return QLatin1StringView(preference.key);
+}
 
-QString text(std::string_view word) {
-    return QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size()));
+void saveWord(PreferencesStore& store, const QString& key, std::string_view word) {
+    store.setText(key, QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size())));
 }
 
 // The case that a stored word names, if a word is stored and names one.
@@ -32,70 +27,76 @@ std::optional<Case> storedCase(const PreferencesStore& store, const QString& key
     return word ? caseFromRawValue(word->toStdString()) : std::nullopt;
 }
 
+void read(const PreferencesStore& store, const QString& key, bool& on) {
+    on = store.boolean(key).value_or(on);
+}
+
+void read(const PreferencesStore& store, const QString& key, double& number) {
+    number = store.number(key).value_or(number);
+}
+
+void read(const PreferencesStore& store, const QString& key, AppTheme& theme) {
+    theme = storedCase(store, key, appThemeFromRawValue).value_or(theme);
+}
+
+void read(const PreferencesStore& store, const QString& key, AppLanguage& language) {
+    language = storedCase(store, key, appLanguageFromRawValue).value_or(language);
+}
+
+void read(const PreferencesStore& store, const QString& key, FanSettings& settings) {
+    if (const auto json = store.data(key)) {
+        settings = decodeFanSettings(*json).value_or(FanSettings());
+    }
+}
+
+void read(const PreferencesStore& store, const QString& key, std::optional<Preset>& preset) {
+    preset = storedCase(store, key, presetFromRawValue);
+}
+
+template <typename Value>
+void load(PreferencesStore& store, const Preference<Value>& preference, SavedPreferences& saved) {
+    Value& value = saved.*preference.property;
+    read(store, keyOf(preference), value);
+    if (preference.isWrittenBack && store.contains(keyOf(preference))) {
+        save(store, preference, value);
+    }
+}
+
 } // namespace
 
 SavedPreferences SavedPreferences::load(PreferencesStore& store) {
     SavedPreferences saved;
-    saved.theme = storedCase(store, themeKey, appThemeFromRawValue).value_or(saved.theme);
-    saved.language = storedCase(store, languageKey, appLanguageFromRawValue).value_or(saved.language);
-    if (const auto celsius = store.number(warmThresholdKey)) {
-        Save::warmThreshold(store, saved.warmThreshold = *celsius);
-    }
-    if (const auto celsius = store.number(hotThresholdKey)) {
-        Save::hotThreshold(store, saved.hotThreshold = *celsius);
-    }
-    if (const auto on = store.boolean(alertsEnabledKey)) {
-        Save::alertsEnabled(store, saved.alertsEnabled = *on);
-    }
-    if (const auto celsius = store.number(alertThresholdKey)) {
-        Save::alertThreshold(store, saved.alertThreshold = *celsius);
-    }
-    if (const auto json = store.data(settingsKey)) {
-        saved.settings = decodeFanSettings(*json).value_or(FanSettings());
-    }
-    saved.activePreset = storedCase(store, presetKey, presetFromRawValue);
-    saved.didOnboard = store.boolean(didOnboardKey).value_or(saved.didOnboard);
+    std::apply([&](const auto&... preference) { (::load(store, preference, saved), ...); }, Preferences::all);
     return saved;
 }
 
-void Save::theme(PreferencesStore& store, AppTheme theme) {
-    store.setText(themeKey, text(rawValue(theme)));
+void save(PreferencesStore& store, const Preference<bool>& preference, bool on) {
+    store.setBoolean(keyOf(preference), on);
 }
 
-void Save::language(PreferencesStore& store, AppLanguage language) {
-    store.setText(languageKey, text(rawValue(language)));
+void save(PreferencesStore& store, const Preference<double>& preference, double number) {
+    store.setNumber(keyOf(preference), number);
 }
 
-void Save::warmThreshold(PreferencesStore& store, double celsius) {
-    store.setNumber(warmThresholdKey, celsius);
+void save(PreferencesStore& store, const Preference<AppTheme>& preference, AppTheme theme) {
+    saveWord(store, keyOf(preference), rawValue(theme));
 }
 
-void Save::hotThreshold(PreferencesStore& store, double celsius) {
-    store.setNumber(hotThresholdKey, celsius);
+void save(PreferencesStore& store, const Preference<AppLanguage>& preference, AppLanguage language) {
+    saveWord(store, keyOf(preference), rawValue(language));
 }
 
-void Save::alertsEnabled(PreferencesStore& store, bool on) {
-    store.setBoolean(alertsEnabledKey, on);
-}
-
-void Save::alertThreshold(PreferencesStore& store, double celsius) {
-    store.setNumber(alertThresholdKey, celsius);
-}
-
-void Save::didOnboard(PreferencesStore& store, bool done) {
-    store.setBoolean(didOnboardKey, done);
-}
-
-void Save::settings(PreferencesStore& store, const FanSettings& settings) {
+void save(PreferencesStore& store, const Preference<FanSettings>& preference, const FanSettings& settings) {
     if (const auto json = encodeFanSettings(settings)) {
-        store.setData(settingsKey, *json);
+        store.setData(keyOf(preference), *json);
     }
 }
 
-void Save::activePreset(PreferencesStore& store, std::optional<Preset> preset) {
+void save(PreferencesStore& store, const Preference<std::optional<Preset>>& preference,
+          std::optional<Preset> preset) {
     if (preset) {
-        store.setText(presetKey, text(rawValue(*preset)));
+        saveWord(store, keyOf(preference), rawValue(*preset));
     } else {
-        store.remove(presetKey);
+        store.remove(keyOf(preference));
     }
 }
