@@ -11,7 +11,7 @@ struct Name {
     std::string_view french;
 };
 
-constexpr std::array<Name, 35> table = {{
+constexpr auto table = std::to_array<Name>({
     {"TC0P", "Processeur (proximité)"},
     {"TC0D", "Processeur (diode)"},
     {"TC0E", "Processeur (E)"},
@@ -47,10 +47,10 @@ constexpr std::array<Name, 35> table = {{
     {"TL0P", "Écran"},
     {"TN0P", "Chipset"},
     {"TN0D", "Chipset (diode)"},
-}};
+});
 
 // Families of keys that are numbered within the family; the number follows the prefix.
-constexpr std::array<Name, 7> families = {{
+constexpr auto families = std::to_array<Name>({
     {"Tp", "Cœur performance "},
     {"Tf", "Cœur performance "},
     {"Te", "Cœur efficacité "},
@@ -58,7 +58,7 @@ constexpr std::array<Name, 7> families = {{
     {"Tm", "Mémoire "},
     {"Ts", "Surface "},
     {"Tb", "Batterie "},
-}};
+});
 
 std::string join(std::string_view word, std::string_view rest) {
     return std::string(word).append(rest);

@@ -12,7 +12,8 @@ struct NamedPowers {
     MachinePowers powers;
 };
 
-constexpr std::array<NamedPowers, 13> knownPowers{{
+// A machine without a row has the powers of MachinePowers.
+constexpr auto knownPowers = std::to_array<NamedPowers>({
     {"AppleSilicon", {.processorWatts = 38, .graphicsWatts = 22}},
     {"MacBook10,1", {.processorWatts = 7, .graphicsWatts = 0}},
     {"MacBookAir7,2", {.processorWatts = 20, .graphicsWatts = 0}},
@@ -26,7 +27,7 @@ constexpr std::array<NamedPowers, 13> knownPowers{{
     {"Macmini8,1", {.processorWatts = 65, .graphicsWatts = 0}},
     {"iMac11,2", {.processorWatts = 73, .graphicsWatts = 40}},
     {"iMac19,1", {.processorWatts = 95, .graphicsWatts = 100}},
-}};
+});
 
 // Temperature differences at full power, in kelvin, that size the conductances.
 constexpr double dieAboveSink = 28;

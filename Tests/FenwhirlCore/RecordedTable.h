@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 struct RecordedKey {
@@ -32,9 +31,3 @@ struct RecordedTable {
 
     std::vector<RecordedKey> keys;
 };
-
-// The French name of a key: of a well-known one its own, of any other one made from its shape.
-[[nodiscard]] std::string expectedName(const std::string& key);
-
-// The keys that have a name of their own, each with it.
-[[nodiscard]] const std::vector<std::pair<std::string, std::string>>& wellKnownNames();

