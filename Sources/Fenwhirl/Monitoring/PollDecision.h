@@ -6,8 +6,7 @@
 //
 // A fan is ours from the moment a speed is sent to it, whatever comes of that, until a hand-back of it has
 // succeeded. A speed that was refused is not repeated before it would have been sent again anyway; a
-// hand-back that was refused is repeated until it succeeds. Fans that somebody else left manual become ours,
-// too
+// hand-back that was refused is repeated until it succeeds. Fans that somebody else left manual become ours, too
 // (`takeOver`), and so come under the same rules.
 //
 // The safety rules, in the order of precedence:

@@ -10,16 +10,8 @@ Item {
     readonly property string pageName: models.pages.selectedName
 
     function load() {
-        const files = {
-            "dashboard": "DashboardPage.qml",
-            "fans": "FansPage.qml",
-            "sensors": "SensorsPage.qml",
-            "apps": "AppsPage.qml",
-            "presets": "PresetsPage.qml",
-            "alerts": "AlertsPage.qml",
-            "settings": "SettingsPage.qml",
-        }
-        page.setSource(files[pageName], {"models": models})
+        const file = pageName[0].toUpperCase() + pageName.slice(1) + "Page.qml" // "fans": FansPage.qml
+        page.setSource(file, {"models": models})
     }
 
     // Has the focus when it was on something on the page that is gone.
