@@ -2,35 +2,13 @@
 
 #include <QCoreApplication>
 #include <QDBusArgument>
-#include <QDBusError>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
 #include <unistd.h>
 #include <utility>
 
 namespace {
-
-QString busService() {
-    return QStringLiteral("org.freedesktop.DBus");
-}
-
-QString busPath() {
-    return QStringLiteral("/org/freedesktop/DBus");
-}
-
-QString logindService() {
-    return QStringLiteral("org.freedesktop.login1");
-}
-
-QString logindPath() {
-    return QStringLiteral("/org/freedesktop/login1");
-}
-
-QString managerInterface() {
-    return QStringLiteral("org.freedesktop.login1.Manager");
-}
 
 QString sessionInterface() {
     return QStringLiteral("org.freedesktop.login1.Session");
@@ -40,57 +18,12 @@ QString userInterface() {
     return QStringLiteral("org.freedesktop.login1.User");
 }
 
-QString propertiesInterface() {
-    return QStringLiteral("org.freedesktop.DBus.Properties");
-}
-
 QString activeProperty() {
     return QStringLiteral("Active");
 }
 
-// Signals of the bus itself, of the sessions' beginnings and ends, and of one session's properties.
-QString ownerRule() {
-    return QStringLiteral("type='signal',sender='%1',interface='%1',member='NameOwnerChanged',arg0='%2'")
-        .arg(busService(), logindService());
-}
-
-QString managerRule() {
-    return QStringLiteral("type='signal',sender='%1',interface='%2',path='%3'")
-        .arg(logindService(), managerInterface(), logindPath());
-}
-
-QString propertiesRule(const QString& path) {
-    return QStringLiteral("type='signal',sender='%1',interface='%2',path='%3'")
-        .arg(logindService(), propertiesInterface(), path);
-}
-
-QString systemBusAddress() {
-    const QString address = qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS");
-    return address.isEmpty() ? QStringLiteral("unix:path=/var/run/dbus/system_bus_socket") : address;
-}
-
-QString uniqueConnectionName() {
-    static int made = 0;
-    return QStringLiteral("fenwhirl.sessions.%1").arg(++made);
-}
-
 bool isError(const QDBusMessage& reply) {
     return reply.type() == QDBusMessage::ErrorMessage;
-}
-
-// Nobody said anything: the time was over, or the connection.
-bool isSilence(const QDBusMessage& reply) {
-    switch (QDBusError(reply).type()) {
-    case QDBusError::NoReply:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut:
-    case QDBusError::Disconnected:
-    case QDBusError::ServiceUnknown:
-    case QDBusError::NoServer:
-        return true;
-    default:
-        return false;
-    }
 }
 
 // Empty unless the reply is one object's path, or a structure of a name and one; logind says "/" for none.
@@ -115,7 +48,7 @@ QString pathIn(const QVariant& value) {
 } // namespace
 
 std::unique_ptr<SessionPresence> SessionPresence::create() {
-    return std::make_unique<SessionPresenceLinux>(systemBusAddress(), SessionSeeker::thisProcess());
+    return std::make_unique<SessionPresenceLinux>(Logind::systemBusAddress(), SessionSeeker::thisProcess());
 }
 
 SessionSeeker SessionSeeker::thisProcess() {
@@ -125,24 +58,24 @@ SessionSeeker SessionSeeker::thisProcess() {
 }
 
 SessionPresenceLinux::SessionPresenceLinux(QString address, SessionSeeker seeker, SessionPatience patience)
-    : address_(std::move(address))
-    , seeker_(std::move(seeker))
-    , patience_(patience)
-    , connectionName_(uniqueConnectionName())
-    , bus_(QString()) {
+    : seeker_(std::move(seeker))
+    , logind_(std::move(address), patience.answer) {
+    connect(&logind_, &LogindConnection::ownerChanged, this, &SessionPresenceLinux::takeOwner);
+    connect(&logind_, &LogindConnection::heard, this, &SessionPresenceLinux::heard);
+    connect(&logind_, &LogindConnection::lost, this, &SessionPresenceLinux::disconnected);
     loss_.setSingleShot(true);
     loss_.setInterval(patience.loss);
     connect(&loss_, &QTimer::timeout, this, [this] { setInFront(true); });
     again_.setSingleShot(true);
     again_.setInterval(patience.again);
     connect(&again_, &QTimer::timeout, this, [this] {
-        if (bus_.isConnected())
+        if (logind_.isOpen())
             find();
         else
             connectToBus();
     });
     connectToBus();
-    if (bus_.isConnected()) {
+    if (logind_.isOpen()) {
         QTimer::singleShot(patience.settle, this, [this] { settle(); });
     } else {
         again_.stop(); // there was none, so none was lost
@@ -156,35 +89,16 @@ SessionPresenceLinux::~SessionPresenceLinux() {
 
 void SessionPresenceLinux::connectToBus() {
     leaveBus();
-    bus_ = QDBusConnection::connectToPeer(address_, connectionName_);
-    if (!bus_.isConnected()) {
+    if (logind_.open({QStringLiteral("SessionNew"), QStringLiteral("SessionRemoved")}))
+        find();
+    else
         again_.start();
-        return;
-    }
-    // Without a sender's name, which the library would look up and wait for: `heard` looks at the sender.
-    const auto listen = [this](const QString& interface, const QString& signal) {
-        bus_.connect({}, {}, interface, signal, this, SLOT(heard(QDBusMessage)));
-    };
-    listen(busService(), QStringLiteral("NameOwnerChanged"));
-    listen(managerInterface(), QStringLiteral("SessionNew"));
-    listen(managerInterface(), QStringLiteral("SessionRemoved"));
-    listen(propertiesInterface(), QStringLiteral("PropertiesChanged"));
-    bus_.connect({}, {}, QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
-                 SLOT(disconnected()));
-    // Messages arrive in their order: by the time the bus answers the last, all of it holds.
-    bus_.asyncCall(
-        QDBusMessage::createMethodCall(busService(), busPath(), busService(), QStringLiteral("Hello")));
-    match(QStringLiteral("AddMatch"), ownerRule());
-    match(QStringLiteral("AddMatch"), managerRule());
-    find();
 }
 
 void SessionPresenceLinux::leaveBus() {
     ++search_;
-    owner_.clear();
     session_.clear();
-    bus_ = QDBusConnection(QString());
-    QDBusConnection::disconnectFromPeer(connectionName_);
+    logind_.close();
 }
 
 void SessionPresenceLinux::disconnected() {
@@ -204,19 +118,19 @@ void SessionPresenceLinux::lose() {
 // Asks the bus for logind, without starting one.
 void SessionPresenceLinux::find() {
     ++search_;
-    ask(busService(), busPath(), busService(), QStringLiteral("GetNameOwner"), {logindService()},
-        [this](const QDBusMessage& reply) {
-            if (isError(reply))
-                giveUp();
-            else
-                takeOwner(reply.arguments().value(0).toString());
-        });
+    logind_.find(ofThisSearch([this](const QDBusMessage& reply) {
+                     if (isError(reply))
+                         giveUp();
+                     else
+                         takeOwner(reply.arguments().value(0).toString());
+                 }),
+                 silenceOfThisSearch());
 }
 
 void SessionPresenceLinux::takeOwner(const QString& owner) {
     ++search_;
-    owner_ = owner;
-    if (!owner_.isEmpty())
+    logind_.setOwner(owner);
+    if (!owner.isEmpty())
         searchByProcess();
     else if (!loss_.isActive())
         loss_.start();
@@ -224,11 +138,11 @@ void SessionPresenceLinux::takeOwner(const QString& owner) {
 
 void SessionPresenceLinux::searchByProcess() {
     ++search_;
-    askLogind(logindPath(), managerInterface(), QStringLiteral("GetSessionByPID"), {seeker_.process},
-              [this](const QDBusMessage& reply) {
-                  const QString path = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
-                  follow(path, [this] { searchByName(); });
-              });
+    ask(Logind::path(), Logind::managerInterface(), QStringLiteral("GetSessionByPID"), {seeker_.process},
+        [this](const QDBusMessage& reply) {
+            const QString path = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
+            follow(path, [this] { searchByName(); });
+        });
 }
 
 void SessionPresenceLinux::searchByName() {
@@ -236,29 +150,28 @@ void SessionPresenceLinux::searchByName() {
         searchByUser();
         return;
     }
-    askLogind(logindPath(), managerInterface(), QStringLiteral("GetSession"), {seeker_.session},
-              [this](const QDBusMessage& reply) {
-                  const QString path = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
-                  follow(path, [this] { searchByUser(); });
-              });
+    ask(Logind::path(), Logind::managerInterface(), QStringLiteral("GetSession"), {seeker_.session},
+        [this](const QDBusMessage& reply) {
+            const QString path = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
+            follow(path, [this] { searchByUser(); });
+        });
 }
 
 void SessionPresenceLinux::searchByUser() {
-    askLogind(logindPath(), managerInterface(), QStringLiteral("GetUser"), {seeker_.user},
-              [this](const QDBusMessage& reply) {
-                  const QString user = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
-                  if (user.isEmpty()) {
-                      giveUp();
-                      return;
-                  }
-                  askLogind(user, propertiesInterface(), QStringLiteral("Get"),
-                            {userInterface(), QStringLiteral("Display")},
-                            [this](const QDBusMessage& display) {
-                                const auto value = display.arguments().value(0).value<QDBusVariant>();
-                                const QString path = isError(display) ? QString() : pathIn(value.variant());
-                                follow(path, [this] { giveUp(); });
-                            });
-              });
+    ask(Logind::path(), Logind::managerInterface(), QStringLiteral("GetUser"), {seeker_.user},
+        [this](const QDBusMessage& reply) {
+            const QString user = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
+            if (user.isEmpty()) {
+                giveUp();
+                return;
+            }
+            ask(user, Logind::propertiesInterface(), QStringLiteral("Get"),
+                {userInterface(), QStringLiteral("Display")}, [this](const QDBusMessage& display) {
+                    const auto value = display.arguments().value(0).value<QDBusVariant>();
+                    const QString path = isError(display) ? QString() : pathIn(value.variant());
+                    follow(path, [this] { giveUp(); });
+                });
+        });
 }
 
 void SessionPresenceLinux::follow(const QString& path, const std::function<void()>& otherwise) {
@@ -267,8 +180,7 @@ void SessionPresenceLinux::follow(const QString& path, const std::function<void(
         return;
     }
     watch(path); // first: nothing that changes from now on is missed
-    askLogind(
-        path, propertiesInterface(), QStringLiteral("GetAll"), {sessionInterface()},
+    ask(path, Logind::propertiesInterface(), QStringLiteral("GetAll"), {sessionInterface()},
         [this, otherwise](const QDBusMessage& reply) {
             const auto properties =
                 isError(reply) ? QVariantMap() : qdbus_cast<QVariantMap>(reply.arguments().value(0));
@@ -286,18 +198,17 @@ void SessionPresenceLinux::watch(const QString& path) {
     if (path == session_)
         return;
     if (!session_.isEmpty())
-        match(QStringLiteral("RemoveMatch"), propertiesRule(session_));
+        logind_.unwatchProperties(session_);
     session_ = path;
     if (!session_.isEmpty())
-        match(QStringLiteral("AddMatch"), propertiesRule(session_));
+        logind_.watchProperties(session_);
 }
 
 void SessionPresenceLinux::readActive() {
-    askLogind(session_, propertiesInterface(), QStringLiteral("Get"), {sessionInterface(), activeProperty()},
-              [this](const QDBusMessage& reply) {
-                  take(isError(reply) ? QVariant()
-                                      : reply.arguments().value(0).value<QDBusVariant>().variant());
-              });
+    ask(session_, Logind::propertiesInterface(), QStringLiteral("Get"),
+        {sessionInterface(), activeProperty()}, [this](const QDBusMessage& reply) {
+            take(isError(reply) ? QVariant() : reply.arguments().value(0).value<QDBusVariant>().variant());
+        });
 }
 
 void SessionPresenceLinux::take(const QVariant& active) {
@@ -314,16 +225,9 @@ void SessionPresenceLinux::giveUp() {
 
 void SessionPresenceLinux::heard(const QDBusMessage& signal) {
     const QVariantList arguments = signal.arguments();
-    if (signal.service() == busService()) {
-        if (signal.member() == QStringLiteral("NameOwnerChanged") && arguments.value(0) == logindService())
-            takeOwner(arguments.value(2).toString());
-        return;
-    }
-    if (owner_.isEmpty() || signal.service() != owner_)
-        return;
-    if (signal.interface() == managerInterface() && signal.path() == logindPath()) {
+    if (signal.interface() == Logind::managerInterface() && signal.path() == Logind::path()) {
         searchByProcess(); // a session began or ended: perhaps ours
-    } else if (signal.interface() == propertiesInterface() && signal.path() == session_ &&
+    } else if (signal.interface() == Logind::propertiesInterface() && signal.path() == session_ &&
                arguments.value(0) == sessionInterface()) {
         const auto changes = qdbus_cast<QVariantMap>(arguments.value(1));
         if (changes.contains(activeProperty()))
@@ -333,34 +237,23 @@ void SessionPresenceLinux::heard(const QDBusMessage& signal) {
     }
 }
 
-void SessionPresenceLinux::askLogind(const QString& path, const QString& interface, const QString& method,
-                                     const QVariantList& arguments, const Reply& answered) {
-    ask(owner_, path, interface, method, arguments, answered);
+void SessionPresenceLinux::ask(const QString& path, const QString& interface, const QString& method,
+                               const QVariantList& arguments, const Reply& answered) {
+    logind_.ask(path, interface, method, arguments, ofThisSearch(answered), silenceOfThisSearch());
 }
 
-void SessionPresenceLinux::ask(const QString& service, const QString& path, const QString& interface,
-                               const QString& method, const QVariantList& arguments, const Reply& answered) {
-    QDBusMessage call = QDBusMessage::createMethodCall(service, path, interface, method);
-    call.setArguments(arguments);
-    call.setAutoStartService(false);
-    auto* pending =
-        new QDBusPendingCallWatcher(bus_.asyncCall(call, static_cast<int>(patience_.answer.count())), this);
-    connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, answered, search = search_] {
-        pending->deleteLater();
+LogindConnection::Reply SessionPresenceLinux::ofThisSearch(const Reply& answered) {
+    return [this, answered, search = search_](const QDBusMessage& reply) {
         if (search != search_)
             return;
-        const QDBusMessage reply = pending->reply();
-        if (isError(reply) && isSilence(reply)) {
-            lose();
-        } else {
-            wasAnswered_ = true;
-            answered(reply);
-        }
-    });
+        wasAnswered_ = true;
+        answered(reply);
+    };
 }
 
-void SessionPresenceLinux::match(const QString& method, const QString& rule) {
-    QDBusMessage call = QDBusMessage::createMethodCall(busService(), busPath(), busService(), method);
-    call << rule;
-    bus_.send(call);
+LogindConnection::Silence SessionPresenceLinux::silenceOfThisSearch() {
+    return [this, search = search_] {
+        if (search == search_)
+            lose();
+    };
 }

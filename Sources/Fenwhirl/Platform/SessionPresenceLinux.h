@@ -8,18 +8,13 @@
 // A logind that went away is usually being updated: what it said last counts for ten seconds more, so that
 // two users' programs do not meet at the fans meanwhile.
 //
-// The connection to the system's bus is made without the library's own handshake, which would wait for the
-// bus on the thread that all D-Bus traffic of this program passes through. Everything is asked
-// asynchronously, and a signal counts only when it comes from logind or from the bus itself: on the system's
-// bus any user may send one.
-//
 // Threads: main thread only. Tests make it with a bus, an identity and times of their own.
 
 #pragma once
 
+#include "Fenwhirl/Platform/LogindConnectionLinux.h"
 #include "Fenwhirl/Platform/SessionPresence.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QString>
 #include <QTimer>
@@ -57,12 +52,11 @@ public:
     SessionPresenceLinux(const SessionPresenceLinux&) = delete;
     SessionPresenceLinux& operator=(const SessionPresenceLinux&) = delete;
 
-private Q_SLOTS:
+private:
+    using Reply = LogindConnection::Reply;
+
     void heard(const QDBusMessage& signal);
     void disconnected();
-
-private:
-    using Reply = std::function<void(const QDBusMessage& reply)>;
 
     void connectToBus();
     void leaveBus();
@@ -82,18 +76,14 @@ private:
     void giveUp();
 
     // The answer is dropped when meanwhile the search began anew. What gets no answer at all ends it.
-    void ask(const QString& service, const QString& path, const QString& interface, const QString& method,
+    void ask(const QString& path, const QString& interface, const QString& method,
              const QVariantList& arguments, const Reply& answered);
-    void askLogind(const QString& path, const QString& interface, const QString& method,
-                   const QVariantList& arguments, const Reply& answered);
-    void match(const QString& method, const QString& rule);
+    // The reply and the silence of a question of this search.
+    [[nodiscard]] Reply ofThisSearch(const Reply& answered);
+    [[nodiscard]] LogindConnection::Silence silenceOfThisSearch();
 
-    const QString address_;
     const SessionSeeker seeker_;
-    const SessionPatience patience_;
-    const QString connectionName_;
-    QDBusConnection bus_;
-    QString owner_;   // logind's own name on the bus; empty while there is none
+    LogindConnection logind_;
     QString session_; // the path of the watched session; empty while there is none
     std::uint64_t search_ = 0;
     bool wasAnswered_ = false; // by anybody on the bus, ever
