@@ -15,6 +15,7 @@
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 #include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
 #include "Fenwhirl/Platform/SessionPresence.h"
+#include "Fenwhirl/Platform/SleepWatch.h"
 #include "Fenwhirl/Platform/SystemName.h"
 #include "Fenwhirl/Processes/ProcessMonitor.h"
 #include "Fenwhirl/Updates/UpdateChecker.h"
@@ -98,6 +99,11 @@ int fenwhirl_app_main(int argc, char** argv) {
     QObject::connect(application.get(), &QCoreApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
     const SessionEnd sessionEnd([&delegate] { delegate.applicationWillTerminate(); });
+
+    const std::unique_ptr<SleepWatch> sleep = SleepWatch::create();
+    QObject::connect(sleep.get(), &SleepWatch::goingToSleep, &monitor,
+                     [&monitor, &sleep] { monitor.prepareForSleep([&sleep] { sleep->ready(); }); });
+    QObject::connect(sleep.get(), &SleepWatch::awake, &monitor, &Monitor::wakeUp);
 
     // The first poll comes after the first word on who is in front: another user's fans are not touched.
     const std::unique_ptr<SessionPresence> presence = SessionPresence::create();

@@ -44,7 +44,7 @@ HandBack FanCustody::handBack() const {
 std::vector<FanWish> FanCustody::unsentSpeeds() const {
     const MutexLock lock(mutex_);
     std::vector<FanWish> wishes;
-    if (!intent_.helperInstalled || !intent_.isInFront || isHeldBySafetyRule_) {
+    if (!intent_.helperInstalled || !intent_.isInFront || intent_.isGoingToSleep || isHeldBySafetyRule_) {
         return wishes;
     }
     for (const int index : fansRead_) {
@@ -70,9 +70,9 @@ HandBack FanCustody::decided() const {
     std::vector<HandBackRule::OwnedFan> owned;
     for (const auto& [index, target] : sent_) {
         if (target.isOurs()) {
-            owned.push_back(
-                {.index = index,
-                 .runsAsChosen = intent_.isInFront && !isHeldBySafetyRule_ && isAtChosenSpeed(index)});
+            owned.push_back({.index = index,
+                             .runsAsChosen = intent_.isInFront && !intent_.isGoingToSleep &&
+                                             !isHeldBySafetyRule_ && isAtChosenSpeed(index)});
         }
     }
     if (!intent_.isInFront && owned.empty()) {

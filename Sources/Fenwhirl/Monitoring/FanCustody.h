@@ -31,7 +31,8 @@ public:
         std::shared_ptr<const FanSettings> settings = std::make_shared<const FanSettings>();
         bool helperInstalled = false;
         bool isInFront = true;
-        std::vector<int> fansShown; // as last published
+        bool isGoingToSleep = false; // fans with a constant speed go back, too
+        std::vector<int> fansShown;  // as last published
     };
 
     // `announce` must neither block nor call back; it may be left out.
@@ -49,7 +50,8 @@ public:
 
     [[nodiscard]] HandBack handBack() const;
     // Constant speeds that the user chose and that no poll has sent yet, for fans of the last poll; none
-    // while a safety rule holds the fans, and none without a helper or behind another session.
+    // while a safety rule holds the fans or the computer goes to sleep, and none without a helper or behind
+    // another session.
     [[nodiscard]] std::vector<FanWish> unsentSpeeds() const;
     // The fans that are ours, ascending.
     [[nodiscard]] std::vector<int> ours() const;

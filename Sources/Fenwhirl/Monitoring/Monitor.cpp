@@ -161,6 +161,7 @@ FanCustody::Intent Monitor::Private::intent() const {
     FanCustody::Intent intent{.settings = settingsSnapshot,
                               .helperInstalled = helperInstalled,
                               .isInFront = isInFront,
+                              .isGoingToSleep = isGoingToSleep,
                               .fansShown = {}};
     for (const FanState& fan : fans) {
         intent.fansShown.push_back(fan.id);

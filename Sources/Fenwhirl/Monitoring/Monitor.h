@@ -50,6 +50,12 @@ public:
     // Whether the user's session is the one in front, as it is at first. Another user's Fenwhirl may drive
     // the fans while it is not: then polls only read, and the fans of this one are handed back.
     void setInFront(bool isInFront);
+    // The computer is about to sleep: the fans are handed back at once, those with a constant speed, too, and
+    // polls only read until `wakeUp`. `done` runs on the main thread when that was tried.
+    void prepareForSleep(std::function<void()> done);
+    // The computer is awake, or the sleep came to nothing: the next poll, which is asked for, takes the fans
+    // again.
+    void wakeUp();
 
     // --- The machine, as of the last poll ---
     [[nodiscard]] const QList<FanState>& fans() const;

@@ -95,6 +95,27 @@ void Monitor::resetToAutomatic() {
     });
 }
 
+void Monitor::prepareForSleep(std::function<void()> done) {
+    Private& d = state();
+    d.isGoingToSleep = true;
+    // A poll that is under way sends no further speed, and what waits behind it comes later than this.
+    ++*d.resets;
+    d.announceObligations();
+    d.queue->asyncNext(
+        [run = d.services.helper.run, poller = d.poller, reply = d.inbox.sender(), done = std::move(done)] {
+            poller->handBackOurs(run);
+            reply.post(done);
+        });
+}
+
+void Monitor::wakeUp() {
+    Private& d = state();
+    if (std::exchange(d.isGoingToSleep, false)) {
+        d.announceObligations();
+        tick();
+    }
+}
+
 bool Monitor::launchAtLogin() const {
     return state().services.loginItem.isEnabled();
 }

@@ -93,6 +93,7 @@ PollRequest Monitor::Private::request() const {
             .protect = saved.alertsEnabled,
             .protectAt = saved.alertThreshold,
             .isInFront = isInFront,
+            .isGoingToSleep = isGoingToSleep,
             .speaksOurProtocol = speaksOurProtocol,
             .resets = *resets};
 }

@@ -113,6 +113,7 @@ struct Monitor::Private {
     bool hasRestored FENWHIRL_GUARDED_BY(mainThread) = false;
     int removalsRunning FENWHIRL_GUARDED_BY(mainThread) = 0;
     bool isInFront FENWHIRL_GUARDED_BY(mainThread) = true;
+    bool isGoingToSleep FENWHIRL_GUARDED_BY(mainThread) = false;
     bool isHelperThere FENWHIRL_GUARDED_BY(mainThread) = false;            // as of the last tick
     std::optional<bool> speaksOurProtocol FENWHIRL_GUARDED_BY(mainThread); // once it was asked
 

@@ -6,8 +6,8 @@
 
 namespace {
 
-// The fans are driven by another session: this one wants nothing of them but to be rid of its own.
-void leaveToOthers(PollDecision& decision) {
+// The fans are driven by another session, or go to sleep: nothing is wanted of them but to be rid of our own.
+void leaveAlone(PollDecision& decision) {
     for (FanWish& wish : decision.wishes) {
         wish = {wish.index, {}, false};
     }
@@ -85,8 +85,8 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     if (decision.forbidsManualControl || mustLeaveSome) {
         takeOverManualFans();
     }
-    if (!request.isInFront) {
-        leaveToOthers(decision);
+    if (!request.isInFront || request.isGoingToSleep) {
+        leaveAlone(decision);
     }
     for (const FanWish& wish : handBacksOfUnreadFans(decision, input, sent_)) {
         decision.wishes.push_back(wish);

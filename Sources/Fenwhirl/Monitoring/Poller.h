@@ -35,6 +35,7 @@ struct PollRequest {
     bool protect;    // heat protection is on
     double protectAt;      // °C
     bool isInFront = true; // this session drives the fans; otherwise it reads and gives back what is its own
+    bool isGoingToSleep = false; // the same for now: the computer is about to sleep
     // Whether the helper speaks our protocol, if that is known already.
     std::optional<bool> speaksOurProtocol = true;
     unsigned resets = 0; // how often the user has put everything back, see Services

@@ -71,6 +71,8 @@ bool staysAsItIs(const QString& text) {
         QStringLiteral("Fenwhirl controls the fans"),
         // The name of the guard's control group, likewise.
         QStringLiteral("Fenwhirl's guard"),
+        // The reason of a delayed sleep, likewise.
+        QStringLiteral("Fenwhirl hands the fans back first"),
     };
     return texts.contains(text);
 }
