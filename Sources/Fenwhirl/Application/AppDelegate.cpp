@@ -16,6 +16,7 @@ AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& s
     , patience_(patience) {
     connect(&statusItem, &StatusItem::activated, &windows, &WindowControl::togglePanel);
     connect(&monitor, &Monitor::polled, this, &AppDelegate::updateStatusItem);
+    connect(&monitor, &Monitor::polled, this, &AppDelegate::applyChosenPreset);
     connect(&monitor, &Monitor::languageChanged, this, &AppDelegate::updateStatusItem);
     patienceTimer_.setSingleShot(true);
     connect(&patienceTimer_, &QTimer::timeout, this, [this] {
@@ -25,9 +26,9 @@ AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& s
     updateStatusItem();
 }
 
-void AppDelegate::applicationDidFinishLaunching() {
+void AppDelegate::applicationDidFinishLaunching(Start start) {
     startUpdateCheck_();
-    if (monitor_.didOnboard()) {
+    if (monitor_.didOnboard() || start == Start::hidden) {
         windows_.hideOnFirstAppearance = true;
         MainWindowBehaviour::setAccessory();
         patienceTimer_.start(patience_);
@@ -37,6 +38,16 @@ void AppDelegate::applicationDidFinishLaunching() {
 
 void AppDelegate::applicationShouldHandleReopen(const QString& token) {
     windows_.openMain(token);
+}
+
+void AppDelegate::choosePreset(Preset preset) {
+    chosenPreset_ = preset;
+    applyChosenPreset();
+}
+
+void AppDelegate::applyChosenPreset() {
+    if (chosenPreset_ && !monitor_.fans().isEmpty())
+        monitor_.apply(*std::exchange(chosenPreset_, std::nullopt));
 }
 
 void AppDelegate::applicationWillTerminate() {

@@ -14,6 +14,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 class AppDelegate : public QObject {
     Q_OBJECT
@@ -27,10 +28,15 @@ public:
                 std::function<void()> startUpdateCheck,
                 std::chrono::milliseconds patience = statusItemPatience, QObject* parent = nullptr);
 
+    enum class Start { usual, hidden };
+
     // Begins: looks for updates, then shows the main window with the introduction at the first launch, and
     // only the status item at every later one. A status item that finds no place within ten seconds is not
-    // enough: the main window is shown then.
-    void applicationDidFinishLaunching();
+    // enough: the main window is shown then. A `hidden` start is like a later one even if it is the first.
+    void applicationDidFinishLaunching(Start start = Start::usual);
+
+    // Chooses the preset: now, or as soon as the fans are known. The last one counts.
+    void choosePreset(Preset preset);
 
     // The program is started or chosen again while it runs. `token` is the desktop's permission to take the
     // focus.
@@ -41,6 +47,7 @@ public:
 
 private:
     void updateStatusItem();
+    void applyChosenPreset();
 
     Monitor& monitor_;
     WindowControl& windows_;
@@ -48,5 +55,6 @@ private:
     std::function<void()> startUpdateCheck_;
     std::chrono::milliseconds patience_;
     QTimer patienceTimer_;
+    std::optional<Preset> chosenPreset_; // until the fans are known
     bool terminated_ = false;
 };

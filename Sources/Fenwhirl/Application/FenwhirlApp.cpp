@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/Application/AppDelegate.h"
 #include "Fenwhirl/Application/ApplicationIconProvider.h"
+#include "Fenwhirl/Application/CommandLine.h"
 #include "Fenwhirl/Application/RealServices.h"
 #include "Fenwhirl/Application/WindowControl.h"
 #include "Fenwhirl/Localization/Localizer.h"
@@ -24,6 +25,12 @@
 #include <QDesktopServices>
 
 #include <csignal>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -60,6 +67,30 @@ UpdateServices updateServices(PreferencesStore& preferences, WindowControl& wind
     return services;
 }
 
+[[nodiscard]] bool print(const QString& text, std::FILE* stream) {
+    const QByteArray bytes = text.toUtf8();
+    return std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream) ==
+               static_cast<std::size_t>(bytes.size()) &&
+           std::fflush(stream) == 0;
+}
+
+QString actionFor(Preset preset) {
+    const std::string_view word = rawValue(preset);
+    return QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size()));
+}
+
+// What is left to do for a start that is not the first; the process's status.
+int tellFirst(SingleInstance& instance, std::optional<Preset> preset) {
+    if (!preset) {
+        instance.raiseFirst();
+        return EXIT_SUCCESS;
+    }
+    if (instance.tellFirst(actionFor(*preset)))
+        return EXIT_SUCCESS;
+    static_cast<void>(print(CommandLine::nobodyHears(), stderr));
+    return EXIT_FAILURE;
+}
+
 void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& color) {
     Fenwhirl::drawSymbol(painter, QStringLiteral("fan"), bounds, color);
 }
@@ -69,15 +100,27 @@ void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& col
 int fenwhirl_app_main(int argc, char** argv) {
     // Whoever started us may have ignored it, and then no child's status could be waited for.
     static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
+    const CommandLine command =
+        CommandLine::parse(std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
+    switch (command.task) {
+    case CommandLine::Task::showVersion:
+        return print(CommandLine::version(QStringLiteral(FENWHIRL_VERSION)), stdout) ? EXIT_SUCCESS
+                                                                                     : EXIT_FAILURE;
+    case CommandLine::Task::showHelp:
+        return print(CommandLine::help(), stdout) ? EXIT_SUCCESS : EXIT_FAILURE;
+    case CommandLine::Task::complain:
+        static_cast<void>(print(command.complaint, stderr));
+        return CommandLine::usageStatus;
+    case CommandLine::Task::start:
+        break;
+    }
     QCoreApplication::setApplicationName(QStringLiteral("Fenwhirl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(FENWHIRL_VERSION));
     const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);
 
     const std::unique_ptr<SingleInstance> instance = SingleInstance::create();
-    if (!instance->becomeFirst()) {
-        instance->raiseFirst();
-        return 0;
-    }
+    if (!instance->becomeFirst())
+        return tellFirst(*instance, command.preset);
 
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, application.get(), &QCoreApplication::quit);
@@ -96,6 +139,11 @@ int fenwhirl_app_main(int argc, char** argv) {
     AppDelegate delegate(monitor, windows, *statusItem, [&updates] { updates.startIfNeeded(); });
     QObject::connect(instance.get(), &SingleInstance::raiseRequested, &delegate,
                      &AppDelegate::applicationShouldHandleReopen);
+    QObject::connect(instance.get(), &SingleInstance::actionRequested, &delegate,
+                     [&delegate](const QString& action) {
+                         if (const auto preset = presetFromRawValue(action.toStdString()))
+                             delegate.choosePreset(*preset);
+                     });
     QObject::connect(application.get(), &QCoreApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
     const SessionEnd sessionEnd([&delegate] { delegate.applicationWillTerminate(); });
@@ -114,6 +162,9 @@ int fenwhirl_app_main(int argc, char** argv) {
         monitor.start();
     else
         QObject::connect(presence.get(), &SessionPresence::settled, &monitor, &Monitor::start);
-    delegate.applicationDidFinishLaunching();
+    if (command.preset)
+        delegate.choosePreset(*command.preset);
+    delegate.applicationDidFinishLaunching(command.preset ? AppDelegate::Start::hidden
+                                                          : AppDelegate::Start::usual);
     return QCoreApplication::exec();
 }

@@ -25,6 +25,25 @@ std::optional<Preset> presetFromRawValue(std::string_view text) {
     return caseIn(words, text);
 }
 
+std::optional<Preset> presetFromName(const QString& name) {
+    const QString wanted = name.trimmed().normalized(QString::NormalizationForm_C);
+    if (const auto preset = presetFromRawValue(wanted.toLower().toStdString())) {
+        return preset;
+    }
+    const AppLanguage before = Localizer::language();
+    std::optional<Preset> found;
+    for (const AppLanguage language : allAppLanguages) {
+        Localizer::setLanguage(language);
+        for (const Preset preset : allPresets) {
+            if (!found && title(preset).compare(wanted, Qt::CaseInsensitive) == 0) {
+                found = preset;
+            }
+        }
+    }
+    Localizer::setLanguage(before);
+    return found;
+}
+
 QString title(Preset preset) {
     switch (preset) {
     case Preset::automatic:

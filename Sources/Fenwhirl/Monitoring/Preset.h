@@ -19,6 +19,10 @@ inline constexpr std::array<Preset, 5> allPresets = {Preset::automatic, Preset::
 [[nodiscard]] std::string_view rawValue(Preset preset);
 [[nodiscard]] std::optional<Preset> presetFromRawValue(std::string_view text);
 
+// The preset with this raw value, or with this title in any language, small letters or capital ones. Main
+// thread: the interface language is changed meanwhile and reset.
+[[nodiscard]] std::optional<Preset> presetFromName(const QString& name);
+
 // Name and explanation in the interface language.
 [[nodiscard]] QString title(Preset preset);
 [[nodiscard]] QString detail(Preset preset);

@@ -77,6 +77,33 @@ TEST(Launch, LaterOnesShowNothingAndLoadNothing) {
     EXPECT_EQ(life.updateChecks, 1);
 }
 
+TEST(Launch, AHiddenOneShowsNothingEvenIfItIsTheFirst) {
+    Life life(false);
+    life.delegate->applicationDidFinishLaunching(AppDelegate::Start::hidden);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(life.windows->main(), nullptr);
+}
+
+TEST(Launch, APresetIsChosenAsSoonAsTheFansAreKnown) {
+    Life life(true);
+    life.world.smc.remove("FNum");
+    life.world.poll();
+    ASSERT_TRUE(life.world.monitor().fans().isEmpty());
+    life.delegate->choosePreset(Preset::max);
+    life.delegate->choosePreset(Preset::game);
+    EXPECT_EQ(life.world.monitor().activePreset(), std::nullopt);
+    life.world.smc.setNumber("FNum", "ui8 ", 2);
+    life.world.poll();
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::game);
+    EXPECT_EQ(life.world.monitor().setting(1).mode, FanModeKind::sensor);
+    life.delegate->choosePreset(Preset::silent);
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::silent);
+    life.world.poll(); // and not again, over what the user chose since
+    life.world.monitor().apply(Preset::automatic);
+    life.world.poll();
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::automatic);
+}
+
 TEST(Launch, WithoutAPlaceForTheStatusItemTheMainWindowIsShown) {
     Life life(true);
     life.statusItem.placed = false;

@@ -43,7 +43,7 @@ bool hasRow(const QString& text) {
 
 // Files whose texts are not for the tables, and why.
 bool speaksForItself(std::string_view place) {
-    static constexpr std::array<std::string_view, 15> files = {
+    static constexpr std::array<std::string_view, 16> files = {
         // The tables themselves, the letters of the transliteration, the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
         "Fenwhirl/Localization/SystemWords.cpp", "Fenwhirl/Localization/DialogWords.cpp",
@@ -55,6 +55,8 @@ bool speaksForItself(std::string_view place) {
         // Speaks to the system, not to the user: AppleScript, property lists, desktop entries, folders.
         "Fenwhirl/Platform/AppleScriptText", "Fenwhirl/Platform/LoginItemText",
         "Fenwhirl/Platform/Desktop/ApplicationIcon", "Fenwhirl/Platform/Desktop/SingleInstanceMacOS",
+        // Is printed in English, for scripts and terminals.
+        "Fenwhirl/Application/CommandLine",
         // The update alert carries its own texts in every language.
         "Fenwhirl/Updates/"};
     return std::ranges::any_of(files, [place](std::string_view file) { return place.starts_with(file); });

@@ -6,6 +6,7 @@
 #include <QSocketNotifier>
 
 #include <cerrno>
+#include <cstddef>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -16,6 +17,8 @@ namespace {
 
 constexpr const char* lockName = "fenwhirl.lock";
 constexpr const char* pipeName = "fenwhirl.raise";
+constexpr char lineEnd = '\n';
+constexpr qsizetype longestCall = 256; // less than any system splits
 
 } // namespace
 
@@ -66,22 +69,36 @@ void InstanceLock::listen() {
     connect(notifier_.get(), &QSocketNotifier::activated, this, &InstanceLock::heard);
 }
 
+// A call is a line, and arrives whole or not at all; an empty one only wakes. Whoever wakes without a line's
+// end is of an older version.
 void InstanceLock::heard() {
-    char bytes[16];
-    while (read(pipe_, bytes, sizeof bytes) > 0) {
+    QByteArray calls;
+    char bytes[256];
+    for (ssize_t got = 0; (got = read(pipe_, bytes, sizeof bytes)) > 0;)
+        calls.append(bytes, got);
+    if (calls.endsWith(lineEnd))
+        calls.chop(1);
+    bool isOnlyWoken = false;
+    for (const QByteArray& word : calls.split(lineEnd)) {
+        if (word.isEmpty() || word.contains('\0'))
+            isOnlyWoken = true;
+        else
+            Q_EMIT told(QString::fromUtf8(word));
     }
-    Q_EMIT called();
+    if (isOnlyWoken)
+        Q_EMIT called();
 }
 
-void InstanceLock::callHolder() const {
-    if (folder_.isEmpty())
-        return;
+bool InstanceLock::callHolder(const QByteArray& word) const {
+    if (folder_.isEmpty() || word.contains(lineEnd) || word.size() >= longestCall)
+        return false;
     const int pipe = open(file(pipeName).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
     if (pipe < 0)
-        return;
-    const char byte = 0;
-    [[maybe_unused]] const ssize_t written = write(pipe, &byte, 1);
+        return false;
+    const QByteArray call = word + lineEnd;
+    const ssize_t written = write(pipe, call.constData(), static_cast<std::size_t>(call.size()));
     close(pipe);
+    return written == call.size();
 }
 
 bool belongsToUserAlone(const QString& folder) {

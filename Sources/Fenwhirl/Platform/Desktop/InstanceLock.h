@@ -1,5 +1,5 @@
 // How the starts of the program by one user know of each other: a locked file, and a named pipe beside it
-// through which a later start asks the first one to show itself.
+// through which a later start asks the first one to show itself, or tells it something.
 //
 // The kernel gives the lock to exactly one process, however many start at the same moment, and takes it back
 // however that one ends. Both files stay where they are; only the lock says whether somebody is there.
@@ -35,13 +35,16 @@ public:
     // For a holder that is not to be the first after all.
     void release();
 
-    // Wakes the process that holds the lock; does not wait for it. Nothing happens when it is just beginning
-    // or just ending.
-    void callHolder() const;
+    // Wakes the process that holds the lock, and tells it a word where there is one; does not wait for it.
+    // False when it is not there to hear it, as while it is just beginning or just ending, and for a word
+    // that is too long for one call or holds a line's end.
+    [[nodiscard]] bool callHolder(const QByteArray& word = {}) const;
 
 Q_SIGNALS:
     // Another process has called the holder, which is this one and listens.
     void called();
+    // The same, with a word: whatever it wrote.
+    void told(const QString& word);
 
 private:
     [[nodiscard]] QByteArray file(const char* name) const;

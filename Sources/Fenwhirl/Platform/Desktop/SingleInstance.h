@@ -5,7 +5,7 @@
 //
 // On Linux the first one also has the name com.fenwhirl.app on the session bus, which tells it to starts
 // whose lock is in another place. A stranger who has that name is taken for nobody. The request travels over
-// that bus (org.freedesktop.Application.Activate), and where there is none or it refuses, through a named
+// that bus (org.freedesktop.Application), and where there is none or it refuses, through a named
 // pipe beside the lock, in the user's runtime folder. On macOS the system itself starts a bundle only once
 // and reports a second start, and a click on the Dock icon, as "reopen"; what it does not see (the executable
 // started in a terminal, a second copy of the bundle) meets the lock in the user's Application Support, and
@@ -30,11 +30,17 @@ public:
     [[nodiscard]] virtual bool becomeFirst() = 0;
     // Asks the first process to show its window; waits a few seconds at most (Linux) or not at all.
     virtual void raiseFirst() = 0;
+    // Has the first process do something by name, without showing itself; waits as `raiseFirst`. False when
+    // it surely was not told.
+    [[nodiscard]] virtual bool tellFirst(const QString& action) = 0;
 
 Q_SIGNALS:
     // Another start wants this process to show itself. `token` is the desktop's permission to take the focus,
     // empty where there is none.
     void raiseRequested(const QString& token);
+    // Another start, or an entry of the desktop's menu, wants this process to do something. The name is
+    // whatever somebody sent.
+    void actionRequested(const QString& action);
 
 protected:
     using QObject::QObject;

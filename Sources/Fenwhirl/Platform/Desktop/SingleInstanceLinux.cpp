@@ -55,6 +55,7 @@ SingleInstanceLinux::SingleInstanceLinux(const QString& folder, QDBusConnection 
     : lock_(folder)
     , bus_(std::move(bus)) {
     connect(&lock_, &InstanceLock::called, this, [this] { Q_EMIT raiseRequested({}); });
+    connect(&lock_, &InstanceLock::told, this, &SingleInstance::actionRequested);
 }
 
 SingleInstanceLinux::~SingleInstanceLinux() {
@@ -116,23 +117,36 @@ void SingleInstanceLinux::leaveBus() {
 }
 
 void SingleInstanceLinux::raiseFirst() {
-    if (!raiseOverBus())
-        lock_.callHolder();
-}
-
-bool SingleInstanceLinux::raiseOverBus() {
-    if (!bus_.isConnected() || !isNameOurs())
-        return false;
     QVariantMap platformData;
     const QString token =
         qEnvironmentVariable("XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
     if (!token.isEmpty())
         platformData.insert(QStringLiteral("activation-token"), token);
+    if (!callFirst(QStringLiteral("Activate"), {platformData}))
+        static_cast<void>(lock_.callHolder());
+}
+
+bool SingleInstanceLinux::tellFirst(const QString& action) {
+    return callFirst(QStringLiteral("ActivateAction"), {action, QVariantList(), QVariantMap()}) ||
+           lock_.callHolder(action.toUtf8());
+}
+
+bool SingleInstanceLinux::callFirst(const QString& method, const QVariantList& arguments) const {
+    if (!bus_.isConnected() || !isNameOurs())
+        return false;
     QDBusMessage call = QDBusMessage::createMethodCall(serviceName(), objectPath(),
-                                                       QStringLiteral("org.freedesktop.Application"),
-                                                       QStringLiteral("Activate"));
-    call << platformData;
+                                                       QStringLiteral("org.freedesktop.Application"), method);
+    call.setArguments(arguments);
     return bus_.call(call, QDBus::Block, raiseTimeoutMilliseconds).type() == QDBusMessage::ReplyMessage;
+}
+
+void SingleInstanceLinux::ActivateAction(const QString& action, const QVariantList& /*parameters*/,
+                                         const QVariantMap& /*platformData*/) {
+    Q_EMIT actionRequested(action);
+}
+
+void SingleInstanceLinux::Open(const QStringList& /*addresses*/, const QVariantMap& platformData) {
+    Activate(platformData);
 }
 
 void SingleInstanceLinux::Activate(const QVariantMap& platformData) {

@@ -8,6 +8,8 @@
 
 #include <QDBusConnection>
 #include <QString>
+#include <QStringList>
+#include <QVariantList>
 #include <QVariantMap>
 
 class SingleInstanceLinux : public SingleInstance {
@@ -24,10 +26,15 @@ public:
 
     [[nodiscard]] bool becomeFirst() override;
     void raiseFirst() override;
+    [[nodiscard]] bool tellFirst(const QString& action) override;
 
 public Q_SLOTS:
     // The bus interface.
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
+    Q_SCRIPTABLE void ActivateAction(const QString& action, const QVariantList& parameters,
+                                     const QVariantMap& platformData);
+    // No file is ours to open: shows the window.
+    Q_SCRIPTABLE void Open(const QStringList& addresses, const QVariantMap& platformData);
 
 private:
     // False when another process is the program on this bus.
@@ -35,7 +42,8 @@ private:
     // Whether the name's owner is proven to be this program, run by this user.
     [[nodiscard]] bool isNameOurs() const;
     void leaveBus();
-    [[nodiscard]] bool raiseOverBus();
+    // One method of the first one's; whether it answered.
+    [[nodiscard]] bool callFirst(const QString& method, const QVariantList& arguments) const;
 
     InstanceLock lock_;
     QDBusConnection bus_;

@@ -14,6 +14,7 @@ public:
         : lock_(privateFolder(QDir::homePath() +
                               QStringLiteral("/Library/Application Support/com.fenwhirl.app"))) {
         connect(&lock_, &InstanceLock::called, this, [this] { Q_EMIT raiseRequested({}); });
+        connect(&lock_, &InstanceLock::told, this, &SingleInstance::actionRequested);
         ApplicationEvents::setReopenHandler([this] { Q_EMIT raiseRequested({}); });
     }
 
@@ -29,7 +30,9 @@ public:
         return true;
     }
 
-    void raiseFirst() override { lock_.callHolder(); }
+    void raiseFirst() override { static_cast<void>(lock_.callHolder()); }
+
+    bool tellFirst(const QString& action) override { return lock_.callHolder(action.toUtf8()); }
 
 private:
     InstanceLock lock_;

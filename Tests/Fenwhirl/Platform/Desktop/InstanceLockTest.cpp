@@ -118,11 +118,60 @@ TEST(InstanceLock, EveryCallReachesTheHolder) {
     InstanceLock second(folder.path());
     ASSERT_FALSE(second.take());
     for (int i = 1; i <= 2; ++i) {
-        second.callHolder();
+        static_cast<void>(second.callHolder());
         ASSERT_TRUE(called.count() == i || called.wait(patienceMilliseconds));
         QCoreApplication::processEvents(); // nothing of the call is left
         EXPECT_EQ(called.count(), i);
     }
+}
+
+TEST(InstanceLock, TheHolderIsToldWordsInTheirOrder) {
+    const QTemporaryDir folder;
+    InstanceLock first(folder.path());
+    ASSERT_TRUE(first.take());
+    first.listen();
+    QSignalSpy called(&first, &InstanceLock::called);
+    QSignalSpy told(&first, &InstanceLock::told);
+    const InstanceLock second(folder.path());
+    EXPECT_TRUE(second.callHolder("game"));
+    EXPECT_TRUE(second.callHolder(QByteArrayLiteral("\xc3\xa9")));
+    ASSERT_TRUE(told.count() == 2 || told.wait(patienceMilliseconds));
+    ASSERT_EQ(told.count(), 2);
+    EXPECT_EQ(told.at(0).at(0), QStringLiteral("game"));
+    EXPECT_EQ(told.at(1).at(0), QStringLiteral("é"));
+    EXPECT_TRUE(called.isEmpty());
+    EXPECT_TRUE(second.callHolder("max"));
+    EXPECT_TRUE(second.callHolder());
+    ASSERT_TRUE(called.wait(patienceMilliseconds));
+    EXPECT_EQ(called.count(), 1);
+    EXPECT_EQ(told.count(), 3);
+}
+
+TEST(InstanceLock, AWordThatIsNoneIsNotTold) {
+    const QTemporaryDir folder;
+    InstanceLock first(folder.path());
+    ASSERT_TRUE(first.take());
+    const InstanceLock second(folder.path());
+    EXPECT_FALSE(second.callHolder("game")); // it does not listen yet
+    first.listen();
+    EXPECT_FALSE(second.callHolder("two\nlines"));
+    EXPECT_FALSE(second.callHolder(QByteArray(10000, 'x')));
+    const QSignalSpy told(&first, &InstanceLock::told);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(told.isEmpty());
+}
+
+// An older version writes a single zero.
+TEST(InstanceLock, ACallOfAnOlderVersionIsHeard) {
+    const QTemporaryDir folder;
+    InstanceLock first(folder.path());
+    ASSERT_TRUE(first.take());
+    first.listen();
+    QSignalSpy called(&first, &InstanceLock::called);
+    QFile pipe(folder.filePath(QStringLiteral("fenwhirl.raise")));
+    ASSERT_TRUE(pipe.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    EXPECT_EQ(pipe.write(QByteArray(1, '\0')), 1);
+    EXPECT_TRUE(called.wait(patienceMilliseconds));
 }
 
 TEST(InstanceLock, AfterAKilledHolderTheNextRunsAndHears) {
@@ -136,19 +185,19 @@ TEST(InstanceLock, AfterAKilledHolderTheNextRunsAndHears) {
     ASSERT_TRUE(next.take());
     next.listen();
     QSignalSpy called(&next, &InstanceLock::called);
-    InstanceLock(folder.path()).callHolder();
+    static_cast<void>(InstanceLock(folder.path()).callHolder());
     EXPECT_TRUE(called.wait(patienceMilliseconds));
 }
 
 TEST(InstanceLock, CallingNobodyIsNothing) {
     const QTemporaryDir folder;
-    InstanceLock(folder.path()).callHolder();
+    static_cast<void>(InstanceLock(folder.path()).callHolder());
     {
         InstanceLock gone(folder.path());
         ASSERT_TRUE(gone.take());
         gone.listen();
     }
-    InstanceLock(folder.path()).callHolder();
+    static_cast<void>(InstanceLock(folder.path()).callHolder());
 }
 
 TEST(InstanceLock, WhatIsReleasedIsForTheNext) {
@@ -168,7 +217,7 @@ TEST(InstanceLock, WithoutAPlaceForItEveryStartRuns) {
         EXPECT_TRUE(first.take());
         first.listen();
         EXPECT_TRUE(second.take());
-        second.callHolder();
+        static_cast<void>(second.callHolder());
     }
 }
 

@@ -77,6 +77,58 @@ TEST(SingleInstance, RaisesTheFirstOverTheBusWithTheRightToTheFocus) {
     EXPECT_EQ(raised.at(0).at(0).toString(), QStringLiteral("token7"));
 }
 
+TEST(SingleInstance, TheFirstIsToldOfAnActionThroughThePipeAndOverTheBus) {
+    const QTemporaryDir folder;
+    for (const bool onBus : {false, true}) {
+        const QTemporaryDir place;
+        SingleInstanceLinux first(place.path(), onBus ? PrivateBus::connect() : noBus());
+        ASSERT_TRUE(first.becomeFirst());
+        const QSignalSpy raised(&first, &SingleInstance::raiseRequested);
+        const QSignalSpy asked(&first, &SingleInstance::actionRequested);
+        bool isTold = false;
+        std::thread other([&] {
+            // Another folder, where the pipe is not: over the bus alone.
+            SingleInstanceLinux second(onBus ? folder.path() : place.path(),
+                                       onBus ? PrivateBus::connect() : noBus());
+            isTold = !second.becomeFirst() && second.tellFirst(QStringLiteral("game"));
+        });
+        EXPECT_TRUE(PrivateBus::waitUntil([&] { return asked.count() == 1; }));
+        other.join();
+        EXPECT_TRUE(isTold);
+        EXPECT_EQ(asked.value(0).value(0), QStringLiteral("game"));
+        EXPECT_TRUE(raised.isEmpty());
+    }
+}
+
+TEST(SingleInstance, AnActionThatNobodyHearsIsNotTold) {
+    const QTemporaryDir folder;
+    SingleInstanceLinux nobody(folder.path(), noBus());
+    EXPECT_FALSE(nobody.tellFirst(QStringLiteral("game")));
+}
+
+TEST(SingleInstance, TheDesktopsMenuSpeaksToItByTheUsualInterface) {
+    const QTemporaryDir folder;
+    SingleInstanceLinux first(folder.path(), PrivateBus::connect());
+    ASSERT_TRUE(first.becomeFirst());
+    const QSignalSpy raised(&first, &SingleInstance::raiseRequested);
+    const QSignalSpy asked(&first, &SingleInstance::actionRequested);
+    const QDBusConnection menu = PrivateBus::connect();
+    const auto call = [&menu](const QString& method, const QVariantList& arguments) {
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            QStringLiteral("com.fenwhirl.app"), QStringLiteral("/com/fenwhirl/app"),
+            QStringLiteral("org.freedesktop.Application"), method);
+        message.setArguments(arguments);
+        static_cast<void>(menu.send(message));
+    };
+    call(QStringLiteral("ActivateAction"), {QStringLiteral("max"), QVariantList(), QVariantMap()});
+    call(QStringLiteral("Open"),
+         {QStringList(), QVariantMap{{QStringLiteral("activation-token"), QStringLiteral("token8")}}});
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return raised.count() == 1; }));
+    EXPECT_EQ(raised.at(0).at(0), QStringLiteral("token8"));
+    ASSERT_EQ(asked.count(), 1);
+    EXPECT_EQ(asked.at(0).at(0), QStringLiteral("max"));
+}
+
 TEST(SingleInstance, OneWithAnotherFolderIsFoundOnTheBus) {
     const QTemporaryDir folder;
     const QTemporaryDir other;
