@@ -1,11 +1,13 @@
 #include "Fenwhirl/Platform/Desktop/ApplicationIcon.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QIcon>
-#include <QSettings>
 #include <QStandardPaths>
 
 namespace {
+
+constexpr qint64 longestFile = 256 * 1024;
 
 // "/opt/Firefox.app" and "/usr/lib/firefox" are both called "firefox" by their desktop entries.
 QString entryName(const QString& applicationPath) {
@@ -15,19 +17,37 @@ QString entryName(const QString& applicationPath) {
     return name.toLower();
 }
 
-QString iconName(const QString& entry) {
+// The icon that a desktop entry names. An entry is no file of settings: its values may hold commas and
+// semicolons as they are.
+QString iconIn(const QString& file) {
+    QFile entry(file);
+    if (!entry.open(QIODevice::ReadOnly))
+        return {};
+    bool isInside = false;
+    for (const QByteArray& raw : entry.read(longestFile).split('\n')) {
+        const QByteArray line = raw.trimmed();
+        if (line.startsWith('['))
+            isInside = line == "[Desktop Entry]";
+        else if (isInside && line.startsWith("Icon="))
+            return QString::fromUtf8(line.sliced(5).trimmed());
+    }
+    return {};
+}
+
+QString iconName(const QString& applicationPath) {
+    if (applicationPath.endsWith(QStringLiteral(".desktop")))
+        return iconIn(applicationPath);
+    const QString entry = entryName(applicationPath);
     const QString file =
         QStandardPaths::locate(QStandardPaths::ApplicationsLocation, entry + QStringLiteral(".desktop"));
-    if (file.isEmpty())
-        return entry;
-    const QSettings desktopEntry(file, QSettings::IniFormat);
-    return desktopEntry.value(QStringLiteral("Desktop Entry/Icon"), entry).toString();
+    const QString icon = file.isEmpty() ? QString() : iconIn(file);
+    return icon.isEmpty() ? entry : icon;
 }
 
 } // namespace
 
 QImage applicationIcon(const QString& applicationPath, int pixels) {
-    const QString name = iconName(entryName(applicationPath));
+    const QString name = iconName(applicationPath);
     const QIcon icon = name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name);
     return icon.pixmap(QSize(pixels, pixels), 1.0).toImage();
 }
