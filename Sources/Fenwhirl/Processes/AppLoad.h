@@ -10,12 +10,13 @@
 #include <optional>
 
 struct AppLoad {
-    // What the processes were grouped by: the bundle's path, or "proc:" and the display label.
+    // What the processes were grouped by: the bundle's path, "app:" and the path of the desktop entry, or
+    // "proc:" and the display label.
     QString id;
-    // The bundle's file name without ".app", or the process's label. It comes from a file name that anyone
-    // may choose: to be shown as plain text only, through displayText.
+    // The bundle's file name without ".app", the desktop entry's name, or the process's label. It comes from
+    // a file that anyone may write: to be shown as plain text only, through displayText.
     QString name;
-    // The bundle's path; absent for what is no application.
+    // The path of the bundle or of the desktop entry; absent for what is no application.
     std::optional<QString> appPath;
     // Percent of the whole machine's processor capacity, all processors together being 100.
     double cpu = 0;

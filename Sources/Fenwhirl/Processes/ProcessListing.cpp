@@ -86,10 +86,15 @@ public:
 
     // The entry of a process with this path; made when it is the first of its group. The path must outlive
     // the grouping.
-    AppLoad& entryFor(QStringView path) {
+    AppLoad& entryFor(qint32 pid, QStringView path) {
         constexpr QStringView suffix = u".app";
         const qsizetype inside = path.indexOf(u".app/");
         const bool inBundle = inside >= 0;
+        if (!inBundle && context_.applicationOf) {
+            if (const auto application = context_.applicationOf(pid, path)) {
+                return apps_[indexOf(foundEntry(*application))];
+            }
+        }
         const QStringView group = inBundle ? path.first(inside + suffix.size()) : lastComponent(path);
         QHash<QStringView, qsizetype>& known = inBundle ? bundles_ : names_;
         auto found = known.constFind(group);
@@ -121,6 +126,19 @@ private:
         entry.canQuit = !entry.id.startsWith(QStringLiteral("/System/")) &&
                         !entry.id.toLower().contains(QStringLiteral("fenwhirl")) &&
                         entry.id != context_.ownBundlePath;
+        return entry;
+    }
+
+    [[nodiscard]] static AppLoad foundEntry(const FoundApplication& application) {
+        AppLoad entry;
+        entry.name = application.name;
+        if (application.file.isEmpty()) {
+            entry.id = QStringLiteral("proc:") + entry.name;
+        } else {
+            entry.id = QStringLiteral("app:") + application.file;
+            entry.appPath = application.file;
+            entry.canQuit = application.canQuit && !entry.id.toLower().contains(QStringLiteral("fenwhirl"));
+        }
         return entry;
     }
 
@@ -182,7 +200,7 @@ ProcessSample foldProcessListing(const QByteArray& listing, const FoldContext& c
         const double cpu = process->percentOfCore / processors;
         sample.totalCPU += cpu;
 
-        AppLoad& entry = groups.entryFor(process->path);
+        AppLoad& entry = groups.entryFor(process->pid, process->path);
         entry.cpu += cpu;
         entry.memoryMB += process->residentKiB / kibPerMebi;
         entry.pids.append(process->pid);

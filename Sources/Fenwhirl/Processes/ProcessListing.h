@@ -4,8 +4,9 @@
 // executable; separated by spaces, the path last because it may hold spaces itself. Lines that are not like
 // that are skipped one by one, whatever they hold: a file name can contain a line break and so forge lines.
 //
-// Processes inside an application bundle are charged to the outermost bundle; all others are grouped by their
-// label (FriendlyName.h). Only what loads the machine noticeably is kept.
+// Processes inside an application bundle are charged to the outermost bundle, others to the application that
+// the system finds for them; the rest is grouped by label (FriendlyName.h). Only what loads the machine
+// noticeably is kept.
 //
 // Pure functions: any thread.
 
@@ -32,6 +33,13 @@ struct ProcessLine {
 // decimal mark too. The path is a view of `line`.
 [[nodiscard]] std::optional<ProcessLine> parseProcessLine(QStringView line);
 
+// The application of a process that lies in no bundle.
+struct FoundApplication {
+    QString name; // in the interface language
+    QString file; // its desktop entry; empty for what is no application but has a name
+    bool canQuit = false;
+};
+
 // What the grouping has to know of the machine and of this program.
 struct FoldContext {
     int activeProcessors = 1; // taken as 1 when less
@@ -39,6 +47,9 @@ struct FoldContext {
     QString ownBundlePath; // empty when the program runs outside a bundle
     // The label of a system process in the interface language.
     std::function<QString(const QString& frenchLabel)> localize;
+    // Asked about each process outside of a bundle; may be left out.
+    using ApplicationOf = std::function<std::optional<FoundApplication>(qint32 pid, QStringView path)>;
+    ApplicationOf applicationOf = {};
 };
 
 // The entries of at least `shownFromPercent` of the machine, heaviest first, at most `shownAtMost`; entries

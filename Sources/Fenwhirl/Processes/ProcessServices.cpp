@@ -4,6 +4,7 @@
 #include "Fenwhirl/Platform/BundleInfo.h"
 #include "Fenwhirl/Platform/ProcessTable.h"
 #include "Fenwhirl/Platform/RunningApplications.h"
+#include "Fenwhirl/Processes/ApplicationLookup.h"
 #include "Fenwhirl/Processes/ProcessListing.h"
 
 #include <QCoreApplication>
@@ -12,10 +13,13 @@
 
 namespace {
 
-ProcessSample sampleProcesses(ProcessTable& table, const FoldContext& context) {
+ProcessSample sampleProcesses(ProcessTable& table, ApplicationLookup* lookup, FoldContext context) {
     const std::optional<QByteArray> listing = table.listing();
     if (!listing) {
         return {};
+    }
+    if (lookup != nullptr) {
+        context.applicationOf = lookup->forListing(table);
     }
     ProcessSample sample = foldProcessListing(*listing, context);
     for (AppLoad& app : sample.apps) {
@@ -33,11 +37,12 @@ ProcessServices systemProcessServices() {
     const auto ownPid = static_cast<qint32>(QCoreApplication::applicationPid());
 
     ProcessServices services;
-    services.sample = [table, ownPid] {
+    services.sample = [table, ownPid,
+                       lookup = std::shared_ptr<ApplicationLookup>(ApplicationLookup::create())] {
         // The number of processors can change while the program runs.
         const FoldContext context{activeProcessorCount(), ownPid, BundleInfo::path(),
                                   [](const QString& label) { return localized(label); }};
-        return sampleProcesses(*table, context);
+        return sampleProcesses(*table, lookup.get(), context);
     };
     services.cancelSampling = [table] { table->cancel(); };
     services.quit.ownPid = ownPid;

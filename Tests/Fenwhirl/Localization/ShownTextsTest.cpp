@@ -43,7 +43,7 @@ bool hasRow(const QString& text) {
 
 // Files whose texts are not for the tables, and why.
 bool speaksForItself(std::string_view place) {
-    static constexpr std::array<std::string_view, 16> files = {
+    static constexpr std::array<std::string_view, 17> files = {
         // The tables themselves, the letters of the transliteration, the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
         "Fenwhirl/Localization/SystemWords.cpp", "Fenwhirl/Localization/DialogWords.cpp",
@@ -52,6 +52,8 @@ bool speaksForItself(std::string_view place) {
         "FenwhirlCore/SMCReport", "FenwhirlCore/SMCFanWriteTest", "Fenwhirl/Monitoring/DiagnosticReport",
         // The system's own processes keep their French labels in every language.
         "Fenwhirl/Processes/FriendlyName",
+        // The words of desktop entries.
+        "Fenwhirl/Processes/DesktopEntries",
         // Speaks to the system, not to the user: AppleScript, property lists, desktop entries, folders.
         "Fenwhirl/Platform/AppleScriptText", "Fenwhirl/Platform/LoginItemText",
         "Fenwhirl/Platform/Desktop/ApplicationIcon", "Fenwhirl/Platform/Desktop/SingleInstanceMacOS",

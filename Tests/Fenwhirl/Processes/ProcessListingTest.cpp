@@ -56,6 +56,40 @@ TEST(ProcessListing, ReadsALineWithSpacesInThePathAndADecimalComma) {
     EXPECT_TRUE(app.canQuit);
 }
 
+TEST(ProcessListing, ChargesProcessesToTheApplicationThatIsFoundForThem) {
+    FoldContext context = contextOf(1);
+    context.applicationOf = [](qint32 pid, QStringView path) -> std::optional<FoundApplication> {
+        if (pid < 10)
+            return FoundApplication{u"Browser"_s, u"/share/browser.desktop"_s, true};
+        if (pid < 20)
+            return FoundApplication{u"job.py"_s, QString(), true};
+        if (pid < 30)
+            return FoundApplication{u"Fans"_s, u"/share/com.Fenwhirl.app.desktop"_s, true};
+        EXPECT_FALSE(path.contains(u".app/"));
+        return std::nullopt;
+    };
+    const ProcessSample sample = foldProcessListing("1 5 1024 /usr/lib/browser/browser\n"
+                                                    "2 4 1024 /usr/lib/browser/tab\n"
+                                                    "11 3 0 /usr/bin/python3\n"
+                                                    "21 2 0 /usr/bin/Fenwhirl\n"
+                                                    "31 1.5 0 /usr/bin/tool\n"
+                                                    "3 1 0 /Applications/Mail.app/Mail\n",
+                                                    context);
+    ASSERT_EQ(sample.apps.size(), 5);
+    EXPECT_EQ(sample.apps[0].id, u"app:/share/browser.desktop"_s);
+    EXPECT_EQ(sample.apps[0].name, u"Browser"_s);
+    EXPECT_EQ(sample.apps[0].appPath, u"/share/browser.desktop"_s);
+    EXPECT_EQ(sample.apps[0].cpu, 9);
+    EXPECT_EQ(sample.apps[0].pids, (QList<qint32>{1, 2}));
+    EXPECT_TRUE(sample.apps[0].canQuit);
+    EXPECT_EQ(sample.apps[1].id, u"proc:job.py"_s);
+    EXPECT_EQ(sample.apps[1].appPath, std::nullopt);
+    EXPECT_FALSE(sample.apps[1].canQuit) << "no application";
+    EXPECT_FALSE(sample.apps[2].canQuit) << "this program";
+    EXPECT_EQ(sample.apps[3].id, u"proc:tool"_s);
+    EXPECT_EQ(sample.apps[4].id, u"/Applications/Mail.app"_s) << "a bundle is a bundle";
+}
+
 TEST(ProcessListing, SkipsLinesThatAreNone) {
     for (const char* line : {
              "",

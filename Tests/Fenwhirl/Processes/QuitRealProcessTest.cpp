@@ -16,6 +16,7 @@
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 using namespace std::chrono_literals;
 
@@ -95,6 +96,64 @@ private:
     QString path_;
     pid_t pid_ = 0;
     pid_t helper_ = 0;
+};
+
+// A desktop entry in this user's own folder, and what it starts, which keeps a processor busy.
+class BusyDesktopApp {
+public:
+    explicit BusyDesktopApp(const std::string& exec) {
+        folder_ = std::filesystem::canonical(place_.path().toStdString());
+        std::filesystem::create_directories(folder_ / "share/applications");
+        std::filesystem::create_directories(folder_ / "demo/bin");
+        std::filesystem::copy_file("/usr/bin/yes", folder_ / "demo/bin/demo");
+        std::ofstream(folder_ / "demo/app.sh") << "while :; do :; done\n";
+        std::ofstream(entryPath()) << "[Desktop Entry]\nType=Application\nName=Demo\nExec=" << exec
+                                   << (folder_ / "demo/app.sh").string() << "\n";
+        before_ = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", QByteArray::fromStdString((folder_ / "share").string()));
+    }
+
+    ~BusyDesktopApp() {
+        qputenv("XDG_DATA_HOME", before_);
+        for (const pid_t pid : pids_) {
+            (void)kill(pid, SIGKILL);
+            (void)waitpid(pid, nullptr, 0);
+        }
+    }
+
+    BusyDesktopApp(const BusyDesktopApp&) = delete;
+    BusyDesktopApp& operator=(const BusyDesktopApp&) = delete;
+
+    pid_t start(std::vector<std::string> command) {
+        std::vector<char*> arguments;
+        for (std::string& word : command)
+            arguments.push_back(word.data());
+        arguments.push_back(nullptr);
+        posix_spawn_file_actions_t actions = {};
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+        posix_spawn_file_actions_addchdir_np(&actions, (folder_ / "demo").c_str());
+        pid_t pid = 0;
+        EXPECT_EQ(posix_spawn(&pid, command.front().c_str(), &actions, nullptr, arguments.data(), nullptr),
+                  0);
+        posix_spawn_file_actions_destroy(&actions);
+        pids_.push_back(pid);
+        return pid;
+    }
+
+    [[nodiscard]] std::string program() const { return (folder_ / "demo/bin/demo").string(); }
+
+    [[nodiscard]] QString entry() const { return QString::fromStdString(entryPath().string()); }
+
+private:
+    [[nodiscard]] std::filesystem::path entryPath() const {
+        return folder_ / "share/applications/demo.desktop";
+    }
+
+    QTemporaryDir place_;
+    std::filesystem::path folder_;
+    QByteArray before_;
+    std::vector<pid_t> pids_;
 };
 
 ProcessServices quickServices() {
@@ -218,4 +277,30 @@ TEST(QuitRealProcess, SparesTheProcessThatGotTheIdentifierOfAnEndedOne) {
     // Had it been killed, this signal would come too late to be what ended it.
     (void)kill(pid, SIGTERM);
     EXPECT_EQ(second->endedBy(), SIGTERM);
+}
+
+TEST(QuitRealProcess, ChargesAScriptAndItsFolderToTheirDesktopEntryAndEndsBoth) {
+    BusyDesktopApp busy("/bin/sh ");
+    const pid_t program = busy.start({busy.program()});
+    const pid_t script = busy.start({"/bin/sh", "app.sh"});
+    ProcessMonitor monitor(quickServices());
+    AppLoad app;
+    QSignalSpy published(&monitor, &ProcessMonitor::appsChanged);
+    monitor.start();
+    while (app.pids.size() < 2) {
+        ASSERT_TRUE(published.wait(patienceMilliseconds));
+        const AppLoad* const entry = entryOf(monitor, QStringLiteral("app:") + busy.entry());
+        app = entry != nullptr ? *entry : AppLoad();
+    }
+    monitor.stop();
+    EXPECT_EQ(app.name, QStringLiteral("Demo"));
+    EXPECT_EQ(app.appPath, busy.entry());
+    EXPECT_EQ(app.pids, (QList<qint32>{program, script}));
+    EXPECT_TRUE(app.canQuit);
+    monitor.quit(app, false);
+    for (const pid_t pid : {program, script}) {
+        int status = 0;
+        EXPECT_EQ(waitpid(pid, &status, 0), pid);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
+    }
 }

@@ -1,0 +1,96 @@
+#include "Fenwhirl/Processes/ControlGroup.h"
+
+namespace {
+
+int hexDigit(QChar digit) {
+    bool isValid = false;
+    const int value = QString(digit).toInt(&isValid, 16);
+    return isValid ? value : -1;
+}
+
+// As systemd writes what may not stand in a unit's name: bytes as "\x2d".
+QString unescaped(QStringView text) {
+    QByteArray bytes;
+    for (qsizetype i = 0; i < text.size();) {
+        if (text[i] == u'\\' && i + 3 < text.size() && text[i + 1] == u'x' && hexDigit(text[i + 2]) >= 0 &&
+            hexDigit(text[i + 3]) >= 0) {
+            bytes.append(static_cast<char>(hexDigit(text[i + 2]) * 16 + hexDigit(text[i + 3])));
+            i += 4;
+        } else {
+            const qsizetype length = text[i].isHighSurrogate() && i + 1 < text.size() ? 2 : 1;
+            bytes.append(text.sliced(i, length).toUtf8());
+            i += length;
+        }
+    }
+    return QString::fromUtf8(bytes);
+}
+
+// The last part of the path that is a unit: a service may have groups of its own below it.
+QStringView innermostUnit(QStringView group) {
+    const auto parts = group.split(u'/');
+    for (auto part = parts.crbegin(); part != parts.crend(); ++part) {
+        if (part->endsWith(u".scope") || part->endsWith(u".service"))
+            return *part;
+    }
+    return {};
+}
+
+QStringView withoutSuffix(QStringView unit) {
+    return unit.first(unit.lastIndexOf(u'.'));
+}
+
+} // namespace
+
+QString controlGroupIn(const QByteArray& text) {
+    QString named;
+    for (const QByteArray& line : text.split('\n')) {
+        // "0::PATH" is the unified hierarchy, "1:name=systemd:PATH" systemd's own beside older ones.
+        if (line.startsWith("0::/") && line.size() > 4)
+            return QString::fromUtf8(line.sliced(3));
+        const qsizetype place = line.indexOf(":name=systemd:");
+        if (place > 0)
+            named = QString::fromUtf8(line.sliced(place + 14));
+    }
+    return named;
+}
+
+QStringList applicationIdsIn(QStringView group) {
+    const QStringView unit = innermostUnit(group);
+    const bool isApplication = unit.startsWith(u"app-");
+    const bool isBusName = unit.startsWith(u"dbus-:"); // "dbus-:1.2-NAME@0.service"
+    if (!isApplication && !isBusName)
+        return {};
+    QStringView name = withoutSuffix(unit);
+    if (unit.endsWith(u".service")) {
+        if (const qsizetype instance = name.indexOf(u'@'); instance >= 0)
+            name = name.first(instance);
+    } else {
+        name = name.first(std::max<qsizetype>(name.lastIndexOf(u'-'), 0)); // a random word
+    }
+    QStringList ids;
+    for (qsizetype dash = name.indexOf(u'-'); dash >= 0; dash = name.indexOf(u'-', dash + 1)) {
+        if (dash + 1 < name.size())
+            ids.append(unescaped(name.sliced(dash + 1)));
+    }
+    return ids;
+}
+
+std::optional<SnapName> snapIn(QStringView group) {
+    const QStringView unit = innermostUnit(group);
+    if (!unit.startsWith(u"snap."))
+        return std::nullopt;
+    const auto parts = withoutSuffix(unit).split(u'.');
+    if (parts.size() < 3 || parts[1].isEmpty())
+        return std::nullopt;
+    // A snap's own names have dashes, but what follows is a number of five words with dashes between.
+    QStringView program = parts[2];
+    constexpr qsizetype identifier = 36;
+    if (parts.size() == 3 && program.size() > identifier + 1 &&
+        program[program.size() - identifier - 1] == u'-')
+        program.chop(identifier + 1);
+    return SnapName{unescaped(parts[1]), unescaped(program)};
+}
+
+bool isOfDesktop(QStringView group) {
+    return group.contains(u"/session.slice/");
+}
