@@ -74,6 +74,7 @@ Palette makePalette(bool dark) {
     colors[at(PaletteColor::popup)] = choose(0x23272F, 0xFFFFFF);
     colors[at(PaletteColor::dim)] = withAlpha(choose(0x06080B, 0x141A26), dark ? 0.58 : 0.34);
     colors[at(PaletteColor::shadow)] = withAlpha(choose(0x000000, 0x141E32), dark ? 0.55 : 0.22);
+    colors[at(PaletteColor::bubbleShadow)] = withAlpha(choose(0x000000, 0x141E32), dark ? 0.45 : 0.18);
     colors[at(PaletteColor::scrollBar)] = withAlpha(primary, 0.26);
     return colors;
 }

@@ -48,6 +48,7 @@ enum class PaletteColor : std::size_t {
     popup,        // background of menus
     dim,          // over the window while a dialog is open
     shadow,       // of dialogs and panels
+    bubbleShadow, // of the labels that float over a value
     scrollBar,
     count
 };

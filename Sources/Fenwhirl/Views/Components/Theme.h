@@ -71,6 +71,7 @@ class Theme : public QObject {
     Q_PROPERTY(QColor popup READ popup NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor dim READ dim NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor shadow READ shadow NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor bubbleShadow READ bubbleShadow NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor scrollBar READ scrollBar NOTIFY colorsChanged FINAL)
 
     Q_PROPERTY(int pressDuration READ pressDuration NOTIFY motionChanged FINAL)
@@ -158,6 +159,8 @@ public:
     [[nodiscard]] QColor dim() const { return color(PaletteColor::dim); }
 
     [[nodiscard]] QColor shadow() const { return color(PaletteColor::shadow); }
+
+    [[nodiscard]] QColor bubbleShadow() const { return color(PaletteColor::bubbleShadow); }
 
     [[nodiscard]] QColor scrollBar() const { return color(PaletteColor::scrollBar); }
 
