@@ -28,7 +28,8 @@ Monitor::Private::Private(Monitor& owner, MonitorServices monitorServices)
           .asksForProtocol =
               [read = services.helper.installedVersion] { return read() == HelperClient::expectedVersion; },
           .resets = resets,
-          .custody = custody})) {}
+          .custody = custody,
+          .wallClock = services.wallClock})) {}
 
 Monitor::Monitor(MonitorServices services, QObject* parent)
     : QObject(parent)
@@ -78,6 +79,10 @@ const QList<SensorState>& Monitor::sensors() const {
 
 const QList<double>& Monitor::history() const {
     return state().history;
+}
+
+const QList<std::chrono::system_clock::time_point>& Monitor::historyTimes() const {
+    return state().historyTimes;
 }
 
 std::optional<double> Monitor::primaryCelsius() const {

@@ -27,6 +27,7 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -61,6 +62,8 @@ public:
     [[nodiscard]] const QList<FanState>& fans() const;
     [[nodiscard]] const QList<SensorState>& sensors() const;
     [[nodiscard]] const QList<double>& history() const; // main temperatures, oldest first, at most 300
+    // When each of them was read. Polls may have failed, waited or slept, so they are not always 2 s apart.
+    [[nodiscard]] const QList<std::chrono::system_clock::time_point>& historyTimes() const;
     [[nodiscard]] std::optional<double> primaryCelsius() const;
     [[nodiscard]] bool smcAvailable() const;
 

@@ -128,8 +128,10 @@ void Monitor::Private::publish(const PollResult& result) {
     }
     if (primaryCelsius) {
         history.append(*primaryCelsius);
+        historyTimes.append(result.readAt);
         if (history.size() > historyLimit) {
             history.removeFirst();
+            historyTimes.removeFirst();
         }
         Q_EMIT monitor.historyChanged();
     }

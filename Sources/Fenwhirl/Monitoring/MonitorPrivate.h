@@ -95,6 +95,7 @@ struct Monitor::Private {
     QList<FanState> fans FENWHIRL_GUARDED_BY(mainThread);
     QList<SensorState> sensors FENWHIRL_GUARDED_BY(mainThread);
     QList<double> history FENWHIRL_GUARDED_BY(mainThread);
+    QList<std::chrono::system_clock::time_point> historyTimes FENWHIRL_GUARDED_BY(mainThread);
     std::optional<double> primaryCelsius FENWHIRL_GUARDED_BY(mainThread);
     bool smcAvailable FENWHIRL_GUARDED_BY(mainThread) = true;
     Page selectedPage FENWHIRL_GUARDED_BY(mainThread) = Page::dashboard;

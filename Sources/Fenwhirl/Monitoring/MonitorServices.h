@@ -45,6 +45,9 @@ struct MonitorServices {
     // Seconds since an arbitrary origin on a clock that counts sleep and never jumps. Any thread.
     std::function<std::chrono::duration<double>()> now;
 
+    // What a clock on the wall shows; it may be set at any moment, so nothing is decided by it. Any thread.
+    std::function<std::chrono::system_clock::time_point()> wallClock = std::chrono::system_clock::now;
+
     // The user's preferences; owned by the caller, must outlive the monitor. Main thread.
     PreferencesStore* preferences = nullptr;
 

@@ -57,6 +57,7 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     PollResult result{};
     result.fans = smc_->readFans();
     result.temperatures = smc_->readTemperatures(temperatureKeys_);
+    result.readAt = services_.wallClock();
     if (*services_.stop) {
         return std::nullopt; // the readings may have been cut short
     }

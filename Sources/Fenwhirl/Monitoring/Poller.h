@@ -49,7 +49,8 @@ struct PollResult {
     std::vector<FanReading> fans;
     std::vector<TemperatureReading> temperatures;
     std::optional<double> primaryCelsius;
-    bool helperInstalled; // as in the request
+    std::chrono::system_clock::time_point readAt; // when the temperatures were read
+    bool helperInstalled;                         // as in the request
     bool wantsManualControl;
     std::optional<PollProblem> problem; // the last one of the poll
 };
@@ -68,6 +69,8 @@ public:
         std::shared_ptr<const std::atomic<unsigned>> resets = {};
         // Is told what was read and sent; may be left out.
         std::shared_ptr<FanCustody> custody = {};
+        // The time of day that readings carry.
+        std::function<std::chrono::system_clock::time_point()> wallClock = std::chrono::system_clock::now;
     };
 
     explicit Poller(Services services);

@@ -80,6 +80,7 @@ MonitorServices MonitorHarness::services() {
                 [this] { return smcOpens ? std::make_unique<SMC>(smc.connect()) : std::unique_ptr<SMC>(); },
             .helper = helper.services(),
             .now = [this] { return std::chrono::duration<double>(seconds_); },
+            .wallClock = [this] { return wallTime(seconds_); },
             .preferences = &preferences,
             .notify = [this](const QString& title,
                              const QString& message) { notifications.emplace_back(title, message); },
@@ -120,6 +121,12 @@ void MonitorHarness::pollAfter(double seconds) {
 
 void MonitorHarness::advance(double seconds) {
     seconds_ = seconds_ + seconds;
+}
+
+std::chrono::system_clock::time_point MonitorHarness::wallTime(double seconds) const {
+    return std::chrono::system_clock::time_point(
+        std::chrono::duration_cast<std::chrono::system_clock::duration>(
+            std::chrono::duration<double>(secondsAhead_ + seconds)));
 }
 
 void MonitorHarness::setCelsius(double celsius) {

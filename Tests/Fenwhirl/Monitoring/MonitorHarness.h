@@ -83,6 +83,11 @@ public:
     // Seconds pass, then a poll.
     void pollAfter(double seconds);
     void advance(double seconds);
+    // The wall clock's time of that many seconds on the monitor's.
+    [[nodiscard]] std::chrono::system_clock::time_point wallTime(double seconds) const;
+
+    // What the clock on the wall is ahead of the monitor's own, in seconds since the beginning of 1970.
+    void setWallClock(double secondsAhead) { secondsAhead_ = secondsAhead; }
 
     [[nodiscard]] double seconds() const { return seconds_; } // on the monitor's clock
 
@@ -102,5 +107,6 @@ public:
 
 private:
     std::atomic<double> seconds_ = 1000;
+    std::atomic<double> secondsAhead_ = 1.8e9;
     std::unique_ptr<Monitor> monitor_;
 };

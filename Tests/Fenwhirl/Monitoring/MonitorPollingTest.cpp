@@ -159,6 +159,56 @@ TEST_F(MonitorPolling, HistoryHasNoEntryForAPollWithoutTemperature) {
     EXPECT_EQ(monitor().primaryCelsius(), std::nullopt);
 }
 
+TEST_F(MonitorPolling, EveryTemperatureOfTheHistoryKeepsTheTimeItWasReadAt) {
+    start();
+    pollAfter(2);
+    pollAfter(7);
+    EXPECT_EQ(monitor().historyTimes(),
+              (QList<std::chrono::system_clock::time_point>{wallTime(1000), wallTime(1002), wallTime(1009)}));
+    for (int i = 0; i < 300; ++i)
+        pollAfter(2);
+    ASSERT_EQ(monitor().historyTimes().size(), 300);
+    EXPECT_EQ(monitor().historyTimes().first(), wallTime(1011));
+    EXPECT_EQ(monitor().historyTimes().last(), wallTime(1609));
+}
+
+TEST_F(MonitorPolling, AnInterruptedHistoryKeepsTheTimesOnBothSidesOfTheGap) {
+    start();
+    smc.remove("TC0P");
+    for (int i = 0; i < 30; ++i)
+        pollAfter(2); // a minute without a temperature leaves no sample
+    setCelsius(60);
+    pollAfter(2);
+    EXPECT_EQ(monitor().history(), (QList<double>{50, 60}));
+    EXPECT_EQ(monitor().historyTimes(),
+              (QList<std::chrono::system_clock::time_point>{wallTime(1000), wallTime(1062)}));
+}
+
+TEST_F(MonitorPolling, ASleepShowsInTheTimesOfTheHistory) {
+    start();
+    pollAfter(8 * 3600);
+    EXPECT_EQ(monitor().historyTimes(),
+              (QList<std::chrono::system_clock::time_point>{wallTime(1000), wallTime(1000 + 8 * 3600)}));
+}
+
+TEST_F(MonitorPolling, ASampleCarriesTheTimeOfItsReadingNotOfItsPublication) {
+    start();
+    monitor().setSetting(0, constant(2000));
+    const auto before = wallTime(seconds());
+    helper.onRun = [this](const auto&) { advance(25); }; // a helper that hangs for a while
+    poll();
+    EXPECT_EQ(monitor().historyTimes().last(), before);
+}
+
+TEST_F(MonitorPolling, AClockThatIsSetChangesNoTimeOfEarlierSamples) {
+    start();
+    const auto before = wallTime(seconds());
+    setWallClock(1.7e9);
+    pollAfter(2);
+    EXPECT_EQ(monitor().historyTimes(),
+              (QList<std::chrono::system_clock::time_point>{before, wallTime(1002)}));
+}
+
 TEST_F(MonitorPolling, ManualTargetIsSentAtTheFirstPollThatWantsIt) {
     preferences.setData(
         QStringLiteral("settings"),
