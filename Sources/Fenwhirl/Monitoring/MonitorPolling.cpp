@@ -26,7 +26,7 @@ QList<SensorState> sensorStates(const std::vector<TemperatureReading>& readings)
     QList<SensorState> states;
     states.reserve(static_cast<qsizetype>(readings.size()));
     for (const TemperatureReading& reading : readings) {
-        states.append({QString::fromStdString(reading.key), reading.celsius});
+        states.append({.id = QString::fromStdString(reading.key), .celsius = reading.celsius});
     }
     return states;
 }
@@ -119,7 +119,9 @@ void Monitor::Private::publish(const PollResult& result) {
         return;
     }
     assign(fans, fanStates(result.fans), &Monitor::fansChanged);
-    assign(sensors, sensorStates(result.temperatures), &Monitor::sensorsChanged);
+    QList<SensorState> readings = sensorStates(result.temperatures);
+    sensorRecord.add(readings, services.now());
+    assign(sensors, std::move(readings), &Monitor::sensorsChanged);
     assign(primaryCelsius, result.primaryCelsius, &Monitor::primaryCelsiusChanged);
     assign(helperInstalled, result.helperInstalled, &Monitor::helperInstalledChanged);
     assign(needsHelper, result.wantsManualControl, &Monitor::needsHelperChanged);

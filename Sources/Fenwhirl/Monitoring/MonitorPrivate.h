@@ -11,6 +11,7 @@
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Monitoring/Poller.h"
 #include "Fenwhirl/Monitoring/SavedPreferences.h"
+#include "Fenwhirl/Monitoring/SensorRecord.h"
 #include "Fenwhirl/Platform/MainThreadInbox.h"
 #include "Fenwhirl/Platform/SerialQueue.h"
 #include "Fenwhirl/Platform/Threads.h"
@@ -94,6 +95,7 @@ struct Monitor::Private {
 
     QList<FanState> fans FENWHIRL_GUARDED_BY(mainThread);
     QList<SensorState> sensors FENWHIRL_GUARDED_BY(mainThread);
+    SensorRecord sensorRecord FENWHIRL_GUARDED_BY(mainThread);
     QList<double> history FENWHIRL_GUARDED_BY(mainThread);
     QList<std::chrono::system_clock::time_point> historyTimes FENWHIRL_GUARDED_BY(mainThread);
     std::optional<double> primaryCelsius FENWHIRL_GUARDED_BY(mainThread);

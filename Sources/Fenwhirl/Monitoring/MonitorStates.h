@@ -22,6 +22,8 @@ struct FanState {
 struct SensorState {
     QString id; // the SMC key, four characters
     double celsius;
+    double lowestCelsius = celsius; // of the last ten minutes
+    double highestCelsius = celsius;
 
     bool operator==(const SensorState&) const = default;
 };
