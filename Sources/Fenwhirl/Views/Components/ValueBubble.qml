@@ -9,7 +9,7 @@ import Fenwhirl.Components
 //   time         before the value, muted; takes no room when empty
 //   designWidth  as designed, larger with the texts; it does not follow the value, so it must hold the widest
 //   widestTime, widestValue  where a region's or language's own form may need more than that; empty otherwise
-//   onAxis       whether it lies on an axis: 20 high instead of 22
+//   atAxis       whether it lies on an axis: 20 high instead of 22
 //   aim          what it is centred on, in the x coordinates of its parent
 //   leftmost, rightmost  between which it stays, in the same
 // Its owner sets y.
@@ -24,7 +24,7 @@ Item {
     property real designWidth: 96
     property string widestTime: time
     property string widestValue: value
-    property bool onAxis: false
+    property bool atAxis: false
     property real aim: 0
     property real leftmost: 0
     property real rightmost: parent ? parent.width : 0
@@ -39,7 +39,7 @@ Item {
     }
 
     Accessible.ignored: true
-    height: Math.round((onAxis ? 20 : 22) + 16 * (Theme.textScale - 1))
+    height: Math.round((atAxis ? 20 : 22) + 16 * (Theme.textScale - 1))
     opacity: shown ? 1 : 0
     visible: opacity > 0
     width: Math.max(Math.round(designWidth * Theme.textScale), needed)

@@ -26,7 +26,7 @@ Rectangle {
             Theme.textScale = 1
             bubble.aim = 150
             bubble.leftmost = 0
-            bubble.onAxis = false
+            bubble.atAxis = false
             bubble.rightmost = 300
             bubble.shown = true
             bubble.time = ""
@@ -49,7 +49,7 @@ Rectangle {
                     compare(bubble.height, 22)
                 }
             }
-            bubble.onAxis = true
+            bubble.atAxis = true
             compare(bubble.height, 20)
         }
 
