@@ -22,6 +22,21 @@ qint64 saturated(double whole) {
     return static_cast<qint64>(whole);
 }
 
+// A form of the time of day without its seconds and what sets them off; quoted words stay.
+QString withoutSeconds(const QString& form) {
+    QString result;
+    bool quoted = false;
+    for (const QChar character : form) {
+        quoted = quoted != (character == u'\'');
+        if (quoted || character != u's') {
+            result += character;
+        } else if (!result.isEmpty() && (result.back() == u':' || result.back() == u'.')) {
+            result.chop(1);
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 qint64 NumberFormat::truncated(double value) {
@@ -50,4 +65,8 @@ QString NumberFormat::percentText(double percent) {
 
 QString NumberFormat::memoryText(double memoryMB, const QLocale& region) {
     return region.toString(rounded(memoryMB)) + u' ' + localized(u"Mo");
+}
+
+QString NumberFormat::clockText(QTime time, const QLocale& region) {
+    return region.toString(time, withoutSeconds(region.timeFormat(QLocale::ShortFormat)));
 }

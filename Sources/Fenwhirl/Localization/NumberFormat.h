@@ -10,6 +10,7 @@
 
 #include <QLocale>
 #include <QString>
+#include <QTime>
 
 namespace NumberFormat {
 
@@ -31,5 +32,8 @@ namespace NumberFormat {
 
 // "3 412 Mo": rounded, in mebibytes, the unit in the interface language.
 [[nodiscard]] QString memoryText(double memoryMB, const QLocale& region = QLocale::system());
+
+// "14:32": hours and minutes in the region's short form, without seconds whatever that form has.
+[[nodiscard]] QString clockText(QTime time, const QLocale& region = QLocale::system());
 
 } // namespace NumberFormat

@@ -80,3 +80,22 @@ TEST(NumberFormat, WritesMemoryInTheShownLanguage) {
     EXPECT_EQ(NumberFormat::memoryText(38.2, QLocale(QLocale::English)), text("38 МБ"));
     Localizer::setLanguage(AppLanguage::automatic);
 }
+
+TEST(NumberFormat, WritesHoursAndMinutesAsTheRegionDoes) {
+    const QTime afternoon(14, 5, 59);
+    EXPECT_EQ(NumberFormat::clockText(afternoon, QLocale(QLocale::French)), text("14:05"));
+    EXPECT_EQ(NumberFormat::clockText(afternoon, QLocale(QLocale::English, QLocale::UnitedStates)).left(4),
+              text("2:05"));
+    EXPECT_EQ(NumberFormat::clockText(afternoon, QLocale(QLocale::Finnish)), text("14.05"));
+    EXPECT_EQ(NumberFormat::clockText(afternoon, QLocale(QLocale::French, QLocale::Canada)), text("14 h 05"));
+    EXPECT_EQ(NumberFormat::clockText(QTime(0, 0), QLocale(QLocale::German)), text("00:00"));
+}
+
+TEST(NumberFormat, WritesNoSecondsWhereTheRegionsShortFormHasThem) {
+    EXPECT_EQ(QLocale::c().toString(QTime(14, 5, 59), QLocale::ShortFormat), text("14:05:59"));
+    EXPECT_EQ(NumberFormat::clockText(QTime(14, 5, 59), QLocale::c()), text("14:05"));
+}
+
+TEST(NumberFormat, HasNoTextForATimeThatIsNone) {
+    EXPECT_EQ(NumberFormat::clockText(QTime(), QLocale(QLocale::French)), QString());
+}
