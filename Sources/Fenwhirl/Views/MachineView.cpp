@@ -4,6 +4,8 @@
 #include "Fenwhirl/Localization/NumberFormat.h"
 
 #include <algorithm>
+#include <chrono>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -27,6 +29,8 @@ void MachineView::connectModels() {
     connect(&monitor_, &Monitor::warmThresholdChanged, this, &MachineView::refreshStatus);
     connect(&monitor_, &Monitor::hotThresholdChanged, this, &MachineView::refreshStatus);
     connect(&monitor_, &Monitor::historyChanged, this, &MachineView::historyChanged);
+    for (const auto signal : {&Monitor::alertsEnabledChanged, &Monitor::alertThresholdChanged})
+        connect(&monitor_, signal, this, &MachineView::alertLineChanged);
     connect(&monitor_, &Monitor::smcAvailableChanged, this, &MachineView::smcAvailableChanged);
 }
 
@@ -45,6 +49,7 @@ void MachineView::refresh() {
     shownStatus_ = monitor_.status();
     Q_EMIT statusChanged();
     Q_EMIT historyChanged();
+    Q_EMIT alertLineChanged();
     Q_EMIT smcAvailableChanged();
     Q_EMIT computerNameChanged();
     Q_EMIT sensorCountTextChanged();
@@ -91,6 +96,18 @@ QString MachineView::temperatureNumber() const {
 QString MachineView::temperatureText() const {
     const std::optional<double> celsius = monitor_.primaryCelsius();
     return celsius ? NumberFormat::temperatureText(*celsius) : temperatureNumber();
+}
+
+QList<double> MachineView::historyTimes() const {
+    QList<double> times;
+    times.reserve(monitor_.historyTimes().size());
+    for (const auto& time : monitor_.historyTimes())
+        times.append(std::chrono::duration<double, std::milli>(time.time_since_epoch()).count());
+    return times;
+}
+
+double MachineView::alertLine() const {
+    return monitor_.alertsEnabled() ? monitor_.alertThreshold() : std::numeric_limits<double>::quiet_NaN();
 }
 
 QString MachineView::historyExtent() const {

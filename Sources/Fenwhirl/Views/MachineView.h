@@ -25,6 +25,10 @@ class MachineView : public LiveView {
     Q_PROPERTY(bool hasTemperature READ hasTemperature NOTIFY temperatureChanged)
     // Main temperatures of the last ten minutes in °C, oldest first.
     Q_PROPERTY(QList<double> history READ history NOTIFY historyChanged)
+    // When each of them was read, in milliseconds since the beginning of 1970.
+    Q_PROPERTY(QList<double> historyTimes READ historyTimes NOTIFY historyChanged)
+    // The temperature from which the user is warned, in °C; no number while nobody is.
+    Q_PROPERTY(double alertLine READ alertLine NOTIFY alertLineChanged)
     // Their lowest and highest, for screen readers; empty while there are none.
     Q_PROPERTY(QString historyExtent READ historyExtent NOTIFY historyChanged)
     Q_PROPERTY(bool healthy READ healthy NOTIFY statusChanged)
@@ -52,6 +56,10 @@ public:
 
     [[nodiscard]] QList<double> history() const { return monitor_.history(); }
 
+    [[nodiscard]] QList<double> historyTimes() const;
+
+    [[nodiscard]] double alertLine() const;
+
     [[nodiscard]] QString historyExtent() const;
 
     [[nodiscard]] bool healthy() const { return monitor_.status() == HealthStatus::normal; }
@@ -77,6 +85,7 @@ Q_SIGNALS:
     void smcAvailableChanged();
     void temperatureChanged();
     void historyChanged();
+    void alertLineChanged();
     void statusChanged();
     void sensorCountTextChanged();
 

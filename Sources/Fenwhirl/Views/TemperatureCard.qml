@@ -65,6 +65,8 @@ Card {
             endCaption: qsTr("maintenant")
             extent: root.machine.historyExtent
             startCaption: qsTr("il y a 10 min")
+            threshold: root.machine.alertLine
+            times: root.machine.historyTimes
             values: root.machine.history
             width: parent.width
         }

@@ -1,8 +1,12 @@
 // The dashboard: the machine at a glance, in good times and bad.
 
+#include "Fenwhirl/Localization/NumberFormat.h"
 #include "Stage.h"
 
+#include <QDateTime>
+
 #include <algorithm>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <utility>
 
@@ -41,6 +45,72 @@ TEST(Dashboard, TheChartHasItsCaptionsAndTheHistory) {
     EXPECT_TRUE(stage.shows(QStringLiteral("il y a 10 min")));
     EXPECT_TRUE(stage.shows(QStringLiteral("maintenant")));
     EXPECT_EQ(stage.models().machine()->history(), QList<double>({50, 60}));
+}
+
+TEST(Dashboard, TheChartReadsEachSampleWithItsOwnTime) {
+    Stage stage;
+    stage.show();
+    stage.world.smc.remove("TC0P");
+    for (int i = 0; i < 30; ++i)
+        stage.world.pollAfter(2); // a minute without a temperature
+    stage.world.setCelsius(60);
+    stage.world.pollAfter(2);
+    stage.world.setCelsius(70);
+    stage.world.pollAfter(8 * 3600); // a sleep
+    const auto clock = [&stage](double seconds) {
+        const auto time = stage.world.wallTime(seconds).time_since_epoch();
+        return NumberFormat::clockText(
+            QDateTime::fromMSecsSinceEpoch(
+                std::chrono::duration_cast<std::chrono::milliseconds>(time).count())
+                .time());
+    };
+    const auto description = [&stage] {
+        return stage.all(QAccessible::Chart).first()->text(QAccessible::Description);
+    };
+    const double last = stage.world.seconds();
+    EXPECT_EQ(description(), QStringLiteral("50 °C – 70 °C"));
+    for (int i = 0; i < 20 && !stage.all(QAccessible::Chart).first()->state().focused; ++i)
+        stage.press(Qt::Key_Tab);
+    EXPECT_EQ(description(), clock(last) + QStringLiteral(", 70 °C"));
+    stage.press(Qt::Key_Left);
+    EXPECT_EQ(description(), clock(last - 8 * 3600) + QStringLiteral(", 60 °C"));
+    stage.press(Qt::Key_Left);
+    EXPECT_EQ(description(), clock(last - 8 * 3600 - 62) + QStringLiteral(", 50 °C"));
+    stage.press(Qt::Key_Escape);
+    EXPECT_EQ(description(), QStringLiteral("50 °C – 70 °C"));
+}
+
+TEST(Dashboard, TheChartMarksTheAlertThresholdWhileAlertsAreOn) {
+    Stage stage;
+    stage.show();
+    stage.world.setCelsius(70);
+    stage.poll();
+    stage.monitor().setAlertsEnabled(false);
+    stage.monitor().setAlertThreshold(65);
+    // Ten points right of the plot's left edge the line is still cold: what is orange there is the threshold.
+    const QRect chart = stage.all(QAccessible::Chart).first()->rect().translated(-stage.window().position());
+    const auto hot = [&] {
+        const QImage picture = stage.window().grabWindow();
+        int rows = 0;
+        for (int y = chart.top(); y < chart.top() + 140; ++y) {
+            bool found = false;
+            for (int x = chart.left() + 34; x < chart.left() + 41; ++x) {
+                const QColor color = picture.pixelColor(x, y);
+                found = found || color.red() > color.blue() + 60;
+            }
+            rows += found ? 1 : 0;
+        }
+        return rows;
+    };
+    EXPECT_EQ(hot(), 0);
+    stage.monitor().setAlertsEnabled(true);
+    EXPECT_EQ(hot(), 1);
+    stage.monitor().setAlertThreshold(95); // beyond what the chart shows
+    EXPECT_EQ(hot(), 0);
+    stage.monitor().setAlertThreshold(60);
+    EXPECT_EQ(hot(), 1);
+    stage.monitor().setAlertsEnabled(false);
+    EXPECT_EQ(hot(), 0);
 }
 
 TEST(Dashboard, TheTemperatureHasAFixedWidthAndTheSensorsTheRest) {

@@ -33,8 +33,9 @@ QString focused(Stage& stage) {
 QStringList controls(Stage& stage) {
     QStringList found;
     const QList<QAccessible::Role> roles = {
-        QAccessible::Button,  QAccessible::CheckBox, QAccessible::ComboBox, QAccessible::Slider,
-        QAccessible::SpinBox, QAccessible::PageTab,  QAccessible::Grouping, QAccessible::RadioButton};
+        QAccessible::Button,   QAccessible::CheckBox,    QAccessible::ComboBox,
+        QAccessible::Slider,   QAccessible::SpinBox,     QAccessible::PageTab,
+        QAccessible::Grouping, QAccessible::RadioButton, QAccessible::Chart};
     for (const QAccessible::Role role : roles) {
         for (const QAccessibleInterface* control : stage.all(role)) {
             if (control->state().focusable && !control->state().disabled)

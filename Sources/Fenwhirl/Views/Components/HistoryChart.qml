@@ -1,38 +1,112 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Fenwhirl.Components
 
-// A LineChart with captions under its two ends.
+// A LineChart with captions under its two ends, and with a cursor that reads it: under the pointer, or led by the keys while
+// it has the focus: Left and Right, thirty samples with Shift or the Page keys, Home and End; Escape takes it away.
 //   values        the temperatures, oldest first
+//   times         when they were read, in milliseconds since the beginning of 1970
+//   threshold     a temperature to be marked; no number for none
 //   startCaption  under the left end
 //   endCaption    under the right end
 //   plotHeight    140 unless given
 //   surface       colour of what it stands on
 //   description   what a screen reader calls it
-//   extent        what a screen reader says of it: between which values it moves
+//   extent        what a screen reader says of it while nothing is read: between which values it moves
 Item {
     id: root
 
     required property list<double> values
     required property string startCaption
     required property string endCaption
+    property list<double> times: []
+    property real threshold: NaN
     property string description: ""
     property string extent: ""
     property real plotHeight: 140
     property color surface: Theme.card
+    readonly property real column: plot.hasLine ? plot.column : 0
+    // Made when something is read for the first time: a start need not pay for it.
+    property ValueBubble bubble: null
 
-    Accessible.description: extent
+    Accessible.description: cursor.reading ? cursor.spoken : extent
     Accessible.name: description
     Accessible.role: Accessible.Chart
+    activeFocusOnTab: plot.hasLine
     implicitHeight: plotHeight + 6 + start.height
     implicitWidth: 300
 
+    Keys.onPressed: event => {
+        const far = event.modifiers & Qt.ShiftModifier ? 30 : 1
+        switch (event.key) {
+        case Qt.Key_Left:
+            cursor.moveBy(-far)
+            break
+        case Qt.Key_Right:
+            cursor.moveBy(far)
+            break
+        case Qt.Key_PageUp:
+            cursor.moveBy(-30)
+            break
+        case Qt.Key_PageDown:
+            cursor.moveBy(30)
+            break
+        case Qt.Key_Home:
+            cursor.moveBy(-values.length)
+            break
+        case Qt.Key_End:
+            cursor.moveBy(values.length)
+            break
+        case Qt.Key_Escape:
+            if (!cursor.reading)
+                return
+            cursor.dismiss()
+            break
+        default:
+            return
+        }
+        event.accepted = true
+    }
+    onActiveFocusChanged: {
+        if (activeFocus)
+            cursor.enter()
+        else
+            cursor.release()
+    }
+
+    // Whether the bubble would half cover a caption; one that it touches goes as a whole.
+    function isCovered(caption: Item): bool {
+        return bubble !== null && bubble.shown && bubble.touches(caption.x, caption.x + caption.width, 6)
+    }
+
+    HoverHandler {
+        onHoveredChanged: { if (!hovered) cursor.leave() }
+        onPointChanged: { if (hovered) cursor.pointTo(point.position.x) }
+    }
+
+    PointHandler {
+        acceptedDevices: PointerDevice.TouchScreen
+
+        onActiveChanged: { if (!active) cursor.leave() }
+        onPointChanged: { if (active) cursor.pointTo(point.position.x) }
+    }
+
     LineChart {
+        id: plot
+        column: Math.round(24 * Theme.textScale)
+        endDot: !cursor.hidesEnd
         fillColor: Theme.chartFill
         gridColor: Theme.stroke
         height: root.plotHeight + 2 * inset
-        inset: 8
+        inset: Math.round(8 * Theme.textScale)
         lineColor: Theme.accent
+        numberColor: Theme.muted
         surfaceColor: root.surface
+        textScale: Theme.textScale
+        threshold: root.threshold
+        thresholdColor: Theme.hotLine
+        thresholdNumberColor: Theme.text
         values: root.values
         width: root.width + 2 * inset
         x: -inset
@@ -43,17 +117,81 @@ Item {
         id: start
         objectName: "startCaption"
         color: Theme.muted
+        opacity: root.isCovered(this) ? 0 : 1
         size: 12
         text: root.startCaption
+        x: root.column
         y: root.plotHeight + 6
+
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.hoverDuration }
+        }
     }
 
     Label {
         objectName: "endCaption"
         anchors.right: parent.right
         color: Theme.muted
+        opacity: root.isCovered(this) ? 0 : 1
         size: 12
         text: root.endCaption
         y: root.plotHeight + 6
+
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.hoverDuration }
+        }
+    }
+
+    ChartCursor {
+        id: cursor
+        chart: plot
+        dotColor: Theme.accent
+        lineColor: Theme.readingLine
+        objectName: ring ? "focusRing" : "cursor"
+        opacity: 0
+        ring: byKeyboard && root.activeFocus && KeyboardFocus.active
+        surfaceColor: root.surface
+        times: root.times
+        visible: opacity > 0
+
+        // It comes at once, and fades out.
+        onMoved: {
+            if (reading) {
+                bubbles.model = 1
+                fading.stop()
+                opacity = 1
+            } else {
+                fading.restart()
+            }
+        }
+
+        NumberAnimation {
+            id: fading
+            duration: Theme.hoverDuration
+            property: "opacity"
+            target: cursor
+            to: 0
+        }
+    }
+
+    Repeater {
+        id: bubbles
+        model: 0
+
+        ValueBubble {
+            aim: cursor.at
+            atAxis: true
+            leftmost: root.column - Math.round(10 * Theme.textScale)
+            rightmost: root.width + 6
+            shown: cursor.reading
+            time: cursor.timeText
+            unit: "°C" // i18n-ignore: the unit's sign
+            value: cursor.degreesText
+            widestTime: cursor.widestTime
+            widestValue: "100"
+            y: root.plotHeight + 4
+
+            Component.onCompleted: root.bubble = this
+        }
     }
 }

@@ -1,91 +1,175 @@
 #include "Fenwhirl/Views/Components/LineChart.h"
 
+#include <QFontMetricsF>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QQuickWindow>
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace Fenwhirl {
 
 namespace {
 
-constexpr double marginDegrees = 3.0;
-constexpr double leastSpanDegrees = 10.0;
-constexpr int gridLines = 5;
+constexpr int plainLines = 5;
 constexpr double lineWidth = 2.5;
 constexpr double dotRadius = 4.0;
 constexpr double dotRingRadius = 6.0;
+constexpr double numberSize = 11.0;
+constexpr double dash = 4.0;
+constexpr double gap = 3.0;
+
+QPolygonF pointsIn(const QList<double>& values, ChartRange range, double width, double height) {
+    const auto last = static_cast<double>(values.size() - 1);
+    QPolygonF result;
+    result.reserve(values.size());
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        if (std::isfinite(values[i]))
+            result.append({width * static_cast<double>(i) / last,
+                           height - height * (values[i] - range.low) / range.span()});
+    }
+    return result;
+}
 
 } // namespace
 
 LineChart::LineChart(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
-    for (const auto signal : {&LineChart::valuesChanged, &LineChart::styleChanged})
+    for (const auto signal : {&LineChart::valuesChanged, &LineChart::styleChanged, &LineChart::plotChanged})
         connect(this, signal, this, [this] { update(); });
 }
 
 QPolygonF LineChart::points(const QList<double>& values, double width, double height) {
-    double smallest = std::numeric_limits<double>::infinity();
-    double largest = -smallest;
-    qsizetype usable = 0;
-    for (const double value : values) {
-        if (!std::isfinite(value))
-            continue;
-        smallest = std::min(smallest, value);
-        largest = std::max(largest, value);
-        ++usable;
-    }
-    if (usable < 2)
-        return {};
-
-    const double low = smallest - marginDegrees;
-    const double top = std::max(largest + marginDegrees, low + leastSpanDegrees);
-    const auto last = static_cast<double>(values.size() - 1);
-    QPolygonF result;
-    result.reserve(usable);
-    for (qsizetype i = 0; i < values.size(); ++i) {
-        if (std::isfinite(values[i]))
-            result.append(
-                {width * static_cast<double>(i) / last, height - height * (values[i] - low) / (top - low)});
-    }
-    return result;
+    const std::optional<ChartRange> range = chartRange(values);
+    return range ? pointsIn(values, *range, width, height) : QPolygonF();
 }
 
-void LineChart::drawGrid(QPainter& painter, double plotWidth, double plotHeight) const {
-    // Rectangles on the pixel grid of the screen: a stroked line would be smeared over two rows.
-    const double ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
-    const double thickness = std::max(1.0, std::round(ratio)) / ratio;
-    painter.setRenderHint(QPainter::Antialiasing, false);
-    for (int i = 0; i < gridLines; ++i) {
-        const double y = (plotHeight - thickness) * i / (gridLines - 1);
-        painter.fillRect(QRectF(0.0, std::round(y * ratio) / ratio, plotWidth, thickness), m_gridColor);
+void LineChart::setValues(const QList<double>& values) {
+    const bool before = hasLine();
+    m_values = values;
+    m_range = chartRange(m_values);
+    Q_EMIT valuesChanged();
+    if (hasLine() != before)
+        Q_EMIT hasLineChanged();
+}
+
+QRectF LineChart::plot() const {
+    const double column = hasLine() ? m_column : 0.0;
+    return {m_inset + column, m_inset, width() - 2.0 * m_inset - column, height() - 2.0 * m_inset};
+}
+
+std::optional<QPointF> LineChart::pointAt(qsizetype index) const {
+    if (!m_range || index < 0 || index >= m_values.size() || !std::isfinite(m_values[index]))
+        return std::nullopt;
+    const QRectF area = plot();
+    return QPointF(area.left() +
+                       area.width() * static_cast<double>(index) / static_cast<double>(m_values.size() - 1),
+                   area.bottom() - area.height() * (m_values[index] - m_range->low) / m_range->span());
+}
+
+double LineChart::pixelsPerPoint() const {
+    return window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
+}
+
+double LineChart::snapped(double length) const {
+    return std::round(length * pixelsPerPoint()) / pixelsPerPoint();
+}
+
+double LineChart::hairline() const {
+    return std::max(1.0, std::round(pixelsPerPoint())) / pixelsPerPoint();
+}
+
+double LineChart::lineTop(double celsius, double plotHeight) const {
+    const double y = plotHeight - plotHeight * (celsius - m_range->low) / m_range->span();
+    return snapped(y - hairline() / 2.0);
+}
+
+// Lines are rectangles on the pixel grid of the screen: a stroked one would be smeared over two rows.
+void LineChart::drawPlainLines(QPainter& painter, QSizeF plot) const {
+    for (int i = 0; i < plainLines; ++i) {
+        const double y = (plot.height() - hairline()) * i / (plainLines - 1);
+        painter.fillRect(QRectF(0.0, snapped(y), plot.width(), hairline()), m_gridColor);
     }
-    painter.setRenderHint(QPainter::Antialiasing, true);
+}
+
+void LineChart::drawLines(QPainter& painter, const QList<ChartLine>& lines, QSizeF plot) const {
+    for (const ChartLine& line : lines) {
+        if (!line.threshold)
+            painter.fillRect(QRectF(0.0, lineTop(line.celsius, plot.height()), plot.width(), hairline()),
+                             m_gridColor);
+    }
+}
+
+void LineChart::drawThreshold(QPainter& painter, const QList<ChartLine>& lines, QSizeF plot) const {
+    if (lines.isEmpty() || !lines.last().threshold)
+        return;
+    const double y = lineTop(lines.last().celsius, plot.height());
+    for (double x = 0.0; x < plot.width(); x += dash + gap)
+        painter.fillRect(QRectF(x, y, std::min(dash, plot.width() - x), hairline()), m_thresholdColor);
+}
+
+// Each digit in a cell of its own, so that a number keeps its width whatever it says.
+void LineChart::drawNumbers(QPainter& painter, const QList<ChartLine>& lines, double plotHeight) const {
+    for (const ChartLine& line : lines) {
+        if (!line.numbered)
+            continue;
+        QFont font = QGuiApplication::font();
+        font.setPixelSize(static_cast<int>(std::round(numberSize * m_textScale)));
+        font.setWeight(line.threshold ? QFont::DemiBold : QFont::Normal);
+        painter.setFont(font);
+        painter.setPen(line.threshold ? m_thresholdNumberColor : m_numberColor);
+        const QFontMetricsF metrics(font);
+        const double cell = metrics.horizontalAdvance(u'0');
+        // The middle of the digits lies on the line.
+        const double baseline =
+            snapped(lineTop(line.celsius, plotHeight) + (hairline() + metrics.capHeight()) / 2.0);
+        double x = 0.0;
+        for (const QChar character : QString::number(std::round(line.celsius))) {
+            painter.drawText(QPointF(x + (cell - metrics.horizontalAdvance(character)) / 2.0, baseline),
+                             QString(character));
+            x += cell;
+        }
+    }
 }
 
 void LineChart::paint(QPainter* painter) {
-    const double plotWidth = width() - 2.0 * m_inset;
-    const double plotHeight = height() - 2.0 * m_inset;
-    if (plotWidth <= 0.0 || plotHeight <= 0.0)
+    const QRectF area = plot();
+    if (area.width() <= 0.0 || area.height() <= 0.0)
         return;
     painter->translate(m_inset, m_inset);
-    drawGrid(*painter, plotWidth, plotHeight);
-
-    const QPolygonF line = points(m_values, plotWidth, plotHeight);
-    if (line.isEmpty())
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    if (!m_range) {
+        drawPlainLines(*painter, area.size());
         return;
-    QPolygonF area = line;
-    area << QPointF(line.last().x(), plotHeight) << QPointF(line.first().x(), plotHeight);
+    }
+
+    const QList<ChartLine> lines =
+        chartLines(*m_range, area.height(), m_textScale,
+                   std::isfinite(m_threshold) ? std::optional(m_threshold) : std::nullopt);
+    if (m_column > 0.0)
+        drawNumbers(*painter, lines, area.height());
+    painter->translate(area.left() - m_inset, 0.0);
+    drawLines(*painter, lines, area.size());
+
+    const QPolygonF line = pointsIn(m_values, *m_range, area.width(), area.height());
+    QPolygonF outline = line;
+    outline << QPointF(line.last().x(), area.height()) << QPointF(line.first().x(), area.height());
+    painter->setRenderHint(QPainter::Antialiasing, true);
     painter->setPen(Qt::NoPen);
     painter->setBrush(m_fillColor);
-    painter->drawPolygon(area);
+    painter->drawPolygon(outline);
 
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    drawThreshold(*painter, lines, area.size());
+
+    painter->setRenderHint(QPainter::Antialiasing, true);
     painter->setBrush(Qt::NoBrush);
     painter->setPen(QPen(m_lineColor, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->drawPolyline(line);
 
+    if (!m_endDot)
+        return;
     painter->setPen(Qt::NoPen);
     painter->setBrush(m_surfaceColor);
     painter->drawEllipse(line.last(), dotRingRadius, dotRingRadius);

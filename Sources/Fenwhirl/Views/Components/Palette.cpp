@@ -76,6 +76,8 @@ Palette makePalette(bool dark) {
     colors[at(PaletteColor::shadow)] = withAlpha(choose(0x000000, 0x141E32), dark ? 0.55 : 0.22);
     colors[at(PaletteColor::bubbleShadow)] = withAlpha(choose(0x000000, 0x141E32), dark ? 0.45 : 0.18);
     colors[at(PaletteColor::scrollBar)] = withAlpha(primary, 0.26);
+    colors[at(PaletteColor::readingLine)] = withAlpha(primary, 0.26);
+    colors[at(PaletteColor::hotLine)] = withAlpha(hot, 0.90);
     return colors;
 }
 

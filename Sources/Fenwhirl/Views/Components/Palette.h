@@ -50,6 +50,8 @@ enum class PaletteColor : std::size_t {
     shadow,       // of dialogs and panels
     bubbleShadow, // of the labels that float over a value
     scrollBar,
+    readingLine, // through what is pointed at in a drawing: primary at 26 %
+    hotLine,     // hot at 90 %
     count
 };
 

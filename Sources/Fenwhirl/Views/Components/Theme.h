@@ -73,6 +73,8 @@ class Theme : public QObject {
     Q_PROPERTY(QColor shadow READ shadow NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor bubbleShadow READ bubbleShadow NOTIFY colorsChanged FINAL)
     Q_PROPERTY(QColor scrollBar READ scrollBar NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor readingLine READ readingLine NOTIFY colorsChanged FINAL)
+    Q_PROPERTY(QColor hotLine READ hotLine NOTIFY colorsChanged FINAL)
 
     Q_PROPERTY(int pressDuration READ pressDuration NOTIFY motionChanged FINAL)
     Q_PROPERTY(int hoverDuration READ hoverDuration NOTIFY motionChanged FINAL)
@@ -163,6 +165,10 @@ public:
     [[nodiscard]] QColor bubbleShadow() const { return color(PaletteColor::bubbleShadow); }
 
     [[nodiscard]] QColor scrollBar() const { return color(PaletteColor::scrollBar); }
+
+    [[nodiscard]] QColor readingLine() const { return color(PaletteColor::readingLine); }
+
+    [[nodiscard]] QColor hotLine() const { return color(PaletteColor::hotLine); }
 
     [[nodiscard]] int pressDuration() const { return duration(80); }
 

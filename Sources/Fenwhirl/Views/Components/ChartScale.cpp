@@ -1,0 +1,77 @@
+#include "Fenwhirl/Views/Components/ChartScale.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace Fenwhirl {
+
+namespace {
+
+constexpr double marginDegrees = 3.0;
+constexpr double leastSpanDegrees = 10.0;
+constexpr double designedHeight = 140.0;
+constexpr double mostLines = 8.0;
+constexpr double numberDistance = 13.0;
+constexpr double greatestNumber = 999.0;
+
+double stepFor(double span) {
+    constexpr double narrow = 22.0;
+    constexpr double medium = 50.0;
+    if (span <= narrow)
+        return 5.0;
+    if (span <= medium)
+        return 10.0;
+    double step = 20.0;
+    while (span / step > mostLines)
+        step *= 2.0;
+    return step;
+}
+
+} // namespace
+
+std::optional<ChartRange> chartRange(const QList<double>& values) {
+    double smallest = std::numeric_limits<double>::infinity();
+    double largest = -smallest;
+    int usable = 0;
+    for (const double value : values) {
+        if (!std::isfinite(value))
+            continue;
+        smallest = std::min(smallest, value);
+        largest = std::max(largest, value);
+        ++usable;
+    }
+    if (usable < 2)
+        return std::nullopt;
+    const double low = smallest - marginDegrees;
+    const ChartRange range{low, std::max(largest + marginDegrees, low + leastSpanDegrees)};
+    if (!std::isfinite(range.span()) || range.span() < leastSpanDegrees / 2.0)
+        return std::nullopt;
+    return range;
+}
+
+QList<ChartLine> chartLines(ChartRange range, double plotHeight, double textScale,
+                            std::optional<double> threshold) {
+    const double degreesPerPoint = range.span() / plotHeight;
+    const double step = stepFor(degreesPerPoint * designedHeight * textScale);
+    const bool showsThreshold = threshold && range.low <= *threshold && *threshold <= range.top;
+    QList<ChartLine> lines;
+    for (double celsius = std::ceil(range.low / step) * step; celsius <= range.top; celsius += step) {
+        const double away =
+            showsThreshold ? std::abs(celsius - *threshold) : std::numeric_limits<double>::infinity();
+        if (away == 0.0)
+            continue;
+        lines.append(
+            {celsius,
+             away / degreesPerPoint >= numberDistance * textScale && std::abs(celsius) <= greatestNumber,
+             false});
+        if (celsius + step == celsius)
+            break; // beyond what a double can count
+    }
+    if (showsThreshold)
+        lines.append({*threshold, std::abs(*threshold) <= greatestNumber, true});
+    return lines;
+}
+
+} // namespace Fenwhirl
