@@ -93,6 +93,10 @@ bool Monitor::smcAvailable() const {
     return state().smcAvailable;
 }
 
+bool Monitor::isProtecting() const {
+    return state().isProtecting;
+}
+
 bool Monitor::helperInstalled() const {
     return state().helperInstalled;
 }

@@ -66,6 +66,7 @@ public:
     [[nodiscard]] const QList<std::chrono::system_clock::time_point>& historyTimes() const;
     [[nodiscard]] std::optional<double> primaryCelsius() const;
     [[nodiscard]] bool smcAvailable() const;
+    [[nodiscard]] bool isProtecting() const; // heat protection drives every fan at its maximum
 
     // --- The helper ---
     [[nodiscard]] bool helperInstalled() const;
@@ -124,6 +125,7 @@ Q_SIGNALS:
     void historyChanged();
     void primaryCelsiusChanged();
     void smcAvailableChanged();
+    void isProtectingChanged();
     void helperInstalledChanged();
     void helperOutdatedChanged();
     void needsHelperChanged();

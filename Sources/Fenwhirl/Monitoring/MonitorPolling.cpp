@@ -12,12 +12,17 @@ namespace {
 constexpr qsizetype historyLimit = 300; // ten minutes
 constexpr std::chrono::duration<double> alertInterval{300};
 
-QList<FanState> fanStates(const std::vector<FanReading>& readings) {
+QList<FanState> fanStates(const std::vector<FanReading>& readings,
+                          const std::map<int, std::int64_t>& requested) {
     QList<FanState> states;
     states.reserve(static_cast<qsizetype>(readings.size()));
     for (const FanReading& reading : readings) {
-        states.append({reading.index, reading.rpm, reading.minRPM, reading.maxRPM, reading.targetRPM,
-                       reading.isMaximumKnown});
+        FanState state{reading.index,  reading.rpm,       reading.minRPM,
+                       reading.maxRPM, reading.targetRPM, reading.isMaximumKnown};
+        if (const auto speed = requested.find(reading.index); speed != requested.end()) {
+            state.requestedRPM = static_cast<double>(speed->second);
+        }
+        states.append(state);
     }
     return states;
 }
@@ -118,11 +123,12 @@ void Monitor::Private::publish(const PollResult& result) {
     if (*stop) {
         return;
     }
-    assign(fans, fanStates(result.fans), &Monitor::fansChanged);
+    assign(fans, fanStates(result.fans, result.requested), &Monitor::fansChanged);
     QList<SensorState> readings = sensorStates(result.temperatures);
     sensorRecord.add(readings, services.now());
     assign(sensors, std::move(readings), &Monitor::sensorsChanged);
     assign(primaryCelsius, result.primaryCelsius, &Monitor::primaryCelsiusChanged);
+    assign(isProtecting, result.isProtecting, &Monitor::isProtectingChanged);
     assign(helperInstalled, result.helperInstalled, &Monitor::helperInstalledChanged);
     assign(needsHelper, result.wantsManualControl, &Monitor::needsHelperChanged);
     if (result.problem) {

@@ -100,6 +100,7 @@ struct Monitor::Private {
     QList<std::chrono::system_clock::time_point> historyTimes FENWHIRL_GUARDED_BY(mainThread);
     std::optional<double> primaryCelsius FENWHIRL_GUARDED_BY(mainThread);
     bool smcAvailable FENWHIRL_GUARDED_BY(mainThread) = true;
+    bool isProtecting FENWHIRL_GUARDED_BY(mainThread) = false;
     Page selectedPage FENWHIRL_GUARDED_BY(mainThread) = Page::dashboard;
     bool helperInstalled FENWHIRL_GUARDED_BY(mainThread) = false;
     bool helperOutdated FENWHIRL_GUARDED_BY(mainThread) = false;

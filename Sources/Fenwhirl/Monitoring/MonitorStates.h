@@ -14,6 +14,9 @@ struct FanState {
     double maxRPM;
     double target;              // rpm the SMC steers to
     bool isMaximumKnown = true; // `maxRPM` is what the SMC said, no guess
+    // What this program last told the fan to run at; nothing while the fan is left to macOS, and after a
+    // refusal.
+    std::optional<double> requestedRPM = std::nullopt;
 
     bool operator==(const FanState&) const = default;
 };

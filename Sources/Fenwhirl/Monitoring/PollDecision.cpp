@@ -98,6 +98,11 @@ std::optional<HelperCommand> commandFor(const FanWish& wish, const SentTargets& 
     return HelperCommand{"set", index, std::to_string(*wish.desired.manualRPM)};
 }
 
+std::optional<std::int64_t> requestedRPM(const SentTargets& sent, int index) {
+    const auto entry = sent.find(index);
+    return entry != sent.end() && entry->second.succeeded ? entry->second.desired.manualRPM : std::nullopt;
+}
+
 void record(SentTargets& sent, const FanWish& wish, Seconds now, bool succeeded) {
     sent.insert_or_assign(wish.index, SentTarget{wish.desired, now, succeeded});
 }

@@ -95,6 +95,10 @@ enum class HandBackPace {
                                                       bool helperInstalled, std::chrono::duration<double> now,
                                                       HandBackPace pace = HandBackPace::calm);
 
+// The speed that the fan was last told to run at; nothing for a fan that was told nothing, was handed back
+// since, or refused: its speed is then not ours.
+[[nodiscard]] std::optional<std::int64_t> requestedRPM(const SentTargets& sent, int index);
+
 // To be called after the helper ran for the wish.
 void record(SentTargets& sent, const FanWish& wish, std::chrono::duration<double> now, bool succeeded = true);
 

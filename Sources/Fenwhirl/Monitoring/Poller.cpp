@@ -92,7 +92,11 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     for (const FanWish& wish : handBacksOfUnreadFans(decision, input, sent_)) {
         decision.wishes.push_back(wish);
     }
+    result.isProtecting = decision.boosting && request.isInFront;
     result.problem = carryOut(decision, request);
+    if (request.helperInstalled) {
+        result.requested = requestedSpeeds(result.fans);
+    }
     return result;
 }
 
@@ -125,6 +129,16 @@ bool Poller::hasGoneBack(int index) {
         return !mode->second;
     }
     return smc_->isDead() || !fansLookedAt_.contains(index);
+}
+
+std::map<int, std::int64_t> Poller::requestedSpeeds(const std::vector<FanReading>& fans) const {
+    std::map<int, std::int64_t> speeds;
+    for (const FanReading& fan : fans) {
+        if (const auto rpm = requestedRPM(sent_, fan.index)) {
+            speeds.emplace(fan.index, *rpm);
+        }
+    }
+    return speeds;
 }
 
 std::vector<int> Poller::fansLastRead() const {

@@ -19,7 +19,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -52,7 +54,10 @@ struct PollResult {
     std::chrono::system_clock::time_point readAt; // when the temperatures were read
     bool helperInstalled;                         // as in the request
     bool wantsManualControl;
-    std::optional<PollProblem> problem; // the last one of the poll
+    bool isProtecting = false;               // heat protection drives the fans
+    std::optional<PollProblem> problem = {}; // the last one of the poll
+    // By fan index, as after this poll: the speeds that fans were told to run at (requestedRPM).
+    std::map<int, std::int64_t> requested = {};
 };
 
 class Poller {
@@ -98,6 +103,8 @@ public:
 private:
     void lookForManualFans(const std::vector<FanReading>& fans, bool isInFront) FENWHIRL_REQUIRES(queue_);
     void takeOverManualFans() FENWHIRL_REQUIRES(queue_);
+    [[nodiscard]] std::map<int, std::int64_t> requestedSpeeds(const std::vector<FanReading>& fans) const
+        FENWHIRL_REQUIRES(queue_);
     void tellCustody() const FENWHIRL_REQUIRES(queue_);
     // Runs the helper where a wish needs it; the last problem met.
     std::optional<PollProblem> carryOut(const PollDecision& decision, const PollRequest& request)

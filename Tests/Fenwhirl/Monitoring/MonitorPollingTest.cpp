@@ -229,6 +229,72 @@ TEST_F(MonitorPolling, UnchangedTargetIsSentAgainAfterTenSeconds) {
     EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "3000"}}));
 }
 
+TEST_F(MonitorPolling, PublishesTheSpeedThatAFanWasReallyAskedFor) {
+    start();
+    const auto requested = [this] { return monitor().fans()[0].requestedRPM; };
+    EXPECT_EQ(requested(), std::nullopt);
+    monitor().setSetting(0, constant(2000));
+    EXPECT_EQ(requested(), std::nullopt); // nothing was sent yet
+    poll();
+    EXPECT_EQ(requested(), 2000);
+    monitor().setSetting(0, constant(2080)); // too small a change to be sent at once
+    pollAfter(2);
+    EXPECT_EQ(requested(), 2000);
+    pollAfter(8.5);
+    EXPECT_EQ(requested(), 2080);
+    EXPECT_EQ(monitor().fans()[1].requestedRPM, std::nullopt);
+    monitor().setSetting(0, FanSetting());
+    poll();
+    EXPECT_EQ(requested(), std::nullopt);
+}
+
+TEST_F(MonitorPolling, NoSpeedIsAskedForWhileTheFansAreLeftToTheMachine) {
+    start();
+    const auto requested = [this] { return monitor().fans()[0].requestedRPM; };
+    monitor().setSetting(0, constant(3000));
+    const auto drive = [&] {
+        setCelsius(50);
+        pollAfter(11);
+        EXPECT_EQ(requested(), 3000);
+    };
+    drive();
+    setCelsius(92);
+    poll();
+    EXPECT_EQ(requested(), std::nullopt);
+    drive();
+    smc.remove("TC0P");
+    poll();
+    EXPECT_EQ(requested(), std::nullopt);
+    drive();
+    helper.installed = false;
+    poll();
+    EXPECT_EQ(requested(), std::nullopt);
+    helper.installed = true;
+    drive();
+    helper.succeeds = false;
+    pollAfter(11);
+    EXPECT_EQ(requested(), std::nullopt);
+}
+
+TEST_F(MonitorPolling, HeatProtectionIsPublishedAndAsksForTheMaximum) {
+    start();
+    monitor().setAlertsEnabled(true);
+    monitor().setAlertThreshold(85);
+    QSignalSpy changed(&monitor(), &Monitor::isProtectingChanged);
+    setCelsius(86);
+    poll();
+    EXPECT_TRUE(monitor().isProtecting());
+    EXPECT_EQ(monitor().fans()[0].requestedRPM, 6000);
+    setCelsius(81);
+    poll();
+    EXPECT_TRUE(monitor().isProtecting());
+    setCelsius(79);
+    poll();
+    EXPECT_FALSE(monitor().isProtecting());
+    EXPECT_EQ(monitor().fans()[0].requestedRPM, std::nullopt);
+    EXPECT_EQ(changed.count(), 2);
+}
+
 TEST_F(MonitorPolling, SmallChangesWaitTenSecondsAndLargeOnesDoNot) {
     start();
     monitor().setSetting(0, constant(2000));
