@@ -43,6 +43,8 @@ Card {
 
             RingGauge {
                 id: gauge
+                aim: root.fan.requestedFraction
+                aimText: root.fan.requestedText
                 anchors.right: parent.right
                 caption: qsTr("tr/min")
                 fraction: root.fan.speedFraction

@@ -6,7 +6,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
+
+namespace {
+
+QString requestText(double rpm) {
+    return localized(u"Vitesse demandée : %@ tr/min", {NumberFormat::rpmText(rpm)});
+}
+
+} // namespace
 
 FanRow::FanRow(Monitor& monitor, const SensorChoices& choices, const FanState& fan, QObject* parent)
     : QObject(parent)
@@ -25,6 +34,9 @@ void FanRow::setFan(const FanState& fan) {
         Q_EMIT rangeChanged();
         Q_EMIT speedChanged(); // the gauge shows the speed within the range
     }
+    if (fan.requestedRPM != previous.requestedRPM || fan.minRPM != previous.minRPM ||
+        fan.maxRPM != previous.maxRPM)
+        Q_EMIT requestChanged();
     if (fan.rpm != previous.rpm) {
         speedText_ = NumberFormat::rpmText(fan.rpm);
         Q_EMIT speedChanged();
@@ -47,14 +59,27 @@ void FanRow::retranslate() {
     Q_EMIT nameChanged();
     Q_EMIT rangeChanged();
     Q_EMIT speedChanged();
+    Q_EMIT requestChanged();
     Q_EMIT settingChanged();
 }
 
-double FanRow::speedFraction() const {
+double FanRow::fractionOf(double rpm) const {
     // A fan that reports no range at all still needs something to divide by.
     const double span = std::max(fan_.maxRPM - fan_.minRPM, 1.0);
-    const double fraction = (fan_.rpm - fan_.minRPM) / span;
+    const double fraction = (rpm - fan_.minRPM) / span;
     return std::isfinite(fraction) ? fraction : 0;
+}
+
+double FanRow::speedFraction() const {
+    return fractionOf(fan_.rpm);
+}
+
+double FanRow::requestedFraction() const {
+    return fan_.requestedRPM ? fractionOf(*fan_.requestedRPM) : std::numeric_limits<double>::quiet_NaN();
+}
+
+QString FanRow::requestedText() const {
+    return fan_.requestedRPM ? requestText(*fan_.requestedRPM) : QString();
 }
 
 double FanRow::lowestRPM() const {
@@ -86,7 +111,7 @@ void FanRow::setConstantRPM(double rpm) {
 }
 
 QString FanRow::constantText() const {
-    return localized(u"Vitesse demandée : %@ tr/min", {NumberFormat::rpmText(setting_.constantRPM)});
+    return requestText(setting_.constantRPM);
 }
 
 double FanRow::panelRPM() const {

@@ -24,6 +24,10 @@ class FanRow : public QObject {
     Q_PROPERTY(QString rangeText READ rangeText NOTIFY rangeChanged)
     Q_PROPERTY(QString speedText READ speedText NOTIFY speedChanged)
     Q_PROPERTY(double speedFraction READ speedFraction NOTIFY speedChanged)
+    // What the fan was last asked for, within its range, and in words; no number and no words while it is
+    // left to macOS.
+    Q_PROPERTY(double requestedFraction READ requestedFraction NOTIFY requestChanged)
+    Q_PROPERTY(QString requestedText READ requestedText NOTIFY requestChanged)
     // The ends of the speed sliders; the upper one is always above the lower one.
     Q_PROPERTY(double lowestRPM READ lowestRPM NOTIFY rangeChanged)
     Q_PROPERTY(double highestRPM READ highestRPM NOTIFY rangeChanged)
@@ -59,6 +63,8 @@ public:
     [[nodiscard]] const QString& speedText() const { return speedText_; }
 
     [[nodiscard]] double speedFraction() const;
+    [[nodiscard]] double requestedFraction() const;
+    [[nodiscard]] QString requestedText() const;
     [[nodiscard]] double lowestRPM() const;
     [[nodiscard]] double highestRPM() const;
 
@@ -89,10 +95,12 @@ Q_SIGNALS:
     void nameChanged();
     void rangeChanged();
     void speedChanged();
+    void requestChanged();
     void settingChanged();
     void panelRPMChanged();
 
 private:
+    [[nodiscard]] double fractionOf(double rpm) const;
     void writeSetting(const FanSetting& setting);
 
     Monitor& monitor_;

@@ -2,6 +2,7 @@
 
 #include "Stage.h"
 
+#include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
 #include <utility>
@@ -231,6 +232,36 @@ TEST(FanCard, EveryControlClearsTheHighlightedPresetInThePanelToo) {
         stage.press(Qt::Key_Return);
     });
     change(constantSetting(3000), [](Stage& stage) { stage.range(slider)->setCurrentValue(2500.0); });
+}
+
+// The description of a fan's gauge.
+QString askedFor(Stage& stage) {
+    const FanRow* fan = stage.models().machine()->fans()->at(0);
+    const QAccessibleInterface* gauge =
+        stage.find(fan->speedText() + QStringLiteral(" tr/min"), QAccessible::StaticText);
+    return gauge == nullptr ? QStringLiteral("no gauge") : gauge->text(QAccessible::Description);
+}
+
+TEST(FanCard, TheGaugeSaysWhatTheFanWasReallyAskedFor) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    EXPECT_EQ(askedFor(stage), QString());
+    stage.click(QStringLiteral("Vitesse fixe"), QAccessible::RadioButton);
+    EXPECT_EQ(askedFor(stage), QString()); // wanted, but not asked for before the next poll
+    stage.poll();
+    const FanRow* fan = stage.models().machine()->fans()->at(0);
+    EXPECT_EQ(askedFor(stage), fan->constantText());
+    EXPECT_DOUBLE_EQ(fan->requestedFraction(), 1800.0 / 4800.0);
+    const QString asked = askedFor(stage);
+    stage.range(slider)->setCurrentValue(4000.0);
+    EXPECT_EQ(askedFor(stage), asked);
+    stage.poll();
+    EXPECT_EQ(askedFor(stage), fan->constantText());
+    EXPECT_DOUBLE_EQ(fan->requestedFraction(), 2800.0 / 4800.0);
+    stage.world.setCelsius(92);
+    stage.poll();
+    EXPECT_EQ(askedFor(stage), QString());
+    EXPECT_TRUE(std::isnan(fan->requestedFraction()));
 }
 
 TEST(FanCard, ChoosingTheModeThatIsSetKeepsThePreset) {

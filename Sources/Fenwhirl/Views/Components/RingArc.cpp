@@ -2,8 +2,10 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QtMath>
 
 #include <algorithm>
+#include <cmath>
 
 namespace Fenwhirl {
 
@@ -18,6 +20,9 @@ constexpr double startDegrees = 225.0;
 constexpr double spanDegrees = -270.0;
 // A fan at its minimum is measured a turn above and below it: the round end would blink.
 constexpr double leastShownFraction = 0.005;
+constexpr double tickInnerRadius = 67.0;
+constexpr double tickOuterRadius = 72.5;
+constexpr double tickWidth = 3.0;
 
 void drawArc(QPainter& painter, double fraction, const QColor& color) {
     const QRectF circle(padding, padding, frame - 2.0 * padding, frame - 2.0 * padding);
@@ -25,6 +30,15 @@ void drawArc(QPainter& painter, double fraction, const QColor& color) {
     path.arcMoveTo(circle, startDegrees);
     path.arcTo(circle, startDegrees, spanDegrees * fraction);
     painter.strokePath(path, QPen(color, strokeWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+}
+
+void drawTick(QPainter& painter, double fraction, const QColor& color) {
+    constexpr double middle = frame / 2.0;
+    const double angle = qDegreesToRadians(startDegrees + spanDegrees * fraction);
+    const QPointF direction(std::cos(angle), -std::sin(angle));
+    const QPointF centre(middle, middle);
+    painter.setPen(QPen(color, tickWidth, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(centre + direction * tickInnerRadius, centre + direction * tickOuterRadius);
 }
 
 } // namespace
@@ -36,7 +50,7 @@ double gaugeFraction(double fraction) {
 RingArc::RingArc(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
     setImplicitSize(frame, frame);
-    for (const auto signal : {&RingArc::fractionChanged, &RingArc::styleChanged})
+    for (const auto signal : {&RingArc::fractionChanged, &RingArc::tickChanged, &RingArc::styleChanged})
         connect(this, signal, this, [this] { update(); });
 }
 
@@ -48,12 +62,26 @@ void RingArc::setFraction(double fraction) {
     Q_EMIT fractionChanged();
 }
 
+void RingArc::setTick(double fraction) {
+    const double clamped = gaugeFraction(fraction);
+    if (clamped == m_tick)
+        return;
+    m_tick = clamped;
+    Q_EMIT tickChanged();
+}
+
 void RingArc::paint(QPainter* painter) {
-    const double scale = std::min(width(), height()) / frame;
+    const double scale = std::min(width(), height()) / (frame + 2.0 * m_inset);
     painter->scale(scale, scale);
+    painter->translate(m_inset, m_inset);
     drawArc(*painter, 1.0, m_trackColor);
     if (m_fraction >= leastShownFraction)
         drawArc(*painter, m_fraction, m_valueColor);
+    if (m_tickOpacity > 0.0) {
+        QColor color = m_tickColor;
+        color.setAlphaF(color.alphaF() * static_cast<float>(std::min(m_tickOpacity, 1.0)));
+        drawTick(*painter, m_tick, color);
+    }
 }
 
 } // namespace Fenwhirl

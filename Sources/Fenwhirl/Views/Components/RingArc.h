@@ -10,6 +10,10 @@
 // left clockwise. In a 128 x 128 item the circle has 6 points of padding (radius 58) and the strokes are 11
 // wide with round ends; other sizes scale everything. With a fraction below half a percent there is no value
 // arc, not even its round end.
+//
+// A tick marks the fraction that is aimed at: outside of the ring, because on it it would cut the round end
+// of an arc that has arrived. It reaches 10 points beyond the 128, so the item keeps `inset` points free on
+// every side and its owner gives it negative margins of the same size. RingGauge.qml does.
 
 namespace Fenwhirl {
 
@@ -20,6 +24,12 @@ class RingArc : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(double fraction READ fraction WRITE setFraction NOTIFY fractionChanged FINAL)
+    Q_PROPERTY(double tick READ tick WRITE setTick NOTIFY tickChanged FINAL)
+    // 0...1; at 0 there is no tick.
+    Q_PROPERTY(double tickOpacity MEMBER m_tickOpacity NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor tickColor MEMBER m_tickColor NOTIFY styleChanged FINAL)
+    // In points of the 128.
+    Q_PROPERTY(double inset MEMBER m_inset NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor trackColor MEMBER m_trackColor NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor valueColor MEMBER m_valueColor NOTIFY styleChanged FINAL)
 
@@ -31,14 +41,24 @@ public:
 
     void setFraction(double fraction);
 
+    // Passes through gaugeFraction, too.
+    [[nodiscard]] double tick() const { return m_tick; }
+
+    void setTick(double fraction);
+
     void paint(QPainter* painter) override;
 
 Q_SIGNALS:
     void fractionChanged();
+    void tickChanged();
     void styleChanged();
 
 private:
     double m_fraction = 0.0;
+    double m_tick = 0.0;
+    double m_tickOpacity = 0.0;
+    double m_inset = 0.0;
+    QColor m_tickColor;
     QColor m_trackColor;
     QColor m_valueColor;
 };

@@ -5,17 +5,24 @@ import Fenwhirl.Components
 //   fraction   0…1, anything else is clamped (no number: 0)
 //   valueText  30 bold, digits of equal width
 //   caption    12 muted, under it
+//   aim        the fraction that is asked for, a tick outside the ring; not a number: no tick
+//   aimText    what a screen reader says of it
+// The tick reaches 10 points beyond the frame.
 Item {
     id: root
 
     required property double fraction
     required property string valueText
     required property string caption
+    property double aim: NaN
+    property string aimText: ""
 
     // False until the gauge stands: what is there from the beginning does not move into place.
     property bool ready: false
     readonly property double wanted: fraction > 0 ? Math.min(fraction, 1) : 0
     readonly property alias shown: arc.fraction
+    readonly property alias shownAim: arc.tick
+    readonly property bool hasAim: !isNaN(aim)
 
     // A change of less than a point of arc is shown at once: measured speeds always flutter, and every frame of a motion
     // costs the processor this program watches.
@@ -24,6 +31,15 @@ Item {
         arc.fraction = wanted
     }
 
+    // Without one the tick fades where it is; one that appears does so in its place.
+    onAimChanged: {
+        if (isNaN(aim))
+            return
+        aimMotion.enabled = ready && arc.tickOpacity > 0
+        arc.tick = aim
+    }
+
+    Accessible.description: hasAim ? aimText : ""
     Accessible.name: valueText + " " + caption
     Accessible.role: Accessible.StaticText
     implicitHeight: implicitWidth
@@ -34,12 +50,26 @@ Item {
     RingArc {
         id: arc
         anchors.fill: parent
+        anchors.margins: -inset * parent.width / 128
+        inset: 12
+        tickColor: Theme.text
+        tickOpacity: root.hasAim ? 1 : 0
         trackColor: Theme.track
         valueColor: Theme.accent
 
         Behavior on fraction {
             id: motion
             NumberAnimation { duration: Theme.gaugeDuration; easing.type: Easing.OutCubic }
+        }
+
+        Behavior on tick {
+            id: aimMotion
+            NumberAnimation { duration: Theme.pillDuration; easing.type: Easing.OutCubic }
+        }
+
+        Behavior on tickOpacity {
+            enabled: root.ready
+            NumberAnimation { duration: Theme.hoverDuration; easing.type: Easing.OutCubic }
         }
     }
 

@@ -92,6 +92,72 @@ Rectangle {
             Theme.reducedMotion = true
         }
 
+        // At a share of the ring, as far from the middle.
+        function outsideAt(image, share: real): color {
+            const angle = (135 + 270 * share) * Math.PI / 180
+            return image.pixel(Math.round(84 + 69.75 * Math.cos(angle)), Math.round(84 + 69.75 * Math.sin(angle)))
+        }
+
+        // The text's colour is translucent: as it looks on the card.
+        function isTick(color): bool {
+            const ink = Qt.tint(Theme.card, Theme.text)
+            return Math.abs(color.r - ink.r) + Math.abs(color.g - ink.g) + Math.abs(color.b - ink.b) < 0.02
+        }
+
+        function aimed(aim: real): var {
+            gauge.x = 20
+            gauge.y = 20
+            gauge.aim = aim
+            return grabImage(root)
+        }
+
+        function cleanup() {
+            gauge.aim = NaN
+            gauge.x = 0
+            gauge.y = 0
+        }
+
+        function test_theTickStandsOutsideTheRingAtWhatIsAskedFor() {
+            gauge.fraction = 0.2
+            let image = aimed(0.5)
+            verify(isTick(outsideAt(image, 0.5)))
+            for (const share of [0, 0.2, 0.45, 0.55, 1])
+                verify(Qt.colorEqual(outsideAt(image, share), Theme.card), share)
+            image = aimed(0)
+            verify(isTick(outsideAt(image, 0)))
+            // What cannot be shown in the ring is clamped to its ends.
+            for (const beyond of [1, 1.4, Infinity])
+                verify(isTick(outsideAt(aimed(beyond), 1)), beyond)
+            verify(isTick(outsideAt(aimed(-Infinity), 0)))
+        }
+
+        function test_withoutAnAimThereIsNoTick() {
+            aimed(0.5)
+            const image = aimed(NaN)
+            for (let share = 0; share <= 1; share += 0.05)
+                verify(Qt.colorEqual(outsideAt(image, share), Theme.card), share)
+        }
+
+        function test_theTickMovesToANewAimButAppearsInItsPlace() {
+            Theme.reducedMotion = false
+            gauge.aim = 0.2
+            compare(gauge.shownAim, 0.2)
+            tryVerify(() => isTick(outsideAt(aimed(0.2), 0.2)))
+            gauge.aim = 0.8
+            verify(gauge.shownAim < 0.8)
+            tryCompare(gauge, "shownAim", 0.8)
+            Theme.reducedMotion = true
+            gauge.aim = 0.3
+            compare(gauge.shownAim, 0.3)
+        }
+
+        function test_theTickIsReadAsWhatItStandsFor() {
+            gauge.aimText = "Vitesse demandée : 3 400 tr/min"
+            compare(gauge.Accessible.description, "")
+            gauge.aim = 0.5
+            compare(gauge.Accessible.description, "Vitesse demandée : 3 400 tr/min")
+        }
+
         function test_isReadAsItsTexts() {
             compare(accessibility.name(gauge), "2\u202f694 tr/min")
         }
