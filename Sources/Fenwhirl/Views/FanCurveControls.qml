@@ -60,4 +60,23 @@ Column {
             onModified: value => root.fan.maxTemp = value
         }
     }
+
+    CurveEditor {
+        alertAt: root.fan.alertAt
+        extent: root.fan.rangeText
+        highestText: root.fan.highestText
+        limited: root.fan.followsMain
+        lowestText: root.fan.lowestText
+        maxTemp: root.fan.maxTemp
+        maxText: root.fan.maxText
+        now: root.fan.drivingTemperature
+        protecting: root.fan.protecting
+        startTemp: root.fan.startTemp
+        startText: root.fan.startText
+        text: qsTr("Selon un capteur")
+        width: parent.width
+
+        onMaxModified: value => root.fan.maxTemp = value
+        onStartModified: value => root.fan.startTemp = value
+    }
 }

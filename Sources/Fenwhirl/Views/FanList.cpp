@@ -57,6 +57,11 @@ void FanList::refreshSettings() {
         row->refreshSetting();
 }
 
+void FanList::refreshSurroundings() {
+    for (FanRow* row : std::as_const(rows_))
+        row->refreshSurroundings();
+}
+
 void FanList::retranslate() {
     for (FanRow* row : std::as_const(rows_))
         row->retranslate();

@@ -25,6 +25,7 @@ public:
 
     void setFans(const QList<FanState>& fans);
     void refreshSettings();
+    void refreshSurroundings();
     void retranslate();
 
     [[nodiscard]] int count() const { return static_cast<int>(rows_.size()); }

@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
+
 QString requestText(double rpm) {
     return localized(u"Vitesse demandée : %@ tr/min", {NumberFormat::rpmText(rpm)});
 }
@@ -23,6 +25,7 @@ FanRow::FanRow(Monitor& monitor, const SensorChoices& choices, const FanState& f
     , choices_(choices)
     , fan_(fan)
     , setting_(monitor.setting(fan.id)) {
+    surroundings_ = surroundings();
     retranslate();
 }
 
@@ -47,8 +50,51 @@ void FanRow::setFan(const FanState& fan) {
 
 void FanRow::refreshSetting() {
     setting_ = monitor_.setting(fan_.id);
+    refreshSurroundings();
     Q_EMIT settingChanged();
     Q_EMIT panelRPMChanged();
+}
+
+FanRow::Surroundings FanRow::surroundings() const {
+    Surroundings now;
+    if (setting_.mode != FanModeKind::sensor)
+        return now;
+    now.followsMain = choices_.choiceForKey(setting_.sensorKey) <= 0; // a sensor that is gone, too
+    now.isProtecting = monitor_.isProtecting();
+    if (now.followsMain) {
+        now.celsius = monitor_.primaryCelsius();
+        if (monitor_.alertsEnabled())
+            now.alertAt = monitor_.alertThreshold();
+        return now;
+    }
+    const QString key = QString::fromStdString(setting_.sensorKey);
+    for (const SensorState& sensor : monitor_.sensors()) {
+        if (sensor.id == key)
+            now.celsius = sensor.celsius;
+    }
+    return now;
+}
+
+void FanRow::refreshSurroundings() {
+    const Surroundings now = surroundings();
+    if (std::exchange(surroundings_, now) != now)
+        Q_EMIT surroundingsChanged();
+}
+
+QString FanRow::lowestText() const {
+    return NumberFormat::rpmText(fan_.minRPM);
+}
+
+QString FanRow::highestText() const {
+    return NumberFormat::rpmText(fan_.maxRPM);
+}
+
+double FanRow::drivingTemperature() const {
+    return surroundings_.celsius.value_or(noNumber);
+}
+
+double FanRow::alertAt() const {
+    return surroundings_.alertAt.value_or(noNumber);
 }
 
 void FanRow::retranslate() {
@@ -75,7 +121,7 @@ double FanRow::speedFraction() const {
 }
 
 double FanRow::requestedFraction() const {
-    return fan_.requestedRPM ? fractionOf(*fan_.requestedRPM) : std::numeric_limits<double>::quiet_NaN();
+    return fan_.requestedRPM ? fractionOf(*fan_.requestedRPM) : noNumber;
 }
 
 QString FanRow::requestedText() const {

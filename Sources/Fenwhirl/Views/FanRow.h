@@ -14,6 +14,8 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+#include <optional>
+
 class SensorChoices;
 
 class FanRow : public QObject {
@@ -43,6 +45,16 @@ class FanRow : public QObject {
     Q_PROPERTY(QString startText READ startText NOTIFY settingChanged)
     Q_PROPERTY(double maxTemp READ maxTemp WRITE setMaxTemp NOTIFY settingChanged)
     Q_PROPERTY(QString maxText READ maxText NOTIFY settingChanged)
+    // The ends of the range as texts, without the unit.
+    Q_PROPERTY(QString lowestText READ lowestText NOTIFY rangeChanged)
+    Q_PROPERTY(QString highestText READ highestText NOTIFY rangeChanged)
+    // What the curve stands beside, in °C: the temperature that drives it, and where heat protection begins;
+    // no numbers while unknown, or while there is none. Only kept up to date while the fan follows a sensor.
+    Q_PROPERTY(double drivingTemperature READ drivingTemperature NOTIFY surroundingsChanged)
+    Q_PROPERTY(double alertAt READ alertAt NOTIFY surroundingsChanged)
+    // Whether the main temperature drives it, and so the rules about that one count.
+    Q_PROPERTY(bool followsMain READ followsMain NOTIFY surroundingsChanged)
+    Q_PROPERTY(bool protecting READ isProtecting NOTIFY surroundingsChanged)
 
 public:
     FanRow(Monitor& monitor, const SensorChoices& choices, const FanState& fan, QObject* parent);
@@ -53,6 +65,8 @@ public:
     void setFan(const FanState& fan);
     // The fan's setting, or the choices it refers to, may have changed.
     void refreshSetting();
+    // Temperatures, alerts or heat protection may have changed.
+    void refreshSurroundings();
     // Every text again; also when the number of fans changed, since names depend on it.
     void retranslate();
 
@@ -90,6 +104,14 @@ public:
 
     void setMaxTemp(double celsius);
     [[nodiscard]] QString maxText() const;
+    [[nodiscard]] QString lowestText() const;
+    [[nodiscard]] QString highestText() const;
+    [[nodiscard]] double drivingTemperature() const;
+    [[nodiscard]] double alertAt() const;
+
+    [[nodiscard]] bool followsMain() const { return surroundings_.followsMain; }
+
+    [[nodiscard]] bool isProtecting() const { return surroundings_.isProtecting; }
 
 Q_SIGNALS:
     void nameChanged();
@@ -98,6 +120,7 @@ Q_SIGNALS:
     void requestChanged();
     void settingChanged();
     void panelRPMChanged();
+    void surroundingsChanged();
 
 private:
     [[nodiscard]] double fractionOf(double rpm) const;
@@ -107,6 +130,19 @@ private:
     const SensorChoices& choices_;
     FanState fan_;
     FanSetting setting_;
+
+    struct Surroundings {
+        std::optional<double> celsius;
+        std::optional<double> alertAt;
+        bool followsMain = true;
+        bool isProtecting = false;
+
+        bool operator==(const Surroundings&) const = default;
+    };
+
+    [[nodiscard]] Surroundings surroundings() const;
+
+    Surroundings surroundings_;
     QString name_;
     QString rangeText_;
     QString speedText_;

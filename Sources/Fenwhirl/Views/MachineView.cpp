@@ -31,6 +31,9 @@ void MachineView::connectModels() {
     connect(&monitor_, &Monitor::historyChanged, this, &MachineView::historyChanged);
     for (const auto signal : {&Monitor::alertsEnabledChanged, &Monitor::alertThresholdChanged})
         connect(&monitor_, signal, this, &MachineView::alertLineChanged);
+    for (const auto changed : {&Monitor::primaryCelsiusChanged, &Monitor::isProtectingChanged,
+                               &Monitor::alertsEnabledChanged, &Monitor::alertThresholdChanged})
+        connect(&monitor_, changed, this, [this] { fans_.refreshSurroundings(); });
     connect(&monitor_, &Monitor::smcAvailableChanged, this, &MachineView::smcAvailableChanged);
 }
 
@@ -70,6 +73,7 @@ void MachineView::refreshStatus() {
 void MachineView::refreshSensors() {
     const qsizetype before = sensors_.count();
     sensorChoices_.setSensors(monitor_.sensors());
+    fans_.refreshSurroundings(); // after the choices, which they look into
     sensors_.setSensors(shownSortedByName(monitor_.sensors()));
 
     QList<ShownSensor> featured;

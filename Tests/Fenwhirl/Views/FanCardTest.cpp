@@ -234,6 +234,61 @@ TEST(FanCard, EveryControlClearsTheHighlightedPresetInThePanelToo) {
     change(constantSetting(3000), [](Stage& stage) { stage.range(slider)->setCurrentValue(2500.0); });
 }
 
+TEST(FanCard, TheCurvesHandlesWriteWhatTheSteppersWrite) {
+    Stage stage;
+    stage.start();
+    stage.monitor().setSetting(0, sensorSetting(50, 90, "TC0P"));
+    stage.showPage(Page::fans);
+    const FanRow* fan = stage.models().machine()->fans()->at(0);
+    QAccessibleInterface* lower = stage.find(fan->startText(), slider);
+    QAccessibleInterface* upper = stage.find(fan->maxText(), slider);
+    ASSERT_NE(lower, nullptr);
+    ASSERT_NE(upper, nullptr);
+    EXPECT_EQ(lower->valueInterface()->currentValue().toDouble(), 50);
+    EXPECT_EQ(lower->valueInterface()->minimumStepSize().toDouble(), 5);
+    EXPECT_EQ(upper->valueInterface()->maximumValue().toDouble(), 100);
+    lower->valueInterface()->setCurrentValue(65.0);
+    upper->valueInterface()->setCurrentValue(70.0);
+    EXPECT_EQ(stage.monitor().setting(0), sensorSetting(65, 70, "TC0P"));
+    EXPECT_EQ(stage.range(stepper, 0)->currentValue().toDouble(), 65);
+    stage.range(stepper, 1)->setCurrentValue(50.0); // below the start, which nothing forbids
+    EXPECT_EQ(stage.find(fan->maxText(), slider)->valueInterface()->currentValue().toDouble(), 50);
+    EXPECT_NE(stage.find(QStringLiteral("Selon un capteur"), QAccessible::Chart), nullptr);
+}
+
+TEST(FanCard, TheCurveStandsBesideTheTemperatureAndTheRulesThatCountForIt) {
+    Stage stage;
+    stage.world.smc.setNumber("TG0P", "sp78", 44);
+    stage.start();
+    stage.monitor().setAlertsEnabled(false);
+    stage.monitor().setSetting(0, sensorSetting());
+    stage.showPage(Page::fans);
+    const FanRow* fan = stage.models().machine()->fans()->at(0);
+    EXPECT_EQ(fan->drivingTemperature(), 50);
+    EXPECT_TRUE(fan->followsMain());
+    EXPECT_TRUE(std::isnan(fan->alertAt()));
+    stage.monitor().setAlertsEnabled(true);
+    stage.monitor().setAlertThreshold(85);
+    EXPECT_EQ(fan->alertAt(), 85);
+    stage.world.setCelsius(86);
+    stage.poll();
+    EXPECT_EQ(fan->drivingTemperature(), 86);
+    EXPECT_TRUE(fan->isProtecting());
+    stage.monitor().setSetting(0, sensorSetting(50, 90, "TG0P"));
+    EXPECT_EQ(fan->drivingTemperature(), 44);
+    EXPECT_FALSE(fan->followsMain());
+    EXPECT_TRUE(std::isnan(fan->alertAt()));
+    // A sensor that is gone: the main temperature takes its place.
+    stage.world.smc.remove("TG0P");
+    stage.poll();
+    EXPECT_EQ(fan->drivingTemperature(), 86);
+    EXPECT_TRUE(fan->followsMain());
+    EXPECT_EQ(fan->alertAt(), 85);
+    stage.world.smc.remove("TC0P");
+    stage.poll();
+    EXPECT_TRUE(std::isnan(fan->drivingTemperature()));
+}
+
 // The description of a fan's gauge.
 QString askedFor(Stage& stage) {
     const FanRow* fan = stage.models().machine()->fans()->at(0);

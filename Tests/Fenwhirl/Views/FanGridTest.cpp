@@ -80,8 +80,8 @@ TEST(FanGrid, MakesTheCardsOfARowEquallyHigh) {
     stage.showPage(Page::fans);
     const QList<QRect> places = cards(stage, 1040);
     ASSERT_EQ(places.size(), 2);
-    EXPECT_EQ(places.at(0).height(), 355); // of a card that follows a sensor
-    EXPECT_EQ(places.at(1).height(), 355);
+    EXPECT_EQ(places.at(0).height(), 481); // of a card that follows a sensor
+    EXPECT_EQ(places.at(1).height(), 481);
     stage.monitor().setSetting(1, settingOf(FanModeKind::constant));
     EXPECT_EQ(cards(stage, 1040).at(0).height(), 295);
     stage.monitor().setSetting(1, FanSetting());

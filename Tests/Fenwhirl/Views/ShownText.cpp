@@ -4,6 +4,8 @@
 
 #include <QQuickItem>
 
+#include <algorithm>
+
 namespace {
 
 // Letters of a font may reach a little over their advance, and the font's own lines over the design's.
@@ -50,6 +52,7 @@ QRectF letters(const QQuickItem& text) {
 QRectF roomOf(const QQuickItem& text) {
     QRectF room(-1e6, -1e6, 2e6, 2e6);
     bool scrolls = false;
+    double overhang = 0; // below something that says so, into the distance that its surroundings keep
     for (const QQuickItem* around = text.parentItem(); around != nullptr; around = around->parentItem()) {
         if (around->inherits("QQuickFlickable"))
             scrolls = true;
@@ -57,6 +60,8 @@ QRectF roomOf(const QQuickItem& text) {
         if (around->width() <= 0 || around->height() <= 0)
             continue;
         QRectF bounds = around->mapRectToScene(QRectF(QPointF(), around->size()));
+        overhang = std::max(overhang, around->property("overhang").toDouble());
+        bounds.setBottom(bounds.bottom() + overhang);
         if (scrolls) {
             bounds.setTop(room.top());
             bounds.setBottom(room.bottom());

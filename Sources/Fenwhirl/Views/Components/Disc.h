@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QColor>
+#include <QPainter>
+#include <QQuickPaintedItem>
+#include <QtQml/qqmlregistration.h>
+
+// A disc as large as its item, with a ring inside its edge: QML type `Disc`.
+//
+// Drawn by QPainter, because the software renderer draws the corners of rectangles from pictures of whole
+// pixels, and a small disc of an odd size would be no circle.
+
+namespace Fenwhirl {
+
+class Disc : public QQuickPaintedItem {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QColor color MEMBER m_color NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor ringColor MEMBER m_ringColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double ringWidth MEMBER m_ringWidth NOTIFY styleChanged FINAL)
+
+public:
+    explicit Disc(QQuickItem* parent = nullptr) : QQuickPaintedItem(parent) {
+        setAntialiasing(true);
+        connect(this, &Disc::styleChanged, this, [this] { update(); });
+    }
+
+    void paint(QPainter* painter) override {
+        const double inside = m_ringWidth / 2.0;
+        painter->setBrush(m_color);
+        painter->setPen(m_ringWidth > 0.0 ? QPen(m_ringColor, m_ringWidth) : QPen(Qt::NoPen));
+        painter->drawEllipse(boundingRect().adjusted(inside, inside, -inside, -inside));
+    }
+
+Q_SIGNALS:
+    void styleChanged();
+
+private:
+    QColor m_color;
+    QColor m_ringColor;
+    double m_ringWidth = 0.0;
+};
+
+} // namespace Fenwhirl

@@ -1,0 +1,173 @@
+#include "Fenwhirl/Views/Components/FanCurve.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QQuickWindow>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Fenwhirl {
+
+namespace {
+
+constexpr double cornerRadius = 4.0;
+constexpr double lineWidth = 2.5;
+constexpr double thinLineWidth = 1.5;
+constexpr double dotRadius = 4.0;
+constexpr double dotRingRadius = 6.0;
+constexpr float hairlineStrength = 0.26F;
+constexpr float hatchingStrength = 0.13F;
+constexpr float settingStrength = 0.7F;
+
+QColor fainter(QColor color, float share) {
+    color.setAlphaF(color.alphaF() * share);
+    return color;
+}
+
+QPen dashed(const QColor& color, qreal dash, qreal gap) {
+    QPen pen(color, thinLineWidth, Qt::CustomDashLine, Qt::RoundCap, Qt::RoundJoin);
+    pen.setDashPattern({dash / thinLineWidth, gap / thinLineWidth}); // in widths of the pen
+    return pen;
+}
+
+} // namespace
+
+// The drawing's own coordinates: points, y down, the plot's upper left corner at 0, 0.
+struct FanCurve::Plot {
+    double width;
+    double height;
+    double ratio; // pixels a point
+
+    [[nodiscard]] double x(double celsius) const {
+        return width * (celsius - coldestCelsius) / (hottestCelsius - coldestCelsius);
+    }
+
+    [[nodiscard]] QPointF at(QPointF point) const { return {x(point.x()), height * (1.0 - point.y())}; }
+
+    [[nodiscard]] QPolygonF mapped(const QPolygonF& line) const {
+        QPolygonF result;
+        result.reserve(line.size());
+        for (const QPointF point : line)
+            result.append(at(point));
+        return result;
+    }
+
+    // One point wide, on whole pixels.
+    [[nodiscard]] QRectF hairline(double celsius) const {
+        const double thickness = std::max(1.0, std::round(ratio)) / ratio;
+        const double left = std::clamp(x(celsius) - thickness / 2.0, 0.0, width - thickness);
+        return {std::round(left * ratio) / ratio, 0.0, thickness, height};
+    }
+
+    [[nodiscard]] QRectF from(double celsius, double to) const {
+        return {x(celsius), 0.0, x(to) - x(celsius), height};
+    }
+};
+
+FanCurve::FanCurve(QQuickItem* parent) : QQuickPaintedItem(parent) {
+    setAntialiasing(true);
+    for (const auto signal : {&FanCurve::shapeChanged, &FanCurve::nowChanged, &FanCurve::styleChanged})
+        connect(this, signal, this, [this] { update(); });
+}
+
+double FanCurve::placeOf(double celsius, double plotWidth) const {
+    return plotWidth * (onCurveAxis(celsius) - coldestCelsius) / (hottestCelsius - coldestCelsius);
+}
+
+double FanCurve::celsiusAt(double place, double plotWidth) const {
+    return coldestCelsius + place / std::max(plotWidth, 1.0) * (hottestCelsius - coldestCelsius);
+}
+
+QVariantList FanCurve::numbers(bool limited, double alertAt, double plotWidth, double least) const {
+    QVariantList result;
+    for (const double number : axisNumbers({.isLimited = limited, .alertAt = alertAt}, plotWidth, least))
+        result.append(number);
+    return result;
+}
+
+void FanCurve::drawGround(QPainter& painter, const Plot& plot) const {
+    QPainterPath ground;
+    ground.addRoundedRect(QRectF(0.0, 0.0, plot.width, plot.height), cornerRadius, cornerRadius);
+    painter.fillPath(ground, m_plotColor);
+
+    // Only the setting's own part has an area: where a rule takes its place, the rule's colour says so.
+    const double until = inForceUntil(m_shape);
+    QPolygonF area = plot.mapped(settingLine(m_shape, coldestCelsius, until));
+    area << QPointF(plot.x(until), plot.height) << QPointF(0.0, plot.height);
+    QPainterPath areaPath;
+    areaPath.addPolygon(area);
+    areaPath.closeSubpath();
+    painter.fillPath(areaPath.intersected(ground), m_fillColor);
+    if (const auto alert = protectedFrom(m_shape))
+        painter.fillRect(plot.from(*alert, handBackCelsius), m_alertColor);
+
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (const double celsius : {40.0, 60.0, 80.0})
+        painter.fillRect(plot.hairline(celsius), m_gridColor);
+    if (m_shape.isLimited)
+        painter.fillRect(plot.hairline(handBackCelsius), fainter(m_inkColor, hairlineStrength));
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    if (!m_shape.isLimited)
+        return;
+
+    constexpr double apart = 6.0;
+    constexpr double thickness = 2.0;
+    const QRectF zone = plot.from(handBackCelsius, hottestCelsius);
+    QPainterPath zonePath;
+    zonePath.addRect(zone);
+    painter.save();
+    painter.setClipPath(zonePath.intersected(ground));
+    painter.setPen(QPen(fainter(m_inkColor, hatchingStrength), thickness, Qt::SolidLine, Qt::FlatCap));
+    const double step = apart * std::sqrt(2.0); // along the axis, for lines at 45 degrees
+    for (double x = zone.left() - plot.height; x < zone.right(); x += step)
+        painter.drawLine(QPointF(x, plot.height), QPointF(x + plot.height, 0.0));
+    painter.restore();
+}
+
+void FanCurve::drawLines(QPainter& painter, const Plot& plot) const {
+    painter.setBrush(Qt::NoBrush);
+    const double until = inForceUntil(m_shape);
+    if (until < hottestCelsius) {
+        painter.setPen(dashed(fainter(m_lineColor, settingStrength), 3.0, 4.0));
+        painter.drawPolyline(plot.mapped(settingLine(m_shape, until, hottestCelsius)));
+    }
+    if (maximumIsWithoutEffect()) {
+        QPen dots(m_mutedColor, thinLineWidth, Qt::CustomDashLine, Qt::RoundCap);
+        dots.setDashPattern({0.01, 3.0});
+        painter.setPen(dots);
+        painter.drawLine(plot.at({onCurveAxis(m_shape.maxTemp), 1.0}),
+                         plot.at({onCurveAxis(m_shape.startTemp) + 1.0, 1.0}));
+    }
+    painter.setPen(QPen(m_lineColor, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(plot.mapped(lineInForce(m_shape)));
+}
+
+void FanCurve::drawNow(QPainter& painter, const Plot& plot) const {
+    if (std::isnan(m_now))
+        return;
+    painter.fillRect(plot.hairline(onCurveAxis(m_now)), fainter(m_inkColor, hairlineStrength));
+    const auto place = placeOnCurve(m_shape, m_now, m_protecting);
+    if (!place)
+        return;
+    const QPointF centre = plot.at(*place);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_plotColor);
+    painter.drawEllipse(centre, dotRingRadius, dotRingRadius);
+    painter.setBrush(m_lineColor);
+    painter.drawEllipse(centre, dotRadius, dotRadius);
+}
+
+void FanCurve::paint(QPainter* painter) {
+    const Plot plot{.width = width() - 2.0 * m_inset,
+                    .height = height() - 2.0 * m_inset,
+                    .ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0};
+    if (plot.width <= 0.0 || plot.height <= 0.0)
+        return;
+    painter->translate(m_inset, m_inset);
+    drawGround(*painter, plot);
+    drawLines(*painter, plot);
+    drawNow(*painter, plot);
+}
+
+} // namespace Fenwhirl
