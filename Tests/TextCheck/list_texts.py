@@ -53,7 +53,7 @@ LINES, LINE, ALOUD = "lines of {}", "one line of {}", "read aloud"
 ROOMS = {
     "AppRow.memoryText": "one line behind a number", "AppRow.protectedText": "one line, as wide as it is",
     "Banners.problem": LINES.format(600), "ChangingText.content": "one line, several where it has no room",
-    "Chip.text": "one line, in rows of chips", "Column.Accessible.name": ALOUD,
+    "Chip.text": "one line, in rows of chips", "Column.Accessible.name": ALOUD, "CurveEditor.text": ALOUD,
     "Dialog.acceptText": "a button's line", "Dialog.cancelText": "a button's line",
     "Dialog.destructiveText": "a button's line", "Dialog.message": LINES.format(260), "Dialog.title": LINES.format(260),
     "DropDownMenu.caption": "one line", "ErrorBanner.message": LINES.format(600),

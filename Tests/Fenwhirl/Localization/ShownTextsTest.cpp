@@ -71,6 +71,7 @@ bool staysAsItIs(const QString& text) {
         QStringLiteral("Fenwhirl 0.1"),
         QStringLiteral("Fenwhirl-diagnostic.txt"),
         QStringLiteral(" °C"),
+        QStringLiteral("°C"),
         // The reason of an activity, seen by the system's tools only.
         QStringLiteral("Fenwhirl controls the fans"),
         // The name of the guard's control group, likewise.
