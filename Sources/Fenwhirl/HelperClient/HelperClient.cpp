@@ -54,4 +54,9 @@ std::optional<std::string> installCommand(std::string_view executablePath) {
     return installation().installCommand(executablePath);
 }
 
+// No double quote and no backslash, as runAsAdministrator asks for.
+std::string removalCommand() {
+    return "rm -f '" + std::string(helperPath) + "'";
+}
+
 } // namespace HelperClient

@@ -51,5 +51,7 @@ inline constexpr std::string_view launchFailureText = "Impossible de lancer l'as
 
 // The shell command of `install` for an executable, or nothing when its path cannot be put between quotes.
 [[nodiscard]] std::optional<std::string> installCommand(std::string_view executablePath);
+// The one that removes the helper again.
+[[nodiscard]] std::string removalCommand();
 
 } // namespace HelperClient

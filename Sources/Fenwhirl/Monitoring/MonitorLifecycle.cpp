@@ -11,15 +11,6 @@
 #include <thread>
 #include <vector>
 
-namespace {
-
-// No double quote and no backslash, as HelperClient::runAsAdministrator asks for.
-std::string removalCommand() {
-    return "rm -f '" + std::string(HelperClient::helperPath) + "'";
-}
-
-} // namespace
-
 void Monitor::installHelper() {
     Private& d = state();
     if (d.isInstalling) {
@@ -57,7 +48,7 @@ void Monitor::uninstallHelper() {
     const auto remove = [&d, helper = d.services.helper, reply = d.inbox.sender()] {
         // What heat protection drives in the meantime must go back, too, when the helper is gone.
         const auto kept = helper.keep ? helper.keep() : nullptr;
-        const bool removed = helper.runAsAdministrator(removalCommand());
+        const bool removed = helper.runAsAdministrator(HelperClient::removalCommand());
         const bool installed = helper.isInstalled();
         reply.post([&d, kept, removed, installed] {
             mainThread.assertIsCurrent();
