@@ -6,12 +6,24 @@
 
 #include <algorithm>
 
+namespace {
+
+// Less than this above the reading, a peak says nothing.
+constexpr double leastPeakDistance = 2.0;
+
+} // namespace
+
 ShownSensor shown(const SensorState& sensor) {
+    const bool hasPeak = sensor.highestCelsius - sensor.celsius >= leastPeakDistance;
     return {
         .name = SensorLabel::name(sensor.id),
         .temperature = NumberFormat::temperatureText(sensor.celsius),
         .fraction = Fenwhirl::sensorBarFraction(sensor.celsius),
         .hot = Fenwhirl::sensorBarIsHot(sensor.celsius),
+        .peak = hasPeak ? Fenwhirl::sensorBarFraction(sensor.highestCelsius) : 0.0,
+        .peakHot = Fenwhirl::sensorBarIsHot(sensor.highestCelsius),
+        .range = NumberFormat::degreesText(sensor.lowestCelsius) + QStringLiteral(" – ") +
+                 NumberFormat::temperatureText(sensor.highestCelsius),
     };
 }
 
@@ -26,12 +38,14 @@ QList<ShownSensor> shownSortedByName(const QList<SensorState>& sensors) {
     return rows;
 }
 
-SensorList::SensorList(QObject* parent) : RowList({"name", "temperature", "fraction", "hot"}, parent) {}
+SensorList::SensorList(QObject* parent)
+    : RowList({"name", "temperature", "fraction", "hot", "peak", "peakHot", "range"}, parent) {}
 
 void SensorList::setSensors(const QList<ShownSensor>& sensors) {
     QList<QVariantList> rows;
     rows.reserve(sensors.size());
     for (const ShownSensor& sensor : sensors)
-        rows.append({sensor.name, sensor.temperature, sensor.fraction, sensor.hot});
+        rows.append({sensor.name, sensor.temperature, sensor.fraction, sensor.hot, sensor.peak,
+                     sensor.peakHot, sensor.range});
     setRows(rows);
 }

@@ -16,6 +16,9 @@ struct ShownSensor {
     QString temperature; // "63 °C"
     double fraction;     // of the bar, 0 to 1: full at 100 °C
     bool hot;            // 80 °C or more, whatever the user's own thresholds are
+    double peak;   // where the bar was in the last ten minutes; 0 unless 2 °C or more above the reading
+    bool peakHot;  // as `hot`, for the peak
+    QString range; // "55 – 71 °C": between which it was in that time
 
     bool operator==(const ShownSensor&) const = default;
 };

@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -25,6 +26,29 @@ TEST(SensorRow, IsFullFromAHundredDegrees) {
 
 TEST(SensorRow, ShowsTheTemperatureRounded) {
     EXPECT_TRUE(shown({QStringLiteral("TC0P"), 62.5}).temperature.startsWith(QStringLiteral("63")));
+}
+
+TEST(SensorRow, MarksAPeakOfTwoDegreesOrMore) {
+    const SensorState cooled = {QStringLiteral("TC0P"), 60, 55.4, 71.6};
+    EXPECT_DOUBLE_EQ(shown(cooled).peak, 0.716);
+    EXPECT_FALSE(shown(cooled).peakHot);
+    EXPECT_EQ(shown(cooled).range, QStringLiteral("55 – 72 °C"));
+    EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 60, 55, 61.9}).peak, 0);
+    EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 60, 55, 62}).peak, 0.62);
+    EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 60}).peak, 0);
+    EXPECT_TRUE(shown({QStringLiteral("TC0P"), 60, 55, 80}).peakHot);
+    EXPECT_DOUBLE_EQ(shown({QStringLiteral("TC0P"), 60, 55, 130}).peak, 1);
+}
+
+TEST(SensorRow, SurvivesRecordsThatAreNoNumbers) {
+    constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
+    constexpr double beyond = std::numeric_limits<double>::infinity();
+    for (const double odd : {nowhere, beyond, -beyond}) {
+        const ShownSensor row = shown({QStringLiteral("TC0P"), odd, odd, odd});
+        EXPECT_EQ(row.range, QStringLiteral("0 – 0 °C"));
+        EXPECT_GE(row.peak, 0);
+        EXPECT_LE(row.peak, 1);
+    }
 }
 
 TEST(SensorsSorted, AreAscendingByNameAndEqualNamesKeepTheirOrder) {
@@ -82,7 +106,7 @@ TEST(SensorList, GrowsAndShrinksAtItsEnd) {
     EXPECT_EQ(list.count(), 3);
     EXPECT_EQ(list.data(list.index(1), name), second.name);
     EXPECT_EQ(list.data(list.index(1), hot), false);
-    EXPECT_FALSE(list.data(list.index(1), hot + 1).isValid());
+    EXPECT_FALSE(list.data(list.index(1), list.roleNames().key("range") + 1).isValid());
     EXPECT_EQ(changed.count(), 0);
     list.setSensors({second});
     ASSERT_EQ(removed.count(), 1);
@@ -132,6 +156,40 @@ TEST(SensorsPage, ABarIsHotFromEightyDegreesAndFullFromAHundred) {
     EXPECT_EQ(ends(QStringLiteral("Batterie")), std::pair(accent, track));
     EXPECT_EQ(ends(QStringLiteral("Mémoire")), std::pair(hot, track));
     EXPECT_EQ(ends(QStringLiteral("Graphisme")), std::pair(hot, hot));
+}
+
+TEST(SensorsPage, TellsHowHotItWasInTheLastTenMinutes) {
+    Stage stage;
+    stage.showPage(Page::sensors);
+    const auto row = [&stage] {
+        return stage.all(QAccessible::ListItem).first()->text(QAccessible::Description);
+    };
+    // Whether there is more of the accent on the bar's row of pixels than the bar itself.
+    const auto marked = [&stage](double celsius) {
+        const QRect place =
+            stage.all(QAccessible::ListItem).first()->rect().translated(-stage.window().position());
+        const int left = place.left() + 156;
+        const int width = place.width() - 156 - 58;
+        return stage.colorAt({left + static_cast<int>(width * celsius / 100), place.center().y()}) ==
+               QColor(0x4F, 0xC3, 0xF7);
+    };
+    EXPECT_EQ(row(), QStringLiteral("50 – 50 °C"));
+    stage.world.setCelsius(71);
+    stage.world.pollAfter(2);
+    stage.world.setCelsius(55);
+    stage.world.pollAfter(2);
+    EXPECT_EQ(row(), QStringLiteral("50 – 71 °C"));
+    EXPECT_TRUE(marked(71));
+    EXPECT_FALSE(marked(65));
+    stage.world.pollAfter(590); // a sleep that it remembers across
+    EXPECT_EQ(row(), QStringLiteral("50 – 71 °C"));
+    for (int i = 0; i < 20; ++i)
+        stage.world.pollAfter(2); // the same reading again and again
+    EXPECT_EQ(row(), QStringLiteral("55 – 55 °C"));
+    EXPECT_FALSE(marked(71));
+    stage.world.setCelsius(40);
+    stage.world.pollAfter(700); // and one that it does not
+    EXPECT_EQ(row(), QStringLiteral("40 – 40 °C"));
 }
 
 TEST(SensorsPage, SensorsOfOneNameKeepTheOrderOfTheirReadings) {

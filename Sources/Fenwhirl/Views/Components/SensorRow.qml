@@ -1,19 +1,34 @@
 import QtQuick
 import Fenwhirl.Components
 
-// One sensor: name, bar, temperature.
+// One sensor: name, bar, temperature, and a mark on the bar where it was recently hotter. With the pointer on bar or
+// temperature a tooltip tells between which temperatures it was.
 //   name         in a column of 150, cut at the right end with the whole name as a tooltip
 //   fraction     filled share of the bar, 0…1
 //   hot          whether the bar has the warning colour
+//   peak         where the mark stands, 0…1; 0 for none
+//   peakHot      whether the mark has the warning colour
 //   temperature  the text, right aligned in a column of 52
+//   range        the tooltip's text, also what a screen reader adds; empty for none
+//   barLeft, barWidth  where the bar lies
+//   tooltip      null until it was needed
 Item {
     id: root
 
     required property string name
     required property double fraction
     required property bool hot
+    required property double peak
+    required property bool peakHot
     required property string temperature
+    required property string range
+    readonly property alias barLeft: bar.x
+    readonly property alias barWidth: bar.width
+    readonly property alias tooltip: loader.made
+    // Too near to the bar's end it would look like a fault of the drawing.
+    readonly property bool marksPeak: (peak - bar.wanted) * bar.width >= 6
 
+    Accessible.description: range
     Accessible.name: name + " " + temperature
     Accessible.role: Accessible.ListItem
     implicitHeight: 18 + Theme.lineGrowth
@@ -29,6 +44,7 @@ Item {
     }
 
     Bar {
+        id: bar
         objectName: "bar"
         anchors.left: title.right
         anchors.leftMargin: 6
@@ -37,6 +53,22 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         fill: root.hot ? Theme.hot : Theme.accent
         fraction: root.fraction
+    }
+
+    Rectangle {
+        objectName: "peak"
+        anchors.verticalCenter: bar.verticalCenter
+        color: root.peakHot ? Theme.hot : Theme.accent
+        height: 10
+        opacity: root.marksPeak ? 1 : 0
+        radius: 1.5 - 1.5 % Theme.cornerStep
+        visible: opacity > 0
+        width: 3
+        x: bar.x + Math.round(Math.min(bar.width * root.peak - width / 2, bar.width - width))
+
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.hoverDuration }
+        }
     }
 
     Item {
@@ -51,6 +83,35 @@ Item {
             Accessible.ignored: true
             anchors.right: parent.right
             text: root.temperature
+        }
+    }
+
+    Item {
+        anchors.left: bar.left
+        anchors.right: parent.right
+        height: parent.height
+
+        HoverHandler {
+            id: pointer
+            enabled: root.range !== ""
+
+            onHoveredChanged: { if (hovered) loader.active = true }
+        }
+
+        // Made when it is first needed.
+        Loader {
+            id: loader
+            readonly property var made: item
+
+            active: false
+            source: "Tooltip.qml"
+
+            onLoaded: {
+                made.parent = root
+                made.text = Qt.binding(() => root.range)
+                made.visible = Qt.binding(() => pointer.hovered && root.range !== "")
+                made.x = Qt.binding(() => Math.round(bar.x + (root.width - bar.x - made.implicitWidth) / 2))
+            }
         }
     }
 }

@@ -247,10 +247,10 @@ Window {
 
                 Heading { text: "Sensor rows: hot from 80 °C, full at 100 °C" }
                 Item { height: 0; width: 1 }
-                SensorRow { fraction: 0.31; hot: false; name: "Batterie"; temperature: "31\u00a0°C"; width: parent.width }
-                SensorRow { fraction: 0.79; hot: false; name: "Cœur performance 01"; temperature: "79\u00a0°C"; width: parent.width }
-                SensorRow { fraction: 0.80; hot: true; name: "Cœur performance 09"; temperature: "80\u00a0°C"; width: parent.width }
-                SensorRow { fraction: 1; hot: true; name: "Contrôleur de plateforme"; temperature: "104\u00a0°C"; width: parent.width }
+                SensorRow { fraction: 0.31; hot: false; peak: 0; peakHot: false; range: ""; name: "Batterie"; temperature: "31\u00a0°C"; width: parent.width }
+                SensorRow { fraction: 0.79; hot: false; peak: 0.88; peakHot: true; range: "55 – 88 °C"; name: "Cœur performance 01"; temperature: "79\u00a0°C"; width: parent.width }
+                SensorRow { fraction: 0.80; hot: true; peak: 0; peakHot: false; range: ""; name: "Cœur performance 09"; temperature: "80\u00a0°C"; width: parent.width }
+                SensorRow { fraction: 1; hot: true; peak: 1; peakHot: true; range: ""; name: "Contrôleur de plateforme"; temperature: "104\u00a0°C"; width: parent.width }
             }
         }
 

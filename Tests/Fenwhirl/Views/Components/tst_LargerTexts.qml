@@ -19,7 +19,7 @@ Item {
         width: 343
         y: 300
     }
-    SensorRow { id: sensor; fraction: 0.5; hot: false; name: "Batterie"; temperature: "63 °C"; width: 500; y: 480 }
+    SensorRow { id: sensor; fraction: 0.5; hot: false; peak: 0; peakHot: false; range: ""; name: "Batterie"; temperature: "63 °C"; width: 500; y: 480 }
     RingGauge { id: gauge; caption: "tr/min"; fraction: 0.5; valueText: "5999" }
 
     SignalSpy { id: chosen; signalName: "activated"; target: modes }

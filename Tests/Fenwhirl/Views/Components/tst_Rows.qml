@@ -14,6 +14,9 @@ Item {
         fraction: 0.5
         hot: false
         name: "Contrôleur de plateforme"
+        peak: 0
+        peakHot: false
+        range: ""
         temperature: "50 °C"
         width: 400
     }
@@ -102,6 +105,59 @@ Item {
             compare(fill.width, bar.width)
             sensor.fraction = NaN
             compare(fill.width, 0)
+        }
+
+        function test_aPeakIsMarkedWhereItIsFarEnoughFromTheBarsEnd() {
+            const bar = findChild(sensor, "bar")
+            const mark = findChild(sensor, "peak")
+            sensor.fraction = 0.5
+            sensor.peak = 0
+            verify(!mark.visible)
+            sensor.peak = 0.5 + 5.9 / bar.width
+            verify(!mark.visible)
+            sensor.peak = 0.5 + 6.1 / bar.width
+            verify(mark.visible)
+            sensor.peak = 0.7
+            compare([mark.width, mark.height], [3, 10])
+            fuzzyCompare(mark.x + 1.5, bar.x + 0.7 * bar.width, 0.5)
+            compare(mark.y + 5, bar.y + 3)
+            sensor.peak = 1
+            compare(mark.x + mark.width, bar.x + bar.width)
+            sensor.peak = NaN
+            verify(!mark.visible)
+            sensor.peak = 0.3
+            verify(!mark.visible, "below the reading")
+            sensor.peak = 0
+        }
+
+        function test_aHotPeakHasTheWarningColourWhateverTheBarHas() {
+            const mark = findChild(sensor, "peak")
+            sensor.fraction = 0.4
+            sensor.hot = false
+            sensor.peak = 0.85
+            sensor.peakHot = true
+            verify(Qt.colorEqual(mark.color, Theme.hot))
+            sensor.peakHot = false
+            verify(Qt.colorEqual(mark.color, Theme.accent))
+            sensor.peak = 0
+        }
+
+        function test_barAndTemperatureTellTheRangeInATooltip() {
+            compare(sensor.Accessible.description, "")
+            sensor.range = "55 – 71 °C"
+            compare(sensor.Accessible.description, "55 – 71 °C")
+            for (const x of [200, 390]) {
+                mouseMove(sensor, x, 9)
+                tryVerify(() => sensor.tooltip?.visible, 3000)
+                compare(sensor.tooltip.text, "55 – 71 °C")
+                mouseMove(root, 550, 480)
+                tryVerify(() => !sensor.tooltip.visible)
+            }
+            mouseMove(sensor, 200, 9)
+            tryVerify(() => sensor.tooltip.visible, 3000)
+            sensor.range = ""
+            verify(!sensor.tooltip.visible)
+            mouseMove(root, 550, 480)
         }
 
         function test_aShortBarKeepsTheTracksRounding() {
