@@ -3,8 +3,10 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // The warning before the Mac gets too hot.
-ScrollView {
+PageFrame {
     id: root
+
+    ofText: true
 
     required property ViewModels models
     readonly property PreferencesView preferences: models.preferences

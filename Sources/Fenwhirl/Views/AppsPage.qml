@@ -5,8 +5,10 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // What heats the Mac right now, and the means to quit it.
-ScrollView {
+PageFrame {
     id: root
+
+    ofText: true
 
     required property ViewModels models
     readonly property AppsView view: models.apps

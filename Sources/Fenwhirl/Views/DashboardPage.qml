@@ -3,7 +3,7 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // The first page: the machine at a glance, and its fans.
-ScrollView {
+PageFrame {
     id: root
 
     required property ViewModels models

@@ -3,7 +3,7 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // All fans, and nothing else.
-ScrollView {
+PageFrame {
     id: root
 
     required property ViewModels models

@@ -86,6 +86,7 @@ Window {
             height: parent.height
             machine: root.models.machine
             pages: root.models.pages
+            windowWidth: root.width
         }
 
         PageArea {

@@ -5,8 +5,10 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // The presets, each with what it does.
-ScrollView {
+PageFrame {
     id: root
+
+    ofText: true
 
     required property ViewModels models
 

@@ -3,8 +3,10 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // The user's choices, the state of fan control, and the diagnostic report.
-ScrollView {
+PageFrame {
     id: root
+
+    ofText: true
 
     required property ViewModels models
     readonly property PreferencesView preferences: models.preferences

@@ -11,10 +11,12 @@ Rectangle {
 
     required property MachineView machine
     required property PageList pages
+    // Below 944 points the pages need what the longest title can spare.
+    required property real windowWidth
 
     color: Theme.sidebar
     // The pages need the room too: it grows slower than its texts, which are cut where they must be.
-    implicitWidth: Math.round(208 + 112 * (Theme.textScale - 1))
+    implicitWidth: Math.round(Math.max(184, Math.min(windowWidth / Theme.textScale - 736, 208)) + 112 * (Theme.textScale - 1))
 
     Accessible.role: Accessible.PageTabList
 

@@ -46,7 +46,7 @@ TEST(AppsPage, ItsCardsHaveTheUsualPaddingOnEverySide) {
     static_cast<void>(stage.window().grabWindow());
     const QRect row = stage.all(QAccessible::ListItem).first()->rect().translated(-stage.window().position());
     EXPECT_EQ(row.left(), 208 + 18 + 20);
-    EXPECT_EQ(row.right() + 1, 1040 - 18 - 20);
+    EXPECT_EQ(row.right() + 1, 208 + 18 + 760 - 20);
     const QColor card(0x1F, 0x22, 0x29);
     // Inside the card's edge above the row and below it, and beyond it.
     const int x = row.center().x();

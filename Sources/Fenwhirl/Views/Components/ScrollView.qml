@@ -2,14 +2,18 @@ import QtQuick
 import Fenwhirl.Components
 
 // A page that scrolls vertically when its content is higher. Its one child gets the width inside the padding.
-//   padding   18 unless given
-//   content   default
+//   padding        18 unless given
+//   frameWidth     what the content may take at most; beyond that its frame stands in the middle
+//   columnWidth    what it takes of that frame at most, from its left edge
+//   content        default
 // Wheel, touchpad, a finger on the screen, the scroll bar, and the keys Page Up, Page Down, Home, End, Up and Down that no control in it used.
 // A control that receives the focus by keyboard is brought into view.
 Flickable {
     id: root
 
     property real padding: 18
+    property real frameWidth: Infinity
+    property real columnWidth: Infinity
     default property Item content
 
     boundsBehavior: Flickable.StopAtBounds
@@ -86,14 +90,14 @@ Flickable {
         property: "width"
         restoreMode: Binding.RestoreNone
         target: root.content
-        value: holder.width
+        value: Math.min(holder.width, root.columnWidth)
         when: root.content !== null
     }
 
     Item {
         id: holder
-        width: root.width - 2 * root.padding
-        x: root.padding
+        width: Math.min(root.width - 2 * root.padding, root.frameWidth)
+        x: Math.floor((root.width - width) / 2)
         y: root.padding
     }
 
