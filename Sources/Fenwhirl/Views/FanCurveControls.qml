@@ -12,23 +12,33 @@ Column {
     spacing: 14
 
     Item {
+        readonly property bool tight: Math.ceil(metrics.advanceWidth) + 12 + picker.wantedWidth > width
+
         height: picker.height
         width: parent.width
+
+        TextMetrics {
+            id: metrics
+            font.pixelSize: Math.round(13 * Theme.textScale)
+            text: caption.text
+        }
 
         Label {
             id: caption
             anchors.verticalCenter: parent.verticalCenter
+            size: parent.tight ? 12 : 13
             text: qsTr("Capteur")
         }
 
         PopupButton {
             id: picker
             anchors.left: caption.right
-            anchors.leftMargin: 12
+            anchors.leftMargin: parent.tight ? 8 : 12
             anchors.right: parent.right
             currentIndex: root.fan.sensorChoice
             labels: root.choices.names
             text: qsTr("Capteur")
+            tight: parent.tight
 
             onActivated: index => root.fan.sensorChoice = index
         }

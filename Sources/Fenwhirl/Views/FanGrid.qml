@@ -4,20 +4,23 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// One card per fan in equal columns: two where there is room, three in wide windows with three fans or more. The cards of
-// a row are equally high.
+// One card per fan in equal columns: up to five, as many as fit and leave the rows even; a single fan has the width of one
+// of two. The cards of a row are equally high.
 Grid {
     id: root
 
     required property MachineView machine
     readonly property real designedFor: width / Theme.textScale
-    readonly property int fittingColumns: designedFor >= 1095 && machine.fans.count >= 3 ? 3 : designedFor >= 716 ? 2 : 1
+    readonly property int count: machine.fans.count
+    // No card is narrower than 340.
+    readonly property int fitting: Math.max(1, Math.min(Math.floor((designedFor + 18) / 358), 5))
+    readonly property int rowsNeeded: Math.ceil(count / fitting)
     readonly property real columnWidth: (width - (columns - 1) * columnSpacing) / columns
 
     columnSpacing: 18
-    columns: fittingColumns
+    columns: count < 2 ? Math.min(fitting, 2) : Math.ceil(count / rowsNeeded)
     rowSpacing: 18
-    visible: machine.fans.count > 0
+    visible: count > 0
 
     // Of the column that holds the card of that number: from whole point to whole point, so that its edges are sharp.
     function widthAt(index: int): real {

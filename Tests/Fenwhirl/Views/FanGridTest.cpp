@@ -32,22 +32,44 @@ QList<QRect> cards(Stage& stage, int width) {
 
 // Of the window's width the sidebar and the page's edges take so much.
 constexpr int besideCards = 208 + 2 * 18;
+// And so much where the window is not that wide.
+constexpr int besideCardsWhereNarrow = 184 + 2 * 18;
+
+int columnsOf(const QList<QRect>& places) {
+    return static_cast<int>(std::count_if(places.begin(), places.end(), [&](const QRect& place) {
+        return place.top() == places.first().top();
+    }));
+}
 
 TEST(FanGrid, HasAColumnMoreWhereItHasRoomForIt) {
     Stage stage;
-    stage.world.smc.addOlderFans(4);
+    stage.world.smc.addOlderFans(10);
     stage.showPage(Page::fans);
     for (const auto& [width, columns] :
-         {std::pair(715, 1), std::pair(716, 2), std::pair(1094, 2), std::pair(1095, 3), std::pair(1600, 3)}) {
-        const QList<QRect> places = cards(stage, width + besideCards);
-        ASSERT_EQ(places.size(), 4);
-        EXPECT_EQ(std::count_if(places.begin(), places.end(),
-                                [&](const QRect& place) { return place.top() == places.first().top(); }),
-                  columns)
-            << width;
+         {std::pair(698, 2), std::pair(1055, 2), std::pair(1056, 3), std::pair(1413, 3), std::pair(1414, 4),
+          std::pair(1771, 4), std::pair(1772, 5), std::pair(1884, 5)}) {
+        // The sidebar takes 24 more from a window of 944 on.
+        const QList<QRect> places =
+            cards(stage, width + (width < 700 ? besideCardsWhereNarrow : besideCards));
+        ASSERT_EQ(places.size(), 10);
+        EXPECT_EQ(columnsOf(places), columns) << width;
         EXPECT_NEAR(places.first().width(), (width - (columns - 1) * 18) / columns, 1) << width;
-        EXPECT_EQ(places.last().top() - places.first().top(),
-                  (columns == 1 ? 3 : 1) * (places.first().height() + 18));
+        EXPECT_GE(places.first().width(), 340) << width;
+    }
+    EXPECT_EQ(columnsOf(cards(stage, 697 + besideCardsWhereNarrow)), 1);
+}
+
+TEST(FanGrid, ComesOutEven) {
+    for (const auto& [fans, columns] :
+         {std::pair(2, 2), std::pair(3, 3), std::pair(4, 4), std::pair(5, 5), std::pair(6, 3),
+          std::pair(7, 4), std::pair(8, 4), std::pair(10, 5)}) {
+        Stage stage;
+        stage.world.smc.addOlderFans(fans);
+        stage.showPage(Page::fans);
+        const QList<QRect> places = cards(stage, 2560);
+        ASSERT_EQ(places.size(), fans);
+        EXPECT_EQ(columnsOf(places), columns) << fans;
+        EXPECT_NEAR(places.first().width(), (1884.0 - (columns - 1) * 18) / columns, 1) << fans;
     }
 }
 
@@ -55,7 +77,7 @@ TEST(FanGrid, EndsAtThePagesEdgeWhateverDoesNotDivide) {
     Stage stage;
     stage.world.smc.addOlderFans(3);
     stage.showPage(Page::fans);
-    for (const int width : {1096, 1097, 1098, 1099, 1100, 1101}) {
+    for (const int width : {1056, 1057, 1058, 1059, 1060, 1061}) {
         const QList<QRect> places = cards(stage, width + besideCards);
         ASSERT_EQ(places.size(), 3);
         EXPECT_EQ(places.at(2).right() - places.at(0).left() + 1, width);

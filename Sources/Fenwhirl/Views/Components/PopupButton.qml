@@ -5,6 +5,8 @@ import Fenwhirl.Components
 //   labels          the choices, a list of strings
 //   currentIndex    the chosen one; -1 shows no choice; set by the owner
 //   text            what is chosen, for screen readers
+//   tight           whether the choice stands there smaller and closer: where it would be cut otherwise, unless given
+//   wantedWidth     what the present choice needs to stand there as usual
 //   fill            its ground: the well that a card has, unless given
 //   signal activated(int index)  a choice was made; the owner then changes currentIndex
 // Space, Return, Up and Down open the menu.
@@ -14,6 +16,8 @@ Pressable {
     required property var labels
     required property int currentIndex
     property color fill: Theme.well
+    property bool tight: wantedWidth > width
+    readonly property real wantedWidth: Math.ceil(metrics.advanceWidth) + 11 + 8 + arrows.width + 8
     readonly property string currentLabel: labels[currentIndex] ?? ""
     readonly property alias menu: opener.menu // null before it was first opened
 
@@ -23,7 +27,7 @@ Pressable {
     Accessible.role: Accessible.ComboBox
     implicitHeight: 28 + Theme.lineGrowth
     implicitWidth: Math.round(200 * Theme.textScale)
-    leftPadding: 11
+    leftPadding: tight ? 10 : 11
     rightPadding: 8
 
     Keys.onDownPressed: root.clicked()
@@ -42,8 +46,9 @@ Pressable {
             Accessible.ignored: true // the control says it
             anchors.left: parent.left
             anchors.right: arrows.left
-            anchors.rightMargin: 8
+            anchors.rightMargin: root.tight ? 6 : 8
             anchors.verticalCenter: parent.verticalCenter
+            size: root.tight ? 12 : 13
             text: root.currentLabel
         }
 
@@ -56,6 +61,12 @@ Pressable {
             name: "chevron.up.chevron.down"
             width: Math.round(13 * Theme.textScale)
         }
+    }
+
+    TextMetrics {
+        id: metrics
+        font.pixelSize: Math.round(13 * Theme.textScale)
+        text: root.currentLabel
     }
 
     MenuOpener {
