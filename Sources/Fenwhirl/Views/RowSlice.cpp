@@ -1,0 +1,21 @@
+#include "Fenwhirl/Views/RowSlice.h"
+
+void RowSlice::setFirst(int first) {
+    if (first == first_)
+        return;
+    first_ = first;
+    invalidateFilter();
+    Q_EMIT sliceChanged();
+}
+
+void RowSlice::setRows(int rows) {
+    if (rows == rows_)
+        return;
+    rows_ = rows;
+    invalidateFilter();
+    Q_EMIT sliceChanged();
+}
+
+bool RowSlice::filterAcceptsRow(int row, const QModelIndex& /*parent*/) const {
+    return row >= first_ && row - first_ < rows_;
+}

@@ -1,0 +1,38 @@
+// Some rows of a list that follow each other, as a list of their own: QML type `RowSlice`.
+//
+//   RowSlice { sourceModel: sensors; first: 12; rows: 12 }
+//
+// Rows that the source does not have are left out. Threads: main thread only.
+
+#pragma once
+
+#include <QSortFilterProxyModel>
+#include <QtQml/qqmlregistration.h>
+
+class RowSlice : public QSortFilterProxyModel {
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(int first READ first WRITE setFirst NOTIFY sliceChanged)
+    Q_PROPERTY(int rows READ rows WRITE setRows NOTIFY sliceChanged)
+
+public:
+    using QSortFilterProxyModel::QSortFilterProxyModel;
+
+    [[nodiscard]] int first() const { return first_; }
+
+    void setFirst(int first);
+
+    [[nodiscard]] int rows() const { return rows_; }
+
+    void setRows(int rows);
+
+Q_SIGNALS:
+    void sliceChanged();
+
+protected:
+    [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
+
+private:
+    int first_ = 0;
+    int rows_ = 0;
+};
