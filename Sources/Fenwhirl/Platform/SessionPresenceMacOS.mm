@@ -17,15 +17,19 @@ bool isOnConsole() {
 class SessionPresenceMacOS final : public SessionPresence {
 public:
     SessionPresenceMacOS() {
-        // First: nothing that changes from now on is missed.
-        became_ = observe(NSWorkspaceSessionDidBecomeActiveNotification, true);
-        resigned_ = observe(NSWorkspaceSessionDidResignActiveNotification, false);
+        @autoreleasepool { // the event loop, which has one, is not running yet
+            // First: nothing that changes from now on is missed.
+            became_ = observe(NSWorkspaceSessionDidBecomeActiveNotification, true);
+            resigned_ = observe(NSWorkspaceSessionDidResignActiveNotification, false);
+        }
         setInFront(isOnConsole());
     }
 
     ~SessionPresenceMacOS() override {
-        [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:became_];
-        [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:resigned_];
+        @autoreleasepool {
+            [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:became_];
+            [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:resigned_];
+        }
     }
 
     SessionPresenceMacOS(const SessionPresenceMacOS&) = delete;

@@ -47,8 +47,10 @@ namespace {
 // the system asks.
 void installDelegate() {
     static FenwhirlApplicationDelegate* delegate = nil; // the application holds its delegate weakly
-    delegate = [[FenwhirlApplicationDelegate alloc] init];
-    NSApplication.sharedApplication.delegate = delegate;
+    @autoreleasepool {
+        delegate = [[FenwhirlApplicationDelegate alloc] init];
+        NSApplication.sharedApplication.delegate = delegate;
+    }
 }
 
 } // namespace

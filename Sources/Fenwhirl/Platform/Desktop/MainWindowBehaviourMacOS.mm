@@ -11,11 +11,16 @@ NSWindow* nativeWindow(QWindow& window) {
     return view.window;
 }
 
+// Each has a pool of its own: what these calls hand out would otherwise stay until the event loop's pool
+// goes, and the first window is configured before there is one.
+
 // Since macOS 14 coming forward is a wish, made by `activate`; before, the other call was the way.
 void activateApplication() {
-    if (@available(macOS 14.0, *))
-        [NSApp activate];
-    [NSApp activateIgnoringOtherApps:YES];
+    @autoreleasepool {
+        if (@available(macOS 14.0, *))
+            [NSApp activate];
+        [NSApp activateIgnoringOtherApps:YES];
+    }
 }
 
 } // namespace
@@ -23,11 +28,13 @@ void activateApplication() {
 namespace MainWindowBehaviour {
 
 void configure(QWindow& window) {
-    NSWindow* native = nativeWindow(window);
-    native.styleMask |= NSWindowStyleMaskFullSizeContentView;
-    native.titlebarAppearsTransparent = YES;
-    native.titleVisibility = NSWindowTitleHidden;
-    native.movableByWindowBackground = YES;
+    @autoreleasepool {
+        NSWindow* native = nativeWindow(window);
+        native.styleMask |= NSWindowStyleMaskFullSizeContentView;
+        native.titlebarAppearsTransparent = YES;
+        native.titleVisibility = NSWindowTitleHidden;
+        native.movableByWindowBackground = YES;
+    }
 }
 
 void setRegular() {
@@ -43,10 +50,12 @@ void setAccessory() {
 
 void bringToFront(QWindow& window, const QString& /*token*/) {
     window.setVisible(true); // a maximised one stays maximised
-    NSWindow* native = nativeWindow(window);
-    if (native.miniaturized)
-        [native deminiaturize:nil];
-    [native makeKeyAndOrderFront:nil];
+    @autoreleasepool {
+        NSWindow* native = nativeWindow(window);
+        if (native.miniaturized)
+            [native deminiaturize:nil];
+        [native makeKeyAndOrderFront:nil];
+    }
     activateApplication();
 }
 

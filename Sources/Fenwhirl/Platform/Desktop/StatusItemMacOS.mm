@@ -44,37 +44,47 @@ NSImage* symbolImage(const SymbolPainter& symbol) {
 
 class StatusItemMacOS final : public StatusItem {
 public:
-    explicit StatusItemMacOS(const SymbolPainter& symbol)
-        : item_([NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength])
-        , target_([[FenwhirlStatusItemTarget alloc] init]) {
-        target_.chosen = [this] { Q_EMIT activated(place()); };
-        NSStatusBarButton* button = item_.button;
-        button.target = target_;
-        button.action = @selector(itemChosen:);
-        button.image = symbolImage(symbol);
-        button.imagePosition = NSImageLeft;
-        // Digits of one width: the items beside ours do not move with each new speed.
-        button.font = [NSFont monospacedDigitSystemFontOfSize:[NSFont menuBarFontOfSize:0].pointSize
-                                                       weight:NSFontWeightRegular];
+    explicit StatusItemMacOS(const SymbolPainter& symbol) : target_([[FenwhirlStatusItemTarget alloc] init]) {
+        @autoreleasepool { // the event loop, which has one, is not running yet
+            item_ = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
+            target_.chosen = [this] { Q_EMIT activated(place()); };
+            NSStatusBarButton* button = item_.button;
+            button.target = target_;
+            button.action = @selector(itemChosen:);
+            button.image = symbolImage(symbol);
+            button.imagePosition = NSImageLeft;
+            // Digits of one width: the items beside ours do not move with each new speed.
+            button.font = [NSFont monospacedDigitSystemFontOfSize:[NSFont menuBarFontOfSize:0].pointSize
+                                                           weight:NSFontWeightRegular];
+        }
     }
 
-    ~StatusItemMacOS() override { [NSStatusBar.systemStatusBar removeStatusItem:item_]; }
+    ~StatusItemMacOS() override {
+        @autoreleasepool {
+            target_.chosen = nullptr; // a click may be on its way
+            [NSStatusBar.systemStatusBar removeStatusItem:item_];
+        }
+    }
 
     StatusItemMacOS(const StatusItemMacOS&) = delete;
     StatusItemMacOS& operator=(const StatusItemMacOS&) = delete;
 
     void setText(const QString& text, const QString& /*shortText*/) override {
-        item_.button.title = text.toNSString();
+        @autoreleasepool {
+            item_.button.title = text.toNSString();
+        }
     }
 
     bool isPlaced() const override { return true; }
 
 private:
     QRect place() const {
-        const NSRect frame = item_.button.window.frame;
-        const NSRect firstScreen = NSScreen.screens.count > 0 ? NSScreen.screens[0].frame : NSRect{};
-        return placeFromTop(QRectF(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height),
-                            firstScreen.size.height);
+        @autoreleasepool {
+            const NSRect frame = item_.button.window.frame;
+            const NSRect firstScreen = NSScreen.screens.count > 0 ? NSScreen.screens[0].frame : NSRect{};
+            return placeFromTop(QRectF(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height),
+                                firstScreen.size.height);
+        }
     }
 
     NSStatusItem* item_;

@@ -29,33 +29,39 @@ class SystemAppearanceMacOS final : public SystemAppearance {
 public:
     SystemAppearanceMacOS() : observer_([[FenwhirlAppearanceObserver alloc] init]) {
         observer_.changed = [this] { read(); };
-        [NSApp addObserver:observer_
-                forKeyPath:@"effectiveAppearance"
-                   options:NSKeyValueObservingOptionNew
-                   context:nullptr];
-        motion_ = [NSWorkspace.sharedWorkspace.notificationCenter
-            addObserverForName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
-                        object:nil
-                         queue:NSOperationQueue.mainQueue
-                    usingBlock:^(NSNotification* notification) {
-                      (void)notification;
-                      read();
-                    }];
+        @autoreleasepool { // the event loop, which has one, is not running yet
+            [NSApp addObserver:observer_
+                    forKeyPath:@"effectiveAppearance"
+                       options:NSKeyValueObservingOptionNew
+                       context:nullptr];
+            motion_ = [NSWorkspace.sharedWorkspace.notificationCenter
+                addObserverForName:NSWorkspaceAccessibilityDisplayOptionsDidChangeNotification
+                            object:nil
+                             queue:NSOperationQueue.mainQueue
+                        usingBlock:^(NSNotification* notification) {
+                          (void)notification;
+                          read();
+                        }];
+        }
         read();
     }
 
     ~SystemAppearanceMacOS() override {
-        [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:motion_];
-        [NSApp removeObserver:observer_ forKeyPath:@"effectiveAppearance"];
+        @autoreleasepool {
+            [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:motion_];
+            [NSApp removeObserver:observer_ forKeyPath:@"effectiveAppearance"];
+        }
     }
 
     void choose(AppearanceChoice choice) override {
-        NSAppearance* appearance = nil; // follows the system
-        if (choice != AppearanceChoice::system)
-            appearance =
-                [NSAppearance appearanceNamed:choice == AppearanceChoice::dark ? NSAppearanceNameDarkAqua
-                                                                               : NSAppearanceNameAqua];
-        [static_cast<NSApplication*>(NSApp) setAppearance:appearance];
+        @autoreleasepool {
+            NSAppearance* appearance = nil; // follows the system
+            if (choice != AppearanceChoice::system)
+                appearance =
+                    [NSAppearance appearanceNamed:choice == AppearanceChoice::dark ? NSAppearanceNameDarkAqua
+                                                                                   : NSAppearanceNameAqua];
+            [static_cast<NSApplication*>(NSApp) setAppearance:appearance];
+        }
     }
 
     SystemAppearanceMacOS(const SystemAppearanceMacOS&) = delete;
@@ -63,10 +69,12 @@ public:
 
 private:
     void read() {
-        NSAppearanceName match = [NSApp.effectiveAppearance
-            bestMatchFromAppearancesWithNames:@[ NSAppearanceNameAqua, NSAppearanceNameDarkAqua ]];
-        setDark([match isEqualToString:NSAppearanceNameDarkAqua]);
-        setReducedMotion(NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion);
+        @autoreleasepool {
+            NSAppearanceName match = [NSApp.effectiveAppearance
+                bestMatchFromAppearancesWithNames:@[ NSAppearanceNameAqua, NSAppearanceNameDarkAqua ]];
+            setDark([match isEqualToString:NSAppearanceNameDarkAqua]);
+            setReducedMotion(NSWorkspace.sharedWorkspace.accessibilityDisplayShouldReduceMotion);
+        }
     }
 
     FenwhirlAppearanceObserver* observer_;
