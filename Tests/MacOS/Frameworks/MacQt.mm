@@ -1,0 +1,75 @@
+// What Qt has on a Mac and not here, and the native views of its windows.
+
+#import "Frameworks/MacQt.h"
+
+#import "Frameworks/FakeMac.h"
+#include "Frameworks/NativeWindows.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QWindow>
+
+#include <map>
+
+NSString* makeText(const QString& text);
+NSData* makeData(const QByteArray& content);
+
+QString QString::fromNSString(const NSString* text) {
+    return text == nil ? QString() : QString::fromUtf8([const_cast<NSString*>(text) UTF8String]);
+}
+
+NSString* QString::toNSString() const {
+    return makeText(*this);
+}
+
+QString QString::fromCFString(CFStringRef text) {
+    return fromNSString((__bridge NSString*)text);
+}
+
+NSData* QByteArray::toNSData() const {
+    return makeData(*this);
+}
+
+namespace {
+
+struct Native {
+    NSView* view;
+    NSWindow* window;
+};
+
+std::map<const QWindow*, Native>& natives() {
+    static auto* instance = new std::map<const QWindow*, Native>;
+    return *instance;
+}
+
+} // namespace
+
+// In the place of Qt's own: there the identifier is the address of a view, made with its window at the first
+// question.
+WId QWindow::winId() const {
+    FakeMac::wantMainThread("QWindow::winId");
+    Native& native = natives()[this];
+    if (native.view == nil) {
+        native.view = [[NSView alloc] init];
+        const bool isPanel = type() == Qt::Tool || type() == Qt::Popup;
+        native.window = isPanel ? [[NSPanel alloc] init] : [[NSWindow alloc] init];
+        native.window.hidesOnDeactivate = type() == Qt::Tool;
+        native.view.window = native.window;
+    }
+    return reinterpret_cast<WId>((__bridge void*)native.view);
+}
+
+NSWindow* FakeMac::nativeWindow(QWindow& window) {
+    (void)window.winId();
+    return natives()[&window].window;
+}
+
+void FakeMac::destroyNative(QWindow& window) {
+    natives().erase(&window);
+}
+
+void forgetViews();
+
+void forgetViews() {
+    natives().clear();
+}

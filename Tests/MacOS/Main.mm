@@ -1,0 +1,57 @@
+#import "AtStart.h"
+#include "Fenwhirl/Platform/Desktop/DesktopApplication.h"
+#import "Frameworks/FakeMac.h"
+#include "ObjectiveC/Runtime.h"
+
+#include <QCoreApplication>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+bool hasDelegate = false;
+bool hasEnvironment = false;
+bool left = false;
+__weak id<NSApplicationDelegate> installed = nil;
+
+// Qt calls it while the application object is being made.
+void look() {
+    @autoreleasepool {
+        installed = static_cast<NSApplication*>(NSApp).delegate;
+        hasDelegate = installed != nil;
+    }
+    hasEnvironment = qgetenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM") == "1" &&
+                     qgetenv("QV4_FORCE_INTERPRETER") == "1";
+}
+
+Q_COREAPP_STARTUP_FUNCTION(look)
+
+} // namespace
+
+id<NSApplicationDelegate> AtStart::delegate() {
+    return installed;
+}
+
+bool AtStart::hadDelegate() {
+    return hasDelegate;
+}
+
+bool AtStart::hadEnvironment() {
+    return hasEnvironment;
+}
+
+bool AtStart::leftSomething() {
+    return left;
+}
+
+// Drawn into memory: there is no screen, and the fake Mac draws nothing.
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);
+    left = !Runtime::takeStrayAutoreleases().empty();
+    @autoreleasepool {
+        FakeMac::checkEnd();
+    }
+    return RUN_ALL_TESTS();
+}

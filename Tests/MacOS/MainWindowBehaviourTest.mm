@@ -1,0 +1,86 @@
+#include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
+
+#import "Frameworks/NativeWindows.h"
+#import "MacTest.h"
+
+#include <QWindow>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class MainWindowBehaviourTest : public MacTest {
+protected:
+    void SetUp() override {
+        MacTest::SetUp();
+        (void)NSApplication.sharedApplication;
+    }
+
+    QWindow window;
+};
+
+} // namespace
+
+TEST_F(MainWindowBehaviourTest, HidesTheTitleAndKeepsTheStyleThatIsThere) {
+    FakeMac::nativeWindow(window).styleMask = 15;
+    beforeTheEventLoop([&] { MainWindowBehaviour::configure(window); });
+    NSWindow* native = FakeMac::nativeWindow(window);
+    EXPECT_EQ(native.styleMask, 15 | NSWindowStyleMaskFullSizeContentView);
+    EXPECT_TRUE(native.titlebarAppearsTransparent);
+    EXPECT_EQ(native.titleVisibility, NSWindowTitleHidden);
+    EXPECT_TRUE(native.movableByWindowBackground);
+}
+
+TEST_F(MainWindowBehaviourTest, ConfiguresTheNextNativeWindowToo) {
+    beforeTheEventLoop([&] { MainWindowBehaviour::configure(window); });
+    FakeMac::destroyNative(window);
+    beforeTheEventLoop([&] { MainWindowBehaviour::configure(window); });
+    EXPECT_TRUE(FakeMac::nativeWindow(window).titlebarAppearsTransparent);
+}
+
+// The first window is configured before the event loop: what its getter autoreleases would never be freed.
+TEST_F(MainWindowBehaviourTest, LetsTheFirstWindowGo) {
+    const std::size_t before = Runtime::liveObjects("NSWindow");
+    beforeTheEventLoop([&] { MainWindowBehaviour::configure(window); });
+    FakeMac::destroyNative(window);
+    EXPECT_EQ(Runtime::liveObjects("NSWindow"), before);
+}
+
+TEST_F(MainWindowBehaviourTest, BecomesRegularOnceAndComesForward) {
+    FakeMac::setSystemVersion(14);
+    beforeTheEventLoop([] { MainWindowBehaviour::setRegular(); });
+    EXPECT_THAT(FakeMac::journal(), ElementsAre("policy 0", "-[NSApplication activate]",
+                                                "-[NSApplication activateIgnoringOtherApps:YES]"));
+    FakeMac::journal().clear();
+    MainWindowBehaviour::setRegular();
+    EXPECT_THAT(FakeMac::journal(), IsEmpty());
+}
+
+TEST_F(MainWindowBehaviourTest, ComesForwardTheOldWayBeforeVersion14) {
+    MainWindowBehaviour::setRegular();
+    EXPECT_THAT(FakeMac::journal(),
+                ElementsAre("policy 0", "-[NSApplication activateIgnoringOtherApps:YES]"));
+}
+
+TEST_F(MainWindowBehaviourTest, BecomesAnAccessory) {
+    MainWindowBehaviour::setRegular();
+    FakeMac::journal().clear();
+    MainWindowBehaviour::setAccessory();
+    EXPECT_THAT(FakeMac::journal(), ElementsAre("policy 1"));
+}
+
+TEST_F(MainWindowBehaviourTest, BringsTheWindowForwardBeforeTheApplication) {
+    beforeTheEventLoop([&] { MainWindowBehaviour::bringToFront(window, {}); });
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_THAT(FakeMac::journal(), ElementsAre("-[NSWindow makeKeyAndOrderFront:]",
+                                                "-[NSApplication activateIgnoringOtherApps:YES]"));
+}
+
+TEST_F(MainWindowBehaviourTest, TakesAMinimisedWindowOutOfTheDockFirst) {
+    FakeMac::nativeWindow(window).miniaturized = YES;
+    beforeTheEventLoop([&] { MainWindowBehaviour::bringToFront(window, {}); });
+    EXPECT_THAT(FakeMac::journal(),
+                ElementsAre("-[NSWindow deminiaturize:]", "-[NSWindow makeKeyAndOrderFront:]",
+                            "-[NSApplication activateIgnoringOtherApps:YES]"));
+}
