@@ -3,6 +3,7 @@
 #include "Fenwhirl/Application/AppDelegate.h"
 #include "Fenwhirl/Application/ApplicationIconProvider.h"
 #include "Fenwhirl/Application/CommandLine.h"
+#include "Fenwhirl/Application/ProgramMenus.h"
 #include "Fenwhirl/Application/RealServices.h"
 #include "Fenwhirl/Application/WindowControl.h"
 #include "Fenwhirl/Localization/Localizer.h"
@@ -134,6 +135,13 @@ int fenwhirl_app_main(int argc, char** argv) {
     const std::unique_ptr<SystemAppearance> appearance = SystemAppearance::create();
     const std::unique_ptr<StatusItem> statusItem = StatusItem::create(drawStatusSymbol);
     WindowControl windows(monitor, processes, *appearance, viewServices());
+    const std::unique_ptr<MenuBar> menuBar = MenuBar::create();
+    const auto showMenus = [&menuBar, &windows] {
+        menuBar->show(programMenus({.showPage = [&windows](Page page) { windows.openPage(page); },
+                                    .createReport = [&windows] { windows.createReport(); }}));
+    };
+    QObject::connect(&monitor, &Monitor::languageChanged, &windows, showMenus);
+    showMenus();
     windows.rememberPlaceIn(stateFolder() + QStringLiteral("/window.json"));
     UpdateChecker updates(updateServices(real.preferences(), windows));
     AppDelegate delegate(monitor, windows, *statusItem, [&updates] { updates.startIfNeeded(); });

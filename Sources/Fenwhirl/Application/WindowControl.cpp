@@ -148,6 +148,15 @@ void WindowControl::openMain(const QString& token) {
     MainWindowBehaviour::bringToFront(*main_, token);
 }
 
+void WindowControl::openPage(Page page) {
+    monitor_.setSelectedPage(page);
+    openMain();
+}
+
+void WindowControl::createReport() {
+    models_.report()->create();
+}
+
 void WindowControl::togglePanel(const QRect& itemPlace, const QString& token) {
     panel_.toggle(itemPlace, token);
 }

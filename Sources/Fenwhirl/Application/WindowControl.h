@@ -66,6 +66,10 @@ public:
     // Closes the panel, then shows and raises the main window; makes it if there is none yet. `token` is the
     // desktop's permission to take the focus.
     void openMain(const QString& token = {});
+    // The same with this page.
+    void openPage(Page page);
+    // Begins a diagnostic report, as its button does.
+    void createReport();
     // Opens the panel at the status item's place, or closes it when it is open.
     void togglePanel(const QRect& itemPlace, const QString& token = {});
 

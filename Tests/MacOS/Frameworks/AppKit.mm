@@ -498,6 +498,21 @@ static void did(const char* what) {
     did("-[NSWindow invalidateShadow]");
 }
 
+- (void)performClose:(id)sender {
+    (void)sender;
+    did("-[NSWindow performClose:]");
+}
+
+- (void)performMiniaturize:(id)sender {
+    (void)sender;
+    did("-[NSWindow performMiniaturize:]");
+}
+
+- (void)performZoom:(id)sender {
+    (void)sender;
+    did("-[NSWindow performZoom:]");
+}
+
 - (void)close {
     did("-[NSWindow close]");
 }
@@ -623,6 +638,31 @@ __kindof NSApplication* NSApp = nil;
 - (void)terminate:(id)sender {
     (void)sender;
     did("-[NSApplication terminate:]");
+}
+
+- (void)hide:(id)sender {
+    (void)sender;
+    did("-[NSApplication hide:]");
+}
+
+- (void)hideOtherApplications:(id)sender {
+    (void)sender;
+    did("-[NSApplication hideOtherApplications:]");
+}
+
+- (void)unhideAllApplications:(id)sender {
+    (void)sender;
+    did("-[NSApplication unhideAllApplications:]");
+}
+
+- (void)arrangeInFront:(id)sender {
+    (void)sender;
+    did("-[NSApplication arrangeInFront:]");
+}
+
+- (void)orderFrontStandardAboutPanel:(id)sender {
+    (void)sender;
+    did("-[NSApplication orderFrontStandardAboutPanel:]");
 }
 
 - (void)replyToApplicationShouldTerminate:(BOOL)shouldTerminate {

@@ -1,0 +1,14 @@
+#include "Fenwhirl/Platform/Desktop/MenuBar.h"
+
+namespace {
+
+class NoMenuBar final : public MenuBar {
+public:
+    void show(const QList<Menu>& /*menus*/) override {}
+};
+
+} // namespace
+
+std::unique_ptr<MenuBar> MenuBar::create() {
+    return std::make_unique<NoMenuBar>();
+}
