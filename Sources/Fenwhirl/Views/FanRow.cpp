@@ -160,6 +160,14 @@ QString FanRow::constantText() const {
     return requestText(setting_.constantRPM);
 }
 
+QString FanRow::constantSpeedText() const {
+    return NumberFormat::rpmText(setting_.constantRPM);
+}
+
+QString FanRow::panelSpeedText() const {
+    return NumberFormat::rpmText(panelRPM());
+}
+
 double FanRow::panelRPM() const {
     const double rpm = setting_.mode == FanModeKind::constant ? setting_.constantRPM : fan_.rpm;
     // What is no number is shown as 0, and a slider has no place for that.

@@ -29,6 +29,8 @@ class FanRow : public QObject {
     // What the fan was last asked for, within its range, and in words; no number and no words while it is
     // left to macOS.
     Q_PROPERTY(double requestedFraction READ requestedFraction NOTIFY requestChanged)
+    // Whether it is asked for anything: else its mode is wanted, but not in force.
+    Q_PROPERTY(bool driven READ isDriven NOTIFY requestChanged)
     Q_PROPERTY(QString requestedText READ requestedText NOTIFY requestChanged)
     // The ends of the speed sliders; the upper one is always above the lower one.
     Q_PROPERTY(double lowestRPM READ lowestRPM NOTIFY rangeChanged)
@@ -37,8 +39,10 @@ class FanRow : public QObject {
     Q_PROPERTY(int mode READ mode WRITE setMode NOTIFY settingChanged)
     Q_PROPERTY(double constantRPM READ constantRPM WRITE setConstantRPM NOTIFY settingChanged)
     Q_PROPERTY(QString constantText READ constantText NOTIFY settingChanged)
+    Q_PROPERTY(QString constantSpeedText READ constantSpeedText NOTIFY settingChanged) // the number alone
     // What the panel's slider stands at; moving it makes the fan constant.
     Q_PROPERTY(double panelRPM READ panelRPM WRITE setPanelRPM NOTIFY panelRPMChanged)
+    Q_PROPERTY(QString panelSpeedText READ panelSpeedText NOTIFY panelRPMChanged)
     // A position in SensorChoices::names, -1 when the stored sensor does not exist.
     Q_PROPERTY(int sensorChoice READ sensorChoice WRITE setSensorChoice NOTIFY settingChanged)
     Q_PROPERTY(double startTemp READ startTemp WRITE setStartTemp NOTIFY settingChanged)
@@ -79,6 +83,9 @@ public:
     [[nodiscard]] double speedFraction() const;
     [[nodiscard]] double requestedFraction() const;
     [[nodiscard]] QString requestedText() const;
+
+    [[nodiscard]] bool isDriven() const { return fan_.requestedRPM.has_value(); }
+
     [[nodiscard]] double lowestRPM() const;
     [[nodiscard]] double highestRPM() const;
 
@@ -90,7 +97,9 @@ public:
 
     void setConstantRPM(double rpm);
     [[nodiscard]] QString constantText() const;
+    [[nodiscard]] QString constantSpeedText() const;
     [[nodiscard]] double panelRPM() const;
+    [[nodiscard]] QString panelSpeedText() const;
     void setPanelRPM(double rpm);
     [[nodiscard]] int sensorChoice() const;
     void setSensorChoice(int choice);

@@ -9,7 +9,10 @@ SliderGroup {
     stepSize: 50
     text: fan.constantText
     to: fan.highestRPM
+    unit: qsTr("tr/min")
     value: fan.constantRPM
+    valueText: fan.constantSpeedText
+    widestText: fan.highestText
 
     onMoved: value => fan.constantRPM = value
 }

@@ -11,22 +11,38 @@ Column {
     required property double from
     required property double to
     required property double stepSize
+    property string valueText: ""
+    property string unit: ""
+    property string widestText: valueText
 
     signal moved(double value)
 
     spacing: 6
 
     ChangingText {
+        id: sentence
+        // What the bubble would cut, it covers as a whole.
+        readonly property bool covered: slider.bubble.shown && slider.bubble.touches(0, Math.min(implicitWidth, width), 4)
+
         content: root.text
+        opacity: covered ? 0.2 : 1
         width: parent.width
+
+        Behavior on opacity {
+            NumberAnimation { duration: sentence.covered ? Theme.pressDuration : Theme.hoverDuration }
+        }
     }
 
     Slider {
+        id: slider
         from: root.from
         stepSize: root.stepSize
         text: root.text
         to: root.to
+        unit: root.unit
         value: root.value
+        valueText: root.valueText
+        widestText: root.widestText
         width: parent.width
 
         onMoved: value => root.moved(value)

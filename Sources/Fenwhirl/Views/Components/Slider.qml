@@ -5,6 +5,9 @@ import Fenwhirl.Components
 // while the pointer holds the knob it follows the pointer.
 //   value, from, to, stepSize
 //   text            what it sets, for screen readers
+//   valueText, unit, widestText  the value and its unit for the bubble above the knob, and the widest that the value can
+//                   get; without a text there is no bubble
+//   bubble          shows while the knob is held, and for a moment after each key
 //   signal moved(double value)  the value asked for: a multiple of the step, or one of the ends
 // A press on the track jumps there. Arrows move one step, Page keys ten, Home and End go to the ends.
 FocusScope {
@@ -15,6 +18,10 @@ FocusScope {
     required property double to
     property double stepSize: 1
     property string text: ""
+    property string valueText: ""
+    property string unit: ""
+    property string widestText: valueText
+    readonly property alias bubble: valueBubble
     readonly property bool pressed: area.pressed
     readonly property double shown: pressed ? held : value
     readonly property double position: Stepping.fraction(shown, from, to)
@@ -73,6 +80,7 @@ FocusScope {
             default:
                 return
             }
+            lingering.restart()
             event.accepted = true
         }
         onRequested: value => root.ask(Stepping.nearest(value, root.from, root.to, root.stepSize))
@@ -80,6 +88,11 @@ FocusScope {
         function step(count: int) {
             root.ask(Stepping.after(root.value, root.from, root.to, root.stepSize, count))
         }
+    }
+
+    Timer {
+        id: lingering
+        interval: 800
     }
 
     Rectangle {
@@ -138,5 +151,19 @@ FocusScope {
             const fraction = (x - grip - knob.width / 2) / travel
             root.ask(Stepping.nearest(root.from + fraction * (root.to - root.from), root.from, root.to, root.stepSize))
         }
+    }
+
+    ValueBubble {
+        id: valueBubble
+        aim: knob.x + knob.width / 2
+        designWidth: 92
+        leftmost: -8
+        rightmost: root.width + 8
+        shown: (area.pressed || lingering.running) && root.valueText !== ""
+        unit: root.unit
+        unitColor: Theme.muted
+        value: root.valueText
+        widestValue: root.widestText
+        y: knob.y - 4 - height
     }
 }

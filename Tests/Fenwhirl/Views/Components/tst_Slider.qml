@@ -124,6 +124,33 @@ Item {
             compare(slider.position, 0)
         }
 
+        function test_aBubbleShowsTheValueWhileTheKnobIsHeldAndForAWhileAfterAKey() {
+            slider.unit = "tr/min"
+            slider.valueText = Qt.binding(() => root.speed.toString())
+            const knob = 9 + 200 * (2000 - 1200) / (5777 - 1200)
+            verify(!slider.bubble.visible)
+            mousePress(slider, knob, 10)
+            verify(slider.bubble.visible)
+            compare(slider.bubble.value, "2000")
+            compare(slider.bubble.width, 92)
+            fuzzyCompare(slider.bubble.x + slider.bubble.width / 2, knob, 1)
+            compare(slider.bubble.y + slider.bubble.height, 1 - 4, "4 above the knob's box")
+            mouseMove(slider, 400, 10)
+            compare(slider.bubble.value, "5777")
+            compare(slider.bubble.x + slider.bubble.width, slider.width + 8, "not farther than 8 beyond the end")
+            mouseMove(slider, -50, 10)
+            compare(slider.bubble.x, -8)
+            mouseRelease(slider, -50, 10)
+            verify(!slider.bubble.visible)
+            keyClick(Qt.Key_Right)
+            verify(slider.bubble.visible)
+            compare(slider.bubble.value, "1250")
+            tryVerify(() => !slider.bubble.visible, 2000)
+            slider.valueText = ""
+            keyClick(Qt.Key_Right)
+            verify(!slider.bubble.visible, "nothing to show")
+        }
+
         function test_assistiveTechnologyReadsAndSetsTheValue() {
             const node = accessibility.find(slider, Accessible.Slider)
             verify(node !== null)
