@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // A small round button with a cross, 24 x 24.
-//   text   its name for screen readers
+//   text   its name, for screen readers and as a tooltip
 //   signal clicked
 Pressable {
     id: root
@@ -25,6 +25,11 @@ Pressable {
             height: 13
             name: "xmark"
             width: 13
+        }
+
+        HoverTip {
+            text: root.text
+            wanted: root.hovered && !root.down
         }
     }
 }

@@ -72,6 +72,7 @@ FocusScope {
         StepperHalf {
             direction: -1
             possible: Stepping.possible(root.value, root.from, root.to, root.stepSize, direction)
+            text: root.text
             width: parent.width / 2
 
             onPressed: range.forceActiveFocus(Qt.MouseFocusReason)
@@ -81,6 +82,7 @@ FocusScope {
         StepperHalf {
             direction: 1
             possible: Stepping.possible(root.value, root.from, root.to, root.stepSize, direction)
+            text: root.text
             width: parent.width / 2
             x: width
 

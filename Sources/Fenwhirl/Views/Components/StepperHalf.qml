@@ -4,12 +4,14 @@ import Fenwhirl.Components
 // One half of a Stepper: symbol, states, and the repetition while held.
 //   direction   -1 minus, 1 plus
 //   possible    whether a step in this direction is
+//   text        what it steps, as a tooltip
 //   signal pressed, stepped   stepped comes at once and then again and again while held
 Item {
     id: root
 
     required property int direction
     required property bool possible
+    property string text: ""
 
     signal pressed()
     signal stepped()
@@ -53,6 +55,11 @@ Item {
             repetition.interval = 400
             repetition.restart()
         }
+    }
+
+    HoverTip {
+        text: root.text
+        wanted: area.containsMouse && !area.pressed
     }
 
     Timer {
