@@ -11,24 +11,58 @@ Column {
     spacing: 8
 
     Item {
+        id: line
         height: speed.height
         width: parent.width
 
+        // Whether the value above the knob lies on what stands between these.
+        function isCovered(from: real, to: real): bool {
+            return slider.bubble.shown && slider.bubble.touches(from, to, 4)
+        }
+
+        ModeButton {
+            anchors.verticalCenter: parent.verticalCenter
+            description: root.fan.name + ", " + (root.fan.mode === 1 ? qsTr("Vitesse fixe") : qsTr("Selon un capteur"))
+            inForce: root.fan.driven
+            mode: root.fan.mode
+            text: qsTr("Auto")
+            x: (18 - width) / 2
+
+            onClicked: {
+                if (!leadsBack)
+                    return
+                slider.forceActiveFocus(Qt.OtherFocusReason) // first: the symbol is no stop any more then
+                root.fan.mode = 0
+            }
+        }
+
         ElidedLabel {
+            id: name
             anchors.baseline: speed.baseline
             anchors.left: parent.left
+            anchors.leftMargin: 26
             anchors.right: speed.left
             anchors.rightMargin: 12
+            opacity: line.isCovered(x, x + Math.min(width, implicitWidth)) ? 0.2 : 1
             text: root.fan.name
+
+            Behavior on opacity {
+                NumberAnimation { duration: slider.bubble.shown ? Theme.pressDuration : Theme.hoverDuration }
+            }
         }
 
         TabularText {
             id: speed
             anchors.right: unit.left
             anchors.rightMargin: 4
+            opacity: line.isCovered(x, unit.x + unit.width) ? 0.2 : 1
             size: 15
             text: root.fan.speedText
             weight: Font.DemiBold
+
+            Behavior on opacity {
+                NumberAnimation { duration: slider.bubble.shown ? Theme.pressDuration : Theme.hoverDuration }
+            }
         }
 
         Label {
@@ -36,17 +70,22 @@ Column {
             anchors.baseline: speed.baseline
             anchors.right: parent.right
             color: Theme.muted
+            opacity: speed.opacity
             size: 12
             text: qsTr("tr/min")
         }
     }
 
     Slider {
+        id: slider
         from: root.fan.lowestRPM
         stepSize: 50
         text: root.fan.name
         to: root.fan.highestRPM
+        unit: qsTr("tr/min")
         value: root.fan.panelRPM
+        valueText: root.fan.panelSpeedText
+        widestText: root.fan.highestText
         width: parent.width
 
         onMoved: value => root.fan.panelRPM = value

@@ -115,7 +115,30 @@ TEST(Symbols, OfTheIntroduction) {
 TEST(Symbols, OfThePanel) {
     Stage stage;
     stage.show(menuPanelFile());
-    EXPECT_EQ(symbolsOf(stage), (QList<Drawn>{symbol("fan", 18, PaletteColor::accent)}));
+    EXPECT_EQ(symbolsOf(stage), (QList<Drawn>{symbol("fan", 18, PaletteColor::accent),
+                                              symbol("mode.auto", 18, PaletteColor::muted),
+                                              symbol("mode.auto", 18, PaletteColor::muted)}));
+}
+
+TEST(Symbols, OfTheModesInThePanelSayWhetherTheyAreInForce) {
+    Stage stage;
+    stage.start();
+    FanSetting setting;
+    setting.mode = FanModeKind::constant;
+    stage.monitor().setSetting(0, setting);
+    setting.mode = FanModeKind::sensor;
+    stage.monitor().setSetting(1, setting);
+    stage.show(menuPanelFile());
+    const auto modes = [&stage] { return symbolsOf(stage).mid(1, 2); };
+    const auto both = [](PaletteColor color) {
+        return QList<Drawn>{symbol("mode.fixed", 18, color), symbol("mode.curve", 18, color)};
+    };
+    EXPECT_EQ(modes(), both(PaletteColor::muted)); // wanted
+    stage.poll();
+    EXPECT_EQ(modes(), both(PaletteColor::accent));
+    stage.world.setCelsius(93);
+    stage.poll();
+    EXPECT_EQ(modes(), both(PaletteColor::muted)); // handed back
 }
 
 } // namespace

@@ -9,6 +9,7 @@ import Fenwhirl.Components
 //   takesFocus       whether Tab stops here; false for the parts of a larger control
 //   disabledOpacity  of the whole control; 1 when its parts look after themselves
 //   ringRadius       corner radius of the control, for the ring around it
+//   reach            how far beyond its edges it can be pressed
 //   signal clicked   mouse, Space, Return, or a screen reader's press
 // It takes the focus when it is clicked, unless Tab does not stop here either.
 Item {
@@ -22,6 +23,7 @@ Item {
     property bool takesFocus: true
     property real disabledOpacity: 0.4
     property real ringRadius: 9
+    property real reach: 0
     property real leftPadding: 0
     property real rightPadding: 0
     property bool spaceHeld: false
@@ -74,6 +76,7 @@ Item {
     MouseArea {
         id: area
         anchors.fill: parent
+        anchors.margins: -root.reach
         hoverEnabled: true
 
         onClicked: root.clicked()
