@@ -59,6 +59,12 @@ FixedSizeWindow {
         onActivated: root.close()
     }
 
+    Shortcut {
+        sequences: ["Ctrl+Q"]
+
+        onActivated: root.models.quit()
+    }
+
     WindowCorners {
         radius: root.composed ? 0 : surface.radius
     }
@@ -103,64 +109,69 @@ FixedSizeWindow {
         padding: 16
 
         Column {
+            id: content
             spacing: 14
 
-            MenuHeader {
-                control: root.models.control
-                machine: root.models.machine
-                width: parent.width
-            }
-
-            Divider {
-                visible: temperatures.visible
-                width: parent.width
-            }
-
             Column {
-                id: temperatures
-                spacing: 8
-                visible: root.models.machine.panelSensors.count > 0
+                id: head
+                spacing: content.spacing
                 width: parent.width
 
-                Repeater {
-                    model: root.models.machine.panelSensors
-
-                    MenuSensorRow {
-                        width: parent.width
-                    }
-                }
-            }
-
-            Divider {
-                width: parent.width
-            }
-
-            ChipRow {
-                currentIndex: root.models.presets.activeIndex
-                labels: root.models.presets.titles
-                width: parent.width
-
-                onActivated: index => root.models.presets.apply(index)
-            }
-
-            Divider {
-                width: parent.width
-            }
-
-            Repeater {
-                model: root.models.machine.fans
-
-                MenuFanRow {
+                MenuHeader {
+                    control: root.models.control
+                    machine: root.models.machine
                     width: parent.width
                 }
+
+                Divider {
+                    visible: temperatures.visible
+                    width: parent.width
+                }
+
+                Column {
+                    id: temperatures
+                    spacing: 8
+                    visible: root.models.machine.panelSensors.count > 0
+                    width: parent.width
+
+                    Repeater {
+                        model: root.models.machine.panelSensors
+
+                        MenuSensorRow {
+                            width: parent.width
+                        }
+                    }
+                }
+
+                Divider {
+                    width: parent.width
+                }
+
+                ChipRow {
+                    currentIndex: root.models.presets.activeIndex
+                    labels: root.models.presets.titles
+                    width: parent.width
+
+                    onActivated: index => root.models.presets.apply(index)
+                }
             }
 
-            Divider {
+            MenuFanList {
+                machine: root.models.machine
+                margin: panel.padding
+                // What the rest leaves of the screen.
+                room: root.maximumPanelHeight - 2 * panel.padding - head.height - actions.height - 2 * content.spacing
                 visible: root.models.machine.fans.count > 0
                 width: parent.width
             }
 
+            Divider {
+                visible: root.models.machine.fans.count === 0
+                width: parent.width
+            }
+
             MenuActions {
+                id: actions
                 models: root.models
                 width: parent.width
             }

@@ -147,6 +147,97 @@ TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {
     EXPECT_FALSE(stage.find(QStringLiteral("Auto"), chip)->state().checked);
 }
 
+TEST(MenuPanel, TheSymbolOfAFansModeLeadsBackToAutomaticAndKeepsTheRest) {
+    Stage stage;
+    stage.start();
+    FanSetting setting;
+    setting.mode = FanModeKind::sensor;
+    setting.sensorKey = "TC0P";
+    setting.startTemp = 41;
+    stage.monitor().setSetting(1, setting);
+    stage.show(menuPanelFile());
+    // That of the automatic fan is a picture alone.
+    EXPECT_NE(stage.find(QStringLiteral("Auto"), QAccessible::Graphic), nullptr);
+    EXPECT_EQ(stage.find(QStringLiteral("Auto"), QAccessible::Button, 1), nullptr);
+    const QAccessibleInterface* symbol = stage.find(QStringLiteral("Auto"), QAccessible::Button);
+    ASSERT_NE(symbol, nullptr);
+    EXPECT_EQ(symbol->text(QAccessible::Description), QStringLiteral("Ventilateur droit, Selon un capteur"));
+    stage.click(QStringLiteral("Auto"));
+    setting.mode = FanModeKind::automatic;
+    EXPECT_EQ(stage.monitor().setting(1), setting);
+    EXPECT_EQ(stage.find(QStringLiteral("Auto"), QAccessible::Button), nullptr);
+    EXPECT_EQ(stage.find(QStringLiteral("Auto"), QAccessible::Graphic, 1)->text(QAccessible::Description),
+              QString());
+    // The keyboard goes on from where the symbol was.
+    const QAccessibleInterface* focused =
+        QAccessible::queryAccessibleInterface(stage.window().activeFocusItem());
+    EXPECT_EQ(focused->role(), slider);
+    EXPECT_EQ(focused->text(QAccessible::Name), QStringLiteral("Ventilateur droit"));
+}
+
+// The rows of fans that can be seen at least in part.
+int fansInView(Stage& stage, const QRect& list) {
+    int seen = 0;
+    for (const QAccessibleInterface* fan : stage.all(slider))
+        seen += list.intersects(fan->rect()) ? 1 : 0;
+    return seen;
+}
+
+TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
+    Stage stage;
+    stage.world.smc.addOlderFans(10);
+    stage.show(menuPanelFile());
+    const int fans = static_cast<int>(stage.all(slider).size());
+    ASSERT_GE(fans, 9);
+    stage.window().setProperty("maximumPanelHeight", 600);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+        static_cast<void>(stage.window().grabWindow());
+        return stage.window().height() == 600;
+    }));
+    const auto quit = [&] { return stage.find(QStringLiteral("Quitter"), QAccessible::Button)->rect(); };
+    const auto lastChip = [&] { return stage.find(QStringLiteral("Max"), chip)->rect(); };
+    const QRect quitBefore = quit();
+    const QRect chipBefore = lastChip();
+    EXPECT_EQ(quitBefore.bottom() + 1 + 16, stage.window().y() + 600);
+    const int firstButton = stage.find(QStringLiteral("Ouvrir Fenwhirl"), QAccessible::Button)->rect().top();
+    const QRect list(QPoint(stage.window().x(), chipBefore.bottom() + 14),
+                     QPoint(quitBefore.right(), firstButton - 14));
+    EXPECT_LT(fansInView(stage, list), fans);
+    EXPECT_GE(fansInView(stage, list), 2);
+    // The keyboard brings the last fan into view, and nothing but the list has moved.
+    while (QAccessible::queryAccessibleInterface(stage.window().activeFocusItem()) == nullptr ||
+           QAccessible::queryAccessibleInterface(stage.window().activeFocusItem())->role() != slider)
+        stage.press(Qt::Key_Tab);
+    for (int i = 1; i < fans; ++i)
+        stage.press(Qt::Key_Tab);
+    static_cast<void>(stage.window().grabWindow());
+    EXPECT_TRUE(list.contains(stage.all(slider).last()->rect())) << stage.all(slider).last()->rect().top();
+    EXPECT_EQ(quit(), quitBefore);
+    EXPECT_EQ(lastChip(), chipBefore);
+}
+
+TEST(MenuPanel, WhereNotEvenThreeFansFitAllOfItScrolls) {
+    Stage stage;
+    stage.world.smc.addOlderFans(10);
+    stage.show(menuPanelFile());
+    stage.window().setProperty("maximumPanelHeight", 380);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+        static_cast<void>(stage.window().grabWindow());
+        return stage.window().height() == 380;
+    }));
+    EXPECT_GT(stage.find(QStringLiteral("Quitter"), QAccessible::Button)->rect().top(),
+              stage.window().y() + 380);
+    EXPECT_TRUE(stage.all(slider).last()->rect().bottom() <
+                stage.find(QStringLiteral("Ouvrir Fenwhirl"), QAccessible::Button)->rect().top());
+}
+
+TEST(MenuPanel, CtrlQQuits) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    QTest::keyClick(&stage.window(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(stage.timesQuit, 1);
+}
+
 TEST(MenuPanel, AFanWithoutARangeGetsOneOfOneTurn) {
     Stage stage;
     stage.world.smc.setNumber("F0Mn", "fpe2", 1200);

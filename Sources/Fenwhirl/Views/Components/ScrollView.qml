@@ -5,6 +5,7 @@ import Fenwhirl.Components
 //   padding        18 unless given
 //   frameWidth     what the content may take at most; beyond that its frame stands in the middle
 //   columnWidth    what it takes of that frame at most, from its left edge
+//   revealMargin   how far from its edges a control that receives the focus is brought; 12 unless given
 //   content        default
 // Wheel, touchpad, a finger on the screen, the scroll bar, and the keys Page Up, Page Down, Home, End, Up and Down that no control in it used.
 // A control that receives the focus by keyboard is brought into view.
@@ -14,6 +15,7 @@ Flickable {
     property real padding: 18
     property real frameWidth: Infinity
     property real columnWidth: Infinity
+    property real revealMargin: 12
     default property Item content
 
     boundsBehavior: Flickable.StopAtBounds
@@ -71,7 +73,7 @@ Flickable {
 
     function reveal(item: Item) {
         const top = item.mapToItem(contentItem, 0, 0).y
-        const margin = 12
+        const margin = revealMargin
         if (top - margin < contentY)
             scrollBy(top - margin - contentY)
         else if (top + item.height + margin > contentY + height)
@@ -125,6 +127,7 @@ Flickable {
 
     WheelHandler {
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+        enabled: root.contentHeight > root.height // else what it lies in may scroll
         target: null
 
         onWheel: event => root.scrollBy(WheelSteps.distance(event.pixelDelta, event.angleDelta, Theme.textScale))

@@ -1,0 +1,102 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Fenwhirl.Components
+import Fenwhirl.Views
+
+// The fans of the status item's panel, between two hairlines. Where they have no room they scroll, and a row that is cut and
+// soft edges say that there are more.
+//   room   what there is for it
+// Its height is that of all rows if they fit, else the room; but at least two and a half rows, or else again that of all: then
+// what it lies in scrolls.
+Item {
+    id: root
+
+    required property MachineView machine
+    property real room: 100000
+    // From the edge of the panel, to which the scroll bar reaches.
+    property real margin: 16
+    readonly property real spacing: 14
+    readonly property real rowHeight: rows.count > 0 ? (rows.itemAt(0)?.implicitHeight ?? 0) : 0
+    readonly property real whole: list.height + 2 * spacing
+    readonly property real least: spacing + 2.5 * (rowHeight + spacing)
+
+    implicitHeight: whole <= room || room < least ? whole : room
+
+    ScrollView {
+        id: view
+        height: parent.height
+        padding: 0
+        revealMargin: 28
+        width: parent.width + 2 * root.margin
+        x: -root.margin
+
+        Item {
+            height: root.whole
+
+            Column {
+                id: list
+                spacing: root.spacing
+                width: parent.width - 2 * root.margin
+                x: root.margin
+                y: root.spacing
+
+                Repeater {
+                    id: rows
+                    model: root.machine.fans
+
+                    MenuFanRow {
+                        width: list.width
+                    }
+                }
+            }
+        }
+    }
+
+    component SoftEdge: Rectangle {
+        id: edge
+        required property bool shown
+        property color above: "transparent"
+        property color below: "transparent"
+
+        height: 28
+        opacity: shown ? 1 : 0
+        visible: opacity > 0
+        // Inside the panel's own hairline.
+        width: view.width - 2
+        x: view.x + 1
+
+        Behavior on opacity {
+            NumberAnimation { duration: Theme.hoverDuration }
+        }
+
+        gradient: Gradient {
+            GradientStop { color: edge.above; position: 0 }
+            GradientStop { color: edge.below; position: 1 }
+        }
+    }
+
+    SoftEdge {
+        objectName: "upperEdge"
+        above: Theme.card
+        below: Qt.alpha(Theme.card, 0)
+        shown: view.contentY > 0.5
+    }
+
+    SoftEdge {
+        objectName: "lowerEdge"
+        above: Qt.alpha(Theme.card, 0)
+        below: Theme.card
+        shown: view.contentY < view.contentHeight - view.height - 0.5
+        y: parent.height - height
+    }
+
+    Divider {
+        width: parent.width
+    }
+
+    Divider {
+        anchors.bottom: parent.bottom
+        width: parent.width
+    }
+}
