@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
@@ -43,6 +45,36 @@ Window {
         sequences: ["Ctrl+W"]
 
         onActivated: root.close()
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+Q"]
+
+        onActivated: root.models.quit()
+    }
+
+    // Not behind the introduction: what it covers must not change unseen.
+    Repeater {
+        model: 7
+
+        Item {
+            id: page
+            required property int index
+
+            Shortcut {
+                enabled: !onboarding.wanted
+                sequences: ["Ctrl+" + (page.index + 1)]
+
+                onActivated: root.models.pages.selectedIndex = page.index
+            }
+        }
+    }
+
+    Shortcut {
+        enabled: !onboarding.wanted
+        sequences: ["Ctrl+,"]
+
+        onActivated: root.models.pages.selectedIndex = 6 // the settings, the last of the seven
     }
 
     // Under everything else: what nothing there takes drags the window where its title bar is hidden. Elsewhere the title

@@ -186,4 +186,58 @@ TEST(MainWindow, WhatIsAsleepHearsNothing) {
     EXPECT_TRUE(stage.texts().join(u' ').contains(QStringLiteral("61")));
 }
 
+void pressWithControl(Stage& stage, Qt::Key key) {
+    QTest::keyClick(&stage.window(), key, Qt::ControlModifier);
+}
+
+TEST(MainWindow, CtrlAndADigitShowThatPage) {
+    Stage stage;
+    stage.showPage(Page::dashboard);
+    int number = 0;
+    for (const Page page : {Page::dashboard, Page::fans, Page::sensors, Page::apps, Page::presets,
+                            Page::alerts, Page::settings}) {
+        pressWithControl(stage, static_cast<Qt::Key>(Qt::Key_1 + number++));
+        EXPECT_EQ(stage.monitor().selectedPage(), page);
+    }
+    pressWithControl(stage, Qt::Key_8);
+    pressWithControl(stage, Qt::Key_0);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::settings);
+    pressWithControl(stage, Qt::Key_2);
+    pressWithControl(stage, Qt::Key_Comma);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::settings);
+}
+
+TEST(MainWindow, CtrlWClosesItAndCtrlQQuits) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    pressWithControl(stage, Qt::Key_Q);
+    EXPECT_EQ(stage.timesQuit, 1);
+    EXPECT_TRUE(stage.window().isVisible());
+    pressWithControl(stage, Qt::Key_W);
+    EXPECT_FALSE(stage.window().isVisible());
+    EXPECT_EQ(stage.timesQuit, 1);
+}
+
+TEST(MainWindow, WhatReloadsElsewhereChangesNothing) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    stage.click(QStringLiteral("Vitesse fixe"), QAccessible::RadioButton);
+    const QStringList texts = stage.texts();
+    const FanSetting setting = stage.monitor().setting(0);
+    stage.press(Qt::Key_F5);
+    pressWithControl(stage, Qt::Key_R);
+    EXPECT_EQ(stage.texts(), texts);
+    EXPECT_EQ(stage.monitor().setting(0), setting);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::fans);
+}
+
+TEST(MainWindow, BehindTheIntroductionNoPageIsChosen) {
+    Stage stage;
+    stage.onboarded = false;
+    stage.showPage(Page::dashboard);
+    pressWithControl(stage, Qt::Key_3);
+    pressWithControl(stage, Qt::Key_Comma);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::dashboard);
+}
+
 } // namespace
