@@ -1,7 +1,10 @@
 #include "Fenwhirl/Application/AppDelegate.h"
 
+#include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/NumberFormat.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
+
+#include <QCoreApplication>
 
 #include <utility>
 
@@ -18,12 +21,15 @@ AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& s
     connect(&monitor, &Monitor::polled, this, &AppDelegate::updateStatusItem);
     connect(&monitor, &Monitor::polled, this, &AppDelegate::applyChosenPreset);
     connect(&monitor, &Monitor::languageChanged, this, &AppDelegate::updateStatusItem);
+    connect(&monitor, &Monitor::languageChanged, this, &AppDelegate::updateStatusMenu);
+    connect(&monitor, &Monitor::activePresetChanged, this, &AppDelegate::updateStatusMenu);
     patienceTimer_.setSingleShot(true);
     connect(&patienceTimer_, &QTimer::timeout, this, [this] {
         if (!statusItem_.isPlaced())
             windows_.openMain();
     });
     updateStatusItem();
+    updateStatusMenu();
 }
 
 void AppDelegate::applicationDidFinishLaunching(Start start) {
@@ -60,4 +66,17 @@ void AppDelegate::updateStatusItem() {
     const QString shortText =
         celsius ? QString::number(NumberFormat::truncated(*celsius)) + QChar(u'°') : QString();
     statusItem_.setText(monitor_.menuText(), shortText);
+}
+
+void AppDelegate::updateStatusMenu() {
+    StatusMenu menu;
+    for (const Preset preset : allPresets) {
+        menu.push_back({.text = title(preset),
+                        .choose = [this, preset] { monitor_.apply(preset); },
+                        .isCurrent = monitor_.activePreset() == preset});
+    }
+    menu.push_back({});
+    menu.push_back({.text = localized(u"Ouvrir Fenwhirl"), .choose = [this] { windows_.openMain(); }});
+    menu.push_back({.text = localized(u"Quitter"), .choose = [] { QCoreApplication::quit(); }});
+    statusItem_.setMenu(std::move(menu));
 }

@@ -48,6 +48,7 @@ public:
 private:
     void updateStatusItem();
     void applyChosenPreset();
+    void updateStatusMenu();
 
     Monitor& monitor_;
     WindowControl& windows_;

@@ -19,6 +19,7 @@ public:
     QString shortText;
     bool placed = true;
     int timesTold = 0;
+    StatusMenu menu;
 
     FakeStatusItem() = default;
 
@@ -27,6 +28,8 @@ public:
         text = newText;
         shortText = newShortText;
     }
+
+    void setMenu(StatusMenu newMenu) override { menu = std::move(newMenu); }
 
     [[nodiscard]] bool isPlaced() const override { return placed; }
 };

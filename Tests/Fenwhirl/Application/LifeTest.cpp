@@ -271,6 +271,39 @@ TEST(StatusItemText, SaysWhatTheMenuTextSays) {
     EXPECT_EQ(life.statusItem.shortText, QStringLiteral("63°"));
 }
 
+// The texts, with the current choice in brackets.
+QStringList entriesOf(const StatusMenu& menu) {
+    QStringList texts;
+    for (const StatusMenuEntry& entry : menu)
+        texts.append(entry.isCurrent.value_or(false) ? u'[' + entry.text + u']' : entry.text);
+    return texts;
+}
+
+TEST(StatusItemMenu, OffersThePresetsTheWindowAndTheEnd) {
+    Life life(true);
+    QStringList expected = {QStringLiteral("Auto"),
+                            QStringLiteral("Silencieux"),
+                            QStringLiteral("Équilibré"),
+                            QStringLiteral("Jeu"),
+                            QStringLiteral("Max"),
+                            QString(),
+                            QStringLiteral("Ouvrir Fenwhirl"),
+                            QStringLiteral("Quitter")};
+    EXPECT_EQ(entriesOf(life.statusItem.menu), expected);
+    const StatusMenu menu = life.statusItem.menu;
+    menu.at(3).choose();
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::game);
+    expected[3] = QStringLiteral("[Jeu]");
+    EXPECT_EQ(entriesOf(life.statusItem.menu), expected);
+    EXPECT_EQ(life.windows->main(), nullptr);
+    menu.at(6).choose();
+    ASSERT_NE(life.windows->main(), nullptr);
+    EXPECT_TRUE(life.windows->main()->isVisible());
+    life.world.monitor().setLanguage(AppLanguage::de);
+    EXPECT_NE(entriesOf(life.statusItem.menu).last(), QStringLiteral("Quitter"));
+    life.world.monitor().setLanguage(AppLanguage::fr);
+}
+
 TEST(Language, ReachesOpenWindowsAndTheStatusItem) {
     Life life(true);
     life.windows->openMain();

@@ -17,7 +17,21 @@
 #include <QRect>
 #include <QString>
 
+#include <functional>
 #include <memory>
+#include <optional>
+#include <vector>
+
+// One line of the item's context menu.
+struct StatusMenuEntry {
+    QString text = {};                  // empty: a line between two groups
+    std::function<void()> choose = {};  // called on the main thread
+    std::optional<bool> isCurrent = {}; // one of a group, of which at most one is the current choice
+
+    [[nodiscard]] bool isLine() const { return text.isEmpty(); }
+};
+
+using StatusMenu = std::vector<StatusMenuEntry>;
 
 class StatusItem : public QObject {
     Q_OBJECT
@@ -29,6 +43,10 @@ public:
     // `text` is all there is to say ("2 400 tr/min · 63 °C"); `shortText` is what fits into an icon ("63°"),
     // empty when there is nothing short to say.
     virtual void setText(const QString& text, const QString& shortText) = 0;
+
+    // What a press of the other mouse button offers, in the user's language; until then, and where a host has
+    // no place for it, that press is one like any other. Not on macOS and not in GNOME.
+    virtual void setMenu(StatusMenu /*menu*/) {}
 
     // Whether the user can see the item now.
     [[nodiscard]] virtual bool isPlaced() const = 0;

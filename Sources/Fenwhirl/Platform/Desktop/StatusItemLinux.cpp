@@ -74,6 +74,8 @@ void StatusItemLinux::showNotifierItem() {
         const QPoint place = known ? pointOfPixel(pixel) : QCursor::pos();
         Q_EMIT activated(QRect(place, QSize(0, 0)), token);
     });
+    if (!menu_.empty())
+        item_->setMenu(menu_);
     updateContent(); // before the announcement: the host reads everything at once
     item_->announce();
 }
@@ -87,7 +89,11 @@ void StatusItemLinux::showClassicIcon() {
         return; // the classic tray needs widgets
     if (!classic_) {
         classic_ = std::make_unique<QSystemTrayIcon>();
-        connect(classic_.get(), &QSystemTrayIcon::activated, this, [this] {
+        connect(classic_.get(), &QSystemTrayIcon::activated, this, [this](int reason) {
+            if (reason == QSystemTrayIcon::Context && !menu_.empty()) {
+                showClassicMenu();
+                return;
+            }
             const QRect place = classic_->geometry();
             Q_EMIT activated(place.isEmpty() ? QRect(QCursor::pos(), QSize(0, 0)) : place);
         });
@@ -101,6 +107,29 @@ bool StatusItemLinux::isPlaced() const {
     if (host_.isAvailable())
         return true;
     return classic_ && classic_->isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
+}
+
+void StatusItemLinux::setMenu(StatusMenu menu) {
+    menu_ = std::move(menu);
+    if (item_)
+        item_->setMenu(menu_);
+}
+
+// Made anew each time: it is hardly ever asked for, and a menu that waits costs memory.
+void StatusItemLinux::showClassicMenu() {
+    classicMenu_ = std::make_unique<QMenu>();
+    for (const StatusMenuEntry& entry : menu_) {
+        if (entry.isLine()) {
+            classicMenu_->addSeparator();
+            continue;
+        }
+        QString text = entry.text;
+        QAction* const action = classicMenu_->addAction(text.replace(u'&', QStringLiteral("&&")));
+        action->setCheckable(entry.isCurrent.has_value());
+        action->setChecked(entry.isCurrent.value_or(false));
+        connect(action, &QAction::triggered, this, [choose = entry.choose] { choose(); });
+    }
+    classicMenu_->popup(QCursor::pos());
 }
 
 void StatusItemLinux::setText(const QString& text, const QString& shortText) {

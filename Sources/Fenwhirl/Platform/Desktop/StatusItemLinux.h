@@ -13,6 +13,7 @@
 #include <QDBusConnection>
 #include <QImage>
 #include <QList>
+#include <QMenu>
 #include <QSystemTrayIcon>
 
 #include <memory>
@@ -27,6 +28,7 @@ public:
                     std::unique_ptr<SystemAppearance> appearance);
 
     void setText(const QString& text, const QString& shortText) override;
+    void setMenu(StatusMenu menu) override;
     [[nodiscard]] bool isPlaced() const override;
 
 private:
@@ -35,6 +37,7 @@ private:
     void showNotifierItem();
     void showClassicIcon();
     void updateContent();
+    void showClassicMenu();
 
     SymbolPainter symbol_;
     QDBusConnection bus_;
@@ -43,6 +46,8 @@ private:
     std::unique_ptr<SystemAppearance> appearance_;
     std::unique_ptr<StatusNotifierItem> item_;
     std::unique_ptr<QSystemTrayIcon> classic_;
+    StatusMenu menu_;
+    std::unique_ptr<QMenu> classicMenu_; // the one that was shown last
     QString text_;
     QString shortText_;
 

@@ -44,6 +44,10 @@ QString itemPath() {
     return QStringLiteral("/StatusNotifierItem");
 }
 
+QString menuPath() {
+    return itemPath() + QStringLiteral("/Menu");
+}
+
 StatusNotifierPixmap pixmapOf(const QImage& image) {
     const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
     StatusNotifierPixmap pixmap{argb.width(), argb.height(), {}};
@@ -93,6 +97,7 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const StatusH
 StatusNotifierItem::~StatusNotifierItem() {
     bus_.unregisterService(service_);
     bus_.unregisterObject(itemPath());
+    bus_.unregisterObject(menuPath());
     QDBusConnection::disconnectFromBus(bus_.name());
 }
 
@@ -140,11 +145,23 @@ QString StatusNotifierItem::status() const {
     return QStringLiteral("Active");
 }
 
-// There is none, and the protocol has a path that says so. A host that wants one is told of one that does not
+// Not for a host that shows the menu at a press that means the panel.
+void StatusNotifierItem::setMenu(StatusMenu menu) {
+    if (habits_.wantsMenu)
+        return;
+    const bool isNew = !menu_;
+    if (isNew)
+        menu_ = std::make_unique<StatusNotifierMenu>();
+    menu_->setEntries(std::move(menu));
+    if (isNew)
+        bus_.registerObject(menuPath(), menu_.get(),
+                            QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllProperties);
+}
+
+// The protocol has a path that says that there is none. A host that wants one is told of one that does not
 // exist, which it shows as empty.
 QDBusObjectPath StatusNotifierItem::menu() const {
-    return QDBusObjectPath(habits_.wantsMenu ? itemPath() + QStringLiteral("/Menu")
-                                             : QStringLiteral("/NO_DBUSMENU"));
+    return QDBusObjectPath(habits_.wantsMenu || menu_ ? menuPath() : QStringLiteral("/NO_DBUSMENU"));
 }
 
 // GNOME's extension keeps one press for menus and two for Activate. Until an Activate has succeeded it counts

@@ -8,6 +8,7 @@
 #pragma once
 
 #include "Fenwhirl/Platform/Desktop/StatusHostHabits.h"
+#include "Fenwhirl/Platform/Desktop/StatusNotifierMenu.h"
 
 #include <QByteArray>
 #include <QDBusArgument>
@@ -22,6 +23,7 @@
 #include <QString>
 
 #include <chrono>
+#include <memory>
 #include <utility>
 
 // An image as the protocol carries it: ARGB, most significant byte first.
@@ -78,6 +80,9 @@ public:
     void announce();
     // Tells the host, which then asks for it.
     void setIcons(const QList<QImage>& icons);
+    // The context menu, if the host has a place for one; before the item is announced, or later with other
+    // entries.
+    void setMenu(StatusMenu menu);
     // Whoever asks gets this text from now on. A host that writes it into its bar is told at once; any other
     // after a change of the icon, but seldom otherwise, and then only that the tool tip is another: speeds
     // flutter with every poll, and each word with the host wakes both programs up.
@@ -136,6 +141,7 @@ private:
     QElapsedTimer told_;
     bool iconChanged_ = false; // since then
     StatusNotifierPixmaps icon_;
+    std::unique_ptr<StatusNotifierMenu> menu_;
 };
 
 // The same with its text as a label, for hosts that write it beside the icon. Not of the protocol: a host

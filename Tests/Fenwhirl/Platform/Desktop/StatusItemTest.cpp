@@ -93,6 +93,21 @@ public:
         return reply.value();
     }
 
+    // What the newest item's menu answers.
+    QVariantList askMenu(const QString& method, const QVariantList& arguments) {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            items.last(), qvariant_cast<QDBusObjectPath>(property(QStringLiteral("Menu"))).path(),
+            QStringLiteral("com.canonical.dbusmenu"), method);
+        call.setArguments(arguments);
+        return asyncReply(call).reply().arguments();
+    }
+
+    void choose(int id) {
+        static_cast<void>(askMenu(QStringLiteral("Event"),
+                                  {id, QStringLiteral("clicked"),
+                                   QVariant::fromValue(QDBusVariant(QString())), QVariant::fromValue(0U)}));
+    }
+
     // What comes back.
     QDBusMessage activate(int x, int y) {
         QDBusMessage call = QDBusMessage::createMethodCall(
@@ -100,6 +115,14 @@ public:
             QStringLiteral("Activate"));
         call << x << y;
         return finished(call).reply();
+    }
+
+    // Whether there is nothing to be asked at that path.
+    bool refuses(const QString& path) {
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            items.last(), path, QStringLiteral("com.canonical.dbusmenu"), QStringLiteral("AboutToShow"));
+        call << 0;
+        return finished(call).isError();
     }
 
 private:
@@ -340,6 +363,83 @@ TEST(StatusNotifierItem, TellsTheHostAgainAfterThePause) {
     item.setText(QStringLiteral("2 401 tr/min"));
     EXPECT_EQ(told.count(), 2);
     EXPECT_EQ(named.count(), 1) << "one word for one change";
+}
+
+// A menu of two choices, a line and an action, which notes what is chosen.
+StatusMenu threeChoices(QStringList& chosen) {
+    const auto note = [&chosen](const char* name) {
+        return [&chosen, name] { chosen.append(QString::fromLatin1(name)); };
+    };
+    return {{.text = QStringLiteral("Auto"), .choose = note("auto"), .isCurrent = false},
+            {.text = QStringLiteral("Max_1"), .choose = note("max"), .isCurrent = true},
+            {},
+            {.text = QStringLiteral("Quitter"), .choose = note("quit")}};
+}
+
+StatusMenuLayout layoutOf(FakeWatcher& watcher) {
+    const QVariantList answer =
+        watcher.askMenu(QStringLiteral("GetLayout"), {0, -1, QVariant::fromValue(QStringList())});
+    return qdbus_cast<StatusMenuLayout>(answer.value(1).value<QDBusArgument>());
+}
+
+TEST(StatusItem, OffersItsMenuToTheHostAndDoesWhatIsChosen) {
+    FakeWatcher watcher;
+    QStringList chosen;
+    const auto item = makeItem();
+    item->setMenu(threeChoices(chosen));
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    EXPECT_FALSE(watcher.property(QStringLiteral("ItemIsMenu")).toBool()); // a click still opens the panel
+    const StatusMenuLayout menu = layoutOf(watcher);
+    EXPECT_EQ(menu.properties.value(QStringLiteral("children-display")), QStringLiteral("submenu"));
+    ASSERT_EQ(menu.children.size(), 4);
+    const auto entry = [&menu](qsizetype row) { return menu.children.at(row).properties; };
+    EXPECT_EQ(entry(0).value(QStringLiteral("label")), QStringLiteral("Auto"));
+    EXPECT_EQ(entry(0).value(QStringLiteral("toggle-type")), QStringLiteral("radio"));
+    EXPECT_EQ(entry(0).value(QStringLiteral("toggle-state")), 0);
+    EXPECT_EQ(entry(1).value(QStringLiteral("label")), QStringLiteral("Max__1")); // no letter is marked
+    EXPECT_EQ(entry(1).value(QStringLiteral("toggle-state")), 1);
+    EXPECT_EQ(entry(2), QVariantMap({{QStringLiteral("type"), QStringLiteral("separator")}}));
+    EXPECT_EQ(entry(3), QVariantMap({{QStringLiteral("label"), QStringLiteral("Quitter")}}));
+    for (const int id : {menu.children.at(3).id, menu.children.at(0).id, menu.children.at(2).id, 0, 99, -1})
+        watcher.choose(id);
+    EXPECT_EQ(chosen, QStringList({QStringLiteral("quit"), QStringLiteral("auto")}));
+}
+
+TEST(StatusItem, TellsTheHostOfAnotherMenu) {
+    FakeWatcher watcher;
+    QStringList chosen;
+    const auto item = makeItem();
+    item->setMenu(threeChoices(chosen));
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    const auto revision = [&watcher] {
+        return watcher.askMenu(QStringLiteral("GetLayout"), {0, 1, QVariant::fromValue(QStringList())})
+            .value(0)
+            .toUInt();
+    };
+    const uint before = revision();
+    item->setMenu({{.text = QStringLiteral("Neuf")}});
+    EXPECT_GT(revision(), before);
+    ASSERT_EQ(layoutOf(watcher).children.size(), 1);
+    watcher.choose(1); // an entry that does nothing
+    watcher.choose(4); // one that is gone
+    EXPECT_EQ(chosen, QStringList());
+}
+
+TEST(StatusItem, ScrollingOverItDoesNothing) {
+    StatusNotifierItem item(PrivateBus::connect());
+    QSignalSpy activated(&item, &StatusNotifierItem::activated);
+    item.Scroll(120, QStringLiteral("vertical"));
+    EXPECT_EQ(activated.count(), 0);
+}
+
+TEST_F(StatusItemUnder, GnomeGetsNoMenuBecauseItWouldOpenItInsteadOfThePanel) {
+    const Disguise disguise("gnome-shell");
+    show();
+    QStringList chosen;
+    item->setMenu(threeChoices(chosen));
+    const QString path = qvariant_cast<QDBusObjectPath>(watcher.property(QStringLiteral("Menu"))).path();
+    EXPECT_EQ(path, QStringLiteral("/StatusNotifierItem/Menu"));
+    EXPECT_TRUE(watcher.refuses(path));
 }
 
 TEST(StatusItem, TellsWhereItWasClicked) {

@@ -1,0 +1,98 @@
+// The context menu of a status notifier item, as hosts ask for it on the bus (com.canonical.dbusmenu): one
+// level of entries, numbered from 1. The host draws it, asks for the layout and says what was chosen.
+//
+// A new set of entries is a new revision, of which the host is told.
+//
+// Threads: main thread only. Linux only. The owner puts it on the bus.
+
+#pragma once
+
+#include "Fenwhirl/Platform/Desktop/StatusItem.h"
+
+#include <QDBusArgument>
+#include <QDBusVariant>
+#include <QList>
+#include <QMetaType>
+#include <QObject>
+#include <QStringList>
+#include <QVariantMap>
+
+// An entry with what is below it.
+struct StatusMenuLayout {
+    int id = 0;
+    QVariantMap properties;
+    QList<StatusMenuLayout> children;
+};
+Q_DECLARE_METATYPE(StatusMenuLayout)
+
+// The properties of an entry alone.
+struct StatusMenuProperties {
+    int id = 0;
+    QVariantMap properties;
+};
+Q_DECLARE_METATYPE(StatusMenuProperties)
+using StatusMenuPropertiesList = QList<StatusMenuProperties>;
+Q_DECLARE_METATYPE(StatusMenuPropertiesList)
+
+// Something that was done to an entry.
+struct StatusMenuEvent {
+    int id = 0;
+    QString name;
+    QDBusVariant data;
+    uint timestamp = 0;
+};
+Q_DECLARE_METATYPE(StatusMenuEvent)
+using StatusMenuEvents = QList<StatusMenuEvent>;
+Q_DECLARE_METATYPE(StatusMenuEvents)
+
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& layout);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuLayout& layout);
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuProperties& entry);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuProperties& entry);
+QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuEvent& event);
+const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuEvent& event);
+
+class StatusNotifierMenu : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
+    Q_PROPERTY(uint Version READ version)
+    Q_PROPERTY(QString TextDirection READ textDirection)
+    Q_PROPERTY(QString Status READ status)
+    Q_PROPERTY(QStringList IconThemePath READ iconThemePath)
+
+public:
+    explicit StatusNotifierMenu(QObject* parent = nullptr);
+
+    void setEntries(StatusMenu entries);
+
+    [[nodiscard]] uint version() const { return 3; }
+
+    [[nodiscard]] QString textDirection() const { return QStringLiteral("ltr"); }
+
+    [[nodiscard]] QString status() const { return QStringLiteral("normal"); }
+
+    [[nodiscard]] QStringList iconThemePath() const { return {}; }
+
+public Q_SLOTS:
+    Q_SCRIPTABLE uint GetLayout(int parent, int depth, const QStringList& names, StatusMenuLayout& layout);
+    Q_SCRIPTABLE StatusMenuPropertiesList GetGroupProperties(const QList<int>& ids, const QStringList& names);
+    Q_SCRIPTABLE QDBusVariant GetProperty(int id, const QString& name);
+    Q_SCRIPTABLE void Event(int id, const QString& name, const QDBusVariant& data, uint timestamp);
+    // The entries that do not exist.
+    Q_SCRIPTABLE QList<int> EventGroup(const StatusMenuEvents& events);
+    // Whether it has to be asked for anew first: never, it is always up to date.
+    Q_SCRIPTABLE bool AboutToShow(int id);
+    Q_SCRIPTABLE QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& unknown);
+
+Q_SIGNALS:
+    Q_SCRIPTABLE void LayoutUpdated(uint revision, int parent);
+
+private:
+    // 0 is the menu itself.
+    [[nodiscard]] bool exists(int id) const { return id >= 0 && id <= static_cast<int>(entries_.size()); }
+
+    [[nodiscard]] QVariantMap properties(int id, const QStringList& names) const;
+
+    StatusMenu entries_;
+    uint revision_ = 1;
+};
