@@ -8,6 +8,7 @@
 
 ShownApp shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource) {
     return {
+        .appId = app.id,
         .name = displayText(app.name),
         .iconSource = app.appPath ? iconSource(*app.appPath) : QString(),
         .shareText = NumberFormat::percentText(app.cpu),
@@ -19,13 +20,15 @@ ShownApp shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSour
 }
 
 AppList::AppList(QObject* parent)
-    : RowList({"name", "iconSource", "shareText", "memoryText", "fraction", "canQuit", "on"}, parent) {}
+    : RowList({"appId", "name", "iconSource", "shareText", "memoryText", "fraction", "canQuit", "on"},
+              parent) {}
 
 void AppList::setApps(const QList<ShownApp>& apps) {
-    QList<QVariantList> rows;
+    QList<Row> rows;
     rows.reserve(apps.size());
     for (const ShownApp& app : apps)
-        rows.append(
-            {app.name, app.iconSource, app.shareText, app.memoryText, app.fraction, app.canQuit, app.on});
+        rows.append({app.appId,
+                     {app.appId, app.name, app.iconSource, app.shareText, app.memoryText, app.fraction,
+                      app.canQuit, app.on}});
     setRows(rows);
 }

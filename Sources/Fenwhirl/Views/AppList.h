@@ -15,6 +15,7 @@
 
 // What one row shows of an application.
 struct ShownApp {
+    QString appId; // by which it is known again
     QString name;
     QString iconSource; // an image address; empty where the generic symbol stands
     QString shareText;  // "37 %"

@@ -104,6 +104,7 @@ PageFrame {
 
                     AppRow {
                         required property int index
+                        required property string appId
                         required property string memoryText
                         required property bool canQuit
 
@@ -114,7 +115,7 @@ PageFrame {
 
                         onToggled: on => {
                             if (!on)
-                                root.view.askToQuit(index)
+                                root.view.askToQuit(appId)
                         }
                     }
                 }

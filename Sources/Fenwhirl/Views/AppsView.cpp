@@ -4,6 +4,7 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/NumberFormat.h"
 
+#include <algorithm>
 #include <utility>
 
 AppsView::AppsView(ProcessMonitor& processes, IconSource iconSource, QObject* parent)
@@ -63,10 +64,13 @@ QString AppsView::questionIconSource() const {
     return askedAbout_ ? shown(*askedAbout_, true, iconSource_).iconSource : QString();
 }
 
-void AppsView::askToQuit(int row) {
-    if (row < 0 || row >= processes_.apps().size())
+void AppsView::askToQuit(const QString& appId) {
+    const QList<AppLoad>& apps = processes_.apps();
+    const auto app =
+        std::find_if(apps.begin(), apps.end(), [&appId](const AppLoad& each) { return each.id == appId; });
+    if (app == apps.end())
         return;
-    askedAbout_ = processes_.apps().at(row);
+    askedAbout_ = *app;
     refresh();
 }
 

@@ -42,8 +42,8 @@ public:
     [[nodiscard]] QString questionTitle() const;
     [[nodiscard]] QString questionIconSource() const;
 
-    // Opens the question about the application of a row.
-    Q_INVOKABLE void askToQuit(int row);
+    // Opens the question about an application, by its "appId"; nothing where it has left the list.
+    Q_INVOKABLE void askToQuit(const QString& appId);
 
     // The answers; each closes the question.
     Q_INVOKABLE void quit() { answer(false); }

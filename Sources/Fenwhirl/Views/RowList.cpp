@@ -1,5 +1,8 @@
 #include "Fenwhirl/Views/RowList.h"
 
+#include <QHash>
+#include <QSet>
+
 #include <algorithm>
 #include <utility>
 
@@ -7,34 +10,74 @@ RowList::RowList(QList<QByteArray> roleNames, QObject* parent)
     : QAbstractListModel(parent)
     , roleNames_(std::move(roleNames)) {}
 
-void RowList::setRows(const QList<QVariantList>& rows) {
-    const int before = count();
-    const int after = static_cast<int>(rows.size());
-    if (after < before) {
-        beginRemoveRows({}, after, before - 1);
-        rows_.resize(after);
-        endRemoveRows();
+void RowList::setRows(QList<Row> rows) {
+    QHash<QString, int> seen;
+    for (Row& row : rows) {
+        if (const int before = seen[row.identity]++; before > 0)
+            row.identity += QStringLiteral(" #%1").arg(before);
     }
-    for (int row = 0; row < std::min(before, after); ++row)
-        update(row, rows.at(row));
-    if (after > before) {
-        beginInsertRows({}, before, after - 1);
-        rows_ += rows.mid(before);
-        endInsertRows();
+    const int countBefore = count();
+    removeMissing(rows);
+    for (int place = 0; place < rows.size(); ++place) {
+        const Row& row = rows.at(place);
+        const auto later = std::find_if(rows_.begin() + std::min(place, count()), rows_.end(),
+                                        [&row](const Row& shown) { return shown.identity == row.identity; });
+        if (later == rows_.end()) {
+            // All at once, as far as they follow each other.
+            int end = place + 1;
+            while (end < rows.size() && !shows(rows.at(end).identity))
+                ++end;
+            beginInsertRows({}, place, end - 1);
+            for (int added = place; added < end; ++added)
+                rows_.insert(added, rows.at(added));
+            endInsertRows();
+            place = end - 1;
+            continue;
+        }
+        const int from = static_cast<int>(later - rows_.begin());
+        if (from != place) {
+            beginMoveRows({}, from, from, {}, place);
+            rows_.move(from, place);
+            endMoveRows();
+        }
+        update(place, row.values);
     }
-    if (after != before)
+    if (count() != countBefore)
         Q_EMIT countChanged();
+}
+
+void RowList::removeMissing(const QList<Row>& rows) {
+    QSet<QString> left;
+    for (const Row& row : rows)
+        left.insert(row.identity);
+    for (int last = count() - 1; last >= 0; --last) {
+        int first = last + 1;
+        while (first > 0 && !left.contains(rows_.at(first - 1).identity))
+            --first;
+        if (first > last)
+            continue;
+        beginRemoveRows({}, first, last);
+        rows_.remove(first, last - first + 1);
+        endRemoveRows();
+        last = first;
+    }
+}
+
+bool RowList::shows(const QString& identity) const {
+    return std::any_of(rows_.begin(), rows_.end(),
+                       [&identity](const Row& shown) { return shown.identity == identity; });
 }
 
 void RowList::update(int row, const QVariantList& values) {
     QList<int> roles;
+    QVariantList& shown = rows_[row].values;
     for (int place = 0; place < values.size(); ++place) {
-        if (rows_.at(row).at(place) != values.at(place))
+        if (shown.at(place) != values.at(place))
             roles.append(Qt::UserRole + place);
     }
     if (roles.isEmpty())
         return;
-    rows_[row] = values;
+    shown = values;
     Q_EMIT dataChanged(index(row), index(row), roles);
 }
 
@@ -46,7 +89,7 @@ QVariant RowList::data(const QModelIndex& index, int role) const {
     const int place = role - Qt::UserRole;
     if (!checkIndex(index, CheckIndexOption::IndexIsValid) || place < 0 || place >= roleNames_.size())
         return {};
-    return rows_.at(index.row()).at(place);
+    return rows_.at(index.row()).values.at(place);
 }
 
 QHash<int, QByteArray> RowList::roleNames() const {

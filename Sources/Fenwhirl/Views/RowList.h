@@ -1,8 +1,9 @@
 // Rows that are ready to be shown and are made anew at each reading.
 //
-// New rows are compared with the shown ones place by place: views hear of the rows and roles that differ, and
-// of rows that come or go at the end. What shows the same as before costs them nothing. (Where rows are
-// objects that move with what they stand for, as a fan under the user's hand: FanList.)
+// New rows are compared with the shown ones by what they stand for, a process or a sensor: views hear of the
+// rows and roles that differ, and of exactly the rows that come, go or move. So a row that has the focus, or
+// is in the user's hand, stays the same one however the others change. What shows the same as before costs
+// them nothing.
 //
 // Threads: main thread only.
 
@@ -11,6 +12,7 @@
 #include <QAbstractListModel>
 #include <QByteArray>
 #include <QList>
+#include <QString>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
@@ -33,12 +35,20 @@ protected:
     // The names of the roles, from Qt::UserRole on.
     explicit RowList(QList<QByteArray> roleNames, QObject* parent = nullptr);
 
-    // Each row has a value for each role, in the order of the names.
-    void setRows(const QList<QVariantList>& rows);
+    // One row: what it stands for, and a value for each role, in the order of the names.
+    struct Row {
+        QString identity;
+        QVariantList values;
+    };
+
+    // Of rows that stand for the same thing, each is the one at its place among them.
+    void setRows(QList<Row> rows);
 
 private:
+    void removeMissing(const QList<Row>& rows);
+    [[nodiscard]] bool shows(const QString& identity) const;
     void update(int row, const QVariantList& values);
 
     const QList<QByteArray> roleNames_;
-    QList<QVariantList> rows_;
+    QList<Row> rows_;
 };

@@ -16,6 +16,7 @@ constexpr double leastPeakDistance = 2.0;
 ShownSensor shown(const SensorState& sensor) {
     const bool hasPeak = sensor.highestCelsius - sensor.celsius >= leastPeakDistance;
     return {
+        .id = sensor.id,
         .name = SensorLabel::name(sensor.id),
         .temperature = NumberFormat::temperatureText(sensor.celsius),
         .fraction = Fenwhirl::sensorBarFraction(sensor.celsius),
@@ -42,10 +43,11 @@ SensorList::SensorList(QObject* parent)
     : RowList({"name", "temperature", "fraction", "hot", "peak", "peakHot", "range"}, parent) {}
 
 void SensorList::setSensors(const QList<ShownSensor>& sensors) {
-    QList<QVariantList> rows;
+    QList<Row> rows;
     rows.reserve(sensors.size());
     for (const ShownSensor& sensor : sensors)
-        rows.append({sensor.name, sensor.temperature, sensor.fraction, sensor.hot, sensor.peak,
-                     sensor.peakHot, sensor.range});
+        rows.append({sensor.id,
+                     {sensor.name, sensor.temperature, sensor.fraction, sensor.hot, sensor.peak,
+                      sensor.peakHot, sensor.range}});
     setRows(rows);
 }

@@ -12,6 +12,7 @@
 
 // What one row shows of a sensor.
 struct ShownSensor {
+    QString id; // by which it is known again
     QString name;
     QString temperature; // "63 °C"
     double fraction;     // of the bar, 0 to 1: full at 100 °C

@@ -89,35 +89,52 @@ TEST(SensorList, TellsOnlyOfWhatDiffers) {
     EXPECT_EQ(changed.count(), 1);
 }
 
-TEST(SensorList, GrowsAndShrinksAtItsEnd) {
+TEST(SensorList, SensorsComeGoAndMoveAsThemselves) {
     SensorList list;
     const ShownSensor first = shown({QStringLiteral("TC0P"), 50});
     const ShownSensor second = shown({QStringLiteral("TB0T"), 31});
+    const ShownSensor third = shown({QStringLiteral("TM0P"), 40});
     const int name = list.roleNames().key("name");
     const int hot = list.roleNames().key("hot");
     QSignalSpy inserted(&list, &SensorList::rowsInserted);
     QSignalSpy removed(&list, &SensorList::rowsRemoved);
+    QSignalSpy moved(&list, &SensorList::rowsMoved);
     QSignalSpy changed(&list, &SensorList::dataChanged);
     QSignalSpy counted(&list, &SensorList::countChanged);
     list.setSensors({first});
-    list.setSensors({first, second, first});
+    list.setSensors({second, third, first});
     ASSERT_EQ(inserted.count(), 2);
-    EXPECT_EQ(inserted.at(1).mid(1), QVariantList({1, 2}));
+    EXPECT_EQ(inserted.at(1).mid(1), QVariantList({0, 1})); // both at once
     EXPECT_EQ(list.count(), 3);
-    EXPECT_EQ(list.data(list.index(1), name), second.name);
+    EXPECT_EQ(list.data(list.index(1), name), third.name);
     EXPECT_EQ(list.data(list.index(1), hot), false);
     EXPECT_FALSE(list.data(list.index(1), list.roleNames().key("range") + 1).isValid());
-    EXPECT_EQ(changed.count(), 0);
-    list.setSensors({second});
+    EXPECT_EQ(removed.count(), 0);
+    list.setSensors({first, second, third});
+    ASSERT_EQ(moved.count(), 1);
+    EXPECT_EQ(list.data(list.index(0), name), first.name);
+    list.setSensors({third});
     ASSERT_EQ(removed.count(), 1);
-    EXPECT_EQ(removed.at(0).mid(1), QVariantList({1, 2}));
-    EXPECT_EQ(changed.count(), 1);
-    EXPECT_EQ(list.data(list.index(0), name), second.name);
+    EXPECT_EQ(removed.at(0).mid(1), QVariantList({0, 1}));
+    EXPECT_EQ(list.data(list.index(0), name), third.name);
+    EXPECT_EQ(changed.count(), 0);
     EXPECT_EQ(counted.count(), 3);
     list.setSensors({});
     EXPECT_EQ(list.rowCount(), 0);
     const QtWarnings::Provoked noSuchRow;
     EXPECT_FALSE(list.data(list.index(0), name).isValid());
+}
+
+// No controller has two sensors of one name, and no row may be lost if one did.
+TEST(SensorList, TheSameSensorTwiceIsTwoRows) {
+    SensorList list;
+    const ShownSensor one = shown({QStringLiteral("TC0P"), 50});
+    const ShownSensor other = shown({QStringLiteral("TB0T"), 31});
+    list.setSensors({one, one});
+    EXPECT_EQ(list.count(), 2);
+    list.setSensors({one, other, one});
+    EXPECT_EQ(list.count(), 3);
+    EXPECT_EQ(list.data(list.index(1), list.roleNames().key("name")), other.name);
 }
 
 TEST(SensorsPage, ListsThemByNameWithTheirCount) {
