@@ -257,8 +257,9 @@ class Interface:
                 continue  # it went away while we were looking
 
     def texts(self):
-        """The names of everything on the screen, in the order of the tree."""
-        return [name for name in (node.get_name() for node in self.nodes()) if name]
+        """The names of everything on the screen, in the order of the tree; not what a screen reader is only told."""
+        return [name for name, node in ((node.get_name(), node) for node in self.nodes())
+                if name and role_of(node) != "notification"]
 
     def outline(self):
         """Roles and names, for messages."""

@@ -62,7 +62,10 @@ PageFrame {
                     NeutralButton {
                         text: qsTr("Tester l'alerte")
 
-                        onClicked: root.preferences.testAlert()
+                        onClicked: {
+                            root.preferences.testAlert()
+                            Announcer.say(qsTr("Ceci est une alerte de test."))
+                        }
                     }
                 }
             }

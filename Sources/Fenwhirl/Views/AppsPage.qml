@@ -12,6 +12,9 @@ PageFrame {
 
     required property ViewModels models
     readonly property AppsView view: models.apps
+    readonly property string explanation: qsTr("Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.")
+    // Its first sentence.
+    readonly property string howToQuit: explanation.split(". ")[0] + "."
 
     property Dialog question: Dialog {
         readonly property bool wanted: root.view.asking
@@ -52,7 +55,7 @@ PageFrame {
 
             Paragraph {
                 color: Theme.muted
-                content: qsTr("Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.")
+                content: root.explanation
                 size: 12
                 width: Math.min(parent.width, 620 * Theme.textScale)
             }
@@ -110,6 +113,7 @@ PageFrame {
 
                         detail: memoryText
                         divider: index < root.view.apps.count - 1
+                        switchText: root.howToQuit
                         protectedText: canQuit ? "" : qsTr("Protégé")
                         width: parent.width
 

@@ -53,7 +53,7 @@ Card {
 
                 PrimaryButton {
                     id: install
-                    enabled: !root.control.installing
+                    available: !root.control.installing
                     text: root.control.installing ? qsTr("Activation…") : qsTr("Activer le contrôle")
                     visible: !root.control.installed
 
@@ -62,7 +62,8 @@ Card {
 
                 NeutralButton {
                     id: again
-                    enabled: !root.control.installing
+                    Accessible.description: qsTr("Contrôle des ventilateurs")
+                    available: !root.control.installing
                     text: root.control.installing ? qsTr("Activation…") : qsTr("Réinstaller")
                     visible: root.control.installed
 
@@ -71,6 +72,7 @@ Card {
 
                 NeutralButton {
                     id: off
+                    Accessible.description: qsTr("Contrôle des ventilateurs")
                     text: qsTr("Désactiver")
                     visible: root.control.installed
 
@@ -85,7 +87,10 @@ Card {
                 x: buttons.oneRow ? parent.width - width : 0
                 y: buttons.oneRow ? 0 : left.height + 8
 
-                onClicked: root.control.resetToAutomatic()
+                onClicked: {
+                    root.control.resetToAutomatic()
+                    Announcer.say(qsTr("Ventilateurs") + ", " + qsTr("Auto"))
+                }
             }
         }
     }

@@ -109,6 +109,21 @@ void FanRow::retranslate() {
     Q_EMIT settingChanged();
 }
 
+QString FanRow::summary() const {
+    const auto mode = [this] {
+        switch (setting_.mode) {
+        case FanModeKind::automatic:
+            return localized(u"Auto");
+        case FanModeKind::constant:
+            return localized(u"Vitesse fixe");
+        case FanModeKind::sensor:
+            return localized(u"Selon un capteur");
+        }
+        Q_UNREACHABLE();
+    };
+    return name_ + u' ' + speedText_ + u' ' + localized(u"tr/min") + QStringLiteral(", ") + mode();
+}
+
 double FanRow::fractionOf(double rpm) const {
     // A fan that reports no range at all still needs something to divide by.
     const double span = std::max(fan_.maxRPM - fan_.minRPM, 1.0);

@@ -80,6 +80,9 @@ public:
 
     [[nodiscard]] const QString& speedText() const { return speedText_; }
 
+    // Name, speed and mode in one phrase, for screen readers.
+    [[nodiscard]] QString summary() const;
+
     [[nodiscard]] double speedFraction() const;
     [[nodiscard]] double requestedFraction() const;
     [[nodiscard]] QString requestedText() const;

@@ -58,6 +58,8 @@ Card {
         }
 
         Item {
+            Accessible.name: qsTr("Capteurs")
+            Accessible.role: Accessible.List
             height: list.height
             width: parent.width
 

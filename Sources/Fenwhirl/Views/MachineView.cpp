@@ -126,3 +126,13 @@ QString MachineView::historyExtent() const {
 QString MachineView::sensorCountText() const {
     return localized(u"%@ capteurs de température", {QString::number(monitor_.sensors().size())});
 }
+
+QString MachineView::summary() const {
+    QStringList phrases;
+    if (hasTemperature())
+        phrases.append(localized(u"Température du processeur") + u' ' + temperatureText() +
+                       QStringLiteral(", ") + statusWord());
+    for (int row = 0; row < fans_.count(); ++row)
+        phrases.append(fans_.at(row)->summary());
+    return phrases.join(QStringLiteral(". "));
+}

@@ -32,6 +32,8 @@ class MachineView : public LiveView {
     // Their lowest and highest, for screen readers; empty while there are none.
     Q_PROPERTY(QString historyExtent READ historyExtent NOTIFY historyChanged)
     Q_PROPERTY(bool healthy READ healthy NOTIFY statusChanged)
+    // A position in the order normal, warm, hot.
+    Q_PROPERTY(int status READ status NOTIFY statusChanged)
     Q_PROPERTY(QString statusWord READ statusWord NOTIFY statusChanged)
     Q_PROPERTY(QString statusDetail READ statusDetail NOTIFY statusChanged)
     Q_PROPERTY(QString sensorCountText READ sensorCountText NOTIFY sensorCountTextChanged)
@@ -64,11 +66,17 @@ public:
 
     [[nodiscard]] bool healthy() const { return monitor_.status() == HealthStatus::normal; }
 
+    [[nodiscard]] int status() const { return static_cast<int>(monitor_.status()); }
+
     [[nodiscard]] QString statusWord() const { return word(monitor_.status()); }
 
     [[nodiscard]] QString statusDetail() const { return detail(monitor_.status()); }
 
     [[nodiscard]] QString sensorCountText() const;
+
+    // The machine in one breath, as it is now: main temperature, verdict, and each fan's speed and mode. For
+    // screen readers.
+    Q_INVOKABLE [[nodiscard]] QString summary() const;
 
     [[nodiscard]] FanList* fans() { return &fans_; }
 

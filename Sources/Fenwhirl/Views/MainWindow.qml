@@ -19,25 +19,39 @@ Window {
 
     // The keyboard must not reach what the onboarding covers.
     onActiveFocusItemChanged: {
-        if (onboarding.wanted && onboarding.overlay && content.covers(activeFocusItem))
-            onboarding.overlay.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
-        else if (isNowhere())
-            astray.start()
+        if (!onboarding.wanted || !onboarding.overlay || !content.covers(activeFocusItem))
+            return
+        const stops = keeper.stops(onboarding.overlay)
+        if (KeyboardFocus.backwards())
+            stops[stops.length - 1].forceActiveFocus(Qt.BacktabFocusReason)
+        else
+            stops[0].forceActiveFocus(Qt.TabFocusReason)
     }
 
-    // Whether the focus is on nothing, or what had it is gone.
-    function isNowhere(): bool {
-        return !onboarding.wanted && (activeFocusItem === contentItem || activeFocusItem === pageArea.scope)
+    FocusKeeper {
+        id: keeper
+        first: sidebar
+        scope: onboarding.wanted && onboarding.overlay ? onboarding.overlay : content
     }
 
-    // Not at once: what had the focus may be about to go.
-    Timer {
-        id: astray
-        interval: 0
+    Announcements {
+        models: root.models
+    }
 
-        onTriggered: {
-            if (root.isNowhere())
-                pageArea.takeFocus()
+    // How the Mac is, in one sentence for those who hear it.
+    Shortcut {
+        sequences: ["F1"]
+
+        onActivated: Announcer.say(root.models.machine.summary())
+    }
+
+    // The sidebar's own rows say by themselves which page they show.
+    Connections {
+        target: root.models.pages
+
+        function onSelectedChanged() {
+            if (!sidebar.hasFocus)
+                Announcer.say(root.models.pages.selectedTitle)
         }
     }
 
@@ -147,10 +161,12 @@ Window {
             overlay.gone.connect(() => onboarding.source = "")
         }
         onWantedChanged: {
-            if (!wanted && overlay)
+            if (!wanted && overlay) {
                 overlay.shown = false
-            else if (wanted && !firstPicture.enabled)
+                Announcer.say(root.models.pages.selectedTitle)
+            } else if (wanted && !firstPicture.enabled) {
                 load()
+            }
         }
     }
 

@@ -11,7 +11,7 @@ Column {
     spacing: 8
 
     SecondaryButton {
-        enabled: !root.models.control.installing
+        available: !root.models.control.installing
         designHeight: 34
         text: root.models.control.installing ? qsTr("Activation…") : qsTr("Activer le contrôle des ventilateurs")
         visible: root.models.control.offersActivation

@@ -44,6 +44,7 @@ Item {
         id: close
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
+        Accessible.description: root.words
         text: qsTranslate("SystemWords", "Close")
 
         onClicked: root.control.dismissError()

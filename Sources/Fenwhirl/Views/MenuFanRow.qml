@@ -76,8 +76,18 @@ Column {
         }
     }
 
+    // Screen readers say at once what changes of the focused control: it keeps the speed that they have said.
+    property string spokenSpeed
+
+    Binding on spokenSpeed {
+        restoreMode: Binding.RestoreNone
+        value: speed.text + " " + unit.text
+        when: !slider.activeFocus
+    }
+
     Slider {
         id: slider
+        detail: root.spokenSpeed
         from: root.fan.lowestRPM
         stepSize: 50
         text: root.fan.name

@@ -24,9 +24,20 @@ FixedSizeWindow {
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
     title: "Fenwhirl"
 
-    onActiveFocusItemChanged: {
-        if (activeFocusItem === null || activeFocusItem === contentItem)
-            panel.forceActiveFocus()
+    FocusKeeper {
+        first: chips
+        scope: panel
+    }
+
+    Announcements {
+        models: root.models
+    }
+
+    // How the Mac is, in one sentence for those who hear it.
+    Shortcut {
+        sequences: ["F1"]
+
+        onActivated: Announcer.say(root.models.machine.summary())
     }
 
     onVisibleChanged: { if (visible) appear.restart() }
@@ -130,6 +141,8 @@ FixedSizeWindow {
 
                 Column {
                     id: temperatures
+                    Accessible.name: qsTr("Capteurs")
+                    Accessible.role: Accessible.List
                     spacing: 8
                     visible: root.models.machine.panelSensors.count > 0
                     width: parent.width
@@ -148,8 +161,10 @@ FixedSizeWindow {
                 }
 
                 ChipRow {
+                    id: chips
                     currentIndex: root.models.presets.activeIndex
                     labels: root.models.presets.titles
+                    text: qsTr("Préréglage")
                     width: parent.width
 
                     onActivated: index => root.models.presets.apply(index)

@@ -32,10 +32,12 @@ FocusScope {
     }
 
     function advance() {
-        if (isLast)
+        if (isLast) {
             preferences.finishOnboarding()
-        else
+        } else {
             step += 1
+            Announcer.say(title.content + ". " + message.content)
+        }
     }
 
     Rectangle {
@@ -110,6 +112,7 @@ FocusScope {
                 Item { height: 9; width: 1 }
 
                 Paragraph {
+                    id: message
                     anchors.horizontalCenter: parent.horizontalCenter
                     color: Theme.secondaryText
                     content: [

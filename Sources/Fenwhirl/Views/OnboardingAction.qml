@@ -51,7 +51,7 @@ Item {
 
     SecondaryButton {
         anchors.centerIn: parent
-        enabled: !root.control.installing
+        available: !root.control.installing
         large: true
         text: root.control.installing ? qsTr("Activation…") : qsTr("Activer le contrôle")
         visible: root.step === 1 && !root.control.installed

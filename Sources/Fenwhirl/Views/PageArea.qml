@@ -14,18 +14,10 @@ Item {
         page.setSource(file, {"models": models})
     }
 
-    // Has the focus when it was on something on the page that is gone.
-    readonly property Item scope: page
     readonly property var view: page.item
 
     Component.onCompleted: load()
     onPageNameChanged: load()
-
-    // Page keys scroll, and Tab goes to the first control.
-    function takeFocus() {
-        if (view)
-            view.forceActiveFocus(Qt.OtherFocusReason)
-    }
 
     // 1: one page down, -1: one up.
     function scrollByPages(count: int) {

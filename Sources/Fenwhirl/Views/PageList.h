@@ -17,6 +17,8 @@ class PageList : public QAbstractListModel {
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(int selectedIndex READ selectedIndex WRITE setSelectedIndex NOTIFY selectedChanged)
     Q_PROPERTY(QString selectedName READ selectedName NOTIFY selectedChanged)
+    // In the language of the interface, as it is now.
+    Q_PROPERTY(QString selectedTitle READ selectedTitle NOTIFY selectedChanged)
 
 public:
     enum Role { NameRole = Qt::UserRole, TitleRole, SymbolRole };
@@ -29,6 +31,8 @@ public:
 
     void setSelectedIndex(int index);
     [[nodiscard]] QString selectedName() const;
+
+    [[nodiscard]] QString selectedTitle() const { return title(monitor_.selectedPage()); }
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;

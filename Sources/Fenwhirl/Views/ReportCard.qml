@@ -57,7 +57,7 @@ Card {
 
             NeutralButton {
                 id: create
-                enabled: !root.report.busy
+                available: !root.report.busy
                 text: root.report.busy ? qsTr("Création en cours…") : qsTr("Créer le rapport")
                 x: ways.oneRow ? parent.width - width : 0
                 y: ways.oneRow ? (parent.height - height) / 2 : parent.height - height

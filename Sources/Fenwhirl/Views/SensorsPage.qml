@@ -4,7 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// Every temperature sensor, by name.
+// Every temperature sensor, by name. The list is one tab stop, in which the arrow keys lead from row to row.
 PageFrame {
     id: root
 
@@ -12,6 +12,11 @@ PageFrame {
     readonly property real rowHeight: 24 + Theme.lineGrowth
     readonly property real rowSpacing: 8
     readonly property int count: models.machine.sensors.count
+
+    function revealRow(row: int) {
+        const top = card.y + card.padding + padding + row * (rowHeight + rowSpacing)
+        revealSpan(top, rowHeight)
+    }
 
     Column {
         spacing: 18
@@ -28,8 +33,9 @@ PageFrame {
             width: parent.width
 
             // Columns are filled downwards, one after the other, as in a list of files.
-            Item {
+            FocusScope {
                 id: list
+                property int currentIndex: 0 // of the row that has the focus, or had it last
                 readonly property real gap: 40
                 readonly property int fitting: Math.floor((width / Theme.textScale + gap) / (400 + gap))
                 readonly property int columns: Math.max(1, Math.min(fitting, 3, Math.floor(root.count / 12)))
@@ -38,9 +44,31 @@ PageFrame {
 
                 Accessible.name: qsTr("Capteurs")
                 Accessible.role: Accessible.List
+                activeFocusOnTab: true
                 implicitHeight: rows * (root.rowHeight + root.rowSpacing) - root.rowSpacing
+                Keys.onPressed: event => {
+                    const steps = {
+                        [Qt.Key_Down]: 1, [Qt.Key_Up]: -1, [Qt.Key_Right]: rows, [Qt.Key_Left]: -rows,
+                        [Qt.Key_Home]: -currentIndex, [Qt.Key_End]: root.count - 1 - currentIndex,
+                    }
+                    event.accepted = event.key in steps
+                    if (event.accepted)
+                        goTo(currentIndex + steps[event.key])
+                }
+                onColumnsChanged: Qt.callLater(() => goTo(Math.min(currentIndex, root.count - 1)))
+
+                // In view before it has the focus, so that the row is there to get it.
+                function goTo(index: int) {
+                    if (index < 0 || index >= root.count)
+                        return
+                    if (activeFocus)
+                        root.revealRow(index % rows)
+                    currentIndex = index
+                    columnViews.itemAt(Math.floor(index / rows)).focus = true
+                }
 
                 Repeater {
+                    id: columnViews
                     model: list.columns
 
                     // As high as the window at most and moved along with the page, so that of hundreds of sensors only
@@ -51,10 +79,21 @@ PageFrame {
                         readonly property real wantedX: index * (list.columnWidth + list.gap)
                         readonly property real above: root.contentY - card.y - card.padding - root.padding
 
+                        readonly property int first: index * list.rows
+
                         Accessible.ignored: true
+                        // All rows exist while they are gone through, so that each knows its place among them.
+                        cacheBuffer: list.activeFocus ? 100000 : 0
                         contentY: y
+                        currentIndex: {
+                            const row = list.currentIndex - first
+                            return row >= 0 && row < list.rows ? row : -1
+                        }
+                        focus: index === 0
                         height: Math.min(parent.height - y, root.height)
+                        highlightFollowsCurrentItem: false
                         interactive: false
+                        keyNavigationEnabled: false
                         reuseItems: true
                         spacing: root.rowSpacing
                         width: Math.round(wantedX + list.columnWidth) - x
@@ -62,12 +101,13 @@ PageFrame {
                         y: Math.max(0, Math.min(above, parent.height - root.height))
 
                         model: RowSlice {
-                            first: column.index * list.rows
+                            first: column.first
                             rows: list.rows
                             sourceModel: root.models.machine.sensors
                         }
                         delegate: SensorRow {
                             height: root.rowHeight
+                            takesFocus: true
                             width: column.width
 
                             // A row that waits to be used again is not drawn, but a screen reader would find it.

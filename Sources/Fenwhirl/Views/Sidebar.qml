@@ -5,7 +5,7 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // The left side of the main window: the program's name, the pages, and how the Mac feels.
-// Keys on a row: Up and Down show the page above and below, Home and End the first and the last.
+// One tab stop, the row of the shown page: Up and Down show the page above and below, Home and End the first and the last.
 Rectangle {
     id: root
 
@@ -18,7 +18,8 @@ Rectangle {
     // The pages need the room too: it grows slower than its texts, which are cut where they must be.
     implicitWidth: Math.round(Math.max(184, Math.min(windowWidth / Theme.textScale - 736, 208)) + 112 * (Theme.textScale - 1))
 
-    Accessible.role: Accessible.PageTabList
+    // Whether one of its rows has the keyboard's focus.
+    readonly property alias hasFocus: rowScope.activeFocus
 
     Row {
         id: header
@@ -38,10 +39,14 @@ Rectangle {
         }
     }
 
-    Column {
+    FocusScope {
+        id: rowScope
+        Accessible.name: "Fenwhirl" // i18n-ignore: the product's name is the same in every language
+        Accessible.role: Accessible.PageTabList
         anchors.top: header.bottom
         anchors.topMargin: 18
-        spacing: 2
+        height: pageRows.height
+        width: parent.width
         x: 10
 
         Keys.onPressed: event => {
@@ -76,23 +81,32 @@ Rectangle {
         function moveTo(index: int) {
             if (index < 0 || index >= rows.count)
                 return
-            rows.itemAt(index).forceActiveFocus(Qt.OtherFocusReason)
             root.pages.selectedIndex = index
+            rows.itemAt(index).forceActiveFocus(Qt.OtherFocusReason)
         }
 
-        Repeater {
-            id: rows
-            model: root.pages
+        Column {
+            id: pageRows
+            spacing: 2
 
-            SidebarRow {
-                width: root.width - 20
-                required property int index
-                required property string title
+            Repeater {
+                id: rows
+                model: root.pages
 
-                selected: index === root.pages.selectedIndex
-                text: title
+                SidebarRow {
+                    width: root.width - 20
+                    required property int index
+                    required property string title
 
-                onClicked: root.pages.selectedIndex = index
+                    selected: index === root.pages.selectedIndex
+                    selectedText: qsTr("Actif")
+                    text: title
+
+                    onClicked: {
+                        root.pages.selectedIndex = index
+                        Announcer.say(title)
+                    }
+                }
             }
         }
     }

@@ -35,9 +35,10 @@ Column {
 
     Slider {
         id: slider
+        detail: ValueWords.unit(root.text)
         from: root.from
         stepSize: root.stepSize
-        text: root.text
+        text: ValueWords.name(root.text)
         to: root.to
         unit: root.unit
         value: root.value

@@ -27,11 +27,12 @@ Item {
 
     Stepper {
         id: stepper
+        detail: ValueWords.unit(root.text)
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         from: root.from
         stepSize: root.stepSize
-        text: root.text
+        text: ValueWords.name(root.text)
         to: root.to
         value: root.value
 

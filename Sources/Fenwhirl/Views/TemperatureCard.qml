@@ -21,13 +21,31 @@ Card {
 
         TabularText {
             id: number
-            Accessible.name: root.machine.temperatureText
+            Accessible.focusable: true
+            Accessible.name: spoken
+            activeFocusOnTab: true
             anchors.top: title.bottom
             anchors.topMargin: 4
             letterSpacing: -0.2
             size: 22
             text: root.machine.temperatureNumber
             weight: Font.Bold
+
+            // Having the focus, it says the whole machine as it was then: screen readers say at once what changes of it.
+            property string spoken
+
+            Binding on spoken {
+                restoreMode: Binding.RestoreNone
+                value: root.machine.temperatureText
+                when: !number.activeFocus
+            }
+
+            onActiveFocusChanged: { if (activeFocus) spoken = root.machine.summary() }
+
+            FocusRing {
+                target: number
+                targetRadius: 6
+            }
         }
 
         Label {

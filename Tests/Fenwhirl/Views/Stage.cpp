@@ -36,7 +36,7 @@ QStringList textsOf(QQuickWindow& window, QAccessible::Text kind) {
     QStringList texts;
     for (const QAccessibleInterface* item : everything(window)) {
         const QString text = item->text(kind);
-        if (!text.isEmpty())
+        if (!text.isEmpty() && item->role() != QAccessible::Notification)
             texts.append(text);
     }
     return texts;
@@ -173,6 +173,13 @@ QStringList Stage::texts() {
 
 QStringList Stage::descriptions() {
     return textsOf(*window_, QAccessible::Description);
+}
+
+QStringList Stage::announced() {
+    QStringList texts;
+    for (const QAccessibleInterface* item : all(QAccessible::Notification))
+        texts.append(item->text(QAccessible::Name));
+    return texts;
 }
 
 QList<QAccessibleInterface*> Stage::all(QAccessible::Role role) {

@@ -83,6 +83,9 @@ public:
     // And what a screen reader adds to them.
     [[nodiscard]] QStringList descriptions();
 
+    // What a screen reader was told of in the last moment, although the focus did not go there.
+    [[nodiscard]] QStringList announced();
+
     [[nodiscard]] bool shows(const QString& text) { return texts().contains(text); }
 
     // The n-th visible thing of this name and role; null when there is none.

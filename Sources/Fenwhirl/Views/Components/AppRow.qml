@@ -9,7 +9,7 @@ import Fenwhirl.Components
 //   on                  whether its switch is on; set by the owner
 //   protectedText       stands in place of the switch when not empty
 //   divider             whether a hairline closes the row
-//   switchText          what the switch does, for screen readers
+//   switchText          what turning the switch off does, for screen readers
 //   signal toggled(bool on)  the state the user asks for
 Item {
     id: root
@@ -21,7 +21,7 @@ Item {
     required property string shareText
     required property bool on
     required property string protectedText
-    property string switchText: name
+    property string switchText: ""
     property bool divider: true
 
     signal toggled(bool on)
@@ -105,13 +105,25 @@ Item {
         }
 
         Switch {
+            id: quit
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            Accessible.checked: true // it runs until the question about it is answered
+            Accessible.description: spokenShare + ". " + root.switchText
             on: root.on
-            text: root.switchText
+            text: root.name
             visible: !note.visible
 
             onToggled: on => root.toggled(on)
+
+            // Screen readers say at once what changes of the focused control: it keeps the share that they have said.
+            property string spokenShare
+
+            Binding on spokenShare {
+                restoreMode: Binding.RestoreNone
+                value: root.shareText
+                when: !quit.activeFocus
+            }
         }
     }
 

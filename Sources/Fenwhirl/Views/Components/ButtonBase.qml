@@ -40,10 +40,10 @@ Pressable {
     }
 
     background: Surface {
-        opacity: root.enabled ? 1 : 0.4
+        opacity: root.usable ? 1 : 0.4
         color: root.fill
         overlay: root.down ? root.pressedColor : root.hoverColor
-        overlaid: root.enabled && (root.down || root.hovered)
+        overlaid: root.usable && (root.down || root.hovered)
         overlayDuration: root.down ? Theme.pressDuration : Theme.hoverDuration
         radius: 9 - 9 % Theme.cornerStep
         stroke: root.stroke
@@ -53,7 +53,7 @@ Pressable {
         Accessible.ignored: true // the control says it
         color: root.labelColor
         font.weight: root.labelWeight
-        opacity: root.enabled ? 1 : root.disabledLabelOpacity
+        opacity: root.usable ? 1 : root.disabledLabelOpacity
         horizontalAlignment: Text.AlignHCenter
         size: root.labelSize
         text: root.drawnText

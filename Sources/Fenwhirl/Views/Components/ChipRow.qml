@@ -6,19 +6,24 @@ import Fenwhirl.Components
 // Chips in rows that fill the width: each row's chips share what their texts leave over.
 //   labels          one per chip
 //   currentIndex    the selected chip, -1 for none; set by the owner
+//   text            what is chosen, for screen readers
 //   signal activated(index)  a chip was chosen; the owner then changes currentIndex
-// Each chip is a tab stop; the arrow keys lead from chip to chip without choosing.
+// One tab stop, the selected chip or else the first: the arrow keys choose its neighbour, Space and Return the chip itself.
 Item {
     id: root
 
     required property var labels
     required property int currentIndex
+    property string text: ""
     property real spacing: 6
+    readonly property int stop: currentIndex >= 0 && currentIndex < labels.length ? currentIndex : 0
     readonly property list<rect> places: FilledRows.places(naturalWidths, width, 28 + Theme.lineGrowth, spacing)
     property list<double> naturalWidths: []
 
     signal activated(int index)
 
+    Accessible.name: text
+    Accessible.role: Accessible.Grouping
     implicitHeight: FilledRows.height(places)
     implicitWidth: 308
 
@@ -47,8 +52,11 @@ Item {
             if (!chips.itemAt(i)?.activeFocus)
                 continue
             const next = FilledRows.neighbour(places, i, columns, rows)
+            if (next === i)
+                return false
+            activated(next)
             chips.itemAt(next).forceActiveFocus(Qt.TabFocusReason)
-            return next !== i
+            return true
         }
         return false
     }
@@ -71,6 +79,7 @@ Item {
 
             height: place.height
             selected: index === root.currentIndex
+            tabStop: index === root.stop
             text: root.labels[index] ?? ""
             width: place.width
             x: place.x

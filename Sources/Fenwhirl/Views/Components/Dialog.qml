@@ -10,7 +10,7 @@ import Fenwhirl.Components
 //   iconSource        picture of an application, 48; empty shows the gears
 //   showsIcon         false leaves the place of the icon out
 //   signals accepted, destructive, cancelled: exactly one for every opening, after the dialog is closed
-// Call open(); close() counts as cancelled.
+// Call open(); close() counts as cancelled. What had the focus before gets it back.
 T.Popup {
     id: root
 
@@ -38,7 +38,14 @@ T.Popup {
     padding: 20
     width: Math.round(300 * Theme.textScale)
 
-    onAboutToShow: answer = Dialog.Answer.Cancel
+    // What had the focus when it opened.
+    property Item opener: null
+
+    onAboutToShow: {
+        answer = Dialog.Answer.Cancel
+        opener = parent.Window.activeFocusItem
+        introduce()
+    }
     onClosed: {
         if (answer === Dialog.Answer.Accept)
             accepted()
@@ -46,8 +53,22 @@ T.Popup {
             destructive()
         else
             cancelled()
+        // The answer may have changed it, or sent it away.
+        opener?.forceActiveFocus(Qt.PopupFocusReason)
+        opener = null
     }
+    onMessageChanged: introduce()
+    onTitleChanged: introduce()
     onOpened: (contentItem as DialogContent).begin()
+
+    // A popup is a dialog for screen readers by itself, but has no words of its own.
+    function introduce() {
+        const popup = contentItem?.parent
+        if (!popup)
+            return
+        popup.Accessible.description = message
+        popup.Accessible.name = title
+    }
 
     function finish(chosen: int) {
         answer = chosen

@@ -24,9 +24,6 @@ FocusScope {
         first.forceActiveFocus()
     }
 
-    Accessible.description: message
-    Accessible.name: title
-    Accessible.role: Accessible.Dialog
     implicitHeight: column.implicitHeight
 
     Keys.onEnterPressed: root.accepted()

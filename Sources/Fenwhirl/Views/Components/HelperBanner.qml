@@ -52,7 +52,8 @@ Surface {
         anchors.right: parent.right
         anchors.rightMargin: 20
         anchors.verticalCenter: parent.verticalCenter
-        enabled: !root.busy
+        Accessible.description: root.title
+        available: !root.busy
         text: root.busy ? root.busyText : root.actionText
 
         onClicked: root.activated()

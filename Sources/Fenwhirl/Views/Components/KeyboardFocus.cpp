@@ -31,10 +31,14 @@ KeyboardFocus::KeyboardFocus(QObject* parent) : QObject(parent) {
 
 bool KeyboardFocus::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
-    case QEvent::KeyPress:
-        if (!isModifier(static_cast<QKeyEvent*>(event)->key()))
-            setActive(true);
+    case QEvent::KeyPress: {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (isModifier(key))
+            break;
+        m_backwards = key == Qt::Key_Backtab;
+        setActive(true);
         break;
+    }
     case QEvent::MouseButtonPress:
     case QEvent::TouchBegin:
         setActive(false);

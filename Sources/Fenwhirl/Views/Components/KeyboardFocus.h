@@ -24,6 +24,9 @@ public:
 
     [[nodiscard]] bool active() const { return m_active; }
 
+    // Whether the last key was Shift and Tab.
+    Q_INVOKABLE [[nodiscard]] bool backwards() const { return m_backwards; }
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
@@ -33,6 +36,7 @@ private:
     void setActive(bool active);
 
     bool m_active = false;
+    bool m_backwards = false;
 };
 
 } // namespace Fenwhirl

@@ -39,6 +39,8 @@ T.Popup {
     }
 
     onAboutToShow: {
+        // The list is the menu already.
+        contentItem.parent.Accessible.ignored = true
         measure()
         list.begin()
     }

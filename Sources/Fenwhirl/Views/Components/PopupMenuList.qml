@@ -127,14 +127,15 @@ ListView {
     // Where the pointer was last; outside of every scene before it comes.
     property point pointerPlace: Qt.point(-1, -1)
 
-    // Only a pointer that moves takes the highlight: not one that rests while keys move the items under it.
+    // Only a pointer that moves takes the highlight: not one that rests where the menu opens, or while keys move the items
+    // under it. A pointer that is not over the list any more has no place.
     HoverHandler {
         id: pointer
-        onPointChanged: root.follow(point.scenePosition)
+        onPointChanged: { if (hovered) root.follow(point.scenePosition) }
     }
 
     function follow(place: point) {
-        const rested = pointerPlace.x < 0 ? KeyboardFocus.active : pointerPlace === place
+        const rested = pointerPlace.x < 0 || pointerPlace === place
         pointerPlace = place
         const inside = mapFromItem(null, place.x, place.y)
         const index = indexAt(inside.x + contentX, inside.y + contentY)

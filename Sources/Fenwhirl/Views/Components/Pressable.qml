@@ -6,21 +6,28 @@ import Fenwhirl.Components
 //   background       fills the control, below
 //   contentItem      fills it too, but for leftPadding and rightPadding
 //   down, hovered    whether it is held, whether the pointer is on it
-//   takesFocus       whether Tab stops here; false for the parts of a larger control
+//   takesFocus       whether it can have the focus; false for the parts of a larger control
+//   tabStop          whether Tab stops here, too; false where arrow keys lead to it
+//   ringed           whether a ring shows its focus
+//   available        false while it cannot be used for a moment: it keeps the focus, unlike what is disabled
 //   disabledOpacity  of the whole control; 1 when its parts look after themselves
 //   ringRadius       corner radius of the control, for the ring around it
 //   reach            how far beyond its edges it can be pressed
 //   signal clicked   mouse, Space, Return, or a screen reader's press
-// It takes the focus when it is clicked, unless Tab does not stop here either.
+// It takes the focus when it is clicked, if it can have it.
 Item {
     id: root
 
     property string text: ""
     property Item background
     property Item contentItem
-    property bool down: area.containsPress || spaceHeld
-    readonly property bool hovered: area.containsMouse && enabled
+    property bool down: available && (area.containsPress || spaceHeld)
+    readonly property bool hovered: area.containsMouse && usable
     property bool takesFocus: true
+    property bool tabStop: takesFocus
+    property bool ringed: takesFocus
+    property bool available: true
+    readonly property bool usable: enabled && available
     property real disabledOpacity: 0.4
     property real ringRadius: 9
     property real reach: 0
@@ -33,17 +40,17 @@ Item {
     Accessible.focusable: takesFocus
     Accessible.name: text
     Accessible.role: Accessible.Button
-    activeFocusOnTab: takesFocus
-    opacity: enabled ? 1 : disabledOpacity
+    activeFocusOnTab: tabStop || activeFocus // what has the focus must not stop being a stop
+    opacity: usable ? 1 : disabledOpacity
 
-    Accessible.onPressAction: { if (root.enabled) root.clicked() }
+    Accessible.onPressAction: root.use()
     Keys.onPressed: event => {
         const pressing = event.key === Qt.Key_Return || event.key === Qt.Key_Enter
         event.accepted = pressing || event.key === Qt.Key_Space
         if (event.accepted && event.isAutoRepeat)
             return
         if (pressing)
-            root.clicked()
+            root.use()
         else if (event.accepted)
             root.spaceHeld = true
     }
@@ -51,12 +58,17 @@ Item {
         event.accepted = event.key === Qt.Key_Space && !event.isAutoRepeat && root.spaceHeld
         if (event.accepted) {
             root.spaceHeld = false
-            root.clicked()
+            root.use()
         }
     }
     onActiveFocusChanged: spaceHeld = false
     onBackgroundChanged: adopt(background, root)
     onContentItemChanged: adopt(contentItem, inside)
+
+    function use() {
+        if (usable)
+            clicked()
+    }
 
     function adopt(item: Item, place: Item) {
         if (!item)
@@ -79,7 +91,7 @@ Item {
         anchors.margins: -root.reach
         hoverEnabled: true
 
-        onClicked: root.clicked()
+        onClicked: root.use()
         onPressed: {
             if (root.takesFocus)
                 root.forceActiveFocus(Qt.MouseFocusReason)
@@ -89,6 +101,6 @@ Item {
     FocusRing {
         target: root
         targetRadius: root.ringRadius
-        wanted: root.takesFocus
+        wanted: root.ringed
     }
 }

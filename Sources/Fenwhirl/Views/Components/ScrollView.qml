@@ -72,12 +72,16 @@ Flickable {
     }
 
     function reveal(item: Item) {
-        const top = item.mapToItem(contentItem, 0, 0).y
+        revealSpan(item.mapToItem(contentItem, 0, 0).y, item.height)
+    }
+
+    // Brings what begins there and is that high into view.
+    function revealSpan(top: real, extent: real) {
         const margin = revealMargin
         if (top - margin < contentY)
             scrollBy(top - margin - contentY)
-        else if (top + item.height + margin > contentY + height)
-            scrollBy(top + item.height + margin - contentY - height)
+        else if (top + extent + margin > contentY + height)
+            scrollBy(top + extent + margin - contentY - height)
     }
 
     onContentChanged: { if (content) content.parent = holder }

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // One choice of a SegmentedControl: its text and its states; the control moves the selection under it.
-//   text, selected, labelSize, signal clicked
+//   text, selected, tabStop, labelSize, signal clicked
 //   textWidth   of the text in its widest state, so that selecting moves nothing
 Pressable {
     id: root
@@ -15,7 +15,7 @@ Pressable {
     Accessible.checked: selected
     Accessible.role: Accessible.RadioButton
     disabledOpacity: 1
-    takesFocus: false
+    ringed: false // around all of them
 
     background: Surface {
         color: "transparent"

@@ -9,7 +9,7 @@ import Fenwhirl.Components
 //   currentIndex    the selected one, -1 for none; set by the owner
 //   text            what is chosen, for screen readers
 //   signal activated(int index)  a segment was chosen; the owner then changes currentIndex
-// One tab stop: Left and Right (Up and Down) choose the neighbour, Home and End the first and last.
+// One tab stop, the selected segment: Left and Right (Up and Down) choose the neighbour, Home and End the first and last.
 FocusScope {
     id: root
 
@@ -31,7 +31,6 @@ FocusScope {
 
     Accessible.name: text
     Accessible.role: Accessible.Grouping
-    activeFocusOnTab: true
     implicitHeight: (stacked ? labels.length : 1) * rowHeight + 2 * inset
     implicitWidth: Math.ceil(textSum) + 2 * inset + labels.length * 36
     opacity: enabled ? 1 : 0.4
@@ -58,10 +57,21 @@ FocusScope {
         event.accepted = true
     }
 
+    // The one that has the focus, or would get it.
+    readonly property int stop: currentIndex >= 0 && currentIndex < labels.length ? currentIndex : 0
+
     function choose(index: int) {
         if (index !== currentIndex && index >= 0 && index < labels.length)
             activated(index)
     }
+
+    function focusStop() {
+        if (activeFocus)
+            segments.itemAt(stop)?.forceActiveFocus(Qt.TabFocusReason)
+    }
+
+    onActiveFocusChanged: focusStop()
+    onStopChanged: focusStop()
 
     function measure() {
         const widths = []
@@ -124,6 +134,7 @@ FocusScope {
             height: place.height
             labelSize: root.labelSize
             selected: index === root.currentIndex
+            tabStop: index === root.stop
             text: root.labels[index] ?? ""
             width: place.width
             x: root.inset + place.x

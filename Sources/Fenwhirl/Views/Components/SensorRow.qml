@@ -8,6 +8,7 @@ import Fenwhirl.Components
 //   hot          whether the bar has the warning colour
 //   peak         where the mark stands, 0…1; 0 for none
 //   peakHot      whether the mark has the warning colour
+//   takesFocus   whether it can have the keyboard's focus
 //   temperature  the text, right aligned in a column of 52
 //   range        the tooltip's text, also what a screen reader adds; empty for none
 //   barLeft, barWidth  where the bar lies
@@ -28,11 +29,28 @@ Item {
     // Too near to the bar's end it would look like a fault of the drawing.
     readonly property bool marksPeak: (peak - bar.wanted) * bar.width >= 6
 
+    property bool takesFocus: false
+
     Accessible.description: range
-    Accessible.name: name + " " + temperature
+    Accessible.focusable: takesFocus
+    Accessible.name: name + " " + spokenTemperature
     Accessible.role: Accessible.ListItem
     implicitHeight: 18 + Theme.lineGrowth
     implicitWidth: 360
+
+    // Screen readers say at once what changes of the focused row: it keeps the temperature that they have said.
+    property string spokenTemperature
+
+    Binding on spokenTemperature {
+        restoreMode: Binding.RestoreNone
+        value: root.temperature
+        when: !root.activeFocus
+    }
+
+    FocusRing {
+        target: root
+        targetRadius: 4
+    }
 
     ElidedLabel {
         id: title

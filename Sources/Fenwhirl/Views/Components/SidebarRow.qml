@@ -3,16 +3,20 @@ import Fenwhirl.Components
 
 // One page in the sidebar, 40 high.
 //   symbol, text, selected, signal clicked
+//   selectedText   says that it is selected, for screen readers, most of which do not say it of a page's tab
 Pressable {
     id: root
 
     required property string symbol
     required property bool selected
+    property string selectedText: ""
     readonly property color ink: selected ? Theme.accentSoft : Theme.secondaryText
 
+    Accessible.description: selected ? selectedText : ""
     Accessible.role: Accessible.PageTab
     Accessible.selectable: true
     Accessible.selected: selected
+    tabStop: selected
     implicitHeight: 40 + Theme.lineGrowth
     implicitWidth: 188
 

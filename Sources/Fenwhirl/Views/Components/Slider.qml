@@ -4,7 +4,7 @@ import Fenwhirl.Components
 // A horizontal slider, 20 high. It shows what its owner says: moving asks for a value and the owner then sets `value`;
 // while the pointer holds the knob it follows the pointer.
 //   value, from, to, stepSize
-//   text            what it sets, for screen readers
+//   text, detail    what it sets, and what screen readers say after its value: the unit
 //   valueText, unit, widestText  the value and its unit for the bubble above the knob, and the widest that the value can
 //                   get; without a text there is no bubble
 //   bubble          shows while the knob is held, and for a moment after each key
@@ -18,6 +18,7 @@ FocusScope {
     required property double to
     property double stepSize: 1
     property string text: ""
+    property string detail: ""
     property string valueText: ""
     property string unit: ""
     property string widestText: valueText
@@ -42,6 +43,7 @@ FocusScope {
         id: range
 
         Accessible.focusable: true
+        Accessible.description: root.detail
         Accessible.name: root.text
         Accessible.role: Accessible.Slider
         activeFocusOnTab: true

@@ -3,7 +3,7 @@ import Fenwhirl.Components
 
 // Minus and plus, 64 x 26. It shows what its owner says: a press asks for a value and the owner then sets `value`.
 //   value, from, to, stepSize
-//   text            what it sets, for screen readers
+//   text, detail    what it sets, and what screen readers say after its value: the unit
 //   signal modified(double value)  the value asked for, within the range
 // A half that would leave the range is pale and does nothing. Holding repeats after 400 ms, every 90 ms.
 // Keys: Up, Right and + step up; Down, Left and - step down.
@@ -15,6 +15,7 @@ FocusScope {
     required property double to
     property double stepSize: 1
     property string text: ""
+    property string detail: ""
 
     signal modified(double value)
 
@@ -31,6 +32,7 @@ FocusScope {
         id: range
 
         Accessible.focusable: true
+        Accessible.description: root.detail
         Accessible.name: root.text
         Accessible.role: Accessible.SpinBox
         activeFocusOnTab: true

@@ -65,12 +65,13 @@ Item {
             compare(activations.count, 1)
             root.installing = true
             compare(button.text, "Activation…")
-            verify(!button.enabled)
+            verify(!button.usable)
+            verify(button.activeFocus, "what is at work keeps the focus")
             mouseClick(button)
             compare(activations.count, 1)
             root.installing = false
             compare(button.text, "Activer")
-            verify(button.enabled)
+            verify(button.usable)
         }
 
         function test_aBannerWithoutAMessageHasTheSameHeight() {

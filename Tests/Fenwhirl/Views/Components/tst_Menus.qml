@@ -183,6 +183,8 @@ Item {
 
         function test_aPointerThatRestsDoesNotTakeTheHighlightFromTheKeys() {
             open(lengthy)
+            mouseMove(lengthy.menu.list, 50, 99)
+            compare(lengthy.menu.list.currentIndex, -1, "it may have rested there")
             mouseMove(lengthy.menu.list, 50, 100)
             const pointed = lengthy.menu.list.currentIndex
             compare(pointed, 20 + 3)
@@ -196,6 +198,19 @@ Item {
             compare(lengthy.menu.list.contentY, at, "the cut item stays cut")
             mouseMove(lengthy.menu.list, 50, 101)
             compare(lengthy.menu.list.currentIndex, lengthy.menu.list.indexAt(50, lengthy.menu.list.contentY + 101))
+        }
+
+        function test_aPointerThatRestsWhereAMenuOpensDoesNotTakeTheHighlight() {
+            root.sensor = 1
+            const over = button.mapToItem(root, 20, 14)
+            mouseMove(root, over.x, over.y + 28 * 2)
+            button.forceActiveFocus()
+            keyClick(Qt.Key_Space)
+            tryCompare(button.menu, "opened", true)
+            mouseMove(root, over.x, over.y + 28 * 2) // the window tells the menu where the pointer is
+            compare(button.menu.list.currentIndex, 1)
+            keyClick(Qt.Key_Return)
+            compare(root.sensor, 1)
         }
 
         function test_typingFinds() {

@@ -1,0 +1,141 @@
+#include "Fenwhirl/Views/Components/FocusKeeper.h"
+
+#include <QQuickWindow>
+
+#include <algorithm>
+
+namespace Fenwhirl {
+
+namespace {
+
+bool isStop(const QQuickItem* item) {
+    // What is being removed has no window any more, but looks as if it were still there.
+    return item != nullptr && item->window() != nullptr && item->activeFocusOnTab() && item->isVisible() &&
+           item->isEnabled();
+}
+
+// What is hidden or disabled has nothing at which Tab stops.
+void collect(QQuickItem* item, QList<QQuickItem*>& found) {
+    if (!item->isVisible() || !item->isEnabled())
+        return;
+    if (item->activeFocusOnTab())
+        found.append(item);
+    const QList<QQuickItem*> children = item->childItems();
+    for (QQuickItem* child : children)
+        collect(child, found);
+}
+
+// All that is in an item, whether it is shown or not.
+void append(QQuickItem* item, QList<QQuickItem*>& all) {
+    all.append(item);
+    const QList<QQuickItem*> children = item->childItems();
+    for (QQuickItem* child : children)
+        append(child, all);
+}
+
+QList<QQuickItem*> inOrder(QQuickItem* item) {
+    QList<QQuickItem*> all;
+    append(item, all);
+    return all;
+}
+
+// The first one from that place on for which the test holds, or else the last one before it.
+template <typename Test>
+QQuickItem* nearest(const QList<QQuickItem*>& items, qsizetype place, const Test& test) {
+    const auto here = items.begin() + place;
+    if (const auto next = std::find_if(here, items.end(), test); next != items.end())
+        return *next;
+    const auto before = std::find_if(std::make_reverse_iterator(here), items.rend(), test);
+    return before != items.rend() ? *before : nullptr;
+}
+
+} // namespace
+
+FocusKeeper::FocusKeeper(QQuickItem* parent) : QQuickItem(parent) {
+    m_check.setSingleShot(true);
+    connect(&m_check, &QTimer::timeout, this, &FocusKeeper::check);
+}
+
+QList<QQuickItem*> FocusKeeper::stops(QQuickItem* item) {
+    QList<QQuickItem*> found;
+    if (item != nullptr)
+        collect(item, found);
+    return found;
+}
+
+void FocusKeeper::itemChange(ItemChange change, const ItemChangeData& data) {
+    if (change == ItemSceneChange) {
+        if (m_window)
+            m_window->disconnect(this);
+        m_window = data.window;
+        if (m_window) {
+            connect(m_window, &QQuickWindow::activeFocusItemChanged, this, &FocusKeeper::follow);
+            follow();
+        }
+    }
+    QQuickItem::itemChange(change, data);
+}
+
+void FocusKeeper::follow() {
+    QQuickItem* item = m_window ? m_window->activeFocusItem() : nullptr;
+    if (isStop(item))
+        remember(item);
+    else
+        m_check.start(); // what had it may be about to go
+}
+
+void FocusKeeper::remember(QQuickItem* item) {
+    disconnect(m_visible);
+    disconnect(m_enabled);
+    m_last = item;
+    m_visible = connect(item, &QQuickItem::visibleChanged, this, [this] { m_check.start(); });
+    m_enabled = connect(item, &QQuickItem::enabledChanged, this, [this] { m_check.start(); });
+    m_around.clear();
+    for (QQuickItem* around = item->parentItem(); around != nullptr; around = around->parentItem())
+        m_around.append(around);
+    m_chain.clear();
+    const QList<QQuickItem*> chain = stops(m_window->contentItem());
+    for (QQuickItem* stop : chain)
+        m_chain.append(stop);
+    m_place = chain.indexOf(item);
+}
+
+bool FocusKeeper::isLost() const {
+    if (!m_window)
+        return false;
+    QQuickItem* item = m_window->activeFocusItem();
+    if (item == nullptr || item == m_window->contentItem())
+        return true;
+    if (item == m_last)
+        return !isStop(item);
+    // A control holds it, or something that looks after its own keys; but not what it fell to.
+    return !isStop(item) && !isStop(m_last) && m_around.contains(item);
+}
+
+QQuickItem* FocusKeeper::heir() const {
+    const QList<QQuickItem*> now = stops(m_scope);
+    const auto left = [&now](const QQuickItem* candidate) { return candidate && now.contains(candidate); };
+    // Where it only is hidden, what may have come in its place is known too.
+    if (m_last && m_scope && m_scope->isAncestorOf(m_last)) {
+        const QList<QQuickItem*> all = inOrder(m_scope);
+        if (QQuickItem* near = nearest(all, all.indexOf(m_last), left))
+            return near;
+    } else if (m_place >= 0) {
+        QList<QQuickItem*> before;
+        for (const QPointer<QQuickItem>& stop : m_chain)
+            before.append(stop);
+        if (QQuickItem* near = nearest(before, m_place, left))
+            return near;
+    }
+    const QList<QQuickItem*> first = stops(m_first);
+    return !first.isEmpty() && now.contains(first.first()) ? first.first() : now.value(0);
+}
+
+void FocusKeeper::check() {
+    if (!isLost())
+        return;
+    if (QQuickItem* next = heir())
+        next->forceActiveFocus(Qt::OtherFocusReason);
+}
+
+} // namespace Fenwhirl
