@@ -2,13 +2,13 @@
 
 #include "Fenwhirl/Localization/NumberFormat.h"
 
-#include <QAccessible>
 #include <QDateTime>
 #include <QPainter>
 #include <QQuickWindow>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Fenwhirl {
 
@@ -100,6 +100,8 @@ void ChartCursor::follow() {
         m_time = m_index < m_times.size() ? std::optional(m_times.at(m_index)) : std::nullopt;
         place();
     }
+    if (!byKeyboard())
+        speak();
     if (reading() || wasReading)
         Q_EMIT moved();
 }
@@ -129,10 +131,15 @@ QString ChartCursor::degreesText() const {
     return NumberFormat::degreesText(m_celsius);
 }
 
-QString ChartCursor::spoken() const {
-    const QString time = timeText();
-    const QString temperature = NumberFormat::temperatureText(m_celsius);
-    return time.isEmpty() ? temperature : time + QStringLiteral(", ") + temperature;
+void ChartCursor::speak() {
+    QString spoken;
+    if (reading()) {
+        const QString time = timeText();
+        spoken =
+            (time.isEmpty() ? time : time + QStringLiteral(", ")) + NumberFormat::temperatureText(m_celsius);
+    }
+    if (std::exchange(m_spoken, spoken) != spoken)
+        Q_EMIT spokenChanged();
 }
 
 QString ChartCursor::widestTime() const {
@@ -151,6 +158,7 @@ void ChartCursor::leave() {
     m_pointer.reset();
     m_pointedAt.reset();
     follow();
+    speak();
 }
 
 void ChartCursor::enter() {
@@ -159,6 +167,7 @@ void ChartCursor::enter() {
     m_sample.reset();
     m_pointer.reset();
     follow();
+    speak();
 }
 
 void ChartCursor::release() {
@@ -190,8 +199,7 @@ void ChartCursor::moveBy(int samples) {
     else
         m_sample = m_times.at(index);
     follow();
-    QAccessibleEvent event(parentItem(), QAccessible::DescriptionChanged);
-    QAccessible::updateAccessibility(&event);
+    speak();
 }
 
 void ChartCursor::paint(QPainter* painter) {

@@ -40,7 +40,9 @@ class ChartCursor : public QQuickPaintedItem {
     Q_PROPERTY(bool hidesEnd READ hidesEnd NOTIFY moved FINAL)    // too near to the last value for its dot
     Q_PROPERTY(QString timeText READ timeText NOTIFY moved FINAL) // "14:32"; empty where no time is known
     Q_PROPERTY(QString degreesText READ degreesText NOTIFY moved FINAL)
-    Q_PROPERTY(QString spoken READ spoken NOTIFY moved FINAL) // "14:32, 63 °C"
+    // "14:32, 63 °C", for assistive technology, which says every change of it: it follows pointer and keys,
+    // but not the values that arrive under the keyboard's cursor. Empty while nothing is read.
+    Q_PROPERTY(QString spoken READ spoken NOTIFY spokenChanged FINAL)
     // A time in the region's form that is as wide as any.
     Q_PROPERTY(QString widestTime READ widestTime CONSTANT FINAL)
 
@@ -63,7 +65,9 @@ public:
     [[nodiscard]] bool hidesEnd() const;
     [[nodiscard]] QString timeText() const;
     [[nodiscard]] QString degreesText() const;
-    [[nodiscard]] QString spoken() const;
+
+    [[nodiscard]] QString spoken() const { return m_spoken; }
+
     [[nodiscard]] QString widestTime() const;
 
     // A pointer is at this x of the chart's parent, or nowhere any more.
@@ -74,8 +78,7 @@ public:
     Q_INVOKABLE void release();
     // Hides it until it is moved again.
     Q_INVOKABLE void dismiss();
-    // By so many samples, to the left when negative; at most to the first or the last. Assistive technology
-    // hears of it.
+    // By so many samples, to the left when negative; at most to the first or the last.
     Q_INVOKABLE void moveBy(int samples);
 
     void paint(QPainter* painter) override;
@@ -85,6 +88,7 @@ Q_SIGNALS:
     void timesChanged();
     void styleChanged();
     void moved();
+    void spokenChanged();
 
 private:
     [[nodiscard]] int lastIndex() const;
@@ -95,6 +99,7 @@ private:
     [[nodiscard]] int keyboardIndex() const;
     void follow();
     void place();
+    void speak();
 
     LineChart* m_chart = nullptr;
     QList<double> m_times;
@@ -114,6 +119,7 @@ private:
     QPointF m_point; // in the chart's coordinates
     double m_celsius = 0.0;
     std::optional<double> m_time;
+    QString m_spoken;
 };
 
 } // namespace Fenwhirl

@@ -16,6 +16,7 @@ constexpr double mostLines = 8.0;
 constexpr double numberDistance = 13.0;
 constexpr double greatestNumber = 999.0;
 
+// For a range that takes so much of a plot of the designed height and texts of the designed size.
 double stepFor(double span) {
     constexpr double narrow = 22.0;
     constexpr double medium = 50.0;
@@ -26,6 +27,14 @@ double stepFor(double span) {
     double step = 20.0;
     while (span / step > mostLines)
         step *= 2.0;
+    return step;
+}
+
+// One line alone measures nothing.
+double withTwoLines(double step, ChartRange range) {
+    constexpr double smallest = 5.0;
+    while (step > smallest && std::ceil(range.low / step) * step + step > range.top)
+        step /= 2.0;
     return step;
 }
 
@@ -54,7 +63,7 @@ std::optional<ChartRange> chartRange(const QList<double>& values) {
 QList<ChartLine> chartLines(ChartRange range, double plotHeight, double textScale,
                             std::optional<double> threshold) {
     const double degreesPerPoint = range.span() / plotHeight;
-    const double step = stepFor(degreesPerPoint * designedHeight * textScale);
+    const double step = withTwoLines(stepFor(degreesPerPoint * designedHeight * textScale), range);
     const bool showsThreshold = threshold && range.low <= *threshold && *threshold <= range.top;
     QList<ChartLine> lines;
     for (double celsius = std::ceil(range.low / step) * step; celsius <= range.top; celsius += step) {

@@ -33,9 +33,9 @@ struct ChartLine {
 };
 
 // The lines of a plot of that height: whole multiples of 5 in a range of up to 22 degrees, of 10 in one of up
-// to 50, of 20 above, and of more where 20 would give too many; ascending. Larger texts leave room for fewer.
-// A threshold inside the range replaces the line at its place and takes the numbers nearer than 13 points; it
-// is the last of the lines. No number has more than four characters.
+// to 50, of 20 above, and of more where 20 would give too many; ascending. Larger texts leave room for fewer,
+// but never for fewer than two. A threshold inside the range replaces the line at its place and takes the
+// numbers nearer than 13 points; it is the last of the lines. No number has more than four characters.
 [[nodiscard]] QList<ChartLine> chartLines(ChartRange range, double plotHeight, double textScale,
                                           std::optional<double> threshold);
 

@@ -30,10 +30,10 @@ Item {
     // Made when something is read for the first time: a start need not pay for it.
     property ValueBubble bubble: null
 
-    Accessible.description: cursor.reading ? cursor.spoken : extent
+    Accessible.description: cursor.spoken !== "" ? cursor.spoken : extent
     Accessible.name: description
     Accessible.role: Accessible.Chart
-    activeFocusOnTab: plot.hasLine
+    activeFocusOnTab: plot.hasLine || activeFocus
     implicitHeight: plotHeight + 6 + start.height
     implicitWidth: 300
 

@@ -49,9 +49,11 @@ TEST(ChartLines, LieAtRoundTemperatures) {
 TEST(ChartLines, AreTwoToSixInEveryRangeOfTemperatures) {
     for (double low = 0; low < 60; low += 0.7) {
         for (double span = 10; span < 100; span += 0.9) {
-            const auto count = plainLines({low, low + span}).size();
-            EXPECT_GE(count, 2) << low << " to " << low + span;
-            EXPECT_LE(count, 6) << low << " to " << low + span;
+            for (const double textScale : {1.0, 1.5, 2.0}) {
+                const auto count = plainLines({low, low + span}, 140, textScale).size();
+                EXPECT_GE(count, 2) << low << " to " << low + span << " at " << textScale;
+                EXPECT_LE(count, 6) << low << " to " << low + span << " at " << textScale;
+            }
         }
     }
 }

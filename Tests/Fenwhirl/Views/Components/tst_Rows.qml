@@ -160,6 +160,16 @@ Item {
             mouseMove(root, 550, 480)
         }
 
+        function test_aNameOfTwoHundredCharactersMovesNothing() {
+            const bar = findChild(sensor, "bar")
+            const before = [bar.x, bar.width, sensor.implicitHeight]
+            const name = sensor.name
+            sensor.name = "W".repeat(200)
+            compare([bar.x, bar.width, sensor.implicitHeight], before)
+            verify(findChild(sensor, "name").truncated)
+            sensor.name = name
+        }
+
         function test_aShortBarKeepsTheTracksRounding() {
             const image = grabImage(root)
             verify(Qt.colorEqual(image.pixel(1, 443), Theme.accent))

@@ -1,0 +1,74 @@
+"""The chart of the dashboard in a real window: what pointer and keys read from it, and what assistive technology hears."""
+
+import re
+import time
+import unittest
+
+import stage
+from desktop import Desktop, run
+
+# A time of day and a temperature.
+READING = re.compile(r"\d{1,2}\D{1,3}\d{2}( [AP]M)?, \d+\s°C")
+
+
+class Chart(unittest.TestCase):
+    def chart(self, desktop):
+        desktop.start()
+        self.assertEqual(desktop.start_again(), 0)
+        window = desktop.wait_for_main_window()
+        chart = desktop.screen.wait_for("Température du processeur", "chart")
+        focusable = desktop.screen.atspi.StateType.FOCUSABLE
+        stage.wait_until(lambda: chart.get_state_set().contains(focusable), "two temperatures were read")
+        return window, chart
+
+    def reads(self, chart):
+        return READING.fullmatch(chart.get_description() or "") is not None
+
+    def test_the_pointer_reads_it(self):
+        with Desktop() as desktop:
+            window, chart = self.chart(desktop)
+            self.assertFalse(self.reads(chart), chart.get_description())
+            place = chart.get_extents(desktop.screen.atspi.CoordType.WINDOW)
+            x, y = (int(value) for value in (place.x + place.width / 2, place.y + place.height / 2))
+            run("xdotool", "mousemove", "--window", window[0], x, y)
+            run("xdotool", "mousemove", "--window", window[0], x + 5, y)
+            stage.wait_until(lambda: self.reads(chart), lambda: f"a reading; the chart says {chart.get_description()!r}")
+            run("xdotool", "mousemove", "--window", window[0], 5, 5)
+            stage.wait_until(lambda: not self.reads(chart), "the reading goes with the pointer")
+
+    def test_keys_read_it_and_assistive_technology_hears_of_each(self):
+        with Desktop() as desktop:
+            window, chart = self.chart(desktop)
+            heard = []
+
+            def hear(event):
+                if event.source.get_name() == chart.get_name():
+                    heard.append(event.source.get_description())
+
+            listener = desktop.screen.atspi.EventListener.new(hear)
+            self.assertTrue(listener.register("object:property-change:accessible-description"))
+            run("xdotool", "windowactivate", "--sync", window[0])
+            chart.grab_focus()
+            stage.wait_until(lambda: self.reads(chart), lambda: f"a reading; the chart says {chart.get_description()!r}")
+            desktop.key("Home")  # to another sample and, as likely as not, to another temperature
+            stage.wait_until(lambda: len(self.pumped(heard)) == 2, lambda: f"two readings are told; there are {heard}")
+            # Polls change what there is to read, but nobody asked.
+            desktop.polls(3)
+            self.assertEqual(len(self.pumped(heard)), 2, heard)
+            for reading in heard:
+                self.assertRegex(reading, READING)
+            desktop.key("Escape")
+            stage.wait_until(lambda: not self.reads(chart), "Escape takes the reading away")
+            listener.deregister("object:property-change:accessible-description")
+
+    def pumped(self, heard):
+        """What was heard until now."""
+        from gi.repository import GLib
+        end = time.monotonic() + 0.1
+        while time.monotonic() < end:
+            GLib.MainContext.default().iteration(False)
+        return heard
+
+
+if __name__ == "__main__":
+    unittest.main()
