@@ -26,6 +26,7 @@ from status_host import StatusHost
 COMPUTER = "MacBook Pro de Camille"
 PREFERENCES = stage.SCRATCH / "home/.config/com.fenwhirl.app/preferences.json"
 SCALE = 2
+SCREEN = (2600, 1440)  # room for the largest window
 PAGES = {"dashboard": "Tableau de bord", "fans": "Ventilateurs", "sensors": "Capteurs", "apps": "Applications",
          "presets": "Préréglages", "alerts": "Alertes", "settings": "Réglages"}
 
@@ -172,7 +173,7 @@ class Tour:
         stage.HELPER.parent.unlink()
 
     def panel(self, picture):
-        self.host.press(2000 * SCALE - 300, 10)
+        self.host.press(SCREEN[0] * SCALE - 300, 10)
         stage.wait_until(lambda: self.window(narrow=True), "the panel opens")
         self.rest()
         self.picture(picture, narrow=True)
@@ -338,6 +339,23 @@ class Tour:
             self.picture("states/sensors-no-smc")
             self.panel("states/panel-no-smc")
 
+    def sizes(self):
+        """An ordinary Mac in the smallest and in large windows, and the chart being read."""
+        with self.started():
+            self.choose_preset("Équilibré")
+            self.mac.hold()
+            for width, height in ((920, 560), (1680, 1000), (2560, 1400)):
+                subprocess.run(["xdotool", "windowsize", "--sync", self.window(), str(SCALE * width), str(SCALE * height)],
+                               check=True)
+                for name in ("dashboard", "fans", "sensors", "alerts", "settings"):
+                    self.open_page(name)
+                    self.picture(f"sizes/{name}-{width}-ordinary")
+            self.open_page("dashboard")
+            chart = self.screen.wait_for("Température du processeur", "chart")
+            chart.grab_focus()
+            self.screen.wait_for("Température du processeur", "chart")
+            self.picture("states/dashboard-chart-focus")
+
     def many(self):
         """More than any Mac has, in the smallest and in a large window."""
         self.mac.crowd(fans=30, sensors=500)
@@ -353,7 +371,7 @@ class Tour:
 
     def walk(self):
         with PicturedMac(self.build, max(1, self.minutes)) as self.mac:
-            for part in (self.first_start, self.update, self.in_control, self.old_helper, self.many, self.no_fans):
+            for part in (self.first_start, self.update, self.in_control, self.old_helper, self.sizes, self.many, self.no_fans):
                 if self.only in (None, part.__name__):
                     part()
                     shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
@@ -387,7 +405,7 @@ def main():
         print(f"This computer keeps its name: the pictures show it instead of \"{COMPUTER}\".")
     try:
         with contextlib.ExitStack() as stack:
-            display = stack.enter_context(stage.Display(2000, 1300, SCALE))
+            display = stack.enter_context(stage.Display(*SCREEN, SCALE))
             display.start_window_manager()
             os.environ.update(display.environment())
             # As on most desktops: what is translucent shows what lies under it. The ground becomes grey with that.

@@ -185,6 +185,17 @@ Rectangle {
             verify(!bubble().visible)
         }
 
+        function test_aFingerReadsWhileItIsDown() {
+            show([50, 52, 54, 56, 58])
+            const touch = touchEvent(chart)
+            touch.press(0, chart, 24 + 69, 50).commit()
+            compare(reading(), "12:01, 52 °C")
+            touch.move(0, chart, 24 + 138, 60).commit()
+            compare(reading(), "12:02, 54 °C")
+            touch.release(0, chart, 24 + 138, 60).commit()
+            compare(reading(), "50 °C – 60 °C")
+        }
+
         function test_theBubbleLiesOnTheAxisAndStaysWithinItsBounds() {
             show([50, 52, 54, 56, 58])
             mouseMove(chart, 162, 20)
