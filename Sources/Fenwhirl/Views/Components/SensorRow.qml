@@ -52,6 +52,10 @@ Item {
         targetRadius: 4
     }
 
+    CopyMenu {
+        content: root.name + " " + root.temperature
+    }
+
     ElidedLabel {
         id: title
         objectName: "name"

@@ -21,6 +21,8 @@ Item {
         width: 400
     }
 
+    TextEdit { id: pasted; visible: false }
+
     AppRow {
         id: app
         detail: "3 412 Mo"
@@ -89,6 +91,23 @@ Item {
         function init() {
             Theme.reducedMotion = true
             root.selected = []
+        }
+
+        function test_aSensorsTemperatureCanBeCopied() {
+            mouseClick(sensor, 30, 9, Qt.RightButton)
+            const copy = sensor.children[0] as CopyMenu
+            tryVerify(() => copy.menu !== null && copy.menu.opened)
+            compare(copy.menu.labels, ["Copy"], "which the application translates")
+            sensor.temperature = "51 °C"
+            keyClick(Qt.Key_Down)
+            keyClick(Qt.Key_Return)
+            tryVerify(() => !copy.menu.visible)
+            pasted.text = ""
+            pasted.paste()
+            compare(pasted.text, "Contrôleur de plateforme 51 °C")
+            sensor.temperature = "50 °C"
+            mouseClick(sensor, 30, 9)
+            verify(!copy.menu.visible, "only the other button")
         }
 
         function test_theSensorsColumnsAndBar() {
