@@ -13,87 +13,123 @@ Card {
     Accessible.role: Accessible.Grouping
 
     Column {
-        spacing: 14
-
-        Item {
-            height: gauge.height
+        Column {
+            spacing: 14
             width: parent.width
+
+            Item {
+                height: gauge.height
+                width: parent.width
+
+                Column {
+                    anchors.left: parent.left
+                    anchors.right: gauge.left
+                    anchors.rightMargin: 12
+                    anchors.verticalCenter: parent.verticalCenter
+                    spacing: 4
+
+                    Paragraph {
+                        content: root.fan.name
+                        font.weight: Font.DemiBold
+                        size: 14
+                        width: parent.width
+                    }
+
+                    Paragraph {
+                        color: Theme.muted
+                        content: root.fan.rangeText
+                        size: 12
+                        width: parent.width
+                    }
+                }
+
+                RingGauge {
+                    id: gauge
+                    aim: root.fan.requestedFraction
+                    aimText: root.fan.requestedText
+                    anchors.right: parent.right
+                    caption: qsTr("tr/min")
+                    fraction: root.fan.speedFraction
+                    valueText: root.fan.speedText
+                }
+            }
 
             Column {
-                anchors.left: parent.left
-                anchors.right: gauge.left
-                anchors.rightMargin: 12
-                anchors.verticalCenter: parent.verticalCenter
-                spacing: 4
+                spacing: 6
+                width: parent.width
 
-                Paragraph {
-                    content: root.fan.name
-                    font.weight: Font.DemiBold
-                    size: 14
-                    width: parent.width
-                }
-
-                Paragraph {
+                Label {
                     color: Theme.muted
-                    content: root.fan.rangeText
+                    line: 15
                     size: 12
+                    text: qsTr("Mode")
                     width: parent.width
                 }
-            }
 
-            RingGauge {
-                id: gauge
-                aim: root.fan.requestedFraction
-                aimText: root.fan.requestedText
-                anchors.right: parent.right
-                caption: qsTr("tr/min")
-                fraction: root.fan.speedFraction
-                valueText: root.fan.speedText
-            }
-        }
+                ModePicker {
+                    autoLabel: qsTr("Auto")
+                    constantLabel: qsTr("Vitesse fixe")
+                    currentIndex: root.fan.mode
+                    sensorLabel: qsTr("Selon un capteur")
+                    text: qsTr("Mode")
+                    width: parent.width
 
-        Column {
-            spacing: 6
-            width: parent.width
-
-            Label {
-                color: Theme.muted
-                line: 15
-                size: 12
-                text: qsTr("Mode")
-                width: parent.width
-            }
-
-            ModePicker {
-                autoLabel: qsTr("Auto")
-                constantLabel: qsTr("Vitesse fixe")
-                currentIndex: root.fan.mode
-                sensorLabel: qsTr("Selon un capteur")
-                text: qsTr("Mode")
-                width: parent.width
-
-                onActivated: index => root.fan.mode = index
+                    onActivated: index => root.fan.mode = index
+                }
             }
         }
 
-        // Only what the mode needs exists.
-        Loader {
-            readonly property int mode: root.fan.mode
+        // Only what the mode needs exists. The card grows and shrinks to it when the mode changes, and follows all else at once.
+        Item {
+            id: place
+            readonly property real wanted: controls.item ? controls.height + 14 : 0
+            property real from: 0
+            property real progress: 1
 
-            visible: mode > 0
+            clip: progress < 1
+            height: from + (wanted - from) * progress
             width: parent.width
 
-            function load() {
-                if (mode === 1)
-                    setSource("FanSpeedControls.qml", {"fan": root.fan})
-                else if (mode === 2)
-                    setSource("FanCurveControls.qml", {"fan": root.fan, "choices": root.choices})
-                else
-                    source = ""
+            NumberAnimation {
+                id: growth
+                duration: Theme.bannerDuration
+                easing.type: Easing.OutCubic
+                from: 0
+                property: "progress"
+                target: place
+                to: 1
             }
 
-            Component.onCompleted: load()
-            onModeChanged: load()
+            Loader {
+                id: controls
+                readonly property int mode: root.fan.mode
+                property bool ready: false
+
+                width: parent.width
+                y: 14
+
+                function load() {
+                    if (mode === 1)
+                        setSource("FanSpeedControls.qml", {"fan": root.fan})
+                    else if (mode === 2)
+                        setSource("FanCurveControls.qml", {"fan": root.fan, "choices": root.choices})
+                    else
+                        source = ""
+                }
+
+                Component.onCompleted: {
+                    load()
+                    ready = true
+                }
+                onModeChanged: {
+                    if (!ready)
+                        return
+                    place.from = place.height
+                    place.progress = 0
+                    load()
+                    growth.restart()
+                }
+            }
         }
     }
 }

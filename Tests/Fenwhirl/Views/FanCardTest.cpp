@@ -234,6 +234,30 @@ TEST(FanCard, EveryControlClearsTheHighlightedPresetInThePanelToo) {
     change(constantSetting(3000), [](Stage& stage) { stage.range(slider)->setCurrentValue(2500.0); });
 }
 
+TEST(FanCard, GrowsToWhatAModeNeedsAndWithReducedMotionAtOnce) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    const auto height = [&stage] {
+        static_cast<void>(stage.window().grabWindow());
+        return stage.find(QStringLiteral("Ventilateur gauche"), QAccessible::Grouping)->rect().height();
+    };
+    const int automatic = height();
+    const auto choose = [&stage](const char* mode) {
+        stage.click(QString::fromUtf8(mode), QAccessible::RadioButton);
+    };
+    choose("Selon un capteur");
+    EXPECT_EQ(height(), 481);
+    choose("Auto");
+    EXPECT_EQ(height(), automatic);
+    stage.setReducedMotion(false);
+    choose("Selon un capteur");
+    EXPECT_LT(height(), 481);
+    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return height() == 481; }));
+    choose("Auto");
+    EXPECT_GT(height(), automatic);
+    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return height() == automatic; }));
+}
+
 TEST(FanCard, TheCurvesHandlesWriteWhatTheSteppersWrite) {
     Stage stage;
     stage.start();
