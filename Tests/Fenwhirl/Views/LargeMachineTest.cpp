@@ -66,6 +66,38 @@ TEST(LargeMachine, EveryPageIsThereInATenthOfASecond) {
     }
 }
 
+TEST(LargeMachine, ThirtyCurvesAndThirtyRowsInThePanelAreThereInAThirdOfASecond) {
+    LargeMachine stage;
+    stage.start();
+    FanSetting setting;
+    setting.mode = FanModeKind::sensor;
+    for (int fan = 0; fan < 30; ++fan)
+        stage.monitor().setSetting(fan, setting);
+    stage.show();
+    stage.draw();
+    stage.showFans(30);
+    for (int round = 0; round < 2; ++round) {
+        stage.monitor().setSelectedPage(Page::settings);
+        stage.draw();
+        const double took = millisecondsOf([&] {
+            stage.monitor().setSelectedPage(Page::fans);
+            stage.draw();
+        });
+        if (round > 0) {
+            EXPECT_LT(took, 333 * slower);
+        }
+    }
+    ASSERT_EQ(stage.all(QAccessible::Slider).size(), 60);
+    stage.show(menuPanelFile());
+    stage.draw();
+    EXPECT_LT(millisecondsOf([&] {
+                  stage.showFans(30);
+                  stage.draw();
+              }),
+              333 * slower);
+    ASSERT_EQ(stage.all(QAccessible::Slider).size(), 30);
+}
+
 TEST(LargeMachine, FiveHundredNewTemperaturesAreShownInATwentiethOfASecond) {
     LargeMachine stage;
     stage.showPage(Page::sensors);

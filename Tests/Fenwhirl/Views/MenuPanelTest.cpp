@@ -185,10 +185,10 @@ int fansInView(Stage& stage, const QRect& list) {
 
 TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
     Stage stage;
-    stage.world.smc.addOlderFans(10);
     stage.show(menuPanelFile());
-    const int fans = static_cast<int>(stage.all(slider).size());
-    ASSERT_GE(fans, 9);
+    const int fans = 30;
+    stage.showFans(fans);
+    ASSERT_EQ(stage.all(slider).size(), fans);
     stage.window().setProperty("maximumPanelHeight", 600);
     ASSERT_TRUE(MonitorHarness::waitUntil([&] {
         static_cast<void>(stage.window().grabWindow());

@@ -151,6 +151,13 @@ void Stage::showPage(Page page) {
     show();
 }
 
+void Stage::showFans(int count) {
+    QList<FanState> fans;
+    for (int id = 0; id < count; ++id)
+        fans.append({.id = id, .rpm = 2000, .minRPM = 1200, .maxRPM = 6000, .target = 2000});
+    models_->machine()->fans()->setFans(fans);
+}
+
 void Stage::poll() {
     world.poll();
 }

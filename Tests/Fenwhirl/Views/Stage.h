@@ -64,6 +64,8 @@ public:
     // Of a window that is shown.
     void setTextScale(double scale);
     void poll();
+    // So many fans, until the next poll: the controller's keys can name ten.
+    void showFans(int count);
     void setApps(const QList<AppLoad>& apps);
 
     [[nodiscard]] Monitor& monitor() { return world.monitor(); }
