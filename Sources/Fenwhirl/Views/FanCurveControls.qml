@@ -45,11 +45,16 @@ Column {
     }
 
     Column {
+        // Not by the present value: a step must not change the size of the texts.
+        readonly property int size: Math.max(start.wantedWidth, max.wantedWidth) > width ? 12 : 13
+
         spacing: 10
         width: parent.width
 
         StepperRow {
+            id: start
             from: 30
+            size: parent.size
             stepSize: 5
             text: root.fan.startText
             to: 80
@@ -60,11 +65,14 @@ Column {
         }
 
         StepperRow {
+            id: max
             from: 50
+            size: parent.size
             stepSize: 5
             text: root.fan.maxText
             to: 100
             value: root.fan.maxTemp
+            widestText: root.fan.widestMaxText
             width: parent.width
 
             onModified: value => root.fan.maxTemp = value

@@ -17,6 +17,10 @@ QString requestText(double rpm) {
     return localized(u"Vitesse demandée : %@ tr/min", {NumberFormat::rpmText(rpm)});
 }
 
+QString maximumText(double celsius) {
+    return localized(u"Vitesse maximale à %@ °C", {NumberFormat::degreesText(celsius)});
+}
+
 } // namespace
 
 FanRow::FanRow(Monitor& monitor, const SensorChoices& choices, const FanState& fan, QObject* parent)
@@ -226,5 +230,10 @@ void FanRow::setMaxTemp(double celsius) {
 }
 
 QString FanRow::maxText() const {
-    return localized(u"Vitesse maximale à %@ °C", {NumberFormat::degreesText(setting_.maxTemp)});
+    return maximumText(setting_.maxTemp);
+}
+
+QString FanRow::widestMaxText() const {
+    constexpr double highest = 100;
+    return maximumText(highest);
 }

@@ -49,6 +49,7 @@ class FanRow : public QObject {
     Q_PROPERTY(QString startText READ startText NOTIFY settingChanged)
     Q_PROPERTY(double maxTemp READ maxTemp WRITE setMaxTemp NOTIFY settingChanged)
     Q_PROPERTY(QString maxText READ maxText NOTIFY settingChanged)
+    Q_PROPERTY(QString widestMaxText READ widestMaxText NOTIFY settingChanged) // with three digits
     // The ends of the range as texts, without the unit.
     Q_PROPERTY(QString lowestText READ lowestText NOTIFY rangeChanged)
     Q_PROPERTY(QString highestText READ highestText NOTIFY rangeChanged)
@@ -116,6 +117,7 @@ public:
 
     void setMaxTemp(double celsius);
     [[nodiscard]] QString maxText() const;
+    [[nodiscard]] QString widestMaxText() const;
     [[nodiscard]] QString lowestText() const;
     [[nodiscard]] QString highestText() const;
     [[nodiscard]] double drivingTemperature() const;

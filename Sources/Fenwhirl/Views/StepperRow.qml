@@ -3,6 +3,9 @@ import Fenwhirl.Components
 import Fenwhirl.Views
 
 // A text that says a value, and the stepper that changes it.
+//   size         of the text
+//   widestText   with the widest of its values
+//   wantedWidth  what it needs to stand on one line in the usual size, whatever the value
 Item {
     id: root
 
@@ -11,6 +14,9 @@ Item {
     required property double from
     required property double to
     required property double stepSize
+    property int size: 13
+    property string widestText: text
+    readonly property real wantedWidth: Math.ceil(metrics.advanceWidth) + 12 + stepper.width
 
     signal modified(double value)
 
@@ -23,6 +29,14 @@ Item {
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
         content: root.text
+        size: root.size
+    }
+
+    // All digits are as wide as a zero.
+    TextMetrics {
+        id: metrics
+        font.pixelSize: Math.round(13 * Theme.textScale)
+        text: DrawnText.of(root.widestText.replace(/[0-9]/g, "0"))
     }
 
     Stepper {

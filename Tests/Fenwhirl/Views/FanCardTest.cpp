@@ -1,5 +1,7 @@
 // The fans, on their page and on the dashboard.
 
+#include "Fenwhirl/Localization/DrawnText.h"
+#include "ShownText.h"
 #include "Stage.h"
 
 #include <cmath>
@@ -232,6 +234,27 @@ TEST(FanCard, EveryControlClearsTheHighlightedPresetInThePanelToo) {
         stage.press(Qt::Key_Return);
     });
     change(constantSetting(3000), [](Stage& stage) { stage.range(slider)->setCurrentValue(2500.0); });
+}
+
+TEST(FanCard, TheTextsBesideTheSteppersHaveOneLineInTheNarrowestOfTwoColumns) {
+    Stage stage;
+    stage.windowSize = {960, 2400};
+    stage.start();
+    stage.monitor().setSetting(0, sensorSetting());
+    stage.showPage(Page::fans);
+    const FanRow* fan = stage.models().machine()->fans()->at(0);
+    for (const AppLanguage language : allAppLanguages) {
+        stage.monitor().setLanguage(language);
+        for (const double celsius : {50.0, 100.0}) {
+            stage.monitor().setSetting(0, sensorSetting(50, celsius));
+            static_cast<void>(stage.window().grabWindow());
+            for (const ShownText& shown : shownTexts(stage.window())) {
+                EXPECT_FALSE(shown.wraps && (shown.text == drawnText(fan->startText()) ||
+                                             shown.text == drawnText(fan->maxText())))
+                    << rawValue(language) << ": " << shown.text.toStdString();
+            }
+        }
+    }
 }
 
 TEST(FanCard, GrowsToWhatAModeNeedsAndWithReducedMotionAtOnce) {
