@@ -56,7 +56,7 @@ class PanelWindow(unittest.TestCase):
             self.close_panel(desktop)
             self.open_panel(desktop)
             self.assertEqual(self.wait_for_fit(desktop), before + 34 + 8)
-            desktop.screen.press("Auto")
+            desktop.screen.press("Auto", "radio button")
             desktop.screen.wait_until_gone("Activer le contrôle des ventilateurs")
             self.assertEqual(self.wait_for_fit(desktop), before)
             self.close_panel(desktop)

@@ -18,7 +18,7 @@ TABLES = "Fenwhirl/Localization/FrenchTexts.h"
 PLACES = {
     "AlertsPage": "Alerts", "AppearanceCard": "Settings", "AppsPage": "Applications", "Banners": "above every page",
     "ControlCard": "Settings", "DashboardPage": "Dashboard", "FanCard": "Fans", "FanCurveControls": "Fans",
-    "FansPage": "Fans", "FeaturedCard": "Dashboard", "LanguagePicker": "Settings, introduction", "MenuActions": "panel",
+    "FanSpeedControls": "Fans", "FansPage": "Fans", "FeaturedCard": "Dashboard", "LanguagePicker": "Settings, introduction", "MenuActions": "panel",
     "MenuFanRow": "panel", "Onboarding": "introduction", "OnboardingAction": "introduction", "PresetCard": "Presets",
     "PresetMenu": "Dashboard, Fans", "PresetsPage": "Presets", "ReportCard": "Settings", "SensorsPage": "Sensors",
     "SettingsPage": "Settings", "StartCard": "Settings", "TemperatureCard": "Dashboard", "ThresholdsCard": "Settings",
@@ -26,6 +26,7 @@ PLACES = {
 
 # Texts of C++: where, in which control. The control's room is below, as that of QML's.
 MADE = {
+    "AppDelegate": ("status item's menu", "StatusMenuEntry"),
     "AppLanguage": ("Settings, introduction", "PopupMenuItem.text"),
     "AppsView": ("Applications", {"Fermer %@ ?": "Dialog.title", None: "Paragraph.content"}),
     "FanRow": ("Fans, dashboard, panel", {"%@ – %@ tr/min": "Label.text", None: "ChangingText.content"}),
@@ -53,7 +54,9 @@ LINES, LINE, ALOUD = "lines of {}", "one line of {}", "read aloud"
 ROOMS = {
     "AppRow.memoryText": "one line behind a number", "AppRow.protectedText": "one line, as wide as it is",
     "Banners.problem": LINES.format(600), "ChangingText.content": "one line, several where it has no room",
-    "Chip.text": "one line, in rows of chips", "Column.Accessible.name": ALOUD, "CurveEditor.text": ALOUD,
+    "Chip.text": "one line, in rows of chips", "Column.Accessible.name": ALOUD,
+    "CurveEditor.text": ALOUD, "ModeButton.description": ALOUD, "ModeButton.text": "a tooltip's line",
+    "Slider.unit": "behind a number, as wide as it is", "SliderGroup.unit": "behind a number, as wide as it is",
     "Dialog.acceptText": "a button's line", "Dialog.cancelText": "a button's line",
     "Dialog.destructiveText": "a button's line", "Dialog.message": LINES.format(260), "Dialog.title": LINES.format(260),
     "DropDownMenu.caption": "one line", "ErrorBanner.message": LINES.format(600),
@@ -69,7 +72,7 @@ ROOMS = {
     "SecondaryButton.text": "a button's line", "SegmentedControl.labels": "one line, as wide as it is",
     "SegmentedControl.text": ALOUD, "SensorRow.name": LINE.format(150), "SettingRow.heading": "one line",
     "SettingRow.note": "lines beside a control", "SettingRow.title": "lines beside a control", "SidebarRow.text": LINE.format(138),
-    "StatusDot": "one line", "Switch.text": ALOUD, "notification": "the desktop's",
+    "StatusDot": "one line", "StatusMenuEntry": "the desktop's", "Switch.text": ALOUD, "notification": "the desktop's",
 }
 
 # What is put in the place of "%@".

@@ -29,8 +29,6 @@ Column {
             x: (18 - width) / 2
 
             onClicked: {
-                if (!leadsBack)
-                    return
                 slider.forceActiveFocus(Qt.OtherFocusReason) // first: the symbol is no stop any more then
                 root.fan.mode = 0
             }

@@ -9,56 +9,73 @@ import Fenwhirl.Components
 //   text         what the button leads to, in the user's language
 //   description  which fan it is and how it is driven, for screen readers
 //   signal clicked
-Pressable {
+Item {
     id: root
 
     required property int mode
     required property bool inForce
+    property string text: ""
     property string description: ""
     readonly property bool leadsBack: mode > 0
     // Where it leads shows before it is pressed.
-    readonly property bool showsWhere: leadsBack && (hovered || down || (activeFocus && KeyboardFocus.active))
+    readonly property bool showsWhere: leadsBack && (button.hovered || button.down || (button.activeFocus && KeyboardFocus.active))
     readonly property list<string> names: ["mode.auto", "mode.fixed", "mode.curve"]
     readonly property string shown: showsWhere ? names[0] : names[mode] ?? names[0]
 
-    Accessible.description: leadsBack ? description : ""
-    Accessible.role: leadsBack ? Accessible.Button : Accessible.Graphic
-    height: 22
-    reach: 3
-    ringRadius: 7
-    takesFocus: leadsBack || activeFocus
-    width: 22
+    signal clicked()
 
-    background: Surface {
-        color: "transparent"
-        overlay: root.down ? Theme.pressed : Theme.hover
-        overlaid: root.leadsBack && (root.down || root.hovered)
-        radius: 7 - 7 % Theme.cornerStep
-        stroke: overlaid ? Theme.stroke : "transparent"
+    implicitHeight: 22
+    implicitWidth: 22
+
+    // A picture alone, which nobody can use.
+    Item {
+        Accessible.name: root.text
+        Accessible.role: Accessible.Graphic
+        anchors.fill: parent
+        visible: !root.leadsBack
     }
-    contentItem: Item {
-        Repeater {
-            model: root.names
 
-            Symbol {
-                id: symbol
-                required property string modelData
+    Pressable {
+        id: button
+        Accessible.description: root.description
+        Accessible.role: Accessible.Button
+        anchors.fill: parent
+        reach: 3
+        ringRadius: 7
+        text: root.text
+        visible: root.leadsBack
 
-                anchors.centerIn: parent
-                color: root.showsWhere ? Theme.text : root.leadsBack && root.inForce ? Theme.accent : Theme.muted
-                name: modelData
-                opacity: root.shown === modelData ? 1 : 0
-                visible: opacity > 0
-
-                Behavior on opacity {
-                    NumberAnimation { duration: Theme.hoverDuration }
-                }
-            }
+        background: Surface {
+            color: "transparent"
+            overlay: button.down ? Theme.pressed : Theme.hover
+            overlaid: button.down || button.hovered
+            radius: 7 - 7 % Theme.cornerStep
+            stroke: overlaid ? Theme.stroke : "transparent"
         }
+
+        onClicked: root.clicked()
 
         HoverTip {
             text: root.text
-            wanted: root.leadsBack && root.hovered && !root.down
+            wanted: button.hovered && !button.down
+        }
+    }
+
+    Repeater {
+        model: root.names
+
+        Symbol {
+            required property string modelData
+
+            anchors.centerIn: parent
+            color: root.showsWhere ? Theme.text : root.leadsBack && root.inForce ? Theme.accent : Theme.muted
+            name: modelData
+            opacity: root.shown === modelData ? 1 : 0
+            visible: opacity > 0
+
+            Behavior on opacity {
+                NumberAnimation { duration: Theme.hoverDuration }
+            }
         }
     }
 }
