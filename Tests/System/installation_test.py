@@ -11,13 +11,21 @@ from helper_stage import BUILD
 from scene import Scene
 
 PREFIX = stage.SCRATCH / "somewhere else"
+SIZES = (16, 22, 24, 32, 48, 64, 128, 256, 512)
 CONTENTS = {
     "bin/Fenwhirl": 0o755,
     "bin/simulated-mac": 0o755,
     "lib/fenwhirl/libFenwhirlApp.so": 0o644,
     "lib/fenwhirl/fenwhirl-guard": 0o755,
     "share/applications/com.fenwhirl.app.desktop": 0o644,
+    "share/dbus-1/services/com.fenwhirl.app.service": 0o644,
+    **{f"share/icons/hicolor/{size}x{size}/apps/com.fenwhirl.app.png": 0o644 for size in SIZES},
     "share/icons/hicolor/scalable/apps/com.fenwhirl.app.svg": 0o644,
+    "share/icons/hicolor/symbolic/apps/com.fenwhirl.app-symbolic.svg": 0o644,
+    "share/man/man1/fenwhirl.1": 0o644,
+    "share/man/man1/simulated-mac.1": 0o644,
+    "share/man/man8/FenwhirlHelper.8": 0o644,
+    "share/metainfo/com.fenwhirl.app.metainfo.xml": 0o644,
 }
 
 
@@ -33,6 +41,10 @@ class AnInstallation(unittest.TestCase):
             if name.startswith("lib/") or mode == 0o755:
                 dynamic = subprocess.run(["readelf", "-dW", PREFIX / name], check=True, capture_output=True, text=True).stdout
                 self.assertNotRegex(dynamic, "RPATH|RUNPATH", name)
+
+    def test_the_bus_starts_the_program_where_it_is(self):
+        service = (PREFIX / "share/dbus-1/services/com.fenwhirl.app.service").read_text(encoding="utf-8")
+        self.assertIn(f"Exec=\"{PREFIX}/bin/Fenwhirl\"\n", service)
 
     def test_finds_its_own_library_and_guard_and_drives_the_fans(self):
         os.environ["FENWHIRL_BUILD"] = str(PREFIX)

@@ -1,6 +1,7 @@
 #include "DesktopEntry.h"
 
 #include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Monitoring/Preset.h"
 
 #include <QStringList>
 
@@ -35,8 +36,14 @@ QString keywords() {
 }
 
 QString lines(const QString& suffix) {
-    return QStringLiteral("GenericName%1=%2\nKeywords%1=%3\n")
-        .arg(suffix, escaped(localized(u"Contrôle des ventilateurs")), keywords());
+    return QStringLiteral("GenericName%1=%2\nComment%1=%3\nKeywords%1=%4\n")
+        .arg(suffix, escaped(localized(u"Contrôle des ventilateurs")),
+             escaped(localized(u"Choisis la vitesse de chaque ventilateur")), keywords());
+}
+
+QString wordOf(Preset preset) {
+    const std::string_view word = rawValue(preset);
+    return QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size()));
 }
 
 } // namespace
@@ -53,6 +60,26 @@ QString desktopEntryTexts() {
     return texts;
 }
 
+QString desktopEntryActions() {
+    const AppLanguage before = Localizer::language();
+    QString list = QStringLiteral("Actions=");
+    QString groups;
+    for (const Preset preset : allPresets) {
+        const QString word = wordOf(preset);
+        list += word + u';';
+        Localizer::setLanguage(AppLanguage::en);
+        groups += QStringLiteral("\n[Desktop Action %1]\nName=%2\n").arg(word, escaped(title(preset)));
+        for (const auto& [language, locale] : locales) {
+            Localizer::setLanguage(language);
+            groups += QStringLiteral("Name[%1]=%2\n").arg(locale, escaped(title(preset)));
+        }
+        groups += QStringLiteral("Exec=Fenwhirl --preset %1\n").arg(word);
+    }
+    Localizer::setLanguage(before);
+    return list + u'\n' + groups;
+}
+
 QString desktopEntry(QString entryTemplate) {
-    return entryTemplate.replace(QStringLiteral("@TEXTS@\n"), desktopEntryTexts());
+    return entryTemplate.replace(QStringLiteral("@TEXTS@\n"), desktopEntryTexts())
+        .replace(QStringLiteral("@ACTIONS@\n"), desktopEntryActions());
 }

@@ -33,6 +33,11 @@ QByteArray drawn(QSvgRenderer& drawing, int pixels) {
 
 } // namespace
 
+QByteArray iconPicture(const QByteArray& svg, int pixels) {
+    QSvgRenderer drawing(svg);
+    return drawing.isValid() ? drawn(drawing, pixels) : QByteArray();
+}
+
 QByteArray iconContainer(const QByteArray& svg) {
     QSvgRenderer drawing(svg);
     if (!drawing.isValid())

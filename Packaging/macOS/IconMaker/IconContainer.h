@@ -30,5 +30,8 @@ inline constexpr std::array<IconEntry, 8> iconEntries = {{
     {"ic14", 512},  // 256 points, two pixels each
 }};
 
+// A picture of a drawing in SVG, in PNG; empty when it is no drawing.
+[[nodiscard]] QByteArray iconPicture(const QByteArray& svg, int pixels);
+
 // The container for a drawing in SVG; empty when it is no drawing.
 [[nodiscard]] QByteArray iconContainer(const QByteArray& svg);

@@ -1,5 +1,5 @@
-// icon-maker DRAWING.svg ICON.icns: makes the icon file of a macOS bundle out of a drawing. Runs on the
-// computer that builds, whatever it builds for.
+// icon-maker DRAWING.svg ICON.icns: makes the icon file of a macOS bundle out of a drawing; with a number of
+// pixels behind, a PNG picture. Runs on the computer that builds, whatever it builds for.
 
 #include "IconContainer.h"
 
@@ -7,10 +7,12 @@
 #include <QSaveFile>
 
 #include <cstdio>
+#include <cstdlib>
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fputs("usage: icon-maker DRAWING.svg ICON.icns\n", stderr);
+    const int pixels = argc == 4 ? std::atoi(argv[3]) : 0;
+    if (argc != 3 && pixels <= 0) {
+        std::fputs("usage: icon-maker DRAWING.svg ICON.icns | DRAWING.svg PICTURE.png PIXELS\n", stderr);
         return 64;
     }
     QFile drawing(QString::fromLocal8Bit(argv[1]));
@@ -18,7 +20,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "icon-maker: %s cannot be read\n", argv[1]);
         return 1;
     }
-    const QByteArray icon = iconContainer(drawing.readAll());
+    const QByteArray svg = drawing.readAll();
+    const QByteArray icon = pixels > 0 ? iconPicture(svg, pixels) : iconContainer(svg);
     if (icon.isEmpty()) {
         std::fprintf(stderr, "icon-maker: %s is no drawing\n", argv[1]);
         return 1;
