@@ -28,7 +28,8 @@ TEST(Administrator, TheProgramOfAPackageAsksThroughThePackagesOwn) {
     const std::vector<std::string> activation = {"/usr/bin/pkexec", activator, "activate", "id -u"};
     EXPECT_EQ(administratorInvocation("id -u", false, PackagedAdministrator::program, activator), activation);
     const std::vector<std::string> removal = {"/usr/bin/pkexec", activator, "deactivate", "rm -f 'x'"};
-    EXPECT_EQ(administratorInvocation("rm -f 'x'", false, PackagedAdministrator::program, activator), removal);
+    EXPECT_EQ(administratorInvocation("rm -f 'x'", false, PackagedAdministrator::program, activator),
+              removal);
     EXPECT_EQ(administratorInvocation("id -u", false, "/home/me/Fenwhirl", activator), plain);
     EXPECT_EQ(administratorInvocation("id -u", true, PackagedAdministrator::program, activator).front(),
               "/bin/sh");
