@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr qint64 longestFile = 64 * 1024;
+constexpr qint64 longestFile = qint64{64} * 1024;
 
 QString ofProcess(qint32 pid, const char* file) {
     return QStringLiteral("/proc/%1/%2").arg(QString::number(pid), QLatin1String(file));

@@ -27,12 +27,12 @@ QString unescaped(QStringView text) {
 
 // The last part of the path that is a unit: a service may have groups of its own below it.
 QStringView innermostUnit(QStringView group) {
-    const auto parts = group.split(u'/');
-    for (auto part = parts.crbegin(); part != parts.crend(); ++part) {
-        if (part->endsWith(u".scope") || part->endsWith(u".service"))
-            return *part;
+    QStringView innermost;
+    for (const QStringView part : group.split(u'/')) {
+        if (part.endsWith(u".scope") || part.endsWith(u".service"))
+            innermost = part;
     }
-    return {};
+    return innermost;
 }
 
 QStringView withoutSuffix(QStringView unit) {

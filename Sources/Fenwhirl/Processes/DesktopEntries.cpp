@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr qint64 longestFile = 256 * 1024;
+constexpr qint64 longestFile = qint64{256} * 1024;
 constexpr qsizetype mostEntries = 5000;
 constexpr int deepestFolder = 4;
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 longestFile = 256 * 1024;
+constexpr qint64 longestFile = qint64{256} * 1024;
 
 // "/opt/Firefox.app" and "/usr/lib/firefox" are both called "firefox" by their desktop entries.
 QString entryName(const QString& applicationPath) {
