@@ -2,6 +2,7 @@
 
 #import "MacTest.h"
 
+#include <QCoreApplication>
 #include <QImage>
 #include <QPainter>
 
@@ -83,6 +84,33 @@ TEST_F(StatusItemTest, HasNoTargetLeftWhenItIsGone) {
 TEST_F(StatusItemTest, IsQuietWithoutAButton) {
     FakeMac::settings().hasStatusButton = false;
     const auto item = make();
+    EXPECT_FALSE(item->isPlaced());
     item->setText(QStringLiteral("63 °C"), {});
     EXPECT_EQ(FakeMac::statusItems().size(), 1U);
+}
+
+TEST_F(StatusItemTest, IsMarkedWhileThePanelIsOpen) {
+    const auto item = make();
+    NSStatusBarButton* button = FakeMac::statusItems().at(0).button;
+    item->setOpen(true);
+    EXPECT_FALSE(button.isHighlighted) << "the click is not over yet";
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(button.isHighlighted);
+    item->setOpen(false);
+    beforeTheEventLoop([] { QCoreApplication::processEvents(); });
+    EXPECT_FALSE(button.isHighlighted);
+}
+
+TEST_F(StatusItemTest, IsPlacedWhereItCanBeSeen) {
+    const auto item = make();
+    NSStatusItem* native = FakeMac::statusItems().at(0);
+    EXPECT_TRUE(beforeTheEventLoop([&] { return item->isPlaced(); }));
+    native.button.window.occlusionState = 0; // behind the notch
+    EXPECT_FALSE(item->isPlaced());
+    native.button.window.occlusionState = NSWindowOcclusionStateVisible;
+    native.visible = NO; // taken away by the user
+    EXPECT_FALSE(item->isPlaced());
+    native.visible = YES;
+    native.button.window = nil;
+    EXPECT_FALSE(item->isPlaced());
 }

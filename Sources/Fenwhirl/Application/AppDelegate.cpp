@@ -18,6 +18,7 @@ AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& s
     , startUpdateCheck_(std::move(startUpdateCheck))
     , patience_(patience) {
     connect(&statusItem, &StatusItem::activated, &windows, &WindowControl::togglePanel);
+    connect(&windows, &WindowControl::panelShown, &statusItem, &StatusItem::setOpen);
     connect(&monitor, &Monitor::polled, this, &AppDelegate::updateStatusItem);
     connect(&monitor, &Monitor::polled, this, &AppDelegate::applyChosenPreset);
     connect(&monitor, &Monitor::languageChanged, this, &AppDelegate::updateStatusItem);

@@ -56,6 +56,7 @@ void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
     isReached_ = !focusFollowsPointer();
     opened_.start();
     showStatusPanel(*window_, token);
+    watch_ = PressWatch::begin(*window_, itemPlace_, [this] { close(); });
 }
 
 void PanelControl::make(PanelSurroundings surroundings) {
@@ -64,6 +65,7 @@ void PanelControl::make(PanelSurroundings surroundings) {
                       {QStringLiteral("shadowed"), surroundings == PanelSurroundings::shadowed}});
     surroundings_ = surroundings;
     window_->setFlags(statusPanelFlags());
+    prepareStatusPanel(*window_);
     window_->installEventFilter(this);
     connect(window_.get(), &QWindow::activeChanged, this, [this] {
         if (!window_->isActive() && isReached_)
@@ -72,8 +74,17 @@ void PanelControl::make(PanelSurroundings surroundings) {
     // Its content may change while it is shown.
     connect(window_.get(), SIGNAL(panelAreaChanged()), this, SLOT(place()));
     connect(window_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
-        if (!visible)
-            closed_.start();
+        if (visible)
+            return;
+        closed_.start();
+        // Not at once: it may be what calls.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (!window_ || !window_->isVisible())
+                    watch_.reset();
+            },
+            Qt::QueuedConnection);
     });
     connect(window_.get(), &QWindow::visibleChanged, this, &PanelControl::visibilityChanged);
     connect(window_.get(), &QWindow::visibilityChanged, this, &PanelControl::visibilityChanged);
@@ -82,6 +93,7 @@ void PanelControl::make(PanelSurroundings surroundings) {
 void PanelControl::forgetWindow() {
     if (!window_)
         return;
+    watch_.reset();
     // It says that it goes, and by then it is no window any more.
     window_->removeEventFilter(this);
     window_->disconnect(this);

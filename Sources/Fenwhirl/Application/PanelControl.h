@@ -61,7 +61,8 @@ private:
     std::unique_ptr<QQuickWindow> window_;
     PanelSurroundings surroundings_ = PanelSurroundings::cut;
     QRect itemPlace_;
-    bool isReached_ = false; // somebody has come to it since it opened
+    std::unique_ptr<PressWatch> watch_; // while the window is shown
+    bool isReached_ = false;            // somebody has come to it since it opened
     QElapsedTimer opened_;
     QElapsedTimer closed_;
 };

@@ -80,6 +80,8 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
     }) {
     connect(&panel_, &PanelControl::opening, this, [this] { models_.setAwake(true); });
     connect(&panel_, &PanelControl::visibilityChanged, this, &WindowControl::updateAwake);
+    connect(&panel_, &PanelControl::visibilityChanged, this,
+            [this] { Q_EMIT panelShown(panel() != nullptr && panel()->isVisible()); });
     connect(&monitor, &Monitor::themeChanged, this, &WindowControl::applyTheme);
     connect(&monitor, &Monitor::languageChanged, this, &WindowControl::retranslate);
     connect(&appearance, &SystemAppearance::changed, this, &WindowControl::applyAppearance);

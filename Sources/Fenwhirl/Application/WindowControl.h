@@ -88,6 +88,10 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+Q_SIGNALS:
+    // The panel was opened or closed.
+    void panelShown(bool shown);
+
 private Q_SLOTS:
     void alertAccepted();
 

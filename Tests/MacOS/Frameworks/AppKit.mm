@@ -23,6 +23,7 @@ const NSNotificationName NSWindowDidBecomeKeyNotification = @"NSWindowDidBecomeK
 const NSNotificationName NSWindowWillCloseNotification = @"NSWindowWillCloseNotification";
 const NSNotificationName NSWorkspaceDidActivateApplicationNotification =
     @"NSWorkspaceDidActivateApplicationNotification";
+NSString* const NSWorkspaceApplicationKey = @"NSWorkspaceApplicationKey";
 const NSNotificationName NSWorkspaceDidWakeNotification = @"NSWorkspaceDidWakeNotification";
 const NSNotificationName NSWorkspaceSessionDidBecomeActiveNotification =
     @"NSWorkspaceSessionDidBecomeActiveNotification";
@@ -612,7 +613,7 @@ __kindof NSApplication* NSApp = nil;
 }
 
 - (BOOL)isActive {
-    return NO;
+    return FakeMac::settings().isActive;
 }
 
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
@@ -691,7 +692,7 @@ __kindof NSApplication* NSApp = nil;
 
 // Other applications
 @interface NSRunningApplication ()
-@property pid_t process;
+@property(readwrite) pid_t processIdentifier;
 @end
 
 @implementation NSRunningApplication
@@ -701,23 +702,32 @@ __kindof NSApplication* NSApp = nil;
     if (running.find(processIdentifier) == running.end())
         return nil;
     NSRunningApplication* made = [[NSRunningApplication alloc] init];
-    made.process = processIdentifier;
+    made.processIdentifier = processIdentifier;
     return made;
 }
 
 - (BOOL)terminate {
-    FakeMac::settings().running[self.process] += QStringLiteral("terminate ");
+    FakeMac::settings().running[self.processIdentifier] += QStringLiteral("terminate ");
     return YES;
 }
 
 - (BOOL)forceTerminate {
-    FakeMac::settings().running[self.process] += QStringLiteral("forceTerminate ");
+    FakeMac::settings().running[self.processIdentifier] += QStringLiteral("forceTerminate ");
     return YES;
 }
 
 @end
 
 static NSWorkspace* theWorkspace = nil;
+
+void FakeMac::activateApplication(pid_t process) {
+    @autoreleasepool {
+        NSRunningApplication* chosen = [[NSRunningApplication alloc] init];
+        chosen.processIdentifier = process;
+        post(NSWorkspace.sharedWorkspace.notificationCenter, NSWorkspaceDidActivateApplicationNotification,
+             @{NSWorkspaceApplicationKey : chosen});
+    }
+}
 
 @implementation NSWorkspace {
     NSNotificationCenter* center_;

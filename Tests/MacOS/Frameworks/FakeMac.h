@@ -41,6 +41,7 @@ void setSystemVersion(int major);
 struct Settings {
     bool hasStatusButton = true;
     std::vector<QString> symbols = {QStringLiteral("fan")};
+    bool isActive = false;
     bool makesBitmaps = true;
     bool makesContexts = true;
     bool makesIcons = true;
@@ -71,7 +72,9 @@ Settings& settings();
 
 // Notifications of the default centre (nil) or of the workspace.
 std::size_t observers();
-void post(NSNotificationCenter* center, NSString* name, id object = nil);
+void post(NSNotificationCenter* center, NSString* name, NSDictionary* userInfo = nil);
+// Another program, or this one, becomes the active one.
+void activateApplication(pid_t process);
 // What changed, for whoever observes it.
 void changeValue(id object, NSString* path);
 std::size_t valueObservers();

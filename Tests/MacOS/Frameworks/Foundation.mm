@@ -254,6 +254,10 @@ NSData* makeData(const QByteArray& content) {
     return made;
 }
 
+- (id)copy {
+    return self;
+}
+
 - (id)objectForKeyedSubscript:(id)key {
     for (const auto& [name, object] : entries_)
         if ([name isEqual:key])
@@ -352,6 +356,7 @@ static NSOperationQueue* theQueue = nil;
 
 @interface NSNotification ()
 @property(nullable, readwrite, retain) id object;
+@property(nullable, readwrite, copy) NSDictionary* userInfo;
 @end
 
 @implementation NSNotification
@@ -415,10 +420,10 @@ std::size_t FakeMac::observers() {
     return allObservers().size();
 }
 
-void FakeMac::post(NSNotificationCenter* center, NSString* name, id object) {
+void FakeMac::post(NSNotificationCenter* center, NSString* name, NSDictionary* userInfo) {
     @autoreleasepool {
         NSNotification* notification = [[NSNotification alloc] init];
-        notification.object = object;
+        notification.userInfo = userInfo;
         const std::vector<FakeObserver*> told = allObservers();
         for (FakeObserver* observer : told) {
             if (observer.center != center || ![observer.name isEqualToString:name])

@@ -48,6 +48,9 @@ public:
     // no place for it, that press is one like any other. Not on macOS and not in GNOME.
     virtual void setMenu(StatusMenu /*menu*/) {}
 
+    // Whether the panel that belongs to it is open: macOS then marks the item, as it does with its own.
+    virtual void setOpen(bool /*open*/) {}
+
     // Whether the user can see the item now.
     [[nodiscard]] virtual bool isPlaced() const = 0;
 

@@ -3,6 +3,7 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <QTimer>
 
 #import <AppKit/AppKit.h>
 
@@ -75,7 +76,24 @@ public:
         }
     }
 
-    bool isPlaced() const override { return true; }
+    void setOpen(bool open) override {
+        open_ = open;
+        // Not at once: the button ends its own mark when the click that brought us here is over.
+        QTimer::singleShot(0, this, [this] {
+            @autoreleasepool {
+                [item_.button highlight:open_];
+            }
+        });
+    }
+
+    bool isPlaced() const override {
+        @autoreleasepool {
+            // There is no room beside the notch, or the user took it away: it is there all the same, unseen.
+            NSWindow* window = item_.button.window;
+            return item_.isVisible && window != nil &&
+                   (window.occlusionState & NSWindowOcclusionStateVisible) != 0;
+        }
+    }
 
 private:
     QRect place() const {
@@ -87,7 +105,8 @@ private:
         }
     }
 
-    NSStatusItem* item_;
+    NSStatusItem* item_ = nil;
+    bool open_ = false;
     FenwhirlStatusItemTarget* target_;
 };
 

@@ -57,6 +57,13 @@ Qt::WindowFlags statusPanelFlags() {
     return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
 }
 
+void prepareStatusPanel(QWindow& /*window*/) {}
+
+std::unique_ptr<PressWatch> PressWatch::begin(QWindow& /*panel*/, const QRect& /*item*/,
+                                              std::function<void()> /*outside*/) {
+    return nullptr;
+}
+
 void showStatusPanel(QWindow& window, const QString& token) {
     if (!token.isEmpty())
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // the Wayland plugin takes it from there

@@ -1,0 +1,135 @@
+#include "Fenwhirl/Platform/Desktop/StatusPanel.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+
+#import <AppKit/AppKit.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+NSWindow* nativeWindow(QWindow& window) {
+    NSView* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
+    return view.window;
+}
+
+// A window of ours that Qt shows; the status item's is none of these.
+bool isOtherWindow(NSWindow* native, const QWindow* panel) {
+    for (QWindow* window : QGuiApplication::topLevelWindows())
+        if (window != panel && window->isVisible() && nativeWindow(*window) == native)
+            return true;
+    return false;
+}
+
+class PressWatchMacOS final : public PressWatch {
+public:
+    PressWatchMacOS(QWindow& panel, const QRect& item, std::function<void()> outside)
+        : panel_(panel)
+        , item_(item)
+        , outside_(std::move(outside)) {
+        @autoreleasepool {
+            const NSEventMask presses =
+                NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown | NSEventMaskOtherMouseDown;
+            elsewhere_ = [NSEvent addGlobalMonitorForEventsMatchingMask:presses
+                                                                handler:^(NSEvent* event) {
+                                                                  (void)event;
+                                                                  pressedElsewhere();
+                                                                }];
+            here_ = [NSEvent addLocalMonitorForEventsMatchingMask:presses
+                                                          handler:^NSEvent*(NSEvent* event) {
+                                                            if (isOtherWindow(event.window, &panel_))
+                                                                outside_();
+                                                            return event;
+                                                          }];
+            // Chosen with the keyboard, or by Mission Control.
+            activated_ = [NSWorkspace.sharedWorkspace.notificationCenter
+                addObserverForName:NSWorkspaceDidActivateApplicationNotification
+                            object:nil
+                             queue:NSOperationQueue.mainQueue
+                        usingBlock:^(NSNotification* notification) {
+                          NSRunningApplication* chosen = notification.userInfo[NSWorkspaceApplicationKey];
+                          if (chosen.processIdentifier != getpid())
+                              outside_();
+                        }];
+        }
+    }
+
+    ~PressWatchMacOS() override {
+        @autoreleasepool {
+            // Those that could not be had are nothing, which may not be given back.
+            if (elsewhere_ != nil)
+                [NSEvent removeMonitor:elsewhere_];
+            if (here_ != nil)
+                [NSEvent removeMonitor:here_];
+            [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:activated_];
+        }
+    }
+
+    PressWatchMacOS(const PressWatchMacOS&) = delete;
+    PressWatchMacOS& operator=(const PressWatchMacOS&) = delete;
+
+private:
+    // The status item itself closes the panel with its click, however long that takes.
+    void pressedElsewhere() {
+        if (!item_.contains(QCursor::pos()))
+            outside_();
+    }
+
+    QWindow& panel_;
+    QRect item_;
+    std::function<void()> outside_;
+    id elsewhere_ = nil;
+    id here_ = nil;
+    id<NSObject> activated_ = nil;
+};
+
+} // namespace
+
+Qt::WindowFlags statusPanelFlags() {
+    return Qt::Tool | Qt::FramelessWindowHint;
+}
+
+void prepareStatusPanel(QWindow& window) {
+    // Qt's word for a tool window that stays when the program is not the active one.
+    window.setProperty("_q_macAlwaysShowToolWindow", true);
+}
+
+void showStatusPanel(QWindow& window, const QString& /*token*/) {
+    @autoreleasepool {
+        NSWindow* native = nativeWindow(window);
+        native.styleMask |= NSWindowStyleMaskNonactivatingPanel;
+        native.hidesOnDeactivate = NO;
+        native.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces |
+                                    NSWindowCollectionBehaviorTransient |
+                                    NSWindowCollectionBehaviorFullScreenAuxiliary;
+        window.show();
+        // After Qt, which gives every window the level of its kind when it shows it.
+        native.level = NSPopUpMenuWindowLevel;
+        // The keyboard, while the program in front stays the active one.
+        [native makeKeyAndOrderFront:nil];
+    }
+}
+
+void grabPresses(QWindow& /*window*/) {}
+
+std::unique_ptr<PressWatch> PressWatch::begin(QWindow& panel, const QRect& item,
+                                              std::function<void()> outside) {
+    return std::make_unique<PressWatchMacOS>(panel, item, std::move(outside));
+}
+
+bool focusFollowsPointer() {
+    return false;
+}
+
+PanelSurroundings panelSurroundings() {
+    return PanelSurroundings::translucent;
+}
+
+void declareShadow(QWindow& window, const QMargins& /*margins*/) {
+    if (window.handle() == nullptr) // none yet, so none that is old
+        return;
+    @autoreleasepool {
+        [nativeWindow(window) invalidateShadow]; // the system keeps that of the shape it had
+    }
+}
