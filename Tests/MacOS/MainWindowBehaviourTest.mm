@@ -3,6 +3,7 @@
 #import "Frameworks/NativeWindows.h"
 #import "MacTest.h"
 
+#include <QCoreApplication>
 #include <QWindow>
 
 using testing::ElementsAre;
@@ -15,6 +16,11 @@ protected:
     void SetUp() override {
         MacTest::SetUp();
         (void)NSApplication.sharedApplication;
+    }
+
+    void TearDown() override {
+        QCoreApplication::processEvents(); // what is still to come of it
+        MacTest::TearDown();
     }
 
     QWindow window;
@@ -61,6 +67,28 @@ TEST_F(MainWindowBehaviourTest, ComesForwardTheOldWayBeforeVersion14) {
     MainWindowBehaviour::setRegular();
     EXPECT_THAT(FakeMac::journal(),
                 ElementsAre("policy 0", "-[NSApplication activateIgnoringOtherApps:YES]"));
+}
+
+TEST_F(MainWindowBehaviourTest, AsksAgainWhenTheLaunchIsDone) {
+    MainWindowBehaviour::setRegular();
+    FakeMac::journal().clear();
+    beforeTheEventLoop([] { QCoreApplication::processEvents(); });
+    EXPECT_THAT(FakeMac::journal(), ElementsAre("-[NSApplication activateIgnoringOtherApps:YES]"));
+}
+
+TEST_F(MainWindowBehaviourTest, DoesNotAskAgainWhenItIsInFrontOrAnAccessory) {
+    MainWindowBehaviour::setRegular();
+    FakeMac::settings().isActive = true;
+    FakeMac::journal().clear();
+    QCoreApplication::processEvents();
+    EXPECT_THAT(FakeMac::journal(), IsEmpty());
+    FakeMac::settings().isActive = false;
+    MainWindowBehaviour::setAccessory();
+    MainWindowBehaviour::setRegular();
+    MainWindowBehaviour::setAccessory();
+    FakeMac::journal().clear();
+    QCoreApplication::processEvents();
+    EXPECT_THAT(FakeMac::journal(), IsEmpty());
 }
 
 TEST_F(MainWindowBehaviourTest, BecomesAnAccessory) {

@@ -142,6 +142,13 @@ void WindowControl::openMain(const QString& token) {
             place_ = std::make_unique<WindowPlaceKeeper>(*main_, placeFile_);
         watchVisibility(*main_);
         main_->installEventFilter(this);
+        connect(main_.get(), &QWindow::windowStateChanged, this,
+                [this, before = main_->windowStates()]() mutable {
+                    // It is also said when nothing changes.
+                    const Qt::WindowStates states = main_->windowStates();
+                    if (std::exchange(before, states) != states && main_->handle() != nullptr)
+                        MainWindowBehaviour::configure(*main_);
+                });
         connect(main_.get(), &QWindow::activeChanged, this, [this] {
             if (main_->isActive())
                 MainWindowBehaviour::setRegular();

@@ -84,6 +84,17 @@ protected:
     }
 };
 
+// There Qt sets the title bar anew with every change of that kind.
+TEST_F(WindowPolicy, ConfiguresTheWindowAgainWhenItFillsTheScreenAndWhenItNoLongerDoes) {
+    Life life(true);
+    life.windows->openMain();
+    toldSinceThen();
+    life.windows->main()->setWindowState(Qt::WindowFullScreen);
+    EXPECT_TRUE(toldSinceThen().contains(QStringLiteral("configure")));
+    life.windows->main()->setWindowState(Qt::WindowNoState);
+    EXPECT_TRUE(toldSinceThen().contains(QStringLiteral("configure")));
+}
+
 TEST_F(WindowPolicy, TheFirstLaunchIsOneOfARegularProgram) {
     Life life(false);
     life.delegate->applicationDidFinishLaunching();

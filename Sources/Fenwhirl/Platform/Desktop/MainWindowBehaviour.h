@@ -14,7 +14,8 @@ class QWindow;
 
 namespace MainWindowBehaviour {
 
-// Applies the system's look to a window; to be called each time its native window has been made.
+// Applies the system's look to a window; to be called each time its native window has been made, and when it
+// became, or ceased to be, maximised or of the whole screen: Qt then sets everything anew.
 void configure(QWindow& window);
 
 // A regular application with a presence of its own, or an accessory of the status item.

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 
+#include <QGuiApplication>
+#include <QTimer>
 #include <QWindow>
 
 #import <AppKit/AppKit.h>
@@ -42,6 +44,12 @@ void setRegular() {
         return;
     [NSApp setActivationPolicy:NSApplicationActivationPolicyRegular];
     activateApplication();
+    // Once more when the event loop runs: before the launch is done the request may be passed over, and the
+    // menu bar of a program that has just become regular may stay that of the one before.
+    QTimer::singleShot(0, qGuiApp, [] {
+        if (NSApp.activationPolicy == NSApplicationActivationPolicyRegular && !NSApp.isActive)
+            activateApplication();
+    });
 }
 
 void setAccessory() {
