@@ -44,6 +44,14 @@ TEST_F(ProgramTest, WritesAndRemovesTheLoginItem) {
     EXPECT_FALSE(QFileInfo::exists(agent));
 }
 
+TEST_F(ProgramTest, IsNoLoginItemFromAPlaceThatWillBeAnotherOne) {
+    FakeMac::settings().bundlePath =
+        QStringLiteral("/private/var/folders/xy/T/AppTranslocation/4711/d/Fenwhirl.app");
+    EXPECT_FALSE(LoginItem::setEnabled(true));
+    EXPECT_FALSE(LoginItem::isEnabled());
+    EXPECT_TRUE(LoginItem::setEnabled(false));
+}
+
 TEST_F(ProgramTest, KeepsItsLockWhereNobodyTidiesUp) {
     const auto first = SingleInstance::create();
     EXPECT_TRUE(first->becomeFirst());

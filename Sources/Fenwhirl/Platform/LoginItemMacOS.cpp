@@ -9,7 +9,18 @@ bool LoginItem::isEnabled() {
     return loginItemFileExists(launchAgentPath(QDir::homePath()));
 }
 
+namespace {
+
+// A downloaded program that nobody moved yet runs from a place that is another one at each start.
+bool isTranslocated(const QString& bundle) {
+    return bundle.contains(QStringLiteral("/AppTranslocation/"));
+}
+
+} // namespace
+
 bool LoginItem::setEnabled(bool on) {
+    if (on && isTranslocated(BundleInfo::path()))
+        return false;
     const QString agent = launchAgentPath(QDir::homePath());
     return on ? writeLoginItemFile(agent, launchAgentPropertyList(launchAgentProgram(BundleInfo::path())))
               : removeLoginItemFile(agent);
