@@ -1,0 +1,208 @@
+#!/usr/bin/env python3
+"""Plants mistakes in the macOS sources, one at a time, and looks whether the tests beside this file notice.
+
+    Tests/MacOS/mutations.py [BUILD]      BUILD: build/macos-executed, built (.ci/checks executed)
+
+Each mistake is one that compiles and links. A source with it is compiled into an object of its own, the test program is linked
+with that in front of the library that has the right one, and run. Nothing in the checkout changes. Run by hand; the last result
+stands in Documentation/macOS.md. Ends with 1 when fewer than 38 of them were noticed.
+"""
+
+import concurrent.futures
+import json
+import os
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+LEAST = 38
+
+PLATFORM = "Sources/Fenwhirl/Platform/"
+DESKTOP = PLATFORM + "Desktop/"
+CORE = "Sources/FenwhirlCore/Platform/"
+
+# What is wrong, where, the right text, the wrong one.
+MISTAKES = (
+    ("the status item is not removed", DESKTOP + "StatusItemMacOS.mm",
+     "[NSStatusBar.systemStatusBar removeStatusItem:item_];", ""),
+    ("the symbol is no template", DESKTOP + "StatusItemMacOS.mm", "[image setTemplate:YES];", "[image setTemplate:NO];"),
+    ("there is no drawing where the system has no symbol", DESKTOP + "StatusItemMacOS.mm", "if (image == nil) {", "if (false) {"),
+    ("the target of the status item is lost", DESKTOP + "StatusItemMacOS.mm", "button.target = target_;",
+     "button.target = [[FenwhirlStatusItemTarget alloc] init];"),
+    ("a late click reaches the status item that is gone", DESKTOP + "StatusItemMacOS.mm", "target_.chosen = nullptr;", ""),
+    ("the place is told from the bottom", DESKTOP + "StatusItemMacOS.mm", "firstScreen.size.height);", "0);"),
+    ("the digits are of any width", DESKTOP + "StatusItemMacOS.mm",
+     "button.font = [NSFont monospacedDigitSystemFontOfSize:[NSFont menuBarFontOfSize:0].pointSize\n"
+     "                                                           weight:NSFontWeightRegular];",
+     "button.font = [NSFont menuBarFontOfSize:0];"),
+    ("an unseen status item counts as placed", DESKTOP + "StatusItemMacOS.mm",
+     "(window.occlusionState & NSWindowOcclusionStateVisible) != 0", "true"),
+    ("the status item is marked before the click is over", DESKTOP + "StatusItemMacOS.mm",
+     "QTimer::singleShot(0, this, [this] {\n            @autoreleasepool {\n"
+     "                [item_.button highlight:open_];\n            }\n        });",
+     "[item_.button highlight:open_];"),
+    ("the observer of the appearance is left behind", DESKTOP + "SystemAppearanceMacOS.mm",
+     '[NSApp removeObserver:observer_ forKeyPath:@"effectiveAppearance"];', ""),
+    ("the observer of motion is left behind", DESKTOP + "SystemAppearanceMacOS.mm",
+     "[NSWorkspace.sharedWorkspace.notificationCenter removeObserver:motion_];", ""),
+    ("motion is watched in the wrong centre", DESKTOP + "SystemAppearanceMacOS.mm",
+     "motion_ = [NSWorkspace.sharedWorkspace.notificationCenter", "motion_ = [NSNotificationCenter.defaultCenter"),
+    ("dark and light are exchanged", DESKTOP + "SystemAppearanceMacOS.mm", "choice == AppearanceChoice::dark ?",
+     "choice == AppearanceChoice::light ?"),
+    ("the system's own appearance cannot be chosen again", DESKTOP + "SystemAppearanceMacOS.mm",
+     "if (choice != AppearanceChoice::system)", "if (true)"),
+    ("the delegate is let go at once", DESKTOP + "DesktopApplicationMacOS.mm", "static FenwhirlApplicationDelegate* delegate = nil;",
+     "FenwhirlApplicationDelegate* delegate = nil;"),
+    ("the delegate comes after Qt's application", DESKTOP + "DesktopApplicationMacOS.mm",
+     "    installDelegate();\n    auto application = std::make_unique<QGuiApplication>(argc, argv);",
+     "    auto application = std::make_unique<QGuiApplication>(argc, argv);\n    installDelegate();"),
+    ("each log-in flashes an icon in the Dock", DESKTOP + "DesktopApplicationMacOS.mm",
+     'qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");', ""),
+    ("the program ends with its last window", DESKTOP + "DesktopApplicationMacOS.mm",
+     "QGuiApplication::setQuitOnLastWindowClosed(false);", ""),
+    ("the reason to quit is not looked for among the parameters", DESKTOP + "DesktopApplicationMacOS.mm",
+     "[event paramDescriptorForKeyword:kAEQuitReason]", "[event attributeDescriptorForKeyword:kAEQuitReason]"),
+    ("the log-out is declined", DESKTOP + "DesktopApplicationMacOS.mm", "? NSTerminateNow : NSTerminateCancel",
+     "? NSTerminateLater : NSTerminateCancel"),
+    ("the window loses the style that it has", DESKTOP + "MainWindowBehaviourMacOS.mm",
+     "native.styleMask |= NSWindowStyleMaskFullSizeContentView;", "native.styleMask = NSWindowStyleMaskFullSizeContentView;"),
+    ("the first window is never freed", DESKTOP + "MainWindowBehaviourMacOS.mm",
+     "void configure(QWindow& window) {\n    @autoreleasepool {", "void configure(QWindow& window) {\n    {"),
+    ("the application comes forward before its window", DESKTOP + "MainWindowBehaviourMacOS.mm",
+     "window.setVisible(true);", "activateApplication(); window.setVisible(true);"),
+    ("a minimised window stays in the Dock", DESKTOP + "MainWindowBehaviourMacOS.mm", "if (native.miniaturized)", "if (false)"),
+    ("a regular application is made regular again", DESKTOP + "MainWindowBehaviourMacOS.mm",
+     "if (NSApp.activationPolicy == NSApplicationActivationPolicyRegular)", "if (false)"),
+    ("the new call is made on every system", DESKTOP + "MainWindowBehaviourMacOS.mm", "if (@available(macOS 14.0, *))", "if (true)"),
+    ("the panel hides when its program is not the active one", DESKTOP + "StatusPanelMacOS.mm",
+     "native.hidesOnDeactivate = NO;", ""),
+    ("the panel takes the active program's place", DESKTOP + "StatusPanelMacOS.mm",
+     "native.styleMask |= NSWindowStyleMaskNonactivatingPanel;", ""),
+    ("a monitor of events is left behind", DESKTOP + "StatusPanelMacOS.mm", "[NSEvent removeMonitor:elsewhere_];", ";"),
+    ("the panel closes by the press that is for the status item", DESKTOP + "StatusPanelMacOS.mm",
+     "if (!item_.contains(QCursor::pos()))", ""),
+    ("a press in the panel closes it", DESKTOP + "StatusPanelMacOS.mm", "if (window != panel &&", "if ("),
+    ("the menu's target is let go", DESKTOP + "MenuBarMacOS.mm", "targets_.push_back(target);", ""),
+    ("the windows' menu is not told to the application", DESKTOP + "MenuBarMacOS.mm", "application.windowsMenu = windows_;", ""),
+    ("Qt's menu stays after the launch", DESKTOP + "MenuBarMacOS.mm", "                          putUp();\n", ""),
+    ("the graphics state is not restored", DESKTOP + "NativeImageMacOS.mm", "[NSGraphicsContext restoreGraphicsState];", ""),
+    ("the picture is not drawn out", DESKTOP + "NativeImageMacOS.mm", "[context flushGraphics];", ""),
+    ("the picture lies in memory that is gone", DESKTOP + "NativeImageMacOS.mm", ".copy();", ";"),
+    ("rows are taken for as long as their pixels", DESKTOP + "NativeImageMacOS.mm", "bitmap.bytesPerRow", "width * 4"),
+    ("a declined place is used", DESKTOP + "FileDialogsMacOS.mm", "if ([panel runModal] != NSModalResponseOK)",
+     "if ([panel runModal] == 77)"),
+    ("the file name is not proposed", DESKTOP + "FileDialogsMacOS.mm", "panel.nameFieldStringValue = proposedName.toNSString();", ""),
+    ("the activity does not end", PLATFORM + "ActivityMacOS.mm",
+     "[NSProcessInfo.processInfo endActivity:token_->activity];", ""),
+    ("the activity keeps the Mac awake", PLATFORM + "ActivityMacOS.mm", "NSActivityUserInitiatedAllowingIdleSystemSleep",
+     "NSActivityUserInitiated"),
+    ("a value of the bundle is not looked at for its type", PLATFORM + "BundleInfoMacOS.mm",
+     "if (![value isKindOfClass:[NSString class]])", "if (value == nil)"),
+    ("whoever shall be forced is asked", PLATFORM + "RunningApplicationsMacOS.mm", "[application forceTerminate];",
+     "[application terminate];"),
+    ("the type of the session's entry is not looked at", PLATFORM + "SessionPresenceMacOS.mm",
+     "![value isKindOfClass:[NSNumber class]] ||", ""),
+    ("coming and going of the session are exchanged", PLATFORM + "SessionPresenceMacOS.mm", "setInFront(inFront);",
+     "setInFront(!inFront);"),
+    ("the session is looked up before it is observed, then forgotten", PLATFORM + "SessionPresenceMacOS.mm",
+     "setInFront(isOnConsole());", ""),
+    ("a preference is not written at once", PLATFORM + "PreferencesStoreMacOS.cpp",
+     "CFPreferencesSynchronize(asString(application), kCFPreferencesCurrentUser, kCFPreferencesAnyHost);", ""),
+    ("a text that cannot be made removes its preference", PLATFORM + "PreferencesStoreMacOS.cpp", "if (value && !object)",
+     "if (false)"),
+    ("a preference is kept for ever in memory", PLATFORM + "PreferencesStoreMacOS.cpp",
+     "void operator()(CFTypeRef object) const { CFRelease(object); }", "void operator()(CFTypeRef) const {}"),
+    ("the list of languages is kept for ever in memory", PLATFORM + "PreferredLanguagesMacOS.cpp", "CFRelease(array);",
+     "(void)array;"),
+    ("the clock takes ticks for nanoseconds", PLATFORM + "ClockMacOS.cpp", "* ratio.numer / ratio.denom", ""),
+    ("a process that is gone has a start", PLATFORM + "ProcessTableMacOS.cpp", "size < sizeof process ||", ""),
+    ("a signal reaches whoever has the number now", PLATFORM + "ProcessTableMacOS.cpp", "&& startOfProcess(pid) == start", ""),
+    ("children inherit every descriptor", PLATFORM + "ChildProcessMacOS.cpp",
+     "flags = static_cast<short>(flags | POSIX_SPAWN_CLOEXEC_DEFAULT);", "(void)flags;"),
+    ("a pipe is inherited", PLATFORM + "ChildProcessMacOS.cpp", "fcntl(end, F_SETFD, FD_CLOEXEC) != 0", "false && end"),
+    ("descriptors are closed below the first", PLATFORM + "Entry/HelperProcessMacOS.cpp", "open[i].proc_fd >= first &&", ""),
+    ("the way to the executable is not resolved", PLATFORM + "Entry/ExecutablePathMacOS.cpp",
+     "return std::string(resolved);", "return std::string(raw);"),
+    ("the service of the controller is kept", CORE + "IOKitTransport.cpp", "IOObjectRelease(service);", ""),
+    ("the connection to the controller is kept", CORE + "IOKitTransport.cpp", "IOServiceClose(connection_);", ""),
+    ("a refusal of the kernel counts as an answer", CORE + "IOKitTransport.cpp",
+     "&outputSize) != KERN_SUCCESS)", "&outputSize) == 77)"),
+    ("a Mac with Intel's processor counts as translated", CORE + "SystemTextMacOS.cpp",
+     'sysctlbyname("sysctl.proc_translated", &translated, &size, nullptr, 0) == 0 && translated == 1',
+     'sysctlbyname("sysctl.proc_translated", &translated, &size, nullptr, 0) != 0 || translated == 1'),
+)
+
+
+def compile_commands(build):
+    done = subprocess.run(["ninja", "-C", build, "-t", "compdb"], check=True, capture_output=True, text=True)
+    return {os.path.normpath(each["file"]): each for each in json.loads(done.stdout) if each["output"].endswith(".o")}
+
+
+def link_command(build):
+    done = subprocess.run(["ninja", "-C", build, "-t", "commands", "MacTests"], check=True, capture_output=True, text=True)
+    line = next(line for line in reversed(done.stdout.splitlines()) if "-o MacTests" in line)
+    words = shlex.split(line)
+    return words[words.index("&&") + 1:words.index("&&", words.index("&&") + 1)]
+
+
+def plant(folder, build, commands, link, mistake):
+    """Whether it was noticed, and by what."""
+    title, path, right, wrong = mistake
+    path = os.path.join(ROOT, path)
+    with open(path, encoding="utf-8") as file:
+        text = file.read()
+    if text.count(right) < 1:
+        raise RuntimeError(f"{path} no longer has the place for: {title}")
+    folder = tempfile.mkdtemp(dir=folder)
+    source = os.path.join(folder, "planted" + os.path.splitext(path)[1])
+    with open(source, "w", encoding="utf-8") as file:
+        file.write(f'#line 1 "{path}"\n' + text.replace(right, wrong, 1))
+    planted = os.path.join(folder, "planted.o")
+    words = shlex.split(commands[path]["command"])
+    words = [source if os.path.normpath(word) == path else word for word in words if not word.endswith("ccache")]
+    words[words.index("-o") + 1] = planted
+    words += ["-w"]
+    compiled = subprocess.run(words, cwd=build, check=False, capture_output=True, text=True)
+    if compiled.returncode != 0:
+        raise RuntimeError(f"{title}: does not compile, so it is no mistake of this kind\n{compiled.stderr}")
+    program = os.path.join(folder, "MacTests")
+    linking = list(link)
+    linking[linking.index("-o") + 1] = program
+    linking.insert(linking.index("-o"), planted)
+    if shutil.which("ld.lld"):
+        linking.append("-fuse-ld=lld")  # several times as fast
+    linked = subprocess.run(linking, cwd=build, check=False, capture_output=True, text=True)
+    if linked.returncode != 0:
+        raise RuntimeError(f"{title}: does not link\n{linked.stderr}")
+    try:
+        ran = subprocess.run([program, "--gtest_brief=1"], cwd=folder, check=False, capture_output=True, text=True,
+                             errors="replace", timeout=60, env={**os.environ, "ASAN_OPTIONS": "detect_leaks=1"})
+    except subprocess.TimeoutExpired:
+        return True, "it did not end"
+    if ran.returncode == 0:
+        return False, ""
+    lines = (ran.stdout + ran.stderr).splitlines()
+    return True, next((line.strip() for line in lines if "FAILED  ]" in line or "ERROR:" in line or "runtime error" in line
+                       or "Objective-C:" in line), f"status {ran.returncode}")
+
+
+def main():
+    build = os.path.abspath(sys.argv[1] if len(sys.argv) > 1 else os.path.join(ROOT, "build/macos-executed"))
+    commands = compile_commands(build)
+    link = link_command(build)
+    noticed = 0
+    with tempfile.TemporaryDirectory(prefix="fenwhirl-mutations-") as folder, \
+            concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as workers:
+        results = workers.map(lambda mistake: plant(folder, build, commands, link, mistake), MISTAKES)
+        for mistake, (caught, by) in zip(MISTAKES, results):
+            noticed += caught
+            print(f"{'noticed' if caught else 'MISSED '}  {mistake[0]}{': ' + by[:120] if by else ''}", flush=True)
+    print(f"{noticed} of {len(MISTAKES)} mistakes were noticed")
+    return 0 if noticed >= LEAST else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
