@@ -65,7 +65,7 @@ ROOMS = {
     "HistoryChart.description": ALOUD, "HistoryChart.endCaption": "one line", "HistoryChart.startCaption": "one line",
     "Label.text": "one line", "ListView.Accessible.name": ALOUD, "ModePicker.autoLabel": "a third of the card, then lines",
     "ModePicker.constantLabel": "a third of the card, then lines", "ModePicker.sensorLabel": "a third of the card, then lines",
-    "ModePicker.text": ALOUD, "NeutralButton.text": "a button's line", "PageTitle.subtitle": LINES.format(676),
+    "ModePicker.text": ALOUD, "NeutralButton.text": "a button's line", "PageFrame.explanation": LINES.format(676), "PageTitle.subtitle": LINES.format(676),
     "PageTitle.title": LINE.format(676), "Paragraph": LINES.format(336), "Paragraph.content": "lines",
     "PopupButton.text": ALOUD, "PopupMenuItem.text": "a menu's line, as wide as it is", "PresetCard.detail": "lines beside a button",
     "PrimaryButton.text": "a button's line", "RingGauge.caption": "one line below the number",

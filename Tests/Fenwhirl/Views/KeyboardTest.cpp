@@ -257,7 +257,10 @@ TEST(KeyboardInThePanel, ArrowsChooseFromPresetToPresetAndSpaceTheOneThatHasTheF
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Équilibré"));
     EXPECT_EQ(stage.monitor().activePreset(), Preset::balanced);
     stage.press(Qt::Key_Tab);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Auto")); // the left fan's way back to automatic
+    stage.press(Qt::Key_Tab);
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Ventilateur gauche"));
+    stage.press(Qt::Key_Backtab);
     stage.press(Qt::Key_Backtab);
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Équilibré"));
 }
