@@ -120,8 +120,11 @@ void FanCurve::drawGround(QPainter& painter, const Plot& plot) const {
     painter.setClipPath(zonePath.intersected(ground));
     painter.setPen(QPen(fainter(m_inkColor, hatchingStrength), thickness, Qt::SolidLine, Qt::FlatCap));
     const double step = apart * std::sqrt(2.0); // along the axis, for lines at 45 degrees
-    for (double x = zone.left() - plot.height; x < zone.right(); x += step)
+    const int lines = static_cast<int>(std::ceil((zone.width() + plot.height) / step));
+    for (int i = 0; i < lines; ++i) {
+        const double x = zone.left() - plot.height + i * step;
         painter.drawLine(QPointF(x, plot.height), QPointF(x + plot.height, 0.0));
+    }
     painter.restore();
 }
 
