@@ -79,5 +79,5 @@ void AppDelegate::updateStatusMenu() {
     menu.push_back({});
     menu.push_back({.text = localized(u"Ouvrir Fenwhirl"), .choose = [this] { windows_.openMain(); }});
     menu.push_back({.text = localized(u"Quitter"), .choose = [] { QCoreApplication::quit(); }});
-    statusItem_.setMenu(std::move(menu));
+    statusItem_.setMenu(menu);
 }

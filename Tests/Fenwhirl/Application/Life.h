@@ -29,7 +29,7 @@ public:
         shortText = newShortText;
     }
 
-    void setMenu(StatusMenu newMenu) override { menu = std::move(newMenu); }
+    void setMenu(const StatusMenu& newMenu) override { menu = newMenu; }
 
     [[nodiscard]] bool isPlaced() const override { return placed; }
 };

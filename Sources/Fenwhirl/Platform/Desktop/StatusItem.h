@@ -46,7 +46,7 @@ public:
 
     // What a press of the other mouse button offers, in the user's language; until then, and where a host has
     // no place for it, that press is one like any other. Not on macOS and not in GNOME.
-    virtual void setMenu(StatusMenu /*menu*/) {}
+    virtual void setMenu(const StatusMenu& /*menu*/) {}
 
     // Whether the panel that belongs to it is open: macOS then marks the item, as it does with its own.
     virtual void setOpen(bool /*open*/) {}

@@ -109,8 +109,8 @@ bool StatusItemLinux::isPlaced() const {
     return classic_ && classic_->isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
 }
 
-void StatusItemLinux::setMenu(StatusMenu menu) {
-    menu_ = std::move(menu);
+void StatusItemLinux::setMenu(const StatusMenu& menu) {
+    menu_ = menu;
     if (item_)
         item_->setMenu(menu_);
 }

@@ -28,7 +28,7 @@ public:
                     std::unique_ptr<SystemAppearance> appearance);
 
     void setText(const QString& text, const QString& shortText) override;
-    void setMenu(StatusMenu menu) override;
+    void setMenu(const StatusMenu& menu) override;
     [[nodiscard]] bool isPlaced() const override;
 
 private:
