@@ -356,7 +356,9 @@ TEST(FanCard, TheGaugeSaysWhatTheFanWasReallyAskedFor) {
     EXPECT_DOUBLE_EQ(fan->requestedFraction(), 1800.0 / 4800.0);
     const QString asked = askedFor(stage);
     stage.range(slider)->setCurrentValue(4000.0);
-    EXPECT_EQ(askedFor(stage), asked);
+    EXPECT_EQ(askedFor(stage), asked); // the setting is another one by now
+    EXPECT_EQ(fan->requestedText(), asked);
+    EXPECT_DOUBLE_EQ(fan->requestedFraction(), 1800.0 / 4800.0);
     stage.poll();
     EXPECT_EQ(askedFor(stage), fan->constantText());
     EXPECT_DOUBLE_EQ(fan->requestedFraction(), 2800.0 / 4800.0);

@@ -166,8 +166,9 @@ TEST(MenuPanel, TheSymbolOfAFansModeLeadsBackToAutomaticAndKeepsTheRest) {
     setting.mode = FanModeKind::automatic;
     EXPECT_EQ(stage.monitor().setting(1), setting);
     EXPECT_EQ(stage.find(QStringLiteral("Auto"), QAccessible::Button), nullptr);
-    EXPECT_EQ(stage.find(QStringLiteral("Auto"), QAccessible::Graphic, 1)->text(QAccessible::Description),
-              QString());
+    const QAccessibleInterface* picture = stage.find(QStringLiteral("Auto"), QAccessible::Graphic, 1);
+    ASSERT_NE(picture, nullptr);
+    EXPECT_EQ(picture->text(QAccessible::Description), QString());
     // The keyboard goes on from where the symbol was.
     const QAccessibleInterface* focused =
         QAccessible::queryAccessibleInterface(stage.window().activeFocusItem());
