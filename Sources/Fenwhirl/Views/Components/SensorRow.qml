@@ -53,7 +53,14 @@ Item {
     }
 
     CopyMenu {
+        id: copying
         content: root.name + " " + root.temperature
+    }
+
+    Keys.onPressed: event => {
+        event.accepted = event.matches(StandardKey.Copy)
+        if (event.accepted)
+            Clipboard.copy(copying.content)
     }
 
     ElidedLabel {

@@ -93,9 +93,25 @@ Item {
             root.selected = []
         }
 
+        function copyMenuOf(row: Item): CopyMenu {
+            for (let i = 0; i < row.children.length; ++i) {
+                if (row.children[i] instanceof CopyMenu)
+                    return row.children[i]
+            }
+            return null
+        }
+
+        function test_aFocusedSensorsTemperatureIsCopiedByTheKeyForIt() {
+            sensor.forceActiveFocus()
+            keyClick(Qt.Key_C, Qt.ControlModifier)
+            pasted.text = ""
+            pasted.paste()
+            compare(pasted.text, "Contrôleur de plateforme 50 °C")
+        }
+
         function test_aSensorsTemperatureCanBeCopied() {
             mouseClick(sensor, 30, 9, Qt.RightButton)
-            const copy = sensor.children[0] as CopyMenu
+            const copy = copyMenuOf(sensor)
             tryVerify(() => copy.menu !== null && copy.menu.opened)
             compare(copy.menu.labels, ["Copy"], "which the application translates")
             sensor.temperature = "51 °C"
