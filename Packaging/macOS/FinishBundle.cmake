@@ -1,8 +1,10 @@
 # Makes an installed Fenwhirl.app complete: puts Qt and its QML modules into it, sees that executable and guard link what
 # they may, and signs everything, last of all and from the inside out. Part of `cmake --install`; also by hand:
 #
-#   cmake -D BUNDLE=…/Fenwhirl.app -D QML_FOLDER=… [-D IDENTITY=…] [-D MACDEPLOYQT=…] [-D CODESIGN=…] [-D OTOOL=…] -P …
+#   cmake -D BUNDLE=…/Fenwhirl.app -D QML_FOLDER=… [-D IDENTITY=…] [-D MACDEPLOYQT=…] [-D CODESIGN=…] [-D OTOOL=…]
+#       [-D QT_STAYS_OUTSIDE=ON] -P …
 #
+# QT_STAYS_OUTSIDE leaves out the look for libraries that are missing: where MACDEPLOYQT puts nothing into the bundle.
 # IDENTITY "-" (the usual) signs for this computer only; any other is the name of a certificate, and then the hardened
 # runtime is on and the time of signing is certified, as notarisation asks. Any step that fails ends it all: a bundle
 # that is half signed is worse than none.
@@ -66,7 +68,95 @@ endfunction()
 finish_look("the executable" "${executable}" "/usr/lib/|/System/Library/")
 finish_look("the guard" "${guard}" "/usr/lib/libSystem\\.")
 
-# 3. What lies deeper is signed before what holds it; the bundle's own signature covers them all.
+# 3. Qt's tool ends with success where it could not find a library. So each library that a file of the bundle names has to be the
+# system's or lie in the bundle, and the bundle says itself which system the newest of its files needs.
+
+# finish_place(PLACE FILE result): where a path that begins with one of the loader's words leads.
+function(finish_place place file result)
+    cmake_path(GET file PARENT_PATH folder)
+    string(REGEX REPLACE "^@loader_path" "${folder}" place "${place}")
+    string(REGEX REPLACE "^@executable_path" "${BUNDLE}/Contents/MacOS" place "${place}")
+    set(${result} "${place}" PARENT_SCOPE)
+endfunction()
+
+# finish_resolve(FILE newest): every library that the file loads is there; `newest` receives the system that it needs.
+function(finish_resolve file newest)
+    finish_step("looking at ${file}" text "${OTOOL}" -l "${file}")
+    string(REPLACE ";" "," text "${text}")
+    string(REPLACE "Load command " ";" commands "${text}")
+    # What the library of the application adds to the run paths of all that it loads.
+    set(run_paths "${BUNDLE}/Contents/Frameworks")
+    set(names "")
+    set(needed "")
+    foreach(command IN LISTS commands)
+        if(command MATCHES "cmd LC_RPATH.*[ \t]path ([^\n]+) \\(offset")
+            finish_place("${CMAKE_MATCH_1}" "${file}" place)
+            list(APPEND run_paths "${place}")
+        elseif(command MATCHES "cmd LC_(LOAD|REEXPORT|LOAD_UPWARD)_DYLIB\n.*[ \t]name ([^\n]+) \\(offset")
+            list(APPEND names "${CMAKE_MATCH_2}")
+        elseif(command MATCHES "cmd LC_BUILD_VERSION.*[ \t]minos ([0-9.]+)" AND CMAKE_MATCH_1 VERSION_GREATER needed)
+            set(needed "${CMAKE_MATCH_1}")
+        endif()
+    endforeach()
+    set(${newest} "${needed}" PARENT_SCOPE)
+    foreach(name IN LISTS names)
+        if(name MATCHES "^(/usr/lib|/System/Library)/")
+            continue()
+        endif()
+        set(found OFF)
+        if(name MATCHES "^@rpath/(.*)")
+            set(rest "${CMAKE_MATCH_1}")
+            foreach(run_path IN LISTS run_paths)
+                string(FIND "${run_path}" "${BUNDLE}/" inside)
+                if(inside EQUAL 0 AND EXISTS "${run_path}/${rest}")
+                    set(found ON)
+                endif()
+            endforeach()
+        elseif(name MATCHES "^@")
+            finish_place("${name}" "${file}" place)
+            if(EXISTS "${place}")
+                set(found ON)
+            endif()
+        endif()
+        if(NOT found)
+            cmake_path(RELATIVE_PATH file BASE_DIRECTORY "${BUNDLE}" OUTPUT_VARIABLE shown)
+            message(FATAL_ERROR "FinishBundle: ${shown} loads ${name}, which is not in the bundle: it would start on this computer only")
+        endif()
+    endforeach()
+endfunction()
+
+if(NOT QT_STAYS_OUTSIDE)
+    set(information "${BUNDLE}/Contents/Info.plist")
+    set(promised "")
+    if(EXISTS "${information}")
+        file(READ "${information}" text)
+        if(text MATCHES "<key>LSMinimumSystemVersion</key>[ \t\r\n]*<string>([^<]+)</string>")
+            set(promised "${CMAKE_MATCH_1}")
+        endif()
+    endif()
+    set(needed "${promised}")
+    file(GLOB_RECURSE files "${BUNDLE}/Contents/*")
+    foreach(file IN LISTS files)
+        if(IS_SYMLINK "${file}")
+            continue()
+        endif()
+        file(READ "${file}" magic LIMIT 4 HEX)
+        if(NOT magic MATCHES "^(cffaedfe|cafebabe)$") # for one processor, for several
+            continue()
+        endif()
+        finish_resolve("${file}" newest)
+        if(newest VERSION_GREATER needed)
+            set(needed "${newest}")
+        endif()
+    endforeach()
+    if(promised AND needed VERSION_GREATER promised)
+        message(STATUS "Fenwhirl.app needs macOS ${needed}, because what lies in it does (it was to be ${promised})")
+        string(REGEX REPLACE "(<key>LSMinimumSystemVersion</key>[ \t\r\n]*<string>)[^<]+" "\\1${needed}" text "${text}")
+        file(WRITE "${information}" "${text}")
+    endif()
+endif()
+
+# 4. What lies deeper is signed before what holds it; the bundle's own signature covers them all.
 set(signing --force --sign "${IDENTITY}")
 if(NOT IDENTITY STREQUAL "-")
     list(APPEND signing --options runtime --timestamp)

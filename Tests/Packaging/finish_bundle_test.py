@@ -16,11 +16,11 @@ for framework in QtCore QtQml; do
     mkdir -p "$1/Contents/Frameworks/$framework.framework/Versions/A/Helpers"
     touch "$1/Contents/Frameworks/$framework.framework/Versions/A/$framework"
     touch "$1/Contents/Frameworks/$framework.framework/Versions/A/Helpers/lib$framework.dylib"
-    ln -s A "$1/Contents/Frameworks/$framework.framework/Versions/Current"
+    ln -sfn A "$1/Contents/Frameworks/$framework.framework/Versions/Current"
 done
 mkdir -p "$1/Contents/PlugIns/platforms" "$1/Contents/PlugIns/quick" "$1/Contents/Resources/qml/QtQuick"
 touch "$1/Contents/PlugIns/platforms/libqcocoa.dylib" "$1/Contents/PlugIns/quick/libqtquick2plugin.dylib"
-ln -s ../../../PlugIns/quick/libqtquick2plugin.dylib "$1/Contents/Resources/qml/QtQuick/"
+ln -sfn ../../../PlugIns/quick/libqtquick2plugin.dylib "$1/Contents/Resources/qml/QtQuick/"
 """
 
 SYSTEM_ONLY = r"""
@@ -143,6 +143,70 @@ class FinishBundle(unittest.TestCase):
         self.play("otool", "")
         self.assertNotEqual(self.finish().returncode, 0)
         self.assertEqual(self.signed(), [])
+
+    def make_code(self, path, *commands):
+        """A file that the loader would take, and what otool says of it."""
+        path = os.path.join(self.bundle, "Contents", path)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path, "wb") as file:
+            file.write(b"\xcf\xfa\xed\xfe")
+        said = path + ".said"
+        with open(said, "w", encoding="ascii") as file:
+            for number, command in enumerate(commands):
+                file.write(f"Load command {number}\n{command}\n")
+        self.play("otool", f'if [ -e "$2.said" ]; then cat "$2.said"; exit; fi\n{SYSTEM_ONLY}')
+
+    @staticmethod
+    def load(name, kind="LC_LOAD_DYLIB"):
+        return f"          cmd {kind}\n      cmdsize 56\n         name {name} (offset 24)"
+
+    RUN_PATH = "          cmd LC_RPATH\n      cmdsize 32\n         path @loader_path/../../Frameworks (offset 12)"
+
+    def test_libraries_in_the_bundle_and_of_the_system_are_there(self):
+        for name in ("QtCore", "QtGui", "QtSvg"):
+            self.make_code(f"Frameworks/{name}")
+        self.make_code("PlugIns/platforms/libqcocoa.dylib", self.load("/usr/lib/libSystem.B.dylib"),
+                       self.load("@rpath/QtCore"), self.load("@loader_path/../../Frameworks/QtGui"),
+                       self.load("@executable_path/../Frameworks/QtSvg"), self.load("@rpath/old", "LC_LOAD_WEAK_DYLIB"),
+                       self.load("/opt/its/own/name.dylib", "LC_ID_DYLIB"), self.RUN_PATH)
+        done = self.finish()
+        self.assertEqual(done.returncode, 0, done.stderr)
+
+    def test_a_library_that_is_not_in_the_bundle_ends_it_before_anything_is_signed(self):
+        for name in ("@rpath/QtDBus", "@loader_path/libbrotli.1.dylib", "@executable_path/../Frameworks/QtDBus",
+                     "/opt/homebrew/lib/libbrotli.1.dylib"):
+            with self.subTest(name):
+                self.make_code("PlugIns/platforms/libqcocoa.dylib", self.load(name), self.RUN_PATH)
+                done = self.finish()
+                self.assertNotEqual(done.returncode, 0)
+                self.assertIn(name, done.stderr)
+                self.assertIn("libqcocoa.dylib", done.stderr)
+                self.assertEqual(self.signed(), [])
+
+    def test_a_run_path_to_this_computers_folders_does_not_count(self):
+        outside = os.path.join(self.folder, "homebrew")
+        os.mkdir(outside)
+        open(os.path.join(outside, "QtDBus"), "w", encoding="ascii").close()
+        self.make_code("PlugIns/platforms/libqcocoa.dylib", self.load("@rpath/QtDBus"),
+                       f"          cmd LC_RPATH\n      cmdsize 32\n         path {outside} (offset 12)")
+        self.assertNotEqual(self.finish().returncode, 0)
+
+    def test_where_qt_stays_outside_nothing_is_missing(self):
+        self.make_code("PlugIns/platforms/libqcocoa.dylib", self.load("@rpath/QtDBus"))
+        self.assertEqual(self.finish("-D", "QT_STAYS_OUTSIDE=ON").returncode, 0)
+
+    def test_the_newest_file_says_which_system_is_needed(self):
+        plist = os.path.join(self.bundle, "Contents", "Info.plist")
+        for needed, promised in (("14.2", "14.2"), ("12.0", "13.0")):
+            with self.subTest(needed):
+                with open(plist, "w", encoding="ascii") as file:
+                    file.write("<key>LSMinimumSystemVersion</key>\n\t<string>13.0</string>\n<key>LSUIElement</key>\n<true/>\n")
+                self.make_code("Frameworks/QtCore",
+                               f"      cmd LC_BUILD_VERSION\n  cmdsize 32\n platform 1\n    minos {needed}\n      sdk 15.0")
+                done = self.finish()
+                self.assertEqual(done.returncode, 0, done.stderr)
+                with open(plist, encoding="ascii") as file:
+                    self.assertIn(f"<string>{promised}</string>\n<key>LSUIElement", file.read())
 
     def test_a_refused_signature_ends_it_before_the_bundle_is_signed(self):
         self.play("codesign", 'case "$*" in *libqcocoa*) echo "no identity found" >&2; exit 1 ;; esac')
