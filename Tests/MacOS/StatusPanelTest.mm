@@ -63,6 +63,7 @@ TEST_F(StatusPanelTest, LeavesPressesOnTheStatusItemToIt) {
 }
 
 TEST_F(StatusPanelTest, IsToldOfPressesInOtherWindowsOfOursOnly) {
+    showStatusPanel(panel, {});
     QWindow main;
     main.show();
     QWindow hidden;

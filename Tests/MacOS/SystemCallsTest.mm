@@ -15,6 +15,7 @@
 #include "FenwhirlCore/Platform/SystemText.h"
 #import "MacTest.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <array>
@@ -40,6 +41,11 @@ protected:
         FakeMac::system() = {};
     }
 };
+
+QByteArray pendingSignals(pid_t process) {
+    QFile status(QStringLiteral("/proc/%1/status").arg(process));
+    return status.open(QIODevice::ReadOnly) ? status.readAll() : QByteArray();
+}
 
 std::string bytesOf(std::int32_t number) {
     std::string bytes(sizeof number, '\0');
@@ -80,14 +86,22 @@ TEST_F(SystemCallsTest, AProcessIsToldByItsStart) {
 }
 
 TEST_F(SystemCallsTest, ASignalReachesTheProcessThatWasMeantOnly) {
+    // A blocked signal stays where it can be seen.
+    sigset_t blocked = {};
+    sigset_t before = {};
+    sigaddset(&blocked, SIGUSR1);
+    sigprocmask(SIG_BLOCK, &blocked, &before);
     const pid_t child = fork();
     if (child == 0) {
         for (;;)
             pause();
     }
+    sigprocmask(SIG_SETMASK, &before, nullptr);
     FakeMac::system().processes[child] = {1'700'000'000, 1};
-    signalProcess(child, 1, SIGKILL); // another one had this number
-    EXPECT_EQ(waitpid(child, nullptr, WNOHANG), 0);
+    signalProcess(child, 1, SIGUSR1); // another one had this number
+    EXPECT_TRUE(pendingSignals(child).contains("ShdPnd:\t0000000000000000"));
+    signalProcess(child, 1'700'000'000'000'001ULL, SIGUSR1);
+    EXPECT_FALSE(pendingSignals(child).contains("ShdPnd:\t0000000000000000"));
     signalProcess(child, 1'700'000'000'000'001ULL, SIGKILL);
     int status = 0;
     EXPECT_EQ(waitpid(child, &status, 0), child);

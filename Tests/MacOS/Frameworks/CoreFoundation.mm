@@ -210,6 +210,8 @@ CFPropertyListRef CFPreferencesCopyValue(CFStringRef key, CFStringRef applicatio
 
 void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef application,
                            CFStringRef user, CFStringRef host) {
+    if (key == nullptr || application == nullptr)
+        FakeMac::violate("a preference without a name"); // the end of the program there
     FakeMac::note("set " + text(key).toStdString());
     const std::pair place{domain(application, user, host), text(key)};
     if (value == nullptr)
