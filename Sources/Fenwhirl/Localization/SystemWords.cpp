@@ -23,7 +23,7 @@ struct Row {
 
 // clang-format off
 constexpr std::array rows = {
-    // The program's own menu, which Qt makes
+    // The program's own menu; Qt asks for it, too
     Row{u"About %1", u"About %1", u"À propos de %1", u"O aplikaciji %1", u"Über %1",
         u"Acerca de %1", u"Informazioni su %1", u"Acerca do %1", u"О приложении %1"},
     Row{u"Preferences…", u"Settings…", u"Réglages…", u"Podešavanja…", u"Einstellungen …",
