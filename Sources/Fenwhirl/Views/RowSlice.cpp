@@ -1,5 +1,10 @@
 #include "Fenwhirl/Views/RowSlice.h"
 
+RowSlice::RowSlice(QObject* parent) : QSortFilterProxyModel(parent) {
+    // What a row says does not move it: no change of it need be looked at.
+    setDynamicSortFilter(false);
+}
+
 void RowSlice::setFirst(int first) {
     if (first == first_)
         return;

@@ -16,7 +16,7 @@ class RowSlice : public QSortFilterProxyModel {
     Q_PROPERTY(int rows READ rows WRITE setRows NOTIFY sliceChanged)
 
 public:
-    using QSortFilterProxyModel::QSortFilterProxyModel;
+    explicit RowSlice(QObject* parent = nullptr);
 
     [[nodiscard]] int first() const { return first_; }
 

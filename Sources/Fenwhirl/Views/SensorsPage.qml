@@ -100,11 +100,16 @@ PageFrame {
                         x: Math.round(wantedX)
                         y: Math.max(0, Math.min(above, parent.height - root.height))
 
-                        model: RowSlice {
+                        // One column needs no part of the list.
+                        model: list.columns > 1 ? slice : root.models.machine.sensors
+
+                        RowSlice {
+                            id: slice
                             first: column.first
                             rows: list.rows
-                            sourceModel: root.models.machine.sensors
+                            sourceModel: list.columns > 1 ? root.models.machine.sensors : null
                         }
+
                         delegate: SensorRow {
                             height: root.rowHeight
                             takesFocus: true
