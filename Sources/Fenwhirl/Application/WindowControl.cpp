@@ -1,9 +1,11 @@
 #include "Fenwhirl/Application/WindowControl.h"
 
 #include "Fenwhirl/Application/ApplicationIconProvider.h"
+#include "Fenwhirl/Platform/Desktop/Announcement.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/RestingMemory.h"
+#include "Fenwhirl/Views/Components/Announcer.h"
 #include "Fenwhirl/Views/Components/Palette.h"
 #include "Fenwhirl/Views/Components/SystemSymbols.h"
 #include "Fenwhirl/Views/Components/Theme.h"
@@ -101,6 +103,7 @@ QQmlEngine& WindowControl::engine() {
     if (!engine_) {
         registerViews();
         Fenwhirl::setSystemSymbolSource(systemSymbol);
+        Fenwhirl::setSystemAnnouncement(announceBySystem);
         engine_ = std::make_unique<QQmlEngine>();
         engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
         engine_->addImageProvider(ApplicationIconProvider::name(),
