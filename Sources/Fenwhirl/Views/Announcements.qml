@@ -23,7 +23,10 @@ Item {
     readonly property bool installed: models.control.installed
     readonly property bool reporting: models.report.busy
 
-    Component.onCompleted: ready = true
+    Component.onCompleted: {
+        lastHealth = health
+        ready = true
+    }
     onErrorChanged: tell(error, true)
     onHealthChanged: {
         if (health < 0)

@@ -32,6 +32,12 @@ Window {
         id: keeper
         first: sidebar
         scope: onboarding.wanted && onboarding.overlay ? onboarding.overlay : content
+
+        // Orca asks about the switch of an application that is gone, and then says nothing of the one that has the focus now.
+        onHandedOn: name => {
+            if (root.models.pages.selectedName === "apps")
+                Announcer.say(name)
+        }
     }
 
     Announcements {

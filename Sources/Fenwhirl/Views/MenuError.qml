@@ -44,7 +44,6 @@ Item {
         id: close
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        Accessible.description: root.words
         text: qsTranslate("SystemWords", "Close")
 
         onClicked: root.control.dismissError()

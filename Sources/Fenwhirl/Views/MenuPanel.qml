@@ -33,6 +33,12 @@ FixedSizeWindow {
         models: root.models
     }
 
+    // It comes without a title that could be read.
+    onActiveChanged: {
+        if (active)
+            Announcer.say("Fenwhirl, " + models.machine.statusWord) // i18n-ignore: the product's name
+    }
+
     // How the Mac is, in one sentence for those who hear it.
     Shortcut {
         sequences: ["F1"]

@@ -54,13 +54,22 @@ Card {
                 onClicked: root.applied()
             }
 
+            // A stop of Tab, too: it gets the focus of the button in whose place it comes.
             Label {
                 id: word
+                Accessible.focusable: true
+                Accessible.name: activeFocus ? text + ": " + root.title : text
+                activeFocusOnTab: true
                 anchors.centerIn: parent
                 color: Theme.accent
                 font.weight: Font.DemiBold
                 text: qsTr("Actif")
                 visible: root.active
+
+                FocusRing {
+                    target: word
+                    targetRadius: 4
+                }
             }
         }
     }

@@ -45,6 +45,12 @@ T.Popup {
         answer = Dialog.Answer.Cancel
         opener = parent.Window.activeFocusItem
         introduce()
+        const content = contentItem as DialogContent
+        content.reset() // else the button that had the focus last time is said first
+    }
+    onAboutToHide: {
+        opener?.forceActiveFocus(Qt.PopupFocusReason)
+        opener = null
     }
     onClosed: {
         if (answer === Dialog.Answer.Accept)
@@ -53,9 +59,6 @@ T.Popup {
             destructive()
         else
             cancelled()
-        // The answer may have changed it, or sent it away.
-        opener?.forceActiveFocus(Qt.PopupFocusReason)
-        opener = null
     }
     onMessageChanged: introduce()
     onTitleChanged: introduce()

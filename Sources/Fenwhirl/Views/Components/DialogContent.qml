@@ -4,6 +4,7 @@ import Fenwhirl.Components
 // What a Dialog shows.
 //   title, message, acceptText, destructiveText, cancelText, iconSource, showsIcon   as there
 //   signals accepted, destructive, cancelled   a button was pressed; Return anywhere else is the first one
+//   reset()   lets the first button have the focus when the dialog gets it
 //   begin()   gives the first button the focus, whichever had it last time
 FocusScope {
     id: root
@@ -19,6 +20,10 @@ FocusScope {
     signal accepted()
     signal destructive()
     signal cancelled()
+
+    function reset() {
+        first.focus = true
+    }
 
     function begin() {
         first.forceActiveFocus()

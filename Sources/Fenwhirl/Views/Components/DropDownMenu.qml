@@ -67,6 +67,7 @@ Pressable {
         control: root
         currentIndex: root.currentIndex
         labels: root.labels
+        text: root.text
 
         onActivated: index => root.activated(index)
     }

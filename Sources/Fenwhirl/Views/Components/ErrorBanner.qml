@@ -52,7 +52,6 @@ Surface {
         anchors.right: parent.right
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter
-        Accessible.description: root.words
         text: root.closeText
         visible: root.closable
 

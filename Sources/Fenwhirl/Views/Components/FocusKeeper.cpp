@@ -1,5 +1,6 @@
 #include "Fenwhirl/Views/Components/FocusKeeper.h"
 
+#include <QAccessible>
 #include <QQuickWindow>
 
 #include <algorithm>
@@ -120,7 +121,7 @@ QQuickItem* FocusKeeper::heir() const {
         const QList<QQuickItem*> all = inOrder(m_scope);
         if (QQuickItem* near = nearest(all, all.indexOf(m_last), left))
             return near;
-    } else if (m_place >= 0) {
+    } else if (m_place >= 0 && m_around.contains(m_scope)) {
         QList<QQuickItem*> before;
         for (const QPointer<QQuickItem>& stop : m_chain)
             before.append(stop);
@@ -134,8 +135,14 @@ QQuickItem* FocusKeeper::heir() const {
 void FocusKeeper::check() {
     if (!isLost())
         return;
-    if (QQuickItem* next = heir())
-        next->forceActiveFocus(Qt::OtherFocusReason);
+    QQuickItem* next = heir();
+    if (next == nullptr)
+        return;
+    const bool gone = m_place >= 0 && (m_last.isNull() || m_last->window() == nullptr);
+    next->forceActiveFocus(Qt::OtherFocusReason);
+    const QAccessibleInterface* control = QAccessible::queryAccessibleInterface(m_window->activeFocusItem());
+    if (gone && control != nullptr)
+        Q_EMIT handedOn(control->text(QAccessible::Name));
 }
 
 } // namespace Fenwhirl

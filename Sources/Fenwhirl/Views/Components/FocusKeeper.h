@@ -34,6 +34,8 @@ public:
     Q_INVOKABLE [[nodiscard]] static QList<QQuickItem*> stops(QQuickItem* item);
 
 Q_SIGNALS:
+    // The focus was handed on from a control that is gone for good to one of that name.
+    void handedOn(const QString& name);
     void scopeChanged();
     void firstChanged();
 

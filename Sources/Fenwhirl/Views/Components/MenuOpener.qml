@@ -4,6 +4,7 @@ import QtQuick
 //   control         under which, or over which, the menu opens; gets the focus back when it closes
 //   labels, currentIndex   as in PopupMenu
 //   over            whether the current item lies over the control; else the menu opens below it
+//   text            what is chosen, for screen readers
 //   menu            the PopupMenu; null before open()
 //   signal activated(int index)  an item was chosen
 Loader {
@@ -13,19 +14,21 @@ Loader {
     required property var labels
     required property int currentIndex
     property bool over: false
+    property string text: ""
     readonly property var menu: item
 
     signal activated(int index)
 
     function open() {
         if (!item)
-            setSource("PopupMenu.qml", {"parent": control, "labels": labels, "currentIndex": currentIndex})
+            setSource("PopupMenu.qml", {"parent": control, "labels": labels, "currentIndex": currentIndex, "text": text})
         menu.open()
     }
 
     onLoaded: {
         menu.labels = Qt.binding(() => labels)
         menu.currentIndex = Qt.binding(() => currentIndex)
+        menu.text = Qt.binding(() => text)
         if (over) {
             menu.width = Qt.binding(() => Math.max(control.width, menu.implicitWidth))
             menu.y = Qt.binding(() => -menu.padding - menu.checkedY)

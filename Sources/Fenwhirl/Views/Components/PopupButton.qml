@@ -75,6 +75,7 @@ Pressable {
         currentIndex: root.currentIndex
         labels: root.labels
         over: true
+        text: root.text
 
         onActivated: index => root.activated(index)
     }

@@ -7,6 +7,7 @@ import Fenwhirl.Components
 // The list that opens from a PopupButton or a DropDownMenu. With more than 12 items it scrolls: then it is eleven and a half
 // high, so that the cut one says that there are more.
 //   labels, currentIndex   the items and the checked one (-1: none)
+//   text                   what is chosen, for screen readers
 //   signal activated(int index)  an item was chosen; the menu closes itself
 // Keys as in PopupMenuList; Escape closes.
 T.Popup {
@@ -14,6 +15,7 @@ T.Popup {
 
     required property var labels
     required property int currentIndex
+    property string text: ""
     readonly property real itemHeight: 28 + Theme.lineGrowth
     // Where the checked item lies in the opening menu.
     readonly property real checkedY: list.restingY(implicitHeight - 2 * padding)
@@ -71,6 +73,7 @@ T.Popup {
         }
     }
     contentItem: PopupMenuList {
+        Accessible.name: root.text
         checkedIndex: root.currentIndex
         itemHeight: root.itemHeight
         labels: root.labels
