@@ -14,11 +14,13 @@ import unittest
 
 import screen_reader
 import stage
+from accessibility_test import desktop_settings
 from desktop import Desktop, run
 
+PAGES = ("dashboard", "fans", "sensors", "apps", "presets", "alerts", "settings")
 TRANSCRIPTS = pathlib.Path(__file__).resolve().parent / "Speech"
 RECORDING = "FENWHIRL_RECORD" in os.environ
-MEASURED = re.compile(r"\d+(?=\s(°C|%))")
+MEASURED = re.compile(r"\d+(?=(\s°C|\s?%|\séléments|\sitems))")
 
 
 def read_transcript(file):
@@ -90,6 +92,29 @@ class Speech(unittest.TestCase):
         if RECORDING:
             write_transcript(file, heard)
 
+    def start_at(self, page, desktop, language, **options):
+        """Opens the window and goes to a page with the arrow keys."""
+        self.open(desktop, language, **options)
+        # Measured speeds flutter; these do not.
+        desktop.mac.tell("set F0Ac 2160")
+        desktop.mac.tell("set F1Ac 2000")
+        desktop.polls(2)
+        self.reader.heard(at_least=1)
+        for _ in range(PAGES.index(page)):
+            desktop.key("Down")
+            self.reader.heard(at_least=3)  # the row, its place, and that it is the current one
+
+    @staticmethod
+    def desktop_in(language, preferences=None, **options):
+        return Desktop(preferences={**(preferences or {}), "language": language}, **options)
+
+    def walk_page(self, page, language, **options):
+        with self.desktop_in(language, **options) as desktop:
+            self.start_at(page, desktop, language)
+            self.walk(page)
+
+    # --- The quiet ---
+
     def test_the_dashboard_at_rest_says_nothing(self):
         with Desktop() as desktop:
             self.open(desktop)
@@ -98,6 +123,141 @@ class Speech(unittest.TestCase):
             desktop.polls(4)
             self.assertGreater(desktop.requests(), requests)
             self.assertEqual(self.reader.heard(), [])
+
+    # --- The walks ---
+
+    def applications(self, language):
+        with self.desktop_in(language) as desktop:
+            desktop.start_busy_application()
+            self.start_at("apps", desktop, language)
+            desktop.screen.wait_for("Busy", "check box")
+            self.reader.heard()
+
+            def quit_it():
+                desktop.key("Return")
+                desktop.screen.wait_until_gone("Busy", "check box")
+
+            self.walk("applications", the_first_answer_is_given=quit_it)
+
+    def onboarding(self, language):
+        with self.desktop_in(language, onboarded=False) as desktop:
+            self.open(desktop, language)
+            self.reader.heard(at_least=3)
+            self.walk("onboarding")
+
+    def menu(self, language):
+        with self.desktop_in(language, helper=True) as desktop:
+            self.start_at("dashboard", desktop, language)
+            for key in ("Tab", "Tab"):
+                desktop.key(key)
+            self.reader.heard(at_least=2)
+
+            def rest_the_pointer():
+                box = desktop.screen.wait_for({"fr": "Préréglage", "en": "Preset"}[language], "combo box")
+                place = box.get_extents(desktop.screen.atspi.CoordType.SCREEN)
+                run("xdotool", "mousemove", place.x + 30, place.y + place.height + 90)
+                desktop.key("F1")  # something to hear
+
+            self.walk("menu", the_pointer_rests_where_the_menu_opens=rest_the_pointer)
+
+    def panel(self, language):
+        with self.desktop_in(language, helper=True) as desktop:
+            desktop.start_panel()
+            self.open(desktop, language, window=False)
+            desktop.mac.tell("set F0Ac 2160")
+            desktop.mac.tell("set F1Ac 2000")
+            desktop.polls(2)
+
+            def choose():
+                desktop.click_item()
+                desktop.wait_for_panel_window()
+
+            self.walk("panel", the_status_item_is_chosen=choose)
+
+    def trouble(self, language):
+        with self.desktop_in(language, helper=True) as desktop:
+            self.start_at("dashboard", desktop, language)
+            fixed = {"fr": "Vitesse fixe", "en": "Fixed speed"}[language]
+
+            def tell(*commands):
+                for command in commands:
+                    desktop.mac.tell(command)
+
+            def refuse():
+                tell("refuse all")
+                desktop.screen.press(fixed, "radio button")
+
+            self.walk("trouble",
+                      it_gets_hot=lambda: tell("set TCXC 88", "set TC0P 88"),
+                      it_cools_down=lambda: tell("unpin TCXC", "unpin TC0P"),
+                      the_controller_refuses_a_change=refuse,
+                      the_fan_vanishes=lambda: tell("set FNum 1"))
+
+    def test_the_page_dashboard_in_french(self):
+        self.walk_page("dashboard", "fr", preferences=desktop_settings())
+
+    def test_the_page_dashboard_in_english(self):
+        self.walk_page("dashboard", "en", preferences=desktop_settings())
+
+    def test_the_page_fans_in_french(self):
+        self.walk_page("fans", "fr", helper=True)
+
+    def test_the_page_fans_in_english(self):
+        self.walk_page("fans", "en", helper=True)
+
+    def test_the_page_sensors_in_french(self):
+        self.walk_page("sensors", "fr", helper=True)
+
+    def test_the_page_sensors_in_english(self):
+        self.walk_page("sensors", "en", helper=True)
+
+    def test_the_page_presets_in_french(self):
+        self.walk_page("presets", "fr", helper=True)
+
+    def test_the_page_presets_in_english(self):
+        self.walk_page("presets", "en", helper=True)
+
+    def test_the_page_alerts_in_french(self):
+        self.walk_page("alerts", "fr", helper=True)
+
+    def test_the_page_alerts_in_english(self):
+        self.walk_page("alerts", "en", helper=True)
+
+    def test_the_page_settings_in_french(self):
+        self.walk_page("settings", "fr")
+
+    def test_the_page_settings_in_english(self):
+        self.walk_page("settings", "en")
+
+    def test_applications_in_french(self):
+        self.applications("fr")
+
+    def test_applications_in_english(self):
+        self.applications("en")
+
+    def test_onboarding_in_french(self):
+        self.onboarding("fr")
+
+    def test_onboarding_in_english(self):
+        self.onboarding("en")
+
+    def test_menu_in_french(self):
+        self.menu("fr")
+
+    def test_menu_in_english(self):
+        self.menu("en")
+
+    def test_panel_in_french(self):
+        self.panel("fr")
+
+    def test_panel_in_english(self):
+        self.panel("en")
+
+    def test_trouble_in_french(self):
+        self.trouble("fr")
+
+    def test_trouble_in_english(self):
+        self.trouble("en")
 
 
 if __name__ == "__main__":
