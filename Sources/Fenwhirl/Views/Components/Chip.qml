@@ -14,6 +14,7 @@ ButtonBase {
     Accessible.checkable: true
     Accessible.checked: selected
     Accessible.role: Accessible.RadioButton
+    Accessible.onToggleAction: root.use() // which is how VoiceOver presses it
     fill: selected ? Theme.accent : Theme.well
     hoverColor: selected ? Theme.accentHover : Theme.hover
     designHeight: 28

@@ -14,6 +14,7 @@ Pressable {
     Accessible.checkable: true
     Accessible.checked: selected
     Accessible.role: Accessible.RadioButton
+    Accessible.onToggleAction: root.use() // which is how VoiceOver presses it
     disabledOpacity: 1
     ringed: false // around all of them
 

@@ -22,7 +22,7 @@ Pressable {
     implicitWidth: 38
     ringRadius: 11
 
-    Accessible.onToggleAction: root.clicked()
+    Accessible.onToggleAction: root.use()
     onClicked: root.toggled(!root.on)
 
     Behavior on progress {

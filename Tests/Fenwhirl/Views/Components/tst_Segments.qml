@@ -110,6 +110,17 @@ Item {
             verify(accessibility.act(segment(1), "Press"))
             compare(root.mode, 1)
             verify(accessibility.checked(segment(1)))
+            verify(accessibility.act(segment(2), "Toggle"))
+            compare(root.mode, 2)
+        }
+
+        function test_theFocusIsOnTheSelectedSegment() {
+            picker.forceActiveFocus()
+            verify(segment(0).activeFocus)
+            keyClick(Qt.Key_Right)
+            verify(segment(1).activeFocus)
+            root.mode = 2
+            verify(segment(2).activeFocus, "also when something else selects another")
         }
     }
 }
