@@ -191,9 +191,9 @@ Rectangle {
             touch.press(0, chart, 24 + 69, 50).commit()
             compare(reading(), "12:01, 52 °C")
             touch.move(0, chart, 24 + 138, 60).commit()
-            compare(reading(), "12:02, 54 °C")
+            tryVerify(() => reading() === "12:02, 54 °C") // moves arrive with the next picture
             touch.release(0, chart, 24 + 138, 60).commit()
-            compare(reading(), "50 °C – 60 °C")
+            tryVerify(() => reading() === "50 °C – 60 °C")
         }
 
         function test_theBubbleLiesOnTheAxisAndStaysWithinItsBounds() {
