@@ -16,7 +16,7 @@ TABLES = "Fenwhirl/Localization/FrenchTexts.h"
 
 # Where the texts of a QML file are seen.
 PLACES = {
-    "AlertsPage": "Alerts", "AppearanceCard": "Settings", "AppsPage": "Applications", "Banners": "above every page",
+    "Announcements": "said when it happens", "AlertsPage": "Alerts", "AppearanceCard": "Settings", "AppsPage": "Applications", "Banners": "above every page",
     "ControlCard": "Settings", "DashboardPage": "Dashboard", "FanCard": "Fans", "FanCurveControls": "Fans",
     "FanSpeedControls": "Fans", "FansPage": "Fans", "FeaturedCard": "Dashboard", "LanguagePicker": "Settings, introduction", "MenuActions": "panel",
     "MenuFanRow": "panel", "Onboarding": "introduction", "OnboardingAction": "introduction", "PresetCard": "Presets",
@@ -53,12 +53,12 @@ NOT_SHOWN = {"SMCFanWriteTest", "SMCReport", "DiagnosticReport", "FriendlyName"}
 LINES, LINE, ALOUD = "lines of {}", "one line of {}", "read aloud"
 ROOMS = {
     "AppRow.memoryText": "one line behind a number", "AppRow.protectedText": "one line, as wide as it is",
-    "Banners.problem": LINES.format(600), "ChangingText.content": "one line, several where it has no room",
+    "Announcement.text": ALOUD, "Banners.problem": LINES.format(600), "ChangingText.content": "one line, several where it has no room",
     "Chip.text": "one line, in rows of chips", "Column.Accessible.name": ALOUD,
     "CurveEditor.text": ALOUD, "ModeButton.description": ALOUD, "ModeButton.text": "a tooltip's line",
     "Slider.unit": "behind a number, as wide as it is", "SliderGroup.unit": "behind a number, as wide as it is",
     "Dialog.acceptText": "a button's line", "Dialog.cancelText": "a button's line",
-    "Announcements": ALOUD, "Dialog.destructiveText": "a button's line", "Dialog.message": LINES.format(260), "Dialog.title": LINES.format(260),
+    "Dialog.destructiveText": "a button's line", "Dialog.message": LINES.format(260), "Dialog.title": LINES.format(260),
     "DropDownMenu.caption": "one line", "ErrorBanner.message": LINES.format(600),
     "HelperBanner.actionText": "a button's line", "HelperBanner.busyText": "a button's line",
     "HelperBanner.message": "lines beside a button", "HelperBanner.title": "lines beside a button",
@@ -109,6 +109,8 @@ def entries(key, uses):
         name = pathlib.PurePosixPath(source).stem
         if source.endswith(".qml"):
             place = PLACES[name]
+            if name == "Announcements":  # bound to what happens
+                control = "Announcement.text"
         elif name in MADE:
             place, control = MADE[name]
             if isinstance(control, dict):
