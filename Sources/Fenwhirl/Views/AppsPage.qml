@@ -12,9 +12,8 @@ PageFrame {
 
     required property ViewModels models
     readonly property AppsView view: models.apps
-    readonly property string explanation: qsTr("Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.")
-    // Its first sentence.
-    readonly property string howToQuit: explanation.split(". ")[0] + "."
+    // The first sentence of the explanation.
+    readonly property string howToQuit: explanation.content.split(". ")[0] + "."
 
     property Dialog question: Dialog {
         readonly property bool wanted: root.view.asking
@@ -54,8 +53,9 @@ PageFrame {
             }
 
             Paragraph {
+                id: explanation
                 color: Theme.muted
-                content: root.explanation
+                content: qsTr("Désactive un interrupteur pour fermer l'application. Les documents non enregistrés peuvent être perdus : Fenwhirl demande toujours une confirmation.")
                 size: 12
                 width: Math.min(parent.width, 620 * Theme.textScale)
             }
