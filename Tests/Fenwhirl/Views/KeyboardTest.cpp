@@ -46,10 +46,9 @@ bool isStop(const QAccessibleInterface& control) {
 QStringList controls(Stage& stage) {
     QStringList found;
     const QList<QAccessible::Role> roles = {
-        QAccessible::Button,   QAccessible::CheckBox,    QAccessible::ComboBox,
-        QAccessible::Slider,   QAccessible::SpinBox,     QAccessible::PageTab,
-        QAccessible::ListItem, QAccessible::RadioButton, QAccessible::StaticText,
-        QAccessible::Chart};
+        QAccessible::Button,     QAccessible::CheckBox, QAccessible::ComboBox, QAccessible::Slider,
+        QAccessible::SpinBox,    QAccessible::PageTab,  QAccessible::ListItem, QAccessible::RadioButton,
+        QAccessible::StaticText, QAccessible::Chart};
     for (const QAccessible::Role role : roles) {
         for (const QAccessibleInterface* control : stage.all(role)) {
             if (control->state().focusable && !control->state().disabled && isStop(*control))
@@ -257,7 +256,8 @@ TEST(KeyboardInThePanel, ArrowsChooseFromPresetToPresetAndSpaceTheOneThatHasTheF
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Équilibré"));
     EXPECT_EQ(stage.monitor().activePreset(), Preset::balanced);
     stage.press(Qt::Key_Tab);
-    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Auto")); // the left fan's way back to automatic
+    EXPECT_EQ(focused(stage).section(u' ', 1),
+              QStringLiteral("Auto")); // the left fan's way back to automatic
     stage.press(Qt::Key_Tab);
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Ventilateur gauche"));
     stage.press(Qt::Key_Backtab);
