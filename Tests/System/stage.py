@@ -213,7 +213,11 @@ LONG_ROLE_NAMES = {"button": "push button"}
 
 def role_of(node):
     """The name of a node's role, the same with every version of the accessibility service."""
-    name = node.get_role_name()
+    from gi.repository import GLib
+    try:
+        name = node.get_role_name()
+    except GLib.Error:
+        return ""  # it went away
     return LONG_ROLE_NAMES.get(name, name)
 
 

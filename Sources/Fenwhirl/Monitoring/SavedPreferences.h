@@ -43,6 +43,9 @@ struct Preference {
     bool isWrittenBack = false; // what another type was read from is stored as what it is
 };
 
+template <typename Value>
+Preference(const char*, Value SavedPreferences::*, bool = false) -> Preference<Value>;
+
 namespace Preferences {
 
 inline constexpr Preference warmThreshold{"warmThreshold", &SavedPreferences::warmThreshold, true};

@@ -227,7 +227,7 @@ Item {
         atAxis: true
         shown: area.held === start || start.lately
         unit: "°C" // i18n-ignore: the unit's sign
-        value: Math.round(root.startTemp).toString()
+        reading: Math.round(root.startTemp).toString()
         y: root.plotTop + root.plotHeight + Math.round(12 * Theme.textScale)
     }
 
@@ -236,7 +236,7 @@ Item {
         designWidth: 56
         shown: area.held === max || max.lately
         unit: "°C" // i18n-ignore: the unit's sign
-        value: Math.round(root.maxTemp).toString()
+        reading: Math.round(root.maxTemp).toString()
         y: root.plotTop - Math.round(13 * Theme.textScale) - height
     }
 

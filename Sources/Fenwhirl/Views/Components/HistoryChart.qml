@@ -186,7 +186,7 @@ Item {
             shown: cursor.reading
             time: cursor.timeText
             unit: "°C" // i18n-ignore: the unit's sign
-            value: cursor.degreesText
+            reading: cursor.degreesText
             widestTime: cursor.widestTime
             widestValue: "100"
             y: root.plotHeight + 4

@@ -164,7 +164,7 @@ FocusScope {
         shown: (area.pressed || lingering.running) && root.valueText !== ""
         unit: root.unit
         unitColor: Theme.muted
-        value: root.valueText
+        reading: root.valueText
         widestValue: root.widestText
         y: knob.y - 4 - height
     }

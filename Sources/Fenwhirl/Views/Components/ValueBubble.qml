@@ -4,7 +4,7 @@ import Fenwhirl.Components
 // A small floating label with the value of what is pointed at or dragged. Only its opacity is animated; value and place
 // follow at once. A screen reader passes it over: what it belongs to carries the value.
 //   shown        whether it is to be seen
-//   value        semibold, digits of equal width
+//   reading      semibold, digits of equal width
 //   unit         after the value, in unitColor
 //   time         before the value, muted; takes no room when empty
 //   designWidth  as designed, larger with the texts; it does not follow the value, so it must hold the widest
@@ -17,13 +17,13 @@ Item {
     id: root
 
     property bool shown: false
-    required property string value
+    required property string reading
     required property string unit
     property color unitColor: Theme.text
     property string time: ""
     property real designWidth: 96
     property string widestTime: time
-    property string widestValue: value
+    property string widestValue: reading
     property bool atAxis: false
     property real aim: 0
     property real leftmost: 0
@@ -105,7 +105,7 @@ Item {
             Accessible.ignored: true
             objectName: "value"
             size: 12
-            text: root.value
+            text: root.reading
             weight: Font.DemiBold
         }
 

@@ -2,6 +2,7 @@
 #include "PrivateBus.h"
 
 #include <QCoreApplication>
+#include <QDBusMessage>
 #include <QFileInfo>
 #include <QProcess>
 #include <QSignalSpy>

@@ -77,7 +77,7 @@ Rectangle {
             for (let i = 0; i < curve.children.length; ++i) {
                 const child = curve.children[i]
                 if (child instanceof ValueBubble && child.visible)
-                    return child.value
+                    return child.reading
             }
             return ""
         }
