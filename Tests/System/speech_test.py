@@ -85,7 +85,7 @@ class Speech(unittest.TestCase):
                 events[step[2:].replace(" ", "_")]()
             else:
                 self.desktop.key(step)
-            said = self.reader.heard(at_least=1 if RECORDING else max(1, len(expected)), seconds=6)
+            said = self.reader.heard(at_least=1 if RECORDING else max(1, len(expected)))
             said = [SCROLLED.sub("", text) for text in said if not RANGE.fullmatch(text)]
             heard.append((step, [MEASURED.sub("{n}", text) for text in said]))
             if RECORDING:

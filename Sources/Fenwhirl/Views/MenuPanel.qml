@@ -36,7 +36,14 @@ FixedSizeWindow {
     // It comes without a title that could be read.
     onActiveChanged: {
         if (active)
-            Announcer.say("Fenwhirl, " + models.machine.statusWord) // i18n-ignore: the product's name
+            introduce.restart()
+    }
+
+    Timer { // what speaks has to know that the panel is active, too
+        id: introduce
+        interval: 0
+
+        onTriggered: Announcer.say("Fenwhirl, " + root.models.machine.statusWord) // i18n-ignore: the product's name
     }
 
     // How the Mac is, in one sentence for those who hear it.

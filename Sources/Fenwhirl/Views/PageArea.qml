@@ -10,7 +10,7 @@ Item {
     readonly property string pageName: models.pages.selectedName
 
     function load() {
-        const file = pageName[0].toUpperCase() + pageName.slice(1) + "Page.qml" // "fans": FansPage.qml
+        const file = pageName.charAt(0).toUpperCase() + pageName.slice(1) + "Page.qml" // "fans": FansPage.qml
         page.setSource(file, {"models": models})
     }
 

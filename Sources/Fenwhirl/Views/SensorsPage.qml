@@ -55,7 +55,7 @@ PageFrame {
                     if (event.accepted)
                         goTo(currentIndex + steps[event.key])
                 }
-                onColumnsChanged: Qt.callLater(() => goTo(Math.min(currentIndex, root.count - 1)))
+                onColumnsChanged: settle.restart()
 
                 // In view before it has the focus, so that the row is there to get it.
                 function goTo(index: int) {
@@ -65,6 +65,13 @@ PageFrame {
                         root.revealRow(index % rows)
                     currentIndex = index
                     columnViews.itemAt(Math.floor(index / rows)).focus = true
+                }
+
+                Timer { // once the columns are there
+                    id: settle
+                    interval: 0
+
+                    onTriggered: list.goTo(Math.min(list.currentIndex, root.count - 1))
                 }
 
                 Repeater {

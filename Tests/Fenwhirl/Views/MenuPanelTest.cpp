@@ -4,6 +4,7 @@
 #include "FittingWindow.h"
 #include "Stage.h"
 
+#include <QQuickItem>
 #include <QTest>
 
 #include <gtest/gtest.h>

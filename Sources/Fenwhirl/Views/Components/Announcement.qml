@@ -41,7 +41,7 @@ Item {
 
     Timer {
         id: hush
-        interval: 1500
+        interval: 5000 // a screen reader on a busy computer asks late
 
         onTriggered: {
             for (let i = 0; i < places.count; ++i)

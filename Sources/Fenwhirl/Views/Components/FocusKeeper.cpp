@@ -107,6 +107,8 @@ bool FocusKeeper::isLost() const {
     QQuickItem* item = m_window->activeFocusItem();
     if (item == nullptr || item == m_window->contentItem())
         return true;
+    if (m_place < 0) // no control has had it yet
+        return !isStop(item);
     if (item == m_last)
         return !isStop(item);
     // A control holds it, or something that looks after its own keys; but not what it fell to.
