@@ -589,6 +589,25 @@ static void did(const char* what) {
 
 @end
 
+// What is said by a screen reader
+const NSAccessibilityNotificationName NSAccessibilityAnnouncementRequestedNotification =
+    @"NSAccessibilityAnnouncementRequestedNotification";
+const NSAccessibilityNotificationUserInfoKey NSAccessibilityAnnouncementKey =
+    @"NSAccessibilityAnnouncementKey";
+const NSAccessibilityNotificationUserInfoKey NSAccessibilityPriorityKey = @"NSAccessibilityPriorityKey";
+
+void NSAccessibilityPostNotificationWithUserInfo(
+    id element, NSAccessibilityNotificationName notification,
+    NSDictionary<NSAccessibilityNotificationUserInfoKey, id>* userInfo) {
+    FakeMac::wantMainThread("NSAccessibilityPostNotificationWithUserInfo");
+    if (element == nil || ![notification isEqualToString:NSAccessibilityAnnouncementRequestedNotification])
+        FakeMac::violate("an announcement of nothing, or of another kind");
+    NSString* text = userInfo[NSAccessibilityAnnouncementKey];
+    NSNumber* priority = userInfo[NSAccessibilityPriorityKey];
+    FakeMac::note("announce \"" + QString::fromNSString(text).toStdString() + "\" at " +
+                  std::to_string(static_cast<int>(priority.value)));
+}
+
 // The application
 __kindof NSApplication* NSApp = nil;
 

@@ -18,11 +18,6 @@ NSString* makeText(const QString& text);
 NSData* makeData(const QByteArray& content);
 NSNumber* makeNumber(double value, bool isBoolean);
 
-@interface NSNumber ()
-@property double value;
-@property BOOL isBoolean;
-@end
-
 extern const CFAllocatorRef kCFAllocatorDefault = nullptr;
 extern const CFStringRef kCFPreferencesCurrentUser =
     (CFStringRef)CFBridgingRetain(@"kCFPreferencesCurrentUser");

@@ -100,8 +100,17 @@ void sendAction(SEL action, id target, id sender);
 } // namespace FakeMac
 
 // What the fakes keep beside what the headers declare.
+@interface NSNumber ()
+@property double value;
+@property BOOL isBoolean;
+@end
+
 @interface NSView ()
 @property(nullable, readwrite, assign) NSWindow* window;
+@end
+
+@interface NSApplication ()
+@property(nullable, readwrite, weak) NSWindow* keyWindow;
 @end
 
 @interface NSControl ()

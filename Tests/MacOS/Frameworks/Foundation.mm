@@ -157,20 +157,23 @@ NSString* makeText(const QString& text) {
 @end
 
 // Numbers, bytes, collections
-@interface NSNumber ()
-@property double value;
-@property BOOL isBoolean;
-@end
+NSNumber* makeNumber(double value, bool isBoolean);
 
 @implementation NSNumber
+
++ (NSNumber*)numberWithInteger:(NSInteger)value {
+    return makeNumber(static_cast<double>(value), false);
+}
+
++ (NSNumber*)numberWithLong:(long)value {
+    return makeNumber(static_cast<double>(value), false);
+}
 
 - (BOOL)boolValue {
     return self.value != 0;
 }
 
 @end
-
-NSNumber* makeNumber(double value, bool isBoolean);
 
 NSNumber* makeNumber(double value, bool isBoolean) {
     NSNumber* made = [[NSNumber alloc] init];
