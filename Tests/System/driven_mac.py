@@ -73,8 +73,12 @@ class DrivenMac:
         return result
 
     def clear_away(self):
-        """Ends guards and helpers that are still there, so that the next machine of this test is no affair of theirs."""
-        self.signal(self.running(GUARD) + self.running("FenwhirlHelper"), signal.SIGKILL)
+        """Ends the guards and helpers that are left, so that none of them reaches the next machine of this test."""
+        def are_gone():
+            left = self.running(GUARD) + self.running("FenwhirlHelper")
+            self.signal(left, signal.SIGKILL)  # again, because a guard may have started a helper meanwhile
+            return not left
+        stage.wait_until(are_gone, "guards and helpers end")
 
     # --- The program and its processes ---
 

@@ -377,9 +377,11 @@ class Application(Process):
 def install_helper(build):
     """Puts the helper where the application installs it. Needs to be root of this private world."""
     HELPER.parent.mkdir(parents=True, exist_ok=True)
-    shutil.copy(build / "bin/Fenwhirl", HELPER)
-    os.chown(HELPER, 0, 0)
-    os.chmod(HELPER, 0o4755)
+    copy = HELPER.with_suffix(".copy")  # a file that is being executed can be replaced, but not written
+    shutil.copy(build / "bin/Fenwhirl", copy)
+    os.chown(copy, 0, 0)
+    os.chmod(copy, 0o4755)
+    copy.rename(HELPER)
 
 
 def cover_temporary_files(*needed):
