@@ -34,6 +34,11 @@ def in_cyrillic(text):
     return re.sub(r"(?:[^\W\d_]|[%@])+", word, text)
 
 
+def before(text):
+    """The words before the value in a text, without the colon."""
+    return text.partition("%@")[0].rstrip(": \u202f\u00a0")
+
+
 class Words:
     """One language's words; French has its own."""
 
@@ -47,6 +52,9 @@ class Words:
             alerts = {code: words for code, *words in
                       ALERT.findall((SOURCES / "Updates/UpdateTexts.cpp").read_text(encoding="utf-8"))}
             self.translations.update(zip(alerts["fr"], alerts[language]))
+            # A slider has the words before its value as its name: "Vitesse demandée : %@ tr/min".
+            names = {before(french): before(text) for french, text in self.translations.items() if " : %@" in french}
+            self.translations = {**names, **self.translations}
 
     def shown(self, french):
         """What stands on the screen for a French text, also for one with its values put in."""
