@@ -1,7 +1,8 @@
-// Keeps the program acting in time while it shows no window.
+// Keeps the program's timers on time while it shows no window.
 //
-// macOS slows the timers of programs that nobody sees; as long as one of these lives it does not. The
-// computer may still go to sleep. Where the system has no such habit it does nothing.
+// macOS throttles the timers of programs whose windows nobody sees. It does not do so while an Activity
+// exists. The computer may still go to sleep. Linux does not throttle hidden programs; there this class does
+// nothing.
 //
 // Threads: main thread.
 
@@ -13,13 +14,13 @@
 
 class Activity {
 public:
-    // `reason` is for the system's own tools.
+    // `reason` is shown by the system's own tools.
     explicit Activity(const QString& reason);
     ~Activity();
     Activity(const Activity&) = delete;
     Activity& operator=(const Activity&) = delete;
 
 private:
-    struct Token; // the system's, held until the end
+    struct Token; // the system's handle of the activity, released in the destructor
     std::unique_ptr<Token> token_;
 };

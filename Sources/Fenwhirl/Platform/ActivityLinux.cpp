@@ -1,6 +1,6 @@
 #include "Fenwhirl/Platform/Activity.h"
 
-// Linux leaves the timers of hidden programs alone: there is nothing to hold.
+// Linux does not throttle the timers of hidden programs, so there is nothing to request.
 struct Activity::Token {};
 
 Activity::Activity(const QString& /*reason*/) {}

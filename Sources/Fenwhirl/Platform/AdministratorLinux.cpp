@@ -8,7 +8,7 @@
 
 namespace {
 
-// By it the dialog says what it is about; what may be run is for the activator to judge.
+// Only selects which explanation the dialog shows. The activator itself decides what it is willing to run.
 bool isRemoval(const std::string& command) {
     return command.rfind("rm ", 0) == 0;
 }

@@ -1,6 +1,7 @@
-// How the program of a package asks for administrator rights: through a program of the package's own, which
-// runs nothing but the two commands of the helper's installation and removal, and which polkit knows by name.
-// Then the dialog says what it is about, where it would show a shell's command otherwise.
+// How a packaged Fenwhirl asks for administrator rights. The package brings a program of its own for this,
+// the activator, which runs nothing but the two commands that install and remove the helper. Polkit knows it
+// by name, so that its dialog explains what the password is for; otherwise the dialog would show a shell
+// command.
 
 #pragma once
 
@@ -15,8 +16,9 @@ inline constexpr std::string_view activator = "/usr/lib/fenwhirl/fenwhirl-activa
 
 } // namespace PackagedAdministrator
 
-// As administratorInvocation, for a process of this executable on a computer where `activator` is, if it is
-// there and may be executed.
+// Like `administratorInvocation` in Administrator.h, for a process that runs `executable`. It uses the
+// program at the path `activator` only if `executable` is the package's program and `activator` may be
+// executed.
 [[nodiscard]] std::vector<std::string> administratorInvocation(const std::string& command, bool isRoot,
                                                                std::string_view executable,
                                                                const std::string& activator);

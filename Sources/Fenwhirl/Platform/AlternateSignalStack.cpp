@@ -6,7 +6,7 @@
 
 namespace {
 
-// Enough for a handler that starts processes, whatever the processor saves of its registers.
+// Enough for a handler that starts processes, whatever register state the processor saves on this stack.
 constexpr std::size_t usableSize = 64UL * 1024UL;
 
 } // namespace

@@ -1,8 +1,8 @@
-// A second stack for the signal handlers of one thread, so that a fatal signal can still be acted on when the
-// thread has used up its own.
+// A second stack for the signal handlers of one thread, so that a fatal signal can still be handled after the
+// thread has overflowed its own stack.
 //
-// To be made first thing by each thread of ours; belongs to the thread that made it and must go with it.
-// Where no memory is left for it the thread simply has none.
+// Every thread that Fenwhirl starts creates one first. The object belongs to the thread that created it and
+// must be destroyed there. If its memory cannot be allocated, the thread has no alternate stack.
 
 #pragma once
 
@@ -16,6 +16,6 @@ public:
     ~AlternateSignalStack();
 
 private:
-    void* memory_ = nullptr; // with a page below it that nobody may touch
+    void* memory_ = nullptr; // starts with a guard page
     std::size_t size_ = 0;
 };

@@ -11,7 +11,8 @@
 
 namespace {
 
-// A name that no other writer uses: unique among the threads of this process and among the living processes.
+// A name that no other writer uses: it is unique among the threads of this process and among running
+// processes.
 std::string temporaryName(const std::string& path) {
     static std::atomic<unsigned> counter = 0;
     return path + '.' + std::to_string(getpid()) + '-' + std::to_string(counter++) + ".new";
@@ -21,7 +22,7 @@ FileDescriptor openNew(const std::string& path) {
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
     FileDescriptor file(::open(path.c_str(), flags, 0600));
     if (!file.isOpen() && errno == EEXIST && ::unlink(path.c_str()) == 0) {
-        // Left behind by a killed process that had the same number.
+        // A killed process that had the same id left this file behind.
         file = FileDescriptor(::open(path.c_str(), flags, 0600));
     }
     return file;
@@ -54,6 +55,7 @@ bool reachesDisk(int file) {
 
 bool replaceFile(const std::string& path, std::string_view contents) {
     std::error_code notThere;
+    // Resolves links, so that the rename replaces the file that a link points to and not the link.
     const std::filesystem::path resolved = std::filesystem::canonical(path, notThere);
     const std::string target = notThere ? path : resolved.string();
     const std::string temporary = temporaryName(target);
@@ -67,8 +69,8 @@ bool replaceFile(const std::string& path, std::string_view contents) {
         ::unlink(temporary.c_str());
         return false;
     }
-    // The new name is in place; that it also survives a power cut is the folder's affair. Some file systems
-    // cannot say so for a folder, and nothing is lost by carrying on.
+    // The rename has taken effect. To survive a power cut, the folder must reach the disk, too. Some file
+    // systems cannot sync a folder; that is ignored, because nothing is lost by carrying on.
     const std::string folder = std::filesystem::path(target).parent_path().string();
     const FileDescriptor directory(
         ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

@@ -1,12 +1,12 @@
-// Replaces a file as a whole: after a crash or a power cut there is either the old one or the new one, never
-// a part.
+// Replaces a file atomically: after a crash or a power cut either the old or the new file is there, never a
+// part of one.
 //
-// The contents go to a file of their own beside it, reach the disk, and take the name; then the folder
-// reaches the disk too. Readable by the user alone. A link is followed: what it points to is replaced. On
-// failure the old file stays and nothing is left behind; a killed process can leave one file that ends in
-// ".new".
+// The contents are written to a temporary file in the same folder, which is synced to disk and renamed; then
+// the folder is synced, too. The new file is readable by the user alone. A symbolic link is followed: the
+// file that it points to is replaced. On failure the old file stays and nothing is left behind. A process
+// that is killed can leave one file whose name ends in ".new".
 //
-// Thread-safe: writers of one path leave the contents of one of them.
+// Thread-safe: when several writers replace one path, the result is the contents of one of them.
 
 #pragma once
 

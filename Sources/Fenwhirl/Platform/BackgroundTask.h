@@ -1,9 +1,9 @@
-// Work that blocks for long and belongs to no queue: an installation that waits for a password, a report that
-// takes seconds.
+// Runs work that blocks for long and belongs to no queue: an installation that waits for a password, or a
+// report that takes seconds.
 //
-// Each task has a thread of its own, because none may hold up another, and nobody waits for it: the end of
-// the process simply ends it. So a task owns what it works with (values, shared state) and answers through a
-// MainThreadInbox::Sender. It must not throw.
+// Each task has a thread of its own, so that no task delays another. Nobody waits for a task: when the
+// process exits, the task ends with it. A task therefore owns the data that it works with (values, shared
+// state) and reports its result through a MainThreadInbox::Sender. It must not throw.
 
 #pragma once
 

@@ -1,7 +1,7 @@
-// What this program says about itself: the facts of its bundle.
+// What this program says about itself, as its application bundle states it.
 //
-// On macOS they are read from the main bundle's Info.plist; elsewhere there is no bundle and they are those
-// of the build.
+// On macOS the values come from the main bundle's Info.plist. Elsewhere there is no bundle, and they are
+// those of the build.
 //
 // Threads: any.
 
@@ -13,13 +13,13 @@
 
 namespace BundleInfo {
 
-// The name ("Fenwhirl"); absent when the bundle has none or it is no text.
+// The name ("Fenwhirl"); absent when the bundle has none or it is not a string.
 [[nodiscard]] std::optional<QString> name();
 
 // The version that users see ("0.1"); absent under the same conditions.
 [[nodiscard]] std::optional<QString> shortVersion();
 
-// The bundle's folder; empty where there are no bundles.
+// The path of the bundle's folder; empty where there are no bundles.
 [[nodiscard]] QString path();
 
 } // namespace BundleInfo

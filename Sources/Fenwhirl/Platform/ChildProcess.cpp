@@ -13,7 +13,7 @@
 
 namespace {
 
-// As exec takes it.
+// The environment block in the form that exec expects.
 char** listOf(ChildEnvironment environment) {
     static char all[] = "LC_ALL=C";
     static char language[] = "LANG=C";
@@ -30,7 +30,7 @@ char** listOf(ChildEnvironment environment) {
     return currentEnvironment();
 }
 
-// The two records of posix_spawn, freed together. A step that fails makes the whole request fail.
+// The two objects that posix_spawn takes, destroyed together. If one step fails, `start` fails.
 class SpawnRequest {
 public:
     SpawnRequest() {
@@ -46,7 +46,7 @@ public:
         posix_spawnattr_destroy(&attributes_);
     }
 
-    // -1 means the null device.
+    // `ours` is -1 for the null device.
     void connect(int descriptor, int ours) {
         const int access = descriptor == STDIN_FILENO ? O_RDONLY : O_WRONLY;
         note(ours < 0 ? posix_spawn_file_actions_addopen(&actions_, descriptor, "/dev/null", access, 0)
@@ -121,8 +121,9 @@ std::optional<int> waitForExit(pid_t child) {
     return WEXITSTATUS(status);
 }
 
-// Descriptors 0 to 2 are what children get rearranged; an end there (of a process started with them closed)
-// would be overwritten before it is used.
+// Moves a descriptor out of the range 0 to 2. A process that was started with its standard descriptors closed
+// may get one of these numbers for a pipe, and `SpawnRequest::connect` would overwrite that end in the child
+// before it is used.
 int movedAboveStandard(int descriptor) {
     if (descriptor > STDERR_FILENO)
         return descriptor;
@@ -150,6 +151,7 @@ std::optional<ChildResult> runChild(const std::string& executable, std::span<con
         return std::nullopt;
     ChildResult result;
     if (pipe) {
+        // Our own write end would keep the pipe open after the child has exited.
         pipe->writeEnd.close();
         result.output = readToEnd(pipe->readEnd.number());
     }

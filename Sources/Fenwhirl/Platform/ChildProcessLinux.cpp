@@ -4,7 +4,7 @@
 #include <unistd.h>
 
 bool keepOnlyStandardDescriptors(posix_spawn_file_actions_t& actions, short&) {
-    // Ours are close-on-exec anyway; this is for those of libraries that forget it.
+    // Our own descriptors are close-on-exec anyway. This is for libraries that forget to set the flag.
     return posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1) == 0;
 }
 

@@ -5,8 +5,9 @@
 #include <unistd.h>
 
 bool keepOnlyStandardDescriptors(posix_spawn_file_actions_t&, short& flags) {
-    // Everything but what the file actions name is closed in the child; there is no pipe that is born
-    // close-on-exec, so this is also what keeps a pipe of another thread out of our children.
+    // The child closes everything that the file actions do not name. macOS cannot create a pipe that is
+    // close-on-exec from the start, so this flag also keeps the half-made pipe of another thread out of our
+    // children.
     flags = static_cast<short>(flags | POSIX_SPAWN_CLOEXEC_DEFAULT);
     return true;
 }

@@ -1,7 +1,7 @@
-// The time that control decisions are made by.
+// The clock for control decisions.
 //
-// It counts the time that the computer sleeps, because a fan's target must be sent again soon after waking,
-// and it never jumps, because the wall clock can be set back by a day. Thread-safe.
+// It keeps counting while the computer sleeps, because a fan's target must be sent again soon after waking.
+// It never jumps, unlike the wall clock, which can be set back by a day. Thread-safe.
 
 #pragma once
 

@@ -1,5 +1,5 @@
-// Where the desktop keeps the settings of programs, by its own rule: $XDG_CONFIG_HOME when that is an
-// absolute path, else ~/.config.
+// The folder in which the desktop keeps the settings of programs, by the desktop's own rule: $XDG_CONFIG_HOME
+// if that is an absolute path, otherwise ~/.config.
 
 #pragma once
 

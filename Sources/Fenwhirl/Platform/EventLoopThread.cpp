@@ -26,7 +26,7 @@ EventLoopThread::~EventLoopThread() {
 }
 
 void EventLoopThread::end(QEventLoop& loop) {
-    // Not `quit`, which a loop that has not begun yet would forget.
+    // An event rather than `quit`, because a loop that is not running yet ignores `quit`.
     QCoreApplication::postEvent(&loop, new QEvent(QEvent::Quit));
 }
 

@@ -1,13 +1,14 @@
-// A named thread with an event loop, for one piece of work that lives by signals: a request over the network.
+// A named thread with an event loop, for one piece of work that depends on Qt signals, such as a network
+// request.
 //
-// The work is given the loop, makes its objects, runs the loop until it has what it wants and returns; with
-// it the thread ends. The destructor ends the loop, whether it runs already or not yet, and waits for the
-// work to return: an owner whose members the work touches declares the thread last.
+// The work receives the loop, creates its objects, runs the loop until it has its result, and returns; then
+// the thread ends. The destructor ends the loop, even if it is not running yet, and waits for the work to
+// return. An owner whose members the work uses must therefore declare the thread last.
 //
-// The library's own thread class would do as much, but what passes between it and its maker passes through
-// the library's locks, which the thread sanitizer cannot see. Here every hand-over is one that it can check.
+// QThread would do the same, but data that passes between it and its creator is protected by locks inside Qt,
+// which the thread sanitizer cannot see. Here the sanitizer can check every hand-over.
 //
-// Threads: made and destroyed on one thread, not by its own work. Work must not throw.
+// Threads: created and destroyed on the same thread, which is not the one that it runs. Work must not throw.
 
 #pragma once
 
@@ -21,7 +22,7 @@ class QEventLoop;
 
 class EventLoopThread {
 public:
-    // Runs `QEventLoop::exec` itself, once.
+    // Calls `loop.exec()` itself, once.
     using Work = std::function<void(QEventLoop& loop)>;
 
     EventLoopThread(std::string label, Work work);
@@ -31,7 +32,7 @@ public:
     EventLoopThread(EventLoopThread&&) = delete;
     EventLoopThread& operator=(EventLoopThread&&) = delete;
 
-    // Lets a loop end as soon as it runs, also when it does not yet. Any thread, while the loop exists.
+    // Makes a loop end as soon as it runs, even if it is not running yet. Any thread, while the loop exists.
     static void end(QEventLoop& loop);
 
 private:
@@ -40,7 +41,7 @@ private:
     const std::string label_;
     const Work work_;
     Mutex mutex_;
-    QEventLoop* loop_ FENWHIRL_GUARDED_BY(mutex_) = nullptr; // while the work has it
+    QEventLoop* loop_ FENWHIRL_GUARDED_BY(mutex_) = nullptr; // null unless the work is using it
     bool ending_ FENWHIRL_GUARDED_BY(mutex_) = false;
-    std::thread thread_; // last: it starts when all the above is ready
+    std::thread thread_; // last, because the thread starts at once and uses the members above
 };

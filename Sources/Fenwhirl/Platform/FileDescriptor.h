@@ -1,4 +1,4 @@
-// A file descriptor that is closed by whoever holds it last. Not shared between threads.
+// Owns a file descriptor and closes it. Not shared between threads.
 
 #pragma once
 

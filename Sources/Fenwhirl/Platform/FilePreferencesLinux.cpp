@@ -16,11 +16,11 @@
 
 namespace {
 
-// A thousand times what the program writes.
+// A thousand times what the program writes, in bytes.
 constexpr qsizetype largestFile = qsizetype{4} << 20;
 
 std::optional<PreferenceValues> readFile(const std::string& path) {
-    // Not blocking, because opening a pipe for reading would wait for somebody to write.
+    // Non-blocking, because opening a named pipe for reading would wait for a writer.
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
 
     struct stat status {};
@@ -53,9 +53,9 @@ void apply(PreferenceValues& values, const QString& key, const std::optional<Pre
     }
 }
 
-// Keeps other processes of ours from changing the file between reading and replacing it. Not waited for: a
-// stopped process must not stop this one, and without the lock merely the other one's last change can be
-// lost.
+// Keeps other processes of Fenwhirl from changing the file between our reading and replacing it. The lock is
+// not waited for, because a stopped process must not stop this one. Without the lock, only the other
+// process's last change can be lost.
 FileDescriptor tryLock(const std::string& path) {
     FileDescriptor file(::open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (file.isOpen() && ::flock(file.number(), LOCK_EX | LOCK_NB) != 0) {
@@ -83,7 +83,7 @@ FilePreferences::FilePreferences(std::string path) : path_(std::move(path)) {
     const MutexLock lock(mutex_);
     values_ = readFile(path_).value_or(PreferenceValues());
     if (tryLock(path_).isOpen()) {
-        removeLeftovers(path_); // while nobody is writing
+        removeLeftovers(path_); // safe under the lock: nobody else is writing
     }
 }
 
@@ -101,7 +101,7 @@ void FilePreferences::store(const QString& key, std::optional<PreferenceValue> v
     const auto entry = values_.find(key);
     const bool same = value ? entry != values_.end() && entry->second == *value : entry == values_.end();
     if (same && unwritten_.empty()) {
-        return; // already on disk: a slider that is held sends the same value many times
+        return; // already on disk; dragging a slider stores the same value many times
     }
     apply(values_, key, value);
     unwritten_.insert_or_assign(key, std::move(value));

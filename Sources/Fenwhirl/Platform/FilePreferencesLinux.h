@@ -1,11 +1,11 @@
-// Preferences in one file (see PreferencesText.h), replaced as a whole at each change.
+// Preferences in one file (see PreferencesText.h), which is replaced as a whole at each change.
 //
-// Several processes may share the file: a change is made to what the file holds at that moment, under a lock
-// that nobody waits for. What could not be written is kept in memory and goes out with the next change. A
-// file that is broken, too large or no regular file reads as empty and stays until then. A value of unknown
-// form reads as absent and stays until its key is set or removed.
+// Several processes may share the file. A change is applied to the file's current contents, under a lock that
+// is tried but never waited for. A change that could not be written is kept in memory and written with the
+// next one. A file that is broken, too large or not a regular file reads as empty and stays until the next
+// change. A value of unknown form reads as absent and stays until its key is set or removed.
 //
-// Threads: safe to call from any thread; calls that change something return when it is on disk.
+// Threads: safe from any thread. A call that changes something returns when the change is on disk.
 
 #pragma once
 
@@ -19,7 +19,7 @@
 
 class FilePreferences final : public PreferencesStore {
 public:
-    // The folder of the file is made when it is first needed.
+    // Creates the file's folder when it is first needed.
     explicit FilePreferences(std::string path);
 
 private:

@@ -1,5 +1,5 @@
-// What the file system says about one path, without opening it and without following a link in its last
-// name.
+// What the file system says about one path, without opening the file and without following a symbolic link in
+// the last component.
 //
 // Thread-safe.
 
@@ -12,7 +12,7 @@
 struct FileStatus {
     enum class Kind { regular, directory, symbolicLink, other };
 
-    // A moment, as finely as the file system keeps it.
+    // A point in time, at the file system's resolution.
     struct Stamp {
         std::int64_t seconds; // since 1970
         std::int64_t nanoseconds;
@@ -23,8 +23,8 @@ struct FileStatus {
     Kind kind;
     std::uint32_t owner;       // user id
     std::uint32_t permissions; // the twelve permission bits
-    Stamp modified;            // when the contents last changed, which the owner may set to any time
-    Stamp changed;             // when contents, owner, permissions or `modified` last changed
+    Stamp modified;            // when the contents last changed; the owner may set this to any time
+    Stamp changed;             // when the contents, owner, permissions or `modified` last changed
 
     [[nodiscard]] bool isSetUserID() const { return (permissions & 04000U) != 0; }
 
@@ -33,5 +33,5 @@ struct FileStatus {
     [[nodiscard]] bool isWritableByOthers() const { return (permissions & 0022U) != 0; } // group or world
 };
 
-// Absent when there is no such file or it may not be looked at.
+// Absent when there is no such file, or when this process may not look at it.
 [[nodiscard]] std::optional<FileStatus> fileStatus(const std::string& path);

@@ -1,4 +1,4 @@
-// The fields of `stat` that each system names in its own way. Only FileStatus's sources include this.
+// The fields of `struct stat` whose names differ between systems. Only FileStatus's sources include this.
 
 #pragma once
 
