@@ -1,18 +1,18 @@
-// Starting with the user's session.
+// Starting Fenwhirl with the user's session.
 //
-// One small file of the user says so: on macOS a launch agent, on Linux an autostart entry of the desktop. It
-// takes effect at the next login; nothing is started or stopped now.
+// The setting is one small file of the user: on macOS a launch agent, on Linux an autostart entry of the
+// desktop. It takes effect at the next login; nothing is started or stopped now.
 //
-// Threads: main thread; the calls touch one small file.
+// Threads: main thread. The calls access one small file.
 
 #pragma once
 
 namespace LoginItem {
 
-// Whether the file exists.
+// Whether the file exists, that is, whether Fenwhirl starts with the session.
 [[nodiscard]] bool isEnabled();
 
-// Writes or removes the file; false when that failed. Removing what is not there succeeds.
+// Writes or removes the file; false when that failed. Removing a file that does not exist succeeds.
 [[nodiscard]] bool setEnabled(bool on);
 
 } // namespace LoginItem

@@ -1,4 +1,4 @@
-// The file of the login item: one for each system, handled alike.
+// Access to the login item's file, which differs between systems only in its path and contents.
 
 #pragma once
 
@@ -9,9 +9,8 @@
 
 [[nodiscard]] bool loginItemFileExists(const QString& path);
 
-// Makes the missing folders and replaces the file as a whole; false when that failed or there are no
-// contents.
+// Creates missing folders and replaces the file atomically; false when that failed or `contents` is absent.
 [[nodiscard]] bool writeLoginItemFile(const QString& path, const std::optional<QByteArray>& contents);
 
-// True when there is no such file afterwards.
+// True if the file does not exist afterwards.
 [[nodiscard]] bool removeLoginItemFile(const QString& path);

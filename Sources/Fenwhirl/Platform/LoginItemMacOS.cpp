@@ -11,7 +11,7 @@ bool LoginItem::isEnabled() {
 
 namespace {
 
-// A downloaded program that nobody moved yet runs from a place that is another one at each start.
+// macOS runs a downloaded program that nobody has moved yet from a path that is different at each start.
 bool isTranslocated(const QString& bundle) {
     return bundle.contains(QStringLiteral("/AppTranslocation/"));
 }

@@ -9,8 +9,9 @@ bool hasControlCharacter(const QString& text) {
                                [](QChar character) { return character < u' ' || character == u'\x7f'; });
 }
 
-// One argument of an entry's Exec line: quoted with four characters escaped, field codes doubled, and then
-// escaped once more as every text of the entry.
+// One argument of the entry's Exec line. It is quoted, with four characters escaped and percent signs
+// doubled, because % begins a field code. Backslashes are then escaped once more, as in every string value of
+// an entry.
 QString execArgument(const QString& argument) {
     QString quoted;
     for (const QChar character : argument) {

@@ -1,4 +1,4 @@
-// What the login item's file says, on either system. Pure; any thread.
+// The contents of the login item's file on either system. Pure; any thread.
 
 #pragma once
 
@@ -7,14 +7,15 @@
 
 #include <optional>
 
-// Where the launch agent of the user with this home folder lies.
+// The path of the launch agent for the user with this home folder.
 [[nodiscard]] QString launchAgentPath(const QString& home);
 
-// The program that the launch agent opens: the bundle, or the usual place when this is no bundle.
+// The program that the launch agent opens: the bundle, or /Applications/Fenwhirl.app when this is not a
+// bundle.
 [[nodiscard]] QString launchAgentProgram(const QString& bundlePath);
 
-// An XML property list; nothing for a path that XML cannot carry.
+// An XML property list; absent for a path that XML cannot represent.
 [[nodiscard]] std::optional<QByteArray> launchAgentPropertyList(const QString& programPath);
 
-// A desktop entry; nothing for a path that such an entry cannot carry (a line break).
+// A desktop entry; absent for a path that a desktop entry cannot represent (one with a line break).
 [[nodiscard]] std::optional<QByteArray> autostartEntry(const QString& executablePath);

@@ -15,7 +15,7 @@ QString busPath() {
     return QStringLiteral("/org/freedesktop/DBus");
 }
 
-// Signals of the bus itself, of logind's manager, and of one object's properties.
+// Match rules for signals of the bus itself, of logind's manager, and of one object's properties.
 QString ownerRule() {
     return QStringLiteral("type='signal',sender='%1',interface='%1',member='NameOwnerChanged',arg0='%2'")
         .arg(busService(), Logind::service());
@@ -36,7 +36,7 @@ QString uniqueConnectionName() {
     return QStringLiteral("fenwhirl.logind.%1").arg(++made);
 }
 
-// Nobody said anything: the time was over, or the connection.
+// Whether an error reply means that there was no answer: a time-out, a lost connection or a missing service.
 bool isSilence(const QDBusMessage& reply) {
     switch (QDBusError(reply).type()) {
     case QDBusError::NoReply:
@@ -86,10 +86,11 @@ LogindConnection::~LogindConnection() {
 
 bool LogindConnection::open(const QStringList& managerSignals) {
     close();
+    // Not connectToBus, whose handshake blocks.
     bus_ = QDBusConnection::connectToPeer(address_, connectionName_);
     if (!bus_.isConnected())
         return false;
-    // Without a sender's name, which the library would look up and wait for: `receive` looks at the sender.
+    // No sender is given, because Qt would look its name up and block; `receive` checks the sender instead.
     const auto listen = [this](const QString& interface, const QString& signal) {
         bus_.connect({}, {}, interface, signal, this, SLOT(receive(QDBusMessage)));
     };
@@ -99,7 +100,8 @@ bool LogindConnection::open(const QStringList& managerSignals) {
     listen(Logind::propertiesInterface(), QStringLiteral("PropertiesChanged"));
     bus_.connect({}, {}, QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                  SLOT(disconnected()));
-    // Messages arrive in their order: by the time the bus answers the last, all of it holds.
+    // The bus handles messages in order, so nothing waits for these replies: the match rules are active
+    // before the bus answers any later call.
     bus_.asyncCall(
         QDBusMessage::createMethodCall(busService(), busPath(), busService(), QStringLiteral("Hello")));
     match(QStringLiteral("AddMatch"), ownerRule());
@@ -158,6 +160,7 @@ void LogindConnection::askService(const QString& service, const QString& path, c
     connect(pending, &QDBusPendingCallWatcher::finished, this,
             [this, pending, answered, silent, opened = opened_] {
                 pending->deleteLater();
+                // The connection has been closed since the call, and perhaps opened again.
                 if (opened != opened_)
                     return;
                 const QDBusMessage reply = pending->reply();

@@ -1,8 +1,8 @@
-// A connection to logind over the system's bus: who it is there, asking it, hearing it.
+// A connection to logind over the system bus: finds logind, calls its methods and receives its signals.
 //
-// The connection is made without the library's own handshake, which would wait for the bus on the thread that
-// all D-Bus traffic of this program passes through. Everything is asked asynchronously, and a signal counts
-// only when it comes from logind or from the bus itself: on the system's bus any user may send one.
+// The connection is made without Qt's own handshake with the bus, which would block the thread that handles
+// all D-Bus traffic of this program. All calls are asynchronous. A signal is passed on only when it comes
+// from logind or from the bus itself, because any user may send signals on the system bus.
 //
 // Threads: main thread only.
 
@@ -25,7 +25,7 @@ namespace Logind {
 [[nodiscard]] QString managerInterface();
 [[nodiscard]] QString propertiesInterface();
 
-// Where this computer's system bus is, in D-Bus's notation.
+// The address of this computer's system bus, in D-Bus notation.
 [[nodiscard]] QString systemBusAddress();
 
 } // namespace Logind
@@ -37,42 +37,44 @@ public:
     using Reply = std::function<void(const QDBusMessage& reply)>;
     using Silence = std::function<void()>;
 
-    // `address`: of the bus. `answer`: how long each question may stay without an answer.
+    // `address` is the bus's address; `answer` is the time limit for each reply.
     LogindConnection(QString address, std::chrono::milliseconds answer);
     ~LogindConnection() override;
     LogindConnection(const LogindConnection&) = delete;
     LogindConnection& operator=(const LogindConnection&) = delete;
 
-    // Connects anew; false where there is no bus. `heard` brings the manager's signals of these names.
+    // Closes any earlier connection and connects again; false where there is no bus. `heard` is emitted for
+    // the manager's signals with these names.
     [[nodiscard]] bool open(const QStringList& managerSignals);
     void close();
 
     [[nodiscard]] bool isOpen() const { return bus_.isConnected(); }
 
-    // Asks the bus for logind's own name, without starting one. Answered with an error where there is none.
+    // Asks the bus for logind's unique name, without starting logind. The reply is an error when logind is
+    // not running.
     void find(const Reply& answered, const Silence& silent);
 
-    // logind's own name on the bus; empty while there is none.
+    // logind's unique name on the bus; empty while it has none.
     [[nodiscard]] const QString& owner() const { return owner_; }
 
-    // As `find` or `ownerChanged` told.
+    // Takes the name that `find` or `ownerChanged` delivered.
     void setOwner(const QString& owner) { owner_ = owner; }
 
-    // Asks logind. `silent` is called instead of `answered` when nobody said anything: the time was over, or
-    // the connection. Neither is called once the connection was closed.
+    // Calls a method of logind. `silent` is called instead of `answered` when there was no answer: the time
+    // limit passed or the connection was lost. Neither is called once the connection has been closed.
     void ask(const QString& path, const QString& interface, const QString& method,
              const QVariantList& arguments, const Reply& answered, const Silence& silent);
 
-    // Brings, or no longer, the changes of the properties of the object at that path.
+    // Subscribes to property changes of the object at that path, or ends the subscription.
     void watchProperties(const QString& path);
     void unwatchProperties(const QString& path);
 
 Q_SIGNALS:
-    // The bus says that logind came, with its new name, or went, with an empty one.
+    // logind has appeared on the bus with this unique name, or has left it (empty name).
     void ownerChanged(const QString& owner);
-    // A signal of logind's.
+    // logind sent a signal.
     void heard(const QDBusMessage& signal);
-    // The bus is gone; the connection is closed.
+    // The connection to the bus was lost and is now closed.
     void lost();
 
 private Q_SLOTS:
@@ -90,5 +92,5 @@ private:
     const QString connectionName_;
     QDBusConnection bus_;
     QString owner_;
-    std::uint64_t opened_ = 0;
+    std::uint64_t opened_ = 0; // counts the calls of `close`, so that replies to earlier calls are recognised
 };

@@ -24,7 +24,7 @@ struct MainThreadInbox::State {
     std::unique_ptr<QObject> receiver FENWHIRL_GUARDED_BY(mutex); // null once the inbox is closed
     bool delivering FENWHIRL_GUARDED_BY(mutex) = false;
 
-    // The next piece of work, or an empty function when there is none or the inbox was closed meanwhile.
+    // The next piece of work; an empty function when there is none or the inbox has been closed.
     std::function<void()> next() {
         const MutexLock lock(mutex);
         delivering = receiver && !pending.empty();
@@ -41,9 +41,9 @@ class MainThreadInbox::Receiver : public QObject {
 public:
     explicit Receiver(const std::shared_ptr<State>& state) : state_(state) {}
 
-    // Called for the wake-ups; nothing else sends this object events of its own kind.
+    // Called for wake-ups only: nothing else sends this object custom events.
     void customEvent(QEvent* /*event*/) override {
-        // The work may close the inbox and with it destroy this object: only the local copy is used.
+        // The work may destroy the inbox, which owns this object, so only the local pointer is used.
         if (const auto state = state_.lock()) {
             while (const auto work = state->next()) {
                 work();
@@ -63,6 +63,7 @@ void MainThreadInbox::Sender::post(std::function<void()> work) const {
         return;
     }
     state_->pending.push_back(std::move(work));
+    // Work that joins a non-empty queue is run by the wake-up that is already on its way.
     if (state_->pending.size() == 1) {
         QCoreApplication::postEvent(state_->receiver.get(), new QEvent(wakeUpType()));
     }
@@ -82,7 +83,7 @@ MainThreadInbox::~MainThreadInbox() {
     receiver = std::move(state_->receiver);
     dropped.swap(state_->pending);
     if (state_->delivering) {
-        receiver.release()->deleteLater(); // it is the object whose event is being handled right now
+        receiver.release()->deleteLater(); // its customEvent is still on the call stack
     }
 }
 

@@ -1,13 +1,13 @@
-// The road back: other threads hand work to the main thread, which runs it from its event loop in the order
-// of handing over.
+// Hands work from other threads to the main thread, whose event loop runs it in the order in which it was
+// posted.
 //
-// The inbox belongs to an object of the main thread and dies with it; what was not run by then is dropped.
-// Its senders are values that may outlive it: posting to a closed inbox does nothing. So a slow task may
-// finish after its owner is gone, without locks or weak pointers in the task.
+// The inbox belongs to an object of the main thread and is destroyed with it; work that has not run by then
+// is dropped. Senders are values that may outlive the inbox: posting to a closed inbox does nothing. A slow
+// task may therefore finish after its owner is gone, without locks or weak pointers of its own.
 //
-// Threads: the inbox is made and destroyed on the main thread (with an application object to run the loop);
-// senders are copied and used on any thread. Work must not throw. One wake-up serves all the work that came
-// in before it.
+// Threads: the inbox is created and destroyed on the main thread (with an application object to run the
+// loop); senders are copied and used on any thread. Work must not throw. One wake-up runs all the work that
+// was posted before it.
 
 #pragma once
 

@@ -1,7 +1,8 @@
-// Notifications of the desktop.
+// Desktop notifications.
 //
-// On macOS the system's script tool shows them, on Linux the desktop's notification service over D-Bus,
-// marked as urgent and with a sound. Nothing is waited for, and a desktop that shows none is no error.
+// On macOS the system's script tool shows them. On Linux the desktop's notification service does, over D-Bus;
+// they are marked as urgent and have a sound. Sending does not wait, and a desktop that shows no
+// notifications is not an error.
 //
 // Threads: main thread.
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-// The service reads the body as markup.
+// Escapes the message, because the notification service interprets the body as markup.
 QString escaped(QString text) {
     text.replace(u'&', QStringLiteral("&amp;"));
     text.replace(u'<', QStringLiteral("&lt;"));
@@ -20,7 +20,7 @@ QString escaped(QString text) {
 
 void Notifier::send(const QString& title, const QString& message) {
     constexpr uint newNotification = 0;
-    constexpr uchar critical = 2; // shown at once, also over a game in full screen
+    constexpr uchar critical = 2; // shown at once, even over a full-screen game
     constexpr int serviceDecidesHowLong = -1;
 
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -33,6 +33,6 @@ void Notifier::send(const QString& title, const QString& message) {
     };
     call.setArguments({QStringLiteral("Fenwhirl"), newNotification, QStringLiteral("com.fenwhirl.app"), title,
                        escaped(message), QStringList(), hints, serviceDecidesHowLong});
-    // The answer, and whether there is anybody to give one, does not matter.
+    // Neither the reply nor whether a service is there to send one matters.
     static_cast<void>(QDBusConnection::sessionBus().asyncCall(call));
 }

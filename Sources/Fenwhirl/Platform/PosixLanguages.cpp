@@ -4,7 +4,7 @@
 
 namespace {
 
-// What stands before any of the given characters.
+// The part of the name before the first of the given characters.
 QStringView before(QStringView name, QStringView ends) {
     for (qsizetype i = 0; i < name.size(); ++i) {
         if (ends.contains(name[i])) {

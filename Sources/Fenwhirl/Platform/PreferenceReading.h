@@ -1,8 +1,8 @@
-// Stored values read as the type that is asked for.
+// Reads a stored value as the requested type.
 //
-// The same on every system, by the rules that macOS has for its preferences: people set them by hand, in
-// whatever type comes first, and a "80" or a 1 says well enough what is meant. A value that is absent stays
-// absent. Pure; any thread.
+// The conversion is the same on every system and follows the rules of macOS's preferences. People set
+// preferences by hand, in whatever type is convenient, and "80" or 1 is clear enough. A value that is absent
+// stays absent. Pure; any thread.
 
 #pragma once
 
@@ -11,15 +11,15 @@
 #include <optional>
 #include <variant>
 
-// A number itself; yes and no are 1 and 0; a text is the number that it spells with a decimal point. What
-// spells none is 0.
+// A number is returned as it is; true and false are 1 and 0. A text is the number that it spells, with a
+// decimal point, or 0 when it spells none. Anything else is 0.
 [[nodiscard]] std::optional<double> readAsNumber(const std::optional<PreferenceValue>& value);
 
-// A truth value itself; numbers but 0 are yes, and so are "YES", "true" and "1" in any case of letters. All
-// else is no.
+// A boolean is returned as it is. A number other than 0 is true, and so are the texts "YES", "true" and "1",
+// in upper or lower case. Anything else is false.
 [[nodiscard]] std::optional<bool> readAsBoolean(const std::optional<PreferenceValue>& value);
 
-// The value when it was stored as this very type.
+// The value if it was stored as exactly this type.
 template <typename Type>
 [[nodiscard]] std::optional<Type> storedAs(const std::optional<PreferenceValue>& value) {
     const Type* const stored = value ? std::get_if<Type>(&*value) : nullptr;

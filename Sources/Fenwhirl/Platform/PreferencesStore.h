@@ -1,12 +1,12 @@
-// The user's preferences of the domain com.fenwhirl.app: a small typed dictionary that survives restarts.
+// The user's preferences in the domain com.fenwhirl.app: a small typed dictionary that survives restarts.
 //
-// Values are what a property list knows: text, boolean, double, binary data. A text or data of another type
-// yields nothing; booleans and numbers are read from whatever is stored (PreferenceReading.h), and only a key
-// that does not exist yields nothing. Every set or remove is on disk when it returns, never half: a crash
-// leaves the old or the new value. A failure to write is silent and keeps the old state on disk; a broken
-// file reads as empty and is kept until the next write.
+// Values have the types of a property list: text, boolean, double, binary data. `text` and `data` return
+// nothing when another type is stored. `boolean` and `number` convert whatever is stored
+// (PreferenceReading.h) and return nothing only when the key does not exist. Every set or remove is on disk
+// when it returns, and never in part: a crash leaves the old or the new value. A failed write is not reported
+// and leaves the old state on disk. A broken file reads as empty and is kept until the next write.
 //
-// Threads: safe to call from any thread.
+// Threads: safe from any thread.
 
 #pragma once
 
@@ -38,11 +38,11 @@ public:
     void remove(const QString& key);
 
 private:
-    // What is stored under that key, as it is stored; nothing without such a key.
+    // The value stored under that key, in its stored type; absent when there is no such key.
     [[nodiscard]] virtual std::optional<PreferenceValue> value(const QString& key) const = 0;
     // Stores the value, or removes the key.
     virtual void store(const QString& key, std::optional<PreferenceValue> value) = 0;
 };
 
-// The store of this user on this system.
+// Opens this user's store on this system.
 [[nodiscard]] std::unique_ptr<PreferencesStore> openUserPreferences();

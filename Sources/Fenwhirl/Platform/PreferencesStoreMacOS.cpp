@@ -1,5 +1,5 @@
-// The system's own preferences, asked for by domain, user and host: the search list of the convenience calls
-// also holds the global domain, whose keys could shadow short ones such as "theme". Keys keep their dots.
+// The system's own preferences, accessed by domain, user and host. The convenience functions search the
+// global domain, too, whose keys could shadow short ones such as "theme". Dots in keys are kept as they are.
 
 #include "Fenwhirl/Platform/PreferencesStore.h"
 
@@ -38,7 +38,7 @@ QString readString(CFStringRef string) {
 
 double readNumber(CFNumberRef number) {
     double value = 0;
-    // False only says that precision was lost; the nearest number is still there.
+    // A false result only means that precision was lost; the value is the nearest number.
     CFNumberGetValue(number, kCFNumberDoubleType, &value);
     return value;
 }
@@ -47,8 +47,8 @@ QByteArray readData(CFDataRef data) {
     return {reinterpret_cast<const char*>(CFDataGetBytePtr(data)), CFDataGetLength(data)};
 }
 
-// A stored object as the program knows it. Dates, arrays and dictionaries, which it never writes, are
-// something that is there and says nothing: no text, the number 0, no.
+// Converts a stored object to one of the program's types. Dates, arrays and dictionaries, which the program
+// never writes, become empty data: they exist, but read as no text, the number 0 and false.
 PreferenceValue readValue(CFTypeRef object) {
     const CFTypeID type = CFGetTypeID(object);
     if (type == CFStringGetTypeID()) {
@@ -80,7 +80,7 @@ struct Maker {
             CFDataCreate(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(data.constData()), data.size()));
     }
 
-    // Those stay with the system, which keeps each key for itself.
+    // Nothing to create: the system stores each key separately and keeps these values itself.
     Owned operator()(const UnknownPreference& /*unknown*/) const { return {}; }
 };
 
@@ -94,8 +94,8 @@ private:
         return object ? std::optional(readValue(object.get())) : std::nullopt;
     }
 
-    // No value is how the system spells removal. So one that could not be made (a text that is no Unicode)
-    // changes nothing.
+    // A null value tells the system to remove the key. A value that could not be created (a text that is not
+    // valid Unicode) must therefore change nothing.
     void store(const QString& key, std::optional<PreferenceValue> value) override {
         const Owned object = value ? std::visit(Maker(), *value) : Owned();
         if (value && !object) {

@@ -1,10 +1,10 @@
-// The text form of a set of preferences, with the types of the values kept.
+// The text form of a set of preferences. It preserves the types of the values.
 //
-//   {"theme":"dark","alertsEnabled":true,"warmThreshold":85,"settings":{"data":"e30="},"odd":{"number":"nan"}}
+// {"theme":"dark","alertsEnabled":true,"warmThreshold":85,"settings":{"data":"e30="},"odd":{"number":"nan"}}
 //
-// Texts, booleans and finite numbers are JSON's own; binary data is base64, and the numbers that JSON does
-// not have are words ("nan", "inf", "-inf"). Whatever else a newer version or a person has put there is kept
-// as it is. Pure; any thread.
+// Texts, booleans and finite numbers are plain JSON values. Binary data is base64. Numbers that JSON cannot
+// represent are written as words ("nan", "inf", "-inf"). Anything else, put there by a newer version or by a
+// person, is kept unchanged. Pure; any thread.
 
 #pragma once
 
@@ -16,7 +16,7 @@
 #include <optional>
 #include <variant>
 
-// A value of a form that this version does not know: something to be written again, which says nothing.
+// A value of a form that this version does not know. It has no meaning here and is written back unchanged.
 struct UnknownPreference {
     QJsonValue value;
 
@@ -28,5 +28,5 @@ using PreferenceValues = std::map<QString, PreferenceValue>;
 
 [[nodiscard]] QByteArray encodePreferences(const PreferenceValues& values);
 
-// Nothing for a text that is not such a set at all.
+// Absent when the text is not a JSON object.
 [[nodiscard]] std::optional<PreferenceValues> decodePreferences(const QByteArray& text);

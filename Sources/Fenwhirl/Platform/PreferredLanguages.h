@@ -1,7 +1,7 @@
-// The languages that the user's system lists as preferred, most preferred first, as language tags ("de-CH",
-// "sr-Latn-RS"). Asked afresh at every call; any thread. Empty when the system names none.
+// The user's preferred languages, most preferred first, as language tags ("de-CH", "sr-Latn-RS"). Read from
+// the system at every call; any thread. Empty when the system names none.
 //
-// macOS: the list of the system settings. Linux: the variable LANGUAGE, then the locale of messages.
+// On macOS this is the list in the system settings; on Linux the variable LANGUAGE, then the message locale.
 
 #pragma once
 

@@ -6,7 +6,7 @@
 #include <array>
 
 QStringList preferredLanguages() {
-    // The first variable that is set and not empty names the locale of messages.
+    // The first variable that is set and not empty names the message locale.
     QString messageLocale;
     static constexpr std::array variables = {"LC_ALL", "LC_MESSAGES", "LANG"};
     for (const char* const variable : variables) {
