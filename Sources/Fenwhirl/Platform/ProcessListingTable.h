@@ -1,4 +1,4 @@
-// The process table where the listing is the tool's own output: what macOS uses, tried on every system.
+// A process table that returns the tool's output unchanged. macOS uses it; the tests run it on every system.
 
 #pragma once
 
@@ -10,7 +10,7 @@ public:
     explicit ProcessListingTable(ProcessTableSettings settings);
 
     std::optional<QByteArray> listing() override;
-    // Asked for now: the listing does not tell.
+    // Asks the system at the time of the call, because the listing does not include the start.
     [[nodiscard]] std::optional<ProcessStart> startWhenListed(std::int32_t pid) const override;
     void cancel() override;
 
@@ -19,5 +19,6 @@ private:
     Cancellation cancelled_;
 };
 
-// The start of a process as the kernel of macOS tells it, in microseconds since 1970; no start lies before.
+// Converts a start time as the macOS kernel reports it to microseconds since 1970. No process starts before
+// 1970.
 [[nodiscard]] ProcessStart startInMicroseconds(std::int64_t seconds, std::int64_t microseconds);

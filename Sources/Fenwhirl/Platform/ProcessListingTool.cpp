@@ -12,19 +12,20 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// For poll(2): at least a millisecond while there is time left, so that the wait does not spin.
+// A timeout for poll(2), rounded up so that a wait for less than a millisecond does not spin.
 int millisecondsUntil(Clock::time_point deadline) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     constexpr decltype(left) longest = 1 << 30;
     return static_cast<int>(std::clamp<decltype(left)>(left, 0, longest));
 }
 
-// All that arrives until the end; nothing when the time is over or the call is cancelled before.
+// Reads until end of file; absent when the deadline passes or the call is cancelled first.
 std::optional<QByteArray> readToEnd(int descriptor, Clock::time_point deadline,
                                     const Cancellation& cancellation) {
     QByteArray text;
     std::array<char, 65536> buffer = {};
     for (;;) {
+        // poll ignores an entry whose descriptor is -1, such as that of a Cancellation without a pipe.
         std::array<pollfd, 2> waited = {{{descriptor, POLLIN, 0}, {cancellation.descriptor(), POLLIN, 0}}};
         const int ready = poll(waited.data(), waited.size(), millisecondsUntil(deadline));
         if (ready < 0 && errno == EINTR) {
@@ -40,7 +41,7 @@ std::optional<QByteArray> readToEnd(int descriptor, Clock::time_point deadline,
         if (length <= 0) {
             return text;
         }
-        // A machine with a million processes prints less; what prints more is no process lister.
+        // A computer with a million processes prints less. A tool that prints more is not a process lister.
         constexpr qsizetype room = qsizetype{256} << 20U;
         if (text.size() < room) {
             text.append(buffer.data(), length);
@@ -48,9 +49,11 @@ std::optional<QByteArray> readToEnd(int descriptor, Clock::time_point deadline,
     }
 }
 
-// Waits for a child that has closed its output, which is usually the last thing that it does.
+// Waits for a child that has closed its output, which is usually the last thing that it does. False when the
+// deadline passed or the wait was cancelled.
 bool waitForEnd(pid_t child, Clock::time_point deadline, const Cancellation& cancellation) {
     constexpr auto pause = std::chrono::milliseconds(5);
+    // waitpid has no time-out, so it is called repeatedly.
     while (waitpid(child, nullptr, WNOHANG) == 0) {
         if (Clock::now() > deadline || !cancellation.waitFor(pause)) {
             return false;

@@ -1,4 +1,4 @@
-// Running the system's process lister, with an end in any case.
+// Runs the system's process lister with a time limit and a way to cancel it.
 
 #pragma once
 
@@ -11,25 +11,25 @@
 #include <string>
 #include <vector>
 
-// Ends waits on another thread, for good. `cancel` belongs to one thread, the rest to any.
+// Ends waits on another thread, permanently. `cancel` belongs to one thread; the rest may be called from any.
 class Cancellation {
 public:
     void cancel();
     [[nodiscard]] bool isCancelled() const;
-    // Waits for that long; false when cancelled before or meanwhile.
+    // Waits for that long; false when cancelled before or during the wait.
     [[nodiscard]] bool waitFor(std::chrono::milliseconds duration) const;
-    // Becomes readable when cancelled; -1 when the system had no pipe to spare, and then only time ends
-    // waits.
+    // Becomes readable when cancelled. -1 when the system could not create a pipe; then waits end only when
+    // their time is over.
     [[nodiscard]] int descriptor() const;
 
 private:
-    // Cancelled is when the end that nobody writes to is closed.
+    // Nothing is ever written: `cancel` closes the write end, which makes the read end readable.
     std::optional<Pipe> pipe_ = Pipe::make();
 };
 
-// What the tool printed when run with these arguments and the environment LC_ALL=C, LANG=C; its error texts
-// go nowhere, its exit status is not looked at. Absent when it cannot be launched, and when it was killed
-// because the limit passed or the call was cancelled. Blocks; any thread.
+// Returns what the tool printed when run with these arguments and the environment LC_ALL=C, LANG=C. Its
+// standard error is dropped and its exit status ignored. Absent when the tool cannot be started, and when it
+// was killed because the time limit passed or the call was cancelled. Blocks; any thread.
 [[nodiscard]] std::optional<QByteArray> runListingTool(const std::string& tool,
                                                        const std::vector<std::string>& arguments,
                                                        std::chrono::milliseconds limit,

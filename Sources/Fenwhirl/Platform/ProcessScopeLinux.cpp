@@ -8,7 +8,7 @@
 #include <QDBusVariant>
 #include <QList>
 
-// Not in an unnamed namespace: Qt looks for the operators of its types by their names.
+// Not in an unnamed namespace: Qt finds the operators of these types by argument-dependent lookup.
 namespace ProcessScope {
 
 // A property of a unit.
@@ -17,7 +17,8 @@ struct UnitProperty {
     QDBusVariant value;
 };
 
-// A unit that is made along with another. There is none.
+// An auxiliary unit created along with the main one. The D-Bus signature requires the type; the list is
+// always empty.
 struct FurtherUnit {
     QString name;
     QList<UnitProperty> properties;
@@ -61,13 +62,13 @@ void separate(pid_t process, const QString& name, const QString& description) {
     const QList<UnitProperty> properties = {
         {QStringLiteral("Description"), QDBusVariant(description)},
         {QStringLiteral("PIDs"), QDBusVariant(QVariant::fromValue(processes))},
-        // Forgotten when it is over, however it ended.
+        // The manager forgets the unit once it has ended, even if it failed.
         {QStringLiteral("CollectMode"), QDBusVariant(QStringLiteral("inactive-or-failed"))},
     };
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.systemd1"), QStringLiteral("/org/freedesktop/systemd1"),
         QStringLiteral("org.freedesktop.systemd1.Manager"), QStringLiteral("StartTransientUnit"));
-    call.setAutoStartService(false); // the manager runs, or there is none
+    call.setAutoStartService(false); // the manager is already running, or there is none
     call.setArguments({unit, QStringLiteral("fail"), QVariant::fromValue(properties),
                        QVariant::fromValue(QList<FurtherUnit>())});
     static_cast<void>(QDBusConnection::sessionBus().asyncCall(call));

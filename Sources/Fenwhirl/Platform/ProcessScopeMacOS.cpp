@@ -1,5 +1,5 @@
 #include "Fenwhirl/Platform/ProcessScope.h"
 
 void ProcessScope::separate(pid_t /*process*/, const QString& /*name*/, const QString& /*description*/) {
-    // Nothing is ended here because of its parent.
+    // macOS does not end a child because its parent is ended.
 }

@@ -4,7 +4,7 @@
 #include <utility>
 
 bool ProcessShare::hasRecentLook(Time now) const {
-    // More than twice the pause between two looks at a page that is shown all the time.
+    // More than twice the interval between samples while the page is shown.
     constexpr auto recent = std::chrono::seconds(10);
     return hasNow_ && now - nowTime_ <= recent;
 }
@@ -27,7 +27,8 @@ std::uint64_t ProcessShare::add(std::int32_t pid, std::uint64_t startTicks, std:
     const std::chrono::duration<double> interval = nowTime_ - beforeTime_;
     const double seconds = static_cast<double>(ticks - ticksBefore) / static_cast<double>(ticksPerSecond_);
     constexpr double hundredthsOfPercent = 10'000;
-    // A process cannot take more than all cores; what says otherwise is a broken clock, and far below 2^64.
+    // A process cannot use more than all cores. A larger value comes from a broken clock. The limit is far
+    // below 2^64.
     constexpr double most = 1e12;
     return static_cast<std::uint64_t>(std::min(seconds / interval.count() * hundredthsOfPercent + 0.5, most));
 }

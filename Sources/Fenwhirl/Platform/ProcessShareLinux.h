@@ -1,7 +1,7 @@
-// How much processor time each process took between two looks at the process table.
+// How much processor time each process used between two samples ("looks") of the process table.
 //
-// Values only, no clock and no system: what was read, and when, is handed in. One object belongs to one
-// sequence of looks and is used by one thread at a time.
+// Works on values only, without a clock or system calls: the caller passes in what was read, and when. One
+// object belongs to one sequence of samples and is used by one thread at a time.
 
 #pragma once
 
@@ -16,19 +16,19 @@ public:
 
     explicit ProcessShare(std::uint64_t ticksPerSecond) : ticksPerSecond_(ticksPerSecond) {}
 
-    // Whether there is an earlier look, and a recent one: the share since a look of long ago would be an
-    // average over that long time.
+    // Whether there is an earlier sample, and a recent one. Shares since a much older sample would be
+    // averages over all that time.
     [[nodiscard]] bool hasRecentLook(Time now) const;
 
-    // Begins a look; the differences of the following `add` calls are taken against the one before.
+    // Begins a sample. The `add` calls that follow compare it with the one before.
     void beginLook(Time now);
 
-    // One process of the look: hundredths of a percent of one core that it took since the last look, or since
-    // its start if that was later. Zero in the first look. An identifier that now belongs to another process
-    // counts as new.
+    // Adds one process to the sample. Returns the share of one core that it used since the last sample, or
+    // since its start if that was later, in hundredths of a percent. Zero in the first sample. An identifier
+    // that now belongs to another process counts as a new process.
     std::uint64_t add(std::int32_t pid, std::uint64_t startTicks, std::uint64_t ticks);
 
-    // The start of a process of the last look; absent when it was not in it.
+    // The start of a process in the last sample; absent when the process was not in it.
     [[nodiscard]] std::optional<std::uint64_t> startInLastLook(std::int32_t pid) const;
 
 private:

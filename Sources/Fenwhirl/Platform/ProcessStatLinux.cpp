@@ -8,7 +8,7 @@
 
 namespace {
 
-// As proc(5) numbers the fields; the name is the second.
+// The numbers of the fields, as in proc(5). The name is the second field.
 constexpr int firstFieldAfterName = 3;
 constexpr int userTimeField = 14;
 constexpr int kernelTimeField = 15;
@@ -26,7 +26,7 @@ std::optional<std::uint64_t> parseField(std::string_view field) {
 } // namespace
 
 std::optional<ProcessStat> parseProcessStat(std::string_view text) {
-    // The name stands in parentheses and may hold parentheses and blanks itself: it ends at the last one.
+    // The name is in parentheses and may itself contain parentheses and blanks, so it ends at the last one.
     const std::size_t open = text.find('(');
     const std::size_t close = text.rfind(')');
     if (open == std::string_view::npos || close == std::string_view::npos || close < open) {
@@ -71,7 +71,7 @@ std::optional<ProcessStat> readProcessStat(std::int32_t pid) {
     if (descriptor < 0) {
         return std::nullopt;
     }
-    // 52 fields of at most 20 digits and a short name fit; the file is produced whole by one read.
+    // 52 fields of at most 20 digits and a short name fit; the kernel returns the whole file in one read.
     std::array<char, 2048> text = {};
     const ssize_t length = read(descriptor, text.data(), text.size());
     close(descriptor);

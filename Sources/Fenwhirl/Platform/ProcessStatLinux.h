@@ -1,4 +1,4 @@
-// What /proc/PID/stat says about one process.
+// The contents of /proc/PID/stat for one process.
 
 #pragma once
 
@@ -8,13 +8,13 @@
 #include <string_view>
 
 struct ProcessStat {
-    std::string name;         // at most 15 bytes, chosen by the process itself: may hold anything
+    std::string name;         // at most 15 bytes; chosen by the process itself, so it may contain anything
     std::uint64_t ticks;      // processor time in user and kernel mode, all threads, in clock ticks
-    std::uint64_t startTicks; // clock ticks from the system's start to the process's
+    std::uint64_t startTicks; // clock ticks between the system's start and the process's start
 };
 
-// The fields of such a file, or nothing when it is not like that.
+// The fields of such a file; absent when the text does not have its format.
 [[nodiscard]] std::optional<ProcessStat> parseProcessStat(std::string_view text);
 
-// Reads the file of one process; absent when there is none.
+// Reads the file of one process; absent when there is no such process.
 [[nodiscard]] std::optional<ProcessStat> readProcessStat(std::int32_t pid);

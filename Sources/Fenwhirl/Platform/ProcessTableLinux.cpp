@@ -22,7 +22,7 @@ std::uint64_t ticksPerSecond() {
     return ticks > 0 ? static_cast<std::uint64_t>(ticks) : 100;
 }
 
-// One line of `ps`: identifier, resident KiB, path; the columns before the path hold no blanks.
+// One line of `ps`: identifier, resident KiB, path. The columns before the path contain no blanks.
 struct ToolLine {
     std::int32_t pid;
     std::string_view residentKiB;
@@ -66,9 +66,9 @@ std::vector<std::int32_t> allProcesses() {
     return pids;
 }
 
-// The path as the user knows it. The tool shows "-" where the system hides it (kernel threads; processes of
-// others): the process's name stands in, up to a slash, because workers of the kernel are called
-// "kworker/0:1-events". An executable that was replaced while it runs keeps its path.
+// The path as the user knows it. The tool shows "-" where the system hides the path (kernel threads, other
+// users' processes). Then the process's name takes its place, up to a slash, because kernel workers have
+// names such as "kworker/0:1-events". The suffix that marks a running executable as replaced is removed.
 std::string displayPath(std::string_view path, std::string_view name) {
     constexpr std::string_view replaced = " (deleted)";
     if (path != "-") {
@@ -134,7 +134,7 @@ private:
             const std::string_view line = tool.substr(0, tool.find('\n'));
             tool.remove_prefix(std::min(line.size() + 1, tool.size()));
             const std::optional<ToolLine> process = parseToolLine(line);
-            // A process that has ended since, like the tool itself, loads nothing any more.
+            // Skips processes that have ended since, such as the tool itself.
             const std::optional<ProcessStat> stat =
                 process ? readProcessStat(process->pid) : std::optional<ProcessStat>();
             if (!stat) {
@@ -175,9 +175,10 @@ void signalProcess(std::int32_t pid, ProcessStart start, int signal) {
     if (pid <= 0 || pid == getpid()) {
         return;
     }
-    // The descriptor holds on to the process that has the identifier now; once its start is the right one,
-    // the identifier cannot pass to another before the signal is sent.
-    // (Called by number: the C library's header of these two calls is not usable from C++.)
+    // The descriptor refers to the process that has the identifier now. Once its start has been checked, the
+    // signal cannot reach a later process with the same identifier.
+    // (These are raw system calls because the C library's header for the two functions cannot be used from
+    // C++.)
     const auto process = static_cast<int>(syscall(SYS_pidfd_open, pid, 0));
     if (process < 0) {
         return;

@@ -20,7 +20,7 @@ std::optional<ProcessStart> startOfProcess(std::int32_t pid) {
     std::array<int, 4> name = {CTL_KERN, KERN_PROC, KERN_PROC_PID, pid};
     kinfo_proc process = {};
     std::size_t size = sizeof process;
-    // Without such a process the call succeeds and yields nothing.
+    // When there is no such process, the call succeeds and returns no data.
     if (sysctl(name.data(), static_cast<unsigned>(name.size()), &process, &size, nullptr, 0) != 0 ||
         size < sizeof process || process.kp_proc.p_pid != pid) {
         return std::nullopt;

@@ -1,12 +1,12 @@
-// Memory that a program at rest can do without.
+// Releases memory that an idle program does not need.
 //
-// A start touches far more of a program and its libraries than waiting does, and those pages stay counted to
-// it for as long as it runs. Here they are handed back: free blocks of the heap, and on Linux what was read
-// from the program's files and never written (code, constants, the tables of the linker). Nothing is lost:
-// what is touched again is there again, from the system's cache of files, or in the worst case from the disk.
+// Starting touches far more of a program and its libraries than waiting does, and those pages count towards
+// its memory for as long as it runs. This function releases free blocks of the heap and, on Linux, pages of
+// the program's files that were read and never written (code, constants, the linker's tables). Nothing is
+// lost: a page that is used again is read again, from the system's file cache or at worst from the disk.
 //
-// To be called seldom, when a rest begins that is expected to last. Takes about a millisecond, and the next
-// use of every part a little longer. Any thread, while others run.
+// Call this rarely, at the beginning of an idle period that is expected to last. It takes about a
+// millisecond, and the next use of each released page takes a little longer. Any thread, while others run.
 
 #pragma once
 

@@ -13,8 +13,9 @@
 
 namespace {
 
-// Whether every page from `begin` to `end` is still what the file holds, by proc(5)'s pagemap. Some graphics
-// drivers write into code although it is not writable; such pages exist nowhere else.
+// Whether every page from `begin` to `end` is still identical to the file, according to the pagemap of
+// proc(5). Some graphics drivers patch code although it is not writable, and such pages cannot be read again
+// from the file.
 bool isAsInItsFile(int pageMap, std::uintptr_t begin, std::uintptr_t end, std::uintptr_t page) {
     constexpr std::uint64_t isFromFile = 1ULL << 61U;
     constexpr std::uint64_t isSwapped = 1ULL << 62U;
@@ -29,8 +30,8 @@ bool isAsInItsFile(int pageMap, std::uintptr_t begin, std::uintptr_t end, std::u
     });
 }
 
-// Segments that are not writable hold what their file holds. What the linker relocates and protects
-// afterwards lies in a writable one, and must stay.
+// Releases the segments that are not writable, because their contents can be read again from the file. Data
+// that the linker relocates and then write-protects is in a writable segment, so it is kept.
 int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* pageMap) {
     const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     for (int i = 0; i < object->dlpi_phnum; ++i) {
@@ -41,9 +42,9 @@ int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* pageMap)
         const std::uintptr_t end = object->dlpi_addr + segment.p_vaddr + segment.p_memsz;
         if (!isAsInItsFile(*static_cast<const int*>(pageMap), begin, end, page))
             continue;
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): the linker tells its addresses as numbers.
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): the linker reports its addresses as numbers.
         void* const place = reinterpret_cast<void*>(begin);
-        // A refusal, as for what is locked in memory, is as good as any answer.
+        // A refusal, for example for locked memory, does no harm.
         static_cast<void>(madvise(place, end - begin, MADV_DONTNEED));
     }
     return 0;

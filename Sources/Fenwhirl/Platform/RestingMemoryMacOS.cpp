@@ -3,5 +3,5 @@
 #include <malloc/malloc.h>
 
 void giveBackRestingMemory() {
-    malloc_zone_pressure_relief(nullptr, 0); // of all zones, as much as there is
+    malloc_zone_pressure_relief(nullptr, 0); // all zones, as much as possible
 }

@@ -1,13 +1,14 @@
-// The applications among the processes, as the system's application framework knows them.
+// Applications as the system's application framework knows them.
 //
-// macOS has an object for every application with an interface, through which it can be asked to quit as its
-// own menu would. Linux has no such thing: there no process is one, and quitting is a matter of signals.
+// macOS has an object for every application with a user interface; through it the application can be asked to
+// quit as from its own menu. Linux has no equivalent: there no process counts as an application, and quitting
+// uses signals.
 
 #pragma once
 
 #include <cstdint>
 
-// Asks the running application with this process identifier to terminate, or terminates it without its
-// consent when `force`. True when there is such an application, whatever it answers; false when there is
-// none. Main thread.
+// Asks the running application with this process identifier to terminate or, with `force`, terminates it
+// without its consent. True when there is such an application, whatever it answers; otherwise false. Main
+// thread.
 [[nodiscard]] bool askApplicationToTerminate(std::int32_t pid, bool force);

@@ -10,6 +10,6 @@ void notifyByScript(const QString& tool, const QString& title, const QString& me
     script.setArguments({QStringLiteral("-e"), notificationStatement(title, message)});
     script.setStandardOutputFile(QProcess::nullDevice());
     script.setStandardErrorFile(QProcess::nullDevice());
-    // Detached: the system's first process is its parent, so nobody here has to wait for it.
+    // A detached process is adopted by the system's first process, so that nobody here has to wait for it.
     script.startDetached();
 }

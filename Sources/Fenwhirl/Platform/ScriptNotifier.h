@@ -1,11 +1,10 @@
-// Notifications through the script tool of macOS. Portable, so that it is tried where there is no Mac; any
+// Notifications through the script tool of macOS. Portable, so that it can be tested on other systems; any
 // thread.
 
 #pragma once
 
 #include <QString>
 
-// Starts `tool` (osascript) with the statement that shows the notification. Returns at once: the tool runs on
-// by itself, its output goes nowhere, and nobody has to wait for its end. That it cannot be started is no
-// error.
+// Starts `tool` (osascript) with the statement that shows the notification, and returns at once. The tool
+// runs detached and its output is dropped, so nobody has to wait for it. A failure to start it is ignored.
 void notifyByScript(const QString& tool, const QString& title, const QString& message);

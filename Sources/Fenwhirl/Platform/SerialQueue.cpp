@@ -39,7 +39,7 @@ void SerialQueue::sync(const std::function<void()>& work) {
     if (isCurrent()) {
         std::abort();
     }
-    // Shared, because the waiting side may leave while the queue is still inside set_value.
+    // Shared, because the waiting thread may return while the queue is still inside set_value.
     const auto done = std::make_shared<std::promise<void>>();
     async([&work, done] {
         work();

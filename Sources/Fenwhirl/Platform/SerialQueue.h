@@ -1,15 +1,16 @@
-// A named thread that runs the work handed to it, one piece after the other, in the order of handing over.
+// A named thread that runs the work handed to it, one piece at a time, in the order in which it was handed
+// over.
 //
-// State that only such pieces touch needs no lock: it belongs to the queue, as widgets belong to the main
+// State that only this work uses needs no lock: it belongs to the queue, as widgets belong to the main
 // thread. The label names the thread in debuggers and process listings, as far as the system has room for it
 // (Linux keeps 15 characters).
 //
-// The destructor lets everything run that was handed over, then joins the thread; hence it must not be
-// destroyed by its own work, and an owner whose members the work touches declares the queue last. Work
-// handed over by work that runs during the destruction still runs.
+// The destructor runs all the work that was handed over and then joins the thread. The queue must therefore
+// not be destroyed by its own work, and an owner whose members the work uses declares the queue last. Work
+// that is handed over by other work during the destruction still runs.
 //
-// Threads: `async`, `sync` and `isCurrent` from any thread; `sync` from the queue itself would wait for
-// itself and is a programming error that ends the process. Work must not throw.
+// Threads: `async`, `sync` and `isCurrent` from any thread. A call of `sync` on the queue's own thread would
+// deadlock; it is a programming error that aborts the process. Work must not throw.
 
 #pragma once
 
@@ -31,9 +32,9 @@ public:
 
     // Hands work over and returns at once.
     void async(std::function<void()> work);
-    // The same, but before everything that waits.
+    // The same, but ahead of all work that is waiting.
     void asyncNext(std::function<void()> work);
-    // Hands work over and returns when it has run, and with it all that was handed over before.
+    // Hands work over and returns when it, and all work that was handed over before it, has run.
     void sync(const std::function<void()>& work);
     // Whether the caller runs on this queue.
     [[nodiscard]] bool isCurrent() const;
@@ -46,5 +47,5 @@ private:
     std::condition_variable changed_;
     std::deque<std::function<void()>> pending_; // guarded by mutex_
     bool ending_ = false;                       // guarded by mutex_
-    std::thread thread_;                        // last: it starts when all the above is ready
+    std::thread thread_;                        // last, because the thread uses the members above
 };

@@ -26,7 +26,8 @@ bool isError(const QDBusMessage& reply) {
     return reply.type() == QDBusMessage::ErrorMessage;
 }
 
-// Empty unless the reply is one object's path, or a structure of a name and one; logind says "/" for none.
+// The path in a reply that is an object path, or a structure of a name and an object path. Otherwise empty;
+// logind says "/" for none.
 QString pathIn(const QVariant& value) {
     QString path;
     if (value.metaType() == QMetaType::fromType<QDBusObjectPath>()) {
@@ -78,7 +79,7 @@ SessionPresenceLinux::SessionPresenceLinux(QString address, SessionSeeker seeker
     if (logind_.isOpen()) {
         QTimer::singleShot(patience.settle, this, [this] { settle(); });
     } else {
-        again_.stop(); // there was none, so none was lost
+        again_.stop(); // there never was a bus, so no connection was lost
         settle();
     }
 }
@@ -105,7 +106,7 @@ void SessionPresenceLinux::disconnected() {
     leaveBus();
     lose();
     if (!wasAnswered_)
-        again_.stop(); // it does not want us
+        again_.stop(); // the bus closed the connection without ever answering, so it rejects us
 }
 
 void SessionPresenceLinux::lose() {
@@ -115,7 +116,7 @@ void SessionPresenceLinux::lose() {
     again_.start();
 }
 
-// Asks the bus for logind, without starting one.
+// Asks the bus for logind, without starting it.
 void SessionPresenceLinux::find() {
     ++search_;
     logind_.find(ofThisSearch([this](const QDBusMessage& reply) {
@@ -132,6 +133,7 @@ void SessionPresenceLinux::takeOwner(const QString& owner) {
     logind_.setOwner(owner);
     if (!owner.isEmpty())
         searchByProcess();
+    // If logind has gone, `ownerChanged` reports its return, so nothing has to be retried.
     else if (!loss_.isActive())
         loss_.start();
 }
@@ -179,12 +181,12 @@ void SessionPresenceLinux::follow(const QString& path, const std::function<void(
         otherwise();
         return;
     }
-    watch(path); // first: nothing that changes from now on is missed
+    watch(path); // before reading, so that no later change is missed
     ask(path, Logind::propertiesInterface(), QStringLiteral("GetAll"), {sessionInterface()},
         [this, otherwise](const QDBusMessage& reply) {
             const auto properties =
                 isError(reply) ? QVariantMap() : qdbus_cast<QVariantMap>(reply.arguments().value(0));
-            // The user's systemd has a session, too, which is always active.
+            // The user's systemd has a session of its own, which is always active.
             const bool isManager =
                 properties.value(QStringLiteral("Class")).toString().startsWith(QStringLiteral("manager"));
             if (properties.isEmpty() || isManager)
@@ -226,7 +228,7 @@ void SessionPresenceLinux::giveUp() {
 void SessionPresenceLinux::heard(const QDBusMessage& signal) {
     const QVariantList arguments = signal.arguments();
     if (signal.interface() == Logind::managerInterface() && signal.path() == Logind::path()) {
-        searchByProcess(); // a session began or ended: perhaps ours
+        searchByProcess(); // a session began or ended, perhaps ours
     } else if (signal.interface() == Logind::propertiesInterface() && signal.path() == session_ &&
                arguments.value(0) == sessionInterface()) {
         const auto changes = qdbus_cast<QVariantMap>(arguments.value(1));

@@ -1,14 +1,14 @@
-// logind behind SessionPresence on Linux.
+// SessionPresence on Linux, by means of logind.
 //
-// The session is looked for in three places, because not every process is in one: the one that logind has
-// this process in; else the one named by XDG_SESSION_ID; else (a desktop that is started by the user's
-// systemd has its programs in no session) the one that logind calls the user's `Display`. It is looked for
-// again whenever a session begins or ends, and when logind starts again.
+// Not every process is in a session, so three ways are tried in turn: the session that logind assigns to this
+// process; the one named by XDG_SESSION_ID; and the one that logind names as the user's `Display`, for a
+// desktop that the user's systemd starts, whose programs are in no session. The search is repeated whenever a
+// session begins or ends, and when logind restarts.
 //
-// A logind that went away is usually being updated: what it said last counts for ten seconds more, so that
-// two users' programs do not meet at the fans meanwhile.
+// A logind that disappears is usually being updated. The last state that it reported therefore stays valid
+// for ten more seconds, so that the programs of two users do not drive the fans at the same time.
 //
-// Threads: main thread only. Tests make it with a bus, an identity and times of their own.
+// Threads: main thread only. Tests pass a bus, an identity and times of their own.
 
 #pragma once
 
@@ -25,19 +25,19 @@
 #include <cstdint>
 #include <functional>
 
-// Who asks.
+// Identifies the process whose session is looked for.
 struct SessionSeeker {
-    uint process = 0; // its number
-    QString session;  // the name of its session, as its environment says; may be empty
-    uint user = 0;    // its number
+    uint process = 0; // process id
+    QString session;  // the session's name from the environment; may be empty
+    uint user = 0;    // user id
 
     [[nodiscard]] static SessionSeeker thisProcess();
 };
 
 struct SessionPatience {
     std::chrono::milliseconds settle = std::chrono::seconds(3); // until `settled` without an answer
-    std::chrono::milliseconds answer = std::chrono::seconds(5); // for each question
-    std::chrono::milliseconds loss = std::chrono::seconds(10);  // what was said last counts that much longer
+    std::chrono::milliseconds answer = std::chrono::seconds(5); // time limit for each reply
+    std::chrono::milliseconds loss = std::chrono::seconds(10);  // how long the last state stays valid
     std::chrono::milliseconds again = std::chrono::seconds(10); // until a lost bus or a silent logind is
                                                                 // tried again
 };
@@ -46,7 +46,7 @@ class SessionPresenceLinux : public SessionPresence {
     Q_OBJECT
 
 public:
-    // `address`: of the bus, in D-Bus's notation.
+    // `address` is the bus's address, in D-Bus notation.
     SessionPresenceLinux(QString address, SessionSeeker seeker, SessionPatience patience = {});
     ~SessionPresenceLinux() override;
     SessionPresenceLinux(const SessionPresenceLinux&) = delete;
@@ -60,33 +60,35 @@ private:
 
     void connectToBus();
     void leaveBus();
-    // What was said last counts a little longer, and the bus or logind is tried again.
+    // Lets the last state stay valid for a little longer, and schedules another attempt with the bus or
+    // logind.
     void lose();
     void find();
     void takeOwner(const QString& owner);
     void searchByProcess();
     void searchByName();
     void searchByUser();
-    // Watches the session at that path; `otherwise` is called when it is not one that a user sits before.
+    // Watches the session at that path. Calls `otherwise` when it is not a session that a user sits at.
     void follow(const QString& path, const std::function<void()>& otherwise);
     void watch(const QString& path);
     void readActive();
     void take(const QVariant& active);
-    // Nobody knows the session.
+    // Stops the search, because logind does not know the session.
     void giveUp();
 
-    // The answer is dropped when meanwhile the search began anew. What gets no answer at all ends it.
+    // The answer is dropped if a new search has begun meanwhile. A question without an answer ends the
+    // search.
     void ask(const QString& path, const QString& interface, const QString& method,
              const QVariantList& arguments, const Reply& answered);
-    // The reply and the silence of a question of this search.
+    // Wrap the callbacks of a question so that they are dropped once a new search has begun.
     [[nodiscard]] Reply ofThisSearch(const Reply& answered);
     [[nodiscard]] LogindConnection::Silence silenceOfThisSearch();
 
     const SessionSeeker seeker_;
     LogindConnection logind_;
-    QString session_; // the path of the watched session; empty while there is none
-    std::uint64_t search_ = 0;
-    bool wasAnswered_ = false; // by anybody on the bus, ever
+    QString session_;          // the path of the watched session; empty while there is none
+    std::uint64_t search_ = 0; // number of the current search; answers to earlier ones are dropped
+    bool wasAnswered_ = false; // whether there has ever been an answer over this bus
     QTimer loss_;
     QTimer again_;
 };

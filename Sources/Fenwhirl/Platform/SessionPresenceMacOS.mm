@@ -5,7 +5,7 @@
 
 namespace {
 
-// What the window server says of the session that this process belongs to; without a word it is in front.
+// Whether the window server says that this process's session is on the console. Defaults to true.
 bool isOnConsole() {
     @autoreleasepool {
         NSDictionary* session = CFBridgingRelease(CGSessionCopyCurrentDictionary());
@@ -17,8 +17,8 @@ bool isOnConsole() {
 class SessionPresenceMacOS final : public SessionPresence {
 public:
     SessionPresenceMacOS() {
-        @autoreleasepool { // the event loop, which has one, is not running yet
-            // First: nothing that changes from now on is missed.
+        @autoreleasepool { // the event loop, which has a pool of its own, is not running yet
+            // Before reading the state, so that no later change is missed.
             became_ = observe(NSWorkspaceSessionDidBecomeActiveNotification, true);
             resigned_ = observe(NSWorkspaceSessionDidResignActiveNotification, false);
         }

@@ -1,5 +1,5 @@
-// Starting a program from the handler of a fatal signal, where the heap may be locked or broken: no memory is
-// asked for, no lock is taken, and no fork handler runs.
+// Starts a program from the handler of a fatal signal, where the heap may be locked or corrupt. It allocates
+// no memory, takes no lock and runs no fork handlers.
 //
 // Threads: any. Async-signal-safe.
 
@@ -7,6 +7,7 @@
 
 #include <sys/types.h>
 
-// Starts `arguments[0]`, an absolute path, with these arguments (a null pointer behind the last one) and an
-// empty environment; the caller waits for it. -1 when it cannot be started, or a process that ends with 127.
+// Starts `arguments[0]`, an absolute path, with these arguments (terminated by a null pointer) and an empty
+// environment; the caller must wait for it. When it cannot be started, the result is -1, or a process that
+// exits with status 127.
 [[nodiscard]] pid_t startInSignalHandler(char* const* arguments);

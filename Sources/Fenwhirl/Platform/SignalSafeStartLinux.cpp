@@ -4,7 +4,7 @@
 
 pid_t startInSignalHandler(char* const* arguments) {
     char* const noEnvironment[] = {nullptr};
-    // The child does nothing but exec: the one thing that vfork is for. posix_spawn would map a stack for it.
+    // The child only calls exec, which is what vfork is for. posix_spawn would map a stack for the child.
     const pid_t child = vfork(); // NOLINT(clang-analyzer-security.insecureAPI.vfork)
     if (child == 0) {
         execve(arguments[0], arguments, noEnvironment);

@@ -1,8 +1,8 @@
-// Says that the computer is about to sleep, in time to put things in order first, and that it is awake again.
+// Reports that the computer is about to sleep, early enough to finish work first, and that it is awake again.
 //
-// On Linux logind says so and is asked to wait: for `ready`, and never longer than a second and a half. Where
-// there is no such service, or it does not answer, nothing is ever said, and nothing is waited for. On macOS
-// nothing is said.
+// On Linux logind reports this and is asked to wait until `ready` is called, but never longer than a second
+// and a half. Where there is no logind, or it does not answer, no signal is ever emitted and nothing is
+// delayed. On macOS no signal is emitted.
 //
 // Threads: main thread only.
 
@@ -18,11 +18,11 @@ class SleepWatch : public QObject {
 public:
     [[nodiscard]] static std::unique_ptr<SleepWatch> create();
 
-    // Everything is in order: the computer may sleep. Nothing when it is not about to.
+    // Says that the work is finished and the computer may sleep. Does nothing when it is not about to sleep.
     virtual void ready() = 0;
 
 Q_SIGNALS:
-    // In turns, beginning with `goingToSleep`. A sleep that came to nothing ends with `awake`, too.
+    // Alternate, beginning with `goingToSleep`. A sleep that was cancelled ends with `awake`, too.
     void goingToSleep();
     void awake();
 

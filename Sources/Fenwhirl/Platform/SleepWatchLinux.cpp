@@ -34,7 +34,7 @@ SleepWatchLinux::SleepWatchLinux(QString address, SleepPatience patience)
     connect(&logind_, &LogindConnection::ownerChanged, this, &SleepWatchLinux::takeOwner);
     connect(&logind_, &LogindConnection::heard, this, &SleepWatchLinux::heard);
     connect(&logind_, &LogindConnection::lost, this, [this] {
-        if (wasAnswered_) // otherwise the bus does not want us
+        if (wasAnswered_) // a bus that never answered rejects us, so it is not tried again
             again_.start();
     });
     prepare(delay_, patience.atMost);
@@ -50,7 +50,7 @@ SleepWatchLinux::SleepWatchLinux(QString address, SleepPatience patience)
     });
     open();
     if (!logind_.isOpen())
-        again_.stop(); // there was none, so none was lost
+        again_.stop(); // there never was a bus, so no connection was lost
 }
 
 void SleepWatchLinux::open() {
@@ -75,7 +75,7 @@ void SleepWatchLinux::takeOwner(const QString& owner) {
     wasAnswered_ = true;
     logind_.setOwner(owner);
     isLocking_ = false;
-    lock_ = {}; // of the logind before
+    lock_ = {}; // it belonged to the previous logind
     if (!owner.isEmpty())
         look();
 }
@@ -132,7 +132,7 @@ void SleepWatchLinux::lock() {
             if (owner != logind_.owner())
                 return;
             isLocking_ = false;
-            // A lock that comes when the sleep has begun already holds up nothing.
+            // A lock that arrives after the sleep has begun does not delay it.
             if (!isError(reply) && !isAboutToSleep_)
                 lock_ = reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
         },

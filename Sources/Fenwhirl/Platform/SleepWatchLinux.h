@@ -1,15 +1,15 @@
-// logind behind SleepWatch on Linux.
+// SleepWatch on Linux, by means of logind.
 //
-// While the computer is awake this object has a delay lock of logind's: a descriptor, and logind waits with a
-// sleep until it is closed, a few seconds at most. It is closed by `ready`, or after `atMost`, and taken anew
-// after the sleep. Without the lock (logind refused it) a sleep is announced all the same; it just does not
-// wait.
+// While the computer is awake, this object has a delay lock of logind's: a file descriptor that makes logind
+// delay a sleep until it is closed, for a few seconds at most. `ready` closes it, or a timer after `atMost`;
+// after the sleep a new one is taken. If logind refuses the lock, a sleep is still announced, but not
+// delayed.
 //
-// What ends a sleep is logind's word. Lest one that was lost keeps the program asleep for good, logind is
-// asked now and then; anything but a plain yes, silence included, means awake. These pauses are measured in
-// running time: the sleep itself does not count.
+// logind reports the end of a sleep. If that report were lost, the program would believe for ever that the
+// computer sleeps, so it asks logind from time to time. Anything but a plain yes means awake, including no
+// answer. The intervals are measured in running time, without the sleep itself.
 //
-// Threads: main thread only. Tests make it with a bus and times of their own.
+// Threads: main thread only. Tests pass a bus and times of their own.
 
 #pragma once
 
@@ -24,8 +24,8 @@
 
 struct SleepPatience {
     std::chrono::milliseconds atMost = std::chrono::milliseconds(1500); // for which the sleep is delayed
-    std::chrono::milliseconds answer = std::chrono::seconds(5);         // for each question
-    std::chrono::milliseconds doubt = std::chrono::seconds(20);         // until a sleep is asked about
+    std::chrono::milliseconds answer = std::chrono::seconds(5);         // time limit for each reply
+    std::chrono::milliseconds doubt = std::chrono::seconds(20);         // until a sleep is checked
     std::chrono::milliseconds again = std::chrono::seconds(10);         // until a lost bus or a silent logind
                                                                         // is tried again
 };
@@ -34,7 +34,7 @@ class SleepWatchLinux : public SleepWatch {
     Q_OBJECT
 
 public:
-    // `address`: of the bus, in D-Bus's notation.
+    // `address` is the bus's address, in D-Bus notation.
     explicit SleepWatchLinux(QString address, SleepPatience patience = {});
 
     void ready() override;
@@ -44,7 +44,7 @@ private:
     void find();
     void takeOwner(const QString& owner);
     void heard(const QDBusMessage& signal);
-    // Asks whether the computer is about to sleep.
+    // Asks logind whether the computer is about to sleep.
     void look();
     void take(bool isAboutToSleep);
     void lock();
@@ -52,7 +52,7 @@ private:
     LogindConnection logind_;
     QDBusUnixFileDescriptor lock_;
     bool isAboutToSleep_ = false;
-    bool isLocking_ = false; // asked for, not yet answered
+    bool isLocking_ = false; // the lock was requested, and there is no answer yet
     bool wasAnswered_ = false;
     QTimer delay_;
     QTimer doubt_;

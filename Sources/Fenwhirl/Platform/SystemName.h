@@ -1,8 +1,8 @@
-// The name that the user gave to this computer, as the system shows it. Main thread.
+// The name that the user gave this computer, as the system shows it. Main thread.
 
 #pragma once
 
 #include <QString>
 
-// Empty when the system has none.
+// Empty when the computer has none.
 [[nodiscard]] QString computerName();

@@ -9,8 +9,8 @@
 
 namespace {
 
-// A value of a shell-like file: in single or double quotes or in none, with a backslash before what the
-// quotes would end.
+// Decodes a value of a shell-like file. It may be in single quotes, double quotes or none; a backslash
+// escapes the next character.
 QString unquoted(QByteArray value) {
     value = value.trimmed();
     if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') &&
@@ -40,7 +40,7 @@ QString computerNameFrom(const QByteArray& machineInfo, const QByteArray& hostNa
         }
     }
     QString name = QString::fromUtf8(hostName.split('.').constFirst());
-    // What the kernel and the resolver say when nobody has given the computer a name.
+    // The kernel and the resolver report these when nobody has named the computer.
     return name == QStringLiteral("localhost") || name == QStringLiteral("(none)") ? QString() : name;
 }
 

@@ -1,13 +1,13 @@
-// Which code runs on which thread, said so that the compiler checks it.
+// Annotations that say which code runs on which thread, so that the compiler can check it.
 //
-// The program has few threads and each piece of state belongs to one of them. A piece of state names its
-// owner with FENWHIRL_GUARDED_BY, a function that touches it says FENWHIRL_REQUIRES, and a function that has
-// just arrived on a thread (a slot, a piece of work of a queue) begins with the owner's `assertIsCurrent`,
-// which also checks it at run time: on the wrong thread the process ends, because what would follow is a data
-// race. clang refuses code that breaks these rules; other compilers see nothing of them.
+// The program has few threads, and each piece of state belongs to one of them. A piece of state names its
+// owner with FENWHIRL_GUARDED_BY, and a function that uses it says FENWHIRL_REQUIRES. A function that has
+// just arrived on a thread (a slot, or work run by a queue) begins with the owner's `assertIsCurrent`. That
+// also checks at run time and aborts the process on the wrong thread, because going on would be a data race.
+// clang rejects code that breaks these rules; for other compilers the annotations are empty.
 //
-// `Mutex` and `MutexLock` are the standard mutex and lock with the same marks, for the little that several
-// threads share.
+// `Mutex` and `MutexLock` are the standard mutex and lock with the same annotations, for the little state
+// that several threads share.
 
 #pragma once
 
@@ -31,21 +31,21 @@
 #define FENWHIRL_RELEASE(...) FENWHIRL_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))
 #define FENWHIRL_ASSERTS_CURRENT(owner) FENWHIRL_THREAD_ATTRIBUTE(assert_capability(owner))
 
-// The thread that runs the event loop of the interface.
+// The thread that runs the event loop of the user interface.
 class FENWHIRL_CAPABILITY("thread") MainThread {
 public:
     [[nodiscard]] static bool isCurrent();
-    // Ends the process on any other thread.
+    // Aborts the process on any other thread.
     void assertIsCurrent() const FENWHIRL_ASSERTS_CURRENT(this);
 };
 
 inline constexpr MainThread mainThread;
 
-// The one thread that an object belongs to, whichever it is: the first to ask. For objects that live on a
-// queue.
+// The one thread that an object belongs to: the first that calls `assertIsCurrent`. For objects that live on
+// a queue.
 class FENWHIRL_CAPABILITY("thread") OneThread {
 public:
-    // Ends the process on any other thread than the first caller's.
+    // Aborts the process on any thread other than the first caller's.
     void assertIsCurrent() const FENWHIRL_ASSERTS_CURRENT(this);
 
 private:
