@@ -17,10 +17,10 @@ namespace HelperProcess {
 
 namespace {
 
-// Long enough for the fan write test (8 s) and for every fan of a large machine, short enough that a
+// Long enough for the fan write test (8 s) and for every fan of a large machine; short enough that a
 // controller that stops answering does not leave a root process behind.
 constexpr unsigned secondsToLive = 30;
-// More than the helper ever opens at a time.
+// More than the helper ever has open at a time.
 constexpr rlim_t enoughDescriptors = 64;
 
 void setDisposition(int signal, void (*disposition)(int)) {
@@ -30,8 +30,8 @@ void setDisposition(int signal, void (*disposition)(int)) {
     sigaction(signal, &action, nullptr);
 }
 
-// Timers survive exec. Those of processor time would end the process at a moment of the caller's choice; the
-// one of real time becomes the helper's own.
+// Timers survive exec. The processor-time timers could end the process at a moment that the caller chose, so
+// they are turned off. The real-time timer becomes the helper's own time limit.
 void resetTimers() {
     const itimerval off = {};
     setitimer(ITIMER_VIRTUAL, &off, nullptr);
@@ -40,9 +40,9 @@ void resetTimers() {
 }
 
 void resetSignals(std::uint64_t ignored) {
-    // Handlers end with exec by themselves. What a caller can pass on is "ignored", and signals that wait
-    // behind his mask: those would stop or end the process as soon as they are let through, and ignoring them
-    // once discards them.
+    // Exec itself resets handlers. A caller can still pass on ignored signals, and signals that are pending
+    // because they are blocked. The pending ones would stop or end the process as soon as they are unblocked;
+    // ignoring them once discards them.
     sigset_t waiting;
     sigemptyset(&waiting);
     sigpending(&waiting);
@@ -55,8 +55,8 @@ void resetSignals(std::uint64_t ignored) {
         if (isWaiting || (ignored >> static_cast<unsigned>(signal - 1) & 1U) != 0)
             setDisposition(signal, SIG_DFL);
     }
-    // A reader that went away is no reason to die. Nor is a terminal a reason to stop: a stopped process
-    // would outlast its alarm, and nobody but root could wake or end it.
+    // The process must not die because a reader went away. Nor may a terminal stop it: the alarm cannot end a
+    // stopped process, and nobody but root could continue or kill it.
     sigset_t unheard;
     sigemptyset(&unheard);
     for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU, SIGTSTP})
@@ -64,7 +64,8 @@ void resetSignals(std::uint64_t ignored) {
     sigprocmask(SIG_SETMASK, &unheard, nullptr);
 }
 
-// Soft and hard limit to `wanted`, which only root may do to the hard one; else the soft one to the hard one.
+// Sets the soft and hard limit to `wanted`. Only root may raise the hard limit; otherwise raises the soft
+// limit to the hard one.
 void raiseLimit(decltype(RLIMIT_CPU) resource, rlim_t wanted) {
     rlimit limit = {.rlim_cur = wanted, .rlim_max = wanted};
     if (setrlimit(resource, &limit) != 0 && getrlimit(resource, &limit) == 0) {
@@ -73,8 +74,9 @@ void raiseLimit(decltype(RLIMIT_CPU) resource, rlim_t wanted) {
     }
 }
 
-// Those that could end a sequence of writes half-way; the others bound what the helper does not do. Where the
-// process may, the hard ones are raised, too: a caller may have used up nearly all of his.
+// Raises the limits that could end a sequence of writes half-way. The other limits restrict what the helper
+// does not do. The hard limits are raised, too, where the process may, because the caller may have used up
+// nearly all of what it was allowed.
 void raiseLimits() {
     for (const auto resource : {RLIMIT_CPU, RLIMIT_FSIZE, RLIMIT_DATA, RLIMIT_STACK, RLIMIT_AS})
         raiseLimit(resource, RLIM_INFINITY);
@@ -86,8 +88,8 @@ void raiseLimits() {
         raiseLimit(RLIMIT_NOFILE, most);
 }
 
-// Whether all three are open already, as they nearly always are. A no may be wrong: some systems know too
-// little of some devices, and none answers for more descriptors than the limit allows.
+// Whether all three are already open, as they nearly always are. A false result may be wrong: on some systems
+// poll does not support every device, and it fails for more descriptors than the limit allows.
 bool areStandardDescriptorsOpen() {
     pollfd standard[3] = {};
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
@@ -117,8 +119,8 @@ bool occupyStandardDescriptors() {
 }
 
 bool prepare() {
-    // First, because until then the caller may stop the process. Whoever has given up root's rights while he
-    // may take them back has his reasons.
+    // First, because until then the caller may stop the process. If the effective user is not root, a caller
+    // that could regain root's rights has dropped them on purpose.
     if (geteuid() == 0)
         becomeRootEntirely();
     resetTimers();

@@ -27,8 +27,8 @@ std::optional<std::uint64_t> parsedMask(std::string_view text) {
 void closeDescriptorsFrom(int first) {
     if (close_range(static_cast<unsigned>(first), std::numeric_limits<unsigned>::max(), 0) == 0)
         return;
-    // Kernels before 5.9. A descriptor above the hard limit can only be left from before the limit was
-    // lowered.
+    // For kernels before 5.9. A descriptor can be above the hard limit only if it was opened before the limit
+    // was lowered.
     rlimit limit = {};
     const bool known = getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_max <= 1U << 20U;
     const int end = known ? static_cast<int>(limit.rlim_max) : 1 << 20;
@@ -37,9 +37,9 @@ void closeDescriptorsFrom(int first) {
 }
 
 Inherited inheritedState() {
-    // One read instead of a system call for each signal: most of the helper's life is its start. The name in
-    // parentheses is the caller's choice and may hold anything; what follows the last parenthesis are
-    // numbers. See proc(5).
+    // One read instead of a system call per signal, because start-up is most of the helper's life. The name
+    // in parentheses is chosen by the caller and may contain anything; only numbers follow the last
+    // parenthesis. See proc(5).
     constexpr std::uint64_t everySignal = std::numeric_limits<std::uint64_t>::max();
     constexpr Inherited worst = {.ignoredSignals = everySignal, .isScheduledAsUsual = false};
     constexpr int niceness = 19;
@@ -89,8 +89,8 @@ void waitExactly() {
 
 void forbidTracing() {
     prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
-    // The kernel has refused this silently before; a root process that its caller can read is worse than
-    // none.
+    // Checked, because the kernel has ignored this request without an error before. A root process whose
+    // memory the caller can read is worse than none.
     if (prctl(PR_GET_DUMPABLE, 0, 0, 0, 0) != 0)
         std::abort();
 }

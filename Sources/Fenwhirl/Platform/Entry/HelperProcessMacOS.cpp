@@ -10,7 +10,7 @@
 namespace HelperProcess {
 
 void closeDescriptorsFrom(int first) {
-    // What is open, whatever the limits say today; asked again until nothing of it could be closed.
+    // Lists the open descriptors instead of relying on the limits, and repeats until none could be closed.
     std::array<proc_fdinfo, 256> open = {};
     for (;;) {
         const int size =
@@ -33,16 +33,16 @@ void scheduleAsUsual() {
 }
 
 void waitExactly() {
-    // Background processes are those whose timers the system delays.
+    // The system delays the timers of background processes; this ends that state.
     setpriority(PRIO_DARWIN_PROCESS, 0, 0);
 }
 
 void forbidTracing() {
-    // The kernel refuses tracing and core files of a set-user-ID process by itself.
+    // Nothing to do: the kernel does not allow tracing or core files of a set-user-ID process.
 }
 
 void becomeRootEntirely() {
-    // For an effective root this sets the real and the saved identity too.
+    // For an effective root this sets the real and the saved user, too.
     if (setuid(0) != 0)
         return;
 }

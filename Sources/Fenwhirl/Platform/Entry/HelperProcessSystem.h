@@ -1,4 +1,4 @@
-// The steps of HelperProcess.h that each system takes in its own way. Only HelperProcess.cpp includes this.
+// The steps of HelperProcess.h that differ between systems. Only HelperProcess.cpp includes this.
 
 #pragma once
 
@@ -6,10 +6,11 @@
 
 namespace HelperProcess {
 
-// Closes `first` and every descriptor above it, also those above today's limit.
+// Closes `first` and every descriptor above it, even those above the current limit.
 void closeDescriptorsFrom(int first);
 
-// What the caller has passed on, as far as the system tells; what it does not tell is taken for the worst.
+// What the process inherited from its caller, as far as the system reports it. Anything that it does not
+// report is assumed to be the worst.
 struct Inherited {
     std::uint64_t ignoredSignals; // bit n - 1 stands for signal n
     bool isScheduledAsUsual;      // see `scheduleAsUsual`
@@ -17,17 +18,17 @@ struct Inherited {
 
 [[nodiscard]] Inherited inheritedState();
 
-// The usual scheduling class and niceness where the process may set them: one that only runs when nothing
-// else does would meet its alarm between two writes.
+// Sets the usual scheduling class and niceness where the process may. A process that runs only when nothing
+// else does could be ended by its alarm between two writes.
 void scheduleAsUsual();
 
-// Waits end when they should: a caller may have let the system delay them by minutes.
+// Makes waits end on time. A caller may have let the system delay them by minutes.
 void waitExactly();
 
-// No other process of the caller may read this one's memory or steer it.
+// Prevents the caller's other processes from reading or controlling this one.
 void forbidTracing();
 
-// Real, effective and saved user become root, for a process whose effective user is root.
+// Sets the real, effective and saved user to root, for a process whose effective user is root.
 void becomeRootEntirely();
 
 } // namespace HelperProcess
