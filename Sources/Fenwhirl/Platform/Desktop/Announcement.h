@@ -1,6 +1,7 @@
-// What the system itself tells the users of its screen reader, although the focus stays where it is.
+// Announcements through the system's own screen reader, without a change of focus.
 //
-// macOS has announcements for this. Elsewhere it is said by the window, as something that becomes visible.
+// macOS has announcements for this. On other systems the window shows the text instead, as an element that
+// becomes visible.
 //
 // Threads: main thread only.
 
@@ -8,6 +9,6 @@
 
 #include <QString>
 
-// Has the system's screen reader say a text; at once, in the middle of what it is saying, when it is urgent.
-// Without a screen reader nothing happens. False where the system has no such thing.
+// Has the system's screen reader speak a text. An urgent one interrupts what it is saying. Without a screen
+// reader nothing happens. False where the system has no announcements.
 [[nodiscard]] bool announceBySystem(const QString& text, bool urgent);

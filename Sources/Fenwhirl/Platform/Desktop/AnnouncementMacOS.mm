@@ -6,7 +6,7 @@ bool announceBySystem(const QString& text, bool urgent) {
     @autoreleasepool {
         const NSAccessibilityPriorityLevel priority =
             urgent ? NSAccessibilityPriorityHigh : NSAccessibilityPriorityMedium;
-        // Whoever is in another program hears nothing of it.
+        // If there is no key window, the user is in another program and should hear nothing.
         NSWindow* window = NSApp.keyWindow;
         if (window == nil)
             return true;

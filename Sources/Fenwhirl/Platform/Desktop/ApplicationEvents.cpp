@@ -42,6 +42,7 @@ bool ApplicationEvents::shouldTerminateNow(std::span<const std::uint32_t> reason
             handlers().sessionEnd();
         return true;
     }
+    // Deferred, so that the request has been answered before the event loop ends.
     QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
     return false;
 }

@@ -1,8 +1,8 @@
-// What macOS reports to the program beside what Qt passes on, and what it is answered: being chosen again,
-// and being asked to end.
+// Events that macOS reports to the program beyond what Qt passes on, with the program's answers: the program
+// was opened again, or was asked to quit.
 //
-// The system's object asks, in DesktopApplicationMacOS.mm; the answers are here, so that they are tested
-// where there is no Mac. Used between the sources of this folder.
+// The application delegate in DesktopApplicationMacOS.mm receives the events. The answers are here, so that
+// they can be tested on other systems. Used only between the sources of this folder.
 //
 // Threads: main thread only.
 
@@ -14,20 +14,20 @@
 
 namespace ApplicationEvents {
 
-// Shows the program. An empty function takes the handler away.
+// `handler` shows the program. An empty function removes the handler.
 void setReopenHandler(std::function<void()> handler);
 
-// The session ends (log-out, restart, shutdown): what has to be done before must be done when the handler
-// returns. An empty function takes the handler away.
+// `handler` is called when the session ends (log-out, restart, shutdown). It must have done all that needs
+// doing before the end when it returns. An empty function removes the handler.
 void setSessionEndHandler(std::function<void()> handler);
 
-// The Dock icon was clicked or the program started again. True when the system is to do what it usually does,
-// which is to bring shown windows forward; false when the handler has shown the program instead.
+// The Dock icon was clicked or the program was started again. True if the system should do what it usually
+// does, which is to bring visible windows forward; false if the handler has shown the program instead.
 [[nodiscard]] bool shouldHandleReopen(bool hasVisibleWindows);
 
-// Somebody asks the program to end, for these reasons (see quitAnswer). True to let the system end the
-// process as soon as this returns, with the session's handler done; false when the event loop is going to end
-// instead, after whoever asked has the answer.
+// The program is asked to quit, for these reasons (see quitAnswer). True lets the system end the process as
+// soon as this returns; the session end handler has then run. False means that the event loop ends instead,
+// after the request has been answered.
 [[nodiscard]] bool shouldTerminateNow(std::span<const std::uint32_t> reasons);
 
 } // namespace ApplicationEvents

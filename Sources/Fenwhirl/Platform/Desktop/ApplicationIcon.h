@@ -1,7 +1,8 @@
 // The icon of another application, by its path.
 //
-// On macOS the icon that the workspace gives for the path. On Linux the icon theme, by its desktop entry, or
-// the one of the application's name. Null when nothing is found: the caller shows a generic symbol.
+// On macOS this is the workspace's icon for the path. On Linux it comes from the icon theme: the icon that
+// the application's desktop entry names, or else the one with the application's name. Null when nothing is
+// found; the caller then shows a generic symbol.
 //
 // Threads: main thread only.
 
@@ -10,5 +11,5 @@
 #include <QImage>
 #include <QString>
 
-// Square, `pixels` wide.
+// A square image, `pixels` wide.
 [[nodiscard]] QImage applicationIcon(const QString& applicationPath, int pixels);

@@ -7,9 +7,9 @@
 
 namespace {
 
-constexpr qint64 longestFile = qint64{256} * 1024;
+constexpr qint64 longestFile = qint64{256} * 1024; // bytes
 
-// "/opt/Firefox.app" and "/usr/lib/firefox" are both called "firefox" by their desktop entries.
+// The base name of the desktop entry. For both "/opt/Firefox.app" and "/usr/lib/firefox" it is "firefox".
 QString entryName(const QString& applicationPath) {
     QString name = QFileInfo(applicationPath).fileName();
     if (name.endsWith(QStringLiteral(".app")))
@@ -17,8 +17,8 @@ QString entryName(const QString& applicationPath) {
     return name.toLower();
 }
 
-// The icon that a desktop entry names. An entry is no file of settings: its values may hold commas and
-// semicolons as they are.
+// The icon that a desktop entry names. The entry is not read with QSettings, because its values may contain
+// unescaped commas and semicolons.
 QString iconIn(const QString& file) {
     QFile entry(file);
     if (!entry.open(QIODevice::ReadOnly))

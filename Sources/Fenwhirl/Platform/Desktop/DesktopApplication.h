@@ -1,4 +1,4 @@
-// The application object and what has to be settled before and right after it is made.
+// Creates the application object, with the settings that must be made before and right after it.
 //
 // Threads: main thread only; once per process, before any other object of Qt's graphical libraries.
 
@@ -8,8 +8,8 @@
 
 #include <memory>
 
-// Chooses the renderer (software where no graphics processor can be used: it is then faster and a third the
-// size), makes the application object of this system, sets the interface font, and leaves the process running
-// when its last window closes. On macOS it also keeps the program out of the Dock until asked. `argc` and
-// `argv` must outlive the object.
+// Chooses the renderer, creates this system's application object, sets the interface font, and keeps the
+// process running when its last window closes. The renderer is the software one where no graphics processor
+// can be used, because the program is then faster and a third the size. On macOS this also keeps the program
+// out of the Dock until requested. `argc` and `argv` must outlive the object.
 [[nodiscard]] std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv);

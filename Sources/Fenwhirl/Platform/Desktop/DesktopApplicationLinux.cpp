@@ -11,7 +11,8 @@
 
 namespace {
 
-// A render node that this user may open means a graphics processor with a driver of its own.
+// True if this user may open a render node, which means that a graphics processor with a real driver is
+// there.
 bool hasGraphicsProcessor() {
     const QDir devices(QStringLiteral("/dev/dri"));
     for (const QString& node : devices.entryList({QStringLiteral("renderD*")}, QDir::System)) {
@@ -29,13 +30,13 @@ void setUnlessSet(const char* name, const char* value) {
         qputenv(name, value);
 }
 
-// Both renderers are to draw text as it was designed: without coloured edges, which the graphics processor's
-// gives it whatever the font asks for, and without thickened stems, which the software renderer gives to
-// glyphs of PostScript outlines and which make regular text look semibold, most of all light text on a dark
-// ground. The libraries can be told only through the environment, and only before the first text.
+// Makes both renderers draw text as designed. Without this, the hardware renderer adds coloured edges,
+// whatever the font requests. The software renderer thickens the stems of glyphs with PostScript outlines, so
+// that regular text looks semibold, most of all light text on a dark background. Both libraries can be
+// configured only through the environment, and only before they draw the first text.
 void drawTextAsDesigned() {
     setUnlessSet("QSG_DISTANCEFIELD_ANTIALIASING", "gray");
-    // Pairs of a stem's width and how much it is thickened: by nothing, whatever its width.
+    // Pairs of a stem width and its thickening, which is 0 for every width.
     setUnlessSet("FREETYPE_PROPERTIES", "cff:darkening-parameters=500,0,1000,0,1667,0,2333,0");
 }
 
@@ -44,7 +45,8 @@ void setInterfaceFont() {
     QFont font = QGuiApplication::font();
     if (QFontDatabase::hasFamily(inter))
         font.setFamily(inter);
-    // Grey edges without hinting: coloured fringes and uneven spacing do not suit text beside drawn symbols.
+    // Grey antialiasing without hinting: coloured fringes and uneven spacing do not suit text beside drawn
+    // symbols.
     font.setStyleStrategy(
         static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
     font.setHintingPreference(QFont::PreferNoHinting);
@@ -58,7 +60,8 @@ std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) 
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsProcessor())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication::setDesktopFileName(QStringLiteral("com.fenwhirl.app"));
-    // The classic tray exists for widgets only; nothing else of theirs is used.
+    // A QApplication, because Qt has the classic tray icon only in its widgets library. Nothing else of it is
+    // used.
     auto application = std::make_unique<QApplication>(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     setInterfaceFont();

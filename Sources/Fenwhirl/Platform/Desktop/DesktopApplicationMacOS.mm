@@ -43,10 +43,10 @@ std::array<std::uint32_t, 4> reasonsToQuit() {
 
 namespace {
 
-// Before Qt's application object is made: Qt keeps a delegate that is there already and forwards to it what
-// the system asks.
+// Must run before Qt's application object is created: Qt keeps a delegate that already exists and forwards
+// the system's requests to it.
 void installDelegate() {
-    static FenwhirlApplicationDelegate* delegate = nil; // the application holds its delegate weakly
+    static FenwhirlApplicationDelegate* delegate = nil; // NSApplication keeps only a weak reference
     @autoreleasepool {
         delegate = [[FenwhirlApplicationDelegate alloc] init];
         NSApplication.sharedApplication.delegate = delegate;
@@ -56,14 +56,14 @@ void installDelegate() {
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) {
-    // Else Qt makes every program a regular one, and each log-in would flash an icon in the Dock.
+    // Otherwise Qt makes every program a regular one, and an icon would flash in the Dock at each log-in.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
-    // Our views are compiled; without a compiler at run time no memory is both written and run, which a
-    // hardened runtime would forbid.
+    // Our views are compiled ahead of time. Without Qt's run-time compiler no memory is both writable and
+    // executable, which a hardened runtime would forbid.
     qputenv("QV4_FORCE_INTERPRETER", "1");
     installDelegate();
     auto application = std::make_unique<QGuiApplication>(argc, argv);
-    // Qt's own rule ends a program with its last window, whatever the delegate answers.
+    // Qt's own rule would end the program with its last window, whatever the delegate answers.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     return application;
 }

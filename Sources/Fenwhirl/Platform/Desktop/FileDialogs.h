@@ -1,4 +1,4 @@
-// Asking where to save a file, and showing a file to the user.
+// Asks where to save a file, and shows a file to the user.
 //
 // Threads: main thread only.
 
@@ -6,12 +6,12 @@
 
 #include <QString>
 
-// Runs the system's save panel modally with a proposed file name; the chosen path, empty when the user
-// declined, and while it is asking already. The panel speaks the system's language; where the system has none
-// of its own (Linux without a desktop portal) and Qt's stands in for it, `language` (a code such as "de"), as
-// far as Qt's translations are installed and know it.
+// Runs the system's save panel modally with a proposed file name. Returns the chosen path; empty when the
+// user cancelled, or when such a panel is already open. The panel is in the system's language. Where the
+// system has no panel (Linux without a desktop portal), Qt's dialog is shown in `language` (a code such as
+// "de"), provided that Qt's translations are installed and include it.
 [[nodiscard]] QString askSavePath(const QString& proposedName, const QString& language);
 
-// Opens the file browser with this file selected, or its folder where selecting is not possible. Does not
-// wait, and says nothing when it fails.
+// Opens the file browser with this file selected, or shows its folder if selecting is not possible. Does not
+// wait; a failure is not reported.
 void revealInFileBrowser(const QString& path);

@@ -18,7 +18,8 @@
 
 namespace {
 
-// Qt's texts for "pt" are the Brazilian ones; the application answers for those that it has not.
+// Qt's texts for "pt" are Brazilian, so the European ones are requested. Texts that Qt has not translated
+// come from the application's own translator.
 QLocale localeOf(const QString& language) {
     return QLocale(language == QStringLiteral("pt") ? QStringLiteral("pt_PT") : language);
 }
@@ -27,7 +28,7 @@ QString askWithQt(const QString& place, const QString& language) {
     QTranslator texts;
     if (texts.load(localeOf(language), QStringLiteral("qtbase"), QStringLiteral("_"),
                    QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(&texts); // until it goes
+        QCoreApplication::installTranslator(&texts); // its destructor removes it again
     return QFileDialog::getSaveFileName(nullptr, {}, place);
 }
 
@@ -40,7 +41,7 @@ QString askSavePath(const QString& proposedName, const QString& language) {
     if (!QFileInfo(folder).isDir())
         folder = QDir::homePath();
     SavePortalLinux portal(QDBusConnection::sessionBus());
-    // The program's name is a title in every language.
+    // The title is the program's name, which needs no translation.
     const SavePortalLinux::Answer answer =
         portal.ask(QCoreApplication::applicationName(), folder, proposedName);
     return answer.answered ? answer.path : askWithQt(folder + u'/' + proposedName, language);

@@ -18,7 +18,7 @@ namespace {
 constexpr const char* lockName = "fenwhirl.lock";
 constexpr const char* pipeName = "fenwhirl.raise";
 constexpr char lineEnd = '\n';
-constexpr qsizetype longestCall = 256; // less than any system splits
+constexpr qsizetype longestCall = 256; // bytes; a pipe write of this size is atomic on every system
 
 } // namespace
 
@@ -29,7 +29,7 @@ InstanceLock::~InstanceLock() {
 }
 
 void InstanceLock::release() {
-    notifier_.reset(); // before what it watches
+    notifier_.reset(); // before the descriptor that it watches is closed
     for (int* descriptor : {&openEnd_, &pipe_, &lock_}) {
         if (*descriptor >= 0)
             close(std::exchange(*descriptor, -1));
@@ -57,10 +57,10 @@ void InstanceLock::listen() {
     if (lock_ < 0)
         return;
     const QByteArray path = file(pipeName);
-    unlink(path.constData()); // the lock proves that nobody listens there any more
+    unlink(path.constData()); // safe, because the lock proves that nobody else listens there
     if (mkfifo(path.constData(), S_IRUSR | S_IWUSR) != 0)
         return;
-    // The reading end first: without one there is no writing end that does not wait.
+    // The read end first: a non-blocking open of the write end fails without a reader.
     pipe_ = open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
     if (pipe_ < 0)
         return;
@@ -69,8 +69,8 @@ void InstanceLock::listen() {
     connect(notifier_.get(), &QSocketNotifier::activated, this, &InstanceLock::heard);
 }
 
-// A call is a line, and arrives whole or not at all; an empty one only wakes. Whoever wakes without a line's
-// end is of an older version.
+// A call is one line and arrives whole or not at all. An empty line only wakes. A call without a line break
+// comes from an older version of the program.
 void InstanceLock::heard() {
     QByteArray calls;
     char bytes[256];
@@ -110,6 +110,6 @@ bool belongsToUserAlone(const QString& folder) {
 QString privateFolder(const QString& path) {
     if (!QDir().mkpath(QFileInfo(path).path()))
         return {};
-    mkdir(QFile::encodeName(path).constData(), S_IRWXU); // fails where it is there already
+    mkdir(QFile::encodeName(path).constData(), S_IRWXU); // fails harmlessly if the folder exists
     return belongsToUserAlone(path) ? path : QString();
 }

@@ -1,8 +1,8 @@
-// How the starts of the program by one user know of each other: a locked file, and a named pipe beside it
-// through which a later start asks the first one to show itself, or tells it something.
+// Lets the instances of the program that one user starts find each other. There is a lock file and, beside
+// it, a named pipe through which a later instance asks the first one to show itself, or sends it a message.
 //
-// The kernel gives the lock to exactly one process, however many start at the same moment, and takes it back
-// however that one ends. Both files stay where they are; only the lock says whether somebody is there.
+// The kernel grants the lock to exactly one process, however many start at the same moment, and releases it
+// however that process ends. Both files are never removed; only the lock says whether an instance is running.
 //
 // Threads: main thread only, after the application object exists.
 
@@ -20,30 +20,31 @@ class InstanceLock : public QObject {
     Q_OBJECT
 
 public:
-    // `folder` belongs to this user alone (see below); empty means that there is no place for a lock.
+    // `folder` must belong to this user alone (see below). If it is empty there is nowhere to put a lock.
     explicit InstanceLock(QString folder, QObject* parent = nullptr);
     ~InstanceLock() override;
     InstanceLock(const InstanceLock&) = delete;
     InstanceLock& operator=(const InstanceLock&) = delete;
 
-    // False exactly when another process holds the lock. Where there can be none (no folder, a file system
-    // without locks) nobody can tell, and the program rather runs. Asked once.
+    // Takes the lock. False if and only if another process has it. Where no lock is possible (no folder, or a
+    // file system without locks) the result is true, because running is better than refusing to. Call this
+    // once.
     [[nodiscard]] bool take();
 
-    // For the holder: begins to hear calls.
+    // For the instance with the lock: starts to receive calls.
     void listen();
-    // For a holder that is not to be the first after all.
+    // For an instance with the lock that turns out not to be the first after all.
     void release();
 
-    // Wakes the process that holds the lock, and tells it a word where there is one; does not wait for it.
-    // False when it is not there to hear it, as while it is just beginning or just ending, and for a word
-    // that is too long for one call or holds a line's end.
+    // Wakes the instance that has the lock and, unless `word` is empty, sends it that message. Does not wait
+    // for it. False when that instance does not listen, for example while it is just starting or just ending,
+    // and when the message is too long for one call or contains a line break.
     [[nodiscard]] bool callHolder(const QByteArray& word = {}) const;
 
 Q_SIGNALS:
-    // Another process has called the holder, which is this one and listens.
+    // Another process has called this one, which has the lock and listens.
     void called();
-    // The same, with a word: whatever it wrote.
+    // The same, with a message. It is not validated in any way.
     void told(const QString& word);
 
 private:
@@ -54,12 +55,12 @@ private:
     int lock_ = -1;
     int pipe_ = -1;
     std::unique_ptr<QSocketNotifier> notifier_;
-    int openEnd_ = -1; // a writing end of our own, so that the pipe does not end with each caller
+    int openEnd_ = -1; // a write end of our own, so that the pipe does not reach its end with each caller
 };
 
-// Whether this is a real folder, no link, that belongs to this user and that nobody else may enter.
+// Whether this is a real folder (not a link) that belongs to this user and that nobody else may enter.
 [[nodiscard]] bool belongsToUserAlone(const QString& folder);
 
-// Makes the folder, and its parents, unless it is there already; `path`, or nothing when what is there does
-// not belong to this user alone.
+// Creates the folder, and its parents, unless it exists. Returns `path`, or an empty text when the folder
+// does not belong to this user alone.
 [[nodiscard]] QString privateFolder(const QString& path);

@@ -1,8 +1,9 @@
-// What the system wants of the main window and of the program around it, beyond what Qt does by itself.
+// What the system expects of the main window, and of the program around it, beyond what Qt does.
 //
-// macOS: a program of the menu bar is an "accessory" without a Dock icon; while its window is shown it is
-// "regular". The window's title bar is hidden and the window is dragged by its background. Linux: a window is
-// in the task bar exactly while it is shown, so both states are the same there and nothing needs configuring.
+// On macOS a menu bar program is an "accessory" without a Dock icon; while its window is shown it is
+// "regular". The window's title bar is hidden, and the window can be dragged by its background. On Linux a
+// window is in the task bar exactly while it is shown, so the two states are the same there and nothing needs
+// to be configured.
 //
 // Threads: main thread only.
 
@@ -14,16 +15,16 @@ class QWindow;
 
 namespace MainWindowBehaviour {
 
-// Applies the system's look to a window; to be called each time its native window has been made, and when it
-// became, or ceased to be, maximised or of the whole screen: Qt then sets everything anew.
+// Applies the system's look to a window. Call it each time the native window has been created, and whenever
+// the window starts or stops being maximised or full-screen, because Qt then resets these properties.
 void configure(QWindow& window);
 
-// A regular application with a presence of its own, or an accessory of the status item.
+// Make the program a regular application with a Dock icon, or an accessory of the status item.
 void setRegular();
 void setAccessory();
 
-// Shows the window and brings it and the application before all others. `token` is the desktop's permission
-// to take the focus, empty where there is none.
+// Shows the window and brings it and the application to the front. `token` is the desktop's permission to
+// take the focus; empty where there is none.
 void bringToFront(QWindow& window, const QString& token);
 
 } // namespace MainWindowBehaviour

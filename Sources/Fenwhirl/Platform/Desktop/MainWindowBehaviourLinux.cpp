@@ -12,8 +12,8 @@ void setAccessory() {}
 
 void bringToFront(QWindow& window, const QString& token) {
     if (!token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // the Wayland plugin takes it from there
-    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized); // a maximised one stays maximised
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // Qt's Wayland plugin reads it from the environment
+    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized); // keeps a maximised state
     window.setVisible(true);
     window.raise();
     window.requestActivate();

@@ -13,10 +13,12 @@ NSWindow* nativeWindow(QWindow& window) {
     return view.window;
 }
 
-// Each has a pool of its own: what these calls hand out would otherwise stay until the event loop's pool
-// goes, and the first window is configured before there is one.
+// Functions below that receive objects from AppKit have autorelease pools of their own. Such objects would
+// otherwise live as long as the event loop's pool, and the first window is configured before that pool
+// exists.
 
-// Since macOS 14 coming forward is a wish, made by `activate`; before, the other call was the way.
+// Since macOS 14 an application asks to come forward with `activate`, and the system may decline. Older
+// versions have only the other call.
 void activateApplication() {
     @autoreleasepool {
         if (@available(macOS 14.0, *))
@@ -44,8 +46,8 @@ void setRegular() {
         return;
     [NSApp setActivationPolicy:NSApplicationActivationPolicyRegular];
     activateApplication();
-    // Once more when the event loop runs: before the launch is done the request may be passed over, and the
-    // menu bar of a program that has just become regular may stay that of the one before.
+    // Repeated once the event loop runs. Before the launch has finished the request may be ignored, and when
+    // a program has just become regular the menu bar may stay that of the previous program.
     QTimer::singleShot(0, qGuiApp, [] {
         if (NSApp.activationPolicy == NSApplicationActivationPolicyRegular && !NSApp.isActive)
             activateApplication();
@@ -57,7 +59,7 @@ void setAccessory() {
 }
 
 void bringToFront(QWindow& window, const QString& /*token*/) {
-    window.setVisible(true); // a maximised one stays maximised
+    window.setVisible(true); // keeps a maximised state
     @autoreleasepool {
         NSWindow* native = nativeWindow(window);
         if (native.miniaturized)

@@ -1,8 +1,8 @@
-// The program's menus in the menu bar of macOS. Linux has no such thing, and what is in them is in the
-// windows too.
+// The program's menus in the menu bar of macOS. Linux has no such menu bar; everything in these menus is also
+// in the windows.
 //
-// What every program has (to hide, to copy, to close a window) is done by the system, for whatever has the
-// focus, also in its save panel; what the program has of its own calls back.
+// The system carries out the commands that every program has (hide, copy, close a window), for whatever has
+// the focus, even in its own save panel. The program's own commands call back.
 //
 // Threads: main thread only.
 
@@ -36,7 +36,7 @@ struct MenuItem {
 
     Kind kind = Kind::separator;
     QString title;
-    QString key; // one character that chooses it together with Command; empty for none
+    QString key; // the character that, together with Command, chooses the item; empty for none
     std::function<void()> chosen;
 };
 
@@ -50,14 +50,14 @@ struct Menu {
 
 class MenuBar {
 public:
-    // After the application object. Nothing is shown before the first `show`.
+    // Call this after creating the application object. Nothing is shown before the first `show`.
     [[nodiscard]] static std::unique_ptr<MenuBar> create();
 
     virtual ~MenuBar() = default;
     MenuBar(const MenuBar&) = delete;
     MenuBar& operator=(const MenuBar&) = delete;
 
-    // In the place of those that were shown before. What an item calls must be there as long as this is.
+    // Replaces the menus shown before. Whatever an item calls must live as long as this object.
     virtual void show(const QList<Menu>& menus) = 0;
 
 protected:

@@ -21,7 +21,7 @@
 
 namespace {
 
-// What the system's own objects do: whatever has the focus, the window, the application.
+// The action that the system's own objects perform: whatever has the focus, the window or the application.
 SEL systemAction(MenuItem::Kind kind) {
     switch (kind) {
     case MenuItem::Kind::about:
@@ -61,8 +61,8 @@ SEL systemAction(MenuItem::Kind kind) {
 class MenuBarMacOS final : public MenuBar {
 public:
     MenuBarMacOS() {
-        @autoreleasepool { // the event loop, which has one, is not running yet
-            // Qt puts a menu of its own there, some of it only when the launch is done.
+        @autoreleasepool { // the event loop, which has a pool of its own, is not running yet
+            // Qt installs a menu of its own, part of it only when the launch has finished.
             launched_ = [NSNotificationCenter.defaultCenter
                 addObserverForName:NSApplicationDidFinishLaunchingNotification
                             object:nil
@@ -78,7 +78,7 @@ public:
         @autoreleasepool {
             [NSNotificationCenter.defaultCenter removeObserver:launched_];
             for (FenwhirlMenuTarget* target : targets_)
-                target.chosen = nullptr; // the menus may outlive what they call
+                target.chosen = nullptr; // the menus may outlive what they would call
         }
     }
 
@@ -87,6 +87,7 @@ public:
 
     void show(const QList<Menu>& menus) override {
         @autoreleasepool {
+            // The old targets must live until `putUp` has replaced the old menus.
             const std::vector<FenwhirlMenuTarget*> before = std::exchange(targets_, {});
             bar_ = [[NSMenu alloc] initWithTitle:@""];
             services_ = nil;
@@ -130,7 +131,7 @@ private:
         if (item.kind == MenuItem::Kind::own) {
             FenwhirlMenuTarget* target = [[FenwhirlMenuTarget alloc] init];
             target.chosen = item.chosen;
-            targets_.push_back(target); // the item holds its target weakly
+            targets_.push_back(target); // kept here, because a menu item's target is a weak reference
             made.target = target;
             made.action = @selector(itemChosen:);
         }

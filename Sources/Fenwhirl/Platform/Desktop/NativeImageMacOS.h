@@ -1,4 +1,4 @@
-// Pictures of the system as pictures of Qt. macOS only, between the sources of this folder.
+// Converts images of the system to images of Qt. macOS only; used only between the sources of this folder.
 
 #pragma once
 
@@ -7,6 +7,6 @@
 
 #import <AppKit/AppKit.h>
 
-// Draws the picture at a size in pixels, fractions rounded up to whole ones: the system then chooses the best
-// of the sizes that it has, or draws its shapes. Null when there is no picture or no room to draw it into.
+// Draws the image at a size in pixels; fractions are rounded up. The system picks the best of the image's
+// sizes, or draws its shapes. Null when there is no image or its bitmap cannot be allocated.
 [[nodiscard]] QImage fromNativeImage(NSImage* image, QSizeF pixels);

@@ -34,7 +34,7 @@ QImage fromNativeImage(NSImage* image, QSizeF pixels) {
     [image drawInRect:NSRect{{0, 0}, {pixels.width(), pixels.height()}}];
     [context flushGraphics];
     [NSGraphicsContext restoreGraphicsState];
-    // A copy: the bytes are the bitmap's own.
+    // Copied, because the bytes belong to the bitmap.
     return QImage(bitmap.bitmapData, width, height, bitmap.bytesPerRow, QImage::Format_RGBA8888_Premultiplied)
         .copy();
 }

@@ -1,6 +1,6 @@
-// What to answer when macOS asks the application to end. Pure, so that it is tested where there is no Mac.
+// How to answer when macOS asks the application to quit. Pure, so that it can be tested on other systems.
 //
-// A quit from a menu is answered with "not now" and then done by Qt's own event loop, which says so to
+// A quit from a menu is declined ("not now") and then carried out by Qt's own event loop, which notifies
 // everyone (aboutToQuit). At the end of the session a "not now" could stop the log-out, so the fans are
 // handed back at once and the answer is "now".
 
@@ -17,6 +17,6 @@ enum class QuitAnswer {
 // `reason` is the four-character code of the quit event's reason, 0 when it has none.
 [[nodiscard]] QuitAnswer quitAnswer(std::uint32_t reason);
 
-// The same for all the places where an event may carry its reason (as attribute or as parameter, as a type or
-// as an enumeration): one of them is enough for the end of a session.
+// The same for an event that may carry its reason in several places (as an attribute or a parameter, as a
+// type or an enumeration). One of them is enough to indicate the end of a session.
 [[nodiscard]] QuitAnswer quitAnswer(std::span<const std::uint32_t> reasons);

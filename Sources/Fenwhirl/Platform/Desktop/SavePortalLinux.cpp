@@ -16,7 +16,7 @@
 
 namespace {
 
-// The portal may have to be started first, and the dialog's program after it.
+// Long enough to start the portal first and then the program that shows the dialog.
 constexpr int startMilliseconds = 10'000;
 
 enum ResponseCode : uint { confirmed = 0, cancelled = 1 };
@@ -31,14 +31,15 @@ QString requestInterface() {
     return QStringLiteral("org.freedesktop.portal.Request");
 }
 
-// Where the portal will answer: it says so itself only after it may have answered already.
+// The object path on which the portal will answer. It is computed beforehand, because the portal may answer
+// before it reports the path.
 QString requestPath(const QDBusConnection& bus, const QString& token) {
     QString sender = bus.baseService().mid(1); // without its colon
     sender.replace(u'.', u'_');
     return QStringLiteral("/org/freedesktop/portal/desktop/request/") + sender + u'/' + token;
 }
 
-// The window that the dialog is to stand before, as the portal has it; empty where that cannot be said.
+// The window that the dialog should be in front of, in the portal's notation; empty where it cannot be named.
 QString parentWindow() {
     const QWindow* const window = QGuiApplication::focusWindow();
     if (window == nullptr || QGuiApplication::platformName() != QStringLiteral("xcb"))
@@ -94,7 +95,7 @@ SavePortalLinux::Answer SavePortalLinux::ask(const QString& title, const QString
          << QVariantMap{{QStringLiteral("handle_token"), token},
                         {QStringLiteral("modal"), true},
                         {QStringLiteral("current_name"), name},
-                        // A file name of the system: its bytes and a closing zero.
+                        // The portal expects a file name as bytes with a terminating zero.
                         {QStringLiteral("current_folder"), QFile::encodeName(folder) + '\0'}};
     open_ = true;
     QDBusPendingCallWatcher reply(bus_.asyncCall(call, startMilliseconds));
@@ -102,12 +103,12 @@ SavePortalLinux::Answer SavePortalLinux::ask(const QString& title, const QString
         const QDBusPendingReply<QDBusObjectPath> request = reply;
         if (request.isError())
             finish(false);
-        else if (request.value().path() != request_) // an old portal chooses another
+        else if (request.value().path() != request_) // an old portal chooses a path of its own
             listenTo(request.value().path());
     });
 
     asking = true;
-    answer_ = {.answered = true, .path = {}}; // what stands when the program ends meanwhile
+    answer_ = {.answered = true, .path = {}}; // the result if the program ends meanwhile
     QCoreApplication::instance()->installEventFilter(this);
     loop_.exec();
     QCoreApplication::instance()->removeEventFilter(this);
@@ -130,7 +131,7 @@ void SavePortalLinux::responded(uint code, const QVariantMap& results) {
     if (code == confirmed && !places.isEmpty())
         finish(true, QUrl(places.first()).toLocalFile());
     else
-        finish(code == cancelled || code == confirmed); // anything else: it could not ask
+        finish(code == cancelled || code == confirmed); // any other code means that it could not ask
 }
 
 void SavePortalLinux::finish(bool answered, const QString& path) {

@@ -1,10 +1,10 @@
-// The desktop's own save dialog, which its portal brings up in the desktop's language and looks.
+// The desktop's own save dialog, which its portal shows in the desktop's language and style.
 //
 // `ask` runs an event loop until there is an answer, as a modal dialog does; meanwhile this program's windows
-// take no input. Without a portal that can ask, `answered` is false and somebody else has to. A program that
-// ends meanwhile counts as a declined dialog, which is taken away.
+// ignore input. Without a portal that can show the dialog, `answered` is false and the caller must ask in
+// another way. If the program ends meanwhile, the dialog is closed and counts as cancelled.
 //
-// Threads: main thread only. Tests make it with a bus of their own.
+// Threads: main thread only. Tests pass a bus of their own.
 
 #pragma once
 
@@ -20,7 +20,7 @@ class SavePortalLinux : public QObject {
 public:
     struct Answer {
         bool answered = false;
-        QString path; // empty when the user declined
+        QString path; // empty when the user cancelled
     };
 
     explicit SavePortalLinux(QDBusConnection bus);
@@ -43,5 +43,5 @@ private:
     QEventLoop loop_;
     QString request_;
     Answer answer_;
-    bool open_ = false; // whether the portal may still be asking
+    bool open_ = false; // whether the portal may still be showing the dialog
 };

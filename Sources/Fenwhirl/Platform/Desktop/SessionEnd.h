@@ -1,12 +1,13 @@
-// The end of the user's session (log-out, restart, shutdown), where it is another end than an ordinary quit.
+// The end of the user's session (log-out, restart, shutdown), on systems where it differs from an ordinary
+// quit.
 //
-// macOS wants the answer to "may the session end?" at once and then ends the process by itself: the event
-// loop never ends in order, so nothing that waits for that would happen. There the handler is called instead.
-// Linux has no such end. Its session managers ask for an ordinary quit, or send a signal (see
+// macOS requires an immediate answer to "may the session end?" and then ends the process itself. The event
+// loop never finishes normally, so nothing that waits for its end would run; the handler is called instead.
+// On Linux there is no such end. Session managers request an ordinary quit, send a signal (see
 // TerminationSignals.h), or take the display away, which ends the process like a crash; the handler is never
 // called.
 //
-// Threads: main thread only; one at a time, after the application object.
+// Threads: main thread only; one object at a time, created after the application object.
 
 #pragma once
 
@@ -14,7 +15,7 @@
 
 class SessionEnd {
 public:
-    // What has to be done before the process ends must be done when `handler` returns.
+    // When `handler` returns, everything that must happen before the process ends must be done.
     explicit SessionEnd(std::function<void()> handler);
     ~SessionEnd();
     SessionEnd(const SessionEnd&) = delete;

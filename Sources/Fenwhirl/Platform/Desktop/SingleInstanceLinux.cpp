@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int raiseTimeoutMilliseconds = 3000;
-// In which the bus has surely noticed that a program has died, and given up its name.
+// The time within which the bus certainly notices that a program has died, and releases its name.
 constexpr auto nameOfTheDeadLastsAtMost = std::chrono::milliseconds(500);
 
 QString serviceName() {
@@ -27,7 +27,8 @@ QString objectPath() {
     return QStringLiteral("/com/fenwhirl/app");
 }
 
-// The file name of a process's program, also of one that was replaced since; empty where nobody can tell.
+// The file name of a process's executable, even if that was replaced while running; empty if it cannot be
+// determined.
 std::string programName(const std::string& process) {
     std::error_code failure;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/" + process + "/exe", failure);
@@ -73,15 +74,15 @@ bool SingleInstanceLinux::becomeFirst() {
     return true;
 }
 
-// Whichever of us has the name on the session's bus is the program for that session: it may run with another
-// folder, where its lock says nothing to us, and two of them would drive the same fans. Only a name that its
-// owner has just left behind by dying is waited for. A stranger with the name, or a bus that does not answer,
-// decides nothing: nobody may keep the fans unwatched by that, and the pipe is there without it.
+// The instance that owns the name on the session bus is the program for that session. It may run with another
+// folder, in which case our lock does not see it, and two instances would drive the same fans. We wait only
+// for a name whose owner may have just died. A different program with that name, or a bus that does not
+// answer, is ignored: neither may keep the fans unwatched, and the pipe works without the bus.
 bool SingleInstanceLinux::joinBus() {
     if (!bus_.isConnected())
         return true;
-    // Before the name, so that nobody who finds the name finds nothing behind it. Should it be refused, who
-    // calls gets an error and turns to the pipe.
+    // Registered before the name, so that whoever finds the name also finds the object. If the registration
+    // is refused, callers get an error and use the pipe.
     hasObject_ = bus_.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
     const QDeadlineTimer deadline(nameOfTheDeadLastsAtMost);
     for (;;) {

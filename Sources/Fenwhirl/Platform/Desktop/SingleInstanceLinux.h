@@ -1,5 +1,4 @@
-// The lock, the bus name and the named pipe behind SingleInstance on Linux. Tests make it with a folder of
-// their own.
+// SingleInstance on Linux: the lock, the bus name and the named pipe. Tests pass a folder of their own.
 
 #pragma once
 
@@ -17,7 +16,7 @@ class SingleInstanceLinux : public SingleInstance {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    // `folder` belongs to this user alone; empty means that there is none and only the bus decides.
+    // `folder` must belong to this user alone. If it is empty there is no lock, and only the bus decides.
     SingleInstanceLinux(const QString& folder, QDBusConnection bus);
     ~SingleInstanceLinux() override;
 
@@ -29,28 +28,28 @@ public:
     [[nodiscard]] bool tellFirst(const QString& action) override;
 
 public Q_SLOTS:
-    // The bus interface.
+    // The methods of org.freedesktop.Application.
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
     Q_SCRIPTABLE void ActivateAction(const QString& action, const QVariantList& parameters,
                                      const QVariantMap& platformData);
-    // No file is ours to open: shows the window.
+    // Shows the window, because the program does not open files.
     Q_SCRIPTABLE void Open(const QStringList& addresses, const QVariantMap& platformData);
 
 private:
-    // False when another process is the program on this bus.
+    // Takes the name on the bus. False when another process already runs the program on this bus.
     [[nodiscard]] bool joinBus();
-    // Whether the name's owner is proven to be this program, run by this user.
+    // Whether the owner of the name has been verified to be this program, run by this user.
     [[nodiscard]] bool isNameOurs() const;
     void leaveBus();
-    // One method of the first one's; whether it answered.
+    // Calls a method of the first instance; returns whether it answered.
     [[nodiscard]] bool callFirst(const QString& method, const QVariantList& arguments) const;
 
     InstanceLock lock_;
     QDBusConnection bus_;
-    bool hasObject_ = false; // on the bus
+    bool hasObject_ = false; // registered on the bus
     bool hasName_ = false;
 };
 
-// $XDG_RUNTIME_DIR, else a folder under /tmp with the user's number in its name; empty when neither belongs
-// to this user alone.
+// $XDG_RUNTIME_DIR, otherwise a folder under /tmp with the user id in its name; empty when neither belongs to
+// this user alone.
 [[nodiscard]] QString privateRuntimeFolder();

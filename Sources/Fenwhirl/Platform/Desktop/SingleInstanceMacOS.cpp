@@ -9,8 +9,8 @@ namespace {
 class SingleInstanceMacOS final : public SingleInstance {
 public:
     SingleInstanceMacOS()
-        // Neither temporary nor a cache: those are tidied up while the program runs, and a lock on a file
-        // that is gone keeps nobody out.
+        // Not a folder for temporary or cached files: these are cleaned up while the program runs, and a lock
+        // on a deleted file keeps nobody out.
         : lock_(privateFolder(QDir::homePath() +
                               QStringLiteral("/Library/Application Support/com.fenwhirl.app"))) {
         connect(&lock_, &InstanceLock::called, this, [this] { Q_EMIT raiseRequested({}); });

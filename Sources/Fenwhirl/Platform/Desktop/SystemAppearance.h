@@ -1,14 +1,14 @@
-// What the desktop asks of the looks of every program: a dark or a light appearance, whether things may
-// move, and how large texts are.
+// What the desktop asks of the appearance of every program: dark or light colours, reduced motion, and the
+// size of texts.
 //
-// On Linux the settings portal is read asynchronously and watched. Its `color-scheme` 1 is dark; everything
-// else, no answer and no portal are light. Motion is unwanted where `enable-animations` is false. Texts are
-// as large as `text-scaling-factor` says, but under X11, where the desktop says it as the resolution of its
-// screens and Qt has made everything larger already. On macOS the first two are the effective appearance of
-// the application and the accessibility setting; other programs' texts are never asked to be larger there.
+// On Linux the settings portal is read asynchronously and watched. `color-scheme` 1 means dark; anything
+// else, no answer and no portal mean light. Motion is reduced where `enable-animations` is false. Texts are
+// scaled by `text-scaling-factor`, except under X11, where the desktop states it as the resolution of its
+// screens and Qt has already enlarged everything. On macOS the first two are the application's effective
+// appearance and the accessibility setting; macOS asks no third-party program for larger texts.
 //
-// The other way round the program tells what its user chose, so that what the system draws for it (the
-// buttons of the title bar, the save panel, menus) looks like the rest. Only macOS draws anything for it.
+// In the other direction, the program reports its user's choice to the system, so that what the system draws
+// for it (title bar buttons, the save panel, menus) matches the rest. Only macOS draws anything for it.
 //
 // Threads: main thread only.
 
@@ -24,32 +24,32 @@ class SystemAppearance : public QObject {
     Q_OBJECT
 
 public:
-    // Asks the desktop at once; until it has spoken, it is light, things move, and texts are as designed.
+    // Asks the desktop at once. Until it answers, the appearance is light, with motion and texts as designed.
     [[nodiscard]] static std::unique_ptr<SystemAppearance> create();
 
     [[nodiscard]] bool isDark() const { return dark_; }
 
     [[nodiscard]] bool prefersReducedMotion() const { return reducedMotion_; }
 
-    // What the sizes of all texts are multiplied with, from smallestTextScale to largestTextScale. Smaller
-    // ones than those designed could not be read, and for larger ones the smallest window has no room.
+    // The factor for the sizes of all texts, from smallestTextScale to largestTextScale. Texts smaller than
+    // designed would be illegible, and the smallest window has no room for larger ones.
     [[nodiscard]] double textScale() const { return textScale_; }
 
     static constexpr double smallestTextScale = 1.0;
     static constexpr double largestTextScale = 2.0;
 
-    // What the user chose for this program. While it is not `system`, `isDark` may be the choice's own.
+    // The user's choice for this program. Unless it is `system`, `isDark` may reflect the choice.
     virtual void choose(AppearanceChoice choice) = 0;
 
 Q_SIGNALS:
-    // Any of the three, or several.
+    // At least one of the three values changed.
     void changed();
 
 protected:
     using QObject::QObject;
     void setDark(bool dark);
     void setReducedMotion(bool reduced);
-    // Taken to the nearest allowed one; what is no number is the one designed for.
+    // Clamps the scale to the allowed range. A value that is not a number becomes 1, the scale of the design.
     void setTextScale(double scale);
 
 private:

@@ -45,8 +45,8 @@ QString textScaleKey() {
     return QStringLiteral("text-scaling-factor");
 }
 
-// Under X11 a desktop with larger texts says so as the resolution of its letters (Xft.dpi), and Qt takes that
-// for the ratio between the screen's pixels and its own: to multiply once more would be twice.
+// Under X11 a desktop requests larger texts through the resolution of its fonts (Xft.dpi), and Qt treats that
+// as the ratio between physical pixels and its own. A second multiplication would scale twice.
 TextScaling textScalingOf(const QString& platform) {
     return platform == QStringLiteral("xcb") ? TextScaling::ofQt : TextScaling::ours;
 }
@@ -63,14 +63,14 @@ SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus, TextScaling te
     , textScaling_(textScaling) {
     if (!bus_.isConnected())
         return;
-    // A slot with a type that the bus does not know yet is not connected, and it learns its own types with
-    // their first use.
+    // Qt does not connect a slot that has a parameter type unknown to QtDBus, and QtDBus registers its own
+    // types only at their first use.
     qDBusRegisterMetaType<QDBusVariant>();
     [[maybe_unused]] const bool connected =
         bus_.connect(service(), path(), interface(), QStringLiteral("SettingChanged"), this,
                      SLOT(settingChanged(QString, QString, QDBusVariant)));
     Q_ASSERT(connected);
-    // A portal that starts later, or again, may say something else.
+    // A portal that starts or restarts later may report other values.
     auto* watcher = new QDBusServiceWatcher(service(), bus_, QDBusServiceWatcher::WatchForRegistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &SystemAppearanceLinux::readAll);
     readAll();
@@ -104,7 +104,7 @@ void SystemAppearanceLinux::settingChanged(const QString& group, const QString& 
 }
 
 void SystemAppearanceLinux::take(const QString& group, const QString& key, QVariant value) {
-    // The portal wraps what it reads in one more variant than it says.
+    // The reply of the portal's Read has one more layer of variant than its SettingChanged signal.
     while (value.canConvert<QDBusVariant>())
         value = value.value<QDBusVariant>().variant();
     if (group == appearanceGroup() && key == colorSchemeKey())

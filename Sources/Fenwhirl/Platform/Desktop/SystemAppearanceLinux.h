@@ -1,4 +1,4 @@
-// The settings portal behind SystemAppearance on Linux. Tests make it with a bus of their own.
+// SystemAppearance on Linux, by means of the settings portal. Tests pass a bus of their own.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 #include <QString>
 #include <QVariant>
 
-// Who makes texts larger where the desktop asks for it: this program, or Qt together with everything else.
+// Who enlarges texts when the desktop asks for it: this program, or Qt along with everything else.
 enum class TextScaling { ours, ofQt };
 
 class SystemAppearanceLinux : public SystemAppearance {

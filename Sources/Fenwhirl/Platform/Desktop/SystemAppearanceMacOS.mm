@@ -29,7 +29,7 @@ class SystemAppearanceMacOS final : public SystemAppearance {
 public:
     SystemAppearanceMacOS() : observer_([[FenwhirlAppearanceObserver alloc] init]) {
         observer_.changed = [this] { read(); };
-        @autoreleasepool { // the event loop, which has one, is not running yet
+        @autoreleasepool { // the event loop, which has a pool of its own, is not running yet
             [NSApp addObserver:observer_
                     forKeyPath:@"effectiveAppearance"
                        options:NSKeyValueObservingOptionNew
@@ -55,7 +55,7 @@ public:
 
     void choose(AppearanceChoice choice) override {
         @autoreleasepool {
-            NSAppearance* appearance = nil; // follows the system
+            NSAppearance* appearance = nil; // nil follows the system
             if (choice != AppearanceChoice::system)
                 appearance =
                     [NSAppearance appearanceNamed:choice == AppearanceChoice::dark ? NSAppearanceNameDarkAqua

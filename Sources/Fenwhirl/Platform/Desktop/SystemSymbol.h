@@ -1,16 +1,16 @@
-// The system's own symbols by name ("fan", "bell"): what its other programs show.
+// The system's own symbols by name ("fan", "bell"), as its other programs use them.
 //
-// macOS has them, fewer in older versions; elsewhere there are none. They may not be shipped, so whoever
-// shows one needs a drawing of his own beside it.
+// macOS has such symbols (older versions fewer); other systems have none. They may not be shipped with the
+// program, so every use needs a drawing of our own as an alternative.
 //
-// Threads: the main one, or another while the main one waits for it.
+// Threads: the main thread, or another one while the main thread waits for it.
 
 #pragma once
 
 #include <QImage>
 #include <QString>
 
-// The symbol at a font size of so many pixels, regular or bold, as wide and high as it is at that size. Only
-// the opacity counts: the colour is the caller's business. Where a pixel of the image is not one of the size,
-// its device pixel ratio says so. Null for a name that the system does not know.
+// The symbol at a font size of `fontPixels`, regular or bold, in its natural width and height at that size.
+// Only the alpha channel is meaningful; the caller chooses the colour. If one pixel of the image is not one
+// unit of this size, the image's device pixel ratio says so. Null for a name that the system does not know.
 [[nodiscard]] QImage systemSymbol(const QString& name, double fontPixels, bool bold);

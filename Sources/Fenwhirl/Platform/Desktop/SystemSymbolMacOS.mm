@@ -8,7 +8,7 @@ QImage systemSymbol(const QString& name, double fontPixels, bool bold) {
             configurationWithPointSize:fontPixels
                                 weight:bold ? NSFontWeightBold : NSFontWeightRegular];
         NSImage* sized = [symbol imageWithSymbolConfiguration:size];
-        // Without such a symbol there is nothing, and nothing has no size.
+        // If there is no such symbol, `sized` is nil and its size is zero.
         return fromNativeImage(sized, QSizeF(sized.size.width, sized.size.height));
     }
 }

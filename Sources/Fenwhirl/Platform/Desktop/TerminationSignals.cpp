@@ -15,7 +15,7 @@ static_assert(std::atomic<int>::is_always_lock_free, "read in a signal handler")
 void writeByte(int /*signal*/) {
     const int savedErrno = errno;
     const char byte = 0;
-    // A full pipe already holds a request to end.
+    // If the pipe is full, a request to end is already in it.
     [[maybe_unused]] const ssize_t written = write(signalPipe.load(), &byte, 1);
     errno = savedErrno;
 }

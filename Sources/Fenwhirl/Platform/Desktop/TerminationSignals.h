@@ -1,11 +1,11 @@
-// Turns the signals that ask the process to end into an ordinary call on the main thread.
+// Turns the signals that request the end of the process into an ordinary call on the main thread.
 //
-// Without this a terminal's Ctrl-C, a session's end or `kill` would end the program at once, and fans under
-// manual control would never be handed back. Covers SIGTERM, SIGINT, SIGHUP and SIGQUIT; one that the starter
-// of the program had ignored (nohup) stays ignored. The handler only writes a byte into a pipe.
+// Without this, Ctrl-C in a terminal, the end of a session or `kill` would end the program at once, and fans
+// under manual control would never be handed back. Covers SIGTERM, SIGINT, SIGHUP and SIGQUIT. A signal that
+// was ignored when the program was started (nohup) stays ignored. The handler only writes a byte to a pipe.
 //
-// Threads: made and destroyed on the main thread, after the application object; one at a time. The destructor
-// restores what was there before. POSIX, the same on every system.
+// Threads: created and destroyed on the main thread, after the application object; one at a time. The
+// destructor restores the previous handlers. POSIX, the same on every system.
 
 #pragma once
 
@@ -27,7 +27,7 @@ public:
     TerminationSignals& operator=(const TerminationSignals&) = delete;
 
 Q_SIGNALS:
-    // Once per wave of signals, with the event loop's next turn.
+    // Emitted from the event loop, once for all signals that arrived since its last turn.
     void received();
 
 private:
