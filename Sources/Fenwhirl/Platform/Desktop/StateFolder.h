@@ -1,7 +1,7 @@
-// Where the system keeps what a program remembers of its last run: not settings, and no loss when it is gone.
+// The folder for what the program remembers of its last run: not settings, and expendable.
 //
-// Linux: $XDG_STATE_HOME when that is an absolute path, else ~/.local/state. macOS: ~/Library/Application
-// Support. In each a folder of this program.
+// On Linux it is a folder of this program in $XDG_STATE_HOME if that is an absolute path, otherwise in
+// ~/.local/state; on macOS in ~/Library/Application Support.
 //
 // Thread-safe.
 
@@ -9,5 +9,5 @@
 
 #include <QString>
 
-// Need not exist yet.
+// The folder need not exist yet.
 [[nodiscard]] QString stateFolder();

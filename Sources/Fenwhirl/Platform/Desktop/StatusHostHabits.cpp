@@ -10,7 +10,7 @@ StatusHostHabits statusHostHabits(const QString& program) {
                 .countsPresses = true};
     if (program == QStringLiteral("waybar"))
         return {.text = Text::inIcon, .barIsDark = true};
-    // MATE's notification-area-applet, as the kernel cuts it.
+    // MATE's notification-area-applet, as the kernel truncates it.
     if (program == QStringLiteral("notification-ar"))
         return {.text = Text::inIcon, .tellsPlaces = false};
     return {};

@@ -1,30 +1,32 @@
-// What the known hosts of status notifier items make of an item. Their protocol has no question for it, so
-// they are known by the names of their programs; each was tried. Pure. Linux only.
+// How the known hosts of status notifier items treat an item. The protocol cannot be asked for this, so hosts
+// are recognised by the names of their programs; each was tried. Pure. Linux only.
 
 #pragma once
 
 #include <QString>
 
 struct StatusHostHabits {
-    // How the temperature gets beside the symbol.
+    // Where the temperature is shown.
     enum class Text {
-        inSquare, // within a square, small: whatever is wider is squeezed into one (Xfce, LXQt, Plasma)
+        inSquare, // small, in a square icon: the host squeezes wider ones into a square (Xfce, LXQt, Plasma)
         inIcon,   // in an icon as wide as it needs
-        asLabel,  // the bar writes the item's label beside its icon, which is the symbol alone
+        asLabel,  // in the item's label, which the host writes beside an icon with the symbol alone
     };
 
     Text text = Text::inSquare;
-    bool barIsDark = false; // whatever the appearance of the windows
-    // An item without a menu is taken for unfinished and not shown.
+    bool barIsDark = false; // always, whatever the appearance of the windows
+    // The host considers an item without a menu unfinished and does not show it.
     bool wantsMenu = false;
-    // Waits for the owner of an item's own name, which it does not need, and throws the item away when the
-    // answer comes late; the name of the item's connection has no owner to wait for. Others know no such
-    // item.
+    // The host looks up the owner of an item's well-known name, which it does not need, and drops the item
+    // when the answer comes late. Such a host is given the unique name of the item's connection instead,
+    // which needs no such lookup. Other hosts do not accept an item by its unique name.
     bool dropsNames = false;
-    bool tellsPlaces = true; // a press comes with the item's place, and not always with the same one
-    // Two presses open what one should, as long as the first answer to a press was no error.
+    bool tellsPlaces = true; // a click reports the item's position, rather than always the same one
+    // A single click opens the panel only as long as the first click was answered with an error. After a
+    // success the host requires a double click.
     bool countsPresses = false;
 };
 
-// `program` as the kernel names it; habits that do no harm anywhere for one that is not known.
+// `program` is the host's name as the kernel reports it. A program that is not known gets habits that do no
+// harm anywhere.
 [[nodiscard]] StatusHostHabits statusHostHabits(const QString& program);

@@ -11,16 +11,16 @@
 
 namespace {
 
-// Of a canvas 22 high: a symbol of 16, text of 13 and 4 between them.
+// Proportions of a canvas 22 high: a symbol of 16, text of 13, and a gap of 4 between them.
 constexpr double canvas = 22.0;
 constexpr double marginShare = 3.0 / canvas; // around the symbol
 constexpr double textShare = 13.0 / canvas;
 constexpr double gapShare = 4.0 / canvas;
-// In a square the symbol and the digits have a half each, and the digits are as high as the symbol.
+// In a square the symbol and the digits take one half each, and the digits are as high as the symbol.
 constexpr double halfShare = 0.5;
 constexpr int edgeAlpha = 160; // of 255
 
-// Whole pixels, for which the symbol is drawn.
+// A whole number of pixels, because the symbol is designed for the pixel grid.
 double symbolMargin(int height) {
     return std::floor(height * marginShare);
 }
@@ -32,7 +32,7 @@ QImage transparentImage(QSize size) {
 }
 
 struct TextShape {
-    QPainterPath path; // its baseline begins at the origin
+    QPainterPath path; // the baseline starts at the origin
     double width = 0;
     double digitHeight = 0;
 };
@@ -53,12 +53,13 @@ TextShape textShape(const QString& text, double pixels, QFont::Weight weight) {
     return shape;
 }
 
-// The drawing in the edge's colour, a step into each direction, then in its own on top.
+// Draws the outline by drawing in its colour, shifted by one step in each direction; then the drawing on top.
 template <typename Draw>
 QImage edged(QSize size, bool onDark, const Draw& draw) {
     QColor edge = onDark ? QColor(Qt::black) : QColor(Qt::white);
     edge.setAlpha(edgeAlpha);
     const QColor ink = onDark ? QColor(Qt::white) : QColor(0x22, 0x22, 0x22);
+    // Half a pixel would not be visible on a bar of the drawing's own brightness.
     const double step = std::max(1.0, size.height() / canvas);
 
     QImage image = transparentImage(size);
@@ -90,9 +91,10 @@ QImage wideIcon(const SymbolPainter& symbol, const QString& text, int height, bo
 }
 
 QImage squareIcon(const SymbolPainter& symbol, const QString& digits, int side, bool onDark) {
-    // Whole pixels, so that small pictures are sharp.
+    // Whole pixels, so that small icons are sharp.
     const double half = std::round(side * halfShare);
     const double top = std::floor((side - half) / 2);
+    // Scales the digits to the height of the symbol, and narrows them if they do not fit into their half.
     const TextShape shape = textShape(digits, side, QFont::DemiBold);
     const double high = half / shape.digitHeight;
     const double wide = std::min(high, (side - half) / shape.width);
@@ -110,7 +112,7 @@ QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint) {
     constexpr int drawing = 16;
     QImage image = transparentImage(QSize(points, points) * pixelsPerPoint);
     image.setDevicePixelRatio(pixelsPerPoint);
-    QPainter painter(&image); // counts in points
+    QPainter painter(&image); // its units are points
     painter.setRenderHint(QPainter::Antialiasing);
     constexpr double margin = (points - drawing) / 2.0;
     symbol(painter, QRectF(margin, margin, drawing, drawing), Qt::black);

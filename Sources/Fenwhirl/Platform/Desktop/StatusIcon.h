@@ -1,8 +1,8 @@
-// Draws the status item's icon: the symbol, and beside it the temperature where there is one.
+// Draws the status item's icon: the symbol and, if there is one, the temperature beside it.
 //
-// One colour with a thin edge of its opposite, so that it can be seen on a bar of any brightness: a
-// notification area does not tell its colour. Digits are of one width: what stands beside the icon does not
-// move with each new temperature.
+// The icon has one colour with a thin outline in the opposite one, so that it is visible on a bar of any
+// brightness: a notification area does not report its colour. All digits have the same width, so that the
+// neighbours of the icon do not move with each new temperature.
 //
 // Threads: main thread only (text needs the font database).
 
@@ -20,17 +20,17 @@ class QPainter;
 // Draws the program's symbol into a square.
 using SymbolPainter = std::function<void(QPainter&, const QRectF& bounds, const QColor& color)>;
 
-// How much room a bar gives to an icon.
+// The width of an icon.
 enum class StatusIconShape {
-    square, // as wide as high, whatever it is offered: wider ones are squeezed until nobody can read them
+    square, // as wide as it is high; for bars that squeeze wider icons until they are illegible
     wide,   // as wide as it needs
 };
 
-// The symbol alone for a bar that tints it (macOS): black and opacity, 16 of 18 points, so many pixels a
-// point.
+// The symbol alone, for a bar that tints it (macOS): black with an alpha channel, 16 points wide in an image
+// of 18.
 [[nodiscard]] QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint);
 
-// `text` is a temperature ("63°") or empty; `height` in pixels. In a square both are smaller, and the degree
-// sign gives way to the digits.
+// `text` is a temperature ("63°") or empty; `height` is in pixels. In a square the symbol and the text are
+// smaller, and the degree sign is dropped to make room for the digits.
 [[nodiscard]] QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark,
                                 StatusIconShape shape);

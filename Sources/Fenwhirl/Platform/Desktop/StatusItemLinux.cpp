@@ -11,11 +11,12 @@
 
 namespace {
 
-// Points of the virtual desktop from pixels of the screen, which is what hosts know.
+// Converts the hosts' coordinates, which are physical pixels, to points of the virtual desktop.
 QPoint pointOfPixel(QPoint pixel) {
     for (const QScreen* screen : QGuiApplication::screens()) {
         const double ratio = screen->devicePixelRatio();
         const QRect points = screen->geometry();
+        // Qt scales a screen's size but not its position.
         const QRect pixels(points.topLeft(), points.size() * ratio);
         if (pixels.contains(pixel))
             return points.topLeft() + (QPointF(pixel - points.topLeft()) / ratio).toPoint();
@@ -23,8 +24,8 @@ QPoint pointOfPixel(QPoint pixel) {
     return pixel;
 }
 
-// The window that Qt puts into the classic tray, or null while there is none. It is private, and of use here
-// for its size alone.
+// The window that Qt puts into the classic tray, or null if there is none. It is private to Qt; only its size
+// is used here.
 QWidget* classicWindow() {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
         if (widget->inherits("QSystemTrayIconSys"))
@@ -69,14 +70,14 @@ void StatusItemLinux::showNotifierItem() {
     else
         item_ = std::make_unique<StatusNotifierItem>(bus_, habits_);
     connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel, const QString& token) {
-        // Hosts that do not know the place send zeros; the pointer was on the item a moment ago.
+        // Hosts that do not know the item's position send zeros. The pointer was on the item a moment ago.
         const bool known = habits_.tellsPlaces && !pixel.isNull();
         const QPoint place = known ? pointOfPixel(pixel) : QCursor::pos();
         Q_EMIT activated(QRect(place, QSize(0, 0)), token);
     });
     if (!menu_.empty())
         item_->setMenu(menu_);
-    updateContent(); // before the announcement: the host reads everything at once
+    updateContent(); // before `announce`, because the host then reads everything at once
     item_->announce();
 }
 
@@ -99,8 +100,8 @@ void StatusItemLinux::showClassicIcon() {
         });
     }
     updateContent();
-    classic_->show(); // appears by itself when a tray comes later
-    shown_.reset();   // now there may be a window, which can be made wider
+    classic_->show(); // the icon appears on its own when a tray starts later
+    shown_.reset();   // the icon is set again, because its window may exist now and can be widened
 }
 
 bool StatusItemLinux::isPlaced() const {
@@ -115,7 +116,7 @@ void StatusItemLinux::setMenu(const StatusMenu& menu) {
         item_->setMenu(menu_);
 }
 
-// Made anew each time: it is hardly ever asked for, and a menu that waits costs memory.
+// The menu is created each time: it is hardly ever opened, and an unused menu would take memory.
 void StatusItemLinux::showClassicMenu() {
     classicMenu_ = std::make_unique<QMenu>();
     for (const StatusMenuEntry& entry : menu_) {
@@ -124,6 +125,7 @@ void StatusItemLinux::showClassicMenu() {
             continue;
         }
         QString text = entry.text;
+        // A single & would mark an access key.
         QAction* const action = classicMenu_->addAction(text.replace(u'&', QStringLiteral("&&")));
         action->setCheckable(entry.isCurrent.has_value());
         action->setChecked(entry.isCurrent.value_or(false));
@@ -156,8 +158,8 @@ void StatusItemLinux::updateContent() {
     }
 }
 
-// A classic tray gives a window the width that it asks for, or makes it square all the same, which is seen
-// when the next temperature comes.
+// A classic tray either grants its window the requested width or makes the window square anyway. Which of the
+// two becomes visible only when the next temperature arrives.
 void StatusItemLinux::setClassicIcon(const IconKey& key) {
     QWidget* const window = classicWindow();
     if (window != nullptr && window->width() < askedWidth_) {
@@ -177,7 +179,7 @@ void StatusItemLinux::setClassicIcon(const IconKey& key) {
 
 void StatusItemLinux::forgetIcons() {
     shown_.reset();
-    drawn_.clear(); // the next place may want others
+    drawn_.clear(); // another host may need other icons
 }
 
 QList<QImage> StatusItemLinux::icons(const IconKey& key) {
@@ -186,7 +188,7 @@ QList<QImage> StatusItemLinux::icons(const IconKey& key) {
     const StatusIconShape shape =
         habits_.text == StatusHostHabits::Text::inIcon ? StatusIconShape::wide : StatusIconShape::square;
     QList<QImage> made;
-    for (const int height : {22, 24, 32, 44, 48}) // usual sizes, so that little is scaled
+    for (const int height : {22, 24, 32, 44, 48}) // common sizes, so that hosts rarely have to scale
         made.append(statusIcon(symbol_, key.first, height, key.second, shape));
     drawn_.insert(key, new QList<QImage>(made)); // the cache owns it
     return made;

@@ -1,5 +1,5 @@
-// The status item on Linux: a status notifier item while a host is there, else an icon in the classic tray.
-// Tests make it with a bus of their own.
+// The status item on Linux: a status notifier item while there is a host, otherwise an icon in the classic
+// tray. Tests pass a bus of their own.
 
 #pragma once
 
@@ -32,7 +32,7 @@ public:
     [[nodiscard]] bool isPlaced() const override;
 
 private:
-    // Chooses between the two kinds of item by what the desktop offers now.
+    // Chooses the kind of item by what the desktop offers now.
     void place();
     void showNotifierItem();
     void showClassicIcon();
@@ -42,22 +42,23 @@ private:
     SymbolPainter symbol_;
     QDBusConnection bus_;
     StatusNotifierHost host_;
-    StatusHostHabits habits_; // of the place where the item is
+    StatusHostHabits habits_; // of the host that shows the item now
     std::unique_ptr<SystemAppearance> appearance_;
     std::unique_ptr<StatusNotifierItem> item_;
     std::unique_ptr<QSystemTrayIcon> classic_;
     StatusMenu menu_;
-    std::unique_ptr<QMenu> classicMenu_; // the one that was shown last
+    std::unique_ptr<QMenu> classicMenu_; // the menu that was shown last
     QString text_;
     QString shortText_;
 
-    // Drawn icons by text and whether they are for a dark bar, and which of them are shown. QPainter shares
-    // out each drawing to threads, so a temperature that goes to and fro would wake them all the time.
+    // A cache of drawn icons. The key is the text and whether the bar is dark; `shown_` is the key of the
+    // icon on show. The cache exists because QPainter distributes each drawing to several threads, and a
+    // temperature that alternates between two values would keep waking them.
     using IconKey = std::pair<QString, bool>;
     [[nodiscard]] QList<QImage> icons(const IconKey& key);
     void forgetIcons();
     void setClassicIcon(const IconKey& key);
     QCache<IconKey, QList<QImage>> drawn_{16};
     std::optional<IconKey> shown_;
-    int askedWidth_ = 0; // of the classic tray
+    int askedWidth_ = 0; // the width requested from the classic tray
 };

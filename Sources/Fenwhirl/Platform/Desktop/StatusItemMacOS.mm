@@ -14,7 +14,7 @@
 
 @implementation FenwhirlStatusItemTarget
 
-// Looks at nothing but the call itself: what the current event is, differs from system to system.
+// Does not look at the current event, which differs between versions of macOS; the call itself is enough.
 - (void)itemChosen:(id)sender {
     (void)sender;
     if (self.chosen)
@@ -25,7 +25,7 @@
 
 namespace {
 
-// The system's own symbol; our drawing of the same name where it has none.
+// The system's own symbol, or our drawing where the system does not have it.
 NSImage* symbolImage(const SymbolPainter& symbol) {
     NSImage* image = [NSImage imageWithSystemSymbolName:@"fan" accessibilityDescription:nil];
     if (image == nil) {
@@ -39,14 +39,14 @@ NSImage* symbolImage(const SymbolPainter& symbol) {
         const QSizeF points = drawing.deviceIndependentSize();
         image.size = NSSize{points.width(), points.height()};
     }
-    [image setTemplate:YES]; // one colour and alpha, tinted by the system
+    [image setTemplate:YES]; // the system uses only the alpha channel and tints the image
     return image;
 }
 
 class StatusItemMacOS final : public StatusItem {
 public:
     explicit StatusItemMacOS(const SymbolPainter& symbol) : target_([[FenwhirlStatusItemTarget alloc] init]) {
-        @autoreleasepool { // the event loop, which has one, is not running yet
+        @autoreleasepool { // the event loop, which has a pool of its own, is not running yet
             item_ = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
             target_.chosen = [this] { Q_EMIT activated(place()); };
             NSStatusBarButton* button = item_.button;
@@ -54,7 +54,7 @@ public:
             button.action = @selector(itemChosen:);
             button.image = symbolImage(symbol);
             button.imagePosition = NSImageLeft;
-            // Digits of one width: the items beside ours do not move with each new speed.
+            // Digits of equal width, so that neighbouring items do not move with each new speed.
             button.font = [NSFont monospacedDigitSystemFontOfSize:[NSFont menuBarFontOfSize:0].pointSize
                                                            weight:NSFontWeightRegular];
         }
@@ -62,7 +62,7 @@ public:
 
     ~StatusItemMacOS() override {
         @autoreleasepool {
-            target_.chosen = nullptr; // a click may be on its way
+            target_.chosen = nullptr; // a click may still be on its way
             [NSStatusBar.systemStatusBar removeStatusItem:item_];
         }
     }
@@ -78,7 +78,8 @@ public:
 
     void setOpen(bool open) override {
         open_ = open;
-        // Not at once: the button ends its own mark when the click that brought us here is over.
+        // Deferred, because the button removes its own highlight at the end of the click that brought us
+        // here.
         QTimer::singleShot(0, this, [this] {
             @autoreleasepool {
                 [item_.button highlight:open_];
@@ -88,7 +89,8 @@ public:
 
     bool isPlaced() const override {
         @autoreleasepool {
-            // There is no room beside the notch, or the user took it away: it is there all the same, unseen.
+            // When there is no room beside the notch, or the user removed the item, it still exists but is
+            // hidden.
             NSWindow* window = item_.button.window;
             return item_.isVisible && window != nil &&
                    (window.occlusionState & NSWindowOcclusionStateVisible) != 0;

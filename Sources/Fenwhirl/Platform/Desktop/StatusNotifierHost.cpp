@@ -31,6 +31,7 @@ StatusNotifierHost::StatusNotifierHost(QDBusConnection bus, QObject* parent)
     : QObject(parent)
     , bus_(std::move(bus)) {
     if (!bus_.isConnected()) {
+        // Deferred, so that the owner can connect to the signal first.
         QTimer::singleShot(0, this, [this] { setAvailable(false); });
         return;
     }
@@ -38,7 +39,7 @@ StatusNotifierHost::StatusNotifierHost(QDBusConnection bus, QObject* parent)
         new QDBusServiceWatcher(watcherService(), bus_, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& /*service*/, const QString& /*before*/, const QString& now) {
-                setAvailable(false); // a new watcher knows nobody yet, even where it took over from another
+                setAvailable(false); // a new watcher has no host yet, even if it replaced another
                 if (!now.isEmpty())
                     ask();
             });
@@ -79,7 +80,7 @@ void StatusNotifierHost::askForProgram() {
         const QDBusPendingReply<uint> reply = *pending;
         if (reply.isError() &&
             reply.error().name() == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner"))
-            return; // it went in between, which is heard elsewhere
+            return; // the watcher has just gone, which serviceOwnerChanged reports
         program_ = reply.isValid() ? programOf(reply.value()) : QString();
         setAvailable(true);
     });

@@ -1,8 +1,8 @@
-// Watches whether the desktop can show status notifier items at all: whether the watcher's service is there
-// and a host has registered with it; and which program that is.
+// Watches whether the desktop can show status notifier items, that is, whether the watcher's service is
+// running and a host has registered with it; and which program that is.
 //
-// Nothing else may be concluded from: items made for an absent host never appear, not even when the host
-// comes later, so they have to be announced anew each time `availableChanged` says true.
+// An item that was announced while there was no host never appears, not even when a host comes later. Items
+// must therefore be announced again each time `availableChanged` reports a host.
 //
 // Threads: main thread only; all calls are asynchronous. Linux only.
 
@@ -19,15 +19,17 @@ public:
 
     [[nodiscard]] bool isAvailable() const { return available_; }
 
-    // The name of the program that is the watcher ("xfce4-panel"), which mostly is the host, too: the
-    // protocol has no word for what a host can show, so it is known by its name. Empty when nobody can tell.
+    // The name of the program that runs the watcher ("xfce4-panel"), which is usually the host as well. The
+    // protocol does not say what a host can show, so the host is recognised by this name. Empty when it
+    // cannot be determined.
     [[nodiscard]] QString program() const { return program_; }
 
     [[nodiscard]] static QString watcherService();
     [[nodiscard]] static QString watcherPath();
 
 Q_SIGNALS:
-    // The answer is known for the first time, or it changed, or the watcher was replaced by another one.
+    // Emitted when the answer is first known, when it changes, and when another program takes over as the
+    // watcher.
     void availableChanged();
 
 private Q_SLOTS:

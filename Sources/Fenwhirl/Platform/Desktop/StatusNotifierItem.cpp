@@ -63,7 +63,7 @@ StatusNotifierPixmap pixmapOf(const QImage& image) {
     return pixmap;
 }
 
-// The same bus once more, under a connection that can be closed when the item goes.
+// A second connection to the same bus, which can be closed when the item is destroyed.
 QDBusConnection ownConnection(const QDBusConnection& bus) {
     static int made = 0;
     const QString name = QStringLiteral("fenwhirl.status-item.%1").arg(++made);
@@ -125,7 +125,7 @@ void StatusNotifierItem::setText(const QString& text) {
         iconChanged_ || !told_.isValid() || std::chrono::milliseconds(told_.elapsed()) >= textPause_;
     if (title_ == toldTitle_ || !mayTell)
         return;
-    // Hosts ask for everything after every signal, so each of them counts.
+    // Hosts read everything again after each signal, so unnecessary signals are avoided.
     if (std::exchange(iconChanged_, false) || !told_.isValid())
         Q_EMIT NewTitle();
     told_.start();
@@ -145,7 +145,7 @@ QString StatusNotifierItem::status() const {
     return QStringLiteral("Active");
 }
 
-// Not for a host that shows the menu at a press that means the panel.
+// Does nothing for a host that would show the menu at a click that should open the panel.
 void StatusNotifierItem::setMenu(StatusMenu menu) {
     if (habits_.wantsMenu)
         return;
@@ -158,15 +158,16 @@ void StatusNotifierItem::setMenu(StatusMenu menu) {
                             QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllProperties);
 }
 
-// The protocol has a path that says that there is none. A host that wants one is told of one that does not
-// exist, which it shows as empty.
+// The protocol has a special path for "no menu". A host that requires a menu is given the path of one that
+// does not exist, which it treats as empty.
 QDBusObjectPath StatusNotifierItem::menu() const {
     return QDBusObjectPath(habits_.wantsMenu || menu_ ? menuPath() : QStringLiteral("/NO_DBUSMENU"));
 }
 
-// GNOME's extension keeps one press for menus and two for Activate. Until an Activate has succeeded it counts
-// presses and releases alike, so that a single click makes two; one that always fails keeps it there. The
-// failure is "cancelled", in the words of its library: the only one that it does not write into the journal.
+// GNOME's extension reserves a single click for menus and calls Activate on a double click. Until an Activate
+// has succeeded, however, it counts presses and releases alike, so that a single click counts as two. An
+// Activate that always fails keeps it in that state. The error is "cancelled" in the notation of its library,
+// because it is the only error that the extension does not write to the journal.
 void StatusNotifierItem::Activate(int x, int y) {
     if (habits_.countsPresses && calledFromDBus())
         sendErrorReply(QStringLiteral("org.gtk.GDBus.UnmappedGError.Quark._g_2dio_2derror_2dquark.Code19"),

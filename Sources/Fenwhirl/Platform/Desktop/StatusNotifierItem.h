@@ -1,7 +1,8 @@
-// One status notifier item on the bus: what a host asks of it, and what it tells the host.
+// One status notifier item on the bus: the properties and methods that a host uses, and the signals that the
+// host receives.
 //
-// Made when a host is there and destroyed when it goes; `announce` makes it known once its content is set.
-// The object is on the bus under a connection of its own, so that its service name disappears with it.
+// Created when there is a host and destroyed when it goes. `announce` makes the item known once its content
+// is set. The object has a bus connection of its own, so that its service name disappears with it.
 //
 // Threads: main thread only. Linux only.
 
@@ -26,7 +27,7 @@
 #include <memory>
 #include <utility>
 
-// An image as the protocol carries it: ARGB, most significant byte first.
+// An image in the protocol's format: ARGB, most significant byte first.
 struct StatusNotifierPixmap {
     int width = 0;
     int height = 0;
@@ -67,7 +68,7 @@ class StatusNotifierItem : public QObject, protected QDBusContext {
 public:
     static constexpr std::chrono::seconds usualTextPause = std::chrono::seconds(10);
 
-    // `textPause` is the time for which the host is not told again of a text while the icon stays the same.
+    // While the icon stays the same, the host is notified of new texts at most once per `textPause`.
     explicit StatusNotifierItem(const QDBusConnection& bus, const StatusHostHabits& habits = {},
                                 std::chrono::milliseconds textPause = usualTextPause,
                                 QObject* parent = nullptr);
@@ -76,16 +77,16 @@ public:
     StatusNotifierItem(const StatusNotifierItem&) = delete;
     StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
 
-    // Tells the watcher of the item; once, after its first content was set.
+    // Registers the item with the watcher. Call this once, after the first content was set.
     void announce();
-    // Tells the host, which then asks for it.
+    // Notifies the host, which then reads the icons.
     void setIcons(const QList<QImage>& icons);
-    // The context menu, if the host has a place for one; before the item is announced, or later with other
-    // entries.
+    // Sets the context menu, for hosts that support one. Call this before the item is announced, and again
+    // whenever the entries change.
     void setMenu(StatusMenu menu);
-    // Whoever asks gets this text from now on. A host that writes it into its bar is told at once; any other
-    // after a change of the icon, but seldom otherwise, and then only that the tool tip is another: speeds
-    // flutter with every poll, and each word with the host wakes both programs up.
+    // Sets the text that hosts read from now on. A host that writes it into its bar is notified at once. Any
+    // other is notified after a change of the icon; otherwise rarely, and then only of a new tool tip,
+    // because speeds fluctuate with every poll and each message wakes both programs.
     void setText(const QString& text);
 
     [[nodiscard]] QString category() const;
@@ -109,10 +110,11 @@ public:
 
 public Q_SLOTS:
 
-    // Comes before a click where windows may not take the focus by themselves; good for that one.
+    // Called before a click where windows need permission to take the focus. The token is valid for that
+    // click.
     Q_SCRIPTABLE void ProvideXdgActivationToken(const QString& token) { token_ = token; }
 
-    // Left, middle and right click; x and y in pixels of the screen, where the host thinks the item is.
+    // Left, middle and right click. x and y are the item's position as the host knows it, in physical pixels.
     Q_SCRIPTABLE void Activate(int x, int y);
 
     Q_SCRIPTABLE void SecondaryActivate(int x, int y) { choose(x, y); }
@@ -137,15 +139,16 @@ private:
     QString token_;
     std::chrono::milliseconds textPause_;
     QString title_;
-    QString toldTitle_; // what the host knows, and since when
-    QElapsedTimer told_;
-    bool iconChanged_ = false; // since then
+    QString toldTitle_;        // the text of the last notification
+    QElapsedTimer told_;       // since that notification
+    bool iconChanged_ = false; // since that notification
     StatusNotifierPixmaps icon_;
     std::unique_ptr<StatusNotifierMenu> menu_;
 };
 
-// The same with its text as a label, for hosts that write it beside the icon. Not of the protocol: a host
-// that does not know labels may not show an item that has one, be it empty (MATE).
+// The same with its text as a label, for hosts that write it beside the icon. Labels are not part of the
+// protocol: a host that does not support them may refuse to show an item that has one, even an empty one
+// (MATE).
 class LabelledStatusNotifierItem : public StatusNotifierItem {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")

@@ -59,7 +59,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuEvent& 
 
 namespace {
 
-// An underscore would mark the letter after it.
+// Doubles underscores, because a single one would mark the next character as an access key.
 QString withoutMarks(QString text) {
     return text.replace(u'_', QStringLiteral("__"));
 }
@@ -129,14 +129,14 @@ StatusMenuPropertiesList StatusNotifierMenu::GetGroupProperties(const QList<int>
 
 QDBusVariant StatusNotifierMenu::GetProperty(int id, const QString& name) {
     const QVariantMap found = exists(id) ? properties(id, {name}) : QVariantMap();
-    return QDBusVariant(found.value(name, QString())); // the bus has no variant without a value
+    return QDBusVariant(found.value(name, QString())); // D-Bus has no empty variant
 }
 
 void StatusNotifierMenu::Event(int id, const QString& name, const QDBusVariant& /*data*/,
                                uint /*timestamp*/) {
     if (name != QStringLiteral("clicked") || id < 1 || !exists(id))
         return;
-    // A copy: what it does may replace the entries.
+    // A copy, because the action may replace the entries.
     if (const auto choose = entries_.at(static_cast<std::size_t>(id - 1)).choose)
         choose();
 }

@@ -1,9 +1,10 @@
-// The context menu of a status notifier item, as hosts ask for it on the bus (com.canonical.dbusmenu): one
-// level of entries, numbered from 1. The host draws it, asks for the layout and says what was chosen.
+// The context menu of a status notifier item, in the form in which hosts read it over the bus
+// (com.canonical.dbusmenu): one level of entries, numbered from 1. The host draws the menu, requests its
+// layout and reports what was chosen.
 //
-// A new set of entries is a new revision, of which the host is told.
+// A new set of entries is a new revision, of which the host is notified.
 //
-// Threads: main thread only. Linux only. The owner puts it on the bus.
+// Threads: main thread only. Linux only. The owner registers the object on the bus.
 
 #pragma once
 
@@ -17,7 +18,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
-// An entry with what is below it.
+// An entry with its children.
 struct StatusMenuLayout {
     int id = 0;
     QVariantMap properties;
@@ -25,7 +26,7 @@ struct StatusMenuLayout {
 };
 Q_DECLARE_METATYPE(StatusMenuLayout)
 
-// The properties of an entry alone.
+// An entry's properties without its children.
 struct StatusMenuProperties {
     int id = 0;
     QVariantMap properties;
@@ -34,7 +35,7 @@ Q_DECLARE_METATYPE(StatusMenuProperties)
 using StatusMenuPropertiesList = QList<StatusMenuProperties>;
 Q_DECLARE_METATYPE(StatusMenuPropertiesList)
 
-// Something that was done to an entry.
+// Something that the user did with an entry.
 struct StatusMenuEvent {
     int id = 0;
     QString name;
@@ -78,9 +79,10 @@ public Q_SLOTS:
     Q_SCRIPTABLE StatusMenuPropertiesList GetGroupProperties(const QList<int>& ids, const QStringList& names);
     Q_SCRIPTABLE QDBusVariant GetProperty(int id, const QString& name);
     Q_SCRIPTABLE void Event(int id, const QString& name, const QDBusVariant& data, uint timestamp);
-    // The entries that do not exist.
+    // Returns the ids that do not exist.
     Q_SCRIPTABLE QList<int> EventGroup(const StatusMenuEvents& events);
-    // Whether it has to be asked for anew first: never, it is always up to date.
+    // Whether the host must read the layout again first. Always false, because the layout is always up to
+    // date.
     Q_SCRIPTABLE bool AboutToShow(int id);
     Q_SCRIPTABLE QList<int> AboutToShowGroup(const QList<int>& ids, QList<int>& unknown);
 
@@ -88,7 +90,7 @@ Q_SIGNALS:
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parent);
 
 private:
-    // 0 is the menu itself.
+    // Id 0 is the menu itself.
     [[nodiscard]] bool exists(int id) const { return id >= 0 && id <= static_cast<int>(entries_.size()); }
 
     [[nodiscard]] QVariantMap properties(int id, const QStringList& names) const;

@@ -1,11 +1,11 @@
-// What kind of window the status item's panel is, and what lies around it. Main thread.
+// The window properties of the status item's panel, and what surrounds it. Main thread.
 //
-// A tool window that takes the keyboard. On macOS it does so while another program stays the active one (a
-// click on the status item changes nothing about that), lies above menus and full-screen windows, and whether
-// a press is beside it is watched here: nothing of Qt ends it reliably there.
+// The panel is a tool window that takes the keyboard focus. On macOS it does so while another program stays
+// active (a click on the status item does not change that), and it is above menus and full-screen windows.
+// Clicks outside it are watched for here on macOS, because nothing in Qt reports them reliably there.
 //
-// Under Wayland no program may choose the place of its windows: the panel is where the compositor puts it,
-// which is mostly the middle of the screen. It is of a fixed size, so that tiling compositors let it float.
+// Under Wayland no program may choose the positions of its windows. The compositor places the panel, usually
+// in the middle of the screen. The panel has a fixed size, so that tiling compositors let it float.
 
 #pragma once
 
@@ -19,33 +19,33 @@
 
 [[nodiscard]] Qt::WindowFlags statusPanelFlags();
 
-// How the panel stands out from what lies under it.
+// How the panel stands out from what is under it.
 enum class PanelSurroundings {
-    cut,         // windows hide all that is under them: it is cut to its shape (X11 without a compositor)
-    translucent, // and nothing is to be added: the system draws the shadow of windows (macOS)
-    shadowed,    // its window has a translucent margin in which it draws its own shadow (Linux)
+    cut,         // windows are opaque, so the panel's window is cut to its shape (X11 without a compositor)
+    translucent, // windows can be translucent, and the system draws their shadows (macOS)
+    shadowed,    // the window has a translucent margin in which it draws its own shadow (Linux)
 };
 
-// As it is now: compositors come and go.
+// The state at this moment: compositors start and stop.
 [[nodiscard]] PanelSurroundings panelSurroundings();
 
-// To be called once for each panel, before it is first shown or placed.
+// Call this once for each panel, before it is first shown or positioned.
 void prepareStatusPanel(QWindow& window);
 
-// Shows the panel before everything else and gives it the keyboard. `token` is the desktop's permission to
-// take the focus, empty where there is none.
+// Shows the panel in front of everything else and gives it the keyboard focus. `token` is the desktop's
+// permission to take the focus; empty where there is none.
 void showStatusPanel(QWindow& window, const QString& token);
 
-// Lets a press anywhere on the screen reach the shown panel, which it closes. Under Wayland there is no such
-// thing: there it closes by losing the focus alone.
+// Delivers every click on the screen to the shown panel, so that a click outside can close it. Wayland has no
+// such grab; there the panel closes only by losing the focus.
 void grabPresses(QWindow& window);
 
-// While it lives, calls `outside` when the user presses beside the shown panel or goes to another program, as
-// far as `grabPresses` and the loss of the focus do not tell. `item` is the status item's place, whose clicks
-// come another way.
+// While this object exists, calls `outside` when the user clicks outside the shown panel or switches to
+// another program, as far as `grabPresses` and the loss of focus do not cover this. `item` is the status
+// item's geometry; clicks on it are ignored here, because the item reports them.
 class PressWatch {
 public:
-    // Null where there is nothing of that kind to watch (Linux).
+    // Null where nothing needs to be watched (Linux).
     [[nodiscard]] static std::unique_ptr<PressWatch> begin(QWindow& panel, const QRect& item,
                                                            std::function<void()> outside);
 
@@ -57,11 +57,11 @@ protected:
     PressWatch() = default;
 };
 
-// Whether windows lose the focus to whatever the pointer passes over on its way to them, as under most
-// compositors of Wayland beside those of GNOME and Plasma: there a panel that nobody has come to yet has not
-// been left.
+// Whether windows lose the focus to whatever the pointer crosses on its way to them, as under most Wayland
+// compositors other than those of GNOME and Plasma. There a loss of focus does not mean that the user has
+// left the panel, unless the pointer has been in it.
 [[nodiscard]] bool focusFollowsPointer();
 
-// Tells the window manager which margins of a window are its shadow, so that it is not placed by them; where
-// the system draws shadows, that the window's shape may have changed.
+// Tells the window manager which margins of a window are its shadow, so that they are ignored in positioning.
+// Where the system draws the shadows, tells it that the window's shape may have changed.
 void declareShadow(QWindow& window, const QMargins& margins);

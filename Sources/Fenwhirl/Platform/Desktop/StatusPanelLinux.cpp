@@ -20,7 +20,7 @@ bool isWayland() {
     return QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
 }
 
-// Null where this is not X11.
+// Null unless this is X11.
 xcb_connection_t* connection() {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     return x11 != nullptr ? x11->connection() : nullptr;
@@ -33,14 +33,15 @@ xcb_atom_t atom(xcb_connection_t* server, const char* name) {
     return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
-// A compositor owns the selection that is named for it, of the one screen that today's servers have.
+// A compositor owns the selection with this name. The 0 is the only screen that today's servers have.
 bool hasCompositor(xcb_connection_t* server) {
     const std::unique_ptr<xcb_get_selection_owner_reply_t, Free> reply(xcb_get_selection_owner_reply(
         server, xcb_get_selection_owner(server, atom(server, "_NET_WM_CM_S0")), nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
-// Panels list every window that does not ask them not to. Qt keeps what is set before it shows the window.
+// Task bars list every window that does not opt out. Qt keeps the states that are set before it shows the
+// window.
 void keepOutOfTaskBars(QWindow& window) {
     xcb_connection_t* const server = connection();
     if (server == nullptr)
@@ -66,7 +67,7 @@ std::unique_ptr<PressWatch> PressWatch::begin(QWindow& /*panel*/, const QRect& /
 
 void showStatusPanel(QWindow& window, const QString& token) {
     if (!token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // the Wayland plugin takes it from there
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // Qt's Wayland plugin reads it from the environment
     keepOutOfTaskBars(window);
     window.show();
     window.raise();

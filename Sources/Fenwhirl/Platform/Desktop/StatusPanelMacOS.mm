@@ -14,7 +14,8 @@ NSWindow* nativeWindow(QWindow& window) {
     return view.window;
 }
 
-// A window of ours that Qt shows; the status item's is none of these.
+// Whether this is a visible window of Qt's other than the panel. The status item's window is not one of
+// these.
 bool isOtherWindow(NSWindow* native, const QWindow* panel) {
     for (QWindow* window : QGuiApplication::topLevelWindows())
         if (window != panel && window->isVisible() && nativeWindow(*window) == native)
@@ -42,7 +43,7 @@ public:
                                                                 outside_();
                                                             return event;
                                                           }];
-            // Chosen with the keyboard, or by Mission Control.
+            // The user switched to another program with the keyboard or Mission Control.
             activated_ = [NSWorkspace.sharedWorkspace.notificationCenter
                 addObserverForName:NSWorkspaceDidActivateApplicationNotification
                             object:nil
@@ -57,7 +58,7 @@ public:
 
     ~PressWatchMacOS() override {
         @autoreleasepool {
-            // Those that could not be had are nothing, which may not be given back.
+            // A monitor that could not be installed is nil, which removeMonitor does not accept.
             if (elsewhere_ != nil)
                 [NSEvent removeMonitor:elsewhere_];
             if (here_ != nil)
@@ -70,7 +71,7 @@ public:
     PressWatchMacOS& operator=(const PressWatchMacOS&) = delete;
 
 private:
-    // The status item itself closes the panel with its click, however long that takes.
+    // Ignores clicks on the status item, which closes the panel itself, however long that takes.
     void pressedElsewhere() {
         if (!item_.contains(QCursor::pos()))
             outside_();
@@ -91,7 +92,7 @@ Qt::WindowFlags statusPanelFlags() {
 }
 
 void prepareStatusPanel(QWindow& window) {
-    // Qt's word for a tool window that stays when the program is not the active one.
+    // Qt's property for a tool window that stays visible while the program is not active.
     window.setProperty("_q_macAlwaysShowToolWindow", true);
 }
 
@@ -104,9 +105,9 @@ void showStatusPanel(QWindow& window, const QString& /*token*/) {
                                     NSWindowCollectionBehaviorTransient |
                                     NSWindowCollectionBehaviorFullScreenAuxiliary;
         window.show();
-        // After Qt, which gives every window the level of its kind when it shows it.
+        // After `show`, because Qt then sets the level that belongs to the window's type.
         native.level = NSPopUpMenuWindowLevel;
-        // The keyboard, while the program in front stays the active one.
+        // Gives the panel the keyboard focus, while the program in front stays active.
         [native makeKeyAndOrderFront:nil];
     }
 }
@@ -127,9 +128,9 @@ PanelSurroundings panelSurroundings() {
 }
 
 void declareShadow(QWindow& window, const QMargins& /*margins*/) {
-    if (window.handle() == nullptr) // none yet, so none that is old
+    if (window.handle() == nullptr) // no native window yet, so no outdated shadow
         return;
     @autoreleasepool {
-        [nativeWindow(window) invalidateShadow]; // the system keeps that of the shape it had
+        [nativeWindow(window) invalidateShadow]; // the system would keep the shadow of the old shape
     }
 }
