@@ -79,6 +79,7 @@ StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const StatusH
                                        std::chrono::milliseconds textPause, QObject* parent)
     : QObject(parent)
     , bus_(ownConnection(bus))
+    , sharedBus_(bus.name())
     , habits_(habits)
     , textPause_(textPause) {
     qDBusRegisterMetaType<StatusNotifierPixmap>();
@@ -98,7 +99,9 @@ StatusNotifierItem::~StatusNotifierItem() {
     bus_.unregisterService(service_);
     bus_.unregisterObject(itemPath());
     bus_.unregisterObject(menuPath());
-    QDBusConnection::disconnectFromBus(bus_.name());
+    if (bus_.name() != sharedBus_) {
+        QDBusConnection::disconnectFromBus(bus_.name());
+    }
 }
 
 void StatusNotifierItem::announce() {

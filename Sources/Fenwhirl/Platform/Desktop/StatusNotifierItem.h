@@ -134,6 +134,7 @@ private:
     void choose(int x, int y) { Q_EMIT activated({x, y}, std::exchange(token_, {})); }
 
     QDBusConnection bus_;
+    QString sharedBus_; // the name of the application's connection, which bus_ is when no second one was made
     StatusHostHabits habits_;
     QString service_;
     QString token_;
