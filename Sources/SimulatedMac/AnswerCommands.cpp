@@ -16,7 +16,7 @@ struct KindWord {
     std::string_view word;
     FaultKind kind;
     Number number;
-    std::uint64_t most; // largest argument
+    std::uint64_t most; // the largest argument
 };
 
 constexpr std::array<KindWord, 6> kindWords{{
@@ -44,7 +44,7 @@ std::optional<std::uint8_t> commandCode(std::string_view word) {
     return std::nullopt;
 }
 
-// One of "after N", "times N", "key KEY" and "command NAME".
+// Reads one of "after N", "times N", "key KEY" and "command NAME". False when the value is malformed.
 bool readLimit(AnswerFault& fault, std::string_view name, std::string_view value) {
     if (name == "after") {
         const auto number = parseWhole(value);

@@ -1,5 +1,5 @@
-// The functions behind the command table, by the file they live in. Each gets the words after the command's
-// name and checks them itself.
+// The functions behind the command table, grouped by the file that defines them. Each receives the words
+// after the command's name and validates them itself.
 
 #pragma once
 

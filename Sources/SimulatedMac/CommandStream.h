@@ -1,5 +1,5 @@
-// Commands that come one after another from one place: a script or standard input. A command that has to
-// wait holds up those behind it.
+// A queue of commands from one source: a script or standard input. A command that has to wait blocks those
+// behind it.
 
 #pragma once
 
@@ -15,29 +15,30 @@ namespace simulated {
 
 class CommandStream {
 public:
-    // Called with the command and its answer, in order; never for lines without an answer.
+    // Called with the command and its answer, in order. It is not called for lines without an answer.
     using Answered = std::function<void(const std::string& line, const std::string& answer)>;
 
     void add(std::string line) { lines_.push_back(std::move(line)); }
 
-    // Runs what can be run now.
+    // Runs every command that can run now.
     void run(CommandContext& context, Instant now, const Answered& answered);
 
-    // True while a command waits: run() has to be called again before long.
+    // True while a command waits; run() must then be called again soon.
     [[nodiscard]] bool isWaiting() const { return pending_.has_value(); }
 
 private:
     std::deque<std::string> lines_;
-    std::optional<Pending> pending_; // of the first line
+    std::optional<Pending> pending_; // the first line, when it waits
 };
 
-// Cuts a stream of bytes into lines. Lines longer than 64 KiB are cut there.
+// Splits a stream of bytes into lines. A line longer than 64 KiB is split there.
 class LineCutter {
 public:
-    // Calls `line` for every line that these bytes complete; carriage returns before the line end go away.
+    // Calls `line` for every line that these bytes complete. Carriage returns before the line end are
+    // removed.
     void add(std::string_view bytes, const std::function<void(std::string)>& line);
 
-    // The last line, if it had no line end.
+    // The last line, if the stream did not end with a line end.
     [[nodiscard]] std::optional<std::string> finish();
 
 private:

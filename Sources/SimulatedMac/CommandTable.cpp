@@ -72,7 +72,7 @@ std::string commandHelp() {
 }
 
 CommandOutcome runCommand(CommandContext& context, std::string_view line, Instant now) {
-    // Answers repeat words of the command: nothing that steers a terminal or breaks a line gets that far.
+    // Answers repeat words of the command, so reject anything that could control a terminal or break a line.
     const auto isControl = [](char character) {
         return character != '\t' && (static_cast<unsigned char>(character) < 0x20 || character == 0x7F);
     };

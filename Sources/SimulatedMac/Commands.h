@@ -1,8 +1,8 @@
-// The command language: one command a line, for people and for test programs alike.
+// The command language: one command per line, for people and for test programs alike.
 //
-// Every command is answered by one line that begins with "ok" or "error:"; some print a block of lines before
-// it (none of which begins like that), so whoever reads up to such a line is in step. The table in
-// CommandTable.cpp is the language: `help` and `--help` print it.
+// Every command is answered by a line that begins with "ok" or "error:". Some commands print a block of lines
+// before it, and none of those begins that way, so a reader that stops at such a line stays in step. The
+// table in CommandTable.cpp defines the language; `help` and `--help` print it.
 
 #pragma once
 
@@ -23,16 +23,16 @@ struct CommandContext {
     Mac& mac;
     AnswerFaults& faults;
     const ServerCounters& counters;
-    bool quit = false; // a command asked the program to end
+    bool quit = false; // set by a command that ends the program
 };
 
-// A command that cannot answer yet. `check` is called from time to time and returns the answer when there is
-// one; it must not outlive the context.
+// A command that cannot answer yet. `check` is called from time to time and returns the answer once there is
+// one. It must not outlive the context.
 struct Pending {
     std::function<std::optional<std::string>(Instant)> check;
 };
 
-// The answer (its last line begins with "ok" or "error:", without line end), or what to wait for.
+// Either the answer, whose last line begins with "ok" or "error:" and has no line end, or what to wait for.
 struct CommandOutcome {
     std::string answer;
     std::optional<Pending> pending;
@@ -44,7 +44,7 @@ struct CommandOutcome {
 
 struct Command {
     std::string_view name;
-    std::string_view arguments; // as shown to people
+    std::string_view arguments; // as help shows them
     std::string_view summary;
     CommandOutcome (*run)(CommandContext& context, std::span<const std::string_view> arguments, Instant now);
 };
@@ -52,10 +52,10 @@ struct Command {
 // All commands, in the order in which help shows them.
 [[nodiscard]] std::span<const Command> commandTable();
 
-// Runs one line. Empty lines and comments ("#…") have an empty answer.
+// Runs one line. The answer to an empty line or a comment ("#…") is empty.
 [[nodiscard]] CommandOutcome runCommand(CommandContext& context, std::string_view line, Instant now);
 
-// The commands with their explanations, one or two lines each, ended by a line end.
+// The commands with their summaries: two lines each, every line ended by a line end.
 [[nodiscard]] std::string commandHelp();
 
 } // namespace simulated

@@ -1,4 +1,4 @@
-# Writes a C++ source that holds the CSV tables as text: cmake -DOUTPUT=file -DFOLDER=Machines -P EmbedMachines.cmake
+# Writes a C++ source that contains the CSV tables as text: cmake -DOUTPUT=file -DFOLDER=Machines -P EmbedMachines.cmake
 file(GLOB tables "${FOLDER}/*.csv")
 list(SORT tables)
 set(literals "")
@@ -7,7 +7,7 @@ set(number 0)
 foreach(table IN LISTS tables)
     get_filename_component(name "${table}" NAME_WLE)
     file(READ "${table}" csv)
-    # A raw string, so that the table stands in the source as it stands in its file.
+    # A raw string literal, so that the table needs no escapes.
     string(APPEND literals "constexpr std::string_view table${number} = R\"csv(${csv})csv\";\n\n")
     string(APPEND entries "    EmbeddedTable{\"${name}\", table${number}},\n")
     math(EXPR number "${number} + 1")

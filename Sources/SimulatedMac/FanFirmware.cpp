@@ -16,7 +16,7 @@ bool isSet(const std::optional<double>& number) {
     return number && *number != 0;
 }
 
-// Keys can be defined with any bits: what is no number of turns must not get into the wheel's speed.
+// Commands can define keys with arbitrary bits; an infinity or a NaN must not reach the fan's speed.
 double finiteOr(const std::optional<double>& number, double otherwise) {
     return number && std::isfinite(*number) ? *number : otherwise;
 }
@@ -84,7 +84,7 @@ void FanFirmware::wrote(KeyStore& keys, FourCC code, double steadySeconds) {
     }
     if (!isSet(keys.number(unlockKey))) {
         forget(keys);
-    } else if (!unlockedSince_) { // writing 1 again does not start the waiting time anew
+    } else if (!unlockedSince_) { // writing 1 again does not restart the delay
         unlockedSince_ = steadySeconds;
     }
 }

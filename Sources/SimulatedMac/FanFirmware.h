@@ -1,12 +1,14 @@
-// What the SMC's firmware does about fans: which are manual, who may say so, and what it forgets.
+// The fan control of the SMC's firmware: which fans are manual, which writes may change that, and what is
+// lost in sleep.
 //
-// Three generations, told apart by the keys that a machine has:
+// There are three generations, which differ in the keys that a machine has:
 //   - "FS! ": a mask, bit i set = fan i is manual (Intel Macs until about 2017, and some after);
 //   - "F{i}Md" (or "F{i}md"): a mode per fan, 0 automatic, anything else manual;
 //   - mode keys behind the unlock flag "Ftst": a fan can be made manual only some time after 1 was written to
-//     the flag; clearing it makes every fan automatic. Handing a fan back (writing 0) is always allowed.
+//     the flag. Clearing the flag makes every fan automatic. Handing a fan back (writing 0) is always
+//     allowed.
 //
-// The waiting time of the unlock is real time, whatever the speed of the simulation: clients wait in real
+// The delay of the unlock is real time, whatever the speed of the simulation, because clients wait in real
 // time, too.
 
 #pragma once
@@ -23,12 +25,12 @@ namespace simulated {
 
 class FanFirmware {
 public:
-    static constexpr unsigned mostFans = 10; // keys have room for one digit
+    static constexpr unsigned mostFans = 10; // a key has room for one digit
     static constexpr double usualUnlockSeconds = 0.5;
 
     explicit FanFirmware(const KeyStore& keys);
 
-    // Looks again at which fan keys there are.
+    // Detects the fan keys again, after keys were defined.
     void learn(const KeyStore& keys);
 
     [[nodiscard]] unsigned count() const { return count_; }
@@ -37,23 +39,23 @@ public:
 
     [[nodiscard]] FanLimits limits(const KeyStore& keys, unsigned fan) const;
 
-    // True when somebody other than the firmware steers the fan.
+    // True when the fan follows its target key instead of the firmware's curve.
     [[nodiscard]] bool isManual(const KeyStore& keys, unsigned fan) const;
 
-    // Whether mode keys would accept a change to manual at this moment of the steady clock.
+    // Whether mode keys accept a change to manual at this moment of the steady clock.
     [[nodiscard]] bool isUnlocked(const KeyStore& keys, double steadySeconds) const;
 
     // The result of writing `bytes` to the key: success, or the refusal of a locked mode key.
     [[nodiscard]] std::uint8_t judgeWrite(const KeyStore& keys, FourCC code,
                                           std::span<const std::uint8_t> bytes, double steadySeconds) const;
 
-    // The consequences of a write that has just been stored.
+    // Applies the side effects of a write that has just been stored.
     void wrote(KeyStore& keys, FourCC code, double steadySeconds);
 
-    // Back to power-on: every fan automatic, the unlock gone. This is what waking from sleep does.
+    // Returns to the power-on state: every fan automatic, the unlock gone. Waking from sleep does this.
     void forget(KeyStore& keys);
 
-    // How long after the unlock mode keys become writable; absent = never.
+    // Sets the delay between the unlock and writable mode keys; absent = they never become writable.
     void setUnlockSeconds(std::optional<double> seconds) { unlockSeconds_ = seconds; }
 
 private:

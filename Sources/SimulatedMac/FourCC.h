@@ -21,15 +21,15 @@ consteval FourCC fourCC(const char (&text)[5]) {
     return code;
 }
 
-// The code that a person wrote: one to four printable characters, filled up with blanks on the right (so
-// that "FS!" names the key "FS! "), or "0x" and eight hexadecimal digits for a code that cannot be typed.
+// Parses a code that a person typed: one to four printable characters, padded with blanks on the right ("FS!"
+// names the key "FS! "), or "0x" and eight hexadecimal digits for a code that cannot be typed.
 [[nodiscard]] std::optional<FourCC> parseFourCC(std::string_view text);
 
-// The four characters; a byte that is not printable ASCII shows as "?".
+// The four characters; a byte that is not printable ASCII is shown as "?".
 [[nodiscard]] std::string fourCCText(FourCC code);
 
-// The code of key number `fan` with a two-letter suffix, for example fanKey(1, "Tg") for "F1Tg".
-// `fan` is 0 to 9: keys have four characters, so there is no tenth fan.
+// The key of fan number `fan` with a two-letter suffix, for example fanKey(1, "Tg") for "F1Tg". `fan` is 0 to
+// 9, because a key has room for one digit only.
 constexpr FourCC fanKey(unsigned fan, const char (&suffix)[3]) {
     return (FourCC{'F'} << 24) | ((FourCC{'0'} + fan) << 16) |
            (FourCC{static_cast<unsigned char>(suffix[0])} << 8) | static_cast<unsigned char>(suffix[1]);

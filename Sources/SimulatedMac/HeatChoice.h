@@ -1,4 +1,4 @@
-// Choosing a heat source in words, as the command line and the heat command do.
+// Parses the description of a heat source, as given on the command line and to the heat command.
 
 #pragma once
 
@@ -13,12 +13,13 @@
 
 namespace simulated {
 
-// "host", "LOAD%" (of the processor, what the machine needs at that load), "WATTS", "WATTS GRAPHICS-WATTS" or
-// "course FILE". Null when the words name no source or the file holds no course; `error` says why.
+// Accepts "host", "LOAD%" (the power that the machine needs at that processor load), "WATTS", "WATTS
+// GRAPHICS-WATTS" and "course FILE". Null when the words name no source or the file contains no course;
+// `error` says why.
 [[nodiscard]] std::unique_ptr<HeatSource> makeHeatSource(std::span<const std::string_view> words,
                                                          const Mac& mac, std::string& error);
 
-// The text of a file of at most 16 MiB; absent when it cannot be read or is larger.
+// The contents of a file of at most 16 MiB; absent when it is larger or cannot be read.
 [[nodiscard]] std::optional<std::string> readTextFile(const std::string& path);
 
 } // namespace simulated

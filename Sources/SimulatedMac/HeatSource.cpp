@@ -25,7 +25,7 @@ Heat ConstantHeat::heatAt(double /*simulatedSeconds*/, double /*steadySeconds*/)
 }
 
 Heat heatOfLoad(double load, const Heat& idle, const Heat& full) {
-    // The first busy core runs at its highest clock and costs more than its share: hence the bent curve.
+    // The first busy core runs at its highest clock and costs more than its share, so the curve is concave.
     const double share = std::pow(std::min(1.0, std::max(0.0, load)), 0.7);
     return {.processorWatts =
                 idle.processorWatts + std::max(0.0, full.processorWatts - idle.processorWatts) * share,

@@ -1,4 +1,4 @@
-// Where the heat comes from: how many watts processor and graphics ask for at a moment.
+// The heat sources: how many watts the processor and the graphics ask for at a given moment.
 
 #pragma once
 
@@ -21,15 +21,15 @@ public:
     HeatSource& operator=(HeatSource&&) = delete;
     virtual ~HeatSource() = default;
 
-    // The heat at this simulated time; `steadySeconds` is the real clock, for sources that follow the real
-    // world. Both never run backwards.
+    // The heat at this simulated time. `steadySeconds` is the real clock, for sources that follow the real
+    // world. Neither ever runs backwards.
     [[nodiscard]] virtual Heat heatAt(double simulatedSeconds, double steadySeconds) = 0;
 
-    // One word for the state line, for example "host".
+    // The source as one word for the state line, for example "host".
     [[nodiscard]] virtual std::string name() const = 0;
 };
 
-// Always the same.
+// A constant power.
 class ConstantHeat final : public HeatSource {
 public:
     explicit ConstantHeat(Heat heat) : heat_(heat) {}
@@ -42,7 +42,7 @@ private:
     Heat heat_;
 };
 
-// The processor load of the computer that the simulation runs on, from idle to full power.
+// Follows the processor load of the computer that runs the simulation, from idle to full power.
 class HostHeat final : public HeatSource {
 public:
     HostHeat(Heat idle, Heat full) : idle_(idle), full_(full) {}
@@ -68,11 +68,12 @@ struct CoursePoint {
     Heat heat;
 };
 
-// Reads a course: one point a line, "SECONDS WATTS [GRAPHICS-WATTS]", times rising from line to line; empty
-// lines and those that begin with "#" do not count. Empty when the text is no course; `error` says why.
+// Parses a course: one point per line, "SECONDS WATTS [GRAPHICS-WATTS]", with times that rise from line to
+// line. Empty lines and lines that begin with "#" are ignored. Returns no points when the text is not a
+// course; `error` says why.
 [[nodiscard]] std::vector<CoursePoint> parseCourse(std::string_view text, std::string& error);
 
-// A recorded course: straight lines between its points, from the moment it was chosen, over and over.
+// A recorded course: straight lines between its points, repeated from the moment when it was chosen.
 class CourseHeat final : public HeatSource {
 public:
     // `points` must not be empty.

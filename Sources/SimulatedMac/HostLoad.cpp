@@ -10,7 +10,8 @@
 namespace simulated {
 
 std::optional<ProcessorTicks> parseProcessorTicks(std::string_view text) {
-    // user nice system idle iowait irq softirq steal; what follows is already contained in user and nice.
+    // user nice system idle iowait irq softirq steal; the columns after these are already included in user
+    // and nice.
     constexpr std::size_t counters = 8;
     constexpr std::size_t idleColumn = 3;
     constexpr std::size_t waitColumn = 4;
@@ -34,7 +35,7 @@ std::optional<ProcessorTicks> parseProcessorTicks(std::string_view text) {
 }
 
 double busyShare(const ProcessorTicks& before, const ProcessorTicks& after) {
-    // Single counters may step back a little (the kernel says so of waiting time).
+    // A counter may step back a little; the kernel documents this for iowait.
     const double busy = after.busy > before.busy ? static_cast<double>(after.busy - before.busy) : 0;
     const double idle = after.idle > before.idle ? static_cast<double>(after.idle - before.idle) : 0;
     return busy + idle > 0 ? busy / (busy + idle) : 0;

@@ -35,7 +35,7 @@ std::string describe(const Key& key) {
     return text + (key.pinned ? " pinned" : "");
 }
 
-// The key that the first word names; null with `error` filled in when there is none.
+// The key that the first word names; null, with `error` set, when there is none.
 Key* namedKey(CommandContext& context, Words words, std::size_t count, std::string& error) {
     if (words.size() != count) {
         error = failed("wrong number of arguments; help shows them");
@@ -49,7 +49,7 @@ Key* namedKey(CommandContext& context, Words words, std::size_t count, std::stri
     return key;
 }
 
-// Does something to the named key, or to every key when the word is "all".
+// Applies a change to the named key, or to every key when the word is "all".
 CommandOutcome forKeyOrAll(CommandContext& context, Words words, const std::function<void(Key&)>& change) {
     if (words.size() == 1 && words[0] == "all") {
         for (std::size_t i = 0; i < context.mac.keys().count(); ++i) {

@@ -1,8 +1,8 @@
-// The keys that the simulated SMC holds: their values, and the faults that a command put on them.
+// The keys of the simulated SMC: their values, and the faults that commands have set on them.
 //
-// A key has the value that the firmware works with and, while it is pinned, another one that readers are
-// shown. Order and number of keys are the machine's; a key that was made to vanish keeps its place in the
-// enumeration, but every operation on it fails.
+// A key has the value that the firmware works with. While it is pinned it has a second one, which readers see
+// instead. The number and order of the keys are the machine's. A vanished key keeps its index, but every
+// operation on it fails.
 
 #pragma once
 
@@ -17,7 +17,7 @@
 
 namespace simulated {
 
-// How a write is turned down: by the kernel (a return code, no record) or by the SMC (a result).
+// How a write is refused: by the kernel (a return code, no record) or by the SMC (a result).
 struct WriteRefusal {
     std::uint32_t kernelReturn = 0;
     std::uint8_t result = 0;
@@ -25,8 +25,8 @@ struct WriteRefusal {
 
 struct Key {
     KeyRecord record;                  // `bytes` is the firmware's value, `readResult` the answer to a read
-    std::optional<ValueBytes> pinned;  // shown instead
-    std::optional<std::uint8_t> fault; // answered to reads instead of a value
+    std::optional<ValueBytes> pinned;  // what readers see instead
+    std::optional<std::uint8_t> fault; // the result of every read, instead of a value
     std::optional<WriteRefusal> refusal;
     bool vanished = false;
 
@@ -43,20 +43,20 @@ public:
 
     [[nodiscard]] const Key& at(std::size_t index) const { return keys_[index]; }
 
-    // The key of that name, vanished ones included; null when the machine has none.
+    // The key of that name, even if it has vanished; null when the machine has none.
     [[nodiscard]] Key* find(FourCC code);
     [[nodiscard]] const Key* find(FourCC code) const;
 
-    // Replaces the key of the same name, or adds it at the end; "#KEY" follows the number of keys.
+    // Replaces the key of the same name, or appends it; "#KEY" is updated to the number of keys.
     void define(const KeyRecord& record);
 
-    // The firmware's value as a number; absent for a missing key and for a type without numbers.
+    // The firmware's value as a number; absent for a missing key and for a non-numeric type.
     [[nodiscard]] std::optional<double> number(FourCC code) const;
 
-    // Sets the firmware's value. Without effect on a missing key and on a type without numbers.
+    // Sets the firmware's value. Has no effect on a missing key or a non-numeric type.
     void setNumber(FourCC code, double value);
 
-    // What is refused for keys without a refusal of their own.
+    // How writes are refused to keys without a refusal of their own.
     std::optional<WriteRefusal> refusalOfAll;
 
 private:

@@ -12,14 +12,14 @@ namespace {
 
 constexpr std::uint8_t badCommand = 0x82;
 
-// Requests that follow each other within this time see the same state: a poll of a hundred keys pays for one
-// step of the physics.
+// Requests within this time of each other see the same state: a poll of a hundred keys costs one step of the
+// physics.
 constexpr double refreshSeconds = 0.1;
 
-// After a longer pause everything has settled: earlier history no longer shows in any temperature.
+// After a longer pause everything has settled; what happened earlier no longer affects any temperature.
 constexpr double longestHistorySeconds = 1800;
 
-// Nobody's computer draws more than this multiple of its design power.
+// The limit of the simulated power, as a multiple of the design power. No computer draws more.
 constexpr double mostOverload = 3;
 
 std::span<const std::uint8_t> valueBytes(const SMCParam& record, std::uint32_t size) {
@@ -139,7 +139,7 @@ Reply Mac::write(const SMCParam& request, const Peer& peer, Instant now) {
                      .kernelReturn = reply.kernelReturn,
                      .result = reply.record.result};
     if (entry.granted()) {
-        catchUp(now); // what lies before the write belongs to the old settings
+        catchUp(now); // the time before the write still has the old settings
         const auto bytes = valueBytes(request, size);
         std::copy(bytes.begin(), bytes.end(), key->record.bytes.begin());
         fans_.wrote(keys_, request.key, now.steadySeconds);
@@ -169,7 +169,8 @@ void Mac::skip(double seconds, Instant now) {
 }
 
 void Mac::move(double seconds, double steadySeconds) {
-    // Heat changes with time: long stretches are taken in pieces that a course cannot outrun.
+    // Heat varies with time, so a long stretch is simulated in pieces short enough to follow a recorded
+    // course.
     constexpr double longestPieceSeconds = 1;
     readFanInputs();
     const MachinePowers& powers = model_.powers;

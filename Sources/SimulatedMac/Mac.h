@@ -1,8 +1,8 @@
 // A whole simulated Mac: the SMC that answers records, the firmware behind it and the machine around it.
 //
-// Nothing runs by itself. Whoever asks brings the time along, and the machine catches up with it first: an
-// idle simulation costs nothing. Simulated time is `speed` times real time, except where a comment says real.
-// One thread; the object owns everything but the clock.
+// The simulation has no timer. Every caller passes the present time, and the machine catches up with it
+// first, so an idle simulation costs nothing. Simulated time is `speed` times real time; a comment says so
+// where real time is meant. Single-threaded; the object owns everything but the clock.
 
 #pragma once
 
@@ -21,7 +21,7 @@
 
 namespace simulated {
 
-// A reply as it goes over the socket: the kernel's return code, then the output record.
+// A reply as it is sent over the socket: the kernel's return code, then the output record.
 struct Reply {
     std::uint32_t kernelReturn = 0;
     SMCParam record{};
@@ -31,29 +31,29 @@ static_assert(sizeof(Reply) == 84);
 
 class Mac {
 public:
-    // `start` is the present moment; the machine begins in the state of its recording, with constant heat
+    // `start` is the present moment. The machine begins in the state of its recording, with the constant heat
     // that keeps it there until another source is set.
     Mac(const MachineTable& table, Instant start);
 
-    // One request. `peer` decides whether a write is let through: only effective user id 0 may.
+    // Answers one request. `peer` decides whether a write is allowed: only effective user id 0 may write.
     [[nodiscard]] Reply handle(const SMCParam& request, const Peer& peer, Instant now);
 
-    // Lets the machine catch up with `now` and its keys show it. Cheap when hardly any time has passed.
+    // Advances the machine to `now` and updates its keys. Cheap when hardly any time has passed.
     void catchUp(Instant now);
 
-    // Moves simulated time on by `seconds` at once.
+    // Advances simulated time by `seconds` at once.
     void skip(double seconds, Instant now);
 
-    // Sleep stops heat and fans; waking makes the firmware forget every manual mode, the mask and the unlock.
-    // Waking an awake machine is the same as a very short sleep.
+    // Sleep stops heat and fans. Waking resets the firmware: it loses every manual mode, the mask and the
+    // unlock. Waking an awake machine has the same effect as a very short sleep.
     void fallAsleep(Instant now);
     void wakeUp(Instant now);
 
-    // Adds a key or replaces one; fans that appear or vanish with it are noticed.
+    // Adds or replaces a key, and updates the number of fans.
     void defineKey(const KeyRecord& record);
 
     void setHeatSource(std::unique_ptr<HeatSource> source, Instant now);
-    // 0 makes simulated time stand still; negative values count as 0.
+    // 0 stops simulated time; negative values are treated as 0.
     void setSpeed(double speed, Instant now);
 
     [[nodiscard]] const std::string& machineName() const { return name_; }
@@ -80,7 +80,7 @@ public:
 
     [[nodiscard]] const WriteLog& writes() const { return writes_; }
 
-    // Told of every write after it is in the log; may be empty.
+    // Called after every write has been logged; may be empty.
     std::function<void(const WriteEntry&)> onWrite;
 
 private:

@@ -8,13 +8,13 @@ namespace simulated {
 
 namespace {
 
-// Fans and network act on each other; within this time each may take the other as constant.
+// Fans and network affect each other; within this time each may treat the other as constant.
 constexpr double longestSliceSeconds = 0.1;
 
-// The automatic curve looks at the temperature of the last ten seconds, so that fans do not chase peaks.
+// Time constant that smooths the temperature for the automatic curve, so that fans do not chase peaks.
 constexpr double controlSmoothingSeconds = 8;
 
-// A machine that was busy when it was recorded is taken to be as warm as this when it does nothing.
+// The idle temperature assumed for a machine that was busy, and therefore warmer, when it was recorded.
 constexpr double warmestIdleCelsius = 54;
 
 // Graphics draw a little power even when nothing moves on the screen.

@@ -1,8 +1,8 @@
-// The physical Mac: its thermal network, its fans and its sensors moved together.
+// The physical Mac: its thermal network, its fans and its sensors, simulated together.
 //
-// `MacModel` is what never changes, `MacState` all that does, `MacInputs` what acts from outside; `advance`
-// is the only thing that happens. All are plain values without clock, files or randomness, so that a course
-// can be repeated exactly.
+// `MacModel` contains what never changes, `MacState` what does, and `MacInputs` what acts from outside;
+// `advance` is the only operation that changes the state. All are plain values that use no clock, files or
+// randomness, so that a run can be repeated exactly.
 
 #pragma once
 
@@ -36,13 +36,13 @@ struct MacModel {
 
 struct FanState {
     double rpm = 0;
-    double targetRPM = 0; // what the wheel is steered to
+    double targetRPM = 0; // the speed that the fan is approaching
 };
 
 struct MacState {
     double seconds = 0; // simulated time
     ThermalState thermal;
-    double controlCelsius = 0; // the smoothed die temperature that the automatic curve follows
+    double controlCelsius = 0; // the hotter die's temperature, smoothed: what the automatic curve follows
     unsigned fanCount = 0;
     std::array<FanState, FanFirmware::mostFans> fans{};
 };
@@ -58,16 +58,16 @@ struct MacInputs {
     std::array<FanInput, FanFirmware::mostFans> fans{};
 };
 
-// The model of a machine, fitted so that it stands at its recorded values.
+// The model of a machine, fitted so that its steady state matches its recorded values.
 [[nodiscard]] MacModel makeModel(const MachineTable& table);
 
-// The state at the recording.
+// The state at the moment of the recording.
 [[nodiscard]] MacState recordedState(const MacModel& model, const MachineTable& table);
 
-// Moves the state on by `seconds`.
+// Advances the state by `seconds`.
 void advance(MacState& state, const MacModel& model, const MacInputs& inputs, double seconds);
 
-// The share of its maximum at which the fans turn, averaged over them; 0 without fans.
+// The fans' speed as a share of their maximum, averaged over all fans; 0 without fans.
 [[nodiscard]] double airflow(const MacState& state, const MacInputs& inputs);
 
 } // namespace simulated

@@ -12,7 +12,7 @@ struct NamedPowers {
     MachinePowers powers;
 };
 
-// A machine without a row has the powers of MachinePowers.
+// A machine without a row gets the defaults of MachinePowers.
 constexpr auto knownPowers = std::to_array<NamedPowers>({
     {"AppleSilicon", {.processorWatts = 38, .graphicsWatts = 22}},
     {"MacBook10,1", {.processorWatts = 7, .graphicsWatts = 0}},
@@ -29,12 +29,13 @@ constexpr auto knownPowers = std::to_array<NamedPowers>({
     {"iMac19,1", {.processorWatts = 95, .graphicsWatts = 100}},
 });
 
-// Temperature differences at full power, in kelvin, that size the conductances.
+// The temperature differences at full power, in kelvin, that determine the conductances.
 constexpr double dieAboveSink = 28;
 constexpr double sinkAboveRoomFullFlow = 44;
 constexpr double fanlessSinkAboveRoom = 42;
 
-// Half a minute for the heat sink, a minute and a half for the board, four minutes for the enclosure.
+// Time constants: half a minute for the heat sink, a minute and a half for the board, four minutes for the
+// enclosure.
 constexpr double dieSeconds = 1.2;
 constexpr double sinkSeconds = 30;
 constexpr double boardSeconds = 90;
@@ -49,7 +50,7 @@ MachinePowers machinePowers(std::string_view machineName) {
 }
 
 ThermalParameters thermalParameters(const MachinePowers& powers, double roomCelsius, bool hasFans) {
-    // Both dies are hardly ever at full power together, so the shared heat sink is sized for less than the
+    // The two dies are hardly ever at full power together, so the shared heat sink is sized for less than the
     // sum.
     const double shared = powers.processorWatts + 0.6 * powers.graphicsWatts;
     const double graphics = std::max(powers.graphicsWatts, powers.processorWatts / 4);
@@ -78,7 +79,7 @@ ThermalParameters thermalParameters(const MachinePowers& powers, double roomCels
 
 double processorWattsFor(const ThermalParameters& parameters, double dieCelsius, double graphicsWatts,
                          double airflow) {
-    // The network is linear: two points give the line.
+    // The network is linear, so two points determine the line.
     const auto dieAt = [&](double watts) {
         const ThermalState state = balance(
             parameters, {.processorWatts = watts, .graphicsWatts = graphicsWatts, .airflow = airflow});
@@ -93,7 +94,7 @@ AutomaticCurve automaticCurveThrough(double recordedCelsius, double recordedShar
     constexpr double noticeable = 0.02;
     AutomaticCurve curve;
     if (recordedShare < noticeable) {
-        // The fans were at their minimum: the curve starts above what was seen.
+        // The fans were at their minimum, so the curve starts above the recorded temperature.
         curve.startCelsius = std::max(65.0, std::min(90.0, recordedCelsius + 4));
     } else {
         const double start =

@@ -16,7 +16,7 @@ constexpr std::string_view unreadable = "unreadable:";
 
 std::optional<KeyRecord> parseLine(std::string_view line, std::size_t index) {
     const auto fields = splitFields(line, ',');
-    // A key may itself hold the separator; the columns after it are counted from the end.
+    // The key column may itself contain the separator, so the columns after it are counted from the end.
     if (fields.size() < 7) {
         return std::nullopt;
     }

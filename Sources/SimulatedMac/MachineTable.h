@@ -1,8 +1,8 @@
-// The key table of one Mac: which keys its SMC has, in which order, with what types, sizes, attributes and
+// The key table of one Mac: which keys its SMC has, in which order, and their types, sizes, attributes and
 // recorded values.
 //
-// Tables are CSV files in Machines/ (Machines/README.md explains the columns and where they come from); they
-// are embedded into the program when it is built, so that it needs no file at run time.
+// The tables are the CSV files in Machines/; Machines/README.md explains their columns and origin. The build
+// embeds them into the program, so that it needs no file at run time.
 
 #pragma once
 
@@ -19,7 +19,7 @@
 
 namespace simulated {
 
-// A value as a record can carry it; keys longer than 32 bytes show only their first 32.
+// The bytes of a value that fit into a record; longer values show only their first 32 bytes.
 using ValueBytes = std::array<std::uint8_t, 32>;
 
 // Bits of a key's attribute byte.
@@ -31,7 +31,7 @@ struct KeyRecord {
     FourCC type = 0;
     std::uint32_t size = 0; // in bytes; may exceed 32
     std::uint8_t attributes = 0;
-    std::uint8_t readResult = 0; // what the machine answered to a read: an SMCResult
+    std::uint8_t readResult = 0; // the machine's answer to a read: an SMCResult
     ValueBytes bytes{};          // the recorded value; zeros where none was kept
 };
 
@@ -49,14 +49,14 @@ struct EmbeddedTable {
 // All embedded tables, sorted by name.
 [[nodiscard]] std::span<const EmbeddedTable> embeddedTables();
 
-// Reads a table. Absent when a line is malformed; `error` then says which and why.
+// Parses a table. Absent when a line is malformed; `error` then says which line and why.
 [[nodiscard]] std::optional<MachineTable> parseMachineTable(std::string_view name, std::string_view csv,
                                                             std::string& error);
 
-// The embedded table of that name (upper and lower case do not matter); absent when there is none.
+// The embedded table of that name, ignoring case; absent when there is none.
 [[nodiscard]] std::optional<MachineTable> findMachine(std::string_view name);
 
-// One line for `--list`: what is characteristic of the machine, counted from its table.
+// One line for `--list`: the characteristics of the machine, derived from its table.
 [[nodiscard]] std::string describeMachine(const MachineTable& table);
 
 } // namespace simulated

@@ -37,7 +37,7 @@ that "FS!" will do. Commands:
 
 )";
 
-// Moves the words of an option's value, for options whose value may hold several.
+// Splits the value of an option that may contain several words into strings of their own.
 std::vector<std::string> ownedWords(std::string_view text) {
     std::vector<std::string> owned;
     for (const std::string_view word : splitWords(text)) {

@@ -17,13 +17,13 @@ struct Options {
     std::vector<std::string> heat{"host"}; // the words of a heat command
     double speed = 1;
     std::optional<std::string> script;   // a file of commands
-    std::optional<std::string> writeLog; // a file that gets a line for every write
+    std::optional<std::string> writeLog; // a file that receives a line for every write
     bool quitAtEndOfInput = false;
     bool list = false;
     bool help = false;
 };
 
-// Reads the arguments after the program's name; absent when they are wrong, `error` then says how.
+// Parses the arguments after the program's name. Absent when they are wrong; `error` then says why.
 [[nodiscard]] std::optional<Options> parseOptions(std::span<const std::string_view> arguments,
                                                   std::string& error);
 

@@ -73,7 +73,7 @@ void SMCServer::acceptClients() {
     for (;;) {
         const int socket = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
         if (socket < 0) {
-            // Out of descriptors: further clients wait in the queue until one leaves.
+            // Out of descriptors: further clients wait in the queue until one disconnects.
             if (errno == EMFILE || errno == ENFILE || errno == ENOMEM || errno == ENOBUFS) {
                 watchListener(false);
             }
@@ -119,7 +119,7 @@ bool SMCServer::adopt(int socket) {
 void SMCServer::answerNext(std::size_t slot, Instant now) {
     Client& client = clients_[slot];
     SMCParam request{};
-    // MSG_TRUNC: the packet's own length, however little of it fits.
+    // MSG_TRUNC returns the packet's real length, even if only part of it fits.
     const ssize_t length = ::recv(client.socket, &request, sizeof(request), MSG_DONTWAIT | MSG_TRUNC);
     if (length <= 0) {
         if (length == 0 || (errno != EAGAIN && errno != EINTR)) {
@@ -186,7 +186,7 @@ void SMCServer::hold(std::size_t slot, const Held& held) {
     client.holds = true;
     client.held = held;
     late_ += held.dueSeconds ? 1U : 0U;
-    // Its next request stays in the queue meanwhile: the SMC does one thing at a time for each caller.
+    // Do not read the client's next request meanwhile: the SMC serves one request of a caller at a time.
     watch(slot, held.dueSeconds ? 0U : static_cast<std::uint32_t>(EPOLLOUT));
 }
 

@@ -1,11 +1,12 @@
-// The server behind the socket: takes requests of any number of clients and answers them one by one.
+// The server behind the socket. It accepts any number of clients and answers their requests one at a time.
 //
-// One request is one packet of 80 bytes, one reply one packet of 84. A packet of another length is answered
-// as the kernel answers a call with a wrong structure size: return code 0xE00002C2 and an empty record; the
-// connection lives on. A client that does not fetch its replies is not read from until it does.
+// A request is one packet of 80 bytes, a reply one packet of 84. A packet of another length is answered as
+// the kernel answers a call with a wrong structure size: with return code 0xE00002C2 and an empty record. The
+// connection stays open. The server does not read further requests from a client until that client has
+// fetched its replies.
 //
-// Driven by one epoll instance that its owner waits on; nothing here blocks, and answering a request
-// allocates nothing. One thread.
+// The owner waits on the epoll instance and passes events in. Nothing here blocks, and answering a request
+// allocates nothing. Single-threaded.
 
 #pragma once
 
@@ -29,10 +30,10 @@ struct ServerCounters {
 
 class SMCServer {
 public:
-    // Tags of its own epoll events have this bit set; the owner's events must not.
+    // This bit is set in the tags of the server's own epoll events. The owner's tags must leave it clear.
     static constexpr std::uint64_t tagBit = std::uint64_t{1} << 63;
 
-    // `listener` and `epoll` stay the owner's and must outlive the server, as must `mac` and `faults`.
+    // `listener` and `epoll` remain the owner's. They, `mac` and `faults` must outlive the server.
     SMCServer(int listener, int epoll, Mac& mac, AnswerFaults& faults);
     SMCServer(const SMCServer&) = delete;
     SMCServer& operator=(const SMCServer&) = delete;
@@ -40,25 +41,26 @@ public:
     SMCServer& operator=(SMCServer&&) = delete;
     ~SMCServer();
 
-    // False when the listener could not be watched.
+    // False when the listener cannot be added to the epoll instance.
     [[nodiscard]] bool start();
 
-    // Deals with one epoll event that carries a tag of this server.
+    // Handles one epoll event that carries a tag of this server.
     void handleEvent(std::uint64_t tag, std::uint32_t events, Instant now);
 
-    // Takes over a connected SOCK_SEQPACKET socket as if it had been accepted. False when it cannot.
+    // Takes ownership of a connected SOCK_SEQPACKET socket, as if it had been accepted. False on failure; the
+    // socket then remains the caller's.
     bool adopt(int socket);
 
-    // The steady time at which the next late reply is due; absent when none is.
+    // The steady time at which the next delayed reply is due; absent when there is none.
     [[nodiscard]] std::optional<double> nextDueSeconds() const;
 
-    // Sends the late replies that are due.
+    // Sends the delayed replies that are due.
     void sendDue(Instant now);
 
     [[nodiscard]] const ServerCounters& counters() const { return counters_; }
 
 private:
-    // A reply that waits: for its time, or for room in the client's queue.
+    // A reply that waits for its due time, or for room in the client's queue.
     struct Held {
         Reply reply;
         std::size_t length = sizeof(Reply);
@@ -67,7 +69,7 @@ private:
 
     struct Client {
         int socket = -1;
-        std::uint32_t generation = 0; // tells an old event of this slot from one of its present client
+        std::uint32_t generation = 0; // distinguishes events of a former client of this slot
         Peer peer;
         bool holds = false;
         Held held;
@@ -88,7 +90,7 @@ private:
     ServerCounters counters_;
     std::vector<Client> clients_;
     std::vector<std::size_t> freeSlots_;
-    std::size_t late_ = 0; // clients whose held reply waits for its time
+    std::size_t late_ = 0; // clients whose reply waits for its due time
     bool listenerWatched_ = false;
 };
 

@@ -16,7 +16,7 @@ struct NodeOfPrefix {
     ThermalNode node;
 };
 
-// By the second letter of a temperature key, on Macs with Intel processors.
+// The node of a sensor, by the second letter of its key, on Macs with Intel processors.
 constexpr std::array<NodeOfPrefix, 13> intelNodes{{
     {'C', ThermalNode::die},       // processor
     {'G', ThermalNode::graphics},  // graphics
@@ -33,7 +33,7 @@ constexpr std::array<NodeOfPrefix, 13> intelNodes{{
     {'P', ThermalNode::board},
 }};
 
-// Apple's own processors: cores and graphics sit on one die.
+// The same on Macs with Apple's own processors, where cores and graphics share one die.
 constexpr std::array<NodeOfPrefix, 7> appleSiliconNodes{{
     {'p', ThermalNode::die}, // performance cores
     {'e', ThermalNode::die}, // efficiency cores
@@ -52,7 +52,7 @@ bool isAppleSilicon(const MachineTable& table) {
 ThermalNode nodeOf(FourCC code, bool appleSilicon) {
     const auto second = static_cast<char>(code >> 16);
     const auto fourth = static_cast<char>(code);
-    // "Proximity" and heat-sink sensors sit beside the die they are named after.
+    // "Proximity" and heat-sink sensors sit beside the die that they are named after.
     if ((second == 'C' || second == 'G') && (fourth == 'P' || fourth == 'p' || fourth == 'H')) {
         return ThermalNode::sink;
     }
@@ -64,7 +64,7 @@ ThermalNode nodeOf(FourCC code, bool appleSilicon) {
     return appleSilicon ? search(appleSiliconNodes) : search(intelNodes);
 }
 
-// The recorded temperature of a key; absent for other keys and for what cannot be one inside a computer.
+// The recorded temperature of a key; absent for other keys and for values that no part inside a computer has.
 std::optional<double> recordedTemperature(const KeyRecord& key) {
     constexpr double lowest = 12;
     constexpr double highest = 110;
@@ -76,7 +76,7 @@ std::optional<double> recordedTemperature(const KeyRecord& key) {
     return celsius && *celsius > lowest && *celsius < highest ? celsius : std::nullopt;
 }
 
-// A number in -1…1 that depends on its arguments alone.
+// A pseudorandom number in -1…1 that depends on its arguments alone.
 double noise(std::uint32_t code, std::uint32_t step) {
     std::uint32_t hash = code * 0x9E3779B1U ^ step * 0x85EBCA77U;
     hash ^= hash >> 15;
@@ -98,7 +98,7 @@ double wander(FourCC code, double seconds) {
 double recordedRoomCelsius(const MachineTable& table) {
     constexpr double usual = 24;
     for (const KeyRecord& key : table.keys) {
-        if (key.code == fourCC("TA0V")) { // the machine's own estimate of the air around it
+        if (key.code == fourCC("TA0V")) { // the machine's own estimate of the ambient air
             const double celsius = recordedTemperature(key).value_or(usual);
             return celsius > 15 && celsius < 30 ? celsius : usual;
         }

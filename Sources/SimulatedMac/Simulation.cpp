@@ -28,7 +28,7 @@ namespace {
 constexpr std::uint64_t inputTag = 1;
 constexpr std::uint64_t signalTag = 2;
 
-constexpr double waitingStepSeconds = 0.02; // how often a waiting command looks again
+constexpr double waitingStepSeconds = 0.02; // how often a waiting command is checked
 constexpr double paintSeconds = 1;
 
 double clockSeconds(clockid_t clock) {
@@ -41,15 +41,15 @@ Instant present() {
     return {.steadySeconds = clockSeconds(CLOCK_MONOTONIC), .wallSeconds = clockSeconds(CLOCK_REALTIME)};
 }
 
-// Whoever starts this program with a signal ignored means it, for example because Ctrl-C is not for this one
-// of several programs in a terminal.
+// A signal that was ignored when this program started stays ignored. Its parent did that on purpose, for
+// example because Ctrl-C is meant for another program in the same terminal.
 bool isIgnored(int signal) {
     struct sigaction action {};
 
     return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
-// Every client is a descriptor; the usual limit of 1024 is for programs that use select.
+// Every client takes a descriptor. The usual soft limit of 1024 exists only for programs that use select.
 void raiseDescriptorLimit() {
     rlimit limit{};
     if (::getrlimit(RLIMIT_NOFILE, &limit) == 0) {
@@ -115,6 +115,8 @@ bool Simulation::prepare(std::string& error) {
         }
     }
     ::sigprocmask(SIG_BLOCK, &ending, nullptr);
+    // | Writing to a pipe without a reader must fail instead of ending the program, and reading from or
+    // writing to the terminal as a background job must fail instead of stopping it.
     for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU}) {
         (void)std::signal(signal, SIG_IGN); // NOLINT(cert-err33-c): cannot fail for these
     }
@@ -157,7 +159,7 @@ void Simulation::watchInput(bool watched) {
     }
     inputWatched_ = watch(STDIN_FILENO, inputTag);
     if (!inputWatched_) {
-        // A file or /dev/null cannot be waited for, but need not be: it is readable at once to its end.
+        // epoll does not accept a regular file or /dev/null, and need not: it can be read to its end at once.
         while (inputOpen_) {
             readInput();
         }
@@ -165,7 +167,7 @@ void Simulation::watchInput(bool watched) {
 }
 
 int Simulation::run() {
-    // Settings of a script are in force before the first client can come.
+    // A script's settings are in force before the first client is served.
     runCommands(present());
     terminal_.print("ready " + mac_.machineName() + " at " + SocketPlace::socketPath);
     if (terminal_.isLive()) {
@@ -210,7 +212,7 @@ int Simulation::timeoutMilliseconds(Instant now) const {
     if (!next) {
         return -1;
     }
-    // Rounded up, so that waking never comes too early and runs in circles.
+    // Rounded up, because a timeout that ends too early would make the loop spin.
     return static_cast<int>(
         std::max(0.0, std::min(3'600'000.0, std::ceil((*next - now.steadySeconds) * 1000))));
 }
@@ -237,7 +239,7 @@ void Simulation::readInput() {
         return;
     }
     if (length < 0 && errno == EIO && ::isatty(STDIN_FILENO) == 1) {
-        watchInput(false); // in the background; looked at again with the next painting
+        watchInput(false); // in the background; tried again in the next round of the loop
         return;
     }
     if (auto rest = lines_.finish(); rest && !rest->empty()) {
@@ -255,13 +257,14 @@ void Simulation::runCommands(Instant now) {
     });
     input_.run(*context_, now, [this](const std::string& /*line*/, const std::string& answer) {
         terminal_.print(answer);
-        paintedSeconds_ = 0; // the live line follows at once
+        paintedSeconds_ = 0; // repaints the live line at once
     });
 }
 
 void Simulation::logWrite(const WriteEntry& entry) const {
     const std::string line = writeEntryText(entry) + "\n";
-    // One call per line, so that lines of several programs do not mix; a full disk must not stop the SMC.
+    // One call per line, so that lines of several programs do not mix. Errors are ignored: a full disk must
+    // not stop the SMC.
     [[maybe_unused]] const ssize_t written = ::write(writeLog_, line.data(), line.size());
 }
 

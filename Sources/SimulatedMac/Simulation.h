@@ -1,7 +1,7 @@
-// The running program: one simulated Mac, its socket, its commands, and the loop that waits for all of them.
+// The running program: one simulated Mac, its socket, its commands, and the event loop that serves them.
 //
-// The loop sleeps until a client asks, a command comes, a late reply is due, a command waits for something,
-// or a terminal wants its line renewed; with nothing of that it never wakes.
+// The loop wakes when a client sends a request, a command arrives, a delayed reply is due, a waiting command
+// is to be checked, or a terminal's live line is to be updated. Otherwise it sleeps without a timeout.
 
 #pragma once
 
@@ -21,7 +21,7 @@ namespace simulated {
 
 class Simulation {
 public:
-    // Sets everything up. Null when something is missing; `error` says what.
+    // Sets everything up. Null on failure; `error` says what is missing.
     [[nodiscard]] static std::unique_ptr<Simulation> make(const Options& options, std::string& error);
 
     Simulation(const Simulation&) = delete;
@@ -30,7 +30,8 @@ public:
     Simulation& operator=(Simulation&&) = delete;
     ~Simulation();
 
-    // Announces that clients are welcome and serves them until a signal or a command ends it. Exit status.
+    // Prints the ready line and serves clients until a signal or a command ends the program. Returns the exit
+    // status.
     [[nodiscard]] int run();
 
 private:

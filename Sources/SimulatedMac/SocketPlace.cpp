@@ -71,7 +71,8 @@ std::string lockHolder(int lock) {
     return holder;
 }
 
-// Removes the socket of a simulation that did not end properly. False when something else is in the way.
+// Removes the socket of a simulation that did not shut down properly. False when something else occupies the
+// path.
 bool clearLeftover(std::string& error) {
     struct stat status {};
 
@@ -126,8 +127,8 @@ bool SocketPlace::takeLock(std::string& error) {
             return false;
         }
 
-        // Whoever held the lock may have removed the file between the two calls above; then this lock is on a
-        // file that nobody else will ever open.
+        // The previous holder may have removed the file between the two calls above. The lock is then on a
+        // file that nobody else will ever open, so try again.
         struct stat opened {};
 
         struct stat present {};
@@ -154,7 +155,7 @@ bool SocketPlace::listen(std::string& error) {
 
     struct stat status {};
 
-    // Nobody can connect before listen(), so nobody meets the socket with its first, narrower mode.
+    // Nobody can connect before listen(), so no client ever sees the socket with its initial, narrower mode.
     if (listener_ < 0 || ::bind(listener_, generic(address), sizeof(address)) != 0 ||
         ::lstat(socketPath, &status) != 0) {
         error = failure(std::string("cannot make ") + socketPath);

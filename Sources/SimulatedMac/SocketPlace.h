@@ -1,9 +1,9 @@
-// The place in the file system where the simulated SMC is found: /run/fenwhirl/AppleSMC.
+// The socket at which clients find the simulated SMC: /run/fenwhirl/AppleSMC.
 //
-// Clients look nowhere else, so neither does this program. Claiming the place makes the folder (root's, 0755)
-// when it is missing, takes a lock that keeps a second simulation away, clears away the socket of one that
-// died, and listens (0666: whoever may connect, a write asks for root). A simulation of one's own, beside a
-// running one or without being root, lives in a mount namespace of its own.
+// Clients look nowhere else, so the path is fixed. Claiming it creates the folder (owned by root, 0755) when
+// it is missing, takes a lock that prevents a second simulation, removes the socket of one that has died, and
+// listens (0666: everybody may connect, but a write requires root). To run another simulation beside this
+// one, or to run one without root rights, give it a mount namespace of its own.
 
 #pragma once
 
@@ -18,14 +18,14 @@ public:
     static constexpr const char* socketPath = "/run/fenwhirl/AppleSMC";
     static constexpr const char* lockPath = "/run/fenwhirl/simulated-mac.lock";
 
-    // Takes the place. Null when that is impossible; `error` then tells a person why and what helps.
+    // Claims the path. Null on failure; `error` then explains the reason and what to do about it.
     [[nodiscard]] static std::unique_ptr<SocketPlace> claim(std::string& error);
 
     SocketPlace(const SocketPlace&) = delete;
     SocketPlace& operator=(const SocketPlace&) = delete;
     SocketPlace(SocketPlace&&) = delete;
     SocketPlace& operator=(SocketPlace&&) = delete;
-    // Removes the socket, if it is still this one, and gives the lock back.
+    // Removes the socket, unless another one has replaced it, and releases the lock.
     ~SocketPlace();
 
     // The listening socket: SOCK_SEQPACKET, non-blocking, owned by this object.

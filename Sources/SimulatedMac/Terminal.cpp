@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::string_view prompt = "> ";
 
-// A job in the background that ignores SIGTTIN is refused reading, even of nothing. Asked without waiting,
-// because whoever else reads from the terminal would be waited for.
+// Reading from the terminal fails with EIO in a background job that ignores SIGTTIN, even for zero bytes. The
+// terminal is opened with O_NONBLOCK, because another process that is reading from it would block this one.
 bool isRefusedReading() {
     const int terminal = ::open("/dev/tty", O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     char nothing = 0;
@@ -24,8 +24,8 @@ bool isRefusedReading() {
     return refused;
 }
 
-// Whether this process belongs to the terminal's foreground job. In a namespace of process numbers every
-// group from outside has the number 0, so that equal numbers prove nothing.
+// Whether this process belongs to the terminal's foreground job. Comparing process groups is not enough: in a
+// PID namespace every group from outside has the number 0, so equal numbers prove nothing.
 bool inForeground(int terminal) {
     return ::tcgetpgrp(terminal) == ::getpgrp() && !isRefusedReading();
 }
@@ -35,8 +35,7 @@ std::size_t columns() {
     return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
 }
 
-// At most `width` characters of UTF-8 text: as many of its parts, which have wide gaps between them, as fit
-// whole.
+// At most `width` characters of UTF-8 text, cut at the last gap between parts that fits.
 std::string_view cut(std::string_view text, std::size_t width) {
     std::size_t characters = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -66,8 +65,8 @@ bool Terminal::mayRead() {
 void Terminal::print(std::string_view text) {
     std::string whole;
     if (painted_) {
-        // The live line is painted anew below the answer. A command that was typed has moved the cursor past
-        // the prompt already; clearing the present line suits both cases.
+        // The live line is painted again below the answer. Typing a command has already moved the cursor past
+        // the prompt; clearing the present line is right whether or not one was typed.
         whole = "\r\x1b[K";
         painted_ = false;
     }
@@ -85,7 +84,7 @@ void Terminal::paint(std::string_view line) {
     const std::string_view shown = cut(line, columns() - 1);
     std::string text;
     if (painted_) {
-        // Up to the live line and back, so that half-typed commands stay as they are.
+        // Goes up to the live line and back, so that a half-typed command stays as it is.
         text = "\x1b"
                "7\x1b[A\r" +
                std::string(shown) +
@@ -105,7 +104,7 @@ void Terminal::write(std::string_view text) {
             if (errno == EINTR) {
                 continue;
             }
-            return; // nobody listens any more; the simulation goes on for its clients
+            return; // the reader is gone; the simulation goes on for its clients
         }
         text.remove_prefix(static_cast<std::size_t>(written));
     }

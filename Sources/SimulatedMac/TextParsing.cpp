@@ -13,7 +13,7 @@ namespace simulated {
 
 namespace {
 
-// The program never calls setlocale, so this only guards against a library that does.
+// The program never calls setlocale; this guards against a library that does.
 locale_t plainLocale() {
     static const locale_t locale = ::newlocale(LC_ALL_MASK, "C", nullptr);
     return locale;
@@ -116,7 +116,7 @@ std::vector<std::string_view> splitFields(std::string_view text, char separator)
 }
 
 std::string fixedText(double value, int decimals) {
-    std::array<char, 400> buffer{}; // the longest finite double has 309 digits before the point
+    std::array<char, 400> buffer{}; // the longest finite double has 309 digits before the decimal point
     const locale_t before = ::uselocale(plainLocale());
     const int length = std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals, value);
     ::uselocale(before);

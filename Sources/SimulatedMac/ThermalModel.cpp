@@ -13,7 +13,8 @@ constexpr double throttleStartCelsius = 97;
 constexpr double throttleBandKelvin = 5;
 constexpr double leastGrant = 0.1;
 
-// Well below the shortest time constant (a die's, over a second), also when throttling stiffens it.
+// Well below the shortest time constant (a die's, over a second), even when throttling makes the system
+// stiffer.
 constexpr double longestStepSeconds = 0.02;
 
 using Matrix = std::array<PerNode, thermalNodeCount>;
@@ -32,7 +33,7 @@ void connectToRoom(Matrix& matrix, ThermalNode node, double conductance) {
     matrix[i][i] += conductance;
 }
 
-// The heat that leaves each node is this matrix times the temperatures above the room's.
+// This matrix times the temperatures above the room's gives the heat that leaves each node.
 Matrix conductanceMatrix(const ThermalParameters& parameters, double airflow) {
     Matrix matrix{};
     connect(matrix, ThermalNode::die, ThermalNode::sink, parameters.dieToSink);
@@ -54,7 +55,7 @@ double grantedPower(double dieCelsius) {
 }
 
 double sinkConductance(const ThermalParameters& parameters, double airflow) {
-    // Forced convection grows a little more slowly than the flow; 0.8 is the usual exponent for turbulent
+    // Forced convection grows somewhat more slowly than the flow; 0.8 is the usual exponent for turbulent
     // air.
     const double flow = std::min(1.0, std::max(0.0, airflow));
     return parameters.sinkToRoomStill +
@@ -92,7 +93,8 @@ ThermalState balance(const ThermalParameters& parameters, const ThermalInputs& i
     PerNode heat{};
     at(heat, ThermalNode::die) = inputs.processorWatts;
     at(heat, ThermalNode::graphics) = inputs.graphicsWatts;
-    // Elimination without pivoting: each row's diagonal is at least the sum of its other entries.
+    // Elimination without pivoting is stable here: each row's diagonal is at least the sum of its other
+    // entries.
     for (std::size_t pivot = 0; pivot < thermalNodeCount; ++pivot) {
         for (std::size_t row = pivot + 1; row < thermalNodeCount; ++row) {
             const double factor = matrix[row][pivot] / matrix[pivot][pivot];

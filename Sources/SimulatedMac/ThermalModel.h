@@ -1,4 +1,4 @@
-// How a Mac warms up and cools down: a network of five lumps of matter, each with one temperature.
+// How a Mac warms up and cools down: a thermal network of five nodes, each with one temperature.
 //
 //      processor die ──┐
 //                      ├── heat sink ── air moved by the fans
@@ -6,9 +6,9 @@
 //            │                 │
 //            └────── logic board ── enclosure ── room
 //
-// Heat enters at the dies, spreads along conductances and leaves into the room, which keeps its temperature.
-// A die follows its power within a second or two, the heat sink within half a minute, the enclosure within
-// minutes. Everything here is a pure function of plain values: the caller owns state and time.
+// Heat enters at the dies, spreads along the conductances and leaves into the room, whose temperature is
+// constant. A die follows its power within a second or two, the heat sink within half a minute, the enclosure
+// within minutes. Everything here is a pure function of plain values; the caller owns state and time.
 
 #pragma once
 
@@ -20,7 +20,7 @@ namespace simulated {
 enum class ThermalNode : std::size_t { die, graphics, sink, board, enclosure };
 inline constexpr std::size_t thermalNodeCount = 5;
 
-// Something per node, indexed by its number.
+// One value per node, indexed by the node's number.
 using PerNode = std::array<double, thermalNodeCount>;
 
 constexpr double& at(PerNode& values, ThermalNode node) {
@@ -31,7 +31,7 @@ constexpr double at(const PerNode& values, ThermalNode node) {
     return values[static_cast<std::size_t>(node)];
 }
 
-// The matter: fixed for one machine. Conductances in watts per kelvin, capacities in joules per kelvin.
+// The constants of one machine. Conductances are in watts per kelvin, capacities in joules per kelvin.
 struct ThermalParameters {
     double roomCelsius = 24;
     PerNode capacity{};
@@ -46,9 +46,9 @@ struct ThermalParameters {
     double sinkToRoomFullFlow = 0; // with every fan at its maximum
 };
 
-// What acts on it during a step.
+// What acts on the network during a step.
 struct ThermalInputs {
-    double processorWatts = 0; // asked for; throttling may grant less
+    double processorWatts = 0; // requested; throttling may grant less
     double graphicsWatts = 0;
     double airflow = 0; // 0 = fans at rest … 1 = all at their maximum
 };
@@ -57,19 +57,19 @@ struct ThermalState {
     PerNode celsius{};
 };
 
-// The share of the power asked for that a die at this temperature is granted: 1 below 97 °C, falling to 0.1
-// at 102 °C, so that it settles near 100 °C however much is asked for.
+// The share of the requested power that a die gets at this temperature: 1 below 97 °C, falling to 0.1 at 102
+// °C. A die therefore settles near 100 °C, however much power is requested.
 [[nodiscard]] double grantedPower(double dieCelsius);
 
-// Heat-sink-to-room conductance at an airflow of 0…1.
+// The conductance from the heat sink to the room at an airflow of 0…1.
 [[nodiscard]] double sinkConductance(const ThermalParameters& parameters, double airflow);
 
-// The state `seconds` later (0 or more; split internally into steps short enough to be stable).
+// The state after `seconds` (0 or more). The interval is split into steps short enough to be stable.
 [[nodiscard]] ThermalState step(ThermalState state, const ThermalParameters& parameters,
                                 const ThermalInputs& inputs, double seconds);
 
-// Where the temperatures end up when the inputs last for ever, throttling left out: the balance of the
-// network, solved directly.
+// The temperatures that constant inputs lead to, without throttling: the steady state of the network, solved
+// directly.
 [[nodiscard]] ThermalState balance(const ThermalParameters& parameters, const ThermalInputs& inputs);
 
 } // namespace simulated

@@ -7,7 +7,7 @@ namespace simulated {
 
 namespace {
 
-// A number as an integer of `size` bytes that counts steps of 2^-fractionBits.
+// The layout of a number that is stored as an integer of `size` bytes, in units of 2^-fractionBits.
 struct FixedPoint {
     std::size_t size;
     bool isSigned;
@@ -109,7 +109,7 @@ bool encodeValue(FourCC type, double value, std::span<std::uint8_t> bytes) {
     const double lowest = format.isSigned ? -std::ldexp(1.0, valueBits) : 0.0;
     const double beyond = std::ldexp(1.0, valueBits);
     const double steps = std::round(std::ldexp(value, format.fractionBits));
-    std::uint64_t raw = 0; // also what a NaN becomes
+    std::uint64_t raw = 0; // also the result for a NaN
     if (steps >= beyond) {
         raw = (valueBits == 64 ? 0 : (std::uint64_t{1} << valueBits)) - 1;
     } else if (steps > lowest) {

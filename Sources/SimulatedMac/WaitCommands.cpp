@@ -40,7 +40,7 @@ std::optional<AwaitWords> parseAwait(Words words) {
     return parsed;
 }
 
-// Waits until `happened` gives an answer, but not for ever.
+// Waits until `happened` returns an answer, or fails after `withinSeconds`.
 CommandOutcome patiently(double withinSeconds, Instant now,
                          std::function<std::optional<std::string>(Instant)> happened) {
     const double end = now.steadySeconds + withinSeconds;

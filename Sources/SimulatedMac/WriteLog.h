@@ -1,4 +1,4 @@
-// Every write that reached the simulated SMC, granted or refused: what, when and by whom.
+// A log of every write that reached the simulated SMC, granted or refused: what, when and by whom.
 
 #pragma once
 
@@ -20,7 +20,7 @@ struct Peer {
 
 // A moment on both clocks.
 struct Instant {
-    double steadySeconds = 0; // since some moment in the past, never set back
+    double steadySeconds = 0; // since an arbitrary moment; never set back
     double wallSeconds = 0;   // since 1970, UTC
 };
 
@@ -41,18 +41,18 @@ struct WriteEntry {
 
 class WriteLog {
 public:
-    // Older entries make room for newer ones; their numbers are not used again.
+    // The oldest entries are dropped to make room for new ones. Their numbers are not used again.
     static constexpr std::size_t capacity = 100'000;
 
-    // Fills in the entry's number.
+    // Assigns the entry's number.
     const WriteEntry& add(WriteEntry entry);
 
-    // The number of the last entry; 0 when nothing was written yet.
+    // The number of the last entry; 0 when nothing has been written yet.
     [[nodiscard]] std::uint64_t last() const { return last_; }
 
     [[nodiscard]] const std::deque<WriteEntry>& entries() const { return entries_; }
 
-    // The first entry with a number greater than this one, as far as they are kept; entries().end() if none.
+    // The first remaining entry with a number greater than this one; entries().end() if there is none.
     [[nodiscard]] std::deque<WriteEntry>::const_iterator after(std::uint64_t number) const;
 
 private:
@@ -60,8 +60,9 @@ private:
     std::uint64_t last_ = 0;
 };
 
+// The entry in one line, without trailing blanks in key and type, such as
 // "write 17 time=2026-03-01T12:00:00.123Z at=12.345 pid=4711 uid=0 key=F0Tg type=fpe2 bytes=2EE0
-// value=3000.00 kernel=0x00000000 result=0x00" in one line; trailing blanks of key and type are left out.
+// value=3000.00 kernel=0x00000000 result=0x00".
 [[nodiscard]] std::string writeEntryText(const WriteEntry& entry);
 
 } // namespace simulated
