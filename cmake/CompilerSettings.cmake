@@ -1,4 +1,4 @@
-# Language level, warnings, hardening and sanitizers, the same for every target of the project.
+# Language level, warnings, hardening and sanitizers, common to every target of the project.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -15,8 +15,8 @@ endif()
 
 find_program(FENWHIRL_CCACHE ccache)
 if(FENWHIRL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    # Without these two permissions, and what PrecompiledHeaders.cmake asks of the compiler, it keeps no object that was
-    # compiled with a precompiled header.
+    # ccache stores objects that were compiled with a precompiled header only with these two sloppiness settings, and
+    # with the compiler option that PrecompiledHeaders.cmake adds.
     set(CMAKE_CXX_COMPILER_LAUNCHER
         "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${FENWHIRL_CCACHE}")
     set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
@@ -29,21 +29,21 @@ target_compile_options(FenwhirlFlags INTERFACE
     -Wconversion -Wsign-conversion -Wdouble-promotion -Wformat=2 -Wimplicit-fallthrough -Wnull-dereference
     -fno-fast-math)
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "AppleClang")
-    # With compilers that the sources were tried with: a new warning of another one must not stop whoever is the first to
-    # build with it.
+    # Only with the compilers that are used in development: a new warning of another compiler must not stop the first
+    # person who builds with it.
     target_compile_options(FenwhirlFlags INTERFACE -Werror)
 endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(FenwhirlFlags INTERFACE -Wthread-safety)
     if(CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 19)
-        # The models' accessors return references to what belongs to the main thread, and say in their headers that they are
-        # called there; newer versions want it said again at every one.
+        # The models' accessors return references to data that belongs to the main thread, and their declarations
+        # require callers to be on it. Newer versions want this repeated at every accessor.
         target_compile_options(FenwhirlFlags INTERFACE -Wno-thread-safety-reference-return)
     endif()
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # gcc 12 reports null dereferences, overlapping copies and uninitialised optionals in the standard library's own
-    # inlined code once optimisation is on; valgrind and the sanitizers look for the real ones.
+    # gcc 12 reports false null dereferences, overlapping copies and uninitialised optionals in inlined code of the
+    # standard library once optimisation is on. valgrind and the sanitizers look for real ones.
     target_compile_options(FenwhirlFlags INTERFACE
         -Wno-null-dereference -Wno-restrict -Wno-maybe-uninitialized -Wduplicated-cond -Wlogical-op)
 endif()
@@ -71,6 +71,7 @@ endif()
 if(FENWHIRL_SANITIZE)
     target_compile_options(FenwhirlFlags INTERFACE ${sanitizers})
     target_link_options(FenwhirlFlags INTERFACE ${sanitizers})
-    # Lets the installation of the set-uid helper refuse such a build: a sanitizer writes files where its environment says.
+    # Makes the installation of the set-uid helper refuse such a build, because a sanitizer writes files where its
+    # environment says.
     target_compile_definitions(FenwhirlFlags INTERFACE FENWHIRL_SANITIZED=1)
 endif()

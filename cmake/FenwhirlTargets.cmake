@@ -1,7 +1,8 @@
-# The project's kinds of target. A folder is a subsystem is a target; each says in one call what it is made of and what it rests on.
+# Functions that define the project's kinds of target. Each folder is one subsystem and one target, and one call lists
+# its sources and the libraries that it links.
 
-# fenwhirl_library(NAME [MOC] SOURCES file… LINK library…): a static library with the project's flags.
-# MOC runs Qt's meta-object compiler over the listed headers.
+# fenwhirl_library(NAME [MOC] SOURCES file… LINK library…): a static library with the project's flags. MOC runs Qt's
+# meta-object compiler over the listed headers.
 function(fenwhirl_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "MOC" "" "SOURCES;LINK")
     add_library(${name} STATIC ${arg_SOURCES})
@@ -14,8 +15,9 @@ function(fenwhirl_library name)
     endif()
 endfunction()
 
-# fenwhirl_runs_as_root(NAME…): these are parts of the set-user-ID executable; the C library checks their use of buffers as far
-# as the compiler knows sizes, which takes optimisation. A sanitizer looks for the same itself.
+# fenwhirl_runs_as_root(NAME…): compiles parts of the set-user-ID executable with the C library's buffer checks. The
+# checks cover buffers whose size the compiler knows, which requires optimisation. Sanitized builds do without them,
+# because a sanitizer checks the same itself.
 function(fenwhirl_runs_as_root)
     string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
     if(APPLE OR FENWHIRL_SANITIZE OR NOT "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${type}}" MATCHES "-O[123s]")
@@ -26,7 +28,7 @@ function(fenwhirl_runs_as_root)
     endforeach()
 endfunction()
 
-# What CTest gives every test: its patience, and the whole amount where hours are there for it (see Documentation/Testing.md).
+# Timeout and environment of every test. The long runs take hours: see Documentation/Testing.md.
 if(FENWHIRL_LONG_RUNS)
     set(FENWHIRL_TEST_SECONDS 36000)
     set(FENWHIRL_SYSTEM_TEST_SECONDS 36000)
@@ -38,31 +40,34 @@ else()
 endif()
 
 if(FENWHIRL_SANITIZE STREQUAL "thread")
-    # Qt's libraries are not built with the sanitizer: it sees what they free and copy, but none of the locks around it. What
-    # they do themselves is left out; code of ours is looked at wherever it runs, also when Qt calls it (see ThreadsTest).
-    # And Qt forks beside threads to start a program, which the sanitizer would end the test for.
+    # Qt's libraries are not built with the sanitizer, which therefore sees their memory accesses but not their locks.
+    # Accesses by Qt itself are ignored; our code is checked wherever it runs, also when Qt calls it (see ThreadsTest).
+    # Qt also forks in a threaded process to start a program, for which the sanitizer would end the test.
     list(APPEND FENWHIRL_TEST_ENVIRONMENT "TSAN_OPTIONS=ignore_noninstrumented_modules=1:die_after_fork=0")
 endif()
 
-# What tests say is said once and runs in no time: where all of them are compiled with every change, they are compiled without
-# being optimised, in half the time. What they test is built as usual.
+# fenwhirl_compile_quickly(TARGET): in everyday builds, compiles test code without optimisation, which halves its
+# compile time. Test code runs too briefly to benefit from optimisation. The code under test is built as usual.
 function(fenwhirl_compile_quickly target)
     if(CMAKE_BUILD_TYPE STREQUAL "Debug" AND FENWHIRL_PRECOMPILED_HEADERS AND NOT FENWHIRL_SANITIZE)
         target_compile_options(${target} PRIVATE -O0)
     endif()
 endfunction()
 
-# fenwhirl_room(RESULT): the label of the tests in this folder, its path below Tests/ ("Fenwhirl/Views"), for ctest -L.
+# fenwhirl_room(RESULT): the label of the tests in this folder for ctest -L, which is the path below Tests/
+# ("Fenwhirl/Views").
 function(fenwhirl_room result)
     cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY "${CMAKE_SOURCE_DIR}/Tests" OUTPUT_VARIABLE room)
     set(${result} "${room}" PARENT_SCOPE)
 endfunction()
 
-# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…] [APART file…]): a GoogleTest
-# program; each of its tests is one test of CTest. What looks into what only Linux has (/proc, desktop entries) is named after
-# NOT_ON_MACOS. Where headers are precompiled, sources are compiled several at a time, too, which saves two minutes of a clean
-# build; those whose names would meet in that stand after APART.
-# A test program that needs its own main (for a QCoreApplication) lists FenwhirlTestMain instead of relying on GoogleTest's.
+# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…] [APART file…]): a
+# GoogleTest program, each of whose tests becomes one test of CTest.
+# The main function is a plain one by default, one with a QCoreApplication with QT_MAIN, and the program's own with
+# OWN_MAIN.
+# NOT_ON_MACOS lists the tests of what only Linux has (/proc, desktop entries).
+# Where headers are precompiled, several sources are also compiled as one (a unity build), which saves two minutes of a
+# clean build. APART lists the sources whose names would clash in it.
 function(fenwhirl_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN;OWN_MAIN" "" "SOURCES;LINK;NOT_ON_MACOS;APART")
     add_executable(${name} ${arg_SOURCES})
@@ -73,26 +78,27 @@ function(fenwhirl_test name)
     endif()
     target_link_libraries(${name} PRIVATE FenwhirlFlags GTest::gtest GTest::gmock ${arg_LINK})
     if(FENWHIRL_PRECOMPILED_HEADERS)
-        # Those that link Qt are compiled so anyway, and precompiled headers must not differ in it. gcc 12 then sees strings of
-        # the standard library overrun in its own inlined code; the sanitizers look for the real ones.
+        # Precompiled headers are shared with targets that link Qt, which are compiled with -fPIC, so this target needs
+        # the same option. With it, gcc 12 reports false string overruns in inlined code of the standard library; the
+        # sanitizers look for real ones.
         target_compile_options(${name} PRIVATE -fPIC
             "$<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-stringop-overflow>")
         list(FILTER arg_SOURCES INCLUDE REGEX "\\.cpp$")
         list(LENGTH arg_SOURCES count)
         if(count GREATER 1)
             set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-            # gcc takes a source that is included for a header, whose types others might see.
+            # In a unity build gcc treats an included source as a header, whose types other sources might see.
             target_compile_options(${name} PRIVATE "$<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>")
             set_source_files_properties(${arg_APART} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
         endif()
     endif()
-    if(arg_QT_MAIN OR arg_OWN_MAIN) # they use Qt
+    if(arg_QT_MAIN OR arg_OWN_MAIN) # these use Qt
         fenwhirl_reuse_headers(${name} FenwhirlTestMain)
     else()
         fenwhirl_reuse_headers(${name} FenwhirlPlainTestMain)
     endif()
     fenwhirl_compile_quickly(${name})
-    # Tests include their own support headers by the path from Tests/.
+    # Tests include their support headers by their path from Tests/.
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
     if(arg_MOC)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)
@@ -109,14 +115,14 @@ function(fenwhirl_test name)
     if(NOT CMAKE_CROSSCOMPILING)
         gtest_discover_tests(${name} ${filter} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES
             LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
-        if(NOT arg_OWN_MAIN) # those draw, under a locale of their own choice
+        if(NOT arg_OWN_MAIN) # tests with a main of their own render, and choose their locale themselves
             fenwhirl_test_under_locales(${name} EXCEPT ${left_out})
         endif()
     endif()
 endfunction()
 
-# fenwhirl_qml_sources(NAME): what Qt's QML compiler writes for a module is held to its own standard of warnings, not to
-# ours. Called after qt_add_qml_module in the same folder.
+# fenwhirl_qml_sources(NAME): turns our warnings off for the sources that Qt's tools generate for a QML module. Call it
+# after qt_add_qml_module in the same folder.
 function(fenwhirl_qml_sources name)
     get_target_property(sources ${name} SOURCES)
     list(FILTER sources INCLUDE REGEX "/qmlcache/|_qmltyperegistrations\\.cpp$|/\\.rcc/")

@@ -1,5 +1,5 @@
-# Headers that nearly every source of a kind includes, parsed once for all of them: a clean build takes about half the
-# time. Every source still includes what it uses; the clang build, which has none of this, holds it to that.
+# Precompiles the headers that nearly every source of a kind includes, which halves the time of a clean build. Every
+# source must still include what it uses; the clang build, which precompiles nothing, verifies that.
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     set(usual ON)
@@ -19,15 +19,16 @@ set(FENWHIRL_QML_HEADERS ${FENWHIRL_QT_HEADERS}
 set(FENWHIRL_TEST_HEADERS ${FENWHIRL_STANDARD_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
 set(FENWHIRL_QT_TEST_HEADERS ${FENWHIRL_TEST_HEADERS} ${FENWHIRL_QT_HEADERS} <QCoreApplication>)
 
-# fenwhirl_precompile(TARGET KIND): the target parses the headers of this kind (QT, QML, TEST or QT_TEST) for itself and
-# for all that call fenwhirl_reuse_headers with it. It may define no macro that one of those does not.
+# fenwhirl_precompile(TARGET KIND): precompiles the headers of this kind (QT, QML, TEST or QT_TEST) for the target and
+# for every target that calls fenwhirl_reuse_headers with it. The target must not define a macro that one of those does
+# not define.
 function(fenwhirl_precompile target kind)
     if(FENWHIRL_PRECOMPILED_HEADERS)
         target_precompile_headers(${target} PRIVATE ${FENWHIRL_${kind}_HEADERS})
     endif()
 endfunction()
 
-# fenwhirl_reuse_headers(TARGET FROM)
+# fenwhirl_reuse_headers(TARGET FROM): lets TARGET use the headers that were precompiled for FROM.
 function(fenwhirl_reuse_headers target from)
     if(FENWHIRL_PRECOMPILED_HEADERS AND NOT target STREQUAL from)
         target_precompile_headers(${target} REUSE_FROM ${from})

@@ -1,9 +1,9 @@
-# Tests written in Python, for what stands around the program and for the built program itself.
+# Tests written in Python: of the scripts around the program, and of the built program itself.
 
 find_program(FENWHIRL_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
 
-# fenwhirl_python_test_methods(FILE RESULT): every test method of a file beside the calling CMakeLists.txt, as
-# "module.Class.test_method", which is what unittest runs one by its name. A method that is added is found by itself.
+# fenwhirl_python_test_methods(FILE RESULT): every test method of a file beside the calling CMakeLists.txt, as the name
+# "module.Class.test_method" that unittest accepts. New methods are found automatically.
 function(fenwhirl_python_test_methods file result)
     cmake_path(GET file STEM module)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
@@ -19,7 +19,7 @@ function(fenwhirl_python_test_methods file result)
     set(${result} "${methods}" PARENT_SCOPE)
 endfunction()
 
-# fenwhirl_python_tests(AREA FILE): every test method of a Python file becomes one test, "AREA.module.Class.test_method".
+# fenwhirl_python_tests(AREA FILE): makes every test method of a Python file one test, "AREA.module.Class.test_method".
 function(fenwhirl_python_tests area file)
     fenwhirl_python_test_methods("${file}" methods)
     fenwhirl_room(room)

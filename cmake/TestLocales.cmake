@@ -1,5 +1,5 @@
-# Locales that every test program is run under once more: with commas in numbers, with letters that change case in their own
-# way, with other digits. Made in the build folder, so that the computer need not have them.
+# Locales under which every test program runs once more: one with decimal commas, one with its own rules for letter
+# case, and one with other digits. They are compiled into the build folder, so that the computer need not have them.
 set(FENWHIRL_TEST_LOCALES fr_FR.UTF-8)
 if(FENWHIRL_LONG_RUNS)
     list(APPEND FENWHIRL_TEST_LOCALES tr_TR.UTF-8 ar_EG.UTF-8)
@@ -9,7 +9,7 @@ set(FENWHIRL_LOCALE_FOLDER "${CMAKE_BINARY_DIR}/locales")
 find_program(FENWHIRL_LOCALEDEF localedef PATHS /usr/bin /usr/sbin)
 foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
     if(APPLE OR NOT FENWHIRL_LOCALEDEF OR EXISTS "${FENWHIRL_LOCALE_FOLDER}/${locale}")
-        continue() # the system has its own; or the tests say that there is none
+        continue() # macOS has its own; without localedef the tests report that there is none
     endif()
     file(MAKE_DIRECTORY "${FENWHIRL_LOCALE_FOLDER}")
     string(REGEX REPLACE "\\..*" "" language "${locale}")
@@ -20,11 +20,12 @@ foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
     endif()
 endforeach()
 
-# Tests of endurance: a single run with every change is enough.
+# Endurance tests: one run per change is enough.
 set(FENWHIRL_ENDURANCE_TESTS "Promises.*;MonitorSoak.*;MonitorQuit.AtAnyMoment*" CACHE INTERNAL "")
 
-# fenwhirl_test_under_locales(NAME [EXCEPT TEST…]): one more test for each locale, the whole program in one go, but for these
-# tests and, unless the long runs are wanted, those of endurance: their thousands of polls print the same numbers again.
+# fenwhirl_test_under_locales(NAME [EXCEPT TEST…]): adds one test per locale that runs the whole program without the
+# tests listed. Outside long runs it also leaves out the endurance tests, whose thousands of polls print the same
+# numbers again.
 function(fenwhirl_test_under_locales name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "EXCEPT")
     if(NOT FENWHIRL_LONG_RUNS)

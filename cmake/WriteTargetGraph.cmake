@@ -1,5 +1,5 @@
-# Writes which target lives in which folder and what it links, one line a target: "name|folder|link|link…".
-# The structure test compares it with the includes, so that folders, targets and includes stay one picture.
+# Writes each target's folder and link libraries, one line per target: "name|folder|link|link…". The
+# structure test compares them with the includes, so that folders, targets and includes stay consistent.
 
 function(fenwhirl_collect_targets directory result)
     get_property(targets DIRECTORY "${directory}" PROPERTY BUILDSYSTEM_TARGETS)

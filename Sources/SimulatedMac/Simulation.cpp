@@ -115,8 +115,8 @@ bool Simulation::prepare(std::string& error) {
         }
     }
     ::sigprocmask(SIG_BLOCK, &ending, nullptr);
-    // | Writing to a pipe without a reader must fail instead of ending the program, and reading from or
-    // writing to the terminal as a background job must fail instead of stopping it.
+    // Writing to a pipe without a reader must fail instead of ending the program, and using the terminal as a
+    // background job must not stop it.
     for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU}) {
         (void)std::signal(signal, SIG_IGN); // NOLINT(cert-err33-c): cannot fail for these
     }
