@@ -1,10 +1,10 @@
-"""Reads the summary of llvm-cov and prints it as a table; status 1 when less is reached than must be."""
+"""Reads the summary of llvm-cov and prints it as a table; status 1 when the coverage is below what is required."""
 
 import json
 import re
 import sys
 
-# Where every branch counts: a wrong turn there moves a fan.
+# Files in which every branch must be reached, because a wrong branch there moves a fan.
 WHOLE = re.compile(r"FenwhirlCore/(SMC|NumberText|SensorNames)[^/]*$|Fenwhirl/Helper[^/]*$|Monitoring/Poll")
 SHOWN = re.compile(r"FenwhirlCore/|Fenwhirl/(Helper[^/]*|main\.cpp)$|Fenwhirl/Platform/Entry/|"
                    r"Monitoring/(Poll|FanSetting|SensorSummary|FanSummary|WholeNumber)")

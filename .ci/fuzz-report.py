@@ -1,8 +1,8 @@
-"""What came of fuzzing, as a table: for each target its executions, its time, and the part of the sources that it reached.
+"""Prints the results of fuzzing as a table: for each target its executions, its time, and its coverage of the sources.
 
     fuzz-report.py LOGS TARGET…
 
-The sources of a target are those files under Sources/ of which it reached anything at all; each is listed below it.
+The sources of a target are the files under Sources/ of which it reached anything at all; each is listed below it.
 """
 
 import json

@@ -1,13 +1,13 @@
-# Makes an installed Fenwhirl.app complete: puts Qt and its QML modules into it, sees that executable and guard link what
-# they may, and signs everything, last of all and from the inside out. Part of `cmake --install`; also by hand:
+# Completes an installed Fenwhirl.app: puts Qt and its QML modules into it, checks which libraries the executable and
+# the guard link, and finally signs everything from the inside out. Runs as part of `cmake --install`, or by hand:
 #
 #   cmake -D BUNDLE=…/Fenwhirl.app -D QML_FOLDER=… [-D IDENTITY=…] [-D MACDEPLOYQT=…] [-D CODESIGN=…] [-D OTOOL=…]
 #       [-D QT_STAYS_OUTSIDE=ON] -P …
 #
-# QT_STAYS_OUTSIDE leaves out the look for libraries that are missing: where MACDEPLOYQT puts nothing into the bundle.
-# IDENTITY "-" (the usual) signs for this computer only; any other is the name of a certificate, and then the hardened
-# runtime is on and the time of signing is certified, as notarisation asks. Any step that fails ends it all: a bundle
-# that is half signed is worse than none.
+# QT_STAYS_OUTSIDE skips the check for missing libraries, for runs in which MACDEPLOYQT puts nothing into the bundle.
+# IDENTITY "-" (the default) signs for this computer only. Any other value is the name of a certificate; the hardened
+# runtime is then enabled and the signature has a trusted timestamp, as notarisation requires. Any failing step aborts
+# the whole, because a half-signed bundle is worse than none.
 
 cmake_policy(VERSION 3.25)
 
@@ -32,7 +32,7 @@ foreach(program IN ITEMS "${executable}" "${guard}")
     endif()
 endforeach()
 
-# finish_step(TITLE result COMMAND…): runs one tool; `result` receives what it printed.
+# finish_step(TITLE result COMMAND…): runs one tool; `result` receives its output.
 function(finish_step title result)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE errors)
     if(NOT status EQUAL 0)
@@ -41,10 +41,11 @@ function(finish_step title result)
     set(${result} "${output}" PARENT_SCOPE)
 endfunction()
 
-# 1. The application's library in Contents/Frameworks is scanned too: the executable itself links no Qt.
+# 1. macdeployqt also scans the application's library in Contents/Frameworks, because the executable itself links no Qt.
 finish_step("putting Qt into the bundle" ignored "${MACDEPLOYQT}" "${BUNDLE}" "-qmldir=${QML_FOLDER}" -always-overwrite)
 
-# finish_look(TITLE PROGRAM ALLOWED): the program has no run path, and each library that it links begins as ALLOWED says.
+# finish_look(TITLE PROGRAM ALLOWED): checks that the program has no run path, and that the path of each library that it
+# links begins with one of ALLOWED.
 function(finish_look title program allowed)
     finish_step("looking at ${title}" commands "${OTOOL}" -l "${program}")
     if(commands MATCHES "LC_RPATH")
@@ -63,15 +64,16 @@ function(finish_look title program allowed)
     endforeach()
 endfunction()
 
-# 2. The installed helper is a copy of the executable far from the bundle: the system's libraries only, and no run path. The
-# guard must work when everything else is broken: the C library only.
+# 2. The installed helper is a copy of the executable outside the bundle, so it may link system libraries only and must
+#    have no run path. The guard must work when everything else is broken, so it may link the C library only.
 finish_look("the executable" "${executable}" "/usr/lib/|/System/Library/")
 finish_look("the guard" "${guard}" "/usr/lib/libSystem\\.")
 
-# 3. Qt's tool ends with success where it could not find a library. So each library that a file of the bundle names has to be the
-# system's or lie in the bundle, and the bundle says itself which system the newest of its files needs.
+# 3. Qt's tool reports success even if it could not find a library. Therefore check that each library that a file of the
+#    bundle names is the system's or in the bundle, and raise the system version that the bundle requires to that of its
+#    most demanding file.
 
-# finish_place(PLACE FILE result): where a path that begins with one of the loader's words leads.
+# finish_place(PLACE FILE result): resolves a path that begins with @loader_path or @executable_path.
 function(finish_place place file result)
     cmake_path(GET file PARENT_PATH folder)
     string(REGEX REPLACE "^@loader_path" "${folder}" place "${place}")
@@ -79,12 +81,13 @@ function(finish_place place file result)
     set(${result} "${place}" PARENT_SCOPE)
 endfunction()
 
-# finish_resolve(FILE newest): every library that the file loads is there; `newest` receives the system that it needs.
+# finish_resolve(FILE newest): checks that every library that the file loads exists; `newest` receives the system
+# version that the file requires.
 function(finish_resolve file newest)
     finish_step("looking at ${file}" text "${OTOOL}" -l "${file}")
     string(REPLACE ";" "," text "${text}")
     string(REPLACE "Load command " ";" commands "${text}")
-    # What the library of the application adds to the run paths of all that it loads.
+    # The application's library adds this run path for everything that it loads.
     set(run_paths "${BUNDLE}/Contents/Frameworks")
     set(names "")
     set(needed "")
@@ -141,7 +144,7 @@ if(NOT QT_STAYS_OUTSIDE)
             continue()
         endif()
         file(READ "${file}" magic LIMIT 4 HEX)
-        if(NOT magic MATCHES "^(cffaedfe|cafebabe)$") # for one processor, for several
+        if(NOT magic MATCHES "^(cffaedfe|cafebabe)$") # Mach-O: for one processor, for several
             continue()
         endif()
         finish_resolve("${file}" newest)
@@ -156,7 +159,7 @@ if(NOT QT_STAYS_OUTSIDE)
     endif()
 endif()
 
-# 4. What lies deeper is signed before what holds it; the bundle's own signature covers them all.
+# 4. Nested code is signed before the code that contains it; the bundle's own signature covers everything.
 set(signing --force --sign "${IDENTITY}")
 if(NOT IDENTITY STREQUAL "-")
     list(APPEND signing --options runtime --timestamp)
@@ -170,7 +173,7 @@ foreach(path IN LISTS inside)
     if(path MATCHES "\\.(dylib|so)$" OR path MATCHES "\\.framework$" OR path MATCHES "^Contents/Helpers/")
         string(REGEX REPLACE "[^/]" "" depth "${path}")
         string(LENGTH "${depth}" depth)
-        math(EXPR depth "1000 - ${depth}") # fewer than a thousand folders: the sorted text begins with the deepest
+        math(EXPR depth "1000 - ${depth}") # sorts deeper paths first; assumes fewer than a thousand levels
         list(APPEND code "${depth}:${path}")
     endif()
 endforeach()

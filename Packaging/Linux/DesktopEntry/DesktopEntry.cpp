@@ -10,7 +10,7 @@
 
 namespace {
 
-// As desktops name them. "Serbian" alone is written in Cyrillic letters.
+// The locale names that desktops use. "sr" alone means Serbian in Cyrillic.
 constexpr std::array<std::pair<AppLanguage, QStringView>, 9> locales = {{{AppLanguage::en, u"en"},
                                                                          {AppLanguage::fr, u"fr"},
                                                                          {AppLanguage::srCyrl, u"sr"},
@@ -31,7 +31,7 @@ QString keywords() {
          {TextKey(u"Ventilateurs"), TextKey(u"Ventilateur"), TextKey(u"Température du processeur"),
           TextKey(u"Capteurs"), TextKey(u"Surchauffe")})
         words.append(escaped(localized(key)).replace(u';', QStringLiteral("\\;")) + u';');
-    words.removeDuplicates(); // "Lüfter" are one or many
+    words.removeDuplicates(); // in German, one fan and several have the same name
     return words.join(QString());
 }
 

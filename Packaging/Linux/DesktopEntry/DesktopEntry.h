@@ -1,19 +1,19 @@
-// The texts of the desktop entry, from the translation tables: what the desktop's menu says of the program
-// and finds it by is what the program says of itself.
+// The texts of the desktop entry, taken from the translation tables, so that the desktop's menu and search
+// use the program's own words.
 //
-// Threads: one; the interface language is changed meanwhile and reset.
+// Single-threaded: the functions change the interface language and reset it.
 
 #pragma once
 
 #include <QString>
 
-// The lines "GenericName", "Comment" and "Keywords": without a language in English, to which the program
-// falls back, too, then one for every language.
+// The lines "GenericName", "Comment" and "Keywords": first without a language, in English, which is also the
+// program's fallback, then once for every language.
 [[nodiscard]] QString desktopEntryTexts();
 
-// The line "Actions" and, for each preset, its group: the title in every language, and the command line that
-// chooses it. The group's name is what the program is told over its bus.
+// The line "Actions" and a group for each preset, with the title in every language and the command line that
+// chooses the preset. The group's name is the word that the program receives over D-Bus.
 [[nodiscard]] QString desktopEntryActions();
 
-// The template with those lines in place of "@TEXTS@" and "@ACTIONS@".
+// The template with these lines in place of "@TEXTS@" and "@ACTIONS@".
 [[nodiscard]] QString desktopEntry(QString entryTemplate);

@@ -12,10 +12,10 @@
 
 namespace {
 
-// As packages are installed.
+// The path of the program in a package.
 constexpr std::string_view packagedProgram = "/usr/bin/Fenwhirl";
 
-// As XML names them; polkit knows Serbian in Latin letters by the locale's own names alone.
+// The language codes of XML. polkit recognises Serbian in Latin script only by its locale name.
 constexpr std::array<std::pair<AppLanguage, QStringView>, 9> languages = {
     {{AppLanguage::fr, u"fr"},
      {AppLanguage::srCyrl, u"sr"},
@@ -29,7 +29,7 @@ constexpr std::array<std::pair<AppLanguage, QStringView>, 9> languages = {
 
 enum class Reader { appStream, polkit };
 
-// One element in English, then one for each other language.
+// The element in English, then once for each other language.
 QString elements(const QString& name, Reader reader, const std::function<QString()>& text) {
     const AppLanguage before = Localizer::language();
     Localizer::setLanguage(AppLanguage::en);

@@ -1,16 +1,16 @@
-// The texts and commands that the files of a package hold: descriptions and messages from the translation
-// tables, commands from the program itself.
+// The texts and commands in the installed files: descriptions and messages come from the translation tables,
+// commands from the program itself.
 //
-// Threads: one; the interface language is changed meanwhile and reset.
+// Single-threaded: the function changes the interface language and resets it.
 
 #pragma once
 
 #include <QString>
 
-// The template with all of it filled in, each in place of a line or a word of these:
+// The template with these placeholders filled in:
 //
 //  @TEXTS@ @ACTIONS@                   of the desktop entry (DesktopEntry.h)
 //  @SUMMARIES@ @DESCRIPTIONS@          the elements of AppStream's metainfo
 //  @ACTIVATION_MESSAGES@ @REMOVAL_MESSAGES@   the elements of polkit's actions
-//  @INSTALL_COMMAND_SH@ @REMOVE_COMMAND_SH@   what the program of a package runs as root, as a shell's word
+//  @INSTALL_COMMAND_SH@ @REMOVE_COMMAND_SH@   the commands that a packaged program runs as root, quoted for a shell
 [[nodiscard]] QString filledTemplate(QString text);

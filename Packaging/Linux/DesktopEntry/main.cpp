@@ -1,4 +1,4 @@
-// desktop-entry TEMPLATE OUTPUT: writes a file of a package with its texts in every language.
+// desktop-entry TEMPLATE OUTPUT: writes an installed file with its texts in every language.
 
 #include "PackageTexts.h"
 

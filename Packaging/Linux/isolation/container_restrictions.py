@@ -1,4 +1,4 @@
-"""What an ordinary container refuses to the processes in it: namespaces, mounts and most capabilities."""
+"""Imposes the restrictions of an ordinary container: no namespaces, no mounts and few capabilities."""
 
 import contextlib
 import ctypes
@@ -20,29 +20,29 @@ NAMESPACES = {
 }
 KINDS = (*NAMESPACES, "proc-mount")
 
-# Per processor: its name in a filter, then the numbers of its system calls.
+# Per processor: its identifier in a filter, then the numbers of its system calls.
 AUDIT_ARCH = {"x86_64": 0xC000003E, "aarch64": 0xC00000B7}
 CALLS = {
     "x86_64": {"clone": 56, "unshare": 272, "setns": 308, "mount": 165, "umount2": 166, "pivot_root": 155},
     "aarch64": {"clone": 220, "unshare": 97, "setns": 268, "mount": 40, "umount2": 39, "pivot_root": 41},
 }
-# The same number everywhere.
+# The numbers of newer calls are the same on every processor.
 NEW_CALLS = {"open_tree": 428, "move_mount": 429, "fsopen": 430, "fsconfig": 431, "fsmount": 432, "fspick": 433,
              "mount_setattr": 442, "open_tree_attr": 467}
 CLONE3 = 435
-X32_CALLS = 0x40000000  # a second table of system calls under the same name
+X32_CALLS = 0x40000000  # a second table of system calls of the same architecture
 
 LOAD, JUMP_EQUAL, JUMP_GREATER_OR_EQUAL, JUMP_ANY_BIT, RETURN = 0x20, 0x15, 0x35, 0x45, 0x06
 RETURN_ERRNO, RETURN_ALLOW = 0x00050000, 0x7FFF0000
-NUMBER, ARCHITECTURE, FIRST_ARGUMENT, SECOND_ARGUMENT = 0, 4, 16, 24  # in the kernel's seccomp_data, little endian
+NUMBER, ARCHITECTURE, FIRST_ARGUMENT, SECOND_ARGUMENT = 0, 4, 16, 24  # offsets in seccomp_data, little endian
 
 PR_SET_SECCOMP, SECCOMP_MODE_FILTER = 22, 2
 PR_CAPBSET_READ, PR_CAPBSET_DROP = 23, 24
 PR_CAP_AMBIENT, PR_CAP_AMBIENT_CLEAR_ALL = 47, 4
 CAPABILITY_VERSION = 0x20080522
 CAP_SYS_ADMIN = 21
-# What the usual engines leave to root in a container: CHOWN, DAC_OVERRIDE, FOWNER, FSETID, KILL, SETGID, SETUID, SETPCAP,
-# NET_BIND_SERVICE, NET_RAW, SYS_CHROOT, MKNOD, AUDIT_WRITE, SETFCAP.
+# The capabilities that common engines leave to root in a container: CHOWN, DAC_OVERRIDE, FOWNER, FSETID, KILL, SETGID,
+# SETUID, SETPCAP, NET_BIND_SERVICE, NET_RAW, SYS_CHROOT, MKNOD, AUDIT_WRITE, SETFCAP.
 KEPT_CAPABILITIES = (0, 1, 3, 4, 5, 6, 7, 8, 10, 13, 18, 27, 29, 31)
 
 
@@ -78,16 +78,18 @@ def filter_program(kinds):
     namespaces = 0
     for kind in kinds:
         namespaces |= NAMESPACES.get(kind, 0)
-    # What is called by the numbers of another table would go past the rules below.
+    # Calls through another architecture's table would bypass the rules below.
     program = instruction(LOAD, ARCHITECTURE) + instruction(JUMP_EQUAL, AUDIT_ARCH[machine], 1, 0) + refusal(errno.ENOSYS)
     program += instruction(LOAD, NUMBER)
     program += instruction(JUMP_GREATER_OR_EQUAL, X32_CALLS, 0, 1) + refusal(errno.ENOSYS)
-    # Its flags lie behind a pointer, where a filter cannot look; the C library takes clone() instead.
+    # The flags of clone3() are behind a pointer, which a filter cannot follow. On ENOSYS the C library falls back to
+    # clone().
     program += refused_call(CLONE3, errno.ENOSYS)
     if "mount" in kinds or "all" in kinds:
         for number in (calls["mount"], calls["umount2"], calls["pivot_root"], *NEW_CALLS.values()):
             program += refused_call(number)
-    # clone() keeps the signal at the child's end where unshare() has CLONE_NEWTIME, and cannot make that namespace.
+    # clone() has the child's exit signal in the low bits, where unshare() has CLONE_NEWTIME, and cannot make that
+    # namespace.
     program += refused_flags(calls["clone"], namespaces & ~0xFF)
     program += refused_flags(calls["unshare"], namespaces)
     program += refused_flags(calls["setns"], namespaces, SECOND_ARGUMENT, refuse_zero=True)
@@ -108,7 +110,7 @@ def effective_capabilities():
 
 def drop_capabilities():
     capability = 0
-    with contextlib.suppress(OSError):  # there are no more
+    with contextlib.suppress(OSError):  # ends at the first capability that does not exist
         while True:
             kernel.prctl(PR_CAPBSET_READ, capability)
             if capability not in KEPT_CAPABILITIES:
@@ -123,7 +125,7 @@ def drop_capabilities():
 
 
 def same_numbers(path):
-    """The mapping that shows every user, or group, of the present user namespace under the same number in a new one."""
+    """The mapping that gives every user (or group) of the present user namespace the same number in a new one."""
     with open(path, encoding="ascii") as lines:
         ranges = [line.split() for line in lines]
     return "".join(f"{first} {first} {count}\n" for first, _, count in ranges)
@@ -139,15 +141,16 @@ def mounted_procs():
 
 
 def refuse_fresh_proc():
-    """In a user namespace the kernel mounts no /proc that shows more than those that are there. Here something lies on each
-    of them and cannot be taken away; the engines of containers cover parts of it, too."""
+    """Makes mounting a new /proc impossible. In a user namespace the kernel mounts no /proc that would show more than
+    the existing ones. This covers a part of each of them with a mount that cannot be removed, as container engines do,
+    too."""
     kernel.unshare(kernel.NEW_MOUNTS)
     kernel.mount(None, "/", flags=kernel.MS_RECURSIVE | kernel.MS_PRIVATE)
     for place in list(mounted_procs()):
         kernel.mount(place + b"/sys", place + b"/sys", flags=kernel.MS_BIND | kernel.MS_RECURSIVE)
     users, groups = same_numbers("/proc/self/uid_map"), same_numbers("/proc/self/gid_map")
     inside, told = os.pipe()
-    helper = os.fork()  # outside, where it has the right to say who is who inside
+    helper = os.fork()  # stays outside, where it may write the mappings
     if helper == 0:
         status = 1
         try:

@@ -1,7 +1,7 @@
-"""A stand-in for a private world where the kernel lets nobody make one, as in most containers: root, in place.
+"""The substitute for a private namespace where the kernel refuses to make one, as in most containers: root runs in place.
 
-What the command leaves at the two fixed places of the computer, and whatever it leaves running, is removed at its end. Only
-one at a time; and only where these places are free.
+Everything that the command leaves in two fixed folders of the computer, and every process that it leaves running, is
+removed at its end. Only one command runs at a time, and only if these folders are free.
 """
 
 import contextlib
@@ -23,35 +23,35 @@ IN_TURN = "FENWHIRL_IN_PLACE"
 
 
 class Occupied(Exception):
-    """Something that is not ours lies at one of the places."""
+    """One of the folders contains something that is not ours."""
 
 
 class InPlace:
-    """One run of a command in place; the process must be root."""
+    """One run of a command in place. The process must be root."""
 
     def __init__(self, keep_session):
         self.keep_session = keep_session
-        self.made = []  # folders that were not there before, the innermost last
+        self.made = []  # folders that did not exist before, the innermost last
         self.displays = set()
         self.scratch = None
 
     def run(self, command):
-        """Runs the command and returns its status; raises Occupied when the places are not free."""
+        """Runs the command and returns its status. Raises Occupied when the folders are not free."""
         with self._turn():
             self._check_places()
             kernel.adopt_orphans()
             supervision.raise_when_told_to_end()
             try:
                 self._make_places()
-                # A process of its own cleans up, and so does this one after it: one of them may be killed.
+                # A child cleans up, and this process does so again after it, because either may be killed.
                 return supervision.wait(supervision.start(lambda: self._keep(command)))
             finally:
                 self._clean()
 
     @contextlib.contextmanager
     def _turn(self):
-        """One after the other. Locks the folder itself, which leaves no file behind."""
-        if IN_TURN in os.environ:  # this runs inside a command of ours, whose turn it is
+        """Waits for its turn. Locks the folder itself, so that no lock file is left behind."""
+        if IN_TURN in os.environ:  # nested in another run, which has the lock
             yield
             return
         os.makedirs(PLACES[0].parent, exist_ok=True)
@@ -80,8 +80,8 @@ class InPlace:
                 self.made.append(place)
         if DISPLAYS in self.made:
             DISPLAYS.chmod(0o1777)
-        # Not below /run, from which nothing may be started in some containers; and not called Fenwhirl, which protects
-        # every application in a folder of its name.
+        # Not below /run, where some containers forbid executing programs. Not named Fenwhirl either, because the
+        # program protects every application in a folder of that name.
         self.scratch = pathlib.Path(tempfile.mkdtemp(prefix="in-place-", dir="/tmp"))
         self.scratch.chmod(0o755)
 
@@ -107,7 +107,7 @@ class InPlace:
         shutil.rmtree(PLACES[0], ignore_errors=True)
         for entry in PLACES[1].iterdir() if PLACES[1].is_dir() else ():
             _remove(entry)
-        for name in _names(DISPLAYS) - self.displays:  # left by a display that was killed
+        for name in _names(DISPLAYS) - self.displays:  # left by a display server that was killed
             _remove(DISPLAYS / name)
             _remove(pathlib.Path(f"/tmp/.{name}-lock"))
         for folder in reversed(self.made):

@@ -1,6 +1,6 @@
-"""A world of its own for a command: the computer's files, but an empty /run, an empty /Library and an empty home.
+"""Runs a command in its own namespaces: with the computer's files, but an empty /run, an empty /Library and an empty home.
 
-Where the kernel allows it, process numbers, the computer's name and the network are its own, too.
+Where the kernel allows it, process numbers, the host name and the network are its own, too.
 """
 
 import contextlib
@@ -13,31 +13,32 @@ import stat
 import supervision
 import system_calls as kernel
 
-# What the new root is put together in, and what lies there instead of the computer's.
+# Where the new root is assembled, and the top-level folders that it does not take over from the computer.
 NEW_ROOT = "/mnt"
 OWN_PLACES = ("run", "Library", "proc", "mnt", "lost+found")
 
 
 class CannotBeMade(Exception):
-    """The kernel, or who runs it, does not let us make one."""
+    """The kernel, or its configuration, does not allow the namespaces."""
 
 
 class PrivateWorld:
-    """One attempt; `own_processes` says whether to ask for process numbers of its own."""
+    """One attempt to make the namespaces. `own_processes` requests a PID namespace."""
 
     def __init__(self, keep_session, own_processes, way_to):
         self.keep_session, self.own_processes, self.way_to = keep_session, own_processes, way_to
-        self.own = ["mounts"]  # what of this world is its own
+        self.own = ["mounts"]  # the namespaces that could be made
 
     def run(self, command):
-        """Runs the command in a new world and returns its status; raises CannotBeMade before anything was run."""
+        """Runs the command in new namespaces and returns its status. Raises CannotBeMade if nothing could be run."""
         progress, said = os.pipe()
         may_go_on, go_on = os.pipe()
         child = supervision.start(lambda: self._enter(command, said, may_go_on))
         os.close(said)
         os.close(may_go_on)
         with os.fdopen(progress, "rb", buffering=0) as answers, os.fdopen(go_on, "wb", buffering=0) as permission:
-            # The child says "u" when it has made a user namespace and waits for its numbers, "." when all is made.
+            # The child writes "u" when it has made a user namespace and waits for its mappings, and "." when all is
+            # ready.
             word = answers.read(1)
             if word == b"u":
                 _map_users(child)
@@ -49,7 +50,7 @@ class PrivateWorld:
                 raise CannotBeMade(reason or "it ended before it was made")
         return supervision.wait(child)
 
-    # --- The child: leaves the computer's namespaces, and stays to pass signals on ---
+    # --- The child: enters new namespaces, then stays to pass signals on ---
 
     def _enter(self, command, said, may_go_on):
         kernel.die_with_parent(signal.SIGKILL)
@@ -57,7 +58,7 @@ class PrivateWorld:
             self._leave_namespaces(said, may_go_on)
         except OSError as error:
             _refuse(said, error)
-        # Process numbers of our own begin with the first child, which then is this world's first process.
+        # A PID namespace begins with the next child, which becomes its first process.
         first = supervision.start(lambda: self._settle(command, said))
         os.close(said)
         os._exit(supervision.wait(first))
@@ -83,7 +84,7 @@ class PrivateWorld:
             kernel.unshare(flag)
             self.own.append(what)
 
-    # --- The world's first process: makes its files, and stays until the command is done ---
+    # --- The first process of the namespaces: sets up the file system, then stays until the command has ended ---
 
     def _settle(self, command, said):
         kernel.die_with_parent(signal.SIGKILL)
@@ -107,8 +108,9 @@ class PrivateWorld:
 
     def _make_root(self):
         root = pathlib.Path(NEW_ROOT)
-        # What lies there is hidden by the new root, and comes into it by its open folder; the new root, lying on it, comes
-        # along.
+        # The new root hides what is at NEW_ROOT, which is therefore opened first and bind-mounted through its
+        # descriptor. The recursive bind mount includes the new root, which is mounted on it, so that copy is unmounted
+        # again.
         hidden = os.open(root, os.O_PATH | os.O_DIRECTORY)
         _mount_empty(root)
         (root / "mnt").mkdir()
@@ -126,7 +128,8 @@ class PrivateWorld:
         _make_open_folder(root / "run/lock")
         self._bring_the_session_along(root)
         if not self.keep_session:
-            # Displays are known by small numbers, and two worlds that make one at the same moment would meet in it.
+            # Displays have small numbers, so two runs that start a display at the same moment would choose the same
+            # one.
             _make_open_folder(pathlib.Path("/tmp/.X11-unix"))
             _mount_empty(root / "tmp/.X11-unix", "1777")
             if "network" in self.own:
@@ -157,8 +160,8 @@ class PrivateWorld:
 
 
 def set_home(home, keep_display):
-    """Makes that folder the home, and forgets where the user's own keeps things."""
-    # A display's key lies in the home that is left behind, unless it is told where.
+    """Makes `home` the home folder, and clears the variables that point into the user's own."""
+    # The display's key is in the user's own home, so name its path explicitly.
     key = os.path.join(os.environ.get("HOME", ""), ".Xauthority")
     if keep_display and "XAUTHORITY" not in os.environ and os.path.isfile(key):
         os.environ["XAUTHORITY"] = key
@@ -168,7 +171,7 @@ def set_home(home, keep_display):
 
 
 def describe(scratch, own):
-    """Tells the command where it may leave things, and what of the world that it runs in is its own."""
+    """Describes to the command, in its environment, its scratch folder and which namespaces are its own."""
     os.environ["FENWHIRL_SCRATCH"] = scratch
     os.environ["FENWHIRL_OWN"] = " ".join(own)
     os.environ["FENWHIRL_WORLD_PROCESS"] = str(os.getpid())
@@ -180,7 +183,7 @@ def _refuse(said, error):
 
 
 def _map_users(child):
-    """Gives the user namespace of a child its numbers: all of ours where we may, or else ours alone as root's."""
+    """Writes the mappings of a child's user namespace: all our IDs if allowed, otherwise only our own, as root."""
     try:
         for name in ("uid_map", "gid_map"):
             with open(f"/proc/self/{name}", encoding="ascii") as own:
@@ -208,7 +211,7 @@ def _make_open_folder(place):
 
 
 def _show_content(folder, place, but):
-    """What lies in a folder now lies at that place, too, but for what has one of these names."""
+    """Makes the contents of a folder visible at `place`, too, except for the entries with these names."""
     for entry in os.scandir(folder):
         if entry.name in but:
             continue
@@ -224,9 +227,10 @@ def _show_content(folder, place, but):
 
 
 def _open_the_way(path, root):
-    """Commands are tried as another user, too, who may be kept from the folders that this project lies in, as from /root.
+    """Opens a path to the project for other users, as whom some commands run.
 
-    In the new root each of those is an open one with the same content.
+    They may not be allowed to enter the folders that contain the project, for example /root. In the new root, each of
+    these is replaced by one that everybody may enter, with the same contents.
     """
     folder = pathlib.Path("/")
     for name in pathlib.Path(path).parts[1:]:

@@ -1,4 +1,4 @@
-"""Runs a command to its end on behalf of a process that is waited for itself: passes signals on, leaves nothing running."""
+"""Runs a command on behalf of a process that others wait for: passes signals on and leaves no process behind."""
 
 import contextlib
 import os
@@ -9,8 +9,8 @@ PASSED_ON = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
 
 
 def start(function):
-    """Forks a child that runs `function`, which does not return or raises; returns the child's number."""
-    # Between the fork and the child's own handlers a signal must not be handled as the parent's.
+    """Forks a child that runs `function`, which must not return or raise. Returns the child's process number."""
+    # Between the fork and the child's own setup, a signal must not run the parent's handler in the child.
     with _blocked():
         child = os.fork()
         if child == 0:
@@ -19,7 +19,7 @@ def start(function):
 
 
 def _run_in_child(function):
-    status = 70  # an error in this program
+    status = 70  # an error in this program (EX_SOFTWARE)
     try:
         for number in PASSED_ON:
             signal.signal(number, signal.SIG_DFL)
@@ -44,7 +44,7 @@ def _blocked():
 
 
 def raise_when_told_to_end():
-    """From now on, until something is waited for, a signal to end raises SystemExit, so that what was begun is undone."""
+    """Until the next wait(), signals to end raise SystemExit, so that what was begun is undone."""
     def end(number, _):
         raise SystemExit(128 + number)
 
@@ -53,16 +53,16 @@ def raise_when_told_to_end():
 
 
 def execute(command):
-    """Becomes the command, with the signals of an ordinary start: Ctrl-C means to it what it always means."""
+    """Executes the command with default signal handling, so that Ctrl-C has its usual effect."""
     for number in (signal.SIGINT, signal.SIGQUIT, signal.SIGPIPE, signal.SIGXFSZ):
         signal.signal(number, signal.SIG_DFL)
     os.execvp(command[0], command)
 
 
 def wait(child):
-    """Waits for a child, passing on what this process is told, and returns its status as a shell would.
+    """Waits for a child, passing on signals that this process receives, and returns its status as a shell would.
 
-    Orphans that have become this process's children are reaped meanwhile.
+    Meanwhile it reaps orphans that have become children of this process.
     """
     def pass_on(number, _):
         with contextlib.suppress(ProcessLookupError):
@@ -78,7 +78,7 @@ def wait(child):
 
 
 def children_of(parents):
-    """The processes whose parent is one of these."""
+    """The processes whose parent is one of `parents`."""
     found = []
     for entry in os.listdir("/proc"):
         if not entry.isdigit():
@@ -90,7 +90,7 @@ def children_of(parents):
 
 
 def end_descendants():
-    """Ends everything that still runs below this process, which must have adopted orphans."""
+    """Ends all descendants of this process, which must have adopted orphans."""
     pause = 0.001
     while True:
         family = found = {os.getpid()}

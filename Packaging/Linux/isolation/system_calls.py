@@ -1,4 +1,4 @@
-"""The kernel's calls for namespaces and mounts, which Python 3.11 does not have. Each raises OSError when it fails."""
+"""System calls for namespaces and mounts that Python 3.11 does not offer. Each raises OSError on failure."""
 
 import ctypes
 import fcntl
@@ -31,7 +31,7 @@ DETACH = 2
 _PR_SET_PDEATHSIG = 1
 _PR_SET_CHILD_SUBREAPER = 36
 
-# glibc has no function for it, and its number differs between processors.
+# glibc has no wrapper for pivot_root, and its number differs between processors.
 _SYS_PIVOT_ROOT = {"aarch64": 41, "armv7l": 218, "i686": 217, "loongarch64": 41, "ppc64": 203, "ppc64le": 203,
                    "riscv64": 41, "s390x": 217, "x86_64": 155}
 
@@ -78,12 +78,12 @@ def prctl(option, *arguments):
 
 
 def capset(header, data):
-    """The two structures as bytes."""
+    """Takes both structures as bytes."""
     _checked(_libc.capset(header, data), "capset")
 
 
 def die_with_parent(number):
-    """Has this process sent a signal when its parent ends, and ends it now if that has happened already."""
+    """Sends this process a signal when its parent ends, or at once if the parent has already ended."""
     parent = os.getppid()
     prctl(_PR_SET_PDEATHSIG, number)
     if os.getppid() != parent:
@@ -91,12 +91,12 @@ def die_with_parent(number):
 
 
 def adopt_orphans():
-    """Makes this process the parent of every descendant that loses its own."""
+    """Makes this process the parent of every descendant that loses its own parent."""
     prctl(_PR_SET_CHILD_SUBREAPER, 1)
 
 
 def bring_loopback_up():
-    """The loopback interface of a new network is down."""
+    """Brings up the loopback interface, which is down in a new network namespace."""
     set_flags, up_and_running = 0x8914, 0x1 | 0x40
     with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as any_socket:
         fcntl.ioctl(any_socket, set_flags, struct.pack("16sh14x", b"lo", up_and_running))

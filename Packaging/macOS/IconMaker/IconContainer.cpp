@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr qsizetype headSize = 8; // four letters and a length, of the container and of each entry
+constexpr qsizetype headSize = 8; // a tag of four characters and a length; of container and entries
 
 QByteArray head(const char* type, qsizetype contentSize) {
     QByteArray bytes(type, 4);

@@ -1,10 +1,11 @@
-// The icon of a macOS bundle: one file that holds the same picture in every size the system asks for.
+// The icon of a macOS bundle: one file that contains the same picture in every size that the system uses.
 //
-// The container is a list of entries behind the word "icns": four letters that say size and scale, the length
-// of the entry in bytes (its eight bytes of head included, most significant byte first), and the picture,
-// here always a PNG file. The pictures are drawn anew for each size, not scaled.
+// The container is a list of entries after the tag "icns" and the length of the file. An entry consists of
+// four characters that denote size and scale, its length in bytes (most significant byte first, including
+// this header of eight bytes), and the picture, here always a PNG file. Each size is rendered from the
+// drawing, not scaled.
 //
-// Pure; any thread. Needs no application object as long as the drawing holds no text.
+// Pure functions for any thread. They need no application object as long as the drawing contains no text.
 
 #pragma once
 
@@ -17,8 +18,8 @@ struct IconEntry {
     int pixels; // width and height
 };
 
-// What an icon holds: 16 to 512 points, at one or two pixels a point (16 points at one pixel are scaled down
-// by the system from 32).
+// The pictures of an icon: 16 to 512 points, at one or two pixels per point. The system scales 16 points at
+// one pixel down from 32 pixels.
 inline constexpr std::array<IconEntry, 8> iconEntries = {{
     {"ic07", 128},  // 128 points
     {"ic08", 256},  // 256 points
@@ -30,8 +31,8 @@ inline constexpr std::array<IconEntry, 8> iconEntries = {{
     {"ic14", 512},  // 256 points, two pixels each
 }};
 
-// A picture of a drawing in SVG, in PNG; empty when it is no drawing.
+// Renders an SVG drawing as a PNG picture; empty when the input is not a valid drawing.
 [[nodiscard]] QByteArray iconPicture(const QByteArray& svg, int pixels);
 
-// The container for a drawing in SVG; empty when it is no drawing.
+// The container for an SVG drawing; empty when the input is not a valid drawing.
 [[nodiscard]] QByteArray iconContainer(const QByteArray& svg);

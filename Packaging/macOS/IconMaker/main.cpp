@@ -1,5 +1,6 @@
-// icon-maker DRAWING.svg ICON.icns: makes the icon file of a macOS bundle out of a drawing; with a number of
-// pixels behind, a PNG picture. Runs on the computer that builds, whatever it builds for.
+// icon-maker DRAWING.svg ICON.icns: makes the icon file of a macOS bundle from a drawing. With a third
+// argument, the size in pixels, it makes a PNG picture instead. Runs on the building computer, whatever the
+// target is.
 
 #include "IconContainer.h"
 

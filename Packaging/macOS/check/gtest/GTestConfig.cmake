@@ -1,5 +1,5 @@
-# Stands for GoogleTest on a Mac: Debian's sources of it (package googletest), built with the rest. Only asked for when the
-# tests are part of what is checked.
+# Stands in for GoogleTest on a Mac: Debian's copy of its sources (package googletest), built with the rest. Used only
+# when the check includes the tests.
 if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
   set(GTest_FOUND FALSE)
   set(GTest_NOT_FOUND_MESSAGE "apt-get install googletest")

@@ -8,7 +8,7 @@
 extern "C" {
 #endif
 
-// The window server's session; null where there is none. The keys are macros on a Mac too.
+// The window server's session; null when there is none. The keys are macros on a Mac, too.
 CFDictionaryRef _Nullable CGSessionCopyCurrentDictionary(void) __attribute__((cf_returns_retained));
 #define kCGSessionOnConsoleKey CFSTR("kCGSSessionOnConsoleKey")
 
