@@ -1,6 +1,7 @@
-// The time that a subject takes over many runs, beside that of the least that could do its work.
+// Compares the time that a subject takes over many runs with the time of the least work that could replace
+// it.
 //
-// Both are run by turns, so that they see the same machine, and their medians are compared.
+// The two run alternately, so that both see the machine in the same state, and their medians are compared.
 
 #pragma once
 
@@ -9,10 +10,10 @@
 #include <ctime>
 #include <vector>
 
-// Wall and processor time of the runs of one subject, in seconds.
+// Wall-clock and processor time of the runs of one subject, in seconds.
 class Course {
 public:
-    // Runs the subject once; returns its wall time.
+    // Runs the subject once and returns its wall-clock time.
     template <typename Subject>
     double run(const Subject& subject) {
         const double processorStart = secondsOn(CLOCK_PROCESS_CPUTIME_ID);

@@ -1,13 +1,13 @@
 #!/usr/bin/python3
-"""What Fenwhirl costs on the desktop, beside its peers and the least a program of its kind can cost, in one run.
+"""Measures what Fenwhirl costs on the desktop, compared with its peers and with the least a program of its kind can cost.
 
     Packaging/Linux/install-packages run tour test bench
     cmake --preset bench -D FENWHIRL_TESTS=OFF
     cmake --build --preset bench --target Fenwhirl FenwhirlApp fenwhirl-guard simulated-mac QuickFloor WindowWatch
     Packaging/Linux/private-namespace Benchmarks/DesktopBenchmark.py build/bench [--seconds 75] [--runs 9]
 
-Needs real root, for the peer's sensors. Prints one line per figure: the figure, what it is measured against, their ratio, and
-the ratio that is allowed. Ends with 1 when one is missed.
+Needs real root, for the peer's sensors. Prints one line per figure: the figure, the figure it is compared with, their ratio,
+and the allowed ratio. Exits with 1 when a ratio is exceeded.
 """
 
 import argparse
@@ -42,7 +42,7 @@ exec psensor
 
 
 class Table:
-    """The figures, and whether all are as they should be."""
+    """Prints the figures and remembers whether any ratio was exceeded."""
 
     def __init__(self):
         self.missed = False
@@ -69,7 +69,7 @@ def memory(pid):
 
 
 def threads(pid):
-    """Of every thread by its name: nanoseconds of processor time and how often it went to sleep."""
+    """For every thread: its name, nanoseconds of processor time, and how often it went to sleep."""
     found = {}
     for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
         with contextlib.suppress(OSError):
@@ -81,7 +81,7 @@ def threads(pid):
 
 
 def spent_between(before, after):
-    """Nanoseconds, and sleeps by thread name."""
+    """The difference of two measurements: nanoseconds of processor time, and sleeps by thread name."""
     nanoseconds, sleeps = 0, {}
     for task, (name, spent, slept) in after.items():
         _, spent_before, slept_before = before.get(task, (name, 0, 0))
@@ -96,8 +96,8 @@ SPANS = 5
 def processor_use(pid, seconds):
     """The share of one processor in percent, and the sleeps by thread name, over that time.
 
-    The share is the median of spans: a virtual computer charges to whoever runs what its host takes for itself, now and then
-    15 ms at once, to a program that does nothing but read its clock, too. The spans are told, so nothing is hidden.
+    The share is the median of several spans. A virtual computer sometimes charges the time that its host takes for itself
+    to the running program: 15 ms at once, even to a program that only reads its clock. The spans are printed, too.
     """
     shares, slept = [], {}
     for _ in range(SPANS):
@@ -113,9 +113,9 @@ def processor_use(pid, seconds):
 # --- Windows ---
 
 class Watch(stage.Process):
-    """Knows when a window was drawn for the first time after it was shown."""
+    """Detects when a window is first drawn after it was shown."""
 
-    SMALLEST = 150  # points of width; smaller ones are no windows that people look at
+    SMALLEST = 150  # smallest width in points; narrower windows are not visible ones
 
     def __init__(self, build):
         super().__init__([build / "benchmarks/WindowWatch"], stdout=subprocess.PIPE)
@@ -135,7 +135,7 @@ class Watch(stage.Process):
 
 
 def first_picture(watch, command, **options):
-    """Milliseconds from the start of a program to its first picture; the program is ended then."""
+    """Milliseconds from the start of a program to its first picture. Ends the program afterwards."""
     began = time.monotonic()
     with stage.Process(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options):
         moment, _ = watch.next_picture()
@@ -144,13 +144,13 @@ def first_picture(watch, command, **options):
 
 @contextlib.contextmanager
 def peer(desktop, hides):
-    """The other program with its sensors, in a world of its own: hidden in the bar, or with its window open; its number."""
-    # Settings are read from this file only when it is named as their place; without, every start would be the first.
+    """Runs the other program with its sensors in a mount namespace, hidden in the bar or with its window open."""
+    # GSettings reads this file only with the keyfile backend; otherwise every start would be a first start.
     desktop.put(".config/glib-2.0/settings/keyfile",
                 f"[apps/psensor]\ninterface-hide-on-startup={'true' if hides else 'false'}\n")
     with stage.Process(["unshare", "--mount", "sh", "-c", PEER_SENSORS], stderr=subprocess.DEVNULL,
                        env={**os.environ, "GSETTINGS_BACKEND": "keyfile"}) as process:
-        pid = process.child.pid  # `exec` keeps the number
+        pid = process.child.pid  # `exec` keeps the process number
         stage.wait_until(lambda: pathlib.Path(f"/proc/{pid}/comm").read_text(encoding="ascii").strip() == "psensor",
                          "the peer runs")
         desktop.wait_for_ink()
@@ -168,7 +168,7 @@ def peer_windows():
 # --- Fenwhirl ---
 
 def activate(bus, name="com.fenwhirl.app", path="/com/fenwhirl/app"):
-    """What a second start asks of the first."""
+    """Makes the D-Bus call that a second start makes to the running program."""
     from gi.repository import GLib
     bus.call_sync(name, path, "org.freedesktop.Application", "Activate",
                   GLib.Variant("(a{sv})", ({},)), None, 0, 5000, None)
@@ -192,7 +192,7 @@ class Benchmark:
         return stage.Process([self.build / "bin/Fenwhirl"], env={**os.environ, "LANGUAGE": "fr"})
 
     def starts(self):
-        """From the start to the first picture; the programs take turns."""
+        """Measures the time from the start to the first picture. The programs take turns."""
         took = {"floor": [], "fenwhirl": [], "gsm": []}
         with Desktop(onboarded=False, window_manager=False), Watch(self.build) as watch:
             for _ in range(self.runs):
@@ -205,7 +205,7 @@ class Benchmark:
         self.table.line("B9", "the same, against gnome-system-monitor", median["fenwhirl"], median["gsm"], 0.5, "ms")
 
     def measure_peer(self):
-        """Memory and processor time of psensor: in the tray, and with its window open."""
+        """Measures memory and processor time of psensor: in the tray, and with its window open."""
         figures = {}
         with Desktop(window_manager=False) as desktop:
             desktop.start_panel()
@@ -223,7 +223,7 @@ class Benchmark:
                 desktop.wait_for_ink()
                 self.rest(desktop)
                 fresh = memory(pid)
-                time.sleep(20)  # by then it has given back what only its start needed
+                time.sleep(20)  # by then it has released what only its start needed
                 costs = self.hidden_costs(desktop, pid, "hidden")
                 figures["hidden"] = (*memory(pid), *costs)
                 self.table.note(f"just started: {fresh[0]:.1f} MB resident, {fresh[1]:.1f} MB private")
@@ -243,7 +243,7 @@ class Benchmark:
         return figures
 
     def note_fresh_dashboard(self):
-        """The dashboard's memory before anything of its start was given back, for comparison."""
+        """Prints the dashboard's memory before anything of its start is released, for comparison."""
         with Desktop(machine="iMac19,1", window_manager=False, speed=1) as desktop, Watch(self.build) as watch:
             desktop.start_panel()
             with self.fenwhirl() as process:
@@ -256,21 +256,21 @@ class Benchmark:
 
     @staticmethod
     def rest(desktop):
-        """Holds every temperature, so that what is measured is not the heat of the moment."""
+        """Pins every temperature, so that the results do not depend on the simulated heat."""
         for key in re.findall(r"\bT\S{3}\b", "\n".join(desktop.mac.tell("keys T"))):
-            with contextlib.suppress(stage.StageError):  # some are no numbers
+            with contextlib.suppress(stage.StageError):  # some keys have no numeric type
                 desktop.mac.tell(f"set {key} 50")
 
     @staticmethod
     def choose_page(desktop):
-        """The sensors page, by a click into the sidebar: nothing else that the measurement would see is at work."""
+        """Opens the sensors page by a click into the sidebar, so that nothing else runs that would affect the result."""
         window = desktop.wait_for_main_window()
         subprocess.run(["xdotool", "mousemove", str(window[1] + 100), str(window[2] + 84 + 2 * 42 + 20), "click", "1"],
                        check=True)
         time.sleep(2)
 
     def processor_share(self, pid, what):
-        """In percent of one processor."""
+        """The share of one processor in percent."""
         shares, _ = processor_use(pid, self.seconds)
         return self.typical(shares, what)
 
@@ -279,7 +279,7 @@ class Benchmark:
         return statistics.median(shares)
 
     def hidden_costs(self, desktop, pid, what):
-        """Share of the processor, and wake-ups a second beyond those of the round trips to the controller."""
+        """The share of the processor, and wake-ups per second beyond those of round trips to the controller."""
         requests, began = desktop.requests(), time.monotonic()
         shares, sleeps = processor_use(pid, self.seconds)
         seconds = time.monotonic() - began
@@ -307,11 +307,11 @@ class Benchmark:
 
     @staticmethod
     def delete(window):
-        """What a window manager sends when the close button is pressed."""
+        """Sends what a window manager sends when the close button is pressed."""
         subprocess.run(["/usr/bin/python3", "-c", DELETE, window], check=True)
 
     def kept_window(self):
-        """Milliseconds from the wish to the picture, for a bare window that was only hidden."""
+        """Milliseconds from the request to the picture, for a bare window that was only hidden."""
         took = []
         with Desktop(window_manager=False), Watch(self.build) as watch, \
                 stage.Process([self.build / "benchmarks/QuickFloor", "window"]):

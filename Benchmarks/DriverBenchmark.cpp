@@ -1,7 +1,8 @@
-// What a poll through the kernel's drivers adds to the reads that it cannot avoid: 60 temperatures and two
-// fans, beside as many bare reads of the same files on descriptors that are kept open.
+// What a poll through the kernel's drivers costs beyond the reads that it cannot avoid. It reads 60
+// temperatures and two fans, and is compared with as many bare reads of the same files on descriptors that
+// stay open.
 //
-// The files are ordinary ones, whose reads cost less than those of a driver: the ratio is worse than on a
+// The files are ordinary ones, which cost less to read than a driver's files, so the ratio is worse than on a
 // Mac.
 
 #include "Course.h"
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int sensorCount = 60;
 
-// The laptop of the tree, with sensors of made-up names added until there are 60.
+// Adds sensors with made-up names to the laptop of the tree until there are 60.
 void makeMachine(const DriverTree& tree) {
     constexpr int sensorsOfTheLaptop = 18;
     for (int channel = sensorsOfTheLaptop + 1; channel <= sensorCount; ++channel) {

@@ -1,10 +1,10 @@
-// What the privileged helper costs, beside the least that is possible, measured by turns in the same run:
-// start, run and end of "version"; "set" and "auto" beside a bare program with as many round trips; launching
-// from a process with much memory beside launching from a small one.
+// What the privileged helper costs in comparison with the least possible, measured alternately in the same
+// run. It measures the start, run and end of "version"; "set" and "auto" against a bare program with as many
+// round trips; and launching from a process with much memory against launching from a small one.
 //
-// Needs to be root of a private world, because the controller's place is fixed:
+// It must be root of a private namespace, because the controller's path is fixed:
 //   Packaging/Linux/private-namespace build/bench/benchmarks/HelperBenchmark
-// Ends with status 1 when something is over its budget.
+// Exits with status 1 when a budget is exceeded.
 
 #include "Fenwhirl/HelperClient/HelperInstallation.h"
 #include "Fenwhirl/Platform/ChildProcess.h"
@@ -75,7 +75,7 @@ void compare(const char* what, double budget, const std::string& floorProgram,
     print(what, median(floor), median(ours), budget, "ms");
 }
 
-// Instructions from the first of the loader to the last; absent without callgrind.
+// Millions of instructions from the first one of the loader to the last one; absent without callgrind.
 std::optional<double> instructions(const std::string& program, const Arguments& arguments) {
     const std::string log = "/run/helper-benchmark.log";
     Arguments all = {"--tool=callgrind", "--callgrind-out-file=/dev/null", "--log-file=" + log, program};
@@ -101,7 +101,7 @@ void countInstructions(const std::string& floor, const std::string& helper) {
     print("version, instructions", *least, *ours, budget / *least, "M ");
 }
 
-// A simulated Mac whose time stands still, and how many requests it has answered.
+// A simulated Mac whose time stands still. It counts the requests that it has answered.
 class Controller {
 public:
     explicit Controller(const std::string& program) {
@@ -109,7 +109,7 @@ public:
         require(toIt.has_value(), "no pipe");
         int fromIt[2] = {};
         require(pipe(fromIt) == 0, "no pipe");
-        process_ = fork(); // small and without threads at this time
+        process_ = fork(); // the process is still small and single-threaded
         if (process_ == 0) {
             dup2(toIt->readEnd.number(), STDIN_FILENO);
             dup2(fromIt[1], STDOUT_FILENO);
@@ -168,8 +168,8 @@ void compareCommand(Controller& controller, const char* what, const std::string&
     compare(title.c_str(), budget, floor, {std::to_string(trips)}, helper, arguments);
 }
 
-// Launching by the client from this process, by turns without and with much memory in use; and, for
-// comparison, by fork from the large one.
+// Launches the helper through the client, alternately with little and with much memory in use. For
+// comparison, also launches it by fork from the large process.
 void compareLaunches(const std::string& helper) {
     const HelperInstallation client({.helperPath = helper,
                                      .executablePath = {},
@@ -215,7 +215,7 @@ int main() {
     CPU_ZERO(&first);
     CPU_SET(0, &first);
     sched_setaffinity(0, sizeof first,
-                      &first); // across processors the machine's idle states would be measured
+                      &first); // on several processors, their idle states would be measured
     const auto own = executablePath();
     require(own.has_value(), "where am I?");
     const std::string folder = own->substr(0, own->rfind('/'));

@@ -1,5 +1,5 @@
-// The least that a helper can cost: a C++ program with its run-time library linked in that connects to the
-// controller when there is something to ask, makes the given number of round trips, and ends.
+// The least that a helper can cost: a C++ program with a static C++ run-time library. It connects to the
+// controller if there is something to ask, makes the given number of round trips, and exits.
 //
 // Usage: HelperFloor ROUND_TRIPS
 

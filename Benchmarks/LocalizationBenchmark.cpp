@@ -1,5 +1,5 @@
-// What a lookup costs. A page shows about fifty texts, so a redraw spends fifty of these; a frame lasts 16
-// ms (RedrawLookupsTest counts what a page really asks for).
+// What a text lookup costs. A page shows about fifty texts, so a redraw makes fifty lookups, and a frame
+// lasts 16 ms. RedrawLookupsTest counts the lookups that a page really makes.
 
 #include "Fenwhirl/Localization/Cyrillic.h"
 #include "Fenwhirl/Localization/Localizer.h"
@@ -11,7 +11,8 @@
 
 namespace {
 
-// Every text of the interface in turn, so that short labels and long notes weigh as they do in the program.
+// Looks up every text of the interface in turn, so that short labels and long notes have the same weight as
+// in the program.
 void lookups(benchmark::State& state, AppLanguage language) {
     Localizer::setLanguage(language);
     std::size_t next = 0;
@@ -22,7 +23,7 @@ void lookups(benchmark::State& state, AppLanguage language) {
     state.SetItemsProcessed(state.iterations());
 }
 
-// As qsTr asks: with the text in UTF-8.
+// Looks a text up as qsTr does, in UTF-8.
 void translations(benchmark::State& state, AppLanguage language) {
     Localizer::setLanguage(language);
     const LocalizerTranslator translator;

@@ -1,5 +1,5 @@
-// What remembering costs: loading the monitor's preferences at the start, and saving one change of a fan, on
-// the disk and, without it, in memory (/dev/shm). The difference is the disk's.
+// What preferences cost: loading them at the start, and saving one change of a fan, on the disk and in memory
+// (/dev/shm). The difference between the two is the cost of the disk.
 
 #include "Fenwhirl/Monitoring/FanSettingsJSON.h"
 #include "Fenwhirl/Monitoring/SavedPreferences.h"
@@ -46,7 +46,7 @@ void save(benchmark::State& state, const char* parent) {
     FanSettings settings = settingsOf(static_cast<int>(state.range(0)));
     for (auto step : state) {
         static_cast<void>(step);
-        settings[0].constantRPM += 50; // a slider that is dragged
+        settings[0].constantRPM += 50; // as when a slider is dragged
         Save::settings(store, settings);
     }
 }

@@ -1,14 +1,13 @@
-// What a look at all processes costs.
+// What a sample of all processes costs.
 //
-// First the part that is this program's alone, the reading of the listing's text, for as many processes as a
-// bare system, a desktop and a crowded machine have: the cost of a line must not depend on how many there
-// are. Then whole samples, by turns with the system's own lister run bare, in processor time of this process
-// and its children, with as many idle processes beside them.
+// The first part measures the program's own parsing of a listing, with as many processes as a bare system, a
+// desktop and a crowded machine have. The cost of a line must not depend on their number. The second part
+// takes whole samples, alternately with bare runs of the system's own lister and with as many idle processes,
+// and measures the processor time of this process and its children.
 //
 //   Packaging/Linux/private-namespace build/bench/benchmarks/ProcessesBenchmark
 //
-// (the namespace keeps the rest of the computer's processes out of the count). Ends with status 1 when
-// something is over its budget.
+// The namespace excludes the computer's other processes. Exits with status 1 when a budget is exceeded.
 
 #include "Fenwhirl/Platform/ChildProcess.h"
 #include "Fenwhirl/Platform/ProcessTable.h"
@@ -32,7 +31,7 @@
 
 namespace {
 
-constexpr double dearestLine = 2; // a line among 10 000, beside a line among 100
+constexpr double dearestLine = 2; // cost of a line among 10 000, relative to a line among 100
 constexpr double sampleBudget = 1.15;
 constexpr double parsingBudget = 0.05;
 constexpr int rounds = 25;
@@ -71,7 +70,7 @@ double cost(const Work& work) {
     return processorMilliseconds() - before;
 }
 
-// As a listing of a desktop looks: a third of the processes in bundles, each with a few helpers.
+// A listing like a desktop's: a third of the processes are in bundles, each with a few helpers.
 QByteArray listingOf(int processes) {
     QByteArray listing;
     for (int i = 0; i < processes; ++i) {

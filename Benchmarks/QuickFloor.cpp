@@ -1,7 +1,7 @@
-// The least that a program of this kind can cost: what DesktopBenchmark.py measures Fenwhirl against.
+// The least that a program of this kind can cost. DesktopBenchmark.py compares Fenwhirl with it.
 //
-//   QuickFloor window   a Qt Quick window with a text; "Activate" over the session bus hides it or shows it
-//   again QuickFloor hidden   Qt Quick linked, an application object, no engine and no window
+//   QuickFloor window   a Qt Quick window with a text; "Activate" over the session bus hides it or shows it again
+//   QuickFloor hidden   Qt Quick linked, an application object, no engine and no window
 
 #include <QDBusConnection>
 #include <QGuiApplication>

@@ -1,8 +1,8 @@
-// What the core adds to the round trips that it cannot avoid.
+// What the core costs beyond the round trips that it cannot avoid.
 //
-// Every benchmark runs its subject and the same number of bare round trips (send and receive of the same
-// records on the same kind of socket, nothing else) by turns, so that both see the same machine; the counters
-// are the medians of both and their ratio, for the wall clock and for this process's processor time.
+// Every benchmark runs its subject alternately with the same number of bare round trips, which only send and
+// receive the same records on the same kind of socket, so that both see the machine in the same state. The
+// counters are the medians of both and their ratio, in wall-clock time and in processor time of this process.
 
 #include "Course.h"
 #include "FenwhirlCore/Platform/SocketTransport.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-// The floor: round trips without anything around them.
+// The floor: round trips and nothing else.
 class BareConnection {
 public:
     explicit BareConnection(const std::string& path) : socket_(socket(AF_UNIX, SOCK_SEQPACKET, 0)) {
@@ -68,8 +68,8 @@ std::vector<std::string> sensorKeys(int count) {
     return keys;
 }
 
-// Two fans and 60 sensors: what the application does every two seconds. 136 round trips for their values, two
-// more for the number of fans.
+// Two fans and 60 sensors, which the application reads every two seconds: 136 round trips for the values, and
+// two for the number of fans.
 void poll(benchmark::State& state) {
     const SMCService service(60);
     SMC smc(SocketTransport::open(service.path()));

@@ -54,7 +54,7 @@ SMCParam answer(const SMCParam& request, int sensorCount) {
     _exit(EXIT_SUCCESS);
 }
 
-// One process for each connection, so that none waits for another; they end with their connections.
+// Starts one process per connection, so that no connection waits for another; each ends with its connection.
 [[noreturn]] void serve(int listener, int sensorCount) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     signal(SIGCHLD, SIG_IGN);

@@ -1,7 +1,8 @@
-// A controller in another process, behind a socket of the kind that the simulated Mac offers.
+// A controller in another process, behind a socket like the simulated Mac's.
 //
-// Knows the keys of two fans and any number of sensors ("T" and three digits), and answers at once. Both
-// processes stay on one processor, because a round trip across processors measures the machine's idle states.
+// It has the keys of two fans and of any number of sensors ("T" and three digits), and answers at once. Both
+// processes run on one processor, because a round trip across processors would measure the machine's idle
+// states.
 
 #pragma once
 

@@ -1,8 +1,8 @@
-// Says when windows appear on an X11 display and when something is first drawn into them, for benchmarks of
-// programs of any kind. The display must have no window manager, so that programs' windows lie right on it.
+// Reports when windows appear on an X11 display and when they are first drawn, for benchmarks of any program.
+// The display must have no window manager, so that the programs' windows are children of the root window.
 //
-// Writes one line per event until it is ended: "READY", then "SECONDS shown WINDOW WIDTHxHEIGHT" and
-// "SECONDS drawn WINDOW", seconds of the monotonic clock. "drawn" comes once each time a window was shown.
+// Prints one line per event until it is ended: "READY", then "SECONDS shown WINDOW WIDTHxHEIGHT" and "SECONDS
+// drawn WINDOW", in seconds of the monotonic clock. "drawn" follows once after each "shown".
 
 #include <X11/Xlib.h>
 #include <X11/extensions/Xdamage.h>
@@ -18,7 +18,7 @@ double now() {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-// A window may be gone before we look at it.
+// Ignores errors, because a window may be gone before we look at it.
 int ignoreError(Display* /*display*/, XErrorEvent* /*error*/) {
     return 0;
 }
@@ -37,7 +37,7 @@ int main() {
     std::puts("READY");
     std::fflush(stdout);
 
-    std::map<Window, Damage> watched; // from being created to the first drawing, and again when shown again
+    std::map<Window, Damage> watched; // from creation to the first drawing, and again when shown again
     for (;;) {
         XEvent event = {};
         XNextEvent(display, &event);

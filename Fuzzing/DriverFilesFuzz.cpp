@@ -1,13 +1,12 @@
-// A Mac's driver whose files hold anything and fail at any moment, under the transport that makes a
-// controller of them.
+// Fuzzes the driver transport: a Mac's driver whose files contain anything and fail at any moment.
 //
 // Input: lines "NAME TEXT", each a file in the driver's folder ("of_node/…" for the device tree below it,
-// "@PATH TEXT" for a file elsewhere), an empty line, then bytes: one for each operation, and one for each
-// time that the files are asked, which says whether and how that fails.
+// "@PATH TEXT" for a file elsewhere), then an empty line, then bytes: one for each operation, and one for
+// each file access, which decides whether and how the access fails.
 //
-// What must hold: only the files that steer a fan are written, each with a whole number; no fan is stopped
-// and none is driven while no temperature can be the processor's; keys are in order and all different; every
-// descriptor is closed, and nothing is stored but what is remembered about a fan.
+// Invariants: Only the files that control a fan are written, each with a whole number. No fan is stopped, and
+// none is driven while no temperature can be the processor's. Keys are sorted and unique. Every descriptor is
+// closed, and only the remembered state of a fan is stored.
 
 #include "FenwhirlCore/Platform/DriverTransport.h"
 #include "FenwhirlCore/SMC.h"
@@ -34,13 +33,13 @@ bool isNumbered(std::string_view name, std::string_view prefix, std::string_view
     return name.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// What a test keeps while the transport owns the files.
+// The test's own state, which remains accessible while the transport owns the files.
 struct Computer {
     std::map<std::string, std::string> files;
     std::set<int> open;
     std::map<int, std::string> paths;
     int lastDescriptor = 2;
-    bool isDriven = false; // something was written
+    bool isDriven = false; // whether anything was written
     bool mayDrive = true;
     milliseconds now{0};
     milliseconds slept{0};
@@ -144,7 +143,7 @@ private:
     FuzzInput& input_;
 };
 
-// The files of the input's first part.
+// Reads the files from the first part of the input.
 void takeFiles(FuzzInput& input, Computer& computer) {
     while (!input.isEmpty()) {
         std::string line;
@@ -159,7 +158,7 @@ void takeFiles(FuzzInput& input, Computer& computer) {
     }
 }
 
-// Whether some text could make a temperature the processor's, or root has allowed to drive without one.
+// Whether some file could identify a temperature as the processor's, or root has allowed driving without one.
 bool mayBeDriven(const Computer& computer) {
     return std::ranges::any_of(computer.files, [](const auto& file) {
         const auto& [path, text] = file;

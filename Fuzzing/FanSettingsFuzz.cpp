@@ -1,5 +1,5 @@
-// The stored settings of the fans from arbitrary bytes: never a stop, and what was understood survives being
-// stored again.
+// Fuzzes the stored settings of the fans with arbitrary bytes: decoding never stops the process, and decoded
+// settings survive being stored again.
 
 #include "Fenwhirl/Monitoring/FanSettingsJSON.h"
 

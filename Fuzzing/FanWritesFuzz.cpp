@@ -1,5 +1,5 @@
-// Fan writes on random firmware with random refusals, against a second description of the sequence: which
-// writes are attempted, in which order, with which bytes, and what the operation returns.
+// Fuzzes fan writes on random firmware with random refusals. A second implementation of the sequence predicts
+// which writes are attempted, in which order, with which bytes, and what the operation returns.
 
 #include "FuzzInput.h"
 #include "ReplacedStop.h"
@@ -24,7 +24,7 @@ void addKey(ScriptedSMC& controller, FuzzInput& input, const std::string& key) {
     constexpr const char* types[] = {"ui8 ", "ui16", "fpe2", "flt ", "sp78", "ui32"};
     const std::uint8_t choice = input.byte();
     if (choice % 8 >= 6)
-        return; // this firmware has no such key
+        return; // this firmware does not have the key
     const auto value = input.bytes(choice % 8 == 3 || choice % 8 == 5 ? 4 : choice % 8 == 0 ? 1 : 2);
     controller.set(key, types[choice % 8], Bytes(value.begin(), value.end()));
     if (choice & 0x40)
@@ -33,7 +33,7 @@ void addKey(ScriptedSMC& controller, FuzzInput& input, const std::string& key) {
         controller.at(key).readResult = SMCResult::notReadable;
 }
 
-// The expected log, and a table of its own that the expected writes change.
+// The expected log, with its own table that the expected writes change.
 class Model {
 public:
     explicit Model(const ScriptedSMC& controller) {
@@ -126,7 +126,7 @@ private:
         } else {
             return false;
         }
-        bytes.resize(entry->second.bytes.size()); // as many as the reported size
+        bytes.resize(entry->second.bytes.size()); // as many bytes as the reported size
         const bool accepted = entry->second.writeResult == 0;
         if (accepted)
             entry->second.bytes = bytes;

@@ -1,4 +1,4 @@
-// The bytes of one fuzzer input, taken as numbers from front to back; zeros once they are used up.
+// The bytes of one fuzzer input, read as numbers from front to back. Once they are used up, it returns zeros.
 
 #pragma once
 
@@ -40,7 +40,8 @@ private:
     std::span<const std::uint8_t> rest_;
 };
 
-// What a fuzz target claims about every input; ends the process as a finding otherwise.
+// Checks a claim that a fuzz target makes about every input. A false claim ends the process, which the fuzzer
+// reports as a finding.
 inline void fuzzExpect(bool claim, const char* words) {
     if (claim)
         return;

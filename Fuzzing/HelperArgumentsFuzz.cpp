@@ -1,4 +1,5 @@
-// Any text as the helper's index and speed, against parsers written another way.
+// Fuzzes the parsing of the helper's index and speed with any text, and compares it with independently
+// written parsers.
 
 #include "Fenwhirl/HelperArguments.h"
 #include "FuzzInput.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-// Digit by digit, in a type that cannot overflow on the way.
+// Reads digit by digit, in a type that cannot overflow meanwhile.
 std::optional<std::int64_t> indexByHand(std::string_view text) {
     const bool isNegative = text.starts_with('-');
     if (isNegative || text.starts_with('+'))
@@ -31,14 +32,14 @@ std::optional<std::int64_t> indexByHand(std::string_view text) {
     return static_cast<std::int64_t>(isNegative ? 0 - exact : exact);
 }
 
-// Takes what is expected from the front of a text.
+// Reads expected parts from the front of a text.
 class Reader {
 public:
     explicit Reader(std::string_view text) : rest_(text) {}
 
     [[nodiscard]] bool isAtEnd() const { return rest_.empty(); }
 
-    // A word of lower-case letters, in whatever case.
+    // Reads a word, given in lower case, ignoring case.
     bool take(std::string_view word) {
         if (rest_.size() < word.size())
             return false;
@@ -49,7 +50,7 @@ public:
         return true;
     }
 
-    // As many of these characters as there are.
+    // Reads as many of these characters as there are, and counts them.
     std::size_t takeAll(std::string_view characters) {
         std::size_t count = 0;
         while (count < rest_.size() && characters.find(lowered(rest_[count])) != std::string_view::npos)
@@ -84,7 +85,7 @@ bool isDigitsAndExponent(Reader reader, std::string_view digits, std::string_vie
     return reader.isAtEnd();
 }
 
-// What the C locale's strtod calls a number, spelled out.
+// Whether strtod in the C locale accepts the text as a number, spelled out.
 bool isNumber(std::string_view text) {
     Reader reader(text);
     if (!reader.take("+"))

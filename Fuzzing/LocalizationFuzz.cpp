@@ -1,6 +1,7 @@
-// Any text through the lookup, the filling of placeholders, the transliteration and the choice of language.
+// Fuzzes the lookup, the filling of placeholders, the transliteration and the choice of language with any
+// text.
 //
-// Input: the first byte picks the language, the rest is the text, once as UTF-8 and once as UTF-16.
+// Input: the first byte selects the language; the rest is the text, used once as UTF-8 and once as UTF-16.
 
 #include "Fenwhirl/Localization/AppLanguage.h"
 #include "Fenwhirl/Localization/Cyrillic.h"
@@ -30,7 +31,7 @@ void require(bool holds) {
 
 const QString placeholder = QStringLiteral("%@");
 
-// What is neither a letter nor part of one stands where it stood before.
+// The ASCII characters that are not letters. Transliteration must keep them, in the same order.
 QString withoutLetters(const QString& text) {
     QString rest;
     for (const QChar c : text) {

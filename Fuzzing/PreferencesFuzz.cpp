@@ -1,5 +1,5 @@
-// The file of the preferences from arbitrary bytes: never a stop, and what was understood survives being
-// written again.
+// Fuzzes the preferences file with arbitrary bytes: decoding never stops the process, and decoded values
+// survive being written again.
 
 #include "Fenwhirl/Platform/PreferencesText.h"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-// Equality that also holds for the numbers that equal nothing.
+// Equality that treats NaN as equal to NaN.
 bool same(const PreferenceValue& a, const PreferenceValue& b) {
     const auto* const numberA = std::get_if<double>(&a);
     const auto* const numberB = std::get_if<double>(&b);

@@ -1,6 +1,6 @@
-// Any text as a process listing.
+// Fuzzes the parsing of a process listing with any text.
 //
-// Input: the text. What is claimed of the result is told from the text a second way, line by line.
+// Input: the text. The expected results are derived from it independently, line by line.
 
 #include "Fenwhirl/Processes/ProcessListing.h"
 #include "FuzzInput.h"
@@ -16,7 +16,7 @@ namespace {
 constexpr qint32 ownPid = 77;
 constexpr int processors = 4;
 
-// Of a field: digits with at most one sign, in range.
+// The number in a field of digits with at most one sign; absent when it is out of range.
 std::optional<qint32> wholeNumber(const QString& field) {
     for (qsizetype i = 0; i < field.size(); ++i) {
         const bool sign = i == 0 && field.size() > 1 && (field[i] == u'-' || field[i] == u'+');
@@ -29,7 +29,7 @@ std::optional<qint32> wholeNumber(const QString& field) {
     return valid ? std::optional(number) : std::nullopt;
 }
 
-// The line's fields, found by splitting it as a whole.
+// Checks a line against the fields that splitting the whole line gives.
 void checkLine(const QString& line) {
     const QStringList fields = line.split(u' ', Qt::SkipEmptyParts);
     const std::optional<ProcessLine> process = parseProcessLine(line);

@@ -1,4 +1,4 @@
-// Any text as the kernel's line about one process.
+// Fuzzes the parsing of the kernel's line about one process with any text.
 
 #include "Fenwhirl/Platform/ProcessStatLinux.h"
 #include "FuzzInput.h"
@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     fuzzExpect(text.find('(' + stat->name + ')') != std::string_view::npos, "the name stands in the text");
-    // The same fields with another name are the same fields.
+    // Another name must not change the other fields.
     const std::optional<ProcessStat> again =
         parseProcessStat(std::string("1 (a b") + std::string(text.substr(text.rfind(')'))));
     fuzzExpect(again && again->name == "a b", "the name is what stands in parentheses");

@@ -8,7 +8,8 @@ struct BrokenPrecondition {};
 
 } // namespace
 
-// Takes the place of the library's definition, which stands alone in its object file.
+// Overrides the library's definition, which is the only one in its object file, so the linker leaves that
+// file out.
 void stopOnBrokenPrecondition() {
     throw BrokenPrecondition();
 }

@@ -1,9 +1,9 @@
-// Stands in for the way in which the core ends the process, so that a fuzz target can tell a justified stop
-// from a crash: within `stops`, a broken precondition comes back as true.
+// Replaces the function with which the core ends the process, so that a fuzz target can distinguish a
+// justified stop from a crash.
 
 #pragma once
 
 #include <functional>
 
-// Runs the operation; whether it ended in a broken precondition.
+// Runs the operation. Returns true if it ended with a broken precondition.
 [[nodiscard]] bool stops(const std::function<void()>& operation);

@@ -1,5 +1,6 @@
-// The main function of a fuzz target that is built without a fuzzer: runs every seed, then inputs derived
-// from them by a fixed sequence of random changes. The same inputs on every machine and at every run.
+// The main function of a fuzz target that is built without a fuzzer. It runs every seed, then inputs derived
+// from the seeds by a fixed sequence of random changes. The inputs are the same on every machine and in every
+// run.
 //
 // Usage: TARGET FOLDER [COUNT]
 
@@ -42,7 +43,8 @@ std::vector<Input> seeds(const std::filesystem::path& place) {
     return inputs;
 }
 
-// One random change: a byte set, flipped, inserted or removed, a piece repeated, another seed appended.
+// Makes one random change: a byte set, flipped, inserted or removed, a piece repeated, or another seed
+// appended.
 void change(Input& input, const std::vector<Input>& seeds, std::mt19937_64& random) {
     const auto position = [&](std::size_t end) { return end == 0 ? 0 : random() % end; };
     const auto offset = [](std::size_t value) { return static_cast<std::ptrdiff_t>(value); };

@@ -1,5 +1,5 @@
-// A controller that answers anything, through every operation: nothing crashes, results keep their promises,
-// and the process would be stopped only where a count, a mask or an index is unusable.
+// Fuzzes every operation with a controller that gives arbitrary answers. Nothing may crash, results must keep
+// their promises, and the process may be stopped only where a count, a mask or an index is unusable.
 
 #include "FenwhirlCore/Platform/SystemText.h"
 #include "FenwhirlCore/SMC.h"
@@ -13,7 +13,7 @@
 
 namespace {
 
-// Answers from the input until it is used up, then is dead, which bounds every loop.
+// Takes its answers from the input. Once that is used up it behaves as if dead, which bounds every loop.
 class HostileTransport final : public SMCTransport {
 public:
     HostileTransport(FuzzInput& input, std::int64_t fanIndex) : input_(input), fanIndex_(fanIndex) {}

@@ -1,4 +1,4 @@
-// Any type, bytes and number through decoding and encoding, against rules restated independently.
+// Fuzzes decoding and encoding with any type, bytes and number, against independently written rules.
 
 #include "FenwhirlCore/SMCValue.h"
 #include "FuzzInput.h"
@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* knownTypes[] = {"flt ", "sp78", "fpe2", "ui8 ", "ui16", "ui32"};
 
-// Byte by byte, without shifts: what a reader of the format would do by hand.
+// Decodes byte by byte, without shifts, as a reader of the format would do by hand.
 std::optional<double> decodedByHand(const std::string& type, std::span<const std::uint8_t> bytes) {
     const std::size_t needed = type == "ui8 " ? 1 : type == "flt " || type == "ui32" ? 4 : 2;
     if (bytes.size() < needed)
@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const bool isWritable = type == "flt " || type == "fpe2" || type == "ui8 " || type == "ui16";
     if (isWritable && !std::isfinite(value))
-        return 0; // ends the process, as it should
+        return 0; // encoding it ends the process, as it should
     const auto encoded = SMCValue::encode(type, value);
     fuzzExpect(encoded.has_value() == isWritable, "exactly four types can be written");
     if (isWritable) {

@@ -1,10 +1,11 @@
-// Packets and commands of any shape against the simulated Mac's server.
+// Fuzzes the simulated Mac's server with packets and commands of any form.
 //
-// Input: a first byte that picks a machine, then pieces: a byte that says what kind (even: a packet from the
-// client, odd: a command line; its upper bits pick how much time passes), a length byte, and so many bytes.
+// Input: a first byte that selects a machine, then pieces. A piece is a byte that gives its kind (even: a
+// packet from the client, odd: a command line; the upper bits select how much time passes), a length byte,
+// and as many bytes.
 //
-// What must hold: the server answers every packet with exactly one packet of 84 bytes unless a command
-// spoiled answers, never answers more than it was asked, and ends every command's answer clearly.
+// Invariants: The server answers every packet with exactly one packet of 84 bytes, unless a command has set a
+// fault. It never sends more answers than requests. Every command's answer has a proper last line.
 
 #include "FenwhirlCore/SMCRecord.h"
 #include "SimulatedMac/CommandStream.h"
@@ -35,7 +36,7 @@ void require(bool holds) {
     }
 }
 
-// Commands that read the file system or take long have no place here.
+// Excludes commands that read the file system or take long.
 bool isHarmless(std::string_view line) {
     return line.find("course") == std::string_view::npos && line.find("advance") == std::string_view::npos;
 }
@@ -114,7 +115,7 @@ private:
     bool spoiled_ = false;
 };
 
-// Read once: the tables do not depend on the input.
+// Parsed once, because the tables do not depend on the input.
 const std::vector<MachineTable>& machines() {
     static const std::vector<MachineTable> tables = [] {
         std::vector<MachineTable> all;

@@ -1,6 +1,7 @@
-// Any bytes as the answer of the update server, as an address in it, and as versions.
+// Fuzzes the handling of the update server's answer: any bytes as the document, as an address in it, and as
+// versions.
 //
-// Input: the bytes. Up to the first NUL they are also one version, and behind it another.
+// Input: the bytes. The part before the first NUL is also used as one version, the part after it as another.
 
 #include "Fenwhirl/Updates/UpdateChecker.h"
 #include "Fenwhirl/Updates/UpdateDocument.h"
@@ -22,7 +23,7 @@ void checkPage(const QUrl& page) {
     const QString host = page.host();
     fuzzExpect(host == domain || host.endsWith(QStringLiteral(".maker.tld")), "of the maker");
     fuzzExpect(page.userInfo().isEmpty(), "without a user's name");
-    // What is handed to the browser is text again.
+    // The browser receives the address as text, so check the text as well.
     const QString handedOver = page.toString(QUrl::FullyEncoded);
     const QString authority = handedOver.section(u'/', 2, 2).section(u'?', 0, 0).section(u'#', 0, 0);
     const QString named = authority.section(u':', 0, 0);
@@ -41,7 +42,7 @@ void checkAlert(const UpdateDocument& document) {
                "and has no control characters");
 }
 
-// The pieces by other means than the code's own.
+// The pieces of a version, computed independently of the product's code.
 QList<qint64> piecesOf(const QString& version) {
     QList<qint64> pieces;
     for (const QString& piece : version.split(u'.', Qt::SkipEmptyParts)) {
