@@ -31,7 +31,7 @@ private:
     std::optional<Pending> pending_; // the first line, when it waits
 };
 
-// Splits a stream of bytes into lines. A line longer than 64 KiB is split there.
+// Splits a stream of bytes into lines. Longer lines are truncated to 64 KiB.
 class LineCutter {
 public:
     // Calls `line` for every line that these bytes complete. Carriage returns before the line end are

@@ -22,6 +22,7 @@ double finiteOr(const std::optional<double>& number, double otherwise) {
 }
 
 bool isInMask(const std::optional<double>& mask, unsigned fan) {
+    // Converting a number beyond 32 bits to an integer would be undefined behaviour.
     constexpr double beyondMask = 4294967296.0;
     return mask && *mask > 0 && *mask < beyondMask && (static_cast<std::uint32_t>(*mask) >> fan & 1U) != 0;
 }
@@ -36,6 +37,7 @@ void FanFirmware::learn(const KeyStore& keys) {
     hasUnlock_ = keys.find(unlockKey) != nullptr;
     modeKeys_.clear();
     const double fans = keys.number(fourCC("FNum")).value_or(0);
+    // With the arguments in this order, a NaN becomes 0.
     count_ = static_cast<unsigned>(std::max(0.0, std::min<double>(fans, mostFans)));
     for (unsigned fan = 0; fan < count_; ++fan) {
         for (const FourCC code : {fanKey(fan, "Md"), fanKey(fan, "md")}) {

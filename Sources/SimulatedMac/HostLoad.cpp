@@ -50,6 +50,7 @@ HostLoad::~HostLoad() {
 }
 
 double HostLoad::sample() {
+    // Long enough for the first line, the only one that is needed.
     std::array<char, 512> buffer{};
     const ssize_t length = file_ < 0 ? -1 : ::pread(file_, buffer.data(), buffer.size(), 0);
     if (length <= 0) {

@@ -113,6 +113,7 @@ Reply Mac::write(const SMCParam& request, const Peer& peer, Instant now) {
     const bool exists = key != nullptr && !key->vanished;
     const std::uint32_t size = request.keyInfo.dataSize;
     Reply reply;
+    // The kernel refuses first, before the SMC sees the request.
     if (peer.user != 0) {
         reply.kernelReturn = KernelReturn::notPrivileged;
     } else if (!exists) {

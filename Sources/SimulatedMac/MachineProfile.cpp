@@ -53,6 +53,7 @@ ThermalParameters thermalParameters(const MachinePowers& powers, double roomCels
     // The two dies are hardly ever at full power together, so the shared heat sink is sized for less than the
     // sum.
     const double shared = powers.processorWatts + 0.6 * powers.graphicsWatts;
+    // A machine without a graphics die still has the node, which must not have a capacity of 0.
     const double graphics = std::max(powers.graphicsWatts, powers.processorWatts / 4);
 
     ThermalParameters parameters;

@@ -73,7 +73,8 @@ void SMCServer::acceptClients() {
     for (;;) {
         const int socket = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
         if (socket < 0) {
-            // Out of descriptors: further clients wait in the queue until one disconnects.
+            // Out of descriptors: further clients wait in the queue until one disconnects. Until then the
+            // listener must not be watched, because it would stay readable and make the loop spin.
             if (errno == EMFILE || errno == ENFILE || errno == ENOMEM || errno == ENOBUFS) {
                 watchListener(false);
             }
@@ -236,6 +237,7 @@ void SMCServer::sendDue(Instant now) {
             client.holds = false;
             --late_;
             watch(slot, EPOLLIN);
+            // A copy, because send() may hold the reply again.
             const Held held = client.held;
             send(slot, held.reply, held.length);
         }

@@ -87,6 +87,7 @@ double noise(std::uint32_t code, std::uint32_t step) {
 
 double wander(FourCC code, double seconds) {
     constexpr double period = 4;
+    // Wraps around, so that the step number and its successor fit into 32 bits.
     const double position = std::fmod(std::max(0.0, seconds) / period, 4294967295.0);
     const auto step = static_cast<std::uint32_t>(position);
     const double share = position - std::floor(position);

@@ -133,6 +133,7 @@ bool Simulation::prepare(std::string& error) {
 }
 
 Simulation::~Simulation() {
+    // In this order, because each object refers to the next one.
     context_.reset();
     server_.reset();
     place_.reset();

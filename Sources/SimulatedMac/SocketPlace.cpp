@@ -40,6 +40,7 @@ bool prepareFolder(std::string& error) {
                 "  unshare -rm sh -c 'mount -t tmpfs tmpfs /run && exec simulated-mac'";
         return false;
     }
+    // The folder's mode must not depend on the caller's umask.
     const mode_t before = ::umask(0);
     const int made = ::mkdir(SocketPlace::folder, 0755);
     ::umask(before);
@@ -87,6 +88,7 @@ bool clearLeftover(std::string& error) {
         error = std::string(SocketPlace::socketPath) + " exists and is no socket";
         return false;
     }
+    // The kernel refuses a connection only if no process listens on the socket any more.
     const int probe = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     const sockaddr_un address = socketAddress();
     const int connected = ::connect(probe, generic(address), sizeof(address));
@@ -181,6 +183,7 @@ SocketPlace::~SocketPlace() {
         ::close(listener_);
     }
     if (lock_ >= 0) {
+        // Removed while the lock is still held; takeLock() in another process detects this.
         ::unlink(lockPath);
         ::close(lock_);
     }

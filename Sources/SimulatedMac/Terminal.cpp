@@ -85,6 +85,7 @@ void Terminal::paint(std::string_view line) {
     std::string text;
     if (painted_) {
         // Goes up to the live line and back, so that a half-typed command stays as it is.
+        // The literals are split because the escape \x1b would otherwise include the digit after it.
         text = "\x1b"
                "7\x1b[A\r" +
                std::string(shown) +

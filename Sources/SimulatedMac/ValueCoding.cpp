@@ -111,6 +111,7 @@ bool encodeValue(FourCC type, double value, std::span<std::uint8_t> bytes) {
     const double steps = std::round(std::ldexp(value, format.fractionBits));
     std::uint64_t raw = 0; // also the result for a NaN
     if (steps >= beyond) {
+        // Shifting by all 64 bits would be undefined behaviour.
         raw = (valueBits == 64 ? 0 : (std::uint64_t{1} << valueBits)) - 1;
     } else if (steps > lowest) {
         raw = format.isSigned ? static_cast<std::uint64_t>(static_cast<std::int64_t>(steps))

@@ -65,6 +65,7 @@ class PrivateWorld:
 
     def _leave_namespaces(self, said, may_go_on):
         try:
+            # Root needs no user namespace. Others get the right to make the rest by making one first.
             kernel.unshare(kernel.NEW_MOUNTS)
         except PermissionError:
             kernel.unshare(kernel.NEW_USERS)
@@ -190,6 +191,7 @@ def _map_users(child):
                 ranges = [line.split() for line in own]
             _write(f"/proc/{child}/{name}", "".join(f"{first} {first} {count}\n" for first, _, count in ranges))
     except PermissionError:
+        # The kernel accepts a group mapping of an ordinary user only after this.
         _write(f"/proc/{child}/setgroups", "deny")
         _write(f"/proc/{child}/uid_map", f"0 {os.geteuid()} 1\n")
         _write(f"/proc/{child}/gid_map", f"0 {os.getegid()} 1\n")
