@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Measures what Fenwhirl costs on the desktop, compared with its peers and with the least a program of its kind can cost.
+"""Measures, in one run, what Fenwhirl costs on the desktop, compared with its peers and with a minimal program of its kind.
 
     Packaging/Linux/install-packages run tour test bench
     cmake --preset bench -D FENWHIRL_TESTS=OFF
@@ -115,7 +115,7 @@ def processor_use(pid, seconds):
 class Watch(stage.Process):
     """Detects when a window is first drawn after it was shown."""
 
-    SMALLEST = 150  # smallest width in points; narrower windows are not visible ones
+    SMALLEST = 150  # in points; narrower windows are ignored
 
     def __init__(self, build):
         super().__init__([build / "benchmarks/WindowWatch"], stdout=subprocess.PIPE)

@@ -36,8 +36,8 @@ endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     target_compile_options(FenwhirlFlags INTERFACE -Wthread-safety)
     if(CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 19)
-        # The models' accessors return references to data that belongs to the main thread, and their declarations
-        # require callers to be on it. Newer versions want this repeated at every accessor.
+        # The models' accessors return references to data that belongs to the main thread, and their headers say that
+        # they are called on it. Newer versions want an annotation of this at every accessor.
         target_compile_options(FenwhirlFlags INTERFACE -Wno-thread-safety-reference-return)
     endif()
 endif()
