@@ -21,7 +21,7 @@ struct Parts {
 
 Parts split(double value) {
     constexpr int storedBits = 52;
-    constexpr int bias = 1075; // of the integer significand
+    constexpr int bias = 1075; // exponent bias for an integer significand: 1023 + 52
     const auto bits = std::bit_cast<std::uint64_t>(value);
     const auto biased = static_cast<int>((bits >> storedBits) & 0x7FF);
     const std::uint64_t stored = bits & ((std::uint64_t{1} << storedBits) - 1);
@@ -31,7 +31,7 @@ Parts split(double value) {
             .exponent = (subnormal ? 1 : biased) - bias};
 }
 
-// All decimal digits of significand * 2^exponent, by doubling a number of base 10^9 "limbs".
+// All decimal digits of significand * 2^exponent, by repeated doubling of a number stored in base 10^9 limbs.
 std::string digitsOfLargeInteger(std::uint64_t significand, int exponent) {
     constexpr std::uint32_t base = 1'000'000'000;
     std::vector<std::uint32_t> limbs; // least significant first
@@ -56,7 +56,7 @@ std::string digitsOfLargeInteger(std::uint64_t significand, int exponent) {
 }
 
 std::string twoDecimalsOfFraction(std::uint64_t significand, int fractionBits) {
-    // With more bits the value is below 2^53 / 2^64, far from the half hundredth that would round up.
+    // With more bits the value is below 2^53 / 2^64, far below the half hundredth that would round up.
     if (fractionBits > 63)
         return "0.00";
     const std::uint64_t fractionMask = (std::uint64_t{1} << fractionBits) - 1;

@@ -1,7 +1,7 @@
-// Numbers as text and as whole numbers, the same in every locale.
+// Formats numbers and converts them to whole numbers, independently of the locale.
 //
-// The C library's formatting follows the process's locale, which the application's toolkit changes at start;
-// what goes into the report must not. Thread-safe: no state.
+// The C library formats according to the process's locale, which the application's toolkit changes at start.
+// The report must not change with it. Thread-safe: no state.
 
 #pragma once
 
@@ -11,16 +11,17 @@
 
 namespace NumberText {
 
-// What "%.2f" gives in the C locale: exact, ties to even, every digit of large values; "nan", "inf", "-inf".
+// The text that "%.2f" gives in the C locale: exact, ties to even, every digit of large values, and "nan",
+// "inf" or "-inf".
 [[nodiscard]] std::string twoDecimals(double value);
 
-// Truncated toward zero and brought into the range of the result; absent for NaN and the infinities.
+// Truncated toward zero and clamped to the range of the result; absent for NaN and the infinities.
 [[nodiscard]] std::optional<std::int64_t> saturatedWhole(double value);
 
-// Truncated toward zero; absent when the result cannot hold it.
+// Truncated toward zero; absent when the result type cannot represent it.
 [[nodiscard]] std::optional<std::int64_t> exactWhole(double value);
 
-// The truncated value in decimal digits, "?" where there is none.
+// The truncated value in decimal digits; "?" when there is none.
 [[nodiscard]] std::string wholeOrQuestionMark(std::optional<double> value);
 
 } // namespace NumberText

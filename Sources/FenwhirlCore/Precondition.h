@@ -1,8 +1,8 @@
-// The one way in which this library ends the process: a precondition of an operation does not hold, so there
-// is no right way to go on, and a fan must not be driven by a guess.
+// The only way in which this library ends the process: a precondition of an operation is broken, no correct
+// continuation exists, and a fan must not be driven by a guess.
 //
-// Defined alone in its source file, so that a program which links the static library (a fuzz target) can put
-// its own definition in its place and look at what led there.
+// Defined alone in its source file, so that a program that links the static library (a fuzz target) can
+// supply its own definition and examine what led there.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// Keys: the round trips on which fans, temperatures and the report are built.
+// Key access: the round trips that fans, temperatures and the report are built on.
 
 #include "FenwhirlCore/SMC.h"
 

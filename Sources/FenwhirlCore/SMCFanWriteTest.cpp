@@ -1,4 +1,4 @@
-// The fan write test: drives one fan for six seconds and writes down what the controller did.
+// The fan write test: drives one fan for six seconds and reports what the controller did.
 
 #include "FenwhirlCore/NumberText.h"
 #include "FenwhirlCore/SMC.h"
@@ -37,7 +37,7 @@ std::string SMC::fanWriteTest(unsigned effectiveUserId) {
         text.append(", cible ").append(wholeOrQuestionMark(readValue(targetKey)));
     }
 
-    // A count that can no longer be read must not leave the fans that were there under manual control.
+    // Even if the count can no longer be read, the fans that were found above must not stay manual.
     const std::int64_t count = std::max<std::int64_t>(usableFanCount().value_or(0), fans.back().index + 1);
     bool isAutomatic = !transport_->isDead();
     for (std::int64_t index = 0; index < count && !transport_->isDead(); ++index)

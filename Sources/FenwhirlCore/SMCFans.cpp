@@ -1,6 +1,6 @@
-// Fans: what they report, and the one sequence that drives or releases them on both generations of firmware.
-// Each step is taken only where its key exists: older firmware keeps a mask of forced fans in "FS! ", newer
-// firmware must be unlocked through "Ftst" before it obeys the mode keys.
+// Fans: what they report, and the one sequence of writes that drives or releases them on both generations of
+// firmware. Each step is taken only where its key exists: older firmware keeps a mask of forced fans in "FS!
+// "; newer firmware must be unlocked through "Ftst" before it obeys the mode keys.
 
 #include "FenwhirlCore/NumberText.h"
 #include "FenwhirlCore/Precondition.h"
@@ -15,18 +15,18 @@ namespace {
 constexpr std::string_view forcedMaskKey = "FS! ";
 constexpr std::string_view unlockKey = "Ftst";
 
-// Of a fan that does not tell its own: more than any recorded machine's fan can do (the fastest turns at
-// 8000).
+// The maximum assumed for a fan that does not report one. It exceeds every recorded machine's (the fastest
+// fan turns at 8000 rpm).
 constexpr double assumedMaximumRPM = 10000;
 
 constexpr int forcedMaskBits = 16;
-// From the tenth on, the mode's key would be cut to that of the fan's limits.
+// From fan 10 on, the truncated mode key ("F10M") would be the same as that of the fan's limits.
 constexpr int fansWithModeKeys = 10;
 
 constexpr double automaticMode = 0;
 constexpr double manualMode = 1;
 
-// From index 10 on, the text is longer than a key; the controller then sees its first four characters.
+// From index 10 on, the text is longer than a key, and the controller sees only its first four characters.
 std::string fanKey(std::int64_t index, std::string_view suffix) {
     return std::string("F").append(std::to_string(index)).append(suffix);
 }
@@ -39,7 +39,7 @@ bool isUsableMaskIndex(std::int64_t index) {
     return index >= 0 && index <= 65535;
 }
 
-// The mask with the fan's bit set or cleared; a fan beyond its 16 bits has none.
+// The mask with the fan's bit set or cleared; unchanged for a fan beyond its 16 bits.
 std::uint16_t changedMask(double mask, std::int64_t index, bool forced) {
     const auto current = static_cast<std::uint16_t>(mask);
     if (index >= forcedMaskBits)
@@ -127,14 +127,14 @@ bool SMC::setFanSpeed(std::int64_t index, double rpm) {
         target = minimum;
     if (maximum < target)
         target = maximum;
-    // Seen as single precision, the widest type of a target, so that no infinity is ever sent to a fan.
+    // Checked in single precision, the widest type of a target, so that no infinity is ever sent to a fan.
     if (!std::isfinite(static_cast<float>(target)))
         return false;
 
     if (const auto mask = readValue(forcedMaskKey)) {
         if (!isUsableMaskIndex(index) || !isUsableMask(*mask))
             stopOnBrokenPrecondition();
-        // A mask that cannot be written does not fail the speed: the mode and the target decide.
+        // A mask that cannot be written is not a failure: the mode and the target decide.
         static_cast<void>(writeValue(forcedMaskKey, changedMask(*mask, index, true)));
     }
     const bool hasUnlock = hasKey(unlockKey);
@@ -149,7 +149,7 @@ bool SMC::enterManualMode(std::int64_t index, bool hasUnlock) {
     const auto modeKey = fanModeKey(index);
     if (!modeKey || writeValue(*modeKey, manualMode))
         return true;
-    // The firmware honours the unlock only some hundred milliseconds after it was written.
+    // The firmware honours the unlock only some hundred milliseconds after the write.
     constexpr int attempts = 20;
     constexpr std::chrono::milliseconds pause{200};
     for (int attempt = 0; hasUnlock && attempt < attempts && !transport_->isDead(); ++attempt) {
@@ -180,7 +180,7 @@ bool SMC::handBack(std::int64_t index, Unusable unusable) {
             succeeded = false;
     }
     releaseUnlockIfAllAutomatic(unusable);
-    // On a dead connection keys seem absent, which must not pass for "nothing to hand back".
+    // On a dead connection every key seems absent, which must not be taken for "nothing to hand back".
     return succeeded && !transport_->isDead();
 }
 

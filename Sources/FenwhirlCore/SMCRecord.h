@@ -1,12 +1,12 @@
-// The parameter record of the AppleSMC user client: the one wire format between a program and the System
+// The parameter record of the AppleSMC user client: the only wire format between a program and the System
 // Management Controller.
 //
-// Both directions use the same 80-byte record; integers are in the machine's native byte order, except the
-// contents of `bytes`, whose order is the SMC value's own (see SMCValue.h). Every field that a command does
-// not use is zero, padding included, so a record is always value-initialised before it is filled.
+// Both directions use the same 80-byte record. Integers are in the machine's native byte order, except the
+// contents of `bytes`, whose order is that of the SMC value (see SMCValue.h). Every field that a command does
+// not use is zero, including padding, so a record is always value-initialised before it is filled.
 //
 // The layout is the kernel's (a C structure with natural alignment, the same on arm64 and x86_64); the
-// assertions below hold it in place. The simulated Mac shares this header and nothing else with the product.
+// assertions below enforce it. The simulated Mac shares this header, and nothing else, with the product.
 
 #pragma once
 
@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <type_traits>
 
-// What `SMCParam::data8` asks for.
+// The commands of `SMCParam::data8`.
 namespace SMCCommand {
 inline constexpr std::uint8_t readKey = 5;    // in: key, keyInfo.dataSize; out: bytes
 inline constexpr std::uint8_t writeKey = 6;   // in: key, keyInfo.dataSize, bytes; out: result only
@@ -23,8 +23,8 @@ inline constexpr std::uint8_t keyByIndex = 8; // in: data32, the index; out: key
 inline constexpr std::uint8_t keyInfo = 9;    // in: key; out: keyInfo.dataSize, keyInfo.dataType
 } // namespace SMCCommand
 
-// What `SMCParam::result` answers. The program only tells zero from the rest; the simulated Mac answers as
-// real firmware does.
+// The results in `SMCParam::result`. The program only distinguishes zero from the rest; the simulated Mac
+// answers like real firmware.
 namespace SMCResult {
 inline constexpr std::uint8_t success = 0x00;
 inline constexpr std::uint8_t keyNotFound = 0x84;

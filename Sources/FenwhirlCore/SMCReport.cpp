@@ -1,4 +1,4 @@
-// The diagnostic report: what machine this is, and every fan and temperature key with its raw bytes.
+// The diagnostic report: which machine this is, and every fan and temperature key with its raw bytes.
 
 #include "FenwhirlCore/NumberText.h"
 #include "FenwhirlCore/Platform/SystemText.h"
@@ -70,7 +70,7 @@ std::string SMC::diagnosticReport(const SystemText& system) {
         const auto keyInfo = info(key);
         if (!keyInfo || !read(key, *keyInfo))
             continue;
-        // No range of values here: implausible sensors are what a report is read for.
+        // Not filtered by range: implausible sensors are what a reader of the report looks for.
         if (const std::string type = string(keyInfo->type); type == "sp78" || type == "flt ") {
             appendLine(report, describe(key));
             ++sensorCount;

@@ -7,9 +7,9 @@
 
 namespace {
 
-// Both bounds are exclusive. At discovery 1 °C or less means a sensor that is not there; later a real sensor
-// may cool down to that and must not vanish. No part of a computer works at 130 °C: what reads so much is no
-// temperature.
+// Both bounds are exclusive. At discovery, 1 °C or less means that the sensor is absent. Later, a real sensor
+// may cool down that far and must not vanish. No part of a computer works at 130 °C: a key that reads so high
+// is not a temperature.
 constexpr double discoveryLowestCelsius = 1;
 constexpr double readingLowestCelsius = 0;
 constexpr double highestCelsius = 130;

@@ -39,7 +39,7 @@ std::vector<std::uint8_t> bigEndian16(std::uint32_t number) {
     return {static_cast<std::uint8_t>(number >> 8U), static_cast<std::uint8_t>(number)};
 }
 
-constexpr double highestFanTargetRPM = 16000; // of an "fpe2", whatever the fan's own maximum says
+constexpr double highestFanTargetRPM = 16000; // for "fpe2", whatever the fan's own maximum is
 
 } // namespace
 

@@ -49,7 +49,7 @@ constexpr auto table = std::to_array<Name>({
     {"TN0D", "Chipset (diode)"},
 });
 
-// Families of keys that are numbered within the family; the number follows the prefix.
+// Families of keys that are numbered; the number follows the two-character prefix.
 constexpr auto families = std::to_array<Name>({
     {"Tp", "Cœur performance "},
     {"Tf", "Cœur performance "},
@@ -64,7 +64,7 @@ std::string join(std::string_view word, std::string_view rest) {
     return std::string(word).append(rest);
 }
 
-// A controller's keys are ASCII, where the digits are the only numerals.
+// Only ASCII digits are checked, because a controller's keys are ASCII.
 bool isNumberedCore(std::string_view key) {
     return key.size() == 4 && key.starts_with("TC") && key[3] == 'C' && key[2] >= '0' && key[2] <= '9';
 }

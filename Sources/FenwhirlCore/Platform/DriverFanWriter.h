@@ -1,7 +1,7 @@
-// Puts one fan under manual control or hands it back, in the words of its driver.
+// Puts one fan under manual control, or hands it back, through the files of its driver.
 //
-// Results are 0 or a positive errno. Writes open and close their file each time: they are rare, and a device
-// that went away and came back needs a new descriptor.
+// Results are 0 or a positive errno. Each write opens and closes its file: writes are rare, and a device that
+// went away and came back needs a new descriptor.
 
 #pragma once
 
@@ -17,7 +17,8 @@ public:
     DriverFanWriter(DriverFiles& files, std::string folder, int channel, FanControlStyle style);
 
     [[nodiscard]] int setManual(bool manual);
-    // Whole revolutions per minute; below 1 is refused, because one driver would take it for "automatic".
+    // In whole revolutions per minute. Values below 1 are refused, because one driver takes 0 for
+    // "automatic".
     [[nodiscard]] int setTarget(std::int64_t rpm);
 
 private:

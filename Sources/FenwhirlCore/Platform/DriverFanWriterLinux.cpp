@@ -24,7 +24,7 @@ std::optional<std::int64_t> number(std::string_view text) {
     return value;
 }
 
-// What the last helper run left behind about a fan: "boot-id sleep-offset rpm".
+// The state that the last helper run saved for a fan: "boot-id sleep-offset rpm".
 struct FanState {
     std::string_view bootId;
     std::int64_t sleepOffsetMilliseconds;
@@ -39,7 +39,7 @@ std::optional<FanState> parseState(std::string_view text) {
         return std::nullopt;
     const std::optional<std::int64_t> offset = number(text.substr(first + 1, second - first - 1));
     const std::optional<std::int64_t> rpm = number(text.substr(second + 1));
-    // What no run has left behind; the differences taken of both must not overflow.
+    // No helper run saves greater values; the limit keeps differences of two values from overflowing.
     constexpr std::int64_t most = std::int64_t{1} << 53U;
     if (!offset || *offset < 0 || *offset > most || !rpm || *rpm < 1 || *rpm > most)
         return std::nullopt;
@@ -65,7 +65,8 @@ int DriverFanWriter::setManual(bool manual) {
     case FanControlStyle::targetOnly:
         if (!manual)
             return handBackByTarget();
-        // The driver goes manual with the first target; only the permission can be asked beforehand.
+        // The driver switches to manual with the first target; all that can be checked beforehand is the
+        // permission to write one.
         return hasUsableLimits() ? probe(file("fan", "_target")) : EINVAL;
     case FanControlStyle::readOnly:
         break;
@@ -146,9 +147,10 @@ bool DriverFanWriter::hasUsableLimits() {
     return lowest && highest && *lowest >= 1 && *lowest <= *highest;
 }
 
-// The driver returns a fan only when it remembers having taken it, and it forgets that when it is loaded
-// again. A target within the limits makes it remember; then 0 returns the fan. Limits that cannot be read are
-// no reason to keep it: most drivers remember, and what the fan does already is within them.
+// The driver hands a fan back only if it remembers having taken it, and it forgets that when it is reloaded.
+// Writing a target within the limits makes it remember; writing 0 then hands the fan back. Unreadable limits
+// do not prevent the hand-back: usually the driver still remembers, and the fan's current target or speed is
+// within its limits.
 int DriverFanWriter::handBackByTarget() {
     const std::optional<std::int64_t> lowest = read(file("fan", "_min"));
     const std::optional<std::int64_t> highest = read(file("fan", "_max"));
@@ -172,8 +174,8 @@ int DriverFanWriter::handBackByTarget() {
     return error;
 }
 
-// Over sleep the controller forgets that the fan is manual while the driver does not; then a new target alone
-// would not set the mode again. Writing 0 first makes the driver forget too.
+// During sleep the controller forgets that the fan is manual, but the driver does not; a new target alone
+// would then not set the mode again. Writing 0 first makes the driver forget, too.
 bool DriverFanWriter::mustRearm(std::int64_t currentTarget) {
     const std::optional<std::string> text =
         files_.readText(std::string(stateFolder) + "/fan" + std::to_string(channel_ - 1));
@@ -192,7 +194,7 @@ void DriverFanWriter::remember(std::int64_t rpm) {
         return;
     const std::string text = std::string(firstLine(*bootId)) + ' ' +
                              std::to_string(files_.sleepOffset().count()) + ' ' + std::to_string(rpm) + '\n';
-    // Without the state the next target re-arms the driver, which is harmless.
+    // Without the saved state the next target re-arms the driver, which is harmless.
     static_cast<void>(files_.store(std::string(stateFolder), "fan" + std::to_string(channel_ - 1), text));
 }
 

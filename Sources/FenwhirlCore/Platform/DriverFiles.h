@@ -1,10 +1,10 @@
-// The few things that the driver transport asks of the file system and the clock.
+// What the driver transport needs of the file system and the clock.
 //
-// An interface of its own, because what matters most cannot be had from ordinary files: a device that
-// disappears, a driver that answers EIO, a machine that wakes from sleep. Tests play those.
+// This is an interface so that tests can fake what ordinary files cannot reproduce: a device that disappears,
+// a driver that answers EIO, a machine that wakes from sleep.
 //
-// Errors are returned as negative errno values. Paths are absolute ("/sys/class/hwmon"). No threads, no
-// ownership beyond the descriptors, which the caller closes.
+// Errors are returned as negative errno values. Paths are absolute ("/sys/class/hwmon"). Not tied to any
+// thread; owns nothing: the caller closes the descriptors.
 
 #pragma once
 
@@ -23,9 +23,9 @@ public:
     enum class Access { read, write };
 
     struct Status {
-        bool isRegular;  // a link is not followed and counts as not regular
-        bool isWritable; // some write bit is set; root would pass without it on ordinary files, never on the
-                         // drivers' own
+        bool isRegular;  // a symbolic link is not followed and is not regular
+        bool isWritable; // some write bit is set; without one root may still write ordinary files, but never
+                         // the drivers' files
         uid_t owner;
     };
 
@@ -34,7 +34,7 @@ public:
     DriverFiles& operator=(const DriverFiles&) = delete;
     virtual ~DriverFiles() = default;
 
-    // The names in a folder, sorted; empty when it cannot be read.
+    // The names in a folder, sorted; empty when the folder cannot be read.
     [[nodiscard]] virtual std::vector<std::string> list(const std::string& folder) = 0;
     [[nodiscard]] virtual std::optional<Status> status(const std::string& path) = 0;
     [[nodiscard]] virtual int open(const std::string& path, Access access) = 0;
@@ -42,19 +42,19 @@ public:
     [[nodiscard]] virtual ssize_t writeAt0(int descriptor, std::string_view text) = 0;
     virtual void close(int descriptor) = 0;
 
-    // Small state of the root helper: a file that only root may write, in a folder that only root may write.
+    // Saves a small state of the root helper, in a file and a folder that only root may write.
     [[nodiscard]] virtual bool store(const std::string& folder, const std::string& name,
                                      std::string_view text) = 0;
     virtual void remove(const std::string& path) = 0;
 
-    // Since an arbitrary origin, never jumping. `sleepOffset` is how long the machine has slept since it
-    // started.
+    // Time since an arbitrary origin, without jumps. `sleepOffset` is how long the machine has slept since it
+    // was started.
     [[nodiscard]] virtual std::chrono::milliseconds now() = 0;
     [[nodiscard]] virtual std::chrono::milliseconds sleepOffset() = 0;
 
-    // The text of a small file, or nothing. Convenience over the calls above.
+    // The text of a small file, or nothing when it cannot be read. Built on the calls above.
     [[nodiscard]] std::optional<std::string> readText(const std::string& path);
 };
 
-// The computer's own files; `root` is put before every path and is empty but in tests.
+// The computer's own files. `root` is prepended to every path; it is empty except in tests.
 [[nodiscard]] std::unique_ptr<DriverFiles> systemDriverFiles(std::string root = {});

@@ -50,7 +50,8 @@ public:
         int descriptor = ::open((root_ + path).c_str(), flags);
         if (descriptor < 0)
             return -errno;
-        // The standard descriptors may be closed in the helper; a driver's file must not become one of them.
+        // The standard descriptors may be closed in the helper; a driver's file must not take the number of
+        // one.
         if (descriptor <= STDERR_FILENO) {
             const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
             ::close(descriptor);
@@ -82,7 +83,7 @@ public:
     bool store(const std::string& folder, const std::string& name, std::string_view text) override {
         const std::string place = root_ + folder;
         if (mkdir(place.c_str(), 0755) == 0)
-            static_cast<void>(chmod(place.c_str(), 0755)); // whatever the mask was
+            static_cast<void>(chmod(place.c_str(), 0755)); // independently of the umask
 
         struct stat found {};
 

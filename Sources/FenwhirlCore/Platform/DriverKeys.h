@@ -1,7 +1,8 @@
-// Which keys the kernel's drivers offer on this computer, and where each value lies.
+// Which keys the kernel's drivers offer on this computer, and in which file each value is.
 //
-// The list is made once per connection and then stays as it is, so that enumeration by index is stable. Plain
-// values; the files are used during the calls only. What cannot be read gives no key, never an error.
+// The list is built once per connection and then stays unchanged, so that enumeration by index is stable.
+// Plain values; the files are used during the calls only. A file that cannot be read yields no key, never an
+// error.
 
 #pragma once
 
@@ -13,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-// How a driver lets a fan be controlled, told by the files that it has.
+// How a driver lets a fan be controlled, recognised by the files that it offers.
 enum class FanControlStyle {
     readOnly,
     manualAndOutput, // fanN_manual and fanN_output: applesmc
@@ -30,16 +31,16 @@ struct DriverKey {
     std::string_view type; // "sp78", "fpe2", "flt ", "ui8 ", "ui32"
     std::uint32_t size;    // bytes
     Source source;
-    int fanChannel;   // 1-based as in the file names; 0 for what is no fan's
-    std::string file; // under the driver's folder; empty for what is counted
+    int fanChannel;   // 1-based as in the file names; 0 for a key that belongs to no fan
+    std::string file; // under the driver's folder; empty for a count, or when no file exists
 };
 
 struct DriverKeyTable {
-    std::string folder;                // where the attributes lie
-    bool isIntelDriver;                // fixed-point types, as that firmware has; floating point otherwise
+    std::string folder;                // contains the attribute files
+    bool isIntelDriver;                // fixed-point types, like that firmware; floating point otherwise
     std::vector<DriverKey> keys;       // in bytewise order
     std::vector<FanControlStyle> fans; // by zero-based fan index
-    bool seesProcessor;                // some temperature belongs to the processor
+    bool seesProcessor;                // at least one temperature is the processor's
 
     [[nodiscard]] const DriverKey* find(std::uint32_t code) const;
 };
@@ -50,7 +51,7 @@ struct DriverKeyTable {
 // Four characters as a number, the first one in the most significant byte.
 [[nodiscard]] std::uint32_t fourCharacterCode(std::string_view text);
 
-// The number at the end of "hwmon12" or in the middle of "fan3_input": prefix, digits, suffix and nothing
-// else.
+// The number at the end of "hwmon12" or in the middle of "fan3_input". The name must consist of prefix,
+// digits and suffix, and nothing else.
 [[nodiscard]] std::optional<int> channelNumber(std::string_view name, std::string_view prefix,
                                                std::string_view suffix);

@@ -8,7 +8,7 @@
 namespace {
 
 constexpr std::string_view classFolder = "/sys/class/hwmon";
-constexpr int mostFans = 10; // a fan's number is one digit of its keys
+constexpr int mostFans = 10; // a fan's number is a single digit of its keys
 
 std::string firstLine(std::string text) {
     text.resize(std::min(text.find('\n'), text.size()));

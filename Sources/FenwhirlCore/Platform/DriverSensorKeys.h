@@ -1,8 +1,9 @@
-// From a driver's temperature channel to the controller's four-character key.
+// Maps a driver's temperature channels to the controller's four-character keys.
 //
-// The Intel drivers label each channel with the key itself. The Apple Silicon driver labels it with words,
-// and the key has to be found in the device tree. What cannot be found gets a key of our own, "T~" and two
-// characters made from the label, the same at every start; real keys are alphanumeric, so the two never meet.
+// The Intel drivers label each channel with the key itself. The Apple Silicon driver uses descriptive labels,
+// and the key has to be looked up in the device tree. A channel whose key cannot be found gets a made-up key,
+// "T~" followed by two characters derived from the label, the same at every start. Real keys are
+// alphanumeric, so the two kinds never collide.
 
 #pragma once
 
@@ -15,14 +16,14 @@
 
 struct DriverSensor {
     int channel;                      // as in temp3_input
-    std::optional<std::string> label; // what the driver calls it
+    std::optional<std::string> label; // as the driver reports it
     std::string key;                  // four characters, filled by nameDriverSensors
 };
 
-// Fills the keys, all different. `device` is the hwmon folder. Earlier channels come first when two would
-// share a key.
+// Fills in the keys, which are all different. `device` is the hwmon folder. When two channels would share a
+// key, the earlier one gets it.
 void nameDriverSensors(DriverFiles& files, const std::string& device, std::vector<DriverSensor>& sensors);
 
-// The place of a label among the 3844 keys of our own: the 32-bit FNV-1a hash, taken modulo that number.
+// The index of a label among the 3844 made-up keys: its 32-bit FNV-1a hash modulo that number.
 [[nodiscard]] unsigned ownKeyNumber(std::string_view label);
 [[nodiscard]] std::string ownKey(unsigned number);

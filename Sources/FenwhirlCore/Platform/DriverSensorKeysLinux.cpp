@@ -10,9 +10,9 @@
 namespace {
 
 constexpr unsigned ownKeys = 62 * 62;
-constexpr int deepestFolder = 4; // sensors may be grouped below the node
+constexpr int deepestFolder = 4; // levels to search; sensors may be grouped below the node
 
-// The names that the driver's own device trees use, for systems that hide the tree.
+// The labels that the driver's own device trees use, for systems that hide the tree.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 4> stockLabels = {{
     {"NAND Flash Temperature", "TH0x"},
     {"Battery Hotspot", "TB0T"},
@@ -25,7 +25,7 @@ bool isKey(std::string_view text) {
            std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
-// Device-tree texts end in a NUL.
+// Device-tree strings end with a NUL.
 std::optional<std::string> treeText(DriverFiles& files, const std::string& path) {
     std::optional<std::string> text = files.readText(path);
     if (text)

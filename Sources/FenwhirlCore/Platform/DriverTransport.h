@@ -1,20 +1,21 @@
 // The controller of a real Mac that runs Linux, through the kernel's hardware-monitoring drivers.
 //
-// The drivers show attributes as text files; this transport presents them as the keys, types and commands
-// that the rest of the program speaks, so that nothing above it knows the difference. Supported: "applesmc"
-// (Intel, also on T2 machines), "macsmc_hwmon" (Apple Silicon) and "t2smc". Keys are made from the files that
-// exist: "#KEY", "FNum", F{i}Ac/Mn/Mx/Tg/Md and one key per temperature channel. "FS! " and "Ftst" are never
-// among them, because the drivers do that work.
+// The drivers expose attributes as text files. This transport presents them as the keys, types and commands
+// that the rest of the program uses, so that no layer above it sees the difference. Supported drivers:
+// "applesmc" (Intel, also on T2 machines), "macsmc_hwmon" (Apple Silicon) and "t2smc". Keys are derived from
+// the files that exist: "#KEY", "FNum", F{i}Ac/Mn/Mx/Tg/Md and one key per temperature channel. "FS! " and
+// "Ftst" are never among them, because the drivers do that work.
 //
 // Safety: where no temperature belongs to the processor, putting a fan under manual control is refused,
-// because no rule above could see the processor get hot; root may allow it by creating
-// /etc/fenwhirl/allow-fan-control. Handing a fan back is never refused by this rule.
+// because no safety rule could see the processor get hot. Root may allow it by creating
+// /etc/fenwhirl/allow-fan-control. This rule never prevents a fan from being handed back.
 //
-// Cost: key information comes from memory; a value is one pread on a descriptor that is kept. After three
-// times in a row that the controller did not answer the driver, reading fails at once for five seconds: each
-// such time costs up to half a second. A device that goes away is looked for again at most every two seconds.
+// Cost: key information comes from memory; a value is one pread on a descriptor that stays open. When the
+// controller has failed to answer the driver three times in a row, reads fail immediately for five seconds,
+// because each failure costs up to half a second. The transport searches for a device that went away at most
+// once every two seconds.
 //
-// Threads and ownership: as `SMCTransport`; the transport owns the files.
+// Threads and ownership: as for `SMCTransport`; the transport owns the files.
 
 #pragma once
 
@@ -23,8 +24,8 @@
 
 #include <memory>
 
-// Null when no such driver is loaded, which is the rule on a computer that is no Mac.
+// Null when no such driver is loaded, as is normal on a computer that is not a Mac.
 [[nodiscard]] std::unique_ptr<SMCTransport> openDriverTransport();
 
-// The same on files of the caller's choice: for tests, which bring a tree of their own.
+// The same on the caller's files; for tests, which supply their own file tree.
 [[nodiscard]] std::unique_ptr<SMCTransport> openDriverTransport(std::unique_ptr<DriverFiles> files);

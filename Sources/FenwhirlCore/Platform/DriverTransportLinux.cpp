@@ -13,13 +13,13 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds rediscoveryInterval{2000};
-constexpr milliseconds stuckPause{5000}; // a stuck controller costs up to half a second for each value asked
+constexpr milliseconds stuckPause{5000}; // a stuck controller costs up to half a second per value read
 constexpr int failuresUntilStuck = 3;
 
 constexpr std::uint8_t attributeReadable = 0x80;
 constexpr std::uint8_t attributeWritable = 0x40;
 
-// Errors of the kernel's own making, as opposed to those of the controller behind it.
+// Whether the kernel refused the access, as opposed to an error of the controller behind it.
 bool isRefusal(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ENODEV || error == ENOENT;
 }
@@ -132,7 +132,7 @@ private:
 
     void put(SMCParam& output, const DriverKey& key, std::int64_t value) const {
         if (key.source == DriverKey::Source::temperature) {
-            // Thousandths of a degree: exact in 1/256 for the Intel driver, which gives steps of a quarter.
+            // In thousandths of a degree. The Intel driver's quarter-degree steps are exact in 1/256.
             constexpr std::int64_t mostMilli = 127'996;
             if (table_.isIntelDriver)
                 putBigEndian(output,
@@ -162,12 +162,13 @@ private:
         return value != 0;
     }
 
-    // The Intel driver prints the mode as the controller holds it; the others say it in words of their own.
+    // The Intel driver prints the mode byte of the controller; the other drivers have conventions of their
+    // own.
     [[nodiscard]] std::int64_t manualByte(const DriverKey& key, std::int64_t value) const {
         return styleOf(key) == FanControlStyle::manualAndOutput ? (value & 0xFF) : 1;
     }
 
-    // One read on a kept descriptor; 0 or an errno.
+    // One read on a descriptor that stays open; returns 0 or an errno.
     int readNumber(const DriverKey& key, std::int64_t& value) {
         if (files_->now() < stuckUntil_)
             return EIO;
@@ -200,8 +201,8 @@ private:
         return error;
     }
 
-    // The device went away, or came back under another number. The list of keys stays as the program has
-    // learnt it; keys that are no more simply fail.
+    // The device went away, or came back under another number. The list of keys stays unchanged, because the
+    // program has already enumerated it; a key that no longer exists simply fails.
     void rediscover() {
         closeAll();
         const milliseconds now = files_->now();
@@ -251,7 +252,7 @@ private:
         return isRefusal(error) ? std::nullopt : std::optional(answer(SMCResult::notWritable));
     }
 
-    // The whole revolutions per minute of a written target.
+    // A written target in whole revolutions per minute.
     [[nodiscard]] std::int64_t speedIn(const SMCParam& input, const DriverKey& key) const {
         if (key.type == "fpe2")
             return (input.bytes[0] << 8U | input.bytes[1]) >> 2U;
@@ -259,14 +260,14 @@ private:
         for (std::size_t i = 0; i < 4; ++i)
             bits |= static_cast<std::uint32_t>(input.bytes[i]) << (8 * i);
         const auto speed = std::bit_cast<float>(bits);
-        // Anything that is no speed of a fan becomes 0, which is refused.
+        // Anything that is not a plausible fan speed becomes 0, which is refused.
         return speed > 0 && speed < 1e6F ? static_cast<std::int64_t>(speed) : 0;
     }
 
     std::unique_ptr<DriverFiles> files_;
     DriverKeyTable table_;
-    std::vector<int> descriptors_; // by place in the table
-    int failures_ = 0;             // in a row, of a controller that does not answer
+    std::vector<int> descriptors_; // by index in the table
+    int failures_ = 0;             // consecutive times that the controller did not answer
     milliseconds stuckUntil_{0};
     std::optional<milliseconds> lastRediscovery_;
 };

@@ -3,7 +3,7 @@
 #include <IOKit/IOKitLib.h>
 
 std::unique_ptr<IOKitTransport> IOKitTransport::open() {
-    // The look-up consumes the matching dictionary.
+    // The look-up releases the matching dictionary.
     const io_service_t service =
         IOServiceGetMatchingService(kIOMainPortDefault, IOServiceMatching("AppleSMC"));
     if (service == 0)
@@ -23,7 +23,7 @@ IOKitTransport::~IOKitTransport() {
 }
 
 std::optional<SMCParam> IOKitTransport::call(const SMCParam& input) {
-    constexpr std::uint32_t structureMethod = 2; // the user client's one method for all commands
+    constexpr std::uint32_t structureMethod = 2; // the user client's single method for all commands
     SMCParam output{};
     std::size_t outputSize = sizeof(output);
     if (IOConnectCallStructMethod(connection_, structureMethod, &input, sizeof(input), &output,

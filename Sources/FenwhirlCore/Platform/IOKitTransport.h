@@ -1,7 +1,7 @@
 // The AppleSMC kernel service, reached through IOKit (macOS only).
 //
 // One call is one synchronous round trip to the kernel, without a time limit. The kernel answers every
-// process and refuses writes of those without root. Threads and ownership: as `SMCTransport`.
+// process, but refuses writes from processes without root. Threads and ownership: as for `SMCTransport`.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 
 class IOKitTransport final : public SMCTransport {
 public:
-    // Null when this computer has no such service or when it cannot be opened.
+    // Null when this computer has no such service, or when the service cannot be opened.
     [[nodiscard]] static std::unique_ptr<IOKitTransport> open();
 
     ~IOKitTransport() override;

@@ -18,7 +18,7 @@ struct Reply {
 
 static_assert(sizeof(Reply) == 84);
 
-constexpr int firstOwnDescriptor = 3; // below are the standard streams, even when they are closed
+constexpr int firstOwnDescriptor = 3; // lower numbers are the standard streams, even when they are closed
 
 bool isFolderTrusted(const std::string& socketPath) {
     const std::string folder = socketPath.substr(0, socketPath.rfind('/'));
@@ -114,14 +114,15 @@ bool SocketTransport::sendRequest(const SMCParam& input) {
 
 bool SocketTransport::receivePacket(void* packet, std::size_t size) {
     const auto limit = std::chrono::steady_clock::now() + silenceLimit_;
-    // MSG_TRUNC: the packet's own length is returned, so that a longer one is noticed.
+    // MSG_TRUNC makes recv return the packet's real length, so that a packet that is too long is noticed.
     ssize_t count = recv(socket_, packet, size, MSG_TRUNC);
-    // The limit set on the socket starts anew with each call; after a signal only the rest may be waited for.
+    // The time-out of the socket starts again with each call; after a signal only the remaining time may be
+    // waited for.
     while (count < 0 && errno == EINTR && waitUntil(limit))
         count = recv(socket_, packet, size, MSG_TRUNC | MSG_DONTWAIT);
     if (count == static_cast<ssize_t>(size))
         return true;
-    // An answer that is still owed would be taken for the next one's.
+    // Without this, a late answer to this call would be taken for the answer to the next one.
     isDead_ = count < 0 || (count == 0 && isAtEndOfStream());
     isMoreExpected_ = true;
     return false;
@@ -139,7 +140,7 @@ bool SocketTransport::waitUntil(std::chrono::steady_clock::time_point limit) con
     }
 }
 
-// Tells an end from an empty packet, which is received as 0 bytes as well.
+// Distinguishes the end of the stream from an empty packet, for which recv returns 0 as well.
 bool SocketTransport::isAtEndOfStream() const {
     pollfd state{.fd = socket_, .events = POLLRDHUP, .revents = 0};
     return poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLRDHUP | POLLERR)) != 0;

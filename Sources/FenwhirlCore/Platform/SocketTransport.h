@@ -1,17 +1,18 @@
 // The simulated Mac's controller, reached through a Unix-domain socket (Linux only).
 //
-// One request is one packet of 80 bytes, the input record; one reply is one packet of 84 bytes: the kernel's
+// A request is one packet of 80 bytes, the input record. A reply is one packet of 84 bytes: the kernel's
 // return code (0 is success), then the output record. A packet of any other size fails the call that it
-// answers and no other.
+// answers, and no other.
 //
-// A reply that comes too late must never answer the next call: after a silence, as after the end of the
-// stream, the connection is dead, and every further call fails at once.
+// A late reply must never answer the next call. After a time-out, as after the end of the stream, the
+// connection is therefore dead, and every further call fails immediately.
 //
-// Trust: a process with effective user id 0 talks only to a service of uid 0, in a folder that belongs to
-// root and that nobody else can write to; otherwise any user could answer the privileged helper.
+// Trust: a process with effective user ID 0 talks only to a service that runs as user ID 0, through a socket
+// in a folder that belongs to root and that nobody else can write to. Otherwise any user could answer the
+// privileged helper.
 //
-// Cost: a call is one send and one receive, without allocation. The descriptor is never 0, 1 or 2 and is
-// closed in child processes. Threads: as `SMCTransport`.
+// Cost: a call is one send and one receive, without allocation. The descriptor is never 0, 1 or 2 and is not
+// inherited by child processes. Threads: as for `SMCTransport`.
 
 #pragma once
 
@@ -21,11 +22,12 @@
 
 class SocketTransport final : public SMCTransport {
 public:
-    // The only path that programs use. Other paths are for tests, through this class alone.
+    // The only path that programs use. Other paths are for tests, which use this class directly.
     static constexpr const char* systemPath = "/run/fenwhirl/AppleSMC";
     static constexpr std::chrono::milliseconds systemSilenceLimit{2000};
 
-    // Connects; null when there is no socket at the path, nobody answers there, or it cannot be trusted.
+    // Connects; null when there is no socket at the path, nobody answers there, or the peer cannot be
+    // trusted.
     [[nodiscard]] static std::unique_ptr<SocketTransport>
     open(const std::string& path = systemPath, std::chrono::milliseconds silenceLimit = systemSilenceLimit);
 
@@ -41,10 +43,10 @@ private:
     explicit SocketTransport(std::chrono::milliseconds silenceLimit);
 
     [[nodiscard]] bool connect(const std::string& path);
-    // What a service has sent beside a packet of the wrong size.
+    // Discards what the service may have sent in addition to a packet of the wrong size.
     void dropWhatIsLeft();
     [[nodiscard]] bool sendRequest(const SMCParam& input);
-    // Whether one packet of just this size came; the connection is dead when none came at all.
+    // Whether one packet of exactly this size arrived. When no packet arrives at all, the connection is dead.
     [[nodiscard]] bool receivePacket(void* packet, std::size_t size);
     [[nodiscard]] bool waitUntil(std::chrono::steady_clock::time_point limit) const;
     [[nodiscard]] bool isAtEndOfStream() const;

@@ -1,5 +1,5 @@
-// Linux: the firmware's tables or the device tree name the machine, the kernel the processor, and a file of
-// the distribution the system.
+// Linux: the machine's name comes from the firmware's tables or the device tree, the processor's from the
+// kernel, and the system's from a file of the distribution.
 
 #include "FenwhirlCore/Platform/SystemText.h"
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-// Far beyond what any of the files needs; a processor's block in /proc/cpuinfo is about 1.5 kB.
+// Far more than any of the files needs; a processor's block in /proc/cpuinfo is about 1.5 kB.
 constexpr std::size_t longestFile = 16384;
 
 std::optional<std::string> contents(const char* path) {

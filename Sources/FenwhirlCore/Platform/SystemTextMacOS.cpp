@@ -1,4 +1,4 @@
-// macOS: the kernel's values by name.
+// macOS: the kernel's values by name (sysctl).
 
 #include "FenwhirlCore/Platform/SystemText.h"
 
@@ -19,7 +19,7 @@ public:
         return sysctlbyname("sysctl.proc_translated", &translated, &size, nullptr, 0) == 0 && translated == 1;
     }
 
-    // The words of the system's own version string, without Foundation.
+    // The same form as the system's own version string, without linking Foundation.
     [[nodiscard]] std::string version() const override {
         return "Version " + sysctlString("kern.osproductversion", *this) + " (Build " +
                sysctlString("kern.osversion", *this) + ")";

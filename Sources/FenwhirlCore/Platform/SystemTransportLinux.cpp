@@ -1,4 +1,4 @@
-// Linux: the doors to a controller in the order in which they are tried.
+// Linux: the ways to reach a controller, in the order in which they are tried.
 
 #include "FenwhirlCore/Platform/DriverTransport.h"
 #include "FenwhirlCore/Platform/SocketTransport.h"
