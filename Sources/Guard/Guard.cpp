@@ -1,17 +1,18 @@
-// fenwhirl-guard: hands the fans back when the application was killed, or does nothing any more.
+// fenwhirl-guard: hands the fans back when the application was killed or no longer responds.
 //
-// A child of the application in a process group of its own. It reads the pipe on descriptor 0, whose other
-// end the application alone holds, and acts in two cases:
+// The guard is a child of the application, in a process group of its own. It reads the pipe on descriptor 0,
+// whose other end only the application holds, and acts in two cases:
 //
-// - That end disappears without a farewell: the application is gone and its fans may be left at a speed that
-//   suits nobody any more. The guard runs the helper for those that are not pinned, at once and once more
-//   when a command that was under way must be over, and ends.
-// - Nothing comes through the pipe for ten seconds: the application is stopped or hangs, and nobody watches
-//   the temperature. The guard hands back every fan, pinned ones too, and goes on watching.
+// - The pipe ends without a farewell. The application is gone, and its fans may be left at a speed that is no
+// longer appropriate. The guard runs the helper for the fans that are not pinned: at once, and a second time
+// when any command that was under way must have ended. Then the guard ends.
+// - Nothing arrives through the pipe for ten seconds. The application is stopped or hangs, and nobody watches
+// the temperature. The guard hands back every fan, pinned ones too, and goes on watching.
 //
-// A fan counts as handed back when the helper says so; until then it is tried again, with growing pauses.
+// A fan counts as handed back when the helper says so. Until then the guard tries again, with growing pauses.
 //
-// A C program in all but its headers: no C++ library, no environment, no arguments, no heap after its start.
+// The guard uses C++ only as a stricter C: no C++ library, no environment, no arguments, and no heap after
+// its start.
 
 #include "Guard/GuardRecord.h"
 
@@ -29,10 +30,12 @@
 
 namespace {
 
-// A "set" of the dead application may outlive it by the helper's patience with a locked controller, 4.2 s.
+// The helper may go on trying to "set" a fan on a locked controller for 4.2 s, even after the application
+// died.
 constexpr int secondsUntilSecondRun = 5;
 
-// Between two tries of fans that could not be handed back. Each pause is twice as long as the one before.
+// Pauses between two attempts at fans that could not be handed back. Each pause is twice as long as the one
+// before.
 constexpr int shortestPause = 1; // seconds
 constexpr int longestPause = 10;
 
@@ -40,16 +43,16 @@ int longerPause(int pause) {
     return pause < longestPause / 2 ? 2 * pause : longestPause;
 }
 
-// What the application let be heard; the later ones outdo the earlier ones.
+// What the application sent, in ascending order of importance.
 enum class Heard { silence, something, record, life, end };
 
-// Two lines: the one that is being read, and the last complete one.
+// Two buffers: the line that is being read, and the last complete line.
 char lines[2][GuardRecord::longestLine];
-int complete = -1; // which of them, -1 before the first
+int complete = -1; // index of the last complete line; -1 before the first
 int reading = 0;
 std::size_t length = 0; // of the line that is being read
-bool isTooLong = false; // it
-bool isOrderly = false; // the last byte was the farewell
+bool isTooLong = false; // whether the line that is being read exceeds the buffer
+bool isOrderly = false; // whether the last byte was the farewell
 
 Heard take(char character) {
     isOrderly = character == GuardRecord::orderlyEnd;
@@ -73,8 +76,9 @@ Heard take(char character) {
     return Heard::record;
 }
 
-// Waits up to `milliseconds` for the application. The system counts them while it runs: time that the
-// machine sleeps is no silence, and this process, if it was stopped meanwhile, hears of one time-out at most.
+// Waits up to `milliseconds` for the application. poll counts only the time in which the system runs: time
+// that the machine spends asleep is not silence. If this process itself is stopped meanwhile, it sees at most
+// one time-out afterwards.
 Heard listen(int milliseconds) {
     pollfd pipe = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
     for (;;) {
@@ -83,7 +87,7 @@ Heard listen(int milliseconds) {
             return Heard::silence;
         if (ready < 0 && errno == EINTR)
             continue;
-        // Where poll fails otherwise, the end of the pipe at least is still noticed.
+        // If poll fails for any other reason, read still notices the end of the pipe.
         char buffer[4096];
         const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);
         if (count < 0 && errno == EINTR)
@@ -106,13 +110,13 @@ struct Fan {
     bool isHandedBack;
 };
 
-// Each name of a fan in a line takes two characters at least.
+// The name of a fan takes at least two characters of a line.
 Fan fans[GuardRecord::longestLine / 2];
 std::size_t fanCount = 0;
 
-// Makes `fans` of the last complete record, none of them handed back yet.
+// Fills `fans` from the last complete record, none of them handed back yet.
 void readRecord(bool withPinned) {
-    // A copy, because the words are cut apart, and may be needed again.
+    // A copy, because strtok_r modifies the line and the original may be needed again.
     static char line[sizeof lines[0]];
     fanCount = 0;
     if (complete < 0)
@@ -149,13 +153,14 @@ bool isHelperInstalled() {
 posix_spawn_file_actions_t keepThePipe;
 bool canKeepThePipe = false;
 
-// The helper would inherit the pipe on descriptor 0; it is given the null device that is on 1.
+// Without this the helper would inherit the pipe on descriptor 0. It gets the null device, which is on
+// descriptor 1.
 void prepareHelper() {
     canKeepThePipe = posix_spawn_file_actions_init(&keepThePipe) == 0 &&
                      posix_spawn_file_actions_adddup2(&keepThePipe, STDOUT_FILENO, STDIN_FILENO) == 0;
 }
 
-// Runs the helper and waits for it; it ends itself after 30 seconds.
+// Runs the helper and waits for it; the helper ends itself after 30 seconds at most.
 void handBack(Fan& fan) {
     char program[] = "FenwhirlHelper";
     char option[] = "--helper";
@@ -174,7 +179,8 @@ void handBack(Fan& fan) {
     fan.isHandedBack = ended == helper && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-// One try of every fan that has not gone back yet, unless the application is heard of.
+// Tries once to hand back every fan that has not gone back yet; stops early when the application sends
+// something.
 Heard handBackWhileSilent() {
     for (std::size_t i = 0; i < fanCount; ++i) {
         if (fans[i].isHandedBack)
@@ -187,10 +193,12 @@ Heard handBackWhileSilent() {
     return Heard::silence;
 }
 
-// True once every fan went back in silence: there is nothing more to do until the application is heard of.
-// False when it was heard of, so that it has to fall silent anew.
+// Returns true when every fan was handed back while the application was silent: there is nothing more to do
+// until it sends something. Returns false when it sent something, so that it has to fall silent again before
+// the next hand-back.
 bool actInSilence() {
-    // The command of which a record tells may be given after our hand-back.
+    // A record arrives before the command that it announces. If one arrives meanwhile, that command may
+    // follow our hand-back, so the result is not final.
     bool isLastWord = true;
     for (;;) {
         Heard heard = Heard::silence;
@@ -210,8 +218,8 @@ bool actInSilence() {
     }
 }
 
-// Returns when the application is gone. Silence is counted in steps that are longer than the time between two
-// signs of life: while all is well, nothing but these wakes the guard.
+// Returns when the application is gone. Silence is counted in steps longer than the time between two signs of
+// life: while all is well, only the signs of life wake the guard.
 void watch() {
     constexpr int step = 2500; // milliseconds
     static_assert(GuardRecord::secondsOfSilence * 1000 % step == 0);
@@ -250,8 +258,8 @@ void handBackOnce() {
             handBack(fans[i]);
 }
 
-// The application is gone for good. Ends when every fan has gone back, also for the second time, or when the
-// helper is gone.
+// Called when the application is gone for good. Returns when every fan has been handed back twice, or when
+// the helper is gone.
 void actAtTheEnd() {
     readRecord(false);
     int untilSecondRun = secondsUntilSecondRun;
@@ -262,7 +270,7 @@ void actAtTheEnd() {
         if (untilSecondRun > 0 && (isDone || pause >= untilSecondRun)) {
             letPass(untilSecondRun);
             untilSecondRun = 0;
-            readRecord(false); // from the beginning
+            readRecord(false); // all fans once more
             continue;
         }
         if (isDone)
@@ -276,7 +284,7 @@ void actAtTheEnd() {
 } // namespace
 
 int main() {
-    // What ends a session or a terminal's program must not end the one that cleans up behind it.
+    // Signals that end a session or a terminal's programs must not end the process that cleans up after them.
     const int ignored[] = {SIGTERM, SIGINT, SIGHUP};
     for (const int signal : ignored)
         (void)std::signal(signal, SIG_IGN);

@@ -1,12 +1,13 @@
-// What the application and its guard say to each other, all of it through one pipe to the guard.
+// What the application tells its guard. Everything goes one way, through one pipe to the guard.
 //
-// A record is a line of ASCII text: "nothing", "all", or "fans" followed by the indices to hand back, each
-// after one blank ("fans" alone: no fan, on purpose). An index behind `pinnedMark` belongs to a fan that
-// keeps its speed when the application ends, but not while it is silent. The last complete line counts. An
-// empty line is no record but a sign of life. The byte `orderlyEnd` behind the last line says that the
-// application has handed back by itself; the end of the pipe without it is the guard's cue.
+// A record is a line of ASCII text: "nothing", "all", or "fans" followed by the indices of the fans to hand
+// back, each preceded by one blank ("fans" alone means: no fan, on purpose). An index prefixed with
+// `pinnedMark` belongs to a fan that keeps its speed when the application ends, but not while the application
+// is silent. The last complete line is in effect. An empty line is not a record but a sign of life. The byte
+// `orderlyEnd` after the last line says that the application has handed back the fans itself; if the pipe
+// ends without it, the guard acts.
 //
-// C library only, shared by both sides.
+// Needs the C library only, because both sides share it.
 
 #pragma once
 
@@ -21,13 +22,13 @@ inline constexpr char pinnedMark = '=';
 inline constexpr char signOfLife = '\n';
 inline constexpr char orderlyEnd = '\x04';
 
-// The longest line, its end included; whoever has more fans to name says "all".
+// The length of the longest line, including its end. An application with more fans to name sends "all".
 inline constexpr std::size_t longestLine = 32768;
 
-// An application that says nothing for so long, in running time, is taken for hung or stopped.
+// An application that sends nothing for so long, in running time, is considered hung or stopped.
 inline constexpr int secondsOfSilence = 10;
 
-// The only program that the guard ever runs. It takes no path from outside.
+// The only program that the guard ever runs; the path cannot be changed from outside.
 inline constexpr char helperPath[] = "/Library/PrivilegedHelperTools/FenwhirlHelper";
 
 } // namespace GuardRecord
