@@ -1,5 +1,5 @@
-// check-texts PROJECT: ends with 1, and a line for each fault, when a text of the project's sources has no
-// row in the translation tables, or a table is not as it must be.
+// check-texts PROJECT: checks that every text of the project's sources has a row in the translation tables,
+// and that the tables are well-formed. Prints one line for each fault, and exits with 1 if there is any.
 
 #include "TextCheck/TableCheck.h"
 

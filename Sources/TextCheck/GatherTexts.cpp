@@ -1,6 +1,6 @@
-// gather-texts OUTPUT ROOT: writes every text of the C++ and QML sources under ROOT to OUTPUT, one a line:
-// kind, file and line, control, text, with a tabulator between them. Line breaks and tabulators of the text
-// are escaped.
+// gather-texts OUTPUT ROOT: writes every text of the C++ and QML sources under ROOT to OUTPUT, one per line.
+// The fields are kind, file and line, control, and text, separated by tabs. Line breaks and tabs inside a
+// text are escaped.
 
 #include "TextCheck/GatheredTexts.h"
 

@@ -15,8 +15,8 @@ bool isAsciiLetter(char c) {
     return std::isalpha(static_cast<unsigned char>(c)) != 0;
 }
 
-// The character that begins at `at`, which moves behind it. Malformed UTF-8 gives some character, never an
-// error.
+// Decodes the character that begins at `at`, and moves `at` past it. Malformed UTF-8 yields some character,
+// never an error.
 char32_t nextCharacter(std::string_view text, std::size_t& at) {
     const auto first = static_cast<unsigned char>(text[at++]);
     const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC0 ? 1 : 0;
@@ -27,7 +27,7 @@ char32_t nextCharacter(std::string_view text, std::size_t& at) {
     return character;
 }
 
-// Letters of any script, told from signs, blanks, drawings and emoji by where these lie.
+// Recognises letters of any script. Symbols, blanks, drawings and emoji are excluded by their code ranges.
 bool isLetterBeyondAscii(char32_t c) {
     const bool sign = c == 0xD7 || c == 0xF7 || c == 0x1680 || c == 0x180E || (c >= 0x2000 && c < 0x2C00) ||
                       (c >= 0x3000 && c < 0x3040) || (c >= 0xD800 && c < 0xFF21) || c == 0xFFFD ||
@@ -106,7 +106,7 @@ private:
         return known && isText(at_ + 1, "(");
     }
 
-    // Every literal of the first argument: "on ? a : b" asks for both.
+    // Reports every literal of the first argument: "on ? a : b" asks for the translation of both.
     void readArgument() {
         const int line = tokens_[at_].line;
         const std::string boundTo = control();
@@ -148,7 +148,7 @@ private:
         return index < tokens_.size() && tokens_[index].kind == Token::Kind::literal;
     }
 
-    // "Paragraph {" begins an element; other braces are JavaScript's and belong to the element around them.
+    // "Paragraph {" begins an element. Other braces are JavaScript's and belong to the enclosing element.
     void noteElementAt() {
         if (grammar_ != Grammar::qml)
             return;
@@ -169,7 +169,7 @@ private:
         return property_.empty() ? elements_.back() : elements_.back() + '.' + property_;
     }
 
-    // "title:" or "Accessible.name:" at the beginning of a line, or after "{" or ";", begins a binding.
+    // "title:" or "Accessible.name:" begins a binding at the beginning of a line, or after "{" or ";".
     void notePropertyAt() {
         if (grammar_ != Grammar::qml) {
             return;
@@ -206,8 +206,8 @@ private:
     std::vector<Token> tokens_;
     Grammar grammar_;
     std::size_t at_ = 0;
-    std::vector<std::string> elements_; // that are open, the innermost last; QML only
-    std::string property_;              // the one whose binding is being read; QML only
+    std::vector<std::string> elements_; // open elements, the innermost last; QML only
+    std::string property_;              // whose binding is being read; QML only
     std::vector<Gathered> found_;
 };
 

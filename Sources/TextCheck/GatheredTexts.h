@@ -1,4 +1,4 @@
-// The texts that a source file shows to the user, found in the file itself.
+// Finds the texts that a source file shows to the user.
 
 #pragma once
 
@@ -12,21 +12,21 @@ namespace TextCheck {
 
 struct Gathered {
     enum class Kind {
-        asked,   // given to localized, lookup, TextKey or qsTr: must be a key of the translation tables
-        dynamic, // qsTr of something that holds no literal: nobody can tell whether it has a translation
-        system,  // the text of qsTranslate: must be among the words of the system
-        loose,   // looks like a text for the user, but nobody asks for its translation
+        asked,   // argument of localized, lookup, TextKey or qsTr: must be a key of the translation tables
+        dynamic, // qsTr without a literal: nobody can tell whether a translation exists
+        system,  // text of qsTranslate: must be one of the toolkit's own texts (SystemWords.h)
+        loose,   // looks like text for the user, but no translation is requested
         other,   // any other literal
     };
     Kind kind;
     std::string text;
     int line;
-    std::string control; // QML: what the text is bound to, "PrimaryButton.text", as far as it can be told
+    std::string control; // QML: what the text is bound to, e.g. "PrimaryButton.text", as far as can be told
 };
 
-// Loose are, in QML: letters bound to a property that shows text ("text", "title", "Accessible.name", …) and
-// any literal that reads like language (words with a blank between them, letters beyond ASCII). In C++:
-// literals with letters beyond ASCII, and UTF-16 literals with a blank between words.
+// Which literals are loose. In QML: letters bound to a property that shows text ("text", "title",
+// "Accessible.name", …), and any literal that reads like language (words separated by a blank, or non-ASCII
+// letters). In C++: literals with non-ASCII letters, and UTF-16 literals with a blank between words.
 [[nodiscard]] std::vector<Gathered> gather(std::string_view source, Grammar grammar);
 
 } // namespace TextCheck

@@ -76,7 +76,7 @@ private:
     void readName() {
         const int line = line_;
         std::string name;
-        // A digit separator (1'000) belongs to the number, it does not begin a literal.
+        // A digit separator (1'000) belongs to the number; it does not begin a literal.
         while (isNameCharacter(peek()) || (peek() == '\'' && !name.empty() &&
                                            std::isdigit(static_cast<unsigned char>(name.front())) != 0)) {
             name += take();
@@ -109,7 +109,7 @@ private:
             }
         }
         if (grammar_ == Grammar::cpp && quote == '\'') {
-            return; // one character, not a text
+            return; // a character, not a string
         }
         const bool wrapped = tokens_.size() >= 2 && tokens_.back().text == "(" &&
                              tokens_[tokens_.size() - 2].text == "QStringLiteral";
@@ -149,7 +149,7 @@ private:
             }
             const unsigned long code = digits.empty() ? 0 : std::stoul(digits, nullptr, 16);
             if (c == 'x' && grammar_ == Grammar::cpp && !prefix.starts_with('u')) {
-                value += static_cast<char>(code); // a byte of narrow text
+                value += static_cast<char>(code); // in narrow text, "\x" is one byte
             } else {
                 appendUtf8(code, value);
             }

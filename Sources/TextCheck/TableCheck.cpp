@@ -23,7 +23,7 @@ Grammar grammarOf(std::string_view place) {
     return place.ends_with(".qml") || place.ends_with(".js") ? Grammar::qml : Grammar::cpp;
 }
 
-// The texts of a table, without the names of the headers that it includes.
+// The texts of a table. The names of included headers are not UTF-16 literals and are skipped.
 std::vector<Text> textsOf(const SourceFile& file) {
     std::vector<Text> texts;
     for (const Token& token : tokensOf(file.content, Grammar::cpp)) {
@@ -52,8 +52,8 @@ bool endsWithABlank(std::string_view text) {
     return std::ranges::any_of(blanks, [text](std::string_view blank) { return text.ends_with(blank); });
 }
 
-// The sensors' names: in a table of keys and names every second literal. A name that goes on with a number
-// ends with a blank.
+// The sensors' names: the second literal of each pair of key and name. A name that ends with a blank is
+// followed by a number; the blank is not part of the text.
 std::vector<Text> sensorNamesOf(const SourceFile& file) {
     std::vector<Text> names;
     const auto tokens = tokensOf(file.content, Grammar::cpp);
@@ -147,8 +147,8 @@ private:
             endsWithABlank(translation) != endsWithABlank(french.text)) {
             fault(place, french.line, name + " has another blank at its beginning or end");
         }
-        // "%@" is the only placeholder there is, so as many of them are also the same ones; any other "%" is
-        // a slip.
+        // "%@" is the only placeholder, so an equal count means equal placeholders. Any other "%" is a
+        // mistake.
         if (occurrences(translation, "%@") != occurrences(french.text, "%@") ||
             occurrences(translation, "%") != occurrences(translation, "%@")) {
             fault(place, french.line, name + " has other placeholders");
@@ -167,7 +167,7 @@ private:
 
     std::string frenchPlace_;
     std::vector<std::string> french_;
-    std::map<std::string, std::size_t> places_; // in french_
+    std::map<std::string, std::size_t> places_; // index in french_
     std::vector<std::string> faults_;
 };
 

@@ -1,8 +1,8 @@
-// Holds the texts that the sources show against the list of French texts and the translation tables.
+// Compares the texts that the sources show with the list of French texts and with the translation tables.
 //
-// The compiler cannot do that without a list that every source includes, and then every new text compiles the
-// whole program again. So it is done while building, from the sources themselves, and what is missing is told
-// by name.
+// The compiler could check this only with a list that every source includes, and then every new text would
+// recompile the whole program. The build therefore runs this check over the sources themselves and reports
+// each missing text by name.
 
 #pragma once
 
@@ -17,14 +17,14 @@ struct SourceFile {
     std::string content;
 };
 
-// What is wrong, one line each ("Sources/…/German.h:12: no row for …"), in the order of the files; empty when
-// nothing is.
+// The faults, one line each ("Sources/…/German.h:12: no row for …"), in the order of the files; empty when
+// there are none.
 //
-// `french` lists every text once. Each of the `tables` has a row of two texts for each, in the same order;
-// the translation is not empty, begins and ends with a blank only where the French text does, and has its
-// placeholders and the product's name as often. What the other `sources` ask for is in the list: the texts of
-// localized(…), TextKey(…) and qsTr(…), and, in files called SensorNames.cpp, the names that stand behind a
-// key.
+// `french` lists every text once. Each of the `tables` has one row of two texts for each of them, in the same
+// order. A translation is not empty, begins and ends with a blank exactly where the French text does, and
+// contains the placeholders and the product's name equally often. Every text that the other `sources` request
+// is in the list: the texts of localized(…), TextKey(…) and qsTr(…) and, in files called SensorNames.cpp, the
+// name after each key.
 [[nodiscard]] std::vector<std::string> faults(const SourceFile& french, std::span<const SourceFile> tables,
                                               std::span<const SourceFile> sources);
 
