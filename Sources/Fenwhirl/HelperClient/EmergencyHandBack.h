@@ -1,12 +1,12 @@
-// Hands the fans back when the application cannot do it itself: from inside a fatal signal, and by the guard
-// process after it was killed, or while it is stopped or hangs.
+// Hands the fans back when the application cannot do it in the normal way: from inside a fatal signal's
+// handler, and by the guard process when the application was killed, is stopped or hangs.
 //
-// Whoever owns the fans tells this object, at the start and at each change, what would have to be handed back
-// at that moment (HandBackRule.h); from then on nothing more needs to be computed when it comes to it.
+// The owner of the fans tells this object, at the start and at each change, what would have to be handed back
+// at that moment (HandBackRule.h). When an emergency comes, nothing more needs to be computed.
 //
 // Threads: `update` from any thread, everything else on the main thread. No call waits for the guard. One
 // object for the life of the process.
-// Ownership: the guard process belongs to this object and ends by itself after it.
+// Ownership: the guard process belongs to this object and ends on its own after it.
 
 #pragma once
 
@@ -20,31 +20,32 @@
 
 class EmergencyHandBack {
 public:
-    // Told of each guard process that was started, on the main thread.
+    // Called on the main thread with the process ID of each guard that was started.
     using GuardStarted = std::function<void(pid_t)>;
 
-    // Installs the last act and starts the guard of `guardPath`, if there is one.
+    // Installs the signal handlers (LastAct.h) and starts the guard at `guardPath`, if there is one.
     EmergencyHandBack(std::string helperPath, const std::optional<std::string>& guardPath,
                       GuardStarted guardStarted = {});
     EmergencyHandBack(const EmergencyHandBack&) = delete;
     EmergencyHandBack& operator=(const EmergencyHandBack&) = delete;
-    // Without `finish` before, the guard takes this end for a crash.
+    // Without a preceding `finish`, the guard takes this for a crash.
     ~EmergencyHandBack();
 
-    // For the product's own helper and the guard of this installation.
+    // Uses the product's own helper and the guard of this installation.
     [[nodiscard]] static std::unique_ptr<EmergencyHandBack>
     forThisInstallation(GuardStarted guardStarted = {});
 
-    // What is to be handed back from now on; cheap when nothing changed. When it returns the guard knows, or
-    // will as soon as it reads again: to be called before the first command for a fan runs.
+    // Sets what is to be handed back from now on; cheap when nothing changed. When the call returns, the
+    // guard knows, or will know as soon as it reads again. To be called before the first command for a fan
+    // runs.
     void update(const HandBack& handBack);
 
-    // To be called whenever the application has proved that it works, every few seconds: tells the guard so,
-    // which acts after ten seconds without, and replaces one that was lost.
+    // To be called every few seconds, whenever the application has proved that it works. Sends the guard a
+    // sign of life (the guard acts after ten seconds without one) and replaces a guard that was lost.
     void keepAlive();
 
-    // The fans have been handed back in order: neither guard nor last act has anything left to do, and no
-    // update counts any more.
+    // To be called after the fans have been handed back normally: neither the guard nor the signal handler
+    // has anything left to do, and further updates are ignored.
     void finish();
 
 private:

@@ -23,7 +23,7 @@ GuardLink::GuardLink(std::string guardPath, std::function<void(pid_t)> started)
 
 GuardLink::~GuardLink() {
     pipe_.close();
-    // An end in order takes no time; a guard that acts is left to the system.
+    // A dismissed guard ends at once. One that is acting is left to the system.
     if (guard_)
         waitpid(*guard_, nullptr, WNOHANG);
 }
@@ -33,7 +33,7 @@ void GuardLink::send(const HandBack& handBack) {
     if (isFinished_ || next == record_)
         return;
     record_ = std::move(next);
-    // Of what a full pipe has not taken only the newest counts.
+    // Only the newest record matters. A line that the pipe accepted in part must still be completed.
     pending_.erase(isWithinLine_ ? pending_.find('\n') + 1 : 0);
     pending_ += record_;
     flush();
@@ -105,7 +105,7 @@ void GuardLink::flush() {
             isWithinLine_ = pending_[count - 1] != '\n';
             pending_.erase(0, count);
         } else if (errno != EINTR)
-            return; // full, or the guard is gone: both are looked after by keepAlive
+            return; // full, or the guard is gone; keepAlive deals with both
     }
 }
 

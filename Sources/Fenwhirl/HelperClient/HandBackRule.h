@@ -1,5 +1,5 @@
-// Which fans return to automatic control when the application ends, however it ends: one rule for the orderly
-// quit, the last act of a crash, and the guard.
+// Decides which fans return to automatic control when the application ends, however it ends. The same rule
+// applies to a normal quit, to a crash and to the guard.
 //
 // Pure; safe on every thread.
 
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-// The rule's answer.
+// The decision.
 struct HandBack {
     enum class Scope {
         nothing, // run no helper
@@ -18,9 +18,9 @@ struct HandBack {
     };
 
     Scope scope = Scope::nothing;
-    std::vector<int> indices; // ascending, each once; may be empty: every known fan keeps its speed
-    // Ascending, each once, none of `indices`: fans that keep their speed when the application ends, because
-    // the user wants that, but not while it is silent.
+    std::vector<int> indices; // ascending, without duplicates; may be empty: every known fan keeps its speed
+    // Ascending, without duplicates, disjoint from `indices`: fans that keep their speed when the application
+    // ends, because the user wants that, but not while the application is silent.
     std::vector<int> pinned = {};
 
     bool operator==(const HandBack&) const = default;
@@ -28,27 +28,27 @@ struct HandBack {
 
 namespace HandBackRule {
 
-// A fan that the user has a setting for.
+// A fan for which the user has made a setting.
 struct ConfiguredFan {
     int index;
     bool isConstant; // keeps its speed on purpose
 };
 
-// A fan that was sent a speed, or was found manual, and has not been handed back since.
+// A fan that was sent a speed, or was found under manual control, and has not been handed back since.
 struct OwnedFan {
     int index;
-    bool runsAsChosen; // at exactly the constant speed that the user chose, and no safety rule holds it
+    bool runsAsChosen; // at exactly the constant speed that the user chose, not overridden by a safety rule
 };
 
-// Nothing without a helper. Otherwise every fan that was last read, has a setting or is owned; all fans when
-// none is known. A constant fan keeps its speed: without being named when it is not owned, because then there
-// is nothing to hand back; among the pinned ones when it is owned and runs as chosen. Any other owned fan
-// goes back.
+// Returns nothing to do without a helper. Otherwise considers every fan that was last read, has a setting or
+// is owned, and returns "all fans" when there is none. A fan with a constant setting keeps its speed: if it
+// is not owned, it is not listed at all, because there is nothing to hand back; if it is owned and runs as
+// chosen, it is listed as pinned. Every other fan goes back.
 [[nodiscard]] HandBack decide(bool isHelperInstalled, std::span<const int> fansRead,
                               std::span<const ConfiguredFan> configured,
                               std::span<const OwnedFan> owned = {});
 
-// The helper commands that carry it out, in order: {"auto", "0"}, {"auto", "2"}, … or {"auto"}.
+// The helper commands that carry out the decision, in order: {"auto", "0"}, {"auto", "2"}, … or {"auto"}.
 [[nodiscard]] std::vector<std::vector<std::string>> commands(const HandBack& handBack);
 
 } // namespace HandBackRule

@@ -54,7 +54,7 @@ std::optional<std::string> installCommand(std::string_view executablePath) {
     return installation().installCommand(executablePath);
 }
 
-// No double quote and no backslash, as runAsAdministrator asks for.
+// Contains no double quote and no backslash, as runAsAdministrator requires.
 std::string removalCommand() {
     return "rm -f '" + std::string(helperPath) + "'";
 }

@@ -44,7 +44,7 @@ std::optional<std::string> HelperInstallation::installedVersion() {
     if (knownVersion_ && knownVersion_->first == stampsOf(*status))
         return knownVersion_->second;
     const auto result = runHelper({"version"}, ChildOutput::capture);
-    if (!result) // for a moment there may be too little of something; the next one is asked again
+    if (!result) // may be a temporary shortage of resources: not cached, so that the next call tries again
         return std::string(HelperClient::launchFailureText);
     knownVersion_.emplace(stampsOf(*status), trimmed(repairedUTF8(result->output)));
     return knownVersion_->second;
@@ -90,7 +90,7 @@ std::optional<std::string> HelperInstallation::installCommand(std::string_view e
     const std::string place = "'" + helper + "'";
     const std::string written = isRenamed ? "'" + helper + ".new'" : place;
     std::string command = "mkdir -p " + parentFolder(helper);
-    if (isRenamed) // the file of an installation that broke off may be one with the bit
+    if (isRenamed) // an interrupted installation may have left a set-user-ID file there
         command += " && rm -f " + written;
     command += " && cp '";
     command += executable;
@@ -117,9 +117,9 @@ bool HelperInstallation::isPathRootControlled() const {
         if (folder == home)
             isSharedFolder = status->isWritableByOthers();
     }
-    // In a sticky folder that others may write to, they can exchange what is theirs between the steps of the
-    // command; only a file that is already root's stays what it is. One beside it is theirs if they are
-    // first.
+    // In a sticky folder that others may write to, users can replace their own files between the steps of the
+    // command. Only a file that already belongs to root is safe. A new file beside it is not: another user
+    // might create it first.
     if (!isSharedFolder)
         return true;
     if (surroundings_.installsByRename)

@@ -1,9 +1,9 @@
-// One installed helper: the file, what it answers, and how it comes there.
+// One installed helper: its file, its answers, and its installation.
 //
-// HelperClient is this for the one place that the product uses; the class exists because nothing in it
-// depends on that place.
+// HelperClient is an instance of this class for the product's path. The class exists separately because
+// nothing in it depends on that path.
 //
-// Threads: as HelperClient. Everything but the version cache is immutable after construction.
+// Threads: as for HelperClient. Everything but the version cache is immutable after construction.
 
 #pragma once
 
@@ -22,18 +22,18 @@ class HelperInstallation {
 public:
     struct Surroundings {
         std::string helperPath; // absolute
-        // The executable that `install` copies, if it is known.
+        // The executable that `install` copies, if known.
         std::function<std::optional<std::string>()> executablePath;
         // Runs a shell command as root with the user's consent; true when it ran and succeeded.
         std::function<bool(const std::string& command)> runAsAdministrator;
         // The group of id 0.
         std::string group;
-        // Whether the copy is made beside its place and renamed, so that nobody ever sees half of it, also
-        // while the helper runs; else it is written where it is to be, by the command that macOS has always
-        // been given.
+        // True: the copy is written beside its final path and renamed, so that a partial file is never
+        // visible, even while the helper runs. False: the file is written in place, by the command that has
+        // always been used on macOS.
         bool installsByRename = false;
-        // Whether this build may become a set-user-ID program. One with sanitizers may not: their run-time
-        // library writes files as root wherever its environment says.
+        // Whether this build may become a set-user-ID program. A sanitizer build may not: the sanitizer's
+        // run-time library, running as root, would write files wherever its environment says.
         bool isFitForRoot = true;
     };
 
@@ -45,12 +45,12 @@ public:
     [[nodiscard]] std::string output(const std::vector<std::string>& arguments) const;
     [[nodiscard]] bool install() const;
 
-    // The shell command that copies `executable` to the helper's path, whatever the umask of who runs it;
-    // nothing when a path cannot stand between single quotes inside a double-quoted text.
+    // The shell command that copies `executable` to the helper's path, independently of the umask; absent
+    // when a path cannot be put in single quotes inside a double-quoted text.
     [[nodiscard]] std::optional<std::string> installCommand(std::string_view executable) const;
 
-    // Whether only root decides what lies at the helper's path while the command runs. Folders that are
-    // missing are made by root.
+    // Whether only root can change what is at the helper's path while the command runs. Missing folders do
+    // not matter: root creates them.
     [[nodiscard]] bool isPathRootControlled() const;
 
 private:
@@ -59,6 +59,6 @@ private:
 
     Surroundings surroundings_;
     std::mutex versionLock_;
-    // What a file of these stamps (contents, anything at all) has answered. Guarded by versionLock_.
+    // The file's stamps (contents changed, anything changed) and the answer it gave. Guarded by versionLock_.
     std::optional<std::pair<std::pair<FileStatus::Stamp, FileStatus::Stamp>, std::string>> knownVersion_;
 };

@@ -13,7 +13,8 @@ static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_alw
 
 } // namespace
 
-// Counted first, asked afterwards: whoever forbids and then counts sees every run that was still allowed.
+// The order matters: the run is counted before the flag is read. A thread that calls forbid and then reads
+// the count therefore sees every run that was still allowed.
 HelperRun::HelperRun() : isAllowed_((underWay.fetch_add(1), !isForbidden.load())) {}
 
 HelperRun::~HelperRun() {

@@ -1,7 +1,7 @@
-// Counts the helper runs under way, and can forbid new ones for good.
+// Counts the helper runs in progress, and can forbid new ones permanently.
 //
-// For the last act of a dying process: it must know that no other thread sends a fan's speed after it has
-// handed the fan back.
+// Used when the process dies of a fatal signal (LastAct.h): after it has handed a fan back, no other thread
+// may send that fan a speed.
 //
 // Threads: safe from any thread. `forbid` and `waitForOthers` may be called by a signal handler.
 
@@ -9,7 +9,7 @@
 
 #include <chrono>
 
-// One helper run, from before its start to after its end.
+// One helper run, from before its start until after its end.
 class HelperRun {
 public:
     HelperRun();
@@ -21,7 +21,7 @@ public:
     [[nodiscard]] bool isAllowed() const { return isAllowed_; }
 
     static void forbid();
-    // Until none is under way, or until `patience` is over.
+    // Waits until no run is in progress, or until `patience` has passed.
     static void waitForOthers(std::chrono::milliseconds patience);
 
 private:

@@ -1,8 +1,8 @@
-// The installed helper, kept for a few last commands after its file has been removed.
+// Keeps the installed helper usable for a few last commands after its file has been removed.
 //
-// While the administrator's password is asked for, heat protection goes on driving fans; once the file is
-// gone, nobody could hand them back. A file that is held open lives on until it is closed: Linux lets us run
-// it. Elsewhere this is an object that runs nothing.
+// While the administrator's password is being asked for, heat protection goes on driving fans. Once the file
+// is gone, nobody could hand those fans back. A removed file continues to exist while it is held open, and
+// Linux can still execute it. On other systems this object runs nothing.
 //
 // Threads: any, one at a time. Runs block until the helper has ended.
 
@@ -17,7 +17,7 @@ class KeptHelper {
 public:
     explicit KeptHelper(const std::string& helperPath);
 
-    // One command of the helper (as HelperClient::run); false when there is nothing to run.
+    // Runs one command of the helper (as HelperClient::run does); false when there is nothing to run.
     [[nodiscard]] bool run(const std::vector<std::string>& arguments) const;
 
 private:

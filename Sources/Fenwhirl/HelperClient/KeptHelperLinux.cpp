@@ -5,7 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// The bare file, not its contents: nothing is read from it.
+// O_PATH suffices: the file is executed, never read.
 KeptHelper::KeptHelper(const std::string& helperPath)
     : file_(open(helperPath.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)) {}
 
@@ -13,7 +13,7 @@ bool KeptHelper::run(const std::vector<std::string>& arguments) const {
     const HelperRun run;
     if (!file_.isOpen() || !run.isAllowed())
         return false;
-    // By our own process number, because the child has no such descriptor any more when it looks.
+    // The path contains our own process ID, because the child's copy of the descriptor is closed by then.
     const std::string path = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(file_.number());
     std::vector<std::string> words = {"--helper"};
     words.insert(words.end(), arguments.begin(), arguments.end());

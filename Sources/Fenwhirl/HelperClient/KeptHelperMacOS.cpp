@@ -1,6 +1,6 @@
 #include "Fenwhirl/HelperClient/KeptHelper.h"
 
-// A file without a name cannot be run there.
+// macOS cannot execute a file that has no name any more.
 
 KeptHelper::KeptHelper(const std::string&) {}
 

@@ -18,15 +18,15 @@ namespace LastAct {
 
 namespace {
 
-// The traps of compilers and frameworks among them, a system call that the system forbids, and the end of an
-// allowance of processor time.
+// Besides crashes these cover the traps of compilers and frameworks, a forbidden system call (SIGSYS) and an
+// exhausted limit of processor time (SIGXCPU).
 constexpr std::array fatalSignals = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP, SIGSYS, SIGXCPU};
 
-// A "set" that another thread has just started may try for 4.2 s on a locked controller.
+// A "set" that another thread has just started may go on trying for 4.2 s on a locked controller.
 constexpr auto patienceWithOthers = std::chrono::milliseconds(5000);
 
 #ifdef FENWHIRL_SANITIZED
-// A sanitizer's vfork believes that it is called on the thread's own stack.
+// A sanitizer's vfork assumes that it is called on the thread's own stack.
 constexpr int stackOfHandler = 0;
 #else
 constexpr int stackOfHandler = SA_ONSTACK;
@@ -66,6 +66,8 @@ void runAndWait(char* const* arguments) {
     }
 }
 
+// Restores the default action and unblocks the signal, so that the process really dies of it and its parent
+// sees which one it was.
 void dieOf(int signal) {
     struct sigaction action = {};
     sigemptyset(&action.sa_mask);
@@ -80,7 +82,7 @@ void dieOf(int signal) {
 }
 
 extern "C" void fenwhirlActAndDie(int signal) {
-    // The first thread acts; the process ends with it, so the others need only stay out of the way.
+    // The first thread acts and the process ends with it; the others only have to wait.
     while (isDying.exchange(true))
         pause();
     HelperRun::forbid();
@@ -97,7 +99,7 @@ void install() {
     static const AlternateSignalStack stackOfMainThread;
     struct sigaction action = {};
     sigemptyset(&action.sa_mask);
-    // A crash inside the act meets a blocked signal, and the kernel ends the process.
+    // The handler runs with all fatal signals blocked: if it crashes itself, the kernel ends the process.
     for (const int signal : fatalSignals)
         sigaddset(&action.sa_mask, signal);
     action.sa_handler = fenwhirlActAndDie;
@@ -109,7 +111,7 @@ void install() {
 void prepare(const std::string& helperPath, const HandBack& handBack) {
     const auto* const next = new PreparedRuns(helperPath, handBack);
     std::unique_ptr<const PreparedRuns> previous(prepared.exchange(next));
-    // A thread that began to die before the exchange may be reading the old lists; the process is ending.
+    // A thread that began to die before the exchange may be reading the old lists, so they are leaked.
     if (isDying.load())
         (void)previous.release();
 }

@@ -8,10 +8,10 @@ namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
-// What may follow a lead byte: how many bytes, and the range of the first of them, which excludes overlong
-// forms, surrogates and values beyond Unicode (table 3-7 of the Unicode standard, chapter 3).
+// What may follow a lead byte: the length of the sequence, and the range of its second byte, which excludes
+// overlong forms, surrogates and values beyond Unicode (table 3-7 of the Unicode standard, chapter 3).
 struct Sequence {
-    std::size_t length; // 0: no lead byte
+    std::size_t length; // 0: not a lead byte
     std::uint8_t secondFrom;
     std::uint8_t secondTo;
 };
@@ -32,7 +32,7 @@ Sequence sequenceOf(std::uint8_t lead) {
     return {.length = 0, .secondFrom = 0, .secondTo = 0};
 }
 
-// How many bytes at the start of `bytes` belong together, and whether they are a character.
+// How many bytes at the start of `bytes` belong together, and whether they form a character.
 struct Piece {
     std::size_t length;
     bool isValid;
