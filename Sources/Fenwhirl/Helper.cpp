@@ -15,13 +15,14 @@ namespace HelperMode {
 
 namespace {
 
-// Raised whenever the commands or their meaning change; the application offers a new installation then.
+// Raised whenever the commands or their meaning change. The application then offers to install the helper
+// again.
 constexpr std::string_view versionLine = "3\n";
 
 constexpr std::chrono::seconds patienceWithReaders{3};
 
-// Keeps every signal away while a sequence of writes is under way, so that neither ^C nor a logout nor a
-// timer can leave a fan between two modes; they act when the sequence is complete. Only the alarm is let
+// Blocks every signal during a sequence of writes, so that neither ^C nor a logout nor a timer can leave a
+// fan between two modes; pending signals are delivered when the sequence is complete. Only SIGALRM is let
 // through: it bounds the wait for a controller that does not answer.
 class UninterruptedSequence {
 public:
@@ -41,10 +42,11 @@ private:
     sigset_t before_ = {};
 };
 
-// Whoever reads the answer may be slow, gone, or a full device: none of that is the helper's failure. One
-// that does not read at all is given up after some seconds: he may not keep a root process for himself.
+// The reader of the answer may be slow or gone, or may be a full device: none of that is the helper's
+// failure. A reader that does not read at all is given up after a few seconds, because it must not keep a
+// root process alive.
 void print(std::string_view text) {
-    // So little is taken at once by whatever says that it takes something, terminals included.
+    // Any descriptor that polls as writable, including a terminal, accepts this many bytes at once.
     constexpr std::size_t mostAtOnce = 128;
     using Clock = std::chrono::steady_clock;
     const Clock::time_point end = Clock::now() + patienceWithReaders;
@@ -58,7 +60,7 @@ void print(std::string_view text) {
             return;
         if (ready < 0 && errno == EINTR)
             continue;
-        // Whatever else it says, the attempt shows.
+        // Any other result of poll is settled by the attempt to write.
         const ssize_t written = write(STDOUT_FILENO, text.data(), std::min(text.size(), mostAtOnce));
         if (written > 0)
             text.remove_prefix(static_cast<std::size_t>(written));

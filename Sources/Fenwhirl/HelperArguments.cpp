@@ -11,7 +11,7 @@
 namespace HelperArguments {
 
 std::optional<std::int64_t> parseIndex(std::string_view text) {
-    // from_chars knows no "+"; behind one, a digit must follow, or "+-1" would pass.
+    // from_chars does not accept "+". After one, "-" is refused here; otherwise "+-1" would pass.
     if (text.starts_with('+')) {
         text.remove_prefix(1);
         if (text.starts_with('-'))

@@ -1,7 +1,8 @@
-// The two numbers of the helper's command line.
+// Parses the two numbers of the helper's command line.
 //
-// Whoever can log in can start the set-user-ID helper with any text, so both parsers take a text whole or not
-// at all and depend on nothing outside it: no locale, no environment. Pure and thread-safe.
+// Any user who can log in can start the set-user-ID helper with arbitrary text. Both parsers therefore accept
+// a text as a whole or not at all, and depend on nothing outside it: no locale, no environment. Pure and
+// thread-safe.
 
 #pragma once
 
@@ -11,14 +12,14 @@
 
 namespace HelperArguments {
 
-// A base-10 signed 64-bit integer: one optional "+" or "-", then ASCII digits, nothing else. Absent for
-// anything else and for a value outside the range. Negative values are returned as they are: what a fan of
-// that index means is for the SMC to say.
+// A base-10 signed 64-bit integer: one optional "+" or "-", then ASCII digits, and nothing else. Absent for
+// any other text and for a value outside the range. Negative values are returned unchanged: the SMC decides
+// what a fan of that index means.
 [[nodiscard]] std::optional<std::int64_t> parseIndex(std::string_view text);
 
-// A floating-point number as the C locale's strtod reads it, the whole text being that number: sign, digits
-// with an optional "." fraction, exponent, hexadecimal form, "inf" and "nan". Unlike strtod it takes no
-// leading blank. Beyond the range of double it is infinite. `text` ends with a NUL of its own.
+// A floating-point number as strtod reads it in the C locale; the whole text must be that number: sign,
+// digits with an optional "." fraction, exponent, hexadecimal form, "inf" and "nan". Unlike strtod it accepts
+// no leading blank. A value beyond the range of double becomes infinite. `text` is NUL-terminated.
 [[nodiscard]] std::optional<double> parseRPM(const char* text);
 
 } // namespace HelperArguments

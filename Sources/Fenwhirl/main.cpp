@@ -1,6 +1,6 @@
-// Program entry: one executable, two roles. With "--helper" first it is the privileged helper; otherwise the
-// application, whose library is loaded only then. The copy that runs as root links nothing but the C library,
-// so that what it does not contain cannot be turned against it.
+// Program entry: one executable, two roles. With "--helper" as its first argument it is the privileged
+// helper; otherwise it is the application, whose library is loaded only then. The copy that runs as root
+// links nothing but the C library, to keep its attack surface small.
 
 #include "Fenwhirl/Helper.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
@@ -18,7 +18,7 @@
 
 namespace {
 
-// The set-user-ID copy was started as if it were the application.
+// Exit status of the set-user-ID copy when it was started as if it were the application.
 constexpr int startedWithoutHelperFlag = 77;
 
 using ApplicationMain = int (*)(int argc, char** argv);
@@ -34,8 +34,8 @@ ApplicationMain loadApplication() {
 }
 
 int runApplication(int argc, char** argv) {
-    // Nothing that is opened later may be taken for standard output; and whoever started us ignoring the end
-    // of children would make every helper run look failed.
+    // Descriptors opened later must not be taken for standard output. And if our parent made us ignore
+    // SIGCHLD, every helper run would look as if it had failed.
     if (!HelperProcess::occupyStandardDescriptors())
         return EXIT_FAILURE;
     (void)std::signal(SIGCHLD, SIG_DFL);
@@ -56,7 +56,8 @@ int main(int argc, char** argv) {
         const std::span arguments(argv + 2, static_cast<std::size_t>(argc - 2));
         if (HelperProcess::prepare())
             return HelperMode::run(arguments);
-        // What needs no controller is answered; its connection might be taken for a standard stream.
+        // Only commands that need no controller can be served: the controller's connection could get the
+        // number of a standard stream.
         return HelperMode::run(arguments, [] { return std::unique_ptr<SMC>(); });
     }
     if (geteuid() == 0 && getuid() != 0)
