@@ -10,7 +10,8 @@
 
 namespace {
 
-// In the first looks after a start everything may still change; later a look in eight is enough.
+// A process is examined in each of its first looks, while everything may still change, and later in every
+// eighth look.
 constexpr unsigned newForLooks = 3;
 constexpr unsigned looksBetween = 8;
 
@@ -18,7 +19,8 @@ QString fileNameOf(const QString& path) {
     return path.sliced(path.lastIndexOf(u'/') + 1);
 }
 
-// Where no systemd says what the desktop consists of: its servers, window managers, panels and sessions.
+// The desktop's own components where systemd does not identify them: servers, window managers, panels,
+// sessions.
 bool isDesktopProgram(const QString& path) {
     static const QSet<QString> names = {
         QStringLiteral("Xorg"),
@@ -83,7 +85,7 @@ void ApplicationFinder::beginLook(const QStringList& locales) {
     if (entries_.update())
         known_.clear();
     ++look_;
-    // What was not met in the last look has ended.
+    // A process that was not seen in the last look has ended.
     known_.removeIf([this](const auto& process) { return process.value().lastLook + 1 < look_; });
 }
 
@@ -143,7 +145,7 @@ ApplicationFinder::Known ApplicationFinder::find(qint32 pid, const QString& path
     if (isInterpreter(path)) {
         QStringList command = origin->arguments();
         if (!command.isEmpty())
-            command.first() = path; // it may call itself what it likes
+            command.first() = path; // a process can change its own first argument
         if (const auto script = interpretedScript(command)) {
             known.label = fileNameOf(*script);
             const QString place = QDir(origin->workingFolder()).filePath(*script);

@@ -1,11 +1,11 @@
 // Finds the application that a process of a Linux desktop belongs to.
 //
-// In this order: the unit that its control group is of, a flatpak's or a snap's name, the desktop entry of
-// the program, or of the script that an interpreter runs. Processes of other users belong to none here. What
-// the desktop itself consists of is never to be quit.
+// It tries, in this order: the systemd unit of the process's control group; the name of its flatpak or snap;
+// the desktop entry of its program, or of the script that an interpreter runs. Processes of other users
+// belong to no application here. Components of the desktop itself can never be quit.
 //
-// Threads: one at a time. Asks files, through `read`, when a process is new and now and then later: programs
-// are often moved into their unit just after their start.
+// Threads: one at a time. Files are read, through `read`, when a process is new and occasionally afterwards,
+// because programs are often moved into their unit just after their start.
 
 #pragma once
 
@@ -21,25 +21,26 @@
 #include <functional>
 #include <optional>
 
-// What the system says of one process of this user.
+// What the system says about one process of this user.
 struct ProcessOrigin {
-    QString controlGroup;                            // its path; empty when it is in none
+    QString controlGroup;                            // its path; empty when the process is in none
     std::function<QStringList()> arguments;          // the words of its command line
-    std::function<QString()> workingFolder;          // empty when nobody can tell
+    std::function<QString()> workingFolder;          // empty when unknown
     std::function<std::optional<QString>()> flatpak; // the identifier, when it runs in a flatpak's sandbox
 };
 
 class ApplicationFinder {
 public:
-    // Nothing for a process that is gone or another user's.
+    // Returns nothing for a process that has ended or belongs to another user.
     using Read = std::function<std::optional<ProcessOrigin>(qint32 pid)>;
 
     ApplicationFinder(DesktopEntries entries, Read read);
 
-    // To be called before each look at all processes. `locales`: of the names, the best first.
+    // To be called before each look at all processes. `locales` are those of the shown names, most preferred
+    // first.
     void beginLook(const QStringList& locales);
 
-    // `start` and `path` as the listing has them.
+    // `start` and `path` are those of the listing.
     [[nodiscard]] std::optional<FoundApplication> applicationOf(qint32 pid, std::optional<ProcessStart> start,
                                                                 QStringView path);
 
@@ -48,7 +49,7 @@ private:
         ProcessStart start;
         QString path;
         const DesktopEntry* entry = nullptr;
-        QString label; // of what is no application: a script's name; may be empty
+        QString label; // for anything but an application: a script's name; may be empty
         bool isOfDesktop = false;
         unsigned firstLook = 0;
         unsigned lastLook = 0;

@@ -1,6 +1,6 @@
-// How this system finds the application of a process that lies in no bundle.
+// Finds the application of a process that is not inside a bundle, in the way of this system.
 //
-// Threads: as the listing's, one at a time.
+// Threads: one at a time, the same as the listing.
 
 #pragma once
 
@@ -17,9 +17,9 @@ public:
     ApplicationLookup(const ApplicationLookup&) = delete;
     ApplicationLookup& operator=(const ApplicationLookup&) = delete;
 
-    // For the processes of the table's last listing. Refers to both.
+    // The look-up for the processes of the table's last listing. It refers to this object and to the table.
     [[nodiscard]] virtual FoldContext::ApplicationOf forListing(const ProcessTable& table) = 0;
 
-    // Null where every application is a bundle.
+    // Null on systems where every application is a bundle.
     [[nodiscard]] static std::unique_ptr<ApplicationLookup> create();
 };

@@ -48,7 +48,7 @@ std::optional<QString> flatpakOf(qint32 pid) {
 std::optional<ProcessOrigin> readOrigin(qint32 pid) {
     const FileDescriptor file(open(ofProcess(pid, "cgroup").toLatin1().constData(), O_RDONLY | O_CLOEXEC));
     struct stat status = {};
-    // The files of a process belong to whose it is.
+    // The files of a process in /proc belong to the user who owns the process.
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || status.st_uid != geteuid())
         return std::nullopt;
     std::array<char, 4096> text = {};
@@ -61,7 +61,7 @@ std::optional<ProcessOrigin> readOrigin(qint32 pid) {
         .flatpak = [pid] { return flatpakOf(pid); }};
 }
 
-// As desktop entries name them, the best first.
+// The locales as desktop entries name them, most preferred first.
 QStringList localesOf(AppLanguage language) {
     switch (language) {
     case AppLanguage::srCyrl:

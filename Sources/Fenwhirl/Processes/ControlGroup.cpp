@@ -8,7 +8,7 @@ int hexDigit(QChar digit) {
     return isValid ? value : -1;
 }
 
-// As systemd writes what may not stand in a unit's name: bytes as "\x2d".
+// systemd writes bytes that are not allowed in a unit's name as "\x2d".
 QString unescaped(QStringView text) {
     QByteArray bytes;
     for (qsizetype i = 0; i < text.size();) {
@@ -25,7 +25,7 @@ QString unescaped(QStringView text) {
     return QString::fromUtf8(bytes);
 }
 
-// The last part of the path that is a unit: a service may have groups of its own below it.
+// The last part of the path that names a unit. A service may have further groups below its own.
 QStringView innermostUnit(QStringView group) {
     QStringView innermost;
     for (const QStringView part : group.split(u'/')) {
@@ -44,7 +44,7 @@ QStringView withoutSuffix(QStringView unit) {
 QString controlGroupIn(const QByteArray& text) {
     QString named;
     for (const QByteArray& line : text.split('\n')) {
-        // "0::PATH" is the unified hierarchy, "1:name=systemd:PATH" systemd's own beside older ones.
+        // "0::PATH" is the unified hierarchy; "1:name=systemd:PATH" is systemd's own beside older ones.
         if (line.startsWith("0::/") && line.size() > 4)
             return QString::fromUtf8(line.sliced(3));
         const qsizetype place = line.indexOf(":name=systemd:");
@@ -65,7 +65,7 @@ QStringList applicationIdsIn(QStringView group) {
         if (const qsizetype instance = name.indexOf(u'@'); instance >= 0)
             name = name.first(instance);
     } else {
-        name = name.first(std::max<qsizetype>(name.lastIndexOf(u'-'), 0)); // a random word
+        name = name.first(std::max<qsizetype>(name.lastIndexOf(u'-'), 0)); // drops the random suffix
     }
     QStringList ids;
     for (qsizetype dash = name.indexOf(u'-'); dash >= 0; dash = name.indexOf(u'-', dash + 1)) {
@@ -82,7 +82,8 @@ std::optional<SnapName> snapIn(QStringView group) {
     const auto parts = withoutSuffix(unit).split(u'.');
     if (parts.size() < 3 || parts[1].isEmpty())
         return std::nullopt;
-    // A snap's own names have dashes, but what follows is a number of five words with dashes between.
+    // A UUID may follow the program's name after a dash. It contains dashes, and so may the name, so it is
+    // recognised by its length.
     QStringView program = parts[2];
     constexpr qsizetype identifier = 36;
     if (parts.size() == 3 && program.size() > identifier + 1 &&

@@ -1,10 +1,10 @@
 // What the name of a process's control group says about its application.
 //
-// Desktops that are run by systemd start each application in a unit of its own, "app-LAUNCHER-NAME-….scope"
-// or "app-NAME@….service", and snaps are in "snap.NAME.PROGRAM-….scope". NAME is the desktop entry's
-// identifier, in systemd's own escapes; it comes from whoever started the unit.
+// Desktops that are managed by systemd start each application in a unit of its own,
+// "app-LAUNCHER-NAME-….scope" or "app-NAME@….service"; snaps run in "snap.NAME.PROGRAM-….scope". NAME is the
+// desktop entry's identifier in systemd's escape notation. It is chosen by the program that started the unit,
+// so it is not trustworthy.
 //
-// Pure; any thread.
 
 #pragma once
 
@@ -15,11 +15,11 @@
 
 #include <optional>
 
-// The path of the control group in the text of a process's "cgroup" file; empty when it names none.
+// The path of the control group, from the text of a process's "cgroup" file; empty when the text names none.
 [[nodiscard]] QString controlGroupIn(const QByteArray& text);
 
-// The identifiers that the group's innermost unit may mean, the likeliest first: whether a launcher stands
-// before the name cannot be seen from it.
+// The identifiers that the group's innermost unit may stand for, the most likely first. There can be several,
+// because the unit does not show whether a launcher precedes the name.
 [[nodiscard]] QStringList applicationIdsIn(QStringView group);
 
 struct SnapName {
@@ -31,5 +31,5 @@ struct SnapName {
 
 [[nodiscard]] std::optional<SnapName> snapIn(QStringView group);
 
-// Whether the group is of what the desktop itself consists of: panels, window managers, session services.
+// Whether the group belongs to a component of the desktop itself: panels, window managers, session services.
 [[nodiscard]] bool isOfDesktop(QStringView group);

@@ -17,7 +17,7 @@ constexpr qint64 longestFile = qint64{256} * 1024;
 constexpr qsizetype mostEntries = 5000;
 constexpr int deepestFolder = 4;
 
-// What starts other programs: an entry that begins with one is not that one's.
+// Programs that start others: an entry whose command begins with one of these does not belong to it.
 constexpr std::array launchers = {
     QStringView(u"flatpak"),     QStringView(u"snap"),        QStringView(u"pkexec"),
     QStringView(u"sudo"),        QStringView(u"gksu"),        QStringView(u"kdesu"),
@@ -27,7 +27,7 @@ constexpr std::array launchers = {
     QStringView(u"xterm"),
 };
 
-// Folders that many programs share, by the ends of their paths: no program's own.
+// Folders that many programs share, matched by their paths; they belong to no single program.
 bool isShared(const QString& folder) {
     static const QRegularExpression pattern(QStringLiteral(
         "^(|/|/bin|/sbin|/lib\\w*|/opt|/home|/root|/tmp|/usr|/snap|/app|/nix/store|/usr/(local/)?"
@@ -46,7 +46,7 @@ QString fileNameOf(const QString& path) {
     return path.sliced(path.lastIndexOf(u'/') + 1);
 }
 
-// A folder below the shared ones that an installation has to itself.
+// The folder that the program's installation has to itself; empty when it is in a shared folder.
 QString ownFolderOf(const QString& program) {
     const QString folder = parentOf(program);
     if (isShared(folder))
@@ -92,7 +92,7 @@ bool isAssignment(const QString& word) {
     return pattern.match(word).hasMatch();
 }
 
-// "env NAME=VALUE… PROGRAM …" is "PROGRAM …".
+// Turns "env NAME=VALUE… PROGRAM …" into "PROGRAM …".
 QStringList withoutEnvironment(QStringList command) {
     if (command.isEmpty() || fileNameOf(command.first()) != QStringLiteral("env"))
         return command;
@@ -102,10 +102,10 @@ QStringList withoutEnvironment(QStringList command) {
     return command;
 }
 
-// The options of an interpreter that the next word belongs to.
+// An interpreter's options that take the next word as their value.
 struct OptionHabits {
     QStringList withValue;
-    QStringList beforeScript; // the next word is what is run
+    QStringList beforeScript; // the next word is the script
 };
 
 OptionHabits habitsOf(const QString& interpreter) {
@@ -215,7 +215,7 @@ std::optional<QString> interpretedScript(const QStringList& command) {
             return i + 1 < command.size() && !command[i + 1].isEmpty() ? std::optional(command[i + 1])
                                                                        : std::nullopt;
         if (word == QStringLiteral("-c") || word == QStringLiteral("-e") || word.isEmpty())
-            return std::nullopt; // a program on the command line itself
+            return std::nullopt; // the program is given on the command line itself
         if (habits.withValue.contains(word))
             ++i;
         else if (!word.startsWith(u'-') && !word.startsWith(u'+'))
@@ -230,7 +230,7 @@ DesktopEntries::DesktopEntries(QStringList folders, QStringList programs)
 
 DesktopEntries DesktopEntries::ofThisComputer() {
     QStringList folders = QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
-    // Not every session names them.
+    // Not every session's environment names these.
     for (const QString& folder :
          {QDir::homePath() + QStringLiteral("/.local/share/flatpak/exports/share/applications"),
           QStringLiteral("/var/lib/flatpak/exports/share/applications"),
@@ -280,14 +280,14 @@ void DesktopEntries::readFolder(const QString& folder) {
                 }
                 if (!path.endsWith(QStringLiteral(".desktop")) || entries_.size() >= mostEntries)
                     continue;
-                // The identifier of an entry in a folder further down has dashes for slashes.
+                // Slashes in the path below the folder become dashes in the identifier.
                 const QString id =
                     path.sliced(folder.size() + 1).chopped(8).replace(u'/', QStringLiteral("-"));
                 QFile file(path);
                 if (ids_.contains(id) || !file.open(QIODevice::ReadOnly))
                     continue;
                 auto entry = parseDesktopEntry(file.read(longestFile));
-                // A hidden or broken one hides those behind it, too.
+                // A hidden or broken entry also hides those of the same identifier in later folders.
                 ids_.insert(id, entry ? entries_.size() : -1);
                 if (entry) {
                     entry->id = id;
@@ -300,7 +300,8 @@ void DesktopEntries::readFolder(const QString& folder) {
     }
 }
 
-// The path of what a command starts, all links followed; empty when that is no program of its own.
+// The path of the program that a command starts, with all links resolved; empty when the command starts no
+// program of its own.
 QString DesktopEntries::programOf(const QStringList& command) const {
     QString program = interpretedScript(command).value_or(command.value(0));
     const bool isNone =
@@ -325,8 +326,8 @@ void DesktopEntries::index(qsizetype entry) {
         offer(programNames_, fileNameOf(path), entry);
 }
 
-// Of several entries that start the same, the one that is shown in the menus, then the one with the fewest
-// arguments: the others are for parts of the application.
+// Of several entries that start the same program, the one shown in the menus wins, then the one with the
+// fewest arguments; the others are for parts of the application.
 void DesktopEntries::offer(QHash<QString, qsizetype>& places, const QString& place, qsizetype entry) {
     const auto known = places.constFind(place);
     if (known == places.constEnd()) {
@@ -357,7 +358,8 @@ const DesktopEntry* DesktopEntries::ofProgram(const QString& path) const {
     for (QString folder = parentOf(path); !folder.isEmpty(); folder = parentOf(folder)) {
         if (const DesktopEntry* entry = at(ownFolders_, folder))
             return entry;
-        // "/usr/lib/NAME/…" and "/opt/NAME/…" are those of the command NAME, which may be a script elsewhere.
+        // Programs in "/usr/lib/NAME/…" and "/opt/NAME/…" belong to the command NAME, which may be a script
+        // in another folder.
         if (isShared(folder) && folder.size() > 1 && path.size() > folder.size() + below.size() + 1)
             return at(programNames_, below);
         below = fileNameOf(folder);

@@ -1,10 +1,12 @@
-// The applications that a Linux desktop has in its menus, found by their identifier and by their files.
+// The applications in the menus of a Linux desktop, found by their identifier or by their files.
 //
-// A desktop entry is read as far as an application's load is charged by it: what it is called, what it
-// starts, its icon is left to whoever draws it. Entries that are broken, hidden or start no program of their
-// own are left out; of two with the same identifier the one in the earlier folder counts.
+// Of a desktop entry only what attributes load to an application is read: its names and what it starts. The
+// icon is left to the code that draws it. Broken and hidden entries are left out; an entry that starts no
+// program of its own is found by its identifier only. Of two entries with the same identifier, the one in the
+// earlier folder wins.
 //
-// Threads: one at a time; reads files. Anyone may put entries into their own folders: texts are theirs.
+// Threads: one at a time; reads files. Anyone may put entries into their own folders, so their texts are not
+// trustworthy.
 
 #pragma once
 
@@ -20,44 +22,45 @@
 
 struct DesktopEntry {
     QString id;                    // "org.gnome.Calculator"
-    QString file;                  // its path
-    QHash<QString, QString> names; // by locale; the one without a locale under the empty text
+    QString file;                  // the path of the entry
+    QHash<QString, QString> names; // by locale; the name without a locale under the empty key
     QStringList command;           // the words of "Exec" without its field codes
-    bool isShown = true;           // in the menus
+    bool isShown = true;           // whether the menus show it
     [[nodiscard]] bool operator==(const DesktopEntry&) const = default;
 
-    // The name for the first of these locales that has one, else the one without a locale.
+    // The name for the first of these locales that has one; otherwise the name without a locale.
     [[nodiscard]] QString name(const QStringList& locales) const;
 };
 
-// The entry in the text of a file; nothing when it is none of an application, is hidden, or lacks a name.
+// The entry in the text of a file; absent when it is not an application's, is hidden, or lacks a name.
 [[nodiscard]] std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& text);
 
-// The words of a command line as desktop entries quote them.
+// Splits a command line into words by the quoting rules of desktop entries.
 [[nodiscard]] QStringList commandWords(QStringView exec);
 
-// The script that an interpreter was started with ("app.py" for "python3 -u app.py"), as it was written;
-// nothing when `command` starts no interpreter, or one without a script.
+// The script that an interpreter was started with, as written ("app.py" for "python3 -u app.py"); absent when
+// `command` starts no interpreter, or starts one without a script.
 [[nodiscard]] std::optional<QString> interpretedScript(const QStringList& command);
 [[nodiscard]] bool isInterpreter(QStringView program);
 
 class DesktopEntries {
 public:
-    // `folders`: of entries, the most important first; `programs`: where commands without a path are looked
-    // for.
+    // `folders` contain the entries, the most important first; `programs` are searched for commands without a
+    // path.
     DesktopEntries(QStringList folders, QStringList programs);
 
-    // The usual places of this computer and user.
+    // Searches the usual folders of this computer and user.
     [[nodiscard]] static DesktopEntries ofThisComputer();
 
-    // Reads the entries anew if a folder has changed since; what they point to is invalid then. True then.
+    // Reads the entries again if a folder has changed since. Returns whether it did; all pointers to entries
+    // are invalid then.
     bool update();
 
-    // Null when there is none.
+    // Null when there is no such entry.
     [[nodiscard]] const DesktopEntry* withId(const QString& id) const;
-    // The entry that starts this program, or the one in whose own folder it lies.
+    // The entry that starts this program, or the entry whose own folder contains it.
     [[nodiscard]] const DesktopEntry* ofProgram(const QString& path) const;
-    // The entry of a snap by the snap's name, and that of one of its programs where it has its own.
+    // The entry of a snap by its name, or that of one of its programs if it has an entry of its own.
     [[nodiscard]] const DesktopEntry* ofSnap(const QString& snap, const QString& program = {}) const;
 
 private:
@@ -70,7 +73,7 @@ private:
 
     QStringList folders_;
     QStringList programs_;
-    QHash<QString, QDateTime> seen_; // the folders, and when they last changed
+    QHash<QString, QDateTime> seen_; // the folders that were read, and when each had last changed
     QList<DesktopEntry> entries_;
     QHash<QString, qsizetype> ids_;
     QHash<QString, qsizetype> paths_;

@@ -7,8 +7,8 @@
 
 #include <functional>
 
-// The label of a well-known system process ("WindowServer": "Affichage de l'écran") as `localize` says it in
-// the interface language; any other name is itself. Several processes may share a label; the name must match
-// exactly. Pure; any thread.
+// The label of a well-known system process ("WindowServer": "Affichage de l'écran"), translated by `localize`
+// into the interface language; any other name is returned unchanged. Several processes may share a label; the
+// name must match exactly. Pure; any thread.
 [[nodiscard]] QString friendlyName(QStringView processName,
                                    const std::function<QString(const QString& frenchLabel)>& localize);

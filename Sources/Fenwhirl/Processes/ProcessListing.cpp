@@ -59,7 +59,8 @@ std::optional<qint32> parseInt32(QStringView text) {
     return static_cast<qint32>(negative ? -value : value);
 }
 
-// Qt's conversion would trim blanks and knows signs and digits beyond ASCII; a number here has neither.
+// Qt's conversion would trim blanks and accept non-ASCII signs and digits, which must not occur in a number
+// here.
 std::optional<double> parseNumber(QStringView text) {
     const bool plain = std::all_of(text.begin(), text.end(), [](QChar c) { return c > u' ' && c <= u'~'; });
     if (!plain) {
@@ -70,7 +71,7 @@ std::optional<double> parseNumber(QStringView text) {
     return valid ? std::optional(value) : std::nullopt;
 }
 
-// The part after the last slash, as file names go: slashes at the end do not count.
+// The last component of a path; trailing slashes are ignored.
 QStringView lastComponent(QStringView path) {
     while (path.size() > 1 && path.endsWith(u'/')) {
         path.chop(1);
@@ -84,8 +85,8 @@ class Grouping {
 public:
     explicit Grouping(const FoldContext& context) : context_(context) {}
 
-    // The entry of a process with this path; made when it is the first of its group. The path must outlive
-    // the grouping.
+    // The entry for a process with this path; created for the first process of its group. The path must
+    // outlive the grouping.
     AppLoad& entryFor(qint32 pid, QStringView path) {
         constexpr QStringView suffix = u".app";
         const qsizetype inside = path.indexOf(u".app/");
@@ -107,7 +108,8 @@ public:
     [[nodiscard]] QList<AppLoad> take() { return std::move(apps_); }
 
 private:
-    // Where an entry of this id is; the given one is added when there is none. Several names can share an id.
+    // The index of the entry with this id; adds the given entry if there is none. Several names can share an
+    // id.
     qsizetype indexOf(AppLoad entry) {
         const auto known = ids_.constFind(entry.id);
         if (known != ids_.constEnd()) {
@@ -152,13 +154,14 @@ private:
     const FoldContext& context_;
     QList<AppLoad> apps_;
     QHash<QString, qsizetype> ids_;
-    // What was met before, so that only the first process of a group costs more than a look-up.
+    // Groups seen before, so that only the first process of a group costs more than a look-up.
     QHash<QStringView, qsizetype> bundles_;
     QHash<QStringView, qsizetype> names_;
 };
 
 QList<AppLoad> heaviest(QList<AppLoad> apps) {
-    // Before sorting: NaN has no place in any order. An infinite load is no measurement either.
+    // Filtered before sorting, because NaN has no place in any order. An infinite load is not a measurement
+    // either.
     apps.removeIf(
         [](const AppLoad& app) { return !(std::isfinite(app.cpu) && app.cpu >= shownFromPercent); });
     std::stable_sort(apps.begin(), apps.end(),

@@ -1,5 +1,5 @@
-// Everything that the process monitor asks of the world outside it, as values that the application fills with
-// the real thing and tests with their own.
+// The process monitor's dependencies on the system, as functions and values: the application supplies the
+// real ones, tests supply their own.
 //
 // Each function says on which thread it is called; none may throw.
 
@@ -12,19 +12,19 @@
 #include <functional>
 
 struct ProcessServices {
-    // Looks at all processes; blocks for as long as that takes. On "fenwhirl.processes".
+    // Samples all processes; blocks for as long as that takes. On "fenwhirl.processes".
     std::function<ProcessSample()> sample;
-    // Makes a look that is under way, and every later one, return soon; for the end. Main thread.
+    // Makes a sample in progress, and every later one, return soon; used at shutdown. Main thread.
     std::function<void()> cancelSampling;
 
     // For quitting an application. Main thread.
     QuitServices quit;
 
-    // From one sample to the next while the page is shown.
+    // The interval between samples while the page is shown.
     std::chrono::milliseconds interval = std::chrono::seconds(4);
-    // From a quit to the sample that shows its outcome: what applications usually take to go.
+    // The time from a quit to the sample that shows its outcome: applications usually end within it.
     std::chrono::milliseconds delayAfterQuit = std::chrono::milliseconds(1500);
 };
 
-// The processes of this machine.
+// The services for the processes of this machine.
 [[nodiscard]] ProcessServices systemProcessServices();
