@@ -1,4 +1,4 @@
-// The languages of the interface, as the user chooses them.
+// The languages of the interface that the user can choose from.
 //
 // Plain values; usable from any thread.
 
@@ -19,12 +19,12 @@ inline constexpr std::array<AppLanguage, 10> allAppLanguages = {
     AppLanguage::de,        AppLanguage::es, AppLanguage::it, AppLanguage::pt,     AppLanguage::ru,
 };
 
-// "auto", "fr", "en", "sr", "sr-Cyrl", "de", "es", "it", "pt", "ru": the words of the stored preferences.
+// The value in the stored preferences: "auto", "fr", "en", "sr", "sr-Cyrl", "de", "es", "it", "pt" or "ru".
 [[nodiscard]] std::string_view rawValue(AppLanguage language);
 
-// Compared to the letter; any other text is no language.
+// Compared exactly; absent for any other text.
 [[nodiscard]] std::optional<AppLanguage> appLanguageFromRawValue(std::string_view text);
 
-// The language's name as it calls itself, never translated, so that everybody finds their own; for
-// `automatic` the word for it in the current language.
+// The language's own name for itself, never translated, so that all users find theirs; for `automatic`, its
+// name in the current language.
 [[nodiscard]] QString nativeName(AppLanguage language);

@@ -10,8 +10,8 @@
 
 namespace {
 
-// Words that stay in Latin letters, in lower case. "c" is the unit in "°C"; "wi" and "fi" are "Wi-Fi", whose
-// hyphen makes two words of it.
+// Words that stay in Latin script, in lower case. "c" is the unit in "°C". "wi" and "fi" are "Wi-Fi", which
+// the hyphen splits into two words.
 constexpr std::array<std::u16string_view, 11> keep = {u"fenwhirl", u"mac", u"macos", u"cpu", u"gpu", u"ssd",
                                                       u"peci",     u"c",   u"wi",    u"fi",  u"%@"};
 
@@ -22,8 +22,8 @@ constexpr std::array<std::pair<char16_t, char16_t>, 27> single = {{
     {u'š', u'ш'}, {u't', u'т'}, {u'u', u'у'}, {u'v', u'в'}, {u'z', u'з'}, {u'ž', u'ж'},
 }};
 
-// `single` by code unit, so that a letter costs one access; 0 = no Cyrillic form. Every letter of the
-// alphabet lies below U+0180.
+// `single` indexed by code unit, so that a letter costs one access; 0 means that there is no Cyrillic form.
+// Every letter of the alphabet is below U+0180.
 constexpr auto cyrillicLetters = [] {
     std::array<char16_t, 0x180> letters = {};
     for (const auto& [latin, cyrillic] : single) {
@@ -43,7 +43,7 @@ constexpr char16_t cyrillicDigraph(char16_t first, char16_t second) {
     return first == u'd' && second == u'ž' ? u'џ' : u'\0';
 }
 
-// One user-perceived character: as written, and in the form that the tables know.
+// One user-perceived character: as written, and in the form that the tables use.
 struct Character {
     QStringView written;
     char16_t folded; // lower case and composed; 0 when that is more than one code unit
@@ -51,7 +51,7 @@ struct Character {
 };
 
 Character character(QStringView written) {
-    // Nearly every character there is: one code unit that composes with nothing and has one lower-case form.
+    // The common case: a single ASCII code unit, which composes with nothing and has one lower-case form.
     if (written.size() == 1 && written.front().unicode() < 0x80) {
         const QChar lower = written.front().toLower();
         return {written, lower.unicode(), lower != written.front()};
@@ -94,7 +94,7 @@ void flush(Word& word, QString& output) {
         return;
     }
     if (staysLatin(word)) {
-        // The characters of a word lie side by side in the text.
+        // The characters of a word are adjacent in the text.
         output.append(QStringView(word.front().written.begin(), word.back().written.end()));
     } else {
         transliterate(word, output);

@@ -1,5 +1,5 @@
-// The words of Qt's own dialogs in the languages for which Qt has none: European Portuguese (it has the
-// Brazilian ones) and Serbian. They are seen where the desktop has no dialog of its own to choose a file.
+// The texts of Qt's own dialogs in the languages for which Qt has no translation: European Portuguese (Qt has
+// only Brazilian) and Serbian. They are seen where the desktop provides no file dialog of its own.
 //
 // Threads: any.
 
@@ -13,11 +13,11 @@
 
 namespace DialogWords {
 
-// The English texts that have an answer.
+// The English texts that have a translation here.
 [[nodiscard]] QStringList all();
 
-// Qt's English text in the shown language; nothing for an unknown text and in the languages that Qt speaks
-// itself.
+// The translation of Qt's English text into the shown language; absent for an unknown text, and in the
+// languages that Qt itself translates.
 [[nodiscard]] std::optional<QString> lookup(QStringView english);
 
 } // namespace DialogWords

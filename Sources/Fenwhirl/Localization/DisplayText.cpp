@@ -12,7 +12,7 @@ bool isFitToShow(char32_t character) {
     case QChar::Separator_Paragraph:
         return false;
     case QChar::Other_Format: {
-        // The joiners shape letters (Persian, Devanagari) and emoji.
+        // The joiners are kept: they shape letters (Persian, Devanagari) and emoji.
         constexpr char32_t nonJoiner = 0x200C;
         constexpr char32_t joiner = 0x200D;
         return character == nonJoiner || character == joiner;
@@ -32,7 +32,7 @@ QString displayText(QStringView text, qsizetype limit) {
         const bool pair =
             first.isHighSurrogate() && taken + 1 < text.size() && text[taken + 1].isLowSurrogate();
         const qsizetype units = pair ? 2 : 1;
-        // One unit stays free for the ellipsis unless the text ends here.
+        // One unit stays free for the ellipsis, unless the text ends here.
         const qsizetype room = taken + units == text.size() ? limit : limit - 1;
         if (shown.size() + units > room) {
             return shown + QChar(u'…');

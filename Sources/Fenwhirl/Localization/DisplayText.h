@@ -1,8 +1,8 @@
-// Text of others, made fit to be shown among ours.
+// Makes text from outside safe to display.
 //
-// File names and answers of a server may hold anything: line breaks that push a dialog's own words off the
-// screen, marks that turn the reading direction around so that one thing reads as another, or a hundred
-// thousand letters that take a text layout seconds. For display only: keep and compare the text as it came.
+// File names and answers of a server may contain anything: line breaks that push a dialog's own text off the
+// screen, marks that reverse the reading direction so that one thing reads as another, or a hundred thousand
+// letters that take the text layout seconds. For display only: store and compare the original text.
 //
 // Threads: any.
 
@@ -11,9 +11,9 @@
 #include <QString>
 #include <QStringView>
 
-// Longer than any name that a person reads, shorter than what disturbs a layout.
+// Longer than any name that a person reads; short enough for any layout.
 inline constexpr qsizetype displayTextLimit = 100;
 
-// The text with every control, line break, invisible format mark and broken character replaced by U+FFFD, and
-// cut to `limit` UTF-16 units (at least 1), the last of which is then "…".
+// The text with every control character, line break, invisible formatting character and broken character
+// replaced by U+FFFD, cut to `limit` UTF-16 units (at least 1). The last unit of a cut text is "…".
 [[nodiscard]] QString displayText(QStringView text, qsizetype limit = displayTextLimit);

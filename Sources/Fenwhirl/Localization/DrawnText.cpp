@@ -6,7 +6,7 @@
 #include <iterator>
 
 QString keptTogether(const QString& text) {
-    // A dash belongs to the line before: so Russian has it, and no other language minds.
+    // A dash stays on the line of the word before it: Russian requires that, and no other language minds.
     static constexpr QStringView stayWithWhatIsBefore = u"°%:;?!»…–—";
     static constexpr QChar noBreakSpace = QChar::Nbsp;
     QString kept = text;
@@ -20,7 +20,7 @@ QString keptTogether(const QString& text) {
     }
     static constexpr qsizetype wordsOfALongText = 9;
     static constexpr qsizetype shortWord = 16;
-    // Blanks of both kinds: a text that was kept together before stays as it is.
+    // Counts blanks of both kinds, so that a second call changes nothing.
     const auto isBlank = [](QChar letter) { return letter == u' ' || letter == noBreakSpace; };
     const auto lastBlank = std::find_if(kept.rbegin(), kept.rend(), isBlank);
     if (std::count_if(kept.begin(), kept.end(), isBlank) >= wordsOfALongText - 1 &&

@@ -1,10 +1,10 @@
-// A text as it is drawn: the same words, set as a printer would set them.
+// A text as it is drawn: the same words with typographic spaces and apostrophes.
 //
-// The texts of the interface have ordinary blanks and, in French, straight apostrophes, because that is how
-// they are written, looked up and compared. Drawn with those, "92 °C" may end one line and begin the next,
-// and French stands with typewriter's signs beside the typographic ones of the other languages. Here the
-// characters are exchanged one for one, so that the text stays as long as it was. For display only: a screen
-// reader is told the text as it stands, and files and other programs get that.
+// The texts of the interface contain ordinary blanks and, in French, straight apostrophes, because that is
+// how they are written, looked up and compared. Drawn like that, "92 °C" may be split between two lines, and
+// French shows typewriter apostrophes beside the typographic ones of other languages. The functions here
+// replace characters one for one, so the length of the text does not change. For display only: screen
+// readers, files and other programs get the original text.
 //
 // Pure; any thread.
 
@@ -12,15 +12,14 @@
 
 #include <QString>
 
-// No-break spaces in place of single blanks
+// Puts no-break spaces in place of single blanks
 //   - before "°", "%", ":", ";", "?", "!", "»", "…" and dashes, and after "«";
-//   - between a number and the unit or the word that follows it ("5 minutes", "2400 rpm");
-//   - in a text of nine words or more, before a last word that is short, which would look lost on a line of
-//     its own.
+//   - between a number and the unit or word that follows it ("5 minutes", "2400 rpm");
+//   - in a text of nine words or more, before a short last word, which would look lost on a line of its own.
 [[nodiscard]] QString keptTogether(const QString& text);
 
-// "’" in place of "'" between letters.
+// Puts "’" in place of "'" between letters.
 [[nodiscard]] QString withApostrophes(const QString& text);
 
-// Both.
+// Does both.
 [[nodiscard]] QString drawnText(const QString& text);

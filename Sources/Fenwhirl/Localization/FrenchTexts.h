@@ -1,9 +1,9 @@
-// Every text of the interface, in French, the source language. The French text itself is the key of the
-// translation tables: they hold one row for each text of this list, in this order.
+// Every text of the interface in French, the source language. The French text itself is the key of the
+// translation tables, which contain one row for each text of this list, in this order.
 //
-// The texts address the user with "tu". "%@" stands for a value that is put in after the translation. They
-// are compared to the letter, so straight apostrophes and ordinary spaces stand here as they stand at the
-// place that shows the text.
+// The texts address the user with "tu". "%@" is a placeholder for a value that is inserted after translation.
+// Texts are compared exactly, so they have the same straight apostrophes and ordinary spaces here as in the
+// code that shows them.
 
 #pragma once
 

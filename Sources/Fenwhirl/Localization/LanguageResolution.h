@@ -1,4 +1,4 @@
-// Which of the program's languages suits a user whose system lists these preferred languages.
+// Chooses the interface language that suits the preferred languages of the user's system.
 
 #pragma once
 
@@ -6,8 +6,8 @@
 
 #include <QStringList>
 
-// `preferred` holds language tags ("de-CH", "sr-Latn-RS"), most preferred first. The first tag that begins
-// with a language of ours decides, whatever follows it; letter case does not matter. Serbian is Cyrillic
-// unless the tag names the Latin script. Empty and malformed tags match nothing, and when nothing matches the
-// answer is English. Never `automatic`.
+// `preferred` contains language tags ("de-CH", "sr-Latn-RS"), most preferred first. The first tag that begins
+// with one of our languages decides, whatever follows it; case does not matter. Serbian is Cyrillic unless
+// the tag names the Latin script. Empty and malformed tags match nothing; when nothing matches, the result is
+// English. Never `automatic`.
 [[nodiscard]] AppLanguage languageForPreferred(const QStringList& preferred);

@@ -9,10 +9,10 @@
 
 namespace {
 
-// Read by the polls' queue for its messages while the main thread may set it.
+// Atomic: the polling queue reads it for its messages while the main thread may set it.
 std::atomic<AppLanguage> chosenLanguage = AppLanguage::automatic;
 
-// The table that holds the texts of a language; none for French, whose texts are the keys.
+// The table with the texts of a language; null for French, whose texts are the keys.
 const TranslationTable* tableOf(AppLanguage language) {
     switch (language) {
     case AppLanguage::automatic:
@@ -37,7 +37,7 @@ const TranslationTable* tableOf(AppLanguage language) {
     Q_UNREACHABLE();
 }
 
-// The texts are string literals, so a QString may refer to them for good.
+// The texts are string literals, so a QString may refer to them permanently.
 QString withoutCopy(QStringView literal) {
     return QString::fromRawData(literal.data(), literal.size());
 }

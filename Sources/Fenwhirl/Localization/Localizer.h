@@ -1,14 +1,14 @@
-// From a French text to the text that the user sees.
+// Translates a French text into the text that the user sees.
 //
-// French is the source language: every text of the program is written in French at the place that shows it,
+// French is the source language: every text of the program is written in French in the code that shows it,
 // and that French text is the key of the translation tables. A text without a translation is shown in French.
 // Tables exist for seven languages; Serbian in Cyrillic script is transliterated from the Latin texts at each
-// lookup.
+// look-up.
 //
-// C++ asks with localized(u"…"); QML asks with qsTr("…"), which LocalizerTranslator answers from the same
-// lookup. The build ends when a text that is asked for has no row in the tables.
+// C++ calls localized(u"…"). QML calls qsTr("…"), which LocalizerTranslator answers from the same look-up.
+// The build fails when a requested text has no row in the tables.
 //
-// Threads: lookups from any thread; the language is set from the main thread.
+// Threads: look-ups from any thread; the language is set from the main thread.
 
 #pragma once
 
@@ -30,18 +30,18 @@ namespace Localizer {
 [[nodiscard]] AppLanguage language();
 void setLanguage(AppLanguage language);
 
-// The language that is shown, never `automatic`: that is resolved afresh from the system's preferred
-// languages at each call.
+// The language that is shown, never `automatic`: that is resolved from the system's preferred languages at
+// each call.
 [[nodiscard]] AppLanguage resolved();
 
-// The translation of a French text into the shown language; nothing in French and for texts without a row.
-// Allocates nothing but in Cyrillic: the text is a view of the program's constants that lasts as long as it
-// does.
+// The translation of a French text into the shown language; absent in French and for texts without a row.
+// Allocates only for Cyrillic: otherwise the text refers to the program's constants and is valid for as long
+// as the program runs.
 [[nodiscard]] std::optional<QString> lookup(QStringView key);
 
 } // namespace Localizer
 
-// The shown text: the lookup, or the French text itself.
+// The shown text: the translation, or else the French text itself.
 [[nodiscard]] QString localized(TextKey key);
 
 [[nodiscard]] inline QString localized(LiteralTextKey key) {
@@ -50,16 +50,16 @@ void setLanguage(AppLanguage language);
 
 [[nodiscard]] QString localized(const QString& key);
 
-// The same for a text with "%@" placeholders, filled in order with the values as they are: a "%@" inside a
-// value is not filled again. localized(u"Ventilateur %@", {number}) compiles only with a value for each
-// placeholder; where only run time knows the text, a placeholder without a value stays and values left over
+// The same for a text with "%@" placeholders. They are filled in order with the values as given: a "%@"
+// inside a value is not filled again. localized(u"Ventilateur %@", {number}) compiles only with one value for
+// each placeholder. For texts known only at run time, a placeholder without a value stays, and surplus values
 // are not shown.
 template <std::size_t Count>
 [[nodiscard]] QString localized(std::type_identity_t<FilledTextKey<Count>> key,
                                 const QString (&values)[Count]);
 [[nodiscard]] QString localized(const QString& key, const QStringList& values);
 
-// The filling alone, for a text that is translated already.
+// Only fills the placeholders, for a text that is already translated.
 [[nodiscard]] QString filledPlaceholders(QStringView text, const QStringList& values);
 
 template <std::size_t Count>

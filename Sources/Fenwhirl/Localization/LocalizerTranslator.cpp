@@ -36,6 +36,6 @@ std::optional<QString> answer(QLatin1StringView context, const QString& source) 
 
 QString LocalizerTranslator::translate(const char* context, const char* sourceText,
                                        const char* /*disambiguation*/, int /*n*/) const {
-    // A null text lets Qt go on to the next translator and at last to the source text.
+    // A null string makes Qt ask the next translator, and finally use the source text.
     return answer(QLatin1StringView(context), QString::fromUtf8(sourceText)).value_or(QString());
 }

@@ -1,12 +1,12 @@
-// Answers Qt's translation calls (QML's qsTr) from the lookup.
+// Answers Qt's translation calls (QML's qsTr) from Localizer's look-up.
 //
-// The source text is the French text; context and comment play no part, since the same French words mean the
-// same wherever they stand. Two contexts are asked in English and answered with the words of the system
-// (SystemWords): "MAC_APPLICATION_MENU", Qt's own, and "SystemWords". The contexts of Qt's own dialogs are
-// answered in the languages for which Qt has no texts (DialogWords). A text without a row stays as it is.
+// The source text is the French text. Context and comment are ignored, because the same French text has the
+// same meaning everywhere. The exceptions are requested in English: the contexts "MAC_APPLICATION_MENU" (Qt's
+// own) and "SystemWords" get the system's terms (SystemWords), and the contexts of Qt's own dialogs get
+// translations in the languages for which Qt has none (DialogWords). A text without a row stays unchanged.
 //
-// Install one with QCoreApplication::installTranslator before the first view is made and keep it alive as
-// long as the application. After a change of language QQmlEngine::retranslate() asks for every text again.
+// Install one with QCoreApplication::installTranslator before the first view is created, and keep it alive as
+// long as the application. After a change of language, QQmlEngine::retranslate() requests every text again.
 
 #pragma once
 

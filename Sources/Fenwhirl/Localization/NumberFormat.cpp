@@ -8,7 +8,7 @@
 namespace {
 
 qint64 saturated(double whole) {
-    // 2^63 is the first double beyond the range; its negative is the range's own lower end.
+    // 2^63 is the first double above the range; its negative is the range's lower bound.
     static constexpr double limit = 9223372036854775808.0;
     if (!std::isfinite(whole)) {
         return 0;
@@ -22,7 +22,7 @@ qint64 saturated(double whole) {
     return static_cast<qint64>(whole);
 }
 
-// A form of the time of day without its seconds and what sets them off; quoted words stay.
+// A time format without the seconds and the separator before them; quoted text is kept.
 QString withoutSeconds(const QString& form) {
     QString result;
     bool quoted = false;

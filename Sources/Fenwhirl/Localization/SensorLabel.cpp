@@ -7,12 +7,12 @@
 
 namespace {
 
-// What generated names begin with. The first that fits decides.
+// The words that generated names begin with. The first match decides.
 constexpr std::array generatedWords = {
     TextKey(u"Cœur CPU"), TextKey(u"Cœur performance"), TextKey(u"Cœur efficacité"), TextKey(u"Graphisme"),
     TextKey(u"Mémoire"),  TextKey(u"Surface"),          TextKey(u"Batterie"),        TextKey(u"Capteur")};
 
-// "Processeur (E)": the letter of the sensor's key, in brackets at the end of its name.
+// The length of the part that comes from the key: "(E)" at the end of "Processeur (E)".
 qsizetype keysPart(QStringView name) {
     constexpr qsizetype length = 3;
     const bool letter = name.size() > length && name.endsWith(u')') && name[name.size() - length] == u'(';
@@ -24,7 +24,7 @@ qsizetype keysPart(QStringView name) {
 QString SensorLabel::name(const QString& key) {
     QString french = QString::fromStdString(SensorNames::friendly(key.toStdString()));
     if (const auto translated = Localizer::lookup(french)) {
-        // What is of the key is no word, and no letter of another script.
+        // A part of the key is not a word: it is neither translated nor transliterated.
         const qsizetype part = keysPart(french);
         return translated->chopped(part) + french.last(part);
     }

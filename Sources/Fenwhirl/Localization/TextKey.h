@@ -1,11 +1,11 @@
-// A French text of the interface, the key of its translations.
+// A French text of the interface, which is the key of its translations.
 //
-// Made of literals only, so that the build finds every text in the sources: `localized(u"Ventilateurs")` and
-// `TextKey(u"Ventilateurs")` end the build when that very text has no row in the translation tables
-// (TextCheck). What this header includes is all that a source needs to know of the tables; a new text
-// compiles the place that shows it, and the tables.
+// Keys are made from literals only, so that the build finds every text in the sources: it fails when the text
+// of `localized(u"Ventilateurs")` or `TextKey(u"Ventilateurs")` has no row in the translation tables
+// (TextCheck). This header is all that a source needs to include for that, so a new text recompiles only the
+// source that shows it, and the tables.
 //
-// Holds a view of a string literal: copy it freely, it never dangles.
+// Contains a view of a string literal: it can be copied freely and never dangles.
 
 #pragma once
 
@@ -27,7 +27,7 @@ private:
     std::u16string_view french_;
 };
 
-// The parameter of localized(u"…"), so that a literal can stand there by itself.
+// The parameter type of localized(u"…"), which lets a literal be passed directly.
 class LiteralTextKey : public TextKey {
 public:
     template <std::size_t Size>
@@ -35,7 +35,7 @@ public:
     consteval LiteralTextKey(const char16_t (&literal)[Size]) : TextKey(literal) {}
 };
 
-// A text that holds exactly this many placeholders "%@": any other does not compile.
+// A text with exactly this many "%@" placeholders; any other number does not compile.
 template <std::size_t Placeholders>
 class FilledTextKey : public LiteralTextKey {
 public:
@@ -48,7 +48,7 @@ public:
             ++count;
         }
         if (count != Placeholders) {
-            // Not a constant expression: this is what stops the compiler.
+            // Not a constant expression, so the compiler rejects the call.
             throw "this French text has another number of placeholders";
         }
     }

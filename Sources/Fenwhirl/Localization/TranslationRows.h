@@ -1,5 +1,5 @@
-// The shape of a translation table in the source: one row per French text, in the order of frenchTexts. That
-// no row is missing, and what else every table keeps, is checked while building (TextCheck).
+// The form of a translation table in the source: one row per French text, in the order of frenchTexts. The
+// build checks that no row is missing and that every table follows its other rules (TextCheck).
 
 #pragma once
 

@@ -1,7 +1,7 @@
-// One language's texts, found by their French text.
+// The texts of one language, found by their French text.
 //
-// Built once from an array of rows and constant from then on: any number of threads may look texts up. Keeps
-// views of the array, which must outlive the table (the arrays are constants of the program).
+// Built once from an array of rows and constant from then on, so any number of threads may look up texts.
+// Keeps views into the array, which must outlive the table (the arrays are constants of the program).
 
 #pragma once
 
@@ -15,10 +15,10 @@
 
 class TranslationTable {
 public:
-    // A French text that occurs twice is an error of the program and stops it.
+    // A French text that occurs twice is a programming error and ends the process.
     explicit TranslationTable(std::span<const Translations::Row> rows);
 
-    // The translation; nothing for a text without a row.
+    // The translation; absent for a text without a row.
     [[nodiscard]] std::optional<QStringView> find(QStringView french) const;
 
     [[nodiscard]] qsizetype size() const { return texts_.size(); }

@@ -1,8 +1,8 @@
-// The seven translation tables, one per language that has texts of its own: French needs none, Serbian in
+// The seven translation tables, one per language with texts of its own: French needs none, and Serbian in
 // Cyrillic script is transliterated from `sr`.
 //
-// Each table is built when it is first asked for, exactly once however many threads ask, and lives to the end
-// of the process; a language that is never shown costs nothing.
+// Each table is built when it is first requested, exactly once however many threads request it, and lives
+// until the process ends. A language that is never shown costs nothing.
 
 #pragma once
 

@@ -1,7 +1,7 @@
-// The texts in English.
+// The English texts.
 //
-// Buttons are in title case as macOS writes them, everything else in sentence case. Things are turned on and
-// off, not enabled and disabled.
+// Buttons are in title case, as in macOS; everything else is in sentence case. Things are turned on and off,
+// not enabled and disabled.
 
 #pragma once
 

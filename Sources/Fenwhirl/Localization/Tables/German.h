@@ -1,7 +1,7 @@
-// The texts in German.
+// The German texts.
 //
-// "Sofort beenden", "Menüleiste", "Mitteilung", "Anmeldeobjekt", "bei der Anmeldung öffnen", "gesichert" are
-// the words of macOS, and so is the genitive without an ending ("deines Mac").
+// "Sofort beenden", "Menüleiste", "Mitteilung", "Anmeldeobjekt", "bei der Anmeldung öffnen" and "gesichert"
+// are the terms of macOS; so is the genitive without an ending ("deines Mac").
 
 #pragma once
 

@@ -1,7 +1,7 @@
-// The texts in Italian.
+// The Italian texts.
 //
-// The words of macOS: "Uscita forzata", "barra dei menu", "elemento login", "al login", "Performance core".
-// No article stands before a percentage, since it would depend on the number (il 7 %, l’8 %).
+// Terms of macOS: "Uscita forzata", "barra dei menu", "elemento login", "al login", "Performance core". There
+// is no article before a percentage, because it would depend on the number (il 7 %, l’8 %).
 
 #pragma once
 

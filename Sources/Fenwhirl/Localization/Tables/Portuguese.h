@@ -1,6 +1,6 @@
-// The texts in European Portuguese.
+// The European Portuguese texts.
 //
-// The words of macOS in Portugal: "Forçar saída", "barra de menus", "palavra-passe", "Definições", "Aspeto".
+// Terms of macOS in Portugal: "Forçar saída", "barra de menus", "palavra-passe", "Definições", "Aspeto".
 
 #pragma once
 

@@ -1,8 +1,8 @@
-// The texts in Russian.
+// The Russian texts.
 //
-// The words of macOS: "Завершить принудительно", "строка меню", "объект входа", "при входе в систему",
-// "Оформление" (neuter, hence "Тёмное", "Светлое"). Nouns after a number would change with it (1 градус, 2
-// градуса), so such texts put the number last or carry a unit.
+// Terms of macOS: "Завершить принудительно", "строка меню", "объект входа", "при входе в систему",
+// "Оформление" (neuter, hence "Тёмное", "Светлое"). A noun after a number would have to agree with it (1
+// градус, 2 градуса), so such texts put the number last or use a unit.
 
 #pragma once
 

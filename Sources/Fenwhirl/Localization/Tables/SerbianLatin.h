@@ -1,8 +1,8 @@
-// The texts in Serbian in Latin script (the Cyrillic texts are transliterated from these).
+// The Serbian texts in Latin script; the Cyrillic texts are transliterated from these.
 //
-// The endings of names stay apart ("Mac-a"): the hyphen keeps the name itself in Latin letters when a text
-// is transliterated. Nouns after a number would change with it (1 stepen, 2 stepena), so such texts put the
-// number last or carry a unit.
+// Case endings are separated from names ("Mac-a"): the hyphen keeps the name itself in Latin script when a
+// text is transliterated. A noun after a number would have to agree with it (1 stepen, 2 stepena), so such
+// texts put the number last or use a unit.
 
 #pragma once
 

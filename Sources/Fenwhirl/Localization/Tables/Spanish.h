@@ -1,7 +1,7 @@
-// The texts in Spanish.
+// The Spanish texts.
 //
-// European Spanish in the words of macOS: "Forzar salida", "barra de menús", "ítem de inicio", "al iniciar
-// sesión". A sensor says CPU where "Procesador" would not fit into the name column.
+// European Spanish, with the terms of macOS: "Forzar salida", "barra de menús", "ítem de inicio", "al iniciar
+// sesión". A sensor is called CPU where "Procesador" would not fit into the name column.
 
 #pragma once
 
