@@ -55,8 +55,8 @@ void UpdateChecker::startIfNeeded() {
     if (!address) {
         return;
     }
-    // Everything of the network is made on its thread: the first use of TLS reads all the system's
-    // authorities.
+    // All network objects are created on that thread, because the first use of TLS reads all certificate
+    // authorities of the system.
     thread_.emplace("fenwhirl.updates",
                     [this, address = *address, now, reply = inbox_.sender()](QEventLoop& loop) {
                         const std::optional<QByteArray> body = fetch(address, loop);
@@ -68,7 +68,7 @@ QString UpdateChecker::currentVersion() const {
     return services_.bundleVersion.value_or(QStringLiteral("0"));
 }
 
-// The body of a good answer; nothing otherwise, also when the loop is ended from outside.
+// The body of a valid answer; absent in all other cases, including when the loop is ended from outside.
 std::optional<QByteArray> UpdateChecker::fetch(const QUrl& address, QEventLoop& loop) const {
     std::optional<QByteArray> result;
     UpdateFetch request(services_.transport, *services_.bundleName + u'/' + currentVersion());
@@ -80,8 +80,8 @@ std::optional<QByteArray> UpdateChecker::fetch(const QUrl& address, QEventLoop& 
     return result;
 }
 
-// Remembers that a valid answer came; what it says, when that is a newer version that the user has not been
-// told of.
+// Notes that a valid answer arrived. Returns the document if it announces a newer version of which the user
+// has not been told.
 std::optional<UpdateDocument> UpdateChecker::newsIn(const QByteArray& body, double startedAt) const {
     std::optional<UpdateDocument> document = parseUpdateDocument(body, services_.domain);
     if (!document) {
@@ -95,7 +95,7 @@ std::optional<UpdateDocument> UpdateChecker::newsIn(const QByteArray& body, doub
 
 void UpdateChecker::end(const std::optional<UpdateDocument>& news) {
     thread_.reset(); // its work is done
-    // The alert runs an event loop of its own, in which the program may end.
+    // The alert runs an event loop of its own, in which the application may quit.
     const QPointer<UpdateChecker> alive(this);
     if (news) {
         offer(*news);
@@ -106,9 +106,10 @@ void UpdateChecker::end(const std::optional<UpdateDocument>& news) {
 }
 
 void UpdateChecker::offer(const UpdateDocument& document) {
-    // Before the alert, so that it is shown at most once even if the program ends while it is open.
+    // Stored before the alert opens, so that it is shown at most once even if the application quits while it
+    // is open.
     services_.preferences->setText(notifiedVersionKey(), document.version);
-    // A copy, because the program may end while the alert is open, and this object with it.
+    // A copy, because the application may quit while the alert is open, and this object with it.
     const auto show = services_.show;
     show(updateAlert(services_.languageCode(), services_.bundleName.value_or(QString()), currentVersion(),
                      document));

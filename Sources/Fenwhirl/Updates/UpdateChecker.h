@@ -1,15 +1,16 @@
-// The daily look for a newer version, and the one alert that a newer version is worth.
+// The daily check for a newer version, and the single alert that announces one.
 //
-// At most once a day, at launch, the maker's web site is asked for the newest version. When it is newer than
-// this one and the user has not been told of that very version, an alert offers the download page. Whatever
-// goes wrong ends the check silently; a check without a valid answer is made again at the next launch.
+// At most once a day, at launch, the checker asks the vendor's web site for the newest version. When it is
+// newer than this one and the user has not yet been told of it, an alert offers the download page. Any
+// failure ends the check silently; a check without a valid answer is repeated at the next launch.
 //
-// Threads: the object lives on the main thread, where startIfNeeded is called, the language asked for and the
-// alert shown. The network and what its answer means are the business of a thread of its own that ends with
-// the check; the main thread never waits for it, but at the end for its orderly stop.
+// Threads: the object lives on the main thread; startIfNeeded is called there, and so are the functions for
+// the language and the alert. The network request and the parsing of its answer happen on a thread of their
+// own, which ends with the check. The main thread never waits for that thread, except to stop it when the
+// object is destroyed.
 //
-// Ownership: made by the application, which supplies the alert as a function. The preferences belong to the
-// caller and outlive it.
+// Ownership: created by the application, which supplies the alert as a function. The preferences belong to
+// the caller and must outlive the checker.
 
 #pragma once
 
@@ -27,12 +28,12 @@
 
 class PreferencesStore;
 
-// What the alert says and offers. Texts are complete, plain and of bounded length.
+// What the alert says and offers. The texts are complete, plain and of bounded length.
 struct UpdateAlert {
     QString title;
     QString body;
     QString download; // the first and default button: opens `page`
-    QString later;    // the second button: closes the alert, nothing more
+    QString later;    // the second button: only closes the alert
     QUrl page;
 
     bool operator==(const UpdateAlert&) const = default;
@@ -41,21 +42,21 @@ struct UpdateAlert {
 struct UpdateServices {
     // Seconds since 1970 by the computer's clock. Main thread.
     std::function<double()> now;
-    // This program's name and version; absent when its bundle has none.
+    // This program's name and version; absent when its bundle does not state them.
     std::optional<QString> bundleName;
     std::optional<QString> bundleVersion;
-    // The maker's: host of the document and of the download pages.
+    // The vendor's domain, which hosts the document and the download pages.
     QString domain;
     // Safe on any thread; outlives the checker.
     PreferencesStore* preferences = nullptr;
     // The code of the interface's language (UpdateTexts.h). Main thread.
     std::function<QString()> languageCode = [] { return QStringLiteral("fr"); };
-    // Brings the program to the front and shows the alert, modal. Main thread.
+    // Brings the program to the front and shows the modal alert. Main thread.
     std::function<void(const UpdateAlert&)> show;
     UpdateTransport transport;
 };
 
-// The real clock, bundle, domain and transport; what is left for the application: preferences, language and
+// The real clock, bundle, domain and transport; the application has to fill in the preferences, language and
 // alert.
 [[nodiscard]] UpdateServices systemUpdateServices();
 
@@ -67,15 +68,15 @@ public:
     explicit UpdateChecker(UpdateServices services, QObject* parent = nullptr);
     ~UpdateChecker() override;
 
-    // Runs the whole check in the background, unless one with a valid answer was less than a day ago. Returns
-    // at once. For once after launch; nothing while a check runs.
+    // Runs the whole check in the background, unless one with a valid answer was made less than a day ago.
+    // Returns immediately. To be called once after launch; does nothing while a check runs.
     void startIfNeeded();
 
-    // From the beginning of a check to the end of its network work.
+    // True from the beginning of a check until its network work has ended.
     [[nodiscard]] bool isChecking() const { return thread_.has_value(); }
 
 Q_SIGNALS:
-    // A check has ended, after its alert if there was one. Not emitted when none was begun.
+    // A check has ended, and its alert, if any, is closed. Not emitted when no check was started.
     void finished();
 
 private:

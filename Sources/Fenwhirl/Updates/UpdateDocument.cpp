@@ -16,7 +16,7 @@ std::optional<QUrl> makersPage(const QString& text, const QString& domain) {
     if (!page.isValid() || page.scheme() != QStringLiteral("https")) {
         return std::nullopt;
     }
-    // A user's name before the host serves to make the address look like another one, even when it is empty.
+    // An "@" marks user information before the host, which can make the address look like another one.
     if (page.authority(QUrl::FullyEncoded).contains(u'@')) {
         return std::nullopt;
     }
@@ -29,7 +29,7 @@ std::optional<QUrl> makersPage(const QString& text, const QString& domain) {
 }
 
 std::optional<UpdateDocument> parseUpdateDocument(const QByteArray& json, const QString& domain) {
-    // Not an object: its members are undefined, hence no texts.
+    // If the JSON is not an object, its members are undefined and therefore not strings.
     const QJsonObject object = QJsonDocument::fromJson(json).object();
     const QJsonValue version = object.value(QStringLiteral("version"));
     const QJsonValue page = object.value(QStringLiteral("page"));

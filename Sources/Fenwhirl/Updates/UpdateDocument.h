@@ -1,7 +1,7 @@
-// What the maker's web site says about the newest version.
+// The document on the vendor's web site that describes the newest version.
 //
-// The document is a JSON object with at least "version", text, and "page", the address of the download page,
-// text too. It crosses the network: nothing in it is trusted.
+// It is a JSON object with at least two texts: "version", and "page", the address of the download page. It
+// comes over the network, so nothing in it is trusted.
 //
 // Pure functions: any thread.
 
@@ -14,20 +14,20 @@
 #include <optional>
 
 struct UpdateDocument {
-    QString version; // as it came: of any length, with anything in it
-    QUrl page;       // an address of the maker
+    QString version; // as received: of any length and any content
+    QUrl page;       // an address of the vendor
 
     bool operator==(const UpdateDocument&) const = default;
 };
 
-// Where the document of a program lies: https://DOMAIN/maj/NAME.json, the name in lower case. Nothing when
-// that makes no address.
+// The address of a program's document: https://DOMAIN/maj/NAME.json, with the name in lower case. Absent when
+// that is not a valid address.
 [[nodiscard]] std::optional<QUrl> updateDocumentAddress(const QString& domain, const QString& bundleName);
 
-// The address, strictly read, when it is an https one of the domain itself or of a subdomain, without a
-// user's name. What is opened later is this address and not the text it came from.
+// The address, parsed strictly, if it is an https address of the domain or of a subdomain, without a user
+// name. This parsed address is what is opened later, not the text that it came from.
 [[nodiscard]] std::optional<QUrl> makersPage(const QString& text, const QString& domain);
 
-// The document in an answer, or nothing when it is none or its page is not the maker's.
+// The document in an answer; absent when the answer is not valid, or its page is not the vendor's.
 [[nodiscard]] std::optional<UpdateDocument> parseUpdateDocument(const QByteArray& json,
                                                                 const QString& domain);

@@ -23,7 +23,8 @@ QSslConfiguration tlsOf(const UpdateTransport& transport) {
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
     tls.setProtocol(QSsl::TlsV1_2OrLater);
     tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    // A server may pass on its authority's word on whether the certificate was withdrawn; then it counts.
+    // By OCSP stapling, a server may attach its authority's statement on whether the certificate was revoked.
+    // Such a statement is checked.
     tls.setOcspStaplingEnabled(QSslSocket::isFeatureSupported(QSsl::SupportedFeature::Ocsp));
     if (transport.authorities) {
         tls.setCaCertificates(*transport.authorities);
@@ -31,8 +32,8 @@ QSslConfiguration tlsOf(const UpdateTransport& transport) {
     return tls;
 }
 
-// Most servers pass nothing on, which Qt reports like an error of the certificate. It is none: without this
-// question it would not be asked for. With any other report beside it the connection ends.
+// Most servers attach no revocation status, which Qt reports like a certificate error. It is not one: Qt
+// expects a status only because stapling is enabled. If there is any other error, the connection fails.
 void acceptNoWordOnRevocation(QNetworkReply& reply, const QList<QSslError>& reports) {
     const bool onlyThat = std::all_of(reports.begin(), reports.end(), [](const QSslError& report) {
         return report.error() == QSslError::OcspNoResponseFound;
@@ -51,9 +52,10 @@ QNetworkRequest requestOf(const QUrl& address, const UpdateTransport& transport,
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
-    // One small document: the older protocol does, and is less to get wrong.
+    // For one small document HTTP/1.1 is sufficient, and simpler.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    // Followed here: the library's own following lets one hop more pass and asks some addresses twice.
+    // Redirections are followed in this class, because Qt's own handling allows one too many and requests
+    // some addresses twice.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     request.setDecompressedSafetyCheckThreshold(transport.sizeLimit);
     return request;
@@ -71,7 +73,7 @@ UpdateFetch::UpdateFetch(UpdateTransport transport, QString userAgent, QObject* 
     if (transport_.proxy) {
         network_.setProxy(*transport_.proxy);
     } else {
-        network_.setProxyFactory(new SystemProxies); // which the manager then owns
+        network_.setProxyFactory(new SystemProxies); // the manager takes ownership
     }
     idle_.setSingleShot(true);
     idle_.setInterval(transport_.idleLimit);
@@ -93,8 +95,8 @@ void UpdateFetch::request(const QUrl& address) {
     idle_.start();
     body_.clear();
     reply_ = network_.get(requestOf(address, transport_, userAgent_));
-    // What is not read yet must not pile up in memory. Not less than all that is ever taken: with a smaller
-    // buffer an encrypted connection of Qt 6.4 can fall asleep.
+    // Keeps unread data from piling up in memory. The buffer holds everything that is ever read, because with
+    // a smaller one an encrypted connection of Qt 6.4 can stall.
     reply_->setReadBufferSize(transport_.sizeLimit + 1);
     const auto restartIdle = [this] { idle_.start(); };
     connect(reply_, &QNetworkReply::sslErrors, this,
@@ -114,7 +116,8 @@ void UpdateFetch::readMore() {
 }
 
 void UpdateFetch::takeWhatIsThere() {
-    // Never "all": a compressed answer is unpacked while it is read, to a thousand times its size.
+    // Never readAll: a compressed answer is decompressed while it is read, to up to a thousand times its
+    // size.
     body_ += reply_->read(transport_.sizeLimit + 1 - body_.size());
 }
 
@@ -152,7 +155,8 @@ void UpdateFetch::giveUp() {
 void UpdateFetch::complete(std::optional<QByteArray> body) {
     idle_.stop();
     total_.stop();
-    // Taken out first: aborting the reply makes it finish, which must not complete a second time.
+    // The completion is taken out first: aborting the reply makes it finish, which must not complete a second
+    // time.
     if (const Completion completion = std::exchange(completion_, nullptr)) {
         completion(std::move(body));
     }

@@ -1,11 +1,11 @@
 // One request for the update document.
 //
-// Ephemeral: no cookies, no cache, no credentials, nothing kept afterwards. Only https counts: certificates
-// are verified, with what the server passes on about their withdrawal, and no error of them is ever ignored;
-// redirections may lead to another host but not out of https. The answer is bounded in time, size and
-// redirections (UpdateTransport.h).
+// Ephemeral: no cookies, no cache, no credentials, and nothing kept afterwards. Only https is accepted.
+// Certificates are verified, including a revocation status that the server attaches, and no certificate error
+// is ever ignored. Redirections may lead to another host, but not out of https. The answer is limited in
+// time, size and redirections (UpdateTransport.h).
 //
-// Threads: belongs to the thread that makes it, which needs an event loop and is never blocked.
+// Threads: belongs to the thread that creates it, which needs an event loop. The thread is never blocked.
 
 #pragma once
 
@@ -27,14 +27,14 @@ class UpdateFetch : public QObject {
     Q_DISABLE_COPY_MOVE(UpdateFetch)
 
 public:
-    // Called exactly once unless the object is destroyed before: the body of an answer with status 200, or
-    // nothing for everything else. The object may be destroyed in it by deleteLater only.
+    // Called exactly once, unless the object is destroyed before: with the body of an answer of status 200,
+    // or without one in all other cases. While it is called, the object may be destroyed by deleteLater only.
     using Completion = std::function<void(std::optional<QByteArray> body)>;
 
     UpdateFetch(UpdateTransport transport, QString userAgent, QObject* parent = nullptr);
     ~UpdateFetch() override;
 
-    // Begins; once.
+    // Starts the request; to be called once.
     void start(const QUrl& address, Completion completion);
 
 private:
@@ -51,7 +51,7 @@ private:
     QNetworkAccessManager network_;
     QTimer idle_;
     QTimer total_;
-    QNetworkReply* reply_ = nullptr; // the one under way; owned by network_
+    QNetworkReply* reply_ = nullptr; // the current one; owned by network_
     QByteArray body_;
     int redirections_ = 0;
     Completion completion_;

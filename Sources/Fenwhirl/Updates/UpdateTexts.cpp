@@ -7,7 +7,7 @@
 namespace {
 
 struct Row {
-    // Two names of one language where the program has had two.
+    // Two codes for one language where the program has used two.
     std::array<std::u16string_view, 2> codes;
     std::u16string_view title;
     std::u16string_view download;

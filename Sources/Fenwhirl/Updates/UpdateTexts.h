@@ -1,6 +1,6 @@
-// The words of the update alert, in all languages.
+// The texts of the update alert, in all languages.
 //
-// They stand here and not in the translation tables, so that the check of versions stays one piece.
+// They are here and not in the translation tables, so that the update check remains self-contained.
 //
 // Pure functions: any thread.
 
@@ -18,10 +18,10 @@ struct UpdateTexts {
     bool operator==(const UpdateTexts&) const = default;
 };
 
-// The texts in the language of that code ("fr", "en", "sr", "sr-Cyrl", "de", "es", "it", "pt", "ru"); French
-// for every other one.
+// The texts in the language with this code ("fr", "en", "sr", "sr-Cyrl", "de", "es", "it", "pt", "ru");
+// French for any other code.
 [[nodiscard]] UpdateTexts updateTexts(const QString& languageCode);
 
-// The body with its placeholders filled, one kind after the other in the order of their numbers.
+// The body with its placeholders filled, one after the other in the order of their numbers.
 [[nodiscard]] QString updateBody(const UpdateTexts& texts, const QString& version, const QString& name,
                                  const QString& current);

@@ -1,7 +1,7 @@
-// How the update document travels: whom to trust, and how long and how much to take.
+// The limits of a request for the update document: trusted authorities, time, size, redirections.
 //
-// The program uses the values as they stand. Tests have a web server and an authority of their own and no
-// patience.
+// The program uses the defaults. Tests use a web server and an authority of their own, and shorter time
+// limits.
 
 #pragma once
 
@@ -13,15 +13,15 @@
 #include <optional>
 
 struct UpdateTransport {
-    // Without anything arriving for that long the request is given up.
+    // The request is given up when nothing arrives for this long,
     std::chrono::milliseconds idleLimit = std::chrono::seconds(10);
-    // And in any case after that: a server may send one byte now and then for ever.
+    // and in any case after this long, because a server might go on sending a byte now and then for ever.
     std::chrono::milliseconds totalLimit = std::chrono::seconds(30);
-    // Bytes after decompression; the document has about a hundred.
+    // In bytes after decompression; the document has about a hundred.
     qint64 sizeLimit = qint64{1} << 20U;
     int redirectLimit = 5;
-    // The authorities whose certificates count; absent: those that the system trusts.
+    // The certificate authorities to trust; absent: those that the system trusts.
     std::optional<QList<QSslCertificate>> authorities;
-    // Absent: what the system says for the address.
+    // Absent: the proxy that the system specifies for the address.
     std::optional<QNetworkProxy> proxy;
 };

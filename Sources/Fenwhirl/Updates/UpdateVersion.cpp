@@ -8,7 +8,7 @@
 
 namespace {
 
-// Qt's own conversion would trim blanks and read other scripts' digits.
+// Qt's own conversion would trim blanks and accept digits of other scripts.
 qint64 numberOf(QStringView piece) {
     if (piece.startsWith(u'+')) {
         piece = piece.sliced(1);
@@ -16,7 +16,7 @@ qint64 numberOf(QStringView piece) {
             return 0;
         }
     }
-    // Any number of leading zeros is fine; what is longer then is beyond 64 bits.
+    // Any number of leading zeros is allowed; a number that is still longer than this exceeds 64 bits.
     const bool negative = piece.startsWith(u'-');
     const QStringView digits = negative ? piece.sliced(1) : piece;
     const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };

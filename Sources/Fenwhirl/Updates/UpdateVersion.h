@@ -1,4 +1,4 @@
-// Comparing version numbers.
+// Compares version numbers.
 //
 // Pure functions: any thread.
 
@@ -6,7 +6,7 @@
 
 #include <QStringView>
 
-// Whether version `a` is newer than version `b`: dotted whole numbers, compared piece by piece from the left,
-// a missing piece counting as 0 and empty ones not at all. So does a piece that is no whole number of 64
-// bits: "1.2.3-beta" is 1.2.0, older than 1.2.3.
+// Whether version `a` is newer than version `b`. Versions are whole numbers separated by dots, compared one
+// by one from the left. Empty pieces are skipped; a missing piece, or one that is not a whole number of 64
+// bits, is taken as 0: "1.2.3-beta" is 1.2.0 and thus older than 1.2.3.
 [[nodiscard]] bool isNewer(QStringView a, QStringView b);
