@@ -11,6 +11,6 @@ enum class AppTheme { dark, light, automatic };
 inline constexpr std::array<AppTheme, 3> allAppThemes = {AppTheme::dark, AppTheme::light,
                                                          AppTheme::automatic};
 
-// "dark", "light", "auto": the words of the stored preferences.
+// The value in the stored preferences: "dark", "light" or "auto".
 [[nodiscard]] std::string_view rawValue(AppTheme theme);
 [[nodiscard]] std::optional<AppTheme> appThemeFromRawValue(std::string_view text);

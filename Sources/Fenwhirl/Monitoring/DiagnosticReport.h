@@ -1,8 +1,8 @@
-// The text that a user sends when something does not work: what the controller says, whether the helper is
-// there, and, on request, what a real attempt to drive a fan gave.
+// The text that a user sends when something does not work: what the controller reports, whether the helper is
+// installed and, on request, the result of a real attempt to drive a fan.
 //
-// In French in every language, because it is read by the makers. Blocks while it reads the whole controller,
-// about eight seconds more with the fan test: not on the main thread.
+// French in every language, because the developers read it. Blocks while it reads the whole controller, and
+// for about eight seconds more with the fan test; not for the main thread.
 
 #pragma once
 
@@ -11,6 +11,6 @@
 #include <atomic>
 #include <string>
 
-// Opens a connection of its own. Once `stop` is true the enumeration ends early.
+// Opens a connection of its own. The enumeration ends early once `stop` is true.
 [[nodiscard]] std::string diagnosticReportText(const MonitorServices& services, bool withFanTest,
                                                const std::atomic<bool>& stop);

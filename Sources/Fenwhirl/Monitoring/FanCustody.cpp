@@ -76,7 +76,7 @@ HandBack FanCustody::decided() const {
         }
     }
     if (!intent_.isInFront && owned.empty()) {
-        return {.scope = HandBack::Scope::indices, .indices = {}}; // the fans are another session's
+        return {.scope = HandBack::Scope::indices, .indices = {}}; // the fans belong to another session
     }
     std::vector<int> known;
     std::vector<HandBackRule::ConfiguredFan> configured;

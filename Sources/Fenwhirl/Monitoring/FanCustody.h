@@ -1,14 +1,15 @@
-// Who answers for which fan: what has to be handed back if the application ended at this very moment.
+// Keeps track of the fans that this program is responsible for: what would have to be handed back if the
+// application ended at this moment.
 //
-// The poll side says what it read and what it sent, the main thread what the user wants; from both follows,
-// at every moment, which fans go back at the end and which keep their speed. Whatever may have changed the
-// answer is announced before the call returns, so that a fan is known to the guard before the first command
-// for it runs.
+// The poller reports what it read and what it sent; the main thread reports what the user wants. From both
+// follows, at every moment, which fans go back at the end and which keep their speed. Any change that may
+// alter the answer is announced before the call returns, so that the guard knows of a fan before the first
+// command for it runs.
 //
-// The rule itself is HandBackRule.h. In a session that is not in front, only our own fans count: the others
-// belong to whoever is.
+// The rule itself is in HandBackRule.h. In a session that is not in front, only our own fans are considered:
+// the others belong to the session that is.
 //
-// Threads: safe from any thread. Announcements are made one at a time, by whichever thread caused them.
+// Threads: safe from any thread. Announcements are made one at a time, on the thread that caused them.
 
 #pragma once
 
@@ -35,30 +36,31 @@ public:
         std::vector<int> fansShown;  // as last published
     };
 
-    // `announce` must neither block nor call back; it may be left out.
+    // `announce` must neither block nor call back into this object; it may be empty.
     explicit FanCustody(std::function<void(const HandBack&)> announce);
 
-    // Announces, whether the answer changed or not.
+    // Always announces, even if the answer did not change.
     void setIntent(Intent intent);
-    // What a poll read, and whether a safety rule holds the fans: an emergency, heat protection, or a missing
-    // temperature.
+    // Sets what a poll read, and whether a safety rule controls the fans: an emergency, heat protection, or a
+    // missing temperature. Announces when the answer changed.
     void setReadings(const std::vector<FanReading>& fans, bool isHeldBySafetyRule);
-    // What was sent. Announces when the answer changed.
+    // Sets what was sent. Announces when the answer changed.
     void setSent(const SentTargets& sent);
-    // One fan has gone back, or was sent its speed, outside of a poll. Announces when the answer changed.
+    // Records that one fan was handed back, or was sent its speed, outside a poll. Announces when the answer
+    // changed.
     void setSent(int index, const SentTarget& target);
 
     [[nodiscard]] HandBack handBack() const;
-    // Constant speeds that the user chose and that no poll has sent yet, for fans of the last poll; none
-    // while a safety rule holds the fans or the computer goes to sleep, and none without a helper or behind
-    // another session.
+    // The constant speeds that the user chose and that no poll has sent yet, for the fans of the last poll.
+    // Empty while a safety rule controls the fans or the computer is going to sleep, without a helper, and in
+    // a session that is not in front.
     [[nodiscard]] std::vector<FanWish> unsentSpeeds() const;
-    // The fans that are ours, ascending.
+    // The fans that are ours, in ascending order.
     [[nodiscard]] std::vector<int> ours() const;
 
 private:
     [[nodiscard]] HandBack decided() const FENWHIRL_REQUIRES(mutex_);
-    // The constant speed that the user chose for the fan, within the limits that were last read.
+    // The constant speed that the user chose for the fan, clamped to the limits that were last read.
     [[nodiscard]] std::optional<std::int64_t> chosenSpeed(int index) const FENWHIRL_REQUIRES(mutex_);
     [[nodiscard]] bool isAtChosenSpeed(int index) const FENWHIRL_REQUIRES(mutex_);
     void announceIfChanged() FENWHIRL_REQUIRES(mutex_);

@@ -11,11 +11,11 @@ namespace {
 constexpr RawValueTable<FanModeKind, 3> words = {
     {{FanModeKind::automatic, "auto"}, {FanModeKind::constant, "constant"}, {FanModeKind::sensor, "sensor"}}};
 
-// Written without std::clamp, which is undefined for a fan that reports its maximum below its minimum; there
-// the maximum wins.
+// Not written with std::clamp, which is undefined for a fan that reports a maximum below its minimum. In that
+// case the maximum wins.
 std::optional<std::int64_t> constantTarget(double wanted, double minRPM, double maxRPM) {
     if (std::isnan(wanted) || std::isnan(minRPM) || std::isnan(maxRPM)) {
-        return std::nullopt; // the comparisons below would quietly pick one of the other two
+        return std::nullopt; // the comparisons below would silently pick one of the other two
     }
     const double atLeastMinimum = wanted > minRPM ? wanted : minRPM;
     return wholeNumber(atLeastMinimum < maxRPM ? atLeastMinimum : maxRPM);
@@ -39,7 +39,7 @@ std::optional<std::int64_t> curveTarget(const FanSetting& setting, double celsiu
     if (span < 1) {
         span = 1;
     }
-    // NaN passes through both comparisons and ends in wholeNumber.
+    // NaN passes both comparisons and is rejected by wholeNumber.
     double fraction = (celsius - setting.startTemp) / span;
     if (fraction <= 0) {
         fraction = 0;

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Room for about ten thousand fans; what is larger was not written by this program.
+// Enough for about ten thousand fans; this program writes nothing larger.
 constexpr qsizetype largestText = 1 << 20;
 
 constexpr QLatin1StringView modeMember("mode");
@@ -19,7 +19,7 @@ constexpr QLatin1StringView sensorKeyMember("sensorKey");
 constexpr QLatin1StringView startTempMember("startTemp");
 constexpr QLatin1StringView maxTempMember("maxTemp");
 
-// A non-negative whole number as this program writes it: no sign, no leading zero, no blank.
+// A non-negative whole number exactly as this program writes it: no sign, no leading zero, no blank.
 std::optional<int> fanIndex(const QString& text) {
     bool isNumber = false;
     const int index = text.toInt(&isNumber);

@@ -2,7 +2,7 @@
 //
 // {"0":{"mode":"sensor","constantRPM":3000,"sensorKey":"TC0P","startTemp":50,"maxTemp":90},"1":{…}}
 //
-// Members are named by the fan's index in decimal; all five fields are needed and others are ignored. Pure;
+// Members are named by the fan's index in decimal. All five fields are required; others are ignored. Pure;
 // any thread.
 
 #pragma once
@@ -13,9 +13,9 @@
 
 #include <optional>
 
-// Nothing when a number is not finite, because JSON has no such numbers.
+// Absent when a number is not finite, because JSON cannot represent it.
 [[nodiscard]] std::optional<QByteArray> encodeFanSettings(const FanSettings& settings);
 
-// Nothing for anything that is not exactly such a text, also when only one fan of many is wrong, and for a
-// text beyond any honest size.
+// Absent for anything that does not have exactly this form, even if only one of many fans is invalid, and for
+// a text of implausible size.
 [[nodiscard]] std::optional<FanSettings> decodeFanSettings(const QByteArray& json);

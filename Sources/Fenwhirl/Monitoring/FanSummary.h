@@ -1,7 +1,7 @@
-// What a list of fans says at a glance: the average speed, the text of the status item, a fan's name.
+// Summarises a list of fans: the average speed, the text of the status item, the fans' names.
 //
-// Pure functions on the published fans; speeds in revolutions per minute. Main thread, because the texts are
-// in the interface language.
+// Pure functions of the published fans; speeds are in revolutions per minute. Main thread, because the texts
+// are in the interface language.
 
 #pragma once
 
@@ -15,8 +15,8 @@
 // The mean of the fans' current speeds; 0 without fans.
 [[nodiscard]] double averageFanSpeed(const QList<FanState>& fans);
 
-// "2 400 tr/min · 63 °C", either part alone when the other is unknown, the program's name when both are.
+// "2 400 tr/min · 63 °C"; only one part when the other is unknown; the program's name when both are.
 [[nodiscard]] QString statusItemText(const QList<FanState>& fans, std::optional<double> primaryCelsius);
 
-// One fan needs no number, two are the left (index 0) and the right one, more are numbered from 1.
+// A single fan has no number, two fans are the left (index 0) and the right one, more are numbered from 1.
 [[nodiscard]] QString fanDisplayName(const FanState& fan, qsizetype fanCount);

@@ -42,7 +42,7 @@ Monitor::Monitor(MonitorServices services, QObject* parent)
     d.helperInstalled = d.services.helper.isInstalled();
     d.isHelperThere = d.helperInstalled;
     d.timer.setInterval(std::chrono::seconds(2));
-    // A twentieth of the interval more or less, so that the system can wake for several timers at once.
+    // Allows the timer to be 5 % early or late, so that the system can wake once for several timers.
     d.timer.setTimerType(Qt::CoarseTimer);
     connect(&d.timer, &QTimer::timeout, this, &Monitor::tick);
     d.announceObligations();
@@ -52,7 +52,7 @@ Monitor::~Monitor() {
     Private& d = state();
     *d.stop = true;
     if (d.isStuck) {
-        // Its thread cannot be waited for; it ends with the process.
+        // Its thread cannot be waited for, so the queue is leaked; the thread ends with the process.
         static_cast<void>(d.queue.release());
     }
     if (sharedMonitor == this) {
@@ -158,8 +158,8 @@ void Monitor::setInFront(bool isInFront) {
     Private& d = state();
     if (std::exchange(d.isInFront, isInFront) != isInFront) {
         d.announceObligations();
-        // The fans go back at once; whoever comes to the front takes them with the next poll, so that the
-        // last word is not that of the one who left.
+        // A session that leaves the front hands its fans back at once. A session that comes to the front
+        // takes its fans only with its next poll, so that the other session's hand-back does not come last.
         if (!isInFront) {
             tick();
         }

@@ -1,16 +1,17 @@
-// The one observable model of the application: what the machine reports and what the user wants.
+// The application's single observable model of the fans: what the machine reports and what the user wants.
 //
-// Every two seconds it reads all fans and temperatures, lets `decide` (PollDecision.h) say what each fan
-// should be doing, runs the privileged helper for what must change, and publishes the result. Views observe
-// its properties and call its operations; they never touch the controller.
+// Every two seconds it reads all fans and temperatures, lets `decide` (PollDecision.h) determine what each
+// fan should be doing, runs the privileged helper for what has to change, and publishes the result. Views
+// observe its properties and call its operations; they never access the controller.
 //
-// Threads: the object lives on the main thread; properties, signals and operations belong there. The
+// Threads: the object lives on the main thread, and so do its properties, signals and operations. The
 // controller's connection, the sent targets and the safety state belong to its serial queue "fenwhirl.smc".
-// Only value snapshots cross. What blocks (helper runs, installs, reports) never runs on the main thread,
-// except restoreAutomaticBlocking at the end.
+// Only value snapshots are passed between the two. Blocking work (helper runs, installs, reports) never runs
+// on the main thread, except restoreAutomaticBlocking at the end.
 //
-// Ownership: one object for the life of the process, made by the application and also reachable as shared();
-// everything it asks of the outside comes in through MonitorServices, so that tests bring their own.
+// Ownership: one object for the life of the process, created by the application and also reachable as
+// shared(). All its dependencies on the system come in through MonitorServices, so that tests can supply
+// their own.
 
 #pragma once
 
@@ -40,45 +41,45 @@ public:
     ~Monitor() override;
     Q_DISABLE_COPY_MOVE(Monitor)
 
-    // The application's monitor; null before it exists and after it is gone.
+    // The application's monitor; null before it is created and after it is destroyed.
     [[nodiscard]] static Monitor* shared();
 
-    // Opens the controller on the queue and begins to poll; called once.
+    // Opens the controller on the queue and starts polling; to be called once.
     void start();
-    // Has the queue poll once more; the timer calls it every 2 seconds. At most one poll waits behind a
-    // running one, and it takes the settings as they are when it begins.
+    // Requests one poll from the queue; the timer calls it every 2 seconds. At most one poll waits behind a
+    // running one, and it uses the settings that are current when it begins.
     void tick();
-    // Whether the user's session is the one in front, as it is at first. Another user's Fenwhirl may drive
-    // the fans while it is not: then polls only read, and the fans of this one are handed back.
+    // Sets whether the user's session is the one in front; initially it is. While it is not, another user's
+    // Fenwhirl may drive the fans: polls only read then, and the fans of this instance are handed back.
     void setInFront(bool isInFront);
-    // The computer is about to sleep: the fans are handed back at once, those with a constant speed, too, and
-    // polls only read until `wakeUp`. `done` runs on the main thread when that was tried.
+    // To be called when the computer is about to sleep: hands back the fans at once, including those with a
+    // constant speed; polls then only read until `wakeUp`. `done` runs on the main thread after the attempt.
     void prepareForSleep(std::function<void()> done);
-    // The computer is awake, or the sleep came to nothing: the next poll, which is asked for, takes the fans
-    // again.
+    // To be called when the computer is awake, or did not go to sleep after all: requests a poll, which takes
+    // the fans again.
     void wakeUp();
 
     // --- The machine, as of the last poll ---
     [[nodiscard]] const QList<FanState>& fans() const;
     [[nodiscard]] const QList<SensorState>& sensors() const;
     [[nodiscard]] const QList<double>& history() const; // main temperatures, oldest first, at most 300
-    // When each of them was read. Polls may have failed, waited or slept, so they are not always 2 s apart.
+    // When each of them was read. Polls can fail, wait or pause for sleep, so they are not always 2 s apart.
     [[nodiscard]] const QList<std::chrono::system_clock::time_point>& historyTimes() const;
     [[nodiscard]] std::optional<double> primaryCelsius() const;
     [[nodiscard]] bool smcAvailable() const;
-    [[nodiscard]] bool isProtecting() const; // heat protection drives every fan at its maximum
+    [[nodiscard]] bool isProtecting() const; // heat protection is driving every fan at its maximum
 
     // --- The helper ---
     [[nodiscard]] bool helperInstalled() const;
     [[nodiscard]] bool helperOutdated() const;
-    [[nodiscard]] bool needsHelper() const; // the last poll wanted manual control of some fan
+    [[nodiscard]] bool needsHelper() const; // the last poll required manual control of some fan
     [[nodiscard]] bool isInstalling() const;
-    [[nodiscard]] QString controlError() const; // localised; empty when there is none
+    [[nodiscard]] QString controlError() const; // translated; empty when there is none
     void dismissControlError();
 
     // --- What the user wants ---
     [[nodiscard]] const FanSettings& settings() const;
-    [[nodiscard]] FanSetting setting(int index) const; // the default setting when there is none
+    [[nodiscard]] FanSetting setting(int index) const; // the default setting if there is none
     void setSetting(int index, const FanSetting& setting);
     [[nodiscard]] std::optional<Preset> activePreset() const;
     void apply(Preset preset);
@@ -114,8 +115,8 @@ public:
     void setLaunchAtLogin(bool on);
     // The completion runs on the main thread with the report's text.
     void makeDiagnosticReport(bool withFanTest, std::function<void(const QString& text)> completion);
-    // Hands the fans back and returns when that is done, or has been refused for too long; then the guard
-    // goes on with it. Fans with a constant speed are left at it, and those that no poll has sent theirs yet
+    // Hands the fans back. Returns when that is done, or when it has been refused for too long; the guard
+    // then continues. Fans with a constant speed keep it, and those to which no poll has sent their speed yet
     // are sent it. Further polls do nothing. For the end of the process.
     void restoreAutomaticBlocking();
 
@@ -142,13 +143,13 @@ Q_SIGNALS:
     void alertThresholdChanged();
     void didOnboardChanged();
     void launchAtLoginChanged();
-    // The last poll is published in full; emitted once per poll, after the changes above.
+    // The last poll has been published completely; emitted once per poll, after the signals above.
     void polled();
 
 private:
     struct Private;
 
-    // The state, for code that runs on the main thread; ends the process on another.
+    // The state, for code that runs on the main thread; a call on another thread ends the process.
     [[nodiscard]] Private& state() const FENWHIRL_ASSERTS_CURRENT(mainThread);
 
     std::unique_ptr<Private> d_;

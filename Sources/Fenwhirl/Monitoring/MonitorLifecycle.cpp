@@ -1,4 +1,5 @@
-// What happens around the polls: installing and removing the helper, the login item, the report, the end.
+// Everything around the polls: installing and removing the helper, sleep, the login item, the report, and the
+// end of the process.
 
 #include "Fenwhirl/HelperClient/HelperClient.h"
 #include "Fenwhirl/Monitoring/DiagnosticReport.h"
@@ -40,13 +41,13 @@ void Monitor::installHelper() {
 
 void Monitor::uninstallHelper() {
     Private& d = state();
-    // Polls send none of the user's speeds until this is over: a fan that was set again while the password is
-    // being typed would stay at that speed with no helper left to hand it back. Heat protection and the
-    // emergency go on.
+    // Until this is over, polls send none of the user's speeds: a fan that was set again while the password
+    // is being typed would keep that speed with no helper left to hand it back. Heat protection and the
+    // emergency rule stay active.
     ++d.removalsRunning;
     d.announceObligations();
     const auto remove = [&d, helper = d.services.helper, reply = d.inbox.sender()] {
-        // What heat protection drives in the meantime must go back, too, when the helper is gone.
+        // Fans that heat protection drives in the meantime must go back even after the helper is gone.
         const auto kept = helper.keep ? helper.keep() : nullptr;
         const bool removed = helper.runAsAdministrator(HelperClient::removalCommand());
         const bool installed = helper.isInstalled();
@@ -65,8 +66,8 @@ void Monitor::uninstallHelper() {
             d.announceObligations();
         });
     };
-    // On the poll queue first, so that it comes after the speeds of a poll that is under way; the password
-    // must not hold up that queue.
+    // The fans are handed back on the poll queue, and thus after the speeds of a poll in progress. The
+    // password dialog runs in the background, because it must not block that queue.
     d.queue->async([poller = d.poller, remove] {
         poller->handBackEverything();
         runInBackground(remove);
@@ -76,7 +77,8 @@ void Monitor::uninstallHelper() {
 void Monitor::resetToAutomatic() {
     Private& d = state();
     apply(Preset::automatic);
-    // A poll that is under way sends no further speed, and what waits behind it comes later than this.
+    // The new count keeps a poll in progress from sending further speeds; asyncNext runs before any poll that
+    // waits.
     ++*d.resets;
     d.announceObligations();
     d.queue->asyncNext([isInstalled = d.services.helper.isInstalled, poller = d.poller] {
@@ -89,7 +91,8 @@ void Monitor::resetToAutomatic() {
 void Monitor::prepareForSleep(std::function<void()> done) {
     Private& d = state();
     d.isGoingToSleep = true;
-    // A poll that is under way sends no further speed, and what waits behind it comes later than this.
+    // The new count keeps a poll in progress from sending further speeds; asyncNext runs before any poll that
+    // waits.
     ++*d.resets;
     d.announceObligations();
     d.queue->asyncNext(
@@ -117,7 +120,7 @@ void Monitor::setLaunchAtLogin(bool on) {
         d.assign(d.controlError, std::optional(TextKey(u"Impossible de changer le démarrage automatique.")),
                  &Monitor::controlErrorChanged);
     }
-    Q_EMIT launchAtLoginChanged(); // also after a failure: a switch that was already moved must move back
+    Q_EMIT launchAtLoginChanged(); // after a failure, too: a switch that has moved must move back
 }
 
 void Monitor::makeDiagnosticReport(bool withFanTest, std::function<void(const QString& text)> completion) {
@@ -137,8 +140,8 @@ void Monitor::restoreAutomaticBlocking() {
     *d.stop = true;
     d.timer.stop();
 
-    // Whatever the queue still does ends first: a speed that is being sent must not arrive after the fans
-    // were handed back.
+    // The queue finishes its work first: a speed that is being sent must not arrive after the fans were
+    // handed back.
     const auto drained = std::make_shared<std::promise<void>>();
     d.queue->async([drained] { drained->set_value(); });
     d.isStuck = drained->get_future().wait_for(d.services.longestDrain) != std::future_status::ready;
@@ -192,7 +195,7 @@ bool Monitor::Private::handBack(const HelperCommand& command) {
 
 bool Monitor::Private::hasGoneBack(int index) const {
     if (isStuck) {
-        return true; // nobody can be asked, and the guard goes on anyway
+        return true; // the queue cannot be asked, and the guard continues in any case
     }
     const auto answer = std::make_shared<std::promise<bool>>();
     auto answered = answer->get_future();

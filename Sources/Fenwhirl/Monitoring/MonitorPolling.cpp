@@ -1,4 +1,4 @@
-// The way of one poll: from the timer to the queue and back to the published properties.
+// The course of one poll: from the timer to the queue and back to the published properties.
 
 #include "Fenwhirl/HelperClient/HelperClient.h"
 #include "Fenwhirl/Localization/Localizer.h"
@@ -175,13 +175,13 @@ void Monitor::Private::checkVersion(bool installed) {
     }
     const auto stamp = services.helper.fileStamp ? services.helper.fileStamp() : std::nullopt;
     if (stamp && stamp != versionStamp) {
-        speaksOurProtocol.reset(); // another file
+        speaksOurProtocol.reset(); // the file was replaced
     }
     if (isReadingVersion || (stamp && stamp == versionStamp)) {
         return;
     }
-    // Off the main thread, because a helper that hangs must not freeze the window, and off the poll queue,
-    // because it must not stop the readings either.
+    // Not on the main thread, because a helper that hangs must not freeze the window; and not on the poll
+    // queue, because it must not stop the readings either.
     isReadingVersion = true;
     runInBackground(
         [this, stamp, era = helperEra, read = services.helper.installedVersion, reply = inbox.sender()] {

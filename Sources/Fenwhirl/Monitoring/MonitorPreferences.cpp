@@ -1,4 +1,4 @@
-// What the user wants: settings, presets and preferences, each on disk as soon as it changes.
+// What the user wants: settings, presets and preferences, each saved as soon as it changes.
 
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Monitoring/Monitor.h"
@@ -6,8 +6,8 @@
 
 namespace {
 
-// "Max" for a fan whose maximum is not known now: more than any fan can do, to be brought into its range
-// later.
+// The constant speed of the preset "Max" for a fan whose maximum is currently unknown: more than any fan can
+// do. It is clamped to the fan's range later.
 constexpr double beyondEveryMaximumRPM = 10000;
 
 } // namespace

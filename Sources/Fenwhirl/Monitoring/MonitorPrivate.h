@@ -1,8 +1,8 @@
-// The inside of the monitor; included by its sources alone.
+// The internals of the monitor; included only by its own sources.
 //
-// Threads: every member belongs to the main thread but for `poller`, which belongs to `queue`, and `stop`,
-// which is shared. Work that leaves the main thread takes values with it and answers through `inbox`, so it
-// may outlive the monitor.
+// Threads: every member belongs to the main thread, except `poller`, which belongs to `queue`, and the
+// atomics, `custody` and `mailbox`, which are shared. Work that leaves the main thread takes copies of values
+// with it and answers through `inbox`, so it may outlive the monitor.
 
 #pragma once
 
@@ -27,14 +27,14 @@
 #include <utility>
 #include <vector>
 
-// The next poll's request. Polls take the newest one when they begin, so that at most one needs to wait
-// behind the one that is running. Any thread.
+// The request for the next poll. A poll takes the newest request when it begins, so at most one poll has to
+// wait behind the running one. Any thread.
 class PollMailbox {
 public:
     void put(PollRequest request) FENWHIRL_EXCLUDES(mutex_);
-    // Whether a poll has to be scheduled: false while one waits that will take the newest request.
+    // Whether a poll has to be scheduled: false while one is waiting that will take the newest request.
     [[nodiscard]] bool schedule() FENWHIRL_EXCLUDES(mutex_);
-    // Called by the poll as it begins. Something was put before.
+    // To be called by the poll when it begins. A request must have been put before.
     [[nodiscard]] PollRequest take() FENWHIRL_EXCLUDES(mutex_);
 
 private:
@@ -46,7 +46,7 @@ private:
 struct Monitor::Private {
     Private(Monitor& owner, MonitorServices monitorServices);
 
-    // Stores the value and emits the signal when it is another one.
+    // Stores the value and emits the signal if the value changed.
     template <typename Value>
     void assign(Value& field, Value value, void (Monitor::*changed)()) FENWHIRL_REQUIRES(mainThread) {
         if (field != value) {
@@ -55,7 +55,7 @@ struct Monitor::Private {
         }
     }
 
-    // The same for a preference, which is on disk before the signal is emitted.
+    // The same for a preference, which is saved before the signal is emitted.
     template <typename Value>
     void remember(const Preference<Value>& preference, Value value, void (Monitor::*changed)())
         FENWHIRL_REQUIRES(mainThread) {
@@ -67,23 +67,23 @@ struct Monitor::Private {
     void publish(const PollResult& result) FENWHIRL_REQUIRES(mainThread);
     void checkAlert(std::optional<double> celsius) FENWHIRL_REQUIRES(mainThread);
     void checkVersion(bool installed) FENWHIRL_REQUIRES(mainThread);
-    // Lets `edit` work on the settings and saves, then takes the preset and saves again: at every moment what
-    // is stored is what was published.
+    // Applies `edit` to the settings and saves, then sets the preset and saves again, so that the stored
+    // state matches the published one at every moment.
     void change(const std::function<void(FanSettings&)>& edit, std::optional<Preset> preset)
         FENWHIRL_REQUIRES(mainThread);
     void save() const FENWHIRL_REQUIRES(mainThread);
-    // After a poll and after any change of what polls or the end of the program depend on: the fans, the
-    // settings, the helper, the alerts, the session.
+    // To be called after a poll, and after any change of what polls or the end of the program depend on: the
+    // fans, the settings, the helper, the alerts, the session.
     void announceObligations() FENWHIRL_REQUIRES(mainThread);
     [[nodiscard]] PollRequest request() const FENWHIRL_REQUIRES(mainThread);
     [[nodiscard]] FanCustody::Intent intent() const FENWHIRL_REQUIRES(mainThread);
     // Sends the speeds that the user chose and that no poll has sent yet.
     void sendUnsentSpeeds() FENWHIRL_REQUIRES(mainThread);
-    // One command of the hand-back at the end; true when it succeeded.
+    // Runs one command of the final hand-back; true when it succeeded.
     [[nodiscard]] bool handBack(const HelperCommand& command) FENWHIRL_REQUIRES(mainThread);
-    // Asks the machine, as Poller::hasGoneBack.
+    // Asks the machine, like Poller::hasGoneBack.
     [[nodiscard]] bool hasGoneBack(int index) const FENWHIRL_REQUIRES(mainThread);
-    // Hands back what must go back, and tries again for a while where that is refused; true when all is done.
+    // Hands back what must go back, and retries for a while where that is refused; true when all is done.
     [[nodiscard]] bool handBackAtTheEnd() FENWHIRL_REQUIRES(mainThread);
 
     Monitor& monitor;
@@ -106,22 +106,23 @@ struct Monitor::Private {
     bool helperOutdated FENWHIRL_GUARDED_BY(mainThread) = false;
     bool needsHelper FENWHIRL_GUARDED_BY(mainThread) = false;
     bool isInstalling FENWHIRL_GUARDED_BY(mainThread) = false;
-    // Not the text itself: a message that is on the screen follows the language.
+    // A key and not the translated text, so that a visible message follows a change of language.
     std::optional<TextKey> controlError FENWHIRL_GUARDED_BY(mainThread);
     SavedPreferences saved FENWHIRL_GUARDED_BY(mainThread);
 
-    // What polls see of the settings; replaced, never changed, because polls hold on to theirs.
+    // The settings that polls use; replaced and never modified, because polls keep a reference to theirs.
     std::shared_ptr<const FanSettings> settingsSnapshot FENWHIRL_GUARDED_BY(mainThread);
     std::optional<std::chrono::duration<double>> lastAlert FENWHIRL_GUARDED_BY(mainThread);
-    bool isStuck FENWHIRL_GUARDED_BY(mainThread) = false; // a poll that does not end
+    bool isStuck FENWHIRL_GUARDED_BY(mainThread) = false; // a poll does not end
     bool hasRestored FENWHIRL_GUARDED_BY(mainThread) = false;
     int removalsRunning FENWHIRL_GUARDED_BY(mainThread) = 0;
     bool isInFront FENWHIRL_GUARDED_BY(mainThread) = true;
     bool isGoingToSleep FENWHIRL_GUARDED_BY(mainThread) = false;
     bool isHelperThere FENWHIRL_GUARDED_BY(mainThread) = false;            // as of the last tick
-    std::optional<bool> speaksOurProtocol FENWHIRL_GUARDED_BY(mainThread); // once it was asked
+    std::optional<bool> speaksOurProtocol FENWHIRL_GUARDED_BY(mainThread); // empty until the helper was asked
 
-    // One reading of the helper's version at a time; an answer of an earlier era is ignored.
+    // The helper's version is read once at a time. An answer is ignored if the era has changed since the
+    // question.
     bool isReadingVersion FENWHIRL_GUARDED_BY(mainThread) = false;
     std::uint64_t helperEra FENWHIRL_GUARDED_BY(mainThread) = 0;
     std::optional<std::int64_t> versionStamp FENWHIRL_GUARDED_BY(mainThread);
@@ -131,6 +132,6 @@ struct Monitor::Private {
     QTimer timer FENWHIRL_GUARDED_BY(mainThread);
     MainThreadInbox inbox;
     const std::shared_ptr<Poller> poller;
-    // Last: its work may still run while it is destroyed.
+    // Last, because its work may still run while it is being destroyed.
     std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>("fenwhirl.smc");
 };

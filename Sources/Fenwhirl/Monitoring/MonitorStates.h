@@ -1,4 +1,4 @@
-// What the monitor publishes of the machine: plain records of the last poll.
+// The records of the last poll that the monitor publishes.
 
 #pragma once
 
@@ -12,10 +12,10 @@ struct FanState {
     double rpm;
     double minRPM;
     double maxRPM;
-    double target;              // rpm the SMC steers to
-    bool isMaximumKnown = true; // `maxRPM` is what the SMC said, no guess
-    // What this program last told the fan to run at; nothing while the fan is left to macOS, and after a
-    // refusal.
+    double target;              // the speed in rpm that the SMC is steering to
+    bool isMaximumKnown = true; // whether the SMC reported `maxRPM`; otherwise it is a guess
+    // The speed that this program last told the fan to run at; absent while the fan is left to macOS, and
+    // after a refusal.
     std::optional<double> requestedRPM = std::nullopt;
 
     bool operator==(const FanState&) const = default;
@@ -25,13 +25,13 @@ struct FanState {
 struct SensorState {
     QString id; // the SMC key, four characters
     double celsius;
-    double lowestCelsius = celsius; // of the last ten minutes
+    double lowestCelsius = celsius; // in the last ten minutes
     double highestCelsius = celsius;
 
     bool operator==(const SensorState&) const = default;
 };
 
-// The verdict on the main temperature.
+// The assessment of the main temperature.
 enum class HealthStatus { normal, warm, hot };
 
 // "Mac en bonne santé", "Les ventilateurs travaillent", "Ferme des applications", in the interface language.

@@ -28,7 +28,7 @@ bool boostingAfter(bool wasBoosting, std::optional<double> primaryCelsius, bool 
     return wasBoosting;
 }
 
-// The distance as an unsigned number, because the difference of two 64-bit speeds may not fit into one.
+// Unsigned, because the difference of two signed 64-bit speeds may not fit into a signed one.
 std::uint64_t distance(std::int64_t a, std::int64_t b) {
     const auto unsignedA = static_cast<std::uint64_t>(a);
     const auto unsignedB = static_cast<std::uint64_t>(b);

@@ -1,22 +1,23 @@
 // What one poll does to the fans: pure functions from readings and settings to helper commands.
 //
-// A poll goes through three steps. `decide` says for every fan what it should be doing, with the safety rules
-// above the user's settings. `commandFor` says whether the helper must run for that now, given what was last
-// sent to the fan. `record` notes what was sent and whether the helper succeeded.
+// A poll has three steps. `decide` determines for every fan what it should be doing; the safety rules
+// override the user's settings. `commandFor` determines whether the helper must run for that now, given what
+// was last sent to the fan. `record` notes what was sent and whether the helper succeeded.
 //
-// A fan is ours from the moment a speed is sent to it, whatever comes of that, until a hand-back of it has
-// succeeded. A speed that was refused is not repeated before it would have been sent again anyway; a
-// hand-back that was refused is repeated until it succeeds. Fans that somebody else left manual become ours, too
-// (`takeOver`), and so come under the same rules.
+// A fan is ours from the moment a speed is sent to it, whether that succeeds or not, until it has been handed
+// back successfully. A refused speed is not repeated before it would have been sent again anyway; a refused
+// hand-back is repeated until it succeeds. Fans that another program left manual become ours, too
+// (`takeOver`), and are then subject to the same rules.
 //
-// The safety rules, in the order of precedence:
+// The safety rules, in order of precedence:
 //  - From 92 °C on, every fan is handed back to macOS (a fixed limit, whatever the user's thresholds are).
 //  - With heat protection on, every fan runs at its maximum from the moment the main temperature reaches the
 //    alert threshold until it falls 5 °C below it.
-//  - Without a readable temperature no fan is controlled manually.
-// A fan whose maximum cannot be read is left to macOS: whatever speed was chosen for it would be a guess.
+//  - Without a readable temperature, no fan is controlled manually.
+// A fan whose maximum cannot be read is left to macOS: any speed chosen for it would be a guess.
 //
-// Nothing here knows a clock, a thread or a process. Times are durations on one clock of the caller's choice.
+// Nothing here depends on a clock, a thread or a process. Times are durations on any one clock of the
+// caller's choice.
 
 #pragma once
 
@@ -31,9 +32,9 @@
 #include <string>
 #include <vector>
 
-// What a fan should be doing: held at a speed, or left to macOS.
+// What a fan should be doing: run at a speed, or be left to macOS.
 struct DesiredState {
-    std::optional<std::int64_t> manualRPM; // nothing: automatic
+    std::optional<std::int64_t> manualRPM; // absent: automatic
 
     bool operator==(const DesiredState&) const = default;
 };
@@ -49,26 +50,26 @@ struct PollInput {
 struct FanWish {
     int index;
     DesiredState desired;
-    bool suspended; // manual control was wanted but no temperature can be read
+    bool suspended; // manual control was requested, but no temperature can be read
 
     bool operator==(const FanWish&) const = default;
 };
 
 struct PollDecision {
     std::optional<double> primaryCelsius;
-    bool boosting;               // to be handed to the next poll
-    std::vector<FanWish> wishes; // one per fan read, in the same order
+    bool boosting;               // to be passed to the next poll
+    std::vector<FanWish> wishes; // one per fan that was read, in the same order
     bool wantsManualControl;     // for at least one fan
     bool forbidsManualControl;   // of any fan: an emergency, or no temperature
 };
 
-// `wasBoosting` is the `boosting` of the poll before, false at the start. A speed that is not a finite whole
-// number of 64 bits makes its fan automatic.
+// `wasBoosting` is the `boosting` of the previous poll; false at the start. A fan whose speed would not be a
+// finite number within 64 bits is left automatic.
 [[nodiscard]] PollDecision decide(const PollInput& input, bool wasBoosting);
 
 struct SentTarget {
     DesiredState desired;
-    std::chrono::duration<double> at; // when
+    std::chrono::duration<double> at; // when it was sent
     bool succeeded = true;            // as the helper reported
 
     // Whether the fan may still be manual because of us.
@@ -81,33 +82,33 @@ using SentTargets = std::map<int, SentTarget>;
 // The arguments of one run of the helper.
 using HelperCommand = std::vector<std::string>;
 
-// How soon a hand-back that failed is sent again.
+// How soon a failed hand-back is repeated.
 enum class HandBackPace {
     calm,   // 10 seconds after the last attempt
-    urgent, // with every poll: manual control is forbidden
+    urgent, // at every poll, because manual control is forbidden
 };
 
-// The helper command that the wish needs now, if any. "auto" goes only to a fan that is ours: once when it
-// was last sent a speed, then at the pace until it succeeds. A speed is sent when it differs by at least 100
-// rpm from the one sent last, else once more than 10 seconds have passed, so that small changes are collected
-// and lost ones repaired.
+// The helper command that the wish requires now, if any. "auto" is sent only to a fan that is ours: once
+// after a speed was sent, then at the given pace until it succeeds. A speed is sent when it differs by at
+// least 100 rpm from the last one sent, and otherwise when more than 10 seconds have passed. Small changes
+// are thus collected, and lost commands repaired.
 [[nodiscard]] std::optional<HelperCommand> commandFor(const FanWish& wish, const SentTargets& sent,
                                                       bool helperInstalled, std::chrono::duration<double> now,
                                                       HandBackPace pace = HandBackPace::calm);
 
-// The speed that the fan was last told to run at; nothing for a fan that was told nothing, was handed back
-// since, or refused: its speed is then not ours.
+// The speed that the fan was last told to run at; absent if the fan was told nothing, was handed back since,
+// or refused: its speed is not ours then.
 [[nodiscard]] std::optional<std::int64_t> requestedRPM(const SentTargets& sent, int index);
 
 // To be called after the helper ran for the wish.
 void record(SentTargets& sent, const FanWish& wish, std::chrono::duration<double> now, bool succeeded = true);
 
-// Makes a fan ours that was found manual in the machine: as if an unknown speed had been sent long ago.
-// Nothing changes for a fan that is ours already.
+// Makes a fan ours that was found manual in the machine, as if an unknown speed had been sent long ago.
+// Changes nothing for a fan that is already ours.
 void takeOver(SentTargets& sent, int index);
 
-// The fans of ours that this poll could not read and that must go back all the same: because of a rule above
-// the user's settings, because their setting is automatic, or because an earlier hand-back failed. A fan that
-// cannot be read can still be handed back by its index.
+// Hand-backs of our fans that this poll could not read but that must go back nevertheless: because of a rule
+// that overrides the user's settings, because their setting is automatic, or because an earlier hand-back
+// failed. A fan that cannot be read can still be handed back by its index.
 [[nodiscard]] std::vector<FanWish> handBacksOfUnreadFans(const PollDecision& decision, const PollInput& input,
                                                          const SentTargets& sent);

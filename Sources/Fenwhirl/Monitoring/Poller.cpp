@@ -6,7 +6,8 @@
 
 namespace {
 
-// The fans are driven by another session, or go to sleep: nothing is wanted of them but to be rid of our own.
+// Used while another session drives the fans, or the computer is going to sleep: all that remains to be done
+// is to hand back our own fans.
 void leaveAlone(PollDecision& decision) {
     for (FanWish& wish : decision.wishes) {
         wish = {wish.index, {}, false};
@@ -24,10 +25,10 @@ std::vector<int> ours(const SentTargets& sent) {
     return indices;
 }
 
-// From the tenth on a fan has no mode key (SMC::fanModes), so that asking for it again is in vain.
+// From index 10 on, fans have no mode key (SMC::fanModes), so it is pointless to ask for their mode again.
 constexpr int fansThatTell = 10;
 
-// Where no fan can be read, nobody has told anything.
+// Whether every fan has reported its mode once. When none has, the answer is no, even if no fan was read.
 bool haveAllTold(const std::vector<FanReading>& fans, const std::set<int>& told) {
     return !told.empty() && std::ranges::all_of(fans, [&told](const FanReading& fan) {
         return fan.index >= fansThatTell || told.contains(fan.index);
@@ -80,7 +81,8 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     if (services_.custody) {
         services_.custody->setReadings(result.fans, decision.forbidsManualControl || decision.boosting);
     }
-    // A fan that heat protection cannot drive at its maximum must not stay where somebody else left it.
+    // A fan that heat protection cannot drive at its maximum must not keep the speed that another program
+    // gave it.
     const bool mustLeaveSome =
         decision.boosting && !std::ranges::all_of(result.fans, &FanReading::isMaximumKnown);
     if (decision.forbidsManualControl || mustLeaveSome) {
@@ -146,8 +148,8 @@ std::vector<int> Poller::fansLastRead() const {
     return fansLastRead_;
 }
 
-// Each fan is looked at until the machine has said once what it is. A session that comes to the front begins
-// anew: what another one left behind is its own from now on.
+// Checks each fan until the machine has reported its mode once. When the session comes to the front, the
+// check starts over: fans that another session left manual are ours from then on.
 void Poller::lookForManualFans(const std::vector<FanReading>& fans, bool isInFront) {
     if (isInFront && !wasInFront_) {
         fansLookedAt_.clear();
@@ -213,6 +215,7 @@ bool Poller::send(const FanWish& wish, const HelperCommand& command,
                   const std::function<bool(const HelperCommand&)>& runHelper) {
     const auto before = sent_.find(wish.index);
     if (wish.desired.manualRPM && (before == sent_.end() || !before->second.isOurs())) {
+        // Recorded before the command runs, so that the guard already knows of the fan.
         record(sent_, wish, services_.now(), false);
         tellCustody();
     }

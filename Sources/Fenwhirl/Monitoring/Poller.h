@@ -1,14 +1,14 @@
-// The side of the monitor that talks to the machine: reads the controller, asks PollDecision what to do, runs
-// the helper for it.
+// The part of the monitor that talks to the machine: it reads the controller, asks PollDecision what to do,
+// and runs the helper for it.
 //
-// Owns the program's one lasting connection, opened once and never again, and remembers what was sent to each
-// fan. It does not trust that memory alone: a fan that the machine says is manual is ours (PollDecision.h),
-// at the start, when the session comes to the front, and in an emergency at every poll. It has no thread of
-// its own.
+// Owns the program's only permanent connection, which is opened once and never reopened, and remembers what
+// was sent to each fan. It does not rely on that memory alone: a fan that the machine reports as manual is
+// ours (PollDecision.h). This is checked at the start, when the session comes to the front and, in an
+// emergency, at every poll. The poller has no thread of its own.
 //
-// Threads: everything belongs to the queue "fenwhirl.smc", on which the monitor calls it. Calls block, for a
-// helper run up to half a minute when the helper hangs. Only the stop flag is shared: once it is true, polls
-// return nothing, a running one starts no further helper, and discovery ends early.
+// Threads: everything belongs to the queue "fenwhirl.smc", on which the monitor calls it. Calls block; if the
+// helper hangs, a helper run takes up to half a minute. Only the stop flag is shared: once it is true, polls
+// return nothing, a running poll starts no further helper, and discovery ends early.
 
 #pragma once
 
@@ -28,25 +28,24 @@
 #include <string>
 #include <vector>
 
-// What a poll takes from the main thread: a snapshot of what the user wants.
+// The input of a poll from the main thread: a snapshot of what the user wants.
 struct PollRequest {
     std::shared_ptr<const FanSettings> settings;
     bool helperInstalled;
-    bool
-        holdsManual; // send no speeds for now but those of heat protection: the helper is about to be removed
-    bool protect;    // heat protection is on
+    bool holdsManual;      // the helper is being removed: send no speeds except those of heat protection
+    bool protect;          // heat protection is on
     double protectAt;      // °C
-    bool isInFront = true; // this session drives the fans; otherwise it reads and gives back what is its own
-    bool isGoingToSleep = false; // the same for now: the computer is about to sleep
-    // Whether the helper speaks our protocol, if that is known already.
+    bool isInFront = true; // this session drives the fans; otherwise the poll reads and hands back our own
+    bool isGoingToSleep = false; // the computer is about to sleep; the poll reads and hands back our own
+    // Whether the helper speaks our protocol, if that is already known.
     std::optional<bool> speaksOurProtocol = true;
-    unsigned resets = 0; // how often the user has put everything back, see Services
+    unsigned resets = 0; // the count of resets when the request was made; see Services
 };
 
 // The reason why a fan is not driven as the user wants.
 enum class PollProblem { noTemperature, refused };
 
-// What a poll gives back to it.
+// The result of a poll for the main thread.
 struct PollResult {
     std::vector<FanReading> fans;
     std::vector<TemperatureReading> temperatures;
@@ -55,8 +54,8 @@ struct PollResult {
     bool helperInstalled;                         // as in the request
     bool wantsManualControl;
     bool isProtecting = false;               // heat protection drives the fans
-    std::optional<PollProblem> problem = {}; // the last one of the poll
-    // By fan index, as after this poll: the speeds that fans were told to run at (requestedRPM).
+    std::optional<PollProblem> problem = {}; // the last problem of the poll
+    // The speeds that fans were told to run at (requestedRPM), as of the end of this poll, by fan index.
     std::map<int, std::int64_t> requested = {};
 };
 
@@ -68,36 +67,39 @@ public:
         std::function<std::chrono::duration<double>()> now;
         std::shared_ptr<const std::atomic<bool>> stop;
         // Asks the helper whether it speaks our protocol; called when that is not known and a speed is to be
-        // sent. Blocks. Without it, it does.
+        // sent. Blocks. If empty, the helper is assumed to speak it.
         std::function<bool()> asksForProtocol = {};
-        // Counts the resets: a poll that was requested before the latest one sends no speed any more.
+        // The number of resets and sleeps: a poll that was requested before the latest one sends no more
+        // speeds.
         std::shared_ptr<const std::atomic<unsigned>> resets = {};
-        // Is told what was read and sent; may be left out.
+        // Receives what was read and sent; may be empty.
         std::shared_ptr<FanCustody> custody = {};
-        // The time of day that readings carry.
+        // The time of day for the readings.
         std::function<std::chrono::system_clock::time_point()> wallClock = std::chrono::system_clock::now;
     };
 
     explicit Poller(Services services);
 
-    // Opens the controller and finds its temperature sensors; false when there is no controller. Once.
+    // Opens the controller and discovers its temperature sensors; false when there is no controller. To be
+    // called once.
     [[nodiscard]] bool open();
 
-    // One poll; nothing without a controller and after the stop.
+    // Runs one poll; returns nothing without a controller or after the stop.
     [[nodiscard]] std::optional<PollResult> poll(const PollRequest& request);
 
-    // Hands every fan back at once, and by its index each one of ours that the machine does not show to be
-    // automatic then: where the controller does not say how many fans it has, "all" are none.
+    // Hands back all fans with one command, and then, by its index, each of our fans that the machine does
+    // not report as automatic: where the controller does not say how many fans it has, "all" means none.
     void handBackEverything();
 
-    // The same for each fan of ours alone, by another helper than usual.
+    // Hands back only our own fans, one by one, with the given way to run the helper.
     void handBackOurs(const std::function<bool(const HelperCommand&)>& runHelper);
 
-    // Whether the machine bears out that the fan is automatic. A fan that told its mode before must tell it
-    // now; where none was ever told, or the connection is lost, there is nothing to ask.
+    // Whether the machine confirms that the fan is automatic. A fan that has reported its mode before must
+    // report it now. If it never has, or if the connection is lost, nothing can be checked and the answer is
+    // true.
     [[nodiscard]] bool hasGoneBack(int index);
 
-    // The fans of the last poll that read them all, for handing them back at the end.
+    // The fans that the last completely read poll found, for handing them back at the end.
     [[nodiscard]] std::vector<int> fansLastRead() const;
 
 private:
@@ -106,12 +108,12 @@ private:
     [[nodiscard]] std::map<int, std::int64_t> requestedSpeeds(const std::vector<FanReading>& fans) const
         FENWHIRL_REQUIRES(queue_);
     void tellCustody() const FENWHIRL_REQUIRES(queue_);
-    // Runs the helper where a wish needs it; the last problem met.
+    // Runs the helper for the wishes that need it; returns the last problem met.
     std::optional<PollProblem> carryOut(const PollDecision& decision, const PollRequest& request)
         FENWHIRL_REQUIRES(queue_);
     [[nodiscard]] bool maySendSpeed(const PollDecision& decision, const PollRequest& request) const
         FENWHIRL_REQUIRES(queue_);
-    // Runs the helper and remembers what came of it; the guard knows of the fan beforehand.
+    // Runs the helper and records the outcome. The guard knows of the fan before the command runs.
     [[nodiscard]] bool send(const FanWish& wish, const HelperCommand& command,
                             const std::function<bool(const HelperCommand&)>& runHelper)
         FENWHIRL_REQUIRES(queue_);
@@ -123,6 +125,6 @@ private:
     SentTargets sent_ FENWHIRL_GUARDED_BY(queue_);
     bool boosting_ FENWHIRL_GUARDED_BY(queue_) = false;
     std::vector<int> fansLastRead_ FENWHIRL_GUARDED_BY(queue_);
-    std::set<int> fansLookedAt_ FENWHIRL_GUARDED_BY(queue_); // whose modes are known from the machine
+    std::set<int> fansLookedAt_ FENWHIRL_GUARDED_BY(queue_); // the machine has reported their modes
     bool wasInFront_ FENWHIRL_GUARDED_BY(queue_) = true;
 };

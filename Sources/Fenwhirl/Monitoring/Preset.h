@@ -15,17 +15,17 @@ enum class Preset { automatic, silent, balanced, game, max };
 inline constexpr std::array<Preset, 5> allPresets = {Preset::automatic, Preset::silent, Preset::balanced,
                                                      Preset::game, Preset::max};
 
-// "auto", "silent", "balanced", "game", "max": the words of the stored preferences.
+// The value in the stored preferences: "auto", "silent", "balanced", "game" or "max".
 [[nodiscard]] std::string_view rawValue(Preset preset);
 [[nodiscard]] std::optional<Preset> presetFromRawValue(std::string_view text);
 
-// The preset with this raw value, or with this title in any language, small letters or capital ones. Main
-// thread: the interface language is changed meanwhile and reset.
+// The preset with this raw value, or with this title in any language; case does not matter. Main thread: the
+// interface language is changed temporarily.
 [[nodiscard]] std::optional<Preset> presetFromName(const QString& name);
 
 // Name and explanation in the interface language.
 [[nodiscard]] QString title(Preset preset);
 [[nodiscard]] QString detail(Preset preset);
 
-// What the preset makes of a fan whose highest speed is `maxRPM`.
+// The setting that the preset gives to a fan whose highest speed is `maxRPM`.
 [[nodiscard]] FanSetting settingFor(Preset preset, double maxRPM);

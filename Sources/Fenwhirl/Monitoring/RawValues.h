@@ -1,4 +1,4 @@
-// Enumerations that are stored by words: one table per enumeration, read in both directions.
+// Enumerations that are stored as text: one table per enumeration, used in both directions.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-// Rows of an enumeration's case and its word; every case has exactly one row.
+// Rows of an enumerator and its text; every enumerator has exactly one row.
 template <typename Case, std::size_t count>
 using RawValueTable = std::array<std::pair<Case, std::string_view>, count>;
 

@@ -19,7 +19,7 @@ void saveWord(PreferencesStore& store, const QString& key, std::string_view word
     store.setText(key, QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size())));
 }
 
-// The case that a stored word names, if a word is stored and names one.
+// The enumerator that the stored text names, if there is such a text and it names one.
 template <typename Case>
 std::optional<Case> storedCase(const PreferencesStore& store, const QString& key,
                                std::optional<Case> (*caseFromRawValue)(std::string_view)) {

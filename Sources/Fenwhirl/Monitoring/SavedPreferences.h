@@ -1,9 +1,9 @@
-// What the monitor remembers between two launches: its properties on one side, the keys and types of the
-// user's preferences on the other.
+// What the monitor remembers from one launch to the next: its properties on one side, the keys and types of
+// the user's preferences on the other.
 //
-// What is absent, of another type or not understood leaves the default. Thresholds and the switch are read
-// from whatever is stored, taken as they are, and written back as what they are. All failures are silent: the
-// user sees defaults, and what was stored stays until it is written the next time.
+// A value that is absent, of another type or unintelligible leaves the default. Thresholds and the switch are
+// read from whatever type is stored, used unchanged, and written back in their own type. All failures are
+// silent: the user sees the defaults, and the stored value stays until it is next written.
 //
 // Threads: those of the store.
 
@@ -34,13 +34,13 @@ struct SavedPreferences {
     [[nodiscard]] static SavedPreferences load(PreferencesStore& store);
 };
 
-// Where a property is stored. Its type says how: booleans and numbers as they are, enumerations by their
-// words, an empty preset by no key, the fans' settings as data (FanSettingsJSON.h).
+// Where a property is stored. Its type determines how: booleans and numbers directly, enumerations as text,
+// an empty preset as an absent key, the fans' settings as data (FanSettingsJSON.h).
 template <typename Value>
 struct Preference {
     const char* key;
     Value SavedPreferences::*property;
-    bool isWrittenBack = false; // what another type was read from is stored as what it is
+    bool isWrittenBack = false; // a value that was read from another type is written back in its own
 };
 
 template <typename Value>
@@ -58,13 +58,13 @@ inline constexpr Preference settings{"settings", &SavedPreferences::settings};
 inline constexpr Preference activePreset{"preset", &SavedPreferences::activePreset};
 inline constexpr Preference didOnboard{"didOnboard", &SavedPreferences::didOnboard};
 
-// What is loaded, in this order.
+// The preferences to load, in this order.
 inline constexpr std::tuple all{warmThreshold, hotThreshold, alertsEnabled, alertThreshold, theme,
                                 language,      settings,     activePreset,  didOnboard};
 
 } // namespace Preferences
 
-// Stores one property. Settings that cannot be encoded leave the stored ones untouched.
+// Stores one property. If settings cannot be encoded, the stored ones stay untouched.
 void save(PreferencesStore& store, const Preference<bool>& preference, bool on);
 void save(PreferencesStore& store, const Preference<double>& preference, double number);
 void save(PreferencesStore& store, const Preference<AppTheme>& preference, AppTheme theme);

@@ -22,7 +22,7 @@ void SensorRecord::moveTo(std::int64_t span) {
         for (const Range& range : *sensor) {
             isEmpty = isEmpty && range.lowest > range.highest;
         }
-        // A sensor that is no longer read leaves nothing behind.
+        // A sensor that is no longer read is removed.
         sensor = isEmpty ? sensors_.erase(sensor) : std::next(sensor);
     }
     span_ = span;

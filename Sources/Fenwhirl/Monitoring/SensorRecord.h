@@ -1,8 +1,8 @@
-// How cool and how hot each sensor was in the last ten minutes.
+// The lowest and highest value of each sensor in the last ten minutes.
 //
-// A plain value without a clock or a thread of its own. Time is kept in spans of half a minute, so what it
-// says covers ten minutes and at most half a minute more; a sensor takes some 200 bytes, however often it is
-// read.
+// A plain value without a clock or thread of its own. Time is divided into spans of half a minute, so the
+// result covers ten minutes and at most half a minute more. A sensor takes some 200 bytes, however often it
+// is read.
 
 #pragma once
 
@@ -20,9 +20,9 @@
 
 class SensorRecord {
 public:
-    // Notes the readings, and enters into each what its sensor read in the last ten minutes, this time
-    // included. `now` is on a clock that counts sleep and never goes back. After a pause of more than ten
-    // minutes the record starts anew. A reading that is no number is not noted.
+    // Records the readings, and fills in the lowest and highest value of each sensor in the last ten minutes,
+    // including this reading. `now` is on a clock that includes sleep and never goes back. After a pause of
+    // more than ten minutes the record starts over. A reading that is not finite is not recorded.
     void add(QList<SensorState>& sensors, std::chrono::duration<double> now);
 
 private:
@@ -35,7 +35,7 @@ private:
 
     void moveTo(std::int64_t span);
 
-    QHash<QString, std::array<Range, spans>> sensors_; // each span in its place modulo their number
-    std::optional<std::int64_t> span_;                 // the running one
+    QHash<QString, std::array<Range, spans>> sensors_; // ring buffers: a span is at its number modulo `spans`
+    std::optional<std::int64_t> span_;                 // the current one
     std::chrono::duration<double> lastAdded_{};
 };

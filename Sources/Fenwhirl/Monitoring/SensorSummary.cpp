@@ -15,7 +15,7 @@ bool isProcessorKey(const std::string& key) {
     return std::ranges::any_of(prefixes, [&](std::string_view prefix) { return key.starts_with(prefix); });
 }
 
-// The largest value among the readings that `counts` accepts.
+// The highest value among the readings whose keys `counts` accepts.
 template <typename Predicate>
 std::optional<double> hottest(std::span<const TemperatureReading> readings, Predicate counts) {
     std::optional<double> result;

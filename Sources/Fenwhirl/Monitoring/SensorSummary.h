@@ -1,7 +1,6 @@
-// What a list of temperatures says at a glance: the main temperature, the sensors to show first, the verdict.
+// Summarises a list of temperatures: the main temperature, the sensors to show first, the assessment.
 //
-// Pure functions on the readings of one poll; temperatures in degrees Celsius. Safe on every thread, but for
-// nothing else than their arguments.
+// Pure functions of the readings of one poll; temperatures are in degrees Celsius. Safe on every thread.
 
 #pragma once
 
@@ -14,14 +13,14 @@
 #include <span>
 
 // The main temperature: the first key of SensorNames::primaryKeys that has a reading (the order of that list
-// decides, not the heat); else the hottest processor sensor (keys that begin with "TC", "Tp", "Te" or "Tf");
-// else the hottest of all; nothing without readings.
+// decides, not the temperature); otherwise the hottest processor sensor (keys that begin with "TC", "Tp",
+// "Te" or "Tf"); otherwise the hottest of all; absent without readings.
 [[nodiscard]] std::optional<double> primaryTemperature(std::span<const TemperatureReading> readings);
 
-// At most six sensors: those of SensorNames::featuredKeys in that order, filled up with the hottest others;
-// equally hot ones keep their order.
+// At most six sensors: those of SensorNames::featuredKeys in that order, then the hottest of the others.
+// Equally hot ones keep their order.
 [[nodiscard]] QList<SensorState> featuredSensors(const QList<SensorState>& sensors);
 
-// The verdict; a threshold counts from exactly its value on. Normal without a temperature.
+// The assessment. A threshold is reached at exactly its value. Normal without a temperature.
 [[nodiscard]] HealthStatus healthStatus(std::optional<double> primaryCelsius, double warmThreshold,
                                         double hotThreshold);
