@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int usualPixels = 56; // 28 points at two pixels a point
+constexpr int usualPixels = 56; // 28 points at two pixels per point
 
 } // namespace
 

@@ -1,6 +1,7 @@
-// Gives QML the icons of applications: "image://application/" and the application's path, percent-encoded.
+// Provides QML with the icons of applications, as "image://application/" followed by the application's path,
+// percent-encoded.
 //
-// Threads: main thread (a provider of pixmaps is asked there). Owned by the engine.
+// Threads: main thread, on which Qt calls providers of pixmaps. Owned by the engine.
 
 #pragma once
 
@@ -11,7 +12,7 @@ class ApplicationIconProvider : public QQuickImageProvider {
 public:
     ApplicationIconProvider();
 
-    // The address of an application's icon; empty when the system has none for it.
+    // The URL of an application's icon; empty when the system has no icon for it.
     [[nodiscard]] static QString sourceFor(const QString& applicationPath);
     [[nodiscard]] static QString name();
 

@@ -1,10 +1,10 @@
-// What the user asks for on the command line of the application.
+// Parses the command line of the application.
 //
-// Options may stand anywhere; those that are not known here are left to Qt, or to nobody: they do not keep
-// the application from starting. What is printed is English, as the program falls back to.
+// Options may appear anywhere. Options that are not known here are left to Qt or ignored; they do not keep
+// the application from starting. Output is in English, the program's fallback language.
 //
-// Threads: main thread only, before anything else is set up: a preset's titles are looked up in every
-// language.
+// Threads: main thread only, before anything else is set up, because the titles of presets are looked up in
+// every language.
 
 #pragma once
 
@@ -17,23 +17,23 @@
 
 struct CommandLine {
     enum class Task {
-        start,       // or tell the running instance
-        showVersion, // print it and end
-        showHelp,    // the same
-        complain,    // print `complaint` and end with `usageStatus`
+        start,       // start the application, or notify the running instance
+        showVersion, // print the version and exit
+        showHelp,    // print the help text and exit
+        complain,    // print `complaint` and exit with `usageStatus`
     };
 
     static constexpr int usageStatus = 64;
 
     Task task = Task::start;
-    std::optional<Preset> preset; // to be chosen
-    QString complaint = {};       // of a preset that does not exist
+    std::optional<Preset> preset; // the preset to apply
+    QString complaint = {};       // about a preset that does not exist
 
-    // `arguments`: without the program's name.
+    // `arguments` does not include the program's name.
     [[nodiscard]] static CommandLine parse(std::span<char* const> arguments);
 
     [[nodiscard]] static QString version(const QString& number);
     [[nodiscard]] static QString help();
-    // What is running could not be told of the preset.
+    // The message when the running instance could not be told about the preset.
     [[nodiscard]] static QString nobodyHears();
 };

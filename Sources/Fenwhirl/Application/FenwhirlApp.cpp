@@ -80,7 +80,7 @@ QString actionFor(Preset preset) {
     return QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size()));
 }
 
-// What is left to do for a start that is not the first; the process's status.
+// Handles a start while another instance is running; returns the exit status of this process.
 int tellFirst(SingleInstance& instance, std::optional<Preset> preset) {
     if (!preset) {
         instance.raiseFirst();
@@ -99,7 +99,7 @@ void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& col
 } // namespace
 
 int fenwhirl_app_main(int argc, char** argv) {
-    // Whoever started us may have ignored it, and then no child's status could be waited for.
+    // Our parent may have made us ignore SIGCHLD, and then no child's status could be waited for.
     static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
     const CommandLine command =
         CommandLine::parse(std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
@@ -161,7 +161,8 @@ int fenwhirl_app_main(int argc, char** argv) {
                      [&monitor, &sleep] { monitor.prepareForSleep([&sleep] { sleep->ready(); }); });
     QObject::connect(sleep.get(), &SleepWatch::awake, &monitor, &Monitor::wakeUp);
 
-    // The first poll comes after the first word on who is in front: another user's fans are not touched.
+    // Polling starts only after it is known which session is in front, so that another user's fans are not
+    // touched.
     const std::unique_ptr<SessionPresence> presence = SessionPresence::create();
     const auto tellPresence = [&monitor, &presence] { monitor.setInFront(presence->isInFront()); };
     QObject::connect(presence.get(), &SessionPresence::changed, &monitor, tellPresence);

@@ -1,10 +1,10 @@
-// The one door between the executable and the graphical application.
+// The single entry point from the executable into the graphical application.
 //
-// The executable links no Qt, because its set-user-ID copy runs as root far from any library; it loads this
-// library at run time, only in the application role. Nothing may be thrown across this border: the two sides
-// have C++ runtimes of their own.
+// The executable does not link Qt, because its set-user-ID copy runs as root far from any library. It loads
+// this library at run time, and only in the application role. Exceptions must not cross this boundary: the
+// two sides have separate C++ runtimes.
 
 #pragma once
 
-// Runs the application until it quits; returns the process's exit status. Main thread, once.
+// Runs the application until it quits; returns the exit status of the process. Main thread, once.
 extern "C" __attribute__((visibility("default"))) int fenwhirl_app_main(int argc, char** argv);

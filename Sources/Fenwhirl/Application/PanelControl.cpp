@@ -13,11 +13,13 @@
 
 namespace {
 
-// The click that closes the panel may be on the status item and be reported as a wish to open it just after.
+// The click that closes the panel may be on the status item, which then reports it as a request to open the
+// panel.
 constexpr qint64 reopenGuardMilliseconds = 250;
 constexpr int screenMargin = 16;
 
-// Innermost first. A window lays its content out with its first picture, and only then knows how large it is.
+// Lays out the items, innermost first. A window would otherwise do so with its first frame, and its size
+// would not be known before.
 void layOut(QQuickItem& item) {
     for (QQuickItem* child : item.childItems())
         layOut(*child);
@@ -34,7 +36,7 @@ PanelControl::~PanelControl() {
 
 void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
     if (window_ && window_->isVisible()) {
-        // The second half of a double click asks for nothing.
+        // The second half of a double click is ignored.
         if (opened_.elapsed() >= QGuiApplication::styleHints()->mouseDoubleClickInterval())
             close();
         return;
@@ -43,7 +45,7 @@ void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
         return;
     Q_EMIT opening();
     const PanelSurroundings surroundings = panelSurroundings();
-    // Whether a window can be translucent is settled when it is made.
+    // Whether a window can be translucent is fixed when it is created.
     if (!window_ || surroundings != surroundings_)
         make(surroundings);
     itemPlace_ = itemPlace;
@@ -71,13 +73,13 @@ void PanelControl::make(PanelSurroundings surroundings) {
         if (!window_->isActive() && isReached_)
             close();
     });
-    // Its content may change while it is shown.
+    // The content, and with it the size, may change while the panel is shown.
     connect(window_.get(), SIGNAL(panelAreaChanged()), this, SLOT(place()));
     connect(window_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
         if (visible)
             return;
         closed_.start();
-        // Not at once: it may be what calls.
+        // Deferred, because the press watch itself may be the caller.
         QMetaObject::invokeMethod(
             this,
             [this] {
@@ -94,7 +96,7 @@ void PanelControl::forgetWindow() {
     if (!window_)
         return;
     watch_.reset();
-    // It says that it goes, and by then it is no window any more.
+    // While it is being destroyed, the window still emits signals, but is no longer a QQuickWindow.
     window_->removeEventFilter(this);
     window_->disconnect(this);
     window_.reset();
@@ -105,7 +107,7 @@ void PanelControl::place() {
     // The panel without the margin of its window.
     const QRect panel = window_->property("panelArea").toRectF().toRect();
     window_->setPosition(panelPosition(itemPlace_, panel.size(), free) - panel.topLeft());
-    const int margin = panel.left(); // on all sides; the shadow falls a little
+    const int margin = panel.left(); // the same on all sides, except that the shadow is offset downwards
     declareShadow(*window_, {margin, panel.top(), margin, 2 * margin - panel.top()});
 }
 

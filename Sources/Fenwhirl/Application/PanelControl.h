@@ -1,10 +1,9 @@
-// The status item's panel: opened at the item, closed by a second click, by a press anywhere else and by
-// losing the focus.
+// The status item's panel. It opens at the item; a second click, a press anywhere else and the loss of focus
+// close it.
 //
-// The window is made when it is first wanted and kept; made anew when what it stands on composes windows
-// now, or does no longer.
+// The window is created when the panel is first opened, and kept. It is created again when compositing on the
+// desktop was switched on or off since then, because that decides whether the window can be translucent.
 //
-// Threads: main thread only.
 
 #pragma once
 
@@ -25,7 +24,7 @@ class PanelControl : public QObject {
     Q_OBJECT
 
 public:
-    // Makes the panel's window with these properties beside its own.
+    // Creates the panel's window with these properties in addition to its own.
     using Maker = std::function<std::unique_ptr<QQuickWindow>(const QVariantMap& properties)>;
 
     explicit PanelControl(Maker maker);
@@ -34,20 +33,21 @@ public:
     PanelControl(const PanelControl&) = delete;
     PanelControl& operator=(const PanelControl&) = delete;
 
-    // Opens the panel at the status item's place, or closes it when it is open. `token` is the desktop's
+    // Opens the panel at the status item's position, or closes it when it is open. `token` is the desktop's
     // permission to take the focus.
     void toggle(const QRect& itemPlace, const QString& token);
     void close();
 
-    // Null before it was first opened.
+    // Null before the panel was first opened.
     [[nodiscard]] QQuickWindow* window() const { return window_.get(); }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
-    // It is about to open, and what it shows should be there.
+    // The panel is about to open; its content should be up to date.
     void opening();
-    // Its window was shown, hidden, minimised or brought back; not while it is forgotten.
+    // The panel's window was shown, hidden, minimised or restored; not emitted while the window is being
+    // discarded.
     void visibilityChanged();
 
 private Q_SLOTS:
@@ -62,7 +62,7 @@ private:
     PanelSurroundings surroundings_ = PanelSurroundings::cut;
     QRect itemPlace_;
     std::unique_ptr<PressWatch> watch_; // while the window is shown
-    bool isReached_ = false;            // somebody has come to it since it opened
+    bool isReached_ = false;            // the pointer or the keyboard has reached it since it opened
     QElapsedTimer opened_;
     QElapsedTimer closed_;
 };

@@ -1,6 +1,6 @@
-// What is in the program's menus, in the shown language: application, Edit, View, Window, Help.
+// The contents of the program's menus in the shown language: application, Edit, View, Window, Help.
 //
-// Pure but for the language. Main thread.
+// Pure, except for the language. Main thread.
 
 #pragma once
 
@@ -9,11 +9,11 @@
 
 #include <functional>
 
-// What the program does itself. All of them must be set.
+// The commands that the program implements itself. All of them must be set.
 struct MenuCommands {
-    std::function<void(Page)> showPage; // in the main window, which comes forward
+    std::function<void(Page)> showPage; // in the main window, which is brought to the front
     std::function<void()> createReport;
 };
 
-// The settings are a page, chosen by Command-comma as in every program. Each page has its number as a key.
+// The settings are a page, opened with Command-comma as in every program. Each page's shortcut is its number.
 [[nodiscard]] QList<Menu> programMenus(const MenuCommands& commands);

@@ -13,14 +13,14 @@
 
 namespace {
 
-// One number for the moment at which the helper's file last changed.
+// The time at which the helper's file was last modified, as a single number.
 std::optional<std::int64_t> helperFileStamp() {
     const auto status = fileStatus(std::string(HelperClient::helperPath));
     if (!status) {
         return std::nullopt;
     }
     constexpr std::uint64_t nanosecondsPerSecond = 1'000'000'000;
-    // Unsigned, because a hostile file may have any time and only equality matters.
+    // Unsigned, because a hostile file may have any time, and only equality matters.
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(status->modified.seconds) *
                                          nanosecondsPerSecond +
                                      static_cast<std::uint64_t>(status->modified.nanoseconds));

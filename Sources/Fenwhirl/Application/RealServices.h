@@ -1,10 +1,9 @@
-// The real things behind the models of the running application: controller, helper, clock, preferences,
-// notifications, login item, and the hand-back of the fans when the application does not live to do it
-// itself.
+// The real services behind the models of the running application: controller, helper, clock, preferences,
+// notifications, login item, and the hand-back of the fans when the application ends abnormally.
 //
-// Threads: made and destroyed on the main thread; the functions it gives out say themselves where they are
-// called. Must outlive the models. One object for the life of the process: it installs the handlers of fatal
-// signals.
+// Threads: created and destroyed on the main thread; for the functions that it provides, MonitorServices.h
+// says where they are called. Must outlive the models. One object for the life of the process, because it
+// installs the handlers of fatal signals.
 
 #pragma once
 
@@ -33,9 +32,9 @@ public:
 private:
     std::unique_ptr<PreferencesStore> preferences_;
     std::unique_ptr<EmergencyHandBack> emergency_;
-    std::unique_ptr<Activity> activity_; // while the program must act in time
+    std::unique_ptr<Activity> activity_; // exists while the program must act in time
 };
 
-// Shows a notification as texts are drawn: the desktop breaks its lines, and no number is parted from its
-// unit.
+// Shows a notification with the text as it is drawn (DrawnText.h), so that the desktop's line breaks do not
+// separate a number from its unit.
 void showNotification(const QString& title, const QString& message);

@@ -38,7 +38,7 @@ AppearanceChoice choiceOf(AppTheme theme) {
     return AppearanceChoice::system;
 }
 
-// For what the toolkit draws by itself beside our windows: its dialog for saving a file, where the desktop
+// The palette for what Qt draws itself beside our windows: its dialog for saving a file, where the desktop
 // has none.
 QPalette dialogPalette(bool dark) {
     using Fenwhirl::PaletteColor;
@@ -116,7 +116,7 @@ std::unique_ptr<QQuickWindow> WindowControl::makeWindow(const QUrl& file, const 
     QQmlComponent component(&engine(), file);
     if (!component.isReady())
         qFatal("A window could not be made: %s", qUtf8Printable(component.errorString()));
-    applyAppearance(); // the file's imports have brought the theme, and nothing is drawn yet
+    applyAppearance(); // the theme exists once the file's imports are loaded, and nothing is drawn yet
     QObject* object = component.createWithInitialProperties(properties);
     std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow*>(object));
     if (!window) {
@@ -139,7 +139,7 @@ void WindowControl::openMain(const QString& token) {
     panel_.close();
     MainWindowBehaviour::setRegular();
     if (!main_) {
-        models_.setAwake(true); // the first picture shows what there is
+        models_.setAwake(true); // so that the first frame shows the current state
         main_ = makeWindow(mainWindowFile(), withModels());
         if (!placeFile_.isEmpty())
             place_ = std::make_unique<WindowPlaceKeeper>(*main_, placeFile_);
@@ -147,7 +147,7 @@ void WindowControl::openMain(const QString& token) {
         main_->installEventFilter(this);
         connect(main_.get(), &QWindow::windowStateChanged, this,
                 [this, before = main_->windowStates()]() mutable {
-                    // It is also said when nothing changes.
+                    // The signal is also emitted when nothing has changed.
                     const Qt::WindowStates states = main_->windowStates();
                     if (std::exchange(before, states) != states && main_->handle() != nullptr)
                         MainWindowBehaviour::configure(*main_);
@@ -220,7 +220,7 @@ void WindowControl::updateAwake() {
 }
 
 void WindowControl::applyTheme() {
-    appearance_.choose(choiceOf(monitor_.theme())); // first: it may change what the system's appearance is
+    appearance_.choose(choiceOf(monitor_.theme())); // first, because it may change the system's appearance
     applyAppearance();
 }
 

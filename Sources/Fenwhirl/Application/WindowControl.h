@@ -1,9 +1,10 @@
-// The windows: the main window, the status item's panel, and the QML engine behind them.
+// Manages the windows: the main window, the status item's panel, and the QML engine behind them.
 //
-// Nothing of it exists until something is to be shown: a program that starts hidden loads no QML at all. Once
-// made, the main window is kept and only hidden when it is closed, so that it comes back at once and on the
-// same page. While no window can be seen, the views sleep (ViewModels::setAwake). A little after the start,
-// and after the last window has gone, the memory that they alone needed is given back.
+// None of this exists until something has to be shown: a program that starts hidden loads no QML at all. Once
+// created, the main window is kept and only hidden when it is closed, so that it comes back immediately and
+// on the same page. While no window is visible, the views sleep (ViewModels::setAwake). Some time after the
+// start, and after the last window has disappeared, memory that is no longer needed is given back to the
+// system.
 //
 // Threads: main thread only. The models and services must outlive it.
 
@@ -32,22 +33,22 @@ namespace Fenwhirl {
 class Theme;
 }
 
-// A question with two answers.
+// The texts of a question with two answers.
 struct AlertTexts {
     QString title;
     QString body;
     QString accept; // the default button
-    QString later;  // closes the alert, nothing more
+    QString later;  // only closes the alert
 };
 
 class WindowControl : public QObject {
     Q_OBJECT
 
 public:
-    // From the start, and from the last window's end, until memory that only they needed is given back.
+    // The delay from the start, and from the end of the last window, until unneeded memory is given back.
     static constexpr std::chrono::seconds restPatience = std::chrono::seconds(10);
 
-    // `openMain` of the services is filled here.
+    // The constructor sets `openMain` of the services.
     WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
                   ViewServices services, QObject* parent = nullptr);
     ~WindowControl() override;
@@ -55,26 +56,27 @@ public:
     WindowControl(const WindowControl&) = delete;
     WindowControl& operator=(const WindowControl&) = delete;
 
-    // Set at a launch that is to show nothing but the status item; consumed by the first `appear`.
+    // Set for a launch that is to show nothing but the status item; the first call of `appear` resets it.
     bool hideOnFirstAppearance = false;
 
-    // From now on the main window comes back where it was; not yet made.
+    // From now on the main window is restored to its last position. To be called before the window is
+    // created.
     void rememberPlaceIn(const QString& file) { placeFile_ = file; }
 
-    // The launch is done: shows the main window, unless it is to hide.
+    // To be called when the launch is complete: shows the main window, unless it is to stay hidden.
     void appear();
-    // Closes the panel, then shows and raises the main window; makes it if there is none yet. `token` is the
-    // desktop's permission to take the focus.
+    // Closes the panel, then shows and raises the main window, which is created if it does not exist yet.
+    // `token` is the desktop's permission to take the focus.
     void openMain(const QString& token = {});
-    // The same with this page.
+    // The same, with this page selected.
     void openPage(Page page);
-    // Begins a diagnostic report, as its button does.
+    // Starts a diagnostic report, like the button for it.
     void createReport();
-    // Opens the panel at the status item's place, or closes it when it is open.
+    // Opens the panel at the status item's position, or closes it when it is open.
     void togglePanel(const QRect& itemPlace, const QString& token = {});
 
-    // Brings the program to the front with a question that stays before everything else; `accepted` is called
-    // when the user agrees.
+    // Brings the program to the front with a question that stays above everything else. `accepted` is called
+    // if the user agrees.
     void showAlert(const AlertTexts& texts, std::function<void()> accepted);
 
     // The main window; null before it was first opened.
@@ -83,7 +85,7 @@ public:
     // The status item's panel; null before it was first opened.
     [[nodiscard]] QQuickWindow* panel() const { return panel_.window(); }
 
-    // Whether the engine exists, that is whether anything was ever shown.
+    // Whether the engine exists, that is, whether anything was ever shown.
     [[nodiscard]] bool hasEngine() const { return engine_ != nullptr; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -103,7 +105,8 @@ private:
     void applyAppearance();
     void retranslate();
     void watchVisibility(QQuickWindow& window);
-    // Before a window goes: it says that it does, and by then it is no window any more. Null is nothing.
+    // To be called before a window is destroyed: while that happens the window still emits signals, but is no
+    // longer a QQuickWindow. Null is allowed and ignored.
     void stopListening(QQuickWindow* window);
     void updateAwake();
 
@@ -111,9 +114,9 @@ private:
     SystemAppearance& appearance_;
     ViewModels models_;
     std::unique_ptr<QQmlEngine> engine_;
-    QString placeFile_; // empty: nothing is remembered
+    QString placeFile_; // empty: the position is not remembered
     std::unique_ptr<QQuickWindow> main_;
-    std::unique_ptr<WindowPlaceKeeper> place_; // goes before the window
+    std::unique_ptr<WindowPlaceKeeper> place_; // declared later, so that it is destroyed before the window
     PanelControl panel_;
     std::unique_ptr<QQuickWindow> alert_;
     std::function<void()> acceptAlert_;

@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr int largestNumber = 100000; // of a point or a length on any desktop
+constexpr int largestNumber = 100000; // exceeds every coordinate and length on any desktop
 constexpr qint64 longestFile = 4096;
 
 std::optional<int> number(const QJsonObject& object, const char* name, int least) {
@@ -41,7 +41,7 @@ int shared(const QRect& one, const QRect& other) {
     return both.isEmpty() ? 0 : both.width() * both.height();
 }
 
-// Moves a length into a range; where it does not fit, its beginning shows.
+// Moves a length into a range. If it does not fit, its beginning is visible.
 int inside(int position, int length, int low, int high) {
     return std::max(low, std::min(position, high - length));
 }
@@ -80,7 +80,8 @@ WindowPlaceKeeper::WindowPlaceKeeper(QWindow& window, QString file)
          {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged, &QWindow::heightChanged})
         connect(&window_, changed, this, &WindowPlaceKeeper::note);
     connect(&window_, &QWindow::windowStateChanged, this, &WindowPlaceKeeper::note);
-    // It says so before it has gone: what it says of its place afterwards is nobody's.
+    // visibleChanged(false) comes before the window is gone; the geometry that it reports afterwards is not
+    // valid.
     connect(&window_, &QWindow::visibleChanged, this, [this](bool visible) {
         if (visible)
             note();
@@ -117,7 +118,7 @@ void WindowPlaceKeeper::note() {
         return;
     place_.maximized = window_.windowStates().testFlag(Qt::WindowMaximized);
     const QSize screen = window_.screen()->availableSize();
-    // Maximising changes the size before the state.
+    // Maximising changes the size before the state, so the size is checked as well.
     const bool fills = window_.width() >= screen.width() && window_.height() >= screen.height();
     if (window_.windowStates() == Qt::WindowNoState && !fills)
         place_.area = window_.geometry();

@@ -1,7 +1,8 @@
-// Where the main window was, for the next start.
+// Remembers the main window's position and size for the next start.
 //
-// A file of its own (JSON: x, y, width, height, maximized), not among the preferences: it changes with every
-// move, and losing it costs nothing. A file that is missing or makes no sense is as if nothing were known.
+// They are stored in a file of their own (JSON: x, y, width, height, maximized), not among the preferences:
+// they change with every move, and losing them does no harm. A missing or invalid file is treated as if no
+// position were known.
 //
 // Threads: main thread only; the first two functions are pure.
 
@@ -19,7 +20,7 @@
 class QWindow;
 
 struct WindowPlace {
-    QRect area; // without the frame, in points of the virtual desktop; as it is when not maximised
+    QRect area; // without the frame, in points of the virtual desktop; when maximised, the normal geometry
     bool maximized = false;
 
     bool operator==(const WindowPlace&) const = default;
@@ -27,18 +28,19 @@ struct WindowPlace {
 
 [[nodiscard]] std::optional<WindowPlace> windowPlaceFrom(const QByteArray& text);
 
-// Where the window may go on the screens that exist now (what each leaves free of bars): where it was, if all
-// of it can be seen there. Otherwise moved, and made smaller where it must be, onto the screen that shows
-// most of it, or onto the first; never smaller than `least`. Nothing without a screen.
+// The geometry for the window on the screens that exist now (for each, the area that bars leave free). The
+// old geometry, if it is fully visible. Otherwise moved, and shrunk where necessary, onto the screen that
+// shows most of it, or onto the first one; never smaller than `least`. Absent if there is no screen.
 [[nodiscard]] std::optional<QRect> placeOnScreens(const QRect& area, const QList<QRect>& screens,
                                                   QSize least);
 
-// Puts a window where it was and writes down where it is whenever it is hidden or closed, and at the end.
+// Restores a window's geometry, and saves the current one whenever the window is hidden or closed, and at the
+// end.
 class WindowPlaceKeeper : public QObject {
     Q_OBJECT
 
 public:
-    // `window` has not been shown yet, and outlives this.
+    // `window` has not been shown yet, and must outlive this object.
     WindowPlaceKeeper(QWindow& window, QString file);
     ~WindowPlaceKeeper() override;
 
