@@ -15,8 +15,8 @@ namespace HelperMode {
 
 namespace {
 
-// Raised whenever the commands or their meaning change. The application then offers to install the helper
-// again.
+// Raised whenever the commands or their meaning change. The application then offers to
+// install the helper again.
 constexpr std::string_view versionLine = "3\n";
 
 constexpr std::chrono::seconds patienceWithReaders{3};

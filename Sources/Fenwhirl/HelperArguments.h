@@ -1,8 +1,8 @@
 // Parses the two numbers of the helper's command line.
 //
-// Any user who can log in can start the set-user-ID helper with arbitrary text. Both parsers therefore accept
-// a text as a whole or not at all, and depend on nothing outside it: no locale, no environment. Pure and
-// thread-safe.
+// Any user who can log in can start the set-user-ID helper with arbitrary text. Both parsers
+// therefore accept a text as a whole or not at all, and depend on nothing outside it: no locale, no
+// environment. Pure and thread-safe.
 
 #pragma once
 

@@ -1,9 +1,9 @@
 // One open connection to the System Management Controller, and the program's only access to sensors and fans.
 //
 // Keys are four-character strings ("FNum", "F0Ac", "TC0P"); fans are numbered from 0, as in the keys.
-// Temperatures are in degrees Celsius, speeds in revolutions per minute. Nothing is cached: each key read is
-// two round trips (key info, then read). The controller itself holds all state, so two connections always
-// agree.
+// Temperatures are in degrees Celsius, speeds in revolutions per minute. Nothing is cached: each key
+// read is two round trips (key info, then read). The controller itself holds all state, so two
+// connections always agree.
 //
 // Failures are returned as values: an absent optional, or false. Nothing is retried, except where setFanSpeed
 // says so. Only a broken precondition stops the process: a key count, fan count or fan mask that is not a
@@ -84,8 +84,8 @@ public:
     [[nodiscard]] bool writeBytes(std::string_view key, std::uint32_t size,
                                   std::span<const std::uint8_t> bytes);
     [[nodiscard]] bool writeValue(std::string_view key, double value);
-    // Every key that the controller reports, in its order, including duplicates. An index that cannot be read
-    // is skipped.
+    // Every key that the controller reports, in its order, including duplicates. An index that
+    // cannot be read is skipped.
     [[nodiscard]] std::vector<std::string> allKeys();
 
     // Folds the first four bytes, big-endian. A shorter text is not padded; a longer one is truncated
@@ -95,8 +95,8 @@ public:
     [[nodiscard]] static std::string string(std::uint32_t code);
 
     // --- Fans ---
-    // As the controller reports it, or 0 when it reports none. Not bounded; negative if the controller says
-    // so.
+    // As the controller reports it, or 0 when it reports none. Not bounded; negative
+    // if the controller says so.
     [[nodiscard]] std::int64_t fanCount();
     // Fans whose current speed cannot be read are left out.
     [[nodiscard]] std::vector<FanReading> readFans();
@@ -115,9 +115,9 @@ public:
     // Returns the fan to automatic control and, when no fan is manual any more, takes back the unlock. A fan
     // without any key to reset counts as returned; on a dead connection the result is false.
     [[nodiscard]] bool resetFan(std::int64_t index);
-    // Resets every fan, without stopping at one that refuses; true when all succeeded, or when there is none.
-    // On a dead connection nothing was returned, and the result is false, even if the fan count could not be
-    // read.
+    // Resets every fan, without stopping at one that refuses; true when all succeeded, or when there
+    // is none. On a dead connection nothing was returned, and the result is false, even if the fan
+    // count could not be read.
     [[nodiscard]] bool resetFans();
 
     // --- Temperatures ---

@@ -25,8 +25,8 @@ public:
     // `result` is still returned; the caller interprets it.
     [[nodiscard]] virtual std::optional<SMCParam> call(const SMCParam& input) = 0;
 
-    // Whether every later call would fail, so that long enumerations end at once instead of failing index by
-    // index.
+    // Whether every later call would fail, so that long enumerations end at once instead
+    // of failing index by index.
     [[nodiscard]] virtual bool isDead() const { return false; }
 
     // Waits between two attempts. Part of the transport so that tests need not really wait.

@@ -16,10 +16,10 @@
 
 namespace SMCValue {
 
-// The number that the bytes represent. Absent when the type is unknown or there are too few bytes; extra
-// bytes are ignored. Types: "flt ", "sp78" (signed, 8 fraction bits), "fpe2" (unsigned; its 2 fraction bits
-// are dropped, so fan speeds are whole), "ui8 ", "ui16", "ui32". Infinities and NaN of "flt " are passed
-// through.
+// The number that the bytes represent. Absent when the type is unknown or there are too few bytes;
+// extra bytes are ignored. Types: "flt ", "sp78" (signed, 8 fraction bits), "fpe2" (unsigned; its 2
+// fraction bits are dropped, so fan speeds are whole), "ui8 ", "ui16", "ui32". Infinities and NaN of
+// "flt " are passed through.
 [[nodiscard]] std::optional<double> decode(std::string_view type, std::span<const std::uint8_t> bytes);
 
 // The bytes for a value. Absent when the type cannot be written. Writable: "flt " (rounded to single

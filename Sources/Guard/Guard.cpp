@@ -11,8 +11,8 @@
 //
 // A fan counts as handed back when the helper says so. Until then the guard tries again, with growing pauses.
 //
-// The guard uses C++ only as a stricter C: no C++ library, no environment, no arguments, and no heap after
-// its start.
+// The guard uses C++ only as a stricter C: no C++ library, no environment, no arguments, and
+// no heap after its start.
 
 #include "Guard/GuardRecord.h"
 
@@ -30,12 +30,12 @@
 
 namespace {
 
-// The helper may go on trying to "set" a fan on a locked controller for 4.2 s, even after the application
-// died.
+// The helper may go on trying to "set" a fan on a locked controller for 4.2 s, even
+// after the application died.
 constexpr int secondsUntilSecondRun = 5;
 
-// Pauses between two attempts at fans that could not be handed back. Each pause is twice as long as the one
-// before.
+// Pauses between two attempts at fans that could not be handed back. Each pause is twice
+// as long as the one before.
 constexpr int shortestPause = 1; // seconds
 constexpr int longestPause = 10;
 
@@ -67,6 +67,7 @@ Heard take(char character) {
     if (length == 0)
         return Heard::life;
     lines[reading][length] = '\0';
+    // The end of a line that does not fit is lost, so all fans go back.
     if (isTooLong)
         std::memcpy(lines[reading], GuardRecord::allFans, sizeof GuardRecord::allFans);
     complete = reading;
@@ -153,8 +154,8 @@ bool isHelperInstalled() {
 posix_spawn_file_actions_t keepThePipe;
 bool canKeepThePipe = false;
 
-// Without this the helper would inherit the pipe on descriptor 0. It gets the null device, which is on
-// descriptor 1.
+// Without this the helper would inherit the pipe on descriptor 0. It gets the null device,
+// which is on descriptor 1.
 void prepareHelper() {
     canKeepThePipe = posix_spawn_file_actions_init(&keepThePipe) == 0 &&
                      posix_spawn_file_actions_adddup2(&keepThePipe, STDOUT_FILENO, STDIN_FILENO) == 0;
@@ -179,8 +180,8 @@ void handBack(Fan& fan) {
     fan.isHandedBack = ended == helper && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-// Tries once to hand back every fan that has not gone back yet; stops early when the application sends
-// something.
+// Tries once to hand back every fan that has not gone back yet; stops early when the
+// application sends something.
 Heard handBackWhileSilent() {
     for (std::size_t i = 0; i < fanCount; ++i) {
         if (fans[i].isHandedBack)

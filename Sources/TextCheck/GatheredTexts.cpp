@@ -15,8 +15,8 @@ bool isAsciiLetter(char c) {
     return std::isalpha(static_cast<unsigned char>(c)) != 0;
 }
 
-// Decodes the character that begins at `at`, and moves `at` past it. Malformed UTF-8 yields some character,
-// never an error.
+// Decodes the character that begins at `at`, and moves `at` past it. Malformed UTF-8 yields some
+// character, never an error.
 char32_t nextCharacter(std::string_view text, std::size_t& at) {
     const auto first = static_cast<unsigned char>(text[at++]);
     const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : first >= 0xC0 ? 1 : 0;

@@ -147,8 +147,8 @@ private:
             endsWithABlank(translation) != endsWithABlank(french.text)) {
             fault(place, french.line, name + " has another blank at its beginning or end");
         }
-        // "%@" is the only placeholder, so an equal count means equal placeholders. Any other "%" is a
-        // mistake.
+        // "%@" is the only placeholder, so an equal count means equal placeholders.
+        // Any other "%" is a mistake.
         if (occurrences(translation, "%@") != occurrences(french.text, "%@") ||
             occurrences(translation, "%") != occurrences(translation, "%@")) {
             fault(place, french.line, name + " has other placeholders");

@@ -17,8 +17,8 @@ struct SourceFile {
     std::string content;
 };
 
-// The faults, one line each ("Sources/…/German.h:12: no row for …"), in the order of the files; empty when
-// there are none.
+// The faults, one line each ("Sources/…/German.h:12: no row for …"), in the order of the files;
+// empty when there are none.
 //
 // `french` lists every text once. Each of the `tables` has one row of two texts for each of them, in the same
 // order. A translation is not empty, begins and ends with a blank exactly where the French text does, and

@@ -3,8 +3,8 @@
 // Options may appear anywhere. Options that are not known here are left to Qt or ignored; they do not keep
 // the application from starting. Output is in English, the program's fallback language.
 //
-// Threads: main thread only, before anything else is set up, because the titles of presets are looked up in
-// every language.
+// Threads: main thread only, before anything else is set up, because the titles of presets are
+// looked up in every language.
 
 #pragma once
 

@@ -101,6 +101,7 @@ void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& col
 int fenwhirl_app_main(int argc, char** argv) {
     // Our parent may have made us ignore SIGCHLD, and then no child's status could be waited for.
     static_cast<void>(std::signal(SIGCHLD, SIG_DFL));
+    // Parsed before anything of Qt is created, so that --version and --help need no display.
     const CommandLine command =
         CommandLine::parse(std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
     switch (command.task) {
@@ -161,8 +162,8 @@ int fenwhirl_app_main(int argc, char** argv) {
                      [&monitor, &sleep] { monitor.prepareForSleep([&sleep] { sleep->ready(); }); });
     QObject::connect(sleep.get(), &SleepWatch::awake, &monitor, &Monitor::wakeUp);
 
-    // Polling starts only after it is known which session is in front, so that another user's fans are not
-    // touched.
+    // Polling starts only after it is known which session is in front, so that another
+    // user's fans are not touched.
     const std::unique_ptr<SessionPresence> presence = SessionPresence::create();
     const auto tellPresence = [&monitor, &presence] { monitor.setInFront(presence->isInFront()); };
     QObject::connect(presence.get(), &SessionPresence::changed, &monitor, tellPresence);

@@ -13,8 +13,8 @@
 
 namespace {
 
-// The click that closes the panel may be on the status item, which then reports it as a request to open the
-// panel.
+// The click that closes the panel may be on the status item, which then reports it as a
+// request to open the panel.
 constexpr qint64 reopenGuardMilliseconds = 250;
 constexpr int screenMargin = 16;
 
@@ -129,6 +129,7 @@ bool PanelControl::eventFilter(QObject* watched, QEvent* event) {
         isReached_ = true;
         break;
     case QEvent::MouseButtonPress:
+        // While the panel grabs the mouse, presses outside it arrive here, too.
         if (!QRect(QPoint(), window_->size())
                  .contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
             close();

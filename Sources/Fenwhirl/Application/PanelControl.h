@@ -1,5 +1,5 @@
-// The status item's panel. It opens at the item; a second click, a press anywhere else and the loss of focus
-// close it.
+// The status item's panel. It opens at the item; a second click, a press anywhere else and
+// the loss of focus close it.
 //
 // The window is created when the panel is first opened, and kept. It is created again when compositing on the
 // desktop was switched on or off since then, because that decides whether the window can be translucent.
@@ -46,8 +46,8 @@ public:
 Q_SIGNALS:
     // The panel is about to open; its content should be up to date.
     void opening();
-    // The panel's window was shown, hidden, minimised or restored; not emitted while the window is being
-    // discarded.
+    // The panel's window was shown, hidden, minimised or restored; not emitted while the
+    // window is being discarded.
     void visibilityChanged();
 
 private Q_SLOTS:

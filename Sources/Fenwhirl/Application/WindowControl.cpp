@@ -38,8 +38,8 @@ AppearanceChoice choiceOf(AppTheme theme) {
     return AppearanceChoice::system;
 }
 
-// The palette for what Qt draws itself beside our windows: its dialog for saving a file, where the desktop
-// has none.
+// The palette for what Qt draws itself beside our windows: its dialog for saving a file,
+// where the desktop has none.
 QPalette dialogPalette(bool dark) {
     using Fenwhirl::PaletteColor;
     const Fenwhirl::Palette& colors = Fenwhirl::palette(dark);
@@ -145,6 +145,8 @@ void WindowControl::openMain(const QString& token) {
             place_ = std::make_unique<WindowPlaceKeeper>(*main_, placeFile_);
         watchVisibility(*main_);
         main_->installEventFilter(this);
+        // Newer versions of Qt set the window's style again at every change of its state, so the window is
+        // configured again, too.
         connect(main_.get(), &QWindow::windowStateChanged, this,
                 [this, before = main_->windowStates()]() mutable {
                     // The signal is also emitted when nothing has changed.

@@ -1,10 +1,10 @@
 // Manages the windows: the main window, the status item's panel, and the QML engine behind them.
 //
-// None of this exists until something has to be shown: a program that starts hidden loads no QML at all. Once
-// created, the main window is kept and only hidden when it is closed, so that it comes back immediately and
-// on the same page. While no window is visible, the views sleep (ViewModels::setAwake). Some time after the
-// start, and after the last window has disappeared, memory that is no longer needed is given back to the
-// system.
+// None of this exists until something has to be shown: a program that starts hidden loads no QML at all.
+// Once created, the main window is kept and only hidden when it is closed, so that it comes back
+// immediately and on the same page. While no window is visible, the views sleep (ViewModels::setAwake).
+// Some time after the start, and after the last window has disappeared, memory that is no longer needed is
+// given back to the system.
 //
 // Threads: main thread only. The models and services must outlive it.
 
@@ -59,8 +59,8 @@ public:
     // Set for a launch that is to show nothing but the status item; the first call of `appear` resets it.
     bool hideOnFirstAppearance = false;
 
-    // From now on the main window is restored to its last position. To be called before the window is
-    // created.
+    // From now on the main window is restored to its last position. To be called
+    // before the window is created.
     void rememberPlaceIn(const QString& file) { placeFile_ = file; }
 
     // To be called when the launch is complete: shows the main window, unless it is to stay hidden.

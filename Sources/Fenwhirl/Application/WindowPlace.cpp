@@ -80,8 +80,8 @@ WindowPlaceKeeper::WindowPlaceKeeper(QWindow& window, QString file)
          {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged, &QWindow::heightChanged})
         connect(&window_, changed, this, &WindowPlaceKeeper::note);
     connect(&window_, &QWindow::windowStateChanged, this, &WindowPlaceKeeper::note);
-    // visibleChanged(false) comes before the window is gone; the geometry that it reports afterwards is not
-    // valid.
+    // visibleChanged(false) comes before the window is gone; the geometry that it reports
+    // afterwards is not valid.
     connect(&window_, &QWindow::visibleChanged, this, [this](bool visible) {
         if (visible)
             note();

@@ -34,8 +34,8 @@ struct WindowPlace {
 [[nodiscard]] std::optional<QRect> placeOnScreens(const QRect& area, const QList<QRect>& screens,
                                                   QSize least);
 
-// Restores a window's geometry, and saves the current one whenever the window is hidden or closed, and at the
-// end.
+// Restores a window's geometry, and saves the current one whenever the window is hidden
+// or closed, and at the end.
 class WindowPlaceKeeper : public QObject {
     Q_OBJECT
 

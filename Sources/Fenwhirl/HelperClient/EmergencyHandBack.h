@@ -35,9 +35,9 @@ public:
     [[nodiscard]] static std::unique_ptr<EmergencyHandBack>
     forThisInstallation(GuardStarted guardStarted = {});
 
-    // Sets what is to be handed back from now on; cheap when nothing changed. When the call returns, the
-    // guard knows, or will know as soon as it reads again. To be called before the first command for a fan
-    // runs.
+    // Sets what is to be handed back from now on; cheap when nothing changed. When the call
+    // returns, the guard knows, or will know as soon as it reads again. To be called before the
+    // first command for a fan runs.
     void update(const HandBack& handBack);
 
     // To be called every few seconds, whenever the application has proved that it works. Sends the guard a

@@ -1,6 +1,6 @@
-// The application's side of the privileged helper: where it is installed, whether the installation is valid,
-// which protocol it speaks, how to run one of its commands, and how to install it with the administrator's
-// consent.
+// The application's side of the privileged helper: where it is installed, whether the installation is
+// valid, which protocol it speaks, how to run one of its commands, and how to install it with the
+// administrator's consent.
 //
 // The helper is a copy of this program's own executable, owned by root and set-user-ID. One run performs one
 // command and answers with its exit status.
@@ -20,8 +20,8 @@ namespace HelperClient {
 
 inline constexpr std::string_view helperPath = "/Library/PrivilegedHelperTools/FenwhirlHelper";
 
-// The protocol version that this application speaks. A helper that answers "version" with anything else is
-// outdated.
+// The protocol version that this application speaks. A helper that answers "version" with
+// anything else is outdated.
 inline constexpr std::string_view expectedVersion = "3";
 
 // What `output` returns when the helper cannot be started. It is part of the diagnostic report, and therefore
@@ -48,8 +48,8 @@ inline constexpr std::string_view launchFailureText = "Impossible de lancer l'as
 // double quote or a backslash. False when it cannot be started, when the user refuses, or when it fails.
 [[nodiscard]] bool runAsAdministrator(const std::string& command);
 
-// Copies the running executable to `helperPath`, owned by root and set-user-ID; true if `isInstalled`
-// afterwards.
+// Copies the running executable to `helperPath`, owned by root and set-user-ID; true if
+// `isInstalled` afterwards.
 [[nodiscard]] bool install();
 
 // The shell command with which `install` copies an executable; absent when its path cannot be quoted.

@@ -119,6 +119,7 @@ QString Cyrillic::convert(QStringView text) {
     QString output;
     output.reserve(text.size());
     Word word;
+    // Working memory for the boundary finder; on the stack for texts of up to 255 characters.
     QVarLengthArray<unsigned char, 2048> workspace((text.size() + 1) * 8);
     QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, text.data(), text.size(), workspace.data(),
                                    workspace.size());

@@ -1,9 +1,9 @@
 // Translates a French text into the text that the user sees.
 //
-// French is the source language: every text of the program is written in French in the code that shows it,
-// and that French text is the key of the translation tables. A text without a translation is shown in French.
-// Tables exist for seven languages; Serbian in Cyrillic script is transliterated from the Latin texts at each
-// look-up.
+// French is the source language: every text of the program is written in French in the code that shows
+// it, and that French text is the key of the translation tables. A text without a translation is shown
+// in French. Tables exist for seven languages; Serbian in Cyrillic script is transliterated from the
+// Latin texts at each look-up.
 //
 // C++ calls localized(u"…"). QML calls qsTr("…"), which LocalizerTranslator answers from the same look-up.
 // The build fails when a requested text has no row in the tables.
@@ -30,8 +30,8 @@ namespace Localizer {
 [[nodiscard]] AppLanguage language();
 void setLanguage(AppLanguage language);
 
-// The language that is shown, never `automatic`: that is resolved from the system's preferred languages at
-// each call.
+// The language that is shown, never `automatic`: that is resolved from the system's
+// preferred languages at each call.
 [[nodiscard]] AppLanguage resolved();
 
 // The translation of a French text into the shown language; absent in French and for texts without a row.
@@ -51,9 +51,9 @@ void setLanguage(AppLanguage language);
 [[nodiscard]] QString localized(const QString& key);
 
 // The same for a text with "%@" placeholders. They are filled in order with the values as given: a "%@"
-// inside a value is not filled again. localized(u"Ventilateur %@", {number}) compiles only with one value for
-// each placeholder. For texts known only at run time, a placeholder without a value stays, and surplus values
-// are not shown.
+// inside a value is not filled again. localized(u"Ventilateur %@", {number}) compiles only with one value
+// for each placeholder. For texts known only at run time, a placeholder without a value stays, and
+// surplus values are not shown.
 template <std::size_t Count>
 [[nodiscard]] QString localized(std::type_identity_t<FilledTextKey<Count>> key,
                                 const QString (&values)[Count]);

@@ -6,10 +6,10 @@
 
 namespace SensorLabel {
 
-// `key` is the sensor's SMC key. Well-known sensors have a translated name. In a name derived from the key's
-// form ("Graphisme 0f"), the words are translated and the part of the key is not. A letter of the key in
-// parentheses ("Processeur (E)") is kept as well, in every script. Accepts any text as key; never returns an
-// empty name.
+// `key` is the sensor's SMC key. Well-known sensors have a translated name. In a name derived from the
+// key's form ("Graphisme 0f"), the words are translated and the part of the key is not. A letter of the
+// key in parentheses ("Processeur (E)") is kept as well, in every script. Accepts any text as key;
+// never returns an empty name.
 [[nodiscard]] QString name(const QString& key);
 
 } // namespace SensorLabel

@@ -1,5 +1,5 @@
-// The terms that the system uses for what every program has: the menus of macOS, and the command that closes
-// a window.
+// The terms that the system uses for what every program has: the menus of macOS, and the
+// command that closes a window.
 //
 // They are not texts of the interface: Qt and the menu bar request them in English, and each language uses
 // the terms of its macOS version. They are therefore kept in a table of their own, in the nine languages,
@@ -22,8 +22,8 @@
 
 namespace SystemWords {
 
-// All English texts that have an entry, in the form in which they are requested. "%1" stands for the
-// program's name.
+// All English texts that have an entry, in the form in which they are requested. "%1"
+// stands for the program's name.
 [[nodiscard]] QStringList all();
 
 // The term in the shown language; absent for an unknown text. English has terms of its own, too: what Qt

@@ -46,8 +46,8 @@ public:
     void setReadings(const std::vector<FanReading>& fans, bool isHeldBySafetyRule);
     // Sets what was sent. Announces when the answer changed.
     void setSent(const SentTargets& sent);
-    // Records that one fan was handed back, or was sent its speed, outside a poll. Announces when the answer
-    // changed.
+    // Records that one fan was handed back, or was sent its speed, outside a poll. Announces
+    // when the answer changed.
     void setSent(int index, const SentTarget& target);
 
     [[nodiscard]] HandBack handBack() const;

@@ -2,8 +2,8 @@
 //
 // {"0":{"mode":"sensor","constantRPM":3000,"sensorKey":"TC0P","startTemp":50,"maxTemp":90},"1":{…}}
 //
-// Members are named by the fan's index in decimal. All five fields are required; others are ignored. Pure;
-// any thread.
+// Members are named by the fan's index in decimal. All five fields are required; others are
+// ignored. Pure; any thread.
 
 #pragma once
 

@@ -9,9 +9,9 @@
 // Only value snapshots are passed between the two. Blocking work (helper runs, installs, reports) never runs
 // on the main thread, except restoreAutomaticBlocking at the end.
 //
-// Ownership: one object for the life of the process, created by the application and also reachable as
-// shared(). All its dependencies on the system come in through MonitorServices, so that tests can supply
-// their own.
+// Ownership: one object for the life of the process, created by the application and also
+// reachable as shared(). All its dependencies on the system come in through MonitorServices, so
+// that tests can supply their own.
 
 #pragma once
 
@@ -55,8 +55,8 @@ public:
     // To be called when the computer is about to sleep: hands back the fans at once, including those with a
     // constant speed; polls then only read until `wakeUp`. `done` runs on the main thread after the attempt.
     void prepareForSleep(std::function<void()> done);
-    // To be called when the computer is awake, or did not go to sleep after all: requests a poll, which takes
-    // the fans again.
+    // To be called when the computer is awake, or did not go to sleep after all: requests a poll,
+    // which takes the fans again.
     void wakeUp();
 
     // --- The machine, as of the last poll ---

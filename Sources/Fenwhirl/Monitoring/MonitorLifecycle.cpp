@@ -77,8 +77,8 @@ void Monitor::uninstallHelper() {
 void Monitor::resetToAutomatic() {
     Private& d = state();
     apply(Preset::automatic);
-    // The new count keeps a poll in progress from sending further speeds; asyncNext runs before any poll that
-    // waits.
+    // The new count keeps a poll in progress from sending further speeds; asyncNext runs
+    // before any poll that waits.
     ++*d.resets;
     d.announceObligations();
     d.queue->asyncNext([isInstalled = d.services.helper.isInstalled, poller = d.poller] {
@@ -91,8 +91,8 @@ void Monitor::resetToAutomatic() {
 void Monitor::prepareForSleep(std::function<void()> done) {
     Private& d = state();
     d.isGoingToSleep = true;
-    // The new count keeps a poll in progress from sending further speeds; asyncNext runs before any poll that
-    // waits.
+    // The new count keeps a poll in progress from sending further speeds; asyncNext runs
+    // before any poll that waits.
     ++*d.resets;
     d.announceObligations();
     d.queue->asyncNext(
@@ -140,8 +140,8 @@ void Monitor::restoreAutomaticBlocking() {
     *d.stop = true;
     d.timer.stop();
 
-    // The queue finishes its work first: a speed that is being sent must not arrive after the fans were
-    // handed back.
+    // The queue finishes its work first: a speed that is being sent must not arrive after
+    // the fans were handed back.
     const auto drained = std::make_shared<std::promise<void>>();
     d.queue->async([drained] { drained->set_value(); });
     d.isStuck = drained->get_future().wait_for(d.services.longestDrain) != std::future_status::ready;

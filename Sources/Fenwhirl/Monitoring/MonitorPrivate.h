@@ -121,8 +121,8 @@ struct Monitor::Private {
     bool isHelperThere FENWHIRL_GUARDED_BY(mainThread) = false;            // as of the last tick
     std::optional<bool> speaksOurProtocol FENWHIRL_GUARDED_BY(mainThread); // empty until the helper was asked
 
-    // The helper's version is read once at a time. An answer is ignored if the era has changed since the
-    // question.
+    // The helper's version is read once at a time. An answer is ignored if the era has
+    // changed since the question.
     bool isReadingVersion FENWHIRL_GUARDED_BY(mainThread) = false;
     std::uint64_t helperEra FENWHIRL_GUARDED_BY(mainThread) = 0;
     std::optional<std::int64_t> versionStamp FENWHIRL_GUARDED_BY(mainThread);

@@ -25,8 +25,8 @@ struct MonitorServices {
     // thread for reports.
     std::function<std::unique_ptr<SMC>()> openSMC;
 
-    // The helper, as in HelperClient. `isInstalled` on any thread; the rest never on the main thread, except
-    // at the end.
+    // The helper, as in HelperClient. `isInstalled` on any thread; the rest never on the main
+    // thread, except at the end.
     struct Helper {
         std::function<bool()> isInstalled;
         std::function<std::optional<std::string>()> installedVersion;
@@ -34,8 +34,8 @@ struct MonitorServices {
         std::function<std::string(const std::vector<std::string>&)> output;
         std::function<bool(const std::string&)> runAsAdministrator;
         std::function<bool()> install;
-        // Keeps the helper usable after its file is removed; the returned function runs one command. May be
-        // empty.
+        // Keeps the helper usable after its file is removed; the returned function runs
+        // one command. May be empty.
         std::function<std::function<bool(const std::vector<std::string>&)>()> keep = {};
         // Changes whenever the helper's file does, so that the version need not be read at every poll. Main
         // thread, must not block. If empty, the version is read each time.
@@ -60,21 +60,21 @@ struct MonitorServices {
         std::function<bool(bool on)> setEnabled;
     } loginItem;
 
-    // Called with what would have to be handed back if the application ended now: by the constructor, at each
-    // change and at each poll, whether it changed or not. For a fan that is going to be driven, it is called
-    // before the first command runs. Main thread and "fenwhirl.smc", one call at a time. Must not block. May
-    // be empty.
+    // Called with what would have to be handed back if the application ended now: by the constructor, at
+    // each change and at each poll, whether it changed or not. For a fan that is going to be driven, it
+    // is called before the first command runs. Main thread and "fenwhirl.smc", one call at a time. Must
+    // not block. May be empty.
     std::function<void(const HandBack& handBack)> announceHandBack = {};
-    // Called when a poll has ended and its result is published: the program is alive. Main thread. May be
-    // empty.
+    // Called when a poll has ended and its result is published: the program is alive.
+    // Main thread. May be empty.
     std::function<void()> pollFinished = {};
-    // Called when every fan that must go back has gone back for good; not called if one has not. Main thread.
-    // May be empty.
+    // Called when every fan that must go back has gone back for good; not called if one has not.
+    // Main thread. May be empty.
     std::function<void()> handedBack = {};
 
-    // Called with whether the program must act in time even while it shows no window, that is while a fan is
-    // not left to macOS, or heat alerts are on: once by the constructor, then at each change. Main thread.
-    // May be empty.
+    // Called with whether the program must act in time even while it shows no window, that is while a
+    // fan is not left to macOS, or heat alerts are on: once by the constructor, then at each change.
+    // Main thread. May be empty.
     std::function<void(bool actsInTime)> actsInTimeChanged = {};
 
     // How long the final hand-back waits for the poll in progress. A helper ends itself after 30 seconds;

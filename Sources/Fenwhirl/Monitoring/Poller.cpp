@@ -81,8 +81,8 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     if (services_.custody) {
         services_.custody->setReadings(result.fans, decision.forbidsManualControl || decision.boosting);
     }
-    // A fan that heat protection cannot drive at its maximum must not keep the speed that another program
-    // gave it.
+    // A fan that heat protection cannot drive at its maximum must not keep the speed that
+    // another program gave it.
     const bool mustLeaveSome =
         decision.boosting && !std::ranges::all_of(result.fans, &FanReading::isMaximumKnown);
     if (decision.forbidsManualControl || mustLeaveSome) {
@@ -219,6 +219,8 @@ bool Poller::send(const FanWish& wish, const HelperCommand& command,
         record(sent_, wish, services_.now(), false);
         tellCustody();
     }
+    // The mode is read after a hand-back, because a controller that does not answer for a while looks like one
+    // without fan keys: the helper then has nothing to hand back, and succeeds.
     const bool succeeded = runHelper(command) && (wish.desired.manualRPM || hasGoneBack(wish.index));
     record(sent_, wish, services_.now(), succeeded);
     tellCustody();

@@ -69,8 +69,8 @@ public:
         // Asks the helper whether it speaks our protocol; called when that is not known and a speed is to be
         // sent. Blocks. If empty, the helper is assumed to speak it.
         std::function<bool()> asksForProtocol = {};
-        // The number of resets and sleeps: a poll that was requested before the latest one sends no more
-        // speeds.
+        // The number of resets and sleeps: a poll that was requested before the latest
+        // one sends no more speeds.
         std::shared_ptr<const std::atomic<unsigned>> resets = {};
         // Receives what was read and sent; may be empty.
         std::shared_ptr<FanCustody> custody = {};
@@ -80,8 +80,8 @@ public:
 
     explicit Poller(Services services);
 
-    // Opens the controller and discovers its temperature sensors; false when there is no controller. To be
-    // called once.
+    // Opens the controller and discovers its temperature sensors; false when there is no
+    // controller. To be called once.
     [[nodiscard]] bool open();
 
     // Runs one poll; returns nothing without a controller or after the stop.
@@ -94,9 +94,9 @@ public:
     // Hands back only our own fans, one by one, with the given way to run the helper.
     void handBackOurs(const std::function<bool(const HelperCommand&)>& runHelper);
 
-    // Whether the machine confirms that the fan is automatic. A fan that has reported its mode before must
-    // report it now. If it never has, or if the connection is lost, nothing can be checked and the answer is
-    // true.
+    // Whether the machine confirms that the fan is automatic. A fan that has reported its mode
+    // before must report it now. If it never has, or if the connection is lost, nothing can be
+    // checked and the answer is true.
     [[nodiscard]] bool hasGoneBack(int index);
 
     // The fans that the last completely read poll found, for handing them back at the end.

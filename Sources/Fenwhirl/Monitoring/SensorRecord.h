@@ -1,8 +1,8 @@
 // The lowest and highest value of each sensor in the last ten minutes.
 //
-// A plain value without a clock or thread of its own. Time is divided into spans of half a minute, so the
-// result covers ten minutes and at most half a minute more. A sensor takes some 200 bytes, however often it
-// is read.
+// A plain value without a clock or thread of its own. Time is divided into spans of half a minute, so
+// the result covers ten minutes and at most half a minute more. A sensor takes some 200 bytes,
+// however often it is read.
 
 #pragma once
 

@@ -1,5 +1,5 @@
-// One row of the apps page: the load that one application, with all its helper processes, puts on the
-// machine.
+// One row of the apps page: the load that one application, with all its helper
+// processes, puts on the machine.
 
 #pragma once
 

@@ -16,8 +16,8 @@ struct QuitServices {
     // Asks the running application with this identifier to terminate, or forces it to when `force`; false
     // when the system knows no application with that identifier.
     std::function<bool(qint32 pid, bool force)> askApplication;
-    // Sends a signal to the process with this identifier and start time, and to no other. Refusals are
-    // silent.
+    // Sends a signal to the process with this identifier and start time, and to no
+    // other. Refusals are silent.
     std::function<void(qint32 pid, ProcessStart start, int signal)> sendSignal;
 };
 

@@ -10,8 +10,8 @@
 
 namespace {
 
-// A process is examined in each of its first looks, while everything may still change, and later in every
-// eighth look.
+// A process is examined in each of its first looks, while everything may still change, and
+// later in every eighth look.
 constexpr unsigned newForLooks = 3;
 constexpr unsigned looksBetween = 8;
 
@@ -19,8 +19,8 @@ QString fileNameOf(const QString& path) {
     return path.sliced(path.lastIndexOf(u'/') + 1);
 }
 
-// The desktop's own components where systemd does not identify them: servers, window managers, panels,
-// sessions.
+// The desktop's own components where systemd does not identify them: servers, window
+// managers, panels, sessions.
 bool isDesktopProgram(const QString& path) {
     static const QSet<QString> names = {
         QStringLiteral("Xorg"),

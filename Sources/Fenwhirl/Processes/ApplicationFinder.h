@@ -36,8 +36,8 @@ public:
 
     ApplicationFinder(DesktopEntries entries, Read read);
 
-    // To be called before each look at all processes. `locales` are those of the shown names, most preferred
-    // first.
+    // To be called before each look at all processes. `locales` are those of the shown
+    // names, most preferred first.
     void beginLook(const QStringList& locales);
 
     // `start` and `path` are those of the listing.

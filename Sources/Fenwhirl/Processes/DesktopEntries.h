@@ -5,8 +5,8 @@
 // program of its own is found by its identifier only. Of two entries with the same identifier, the one in the
 // earlier folder wins.
 //
-// Threads: one at a time; reads files. Anyone may put entries into their own folders, so their texts are not
-// trustworthy.
+// Threads: one at a time; reads files. Anyone may put entries into their own folders, so their
+// texts are not trustworthy.
 
 #pragma once
 
@@ -45,8 +45,8 @@ struct DesktopEntry {
 
 class DesktopEntries {
 public:
-    // `folders` contain the entries, the most important first; `programs` are searched for commands without a
-    // path.
+    // `folders` contain the entries, the most important first; `programs` are searched for
+    // commands without a path.
     DesktopEntries(QStringList folders, QStringList programs);
 
     // Searches the usual folders of this computer and user.

@@ -59,8 +59,8 @@ std::optional<qint32> parseInt32(QStringView text) {
     return static_cast<qint32>(negative ? -value : value);
 }
 
-// Qt's conversion would trim blanks and accept non-ASCII signs and digits, which must not occur in a number
-// here.
+// Qt's conversion would trim blanks and accept non-ASCII signs and digits, which must
+// not occur in a number here.
 std::optional<double> parseNumber(QStringView text) {
     const bool plain = std::all_of(text.begin(), text.end(), [](QChar c) { return c > u' ' && c <= u'~'; });
     if (!plain) {
@@ -108,8 +108,8 @@ public:
     [[nodiscard]] QList<AppLoad> take() { return std::move(apps_); }
 
 private:
-    // The index of the entry with this id; adds the given entry if there is none. Several names can share an
-    // id.
+    // The index of the entry with this id; adds the given entry if there is none.
+    // Several names can share an id.
     qsizetype indexOf(AppLoad entry) {
         const auto known = ids_.constFind(entry.id);
         if (known != ids_.constEnd()) {
@@ -125,6 +125,7 @@ private:
         entry.id = bundlePath.toString();
         entry.appPath = entry.id;
         entry.name = lastComponent(bundlePath).chopped(QStringView(u".app").size()).toString();
+        // Neither a part of macOS nor Fenwhirl itself can be quit here.
         entry.canQuit = !entry.id.startsWith(QStringLiteral("/System/")) &&
                         !entry.id.toLower().contains(QStringLiteral("fenwhirl")) &&
                         entry.id != context_.ownBundlePath;
@@ -160,8 +161,8 @@ private:
 };
 
 QList<AppLoad> heaviest(QList<AppLoad> apps) {
-    // Filtered before sorting, because NaN has no place in any order. An infinite load is not a measurement
-    // either.
+    // Filtered before sorting, because NaN has no place in any order. An infinite load is
+    // not a measurement either.
     apps.removeIf(
         [](const AppLoad& app) { return !(std::isfinite(app.cpu) && app.cpu >= shownFromPercent); });
     std::stable_sort(apps.begin(), apps.end(),

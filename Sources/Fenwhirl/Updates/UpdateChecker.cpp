@@ -106,8 +106,8 @@ void UpdateChecker::end(const std::optional<UpdateDocument>& news) {
 }
 
 void UpdateChecker::offer(const UpdateDocument& document) {
-    // Stored before the alert opens, so that it is shown at most once even if the application quits while it
-    // is open.
+    // Stored before the alert opens, so that it is shown at most once even if the
+    // application quits while it is open.
     services_.preferences->setText(notifiedVersionKey(), document.version);
     // A copy, because the application may quit while the alert is open, and this object with it.
     const auto show = services_.show;

@@ -56,8 +56,8 @@ struct UpdateServices {
     UpdateTransport transport;
 };
 
-// The real clock, bundle, domain and transport; the application has to fill in the preferences, language and
-// alert.
+// The real clock, bundle, domain and transport; the application has to fill in the
+// preferences, language and alert.
 [[nodiscard]] UpdateServices systemUpdateServices();
 
 class UpdateChecker : public QObject {

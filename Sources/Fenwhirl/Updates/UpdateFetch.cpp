@@ -116,8 +116,8 @@ void UpdateFetch::readMore() {
 }
 
 void UpdateFetch::takeWhatIsThere() {
-    // Never readAll: a compressed answer is decompressed while it is read, to up to a thousand times its
-    // size.
+    // Never readAll: a compressed answer is decompressed while it is read, to up to a
+    // thousand times its size.
     body_ += reply_->read(transport_.sizeLimit + 1 - body_.size());
 }
 
@@ -155,8 +155,8 @@ void UpdateFetch::giveUp() {
 void UpdateFetch::complete(std::optional<QByteArray> body) {
     idle_.stop();
     total_.stop();
-    // The completion is taken out first: aborting the reply makes it finish, which must not complete a second
-    // time.
+    // The completion is taken out first: aborting the reply makes it finish, which must
+    // not complete a second time.
     if (const Completion completion = std::exchange(completion_, nullptr)) {
         completion(std::move(body));
     }

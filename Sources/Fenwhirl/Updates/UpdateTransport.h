@@ -1,7 +1,7 @@
 // The limits of a request for the update document: trusted authorities, time, size, redirections.
 //
-// The program uses the defaults. Tests use a web server and an authority of their own, and shorter time
-// limits.
+// The program uses the defaults. Tests use a web server and an authority of their own,
+// and shorter time limits.
 
 #pragma once
 

@@ -17,8 +17,8 @@ public:
     DriverFanWriter(DriverFiles& files, std::string folder, int channel, FanControlStyle style);
 
     [[nodiscard]] int setManual(bool manual);
-    // In whole revolutions per minute. Values below 1 are refused, because one driver takes 0 for
-    // "automatic".
+    // In whole revolutions per minute. Values below 1 are refused, because one driver
+    // takes 0 for "automatic".
     [[nodiscard]] int setTarget(std::int64_t rpm);
 
 private:

@@ -47,8 +47,8 @@ public:
                                      std::string_view text) = 0;
     virtual void remove(const std::string& path) = 0;
 
-    // Time since an arbitrary origin, without jumps. `sleepOffset` is how long the machine has slept since it
-    // was started.
+    // Time since an arbitrary origin, without jumps. `sleepOffset` is how long the machine has
+    // slept since it was started.
     [[nodiscard]] virtual std::chrono::milliseconds now() = 0;
     [[nodiscard]] virtual std::chrono::milliseconds sleepOffset() = 0;
 

@@ -50,8 +50,8 @@ public:
         int descriptor = ::open((root_ + path).c_str(), flags);
         if (descriptor < 0)
             return -errno;
-        // The standard descriptors may be closed in the helper; a driver's file must not take the number of
-        // one.
+        // The standard descriptors may be closed in the helper; a driver's file must
+        // not take the number of one.
         if (descriptor <= STDERR_FILENO) {
             const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
             ::close(descriptor);

@@ -1,8 +1,8 @@
 // Which keys the kernel's drivers offer on this computer, and in which file each value is.
 //
-// The list is built once per connection and then stays unchanged, so that enumeration by index is stable.
-// Plain values; the files are used during the calls only. A file that cannot be read yields no key, never an
-// error.
+// The list is built once per connection and then stays unchanged, so that enumeration by index is
+// stable. Plain values; the files are used during the calls only. A file that cannot be read
+// yields no key, never an error.
 
 #pragma once
 

@@ -191,6 +191,7 @@ std::optional<DriverKeyTable> discoverDriverKeys(DriverFiles& files) {
         constexpr std::array<std::string_view, 3> drivers = {"applesmc", "macsmc_hwmon", "t2smc"};
         if (!name || std::find(drivers.begin(), drivers.end(), firstLine(*name)) == drivers.end())
             continue;
+        // A driver may keep its attributes with the parent device instead of in the hwmon folder.
         for (const std::string& folder : {device, device + "/device"}) {
             std::vector<std::string> names = files.list(folder);
             if (holdsChannels(names))

@@ -162,8 +162,8 @@ private:
         return value != 0;
     }
 
-    // The Intel driver prints the mode byte of the controller; the other drivers have conventions of their
-    // own.
+    // The Intel driver prints the mode byte of the controller; the other drivers have
+    // conventions of their own.
     [[nodiscard]] std::int64_t manualByte(const DriverKey& key, std::int64_t value) const {
         return styleOf(key) == FanControlStyle::manualAndOutput ? (value & 0xFF) : 1;
     }

@@ -116,8 +116,8 @@ bool SocketTransport::receivePacket(void* packet, std::size_t size) {
     const auto limit = std::chrono::steady_clock::now() + silenceLimit_;
     // MSG_TRUNC makes recv return the packet's real length, so that a packet that is too long is noticed.
     ssize_t count = recv(socket_, packet, size, MSG_TRUNC);
-    // The time-out of the socket starts again with each call; after a signal only the remaining time may be
-    // waited for.
+    // The time-out of the socket starts again with each call; after a signal only the
+    // remaining time may be waited for.
     while (count < 0 && errno == EINTR && waitUntil(limit))
         count = recv(socket_, packet, size, MSG_TRUNC | MSG_DONTWAIT);
     if (count == static_cast<ssize_t>(size))

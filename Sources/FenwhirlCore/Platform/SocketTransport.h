@@ -26,8 +26,8 @@ public:
     static constexpr const char* systemPath = "/run/fenwhirl/AppleSMC";
     static constexpr std::chrono::milliseconds systemSilenceLimit{2000};
 
-    // Connects; null when there is no socket at the path, nobody answers there, or the peer cannot be
-    // trusted.
+    // Connects; null when there is no socket at the path, nobody answers there, or
+    // the peer cannot be trusted.
     [[nodiscard]] static std::unique_ptr<SocketTransport>
     open(const std::string& path = systemPath, std::chrono::milliseconds silenceLimit = systemSilenceLimit);
 

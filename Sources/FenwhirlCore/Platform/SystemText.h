@@ -29,6 +29,6 @@ protected:
 // The system that the program runs on.
 [[nodiscard]] const SystemText& thisSystem();
 
-// A text value, up to its first NUL; "inconnu" when it is missing or empty, or when it grows between the two
-// calls.
+// A text value, up to its first NUL; "inconnu" when it is missing or empty, or when it
+// grows between the two calls.
 [[nodiscard]] std::string sysctlString(std::string_view name, const SystemText& system);
