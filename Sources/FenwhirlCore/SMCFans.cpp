@@ -1,6 +1,6 @@
 // Fans: what they report, and the one sequence of writes that drives or releases them on both generations of
-// firmware. Each step is taken only where its key exists: older firmware keeps a mask of forced fans in "FS!
-// "; newer firmware must be unlocked through "Ftst" before it obeys the mode keys.
+// firmware. Each step is taken only where its key exists: older firmware keeps a mask of forced fans in
+// "FS! "; newer firmware must be unlocked through "Ftst" before it obeys the mode keys.
 
 #include "FenwhirlCore/NumberText.h"
 #include "FenwhirlCore/Precondition.h"

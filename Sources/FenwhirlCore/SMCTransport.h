@@ -29,7 +29,7 @@ public:
     // of failing index by index.
     [[nodiscard]] virtual bool isDead() const { return false; }
 
-    // Waits between two attempts. Part of the transport so that tests need not really wait.
+    // Waits between two attempts. Virtual, so that tests need not really wait.
     virtual void wait(std::chrono::milliseconds duration);
 };
 

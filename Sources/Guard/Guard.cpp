@@ -11,8 +11,8 @@
 //
 // A fan counts as handed back when the helper says so. Until then the guard tries again, with growing pauses.
 //
-// The guard uses C++ only as a stricter C: no C++ library, no environment, no arguments, and
-// no heap after its start.
+// The guard uses the facilities of C only: no C++ library, no environment, no arguments, and no heap after
+// its start.
 
 #include "Guard/GuardRecord.h"
 

@@ -30,7 +30,8 @@ public:
     void send(const HandBack& handBack);
 
     // Starts a new guard, with the last record, when there is none. Otherwise sends whatever the pipe did not
-    // accept before, or a sign of life; without one, the guard acts after GuardRecord::secondsOfSilence.
+    // accept before, or else a sign of life. A guard that receives neither acts after
+    // GuardRecord::secondsOfSilence.
     void keepAlive();
 
     // Dismisses the guard: it ends without acting, and no new one is started.

@@ -40,10 +40,10 @@ struct OwnedFan {
     bool runsAsChosen; // at exactly the constant speed that the user chose, not overridden by a safety rule
 };
 
-// Returns nothing to do without a helper. Otherwise considers every fan that was last read, has a setting or
-// is owned, and returns "all fans" when there is none. A fan with a constant setting keeps its speed: if it
-// is not owned, it is not listed at all, because there is nothing to hand back; if it is owned and runs as
-// chosen, it is listed as pinned. Every other fan goes back.
+// Without a helper, nothing is handed back. Otherwise the decision covers every fan that was last read, has a
+// setting or is owned; if there is no such fan, it is "all fans". A fan with a constant setting keeps its
+// speed: if it is not owned, it is not listed at all, because there is nothing to hand back; if it is owned
+// and runs as chosen, it is listed as pinned. Every other fan goes back.
 [[nodiscard]] HandBack decide(bool isHelperInstalled, std::span<const int> fansRead,
                               std::span<const ConfiguredFan> configured,
                               std::span<const OwnedFan> owned = {});

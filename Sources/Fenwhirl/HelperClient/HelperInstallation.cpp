@@ -99,8 +99,8 @@ std::optional<std::string> HelperInstallation::installCommand(std::string_view e
     command += " && chmod 4755 " + written;
     if (!isRenamed)
         return command;
-    // The system's dialog passes the caller's umask on to root's command; with 000, everybody could write to a
-    // new folder and exchange the file between the steps.
+    // The system's dialog passes the caller's umask on to root's command; with 000, everybody could write to
+    // a new folder and exchange the file between the steps.
     return "umask 022 && " + command + " && mv -fT " + written + " " + place + " || { rm -f " + written +
            "; exit 1; }";
 }

@@ -219,8 +219,8 @@ bool Poller::send(const FanWish& wish, const HelperCommand& command,
         record(sent_, wish, services_.now(), false);
         tellCustody();
     }
-    // The mode is read after a hand-back, because a controller that does not answer for a while looks like one
-    // without fan keys: the helper then has nothing to hand back, and succeeds.
+    // The mode is read after a hand-back, because a controller that does not answer for a while looks like
+    // one without fan keys: the helper then has nothing to hand back, and succeeds.
     const bool succeeded = runHelper(command) && (wish.desired.manualRPM || hasGoneBack(wish.index));
     record(sent_, wish, services_.now(), succeeded);
     tellCustody();
