@@ -224,6 +224,44 @@ class TheOptions(Run):
         self.assert_nothing_is_left()
 
 
+class AMacThatRunsLinux(Run):
+    """Its drivers are files made up for this test."""
+
+    FENWHIRL = "#!/bin/sh\necho the real machine\n"
+    SIMULATED_MAC = "#!/bin/sh\nif [ \"$1\" = --list ]; then echo 'MacBookPro11,4 (usual)'; else echo a simulated one; fi\n"
+
+    def setUp(self):
+        super().setUp()
+        if not stage.has_own("mounts"):
+            self.skipTest("needs mounts of its own, for a /sys with the driver")
+        self.build = self.folder / "build"
+        (self.build / "bin").mkdir(parents=True)
+        for name, text in (("Fenwhirl", self.FENWHIRL), ("simulated-mac", self.SIMULATED_MAC)):
+            program = self.build / "bin" / name
+            program.write_text(text, encoding="utf-8")
+            program.chmod(0o755)
+
+    def answer(self, name_file, driver):
+        devices = pathlib.Path("/sys/class")  # without drivers there may be no /sys/class/hwmon
+        subprocess.run(["mount", "-t", "tmpfs", "tmpfs", devices], check=True)
+        try:
+            file = devices / "hwmon/hwmon0" / name_file
+            file.parent.mkdir(parents=True)
+            file.write_text(driver + "\n", encoding="utf-8")
+            lines, status = self.rest(self.start("--built", str(self.build), DISPLAY=":99"))
+        finally:
+            subprocess.run(["umount", devices], check=True)
+        return (lines[-1] if lines else ""), status
+
+    def test_shows_itself(self):
+        for driver in ("applesmc", "macsmc_hwmon", "t2smc"):
+            for name_file in ("name", "device/name"):
+                self.assertEqual(self.answer(name_file, driver), ("the real machine", 0), (name_file, driver))
+
+    def test_another_computer_does_not(self):
+        self.assertNotIn("the real machine", self.answer("name", "coretemp"))
+
+
 class TheFolder(Run):
     def test_one_that_cannot_be_written_is_told_before_anything_is_installed_or_built(self):
         if not self.identity:
