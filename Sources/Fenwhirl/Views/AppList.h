@@ -1,6 +1,6 @@
-// The applications that load the processor, heaviest first, as rows ready to be shown.
+// The applications that load the processor, heaviest first, as rows ready for display.
 //
-// Threads: main thread only. Roles: those of ShownApp, by the same names.
+// Threads: main thread only. Roles: the members of ShownApp, under the same names.
 
 #pragma once
 
@@ -15,22 +15,22 @@
 
 // What one row shows of an application.
 struct ShownApp {
-    QString appId; // by which it is known again
+    QString appId; // identifies the application across readings
     QString name;
-    QString iconSource; // an image address; empty where the generic symbol stands
+    QString iconSource; // image URL; empty for the generic symbol
     QString shareText;  // "37 %"
     QString memoryText; // "3 412 Mo"
-    double fraction;    // of the bar, 0 to 1
+    double fraction;    // filled part of the bar, 0 to 1
     bool canQuit;       // false shows the row as protected
-    bool on;            // the switch; off while the user is asked
+    bool on;            // state of the switch; off while the quit question is open
 
     bool operator==(const ShownApp&) const = default;
 };
 
-// The image address of an application's icon, by the application's path; empty when it has none.
+// Maps the path of an application to the image URL of its icon; empty when it has none.
 using IconSource = std::function<QString(const QString& appPath)>;
 
-// `isAskedAbout`: the question whether to quit this very application is open.
+// `isAskedAbout`: whether the question to quit this application is open.
 [[nodiscard]] ShownApp shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource);
 
 class AppList : public RowList {

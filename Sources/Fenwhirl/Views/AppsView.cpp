@@ -53,7 +53,7 @@ void AppsView::refresh() {
                         {displayText(apps.first().name), NumberFormat::percentText(apps.first().cpu)});
     if (std::exchange(calloutText_, callout) != callout)
         Q_EMIT calloutTextChanged();
-    Q_EMIT askingChanged(); // its title is a text, too
+    Q_EMIT askingChanged(); // the title depends on the language
 }
 
 QString AppsView::questionTitle() const {

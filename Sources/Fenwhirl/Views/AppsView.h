@@ -1,7 +1,8 @@
-// The applications page: the list, the heaviest one, and the question before an application is quit.
+// The view model of the applications page: the list, the application with the highest load, and the question
+// asked before an application is quit.
 //
-// Processes are sampled only while the page can be seen: while `pageShown` is set and the view is awake. The
-// question keeps the application it was asked about, whatever the list says meanwhile.
+// Processes are sampled only while the page can be seen: `pageShown` must be set and the view awake. An open
+// question keeps its application, however the list changes in the meantime.
 //
 // Threads: main thread only.
 
@@ -42,10 +43,10 @@ public:
     [[nodiscard]] QString questionTitle() const;
     [[nodiscard]] QString questionIconSource() const;
 
-    // Opens the question about an application, by its "appId"; nothing where it has left the list.
+    // Opens the question for the application with this `appId`. Does nothing when it has left the list.
     Q_INVOKABLE void askToQuit(const QString& appId);
 
-    // The answers; each closes the question.
+    // The three answers. Each closes the question.
     Q_INVOKABLE void quit() { answer(false); }
 
     Q_INVOKABLE void forceQuit() { answer(true); }

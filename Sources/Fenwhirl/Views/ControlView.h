@@ -1,9 +1,8 @@
-// The state of fan control as banners, buttons and settings show it: the privileged helper, and what went
-// wrong.
+// The state of fan control for banners, buttons and settings: the privileged helper, and the last error.
 //
-// The offer to enable control stands only while some fan is wanted under manual control and the helper is
-// missing; an installed helper of another version is offered an update instead. Installing and removing run
-// in the background; `installing` says so.
+// Enabling control is offered only while the user wants manual control of some fan and the helper is missing.
+// If a helper of another version is installed, an update is offered instead. Installation and removal run in
+// the background; `installing` is true during an installation.
 //
 // Threads: main thread only.
 

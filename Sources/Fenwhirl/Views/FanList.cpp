@@ -15,7 +15,7 @@ void FanList::removeMissing(const QList<FanState>& fans) {
         beginRemoveRows({}, row, row);
         FanRow* gone = rows_.takeAt(row);
         endRemoveRows();
-        gone->deleteLater(); // a card may still be looking at it while it goes
+        gone->deleteLater(); // a card may still refer to it while being destroyed
     }
 }
 
@@ -47,7 +47,7 @@ void FanList::setFans(const QList<FanState>& fans) {
     }
     if (!membersChanged)
         return;
-    retranslate(); // a fan is called by its side or by its number, depending on how many there are
+    retranslate(); // a fan is named by its side or by its number, depending on how many there are
     if (count() != countBefore)
         Q_EMIT countChanged();
 }

@@ -1,7 +1,7 @@
-// The fans of the last reading, one stable row each.
+// A list model of the fans of the last reading.
 //
-// A row keeps its object as long as its fan is there, so that a slider in the user's hand survives the next
-// reading; fans that appear or vanish insert or remove exactly their row.
+// Each fan keeps its FanRow object as long as it is present, so that a slider being dragged survives the next
+// reading. A fan that appears or vanishes inserts or removes exactly its own row.
 //
 // Threads: main thread only. Role "fan" is the row's FanRow.
 

@@ -39,7 +39,7 @@ void FanRow::setFan(const FanState& fan) {
         rangeText_ = localized(u"%@ – %@ tr/min",
                                {NumberFormat::rpmText(fan.minRPM), NumberFormat::rpmText(fan.maxRPM)});
         Q_EMIT rangeChanged();
-        Q_EMIT speedChanged(); // the gauge shows the speed within the range
+        Q_EMIT speedChanged(); // the gauge shows the speed as a fraction of the range
     }
     if (fan.requestedRPM != previous.requestedRPM || fan.minRPM != previous.minRPM ||
         fan.maxRPM != previous.maxRPM)
@@ -63,7 +63,7 @@ FanRow::Surroundings FanRow::surroundings() const {
     Surroundings now;
     if (setting_.mode != FanModeKind::sensor)
         return now;
-    now.followsMain = choices_.choiceForKey(setting_.sensorKey) <= 0; // a sensor that is gone, too
+    now.followsMain = choices_.choiceForKey(setting_.sensorKey) <= 0; // or a sensor that no longer exists
     now.isProtecting = monitor_.isProtecting();
     if (now.followsMain) {
         now.celsius = monitor_.primaryCelsius();
@@ -129,7 +129,7 @@ QString FanRow::summary() const {
 }
 
 double FanRow::fractionOf(double rpm) const {
-    // A fan that reports no range at all still needs something to divide by.
+    // Avoids a division by zero for a fan that reports no range at all.
     const double span = std::max(fan_.maxRPM - fan_.minRPM, 1.0);
     const double fraction = (rpm - fan_.minRPM) / span;
     return std::isfinite(fraction) ? fraction : 0;
@@ -189,7 +189,7 @@ QString FanRow::panelSpeedText() const {
 
 double FanRow::panelRPM() const {
     const double rpm = setting_.mode == FanModeKind::constant ? setting_.constantRPM : fan_.rpm;
-    // What is no number is shown as 0, and a slider has no place for that.
+    // Texts show a non-finite speed as 0. A slider cannot show it, so it gets the lower end of its range.
     return std::isfinite(rpm) ? rpm : lowestRPM();
 }
 

@@ -1,10 +1,10 @@
-// One fan as the cards and the panel show it, and the way their controls write its setting.
+// The view model of one fan for the cards and the panel, through which their controls write its setting.
 //
-// Every write goes through Monitor::setSetting, which saves it and clears the active preset; nothing is sent
-// to the fan here. Texts are ready to show, in the interface language.
+// Every write goes through Monitor::setSetting, which saves the setting and clears the active preset. Nothing
+// is sent to the fan from here. Texts are ready for display, in the interface language.
 //
-// Threads: main thread only. Owned by FanList, which feeds it; lives as long as the fan stays in the list, so
-// that a control in use is not torn away by the next reading.
+// Threads: main thread only. Owned and updated by FanList. It lives as long as the fan stays in the list, so
+// that the next reading does not destroy a control in use.
 
 #pragma once
 
@@ -26,38 +26,39 @@ class FanRow : public QObject {
     Q_PROPERTY(QString rangeText READ rangeText NOTIFY rangeChanged)
     Q_PROPERTY(QString speedText READ speedText NOTIFY speedChanged)
     Q_PROPERTY(double speedFraction READ speedFraction NOTIFY speedChanged)
-    // What the fan was last asked for, within its range, and in words; no number and no words while it is
-    // left to macOS.
+    // requestedFraction, requestedText: the speed last requested of the fan, as a fraction of its range and
+    // as text. NaN and empty while the fan is left to macOS.
     Q_PROPERTY(double requestedFraction READ requestedFraction NOTIFY requestChanged)
-    // Whether it is asked for anything: else its mode is wanted, but not in force.
+    // Whether a speed is being requested of the fan. When false, a manual mode may be selected but is not in
+    // force.
     Q_PROPERTY(bool driven READ isDriven NOTIFY requestChanged)
     Q_PROPERTY(QString requestedText READ requestedText NOTIFY requestChanged)
     // The ends of the speed sliders; the upper one is always above the lower one.
     Q_PROPERTY(double lowestRPM READ lowestRPM NOTIFY rangeChanged)
     Q_PROPERTY(double highestRPM READ highestRPM NOTIFY rangeChanged)
-    // A position in the order automatic, constant, sensor.
+    // An index in the order automatic, constant, sensor.
     Q_PROPERTY(int mode READ mode WRITE setMode NOTIFY settingChanged)
     Q_PROPERTY(double constantRPM READ constantRPM WRITE setConstantRPM NOTIFY settingChanged)
     Q_PROPERTY(QString constantText READ constantText NOTIFY settingChanged)
     Q_PROPERTY(QString constantSpeedText READ constantSpeedText NOTIFY settingChanged) // the number alone
-    // What the panel's slider stands at; moving it makes the fan constant.
+    // The value of the panel's slider. Writing it switches the fan to a constant speed.
     Q_PROPERTY(double panelRPM READ panelRPM WRITE setPanelRPM NOTIFY panelRPMChanged)
     Q_PROPERTY(QString panelSpeedText READ panelSpeedText NOTIFY panelRPMChanged)
-    // A position in SensorChoices::names, -1 when the stored sensor does not exist.
+    // An index into SensorChoices::names; -1 when the stored sensor does not exist.
     Q_PROPERTY(int sensorChoice READ sensorChoice WRITE setSensorChoice NOTIFY settingChanged)
     Q_PROPERTY(double startTemp READ startTemp WRITE setStartTemp NOTIFY settingChanged)
     Q_PROPERTY(QString startText READ startText NOTIFY settingChanged)
     Q_PROPERTY(double maxTemp READ maxTemp WRITE setMaxTemp NOTIFY settingChanged)
     Q_PROPERTY(QString maxText READ maxText NOTIFY settingChanged)
-    Q_PROPERTY(QString widestMaxText READ widestMaxText NOTIFY settingChanged) // with three digits
-    // The ends of the range as texts, without the unit.
+    Q_PROPERTY(QString widestMaxText READ widestMaxText NOTIFY settingChanged) // with a value of three digits
+    // The fan's minimum and maximum as texts, without the unit.
     Q_PROPERTY(QString lowestText READ lowestText NOTIFY rangeChanged)
     Q_PROPERTY(QString highestText READ highestText NOTIFY rangeChanged)
-    // What the curve stands beside, in °C: the temperature that drives it, and where heat protection begins;
-    // no numbers while unknown, or while there is none. Only kept up to date while the fan follows a sensor.
+    // For the curve editor, in °C: the temperature that drives the fan (NaN while unknown), and the one at
+    // which heat protection begins (NaN while there is none). Updated only while the fan follows a sensor.
     Q_PROPERTY(double drivingTemperature READ drivingTemperature NOTIFY surroundingsChanged)
     Q_PROPERTY(double alertAt READ alertAt NOTIFY surroundingsChanged)
-    // Whether the main temperature drives it, and so the rules about that one count.
+    // Whether the main temperature drives the fan, so that the rules about that temperature apply.
     Q_PROPERTY(bool followsMain READ followsMain NOTIFY surroundingsChanged)
     Q_PROPERTY(bool protecting READ isProtecting NOTIFY surroundingsChanged)
 
@@ -66,13 +67,13 @@ public:
 
     [[nodiscard]] int index() const { return fan_.id; }
 
-    // A new reading of this fan.
+    // Takes a new reading of this fan.
     void setFan(const FanState& fan);
-    // The fan's setting, or the choices it refers to, may have changed.
+    // Call when the fan's setting, or the choices it refers to, may have changed.
     void refreshSetting();
-    // Temperatures, alerts or heat protection may have changed.
+    // Call when temperatures, alerts or heat protection may have changed.
     void refreshSurroundings();
-    // Every text again; also when the number of fans changed, since names depend on it.
+    // Rebuilds every text. Also needed when the number of fans changes, because names depend on it.
     void retranslate();
 
     [[nodiscard]] const QString& name() const { return name_; }

@@ -1,6 +1,6 @@
-// How the two thresholds of the health verdict keep their distance when the user moves one of them.
+// Keeps the two thresholds of the health verdict apart when the user moves one of them.
 //
-// Temperatures in degrees Celsius. Pure values.
+// Temperatures in degrees Celsius. Pure functions.
 
 #pragma once
 
@@ -11,10 +11,11 @@ struct HealthThresholds {
     bool operator==(const HealthThresholds&) const = default;
 };
 
-// The user set the warm threshold: the hot one stays at least 5 °C above it, but never beyond 105 °C.
+// Sets the warm threshold. The hot one is raised if necessary to stay at least 5 °C above it, but never
+// beyond 105 °C.
 [[nodiscard]] HealthThresholds withWarm(HealthThresholds thresholds, double warm);
 
-// The user set the hot threshold: the warm one stays at least 5 °C below it, but never under 55 °C. That
-// floor lies below what the warm slider itself offers, on purpose: a pushed threshold may go further than a
-// set one.
+// Sets the hot threshold. The warm one is lowered if necessary to stay at least 5 °C below it, but never
+// under 55 °C. That floor deliberately lies below the range of the warm slider: a pushed threshold may go
+// further than one that the user sets.
 [[nodiscard]] HealthThresholds withHot(HealthThresholds thresholds, double hot);

@@ -1,8 +1,8 @@
-// Follows the models while something of it can be seen, and rests while nothing can.
+// The base of view models that follow the models only while some window is visible.
 //
-// A hidden program must cost next to nothing: no texts are made and no bindings run for windows that nobody
-// looks at. So every object that prepares something for QML listens to its models only while awake, and is
-// brought up to date in one go when it wakes.
+// A hidden program must cost next to nothing: it must not build texts or evaluate bindings for windows that
+// nobody sees. A LiveView therefore listens to its models only while awake, and catches up in one step when
+// it wakes.
 //
 // Threads: main thread only. Starts asleep.
 
@@ -20,15 +20,15 @@ public:
 
     [[nodiscard]] bool isAwake() const { return awake_; }
 
-    // Makes every text again, after a change of the interface language. Does nothing while asleep.
+    // Rebuilds every text after a change of the interface language. Does nothing while asleep.
     void retranslate();
 
 protected:
     // Connects to the models' signals.
     virtual void connectModels() = 0;
-    // Drops what connectModels connected.
+    // Disconnects what connectModels connected.
     virtual void disconnectModels() = 0;
-    // Brings everything up to date; cheap where nothing changed.
+    // Brings everything up to date. Cheap when nothing has changed.
     virtual void refresh() = 0;
 
 private:

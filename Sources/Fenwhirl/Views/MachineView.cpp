@@ -73,7 +73,7 @@ void MachineView::refreshStatus() {
 void MachineView::refreshSensors() {
     const qsizetype before = sensors_.count();
     sensorChoices_.setSensors(monitor_.sensors());
-    fans_.refreshSurroundings(); // after the choices, which they look into
+    fans_.refreshSurroundings(); // after the choices, in which the fans look up their sensors
     sensors_.setSensors(shownSortedByName(monitor_.sensors()));
 
     QList<ShownSensor> featured;

@@ -1,4 +1,5 @@
-// The machine as the pages and the panel show it: temperatures, fans and the verdict, as texts ready to show.
+// The view model of the machine for the pages and the panel: temperatures, fans and the health verdict, as
+// texts ready for display.
 //
 // Threads: main thread only. The lists live as long as this object.
 
@@ -23,28 +24,28 @@ class MachineView : public LiveView {
     // The same with its unit, for screen readers.
     Q_PROPERTY(QString temperatureText READ temperatureText NOTIFY temperatureChanged)
     Q_PROPERTY(bool hasTemperature READ hasTemperature NOTIFY temperatureChanged)
-    // Main temperatures of the last ten minutes in °C, oldest first.
+    // The main temperatures of the last ten minutes in °C, oldest first.
     Q_PROPERTY(QList<double> history READ history NOTIFY historyChanged)
-    // When each of them was read, in milliseconds since the beginning of 1970.
+    // When each value of `history` was read, in milliseconds since the Unix epoch.
     Q_PROPERTY(QList<double> historyTimes READ historyTimes NOTIFY historyChanged)
-    // The temperature from which the user is warned, in °C; no number while nobody is.
+    // The alert threshold in °C; NaN while alerts are off.
     Q_PROPERTY(double alertLine READ alertLine NOTIFY alertLineChanged)
-    // Their lowest and highest, for screen readers; empty while there are none.
+    // The lowest and highest value of `history`, for screen readers; empty while there are none.
     Q_PROPERTY(QString historyExtent READ historyExtent NOTIFY historyChanged)
     Q_PROPERTY(bool healthy READ healthy NOTIFY statusChanged)
-    // A position in the order normal, warm, hot.
+    // An index in the order normal, warm, hot.
     Q_PROPERTY(int status READ status NOTIFY statusChanged)
     Q_PROPERTY(QString statusWord READ statusWord NOTIFY statusChanged)
     Q_PROPERTY(QString statusDetail READ statusDetail NOTIFY statusChanged)
     Q_PROPERTY(QString sensorCountText READ sensorCountText NOTIFY sensorCountTextChanged)
     Q_PROPERTY(FanList* fans READ fans CONSTANT)
-    Q_PROPERTY(SensorList* sensors READ sensors CONSTANT)           // all, by name
+    Q_PROPERTY(SensorList* sensors READ sensors CONSTANT)           // all, sorted by name
     Q_PROPERTY(SensorList* featured READ featured CONSTANT)         // at most six
     Q_PROPERTY(SensorList* panelSensors READ panelSensors CONSTANT) // the first three of `featured`
     Q_PROPERTY(SensorChoices* sensorChoices READ sensorChoices CONSTANT)
 
 public:
-    // `computerName` is what the system calls this computer; empty when it does not say.
+    // `computerName` is the system's name for this computer; empty when the system gives none.
     MachineView(Monitor& monitor, QString computerName, QObject* parent = nullptr);
 
     [[nodiscard]] QString computerName() const;
@@ -74,8 +75,8 @@ public:
 
     [[nodiscard]] QString sensorCountText() const;
 
-    // The machine in one breath, as it is now: main temperature, verdict, and each fan's speed and mode. For
-    // screen readers.
+    // A summary of the machine's current state for screen readers: main temperature, health verdict, and the
+    // speed and mode of each fan.
     Q_INVOKABLE [[nodiscard]] QString summary() const;
 
     [[nodiscard]] FanList* fans() { return &fans_; }

@@ -1,7 +1,8 @@
-// The pages of the sidebar, in order, and which one is shown.
+// The pages of the sidebar, in order, and which one is selected.
 //
-// The choice lives in the monitor, so a window that is closed and opened again shows the same page. Threads:
-// main thread only. Roles: "name" (the page's raw value), "title", "symbol".
+// The monitor keeps the selection, so that a window that is closed and opened again shows the same page.
+//
+// Threads: main thread only. Roles: "name" (the page's raw value), "title", "symbol".
 
 #pragma once
 
@@ -17,7 +18,7 @@ class PageList : public QAbstractListModel {
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(int selectedIndex READ selectedIndex WRITE setSelectedIndex NOTIFY selectedChanged)
     Q_PROPERTY(QString selectedName READ selectedName NOTIFY selectedChanged)
-    // In the language of the interface, as it is now.
+    // In the current interface language.
     Q_PROPERTY(QString selectedTitle READ selectedTitle NOTIFY selectedChanged)
 
 public:

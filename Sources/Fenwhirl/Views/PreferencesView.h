@@ -1,7 +1,7 @@
-// The user's choices as the settings, alerts and onboarding pages show and change them.
+// The user's preferences, as the settings, alerts and onboarding pages show and change them.
 //
-// Choices from a list are positions in the order of their enumeration. Everything is stored by the monitor as
-// soon as it is set.
+// A choice from a list is an index in the order of its enumeration. The monitor stores every value as soon as
+// it is set.
 //
 // Threads: main thread only.
 
@@ -38,7 +38,7 @@ class PreferencesView : public LiveView {
 public:
     using Notify = std::function<void(const QString& title, const QString& message)>;
 
-    // `notify` shows a notification; for the test button of the alerts page.
+    // `notify` shows a notification; it is used by the test button of the alerts page.
     PreferencesView(Monitor& monitor, Notify notify, QObject* parent = nullptr);
 
     [[nodiscard]] QString versionText() const;

@@ -18,7 +18,7 @@ class PresetList : public QAbstractListModel {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(QStringList titles READ titles NOTIFY textsChanged)
-    // The active preset's position, -1 when the settings are the user's own.
+    // The index of the active preset; -1 when the settings are the user's own.
     Q_PROPERTY(int activeIndex READ activeIndex NOTIFY activeChanged)
     Q_PROPERTY(QString activeTitle READ activeTitle NOTIFY activeChanged)
 
@@ -27,7 +27,8 @@ public:
 
     explicit PresetList(Monitor& monitor, QObject* parent = nullptr);
 
-    // Presets change so seldom that the list always listens; only texts are made anew when asked.
+    // Rebuilds the texts. Unlike a LiveView, the list always listens to its model, because presets change so
+    // rarely.
     void retranslate();
 
     Q_INVOKABLE void apply(int index);

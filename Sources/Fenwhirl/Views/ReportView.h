@@ -1,7 +1,7 @@
-// The diagnostic report of the settings page: whether it includes the fan test, whether it is being made, and
-// where it goes when it is ready.
+// The diagnostic report of the settings page: whether it includes the fan test, whether one is being created,
+// and where the finished report goes.
 //
-// Threads: main thread only; the monitor makes the report in the background.
+// Threads: main thread only; the monitor creates the report in the background.
 
 #pragma once
 
@@ -13,14 +13,14 @@
 
 #include <functional>
 
-// Asks where to put a file of the proposed name; empty when the user declines.
+// Asks where to save a file, proposing a name; returns an empty path when the user declines.
 using AskSavePath = std::function<QString(const QString& proposedName)>;
-// Shows a file, selected, in the file browser.
+// Shows and selects a file in the file manager.
 using RevealFile = std::function<void(const QString& path)>;
 
-// Asks for a place, writes the report there in one go as UTF-8, and shows the file. A failure to write is
-// silent: what lies there then is an older file or none, and is not shown. Nothing happens when the user
-// declines.
+// Asks for a path, writes the report there atomically as UTF-8, and shows the file. Nothing happens when the
+// user declines. A failure to write is silent: what is at that path is then an older file or none, and is not
+// shown.
 void saveReport(const QString& text, const AskSavePath& askSavePath, const RevealFile& revealFile);
 
 class ReportView : public QObject {
@@ -38,7 +38,7 @@ public:
 
     [[nodiscard]] bool busy() const { return busy_; }
 
-    // Begins a report; ignored while one is being made.
+    // Starts creating a report; ignored while one is being created.
     Q_INVOKABLE void create();
 
 Q_SIGNALS:

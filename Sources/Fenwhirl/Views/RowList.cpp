@@ -23,7 +23,7 @@ void RowList::setRows(QList<Row> rows) {
         const auto later = std::find_if(rows_.begin() + std::min(place, count()), rows_.end(),
                                         [&row](const Row& shown) { return shown.identity == row.identity; });
         if (later == rows_.end()) {
-            // All at once, as far as they follow each other.
+            // Inserts consecutive new rows in one operation.
             int end = place + 1;
             while (end < rows.size() && !shows(rows.at(end).identity))
                 ++end;

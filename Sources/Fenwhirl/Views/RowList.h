@@ -1,9 +1,9 @@
-// Rows that are ready to be shown and are made anew at each reading.
+// A list model of rows that are ready for display and are rebuilt at each reading.
 //
-// New rows are compared with the shown ones by what they stand for, a process or a sensor: views hear of the
-// rows and roles that differ, and of exactly the rows that come, go or move. So a row that has the focus, or
-// is in the user's hand, stays the same one however the others change. What shows the same as before costs
-// them nothing.
+// New rows are matched with the shown ones by the identity of what they represent, a process or a sensor.
+// Views are notified only of the rows and roles that differ, and of exactly the rows that are inserted,
+// removed or moved. A row that has the focus or is being dragged therefore stays the same however the others
+// change, and rows that show the same as before cost the views nothing.
 //
 // Threads: main thread only.
 
@@ -32,16 +32,16 @@ Q_SIGNALS:
     void countChanged();
 
 protected:
-    // The names of the roles, from Qt::UserRole on.
+    // `roleNames`: the names of the roles, which are numbered from Qt::UserRole.
     explicit RowList(QList<QByteArray> roleNames, QObject* parent = nullptr);
 
-    // One row: what it stands for, and a value for each role, in the order of the names.
+    // One row: the identity of what it represents, and a value for each role, in the order of the names.
     struct Row {
         QString identity;
         QVariantList values;
     };
 
-    // Of rows that stand for the same thing, each is the one at its place among them.
+    // Replaces all rows. Rows of the same identity are matched by their order.
     void setRows(QList<Row> rows);
 
 private:

@@ -1,7 +1,7 @@
 #include "Fenwhirl/Views/RowSlice.h"
 
 RowSlice::RowSlice(QObject* parent) : QSortFilterProxyModel(parent) {
-    // What a row says does not move it: no change of it need be looked at.
+    // The data of a row does not affect the filter, so changes of data need not be examined.
     setDynamicSortFilter(false);
 }
 

@@ -1,4 +1,4 @@
-// Some rows of a list that follow each other, as a list of their own: QML type `RowSlice`.
+// A contiguous range of the rows of another model, as a model of its own: QML type `RowSlice`.
 //
 //   RowSlice { sourceModel: sensors; first: 12; rows: 12 }
 //

@@ -1,8 +1,9 @@
 // The temperatures that a fan's curve can follow, as the fan cards offer them: the main temperature first,
 // then every sensor in the order of the readings.
 //
-// One object for all cards: the list is the same for each, and it changes only when sensors come or go or the
-// language changes, not with every reading. A choice is a position in `names`; the keys behind it stay here.
+// All cards share one object, because the list is the same for each. It changes only when sensors appear or
+// vanish or the language changes, not with every reading. A choice is an index into `names`; the sensors'
+// keys are kept inside.
 //
 // Threads: main thread only.
 
@@ -28,14 +29,14 @@ public:
     using QObject::QObject;
 
     void setSensors(const QList<SensorState>& sensors);
-    // The names again, in the language of now.
+    // Rebuilds the names in the current interface language.
     void retranslate();
 
     [[nodiscard]] const QStringList& names() const { return names_; }
 
-    // The position of a stored key; -1 when no sensor of this Mac has it.
+    // The index for a stored key; -1 when no sensor of this Mac has it.
     [[nodiscard]] int choiceForKey(std::string_view key) const;
-    // The key of a position; empty for the main temperature and for positions out of range.
+    // The key at an index; empty for the main temperature and for indices out of range.
     [[nodiscard]] std::string keyForChoice(int choice) const;
 
 Q_SIGNALS:

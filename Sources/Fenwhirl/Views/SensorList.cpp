@@ -8,7 +8,7 @@
 
 namespace {
 
-// Less than this above the reading, a peak says nothing.
+// In °C. A peak less than this above the reading says nothing.
 constexpr double leastPeakDistance = 2.0;
 
 } // namespace

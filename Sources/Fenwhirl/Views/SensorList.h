@@ -1,6 +1,6 @@
-// Temperatures as rows ready to be shown: a name, a text, a bar.
+// Temperatures as rows ready for display, each with a name, a text and a bar.
 //
-// Threads: main thread only. Roles: those of ShownSensor, by the same names.
+// Threads: main thread only. Roles: the members of ShownSensor except `id`, under the same names.
 
 #pragma once
 
@@ -12,21 +12,21 @@
 
 // What one row shows of a sensor.
 struct ShownSensor {
-    QString id; // by which it is known again
+    QString id; // the SMC key; identifies the sensor across readings
     QString name;
     QString temperature; // "63 °C"
-    double fraction;     // of the bar, 0 to 1: full at 100 °C
-    bool hot;            // 80 °C or more, whatever the user's own thresholds are
-    double peak;   // where the bar was in the last ten minutes; 0 unless 2 °C or more above the reading
-    bool peakHot;  // as `hot`, for the peak
-    QString range; // "55 – 71 °C": between which it was in that time
+    double fraction;     // filled part of the bar, 0 to 1; full at 100 °C
+    bool hot;            // 80 °C or more, independent of the user's thresholds
+    double peak;         // highest `fraction` in ten minutes; 0 unless 2 °C or more above the reading
+    bool peakHot;        // like `hot`, for the peak
+    QString range;       // "55 – 71 °C": the lowest and highest in that time
 
     bool operator==(const ShownSensor&) const = default;
 };
 
 [[nodiscard]] ShownSensor shown(const SensorState& sensor);
 
-// By shown name, ascending, compared as plain strings; sensors of the same name stay in their order.
+// Sorted by displayed name, ascending, compared as plain strings; sensors of the same name keep their order.
 [[nodiscard]] QList<ShownSensor> shownSortedByName(const QList<SensorState>& sensors);
 
 class SensorList : public RowList {

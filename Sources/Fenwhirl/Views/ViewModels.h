@@ -1,7 +1,7 @@
-// Everything that the windows show and call, in one object: what QML gets as its only way to the models.
+// All view models in one object, which is the only access that QML has to the models.
 //
-// Threads: main thread only. Asleep until a window is shown; the application wakes it with the first visible
-// window and puts it to sleep with the last. The models and services must outlive it.
+// Threads: main thread only. It is asleep until a window is shown: the application wakes it with the first
+// visible window and puts it to sleep with the last. The models and services must outlive it.
 
 #pragma once
 
@@ -17,14 +17,14 @@
 
 #include <functional>
 
-// What the views ask of the application around them.
+// What the views need from the application.
 struct ViewServices {
-    QString computerName; // as the system calls it; empty when it does not say
+    QString computerName; // the system's name for it; empty when there is none
     PreferencesView::Notify notify;
     ReportView::Save saveReport;
     IconSource applicationIcon;     // for the rows of the apps page
     std::function<void()> openMain; // shows and raises the main window
-    std::function<void()> quit;     // ends the program in the normal way
+    std::function<void()> quit;     // quits the program in the normal way
 };
 
 class ViewModels : public QObject {
@@ -44,7 +44,7 @@ public:
                QObject* parent = nullptr);
 
     void setAwake(bool awake);
-    // Makes every shown text again; called after a change of the interface language.
+    // Rebuilds every displayed text; called after a change of the interface language.
     void retranslate();
 
     [[nodiscard]] MachineView* machine() { return &machine_; }

@@ -1,19 +1,19 @@
-// The entry to the QML module Fenwhirl.Views: the windows and the objects that feed them.
+// The entry point of the QML module Fenwhirl.Views: the windows and their view models.
 //
-// The module is linked statically and has no plugin: whoever creates a QML engine calls registerViews() once
-// before, and adds "qrc:/qt/qml" to the engine's import paths. Main thread.
+// The module is linked statically and has no plugin. Call registerViews() before creating a QML engine, and
+// add "qrc:/qt/qml" to the engine's import paths. Main thread.
 
 #pragma once
 
 #include <QUrl>
 
-// Makes `import Fenwhirl.Views` and what it rests on work. May be called more than once.
+// Makes `import Fenwhirl.Views` and the modules it depends on work. May be called more than once.
 void registerViews();
 
-// The files of the main window and the status item's panel; each wants its initial property `models`, a
-// ViewModels.
+// The QML files of the main window and the status item's panel. Each requires the initial property `models`,
+// a ViewModels.
 [[nodiscard]] QUrl mainWindowFile();
 [[nodiscard]] QUrl menuPanelFile();
-// A question before all other windows; wants `heading`, `message`, `acceptText` and `laterText`, and emits
-// `accepted`.
+// The QML file of a question in front of all other windows. It requires `heading`, `message`, `acceptText`
+// and `laterText`, and emits `accepted`.
 [[nodiscard]] QUrl alertWindowFile();
