@@ -1,7 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A question in a window of its own, before all others: the program may have no other window at that moment.
+// An application-modal question in a window of its own, in front of all others: the program may have no other window open at
+// that moment.
 FixedSizeWindow {
     id: root
 
@@ -13,7 +14,7 @@ FixedSizeWindow {
     signal accepted()
 
     color: Theme.card
-    // The height is known for good only when the texts are broken into lines, which is after the window is shown.
+    // The height is final only once the texts are wrapped into lines, which happens after the window is shown.
     fittingSize: Qt.size(Math.round(300 * Theme.textScale), column.implicitHeight + 40)
     flags: Qt.Dialog
     modality: Qt.ApplicationModal

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The warning before the Mac gets too hot.
+// The alerts page: whether, and from which temperature, the user is warned that the Mac is getting too hot.
 PageFrame {
     id: root
 

@@ -2,17 +2,18 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// Tells a screen reader what changes in the program and the machine, in a window that shows it: trouble, offers, how the Mac
-// feels, what became of an installation. Each change once; never what merely was so when the window came up.
+// Announces changes in the program and the machine to screen readers, in a window that shows them: errors, offers, the
+// health verdict, the outcome of an installation. Each change is announced once. The state in which the window opens is not
+// announced.
 Item {
     id: root
 
     required property ViewModels models
-    // Whether changes are told now: not before all is made, and not by a window that is behind.
+    // Whether changes are announced: only once the window is complete, and only while it is the active one.
     property bool ready: false
     readonly property bool telling: ready && Window.active
 
-    // By what they are, not by their words: a change of the language changes nothing.
+    // These are states rather than displayed texts where possible, so that a change of the language announces nothing.
     readonly property string error: models.control.error
     readonly property bool readable: models.machine.smcAvailable
     readonly property bool outdated: models.control.outdated

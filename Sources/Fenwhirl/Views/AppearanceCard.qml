@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// Dark, light, or as the system has it.
+// The choice of the appearance: dark, light, or following the system.
 Card {
     id: root
 

@@ -4,7 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// What heats the Mac right now, and the means to quit it.
+// The applications page: what is heating the Mac right now, with a switch to quit each application.
 PageFrame {
     id: root
 
@@ -12,7 +12,7 @@ PageFrame {
 
     required property ViewModels models
     readonly property AppsView view: models.apps
-    // The first sentence of the explanation.
+    // The first sentence of the explanation, which screen readers say for each switch.
     readonly property string howToQuit: explanation.content.split(". ")[0] + "."
 
     property Dialog question: Dialog {
@@ -30,6 +30,7 @@ PageFrame {
         onWantedChanged: {
             if (!wanted)
                 return
+            // Keeps the last title once the question is answered, while the dialog fades out.
             title = Qt.binding(() => root.view.asking ? root.view.questionTitle : title)
             iconSource = root.view.questionIconSource
             open()

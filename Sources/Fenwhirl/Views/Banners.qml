@@ -4,14 +4,15 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// What stands above a page's content when something needs attention. It belongs into a column of the same spacing, of which
-// it gives one back: when nothing is shown, the column looks as if this were not there.
+// The banners above a page's content: errors, the offers to enable fan control or to update the helper, and a problem of the
+// page's own. Put it into a Column of the same spacing. Its height is one spacing less than that of its banners, so that
+// without banners the column looks as if this item were not there.
 Item {
     id: root
 
     required property ControlView control
     property bool showsOffers: true
-    // A trouble of the page's own.
+    // A problem specific to the page; empty for none.
     property string problem: ""
     readonly property real spacing: 18
 
@@ -29,6 +30,7 @@ Item {
 
             Column {
                 Repeater {
+                    // Each banner exists only while it is shown or moving.
                     model: errorPlace.needed ? 1 : 0
 
                     ErrorBanner {

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// Whether the program may drive the fans, and the way back to automatic.
+// Enables or disables fan control, and returns all fans to automatic.
 Card {
     id: root
 
@@ -35,7 +35,7 @@ Card {
             }
         }
 
-        // The way back stands at the right end, or below where a language needs more room.
+        // The reset button is right-aligned in the same row, or below it when the labels of a language need more room.
         Item {
             id: buttons
             readonly property bool oneRow: left.wanted + 12 + reset.implicitWidth <= width

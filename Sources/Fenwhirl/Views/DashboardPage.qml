@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The first page: the machine at a glance, and its fans.
+// The dashboard, which is the first page: the machine at a glance, and its fans.
 PageFrame {
     id: root
 
@@ -24,7 +24,7 @@ PageFrame {
             width: parent.width
         }
 
-        // Below each other where larger texts leave the sensors' bars no room.
+        // Stacked where larger texts leave no room for the sensors' bars.
         Grid {
             readonly property bool oneRow: width - temperature.designWidth - spacing >= 92 + 202 * Theme.textScale
 

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// One fan: what it does now, and how the user wants it driven.
+// One fan: its current state, and the controls that say how it is driven.
 Card {
     id: root
 
@@ -79,7 +79,8 @@ Card {
             }
         }
 
-        // Only what the mode needs exists. The card grows and shrinks to it when the mode changes, and follows all else at once.
+        // Contains only the controls that the mode needs. The height is animated when the mode changes, and follows all
+        // other changes at once.
         Item {
             id: place
             readonly property real wanted: controls.item ? controls.height + 14 : 0

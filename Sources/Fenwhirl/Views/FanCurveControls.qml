@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The part of a fan card for a speed that follows a temperature.
+// The part of a fan card for the mode in which the speed follows a temperature.
 Column {
     id: root
 
@@ -45,7 +45,7 @@ Column {
     }
 
     Column {
-        // Not by the present value: a step must not change the size of the texts.
+        // Computed from the widest texts rather than the current ones: a step must not change the size of the texts.
         readonly property int size: Math.max(start.wantedWidth, max.wantedWidth) > width ? 12 : 13
 
         spacing: 10

@@ -4,15 +4,15 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// One card per fan in equal columns: up to five, as many as fit and leave the rows even; a single fan has the width of one
-// of two. The cards of a row are equally high.
+// One card per fan, in up to five columns of equal width: as many as fit while the rows stay even. The card of a single fan
+// is as wide as one of two. All cards of a row have the same height.
 Grid {
     id: root
 
     required property MachineView machine
     readonly property real designedFor: width / Theme.textScale
     readonly property int count: machine.fans.count
-    // No card is narrower than 340.
+    // How many columns fit: no card is narrower than 340, and they are 18 apart.
     readonly property int fitting: Math.max(1, Math.min(Math.floor((designedFor + 18) / 358), 5))
     readonly property int rowsNeeded: Math.ceil(count / fitting)
     readonly property real columnWidth: (width - (columns - 1) * columnSpacing) / columns
@@ -22,13 +22,13 @@ Grid {
     rowSpacing: 18
     visible: count > 0
 
-    // Of the column that holds the card of that number: from whole point to whole point, so that its edges are sharp.
+    // The width of the card at `index`. Both edges lie on whole points, so that they are sharp.
     function widthAt(index: int): real {
         const left = index % columns * (columnWidth + columnSpacing)
         return Math.round(left + columnWidth) - Math.round(left)
     }
 
-    // Of the row that holds the card of that number.
+    // The height of the row that contains the card at `index`: that of its tallest card.
     function rowHeight(index: int): real {
         const first = index - index % columns
         let highest = 0

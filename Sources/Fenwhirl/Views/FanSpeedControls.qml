@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Views
 
-// The part of a fan card for a constant speed.
+// The part of a fan card for the mode with a constant speed.
 SliderGroup {
     required property FanRow fan
 

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// All fans, and nothing else.
+// The fans page: all fans, and nothing else.
 PageFrame {
     id: root
 

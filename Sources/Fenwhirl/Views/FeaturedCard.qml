@@ -4,7 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The few sensors that matter most. Where their bars are long, they are a bar chart with a scale.
+// The few sensors that matter most. Where their bars are long enough, a scale makes them a bar chart.
 Card {
     id: root
 
@@ -13,7 +13,7 @@ Card {
     readonly property real barLeft: firstRow ? firstRow.barLeft : 0
     readonly property real barWidth: firstRow ? firstRow.barWidth : 0
     readonly property bool hasScale: barWidth >= 360 * Theme.textScale
-    // From 0 to 100 °C.
+    // The number of intervals on the scale, which runs from 0 to 100 °C.
     readonly property int scaleSteps: 5
 
     Column {

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The choice of the interface language; each language is named in itself.
+// The choice of the interface language. Each language is listed by its own name.
 PopupButton {
     required property PreferencesView preferences
 
