@@ -4,7 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The main window: the sidebar and the page it chose, and over them the onboarding until it is done.
+// The main window: the sidebar and the selected page, covered by the onboarding until that is done.
 Window {
     id: root
 
@@ -17,7 +17,7 @@ Window {
     title: "Fenwhirl"
     width: 1040
 
-    // The keyboard must not reach what the onboarding covers.
+    // Keeps the keyboard focus inside the onboarding while it covers the window: Tab wraps around.
     onActiveFocusItemChanged: {
         if (!onboarding.wanted || !onboarding.overlay || !content.covers(activeFocusItem))
             return
@@ -33,7 +33,8 @@ Window {
         first: sidebar
         scope: onboarding.wanted && onboarding.overlay ? onboarding.overlay : content
 
-        // Orca asks about the switch of an application that is gone, and then says nothing of the one that has the focus now.
+        // When the focused switch of an application vanishes, Orca queries the vanished switch and then does not announce
+        // the control that has the focus now.
         onHandedOn: name => {
             if (root.models.pages.selectedName === "apps")
                 Announcer.say(name)
@@ -44,14 +45,14 @@ Window {
         models: root.models
     }
 
-    // How the Mac is, in one sentence for those who hear it.
+    // Says a summary of the machine's state to screen readers.
     Shortcut {
         sequences: ["F1"]
 
         onActivated: Announcer.say(root.models.machine.summary())
     }
 
-    // The sidebar's own rows say by themselves which page they show.
+    // Announces the new page, except while the sidebar has the focus: its rows announce their pages themselves.
     Connections {
         target: root.models.pages
 
@@ -73,7 +74,7 @@ Window {
         onActivated: root.models.quit()
     }
 
-    // Not behind the introduction: what it covers must not change unseen.
+    // Disabled during the onboarding: what it covers must not change unseen.
     Repeater {
         model: 7
 
@@ -94,11 +95,12 @@ Window {
         enabled: !onboarding.wanted
         sequences: ["Ctrl+,"]
 
-        onActivated: root.models.pages.selectedIndex = 6 // the settings, the last of the seven
+        onActivated: root.models.pages.selectedIndex = 6 // the settings page, the last of the seven
     }
 
-    // Under everything else: what nothing there takes drags the window where its title bar is hidden. Elsewhere the title
-    // bar does: under X11 a window that was dragged by its background has been seen to stick to the pointer afterwards.
+    // On macOS, where the title bar is hidden, dragging the background moves the window. This item lies below everything
+    // else, so it gets only the presses that nothing else takes. On other systems the title bar moves the window: under X11
+    // a window that was dragged by its background has been seen to stick to the pointer afterwards.
     Item {
         anchors.fill: parent
 
@@ -118,7 +120,7 @@ Window {
         id: content
         anchors.fill: parent
 
-        // In the sidebar they scroll the page, too.
+        // Page Up and Page Down scroll the page even while the sidebar has the focus.
         Keys.onPressed: event => {
             event.accepted = event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp
             if (event.accepted)
@@ -157,7 +159,7 @@ Window {
 
         anchors.fill: parent
 
-        // Loaded by its address: a window without it need not know what it is made of.
+        // Loaded by URL, so that a window without the onboarding need not load the types it consists of.
         function load() {
             setSource("Onboarding.qml", {"control": root.models.control, "preferences": root.models.preferences})
         }
@@ -176,7 +178,7 @@ Window {
         }
     }
 
-    // The introduction fades in over the window, which need not wait for it.
+    // Loads the onboarding after the first frame: it fades in over the window, which need not wait for it.
     Connections {
         id: firstPicture
         target: root

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The panel's buttons: enable control while that is wanted, open the window, quit.
+// The panel's buttons: enable fan control (while that is offered), open the main window, quit.
 Column {
     id: root
 

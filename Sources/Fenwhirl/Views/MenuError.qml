@@ -2,13 +2,13 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// In the panel: what went wrong with the last change, until it is closed. As tall as its text, at most three lines.
+// The panel's message about a failed change, shown until it is dismissed. It is as tall as its text, at most three lines.
 Item {
     id: root
 
     required property ControlView control
     readonly property string message: control.error
-    // When the message becomes empty, its words stay: the line may be on its way out.
+    // The last message. It is kept when `message` becomes empty, because the line may still be moving out.
     property string words: ""
 
     Accessible.name: words
@@ -28,7 +28,7 @@ Item {
 
     Paragraph {
         id: text
-        Accessible.ignored: true // the line says it
+        Accessible.ignored: true // the root item has the name
         anchors.left: parent.left
         anchors.leftMargin: 26
         anchors.right: close.left

@@ -4,17 +4,17 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The fans of the status item's panel, between two hairlines. Where they have no room they scroll, and a row that is cut and
-// soft edges say that there are more.
-//   room   what there is for it
-// Its height is that of all rows if they fit, else the room; but at least two and a half rows, or else again that of all: then
-// what it lies in scrolls.
+// The fans of the status item's panel, between two hairlines. When they do not fit, they scroll; a row that is cut and soft
+// edges show that there are more.
+//   room   the height available to the list
+// The height is that of all rows if they fit, and `room` otherwise. If `room` is less than two and a half rows, the height
+// is again that of all rows, and the enclosing view scrolls.
 Item {
     id: root
 
     required property MachineView machine
     property real room: 100000
-    // From the edge of the panel, to which the scroll bar reaches.
+    // The distance to the edge of the panel, where the scroll bar is.
     property real margin: 16
     readonly property real spacing: 14
     readonly property real rowHeight: rows.count > 0 ? (rows.itemAt(0)?.implicitHeight ?? 0) : 0
@@ -62,7 +62,7 @@ Item {
         height: 28
         opacity: shown ? 1 : 0
         visible: opacity > 0
-        // Inside the panel's own hairline.
+        // Does not cover the panel's own hairline.
         width: view.width - 2
         x: view.x + 1
 

@@ -15,7 +15,7 @@ Column {
         height: speed.height
         width: parent.width
 
-        // Whether the value above the knob lies on what stands between these.
+        // Whether the bubble above the knob overlaps what lies between the two x coordinates.
         function isCovered(from: real, to: real): bool {
             return slider.bubble.shown && slider.bubble.touches(from, to, 4)
         }
@@ -29,7 +29,7 @@ Column {
             x: (18 - width) / 2
 
             onClicked: {
-                slider.forceActiveFocus(Qt.OtherFocusReason) // first: the symbol is no stop any more then
+                slider.forceActiveFocus(Qt.OtherFocusReason) // first, because the button stops being a tab stop
                 root.fan.mode = 0
             }
         }
@@ -74,7 +74,8 @@ Column {
         }
     }
 
-    // Screen readers say at once what changes of the focused control: it keeps the speed that they have said.
+    // The speed that was last announced. It does not change while the slider has the focus, because screen readers announce
+    // every change of the focused control.
     property string spokenSpeed
 
     Binding on spokenSpeed {

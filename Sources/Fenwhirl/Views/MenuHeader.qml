@@ -4,7 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The name, how the Mac feels, and what went wrong.
+// The program's name, the health verdict, and the last error.
 Column {
     id: root
 

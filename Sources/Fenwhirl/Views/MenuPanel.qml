@@ -2,20 +2,20 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The status item's panel: the machine at a glance, presets, one slider per fan, and the ways on.
+// The status item's panel: the machine at a glance, presets, one slider per fan, and the action buttons.
 FixedSizeWindow {
     id: root
 
     required property ViewModels models
-    // What the screen leaves; a panel with very many fans scrolls inside it.
+    // The height available on the screen. A panel with very many fans scrolls within it.
     property real maximumPanelHeight: 100000
-    // Whether its window can be translucent; elsewhere it is cut to the panel's shape.
+    // Whether the window can be translucent. If not, it is cut to the panel's shape.
     property bool composed: true
-    // Whether it draws its shadow, into a margin of the window.
+    // Whether the panel draws its own shadow, in a margin of the window.
     property bool shadowed: false
     readonly property real blur: shadowed ? 50 : 0
     readonly property real fall: shadowed ? 18 : 0
-    // The panel's place in its window.
+    // The panel's geometry in its window.
     readonly property rect panelArea: Qt.rect(blur, blur - fall, Math.round(340 * Theme.textScale),
                                               Math.min(panel.contentHeight, maximumPanelHeight))
 
@@ -33,20 +33,20 @@ FixedSizeWindow {
         models: root.models
     }
 
-    // It comes without a title that could be read.
+    // The panel shows no title that a screen reader could read, so it introduces itself.
     onActiveChanged: {
         if (active)
             introduce.restart()
     }
 
-    Timer { // what speaks has to know that the panel is active, too
+    Timer { // deferred until Announcement, too, has seen the panel become active
         id: introduce
         interval: 0
 
         onTriggered: Announcer.say("Fenwhirl, " + root.models.machine.statusWord) // i18n-ignore: the product's name
     }
 
-    // How the Mac is, in one sentence for those who hear it.
+    // Says a summary of the machine's state to screen readers.
     Shortcut {
         sequences: ["F1"]
 
@@ -93,7 +93,7 @@ FixedSizeWindow {
         radius: root.composed ? 0 : surface.radius
     }
 
-    // A press on the shadow is one beside the panel.
+    // A press on the shadow counts as a press beside the panel, which closes it.
     MouseArea {
         anchors.fill: parent
 
@@ -187,7 +187,7 @@ FixedSizeWindow {
             MenuFanList {
                 machine: root.models.machine
                 margin: panel.padding
-                // What the rest leaves of the screen.
+                // What the other parts leave of the available height.
                 room: root.maximumPanelHeight - 2 * panel.padding - head.height - actions.height - 2 * content.spacing
                 visible: root.models.machine.fans.count > 0
                 width: parent.width

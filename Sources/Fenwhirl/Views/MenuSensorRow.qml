@@ -11,7 +11,7 @@ Item {
 
     Accessible.name: name + " " + temperature
     Accessible.role: Accessible.ListItem
-    // Less than the large digits' own line, so that their height and not their leading sets the rows apart.
+    // Less than the line height of the large digits, so that the digits' own height, not their leading, separates the rows.
     implicitHeight: Math.round(20 * Theme.textScale)
 
     ElidedLabel {

@@ -2,9 +2,9 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The introduction at the first start, over the dimmed window: three steps forward, none of them can go wrong.
-//   shown        false sends it away
-//   signal gone  it has left
+// The onboarding at the first start, over the dimmed window: three steps, forward only, none of which can fail.
+//   shown        false fades it out
+//   signal gone  it has faded out
 FocusScope {
     id: root
 
@@ -46,7 +46,7 @@ FocusScope {
     }
 
     MouseArea {
-        anchors.fill: parent // nothing behind can be reached
+        anchors.fill: parent // keeps the pointer from everything behind
         hoverEnabled: true
 
         onWheel: wheel => wheel.accepted = true
@@ -54,9 +54,9 @@ FocusScope {
 
     Surface {
         id: sheet
-        // Enough for most steps, so that the button keeps its place from step to step.
+        // Enough for most steps, so that the button stays in place from step to step.
         readonly property real leastHeight: 424 + Math.round(150 * (Theme.textScale - 1))
-        // Dots and button, with what is between and under them.
+        // The height of dots and button, with the space between and below them.
         readonly property real below: 8 + 20 + forward.height + 28
 
         anchors.centerIn: parent
@@ -78,7 +78,7 @@ FocusScope {
             z: -1
         }
 
-        // Scrolls where large texts do not fit into the window.
+        // Scrolls when large texts do not fit into the window.
         ScrollView {
             anchors.bottom: parent.bottom
             anchors.bottomMargin: sheet.below + 20

@@ -2,7 +2,8 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// What one step of the onboarding offers to do: the language first, fan control second, nothing last.
+// What a step of the onboarding offers to do: choosing the language in the first, enabling fan control in the second,
+// nothing in the last.
 Item {
     id: root
 

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// Shows the selected page. Only that one exists: the others cost nothing, and each begins at its top.
+// Shows the selected page. Only that page exists: the others cost nothing, and each opens at its top.
 Item {
     id: root
 
@@ -10,7 +10,7 @@ Item {
     readonly property string pageName: models.pages.selectedName
 
     function load() {
-        const file = pageName.charAt(0).toUpperCase() + pageName.slice(1) + "Page.qml" // "fans": FansPage.qml
+        const file = pageName.charAt(0).toUpperCase() + pageName.slice(1) + "Page.qml" // "fans" is FansPage.qml
         page.setSource(file, {"models": models})
     }
 
@@ -19,7 +19,7 @@ Item {
     Component.onCompleted: load()
     onPageNameChanged: load()
 
-    // 1: one page down, -1: one up.
+    // Scrolls down by `count` pages, or up when it is negative. A page is 90 % of the visible height.
     function scrollByPages(count: int) {
         if (view)
             view.scrollBy(count * height * 0.9)

@@ -1,6 +1,6 @@
 import Fenwhirl.Components
 
-// What every page of the main window stands in: the same frame on each, so that a title never jumps from page to page.
+// The frame of every page of the main window. It is the same for all, so that the title does not move from page to page.
 //   ofText   whether the page is one column of sentences, which would be hard to read across a large screen
 ScrollView {
     property bool ofText: false

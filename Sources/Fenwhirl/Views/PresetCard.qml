@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// One preset: its name, what it does, and the button that applies it or the word that it is in force.
+// One preset: its name, its description, and either the button that applies it or a label that says it is active.
 Card {
     id: root
 
@@ -54,7 +54,7 @@ Card {
                 onClicked: root.applied()
             }
 
-            // A stop of Tab, too: it gets the focus of the button in whose place it comes.
+            // A tab stop, too, because it takes over the focus of the button that it replaces.
             Label {
                 id: word
                 Accessible.focusable: true

@@ -4,7 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The presets, each with what it does.
+// The presets page: each preset with its description.
 PageFrame {
     id: root
 

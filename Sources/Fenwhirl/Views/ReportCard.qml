@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The diagnostic report.
+// Creates the diagnostic report, on request with a test of the fans.
 Card {
     id: root
 
@@ -28,7 +28,7 @@ Card {
             }
         }
 
-        // The button stands at the right end, or below where the text would have too little room.
+        // The button is right-aligned in the same row, or below it when the text would have too little room.
         Item {
             id: ways
             readonly property real textRoom: width - fanTest.width - 12

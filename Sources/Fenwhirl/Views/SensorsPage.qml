@@ -4,7 +4,8 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// Every temperature sensor, by name. The list is one tab stop, in which the arrow keys lead from row to row.
+// The sensors page: every temperature sensor, sorted by name. The list is one tab stop, in which the arrow keys move from
+// row to row.
 PageFrame {
     id: root
 
@@ -32,10 +33,10 @@ PageFrame {
             visible: root.count > 0
             width: parent.width
 
-            // Columns are filled downwards, one after the other, as in a list of files.
+            // Columns are filled from top to bottom, one after the other, as in a list of files.
             FocusScope {
                 id: list
-                property int currentIndex: 0 // of the row that has the focus, or had it last
+                property int currentIndex: 0 // the row that has, or last had, the focus
                 readonly property real gap: 40
                 readonly property int fitting: Math.floor((width / Theme.textScale + gap) / (400 + gap))
                 readonly property int columns: Math.max(1, Math.min(fitting, 3, Math.floor(root.count / 12)))
@@ -57,7 +58,7 @@ PageFrame {
                 }
                 onColumnsChanged: settle.restart()
 
-                // In view before it has the focus, so that the row is there to get it.
+                // Scrolls the row into view before it gives it the focus, because only then is its delegate sure to exist.
                 function goTo(index: int) {
                     if (index < 0 || index >= root.count)
                         return
@@ -67,7 +68,7 @@ PageFrame {
                     columnViews.itemAt(Math.floor(index / rows)).focus = true
                 }
 
-                Timer { // once the columns are there
+                Timer { // runs once the new columns exist
                     id: settle
                     interval: 0
 
@@ -78,8 +79,8 @@ PageFrame {
                     id: columnViews
                     model: list.columns
 
-                    // As high as the window at most and moved along with the page, so that of hundreds of sensors only
-                    // those that can be seen have rows.
+                    // At most as high as the window, and moved along with the page, so that of hundreds of sensors only the
+                    // visible ones have delegates.
                     ListView {
                         id: column
                         required property int index
@@ -89,7 +90,7 @@ PageFrame {
                         readonly property int first: index * list.rows
 
                         Accessible.ignored: true
-                        // All rows exist while they are gone through, so that each knows its place among them.
+                        // All rows have delegates while the list has the focus, so that each knows its position among them.
                         cacheBuffer: list.activeFocus ? 100000 : 0
                         contentY: y
                         currentIndex: {
@@ -107,7 +108,7 @@ PageFrame {
                         x: Math.round(wantedX)
                         y: Math.max(0, Math.min(above, parent.height - root.height))
 
-                        // One column needs no part of the list.
+                        // A single column needs no slice of the list.
                         model: list.columns > 1 ? slice : root.models.machine.sensors
 
                         RowSlice {
@@ -122,7 +123,7 @@ PageFrame {
                             takesFocus: true
                             width: column.width
 
-                            // A row that waits to be used again is not drawn, but a screen reader would find it.
+                            // A pooled delegate is not drawn, but a screen reader would still find it.
                             ListView.onPooled: visible = false
                             ListView.onReused: visible = true
                         }

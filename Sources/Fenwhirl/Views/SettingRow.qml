@@ -2,8 +2,8 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// A setting on one line: its group's heading, its name and a note below each other, and at the right end the control,
-// which is the one child. Below them instead, where it would leave the texts too little room.
+// A setting on one line: at the left, one below the other, the heading of its group, its name and a note; at the right the
+// control, which is the only child. The control moves below the texts when it would leave them too little room.
 Item {
     id: root
 

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The user's choices, the state of fan control, and the diagnostic report.
+// The settings page: the user's preferences, the state of fan control, and the diagnostic report.
 PageFrame {
     id: root
 

@@ -4,21 +4,22 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The left side of the main window: the program's name, the pages, and how the Mac feels.
-// One tab stop, the row of the shown page: Up and Down show the page above and below, Home and End the first and the last.
+// The sidebar of the main window: the program's name, the pages, and the health verdict.
+// It is one tab stop, the row of the selected page: Up and Down select the previous and the next page, Home and End the
+// first and the last.
 Rectangle {
     id: root
 
     required property MachineView machine
     required property PageList pages
-    // Below 944 points the pages need what the longest title can spare.
+    // In a window narrower than 944 points the sidebar gives the page what its longest title can spare.
     required property real windowWidth
 
     color: Theme.sidebar
-    // The pages need the room too: it grows slower than its texts, which are cut where they must be.
+    // The page needs room too, so the width grows more slowly than the texts, which are elided if necessary.
     implicitWidth: Math.round(Math.max(184, Math.min(windowWidth / Theme.textScale - 736, 208)) + 112 * (Theme.textScale - 1))
 
-    // Whether one of its rows has the keyboard's focus.
+    // Whether one of the rows has the keyboard focus.
     readonly property alias hasFocus: rowScope.activeFocus
 
     Row {
@@ -77,7 +78,7 @@ Rectangle {
             return root.pages.selectedIndex
         }
 
-        // The page follows the focus, as in every sidebar.
+        // Moving the focus to a row also selects its page, as is usual in sidebars.
         function moveTo(index: int) {
             if (index < 0 || index >= rows.count)
                 return

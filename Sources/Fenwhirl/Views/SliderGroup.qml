@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// A slider under the text that says its value.
+// A slider below the sentence that states its value.
 Column {
     id: root
 
@@ -21,7 +21,7 @@ Column {
 
     ChangingText {
         id: sentence
-        // What the bubble would cut, it covers as a whole.
+        // A sentence that the bubble would partly cover fades as a whole.
         readonly property bool covered: slider.bubble.shown && slider.bubble.touches(0, Math.min(implicitWidth, width), 4)
 
         content: root.text

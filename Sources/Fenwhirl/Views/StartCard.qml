@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// Whether the program starts with the Mac.
+// The setting that starts the program with the Mac.
 Card {
     id: root
 

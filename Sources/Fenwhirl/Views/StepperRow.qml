@@ -2,10 +2,10 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// A text that says a value, and the stepper that changes it.
-//   size         of the text
-//   widestText   with the widest of its values
-//   wantedWidth  what it needs to stand on one line in the usual size, whatever the value
+// A text that states a value, and the stepper that changes it.
+//   size         size of the text
+//   widestText   the text with the widest of the possible values
+//   wantedWidth  the width needed to fit on one line in the usual size, whatever the value
 Item {
     id: root
 
@@ -32,7 +32,7 @@ Item {
         size: root.size
     }
 
-    // All digits are as wide as a zero.
+    // Measured with zeros, because every digit is drawn as wide as a zero.
     TextMetrics {
         id: metrics
         font.pixelSize: Math.round(13 * Theme.textScale)

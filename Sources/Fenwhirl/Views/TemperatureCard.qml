@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// The main temperature: its number, what it means, and its last ten minutes.
+// The main temperature: its value, the health verdict, and a chart of the last ten minutes.
 Card {
     id: root
 
@@ -31,7 +31,8 @@ Card {
             text: root.machine.temperatureNumber
             weight: Font.Bold
 
-            // Having the focus, it says the whole machine as it was then: screen readers say at once what changes of it.
+            // On receiving the focus it says a summary of the whole machine. The summary does not change while it has the
+            // focus, because screen readers announce every change of the focused item.
             property string spoken
 
             Binding on spoken {

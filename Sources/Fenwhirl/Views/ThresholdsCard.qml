@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 import Fenwhirl.Views
 
-// From which temperatures the Mac is called warm and hot.
+// The temperatures from which the Mac is called warm and hot.
 Card {
     id: root
 
