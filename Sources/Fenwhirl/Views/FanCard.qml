@@ -104,6 +104,7 @@ Card {
             Loader {
                 id: controls
                 readonly property int mode: root.fan.mode
+                // False during the first load, which is not animated.
                 property bool ready: false
 
                 width: parent.width

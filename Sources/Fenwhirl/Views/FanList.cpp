@@ -8,6 +8,7 @@ FanList::FanList(Monitor& monitor, const SensorChoices& choices, QObject* parent
     , choices_(choices) {}
 
 void FanList::removeMissing(const QList<FanState>& fans) {
+    // From the end, so that the indices of earlier rows stay valid.
     for (int row = count() - 1; row >= 0; --row) {
         const int index = rows_.at(row)->index();
         if (std::any_of(fans.begin(), fans.end(), [index](const FanState& fan) { return fan.id == index; }))

@@ -24,6 +24,7 @@ void ReportView::create() {
     if (std::exchange(busy_, true))
         return;
     Q_EMIT busyChanged();
+    // The view may be gone when the report is ready.
     monitor_.makeDiagnosticReport(withFanTest_, [self = QPointer<ReportView>(this)](const QString& text) {
         if (!self)
             return;

@@ -13,6 +13,7 @@ RowList::RowList(QList<QByteArray> roleNames, QObject* parent)
 void RowList::setRows(QList<Row> rows) {
     QHash<QString, int> seen;
     for (Row& row : rows) {
+        // Makes identities unique by numbering all but the first row of each.
         if (const int before = seen[row.identity]++; before > 0)
             row.identity += QStringLiteral(" #%1").arg(before);
     }
@@ -50,6 +51,7 @@ void RowList::removeMissing(const QList<Row>& rows) {
     QSet<QString> left;
     for (const Row& row : rows)
         left.insert(row.identity);
+    // From the end, so that the indices of earlier rows stay valid; consecutive rows are removed together.
     for (int last = count() - 1; last >= 0; --last) {
         int first = last + 1;
         while (first > 0 && !left.contains(rows_.at(first - 1).identity))
