@@ -3,12 +3,14 @@
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
-// The node by which assistive technology reads and sets a slider or a stepper: QML type `AccessibleRange`.
+// The node through which assistive technology reads and sets a slider or a stepper: QML type
+// `AccessibleRange`.
 //
-// It is put inside the control, given its range and `current`, and carries the role. The toolkit reads the
+// Put it inside the control, give it the range and `current`, and set the accessible role on it. Qt reads the
 // range from properties named `value`, `minimumValue`, `maximumValue` and `stepSize`, and sets a value by
-// writing `value`. The controls of this module never change their own value but ask their owner: so writing
-// `value` changes nothing here, it emits `requested`, and `value` follows when `current` does.
+// writing `value`. The controls of this module never change their own value but request it from their owner.
+// Writing `value` therefore changes nothing here: it emits `requested`, and `value` follows when `current`
+// does.
 
 namespace Fenwhirl {
 

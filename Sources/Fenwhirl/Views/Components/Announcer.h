@@ -6,13 +6,13 @@
 
 #include <functional>
 
-// What a screen reader says although the focus stays where it is: QML singleton `Announcer`.
+// Makes a screen reader say a text while the focus stays where it is: QML singleton `Announcer`.
 //
 //   Announcer.say(qsTr("Contrôle activé"))
 //
-// Call it once for a change that a seeing user would notice, never for a measured value. A text is said in
-// the window that is active, by its Announcement; where the system has announcements of its own, by these.
-// An empty text says nothing.
+// Call it once for each change that a sighted user would notice, never for a measured value. If the system
+// has announcements of its own, these are used; otherwise the Announcement of the active window makes the
+// text heard. An empty text is ignored.
 //
 // One instance per QML engine, owned by it; main thread only.
 
@@ -26,16 +26,16 @@ class Announcer : public QObject {
 public:
     using QObject::QObject;
 
-    // `urgent` where what is being read may be cut short for it.
+    // `urgent`: the text may interrupt what is being read.
     Q_INVOKABLE void say(const QString& text, bool urgent = false);
 
 Q_SIGNALS:
-    // Not where the system says it.
+    // Not emitted when the system makes the announcement.
     void said(const QString& text);
 };
 
-// How the system announces; false when it has nothing of the kind. Until it is given, nothing of the kind is
-// there.
+// The system's way of making an announcement; returns false when it has none. Until this is set, there is
+// none.
 using SystemAnnouncement = std::function<bool(const QString& text, bool urgent)>;
 void setSystemAnnouncement(SystemAnnouncement announcement);
 

@@ -16,9 +16,9 @@ namespace {
 
 constexpr double dotRadius = 4.0;
 constexpr double dotRingRadius = 6.0;
-constexpr double focusRadius = 9.0; // in the middle of a ring from 8 to 10
+constexpr double focusRadius = 9.0; // the middle of a ring from 8 to 10
 constexpr double focusWidth = 2.0;
-constexpr double reach = 12.0; // beyond its point, on each side
+constexpr double reach = 12.0; // of the item beyond its point, on each side
 constexpr double tail = 4.0;   // of the hairline below the plot
 constexpr double endDistance = 12.0;
 
@@ -80,7 +80,7 @@ int ChartCursor::keyboardIndex() const {
     if (!m_sample)
         return usable(lastIndex());
     const auto found = std::find(m_times.rbegin(), m_times.rend(), *m_sample);
-    const auto index = static_cast<int>(std::distance(found, m_times.rend())) - 1; // -1: it has left
+    const auto index = static_cast<int>(std::distance(found, m_times.rend())) - 1; // -1: the sample has left
     return usable(std::clamp(index, 0, lastIndex()));
 }
 
@@ -100,6 +100,7 @@ void ChartCursor::follow() {
         m_time = m_index < m_times.size() ? std::optional(m_times.at(m_index)) : std::nullopt;
         place();
     }
+    // Values that arrive while the keyboard leads are not announced; the keyboard's own moves call speak().
     if (!byKeyboard())
         speak();
     if (reading() || wasReading)
@@ -143,12 +144,12 @@ void ChartCursor::speak() {
 }
 
 QString ChartCursor::widestTime() const {
-    return NumberFormat::clockText(QTime(22, 0));
+    return NumberFormat::clockText(QTime(22, 0)); // two digits for the hour in a format of 12 hours, too
 }
 
 void ChartCursor::pointTo(double x) {
     if (x == m_pointedAt)
-        return; // what moved was the page under it
+        return; // the page moved under a resting pointer
     m_pointedAt = x;
     m_pointer = x;
     follow();
@@ -190,7 +191,7 @@ void ChartCursor::moveBy(int samples) {
     m_dismissed = false;
     const qint64 wanted = static_cast<qint64>(from) + samples;
     int index = static_cast<int>(std::clamp<qint64>(wanted, 0, lastIndex()));
-    // Over a value that is no number it steps on, in its own direction.
+    // Skips values that are not finite, in the direction of the movement.
     while (index < lastIndex() && samples > 0 && !m_chart->pointAt(index))
         ++index;
     index = usable(index);
@@ -207,6 +208,7 @@ void ChartCursor::paint(QPainter* painter) {
         return;
     const double ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
     const double hairline = std::max(1.0, std::round(ratio)) / ratio;
+    // The item is aligned to whole points, so the remaining fraction is added here.
     const double x = reach + m_point.x() - std::floor(m_point.x());
     const double left = std::round((x - hairline / 2.0) * ratio) / ratio;
     painter->setRenderHint(QPainter::Antialiasing, false);

@@ -11,14 +11,16 @@
 
 #include <optional>
 
-// The reading that is pointed at in a LineChart: QML type `ChartCursor`, beside the chart and above it.
+// The cursor that marks one reading of a LineChart: QML type `ChartCursor`, a sibling of the chart, above it.
 //
 //   ChartCursor { chart: plot; times: root.times; lineColor: ...; dotColor: ...; surfaceColor: ... }
 //
-// It is led by a pointer, which it stays under while new values arrive, or by the keyboard: then it stays on
-// its sample, which wanders to the left, and on the last one as long as it is there. A sample that has left
-// the chart takes it to the first. Whichever moved last leads.
-// Places itself: a hairline, and a dot on the line, with a ring around it while `ring` is true.
+// The pointer or the keyboard leads it, whichever moved last. Led by the pointer, it stays under the pointer
+// while new values arrive. Led by the keyboard, it stays on its sample, which moves to the left as new values
+// arrive; on the last sample it stays on the last one. When its sample has left the chart, it goes to the
+// first.
+// It positions itself. It draws a hairline, and a dot on the line, with a ring around the dot while `ring` is
+// true.
 
 namespace Fenwhirl {
 
@@ -26,24 +28,26 @@ class ChartCursor : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(Fenwhirl::LineChart* chart READ chart WRITE setChart NOTIFY chartChanged FINAL)
-    // When the chart's values were read, in milliseconds since the beginning of 1970, one for each.
+    // When the chart's values were read, one time for each, in milliseconds since the Unix epoch.
     Q_PROPERTY(QList<double> times READ times WRITE setTimes NOTIFY timesChanged FINAL)
     Q_PROPERTY(bool ring MEMBER m_ring NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor lineColor MEMBER m_lineColor NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor dotColor MEMBER m_dotColor NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor surfaceColor MEMBER m_surfaceColor NOTIFY styleChanged FINAL)
 
-    // Whether something is read. What follows keeps its last value while nothing is, so that it can fade out.
+    // Whether a reading is marked. While none is, the properties below keep their last values, so that the
+    // cursor can fade out.
     Q_PROPERTY(bool reading READ reading NOTIFY moved FINAL)
     Q_PROPERTY(bool byKeyboard READ byKeyboard NOTIFY moved FINAL)
-    Q_PROPERTY(double at READ at NOTIFY moved FINAL)              // x in the chart's parent
-    Q_PROPERTY(bool hidesEnd READ hidesEnd NOTIFY moved FINAL)    // too near to the last value for its dot
-    Q_PROPERTY(QString timeText READ timeText NOTIFY moved FINAL) // "14:32"; empty where no time is known
+    Q_PROPERTY(double at READ at NOTIFY moved FINAL)              // x coordinate in the chart's parent
+    Q_PROPERTY(bool hidesEnd READ hidesEnd NOTIFY moved FINAL)    // covers the chart's end dot
+    Q_PROPERTY(QString timeText READ timeText NOTIFY moved FINAL) // "14:32"; empty if the time is unknown
     Q_PROPERTY(QString degreesText READ degreesText NOTIFY moved FINAL)
-    // "14:32, 63 °C", for assistive technology, which says every change of it: it follows pointer and keys,
-    // but not the values that arrive under the keyboard's cursor. Empty while nothing is read.
+    // "14:32, 63 °C", for assistive technology, which announces every change of it. It therefore follows
+    // pointer and keys, but not the values that arrive while the keyboard leads. Empty while no reading is
+    // marked.
     Q_PROPERTY(QString spoken READ spoken NOTIFY spokenChanged FINAL)
-    // A time in the region's form that is as wide as any.
+    // A time in the region's format that is as wide as any.
     Q_PROPERTY(QString widestTime READ widestTime CONSTANT FINAL)
 
 public:
@@ -70,15 +74,15 @@ public:
 
     [[nodiscard]] QString widestTime() const;
 
-    // A pointer is at this x of the chart's parent, or nowhere any more.
+    // The pointer is at this x coordinate of the chart's parent, or has left.
     Q_INVOKABLE void pointTo(double x);
     Q_INVOKABLE void leave();
-    // The keyboard's cursor comes to the last sample, and goes.
+    // The keyboard focus has arrived, which marks the last sample, or has left.
     Q_INVOKABLE void enter();
     Q_INVOKABLE void release();
-    // Hides it until it is moved again.
+    // Hides the cursor until it is moved again.
     Q_INVOKABLE void dismiss();
-    // By so many samples, to the left when negative; at most to the first or the last.
+    // Moves by a number of samples, to the left when negative, at most to the first or the last one.
     Q_INVOKABLE void moveBy(int samples);
 
     void paint(QPainter* painter) override;
@@ -92,8 +96,8 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] int lastIndex() const;
-    // The nearest sample with a number, seen from there to the left first, then to the right; -1: there is
-    // none.
+    // The nearest sample with a finite value: `index` itself or one to its left, else one to its right; -1 if
+    // there is none.
     [[nodiscard]] int usable(int index) const;
     [[nodiscard]] int indexAt(double x) const;
     [[nodiscard]] int keyboardIndex() const;
@@ -108,9 +112,10 @@ private:
     QColor m_dotColor;
     QColor m_surfaceColor;
 
-    std::optional<double> m_pointer;   // where it leads the cursor
-    std::optional<double> m_pointedAt; // where it was seen last
-    // The keyboard's own: whether it is there and seen, and its sample's time; none on the last one.
+    std::optional<double> m_pointer;   // x coordinate while the pointer leads the cursor
+    std::optional<double> m_pointedAt; // x coordinate at which the pointer was last seen
+    // The keyboard's state: whether it has entered the chart, whether the cursor is hidden, and the time of
+    // its sample, which is empty on the last one.
     bool m_entered = false;
     bool m_dismissed = false;
     std::optional<double> m_sample;

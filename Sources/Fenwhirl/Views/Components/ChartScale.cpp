@@ -16,7 +16,7 @@ constexpr double mostLines = 8.0;
 constexpr double numberDistance = 13.0;
 constexpr double greatestNumber = 999.0;
 
-// For a range that takes so much of a plot of the designed height and texts of the designed size.
+// The step for a range that fills a plot of the designed height with texts of the designed size.
 double stepFor(double span) {
     constexpr double narrow = 22.0;
     constexpr double medium = 50.0;
@@ -30,7 +30,7 @@ double stepFor(double span) {
     return step;
 }
 
-// One line alone measures nothing.
+// Halves the step until there are two lines: one line alone is no scale.
 double withTwoLines(double step, ChartRange range) {
     constexpr double smallest = 5.0;
     while (step > smallest && std::ceil(range.low / step) * step + step > range.top)
@@ -76,7 +76,7 @@ QList<ChartLine> chartLines(ChartRange range, double plotHeight, double textScal
              away / degreesPerPoint >= numberDistance * textScale && std::abs(celsius) <= greatestNumber,
              false});
         if (celsius + step == celsius)
-            break; // beyond what a double can count
+            break; // the step is below the precision of a double
     }
     if (showsThreshold)
         lines.append({*threshold, std::abs(*threshold) <= greatestNumber, true});

@@ -6,7 +6,7 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
-// What the desktop keeps for pasting: QML singleton `Clipboard`. Main thread only.
+// The desktop's clipboard: QML singleton `Clipboard`. Main thread only.
 
 namespace Fenwhirl {
 

@@ -16,10 +16,12 @@ double spanOf(const CurveShape& shape) {
 } // namespace
 
 double onCurveAxis(double celsius) {
+    // Not std::clamp: NaN fails the comparison and becomes the lower end.
     return celsius > coldestCelsius ? std::min(celsius, hottestCelsius) : coldestCelsius;
 }
 
 std::optional<double> protectedFrom(const CurveShape& shape) {
+    // Also nothing for NaN, for which the comparison is false.
     if (!shape.isLimited || !(shape.alertAt < handBackCelsius))
         return std::nullopt;
     return onCurveAxis(shape.alertAt);

@@ -5,10 +5,10 @@
 #include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
-// A disc as large as its item, with a ring inside its edge: QML type `Disc`.
+// A disc that fills its item, with a ring along the inside of its edge: QML type `Disc`.
 //
-// Drawn by QPainter, because the software renderer draws the corners of rectangles from pictures of whole
-// pixels, and a small disc of an odd size would be no circle.
+// It is drawn with QPainter, because the software renderer draws the corners of rectangles as images of whole
+// pixels, and a small disc of an odd size would not be round.
 
 namespace Fenwhirl {
 

@@ -6,9 +6,10 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
-// A text as it is drawn, with no-break spaces and typographic apostrophes: QML singleton `DrawnText`.
+// Converts a text to the form in which it is drawn, with no-break spaces and typographic apostrophes: QML
+// singleton `DrawnText`.
 //
-// Give the result to what draws, and the text itself to Accessible.name.
+// Use the result for drawing, and the original text for Accessible.name.
 
 namespace Fenwhirl {
 

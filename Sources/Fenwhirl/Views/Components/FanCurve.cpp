@@ -27,17 +27,17 @@ QColor fainter(QColor color, float share) {
 
 QPen dashed(const QColor& color, qreal dash, qreal gap) {
     QPen pen(color, thinLineWidth, Qt::CustomDashLine, Qt::RoundCap, Qt::RoundJoin);
-    pen.setDashPattern({dash / thinLineWidth, gap / thinLineWidth}); // in widths of the pen
+    pen.setDashPattern({dash / thinLineWidth, gap / thinLineWidth}); // in multiples of the pen's width
     return pen;
 }
 
 } // namespace
 
-// The drawing's own coordinates: points, y down, the plot's upper left corner at 0, 0.
+// The coordinate system of the drawing: points, y down, with the origin at the plot's upper left corner.
 struct FanCurve::Plot {
     double width;
     double height;
-    double ratio; // pixels a point
+    double ratio; // pixels per point
 
     [[nodiscard]] double x(double celsius) const {
         return width * (celsius - coldestCelsius) / (hottestCelsius - coldestCelsius);
@@ -53,7 +53,7 @@ struct FanCurve::Plot {
         return result;
     }
 
-    // One point wide, on whole pixels.
+    // A vertical line, one point wide and aligned to whole pixels.
     [[nodiscard]] QRectF hairline(double celsius) const {
         const double thickness = std::max(1.0, std::round(ratio)) / ratio;
         const double left = std::clamp(x(celsius) - thickness / 2.0, 0.0, width - thickness);
@@ -91,7 +91,8 @@ void FanCurve::drawGround(QPainter& painter, const Plot& plot) const {
     ground.addRoundedRect(QRectF(0.0, 0.0, plot.width, plot.height), cornerRadius, cornerRadius);
     painter.fillPath(ground, m_plotColor);
 
-    // Only the setting's own part has an area: where a rule takes its place, the rule's colour says so.
+    // The area below the line is filled only where the setting is in force. Where a rule overrides it, the
+    // rule's colour shows that.
     const double until = inForceUntil(m_shape);
     QPolygonF area = plot.mapped(settingLine(m_shape, coldestCelsius, until));
     area << QPointF(plot.x(until), plot.height) << QPointF(0.0, plot.height);
@@ -137,7 +138,7 @@ void FanCurve::drawLines(QPainter& painter, const Plot& plot) const {
     }
     if (maximumIsWithoutEffect()) {
         QPen dots(m_mutedColor, thinLineWidth, Qt::CustomDashLine, Qt::RoundCap);
-        dots.setDashPattern({0.01, 3.0});
+        dots.setDashPattern({0.01, 3.0}); // with round caps, dashes of almost no length are dots
         painter.setPen(dots);
         painter.drawLine(plot.at({onCurveAxis(m_shape.maxTemp), 1.0}),
                          plot.at({onCurveAxis(m_shape.startTemp) + 1.0, 1.0}));

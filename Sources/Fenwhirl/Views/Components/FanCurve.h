@@ -7,12 +7,12 @@
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
-// A fan's temperature curve as a drawing, without its numbers and handles: QML type `FanCurve`, the drawing
-// inside CurveEditor.qml.
+// The drawing of a fan's temperature curve, without numbers and handles: QML type `FanCurve`, used by
+// CurveEditor.qml.
 //
-// From left to right 20 to 105 °C, from the bottom up the fan's minimum to its maximum. Lines and the dot of
-// the present temperature reach beyond the plot, so the item keeps `inset` points free on every side and its
-// owner gives it negative margins of the same size. Changes show at once.
+// The x axis runs from 20 to 105 °C, the y axis from the fan's minimum to its maximum. Lines and the dot of
+// the current temperature reach beyond the plot, so the item keeps `inset` points free on every side and its
+// owner gives it negative margins of the same size. Changes are not animated.
 
 namespace Fenwhirl {
 
@@ -22,11 +22,11 @@ class FanCurve : public QQuickPaintedItem {
     Q_PROPERTY(double startTemp READ startTemp WRITE setStartTemp NOTIFY shapeChanged FINAL)
     Q_PROPERTY(double maxTemp READ maxTemp WRITE setMaxTemp NOTIFY shapeChanged FINAL)
     Q_PROPERTY(bool limited READ isLimited WRITE setLimited NOTIFY shapeChanged FINAL)
-    // No number: heat protection is off.
+    // NaN if heat protection is off.
     Q_PROPERTY(double alertAt READ alertAt WRITE setAlertAt NOTIFY shapeChanged FINAL)
-    // No number: no temperature is known.
+    // NaN if the temperature is unknown.
     Q_PROPERTY(double now MEMBER m_now NOTIFY nowChanged FINAL)
-    // Heat protection drives the fan.
+    // Whether heat protection drives the fan.
     Q_PROPERTY(bool protecting MEMBER m_protecting NOTIFY nowChanged FINAL)
     Q_PROPERTY(bool maximumWithoutEffect READ maximumIsWithoutEffect NOTIFY shapeChanged FINAL)
     Q_PROPERTY(double inset MEMBER m_inset NOTIFY styleChanged FINAL)
@@ -36,7 +36,7 @@ class FanCurve : public QQuickPaintedItem {
     Q_PROPERTY(QColor fillColor MEMBER m_fillColor NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor alertColor MEMBER m_alertColor NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor mutedColor MEMBER m_mutedColor NOTIFY styleChanged FINAL)
-    // Of hairlines and hatching, which make it fainter themselves.
+    // The colour of hairlines and hatching, which are drawn with a part of its opacity.
     Q_PROPERTY(QColor inkColor MEMBER m_inkColor NOTIFY styleChanged FINAL)
 
 public:
@@ -60,10 +60,10 @@ public:
 
     void setAlertAt(double celsius) { set(m_shape.alertAt, celsius); }
 
-    // The horizontal place of a temperature in a plot of that width, and back.
+    // Converts a temperature to an x coordinate in a plot of that width, and back.
     Q_INVOKABLE [[nodiscard]] double placeOf(double celsius, double plotWidth) const;
     Q_INVOKABLE [[nodiscard]] double celsiusAt(double place, double plotWidth) const;
-    // What is to be written below a plot of that width, as axisNumbers.
+    // The numbers below a plot of that width, as from axisNumbers.
     Q_INVOKABLE [[nodiscard]] QVariantList numbers(bool limited, double alertAt, double plotWidth,
                                                    double least) const;
 

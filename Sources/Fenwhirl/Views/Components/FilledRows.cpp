@@ -7,7 +7,7 @@ namespace Fenwhirl {
 
 namespace {
 
-// From edge to edge, both on whole points but for the end of the row, which is where it is.
+// A rectangle from edge to edge, both rounded to whole points. An edge at the end of the row is not rounded.
 QRectF place(double left, double right, double rowEnd, double top, double height) {
     constexpr double hairsBreadth = 0.01;
     const double first = std::round(left);

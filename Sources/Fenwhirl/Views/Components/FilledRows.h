@@ -7,24 +7,24 @@
 
 #include <numeric>
 
-// Places items in rows that fill a width: QML singleton `FilledRows`.
+// Lays out items in rows that fill a width: QML singleton `FilledRows`.
 //
-// Items go into a row as long as their natural widths fit with the spacing between them; then what the row
-// has left over is shared equally by its items, so that its ends lie flush. An item wider than the width gets
-// a row of its own and is cut to it. Items begin and end on whole points, so that their edges are sharp. All
-// measures in points. Pure; any thread.
+// Items go into a row as long as their natural widths fit with the spacing between them. The items of a row
+// then share its remaining width equally, so that both of its ends are flush. An item wider than the width
+// gets a row of its own and is limited to the width. Items begin and end on whole points, so that their edges
+// are sharp. All lengths are in points. Pure functions; any thread.
 
 namespace Fenwhirl {
 
 [[nodiscard]] QList<QRectF> filledRows(const QList<double>& naturalWidths, double width, double rowHeight,
                                        double spacing);
 
-// All items in one row of the given width, whatever their natural widths: each gets its own plus an equal
-// share of what is left over, or minus one of what is missing; none gets narrower than 0.
+// Lays out all items in one row of the given width: each gets its natural width plus an equal share of what
+// is left over, or minus an equal share of what is missing. None gets narrower than 0.
 [[nodiscard]] QList<QRectF> filledRow(const QList<double>& naturalWidths, double width, double height);
 
-// Which place the arrow keys lead to: with `columns` the one before (-1) or after (1) in reading order, with
-// `rows` the one in the row above (-1) or below (1) whose middle is nearest. `from` itself where there is
+// The item to which an arrow key leads: with `columns` the one before (-1) or after (1) in reading order,
+// with `rows` the one in the row above (-1) or below (1) whose centre is nearest. `from` itself if there is
 // none.
 [[nodiscard]] qsizetype neighbour(const QList<QRectF>& places, qsizetype from, int columns, int rows);
 

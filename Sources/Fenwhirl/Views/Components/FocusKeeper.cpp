@@ -10,12 +10,12 @@ namespace Fenwhirl {
 namespace {
 
 bool isStop(const QQuickItem* item) {
-    // What is being removed has no window any more, but looks as if it were still there.
+    // An item that is being removed has no window any more, but otherwise looks as if it were still there.
     return item != nullptr && item->window() != nullptr && item->activeFocusOnTab() && item->isVisible() &&
            item->isEnabled();
 }
 
-// What is hidden or disabled has nothing at which Tab stops.
+// Collects tab stops. An item that is hidden or disabled contains none.
 void collect(QQuickItem* item, QList<QQuickItem*>& found) {
     if (!item->isVisible() || !item->isEnabled())
         return;
@@ -26,7 +26,7 @@ void collect(QQuickItem* item, QList<QQuickItem*>& found) {
         collect(child, found);
 }
 
-// All that is in an item, whether it is shown or not.
+// Appends an item and everything in it, whether visible or not.
 void append(QQuickItem* item, QList<QQuickItem*>& all) {
     all.append(item);
     const QList<QQuickItem*> children = item->childItems();
@@ -40,7 +40,7 @@ QList<QQuickItem*> inOrder(QQuickItem* item) {
     return all;
 }
 
-// The first one from that place on for which the test holds, or else the last one before it.
+// The first item from `place` on that passes the test, or else the last one before it.
 template <typename Test>
 QQuickItem* nearest(const QList<QQuickItem*>& items, qsizetype place, const Test& test) {
     const auto here = items.begin() + place;
@@ -53,6 +53,7 @@ QQuickItem* nearest(const QList<QQuickItem*>& items, qsizetype place, const Test
 } // namespace
 
 FocusKeeper::FocusKeeper(QQuickItem* parent) : QQuickItem(parent) {
+    // With an interval of 0, the check runs in the next turn of the event loop.
     m_check.setSingleShot(true);
     connect(&m_check, &QTimer::timeout, this, &FocusKeeper::check);
 }
@@ -82,7 +83,7 @@ void FocusKeeper::follow() {
     if (isStop(item))
         remember(item);
     else
-        m_check.start(); // what had it may be about to go
+        m_check.start(); // the control that had the focus may be vanishing
 }
 
 void FocusKeeper::remember(QQuickItem* item) {
@@ -107,18 +108,19 @@ bool FocusKeeper::isLost() const {
     QQuickItem* item = m_window->activeFocusItem();
     if (item == nullptr || item == m_window->contentItem())
         return true;
-    if (m_place < 0) // no control has had it yet
+    if (m_place < 0) // no control has had the focus yet
         return !isStop(item);
     if (item == m_last)
         return !isStop(item);
-    // A control holds it, or something that looks after its own keys; but not what it fell to.
+    // The focus is not lost while a control has it, or an item that handles its own keys. It is lost when it
+    // has fallen to an ancestor of the last control.
     return !isStop(item) && !isStop(m_last) && m_around.contains(item);
 }
 
 QQuickItem* FocusKeeper::heir() const {
     const QList<QQuickItem*> now = stops(m_scope);
     const auto left = [&now](const QQuickItem* candidate) { return candidate && now.contains(candidate); };
-    // Where it only is hidden, what may have come in its place is known too.
+    // If the control is only hidden, an item that has appeared in its place is found as well.
     if (m_last && m_scope && m_scope->isAncestorOf(m_last)) {
         const QList<QQuickItem*> all = inOrder(m_scope);
         if (QQuickItem* near = nearest(all, all.indexOf(m_last), left))
