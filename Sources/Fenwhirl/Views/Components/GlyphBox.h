@@ -5,11 +5,10 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-// How high a font's glyphs are, from the ascent to the descent: QML singleton `GlyphBox`.
+// The height of a font's glyphs, from the ascent to the descent: QML singleton `GlyphBox`.
 //
-// For texts that place their glyphs in lines of a height of their own. Asking here costs each of them a
-// question where a FontMetrics of its own would cost an object with a life, and a window has a hundred texts.
-// Any thread.
+// For texts that position their glyphs in lines of a given height. A call of this function costs less than a
+// FontMetrics object for each text, and a window has a hundred texts. Any thread.
 
 namespace Fenwhirl {
 

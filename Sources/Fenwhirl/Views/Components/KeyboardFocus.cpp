@@ -35,6 +35,7 @@ bool KeyboardFocus::eventFilter(QObject* watched, QEvent* event) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (isModifier(key))
             break;
+        // Qt reports Shift+Tab as a key of its own.
         m_backwards = key == Qt::Key_Backtab;
         setActive(true);
         break;

@@ -5,11 +5,12 @@
 
 // Whether the focused control should show its ring: QML singleton `KeyboardFocus` of Fenwhirl.Components.
 //
-// `active` becomes true with a key that could move or use the focus (any key but a bare modifier) and false
-// with a press of a pointer button or a touch, whichever window of the application receives it. So people who
-// use the mouse never see a ring, and people who use the keyboard always know where they are.
+// `active` becomes true with a key that could move or use the focus (any key but a bare modifier), and false
+// with a press of a pointer button or a touch, whichever window of the application receives it. People who
+// use the mouse therefore never see a ring, and people who use the keyboard always see where the focus is.
 //
-// It watches the application object's events. One instance per QML engine, owned by it; main thread only.
+// It filters the events of the application object. One instance per QML engine, owned by it; main thread
+// only.
 
 namespace Fenwhirl {
 
@@ -24,7 +25,7 @@ public:
 
     [[nodiscard]] bool active() const { return m_active; }
 
-    // Whether the last key was Shift and Tab.
+    // Whether the last key was Shift+Tab.
     Q_INVOKABLE [[nodiscard]] bool backwards() const { return m_backwards; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -85,7 +85,7 @@ double LineChart::lineTop(double celsius, double plotHeight) const {
     return snapped(y - hairline() / 2.0);
 }
 
-// Lines are rectangles on the pixel grid of the screen: a stroked one would be smeared over two rows.
+// Lines are rectangles aligned to the pixels of the screen: a stroked line would be smeared over two rows.
 void LineChart::drawPlainLines(QPainter& painter, QSizeF plot) const {
     for (int i = 0; i < plainLines; ++i) {
         const double y = (plot.height() - hairline()) * i / (plainLines - 1);
@@ -102,6 +102,7 @@ void LineChart::drawLines(QPainter& painter, const QList<ChartLine>& lines, QSiz
 }
 
 void LineChart::drawThreshold(QPainter& painter, const QList<ChartLine>& lines, QSizeF plot) const {
+    // chartLines puts the threshold last.
     if (lines.isEmpty() || !lines.last().threshold)
         return;
     const double y = lineTop(lines.last().celsius, plot.height());
@@ -109,7 +110,7 @@ void LineChart::drawThreshold(QPainter& painter, const QList<ChartLine>& lines, 
         painter.fillRect(QRectF(x, y, std::min(dash, plot.width() - x), hairline()), m_thresholdColor);
 }
 
-// Each digit in a cell of its own, so that a number keeps its width whatever it says.
+// Draws each digit in a cell of its own, so that the width of a number does not depend on its digits.
 void LineChart::drawNumbers(QPainter& painter, const QList<ChartLine>& lines, double plotHeight) const {
     for (const ChartLine& line : lines) {
         if (!line.numbered)
@@ -121,7 +122,7 @@ void LineChart::drawNumbers(QPainter& painter, const QList<ChartLine>& lines, do
         painter.setPen(line.threshold ? m_thresholdNumberColor : m_numberColor);
         const QFontMetricsF metrics(font);
         const double cell = metrics.horizontalAdvance(u'0');
-        // The middle of the digits lies on the line.
+        // The digits are centred on the line.
         const double baseline =
             snapped(lineTop(line.celsius, plotHeight) + (hairline() + metrics.capHeight()) / 2.0);
         double x = 0.0;

@@ -15,13 +15,13 @@
 //
 //   LineChart { values: history; column: 24; lineColor: Theme.accent; fillColor: Theme.chartFill; ... }
 //
-// The scale's numbers stand at the left edge, in a column of their own that the line never enters; the plot
-// takes the rest. Its lines lie at round temperatures, on whole pixels; the alert threshold is a dashed line
-// where the range includes it. The newest value, at the right edge, carries a dot: it, the line's width and
-// the outer halves of numbers reach beyond the plot, so the item keeps `inset` points free on every side and
-// its owner gives it negative margins of the same size. HistoryChart.qml does, and adds captions and cursor.
-// With fewer than two values there is nothing to measure: five plain lines span the column, too. Changes show
-// at once.
+// The numbers of the scale are at the left edge, in a column of their own that the line never enters; the
+// plot takes the rest. The lines of the scale are at round temperatures, aligned to whole pixels. The alert
+// threshold is a dashed line if the range includes it. A dot marks the newest value, at the right edge. The
+// dot, the width of the line and the outer halves of numbers reach beyond the plot, so the item keeps `inset`
+// points free on every side and its owner gives it negative margins of the same size. HistoryChart.qml does
+// so, and adds captions and a cursor. With fewer than two values there is no scale: five plain lines span the
+// plot and the column. Changes are not animated.
 
 namespace Fenwhirl {
 
@@ -32,7 +32,7 @@ class LineChart : public QQuickPaintedItem {
     Q_PROPERTY(double inset MEMBER m_inset NOTIFY plotChanged FINAL)
     // Width of the scale's column; 0 for no numbers.
     Q_PROPERTY(double column MEMBER m_column NOTIFY plotChanged FINAL)
-    // In degrees Celsius; no number where there is none.
+    // In degrees Celsius; NaN for none.
     Q_PROPERTY(double threshold MEMBER m_threshold NOTIFY styleChanged FINAL)
     Q_PROPERTY(double textScale MEMBER m_textScale NOTIFY styleChanged FINAL)
     Q_PROPERTY(bool endDot MEMBER m_endDot NOTIFY styleChanged FINAL)
@@ -42,17 +42,17 @@ class LineChart : public QQuickPaintedItem {
     Q_PROPERTY(QColor numberColor MEMBER m_numberColor NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor thresholdColor MEMBER m_thresholdColor NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor thresholdNumberColor MEMBER m_thresholdNumberColor NOTIFY styleChanged FINAL)
-    // What the chart stands on; the ring that sets the dot off from the line has this colour.
+    // The colour of the surface below the chart, and of the ring that sets the dot off from the line.
     Q_PROPERTY(QColor surfaceColor MEMBER m_surfaceColor NOTIFY styleChanged FINAL)
-    // Whether there are values enough for a line.
+    // Whether there are enough values for a line.
     Q_PROPERTY(bool hasLine READ hasLine NOTIFY hasLineChanged FINAL)
 
 public:
     explicit LineChart(QQuickItem* parent = nullptr);
 
-    // Where the values lie in a plot of the given size, y pointing down: the first value at the left edge,
-    // the last at the right one, over the range that chartRange gives. Empty where it gives none. Values that
-    // are no numbers are left out, their places kept. Pure.
+    // The points of the values in a plot of the given size, y pointing down: the first value at the left
+    // edge, the last at the right one, over the range that chartRange returns. Empty if it returns none.
+    // Values that are not finite are left out, and their positions stay free. Pure.
     [[nodiscard]] static QPolygonF points(const QList<double>& values, double width, double height);
 
     [[nodiscard]] const QList<double>& values() const { return m_values; }
@@ -61,9 +61,9 @@ public:
 
     [[nodiscard]] bool hasLine() const { return m_range.has_value(); }
 
-    // The plot in the item's coordinates; without a line it spans the column as well.
+    // The plot in the item's coordinates; without a line it includes the column.
     [[nodiscard]] QRectF plot() const;
-    // Where a value lies, in the item's coordinates; nothing for one that is no number.
+    // The point of a value in the item's coordinates; empty for a value that is not finite.
     [[nodiscard]] std::optional<QPointF> pointAt(qsizetype index) const;
 
     void paint(QPainter* painter) override;
@@ -76,9 +76,9 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] double pixelsPerPoint() const;
-    // At the nearest whole pixel of the screen.
+    // Rounds to the nearest whole pixel of the screen.
     [[nodiscard]] double snapped(double length) const;
-    // One point, in whole pixels.
+    // The thickness of a hairline: one point, rounded to whole pixels.
     [[nodiscard]] double hairline() const;
     void drawPlainLines(QPainter& painter, QSizeF plot) const;
     void drawLines(QPainter& painter, const QList<ChartLine>& lines, QSizeF plot) const;

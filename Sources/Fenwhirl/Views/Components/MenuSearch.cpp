@@ -6,9 +6,10 @@ namespace Fenwhirl {
 
 namespace {
 
-// Without case and accents.
+// Removes case and accents.
 QString plain(const QString& text) {
     QString letters;
+    // This form separates letters from their accents, which are marks.
     for (const QChar letter : text.normalized(QString::NormalizationForm_KD)) {
         if (!letter.isMark())
             letters.append(letter);
@@ -24,7 +25,7 @@ bool hasWord(const QString& text, const QString& beginning) {
     return false;
 }
 
-// The first of `count` items behind `before` for which the test holds.
+// The first of `count` items after `before`, wrapping around, that passes the test.
 template <typename Test>
 int firstAfter(int before, int count, const Test& test) {
     for (int i = 1; i <= count; ++i) {
@@ -51,7 +52,7 @@ int foundInMenu(const QStringList& labels, const QString& typed, int current) {
             return hasWord(plain(labels[index]), text);
         });
     };
-    // From the current item itself on: it may be what the letters before have found.
+    // From the current item itself on: it may be what the characters typed so far have found.
     const int found = nearest(sought, sought.size() > 1 ? std::max(here, 0) - 1 : here);
     return found >= 0 || !oneLetter ? found : nearest(sought.left(1), here);
 }

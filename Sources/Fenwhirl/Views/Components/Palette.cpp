@@ -16,7 +16,7 @@ QColor withAlpha(QColor color, double alpha) {
     return color;
 }
 
-// The same hue, each channel multiplied: what "107 % brightness" means to whoever draws.
+// Multiplies each channel, which keeps the hue. This is what designers mean by "107 % brightness".
 QColor brightness(const QColor& color, double factor) {
     const auto scaled = [factor](float channel) {
         return static_cast<float>(std::clamp(static_cast<double>(channel) * factor, 0.0, 1.0));

@@ -9,12 +9,12 @@
 // The colours of the interface, in a dark and a light set, as plain values.
 //
 // The thirteen named surfaces and inks (`window` to `good`) are the product's palette; all are opaque sRGB
-// but `stroke`, which is the primary label colour at 8 %. The entries after them follow from it: overlays of
-// the states of a control, tints of the accent, and what only popups and dialogs need. They stand here and
-// not in the QML so that both appearances are complete by construction: a set is an array with one entry for
-// each `PaletteColor`.
+// except `stroke`, which is the primary label colour at 8 %. The entries after them complement it: overlays
+// for the states of a control, tints of the accent, and what only popups and dialogs need. They are defined
+// here rather than in QML so that both appearances are complete by construction: a set is an array with one
+// entry for each `PaletteColor`.
 //
-// Everything is pure and may be called from any thread.
+// Pure functions; any thread.
 
 namespace Fenwhirl {
 
@@ -48,9 +48,9 @@ enum class PaletteColor : std::size_t {
     popup,        // background of menus
     dim,          // over the window while a dialog is open
     shadow,       // of dialogs and panels
-    bubbleShadow, // of the labels that float over a value
+    bubbleShadow, // of the bubbles that show a value
     scrollBar,
-    readingLine, // through what is pointed at in a drawing: primary at 26 %
+    readingLine, // line of the cursor in a chart: primary at 26 %
     hotLine,     // hot at 90 %
     count
 };
@@ -64,8 +64,8 @@ using Palette = std::array<QColor, static_cast<std::size_t>(PaletteColor::count)
 // The complete set of one appearance.
 [[nodiscard]] const Palette& palette(bool dark);
 
-// Each colour on the straight line between two sets; `progress` 0 gives `from`, 1 gives `to`. Values outside
-// are clamped.
+// Interpolates each colour linearly between two sets: `progress` 0 gives `from`, 1 gives `to`. Values outside
+// that range are clamped.
 [[nodiscard]] Palette mixedPalette(const Palette& from, const Palette& to, double progress);
 
 } // namespace Fenwhirl

@@ -9,8 +9,8 @@ namespace {
 
 constexpr double degreesPerRadian = 180.0 / std::numbers::pi;
 
-// Walks over the text; every read skips separators first and gives nothing when the text does not go on as
-// asked.
+// Walks over the text. Every read skips separators first, and returns nothing if the text does not continue
+// as requested.
 class Reader {
 public:
     explicit Reader(QStringView text) : m_text(text) {}
@@ -42,7 +42,7 @@ public:
         return valid ? std::optional(value) : std::nullopt;
     }
 
-    // The flags of an arc may be written without anything between them and what follows.
+    // The flags of an arc may be written without a separator after them.
     std::optional<bool> flag() {
         skipSeparators();
         if (!peek(u'0') && !peek(u'1'))
@@ -83,8 +83,8 @@ struct Arc {
     QPointF end;
 };
 
-// From the two end points of an elliptical arc to its centre: stretch the ellipse to a unit circle, where the
-// centre lies on the perpendicular bisector of the chord, on the side the two flags name.
+// Finds the centre of an elliptical arc from its two end points: the ellipse is scaled to a unit circle,
+// where the centre lies on the perpendicular bisector of the chord, on the side that the two flags select.
 void addArc(QPainterPath& path, const Arc& arc) {
     const QPointF start = path.currentPosition();
     if (start == arc.end)
@@ -107,7 +107,7 @@ void addArc(QPainterPath& path, const Arc& arc) {
     radiusX *= scale;
     radiusY *= scale;
 
-    // QPainterPath counts angles counterclockwise on screen.
+    // QPainterPath measures angles counterclockwise on screen.
     const QPointF startVector = from - center;
     const QPointF endVector = to - center;
     const double startAngle = -std::atan2(startVector.y(), startVector.x()) * degreesPerRadian;
@@ -134,7 +134,7 @@ std::optional<Arc> readArc(Reader& reader, QPointF origin) {
     return Arc{*radiusX, *radiusY, *large, *clockwise, *end};
 }
 
-// One command with one set of arguments. False: not understood.
+// Adds one command with one set of arguments. Returns false if it is not supported.
 bool addSegment(QPainterPath& path, Reader& reader, QChar command) {
     const QPointF here = path.currentPosition();
     const QPointF origin = command.isLower() ? here : QPointF();

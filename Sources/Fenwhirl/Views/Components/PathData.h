@@ -7,13 +7,13 @@
 
 // Reads the path strings of SVG drawings ("M3 6.25H12.5...").
 //
-// Understood: M L H V C Q A Z, absolute and relative, with repeated arguments and the compact number notation
-// ("-.5.5"). Arcs must be circles or have no rotation, which is all our drawings use. Smooth curves (S, T)
-// are not understood. Numbers are read the same in every locale. Pure; any thread.
+// Supported are M L H V C Q A Z, absolute and relative, with repeated arguments and the compact number
+// notation ("-.5.5"). Arcs must be circular or have no rotation, which is all that our drawings use. Smooth
+// curves (S, T) are not supported. Numbers are read the same in every locale. Pure; any thread.
 
 namespace Fenwhirl {
 
-// The path, or nothing when the text is not one or uses what is not understood. An empty text is an empty
+// The path; nothing if the text is not a path or uses something unsupported. An empty text gives an empty
 // path.
 [[nodiscard]] std::optional<QPainterPath> painterPath(QStringView data);
 

@@ -14,11 +14,11 @@ namespace {
 constexpr double frame = 128.0;
 constexpr double padding = 6.0;
 constexpr double strokeWidth = 11.0;
-// QPainterPath counts degrees counterclockwise from three o'clock: the lower left is 225, clockwise is
+// QPainterPath measures degrees counterclockwise from three o'clock: the lower left is 225, and clockwise is
 // negative.
 constexpr double startDegrees = 225.0;
 constexpr double spanDegrees = -270.0;
-// A fan at its minimum is measured a turn above and below it: the round end would blink.
+// The measured speed of a fan at its minimum fluctuates by a revolution around it: the round end would blink.
 constexpr double leastShownFraction = 0.005;
 constexpr double tickInnerRadius = 67.0;
 constexpr double tickOuterRadius = 72.5;
@@ -44,7 +44,7 @@ void drawTick(QPainter& painter, double fraction, const QColor& color) {
 } // namespace
 
 double gaugeFraction(double fraction) {
-    return fraction > 0.0 ? std::min(fraction, 1.0) : 0.0;
+    return fraction > 0.0 ? std::min(fraction, 1.0) : 0.0; // the comparison is false for NaN
 }
 
 RingArc::RingArc(QQuickItem* parent) : QQuickPaintedItem(parent) {

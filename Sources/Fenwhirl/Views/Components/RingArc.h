@@ -4,20 +4,20 @@
 #include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
-// The two arcs of a ring gauge, without its texts: QML type `RingArc`, the drawing inside RingGauge.qml.
+// The two arcs of a ring gauge, without its texts: QML type `RingArc`, used by RingGauge.qml.
 //
-// The track covers three quarters of a circle, open at the bottom; the value arc lies on it, from the lower
+// The track covers three quarters of a circle, open at the bottom. The value arc lies on it, from the lower
 // left clockwise. In a 128 x 128 item the circle has 6 points of padding (radius 58) and the strokes are 11
 // wide with round ends; other sizes scale everything. With a fraction below half a percent there is no value
 // arc, not even its round end.
 //
-// A tick marks the fraction that is aimed at: outside of the ring, because on it it would cut the round end
-// of an arc that has arrived. It reaches 10 points beyond the 128, so the item keeps `inset` points free on
-// every side and its owner gives it negative margins of the same size. RingGauge.qml does.
+// A tick marks the target fraction. It lies outside the ring, because on the ring it would cut the round end
+// of an arc that has reached the target. It reaches 10 points beyond the 128, so the item keeps `inset`
+// points free on every side and its owner gives it negative margins of the same size, as RingGauge.qml does.
 
 namespace Fenwhirl {
 
-// What a gauge shows of any number: 0 for anything not above 0 and for no number, at most 1.
+// Limits a fraction to what a gauge can show: 0 for anything not above 0 and for NaN, at most 1.
 [[nodiscard]] double gaugeFraction(double fraction);
 
 class RingArc : public QQuickPaintedItem {
@@ -25,10 +25,10 @@ class RingArc : public QQuickPaintedItem {
     QML_ELEMENT
     Q_PROPERTY(double fraction READ fraction WRITE setFraction NOTIFY fractionChanged FINAL)
     Q_PROPERTY(double tick READ tick WRITE setTick NOTIFY tickChanged FINAL)
-    // 0...1; at 0 there is no tick.
+    // 0 to 1; at 0 there is no tick.
     Q_PROPERTY(double tickOpacity MEMBER m_tickOpacity NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor tickColor MEMBER m_tickColor NOTIFY styleChanged FINAL)
-    // In points of the 128.
+    // In points, for a size of 128.
     Q_PROPERTY(double inset MEMBER m_inset NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor trackColor MEMBER m_trackColor NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor valueColor MEMBER m_valueColor NOTIFY styleChanged FINAL)
@@ -36,12 +36,12 @@ class RingArc : public QQuickPaintedItem {
 public:
     explicit RingArc(QQuickItem* parent = nullptr);
 
-    // Always within 0...1: what is set passes through gaugeFraction.
+    // Always within 0 to 1: the setter applies gaugeFraction.
     [[nodiscard]] double fraction() const { return m_fraction; }
 
     void setFraction(double fraction);
 
-    // Passes through gaugeFraction, too.
+    // The setter applies gaugeFraction, too.
     [[nodiscard]] double tick() const { return m_tick; }
 
     void setTick(double fraction);

@@ -1,10 +1,10 @@
 #pragma once
 
-// How a temperature becomes a bar in the lists of sensors.
+// How a temperature is shown as a bar in the lists of sensors.
 //
-// The bar is full at 100 degrees and takes the warning colour from 80 degrees on. Both are fixed: they say
-// what is warm for a chip, whatever thresholds someone has chosen for the warnings. Temperatures in degrees
-// Celsius. Pure.
+// The bar is full at 100 degrees and takes the warning colour from 80 degrees on. Both are fixed: they
+// express what is warm for a chip, whatever thresholds the user has chosen for the warnings. Temperatures in
+// degrees Celsius. Pure.
 
 namespace Fenwhirl {
 
@@ -15,7 +15,7 @@ inline constexpr double sensorBarFullCelsius = 100.0;
     return celsius >= sensorBarHotCelsius;
 }
 
-// The filled share of the bar, 0...1; 0 below zero degrees and for no number.
+// The filled share of the bar, 0 to 1; 0 below zero degrees and for NaN.
 [[nodiscard]] constexpr double sensorBarFraction(double celsius) {
     const double fraction = celsius / sensorBarFullCelsius;
     return fraction > 0.0 ? (fraction < 1.0 ? fraction : 1.0) : 0.0;

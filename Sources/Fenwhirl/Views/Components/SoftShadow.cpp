@@ -10,8 +10,9 @@ namespace Fenwhirl {
 
 namespace {
 
-// The shadow's colour by the distance to the caster's edge, positive inside. Looked up: there are as many
-// pixels as in a window, and the exact coverage takes a hundred times longer than everything else.
+// The shadow's colour by the distance to the edge of the rectangle, positive inside. It is a lookup table:
+// there are as many pixels as in a window, and computing the exact coverage takes a hundred times longer than
+// everything else.
 class Shades {
 public:
     Shades(const QColor& color, double sigma) : reach_(std::ceil(reachInSigmas * sigma)) {
@@ -19,7 +20,7 @@ public:
         shades_.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i) {
             const double inside = i / stepsPerPoint - reach_;
-            // Of an edge blurred like a Gaussian.
+            // The coverage of an edge with a Gaussian blur.
             const double coverage = 0.5 * std::erfc(-inside / (sigma * std::sqrt(2.0)));
             const double alpha = static_cast<double>(color.alphaF()) * coverage;
             shades_.push_back(qPremultiply(qRgba(color.red(), color.green(), color.blue(),
@@ -33,7 +34,7 @@ public:
     }
 
 private:
-    static constexpr double reachInSigmas = 3.5; // beyond it eight bits tell no difference
+    static constexpr double reachInSigmas = 3.5; // beyond it eight bits make no difference
     static constexpr double stepsPerPoint = 16.0;
     double reach_;
     std::vector<QRgb> shades_;
@@ -54,11 +55,11 @@ QImage softShadow(QSize size, double radius, double blur, const QColor& color) {
     const double sigma = std::max(blur, 1.0) / 2.0;
     const double halfWidth = std::max(0.0, size.width() / 2.0 - blur);
     const double halfHeight = std::max(0.0, size.height() / 2.0 - blur);
-    // Blurring rounds the corners: a wider radius in the distance does the same.
+    // Blurring rounds the corners; a larger radius in the distance has the same effect.
     const double wideRadius = std::min({radius + sigma, halfWidth, halfHeight});
     const Shades shades(color, sigma);
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    // The four quarters are alike.
+    // The four quarters are symmetric, so only one is computed.
     for (int y = 0; y < (size.height() + 1) / 2; ++y) {
         auto* row = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = 0; x < (size.width() + 1) / 2; ++x) {
@@ -77,9 +78,10 @@ SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent) {
 
 void SoftShadow::paint(QPainter* painter) {
     constexpr double largest = 4096.0;
-    // Of blur, in pixels; beyond that the eye sees none of them.
+    // A blur of more pixels than this shows no single pixels.
     constexpr double finePixels = 12.0;
-    // As fine as the screen where the shadow is narrow; a wide one has nothing that finer pixels would show.
+    // A narrow shadow is rendered at the resolution of the screen. A wide one has no detail that finer pixels
+    // would show.
     const double ratio =
         std::clamp(painter->worldTransform().m11(), 1.0, std::max(1.0, finePixels / std::max(m_blur, 1.0)));
     const QSize size(static_cast<int>(std::ceil(std::clamp(width() * ratio, 0.0, largest))),

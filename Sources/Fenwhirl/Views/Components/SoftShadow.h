@@ -13,21 +13,22 @@
 //       x: -blur; y: 10 - blur; width: parent.width + 2 * blur; height: parent.height + 2 * blur
 //   }
 //
-// A child of what casts it, below it, `blur` points larger on each side and shifted by its owner. Painted
-// once by the processor and then kept as a picture, because shader effects do not exist with the software
-// renderer.
+// It is a child of the item that casts the shadow and lies behind it, `blur` points larger on each side and
+// offset by its owner. It is painted once on the CPU and then kept as an image, because the software renderer
+// has no shader effects.
 
 namespace Fenwhirl {
 
-// The picture of it: `size` includes the blur on all sides; all measures in its pixels. Pure; any thread.
+// Renders the shadow. `size` includes the blur on all sides; all lengths are in pixels of the image. Pure;
+// any thread.
 [[nodiscard]] QImage softShadow(QSize size, double radius, double blur, const QColor& color);
 
 class SoftShadow : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    // Corner radius of the caster.
+    // Corner radius of the item that casts the shadow.
     Q_PROPERTY(double radius MEMBER m_radius NOTIFY styleChanged FINAL)
-    // How far the shadow fades out beyond the caster's edge.
+    // How far the shadow fades out beyond the edge of that item.
     Q_PROPERTY(double blur MEMBER m_blur NOTIFY styleChanged FINAL)
     Q_PROPERTY(QColor color MEMBER m_color NOTIFY styleChanged FINAL)
 

@@ -8,6 +8,7 @@ namespace Fenwhirl {
 namespace {
 
 double bounded(double value, double from, double to) {
+    // Not std::clamp: NaN fails the comparison and becomes `from`.
     return value > from ? std::min(value, to) : from;
 }
 
@@ -28,8 +29,8 @@ double valueAfterSteps(double value, double from, double to, double stepSize, in
     const double step = stepSize > 0.0 ? stepSize : (to - from) / 100.0;
     const double goal = nearestStep(bounded(value, from, to) + steps * step, from, to, stepSize);
     const bool moved = steps > 0 ? goal > value : goal < value;
-    // Close to an end off the grid the nearest value may be the one we stand on: then the end itself is
-    // meant.
+    // Close to an end that is off the grid, the nearest value may be the current one; the step then goes to
+    // the end itself.
     return moved || steps == 0 ? goal : (steps > 0 ? std::max(to, from) : from);
 }
 

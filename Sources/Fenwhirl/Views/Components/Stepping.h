@@ -3,26 +3,27 @@
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
-// The values a slider or a stepper can take: QML singleton `Stepping`, and the same as plain functions.
+// The values that a slider or a stepper can take: QML singleton `Stepping`, also available as plain
+// functions.
 //
-// A range runs from `from` to `to` with a grid of the multiples of `stepSize`. Both ends are always
-// reachable, also when they do not lie on the grid (a fan from 1210 to 5777 in steps of 50 has 1210, 1250,
-// 1300 … 5750 and 5777). A step size that is not above 0 means every value; an empty or reversed range has
-// the one value `from`. No number counts as `from`.
+// A range runs from `from` to `to`, with a grid of the multiples of `stepSize`. Both ends are always
+// reachable, even when they do not lie on the grid (a fan from 1210 to 5777 in steps of 50 has 1210, 1250,
+// 1300 … 5750 and 5777). A step size that is not above 0 allows every value; an empty or reversed range has
+// the single value `from`. NaN counts as `from`.
 
 namespace Fenwhirl {
 
 // The reachable value nearest to `value`.
 [[nodiscard]] double nearestStep(double value, double from, double to, double stepSize);
 
-// Where `steps` steps (negative: downwards) lead from `value`, which need not be on the grid itself.
+// The value after `steps` steps (downwards when negative) from `value`, which need not be on the grid.
 [[nodiscard]] double valueAfterSteps(double value, double from, double to, double stepSize, int steps);
 
 // Whether a stepper may go one step up (`direction` 1) or down (-1): not when that would leave the range.
-// From outside the range, the way back in is open.
+// From outside the range, a step back towards it is possible.
 [[nodiscard]] bool canStep(double value, double from, double to, double stepSize, int direction);
 
-// Where the value stands in its range, 0...1.
+// The position of the value in its range, 0 to 1.
 [[nodiscard]] double rangeFraction(double value, double from, double to);
 
 class Stepping : public QObject {

@@ -4,14 +4,15 @@
 #include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
-// A symbol as an item: the system's of that name, or our drawing. QML type `Symbol`.
+// A symbol as an item: the system's symbol of that name, or our own drawing. QML type `Symbol`.
 //
 //   Symbol { name: "fan"; color: Theme.accent; width: 20; height: 20 }
 //
-// Drawn with QPainter at the resolution of the screen, so it looks the same with every scene graph backend. A
-// name without a drawing shows nothing and leaves a warning with the place in the QML; an empty name is
-// allowed. 18 x 18 unless sized; `bold` for a place where a text would be. Decoration: it is no node of the
-// accessibility tree; its control carries the name.
+// It is drawn with QPainter at the resolution of the screen, so it looks the same with every scene graph
+// backend. A name without a drawing of ours logs a warning with the position in the QML file, and shows
+// nothing unless the system has a symbol of that name; an empty name is allowed. It is 18 x 18 by default.
+// `bold` draws it in the weight of bold text. It is decoration and not part of the accessibility tree; its
+// control has the name.
 
 namespace Fenwhirl {
 

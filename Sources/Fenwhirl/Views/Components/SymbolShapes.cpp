@@ -18,9 +18,9 @@ namespace Fenwhirl {
 
 namespace {
 
-// Sizes in pixels for which the fan is drawn, largest first.
+// The sizes in pixels for which there is a drawing of the fan, largest first.
 constexpr std::array fanSizes = {24, 22, 18, 16};
-constexpr int finestFan = 40; // from here on the drawing without a size is fine enough
+constexpr int finestFan = 40; // from here on the drawing without a size will do
 constexpr double boldStroke = 1.3;
 
 std::vector<SymbolShape> readDrawing(const QString& name) {
@@ -43,6 +43,7 @@ std::vector<SymbolShape> readDrawing(const QString& name) {
             return {};
         if (scale != 1.0)
             *path = QTransform::fromScale(scale, scale).map(*path);
+        // The default fill rule of SVG is nonzero, that of QPainterPath is odd-even.
         path->setFillRule(Qt::WindingFill);
         const bool stroked = attributes.hasAttribute(QLatin1String("stroke"));
         shapes.push_back(
@@ -69,7 +70,7 @@ QString drawingForPixels(const QString& name, double pixels) {
     const int whole = static_cast<int>(std::lround(std::clamp(pixels, 0.0, 4096.0)));
     if (whole < fanSizes.back())
         return QStringLiteral("fan.fill");
-    // Twice a size is that size on a finer screen.
+    // A multiple of a size is that size on a screen with more pixels per point.
     for (const int size : fanSizes) {
         if (whole % size == 0)
             return QStringLiteral("fan.%1").arg(size);

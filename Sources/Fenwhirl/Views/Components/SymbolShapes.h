@@ -9,19 +9,21 @@ class QColor;
 class QPainter;
 class QRectF;
 
-// Our own symbol drawings, by the names the interface uses ("fan", "thermometer.medium", "chevron.down").
+// Our own symbol drawings, by the names that the interface uses ("fan", "thermometer.medium",
+// "chevron.down").
 //
-// The drawings are the SVG files in Symbols/, compiled in; each is a list of path elements on a grid of 24 x
-// 24, either filled or stroked with round caps and joins, all in one colour given by whoever draws. A file is
-// read once, when its symbol is first asked for, and kept. Main thread, or any one thread at a time: the
-// first reading is guarded.
+// The drawings are the SVG files in Symbols/, compiled in. Each is a list of path elements on a grid of 24 x
+// 24, either filled or stroked with round caps and joins, all in one colour that the caller chooses. A file
+// is read once, when its symbol is first requested, and cached. Main thread, or any one thread at a time: a
+// mutex guards the cache.
 //
-// The outline of the fan has drawings of its own for 16, 18, 22 and 24 pixels ("fan.16"), on grids of so many
-// pixels, because its blades are too fine to be made smaller. Other files have a grid of 24 x 24.
+// The outline of the fan has separate drawings for 16, 18, 22 and 24 pixels ("fan.16"), each on a grid of
+// that many pixels, because its blades are too fine to be scaled down. All other files have a grid of 24 x
+// 24.
 
 namespace Fenwhirl {
 
-// The edge of the grid the drawings are made on.
+// The edge of the grid on which the drawings are made.
 inline constexpr double symbolGrid = 24.0;
 
 struct SymbolShape {
@@ -29,17 +31,17 @@ struct SymbolShape {
     double strokeWidth = 0.0; // in grid units; 0 means filled
 };
 
-// The shapes of a symbol in drawing order, or an empty list for a name we have no drawing for.
+// The shapes of a symbol in drawing order; empty for a name without a drawing.
 [[nodiscard]] const std::vector<SymbolShape>& symbolShapes(const QString& name);
 
-// As of a text that stands beside the symbol.
+// The weight of the text that the symbol stands beside.
 enum class SymbolWeight { regular, bold };
 
-// Which drawing of a symbol is meant for so many pixels: its own name, or that of a drawing for that size.
-// The fan in fewer than 16 pixels is the solid one.
+// The name of the drawing of a symbol for a size in pixels: the symbol's own name, or that of a drawing made
+// for the size. Below 16 pixels the fan is the solid one.
 [[nodiscard]] QString drawingForPixels(const QString& name, double pixels);
 
-// Draws a symbol as large as fits centred into `bounds`, antialiased. An unknown name draws nothing.
+// Draws a symbol centred in `bounds`, as large as fits, antialiased. An unknown name draws nothing.
 void drawSymbol(QPainter& painter, const QString& name, const QRectF& bounds, const QColor& color,
                 SymbolWeight weight = SymbolWeight::regular);
 

@@ -17,7 +17,7 @@ namespace {
 struct Symbols {
     QMutex mutex;
     SystemSymbolSource source;
-    std::map<std::tuple<QString, int, bool>, QImage> pictures; // by name, hundredths of a pixel, whether bold
+    std::map<std::tuple<QString, int, bool>, QImage> pictures; // by name, hundredths of a pixel, bold
 };
 
 Symbols& symbols() {
@@ -39,7 +39,7 @@ QImage picture(const QString& name, double fontPixels, bool bold) {
     return known.pictures.emplace(key, known.source(name, fontPixels, bold)).first->second;
 }
 
-// The picture's opacity in one colour.
+// Fills the shape of the picture, given by its alpha channel, with one colour.
 QImage tinted(const QImage& picture, const QColor& color) {
     QImage image = picture.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
@@ -59,7 +59,7 @@ void setSystemSymbolSource(SystemSymbolSource source) {
 
 bool drawSystemSymbol(QPainter& painter, const QString& name, const QRectF& bounds, const QColor& color,
                       SymbolWeight weight) {
-    // As many pixels as there are under the bounds, so that nothing is scaled up.
+    // Requests as many pixels as the bounds cover on the device, so that nothing is scaled up.
     const double scale = std::sqrt(std::abs(painter.deviceTransform().determinant()));
     const double side = std::min(bounds.width(), bounds.height());
     if (!(side > 0.0) || !(scale > 0.0))

@@ -4,7 +4,7 @@ namespace Fenwhirl {
 
 QStringList tabularRuns(const QString& text) {
     QStringList runs;
-    bool lastWasDigit = true;
+    bool lastWasDigit = true; // so that the first character begins a piece
     for (const QChar character : text) {
         const bool digit = character >= u'0' && character <= u'9';
         if (digit || lastWasDigit)

@@ -7,14 +7,14 @@
 
 // Splits a text for drawing with digits of equal width: QML singleton `TabularRuns`.
 //
-// The interface font has digits of different widths and the toolkit gives no access to its tabular ones, so a
-// changing number would make everything beside it dance. TabularText.qml draws each digit in a cell of its
-// own and the text between the digits as it is; here is decided what goes into a cell. Pure; any thread.
+// The digits of the interface font have different widths, and Qt 6.4 gives no access to its tabular digits,
+// so a changing number would move everything beside it. TabularText.qml draws each digit in a cell of its own
+// and the text between the digits unchanged. This class decides what goes into a cell. Pure; any thread.
 
 namespace Fenwhirl {
 
-// The text in pieces that joined give the text again: every ASCII digit is a piece of its own, whatever
-// stands between two digits is one piece. A surrogate pair is never cut.
+// The text in pieces that give the text when joined: every ASCII digit is a piece of its own, and whatever is
+// between two digits is one piece. A surrogate pair is never split.
 [[nodiscard]] QStringList tabularRuns(const QString& text);
 
 class TabularRuns : public QObject {

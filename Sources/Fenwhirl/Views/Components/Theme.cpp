@@ -11,7 +11,7 @@ namespace {
 
 constexpr int crossfadeMilliseconds = 200;
 
-// Chosen by the program, or in the environment.
+// The renderer may be chosen by the program or in the environment.
 bool drawsInSoftware() {
     return QQuickWindow::graphicsApi() == QSGRendererInterface::Software ||
            QQuickWindow::sceneGraphBackend() == QStringLiteral("software") ||
@@ -43,7 +43,7 @@ Theme::Theme(QObject* parent)
 }
 
 void Theme::setDark(bool dark) {
-    // The first choice is made before anything is on screen: there is nothing to fade from.
+    // The first choice is made before anything is on screen, so there is nothing to fade from.
     const bool fades = m_chosen && !m_reducedMotion;
     m_chosen = true;
     if (dark == m_dark)

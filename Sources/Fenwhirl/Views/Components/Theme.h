@@ -6,28 +6,31 @@
 #include <QVariantAnimation>
 #include <QtQml/qqmlregistration.h>
 
-// The appearance every component draws with: QML singleton `Theme` of Fenwhirl.Components.
+// The appearance with which every component draws: QML singleton `Theme` of Fenwhirl.Components.
 //
-// Whoever puts the windows up sets `dark` (from the user's choice or the system's appearance) and
-// `reducedMotion` and `textScale` (from the system); every component follows at once, without being rebuilt.
-// A change of `dark` after the first one is a crossfade of 200 ms, during which the colours are those of
-// `mixedPalette`; with reduced motion it is instant.
+// The code that creates the windows sets `dark` (from the user's choice or the system's appearance),
+// `reducedMotion` and `textScale` (from the system). Every component follows at once, without being
+// recreated. A change of `dark` after the first one is a crossfade of 200 ms, during which the colours are
+// those of `mixedPalette`; with reduced motion it is instant.
 //
 // The durations are in milliseconds and are all 0 with reduced motion, so animations need no condition of
 // their own.
 //
-// `textScale` is what every text is larger than designed, and with it the heights and columns that hold
-// texts. Sizes in the QML files are those at 1; `lineHeight` takes and gives those.
+// `textScale` is the factor by which every text is larger than designed, and with it the heights and columns
+// that contain texts. Sizes in the QML files are those at a factor of 1, and so are the argument and the
+// result of `lineHeight`.
 //
-// `cornerStep` is what radii must be multiples of to be drawn well: 1, but more where cornerStep() says so.
+// Radii must be multiples of `cornerStep` to be drawn well. It is 1 unless the function cornerStep() returns
+// more.
 //
 // One instance per QML engine, owned by it; main thread only.
 
 namespace Fenwhirl {
 
-// Qt's software renderer draws the corners of a rectangle as pictures of so many whole pixels; at a screen of
-// `ratio` pixels a point, those of a radius that is no whole number of them stand beside its edges. This is
-// the step, up to 4 points, from one that is to the next; 1 where none is, and for other renderers.
+// Qt's software renderer draws the corners of a rectangle as images of whole pixels. On a screen of `ratio`
+// pixels per point, the corners of a radius that is not a whole number of pixels do not meet the edges.
+// Returns the smallest radius, of up to 4 points, that is a whole number of pixels; 1 if there is none, and
+// for other renderers.
 [[nodiscard]] int cornerStep(double ratio, bool software);
 
 class Theme : public QObject {
@@ -98,10 +101,10 @@ public:
 
     [[nodiscard]] double textScale() const { return m_textScale; }
 
-    // Above 0.
+    // `scale` must be above 0.
     void setTextScale(double scale);
 
-    // What one line of a control's text is higher than designed, and so the control.
+    // By how much one line of a control's text, and so the control, is higher than designed.
     [[nodiscard]] double lineGrowth() const;
 
     [[nodiscard]] QColor window() const { return color(PaletteColor::window); }
@@ -188,7 +191,7 @@ public:
 
     [[nodiscard]] int cornerStep() const { return m_cornerStep; }
 
-    // The line height that goes with a text size, both in pixels as designed.
+    // The line height for a text size, both in pixels as designed.
     Q_INVOKABLE [[nodiscard]] int lineHeight(int pixelSize) const;
 
 Q_SIGNALS:
@@ -205,12 +208,12 @@ private:
     void show(const Palette& colors);
 
     bool m_dark = true;
-    bool m_chosen = false; // whether anyone has set `dark` yet
+    bool m_chosen = false; // whether `dark` has been set yet
     bool m_reducedMotion = false;
     double m_textScale = 1.0;
     int m_cornerStep = 1;
     Palette m_colors;
-    Palette m_previous; // where the running crossfade began
+    Palette m_previous; // the colours at which the running crossfade began
     QVariantAnimation m_crossfade;
 };
 

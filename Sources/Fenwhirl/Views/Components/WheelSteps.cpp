@@ -20,7 +20,7 @@ double wheelDistance(QPointF pixels, QPointF angle, bool pixelsAreKnown, int lin
 }
 
 double WheelSteps::distance(QPointF pixels, QPointF angle, double textScale) const {
-    // Under X11 a mouse with notches reports "pixels" too, in units of its driver.
+    // Under X11 a mouse with notches reports "pixels", too, in units of its driver.
     const bool pixelsAreKnown = QGuiApplication::platformName() != QLatin1String("xcb");
     return wheelDistance(pixels, angle, pixelsAreKnown, QGuiApplication::styleHints()->wheelScrollLines(),
                          textScale);

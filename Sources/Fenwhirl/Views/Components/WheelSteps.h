@@ -4,16 +4,16 @@
 #include <QPoint>
 #include <QtQml/qqmlregistration.h>
 
-// How far a turn of the wheel scrolls a page: QML singleton `WheelSteps`, and the same as a plain function.
+// How far a turn of the wheel scrolls a page: QML singleton `WheelSteps`, also available as a plain function.
 //
-// A notch scrolls as many lines as the system says, of 24 points each with texts of the designed size. A
-// touchpad scrolls by what it reports: fractions of notches, or points where the platform measures the finger
+// A notch scrolls as many lines as the system is set to, of 24 points each at the designed text size. A
+// touchpad scrolls by what it reports: fractions of notches, or points on platforms that measure the finger
 // in points.
 
 namespace Fenwhirl {
 
-// In points, positive towards the end of the page. `pixels` and `angle` (120 a notch) as an event has them;
-// `pixelsAreKnown` is false where the former are a driver's units. Pure; any thread.
+// In points, positive towards the end of the page. `pixels` and `angle` (120 per notch) are those of the
+// wheel event; `pixelsAreKnown` is false where `pixels` are in units of the driver. Pure; any thread.
 [[nodiscard]] double wheelDistance(QPointF pixels, QPointF angle, bool pixelsAreKnown, int linesPerNotch,
                                    double textScale);
 
@@ -25,7 +25,7 @@ class WheelSteps : public QObject {
 public:
     using QObject::QObject;
 
-    // By the system's settings. Main thread.
+    // With the system's settings. Main thread.
     Q_INVOKABLE [[nodiscard]] double distance(QPointF pixels, QPointF angle, double textScale) const;
 };
 

@@ -12,7 +12,7 @@ QRegion roundedRegion(QSize size, int radius) {
     const int corner = std::clamp(radius, 0, std::min(size.width(), size.height()) / 2);
     QRegion region(0, corner, size.width(), size.height() - 2 * corner);
     for (int row = 0; row < corner; ++row) {
-        // Where the circle leaves this row, at its side towards the middle.
+        // The half-width of the corner's circle in this row, at the side of the row towards the middle.
         const double height = corner - row - 1;
         const double reach = std::sqrt(static_cast<double>(corner) * corner - height * height);
         const int inset = corner - static_cast<int>(std::ceil(reach));
@@ -36,6 +36,7 @@ void WindowCorners::itemChange(ItemChange change, const ItemChangeData& value) {
 }
 
 void WindowCorners::cut() {
+    // An empty region removes the mask.
     if (window() != nullptr && QGuiApplication::platformName() == QStringLiteral("xcb"))
         window()->setMask(m_radius > 0 ? roundedRegion(window()->size(), m_radius) : QRegion());
 }

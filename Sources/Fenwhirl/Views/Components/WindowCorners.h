@@ -4,17 +4,17 @@
 #include <QRegion>
 #include <QtQml/qqmlregistration.h>
 
-// Rounds the window it lies in: QML type `WindowCorners`.
+// Rounds the corners of the window that contains it: QML type `WindowCorners`.
 //
 //   Window { color: composed ? "transparent" : Theme.card; WindowCorners { radius: composed ? 0 : 14 } }
 //
-// A transparent window has clear corners only where something composes the windows of the screen; on plain
-// X11 they are black. There, with a radius above 0, the window is cut to its shape, a little outside of the
-// drawn edge: give it the colour that is to be seen there. Elsewhere nothing happens. Main thread.
+// A transparent window has clear corners only under a compositor; on plain X11 they are black. Under X11,
+// with a radius above 0, the window is cut to the rounded shape, a little outside the drawn edge: give it the
+// colour that is to be seen there. On other platforms nothing happens. Main thread.
 
 namespace Fenwhirl {
 
-// A rectangle at the origin without what lies wholly outside its round corners.
+// A rectangle at the origin, without the pixels that lie completely outside its rounded corners.
 [[nodiscard]] QRegion roundedRegion(QSize size, int radius);
 
 class WindowCorners : public QQuickItem {
