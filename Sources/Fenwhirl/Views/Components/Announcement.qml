@@ -1,9 +1,9 @@
 import QtQuick
 import Fenwhirl.Components
 
-// The place in a window from which a screen reader hears what the Announcer says while that window is active. Nothing of it
-// is seen. A screen reader says what becomes visible with the role of a notification; several texts at a time have a place
-// each, and leave it when they have been read.
+// The invisible items through which a screen reader receives what the Announcer says while their window is active. A screen
+// reader announces an item with the role of a notification when it becomes visible. Each of several texts at a time has an
+// item of its own, which is hidden again once the text has been read.
 Item {
     id: root
 
@@ -41,7 +41,7 @@ Item {
 
     Timer {
         id: hush
-        interval: 5000 // a screen reader on a busy computer asks late
+        interval: 5000 // long, because a screen reader on a busy computer queries late
 
         onTriggered: {
             for (let i = 0; i < places.count; ++i)

@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // An application's icon, or the gears when it has none.
-//   source   where the picture comes from; empty for none
+//   source   URL of the picture; empty for none
 //   size     28 in lists, 48 in dialogs
 Item {
     id: root

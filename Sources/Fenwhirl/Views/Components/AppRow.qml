@@ -1,16 +1,17 @@
 import QtQuick
 import Fenwhirl.Components
 
-// An application that loads the processor, 52 high and more with larger texts, to which the bar gives way.
+// A row for an application that loads the processor. It is 52 high, and more with larger texts, for which the bar gets
+// shorter.
 //   name, detail        detail is the second, smaller line
 //   iconSource          picture of the application; empty shows the gears
-//   fraction            filled share of the bar, 0…1
-//   shareText           the share as text, right aligned in 44
-//   on                  whether its switch is on; set by the owner
-//   protectedText       stands in place of the switch when not empty
-//   divider             whether a hairline closes the row
+//   fraction            filled share of the bar, 0 to 1
+//   shareText           the share as text, right-aligned in 44
+//   on                  whether the switch is on; set by the owner
+//   protectedText       shown instead of the switch when not empty
+//   divider             whether a hairline ends the row
 //   switchText          what turning the switch off does, for screen readers
-//   signal toggled(bool on)  the state the user asks for
+//   signal toggled(bool on)  the state that the user requests
 Item {
     id: root
 
@@ -108,7 +109,7 @@ Item {
             id: quit
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            Accessible.checked: true // it runs until the question about it is answered
+            Accessible.checked: true // the application runs until the question about it is answered
             Accessible.description: spokenShare + ". " + root.switchText
             on: root.on
             text: root.name
@@ -116,7 +117,8 @@ Item {
 
             onToggled: on => root.toggled(on)
 
-            // Screen readers say at once what changes of the focused control: it keeps the share that they have said.
+            // The share that was last announced. It does not change while the switch has the focus, because screen readers
+            // announce every change of the focused control.
             property string spokenShare
 
             Binding on spokenShare {

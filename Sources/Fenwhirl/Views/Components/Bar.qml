@@ -1,8 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A horizontal bar, 6 high: a track and over it the filled share.
-//   fraction   0…1; clamped
+// A horizontal bar, 6 high: a track with the filled share on top.
+//   fraction   0 to 1; clamped
 //   fill       colour of the filled share
 Item {
     id: root
@@ -11,16 +11,16 @@ Item {
     property color fill: Theme.accent
     readonly property double wanted: fraction > 0 ? Math.min(fraction, 1) : 0
     property double shown: 0
-    // Half the height, where that can be drawn.
+    // Half the height, or the next smaller radius that can be drawn well (see Theme.cornerStep).
     readonly property real cornerRadius: height / 2 - (Theme.cornerStep < height / 2 ? height / 2 % Theme.cornerStep : 0)
-    // False until the bar stands: what is there from the beginning does not move into place.
+    // False until the bar is complete, so that its first value is not animated.
     property bool ready: false
 
     implicitHeight: 6
     implicitWidth: 140
 
-    // A change of a few points is shown at once: of many temperatures some always flutter by a degree or two, and every
-    // frame of a motion costs the processor this program watches.
+    // A change of up to 3 % is not animated: among many temperatures some always fluctuate by a degree or two, and every
+    // frame of an animation loads the processor that this program watches.
     onWantedChanged: {
         motion.enabled = ready && Math.abs(wanted - shown) > 0.03
         shown = wanted
@@ -38,7 +38,8 @@ Item {
         radius: root.cornerRadius
     }
 
-    // Never narrower inside than it is high, and cut at its right end instead: a short bar keeps the track's rounding.
+    // The coloured rectangle is never narrower than it is high; a short bar is clipped at its right end instead, so that it
+    // keeps the rounding of the track.
     Item {
         readonly property alias color: ink.color
 

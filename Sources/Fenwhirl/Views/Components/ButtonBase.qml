@@ -1,11 +1,10 @@
 import QtQuick
 import Fenwhirl.Components
 
-// What all text buttons share. Use PrimaryButton, SecondaryButton, NeutralButton or DestructiveButton.
-//   text            the label
-//   large           14 pixels and 34 high, else 13 and 30
-//   designHeight    its height with one line of text of the designed size
-// Narrower than its text it has several lines.
+// The base of all text buttons. Use PrimaryButton, SecondaryButton, NeutralButton or DestructiveButton.
+//   text            the label; it wraps where the button is narrower than it
+//   large           label of 14 pixels and height 34, otherwise 13 and 30
+//   designHeight    height with one line of text of the designed size
 //   signal clicked  mouse, Space, Return, or a screen reader's press
 Pressable {
     id: root
@@ -20,7 +19,7 @@ Pressable {
     property color labelColor: Theme.text
     property int labelSize: large ? 14 : 13
     property int labelWeight: Font.Normal
-    // A dark label on a pale fill must not fade with it.
+    // 1 for a dark label, which must not fade together with the fill.
     property real disabledLabelOpacity: 0.4
     readonly property string drawnText: DrawnText.of(text)
 
@@ -28,7 +27,7 @@ Pressable {
     disabledOpacity: 1
     implicitHeight: designHeight + Theme.lineGrowth + (label.lineCount - 1) * label.lineRoom
     implicitWidth: Math.round(measure.advanceWidth) + 2 * sidePadding
-    // One point less than what is seen, so that a text that is wider than it says is not cut.
+    // One point less than the visible padding, so that a text that is drawn wider than it was measured is not cut.
     leftPadding: sidePadding - 1
     rightPadding: sidePadding - 1
 
@@ -50,7 +49,7 @@ Pressable {
     }
     contentItem: Label {
         id: label
-        Accessible.ignored: true // the control says it
+        Accessible.ignored: true // the control has the name
         color: root.labelColor
         font.weight: root.labelWeight
         opacity: root.usable ? 1 : root.disabledLabelOpacity

@@ -1,9 +1,9 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A surface that groups what belongs together: its one child is stretched to the full width inside 20 points of padding.
-//   padding    20 unless given
-//   content    default; its width is set here, its height makes the card's
+// A surface that groups what belongs together. Its only child is stretched to the full width inside the padding.
+//   padding    20 by default
+//   content    default property; its width is set here, and its height determines that of the card
 Surface {
     id: root
 
@@ -18,7 +18,7 @@ Surface {
 
     onContentChanged: { if (content) content.parent = holder }
 
-    // Restores nothing: the content that it leaves is being destroyed.
+    // Does not restore the old width: content that was replaced is being destroyed.
     Binding {
         property: "width"
         restoreMode: Binding.RestoreNone

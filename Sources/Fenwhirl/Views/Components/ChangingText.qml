@@ -1,8 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A sentence with a number that changes: on one line with digits of equal width, or on several where that has no room. Give
-// it a width.
+// A sentence with a changing number: on one line with digits of equal width, or wrapped when it does not fit on one. Give it
+// a width.
 //   content   the sentence
 //   size      as in Label
 Item {

@@ -1,20 +1,20 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A small choice among others, 28 high: a button that is filled with the accent while selected. See ChipRow.
+// One of several choices, 28 high: a button that is filled with the accent colour while selected. See ChipRow.
 //   text, selected, signal clicked
-//   naturalWidth   what its text asks for
+//   naturalWidth   the width that its text needs
 ButtonBase {
     id: root
 
     required property bool selected
-    // Measured in the selected weight, so that choosing moves nothing.
+    // Measured in the weight of the selected state, so that selecting a chip moves nothing.
     readonly property real naturalWidth: Math.round(measure.advanceWidth) + 2 * sidePadding
 
     Accessible.checkable: true
     Accessible.checked: selected
     Accessible.role: Accessible.RadioButton
-    Accessible.onToggleAction: root.use() // which is how VoiceOver presses it
+    Accessible.onToggleAction: root.use() // the action with which VoiceOver presses it
     fill: selected ? Theme.accent : Theme.well
     hoverColor: selected ? Theme.accentHover : Theme.hover
     designHeight: 28

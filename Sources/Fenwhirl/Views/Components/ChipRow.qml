@@ -3,12 +3,13 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Fenwhirl.Components
 
-// Chips in rows that fill the width: each row's chips share what their texts leave over.
+// Chips in rows that fill the width: the chips of a row share the width that their texts leave over.
 //   labels          one per chip
 //   currentIndex    the selected chip, -1 for none; set by the owner
-//   text            what is chosen, for screen readers
+//   text            what is being chosen, for screen readers
 //   signal activated(index)  a chip was chosen; the owner then changes currentIndex
-// One tab stop, the selected chip or else the first: the arrow keys choose its neighbour, Space and Return the chip itself.
+// The row is one tab stop, the selected chip or else the first: the arrow keys choose its neighbour, Space and Return the
+// chip itself.
 Item {
     id: root
 
@@ -46,7 +47,7 @@ Item {
         }
     }
 
-    // Whether there is a chip in that direction; a page may scroll with the key otherwise.
+    // Chooses the chip in that direction. Returns false if there is none: the page may then scroll with the key.
     function moveFocus(columns: int, rows: int): bool {
         for (let i = 0; i < chips.count; ++i) {
             if (!chips.itemAt(i)?.activeFocus)

@@ -1,9 +1,10 @@
 import QtQuick
 import Fenwhirl.Components
 
-// Lets what is shown be copied: the other mouse button opens a menu of one item under the pointer. Put it into what shows it.
-//   content   what is copied, as it is when the item is chosen
-//   menu      null before it was first opened
+// Lets the user copy what an item shows: a right click opens a menu with a single item at the pointer. Put it into that
+// item.
+//   content   the text to copy, as it is when the menu item is chosen
+//   menu      null until it is first opened
 Item {
     id: root
 
@@ -26,7 +27,7 @@ Item {
             const labels = [qsTranslate("SystemWords", "Copy")]
             if (!made)
                 setSource("PopupMenu.qml", {"parent": root, "labels": labels, "currentIndex": -1})
-            made.labels = labels // in the language of now
+            made.labels = labels // in the current language
             made.x = place.x
             made.y = place.y
             made.open()

@@ -3,19 +3,19 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Fenwhirl.Components
 
-// A fan's speed over the temperature, with a handle for the temperature from which it rises and one for that of its maximum.
-// It shows what its owner says: dragging asks for a value and the owner then sets it.
+// An editor for a fan's temperature curve, with a handle for the temperature from which the speed rises and one for that of
+// the maximum. It shows the values that its owner sets: dragging requests a value, and the owner then sets it.
 //   startTemp, maxTemp    the two temperatures in °C; each has the steps and the range of its stepper
 //   startText, maxText    what the handles set, for screen readers
 //   lowestText, highestText  the fan's minimum and maximum
-//   text, extent          name and description of the drawing
-//   now                   the temperature that drives it; not a number: unknown
-//   limited               whether the limits of the main temperature count for it
-//   alertAt               where heat protection begins; not a number: it is off
+//   text, extent          accessible name and description of the drawing
+//   now                   the temperature that drives the fan; NaN if unknown
+//   limited               whether the limits of the main temperature apply to the fan
+//   alertAt               where heat protection begins; NaN if it is off
 //   protecting            whether heat protection drives the fan
 //   signal startModified(double value), maxModified(double value)
-// A press beside the handles does nothing: a stray click must not change a fan. Escape while dragging brings the value back
-// from before it.
+// A press beside the handles does nothing: a stray click must not change a fan. Escape during a drag restores the value from
+// before it.
 Item {
     id: root
 
@@ -44,11 +44,11 @@ Item {
     readonly property real plotTop: Math.round(8 * Theme.textScale)
     readonly property real plotHeight: Math.round(88 * Theme.textScale)
     readonly property real plotWidth: width - column
-    // Below it the numbers reach into the distance that a card keeps.
+    // How far the numbers below the plot reach into the padding of the card. The tests that look for cut texts read it.
     readonly property real overhang: 6 * Theme.textScale
-    // Of the area that takes hold of a handle, from its middle.
+    // Half the edge of the area around a handle's centre in which a press grabs the handle.
     readonly property real reach: 16 + 4 * (Theme.textScale - 1)
-    // What moves to a new value; by hand it is quicker.
+    // The animated values that are drawn. The animation is shorter while the user moves a handle.
     property real shownStart: isFinite(startTemp) ? startTemp : startFrom
     property real shownMax: isFinite(maxTemp) ? maxTemp : maxTo
     property bool byHand: false
@@ -107,7 +107,7 @@ Item {
         y: root.plotTop - inset
     }
 
-    // The two ends of the speed, as wide as their column: a fan may report anything.
+    // The fan's minimum and maximum, clipped to their column because a fan may report any number.
     Repeater {
         model: [root.highestText, root.lowestText]
 
@@ -170,7 +170,7 @@ Item {
         }
     }
 
-    // Whether the value of the lower handle lies on what stands there.
+    // Whether the bubble of the lower handle covers a number of the axis with this centre.
     function hides(middle: real): bool {
         return startBubble.shown && Math.abs(middle - startBubble.aim) < 38 * Theme.textScale
     }
@@ -273,7 +273,8 @@ Item {
             return mapFromItem(handle, handle.width / 2, handle.height / 2)
         }
 
-        // The handle whose area that is; of two the nearer one, and at equal distance the one that was dragged last.
+        // The handle whose area contains the point: of two the nearer one, and at equal distance the one that was dragged
+        // last.
         function handleAt(x: real, y: real): CurveHandle {
             let nearest = null
             let least = 0

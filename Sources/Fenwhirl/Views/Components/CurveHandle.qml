@@ -2,14 +2,14 @@ import QtQuick
 import Fenwhirl.Components
 
 // One of the two handles of a curve: a temperature that keys and screen readers change in steps, as in Slider. Its owner
-// puts the middle of it on the line, and looks after the pointer.
+// centres it on the line and handles the pointer.
 //   value, from, to, stepSize   as in Slider
 //   text      what it sets, for screen readers
-//   hovered, dragged   whether the pointer is on it, whether it holds it
-//   hollow    whether it has no effect where it stands
-//   lately    whether a key has moved it just now
-//   signal modified(double value)  the value asked for
-//   signal abandoned()             Escape
+//   hovered, dragged   whether the pointer is over it, and whether it drags it
+//   hollow    whether its value has no effect
+//   lately    whether a key has moved it a moment ago
+//   signal modified(double value)  the requested value
+//   signal abandoned()             Escape was pressed during a drag
 FocusScope {
     id: root
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A button that may lose something: neutral with a warm label. Properties as in ButtonBase.
+// A button for an action that may lose data: neutral, with a label in the warning colour. Properties as in ButtonBase.
 ButtonBase {
     labelColor: Theme.hot
     labelWeight: Font.DemiBold

@@ -2,15 +2,15 @@ import QtQuick
 import QtQuick.Templates as T
 import Fenwhirl.Components
 
-// A question in the middle of the window, which is dimmed: icon, title, message, up to three buttons below each other.
+// A question in the middle of the dimmed window: icon, title, message, and up to three buttons, one below the other.
 //   title, message
-//   acceptText        first button, accent; Return presses it
-//   destructiveText   second button, warm; left out when empty
-//   cancelText        last button; left out when empty; Escape means the same
-//   iconSource        picture of an application, 48; empty shows the gears
-//   showsIcon         false leaves the place of the icon out
-//   signals accepted, destructive, cancelled: exactly one for every opening, after the dialog is closed
-// Call open(); close() counts as cancelled. What had the focus before gets it back.
+//   acceptText        first button, in the accent colour; Return presses it
+//   destructiveText   second button, in the warning colour; left out when empty
+//   cancelText        last button; left out when empty; Escape does the same
+//   iconSource        icon of an application, 48; empty shows the gears
+//   showsIcon         false leaves out the icon and its space
+//   signals accepted, destructive, cancelled   exactly one for each time it opens, after it has closed
+// Call open(); close() counts as cancelled. The focus returns to where it was before.
 T.Popup {
     id: root
 
@@ -38,7 +38,7 @@ T.Popup {
     padding: 20
     width: Math.round(300 * Theme.textScale)
 
-    // What had the focus when it opened.
+    // The item that had the focus when the dialog opened.
     property Item opener: null
 
     onAboutToShow: {
@@ -46,7 +46,7 @@ T.Popup {
         opener = parent.Window.activeFocusItem
         introduce()
         const content = contentItem as DialogContent
-        content.reset() // else the button that had the focus last time is said first
+        content.reset() // otherwise the button that had the focus last time is announced first
     }
     onAboutToHide: {
         opener?.forceActiveFocus(Qt.PopupFocusReason)
@@ -64,7 +64,7 @@ T.Popup {
     onTitleChanged: introduce()
     onOpened: (contentItem as DialogContent).begin()
 
-    // A popup is a dialog for screen readers by itself, but has no words of its own.
+    // A popup has the role of a dialog for screen readers, but no name and no description.
     function introduce() {
         const popup = contentItem?.parent
         if (!popup)

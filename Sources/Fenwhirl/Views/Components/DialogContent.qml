@@ -1,10 +1,10 @@
 import QtQuick
 import Fenwhirl.Components
 
-// What a Dialog shows.
-//   title, message, acceptText, destructiveText, cancelText, iconSource, showsIcon   as there
-//   signals accepted, destructive, cancelled   a button was pressed; Return anywhere else is the first one
-//   reset()   lets the first button have the focus when the dialog gets it
+// The content of a Dialog.
+//   title, message, acceptText, destructiveText, cancelText, iconSource, showsIcon   as in Dialog
+//   signals accepted, destructive, cancelled   a button was pressed; Return anywhere else presses the first one
+//   reset()   makes the first button the one that gets the focus with the dialog
 //   begin()   gives the first button the focus, whichever had it last time
 FocusScope {
     id: root

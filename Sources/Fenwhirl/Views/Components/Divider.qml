@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A hairline across. Give it a width.
+// A horizontal hairline. Give it a width.
 Rectangle {
     color: Theme.stroke
     implicitHeight: 1

@@ -2,8 +2,8 @@ import QtQuick
 import Fenwhirl.Components
 
 // A caption and the current choice, 32 high; its menu opens below.
-//   caption         13 muted, before the choice
-//   currentText     the choice as shown; need not be one of the labels
+//   caption         13, muted, before the choice
+//   currentText     the choice as displayed; need not be one of the labels
 //   labels          the choices, a list of strings
 //   currentIndex    the checked one, -1 for none; set by the owner
 //   signal activated(int index)  a choice was made; the owner then changes currentIndex
@@ -15,7 +15,7 @@ Pressable {
     required property string currentText
     required property var labels
     required property int currentIndex
-    readonly property alias menu: opener.menu // null before it was first opened
+    readonly property alias menu: opener.menu // null until it is first opened
 
     signal activated(int index)
 
@@ -41,14 +41,14 @@ Pressable {
         spacing: 8
 
         Label {
-            Accessible.ignored: true // the control says it
+            Accessible.ignored: true // the control has the name
             anchors.verticalCenter: parent.verticalCenter
             color: Theme.muted
             text: root.caption
         }
 
         Label {
-            Accessible.ignored: true // the control says it
+            Accessible.ignored: true // the control has the name
             anchors.verticalCenter: parent.verticalCenter
             text: root.currentText
         }

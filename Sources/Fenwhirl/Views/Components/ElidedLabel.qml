@@ -1,8 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A Label that shows its whole text as a tooltip while it is cut and the pointer rests on it. Give it a width.
-//   tooltip   null until it was needed
+// A Label that shows its full text in a tooltip while it is elided and the pointer rests on it. Give it a width.
+//   tooltip   null until it is first needed
 Label {
     id: root
 
@@ -15,7 +15,7 @@ Label {
         onHoveredChanged: { if (hovered && root.truncated) loader.active = true }
     }
 
-    // Made when it is first needed, which is hardly ever: it costs more than all else here.
+    // Created when first needed, which is hardly ever: it costs more than everything else here.
     Loader {
         id: loader
         readonly property var made: item

@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// The program's emblem: the fan in a bold line on an accent square with round corners.
+// The program's emblem: the fan in bold lines on an accent-coloured square with rounded corners.
 //   size     32 (sidebar) or 72 (onboarding)
 Rectangle {
     id: root

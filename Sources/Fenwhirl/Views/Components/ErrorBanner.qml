@@ -2,7 +2,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // A message that something did not work, at least 44 high.
-//   message         when it becomes empty, the banner keeps its words: it may be on its way out
+//   message         when it becomes empty, the banner keeps the last text, because it may still be moving out
 //   closable        whether it has a close button
 //   closeText       the close button's name for screen readers
 //   signal closed

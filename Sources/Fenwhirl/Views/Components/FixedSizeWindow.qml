@@ -1,6 +1,6 @@
 import QtQuick
 
-// A window that is exactly as large as its content and that nobody else can resize.
+// A window that is exactly as large as its content and that neither the user nor the window manager can resize.
 //   fittingSize   the size of the content; the window follows it, also while it is shown
 Window {
     id: root
@@ -13,8 +13,8 @@ Window {
     onFittingHeightChanged: fit()
     onFittingWidthChanged: fit()
 
-    // In this order: neither the window nor its window manager takes a size outside of the limits that it knows by then.
-    // Bindings would be evaluated in an order of their own.
+    // The order matters: neither the window nor its window manager accepts a size outside the limits that it knows at that
+    // moment. The order in which bindings are evaluated is not defined.
     function fit() {
         minimumWidth = 0
         minimumHeight = 0

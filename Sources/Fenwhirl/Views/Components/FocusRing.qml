@@ -1,10 +1,10 @@
 import QtQuick
 import Fenwhirl.Components
 
-// The accent ring around the focused control: 2 points wide, 2 points outside. Shown only after keyboard use.
+// The accent-coloured ring around the focused control: 2 points wide, 2 points outside. Shown only after keyboard use.
 //   target        the control; the ring must be its child or sibling
 //   targetRadius  corner radius of the control
-//   wanted        false for what shows in another way that it has the focus
+//   wanted        false for a control that shows its focus in another way
 Rectangle {
     id: root
 

@@ -1,10 +1,10 @@
 import QtQuick
 import Fenwhirl.Components
 
-// An offer with a button: to set up fan control, or to bring something up to date.
+// An offer with a button: to set up fan control, or to update something.
 //   title, message      the message may be empty
 //   actionText          the button's label
-//   busyText            its label while busy; it cannot be pressed then
+//   busyText            the label while busy; the button cannot be pressed then
 //   busy
 //   signal activated
 Surface {

@@ -3,17 +3,18 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Fenwhirl.Components
 
-// A LineChart with captions under its two ends, and with a cursor that reads it: under the pointer, or led by the keys while
-// it has the focus: Left and Right, thirty samples with Shift or the Page keys, Home and End; Escape takes it away.
+// A LineChart with captions under its two ends and a cursor that marks a reading. The cursor follows the pointer. While the
+// chart has the focus, keys move it: Left and Right by one sample, with Shift or the Page keys by thirty, Home and End to
+// the ends; Escape hides it.
 //   values        the temperatures, oldest first
-//   times         when they were read, in milliseconds since the beginning of 1970
-//   threshold     a temperature to be marked; no number for none
+//   times         when they were read, in milliseconds since the Unix epoch
+//   threshold     a temperature to be marked; NaN for none
 //   startCaption  under the left end
 //   endCaption    under the right end
-//   plotHeight    140 unless given
-//   surface       colour of what it stands on
-//   description   what a screen reader calls it
-//   extent        what a screen reader says of it while nothing is read: between which values it moves
+//   plotHeight    140 by default
+//   surface       colour of the surface below the chart
+//   description   accessible name of the chart
+//   extent        what a screen reader says while no reading is marked: the range of the values
 Item {
     id: root
 
@@ -27,7 +28,7 @@ Item {
     property real plotHeight: 140
     property color surface: Theme.card
     readonly property real column: plot.hasLine ? plot.column : 0
-    // Made when something is read for the first time: a start need not pay for it.
+    // Created when a reading is marked for the first time, so that it does not slow down the start.
     property ValueBubble bubble: null
 
     Accessible.description: cursor.spoken !== "" ? cursor.spoken : extent
@@ -75,7 +76,7 @@ Item {
             cursor.release()
     }
 
-    // Whether the bubble would half cover a caption; one that it touches goes as a whole.
+    // Whether the bubble touches a caption, which is then hidden as a whole instead of being half covered.
     function isCovered(caption: Item): bool {
         return bubble !== null && bubble.shown && bubble.touches(caption.x, caption.x + caption.width, 6)
     }
@@ -154,7 +155,7 @@ Item {
         times: root.times
         visible: opacity > 0
 
-        // It comes at once, and fades out.
+        // The cursor appears at once and fades out.
         onMoved: {
             if (reading) {
                 bubbles.model = 1

@@ -1,9 +1,9 @@
 import QtQuick
 
-// Says what a control without a text is for, while the pointer rests on it: put it into the control.
-//   text     in the user's language; empty: none
-//   wanted   whether the pointer is on the control
-//   tooltip  null until it was needed
+// A tooltip that says what a control without a text is for, while the pointer rests on it. Put it into the control.
+//   text     in the user's language; empty for none
+//   wanted   whether the pointer is over the control
+//   tooltip  null until it is first needed
 Item {
     id: root
 
@@ -15,7 +15,7 @@ Item {
 
     onWantedChanged: { if (wanted && text !== "") loader.active = true }
 
-    // Made when it is first needed, as in ElidedLabel.
+    // Created when first needed, as in ElidedLabel.
     Loader {
         id: loader
         readonly property var made: item

@@ -1,8 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// The round handle of sliders and switches, 18 across, with a faint shadow under it. It is never translucent: disabled, it
-// takes the colour it would have then.
+// The round handle of sliders and switches, 18 in diameter, with a faint shadow below it. It is never translucent: when it
+// is disabled, it takes the colour that a translucent knob would show.
 Item {
     id: root
 

@@ -1,10 +1,10 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A plain text in one of the interface's sizes, with that size's line height.
-//   size    pixels as designed, 13 unless given (30 26 22 18 15 14 13 12 11); drawn larger by Theme.textScale
-//   line    height of a line as designed, that of the size unless given
-//   text, color, font.weight, elide, wrapMode… as in Text. Never rich text. Long lines are cut at the right end.
+// A plain text in one of the interface's sizes, with the line height of that size.
+//   size    designed size in pixels, 13 by default (30 26 22 18 15 14 13 12 11); drawn larger by Theme.textScale
+//   line    designed line height; that of the size by default
+//   text, color, font.weight, elide, wrapMode… as in Text. Never rich text. Long lines are elided at the right end.
 Text {
     id: root
 
@@ -12,8 +12,9 @@ Text {
     property real line: Theme.lineHeight(size)
     readonly property real lineRoom: Math.round(line * Theme.textScale)
     readonly property bool wraps: wrapMode !== Text.NoWrap
-    // Half the leading above the glyphs and half below, so that texts stand in the middle of their lines. A fixed line
-    // height puts all of it below each line: there the glyphs are pushed down and the last line gives the rest back.
+    // Half the leading is above the glyphs and half below, so that texts are centred in their lines. A fixed line height
+    // puts all of it below each line: the top padding pushes those glyphs down, and a negative bottom padding takes the same
+    // height off the last line.
     readonly property real glyphHeight: GlyphBox.height(font)
     readonly property real halfLeading: Math.round((lineRoom - glyphHeight) / 2)
 
