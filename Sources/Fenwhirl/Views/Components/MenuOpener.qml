@@ -1,10 +1,10 @@
 import QtQuick
 
-// Makes the PopupMenu of a control when it is first opened, so that a control whose menu nobody opens costs no menu.
-//   control         under which, or over which, the menu opens; gets the focus back when it closes
+// Creates the PopupMenu of a control when it is first opened, so that a menu that nobody opens costs nothing.
+//   control         the control below or over which the menu opens; gets the focus back when it closes
 //   labels, currentIndex   as in PopupMenu
-//   over            whether the current item lies over the control; else the menu opens below it
-//   text            what is chosen, for screen readers
+//   over            whether the current item lies over the control; otherwise the menu opens below it
+//   text            what is being chosen, for screen readers
 //   menu            the PopupMenu; null before open()
 //   signal activated(int index)  an item was chosen
 Loader {
@@ -37,7 +37,7 @@ Loader {
         }
     }
 
-    // Not by connect(): a menu that is open when its control goes still closes, and then nothing is left to be called.
+    // Not connect(): a menu that is open when its control is destroyed still closes, and then there is nothing left to call.
     Connections {
         target: root.item
 

@@ -3,10 +3,11 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Fenwhirl.Components
 
-// How a fan is driven, as a symbol; unless automatic it is a button that leads back there. 22 x 22, to be pressed in 28 x 28.
+// A symbol for how a fan is driven. Unless that is automatic, it is a button that returns the fan to automatic. Its size
+// is 22 x 22, its pressable area 28 x 28.
 //   mode         automatic, constant speed, following a sensor: 0, 1, 2; set by the owner
-//   inForce      whether the fan is really driven so
-//   text         what the button leads to, in the user's language
+//   inForce      whether the fan is actually driven in this mode
+//   text         what the button switches to, in the user's language
 //   description  which fan it is and how it is driven, for screen readers
 //   signal clicked
 Item {
@@ -17,7 +18,7 @@ Item {
     property string text: ""
     property string description: ""
     readonly property bool leadsBack: mode > 0
-    // Where it leads shows before it is pressed.
+    // Shows the symbol of the target mode before the button is pressed.
     readonly property bool showsWhere: leadsBack && (button.hovered || button.down || (button.activeFocus && KeyboardFocus.active))
     readonly property list<string> names: ["mode.auto", "mode.fixed", "mode.curve"]
     readonly property string shown: showsWhere ? names[0] : names[mode] ?? names[0]
@@ -27,7 +28,7 @@ Item {
     implicitHeight: 22
     implicitWidth: 22
 
-    // A picture alone, which nobody can use.
+    // In automatic mode there is only a picture, which cannot be pressed.
     Item {
         Accessible.name: root.text
         Accessible.role: Accessible.Graphic

@@ -2,8 +2,8 @@ import QtQuick
 import Fenwhirl.Components
 
 // The heading of a page.
-//   title      26 bold
-//   subtitle   13 muted, under it; takes no room when empty
+//   title      26, bold
+//   subtitle   13, muted, below it; takes no space when empty
 Column {
     id: root
 

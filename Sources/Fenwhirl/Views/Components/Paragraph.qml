@@ -1,8 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A Label of as many lines as its text needs. None of them begins with a unit or with a sign that closes what stands before.
-//   content   the text, in place of Label's own; a screen reader says it as it stands
+// A Label that wraps to as many lines as its text needs. No line begins with a unit or with closing punctuation.
+//   content   the text, instead of Label's `text`; screen readers get it unchanged
 Label {
     id: root
 

@@ -4,10 +4,10 @@ import Fenwhirl.Components
 // A choice from a list, 28 high; its menu opens with the current item over the button.
 //   labels          the choices, a list of strings
 //   currentIndex    the chosen one; -1 shows no choice; set by the owner
-//   text            what is chosen, for screen readers
-//   tight           whether the choice stands there smaller and closer: where it would be cut otherwise, unless given
-//   wantedWidth     what the present choice needs to stand there as usual
-//   fill            its ground: the well that a card has, unless given
+//   text            what is being chosen, for screen readers
+//   tight           whether the choice is drawn smaller and with less padding; by default if it would be elided otherwise
+//   wantedWidth     the width that the current choice needs at the usual size
+//   fill            background colour; that of a well on a card by default
 //   signal activated(int index)  a choice was made; the owner then changes currentIndex
 // Space, Return, Up and Down open the menu.
 Pressable {
@@ -19,7 +19,7 @@ Pressable {
     property bool tight: wantedWidth > width
     readonly property real wantedWidth: Math.ceil(metrics.advanceWidth) + 11 + 8 + arrows.width + 8
     readonly property string currentLabel: labels[currentIndex] ?? ""
-    readonly property alias menu: opener.menu // null before it was first opened
+    readonly property alias menu: opener.menu // null until it is first opened
 
     signal activated(int index)
 
@@ -43,7 +43,7 @@ Pressable {
     }
     contentItem: Item {
         ElidedLabel {
-            Accessible.ignored: true // the control says it
+            Accessible.ignored: true // the control has the name
             anchors.left: parent.left
             anchors.right: arrows.left
             anchors.rightMargin: root.tight ? 6 : 8

@@ -4,12 +4,12 @@ import QtQuick
 import QtQuick.Templates as T
 import Fenwhirl.Components
 
-// The list that opens from a PopupButton or a DropDownMenu. With more than 12 items it scrolls: then it is eleven and a half
-// high, so that the cut one says that there are more.
+// The menu of a PopupButton or a DropDownMenu. With more than 12 items it scrolls: it is then eleven and a half items high,
+// so that the item that is cut shows that there are more.
 //   labels, currentIndex   the items and the checked one (-1: none)
-//   text                   what is chosen, for screen readers
+//   text                   what is being chosen, for screen readers
 //   signal activated(int index)  an item was chosen; the menu closes itself
-// Keys as in PopupMenuList; Escape closes.
+// Keys as in PopupMenuList; Escape closes it.
 T.Popup {
     id: root
 
@@ -17,9 +17,9 @@ T.Popup {
     required property int currentIndex
     property string text: ""
     readonly property real itemHeight: 28 + Theme.lineGrowth
-    // Where the checked item lies in the opening menu.
+    // The y coordinate of the checked item in the opening menu.
     readonly property real checkedY: list.restingY(implicitHeight - 2 * padding)
-    // The widest text, measured while the menu is open.
+    // The width of the widest label, measured while the menu is open.
     property real textWidth: 0
 
     signal activated(int index)
@@ -41,7 +41,7 @@ T.Popup {
     }
 
     onAboutToShow: {
-        // The list is the menu already.
+        // For screen readers the list already is the menu.
         contentItem.parent.Accessible.ignored = true
         measure()
         list.begin()

@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// One item of a PopupMenu: check mark column and text.
+// One item of a PopupMenu: a column for the check mark, and the text.
 //   text, checked, highlighted, signal clicked
 Pressable {
     id: root
@@ -15,7 +15,7 @@ Pressable {
     Accessible.role: Accessible.MenuItem
     takesFocus: false
 
-    Keys.enabled: false // the list looks after them, also while this is its current item
+    Keys.enabled: false // the list handles them, also while this is its current item
 
     background: Rectangle {
         color: Theme.accent
@@ -34,7 +34,7 @@ Pressable {
         }
 
         ElidedLabel {
-            Accessible.ignored: true // the control says it
+            Accessible.ignored: true // the control has the name
             anchors.verticalCenter: parent.verticalCenter
             color: root.ink
             font.weight: root.highlighted ? Font.Medium : Font.Normal

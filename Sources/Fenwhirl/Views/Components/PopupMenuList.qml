@@ -6,10 +6,10 @@ import Fenwhirl.Components
 // The items of a PopupMenu. currentIndex is the one that Return would choose.
 //   labels, checkedIndex, itemHeight
 //   signal chosen(int index)
-//   begin()   brings the checked item into view, shows the bar for a moment and, for those who use the keyboard, highlights it
-//   restingY(height)   where the checked item lies in a list of that height after begin()
-// Keys: Up, Down, Home, End, Page keys move; Return, Enter and Space choose. Typing finds the next item that begins with what
-// was typed, or has a word that does; the same letter again goes on to the next.
+//   begin()   scrolls to the checked item, shows the scroll bar for a moment, and highlights the item after keyboard use
+//   restingY(height)   the y coordinate of the checked item in a list of that height after begin()
+// Keys: Up, Down, Home, End and the Page keys move; Return, Enter and Space choose. Typing finds the next item that begins
+// with the typed text, or has a word that does; repeating a character moves on to the next match.
 ListView {
     id: root
 
@@ -23,9 +23,9 @@ ListView {
     boundsBehavior: Flickable.StopAtBounds
     clip: true
     currentIndex: -1
-    // Keys bring the item into view; under the pointer the list stays where it is.
+    // Keys scroll the item into view; under the pointer the list does not move.
     highlightFollowsCurrentItem: false
-    // Our own handler moves: the first arrow key goes to the checked item.
+    // Keys.onPressed moves instead, so that the first arrow key goes to the checked item.
     keyNavigationEnabled: false
     model: labels.length
 
@@ -58,6 +58,7 @@ ListView {
         case Qt.Key_End:
             root.goTo(root.count - 1)
             break
+        // The Page keys move by the eleven whole items that a long menu shows.
         case Qt.Key_PageUp:
             root.moveCurrent(-11)
             break
@@ -80,7 +81,7 @@ ListView {
         bar.flash()
     }
 
-    // By whole items, so that the last one is cut while there are more.
+    // Scrolls by whole items, so that the last one is cut while there are more.
     function scrolled(room: real): real {
         const whole = Math.floor(room / itemHeight)
         return Math.max(0, Math.min((checkedIndex - whole + 1) * itemHeight, labels.length * itemHeight - room))
@@ -114,7 +115,7 @@ ListView {
         return true
     }
 
-    // What was typed without a pause.
+    // The text that was typed without a pause.
     property string typed: ""
 
     Timer {
@@ -124,11 +125,11 @@ ListView {
         onTriggered: root.typed = ""
     }
 
-    // Where the pointer was last; outside of every scene before it comes.
+    // The last position of the pointer; outside every scene until it is known.
     property point pointerPlace: Qt.point(-1, -1)
 
-    // Only a pointer that moves takes the highlight: not one that rests where the menu opens, or while keys move the items
-    // under it. A pointer that is not over the list any more has no place.
+    // Only a moving pointer takes the highlight, not one that rests where the menu opens or while keys scroll the items
+    // under it. The position of a pointer that has left the list does not count.
     HoverHandler {
         id: pointer
         onPointChanged: { if (hovered) root.follow(point.scenePosition) }

@@ -1,16 +1,16 @@
 import QtQuick
 import Fenwhirl.Components
 
-// What everything that can be pressed shares: pointer, keys, disabled look, focus ring. The base of the other controls.
-//   text             what it is called, also for screen readers
-//   background       fills the control, below
-//   contentItem      fills it too, but for leftPadding and rightPadding
-//   down, hovered    whether it is held, whether the pointer is on it
+// The base of all controls that can be pressed: pointer, keys, disabled look, focus ring.
+//   text             its name, also for screen readers
+//   background       fills the control, behind the content
+//   contentItem      fills it too, except for leftPadding and rightPadding
+//   down, hovered    whether it is held down, whether the pointer is over it
 //   takesFocus       whether it can have the focus; false for the parts of a larger control
 //   tabStop          whether Tab stops here, too; false where arrow keys lead to it
 //   ringed           whether a ring shows its focus
-//   available        false while it cannot be used for a moment: it keeps the focus, unlike what is disabled
-//   disabledOpacity  of the whole control; 1 when its parts look after themselves
+//   available        false while it cannot be used for a moment: it keeps the focus, unlike a disabled control
+//   disabledOpacity  of the whole control; 1 when its parts have a disabled look of their own
 //   ringRadius       corner radius of the control, for the ring around it
 //   reach            how far beyond its edges it can be pressed
 //   signal clicked   mouse, Space, Return, or a screen reader's press
@@ -40,7 +40,7 @@ Item {
     Accessible.focusable: takesFocus
     Accessible.name: text
     Accessible.role: Accessible.Button
-    activeFocusOnTab: tabStop || activeFocus // what has the focus must not stop being a stop
+    activeFocusOnTab: tabStop || activeFocus // the focused control must remain a tab stop
     opacity: usable ? 1 : disabledOpacity
 
     Accessible.onPressAction: root.use()

@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// The one thing to do here: accent fill. Properties as in ButtonBase.
+// The button of the main action: accent fill. Properties as in ButtonBase.
 ButtonBase {
     disabledLabelOpacity: 1
     fill: Theme.accent

@@ -1,11 +1,11 @@
 import QtQuick
 import Fenwhirl.Components
 
-// Lets its one child grow into a column and shrink out of it, together with the distance to what follows.
-//   shown     whether the child is to be seen; what is shown from the beginning does not move
-//   gap       distance below the child, part of the height
-//   content   default; its width is set here
-//   needed    whether the child is to be seen or on its way: what need not exist otherwise can be loaded by it
+// Lets its only child grow into a column and shrink out of it, together with the spacing below it.
+//   shown     whether the child is visible; what is shown from the beginning is not animated
+//   gap       spacing below the child, part of the height
+//   content   default property; its width is set here
+//   needed    whether the child is shown or still moving out; for loading what need not exist otherwise
 Item {
     id: root
 
@@ -29,7 +29,7 @@ Item {
         NumberAnimation { duration: Theme.bannerDuration; easing.type: Easing.OutCubic }
     }
 
-    // Restores nothing: the content that it leaves is being destroyed.
+    // Does not restore the old width: content that was replaced is being destroyed.
     Binding {
         property: "width"
         restoreMode: Binding.RestoreNone

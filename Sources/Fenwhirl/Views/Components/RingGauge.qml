@@ -1,12 +1,12 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A three-quarter ring with a value and its unit in the middle; 128 x 128, and larger with the text in it.
-//   fraction   0…1, anything else is clamped (no number: 0)
-//   valueText  30 bold, digits of equal width
-//   caption    12 muted, under it
-//   aim        the fraction that is asked for, a tick outside the ring; not a number: no tick
-//   aimText    what a screen reader says of it
+// A three-quarter ring with a value and its unit in the middle; 128 x 128, and larger with larger texts.
+//   fraction   0 to 1, anything else is clamped (NaN: 0)
+//   valueText  30, bold, digits of equal width
+//   caption    12, muted, below it
+//   aim        the requested fraction, a tick outside the ring; NaN for no tick
+//   aimText    what a screen reader says about the tick
 // The tick reaches 10 points beyond the frame.
 Item {
     id: root
@@ -17,21 +17,21 @@ Item {
     property double aim: NaN
     property string aimText: ""
 
-    // False until the gauge stands: what is there from the beginning does not move into place.
+    // False until the gauge is complete, so that its first value is not animated.
     property bool ready: false
     readonly property double wanted: fraction > 0 ? Math.min(fraction, 1) : 0
     readonly property alias shown: arc.fraction
     readonly property alias shownAim: arc.tick
     readonly property bool hasAim: !isNaN(aim)
 
-    // A change of less than a point of arc is shown at once: measured speeds always flutter, and every frame of a motion
-    // costs the processor this program watches.
+    // A change of up to 0.5 % is not animated: measured speeds always fluctuate, and every frame of an animation loads the
+    // processor that this program watches.
     onWantedChanged: {
         motion.enabled = ready && Math.abs(wanted - arc.fraction) > 0.005
         arc.fraction = wanted
     }
 
-    // Without one the tick fades where it is; one that appears does so in its place.
+    // Without a target the tick fades out where it is. A tick that appears fades in at its position.
     onAimChanged: {
         if (isNaN(aim))
             return

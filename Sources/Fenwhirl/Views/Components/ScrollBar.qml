@@ -1,10 +1,10 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A thin vertical scroll bar that shows itself while its view moves or the pointer is on it, and fades 800 ms later.
-//   view   what it scrolls, a Flickable; the bar must be its direct child, not part of what is scrolled
-//   flash()  shows it as if the view had moved
-// The thumb is dragged; a press beside it brings its middle there.
+// A thin vertical scroll bar that appears while its view moves or the pointer is over it, and fades 800 ms later.
+//   view   the Flickable that it scrolls; the bar must be its direct child, not part of its content
+//   flash()  shows the bar as if the view had moved
+// The thumb can be dragged; a press beside it moves its centre there.
 Item {
     id: root
 
@@ -14,7 +14,7 @@ Item {
     readonly property real travel: height - thumbHeight
     readonly property bool wanted: pointer.hovered || area.pressed || lingering.running
 
-    Accessible.ignored: true // the view scrolls by keys and follows the focus
+    Accessible.ignored: true // the view scrolls with keys and follows the focus
     anchors.bottom: parent.bottom
     anchors.right: parent.right
     anchors.top: parent.top
@@ -22,7 +22,7 @@ Item {
     width: 12
     z: 1
 
-    // Shows the bar for a moment, so that one sees that there is more.
+    // Shows the bar for a moment, as a hint that there is more.
     function flash() {
         lingering.restart()
     }

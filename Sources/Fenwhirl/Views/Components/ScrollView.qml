@@ -1,13 +1,14 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A page that scrolls vertically when its content is higher. Its one child gets the width inside the padding.
-//   padding        18 unless given
-//   frameWidth     what the content may take at most; beyond that its frame stands in the middle
-//   columnWidth    what it takes of that frame at most, from its left edge
-//   revealMargin   how far from its edges a control that receives the focus is brought; 12 unless given
-//   content        default
-// Wheel, touchpad, a finger on the screen, the scroll bar, and the keys Page Up, Page Down, Home, End, Up and Down that no control in it used.
+// A page that scrolls vertically when its content is higher. Its only child gets the width inside the padding.
+//   padding        18 by default
+//   frameWidth     maximum width of the frame that contains the content; on a wider page the frame is centred
+//   columnWidth    maximum width of the content in that frame, from its left edge
+//   revealMargin   distance from the edges to which a control that receives the focus is brought; 12 by default
+//   content        default property
+// It is scrolled by wheel, touchpad, a finger on the screen and the scroll bar, and by the keys Page Up, Page Down, Home,
+// End, Up and Down unless a control in it uses them.
 // A control that receives the focus by keyboard is brought into view.
 Flickable {
     id: root
@@ -22,10 +23,10 @@ Flickable {
     clip: true
     contentHeight: (content ? content.height : 0) + 2 * padding
     contentWidth: width
-    // Dragging the page with the mouse is not how a desktop scrolls; the handlers below take wheel, touchpad and finger.
+    // Desktop users do not scroll by dragging a page with the mouse; the handlers below take wheel, touchpad and finger.
     interactive: false
 
-    // Having the focus itself, it is no stop of its own: from there Tab goes to what it shows.
+    // The view is no tab stop. When it has the focus itself, Tab goes on to its content.
     Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
     Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onPressed: event => {
@@ -58,7 +59,7 @@ Flickable {
         contentY = Math.max(0, Math.min(contentY + distance, contentHeight - height))
     }
 
-    // Only with the keyboard: what was clicked is in view, and a page must not jump under the pointer.
+    // Only after keyboard use: what was clicked is in view already, and a page must not jump under the pointer.
     readonly property Item focused: root.Window.activeFocusItem
     onFocusedChanged: {
         if (!KeyboardFocus.active)
@@ -75,7 +76,7 @@ Flickable {
         revealSpan(item.mapToItem(contentItem, 0, 0).y, item.height)
     }
 
-    // Brings what begins there and is that high into view.
+    // Scrolls the part that begins at `top` and is `extent` high into view.
     function revealSpan(top: real, extent: real) {
         const margin = revealMargin
         if (top - margin < contentY)
@@ -91,7 +92,7 @@ Flickable {
         view: root
     }
 
-    // Restores nothing: the content that it leaves is being destroyed.
+    // Does not restore the old width: content that was replaced is being destroyed.
     Binding {
         property: "width"
         restoreMode: Binding.RestoreNone
@@ -131,7 +132,7 @@ Flickable {
 
     WheelHandler {
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-        enabled: root.contentHeight > root.height // else what it lies in may scroll
+        enabled: root.contentHeight > root.height // otherwise the enclosing view may scroll
         target: null
 
         onWheel: event => root.scrollBy(WheelSteps.distance(event.pixelDelta, event.angleDelta, Theme.textScale))

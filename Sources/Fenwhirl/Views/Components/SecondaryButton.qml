@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// An offer beside the main thing: tinted fill. Properties as in ButtonBase.
+// The button of an action beside the main one: tinted fill. Properties as in ButtonBase.
 ButtonBase {
     fill: Theme.tint
     labelColor: Theme.accentSoft

@@ -1,9 +1,9 @@
 import QtQuick
 import Fenwhirl.Components
 
-// One choice of a SegmentedControl: its text and its states; the control moves the selection under it.
+// One choice of a SegmentedControl: its text and its states. The control moves the selection behind it.
 //   text, selected, tabStop, labelSize, signal clicked
-//   textWidth   of the text in its widest state, so that selecting moves nothing
+//   textWidth   width of the text in its widest state, so that selecting moves nothing
 Pressable {
     id: root
 
@@ -14,9 +14,9 @@ Pressable {
     Accessible.checkable: true
     Accessible.checked: selected
     Accessible.role: Accessible.RadioButton
-    Accessible.onToggleAction: root.use() // which is how VoiceOver presses it
+    Accessible.onToggleAction: root.use() // the action with which VoiceOver presses it
     disabledOpacity: 1
-    ringed: false // around all of them
+    ringed: false // the ring is around the whole control
 
     background: Surface {
         color: "transparent"
@@ -25,7 +25,7 @@ Pressable {
         radius: 8
     }
     contentItem: Label {
-        Accessible.ignored: true // the control says it
+        Accessible.ignored: true // the control has the name
         color: root.selected ? Theme.onAccent : Theme.secondaryText
         font.weight: root.selected ? Font.DemiBold : Font.Normal
         horizontalAlignment: Text.AlignHCenter

@@ -3,13 +3,14 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Fenwhirl.Components
 
-// A row of choices of which one is selected, 34 high. Segments are as wide as their texts and share the rest equally.
-// Where their texts have no room beside each other, they stand below each other.
+// A row of choices of which one is selected, 34 high. Segments get the widths of their texts and share the rest equally. If
+// the texts do not fit beside each other, the segments are stacked.
 //   labels          one per segment
 //   currentIndex    the selected one, -1 for none; set by the owner
-//   text            what is chosen, for screen readers
+//   text            what is being chosen, for screen readers
 //   signal activated(int index)  a segment was chosen; the owner then changes currentIndex
-// One tab stop, the selected segment: Left and Right (Up and Down) choose the neighbour, Home and End the first and last.
+// The control is one tab stop, the selected segment: Left and Right (Up and Down) choose the neighbour, Home and End the
+// first and the last.
 FocusScope {
     id: root
 
@@ -19,12 +20,13 @@ FocusScope {
     property list<double> textWidths: []
     readonly property real inset: 3
     readonly property real rowHeight: 28 + Theme.lineGrowth
+    // Stacked if the texts do not fit beside each other even in the smaller size of 12.
     readonly property bool stacked: width > 0 && textSum * 12 / 13 + 2 * labels.length > width - 2 * inset
     readonly property list<rect> places: stacked
         ? FilledRows.places(Array(labels.length).fill(width - 2 * inset), width - 2 * inset, rowHeight, 0)
         : FilledRows.singleRow(textWidths, width - 2 * inset, height - 2 * inset)
     readonly property real textSum: FilledRows.sum(textWidths)
-    // Less than 6 on each side of the texts is too tight: then they are one pixel smaller.
+    // With less than 6 on each side of the texts, the texts are one pixel smaller.
     readonly property int labelSize: !stacked && width - 2 * inset - textSum < 12 * labels.length ? 12 : 13
 
     signal activated(int index)
@@ -57,7 +59,7 @@ FocusScope {
         event.accepted = true
     }
 
-    // The one that has the focus, or would get it.
+    // The segment that has the focus, or would get it.
     readonly property int stop: currentIndex >= 0 && currentIndex < labels.length ? currentIndex : 0
 
     function choose(index: int) {
@@ -86,7 +88,7 @@ FocusScope {
         radius: 11 - 11 % Theme.cornerStep
     }
 
-    // Where the selection comes from and how far it has come: not a Behavior on its place, which would also lag behind
+    // The segments between which the selection moves, and its progress. A Behavior on the position would also lag behind
     // when the control is resized.
     property int cameFrom: currentIndex
     property int standsOn: currentIndex

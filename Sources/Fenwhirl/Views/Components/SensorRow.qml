@@ -1,18 +1,18 @@
 import QtQuick
 import Fenwhirl.Components
 
-// One sensor: name, bar, temperature, and a mark on the bar where it was recently hotter. With the pointer on bar or
-// temperature a tooltip tells between which temperatures it was.
-//   name         in a column of 150, cut at the right end with the whole name as a tooltip
-//   fraction     filled share of the bar, 0…1
+// One sensor: name, bar, temperature, and a mark on the bar where it was recently hotter. A tooltip over bar and temperature
+// shows the range of the recent temperatures.
+//   name         in a column of 150, elided at the right end, with the full name in a tooltip
+//   fraction     filled share of the bar, 0 to 1
 //   hot          whether the bar has the warning colour
-//   peak         where the mark stands, 0…1; 0 for none
+//   peak         position of the mark, 0 to 1; 0 for none
 //   peakHot      whether the mark has the warning colour
-//   takesFocus   whether it can have the keyboard's focus
-//   temperature  the text, right aligned in a column of 52
-//   range        the tooltip's text, also what a screen reader adds; empty for none
-//   barLeft, barWidth  where the bar lies
-//   tooltip      null until it was needed
+//   takesFocus   whether it can have the keyboard focus
+//   temperature  the text, right-aligned in a column of 52
+//   range        the tooltip's text, also the description for screen readers; empty for none
+//   barLeft, barWidth  geometry of the bar
+//   tooltip      null until it is first needed
 Item {
     id: root
 
@@ -26,7 +26,7 @@ Item {
     readonly property alias barLeft: bar.x
     readonly property alias barWidth: bar.width
     readonly property alias tooltip: loader.made
-    // Too near to the bar's end it would look like a fault of the drawing.
+    // A mark too close to the end of the bar would look like a drawing error.
     readonly property bool marksPeak: (peak - bar.wanted) * bar.width >= 6
 
     property bool takesFocus: false
@@ -38,7 +38,8 @@ Item {
     implicitHeight: 18 + Theme.lineGrowth
     implicitWidth: 360
 
-    // Screen readers say at once what changes of the focused row: it keeps the temperature that they have said.
+    // The temperature that was last announced. It does not change while the row has the focus, because screen readers
+    // announce every change of the focused row.
     property string spokenTemperature
 
     Binding on spokenTemperature {
@@ -127,7 +128,7 @@ Item {
             onHoveredChanged: { if (hovered) loader.active = true }
         }
 
-        // Made when it is first needed.
+        // Created when first needed.
         Loader {
             id: loader
             readonly property var made: item

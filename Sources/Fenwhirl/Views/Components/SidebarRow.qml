@@ -3,7 +3,7 @@ import Fenwhirl.Components
 
 // One page in the sidebar, 40 high.
 //   symbol, text, selected, signal clicked
-//   selectedText   says that it is selected, for screen readers, most of which do not say it of a page's tab
+//   selectedText   says that it is selected, for screen readers, most of which do not announce that for a page tab
 Pressable {
     id: root
 
@@ -27,7 +27,7 @@ Pressable {
         radius: 9 - 9 % Theme.cornerStep
     }
     contentItem: Item {
-        // The symbol stands in the middle of a frame of 20 that begins after the padding of 10.
+        // The symbol is centred in a frame of 20 that begins after the padding of 10.
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
             color: root.ink
@@ -36,7 +36,7 @@ Pressable {
         }
 
         ElidedLabel {
-            Accessible.ignored: true // the control says it
+            Accessible.ignored: true // the control has the name
             anchors.verticalCenter: parent.verticalCenter
             color: root.ink
             size: 14

@@ -1,15 +1,15 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A horizontal slider, 20 high. It shows what its owner says: moving asks for a value and the owner then sets `value`;
-// while the pointer holds the knob it follows the pointer.
+// A horizontal slider, 20 high. It shows the value that its owner sets: moving it requests a value, and the owner then sets
+// `value`. While the pointer holds the knob, the knob follows the pointer.
 //   value, from, to, stepSize
-//   text, detail    what it sets, and what screen readers say after its value: the unit
-//   valueText, unit, widestText  the value and its unit for the bubble above the knob, and the widest that the value can
-//                   get; without a text there is no bubble
-//   bubble          shows while the knob is held, and for a moment after each key
-//   signal moved(double value)  the value asked for: a multiple of the step, or one of the ends
-// A press on the track jumps there. Arrows move one step, Page keys ten, Home and End go to the ends.
+//   text, detail    what it sets, and the unit, which screen readers say after the value
+//   valueText, unit, widestText  the value and its unit for the bubble above the knob, and the widest text that the value
+//                   can have; without a valueText there is no bubble
+//   bubble          appears while the knob is held, and for a moment after each key
+//   signal moved(double value)  the requested value: a multiple of the step, or one of the ends
+// A press on the track jumps there. Arrow keys move by one step, Page keys by ten, Home and End to the ends.
 FocusScope {
     id: root
 
@@ -48,7 +48,7 @@ FocusScope {
         Accessible.role: Accessible.Slider
         activeFocusOnTab: true
         anchors.fill: parent
-        // Measured values may lie beyond the range that can be asked for.
+        // Measured values may lie beyond the range that can be requested.
         current: Math.max(root.from, Math.min(root.value, root.to))
         focus: true
         maximumValue: root.to
@@ -140,7 +140,7 @@ FocusScope {
         onPressed: mouse => {
             range.forceActiveFocus(Qt.MouseFocusReason)
             root.held = root.value
-            // A press on the knob takes hold of it without moving it.
+            // A press on the knob grabs it without moving it.
             grip = Math.abs(mouse.x - knob.x - knob.width / 2) <= knob.width / 2 ? mouse.x - knob.x - knob.width / 2 : 0
             if (grip === 0)
                 follow(mouse.x)

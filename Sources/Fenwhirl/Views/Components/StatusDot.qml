@@ -1,8 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A dot that is green while all is well. It always stands beside its word.
-//   good, size (10 unless given)
+// A status dot, green while all is well. There is always a text beside it that says the same.
+//   good, size (10 by default)
 Rectangle {
     id: root
 

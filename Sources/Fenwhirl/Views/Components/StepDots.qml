@@ -3,7 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Fenwhirl.Components
 
-// Where one is in a short sequence: dots of 8, 8 apart.
+// The position in a short sequence: dots of 8, 8 apart.
 //   count, current (from 0)
 Row {
     id: root

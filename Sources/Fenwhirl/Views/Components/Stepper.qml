@@ -1,11 +1,11 @@
 import QtQuick
 import Fenwhirl.Components
 
-// Minus and plus, 64 x 26. It shows what its owner says: a press asks for a value and the owner then sets `value`.
+// A minus and a plus button, 64 x 26. Its owner keeps the value: a press requests one, and the owner then sets `value`.
 //   value, from, to, stepSize
-//   text, detail    what it sets, and what screen readers say after its value: the unit
-//   signal modified(double value)  the value asked for, within the range
-// A half that would leave the range is pale and does nothing. Holding repeats after 400 ms, every 90 ms.
+//   text, detail    what it sets, and the unit, which screen readers say after the value
+//   signal modified(double value)  the requested value, within the range
+// A half whose step would leave the range is dimmed and does nothing. Holding repeats after 400 ms, then every 90 ms.
 // Keys: Up, Right and + step up; Down, Left and - step down.
 FocusScope {
     id: root

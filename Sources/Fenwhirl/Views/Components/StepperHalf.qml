@@ -3,9 +3,9 @@ import Fenwhirl.Components
 
 // One half of a Stepper: symbol, states, and the repetition while held.
 //   direction   -1 minus, 1 plus
-//   possible    whether a step in this direction is
-//   text        what it steps, as a tooltip
-//   signal pressed, stepped   stepped comes at once and then again and again while held
+//   possible    whether a step in this direction is possible
+//   text        what it changes, as a tooltip
+//   signal pressed, stepped   stepped is emitted at once, and repeatedly while held
 Item {
     id: root
 
@@ -22,7 +22,7 @@ Item {
         anchors.fill: parent
         clip: true
 
-        // Twice as wide as the half and cut, so that only the outer corners are round.
+        // Twice as wide as the half and clipped, so that only the outer corners are round.
         Rectangle {
             color: area.pressed ? Theme.pressed : Theme.hover
             height: parent.height

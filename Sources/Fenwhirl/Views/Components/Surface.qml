@@ -1,10 +1,11 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A filled rounded shape with a hairline inside its edge. The hairline lies on the fill, so a translucent one mixes with it.
+// A filled rounded shape with a hairline inside its edge. The hairline lies on the fill, so a translucent one blends with
+// it.
 //   color, radius   of the fill, as in Rectangle
 //   stroke          colour of the hairline; transparent for none
-//   overlay         laid over the fill while overlaid is true, fading in and out (hover, pressed)
+//   overlay         colour laid over the fill while overlaid is true, fading in and out (hover, pressed)
 Rectangle {
     id: root
 

@@ -1,15 +1,16 @@
 import QtQuick
 import Fenwhirl.Components
 
-// An on/off switch, 38 x 22. It shows what its owner says: a press asks for the change and the owner then sets `on`.
+// An on/off switch, 38 x 22. It shows the state that its owner sets: a press requests the change, and the owner then sets
+// `on`.
 //   on              the state shown
 //   text            what it switches, for screen readers
-//   signal toggled(bool on)  the state the user asks for
+//   signal toggled(bool on)  the state that the user requests
 Pressable {
     id: root
 
     required property bool on
-    // Where the knob is on its way: 0 off, 1 on.
+    // The position of the knob during the animation: 0 off, 1 on.
     property real progress: on ? 1 : 0
 
     signal toggled(bool on)

@@ -3,9 +3,10 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Fenwhirl.Components
 
-// A text whose digits all take the same width: use it wherever a number changes. One line, never cut or wrapped.
+// A text whose digits all have the same width; use it wherever a number changes. It has one line, which is never elided or
+// wrapped.
 //   text, color, size (pixels as designed, as in Label), weight (Font.Normal), letterSpacing
-//   baseline   of the glyphs, for aligning with others: baselineOffset, as in Text
+//   baseline   that of the glyphs, for alignment with other texts: baselineOffset, as in Text
 Item {
     id: root
 
@@ -38,7 +39,7 @@ Item {
 
     Row {
         id: cells
-        // Beside a Label of the same size the two stand on one baseline.
+        // As in Label, so that both have the same baseline in the same size.
         y: Math.round((root.line - metrics.height) / 2)
 
         Repeater {

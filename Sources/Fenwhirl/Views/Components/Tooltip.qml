@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Fenwhirl.Components
 
-// A short explanation under its parent; bind visible to what should show it. Appears after 600 ms.
+// A short explanation below its parent, shown 600 ms after `visible` has become true: bind that to the condition.
 //   text
 T.ToolTip {
     id: root

@@ -1,17 +1,17 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A small floating label with the value of what is pointed at or dragged. Only its opacity is animated; value and place
-// follow at once. A screen reader passes it over: what it belongs to carries the value.
-//   shown        whether it is to be seen
+// A small floating label with the value of what is pointed at or dragged. Only its opacity is animated; value and position
+// follow at once. Screen readers ignore it: the control that it belongs to has the value.
+//   shown        whether it is visible
 //   reading      semibold, digits of equal width
 //   unit         after the value, in unitColor
-//   time         before the value, muted; takes no room when empty
-//   designWidth  as designed, larger with the texts; it does not follow the value, so it must hold the widest
-//   widestTime, widestValue  where a region's or language's own form may need more than that; empty otherwise
+//   time         before the value, muted; takes no space when empty
+//   designWidth  width as designed, larger with the texts; it does not follow the value, so it must fit the widest one
+//   widestTime, widestValue  texts that may need more than that in the format of a region or language
 //   atAxis       whether it lies on an axis: 20 high instead of 22
-//   aim          what it is centred on, in the x coordinates of its parent
-//   leftmost, rightmost  between which it stays, in the same
+//   aim          the x coordinate in its parent on which it is centred
+//   leftmost, rightmost  the x coordinates in its parent between which it stays
 // Its owner sets y.
 Item {
     id: root
@@ -33,7 +33,7 @@ Item {
                                    + Math.max(clock.width, Math.ceil(timeRoom.advanceWidth))
                                    + Math.max(number.width, Math.ceil(valueRoom.advanceWidth))
 
-    // Whether it is over what lies between two x coordinates of its parent, or nearer to it than `distance`.
+    // Whether it overlaps the span between two x coordinates of its parent, or is nearer to it than `distance`.
     function touches(from: real, to: real, distance: real): bool {
         return x < to + distance && x + width > from - distance
     }
