@@ -13,7 +13,8 @@ Item {
     property bool ready: false
     readonly property bool telling: ready && Window.active
 
-    // These are states rather than displayed texts where possible, so that a change of the language announces nothing.
+    // These are states rather than displayed texts, so that a change of the language announces nothing. Only `error` is
+    // compared as a text.
     readonly property string error: models.control.error
     readonly property bool readable: models.machine.smcAvailable
     readonly property bool outdated: models.control.outdated
