@@ -18,7 +18,8 @@ constexpr double strokeWidth = 11.0;
 // negative.
 constexpr double startDegrees = 225.0;
 constexpr double spanDegrees = -270.0;
-// The measured speed of a fan at its minimum fluctuates by a revolution around it: the round end would blink.
+// The measured speed of a fan at its minimum fluctuates by one rpm around it. Without this limit the round
+// end would blink.
 constexpr double leastShownFraction = 0.005;
 constexpr double tickInnerRadius = 67.0;
 constexpr double tickOuterRadius = 72.5;

@@ -78,7 +78,7 @@ SoftShadow::SoftShadow(QQuickItem* parent) : QQuickPaintedItem(parent) {
 
 void SoftShadow::paint(QPainter* painter) {
     constexpr double largest = 4096.0;
-    // A blur of more pixels than this shows no single pixels.
+    // With a blur of more pixels than this, single pixels cannot be seen.
     constexpr double finePixels = 12.0;
     // A narrow shadow is rendered at the resolution of the screen. A wide one has no detail that finer pixels
     // would show.

@@ -12,14 +12,14 @@ class QRectF;
 // Our own symbol drawings, by the names that the interface uses ("fan", "thermometer.medium",
 // "chevron.down").
 //
-// The drawings are the SVG files in Symbols/, compiled in. Each is a list of path elements on a grid of 24 x
-// 24, either filled or stroked with round caps and joins, all in one colour that the caller chooses. A file
-// is read once, when its symbol is first requested, and cached. Main thread, or any one thread at a time: a
-// mutex guards the cache.
+// The drawings are the SVG files in Symbols/, compiled in. Each is a list of path elements on a grid of
+// 24 x 24, either filled or stroked with round caps and joins, all in one colour that the caller chooses. A
+// file is read once, when its symbol is first requested, and cached. Main thread, or any one thread at a
+// time: a mutex guards the cache.
 //
 // The outline of the fan has separate drawings for 16, 18, 22 and 24 pixels ("fan.16"), each on a grid of
-// that many pixels, because its blades are too fine to be scaled down. All other files have a grid of 24 x
-// 24.
+// that many pixels, because its blades are too fine to be scaled down. All other files have a grid of
+// 24 x 24.
 
 namespace Fenwhirl {
 

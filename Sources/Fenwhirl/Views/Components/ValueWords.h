@@ -7,8 +7,8 @@
 // The words around the number in a text like "Vitesse demandée : 3 060 tr/min": QML singleton `ValueWords`.
 //
 // A screen reader says a slider's name, then its value. If the displayed text contains the value, the name is
-// the part before the number and the unit is the part after it. A text without a number is a name as a whole.
-// Pure; any thread.
+// the part before the number and the unit is the part after it. A text without a number is entirely
+// the name. Pure; any thread.
 
 namespace Fenwhirl {
 
