@@ -1,7 +1,7 @@
-// How long the events of the main thread had to wait.
+// Measures how long the events of the main thread have to wait.
 //
-// On a busy computer a thread waits now and then through no fault of its own; what waits for something that
-// hangs waits every time. So a test takes the best of a few attempts.
+// On a busy computer any thread is delayed now and then. Code that blocks the main thread delays it in every
+// attempt. Tests therefore take the best of several attempts.
 
 #pragma once
 
@@ -14,12 +14,12 @@
 #include <chrono>
 #include <functional>
 
-// What a person does not notice.
+// The longest pause that a person does not notice.
 inline constexpr std::chrono::milliseconds bearablePause{100};
 
-// The longest pause between two turns of the event loop while `begin` runs in it and then for as long as
-// `isOver` says no, half a minute at most. The shortest of at most `attempts`; no further one is made after a
-// bearable one.
+// Runs `begin` in the event loop, then waits until `isOver` returns true, for at most half a minute. Returns
+// the longest pause between two turns of the event loop. Repeats this until the pause is bearable, up to
+// `attempts` times, and returns the shortest result.
 [[nodiscard]] inline std::chrono::milliseconds
 longestPause(const std::function<void()>& begin, const std::function<bool()>& isOver, int attempts = 5) {
     auto best = std::chrono::milliseconds::max();

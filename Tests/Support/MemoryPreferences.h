@@ -1,5 +1,6 @@
-// Preferences that live as long as the test and count what was written. For any thread, as the real ones;
-// `values` and `writes` are for the test alone, while nobody else is at work.
+// Preferences that live in memory as long as the test, with a count of the writes. Like the real store, they
+// may be used from any thread. The test may access `values` and `writes` only while no other thread uses the
+// store.
 
 #pragma once
 

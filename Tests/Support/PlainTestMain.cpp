@@ -2,8 +2,8 @@
 
 #include <gmock/gmock.h>
 
-// As every program around Qt does, these adopt the locale of their environment: nothing that a machine reads
-// or writes may follow it.
+// Like every program that uses Qt, the tests adopt the locale of their environment: nothing that a machine
+// reads or writes may depend on it.
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     return adoptLocale() ? RUN_ALL_TESTS() : 1;

@@ -1,3 +1,5 @@
+// The main function of tests that need an event loop: any warning of Qt fails them.
+
 #include "Support/QtWarnings.h"
 #include "Support/TestLocale.h"
 

@@ -1,4 +1,4 @@
-// Warnings of Qt and of the QML engine are failures.
+// Turns warnings of Qt and of the QML engine into test failures.
 
 #pragma once
 
@@ -10,18 +10,18 @@
 
 namespace QtWarnings {
 
-// What Qt says of the platform that the tests draw with, and not of the program.
+// Whether the warning is about the platform plugin that the tests draw with, not about the program.
 inline bool isAllowed(const QString& text) {
-    // The platform that draws into memory has no window manager to tell limits to, nothing to bring to the
-    // front, and no mouse to keep.
+    // The platform that draws into memory has no window manager to pass size limits to, and can neither raise
+    // a window nor grab the mouse.
     return text.startsWith(QStringLiteral("This plugin does not support "));
 }
 
 inline std::atomic<bool> isProvoked = false;
 inline std::atomic<int> provoked = 0;
 
-// From now on every other warning fails the test that is running, and is written as before. Call it when the
-// application object is there.
+// From now on every other warning fails the running test; it is still printed. Call this once the application
+// object exists.
 inline void fail() {
     static QtMessageHandler usual = nullptr;
     usual =
@@ -37,7 +37,7 @@ inline void fail() {
         });
 }
 
-// While it lives the test provokes warnings, and fails when none came.
+// During its lifetime the test provokes warnings; it fails when none came.
 class Provoked {
 public:
     Provoked() {

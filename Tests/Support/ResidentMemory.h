@@ -1,4 +1,4 @@
-// How much memory this process holds, for tests that must not take more and more of it.
+// How much memory this process occupies, for tests that check for unbounded growth.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 #include <optional>
 #include <unistd.h>
 
-// Bytes in memory now; nothing where it says little: on a system without /proc, and with a sanitizer, which
-// keeps memory of its own.
+// Resident bytes of this process. Empty where the figure is unavailable or means little: without /proc, and
+// under a sanitizer, which keeps memory of its own.
 [[nodiscard]] inline std::optional<std::size_t> residentBytes() {
 #ifdef FENWHIRL_SANITIZED
     return std::nullopt;

@@ -1,12 +1,12 @@
-// A controller in memory: a table of keys that tests fill, break and look at.
+// A controller in memory: a table of keys that tests fill, break and inspect.
 //
-// Answers as firmware does: key info, reads, writes and enumeration from the table, with the firmware's
-// result codes. Every request and every write is logged, waiting takes no time, and faults are scripted: a
+// It answers key info, reads, writes and enumeration from the table as the firmware does, with the firmware's
+// result codes. Every request and every write is logged, and waiting takes no time. Faults are scripted: a
 // hook sees each request before the table does and may answer in its place.
 //
 // One controller serves any number of connections (`connect`), as the hardware does; it must outlive them.
-// Threads: none of its own. Connections may be used side by side, one request is answered after the other;
-// what tests set and look at is theirs while nobody asks.
+// Threads: none of its own. Connections may be used concurrently; requests are answered one at a time. Tests
+// may change or read the public members only while no connection is in use.
 
 #pragma once
 
@@ -31,48 +31,49 @@ public:
     struct Key {
         std::string type;
         Bytes bytes;
-        std::optional<std::uint32_t> reportedSize = std::nullopt; // when it is not the number of bytes
-        std::uint8_t readResult = SMCResult::success;             // what a read answers
-        std::uint8_t writeResult = SMCResult::success;            // what a write answers
+        std::optional<std::uint32_t> reportedSize = std::nullopt; // when it differs from the number of bytes
+        std::uint8_t readResult = SMCResult::success;             // the result of a read
+        std::uint8_t writeResult = SMCResult::success;            // the result of a write
     };
 
-    // One request to write, whether it was accepted or not.
+    // One write request, whether it was accepted or not.
     struct Write {
         std::string key;
-        Bytes bytes; // as many as the request said, at most 32
+        Bytes bytes; // as many as the request declared, at most 32
         bool accepted;
 
         bool operator==(const Write&) const = default;
     };
 
-    // What a hook answers: nothing lets the table answer, an empty reply is a failed round trip.
+    // A hook's answer. No value: the table answers. An empty reply: the round trip fails.
     using Reply = std::optional<SMCParam>;
     using Hook = std::function<std::optional<Reply>(const SMCParam& request)>;
 
-    // --- The table; enumeration follows the order in which keys were first set, "#KEY" counts them ---
+    // --- The table: enumeration follows the order in which keys were first set; "#KEY" is their number ---
     void set(std::string_view key, std::string_view type, Bytes bytes);
-    // In any decodable type, "sp78" and "ui32" included. Precondition: the number fits the type.
+    // Accepts every decodable type, including "sp78" and "ui32". Precondition: the number fits the type.
     void setNumber(std::string_view key, std::string_view type, double number);
     void remove(std::string_view key);
-    // The entry of an existing key, to be changed in place.
+    // The entry of an existing key, for changes in place.
     [[nodiscard]] Key& at(std::string_view key);
     [[nodiscard]] bool has(std::string_view key) const;
     // The key's value as the program would decode it; NaN when there is none.
     [[nodiscard]] double number(std::string_view key) const;
-    // Replaces the table by a recorded one: one line for each key (see the files in Sources/SimulatedMac).
-    // False when the file cannot be read.
+    // Replaces the table with a recorded one, one line per key (see the files in Sources/SimulatedMac).
+    // Returns false when the file cannot be read.
     [[nodiscard]] bool loadTable(const std::string& path);
-    // A mask "FS! ", fans 0…count-1 of type "fpe2", without modes: 1200 to 6000 rpm, now 2000.
+    // Adds the mask "FS! " and fans 0 to count-1 of type "fpe2" without mode keys: 1200 to 6000 rpm,
+    // currently 2000.
     void addOlderFans(int count);
-    // Fans of type "flt " with modes "F{i}Md" and the unlock "Ftst"; without it the modes accept only
-    // 0.
+    // Adds fans of type "flt " with mode keys "F{i}Md" and the unlock key "Ftst". While locked, the modes
+    // accept only 0.
     void addUnlockableFans(int count);
 
     // --- Faults ---
     Hook hook;
-    // From this request on (counted from 0 over all connections) the connection is dead.
+    // The connection is dead from this request on (counted from 0 over all connections).
     std::optional<std::size_t> diesAtRequest;
-    // How many more attempts to make a fan manual are refused although it is unlocked.
+    // How many more attempts to make a fan manual are refused although the fans are unlocked.
     int refusedModeWrites = 0;
 
     // --- What happened ---
@@ -82,7 +83,7 @@ public:
 
     [[nodiscard]] std::unique_ptr<SMCTransport> connect();
 
-    // A connection as the program uses it.
+    // Opens a connection as the program does.
     [[nodiscard]] SMC open() { return SMC(connect()); }
 
 private:

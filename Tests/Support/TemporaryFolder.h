@@ -1,4 +1,4 @@
-// A folder of one test, gone with it. Main thread.
+// A temporary folder for one test, deleted at its end. Main thread.
 
 #pragma once
 
@@ -33,7 +33,7 @@ public:
         return path(name);
     }
 
-    // A program in the shell's language.
+    // Writes an executable shell script and returns its path.
     std::string writeScript(std::string_view name, std::string_view body) const {
         std::string file = write(name, "#!/bin/sh\n" + std::string(body) + "\n");
         std::filesystem::permissions(file, std::filesystem::perms(0755));

@@ -1,16 +1,16 @@
-// The locale that tests run under: that of the environment, as Qt and most programs take it.
+// The locale that tests run under: the environment's, as Qt and most programs use it.
 
 #pragma once
 
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#if __has_include(<xlocale.h>) // where uselocale lives outside glibc
+#if __has_include(<xlocale.h>) // declares uselocale outside glibc
 #    include <xlocale.h>
 #endif
 
-// False, with a word about it, when the environment asks for a locale that this computer does not have: tests
-// that are to run under it must not pass under another.
+// Returns false, with a message on standard error, when the environment asks for a locale that this computer
+// does not have. Tests that are meant to run under a certain locale must not pass under another.
 [[nodiscard]] inline bool adoptLocale() {
     if (std::setlocale(LC_ALL, "") != nullptr)
         return true;
@@ -19,8 +19,8 @@
     return wanted == nullptr;
 }
 
-// The C library's second opinion on a number is asked for under its own locale: while this lives, in this
-// thread.
+// During its lifetime this thread uses the "C" locale, so that a test can compare a number with the C
+// library's formatting of it.
 class InCLocale {
 public:
     InCLocale() : locale_(newlocale(LC_ALL_MASK, "C", nullptr)), before_(uselocale(locale_)) {}

@@ -1,8 +1,7 @@
-// How much of a test of endurance is run: a sample with every change, the whole amount when hours are there
-// for it.
+// How much of an endurance test is run: a sample with every change, the full amount when hours are available.
 //
-// The whole is chosen when the build is configured (-D FENWHIRL_LONG_RUNS=ON); the tests learn it from the
-// variable of that name, which CTest sets, so that nothing has to be compiled again.
+// The full amount is chosen when the build is configured (-D FENWHIRL_LONG_RUNS=ON). Tests read this from the
+// environment variable of the same name, which CTest sets, so nothing has to be recompiled.
 
 #pragma once
 

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""Builds and runs the tests of what has changed, for an answer within seconds: ./test --quick [PATTERN].
+"""Builds and runs the tests of the changed files, for an answer within seconds: ./test --quick [PATTERN].
 
-A source is tested by the file of the same name in the same folder below Tests/ (FanCard.qml by FanCardTest.cpp), a larger
-class by those whose names begin with its own (Monitor.cpp by MonitorAlertTest.cpp and its neighbours). Where there is none,
-by every test of its folder. What has changed is what git says, or else the last commit. With a PATTERN, a regular expression
-as for ctest -R, by the tests whose names match, wherever they are.
+A source is tested by the file of the same name in the same folder below Tests/ (FanCard.qml by FanCardTest.cpp), and a larger
+class by the files whose names begin with its own (Monitor.cpp by MonitorAlertTest.cpp and others). Where there is no such
+file, every test of the folder runs. The changed files are those that git reports as changed or new, or else those of the last
+commit. With a PATTERN, a regular expression as for ctest -R, the tests with matching names run instead, wherever they are.
 
-Tests of endurance, the second runs under another locale, and, unless they themselves are changed or asked for, the tests of
-the built programs are left to ./test.
+./test alone runs the endurance tests, the second runs under another locale and, unless they are themselves changed or asked
+for, the tests of the built programs.
 """
 
 import os
@@ -23,13 +23,13 @@ PROGRAMS = ("Fenwhirl", "fenwhirl-guard", "simulated-mac")  # what the tests in 
 
 
 class Tests:
-    """What there is below Tests/: files, and the programs that they are part of."""
+    """The test files below Tests/ and the programs that contain them."""
 
     def __init__(self, project):
         self.project = project
         self.files = sorted(file.relative_to(project) for file in (project / "Tests").rglob("*")
                             if re.fullmatch(r"\w+Tests?\.cpp|tst_\w+\.qml|\w+_test\.py", file.name))
-        self.programs = {}  # of a C++ file: the program that it is compiled into
+        self.programs = {}  # C++ file -> the program that it is compiled into
         for listing in (project / "Tests").rglob("CMakeLists.txt"):
             for call in re.findall(r"fenwhirl_test\(([^)]*)\)", listing.read_text()):
                 name = call.split()[0]
@@ -53,7 +53,7 @@ class Tests:
         begun = [file for file in near if file.name.startswith((stem, "tst_" + stem))]
         if same or begun:
             return same or begun
-        while mirror.name and not near:  # a folder without tests of its own is tested by the one above
+        while mirror.name and not near:  # a folder without tests of its own is tested by the folder above
             mirror = mirror.parent
             near = [file for file in self.files if file.parent == mirror]
         return near if mirror != pathlib.PurePath("Tests") else []
@@ -73,7 +73,7 @@ def changed(project):
 
 
 def badly_formatted(project, files):
-    """Told at once, because it takes a moment and nothing else need be waited for."""
+    """Checked first: it takes only a moment and needs no build."""
     files = [file for file in files if pathlib.PurePath(file).suffix in CODE and (project / file).exists() and
              not file.startswith("Packaging/macOS/check/")]
     if not files or not shutil.which("clang-format"):
@@ -82,7 +82,7 @@ def badly_formatted(project, files):
 
 
 def selection(tests, files):
-    """Of the files that changed: for each test program its suites, the Qt Quick tests, the tests in Python."""
+    """The tests of the changed files: the suites of each test program, the Qt Quick tests, and the tests in Python."""
     programs, quick, python = {}, [], []
     for test in sorted({test for file in files for test in tests.of(file)}):
         if test.suffix == ".py":
@@ -96,7 +96,7 @@ def selection(tests, files):
 
 
 def endurance(build):
-    """The tests that take their time, as CMake knows them."""
+    """The long-running tests, as a GoogleTest filter, from CMake's cache."""
     found = re.search(r"^FENWHIRL_ENDURANCE_TESTS:INTERNAL=(.*)$", (build / "CMakeCache.txt").read_text(), re.M)
     return found.group(1).replace(";", ":") if found else ""
 
@@ -108,7 +108,7 @@ def compile_targets(build, targets):
 
 def run_changed(project, build, tests, files):
     programs, quick, python = selection(tests, files)
-    # A component's test drives the whole component; the tests of the built programs need those.
+    # Testing a component needs the program that contains all component tests; the Python tests need the built programs.
     targets = list(programs) + (["ComponentTests"] if quick else []) + (list(PROGRAMS) if python else [])
     if not targets:
         print("nothing that changed has a test in C++, QML or Python: " + ", ".join(files))

@@ -1,4 +1,4 @@
-"""Which tests a change is answered with (quick.py)."""
+"""Which tests quick.py selects for a change."""
 
 import pathlib
 import re

@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Says which tests were skipped and why, and how many passed, failed and were skipped, from ctest's results as JUnit XML."""
+"""Summarizes ctest's JUnit XML: which tests were skipped and why, and how many passed, failed and were skipped."""
 
 import re
 import sys
 import xml.etree.ElementTree
 
-# How the kinds of test say why they skip; the last of them is what a command says that could not be run at all.
+# How each test framework reports the reason for a skip. The last pattern matches the output of a command that could not
+# be run at all.
 REASONS = (
     re.compile(r"\.\.\. skipped '(.+)'$", re.M),  # unittest
     re.compile(r'\.\.\. skipped "(.+)"$', re.M),
@@ -37,7 +38,7 @@ def summary(file):
         for reason, names in reasons.items():
             lines.append(f"  {reason}")
             lines.extend(f"    {name}" for name in names)
-    # Those that were not run for other reasons (disabled, a program that is missing) are failures of ctest, too.
+    # Tests that did not run for other reasons (disabled, missing program) count as failures in ctest, too.
     passed = len([case for case in cases if case.get("status") == "run"])
     lines.append(f"{passed} passed, {len(cases) - passed - len(skipped)} failed, {len(skipped)} skipped")
     return lines

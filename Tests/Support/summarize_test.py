@@ -1,4 +1,4 @@
-"""The last lines of ./test: what was skipped and why, and the numbers."""
+"""The last lines that ./test prints: the skipped tests with their reasons, and the counts."""
 
 import pathlib
 import subprocess

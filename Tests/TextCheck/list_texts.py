@@ -1,11 +1,12 @@
 #!/usr/bin/python3
-"""The list of texts in Documentation/Languages.md: where each stands, how much room it has there, what is put into it.
+"""Maintains the list of texts in Documentation/Languages.md: where each text appears, how much room it has, what fills its
+placeholders.
 
-    list_texts.py TEXTS LANGUAGES.MD            ends with 1 when the list is not what the sources say
-    list_texts.py --write TEXTS LANGUAGES.MD    writes it
+    list_texts.py TEXTS LANGUAGES.MD            exits with 1 when the list does not match the sources
+    list_texts.py --write TEXTS LANGUAGES.MD    writes the list
 
-TEXTS is what the build gathers from all sources (texts.tsv). What a source file is on the screen, and how wide its
-controls are, is told here; a file or an inserted value that is not told here is an error.
+TEXTS is the file that the build gathers from all sources (texts.tsv). The tables below say which part of the interface a
+source file is, and how wide its controls are. A file or an inserted value that they do not mention is an error.
 """
 
 import pathlib
@@ -14,7 +15,7 @@ import sys
 BEGIN, END = "<!-- list_texts.py writes from here -->", "<!-- to here -->"
 TABLES = "Fenwhirl/Localization/FrenchTexts.h"
 
-# Where the texts of a QML file are seen.
+# Where the user sees the texts of a QML file.
 PLACES = {
     "Announcements": "said when it happens", "AlertsPage": "Alerts", "AppearanceCard": "Settings", "AppsPage": "Applications", "Banners": "above every page",
     "ControlCard": "Settings", "DashboardPage": "Dashboard", "FanCard": "Fans", "FanCurveControls": "Fans",
@@ -25,7 +26,7 @@ PLACES = {
     "SettingsPage": "Settings", "StartCard": "Settings", "TemperatureCard": "Dashboard", "ThresholdsCard": "Settings",
 }
 
-# Texts of C++: where, in which control. The control's room is below, as that of QML's.
+# Texts in C++ files: where they appear, and in which control. ROOMS below has the control's room, as for QML.
 MADE = {
     "AppDelegate": ("status item's menu", "StatusMenuEntry"),
     "AppLanguage": ("Settings, introduction", "PopupMenuItem.text"),
@@ -48,10 +49,12 @@ MADE = {
     "SensorNames": ("Sensors, dashboard, menus", "SensorRow.name"),
 }
 
-# Words of a text that are meant for others: the diagnostic report, which is always French, and the system.
+# Files that use a text for other readers: the diagnostic report, which is always French, and the system.
+# the system.
 NOT_SHOWN = {"SMCFanWriteTest", "SMCReport", "DiagnosticReport", "FriendlyName"}
 
-# Points of the designed text size in the smallest window, 920 wide. "Read aloud": nothing is drawn.
+# Room in points at the designed text size in the smallest window, which is 920 wide. "Read aloud" means that nothing is
+# drawn.
 LINES, LINE, ALOUD = "lines of {}", "one line of {}", "read aloud"
 ROOMS = {
     "AppRow.memoryText": "one line behind a number", "AppRow.protectedText": "one line, as wide as it is",
@@ -79,7 +82,7 @@ ROOMS = {
     "StatusDot": "one line", "StatusMenuEntry": "the desktop's", "Switch.text": ALOUD, "notification": "the desktop's",
 }
 
-# What is put in the place of "%@".
+# What replaces "%@" in each text.
 TEMPERATURE = "a temperature, without its unit"
 INSERTED = {
     "%@ utilise %@ du processeur.": "an application's name; its share (\"37 %\")",
@@ -92,7 +95,7 @@ INSERTED = {
 
 
 def gathered(file):
-    """(keys in the order of the tables, uses of a text as (source, control))"""
+    """Returns (keys in the order of the tables, uses of each text as (source, control))."""
     keys, uses = [], {}
     for line in pathlib.Path(file).read_text(encoding="utf-8").rstrip("\n").split("\n"):
         kind, place, control, text = line.split("\t", 3)
@@ -102,18 +105,18 @@ def gathered(file):
             keys.append(text)
         elif "/Tables/" not in source and not any(words in source for words in ("SystemWords", "DialogWords")) and kind in ("asked", "loose", "other"):
             uses.setdefault(text, []).append((source, control))
-    # The header has other literals, too; the tables begin with the first key that is used.
+    # The header contains other literals, too; the tables begin with the first key that is used.
     return list(dict.fromkeys(key for key in keys if key in uses)), uses
 
 
 def entries(key, uses):
-    """Where a text is used: (place, control, room), without doubles, in the order of the sources."""
+    """Where a text is used: (place, control, room), without duplicates, in the order of the sources."""
     found = []
     for source, control in uses:
         name = pathlib.PurePosixPath(source).stem
         if source.endswith(".qml"):
             place = PLACES[name]
-            if name == "Announcements":  # bound to what happens
+            if name == "Announcements":  # its text depends on what happened
                 control = "Announcement.text"
         elif name in MADE:
             place, control = MADE[name]
