@@ -1,5 +1,5 @@
-// The key tables of real Macs through the whole core, against a second reading of the same files and against
-// values worked out by hand.
+// Runs the key tables of real Macs through the whole core, and compares the results with an independent
+// parser of the same files and with values worked out by hand.
 
 #include "FenwhirlCore/Platform/SystemText.h"
 #include "FenwhirlCore/RecordedTable.h"
@@ -16,7 +16,7 @@ std::string tablePath(const std::string& model) {
     return std::string(FENWHIRL_MACHINES) + "/" + model + ".csv";
 }
 
-// Every table of the folder is a machine to test.
+// The models of all recorded tables in the folder; each is a machine to test.
 std::vector<std::string> recordedModels() {
     std::vector<std::string> models;
     for (const auto& entry : std::filesystem::directory_iterator(FENWHIRL_MACHINES)) {

@@ -32,7 +32,7 @@ RecordedTable::RecordedTable(const std::string& path) {
     for (std::string line; std::getline(file, line);) {
         std::smatch fields;
         if (!std::regex_match(line, fields, row))
-            continue; // the heading
+            continue; // the header line
         RecordedKey key;
         key.name = characters(fields[1]);
         key.type = characters(fields[2]);

@@ -1,5 +1,6 @@
-// A second, plain reading of a recorded key table: what a person with the file and a calculator would expect
-// the program to say. Shares no code with the program or with the controller in memory.
+// An independent, simple parser for a recorded key table: it gives what a person with the file and a
+// calculator would expect the program to say. It shares no code with the program or with the controller in
+// memory.
 
 #pragma once
 
@@ -15,10 +16,10 @@ struct RecordedKey {
     std::string hex; // the recorded value
     bool isReadable = true;
 
-    // The value's bytes, zeros where the recording has none, at most 32.
+    // The value's bytes, at most 32; zeros where the recording has none.
     [[nodiscard]] std::vector<unsigned> bytes() const;
     [[nodiscard]] std::optional<double> value() const;
-    // The report's line.
+    // The key's line in the report.
     [[nodiscard]] std::string line() const;
 };
 

@@ -1,4 +1,4 @@
-// Fan writes on a controller that fails at one place: at every request in turn, and between any two writes.
+// Fan writes on a controller that fails once: at each request in turn, and between any two writes.
 
 #include "Support/ScriptedSMC.h"
 
@@ -29,7 +29,7 @@ bool isAutomatic(const ScriptedSMC& controller) {
 
 class SMCFanFaults : public testing::TestWithParam<Firmware> {
 protected:
-    // Requests that an undisturbed run makes.
+    // The number of requests that an undisturbed run makes.
     template <typename Operation>
     std::size_t countRequests(Operation operation) {
         ScriptedSMC controller;
@@ -52,7 +52,7 @@ TEST_P(SMCFanFaults, ASpeedSurvivesOneLostReplyAtAnyPlace) {
         };
         SMC smc = controller.open();
         const bool succeeded = smc.setFanSpeed(0, 2500);
-        // A success means a target; one without manual mode means that a key seemed to be missing.
+        // Success implies the target. Without manual mode it means that a mode key seemed to be missing.
         EXPECT_TRUE(!succeeded || controller.number("F0Tg") == 2500) << lost;
         const bool isManual = !controller.has("F0Md") || controller.number("F0Md") == 1;
         EXPECT_TRUE(!succeeded || isManual || controller.requests[lost].data8 == SMCCommand::keyInfo) << lost;
@@ -130,7 +130,7 @@ TEST_P(SMCFanFaults, AProcessWithoutPrivilegeChangesNothing) {
     addFans(controller, GetParam());
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
         if (request.data8 == SMCCommand::writeKey)
-            return ScriptedSMC::Reply(); // the kernel refuses, there is no record
+            return ScriptedSMC::Reply(); // the kernel refuses: there is no record
         return std::nullopt;
     };
     SMC smc = controller.open();

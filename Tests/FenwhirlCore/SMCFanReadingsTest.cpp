@@ -9,7 +9,8 @@ namespace {
 
 class SMCFanReadings : public testing::Test {
 protected:
-    // What the table itself says, without a request: the plainest way to read so many fans.
+    // The fans as the table itself describes them, without any request: the simplest way to read this many
+    // fans.
     [[nodiscard]] std::vector<FanReading> readOneByOne(int count) const {
         std::vector<FanReading> fans;
         for (int index = 0; index < count; ++index) {
@@ -115,7 +116,7 @@ TEST_F(SMCFanReadings, ManyFansAreReadInOneGo) {
     const auto fans = smc.readFans();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
     EXPECT_EQ(fans, readOneByOne(65535));
-    // 0…9 by their own keys, then every index whose digits begin with 123.
+    // Fans 0 to 9 by their own keys, then every index whose digits begin with 123.
     EXPECT_EQ(fans.size(), 10U + 1 + 10 + 100);
     EXPECT_EQ(fans[10], (FanReading{123, 123, 123, 123, 123}));
     EXPECT_EQ(fans.back().index, 12399);

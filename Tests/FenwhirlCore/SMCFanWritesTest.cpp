@@ -95,7 +95,7 @@ TEST_F(SMCFanWrites, ASpeedThatIsNoNumberWritesNothing) {
     EXPECT_FALSE(smc.setFanSpeed(0, notANumber));
     controller.setNumber("F0Mx", "flt ", notANumber);
     EXPECT_FALSE(smc.setFanSpeed(0, infinity));
-    EXPECT_FALSE(smc.setFanSpeed(0, 1e300)); // infinite once it is a "flt "
+    EXPECT_FALSE(smc.setFanSpeed(0, 1e300)); // infinite as a "flt "
     controller.setNumber("F0Mx", "flt ", infinity);
     EXPECT_FALSE(smc.setFanSpeed(0, infinity));
     controller.setNumber("F0Mx", "flt ", -infinity);
@@ -138,7 +138,7 @@ TEST_F(SMCFanWrites, TheMaskIsWrittenInItsOwnType) {
     EXPECT_TRUE(smc.setFanSpeed(8, 2000));
     EXPECT_EQ(controller.number("FS! "), 255); // bit 8 does not fit a byte
     controller.set("FS! ", "flt ", {0, 0, 0, 0xBF});
-    EXPECT_TRUE(smc.setFanSpeed(0, 2000)); // -0.5 is 0
+    EXPECT_TRUE(smc.setFanSpeed(0, 2000)); // -0.5 becomes 0
     EXPECT_EQ(controller.number("FS! "), 1);
     controller.setNumber("FS! ", "flt ", 65535.5);
     EXPECT_TRUE(smc.resetFan(0));
@@ -246,7 +246,7 @@ TEST_F(SMCFanWrites, AResetFailsWithAnyOfItsWritesButDoesThemAll) {
         fresh.at(key).writeResult = SMCResult::notWritable;
         SMC connection = fresh.open();
         EXPECT_FALSE(connection.resetFan(0)) << key;
-        // A fan counts as manual by the first of its mode keys.
+        // Whether a fan is manual is read from the first of its mode keys.
         EXPECT_EQ(fresh.writes.size(), key == "F0Md" ? 3U : 4U) << key;
     }
 }

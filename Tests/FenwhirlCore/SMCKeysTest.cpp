@@ -15,7 +15,7 @@ protected:
     SMC smc = controller.open();
 };
 
-// The 80 bytes of a request as hexadecimal text, with runs of zeros left out.
+// The 80 bytes of a request as hexadecimal text, without its runs of zeros.
 std::string hex(const SMCParam& request) {
     std::array<std::uint8_t, sizeof(SMCParam)> bytes{};
     std::memcpy(bytes.data(), &request, sizeof(request));
@@ -170,7 +170,7 @@ TEST_F(SMCKeys, ARefusedWriteFails) {
 }
 
 TEST_F(SMCKeys, SizeAndTypeComeFromTheSameAnswer) {
-    // Every key info is another one; a read must fit the one that was answered just before it.
+    // Every key info differs from the previous one; a read must match the key info that preceded it.
     int round = 0;
     controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
         SMCParam output{};

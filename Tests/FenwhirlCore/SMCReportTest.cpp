@@ -176,7 +176,7 @@ TEST_F(FanWriteTest, ShowsNumbersThatAreNoneAsQuestionMarks) {
     EXPECT_EQ(controller.number("F0Tg"), 2000);
 }
 
-// From the first write on, nothing may keep the test from its hand-back.
+// After the first write, nothing may keep the test from handing the fans back.
 TEST_F(FanWriteTest, SurvivesAnythingThatBecomesUnusableAfterItsWrites) {
     for (const std::string victim : {"FNum", "FS! ", "F0Ac"}) {
         ScriptedSMC fresh;
@@ -256,7 +256,7 @@ TEST_F(FanWriteTest, OfAControllerThatDiesAtAnyRequestEndsInWords) {
                   std::string::npos)
             << death << '\n'
             << text;
-        // A new connection repairs whatever was left.
+        // Once the controller answers again, a reset repairs whatever is left.
         fresh.diesAtRequest.reset();
         EXPECT_TRUE(connection.resetFans());
         EXPECT_EQ(fresh.number("F0Md"), 0) << death;

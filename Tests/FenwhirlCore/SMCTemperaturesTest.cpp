@@ -49,7 +49,7 @@ TEST_F(SMCTemperatures, ADiscoveredSensorMayCoolDownButNotToZero) {
     EXPECT_EQ(smc.readTemperatures(keys),
               (std::vector<TemperatureReading>{
                   {"TA06", 40}, {"TA03", static_cast<double>(129.9F)}, {"TA00", 0.5}}));
-    EXPECT_EQ(controller.requests.size(), 15U); // two for each key that exists
+    EXPECT_EQ(controller.requests.size(), 15U); // two for each existing key
 }
 
 TEST_F(SMCTemperatures, UnreadableSensorsAreLeftOut) {

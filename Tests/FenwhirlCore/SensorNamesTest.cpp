@@ -10,7 +10,7 @@ namespace {
 
 using SensorNames::friendly;
 
-// Names that people know their sensors by; they stay as they are when others are added.
+// Names that users know. They must not change when others are added.
 TEST(SensorNames, WellKnownKeysHaveTheirOwn) {
     static const std::vector<std::pair<std::string, std::string>> names = {
         {"TC0P", "Processeur (proximité)"},

@@ -1,4 +1,4 @@
-// Which driver is taken, and which keys its files become.
+// Which driver the transport chooses, and which keys it makes of the driver's files.
 
 #include "FenwhirlCore/Platform/DriverSensorKeys.h"
 #include "FenwhirlCore/Platform/DriverTransport.h"
@@ -137,10 +137,10 @@ TEST(DriverKeys, OnlyTheFirstLineCountsAndItMustBeANumber) {
     }
 }
 
-// A channel of the Apple Silicon driver, named in words.
+// How channels of the Apple Silicon driver, which are labelled in words, get their keys.
 class DriverSensorTree : public testing::Test {
 protected:
-    // The key of the one channel with this label.
+    // The key of a single channel with this label.
     std::string keyOf(const std::string& label) {
         std::vector<DriverSensor> sensors = {{1, label, {}}};
         nameDriverSensors(*files, "/hwmon", sensors);

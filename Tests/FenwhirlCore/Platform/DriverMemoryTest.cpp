@@ -1,5 +1,5 @@
-// A driver that remembers whether it has taken a fan: when it must be armed again, and how it gives the fan
-// back.
+// A driver that remembers whether it drives a fan: when it must be re-armed, and how a fan is handed back to
+// it.
 
 #include "FenwhirlCore/Platform/PlayedDriver.h"
 
@@ -12,7 +12,7 @@ using std::chrono::milliseconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The fan's target as the controller holds it, and what the last run left behind.
+// The target in the controller, and the state file that the last run left behind.
 constexpr const char* targetFile = "/sys/class/hwmon/hwmon3/fan1_target";
 constexpr const char* stateFile = "/run/fenwhirl/fan0";
 

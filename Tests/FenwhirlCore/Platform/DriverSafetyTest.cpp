@@ -1,4 +1,4 @@
-// When the driver transport refuses to put a fan under manual control, and what it leaves behind on the disk.
+// When the driver transport refuses manual control, and which files it leaves behind.
 
 #include "FenwhirlCore/Platform/DriverTransport.h"
 #include "FenwhirlCore/Platform/DriverTrees.h"
@@ -28,7 +28,7 @@ protected:
         return tree.read(tree.device() + "/fan1_" + attribute);
     }
 
-    // Takes the laptop's processor sensors away.
+    // Removes the laptop's processor sensors.
     void blind() {
         tree.makeIntelLaptop();
         for (const char* channel : {"4", "5", "6", "7"})
@@ -88,7 +88,7 @@ TEST_F(DriverSafety, OnlyAFileOfRootAllowsDrivingBlindly) {
     EXPECT_FALSE(set()) << "a folder";
     fs::remove(file);
     EXPECT_FALSE(set());
-    // Looked at before each write, so that a connection need not be opened again.
+    // The file is checked before each write, so an open connection notices it.
     SMC smc(openDriverTransport(systemDriverFiles(tree.root())));
     EXPECT_FALSE(smc.setFanSpeed(0, 2640));
     tree.write(allowingFile, "whatever it says\n");
@@ -138,7 +138,7 @@ TEST_F(DriverSafety, AFanWithoutUsableLimitsIsLeftToItsDriverWhereNoughtMeansAut
         own.write(own.device() + "/fan1_max", highest);
         SMC smc(openDriverTransport(systemDriverFiles(own.root())));
         EXPECT_FALSE(smc.setFanSpeed(0, 2640)) << lowest << highest;
-        // Unreadable limits are no reason not to hand the fan back.
+        // Unreadable limits must not keep the fan from being handed back.
         const bool isReadable =
             std::isdigit(lowest[0] == '-' ? lowest[1] : lowest[0]) != 0 && std::isdigit(highest[0]) != 0;
         EXPECT_EQ(smc.resetFan(0), !isReadable) << lowest << highest;

@@ -1,5 +1,4 @@
-// The driver transport on trees of ordinary files: which keys there are, what they read, what is written
-// where.
+// The driver transport on trees of ordinary files: which keys it offers, what they read, and where it writes.
 
 #include "FenwhirlCore/Platform/DriverTransport.h"
 
@@ -112,7 +111,8 @@ TEST(DriverTransport, HandsAFanBackWithAHarmlessTargetAndThenNought) {
     const auto smc = open(tree);
     ASSERT_TRUE(smc);
     EXPECT_TRUE(smc->resetFan(0));
-    // An ordinary file keeps the tail of what was there before: "1199\n" and "0\n" over it leave both traces.
+    // An ordinary file keeps the tail of its old contents below the last write; `read` returns the first line
+    // only.
     EXPECT_EQ(tree.read(tree.device() + "/fan1_target"), "0");
     tree.write(tree.device() + "/fan1_max", "9\n");
     EXPECT_FALSE(smc->resetFan(0)) << "limits that make no sense must not be driven into";

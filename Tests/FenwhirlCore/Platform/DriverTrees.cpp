@@ -26,7 +26,7 @@ void DriverTree::write(const std::string& path, std::string_view text, bool writ
     const fs::path file = root_ / path;
     fs::create_directories(file.parent_path());
     if (fs::exists(file))
-        fs::permissions(file, fs::perms(0644)); // an ordinary user is held to them, too
+        fs::permissions(file, fs::perms(0644)); // an ordinary user could not overwrite a read-only file
     std::ofstream(file, std::ios::binary) << text;
     fs::permissions(file, writable ? fs::perms(0644) : fs::perms(0444));
 }

@@ -1,4 +1,4 @@
-// File trees as the kernel's drivers show them on real Macs, built in a temporary folder.
+// File trees that look like those of the kernel's drivers on real Macs, built in a temporary folder.
 
 #pragma once
 
@@ -15,24 +15,24 @@ public:
 
     // A MacBookPro6,2 with the driver applesmc: two fans and 18 temperatures.
     void makeIntelLaptop();
-    // A Macmini8,1 with the driver that T2 machines use: one fan, attributes on an ACPI device.
+    // A Macmini8,1 with the driver for T2 machines: one fan, attributes in the folder of an ACPI device.
     void makeT2Desktop();
-    // A 14-inch MacBook Pro with M1 Pro and the driver macsmc_hwmon, as its stock device tree describes it:
-    // two fans, four temperatures, none of the processor.
+    // A 14-inch MacBook Pro (M1 Pro) with the driver macsmc_hwmon, as its stock device tree describes it: two
+    // fans and four temperatures, none of them the processor's.
     void makeAppleSiliconLaptop();
-    // The same with the sensors of a development device tree, the processor's among them.
+    // Adds the sensors of a development device tree, which include the processor's.
     void addProcessorSensors();
-    // Lets fans be controlled although no processor temperature is seen.
+    // Allows fans to be controlled although no processor temperature is visible.
     void allowFanControl();
 
     void write(const std::string& path, std::string_view text, bool writable = false) const;
-    [[nodiscard]] std::string read(const std::string& path) const; // the first line
+    [[nodiscard]] std::string read(const std::string& path) const; // its first line
     void remove(const std::string& path) const;
     void link(const std::string& path, const std::string& target) const;
 
     [[nodiscard]] std::string root() const { return root_.string(); }
 
-    // The folder of the attributes.
+    // The folder with the driver's attributes.
     [[nodiscard]] const std::string& device() const { return device_; }
 
 private:

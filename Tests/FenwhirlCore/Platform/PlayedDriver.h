@@ -1,7 +1,7 @@
-// A Mac's driver played in memory, for what ordinary files cannot play: a driver with a memory of its own,
-// sleep, a controller that does not answer, a device that goes away and comes back.
+// A fake driver of a Mac, in memory. It does what ordinary files cannot imitate: it has a state of its own,
+// the computer sleeps, the controller does not answer, and the device disappears and comes back.
 //
-// The test changes the Mac between the calls; it must outlive the files and the connection.
+// The test may change the Mac between calls. The Mac must outlive the files and the connection.
 
 #pragma once
 
@@ -12,19 +12,18 @@
 #include <cerrno>
 #include <map>
 
-// An Apple Silicon Mac with one fan, played in memory as its driver behaves: a target within the limits sets
-// the controller's mode only when the driver does not believe the fan manual already, and 0 clears it only
-// when it does.
+// An Apple Silicon Mac with one fan. Like its driver, it sets the controller's mode for a target within the
+// limits only when it does not already believe the fan manual, and clears the mode for 0 only when it does.
 class PlayedMac {
 public:
     std::map<std::string, std::string> files;
     std::vector<std::string> targetsWritten;
     bool controllerIsManual = false;
     bool driverBelievesManual = false;
-    int readError = 0;                  // of every measured value, when not 0
-    int reads = 0;                      // of measured values
-    std::map<std::string, int> failing; // what reading a file gives instead of its text
-    std::map<std::string, int> barred;  // what opening a file gives instead of a descriptor
+    int readError = 0;                  // errno for every measured value, unless 0
+    int reads = 0;                      // number of measured values read
+    std::map<std::string, int> failing; // file → errno of reading it
+    std::map<std::string, int> barred;  // file → errno of opening it
     int opened = 0;
     int closed = 0;
     std::chrono::milliseconds now{0};

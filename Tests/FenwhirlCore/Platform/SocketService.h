@@ -1,8 +1,9 @@
-// A service at a socket of its own folder that answers requests as a test says: the other side of a
-// `SocketTransport`.
+// A service at a socket in a folder of its own, which answers requests as the test's script says: the peer of
+// a `SocketTransport`.
 //
-// Runs in a thread of its own, one connection after the other; a connection that ends makes room for the
-// next. The script is called in that thread, once for each request, with its number counted from 0.
+// It runs in a thread of its own and serves one connection at a time; the next one is accepted when the
+// current one ends. The script is called in that thread, once per request, with the request's number counted
+// from 0.
 
 #pragma once
 
@@ -16,7 +17,7 @@
 
 class SocketService {
 public:
-    // How the service answers one request through the connected descriptor; false closes the connection.
+    // Answers one request through the connected descriptor; returning false closes the connection.
     using Script = std::function<bool(int connection, const SMCParam& request, int number)>;
 
     explicit SocketService(Script script);
@@ -32,7 +33,7 @@ public:
 
     [[nodiscard]] int connections() const { return connections_; }
 
-    // Stops listening; a connection that is open stays.
+    // Stops listening. An open connection stays open.
     void stopListening();
 
 private:
@@ -48,9 +49,10 @@ private:
     std::thread thread_;
 };
 
-// The 84 bytes of a reply.
+// The 84 bytes of a reply packet.
 [[nodiscard]] std::vector<std::uint8_t> replyBytes(std::uint32_t kernelReturn, const SMCParam& record);
 // Sends one packet.
 void sendPacket(int connection, const std::vector<std::uint8_t>& bytes);
-// A good reply that echoes the request with the first value byte set, and keeps the connection.
+// Sends a successful reply that echoes the request with the first value byte set. Returns true, which keeps
+// the connection open.
 bool answer(int connection, const SMCParam& request, std::uint8_t firstByte);

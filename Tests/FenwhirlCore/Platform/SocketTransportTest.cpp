@@ -20,7 +20,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto shortSilence = 200ms; // instead of two seconds; long enough for a busy machine
+constexpr auto shortSilence = 200ms; // instead of two seconds; long enough on a busy machine
 
 SMCParam numbered(std::uint32_t number) {
     SMCParam request{};
@@ -59,7 +59,7 @@ int listeningSocket(const std::string& path) {
     return listener;
 }
 
-// A service that answers every request but one, which the fault answers in its place.
+// A service that answers every request except one; the fault answers that one.
 struct Faulty {
     explicit Faulty(SocketService::Script fault, int faultyRequest = 1)
         : service([=](int connection, const SMCParam& request, int number) {
@@ -71,7 +71,7 @@ struct Faulty {
     std::unique_ptr<SocketTransport> transport = SocketTransport::open(service.path(), shortSilence);
 };
 
-// The answer to a request must be the answer to that request.
+// Sends a request and expects the answer to this very request.
 void expectAnswered(SocketTransport& transport, std::uint32_t number) {
     const auto output = transport.call(numbered(number));
     ASSERT_TRUE(output) << number;
@@ -93,7 +93,7 @@ TEST(SocketTransport, CarriesARecordAndBringsOneBack) {
     ASSERT_TRUE(transport);
     const auto output = transport->call(numbered(0x12345678));
     ASSERT_TRUE(output);
-    EXPECT_EQ(output->result, SMCResult::keyNotFound); // its meaning is the caller's affair
+    EXPECT_EQ(output->result, SMCResult::keyNotFound); // interpreting the result is up to the caller
     EXPECT_EQ(output->bytes[31], 0xAB);
     EXPECT_EQ(seen.key, 0x12345678U);
     EXPECT_EQ(seen.data8, SMCCommand::keyInfo);
@@ -126,7 +126,7 @@ TEST(SocketTransport, ASocketThatItsServiceLeftBehindCannotBeOpened) {
     EXPECT_EQ(SocketTransport::open(folder.path() + "/AppleSMC"), nullptr);
 }
 
-// Every packet that is not exactly one reply fails its call and can never answer a later one.
+// Every packet that is not exactly one reply fails its call, and must never answer a later call.
 TEST(SocketTransport, MalformedRepliesFailTheirCallAndNoOther) {
     const std::vector<std::vector<std::size_t>> deliveries = {
         {0}, {1}, {4}, {40}, {80}, {83}, {85}, {168}, {4096}, {40, 44}, {42, 42, 84}, {83, 84}, {84 * 2, 84}};
@@ -201,7 +201,7 @@ TEST(SocketTransport, ALateReplyNeverAnswersTheNextCall) {
     int late = -1;
     SMCParam lateRequest{};
     SocketService service([&](int connection, const SMCParam& request, int number) {
-        if (number == 0) { // keeps the answer back beyond the limit
+        if (number == 0) { // delays the answer beyond the limit
             late = dup(connection);
             lateRequest = request;
             return true;
@@ -215,7 +215,7 @@ TEST(SocketTransport, ALateReplyNeverAnswersTheNextCall) {
         EXPECT_FALSE(transport->call(numbered(number)));
     EXPECT_EQ(service.connections(), 1);
     transport.reset();
-    transport = SocketTransport::open(service.path(), shortSilence); // where nothing is owed
+    transport = SocketTransport::open(service.path(), shortSilence); // with no reply outstanding
     for (std::uint32_t number = 1; number < 10; ++number)
         expectAnswered(*transport, number);
     close(late);
@@ -253,7 +253,7 @@ TEST(SocketTransport, AServiceThatIsGoneKillsTheConnectionNotTheProcess) {
     EXPECT_TRUE(transport->isDead());
 }
 
-// A silence at any one request ends the reading there; what was read before is right.
+// Silence at any request ends the reading there. What was read before it is correct.
 TEST(SocketTransport, AHangAtAnyRequestOfAReadingIsBounded) {
     const auto fanController = [](int connection, const SMCParam& request, int) {
         SMCParam record{};
@@ -272,7 +272,7 @@ TEST(SocketTransport, AHangAtAnyRequestOfAReadingIsBounded) {
         });
         SMC smc(SocketTransport::open(service.path(), shortSilence));
         const auto fans = smc.readFans();
-        // The count, then eight requests for each fan: its speed first, its limits after.
+        // The fan count takes two requests and each fan eight: its speed first, then its limits.
         const std::size_t expected = hanging < 4 ? 0 : hanging < 12 ? 1 : 2;
         EXPECT_EQ(fans.size(), expected) << hanging;
         for (const FanReading& fan : fans)
@@ -290,7 +290,7 @@ void onAlarm(int) {}
 TEST(SocketTransport, SignalsDoNotDisturbACall) {
     struct sigaction action {};
 
-    action.sa_handler = onAlarm; // without SA_RESTART: system calls are interrupted
+    action.sa_handler = onAlarm; // without SA_RESTART, so system calls are interrupted
 
     struct sigaction previous {};
 
@@ -364,7 +364,7 @@ TEST(SocketTransport, TheDestructorClosesTheConnection) {
         EXPECT_TRUE(another);
     }
     EXPECT_EQ(SocketTransport::open("/nonexistent/AppleSMC"), nullptr);
-    EXPECT_LE(countDescriptors(), before + 1); // the service may still hold the last one
+    EXPECT_LE(countDescriptors(), before + 1); // the service may still hold its end of the last connection
 }
 
 class SocketTrust : public testing::Test {
@@ -401,7 +401,7 @@ TEST_F(SocketTrust, RootFollowsNoLinkToTheFolder) {
 
 constexpr uid_t nobody = 65534;
 
-// Runs the test in a child process of user nobody; whether it was true there.
+// Runs the test in a child process as user nobody and returns its result.
 bool asNobody(const std::function<bool()>& test) {
     const pid_t child = fork();
     if (child == 0) {
@@ -416,7 +416,7 @@ TEST_F(SocketTrust, RootRefusesAServiceOfAnotherUser) {
     TemporaryFolder folder;
     const std::string path = folder.path() + "/AppleSMC";
     ASSERT_EQ(chown(folder.path().c_str(), nobody, nobody), 0);
-    // The listening socket lives on in this process, but it was made by user nobody.
+    // The listening socket lives on in this process, but user nobody created it.
     ASSERT_EQ(seteuid(nobody), 0);
     const int squatter = listeningSocket(path);
     ASSERT_EQ(seteuid(0), 0);

@@ -6,7 +6,7 @@
 
 namespace {
 
-// A system that answers as the test says.
+// A system whose answers the test provides.
 class FakeSystem final : public SystemText {
 public:
     using Answer = std::function<bool(char* buffer, std::size_t& size)>;
@@ -29,7 +29,7 @@ std::string textOf(FakeSystem::Answer answer) {
     return sysctlString("hw.model", FakeSystem(std::move(answer)));
 }
 
-// Answers both questions with the same bytes.
+// The text of a system that answers both the size request and the read with the same bytes.
 std::string textOfBytes(const std::string& bytes) {
     return textOf([&](char* buffer, std::size_t& size) {
         size = bytes.size();
