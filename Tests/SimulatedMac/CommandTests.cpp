@@ -27,10 +27,10 @@ struct Commands : testing::Test {
         return outcome.answer;
     }
 
-    // What a client sees of a key: hexadecimal bytes, or the result.
+    // What a client reads from a key: its bytes in hexadecimal, or the result code.
     std::string seen(FourCC key) { return harness.bytesOf(key); }
 
-    // The value of "name=value" in a state line.
+    // The value that follows "name=" in the state line.
     std::string stateOf(const std::string& name) {
         const std::string line = run("state") + " ";
         const std::size_t begin = line.find(" " + name + "=");
@@ -279,7 +279,7 @@ TEST_F(Commands, QuitAsksTheProgramToEnd) {
     EXPECT_TRUE(context.quit);
 }
 
-// Waiting commands, run through a stream as the program does.
+// Commands that wait, run through a stream as the program runs them.
 struct WaitingCommands : Commands {
     CommandStream stream;
     std::vector<std::string> answers;

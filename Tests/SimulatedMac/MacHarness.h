@@ -1,4 +1,4 @@
-// A simulated Mac under a test's own clock, spoken to with records as a client does.
+// A simulated Mac whose clock the test controls. Tests send it records, as a client does.
 
 #pragma once
 
@@ -43,7 +43,7 @@ struct MacHarness {
 
     Reply read(FourCC key) { return call(SMCCommand::readKey, key, info(key).record.keyInfo.dataSize); }
 
-    // Writes hexadecimal bytes with their own length as the size.
+    // Writes bytes given in hexadecimal; their number is the size of the write.
     Reply write(FourCC key, std::string_view hex) {
         const auto bytes = *parseHexBytes(hex, 32);
         return call(SMCCommand::writeKey, key, static_cast<std::uint32_t>(bytes.size()), bytes);

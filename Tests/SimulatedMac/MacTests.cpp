@@ -12,7 +12,7 @@
 namespace simulated {
 namespace {
 
-// One line of a table as the file has it, cut up without the code under test.
+// The columns of one line of a table file, split without the code under test.
 std::vector<std::string> columns(const std::string& line) {
     std::vector<std::string> cells(1);
     for (const char character : line) {
@@ -193,7 +193,7 @@ TEST(Mac, EveryWriteIsLoggedWithItsFate) {
 
 TEST(Mac, WhatLiesBeforeAWriteHappensUnderTheOldSettings) {
     MacHarness harness;
-    harness.pass(0.05); // too short for reads to look again
+    harness.pass(0.05); // too short for a read to advance the model
     (void)harness.write(fourCC("FS! "), "0001");
     EXPECT_NEAR(harness.mac.writes().entries().back().simulatedSeconds, 0.05, 1e-9);
     EXPECT_NEAR(harness.mac.state().seconds, 0.05, 1e-9);

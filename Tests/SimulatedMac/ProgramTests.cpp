@@ -39,7 +39,7 @@ struct Ending {
     std::string errors;
 };
 
-// A running simulated-mac, with its input and output in this test's hands.
+// A running simulated-mac whose input and output this test controls.
 class Program {
 public:
     explicit Program(std::vector<std::string> arguments = {}, int input = -1, bool asNobody = false,
@@ -56,7 +56,7 @@ public:
         for (std::string& argument : arguments) {
             words.push_back(argument.data());
         }
-        words.push_back(nullptr); // what fexecve expects at the end
+        words.push_back(nullptr); // the terminator that fexecve expects
         process_ = ::fork();
         if (process_ == 0) {
             for (const int number : ignored) {
@@ -65,7 +65,8 @@ public:
             ::dup2(input >= 0 ? input : in[0], 0);
             ::dup2(out[1], 1);
             ::dup2(err[1], 2);
-            // Opened before: nobody may be kept from the folder that the build lies in.
+            // The executable is opened before the change of user: user nobody may have no access to the build
+            // folder.
             const int file = ::open(words[0], O_RDONLY | O_CLOEXEC);
             if (asNobody && ::setuid(65534) != 0) {
                 ::_exit(99);
@@ -95,7 +96,8 @@ public:
         ::close(errors_);
     }
 
-    // The next line of output, without its end; what came so far when the program ends or takes too long.
+    // The next line of output, without its line break. When the program ends or takes too long: the output so
+    // far and a marker.
     std::string line() {
         for (;;) {
             const std::size_t end = buffer_.find('\n');
@@ -121,7 +123,7 @@ public:
         ASSERT_EQ(::write(input_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
     }
 
-    // Runs a command and returns the last line of its answer.
+    // Sends a command and returns the last line of its answer.
     std::string command(const std::string& text) {
         send(text + "\n");
         for (;;) {
@@ -138,7 +140,7 @@ public:
 
     [[nodiscard]] pid_t process() const { return process_; }
 
-    // Waits for the end. Status -signal when a signal ended it.
+    // Waits for the end of the program. The status is -signal when a signal ended it.
     Ending end() {
         if (input_ >= 0) {
             closeInput();
@@ -469,7 +471,7 @@ TEST(Program, NeverWakesWhileNobodyAsks) {
     Program program;
     EXPECT_TRUE(program.line().starts_with("ready"));
     EXPECT_TRUE(program.command("state").starts_with("ok"));
-    // The answer is written before it falls asleep again: look once it sleeps.
+    // The program writes the answer before it falls asleep, so wait until its switches stop increasing.
     std::string before;
     std::string now = voluntarySwitches(program.process());
     do {

@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* place = "/run/fenwhirl";
 
-// Whether /run is this process's own now.
+// Gives this process a private /run and returns whether that worked.
 bool leaveTheComputersRun() {
     const uid_t user = ::getuid();
     const gid_t group = ::getgid();
@@ -36,7 +36,7 @@ bool leaveTheComputersRun() {
 
 void RunFolder::SetUp() {
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        (void)std::signal(number, SIG_DFL); // whatever the tests were started with
+        (void)std::signal(number, SIG_DFL); // regardless of how the tests were started
     }
     if (leaveTheComputersRun()) {
         return;
@@ -48,7 +48,7 @@ void RunFolder::SetUp() {
 }
 
 void RunFolder::takeTurn() {
-    // Inside a command that has its turn already there is nobody to wait for.
+    // The tests already run inside a command that holds the lock.
     if (std::getenv("FENWHIRL_IN_PLACE") == nullptr) {
         turn_ = ::open("/run", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         ASSERT_EQ(::flock(turn_, LOCK_EX), 0) << std::strerror(errno);

@@ -1,14 +1,14 @@
-// A /run for the built program that it meets no other simulation in: of this process alone, or else the
-// computer's, in turn.
+// A /run in which the built program meets no other simulation: a private one of this process, or else the
+// computer's own, shared by taking turns.
 
 #pragma once
 
 #include <gtest/gtest.h>
 
-// Where the kernel makes a mount namespace, /run is a new one in it; an ordinary user becomes root of a user
-// namespace for that. In most containers it makes none: there root takes turns with whatever else uses
-// /run/fenwhirl, which holds a lock of the folder /run meanwhile (as Packaging/Linux/private-namespace does),
-// and leaves nothing behind. Elsewhere the tests are skipped.
+// Where the kernel allows a new mount namespace, /run is a fresh file system in it; an ordinary user becomes
+// root of a user namespace first. Most containers do not allow one. There, root takes turns with everything
+// else that uses /run/fenwhirl: it holds a lock on the folder /run meanwhile (as
+// Packaging/Linux/private-namespace does) and leaves nothing behind. Otherwise the tests are skipped.
 class RunFolder : public testing::Environment {
 public:
     void SetUp() override;
@@ -17,6 +17,6 @@ public:
 private:
     void takeTurn();
 
-    int turn_ = -1; // the locked folder
+    int turn_ = -1; // descriptor of the locked folder
     bool inPlace_ = false;
 };

@@ -19,7 +19,7 @@
 namespace simulated {
 namespace {
 
-// A client at its end of a connection. Nothing here blocks: the test runs the server in between.
+// A client of the server. By default nothing in it blocks: the test runs the server between its calls.
 class TestClient {
 public:
     explicit TestClient(int socket) : socket_(socket) {}
@@ -51,8 +51,8 @@ public:
         return send(&request, sizeof(request));
     }
 
-    // The length of the next packet: 0 at the end of the stream, absent when there is nothing. With flags 0
-    // it waits for the packet.
+    // Returns the length of the next packet: 0 at the end of the stream, nothing when no packet is there.
+    // With flags 0 it waits for a packet.
     std::optional<std::size_t> receive(int flags = MSG_DONTWAIT) {
         std::array<char, 8192> packet{};
         const ssize_t length = ::recv(socket_, packet.data(), packet.size(), flags);
@@ -101,7 +101,7 @@ struct SMCServerTest : testing::Test {
         ::rmdir(folder.c_str());
     }
 
-    // Serves everything that is there to be served; waits so long for the first of it.
+    // Serves all pending events; waits up to this long for the first one.
     void serve(int milliseconds = 0) {
         std::array<epoll_event, 64> events{};
         for (;; milliseconds = 0) {
@@ -338,12 +338,12 @@ TEST_F(SMCServerTest, WritesOfANonRootProcessAreRefusedByItsCredentials) {
         if (!client.send(&request, sizeof(request))) {
             ::_exit(8);
         }
-        // Root again before the server looks: what counts is who connected.
+        // Becomes root again before the server looks: the credentials at the time of connecting decide.
         (void)::seteuid(0);
         const std::optional<std::size_t> length = client.receive(0);
         ::_exit(length == 84U && client.reply.kernelReturn == 0xE00002C1U ? 0 : 7);
     }
-    // Served as its request comes in, then waited for.
+    // Serves until the write has been answered; the child's exit status is collected afterwards.
     for (int i = 0; i < 100 && harness.mac.writes().last() == 0; ++i) {
         serve(100);
     }

@@ -1,6 +1,6 @@
-// What a person at a terminal sees of the built program, and where it keeps quiet.
+// What a person at a terminal sees of the built program, and when it writes nothing there.
 //
-// Runs in the /run that ProgramTests.cpp asks for.
+// Runs in the /run that ProgramTests.cpp sets up.
 
 #include "FenwhirlCore/SMCRecord.h"
 
@@ -25,13 +25,13 @@ namespace {
 
 constexpr std::chrono::seconds patience{20};
 
-// How the program is started in its terminal.
+// How the program is started on its terminal.
 enum class Job {
     plain,            // as from a shell
-    inForeground,     // in a namespace of process numbers, where no group from outside has a number
-    inBackground,     // the same, while another job has the terminal
-    besideAReader,    // in the foreground, with another program that waits for what is typed
-    ofAnotherSession, // on a terminal that is none of its own
+    inForeground,     // in a PID namespace, where a process group from outside has no number
+    inBackground,     // the same, while another job owns the terminal
+    besideAReader,    // in the foreground, beside another program that reads the input
+    ofAnotherSession, // on a terminal that is not its controlling terminal
 };
 
 class Screen {
@@ -42,7 +42,7 @@ public:
         std::vector<const char*> words{FENWHIRL_SIMULATED_MAC, "--speed", "0"};
         words.insert(words.end(), options.begin(), options.end());
         words.push_back(nullptr);
-        ::prctl(PR_SET_CHILD_SUBREAPER, 1); // what a job leaves behind comes to us
+        ::prctl(PR_SET_CHILD_SUBREAPER, 1); // adopts the processes that a job leaves behind
         process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
         if (process_ == 0) {
             if (job == Job::plain) {
@@ -62,17 +62,17 @@ public:
         if (process_ > 0) {
             ::kill(process_, SIGKILL);
             (void)end();
-            // The program of a job dies after its parent, and keeps its place until then.
+            // A job's program dies after its parent and remains a zombie until it is reaped here.
             while (::waitpid(-1, nullptr, 0) > 0) {
             }
         }
         ::close(terminal_);
     }
 
-    // Reads until the text is there; false when it never comes.
+    // Reads until the text appears; returns false when it does not appear in time.
     bool showsSoon(const std::string& wanted) {
         using namespace std::chrono;
-        const auto end = steady_clock::now() + patience; // the line renews itself for ever
+        const auto end = steady_clock::now() + patience; // the output never falls silent
         std::array<char, 4096> piece{};
         while (seen.find(wanted) == std::string::npos) {
             const auto left = duration_cast<milliseconds>(end - steady_clock::now()).count();
@@ -92,7 +92,7 @@ public:
         ASSERT_EQ(::write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
     }
 
-    // Waits for the end; its exit status.
+    // Waits for the end of the process and returns its exit status.
     int end() {
         int status = -1;
         ::waitpid(process_, &status, 0);
@@ -103,7 +103,7 @@ public:
     std::string seen;
 
 private:
-    // In the terminal's first process: has the program started as a job of its own, and waits for it.
+    // Runs in the terminal's first process: starts the program as a separate job and waits for it.
     [[noreturn]] static void startAside(Job job, const std::vector<const char*>& words) {
         waitFor([&] {
             if (job == Job::ofAnotherSession) {
@@ -122,7 +122,7 @@ private:
                 ::execv(words[0], const_cast<char**>(words.data()));
                 ::_exit(98);
             }
-            // The group was made outside the namespace, so in there it has no number.
+            // The process group was created outside the namespace, so it has no number inside it.
             if (::unshare(CLONE_NEWPID) != 0) {
                 ::_exit(97);
             }
@@ -133,7 +133,7 @@ private:
         });
     }
 
-    // Does it in a child process that ends with this one, and ends as the child did.
+    // Runs the action in a child process that dies with this one, then exits with the child's status.
     template <typename Action>
     [[noreturn]] static void waitFor(Action action) {
         const pid_t child = ::fork();
@@ -150,7 +150,7 @@ private:
     int terminal_ = -1;
 };
 
-// Whether the kernel lets us make process numbers of our own; in most containers it does not.
+// Whether the kernel allows a PID namespace; most containers do not.
 bool mayMakeProcessNumbers() {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -160,7 +160,8 @@ bool mayMakeProcessNumbers() {
     return ::waitpid(child, &status, 0) == child && status == 0;
 }
 
-// One request, answered: by then the program has been once round all that it does by itself.
+// Sends one request and waits for the answer. By then the program has gone once through all its periodic
+// work.
 bool isServed() {
     const int connection = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
     const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "/run/fenwhirl/AppleSMC"};

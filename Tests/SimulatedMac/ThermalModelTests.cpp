@@ -6,7 +6,7 @@
 namespace simulated {
 namespace {
 
-// A notebook with fans in a room of 24 °C.
+// A notebook with fans, in a room of 24 °C.
 ThermalParameters notebook() {
     return thermalParameters({.processorWatts = 45, .graphicsWatts = 0}, 24, true);
 }
