@@ -58,7 +58,7 @@ TEST(CommandLine, APresetIsCalledByItsTitleInAnyLanguageWhateverIsSpoken) {
         }
     }
     Localizer::setLanguage(before);
-    // "é" as a letter and its accent, as some terminals type it.
+    // "é" as a base letter and a combining accent, as some terminals send it.
     EXPECT_EQ(parse({"--preset", "E\xcc\x81quilibre\xcc\x81"}).preset, Preset::balanced);
 }
 

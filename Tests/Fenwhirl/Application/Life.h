@@ -1,4 +1,4 @@
-// The program in memory: the real windows and delegate over models that tests drive.
+// The program in memory: the real windows and the real delegate over models that tests control.
 
 #pragma once
 

@@ -1,4 +1,5 @@
-// The turns of the program's life, with the real windows and delegate over models in memory.
+// The program's life cycle, from launch to termination, with the real windows and delegate over models in
+// memory.
 
 #include "Life.h"
 
@@ -24,7 +25,7 @@ bool eventually(const std::function<bool()>& condition) {
     return MonitorHarness::waitUntil(condition);
 }
 
-// Where the item with this text, somewhere inside another, ends in its window; 0 when there is none.
+// The lower edge, in window coordinates, of the item with this text inside `item`; 0 when there is none.
 double bottomOf(const QQuickItem& item, const QString& text) {
     double bottom = item.property("text").toString() == text
                         ? item.mapRectToScene(QRectF(0, 0, item.width(), item.height())).bottom()
@@ -34,7 +35,7 @@ double bottomOf(const QQuickItem& item, const QString& text) {
     return bottom;
 }
 
-// While it lives, clicks are a double click when no more time than that lies between them.
+// During its lifetime, two clicks at most this many milliseconds apart are a double click.
 class DoubleClicks {
 public:
     explicit DoubleClicks(int milliseconds) {
@@ -98,7 +99,7 @@ TEST(Launch, APresetIsChosenAsSoonAsTheFansAreKnown) {
     EXPECT_EQ(life.world.monitor().setting(1).mode, FanModeKind::sensor);
     life.delegate->choosePreset(Preset::silent);
     EXPECT_EQ(life.world.monitor().activePreset(), Preset::silent);
-    life.world.poll(); // and not again, over what the user chose since
+    life.world.poll(); // not applied again over the user's later choice
     life.world.monitor().apply(Preset::automatic);
     life.world.poll();
     EXPECT_EQ(life.world.monitor().activePreset(), Preset::automatic);
@@ -160,7 +161,7 @@ TEST(Panel, OpensAtTheItemAndClosesWithASecondClick) {
     EXPECT_EQ(life.windows->panel()->y(), 24 + 8);
     Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
     EXPECT_FALSE(life.windows->panel()->isVisible());
-    // The click that closed it may be reported once more as a wish to open it.
+    // The click that closed the panel may be reported a second time, as a request to open it.
     Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
     EXPECT_FALSE(life.windows->panel()->isVisible());
 }
@@ -182,7 +183,7 @@ TEST(Panel, StandsOnAnItemOfABarAtTheFootAsHighAsItIs) {
         return panel->height() > 300 && panel->geometry().bottom() + 1 == item.top() - 8;
     };
     EXPECT_TRUE(standsOnIt()) << panel->y() << " + " << panel->height() << ", from the beginning";
-    // Its content grows while it is open.
+    // The panel's content grows while it is open.
     const int before = panel->height();
     life.world.helper.installed = false;
     life.world.monitor().apply(Preset::max);
@@ -254,7 +255,7 @@ TEST(Appearance, TextsAndThePanelAreAsLargeAsTheSystemSays) {
 
 TEST(Appearance, TheSystemIsToldWhatTheUserChose) {
     Life life(true);
-    EXPECT_EQ(life.appearance.chosen, AppearanceChoice::dark); // before any window is there
+    EXPECT_EQ(life.appearance.chosen, AppearanceChoice::dark); // before any window exists
     life.world.monitor().setTheme(AppTheme::light);
     EXPECT_EQ(life.appearance.chosen, AppearanceChoice::light);
     life.world.monitor().setTheme(AppTheme::automatic);
@@ -271,7 +272,7 @@ TEST(StatusItemText, SaysWhatTheMenuTextSays) {
     EXPECT_EQ(life.statusItem.shortText, QStringLiteral("63°"));
 }
 
-// The texts, with the current choice in brackets.
+// The texts of the entries, with the current choice in brackets.
 QStringList entriesOf(const StatusMenu& menu) {
     QStringList texts;
     for (const StatusMenuEntry& entry : menu)

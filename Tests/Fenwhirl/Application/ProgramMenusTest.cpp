@@ -14,7 +14,7 @@ class ProgramMenus : public testing::Test {
 protected:
     void TearDown() override { Localizer::setLanguage(AppLanguage::automatic); }
 
-    // The item with this key, Option aside.
+    // The first item with this key, regardless of its Option modifier.
     static const MenuItem* withKey(const QList<Menu>& menus, const QString& key) {
         for (const Menu& menu : menus)
             for (const MenuItem& item : menu.items)

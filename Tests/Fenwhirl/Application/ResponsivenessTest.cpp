@@ -1,4 +1,4 @@
-// Whatever hangs around the program, its main thread does not wait for it.
+// Whatever hangs around the program, its main thread must not wait for it.
 
 #include "Fenwhirl/HelperClient/HelperInstallation.h"
 #include "Fenwhirl/Monitoring/MonitorHarness.h"
@@ -17,7 +17,7 @@
 
 namespace {
 
-// Long enough for whoever waits for it to be found out.
+// Long enough to be measured if the main thread waits for it.
 constexpr const char* hangingProgram = "#!/bin/sh\nexec sleep 0.4\n";
 
 class Responsiveness : public testing::Test, protected MonitorHarness {
@@ -28,7 +28,7 @@ protected:
         return path;
     }
 
-    // A monitor whose helper is a real program that hangs, and whose administrator never decides.
+    // A monitor whose helper is a real program that hangs, as does every request to the administrator.
     std::unique_ptr<Monitor> monitorOfHangingHelper() {
         const std::string program = writeProgram("helper");
         const auto installation = std::make_shared<HelperInstallation>(HelperInstallation::Surroundings{
@@ -71,7 +71,7 @@ TEST_F(Responsiveness, AHelperThatHangsHoldsUpNothing) {
             monitor->setSetting(0, constant(3000));
             monitor->tick();
         },
-        [&] { return polls >= 1; }); // the second may have waited behind the first, and become one with it
+        [&] { return polls >= 1; }); // the second poll may have been merged into the first
     EXPECT_LT(pause, bearablePause);
 }
 
@@ -119,7 +119,7 @@ TEST_F(Responsiveness, AListerOfProcessesThatHangsHoldsUpNothing) {
     EXPECT_LT(pause, bearablePause);
 }
 
-// The measure itself: what does wait is found out in every attempt.
+// Checks the measurement itself: a main thread that does wait is detected in every attempt.
 TEST_F(Responsiveness, WhatWaitsOnTheMainThreadIsNoticed) {
     const std::string program = writeProgram("helper");
     const auto pause = longestPause(

@@ -1,4 +1,4 @@
-// The main window comes back where it was, as far as there still is a screen.
+// The main window reopens where it was, as far as its screen still exists.
 
 #include "Fenwhirl/Application/WindowPlace.h"
 
@@ -64,7 +64,7 @@ protected:
         return life;
     }
 
-    // Until the window has heard of it.
+    // Moves the window and waits until it has processed the change.
     static void move(Life& life, const QRect& area) {
         QWindow* const window = life.windows->main();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
@@ -79,9 +79,9 @@ TEST_F(InAProgram, AWindowComesBackWhereItWas) {
     {
         const auto life = begin();
         move(*life, area);
-    } // ends with the window open
+    } // the program ends with its window open
     const auto life = begin();
-    // The screen of these tests is narrower than the window.
+    // The screen in these tests is narrower than the window.
     EXPECT_EQ(life->windows->main()->y(), area.y());
     EXPECT_EQ(life->windows->main()->size(), QSize(least.width(), area.height()));
 }

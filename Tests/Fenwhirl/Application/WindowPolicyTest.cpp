@@ -1,7 +1,8 @@
-// What the system is told about the main window and the program around it, and in which order: on a Mac it
-// decides whether there is a Dock icon and what the window looks like, elsewhere it does nothing.
+// The calls by which the system learns about the main window and the kind of program that owns it, and their
+// order. On a Mac they decide whether there is a Dock icon and what the window looks like; elsewhere they do
+// nothing.
 //
-// The linker lets the windows call in here instead (see CMakeLists.txt).
+// The linker redirects these calls to the functions below (see CMakeLists.txt).
 
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Life.h"
@@ -15,7 +16,7 @@
 
 namespace {
 
-QStringList told; // since the last question
+QStringList told; // since the last query
 bool pointerLeads = false;
 
 QStringList toldSinceThen() {
@@ -24,7 +25,7 @@ QStringList toldSinceThen() {
 
 } // namespace
 
-// The names by which the linker knows them: the callers' in our place, and the system's own.
+// The linker's names: __wrap_ functions replace the callers' targets, __real_ ones are the system's own.
 void notedConfigure(QWindow& window) __asm__("__wrap__ZN19MainWindowBehaviour9configureER7QWindow");
 void notedRegular() __asm__("__wrap__ZN19MainWindowBehaviour10setRegularEv");
 void notedAccessory() __asm__("__wrap__ZN19MainWindowBehaviour12setAccessoryEv");
@@ -34,7 +35,7 @@ void realFront(QWindow& window, const QString& token) __asm__(
     "__real__ZN19MainWindowBehaviour12bringToFrontER7QWindowRK7QString");
 
 void notedConfigure(QWindow& window) {
-    // Its native window exists: that is what is configured.
+    // The native window must exist: it is what gets configured.
     told.append(window.handle() != nullptr ? QStringLiteral("configure") : QStringLiteral("too early"));
 }
 
@@ -68,7 +69,7 @@ protected:
         pointerLeads = false;
     }
 
-    // The panel of this program, after which another window took the focus.
+    // Opens this program's panel and then gives another window the focus.
     static void leavePanel(Life& life, bool reached) {
         life.windows->togglePanel(QRect(400, 0, 30, 24));
         QQuickWindow* panel = life.windows->panel();
@@ -84,7 +85,7 @@ protected:
     }
 };
 
-// There Qt sets the title bar anew with every change of that kind.
+// On macOS, Qt resets the title bar whenever the window enters or leaves full screen.
 TEST_F(WindowPolicy, ConfiguresTheWindowAgainWhenItFillsTheScreenAndWhenItNoLongerDoes) {
     Life life(true);
     life.windows->openMain();
@@ -117,7 +118,7 @@ TEST_F(WindowPolicy, AClosedWindowLeavesAnAccessoryAndOpensAsANewOne) {
         closed.removeDuplicates();
         EXPECT_EQ(closed, QStringList(QStringLiteral("accessory")));
         life.windows->openMain();
-        // The native window went with the closing; this is another.
+        // Closing destroyed the native window; this one is new.
         EXPECT_EQ(toldSinceThen().mid(0, 3), opened);
     }
 }
@@ -157,7 +158,7 @@ TEST_F(WindowPolicy, OpeningTheWindowFromThePanelMakesItARegularProgramForGood) 
     life.windows->togglePanel(QRect(400, 0, 30, 24));
     ASSERT_TRUE(life.windows->panel()->isVisible());
     told.clear();
-    life.windows->openMain(); // while the panel goes, nothing is shown for a moment
+    life.windows->openMain(); // as the panel closes, no window is shown for a moment
     const QStringList all = toldSinceThen();
     EXPECT_LT(all.lastIndexOf(QStringLiteral("accessory")), all.indexOf(QStringLiteral("regular")));
 }
