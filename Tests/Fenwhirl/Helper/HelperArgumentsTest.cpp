@@ -162,7 +162,8 @@ TEST(HelperArguments, RpmMayBeNotANumber) {
 }
 
 TEST(HelperArguments, RpmReadsAPointUnderALocaleWithCommas) {
-    // The names are those that the systems of developers have; without any of them the test still compares.
+    // Locales that developers' systems commonly have. Without any of them the test still compares the
+    // results.
     for (const char* name : {"fr_FR.UTF-8", "de_DE.UTF-8", "tr_TR.UTF-8", "C.UTF-8"})
         if (std::setlocale(LC_ALL, name) != nullptr)
             break;
@@ -176,7 +177,7 @@ TEST(HelperArguments, AHundredThousandDigitsAreReadAtOnce) {
     const std::clock_t begin = std::clock();
     EXPECT_EQ(parseRPM(digits.c_str()), infinity);
     EXPECT_EQ(parseRPM(("0." + digits).c_str()), 7.0 / 9.0);
-    EXPECT_LT(std::clock() - begin, CLOCKS_PER_SEC / 10); // two of fifty milliseconds
+    EXPECT_LT(std::clock() - begin, CLOCKS_PER_SEC / 10); // two numbers at fifty milliseconds each
 }
 
 #ifdef FENWHIRL_WRAPPED_NEWLOCALE
@@ -194,7 +195,7 @@ TEST(HelperArguments, WithoutALocaleThereIsNoSpeed) {
 
 #ifdef FENWHIRL_WRAPPED_NEWLOCALE
 
-// The linker leads every call to the first of these two; the second is the C library's own.
+// The linker redirects every call to the __wrap_ function; __real_ is the C library's own.
 extern "C" locale_t __wrap_newlocale(int mask, const char* name, locale_t base);
 extern "C" locale_t __real_newlocale(int mask, const char* name, locale_t base);
 

@@ -15,7 +15,7 @@ namespace {
 
 using Writes = std::vector<ScriptedSMC::Write>;
 
-// Runs commands against a controller in memory.
+// Runs the helper's commands against a controller in memory.
 class HelperTest : public testing::Test {
 protected:
     ScriptedSMC controller;
@@ -162,7 +162,7 @@ TEST_F(HelperTest, AutoWithoutFansSucceeds) {
 
 TEST_F(HelperTest, ANegativeIndexIsPassedOn) {
     controller.addUnlockableFans(
-        1); // without the mask: keys that do not exist, nothing to write but the unlock
+        1); // these fans have no mask, and fan -1 has no keys, so only the unlock is written
     EXPECT_EQ(run({"auto", "-1"}), 0);
     EXPECT_EQ(writtenKeys(), Keys({"Ftst"}));
     EXPECT_EQ(run({"set", "-1", "2400"}), 1);
@@ -194,7 +194,7 @@ TEST_F(HelperTest, TestPrintsItsReportAndOneLineEnd) {
     EXPECT_TRUE(printed.ends_with('\n') && !printed.ends_with("\n\n"));
 }
 
-// Standard output led elsewhere for a while.
+// Redirects standard output during its lifetime.
 class OutputTo {
 public:
     explicit OutputTo(int descriptor) : before_(dup(STDOUT_FILENO)) { dup2(descriptor, STDOUT_FILENO); }
@@ -232,7 +232,7 @@ TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
     for (const bool isBlocking : {false, true}) {
         fcntl(ends[1], F_SETFL, isBlocking ? 0 : O_NONBLOCK);
         struct sigaction action = {};
-        action.sa_handler = [](int) {}; // without SA_RESTART: calls end early
+        action.sa_handler = [](int) {}; // without SA_RESTART, so calls are interrupted
         ASSERT_EQ(sigaction(SIGUSR1, &action, nullptr), 0);
         const pthread_t writer = pthread_self();
         std::thread reader([&] {
@@ -278,7 +278,7 @@ TEST_F(HelperTest, SignalsAreHeldWhileItWritesAndLetThroughAfterwards) {
     };
     EXPECT_EQ(run({"set", "0", "2400"}), 0);
     EXPECT_EQ(run({"auto"}), 0);
-    EXPECT_EQ(held, std::vector<bool>(36, true)); // mask and target, then the mask
+    EXPECT_EQ(held, std::vector<bool>(36, true)); // 12 for each write: mask, target, mask
     sigset_t blocked;
     sigprocmask(SIG_BLOCK, nullptr, &blocked);
     EXPECT_EQ(sigismember(&blocked, SIGTERM), 0);

@@ -27,7 +27,7 @@ HandBack fans(std::vector<int> indices, std::vector<int> pinned = {}) {
     return {.scope = HandBack::Scope::indices, .indices = std::move(indices), .pinned = std::move(pinned)};
 }
 
-// With a guard that only writes down what it hears.
+// Uses a guard that only records what it receives.
 class EmergencyHandBackTest : public testing::Test {
 protected:
     const TemporaryFolder folder;
@@ -82,7 +82,7 @@ TEST_F(EmergencyHandBackTest, EachThreadMayTellOfFans) {
     for (std::string line; std::getline(heard, line) && line != "\x04";) {
         if (line.empty())
             continue;
-        // Never two that were written into each other.
+        // Two records must never be interleaved.
         EXPECT_TRUE(line == "nothing" || line == "fans 99" ||
                     (line.starts_with("fans ") && std::count(line.begin(), line.end(), ' ') == 2))
             << line;

@@ -30,7 +30,7 @@ bool comesTrue(const Condition& condition) {
     return true;
 }
 
-// A guard that only writes down what it hears.
+// Uses a guard that only records what it receives.
 class GuardLinkTest : public testing::Test {
 protected:
     const TemporaryFolder folder;
@@ -110,7 +110,7 @@ TEST_F(GuardLinkTest, ALostGuardIsReplacedAndToldAgain) {
     ASSERT_TRUE(hears("nothing\nfans 0\n"));
     const pid_t first = link.guard().value();
     kill(first, SIGKILL);
-    // A record that nobody hears must not be the end of this process.
+    // Writing to a guard that has died must not kill this process.
     ASSERT_TRUE(comesTrue([&] {
         link.send(fans({1}));
         link.send(fans({2}));
@@ -157,7 +157,7 @@ TEST_F(GuardLinkTest, AGuardThatDoesNotReadNeverBlocks) {
 }
 
 TEST_F(GuardLinkTest, OfWhatAFullPipeDidNotTakeOnlyTheNewestRecordIsSent) {
-    // Does not read before it is told to.
+    // A guard that does not read before the file "go" exists.
     GuardLink link(folder.writeScript("late", "while [ ! -e '" + folder.path("go") +
                                                   "' ]; do sleep 0.01; done\nexec cat >> '" +
                                                   folder.path("heard") + "'"));
@@ -184,7 +184,7 @@ TEST_F(GuardLinkTest, OfWhatAFullPipeDidNotTakeOnlyTheNewestRecordIsSent) {
         EXPECT_TRUE(line.starts_with("fans 0 1 2 ")) << line;
         ++records;
     }
-    // Those that fit into a pipe of 64 KiB, the one that was cut, and the newest.
+    // The records that fit into a pipe of 64 KiB, the one that was cut, and the newest.
     EXPECT_LT(records, 10U);
 }
 
@@ -195,7 +195,7 @@ TEST_F(GuardLinkTest, OtherChildrenDoNotHoldTheEndOfThePipe) {
     const std::vector<std::string> arguments = {"30"};
     const auto other = startChild("/bin/sleep", arguments, ChildEnvironment::inherited, -1, false);
     ASSERT_TRUE(other);
-    link.reset(); // the end of the pipe, if nobody else has it
+    link.reset(); // closes the pipe, unless another process has its end
     EXPECT_TRUE(comesTrue([&] { return kill(pid, 0) != 0 || waitpid(pid, nullptr, WNOHANG) == pid; }));
     kill(*other, SIGKILL);
     waitpid(*other, nullptr, 0);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr uid_t nobody = 65534;
 
-// A helper in a folder of its own, and what was asked of the administrator.
+// A helper in a folder of its own, with a record of the commands that needed an administrator.
 class HelperInstallationTest : public testing::Test {
 protected:
     const TemporaryFolder folder;
@@ -35,7 +35,7 @@ protected:
 
     HelperInstallation installation{surroundings()};
 
-    // A helper that writes its arguments down before it does what `body` says.
+    // Writes a helper that logs its arguments before it runs `body`.
     void writeHelper(const std::string& body) {
         std::error_code ignored;
         std::filesystem::remove(path, ignored);
@@ -50,7 +50,7 @@ protected:
         return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
     }
 
-    // Modification time of the helper file.
+    // Sets the modification time of the helper file.
     void stamp(std::int64_t seconds, std::int64_t nanoseconds) const {
         const timespec times[2] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT},
                                    {.tv_sec = seconds, .tv_nsec = nanoseconds}};
@@ -58,7 +58,7 @@ protected:
     }
 };
 
-// Tests that give files away.
+// Tests that change the owner of files.
 class HelperInstallationAsRootTest : public HelperInstallationTest {
 protected:
     void SetUp() override {
@@ -171,7 +171,7 @@ TEST_F(HelperInstallationTest, AReplacedHelperIsAskedAgain) {
     stamp(1'700'000'000, 6); // one nanosecond later
     EXPECT_EQ(installation.installedVersion(), "3");
     EXPECT_EQ(launches(), 2U);
-    stamp(4'000'000'000, 0); // the future
+    stamp(4'000'000'000, 0); // in the future
     EXPECT_EQ(installation.installedVersion(), "3");
     stamp(1'600'000'000, 0); // back in the past
     EXPECT_EQ(installation.installedVersion(), "3");
@@ -184,7 +184,7 @@ TEST_F(HelperInstallationTest, AReplacedHelperIsAskedAgainWhateverItsModificatio
     EXPECT_EQ(installation.installedVersion(), "2");
     const auto before = fileStatus(path);
     writeHelper("echo 3");
-    do // clocks of file systems tick every few milliseconds
+    do // repeats until the change time differs: file systems' clocks tick every few milliseconds
         stamp(1'700'000'000, 5);
     while (fileStatus(path)->changed == before->changed);
     EXPECT_EQ(fileStatus(path)->modified, before->modified);
@@ -195,7 +195,7 @@ TEST_F(HelperInstallationTest, AReplacedHelperIsAskedAgainWhateverItsModificatio
 TEST_F(HelperInstallationTest, ALaunchThatFailedIsNotRemembered) {
     writeHelper("echo 3");
     EXPECT_EQ(installation.installedVersion(), "3");
-    // A file that somebody is writing cannot be started.
+    // A file that is open for writing cannot be executed.
     writeHelper("echo 4");
     const int writer = open(path.c_str(), O_WRONLY | O_CLOEXEC);
     ASSERT_GE(writer, 0);
@@ -291,12 +291,12 @@ TEST_F(HelperInstallationTest, ABuildWithSanitizersIsNeverInstalled) {
 }
 
 TEST_F(HelperInstallationAsRootTest, InstallAsksOnceAndLooksAtTheResult) {
-    EXPECT_FALSE(installation.install()); // agreed to, but nothing came of it
+    EXPECT_FALSE(installation.install()); // the administrator agreed, but no helper appeared
     ASSERT_EQ(commands.size(), 1U);
     EXPECT_EQ(commands.front(), installation.installCommand("/opt/bin/Fenwhirl"));
 
     giveTo(folder.write("FenwhirlHelper", ""), 0, 0755);
-    EXPECT_FALSE(installation.install()); // without the bit
+    EXPECT_FALSE(installation.install()); // without the set-user-ID bit
     giveTo(path, 0, 04755);
     EXPECT_TRUE(installation.install());
     consent = false;
@@ -351,7 +351,7 @@ TEST_F(HelperInstallationAsRootTest, AStickySharedFolderKeepsWhatIsRootsAlready)
     EXPECT_FALSE(inFolder.isPathRootControlled());
     giveTo(inside.helperPath, 0, 0755);
     EXPECT_TRUE(inFolder.isPathRootControlled());
-    // A file beside it would belong to whoever makes it first.
+    // A temporary file beside it would belong to whichever user creates it first.
     inside.installsByRename = true;
     EXPECT_FALSE(HelperInstallation(inside).isPathRootControlled());
 }

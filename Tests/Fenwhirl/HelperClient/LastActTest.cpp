@@ -19,20 +19,20 @@
 
 namespace {
 
-// Dies in a child process with a helper that writes down its commands.
+// Crashes child processes that have a helper which logs its commands.
 class LastActTest : public testing::Test {
 protected:
     const TemporaryFolder folder;
     std::string helper = folder.writeScript("helper", "echo \"$@\" >> '" + folder.path("log") + "'");
     HandBack handBack = {.scope = HandBack::Scope::indices, .indices = {0, 2}};
 
-    // How the child ended.
+    // Crashes a child process and returns its wait status.
     [[nodiscard]] int deathOf(const std::function<void()>& crash) const {
         const pid_t child = fork();
         if (child == 0) {
             const rlimit noCore = {.rlim_cur = 0, .rlim_max = 0};
             setrlimit(RLIMIT_CORE, &noCore);
-            // What a sanitizer has to say of a deliberate crash is not wanted.
+            // Suppress a sanitizer's report about the deliberate crash.
             close(STDERR_FILENO);
             open("/dev/null", O_WRONLY);
             LastAct::install();
@@ -55,7 +55,7 @@ protected:
 
 volatile int* volatile nowhere = nullptr;
 
-// Not inlined and not turned into a loop: it has to use up the stack.
+// Neither inlined nor turned into a loop, since it must exhaust the stack.
 [[gnu::noinline]] int endless(int depth) {
     volatile char page[4096] = {};
     page[depth % 4096] = static_cast<char>(depth);
@@ -98,7 +98,7 @@ TEST_F(LastActTest, HandsBackOnTheOtherFatalSignals) {
 
 #ifndef FENWHIRL_SANITIZED
 TEST_F(LastActTest, HandsBackWhenTheAllowanceOfProcessorTimeIsUsedUp) {
-    // Unlike those above it comes again every second, also while the act is under way.
+    // Unlike the signals above, this one is raised again every second, even during the last act.
     expectDeathBy(SIGXCPU, [] {
         const rlimit second = {.rlim_cur = 1, .rlim_max = 20};
         setrlimit(RLIMIT_CPU, &second);
@@ -119,7 +119,7 @@ TEST_F(LastActTest, ACrashOfAnotherThreadHandsBackOnce) {
 }
 
 TEST_F(LastActTest, WorksWhenNoMemoryCanBeHad) {
-    // Nothing of the act may need memory: here the heap cannot grow any more.
+    // The last act must not allocate memory: here the heap can no longer grow.
     expectDeathBy(SIGABRT, [] {
         const rlimit nothing = {.rlim_cur = 0, .rlim_max = RLIM_INFINITY};
         setrlimit(RLIMIT_DATA, &nothing);
@@ -161,7 +161,7 @@ TEST_F(LastActTest, AHelperUnderWayIsWaitedForAndNoNewOneStarts) {
                                          .isFitForRoot = true});
         std::atomic<bool> isFirst = true;
         std::thread sender([&] {
-            // The second run meets the dying process and must not start.
+            // The second run finds the process dying and must not start the helper.
             while (installation.run({"set", "0", "2000"}))
                 isFirst = false;
             for (;;)
