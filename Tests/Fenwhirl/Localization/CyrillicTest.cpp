@@ -111,7 +111,7 @@ TEST(Cyrillic, ConvertsLongTexts) {
     EXPECT_EQ(Cyrillic::convert(QString(100'000, u'a')), QString(100'000, QChar(u'а')));
 }
 
-// Whatever the text, a second conversion finds nothing left to do and no placeholder is lost.
+// For any text, a second conversion changes nothing, and no placeholder is lost.
 TEST(Cyrillic, HoldsForRandomTexts) {
     const QString pieces = text("lnjdzžšđčćLNJDZŽ%@ CwifmacOSpu.\r\n\u030C\u0301é日");
     std::mt19937 random(20230611); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same texts in every run

@@ -22,7 +22,7 @@ TEST(DrawnText, KeepsANumberWithWhatItCounts) {
     EXPECT_EQ(keptTogether(u"раза в 5 минут."_s), u"раза в 5\u00a0минут."_s);
 }
 
-// Neither the tables nor what is put into them may part a number from what follows it.
+// Neither the tables nor the inserted values may separate a number from what follows it.
 TEST(DrawnText, LeavesNoNumberAloneInAnyLanguage) {
     for (const AppLanguage language : allAppLanguages) {
         Localizer::setLanguage(language);
@@ -57,7 +57,7 @@ TEST(DrawnText, LeavesNoShortWordAloneOnTheLastLineOfALongText) {
               u"Choisis à partir de quelle température le Mac est\u00a0chaud."_s);
     const QString kept = keptTogether(u"Prati temperaturu tvog Mac-a da bi ostao hladan i tih."_s);
     EXPECT_EQ(keptTogether(kept), kept) << "once is enough";
-    // Short texts and long words break where they must.
+    // Short texts and long words wrap where they must.
     EXPECT_EQ(keptTogether(u"Le Mac est très chaud"_s), u"Le Mac est très chaud"_s);
     const QString longWord = u"eins zwei drei vier fünf sechs sieben acht Temperaturüberwachung"_s;
     EXPECT_EQ(keptTogether(longWord), longWord);

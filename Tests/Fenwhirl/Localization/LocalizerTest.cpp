@@ -14,7 +14,7 @@ QString text(const char* utf8) {
     return QString::fromUtf8(utf8);
 }
 
-// Sets the language of the interface for one test.
+// Sets the interface language for the duration of a test.
 class Localization : public testing::Test {
 protected:
     void TearDown() override { Localizer::setLanguage(AppLanguage::automatic); }
@@ -132,7 +132,7 @@ TEST_F(Localization, ReturnsTextsThatOutliveTheLanguage) {
     EXPECT_EQ(changed, text("Sensors!"));
 }
 
-// Meant for the thread sanitizer above all.
+// Mainly for the thread sanitizer.
 TEST_F(Localization, IsLookedUpFromManyThreadsWhileTheLanguageChanges) {
     std::vector<std::thread> readers;
     readers.reserve(4);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// What QML's qsTr and QObject::tr end in.
+// The call that QML's qsTr and QObject::tr end up making.
 QString translated(const char* french, const char* context = "DashboardView", const char* comment = nullptr) {
     return QCoreApplication::translate(context, french, comment);
 }

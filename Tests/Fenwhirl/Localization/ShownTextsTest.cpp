@@ -1,4 +1,4 @@
-// Holds the texts of all sources, gathered by the build, against the translation tables.
+// Checks the texts of all sources, gathered by the build, against the translation tables.
 
 #include "Fenwhirl/Localization/FrenchTexts.h"
 #include "Fenwhirl/Localization/SystemWords.h"
@@ -41,30 +41,30 @@ bool hasRow(const QString& text) {
     return std::ranges::find(frenchTexts, std::u16string_view(text.toStdU16String())) != frenchTexts.end();
 }
 
-// Files whose texts are not for the tables, and why.
+// Whether the texts of this file are exempt from the tables. Each entry gives the reason.
 bool speaksForItself(std::string_view place) {
     static constexpr std::array<std::string_view, 17> files = {
-        // The tables themselves, the letters of the transliteration, the languages' own names.
+        // The tables themselves, the letters of the transliteration, and the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
         "Fenwhirl/Localization/SystemWords.cpp", "Fenwhirl/Localization/DialogWords.cpp",
         "Fenwhirl/Localization/Cyrillic.cpp", "Fenwhirl/Localization/AppLanguage.cpp",
-        // The report is read by whoever helps: always French.
+        // The report is read by the people who give support. It is always French.
         "FenwhirlCore/SMCReport", "FenwhirlCore/SMCFanWriteTest", "Fenwhirl/Monitoring/DiagnosticReport",
         // The system's own processes keep their French labels in every language.
         "Fenwhirl/Processes/FriendlyName",
-        // The words of desktop entries.
+        // Keywords of desktop entries.
         "Fenwhirl/Processes/DesktopEntries",
-        // Speaks to the system, not to the user: AppleScript, property lists, desktop entries, folders.
+        // Texts for the system, not for the user: AppleScript, property lists, desktop entries, folders.
         "Fenwhirl/Platform/AppleScriptText", "Fenwhirl/Platform/LoginItemText",
         "Fenwhirl/Platform/Desktop/ApplicationIcon", "Fenwhirl/Platform/Desktop/SingleInstanceMacOS",
-        // Is printed in English, for scripts and terminals.
+        // Printed in English, for scripts and terminals.
         "Fenwhirl/Application/CommandLine",
-        // The update alert carries its own texts in every language.
+        // The update alert has its own texts in every language.
         "Fenwhirl/Updates/"};
     return std::ranges::any_of(files, [place](std::string_view file) { return place.starts_with(file); });
 }
 
-// Texts that are shown as they stand in every language.
+// Whether this text is shown unchanged in every language.
 bool staysAsItIs(const QString& text) {
     static const std::set<QString> texts = {
         QStringLiteral("Fenwhirl"),
@@ -72,11 +72,11 @@ bool staysAsItIs(const QString& text) {
         QStringLiteral("Fenwhirl-diagnostic.txt"),
         QStringLiteral(" °C"),
         QStringLiteral("°C"),
-        // The reason of an activity, seen by the system's tools only.
+        // The reason given for an activity, visible in the system's tools only.
         QStringLiteral("Fenwhirl controls the fans"),
         // The name of the guard's control group, likewise.
         QStringLiteral("Fenwhirl's guard"),
-        // The reason of a delayed sleep, likewise.
+        // The reason given for delaying sleep, likewise.
         QStringLiteral("Fenwhirl hands the fans back first"),
     };
     return texts.contains(text);
@@ -119,7 +119,7 @@ TEST(ShownTexts, AreAllAskedForOrStayAsTheyAre) {
         const bool isOfTheSystem = SystemWords::all().contains(shown.text);
         if (shown.kind == "loose" && ofTheProduct && !speaksForItself(shown.place) && !isOfTheSystem &&
             !staysAsItIs(shown.text)) {
-            // Sensors have their French names in a table of their own; SensorLabel asks for them.
+            // Sensors have their French names in a table of their own, which SensorLabel looks up.
             EXPECT_TRUE(hasRow(shown.text.trimmed()) && !shown.place.ends_with(".qml"))
                 << shown.place << ": \"" << shown.text.toStdString()
                 << "\" is shown in French in every language";
@@ -132,7 +132,7 @@ TEST(ShownTexts, OfTheTablesAreAllShownSomewhere) {
     for (const Shown& shown : gathered()) {
         if (!shown.place.starts_with("Fenwhirl/Localization/FrenchTexts.h") &&
             !shown.place.starts_with("Fenwhirl/Localization/Tables/")) {
-            // The words of generated sensor names are written with the blank that follows them.
+            // The words of generated sensor names are stored with the blank that follows them.
             written.insert(shown.text.trimmed());
         }
     }

@@ -1,5 +1,5 @@
-// The system's list of languages comes from the environment here; where it comes from the system settings, a
-// test could not change it.
+// These tests change the system's list of languages through the environment. They do not apply where the list
+// comes from the system settings, which a test cannot change.
 
 #include "Fenwhirl/Localization/Localizer.h"
 

@@ -62,7 +62,7 @@ TEST_P(SystemWordsInALanguage, AnswerWhatQtAndTheMenuBarAskFor) {
     }
 }
 
-// Two items with the same name, side by side in one menu, would be one too many.
+// Two items in the same menu must not have the same name.
 TEST_P(SystemWordsInALanguage, HaveDifferentNamesForDifferentThings) {
     QSet<QString> seen;
     QStringList asked = SystemWords::all();

@@ -42,7 +42,7 @@ constexpr std::array<Language, 7> languages = {{{"English", englishTexts, en},
                                                 {"Portuguese", portugueseTexts, pt},
                                                 {"Russian", russianTexts, ru}}};
 
-// The first word that follows a placeholder and is no unit; empty where there is none.
+// The first word after a placeholder that is not a unit; empty when there is none.
 QString nounBehindANumber(const QString& shown) {
     static const QRegularExpression word(QStringLiteral("%@\\s*(\\p{L}[\\p{L}/]*)"),
                                          QRegularExpression::UseUnicodePropertiesOption);
@@ -74,11 +74,11 @@ TEST(Translations, AreBuiltOnce) {
     }
 }
 
-// Behind a number stands nothing that would have to change with it: "1 sensors", "1 датчиков".
+// A number must not be followed by a noun that would have to agree with it: "1 sensors", "1 датчиков".
 TEST(Translations, PutNoNounBehindANumber) {
     for (const Language& language : languages) {
         for (const Row& row : language.rows) {
-            // What is put in is a name or a percentage.
+            // These placeholders stand for a name or a percentage.
             if (row.french == u"%@ utilise %@ du processeur." || row.french == u"Fermer %@ ?")
                 continue;
             EXPECT_EQ(nounBehindANumber(text(row.text)), QString())
@@ -91,7 +91,7 @@ TEST(Translations, PutNoNounBehindANumber) {
     EXPECT_EQ(nounBehindANumber(QStringLiteral("Sensors: %@")), QString());
 }
 
-// SensorLabel puts the key's letter there as it stands in the French name.
+// There SensorLabel inserts the key's letter as it appears in the French name.
 TEST(Translations, EndWithTheKeysLetterWhereTheFrenchNameDoes) {
     for (const Language& language : languages) {
         for (const Row& row : language.rows) {
@@ -104,7 +104,7 @@ TEST(Translations, EndWithTheKeysLetterWhereTheFrenchNameDoes) {
 }
 
 TEST(Translations, OfRussianHaveLatinLettersOnlyInNames) {
-    // A Russian text has Latin letters only in these names; a forgotten row would show at once.
+    // Latin letters may appear only in these names; a forgotten row would show up at once.
     for (const Row& row : russianTexts) {
         QString rest = text(row.text);
         for (const char16_t* const name :
