@@ -49,7 +49,7 @@ TEST(FanSetting, ModesHaveTheirStoredWordsInOrder) {
 
 TEST(FanSetting, CurveIsALineBetweenItsTemperatures) {
     EXPECT_EQ(target(curve(50, 90), 1200, 6000, 70), 3600);
-    EXPECT_EQ(target(curve(65, 95), 1000, 5000, 70), 1650); // 1666.7 to the nearest 50
+    EXPECT_EQ(target(curve(65, 95), 1000, 5000, 70), 1650); // 1666.7, rounded to the nearest 50
 }
 
 TEST(FanSetting, CurveEndsAtTheFansOwnLimits) {
@@ -62,7 +62,7 @@ TEST(FanSetting, CurveEndsAtTheFansOwnLimits) {
 }
 
 TEST(FanSetting, CurveRoundsHalvesAwayFromZero) {
-    EXPECT_EQ(target(curve(0, 100), 0, 100, 25), 50); // 25 rpm lies half-way between 0 and 50
+    EXPECT_EQ(target(curve(0, 100), 0, 100, 25), 50); // 25 rpm lies halfway between 0 and 50
     EXPECT_EQ(target(curve(0, 100), 0, 100, 24.9), 0);
     EXPECT_EQ(target(curve(0, 100), -100, 0, 75), -50); // -25
 }
@@ -114,6 +114,6 @@ TEST(FanSetting, ExtremeButFiniteSettingsStayInRange) {
     EXPECT_EQ(target(constant(1e300), 1200, 6000, 70), 6000);
     EXPECT_EQ(target(constant(-1e300), 1200, 6000, 70), 1200);
     EXPECT_EQ(target(curve(1.7e308, 90), 1200, 6000, 70), 1200);
-    EXPECT_EQ(target(curve(-1.7e308, 1.7e308), 1200, 6000, 70), 1200); // an endless span
+    EXPECT_EQ(target(curve(-1.7e308, 1.7e308), 1200, 6000, 70), 1200); // an infinite span
     EXPECT_EQ(target(curve(-1.7e308, 90), 1200, 6000, 70), 6000);
 }

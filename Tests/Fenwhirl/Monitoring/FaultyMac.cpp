@@ -30,7 +30,7 @@ FaultyMac::FaultyMac(ScriptedSMC& controller, std::mt19937& generator) : control
     if (kind == 0) {
         controller_.addUnlockableFans(count);
     } else {
-        controller_.addOlderFans(count); // with a mask,
+        controller_.addOlderFans(count); // these fans have a mask
         for (int fan = 0; kind != 1 && fan < count; ++fan) {
             controller_.setNumber(fanKey(fan, "Md"), "ui8 ", 0); // with modes beside it,
         }
@@ -107,7 +107,7 @@ std::string FaultyMac::description() const {
 
 void FaultyMac::setMood(Mood mood) {
     mood_ = mood;
-    // Who waits in vain for an answer takes the connection for lost.
+    // The transport treats an answer that never comes as a lost connection.
     controller_.diesAtRequest = mood == Mood::silent ? std::optional<std::size_t>(0) : std::nullopt;
 }
 

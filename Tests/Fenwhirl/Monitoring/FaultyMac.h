@@ -1,10 +1,11 @@
-// A machine in memory that fails as real ones do, and tells its true state.
+// A machine in memory that fails as real ones do, and reports its true state.
 //
-// Its controller is a scripted one; everything that may go wrong lies above the table, so that the table
-// always holds what the machine really does: which fans are manual, and at which targets. The helper is the
-// real code over a connection of its own, so that a refused write leaves behind what it would leave behind.
+// Its controller is a scripted one. All faults lie above the table, so the table always contains what the
+// machine really does: which fans are manual, and at which targets. The helper is the real code over a
+// connection of its own, so a refused write has the same consequences as with the real helper.
 //
-// Threads: none of its own. Faults are changed and the state is looked at while nobody asks the controller.
+// Threads: none of its own. Faults may be changed and the state inspected only while no request is in
+// progress.
 
 #pragma once
 
@@ -19,12 +20,12 @@
 
 class FaultyMac {
 public:
-    // What the controller does with requests.
+    // How the controller reacts to requests.
     enum class Mood {
         willing,
         refusesTargets, // fans become manual but keep their old target
         refusesWrites,
-        silent, // answers nothing
+        silent, // never answers
     };
 
     static constexpr const char* processorSensor = "TC0P"; // the main temperature while it is there
@@ -36,14 +37,14 @@ public:
         double maximum;
     };
 
-    // A machine of any kind, its fans automatic: none to four fans, perhaps with a gap, with a forced mask,
-    // mode keys, an unlock. The controller must be empty.
+    // A machine of a random kind with automatic fans: none to four fans, possibly with a gap in their
+    // numbers, with a mask, mode keys or an unlock. The controller must be empty.
     FaultyMac(ScriptedSMC& controller, std::mt19937& generator);
     ~FaultyMac();
     FaultyMac(const FaultyMac&) = delete;
     FaultyMac& operator=(const FaultyMac&) = delete;
 
-    // --- The truth ---
+    // --- The true state ---
     [[nodiscard]] const std::vector<Fan>& fans() const { return fans_; }
 
     [[nodiscard]] bool isManual(int fan) const;
@@ -65,27 +66,28 @@ public:
         return mood_ == Mood::willing || mood_ == Mood::refusesTargets;
     }
 
-    // Whether a speed that is sent may fail.
+    // Whether sending a speed may fail.
     [[nodiscard]] bool mayRefuseSpeeds() const;
 
-    // Whether a reader learns how many fans there are, and how fast this one turns.
+    // Whether a client can read the number of fans.
     [[nodiscard]] bool showsFanCount() const { return mood_ != Mood::silent && !hasVanished("FNum"); }
 
+    // Whether a client can read the number of fans and this fan's speed.
     [[nodiscard]] bool shows(int fan) const;
-    // The same, and its maximum.
+    // Whether it can read this fan's maximum as well.
     [[nodiscard]] bool canBeCooled(int fan) const;
 
-    // --- What happens to it ---
+    // --- Events ---
     void setCelsius(double processor, double other);
-    // Absent when the sensor cannot be read.
+    // The sensor's temperature; nothing when it cannot be read.
     [[nodiscard]] std::optional<double> celsius(const std::string& sensor) const;
-    // Another program takes a fan, or hands it back.
+    // Another program takes a fan over, or hands it back.
     void takeByHand(int fan, double rpm);
     void releaseByHand(int fan);
     // The firmware forgets manual control.
     void sleepAndWake();
 
-    // What the installed helper does with these arguments; true is success.
+    // Does what the installed helper does with these arguments; returns whether it succeeded.
     [[nodiscard]] bool runHelper(const std::vector<std::string>& arguments);
 
 private:
@@ -95,5 +97,5 @@ private:
     ScriptedSMC& controller_;
     Mood mood_ = Mood::willing;
     std::vector<Fan> fans_;
-    std::set<std::uint32_t> vanished_; // codes of keys
+    std::set<std::uint32_t> vanished_; // key codes
 };

@@ -154,8 +154,8 @@ bool MonitorHarness::waitUntil(const std::function<bool()>& condition) {
         if (deadline.hasExpired()) {
             return false;
         }
-        // Returns as soon as something has happened; the limit only serves conditions that no event
-        // announces.
+        // WaitForMoreEvents returns as soon as an event arrives. The limit only matters for conditions that
+        // no event announces.
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
     }
     return true;

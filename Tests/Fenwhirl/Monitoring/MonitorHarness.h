@@ -1,8 +1,9 @@
-// The real monitor with everything around it in the hands of the test.
+// The real monitor in an environment that the test controls completely.
 //
-// The controller is a table in memory, time stands still until the test moves it, preferences live in memory,
-// and the helper writes down its arguments and answers as it is told. Polls happen only when the test asks
-// for one, and `poll` returns when the result is published: nothing sleeps, nothing is left to chance.
+// The controller is a table in memory, time stands still until the test advances it, preferences live in
+// memory, and the helper records its arguments and returns what the test chose. Polls happen only when the
+// test asks for one, and `poll` returns when the result is published. Nothing sleeps, so the tests are
+// deterministic.
 
 #pragma once
 
@@ -22,8 +23,8 @@
 #include <utility>
 #include <vector>
 
-// A helper that drives nothing. Its answers may be changed at any time and from any thread. Held by whoever
-// has its services, because a slow task may ask it something after the monitor is gone.
+// A helper that drives nothing. Its answers may be changed at any time and from any thread. Its services
+// share ownership of it, because a slow task may still call it after the monitor is destroyed.
 class FakeHelper : public std::enable_shared_from_this<FakeHelper> {
 public:
     using Arguments = std::vector<std::string>;
@@ -35,13 +36,13 @@ public:
     std::atomic<int> versionReads = 0;
     std::atomic<int> installs = 0;
 
-    // Called inside each run, before it is answered, on the thread that runs the helper.
+    // Called inside each run, before the run returns, on the thread that runs the helper.
     std::function<void(const Arguments&)> onRun;
     std::function<void()> onVersion;
     std::function<void()> onInstall;
 
     void setVersion(std::optional<std::string> version);
-    // What was run since the last call, in order.
+    // The commands run since the last call, in order.
     [[nodiscard]] std::vector<Arguments> takeRuns();
 
     void forgetRuns() { static_cast<void>(takeRuns()); }
@@ -65,33 +66,33 @@ public:
     FakeHelper& helper = *helperOwner;
     MemoryPreferences preferences;
     std::vector<std::pair<QString, QString>> notifications;
-    std::vector<HandBack> handBacks; // as announced
+    std::vector<HandBack> handBacks; // in the order in which they were announced
     int timesHandedBack = 0;
     std::vector<bool> actsInTime;
     bool loginItemEnabled = false;
     bool loginItemWorks = true;
 
-    // Two fans of 1200 to 6000 rpm and a processor sensor at 50 °C.
+    // A controller with two fans of 1200 to 6000 rpm and a processor sensor at 50 °C.
     MonitorHarness();
     ~MonitorHarness();
 
-    // Makes the monitor; `start` also lets it open the controller and publish its first poll.
+    // `make` creates the monitor; `start` also lets it open the controller and publish its first poll.
     void make();
     void start();
-    // One poll, from the tick to the published result.
+    // Polls once, from the tick to the published result.
     void poll();
-    // Seconds pass, then a poll.
+    // Advances the clock, then polls.
     void pollAfter(double seconds);
     void advance(double seconds);
-    // The wall clock's time of that many seconds on the monitor's.
+    // The wall-clock time at which the monitor's clock shows this many seconds.
     [[nodiscard]] std::chrono::system_clock::time_point wallTime(double seconds) const;
 
-    // What the clock on the wall is ahead of the monitor's own, in seconds since the beginning of 1970.
+    // Sets how far the wall clock, in seconds since 1970, is ahead of the monitor's clock.
     void setWallClock(double secondsAhead) { secondsAhead_ = secondsAhead; }
 
-    [[nodiscard]] double seconds() const { return seconds_; } // on the monitor's clock
+    [[nodiscard]] double seconds() const { return seconds_; } // of the monitor's clock
 
-    void setCelsius(double celsius); // of the processor sensor
+    void setCelsius(double celsius); // sets the processor sensor
     void setFan(int index, double rpm);
     [[nodiscard]] FanSetting constant(double rpm) const;
     [[nodiscard]] FanSetting curve(double startTemp, double maxTemp, std::string sensorKey = {}) const;
@@ -102,7 +103,7 @@ public:
 
     [[nodiscard]] MonitorServices services();
 
-    // Lets the event loop run until the condition holds; false after a minute.
+    // Runs the event loop until the condition is true; returns false after a minute.
     [[nodiscard]] static bool waitUntil(const std::function<bool()>& condition);
 
 private:

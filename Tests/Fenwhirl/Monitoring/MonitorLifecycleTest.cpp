@@ -19,14 +19,14 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return !monitor().isInstalling(); }));
     }
 
-    // The report as the application gets it.
+    // Makes a report and waits for it, as the application does.
     QString report(bool withFanTest) {
         std::optional<QString> text;
         monitor().makeDiagnosticReport(withFanTest, [&](const QString& result) {
             EXPECT_TRUE(MainThread::isCurrent());
             text = result;
         });
-        EXPECT_FALSE(text.has_value()); // never before it returns
+        EXPECT_FALSE(text.has_value()); // never called before it returns
         EXPECT_TRUE(waitUntil([&] { return text.has_value(); }));
         return text.value_or(QString());
     }
@@ -144,10 +144,10 @@ TEST_F(MonitorLifecycle, NoSpeedIsSentWhileTheHelperIsBeingRemoved) {
     EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
     m.uninstallHelper();
     advance(20);
-    m.tick(); // the password is being typed
+    m.tick(); // the user is typing the password
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 3; }));
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto"}}));
-    release.set_value(); // cancelled after all
+    release.set_value(); // the user cancelled after all
     ASSERT_TRUE(waitUntil([&] { return !m.controlError().isEmpty(); }));
     m.tick();
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 4; }));
@@ -176,7 +176,7 @@ TEST_F(MonitorLifecycle, ResetOvertakesWhatWaitsAndEndsTheSpeedsOfARunningPoll) 
         released.wait();
     };
     monitor().tick();
-    ASSERT_TRUE(waitUntil([&] { return isHeldUp.load(); })); // in the first fan's "set"
+    ASSERT_TRUE(waitUntil([&] { return isHeldUp.load(); })); // held up in the first fan's "set"
     monitor().tick();
     monitor().resetToAutomatic();
     QSignalSpy polled(&monitor(), &Monitor::polled);
@@ -198,7 +198,7 @@ TEST_F(MonitorLifecycle, HeatProtectionGoesOnWhileTheHelperIsBeingRemoved) {
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 1; }));
     m.uninstallHelper();
     setCelsius(91);
-    m.tick(); // the password is being typed
+    m.tick(); // the user is typing the password
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto"}, {"set", "0", "6000"}, {"set", "1", "6000"}}));
     setCelsius(92);
@@ -238,7 +238,7 @@ TEST_F(MonitorLifecycle, ResetThatTheHelperRefusesIsNotReported) {
     helper.succeeds = false;
     start();
     monitor().resetToAutomatic();
-    poll(); // its results come after those of the reset
+    poll(); // its results arrive after those of the reset
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto"}}));
     EXPECT_TRUE(monitor().controlError().isEmpty());
 }
@@ -328,7 +328,7 @@ TEST_F(MonitorLifecycle, ReportAfterTheMonitorIsGoneIsDropped) {
         opened.get_future().wait();
     }
     release.set_value();
-    poll(); // the event loop of the other monitor runs
+    poll(); // runs the event loop, which the other monitor shares
     EXPECT_FALSE(completed);
 }
 
@@ -351,7 +351,7 @@ TEST_F(MonitorLifecycle, AnyInterleavingOfClicksEndsInOneState) {
         return (removals += helper.takeAdministratorCommands().size()) == static_cast<std::size_t>(clicks);
     }));
     helper.installed = true;
-    // The last removal may still be about to say what it saw before; the polls after it see the truth.
+    // The last removal may still publish what it saw earlier; later polls see the current state.
     EXPECT_TRUE(waitUntil([&] {
         monitor().tick();
         return monitor().helperInstalled();

@@ -42,14 +42,14 @@ TEST_F(MonitorPolling, WithoutAControllerThereIsNoPolling) {
     ASSERT_TRUE(waitUntil([&] { return changed.count() == 1; }));
     EXPECT_FALSE(monitor().smcAvailable());
     monitor().tick();
-    monitor().restoreAutomaticBlocking(); // lets the queue run dry
+    monitor().restoreAutomaticBlocking(); // waits until the queue is empty
     EXPECT_EQ(polled.count(), 0);
     EXPECT_EQ(monitor().menuText(), QStringLiteral("Fenwhirl"));
 }
 
 TEST_F(MonitorPolling, PollsEveryTwoSecondsAndNeverWithoutAController) {
     using Clock = std::chrono::steady_clock;
-    // Each tick asks whether the helper is installed, and so does the constructor.
+    // Each tick checks whether the helper is installed, and so does the constructor.
     std::vector<Clock::time_point> asked;
     MonitorServices timed = services();
     timed.runsOwnTimer = true;
@@ -71,7 +71,7 @@ TEST_F(MonitorPolling, PollsEveryTwoSecondsAndNeverWithoutAController) {
     ASSERT_TRUE(waitUntil([&] { return asked.size() >= 4; }));
     const auto twoIntervals = asked[3] - asked[1];
     EXPECT_GT(twoIntervals, std::chrono::milliseconds(3700));
-    EXPECT_LT(twoIntervals, std::chrono::milliseconds(5500)); // a busy computer may be late
+    EXPECT_LT(twoIntervals, std::chrono::milliseconds(5500)); // allows for delays on a busy computer
     EXPECT_EQ(askedWithoutController, 1);
 }
 
@@ -110,7 +110,7 @@ TEST_F(MonitorPolling, OnlyChangesAreAnnounced) {
     poll();
     EXPECT_EQ(
         fans.count() + sensors.count() + primary.count() + helperInstalled.count() + needsHelper.count(), 0);
-    EXPECT_TRUE(monitor().controlError().isEmpty()); // a value that stays the same is no fault
+    EXPECT_TRUE(monitor().controlError().isEmpty()); // setting an unchanged value is no error
     setFan(0, 2100);
     poll();
     EXPECT_EQ(fans.count(), 1);
@@ -133,7 +133,7 @@ TEST_F(MonitorPolling, APollThatWaitedTakesTheNewestSettings) {
     monitor().setSetting(0, constant(2000));
     monitor().tick(); // held up in its helper run
     ASSERT_TRUE(waitUntil([&] { return isHeldUp.load(); }));
-    monitor().tick(); // waits behind it
+    monitor().tick(); // waits behind the first
     monitor().setSetting(0, constant(4000));
     release.set_value();
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
@@ -159,7 +159,7 @@ TEST_F(MonitorPolling, HistoryHasNoEntryForAPollWithoutTemperature) {
     EXPECT_EQ(monitor().primaryCelsius(), std::nullopt);
 }
 
-// In seconds: a time itself cannot be printed everywhere.
+// In seconds, because a time point cannot be printed on every platform.
 static QList<double> since1970(const QList<std::chrono::system_clock::time_point>& times) {
     QList<double> seconds;
     for (const auto time : times)
@@ -184,7 +184,7 @@ TEST_F(MonitorPolling, AnInterruptedHistoryKeepsTheTimesOnBothSidesOfTheGap) {
     start();
     smc.remove("TC0P");
     for (int i = 0; i < 30; ++i)
-        pollAfter(2); // a minute without a temperature leaves no sample
+        pollAfter(2); // a minute without a temperature adds no samples
     setCelsius(60);
     pollAfter(2);
     EXPECT_EQ(monitor().history(), (QList<double>{50, 60}));
@@ -239,7 +239,7 @@ TEST_F(MonitorPolling, PublishesTheSpeedThatAFanWasReallyAskedFor) {
     const auto requested = [this] { return monitor().fans()[0].requestedRPM; };
     EXPECT_EQ(requested(), std::nullopt);
     monitor().setSetting(0, constant(2000));
-    EXPECT_EQ(requested(), std::nullopt); // nothing was sent yet
+    EXPECT_EQ(requested(), std::nullopt); // nothing has been sent yet
     poll();
     EXPECT_EQ(requested(), 2000);
     monitor().setSetting(0, constant(2080)); // too small a change to be sent at once
@@ -336,7 +336,7 @@ TEST_F(MonitorPolling, HeatProtectionGoesThroughItsWholeCourse) {
     EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "6000"}, {"set", "1", "6000"}}));
     setCelsius(86);
     pollAfter(2);
-    EXPECT_EQ(helper.takeRuns(), Runs()); // stays at its maximum, sent a moment ago
+    EXPECT_EQ(helper.takeRuns(), Runs()); // stays at the maximum that was sent a moment ago
     EXPECT_TRUE(monitor().needsHelper());
     setCelsius(84.9);
     pollAfter(2);
@@ -437,7 +437,7 @@ TEST_F(MonitorPolling, FreshStartHandsBackWhatAnEarlierProcessLeftManual) {
 
 TEST_F(MonitorPolling, HandBackThatTheMachineDoesNotBearOutIsRepeated) {
     smc.setNumber("FS! ", "ui16", 2);
-    start(); // the helper says that it succeeded
+    start(); // the helper reports success
     pollAfter(9.5);
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "1"}}));
     pollAfter(0.5);
@@ -469,7 +469,7 @@ TEST_F(MonitorPolling, DeadControllerStaysDeadAndItsFansAreHandedBack) {
     pollLater(20);
     pollLater(20);
     EXPECT_TRUE(m.fans().isEmpty());
-    // Which works all the same: each helper opens a connection of its own.
+    // These hand-backs work, because each helper run opens a connection of its own.
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}}));
     EXPECT_EQ(connections, 1);
     m.restoreAutomaticBlocking();
@@ -523,19 +523,19 @@ TEST_F(MonitorPolling, HelperOfAnotherVersionIsOutdated) {
     EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
     helper.installed = false;
     monitor().tick();
-    EXPECT_FALSE(monitor().helperOutdated()); // at once: nothing has to be asked for that
+    EXPECT_FALSE(monitor().helperOutdated()); // known at once, without asking the helper
 }
 
 TEST_F(MonitorPolling, HangingVersionHoldsUpNeitherWindowNorReadings) {
     std::promise<void> release;
     helper.onVersion = [&, released = release.get_future().share()] { released.wait(); };
-    start(); // publishes its poll although the version never comes
+    start(); // publishes its poll although the version never arrives
     setFan(0, 2500);
     poll();
     EXPECT_EQ(monitor().fans()[0].rpm, 2500);
     ASSERT_TRUE(waitUntil([&] { return helper.versionReads == 1; }));
     poll();
-    EXPECT_EQ(helper.versionReads, 1); // still the first
+    EXPECT_EQ(helper.versionReads, 1); // still the first read
     helper.setVersion("2");
     release.set_value();
     EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
@@ -613,7 +613,7 @@ TEST_F(MonitorPolling, WakingFromSleepSendsAgainInTheFirstPoll) {
     monitor().setSetting(0, constant(2000));
     poll();
     helper.forgetRuns();
-    pollAfter(3600); // the clock counts the sleep
+    pollAfter(3600); // the clock continues during sleep
     EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
     EXPECT_EQ(monitor().history(), (QList<double>{50, 50, 50})); // without a gap
 }

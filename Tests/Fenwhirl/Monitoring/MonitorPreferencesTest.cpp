@@ -12,7 +12,7 @@ class MonitorPreferences : public testing::Test, protected MonitorHarness {
 protected:
     ~MonitorPreferences() override { Localizer::setLanguage(AppLanguage::automatic); }
 
-    // As it is stored, type and all.
+    // The stored value, including its type.
     [[nodiscard]] std::optional<PreferenceValue> stored(const char* key) const {
         const auto entry = preferences.values.find(QLatin1String(key));
         return entry == preferences.values.end() ? std::nullopt : std::optional(entry->second);
@@ -139,7 +139,7 @@ TEST_F(MonitorPreferences, ThresholdsAndTheAlertSwitchAreReadFromAnyStoredType) 
     EXPECT_EQ(monitor().hotThreshold(), 0);
     EXPECT_EQ(monitor().alertThreshold(), 1);
     EXPECT_FALSE(monitor().alertsEnabled());
-    // And are from then on what they were read as.
+    // From then on they have the type in which they were read.
     EXPECT_EQ(stored("warmThreshold"), PreferenceValue(70.0));
     EXPECT_EQ(stored("hotThreshold"), PreferenceValue(0.0));
     EXPECT_EQ(stored("alertThreshold"), PreferenceValue(1.0));
@@ -231,7 +231,7 @@ TEST_F(MonitorPreferences, PresetActsAtTheNextPollThatNeedsIt) {
     poll();
     EXPECT_EQ(helper.takeRuns(),
               (std::vector<FakeHelper::Arguments>{{"set", "0", "3600"}, {"set", "1", "3600"}}));
-    setCelsius(60.5); // 30 rpm more: not worth a run
+    setCelsius(60.5); // 30 rpm more, which is not worth a command
     pollAfter(2);
     EXPECT_TRUE(helper.takeRuns().empty());
 }

@@ -18,7 +18,7 @@ using Scope = HandBack::Scope;
 
 class MonitorQuit : public testing::Test, protected MonitorHarness {};
 
-// The state that fans 0 and 1 end in after these runs, "auto" or a speed.
+// The final state of fans 0 and 1 after these runs: "auto" or a speed.
 std::map<std::string, std::string> endState(const Runs& runs) {
     std::map<std::string, std::string> state = {{"0", "auto"}, {"1", "auto"}};
     for (const auto& run : runs) {
@@ -134,7 +134,7 @@ TEST_F(MonitorQuit, FansOfAPollThatIsNotPublishedYetAreHandedBack) {
     preferences.setData(
         QStringLiteral("settings"),
         R"({"0":{"mode":"constant","constantRPM":2000,"sensorKey":"","startTemp":1,"maxTemp":2}})");
-    setCelsius(91); // the protection drives both fans in the first poll
+    setCelsius(91); // heat protection drives both fans in the first poll
     make();
     std::atomic<bool> driven = false;
     std::promise<void> release;
@@ -156,7 +156,7 @@ TEST_F(MonitorQuit, PublishedFansThatTheLastPollDidNotReadAreHandedBackToo) {
     preferences.setData(
         QStringLiteral("settings"),
         R"({"0":{"mode":"sensor","constantRPM":2000,"sensorKey":"","startTemp":40,"maxTemp":80}})");
-    setCelsius(91); // the protection drives both fans
+    setCelsius(91); // heat protection drives both fans
     start();
     EXPECT_EQ(helper.takeRuns().size(), 2U);
     std::promise<void> running;
@@ -173,7 +173,7 @@ TEST_F(MonitorQuit, PublishedFansThatTheLastPollDidNotReadAreHandedBackToo) {
     running.get_future().wait();
     auto releaseLater = std::async(std::launch::async, [&] { release.set_value(); });
     monitor().restoreAutomaticBlocking();
-    const Runs runs = helper.takeRuns(); // the poll may have handed the second fan back already
+    const Runs runs = helper.takeRuns(); // the poll may already have handed the second fan back
     ASSERT_GE(runs.size(), 3U);
     EXPECT_EQ(runs.front(), (FakeHelper::Arguments{"set", "0", "6000"}));
     EXPECT_EQ(Runs(runs.end() - 2, runs.end()), (Runs{{"auto", "0"}, {"auto", "1"}}));
@@ -226,7 +226,7 @@ TEST_F(MonitorQuit, PollThatNeverEndsHoldsUpNothingForEver) {
     hanging.get_future().wait();
     m->restoreAutomaticBlocking();
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}, {"auto", "1"}}));
-    m.reset(); // returns although its queue cannot
+    m.reset(); // returns although its queue cannot finish
     release.set_value();
     ASSERT_TRUE(waitUntil([&] { return !helper.takeRuns().empty(); }));
 }
@@ -252,7 +252,7 @@ TEST_F(MonitorQuit, ASpeedThatIsRefusedAtTheEndIsHandedBack) {
 }
 
 TEST_F(MonitorQuit, AConstantFanThatHeatProtectionDrivesIsHandedBack) {
-    for (const double rpm : {2500.0, 6000.0}) { // also when it runs at the very speed that was chosen
+    for (const double rpm : {2500.0, 6000.0}) { // also when it runs at exactly the chosen speed
         setCelsius(50);
         start();
         monitor().setSetting(0, constant(rpm));
@@ -275,7 +275,7 @@ TEST_F(MonitorQuit, AFanOfOursThatNobodyCanReadAnyMoreIsHandedBack) {
         poll();
         smc.remove(lost);
         poll();
-        monitor().setSetting(1, constant(4000)); // so that it does not run as chosen
+        monitor().setSetting(1, constant(4000)); // its speed differs from the chosen one
         helper.forgetRuns();
         monitor().restoreAutomaticBlocking();
         EXPECT_EQ(helper.takeRuns().back(), (FakeHelper::Arguments{"auto", "1"})) << lost;
@@ -298,7 +298,7 @@ TEST_F(MonitorQuit, WhatIsRefusedIsTriedAgainAndThenLeftToTheGuard) {
 }
 
 TEST_F(MonitorQuit, AFanIsAnnouncedBeforeItsFirstCommandRuns) {
-    setCelsius(91); // the protection drives automatic fans in the first poll
+    setCelsius(91); // heat protection drives automatic fans in the first poll
     std::vector<HandBack> atCommands;
     helper.onRun = [&](const auto&) { atCommands.push_back(handBacks.back()); };
     start();

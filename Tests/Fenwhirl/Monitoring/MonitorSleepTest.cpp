@@ -11,7 +11,7 @@ using Scope = HandBack::Scope;
 
 class MonitorSleep : public testing::Test, public MonitorHarness {
 protected:
-    // Two fans at a constant speed and along a curve, which a poll has sent their speeds.
+    // Sets one fan to a constant speed and the other to a curve, and polls, which sends both speeds.
     void driveBoth() {
         start();
         monitor().setSetting(0, constant(2000));

@@ -1,6 +1,6 @@
-// Simulated days: the real monitor polls every two seconds of them, while temperatures wander, sensors and
-// fans come and go, the helper fails now and then, the computer sleeps and the user changes settings. A
-// second opinion says at every poll what the helper must have been told.
+// Simulated days: the real monitor polls every two seconds while temperatures drift, sensors and fans come
+// and go, the helper occasionally fails, the computer sleeps and the user changes settings. At every poll the
+// model states independently which commands the helper must have received.
 
 #include "Fenwhirl/Monitoring/PollModel.h"
 #include "MonitorHarness.h"
@@ -45,7 +45,7 @@ protected:
         advance(oneIn(3000) ? 3600 : 2); // asleep for an hour, or just the next poll
     }
 
-    // What the model is asked: the readings that this poll published, and everything else as it was.
+    // The model's input: the readings that this poll published, and the current settings.
     [[nodiscard]] PollCircumstances circumstances(double nowSeconds) {
         PollCircumstances c;
         for (const FanState& fan : monitor().fans()) {

@@ -16,7 +16,7 @@ FanSetting constant(double rpm) {
     return {FanModeKind::constant, rpm, {}, 50, 90};
 }
 
-// One poll of two fans at a temperature, or without one.
+// Decides one poll of two fans at this temperature, or without a temperature.
 PollDecision decideAt(std::optional<double> celsius, const FanSettings& settings = {},
                       bool wasBoosting = false, bool protect = true, double protectAt = 90) {
     const std::vector<FanReading> fans = {fan0, fan1};
@@ -66,7 +66,7 @@ TEST(PollDecision, EmergencyBeginsAtExactly92AndHandsEveryFanBack) {
         const auto decision = decideAt(celsius, settings, true);
         EXPECT_EQ(decision.wishes, (std::vector<FanWish>{automatic(0), automatic(1)})) << celsius;
         EXPECT_FALSE(decision.wantsManualControl);
-        EXPECT_TRUE(decision.boosting); // and the protection goes on when the emergency ends
+        EXPECT_TRUE(decision.boosting); // protection continues when the emergency ends
     }
     EXPECT_TRUE(decideAt(91.999, settings).wantsManualControl);
 }

@@ -1,11 +1,11 @@
-// One random life of the poll decisions beside the model; shared by the test and the fuzz target.
+// Runs the poll decisions and the model through the same random life. Shared by the test and the fuzz target.
 
 #pragma once
 
 #include "Fenwhirl/Monitoring/PollDecision.h"
 #include "Fenwhirl/Monitoring/PollModel.h"
 
-// Does what a poll does with the real decisions.
+// Does what a poll does, with the real decisions.
 class DecidedPoll {
 public:
     PollModel::Outcome poll(const PollCircumstances& c) {
@@ -40,7 +40,7 @@ private:
     bool boosting_ = false;
 };
 
-// Whether both opinions agree, and no poll breaks a safety rule, from the first poll to the last.
+// Whether decisions and model agree at every poll, and no poll breaks a safety rule.
 inline bool agreesWithModel(ByteSource source, std::size_t polls) {
     PollCircumstances circumstances;
     PollModel model;

@@ -1,9 +1,9 @@
-// A second, deliberately simple opinion on what a poll must do, for comparing with the real decisions over
+// An independent, deliberately simple model of what a poll must do, to compare with the real decisions over
 // long random lives.
 //
-// Written from the rules as one long function over one record for each fan, with none of the real code; and a
-// source of random machines that serves both tests and fuzzing. Both sides get the same readings, settings,
-// clock and helper results.
+// It is written from the rules as one long function over one record per fan, and shares no code with the
+// decisions. The file also has a source of random machines for both tests and fuzzing. Model and decisions
+// get the same readings, settings, clock and helper results.
 
 #pragma once
 
@@ -20,7 +20,7 @@
 #include <string>
 #include <vector>
 
-// Numbers drawn from bytes; an exhausted source gives zeros.
+// Draws numbers from bytes. An exhausted source yields zeros.
 class ByteSource {
 public:
     explicit ByteSource(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
@@ -36,7 +36,7 @@ private:
     std::size_t position_ = 0;
 };
 
-// One poll's worth of circumstances.
+// The input of one poll.
 struct PollCircumstances {
     std::vector<FanReading> fans;
     std::vector<TemperatureReading> temperatures;
@@ -133,8 +133,8 @@ private:
         bool wasRefusedToGoBack = false;
     };
 
-    // A fan that was driven goes back; refused, it is sent again after 10 seconds, or at once where no fan
-    // may be driven.
+    // Hands a driven fan back. A refused hand-back is repeated after 10 seconds, or at every poll while no
+    // fan may be driven.
     static void giveBack(Outcome& outcome, const PollCircumstances& c, int index, Fan& known,
                          bool forbidden) {
         const bool isDue = known.isManual ||
@@ -199,7 +199,8 @@ private:
     bool boosting_ = false;
 };
 
-// The next poll of a random life: mostly small steps from the one before, now and then something odd.
+// Derives the next poll of a random life: mostly small steps from the previous one, occasionally something
+// odd.
 inline void nextCircumstances(PollCircumstances& c, ByteSource& source) {
     static constexpr double oddSpeeds[] = {std::numeric_limits<double>::quiet_NaN(),
                                            std::numeric_limits<double>::infinity(),
@@ -219,7 +220,7 @@ inline void nextCircumstances(PollCircumstances& c, ByteSource& source) {
         c.fans.clear();
         for (int index = 0, count = source.byte() % 5; index < count; ++index) {
             if (source.oneIn(4)) {
-                continue; // a gap
+                continue; // leaves a gap
             }
             const double minRPM = speed(source.byte() * 10.0);
             c.fans.push_back({index, 2000, minRPM, speed(source.byte() * 30.0), 2000});

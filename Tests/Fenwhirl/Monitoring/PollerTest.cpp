@@ -8,13 +8,13 @@ namespace {
 
 using Commands = std::vector<HelperCommand>;
 
-// A poller over two fans and a processor sensor at 60 °C, with a clock and a helper of the test's own.
+// A poller over two fans and a processor sensor at 60 °C. The test controls the clock and the helper.
 class PollerTest : public testing::Test {
 protected:
     ScriptedSMC smc;
     const std::shared_ptr<std::atomic<bool>> stop = std::make_shared<std::atomic<bool>>(false);
     std::chrono::duration<double> now{1000};
-    std::chrono::duration<double> runTime{0}; // how long each helper run takes
+    std::chrono::duration<double> runTime{0}; // duration of each helper run
     Commands commands;
     std::function<bool(const HelperCommand&)> answer = [](const auto&) { return true; };
     PollRequest request{.settings = std::make_shared<const FanSettings>(),
@@ -47,7 +47,7 @@ protected:
         request.settings = std::make_shared<const FanSettings>(settings);
     }
 
-    // Asks the poller to stop as soon as it asks the controller for this key.
+    // Tells the poller to stop as soon as it requests this key.
     void stopAtRequestFor(std::string_view key) {
         smc.hook = [this,
                     code = SMC::fourCC(key)](const SMCParam& asked) -> std::optional<ScriptedSMC::Reply> {
@@ -82,7 +82,7 @@ TEST_F(PollerTest, TenSecondsCountFromTheEndOfARun) {
     pin(0, 2000);
     runTime = std::chrono::seconds(4);
     (void)poll();
-    now += std::chrono::seconds(8); // twelve after the run began
+    now += std::chrono::seconds(8); // twelve seconds after the run began
     (void)poll();
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}}));
     now += std::chrono::milliseconds(2001);
@@ -181,11 +181,11 @@ TEST_F(PollerTest, ARefusedHandBackIsRepeatedUntilItSucceeds) {
     answer = [](const HelperCommand&) { return false; };
     smc.setNumber("TC0P", "sp78", 92);
     (void)poll();
-    (void)poll(); // at every poll while manual control is forbidden
+    (void)poll(); // repeated at every poll while manual control is forbidden
     EXPECT_EQ(commands, (Commands{{"auto", "0"}, {"auto", "0"}}));
     request.settings = std::make_shared<const FanSettings>();
     smc.setNumber("TC0P", "sp78", 60);
-    (void)poll(); // else ten seconds later
+    (void)poll(); // otherwise repeated ten seconds later
     now += std::chrono::milliseconds(9999);
     (void)poll();
     EXPECT_EQ(commands.size(), 2U);
@@ -248,7 +248,7 @@ TEST_F(PollerTest, BehindAnotherSessionItOnlyGivesBackWhatIsItsOwn) {
     EXPECT_FALSE(poll()->wantsManualControl);
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}}));
     request.isInFront = true;
-    (void)poll(); // the other one has left the second fan behind
+    (void)poll(); // the other session has left the second fan manual
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}, {"set", "0", "2000"}, {"auto", "1"}}));
 }
 

@@ -1,13 +1,14 @@
-// Random lives of the real monitor on machines that fail, judged by the promises alone:
+// Random lives of the real monitor on failing machines, checked only against the promises that the program
+// makes:
 //
-//  - From 92 °C on, and without a temperature, no fan is manual.
-//  - When the program has ended or does not go on, only fans at their own constant speed are manual.
-//  - With heat alerts on and the threshold reached, every fan is at its maximum or with the firmware.
-//  - Below all that and undisturbed, the fans do what the user set.
+// - From 92 °C on, and without a temperature, no fan is manual.
+// - After the program has ended or has stopped responding, only fans at their own constant speed are manual.
+// - With heat alerts on and the threshold reached, every fan is at its maximum or automatic.
+// - In all other situations, when nothing is disturbed, the fans do what the user set.
 //
-// Nothing here knows what the monitor sends, or when: the machine's own state is looked at after every step,
-// and each promise has the time that it needs to be kept. Those who read a failure find the seed, the step,
-// and what happened before.
+// Nothing here knows what the monitor sends, or when. The machine's own state is checked after every step,
+// and each promise is allowed the time that it takes to be fulfilled. A failure message gives the seed, the
+// step, and the events that led to it.
 
 #include "FaultyMac.h"
 #include "MonitorHarness.h"
@@ -30,11 +31,11 @@ constexpr double emergencyCelsius = 92;
 constexpr double reactionSeconds = 6;
 constexpr double endSeconds = 20;
 constexpr double watchdogSeconds = 10;
-constexpr double repetitionSeconds = 12; // a speed that was refused is sent again after that
+constexpr double repetitionSeconds = 12; // a refused speed is sent again after this time
 constexpr double restSeconds = 24;
-constexpr double mostLagRPM = 100; // smaller changes of a speed may wait for some seconds
+constexpr double mostLagRPM = 100; // smaller changes of speed may be delayed by some seconds
 
-// What may go wrong in a life, beside heat and the user's changes of mind.
+// What may go wrong in a life, besides heat and changes of the user's settings.
 struct Troubles {
     bool refusals = false;
     bool vanishingKeys = false;
@@ -42,7 +43,7 @@ struct Troubles {
     bool ends = false; // quits, kills, stops, restarts
 };
 
-// Since when something has been true without a break.
+// Tracks since when a condition has been true without interruption.
 class Since {
 public:
     void update(bool isTrue, double now) {
@@ -61,8 +62,8 @@ private:
     std::optional<double> begin_;
 };
 
-// The process that hands the fans back when the application cannot: what was announced last, until it
-// succeeds.
+// Simulates the process that hands the fans back when the application cannot: it acts on the last
+// announcement and repeats failed hand-backs until they succeed.
 class Guard {
 public:
     explicit Guard(const HandBack& order, bool withPinned = false)
@@ -87,7 +88,7 @@ private:
     std::set<int> left_;
 };
 
-// One machine, its user, and whatever happens to them.
+// One machine, its user, and everything that happens to them.
 class RandomLife {
 public:
     RandomLife(unsigned seed, Troubles troubles)
@@ -103,7 +104,7 @@ public:
     RandomLife(const RandomLife&) = delete;
     RandomLife& operator=(const RandomLife&) = delete;
 
-    // Lives on for so many steps; what was broken, or nothing.
+    // Continues for this many steps. Returns the broken promise, or nothing.
     std::optional<std::string> live(int steps) {
         for (int i = 0; i < steps; ++i) {
             step();
@@ -118,7 +119,7 @@ public:
         return std::nullopt;
     }
 
-    // How often each promise was asked for.
+    // How often each promise was checked.
     struct Judged {
         int emergencies = 0;
         int ends = 0;
@@ -127,7 +128,7 @@ public:
     } judged;
 
 private:
-    // --- Chance ---
+    // --- Random numbers ---
 
     [[nodiscard]] int below(int count) {
         return static_cast<int>(generator_() % static_cast<unsigned>(count));
@@ -143,7 +144,7 @@ private:
         return controller;
     }
 
-    // --- What is written down for the reader of a failure ---
+    // --- The log for a failure message ---
 
     static std::string text(double number) { return QString::number(number).toStdString(); }
 
@@ -179,9 +180,9 @@ private:
     // --- The process ---
 
     struct Process {
-        HandBack announced; // under the mutex
+        HandBack announced; // guarded by the mutex
         bool isGuardDismissed = false;
-        bool isDead = false; // has been killed, though its thread does not know yet
+        bool isDead = false; // has been killed, although its thread does not know it yet
         int runsUntilDeath = -1;
         bool diesBeforeTheRun = false;
         bool isQuitting = false;
@@ -222,7 +223,7 @@ private:
             return false;
         }
         if (process.isQuitting) {
-            seconds_ = seconds_ + 0.5; // or whoever tries again for some time would do it for ever
+            seconds_ = seconds_ + 0.5; // time must pass, or timed retries would never end
         }
         const bool succeeded = mac_.runHelper(arguments);
         std::string line = "helper";
@@ -254,13 +255,13 @@ private:
         sensors_.clear();
         for (const char* key : {FaultyMac::processorSensor, FaultyMac::otherSensor}) {
             if (mac_.celsius(key)) {
-                sensors_.emplace_back(key); // a sensor that is not there at the start is not looked for later
+                sensors_.emplace_back(key); // a sensor that is missing at the start is never looked for
             }
         }
         ofStrangers_.clear();
         for (const FaultyMac::Fan& fan : mac_.fans()) {
             if (mac_.isManual(fan.index) && !mac_.showsFanCount()) {
-                ofStrangers_.insert(fan.index); // nobody can know of it
+                ofStrangers_.insert(fan.index); // the program cannot know about it
             }
         }
         hasReadFans_ = false;
@@ -280,7 +281,7 @@ private:
         polledOnce();
     }
 
-    // Around one of the next commands to the helper.
+    // Arranges for the process to die before or after one of its next helper commands.
     void dieDuringAPoll() {
         const std::lock_guard lock(process_->mutex);
         process_->runsUntilDeath = below(3);
@@ -316,7 +317,7 @@ private:
 
     void endProcess() { monitor_.reset(); }
 
-    // After a kill; `guarded` when its guard is still there.
+    // Simulates a kill. `guarded`: its guard survives.
     void die(bool guarded) {
         HandBack announced;
         {
@@ -359,7 +360,7 @@ private:
 
     [[nodiscard]] bool isRunning() const { return monitor_ && !isStopped_; }
 
-    // --- What happens ---
+    // --- Events ---
 
     void disturbed() {
         calm_.restart();
@@ -476,7 +477,7 @@ private:
         note("sleeps for an hour");
         mac_.sleepAndWake();
         seconds_ = seconds_ + 3600;
-        polledAt_ = polledAt_ + 3600; // silence is counted in running time
+        polledAt_ = polledAt_ + 3600; // the watchdog does not count the sleep as silence
         disturbed();
     }
 
@@ -508,7 +509,8 @@ private:
         calm_.restart();
     }
 
-    // Another program: while Fenwhirl is not there, nobody promises anything about what it does.
+    // Acts as another program, which takes a fan over or hands one back. Only while Fenwhirl runs: otherwise
+    // no promise covers it.
     void actAsStranger() {
         if (!isRunning() || mac_.fans().empty()) {
             return;
@@ -565,7 +567,7 @@ private:
             if (guard.isDone()) {
                 note("a guard has succeeded");
             }
-            if (monitor_) { // of an earlier life
+            if (monitor_) { // a guard of an earlier process
                 strangerAt_ = now();
                 calm_.restart();
             }
@@ -646,7 +648,7 @@ private:
         return std::nullopt;
     }
 
-    // Whether the last process could know of a fan that somebody made manual.
+    // Whether the last process could know that the fan had been made manual.
     [[nodiscard]] bool isKnown(int fan) const {
         if (ofStrangers_.contains(fan)) {
             return lastShown_.contains(fan) && modeOf(fan) != FanModeKind::constant;
@@ -684,7 +686,7 @@ private:
         const double span = std::max(1.0, setting.maxTemp - setting.startTemp);
         const double part = std::clamp((celsius - setting.startTemp) / span, 0.0, 1.0);
         const double rpm = fan.minimum + part * (fan.maximum - fan.minimum);
-        constexpr double halfStepRPM = 25; // of a curve
+        constexpr double halfStepRPM = 25; // half of the rounding step of a curve
         return mac_.isManual(fan.index) && std::abs(mac_.target(fan.index) - rpm) <= mostLagRPM + halfStepRPM;
     }
 
@@ -695,14 +697,14 @@ private:
     std::atomic<double> seconds_ = 1000;
 
     std::shared_ptr<Process> process_;
-    std::unique_ptr<Monitor> monitor_; // none while the process is gone
+    std::unique_ptr<Monitor> monitor_; // null while no process runs
     bool isStopped_ = false;
-    bool isWatched_ = true;            // there was a guard when the process ended
-    std::vector<Guard> guards_;        // of processes that are gone
-    std::optional<Guard> watchdog_;    // at work because the process does not go on
-    std::vector<std::string> sensors_; // that the process found when it started, the most important first
-    bool hasReadFans_ = false;         // this process, in a poll that came to its end
-    std::set<int> lastShown_;          // the fans that could be read in its last poll
+    bool isWatched_ = true;            // whether a guard survived the process
+    std::vector<Guard> guards_;        // guards of ended processes
+    std::optional<Guard> watchdog_;    // active while the process does not respond
+    std::vector<std::string> sensors_; // found when the process started, most important first
+    bool hasReadFans_ = false;         // this process, in a completed poll
+    std::set<int> lastShown_;          // fans that were readable in its last poll
     double polledAt_ = 0;
 
     FanSettings settings_;
@@ -714,7 +716,7 @@ private:
     double celsius_ = 50;
     double drift_ = 0;
 
-    std::set<int> ofStrangers_; // made manual by somebody else, and not sent anything since
+    std::set<int> ofStrangers_; // made manual by another program, with no command from us since
     std::atomic<double> refusedAt_ = 0;
     double strangerAt_ = 0;
     Since emergency_;
@@ -740,7 +742,7 @@ protected:
             judged.protections += life.judged.protections;
             judged.calm += life.judged.calm;
         }
-        // A promise that is hardly ever asked for proves nothing.
+        // A promise that is rarely checked proves nothing.
         EXPECT_GT(judged.emergencies, 100);
         EXPECT_GT(judged.protections, 100);
         EXPECT_GT(judged.calm, 100);

@@ -10,7 +10,7 @@ namespace {
 
 class Sensor {
 public:
-    // What the record says of one sensor after it read that at that second.
+    // Records one reading of one sensor at this second, and returns the range on record.
     std::pair<double, double> read(double celsius, double second) {
         QList<SensorState> sensors = {{QStringLiteral("TC0P"), celsius}};
         record_.add(sensors, std::chrono::duration<double>(second));
@@ -48,7 +48,7 @@ TEST(SensorRecord, ForgetsAfterTenMinutesAndAtMostHalfAMinuteMore) {
 TEST(SensorRecord, KeepsAPeakWhoseHalfMinuteWasLongPassedOver) {
     Sensor sensor;
     sensor.read(80, 1000);
-    EXPECT_EQ(sensor.read(50, 1590), Range(50, 80)); // one pause, shorter than ten minutes
+    EXPECT_EQ(sensor.read(50, 1590), Range(50, 80)); // a single pause, shorter than ten minutes
     EXPECT_EQ(sensor.read(50, 1650), Range(50, 50));
 }
 
