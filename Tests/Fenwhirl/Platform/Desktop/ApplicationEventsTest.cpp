@@ -25,10 +25,11 @@ protected:
         ApplicationEvents::setSessionEndHandler({});
     }
 
-    // The status with which an event loop ends in which `action` happens; 77 when that did not end it.
+    // Runs an event loop in which `action` happens, and returns its exit status: 77 when the action did not
+    // end the loop.
     static int endOfLoop(const std::function<void()>& action) {
         QObject scope;
-        // Two turns later: by then it would have ended.
+        // Two turns later, an end requested by the action would have taken effect.
         QTimer::singleShot(0, &scope, [&] {
             action();
             QTimer::singleShot(0, &scope,
@@ -61,7 +62,7 @@ TEST_F(ApplicationEventsTest, AtTheEndOfTheSessionAllIsDoneBeforeTheAnswer) {
         EXPECT_TRUE(ApplicationEvents::shouldTerminateNow(logOut));
         EXPECT_EQ(sessionsEnded, 1);
     });
-    EXPECT_EQ(status, 77); // nothing that may still be under way is cut short
+    EXPECT_EQ(status, 77); // the event loop goes on, so pending work is not cut short
 }
 
 TEST_F(ApplicationEventsTest, TheSessionMayEndWhileThereIsNothingToDo) {
@@ -76,7 +77,7 @@ TEST_F(ApplicationEventsTest, AnotherWishToEndEndsTheEventLoopInOrder) {
     const int status = endOfLoop([] { EXPECT_FALSE(ApplicationEvents::shouldTerminateNow(noReason)); });
     EXPECT_EQ(status, 0);
     EXPECT_EQ(told, 1);
-    EXPECT_EQ(sessionsEnded, 0); // whoever has to do something is told by the loop's end
+    EXPECT_EQ(sessionsEnded, 0); // work that is left to do is triggered by the end of the loop
 }
 
 } // namespace

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Another program on a test's bus: has Fenwhirl's name there until its standard input ends.
+// Acts as another program on a test's bus: owns Fenwhirl's name there until its standard input ends.
 int holdName(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     QDBusConnection bus =
@@ -25,7 +25,7 @@ int holdName(int argc, char** argv) {
 
 } // namespace
 
-// Draws into memory, and talks to a session bus of its own on which nothing of the real desktop answers.
+// Draws into memory, and uses a private session bus on which nothing of the real desktop answers.
 int main(int argc, char** argv) {
     if (argc == 3 && std::string_view(argv[1]) == "--hold-name")
         return holdName(argc, argv);

@@ -36,8 +36,8 @@ namespace {
 
 constexpr int patienceMilliseconds = 30000;
 
-// Another start of the program: takes the lock when it is told to, says whether it has it, and holds it until
-// it is killed.
+// Another start of the program, in a child process. It takes the lock on request, reports whether it
+// succeeded, and keeps the lock until it is killed.
 class OtherStart {
 public:
     explicit OtherStart(const QString& folder) {
@@ -120,7 +120,7 @@ TEST(InstanceLock, EveryCallReachesTheHolder) {
     for (int i = 1; i <= 2; ++i) {
         static_cast<void>(second.callHolder());
         ASSERT_TRUE(called.count() == i || called.wait(patienceMilliseconds));
-        QCoreApplication::processEvents(); // nothing of the call is left
+        QCoreApplication::processEvents(); // leaves nothing of the call pending
         EXPECT_EQ(called.count(), i);
     }
 }
@@ -161,7 +161,7 @@ TEST(InstanceLock, AWordThatIsNoneIsNotTold) {
     EXPECT_TRUE(told.isEmpty());
 }
 
-// An older version writes a single zero.
+// An older version writes a single zero byte.
 TEST(InstanceLock, ACallOfAnOlderVersionIsHeard) {
     const QTemporaryDir folder;
     InstanceLock first(folder.path());
@@ -240,7 +240,7 @@ TEST(PrivateFolder, IsMadeWithItsParentsAndForNobodyElse) {
     struct stat status = {};
     ASSERT_EQ(stat(QFile::encodeName(path).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0700U);
-    EXPECT_EQ(privateFolder(path), path); // and found there the next time
+    EXPECT_EQ(privateFolder(path), path); // found again the next time
 }
 
 TEST(PrivateFolder, IsNoLinkAndNoFolderThatOthersMayEnter) {

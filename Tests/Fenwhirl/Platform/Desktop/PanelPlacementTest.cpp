@@ -18,7 +18,7 @@ TEST(PanelPlacement, StandsOnAnItemInTheLowerHalf) {
 TEST(PanelPlacement, StaysInsideTheScreen) {
     EXPECT_EQ(panelPosition(QRect(1270, 0, 10, 24), panel, screen).x(), 1280 - 340 - 8);
     EXPECT_EQ(panelPosition(QRect(2, 30, 10, 10), panel, screen).x(), 8);
-    // A panel that is higher than the screen shows its beginning.
+    // A panel taller than the screen shows its top.
     EXPECT_EQ(panelPosition(QRect(600, 780, 40, 20), QSize(340, 2000), screen).y(), 24 + 8);
 }
 
@@ -37,9 +37,9 @@ TEST(PanelPlacement, WorksOnASecondScreen) {
 }
 
 TEST(PanelPlacement, CountsFromTheTopWhereTheSystemCountsFromTheBottom) {
-    // A menu bar 24 high on a screen of 800: its items begin at 776.
+    // A menu bar 24 points high on a screen of 800: its items begin at 776.
     EXPECT_EQ(placeFromTop(QRectF(900, 776, 60, 24), 800), QRect(900, 0, 60, 24));
-    // The same on a screen that stands above the first one, and on one to its left whose bottom lies lower.
+    // The same on a screen above the first one, and on one to its left whose bottom is lower.
     EXPECT_EQ(placeFromTop(QRectF(100, 1676, 60, 24), 800), QRect(100, -900, 60, 24));
     EXPECT_EQ(placeFromTop(QRectF(-500, 576, 60, 24), 800), QRect(-500, 200, 60, 24));
 }

@@ -1,5 +1,5 @@
-// A session bus for this process alone, which starts no services; and connections to it for the other side.
-// While a second one lives it stands in the first one's place.
+// A session bus for this process alone that starts no services, with connections to it for the peers of the
+// code under test. While a second one exists, it takes the first one's place.
 
 #pragma once
 
@@ -15,19 +15,19 @@ class PrivateBus {
 public:
     enum class Names { free, refused };
 
-    // `names`: whether programs may have names on it.
+    // `names`: whether programs may own names on the bus.
     explicit PrivateBus(Names names = Names::free);
     ~PrivateBus();
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
-    // The bus is gone, as after a crash of its own.
+    // Ends the bus, as a crash of its daemon would.
     void kill();
 
-    // One more connection, for the code under test or for what it talks to.
+    // Opens another connection, for the code under test or for its peer.
     [[nodiscard]] static QDBusConnection connect();
 
-    // Lets the event loop run until the condition holds; false after half a minute.
+    // Runs the event loop until the condition is true; returns false after half a minute.
     [[nodiscard]] static bool waitUntil(const std::function<bool()>& condition);
 
 private:

@@ -6,7 +6,7 @@
 
 namespace {
 
-// The four-character code that stands for these letters.
+// The four-character code made of these letters.
 constexpr std::uint32_t code(std::string_view letters) {
     std::uint32_t value = 0;
     for (const char letter : letters)
@@ -30,7 +30,7 @@ TEST(QuitAnswer, OneReasonOfManyIsEnough) {
     EXPECT_EQ(quitAnswer(none), QuitAnswer::leaveTheEventLoop);
 }
 
-// The question that comes before ("really log out?"), and anything that a later system may say.
+// The question that precedes it ("really log out?"), and any reason that a later system may give.
 TEST(QuitAnswer, AnyOtherReasonIsAnOrdinaryQuit) {
     for (const char* reason : {"logo", "rsdn", "rrst", "quia", "xxxx", "SHUT"})
         EXPECT_EQ(quitAnswer(code(reason)), QuitAnswer::leaveTheEventLoop) << reason;

@@ -15,7 +15,7 @@
 
 namespace {
 
-// A portal whose dialog answers what the test wants, at once, later or never.
+// A portal whose dialog gives the answer that the test chose: at once, later or never.
 class FakeFileChooser : public QDBusVirtualObject {
 public:
     bool knowsHow = true;

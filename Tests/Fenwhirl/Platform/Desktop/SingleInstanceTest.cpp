@@ -19,8 +19,8 @@ QDBusConnection noBus() {
     return QDBusConnection(QStringLiteral("not connected"));
 }
 
-// Whether a further start in that folder and on that bus finds the first one and makes it heard. The calls
-// wait for their answers, so the other process needs a thread of its own here.
+// Whether another start in that folder and on that bus finds the first instance and raises it. Its calls
+// block until they are answered, so it needs a thread of its own here.
 bool raises(SingleInstanceLinux& first, const QString& folder, bool onBus = true) {
     QSignalSpy raised(&first, &SingleInstance::raiseRequested);
     bool isSecond = false;
@@ -88,7 +88,7 @@ TEST(SingleInstance, TheFirstIsToldOfAnActionThroughThePipeAndOverTheBus) {
         const QSignalSpy asked(&first, &SingleInstance::actionRequested);
         bool isTold = false;
         std::thread other([&] {
-            // Another folder, where the pipe is not: over the bus alone.
+            // On the bus, the second instance uses another folder, in which there is no pipe.
             SingleInstanceLinux second(onBus ? folder.path() : place.path(),
                                        onBus ? PrivateBus::connect() : noBus());
             isTold = !second.becomeFirst() && second.tellFirst(QStringLiteral("game"));
@@ -137,7 +137,7 @@ TEST(SingleInstance, OneWithAnotherFolderIsFoundOnTheBus) {
     ASSERT_TRUE(first.becomeFirst());
     EXPECT_TRUE(raises(first, other.path()));
     EXPECT_TRUE(raises(first, QString()));
-    // Whoever was not the first holds on to nothing.
+    // An instance that was not the first keeps no lock.
     SingleInstanceLinux elsewhere(other.path(), noBus());
     EXPECT_TRUE(elsewhere.becomeFirst());
 }
@@ -146,7 +146,7 @@ TEST(SingleInstance, ANameThatIsBeingGivenUpIsWaitedFor) {
     const QTemporaryDir folder;
     QDBusConnection dying = PrivateBus::connect();
     ASSERT_TRUE(dying.registerService(QStringLiteral("com.fenwhirl.app")));
-    // Not to wait for anything: the name is to be given up while it is being asked for.
+    // Not a wait for a condition: the name must be released while it is being requested.
     std::thread end([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         dying.unregisterService(QStringLiteral("com.fenwhirl.app"));
@@ -157,8 +157,8 @@ TEST(SingleInstance, ANameThatIsBeingGivenUpIsWaitedFor) {
     EXPECT_TRUE(raises(next, folder.path()));
 }
 
-// Another program that has the name, as long as it lives: a copy of this one that goes by another name, or by
-// the same one from another place.
+// Another program that owns the bus name during its lifetime: a copy of this program under another name, or
+// under the same name in another folder.
 class NameHolder {
 public:
     explicit NameHolder(const QString& program) {
@@ -192,7 +192,7 @@ TEST(SingleInstance, AStrangerWithTheNameKeepsNobodyFromRunning) {
     const QTemporaryDir folder;
     SingleInstanceLinux first(folder.path(), PrivateBus::connect());
     EXPECT_TRUE(first.becomeFirst());
-    // Further starts do not ask the stranger to show himself.
+    // Further starts do not ask the stranger to show itself.
     EXPECT_TRUE(raises(first, folder.path()));
 }
 

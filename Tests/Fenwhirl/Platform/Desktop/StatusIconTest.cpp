@@ -12,7 +12,7 @@ void drawSquare(QPainter& painter, const QRectF& bounds, const QColor& color) {
     painter.fillRect(bounds, color);
 }
 
-// Points of the icon's own colour in that part of it.
+// The number of pixels in this area that have the icon's own colour.
 int ink(const QImage& image, const QRect& place) {
     int points = 0;
     for (int y = place.top(); y <= place.bottom(); ++y) {
@@ -33,7 +33,7 @@ TEST(StatusIcon, HasTheTemperatureBesideTheSymbolInASquareToo) {
         EXPECT_EQ(ink(image, {0, 0, 22, 44}), 22 * 22) << "the symbol, untouched";
         EXPECT_GT(ink(image, {24, 11, 20, 22}), 40) << text;
         EXPECT_EQ(ink(image, {43, 0, 1, 44}), 0) << text << " is cut";
-        // As high as the symbol, and no higher.
+        // The text is as high as the symbol, and no higher.
         EXPECT_EQ(ink(image, {24, 0, 20, 10}) + ink(image, {24, 34, 20, 10}), 0) << text;
     }
 }

@@ -17,7 +17,7 @@
 
 namespace {
 
-// While it lives this process has another program's name.
+// During its lifetime this process goes by another program's name.
 class Disguise {
 public:
     explicit Disguise(const char* name) {
@@ -34,7 +34,7 @@ private:
     std::array<char, 16> own_{};
 };
 
-// The watcher of a desktop: knows whether a host is there and who registered an item.
+// A desktop's watcher: it knows whether a host is present and which items are registered.
 class FakeWatcher : public QDBusVirtualObject {
 public:
     bool hasHost = true;
@@ -73,7 +73,7 @@ public:
         return true;
     }
 
-    // What a host would read of the newest item.
+    // A property of the newest item, as a host would read it.
     [[nodiscard]] QVariant property(const QString& name) {
         QDBusMessage call = QDBusMessage::createMethodCall(
             items.last(), QStringLiteral("/StatusNotifierItem"),
@@ -83,7 +83,7 @@ public:
         return reply.value().variant();
     }
 
-    // All that a host reads of the newest item at once.
+    // All properties of the newest item, read at once.
     [[nodiscard]] QVariantMap properties() {
         QDBusMessage call = QDBusMessage::createMethodCall(
             items.last(), QStringLiteral("/StatusNotifierItem"),
@@ -93,7 +93,7 @@ public:
         return reply.value();
     }
 
-    // What the newest item's menu answers.
+    // Calls a method of the newest item's menu and returns the answer.
     QVariantList askMenu(const QString& method, const QVariantList& arguments) {
         QDBusMessage call = QDBusMessage::createMethodCall(
             items.last(), qvariant_cast<QDBusObjectPath>(property(QStringLiteral("Menu"))).path(),
@@ -108,7 +108,7 @@ public:
                                    QVariant::fromValue(QDBusVariant(QString())), QVariant::fromValue(0U)}));
     }
 
-    // What comes back.
+    // Activates the newest item and returns the reply.
     QDBusMessage activate(int x, int y) {
         QDBusMessage call = QDBusMessage::createMethodCall(
             items.last(), QStringLiteral("/StatusNotifierItem"), QStringLiteral("org.kde.StatusNotifierItem"),
@@ -117,7 +117,7 @@ public:
         return finished(call).reply();
     }
 
-    // Whether there is nothing to be asked at that path.
+    // Whether no menu answers at this path.
     bool refuses(const QString& path) {
         QDBusMessage call = QDBusMessage::createMethodCall(
             items.last(), path, QStringLiteral("com.canonical.dbusmenu"), QStringLiteral("AboutToShow"));
@@ -202,7 +202,7 @@ TEST(StatusItem, IsAnnouncedAnewToAWatcherThatTookOver) {
 const QString wholeText = QStringLiteral("2 400 tr/min · 63 °C");
 const QString temperature = QStringLiteral("63°");
 
-// An item with a text, as this watcher's host reads it.
+// An item with a text under a host. A `Disguise` makes this process pass for a certain host.
 class StatusItemUnder : public testing::Test {
 protected:
     FakeWatcher watcher;
@@ -214,7 +214,7 @@ protected:
         ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
     }
 
-    // Whether it has a label at all, which not every host can stand.
+    // Whether the item has a label property at all, which some hosts cannot handle.
     [[nodiscard]] bool hasLabel() { return watcher.properties().contains(QStringLiteral("XAyatanaLabel")); }
 
     [[nodiscard]] QString text(const char* property) {
@@ -244,7 +244,7 @@ TEST_F(StatusItemUnder, AnyHostSaysItsWholeTextAndHasTheTemperatureInASquare) {
     EXPECT_EQ(pixmaps.at(0).height, 22);
     EXPECT_EQ(pixmaps.at(4).height, 48);
     for (const StatusNotifierPixmap& icon : pixmaps) {
-        EXPECT_EQ(icon.width, icon.height); // panels squeeze what is wider
+        EXPECT_EQ(icon.width, icon.height); // panels squeeze wider icons
         EXPECT_EQ(icon.bytes.size(), 4 * icon.width * icon.height);
     }
     const QByteArray before = pixmaps.at(0).bytes;
@@ -280,7 +280,7 @@ TEST_F(StatusItemUnder, GnomeHasTheWholeTextAsALabelBesideTheSymbolAlone) {
     EXPECT_EQ(pixmaps.at(0).width, 22);
     item->setText(wholeText, QStringLiteral("64°"));
     EXPECT_EQ(icons().at(0).bytes, pixmaps.at(0).bytes) << "no temperature is in it";
-    // Its bar is dark while windows are light: the symbol's first opaque point is white.
+    // GNOME's bar is dark even while windows are light, so the symbol's first opaque pixel is white.
     const QByteArray& bytes = pixmaps.at(0).bytes;
     const int middle = 4 * (7 * 22 + 7);
     EXPECT_EQ(bytes.mid(middle, 4), QByteArray("\xff\xff\xff\xff"));
@@ -365,7 +365,7 @@ TEST(StatusNotifierItem, TellsTheHostAgainAfterThePause) {
     EXPECT_EQ(named.count(), 1) << "one word for one change";
 }
 
-// A menu of two choices, a line and an action, which notes what is chosen.
+// A menu of two choices, a separator and an action, which records what is chosen.
 StatusMenu threeChoices(QStringList& chosen) {
     const auto note = [&chosen](const char* name) {
         return [&chosen, name] { chosen.append(QString::fromLatin1(name)); };
@@ -420,8 +420,8 @@ TEST(StatusItem, TellsTheHostOfAnotherMenu) {
     item->setMenu({{.text = QStringLiteral("Neuf")}});
     EXPECT_GT(revision(), before);
     ASSERT_EQ(layoutOf(watcher).children.size(), 1);
-    watcher.choose(1); // an entry that does nothing
-    watcher.choose(4); // one that is gone
+    watcher.choose(1); // an entry without an action
+    watcher.choose(4); // an entry that no longer exists
     EXPECT_EQ(chosen, QStringList());
 }
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-// A settings portal that says what the test wants, or nothing at all.
+// A settings portal that returns the values that the test chose, or does not answer at all.
 class FakePortal : public QDBusVirtualObject {
 public:
     uint colorScheme = 0;
@@ -33,7 +33,7 @@ public:
     FakePortal& operator=(const FakePortal&) = delete;
 
     void announce(uint scheme) {
-        colorScheme = scheme; // whoever asks again is told the same
+        colorScheme = scheme; // returned to later requests, too
         announce(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"), scheme);
     }
 
@@ -60,7 +60,7 @@ public:
         const QVariant value = key == QStringLiteral("color-scheme")        ? QVariant(colorScheme)
                                : key == QStringLiteral("enable-animations") ? QVariant(animations)
                                                                             : QVariant(textScale);
-        // Wrapped twice, as the real one does.
+        // Wrapped twice, as the real portal does.
         connection.send(
             message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(value))))));
         return true;
@@ -74,7 +74,7 @@ TEST(SystemAppearance, IsWhatThePortalSaysAndFollowsIt) {
     FakePortal portal;
     portal.colorScheme = 1;
     SystemAppearanceLinux appearance(PrivateBus::connect());
-    EXPECT_FALSE(appearance.isDark()); // nothing was waited for
+    EXPECT_FALSE(appearance.isDark()); // construction does not wait for an answer
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
     portal.announce(2);
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return !appearance.isDark(); }));
@@ -142,7 +142,7 @@ TEST(SystemAppearance, LeavesTextsThatQtHasMadeLargerAsTheyAre) {
     SystemAppearanceLinux appearance(PrivateBus::connect(), TextScaling::ofQt);
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
     portal.announceTextScale(1.25);
-    portal.announce(2); // by then the first has been heard
+    portal.announce(2); // once this has arrived, so has the change above
     ASSERT_TRUE(PrivateBus::waitUntil([&] { return !appearance.isDark(); }));
     EXPECT_EQ(appearance.textScale(), 1.0);
 }

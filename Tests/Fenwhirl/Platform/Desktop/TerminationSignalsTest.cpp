@@ -20,7 +20,7 @@ TEST_P(EverySignal, BecomesACallInsteadOfTheEnd) {
     TerminationSignals signals;
     QSignalSpy received(&signals, &TerminationSignals::received);
     raise(GetParam());
-    EXPECT_EQ(received.count(), 0); // not inside the handler
+    EXPECT_EQ(received.count(), 0); // not from inside the signal handler
     ASSERT_TRUE(received.wait(30000));
     EXPECT_EQ(received.count(), 1);
 }
