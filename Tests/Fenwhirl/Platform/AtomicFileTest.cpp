@@ -16,7 +16,7 @@ std::size_t entries(const TemporaryFolder& folder) {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.path()), {}));
 }
 
-// A limit on the size of files stands for a disk that is full.
+// A limit on file sizes stands in for a full disk.
 bool replaceWithoutRoom(const std::string& path) {
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit small{};

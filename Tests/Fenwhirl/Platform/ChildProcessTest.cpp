@@ -79,7 +79,7 @@ TEST(ChildProcess, WaitsForAChildThatClosedItsOutputEarly) {
 TEST(ChildProcess, HasThreeDescriptorsWhateverThisProcessHasOpen) {
     int leaky[2] = {};
     ASSERT_EQ(pipe(leaky), 0);
-    // The fourth is the folder that ls itself reads.
+    // Descriptor 3 is the folder that ls itself reads.
     EXPECT_EQ(shell("exec ls /proc/self/fd")->output, "0\n1\n2\n3\n");
     EXPECT_EQ(shell("exec readlink /proc/self/fd/0")->output, "/dev/null\n");
     EXPECT_EQ(shell("readlink /proc/self/fd/2 > /dev/fd/1")->output, "/dev/null\n");
@@ -98,7 +98,7 @@ TEST(ChildProcess, StartsWithDefaultSignalsAndNoneBlocked) {
     const std::string masks = shell("exec sed -nE 's/^Sig(Blk|Ign):.//p' /proc/self/status")->output;
     ASSERT_EQ(masks.size(), 34U);
     EXPECT_EQ(masks.substr(0, 16), "0000000000000000");
-    // Signals 32 and 33 are the C library's own; nobody but it can change them.
+    // Signals 32 and 33 belong to the C library; only it can change them.
     constexpr unsigned long long ofLibrary = 3ULL << 31U;
     EXPECT_EQ(std::stoull(masks.substr(17, 16), nullptr, 16) & ~ofLibrary, 0U);
     for (const int signal : {SIGPIPE, SIGHUP, SIGUSR1})
@@ -115,7 +115,7 @@ TEST(ChildProcess, MayHaveNoEnvironmentAtAll) {
 }
 
 TEST(ChildProcess, WorksWithTheStandardDescriptorsClosed) {
-    // In a child of its own, because the test's own report needs them.
+    // In a child process, because this test's own report needs the standard descriptors.
     const pid_t child = fork();
     if (child == 0) {
         for (int descriptor = 0; descriptor < 3; ++descriptor)
@@ -139,8 +139,7 @@ TEST(ChildProcess, LeavesOtherChildrenToTheirOwners) {
 }
 
 TEST(ChildProcess, AChildOfAnotherThreadNeverHoldsUpTheEndOfAnOutput) {
-    // An end of a pipe that one of the sleepers inherited would keep its reader waiting as long as they
-    // sleep.
+    // If a sleeper inherited an end of a pipe, the pipe's reader would wait as long as the sleeper sleeps.
     constexpr std::size_t sleepers = 500;
     std::vector<pid_t> children;
     std::atomic<bool> isOver = false;

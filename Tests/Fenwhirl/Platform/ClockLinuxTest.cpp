@@ -15,8 +15,8 @@ namespace {
 constexpr int CLONE_NEWTIME = 0x80;
 #endif
 
-// Lets the children to come live in a world that has slept for a day: the clock that counts sleep is a day
-// ahead there, and the one that does not is as it was. False where that is not allowed.
+// Puts future child processes into a time namespace in which the computer has slept for a day: the clock that
+// counts sleep is a day ahead there, the other one is unchanged. Returns false where that is not allowed.
 bool pretendToHaveSlept() {
     if (unshare(CLONE_NEWTIME) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWTIME) != 0) {
         return false;
@@ -26,7 +26,7 @@ bool pretendToHaveSlept() {
     return file >= 0 && write(file, aDay.data(), aDay.size()) == static_cast<ssize_t>(aDay.size());
 }
 
-// The clock's reading in a child of this process.
+// Reads the clock in a child of this process.
 double readingOfAChild() {
     int ends[2] = {-1, -1};
     EXPECT_EQ(pipe(ends), 0);
@@ -55,7 +55,7 @@ TEST(ContinuousTime, NeverGoesBack) {
 }
 
 TEST(ContinuousTime, CountsTheTimeThatTheComputerSleeps) {
-    // In a process of its own, which the change stays in.
+    // In a separate process, to which the change remains confined.
     const pid_t world = fork();
     ASSERT_GE(world, 0);
     constexpr int asExpected = 0;

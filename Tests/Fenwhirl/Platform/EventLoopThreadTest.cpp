@@ -62,7 +62,7 @@ TEST(EventLoopThread, IsEndedByItsOwnerAndWaitedFor) {
 
 TEST(EventLoopThread, CanBeEndedAtAnyMoment) {
     for (int round = 0; round < 200; ++round) {
-        std::optional<bool> loopRan; // by the thread alone, until it is waited for
+        std::optional<bool> loopRan; // used by the thread alone until the thread has been waited for
         {
             const EventLoopThread loopThread("test", [&](QEventLoop& loop) {
                 loopRan = false;

@@ -30,8 +30,8 @@ const QString threshold = QStringLiteral("warmThreshold");
 const QString settings = QStringLiteral("settings");
 const QString lastCheck = QStringLiteral("brenor.update.lastCheck");
 
-// Memory stands for the disk where there is such a folder: the torn files of a kill are the same, and nothing
-// waits for a real disk.
+// Uses a file system in memory where there is one: a kill leaves the same torn files there, and the tests
+// need not wait for a disk.
 std::string memoryFolder() {
     return fs::is_directory("/dev/shm") ? "/dev/shm" : fs::temp_directory_path().string();
 }
@@ -102,7 +102,7 @@ TEST_F(FilePreferencesTest, RemovedKeyIsGoneForGood) {
         const auto store = open();
         store->setText(theme, QStringLiteral("light"));
         store->remove(theme);
-        store->remove(alerts); // never was there
+        store->remove(alerts); // never existed
         EXPECT_FALSE(store->contains(theme));
     }
     EXPECT_FALSE(open()->contains(theme));
@@ -170,7 +170,7 @@ TEST_F(FilePreferencesTest, ValuesOfUnknownFormSurviveASave) {
     QJsonObject expected = QJsonDocument::fromJson(text).object();
     expected.insert(alerts, true);
     EXPECT_EQ(written(), expected);
-    // Only what is set or removed goes.
+    // Only a key that is set or removed loses its unknown value.
     store->setText(theme, QStringLiteral("dark"));
     store->remove(threshold);
     expected.insert(theme, QStringLiteral("dark"));
@@ -180,7 +180,7 @@ TEST_F(FilePreferencesTest, ValuesOfUnknownFormSurviveASave) {
 
 TEST_F(FilePreferencesTest, GiantFileIsNotReadAndGoesWithTheNextChange) {
     open()->setNumber(threshold, 70);
-    fs::resize_file(path(), std::uintmax_t{1} << 30U); // a hole: it takes no room
+    fs::resize_file(path(), std::uintmax_t{1} << 30U); // sparse, so it takes no disk space
     const auto store = open();
     EXPECT_FALSE(store->contains(threshold));
     EXPECT_EQ(fs::file_size(path()), std::uintmax_t{1} << 30U);
@@ -309,12 +309,13 @@ TEST(FilePreferencesKilled, AtAnyMomentTheFileIsWhole) {
         if (writer == 0) {
             FilePreferences store(path);
             for (double next = store.number(threshold).value_or(0) + 1;; ++next) {
-                // Large, so that writing it takes a while, and all of one byte, so that a mixture shows.
+                // Large, so that writing takes a while, and of a single repeated byte, so that a mixture of
+                // two writes shows.
                 store.setData(settings, QByteArray(20'000, static_cast<char>('a' + run % 26)));
                 store.setNumber(threshold, next);
             }
         }
-        // Not to wait for anything: the moment of the kill is what this test varies.
+        // Not a wait for a condition: the test varies the moment of the kill.
         std::uniform_int_distribution<int> microseconds(0, longest);
         std::this_thread::sleep_for(std::chrono::microseconds(microseconds(generator)));
         kill(writer, SIGKILL);
@@ -333,10 +334,10 @@ TEST(FilePreferencesKilled, AtAnyMomentTheFileIsWhole) {
         const double now = store.number(threshold).value_or(0);
         ASSERT_GE(now, last);
         advanced += now > last ? 1 : 0;
-        // About as many kills come before the first change as after it, however slow the computer is.
+        // Aims at as many kills before the first change as after it, however slow the computer is.
         longest += now > last ? -longest / 8 : longest / 8;
         last = now;
     }
-    EXPECT_GT(advanced, kills / 10); // or the kills all came too early to prove anything
+    EXPECT_GT(advanced, kills / 10); // otherwise the kills came too early to prove anything
     fs::remove_all(place);
 }

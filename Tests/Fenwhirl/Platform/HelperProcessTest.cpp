@@ -1,5 +1,5 @@
-// What the helper takes back of what a caller has passed on. Each test spoils a process of its own, prepares
-// it, and looks at what is left.
+// How the helper resets what it inherits from its caller. Each test spoils the state of a child process,
+// prepares the helper in it, and inspects the result.
 
 #include "Fenwhirl/Platform/Entry/HelperProcess.h"
 
@@ -21,8 +21,8 @@
 
 namespace {
 
-// Runs `spoil`, `prepare` and `look` in a child, and returns what `look` complains of; "" is what it should
-// be.
+// Runs `spoil`, HelperProcess::prepare and `look` in a child process. Returns what `look` complains about; ""
+// means that all is well.
 std::string complaintOfChild(const std::function<void()>& spoil, const std::function<std::string()>& look) {
     int ends[2] = {};
     if (pipe(ends) != 0)
@@ -31,7 +31,7 @@ std::string complaintOfChild(const std::function<void()>& spoil, const std::func
     if (child == 0) {
         const int answer = fcntl(ends[1], F_DUPFD, 100);
         spoil();
-        // The answer's pipe would be closed like every other descriptor: it takes the place of standard
+        // `prepare` closes all descriptors but the standard ones, so the answer's pipe replaces standard
         // error.
         dup2(answer, STDERR_FILENO);
         std::string complaint = HelperProcess::prepare() ? look() : "not prepared";
@@ -52,7 +52,7 @@ std::string complaintOfChild(const std::function<void()>& spoil, const std::func
     return text.empty() ? "no answer" : text.substr(0, text.size() - 1);
 }
 
-// Only root may, and in most containers not even he.
+// Whether this process may raise hard limits. Only root may, and in most containers not even root.
 bool mayRaiseHardLimits() {
     const pid_t child = fork();
     if (child == 0) {
@@ -121,7 +121,7 @@ TEST(HelperProcess, RaisesHardLimitsWhereItMay) {
         GTEST_SKIP() << "may not raise a hard limit here";
     const std::string complaint = complaintOfChild(
         [] {
-            // The time is what this process has used up, but for a second.
+            // A limit that leaves this process about a second of processor time.
             const rlimit second = {.rlim_cur = 1, .rlim_max = 1};
             setrlimit(RLIMIT_CPU, &second);
             setrlimit(RLIMIT_FSIZE, &second);

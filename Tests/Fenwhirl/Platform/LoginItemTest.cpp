@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// What python's own reader of property lists makes of a text, as "label|arguments…|RunAtLoad".
+// What Python's reader of property lists finds in a text, as "label|arguments…|RunAtLoad".
 QString readByPython(const QByteArray& propertyList) {
     QProcess python;
     python.start(QStringLiteral("/usr/bin/python3"),
@@ -30,7 +30,7 @@ QString readByPython(const QByteArray& propertyList) {
     return QString::fromUtf8(python.readAllStandardOutput());
 }
 
-// The program that the desktop's own reader finds in an entry.
+// The program that GLib's reader of desktop entries finds in an entry.
 QString readByGLib(const QByteArray& entry) {
     QProcess python;
     python.start(QStringLiteral("/usr/bin/python3"),
@@ -50,7 +50,7 @@ QString readByGLib(const QByteArray& entry) {
     return QString::fromUtf8(python.readAllStandardOutput());
 }
 
-// A home of the test's own.
+// Gives each test a home folder of its own.
 class LoginItemTest : public testing::Test {
 protected:
     LoginItemTest() {
@@ -126,7 +126,7 @@ TEST_F(LoginItemTest, IsThereExactlyWhileItsFileExists) {
     EXPECT_TRUE(LoginItem::isEnabled());
     EXPECT_EQ(readByGLib(QByteArray::fromStdString(folder.read(entry))),
               QCoreApplication::applicationFilePath());
-    EXPECT_TRUE(LoginItem::setEnabled(true)); // again
+    EXPECT_TRUE(LoginItem::setEnabled(true)); // a second time
     EXPECT_TRUE(LoginItem::setEnabled(false));
     EXPECT_FALSE(LoginItem::isEnabled());
     EXPECT_FALSE(fs::exists(folder.path(entry)));

@@ -18,7 +18,7 @@
 
 namespace {
 
-// A notification service that writes down what it is told.
+// A notification service that records its calls.
 class FakeService : public QDBusVirtualObject {
 public:
     QList<QDBusMessage> calls;
@@ -37,8 +37,8 @@ public:
     }
 };
 
-// A session bus for this process alone, which starts no services: the desktop that may be installed here has
-// a notification service of its own.
+// A session bus for this process alone that starts no services: an installed desktop may bring a notification
+// service of its own.
 constexpr std::string_view busConfiguration = R"(<busconfig>
   <type>session</type>
   <listen>unix:tmpdir=/tmp</listen>
@@ -66,13 +66,13 @@ protected:
 
     static void TearDownTestSuite() {
         QDBusConnection::disconnectFromBus(QDBusConnection::sessionBus().name());
-        bus->terminate(); // it takes its socket along
+        bus->terminate(); // removes its socket, too
         bus->waitForFinished();
         delete bus;
         bus = nullptr;
     }
 
-    // The service has its own connection, as another program has.
+    // The service uses a connection of its own, as another program would.
     QDBusConnection makeService() {
         QDBusConnection connection =
             QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("service"));
@@ -134,7 +134,7 @@ TEST_F(NotifierTest, MarkupIsShownAsTextNotObeyed) {
 
 TEST_F(NotifierTest, WithoutAServiceNothingHappens) {
     Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("personne n'écoute"));
-    // Whatever the bus answers, it answers in order: after this the call above has failed.
+    // The bus answers in order: once this answer has arrived, the call above has failed.
     EXPECT_FALSE(QDBusConnection::sessionBus().interface()->isServiceRegistered(
         QStringLiteral("org.freedesktop.Notifications")));
     const QDBusConnection connection = makeService();

@@ -1,5 +1,6 @@
-// Every system call of a save fails once, with every error that a disk or a system at its limits can give:
-// the file is the old one or the new one, whatever else it holds stays, and the program carries on.
+// Makes every system call of a save fail once, with every error that a disk or a system at its limits can
+// report. Afterwards the file must be the old or the new one, its other contents must be unchanged, and the
+// program must carry on.
 
 #include "Fenwhirl/Platform/ChildProcess.h"
 #include "Fenwhirl/Platform/FilePreferencesLinux.h"
@@ -18,12 +19,12 @@ namespace {
 
 const std::string strace = "/usr/bin/strace";
 
-// The n-th call of this name since the start of the program.
+// The n-th call of this name since the program started.
 using Call = std::pair<std::string, int>;
 
 class SaveUnderATracer : public testing::Test {
 protected:
-    // Runs the program that saves, under a tracer with these options; what the tracer wrote down.
+    // Runs the program that saves under strace with these options; returns strace's log.
     std::vector<std::string> save(const std::vector<std::string>& options) {
         folder.write("preferences.json", R"({"warmThreshold":1,"theme":"light"})");
         std::vector<std::string> arguments = {"-f", "-qq", "-o", folder.path("log")};
@@ -39,7 +40,7 @@ protected:
         return lines;
     }
 
-    // From the first that has to do with the file to the program's end.
+    // The system calls from the first one that concerns the file to the end of the program.
     std::vector<Call> callsOfASave() {
         const std::regex call(R"(^\d+ +([a-z0-9_]+)\()");
         std::map<std::string, int> counts;
@@ -47,13 +48,13 @@ protected:
         bool begun = false;
         for (const std::string& line : save({})) {
             std::smatch match;
-            // The C library has no use for a failing futex and ends the program by itself.
+            // Skipped: a failing futex makes the C library end the program, and exit_group ends it anyway.
             if (!std::regex_search(line, match, call) || match[1] == "exit_group" || match[1] == "futex") {
                 continue;
             }
             const int number = ++counts[match[1]];
             begun = begun || line.find("preferences.json") != std::string::npos;
-            // The first line of all is the start of the program with the file's name in its arguments.
+            // The execve has the file's name in its arguments, but precedes the save.
             if (begun && match[1] != "execve") {
                 calls.emplace_back(match[1], number);
             }
@@ -79,7 +80,8 @@ class PreferencesFaults : public SaveUnderATracer, public testing::WithParamInte
 
 } // namespace
 
-// What a power cut leaves depends on the order: the contents before the name, and the name before the return.
+// What a power cut leaves behind depends on the order: first the contents reach the disk, then the name, and
+// only then does the save return.
 TEST_F(SaveUnderATracer, ReachesTheDiskStepByStep) {
     std::vector<std::string> steps;
     for (const auto& [name, number] : callsOfASave()) {
@@ -93,7 +95,7 @@ TEST_F(SaveUnderATracer, ReachesTheDiskStepByStep) {
 TEST_P(PreferencesFaults, LeaveTheOldOrTheNewFile) {
     const auto calls = callsOfASave();
     for (const char* expected : {"openat", "read", "write", "fsync", "close", "rename", "flock", "unlink"}) {
-        // What a save that succeeds has no need of is not among them.
+        // A successful save does not unlink anything.
         EXPECT_EQ(std::ranges::any_of(calls, [&](const Call& call) { return call.first == expected; }),
                   std::string(expected) != "unlink")
             << expected;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::array variables = {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"};
 
-// An environment that names no language, and the former one afterwards.
+// Removes the languages from the environment, and restores them afterwards.
 class PreferredLanguages : public testing::Test {
 protected:
     void SetUp() override {

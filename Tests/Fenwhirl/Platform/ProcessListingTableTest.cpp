@@ -1,4 +1,4 @@
-// The listing as macOS makes it, with this system's tool: it takes the same columns.
+// The process listing as macOS makes it, tried with this system's tool, which accepts the same columns.
 
 #include "Fenwhirl/Platform/ProcessListingTable.h"
 

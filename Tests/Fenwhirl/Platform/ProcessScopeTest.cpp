@@ -17,14 +17,14 @@
 
 namespace {
 
-// A service manager that writes down what it is asked for.
+// A service manager that records its calls.
 class FakeManager : public QDBusVirtualObject {
 public:
     QList<QDBusMessage> calls;
 
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
-    // Never answers, which nobody may wait for.
+    // Never answers; the caller must not wait for an answer.
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*connection*/) override {
         calls.append(message);
         message.setDelayedReply(true);
@@ -32,7 +32,7 @@ public:
     }
 };
 
-// A session bus for this process alone, which starts no services.
+// A session bus for this process alone that starts no services.
 constexpr std::string_view busConfiguration = R"(<busconfig>
   <type>session</type>
   <listen>unix:tmpdir=/tmp</listen>
@@ -60,7 +60,7 @@ protected:
 
     static void TearDownTestSuite() {
         QDBusConnection::disconnectFromBus(QDBusConnection::sessionBus().name());
-        bus->terminate(); // it takes its socket along
+        bus->terminate(); // removes its socket, too
         bus->waitForFinished();
         delete bus;
         bus = nullptr;
@@ -122,7 +122,7 @@ TEST_F(ProcessScopeTest, AsksForAUnitWithTheProcessAndWaitsForNothing) {
 
 TEST_F(ProcessScopeTest, WithoutAManagerNothingHappens) {
     ProcessScope::separate(4711, QStringLiteral("x-guard"), QStringLiteral("nobody hears it"));
-    // Whatever the bus answers, it answers in order: after this the call above has failed.
+    // The bus answers in order: once this answer has arrived, the call above has failed.
     EXPECT_FALSE(QDBusConnection::sessionBus().interface()->isServiceRegistered(
         QStringLiteral("org.freedesktop.systemd1")));
     startManager();

@@ -57,7 +57,7 @@ TEST(ProcessShare, RemembersTheStartsOfTheLastLookOnly) {
     (void)share.add(8, 12, 0);
     EXPECT_EQ(share.startInLastLook(7), 11U);
     share.beginLook(at(4000ms));
-    (void)share.add(7, 13, 0); // the identifier belongs to another one now
+    (void)share.add(7, 13, 0); // another process has the identifier now
     EXPECT_EQ(share.startInLastLook(7), 13U);
     EXPECT_EQ(share.startInLastLook(8), std::nullopt);
 }

@@ -5,7 +5,7 @@
 
 namespace {
 
-// A true line, but for the name and the three fields of interest.
+// A realistic line in which the test chooses the name and the three relevant fields.
 std::string statOf(const std::string& name, const std::string& user, const std::string& kernel,
                    const std::string& start) {
     return "77 (" + name + ") S 1 77 77 0 -1 4194560 1000 0 5 0 " + user + ' ' + kernel + " 0 0 20 0 1 0 " +

@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A child that only sleeps, killed and reaped at the end.
+// A child process that only sleeps. It is killed and reaped at the end.
 class Sleeper {
 public:
     Sleeper() {
@@ -45,7 +45,7 @@ public:
 
     [[nodiscard]] pid_t pid() const { return pid_; }
 
-    // Waits for its end; the signal that ended it.
+    // Waits for the child's end and returns the signal that ended it.
     int reap() {
         int status = 0;
         (void)waitpid(pid_, &status, 0);
@@ -57,7 +57,7 @@ private:
     pid_t pid_ = 0;
 };
 
-// With a sign in the place of each share: this very process works while it is listed.
+// Replaces each share with a sign, because this process consumes time while it is listed.
 std::string withoutShares(const QByteArray& listing) {
     return std::regex_replace(listing.toStdString(), std::regex(R"( [0-9]+\.[0-9]{2} )"), " % ");
 }
@@ -90,7 +90,7 @@ TEST(ProcessTable, MeasuresTheShareSinceTheLastListing) {
     const Sleeper idle;
     const auto table = openProcessTable({.firstInterval = 0ms});
     ASSERT_TRUE(table->listing());
-    // A quarter of a second of work on this thread.
+    // A quarter of a second of processor time on this thread.
     timespec cpu = {};
     do {
         ASSERT_EQ(clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &cpu), 0);
@@ -112,7 +112,7 @@ TEST(ProcessTable, LeavesOutTheToolItself) {
     ASSERT_TRUE(listing);
     const std::string tool = std::filesystem::canonical("/bin/ps").string();
     for (const QByteArray& line : listing->split('\n')) {
-        // One of another program may run meanwhile, but not with this process as its parent.
+        // Another program's tool may be running, too, but not as a child of this process.
         if (line.endsWith(tool.c_str())) {
             const std::string pid = line.left(line.indexOf(' ')).toStdString();
             std::ifstream file("/proc/" + pid + "/stat");
@@ -186,7 +186,7 @@ TEST(ProcessTable, KillsAToolThatHangs) {
 
 TEST(ProcessTable, KillsAToolThatPrintsAndHangs) {
     const TemporaryFolder folder;
-    // It closes its output, so that its end is all that is waited for.
+    // The tool closes its output, so only its end remains to be waited for.
     ProcessTableSettings settings = settingsOf(folder.writeScript("ps", "echo x; exec sleep 600 >/dev/null"));
     settings.limit = 100ms;
     EXPECT_FALSE(openProcessTable(settings)->listing());
@@ -249,13 +249,13 @@ TEST(SignalProcess, ReachesTheProcessThatIsMeant) {
 TEST(SignalProcess, SparesAProcessOfAnotherStart) {
     Sleeper sleeper;
     signalProcess(sleeper.pid(), startOfProcess(sleeper.pid()).value_or(0) + 1, SIGKILL);
-    // Had it been killed, this signal would come too late to be what ended it.
+    // If SIGKILL had been sent above, SIGTERM would not be the signal that ends the process.
     (void)kill(sleeper.pid(), SIGTERM);
     EXPECT_EQ(sleeper.reap(), SIGTERM);
 }
 
 TEST(SignalProcess, NeverSignalsGroupsOrItself) {
-    // Each of these would end this very test.
+    // Any of these would end this test.
     for (const std::int32_t pid :
          {0, -1, -static_cast<std::int32_t>(getpgrp()), static_cast<std::int32_t>(getpid())}) {
         signalProcess(pid, startOfProcess(getpid()).value_or(0), SIGKILL);

@@ -1,4 +1,4 @@
-// What a resting program gives back, and that it works on afterwards.
+// Which memory an idle program gives back, and that the program keeps working afterwards.
 
 #include "Fenwhirl/Platform/RestingMemory.h"
 
@@ -19,7 +19,7 @@
 
 namespace {
 
-// Kilobytes of a kind of /proc/self/status, as "RssFile".
+// A field of /proc/self/status in kilobytes, such as "RssFile".
 long kilobytes(const std::string& kind) {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);) {
@@ -29,7 +29,7 @@ long kilobytes(const std::string& kind) {
     return -1;
 }
 
-// Written once, and by the linker: pages that exist nowhere but in memory.
+// Written once, by the program or by the dynamic linker: these pages exist only in memory.
 int written = 1;
 int (*const relocated)(const char*, const char*) = std::strcmp;
 const std::map<std::string, int> table = {{"fan", 2}, {"sensor", 62}};
@@ -61,7 +61,7 @@ TEST(RestingMemory, OfTheHeapIsGivenBackWhereItIsFree) {
         blocks.push_back(std::make_unique<char[]>(size));
         blocks.back()[size / 2] = 1;
     }
-    auto last = std::make_unique<char[]>(size); // keeps the heap from shrinking by itself
+    auto last = std::make_unique<char[]>(size); // keeps the heap from shrinking on its own
     blocks.clear();
     const long before = kilobytes("RssAnon");
     giveBackRestingMemory();
@@ -79,7 +79,7 @@ TEST(RestingMemory, WhatWasWrittenStays) {
     EXPECT_EQ(shape->corners(), 4);
 }
 
-// In a segment that cannot be written, like code, and large enough for a whole page of its own.
+// In a read-only segment, as code is, and large enough to contain a whole page.
 constexpr std::size_t roomForAPage = 65536;
 alignas(4096) const char constant[roomForAPage] = {1};
 

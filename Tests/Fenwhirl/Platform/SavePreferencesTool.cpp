@@ -1,4 +1,4 @@
-// Saves one number: the program whose system calls are made to fail one by one.
+// Saves one number. PreferencesFaultsTest makes this program's system calls fail one by one.
 
 #include "Fenwhirl/Platform/FilePreferencesLinux.h"
 

@@ -1,4 +1,4 @@
-// Notifications as macOS shows them, with a played script tool.
+// Notifications as macOS shows them, with a fake script tool.
 
 #include "Fenwhirl/Platform/ScriptNotifier.h"
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-// The played tool writes to another name and moves the file when it is whole.
+// The fake tool writes to a temporary name and renames the file once it is complete.
 QByteArray waitForFile(const std::string& path) {
     const QDeadlineTimer deadline(60'000);
     QFile file(QString::fromStdString(path));

@@ -36,16 +36,16 @@ QString userPath() {
     return root() + QStringLiteral("/user/_1000");
 }
 
-// A login manager that knows the sessions that the test wants, or says nothing at all.
+// A login manager with the sessions that the test defines; it can also stay silent.
 class FakeLogind : public QDBusVirtualObject {
 public:
-    QString ofProcess;          // the name of the session that the process is in
-    QMap<QString, bool> active; // the sessions by their names
-    QString display;            // the session that is the user's display
+    QString ofProcess;          // the session that contains the process
+    QMap<QString, bool> active; // session → whether it is active
+    QString display;            // the user's display session
     bool knowsUser = true;
     bool answers = true;
-    QVariant strange;  // said instead of whether it is active
-    QStringList asked; // the methods, in their order
+    QVariant strange;  // sent instead of the session's state
+    QStringList asked; // the methods called, in order
 
     FakeLogind() : bus_(PrivateBus::connect()) {
         bus_.registerVirtualObject(root(), this, QDBusConnection::SubPath);
@@ -68,7 +68,7 @@ public:
         announce(bus_, session, {{QStringLiteral("Active"), isActive}}, {});
     }
 
-    // As a property whose value has to be read.
+    // Announces only that the property has changed, so its value must be read.
     void invalidate(const QString& session, bool isActive) {
         active[session] = isActive;
         announce(bus_, session, {}, {QStringLiteral("Active")});
@@ -114,7 +114,7 @@ public:
         return true;
     }
 
-    QString asker; // the bus's name of the code under test
+    QString asker; // bus name of the code under test
 
 private:
     static QVariant object(const QString& path) { return QVariant::fromValue(QDBusObjectPath(path)); }
@@ -163,7 +163,7 @@ private:
 
 class SessionPresenceLinuxTest : public testing::Test {
 protected:
-    // Long enough to be over only where a test waits for it.
+    // Timeouts so long that they never expire. A test shortens the one it waits for.
     static constexpr SessionPatience never{.settle = std::chrono::hours(1),
                                            .answer = std::chrono::hours(1),
                                            .loss = std::chrono::hours(1),
@@ -203,7 +203,7 @@ TEST_F(SessionPresenceLinuxTest, IsWhatTheSessionOfTheProcessIsAndFollowsIt) {
     logind.active = {{QStringLiteral("1"), false}, {QStringLiteral("2"), true}};
     logind.start();
     make(QStringLiteral("2"));
-    EXPECT_FALSE(presence->isSettled()); // nothing was waited for
+    EXPECT_FALSE(presence->isSettled()); // construction does not wait for the answer
     EXPECT_TRUE(presence->isInFront());
     ASSERT_TRUE(settles());
     EXPECT_FALSE(presence->isInFront());
@@ -377,7 +377,7 @@ TEST_F(SessionPresenceLinuxTest, IsInFrontOnceTheBusStaysAway) {
 TEST_F(SessionPresenceLinuxTest, ReturnsToABusThatStartsAgain) {
     const TemporaryFolder folder;
     const QString link = QString::fromStdString(folder.path()) + QStringLiteral("/bus");
-    const auto lead = [&link] { // to the bus that is there now
+    const auto lead = [&link] { // points the link to the current bus
         const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
         const QString path = address.section(u'=', 1, 1).section(u',', 0, 0);
         QFile::remove(link);
@@ -437,8 +437,7 @@ TEST_F(SessionPresenceLinuxTest, BelievesNobodyElse) {
         QStringLiteral("NameOwnerChanged"));
     gone << QStringLiteral("org.freedesktop.login1") << QString() << stranger.baseService();
     static_cast<void>(stranger.send(gone));
-    // The bus passes messages on in their order: by the time the stranger's own name comes back, both are
-    // there.
+    // The bus keeps the order of messages: once this call returns, both forged signals have arrived.
     static_cast<void>(stranger.call(QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"))));

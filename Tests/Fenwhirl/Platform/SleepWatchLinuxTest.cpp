@@ -29,16 +29,16 @@ QDBusMessage announcement(bool isAboutToSleep, const QString& to = {}) {
     return signal;
 }
 
-// A login manager that gives out locks, refuses them, or says nothing at all.
+// A login manager that grants locks, refuses them, or stays silent.
 class FakeLogind : public QDBusVirtualObject {
 public:
     bool answers = true;
     bool givesLocks = true;
     bool isAboutToSleep = false;
-    QVariant strange; // said instead of whether it is
+    QVariant strange; // sent instead of the property's value
     int looks = 0;
-    QList<QVariantList> asked; // for locks
-    QString asker;             // the bus's name of the code under test
+    QList<QVariantList> asked; // lock requests
+    QString asker;             // bus name of the code under test
 
     FakeLogind() : bus_(PrivateBus::connect()) {
         bus_.registerVirtualObject(root(), this, QDBusConnection::SubPath);
@@ -62,7 +62,7 @@ public:
         bus_.send(announcement(sleep));
     }
 
-    // Whether somebody else has the other end of the last lock's pipe.
+    // Whether the last lock is still held: the other end of its pipe is open.
     [[nodiscard]] bool isDelayed() const {
         pollfd state{.fd = lock_, .events = POLLIN, .revents = 0};
         return lock_ >= 0 && ::poll(&state, 1, 0) == 0;
@@ -112,7 +112,7 @@ private:
 
 class SleepWatchLinuxTest : public testing::Test {
 protected:
-    // Long enough to be over only where a test waits for it.
+    // Timeouts so long that they never expire. A test shortens the one it waits for.
     static constexpr SleepPatience never{.atMost = std::chrono::hours(1),
                                          .answer = std::chrono::hours(1),
                                          .doubt = std::chrono::hours(1),
@@ -183,7 +183,7 @@ TEST_F(SleepWatchLinuxTest, DelaysASleepForAShortTimeOnly) {
 TEST_F(SleepWatchLinuxTest, KeepsItsLockWhileNoSleepIsNear) {
     makeWithLock();
     watch->ready();
-    logind.announce(false); // of a sleep before its time
+    logind.announce(false); // the end of a sleep that was announced earlier
     ASSERT_TRUE(PrivateBus::waitUntil([this] { return !logind.asker.isEmpty(); }));
     logind.announce(true);
     ASSERT_TRUE(goesToSleep());
@@ -295,7 +295,7 @@ TEST_F(SleepWatchLinuxTest, SaysNothingWithoutALoginManagerAndWithoutABus) {
     make();
     watch->ready();
     const SleepWatchLinux withoutBus(QStringLiteral("unix:path=/nonexistent/bus"), never);
-    logind.start(); // it is seen when it comes
+    logind.start(); // noticed as soon as it appears
     ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
     EXPECT_TRUE(sleeps->isEmpty());
 }
@@ -305,7 +305,7 @@ TEST_F(SleepWatchLinuxTest, BelievesNobodyElse) {
     const QDBusConnection stranger = PrivateBus::connect();
     static_cast<void>(stranger.send(announcement(true, logind.asker)));
     static_cast<void>(stranger.send(announcement(true)));
-    // The bus passes messages on in their order: by the time the stranger's call comes back, both are there.
+    // The bus keeps the order of messages: once this call returns, both forged signals have arrived.
     static_cast<void>(stranger.call(QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"))));

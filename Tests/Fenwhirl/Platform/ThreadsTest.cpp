@@ -153,13 +153,13 @@ TEST(Clock, NeverGoesBackAndCountsSeconds) {
         ASSERT_GE(now, last);
         last = now;
     }
-    // Asked once more: on a slow machine the loop may have been interrupted after its last look.
+    // Reads the clock once more: on a slow machine the loop may have been interrupted after its last reading.
     EXPECT_GE((continuousTime() - before).count(), 0.015);
 }
 
 #if defined(__SANITIZE_THREAD__)
-// What the sanitizer is told to leave to the library must not make it blind for us: two threads that write to
-// a value of ours, one of them in a call of the library's, are reported.
+// The suppressions for the library must not hide data races of our own: two threads write to a value of ours,
+// one of them in a call made by the library, and the sanitizer must report it.
 TEST(ThreadSanitizerDeathTest, SeesCodeOfOursThatTheLibraryCalls) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
