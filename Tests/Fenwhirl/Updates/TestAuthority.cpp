@@ -18,8 +18,8 @@ QStringList newKey(const QString& file) {
             file};
 }
 
-// What an authority's certificate has to say of itself. With settings of its own the tool makes the same
-// everywhere, whatever this computer's say.
+// What the authority's certificate says about itself. With a configuration of its own, openssl makes the same
+// certificate on every computer.
 constexpr auto settings = R"([req]
 distinguished_name = name
 x509_extensions = authority

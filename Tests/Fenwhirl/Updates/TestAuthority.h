@@ -1,4 +1,4 @@
-// An authority of certificates that is made on the spot and that nobody knows but the test.
+// A certificate authority created for one test, which nothing outside the test trusts.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-// What a server shows to its clients.
+// What a server presents to its clients.
 struct ServerIdentity {
     QSslCertificate certificate;
     QSslKey key;
@@ -20,17 +20,18 @@ public:
 
     [[nodiscard]] const QSslCertificate& certificate() const { return certificate_; }
 
-    // A certificate for that host (an asterisk may lead), valid for as many days from now; 0: no longer.
+    // A certificate for this host (which may begin with an asterisk), valid for this many days from now. With
+    // 0 days it is no longer valid.
     [[nodiscard]] ServerIdentity identityFor(const QString& host, int days = 30);
-    // One that vouches for itself.
+    // A self-signed certificate.
     [[nodiscard]] ServerIdentity selfSigned(const QString& host);
 
-    // The authority's signed word on the last certificate of `identityFor`, as a file that a server passes
-    // on.
+    // The authority's signed statement about the last certificate of `identityFor` (an OCSP response), in a
+    // file that a server can pass on.
     enum class Status { valid, revoked };
     [[nodiscard]] QString wordOnLastIdentity(Status status);
 
-    // Where the last identity lies as "server.pem" and "server.key".
+    // The folder that contains the last identity as "server.pem" and "server.key".
     [[nodiscard]] QString folder() const { return folder_.path(); }
 
 private:

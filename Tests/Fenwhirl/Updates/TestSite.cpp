@@ -10,7 +10,7 @@ TestSite::TestSite(const ServerIdentity& identity, QSsl::SslProtocol protocol) {
     tls.setPrivateKey(identity.key);
     tls.setPeerVerifyMode(QSslSocket::VerifyNone);
     tls.setProtocol(protocol);
-    // The library on its own would refuse the old protocols that a bad server still speaks.
+    // By default the TLS library refuses the old protocols that this server must be able to speak.
     tls.setBackendConfigurationOption("CipherString", QByteArray("DEFAULT:@SECLEVEL=0"));
     server_.setSslConfiguration(tls);
     connect(&server_, &QTcpServer::pendingConnectionAvailable, this, &TestSite::acceptEncrypted);
@@ -75,7 +75,7 @@ void TestSite::readAtProxy(QTcpSocket* client) {
     connect(onward, &QTcpSocket::readyRead, client, [client, onward] { client->write(onward->readAll()); });
     connect(onward, &QTcpSocket::disconnected, client, [client] { client->disconnectFromHost(); });
     connect(client, &QTcpSocket::disconnected, onward, [onward] { onward->disconnectFromHost(); });
-    // Nothing may pile up here, so that the server feels how fast the client reads.
+    // Limit the buffer here, so that the server notices how fast the client reads.
     constexpr qint64 bufferBytes = 64 * 1024;
     connect(client, &QTcpSocket::bytesWritten, onward, [client, onward] {
         if (client->bytesToWrite() < bufferBytes && onward->bytesAvailable() > 0) {

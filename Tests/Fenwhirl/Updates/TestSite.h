@@ -1,7 +1,7 @@
-// A web server on the loopback interface, and a proxy through which every host name leads to it.
+// A web server on the loopback interface, and a proxy that connects every host name to it.
 //
-// The code under test asks for its real address and verifies the certificate for the real name; only the way
-// there is the test's. Answers are bytes, so that they can be as wrong as needed.
+// The code under test requests its real address and verifies the certificate for the real name; only the
+// route is the test's. Answers are raw bytes, so they can be as wrong as a test needs.
 
 #pragma once
 
@@ -21,26 +21,26 @@ class TestSite : public QObject {
     Q_OBJECT
 
 public:
-    // Answers one request, whose head is given, on a connection that stays open until it is closed here.
+    // Answers one request, given its head. The connection stays open until the handler closes it.
     using Handler = std::function<void(QSslSocket& connection, const QByteArray& request)>;
 
     explicit TestSite(const ServerIdentity& identity, QSsl::SslProtocol protocol = QSsl::TlsV1_2OrLater);
 
     void setHandler(Handler handler) { handler_ = std::move(handler); }
 
-    // The same answer to every request.
+    // Gives the same answer to every request.
     enum class Then { stayConnected, close };
     void answerWith(const QByteArray& answer, Then then = Then::stayConnected);
 
     [[nodiscard]] QNetworkProxy proxy() const;
 
-    // Lets the proxy lead to another server than this one.
+    // Makes the proxy connect to another server.
     void leadTo(quint16 port) { port_ = port; }
 
-    // Heads of the requests that arrived, decrypted, in order.
+    // Decrypted heads of the requests that arrived, in order.
     [[nodiscard]] const QList<QByteArray>& requests() const { return requests_; }
 
-    // "host:port" of each connection asked of the proxy, and "PLAIN" for each request without encryption.
+    // "host:port" of each connection requested from the proxy, and "PLAIN" for each unencrypted request.
     [[nodiscard]] const QList<QByteArray>& destinations() const { return destinations_; }
 
 private:
@@ -56,8 +56,8 @@ private:
     QList<QByteArray> destinations_;
 };
 
-// An answer with its length.
+// An answer with its Content-Length.
 [[nodiscard]] QByteArray httpAnswer(int status, const QByteArray& body, const QByteArray& moreHeaders = {});
 
-// A redirection.
+// An answer that redirects to `location`.
 [[nodiscard]] QByteArray httpRedirection(const QByteArray& location);

@@ -31,7 +31,7 @@ QByteArray documentOf(const QByteArray& version, const QByteArray& page = "https
     return R"({"version": ")" + version + R"(", "page": ")" + page + R"("})";
 }
 
-// One launch of the program after the other, on one machine with one web site.
+// Successive launches of the program on one machine, with one web site.
 class UpdateChecking : public testing::Test {
 protected:
     UpdateChecking() {
@@ -50,7 +50,7 @@ protected:
         services.transport.proxy = site.proxy();
     }
 
-    // Launches and waits for the end of the check; false when there was none.
+    // Launches the program and waits for the end of its check; returns false when there was no check.
     bool launch() {
         UpdateChecker checker(services);
         QSignalSpy finished(&checker, &UpdateChecker::finished);

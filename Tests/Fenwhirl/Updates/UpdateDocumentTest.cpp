@@ -23,7 +23,8 @@ TEST(UpdateDocumentAddress, IsNoneWhenItIsNoAddress) {
     EXPECT_FALSE(updateDocumentAddress(u"maker.tld"_s, u"%"_s));
 }
 
-// Each row: an address as the document gives it, and what would be opened; empty: it is refused.
+// Each row: an address as the document gives it, and the address that would be opened; empty when it is
+// refused.
 constexpr std::array<std::pair<const char*, const char*>, 52> pages = {{
     {"https://maker.tld/", "https://maker.tld/"},
     {"https://maker.tld", "https://maker.tld"},
@@ -33,7 +34,7 @@ constexpr std::array<std::pair<const char*, const char*>, 52> pages = {{
     {"HTTPS://MAKER.TLD/X", "https://maker.tld/X"},
     {"https://maker.tld:8443/", "https://maker.tld:8443/"},
     {"https://maker.tld/a%20b", "https://maker.tld/a%20b"},
-    // Wide letters and dots are the same host by the rules of international names.
+    // Full-width letters and dots name the same host under the rules for international names.
     {"https://\xef\xbd\x8d"
      "aker.tld/",
      "https://maker.tld/"},

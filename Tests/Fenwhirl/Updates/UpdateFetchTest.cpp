@@ -21,8 +21,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Debian's own settings refuse old protocols to every program. Here they are allowed to all, so that it is
-// the program that refuses them. Read with the first use of TLS.
+// Debian's own configuration refuses old protocols to every program. This one allows them, so that only the
+// program itself can refuse them. OpenSSL reads it when TLS is first used.
 const bool oldProtocolsAreAllowed = [] {
     static QTemporaryFile settings;
     EXPECT_TRUE(settings.open());
@@ -42,7 +42,7 @@ UpdateTransport transportTo(const TestSite& site, const TestAuthority& authority
     return transport;
 }
 
-// What a request comes to; fails the test when it comes to nothing at all.
+// The result of a request. Fails the test when the request does not complete.
 std::optional<QByteArray> fetch(const UpdateTransport& transport, const QUrl& url = address) {
     UpdateFetch request(transport, u"Fenwhirl/0.1"_s);
     QEventLoop loop;
@@ -60,7 +60,7 @@ std::optional<QByteArray> fetch(const UpdateTransport& transport, const QUrl& ur
     return result;
 }
 
-// A site that everything is right with.
+// A site without any fault.
 class UpdateFetching : public testing::Test {
 protected:
     TestAuthority authority;
@@ -68,8 +68,8 @@ protected:
     UpdateTransport transport = transportTo(site, authority);
 };
 
-// Whether a client that accepts anything comes to terms with the site in this protocol: else refusing it
-// proves nothing.
+// Whether a client that accepts everything can talk to the site in this protocol. Otherwise, refusing it
+// would prove nothing.
 bool speaks(const TestSite& site, QSsl::SslProtocol protocol) {
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
     tls.setProtocol(protocol);
@@ -87,7 +87,7 @@ bool speaks(const TestSite& site, QSsl::SslProtocol protocol) {
     return client.isEncrypted() && client.sessionProtocol() == protocol;
 }
 
-// Writes to a connection as fast as it takes it, up to `total` bytes; counts them.
+// Writes up to `total` bytes as fast as the connection accepts them, and counts them.
 void flood(QSslSocket& connection, qint64 total, const std::shared_ptr<qint64>& sent) {
     const auto more = [&connection, total, sent] {
         constexpr qint64 piece = 16 * 1024;
@@ -100,7 +100,7 @@ void flood(QSslSocket& connection, qint64 total, const std::shared_ptr<qint64>& 
     more();
 }
 
-// The most memory that this process has had in KiB since the last call of this function.
+// The peak memory of this process in KiB since the last call of this function.
 qint64 peakKiBSinceLastCall() {
     QFile status(u"/proc/self/status"_s);
     EXPECT_TRUE(status.open(QIODevice::ReadOnly));
@@ -133,7 +133,7 @@ TEST_F(UpdateFetching, AsksWithoutCookiesCacheOrIdentity) {
     ASSERT_EQ(site.requests().size(), 2);
     for (const QByteArray& request : site.requests()) {
         EXPECT_TRUE(request.startsWith("GET /maj/fenwhirl.json HTTP/1.1\r\n")) << request.constData();
-        const QByteArray lower = request.toLower(); // as newer versions of Qt write the headers' names
+        const QByteArray lower = request.toLower(); // like the header names of newer Qt versions
         EXPECT_TRUE(lower.contains("\r\nuser-agent: fenwhirl/0.1\r\n")) << request.constData();
         EXPECT_FALSE(lower.contains("cookie"));
         EXPECT_FALSE(lower.contains("authorization"));
@@ -212,7 +212,7 @@ TEST(UpdateFetchTls, RefusesAnAuthorityThatTheSystemDoesNotKnow) {
     EXPECT_FALSE(fetch(transport));
 }
 
-// Qt's server has no way to pass on an authority's word; the command-line tool's does.
+// Qt's server cannot pass on an OCSP response; openssl's s_server can.
 TEST(UpdateFetchTls, HeedsTheAuthoritysWordOnRevocation) {
     TestAuthority authority;
     TestSite site(authority.identityFor(host));
@@ -264,8 +264,8 @@ TEST(UpdateFetchTls, RefusesOldProtocols) {
 
 QT_WARNING_POP
 
-// No library of today speaks the protocol before TLS, so the server says no more than that it would: a client
-// that agreed would wait for what comes next, as it does for the same words with a version that it wants.
+// No current library speaks SSL 3, so this server only claims to in its hello. A client that agreed would
+// wait for the next message, as it does after the same hello with an acceptable version.
 TEST(UpdateFetchTls, RefusesSslThree) {
     QByteArray serverHello;
     QTcpServer old;
@@ -281,8 +281,7 @@ TEST(UpdateFetchTls, RefusesSslThree) {
     const auto helloOf = [](char version) {
         QByteArray hello("\x16\x03\0\0\x31\x02\0\0\x2d\x03\0", 11);
         hello[2] = hello[10] = version;
-        // No session, AES-128 with GCM for a key of the server's certificate, no compression; and that it
-        // knows of safe renegotiation.
+        // No session, AES-128-GCM for an ECDSA certificate, no compression, and secure renegotiation.
         return hello + QByteArray(32, 'r') + QByteArray("\0\xc0\x2b\0\0\x05\xff\x01\0\x01\0", 11);
     };
     TestAuthority authority;
@@ -355,7 +354,7 @@ TEST_F(UpdateFetching, RefusesRedirectionsOutOfHttps) {
 }
 
 TEST_F(UpdateFetching, FollowsARedirectionToAnotherHostThatIsWhoItSays) {
-    // One server for both, with a certificate that holds for both.
+    // One server for both hosts, with a certificate for both.
     TestSite both(authority.identityFor(u"*.fenwhirl.example"_s));
     both.setHandler([](QSslSocket& connection, const QByteArray& request) {
         connection.write(request.toLower().contains("\nhost: b.")
@@ -385,7 +384,7 @@ TEST_F(UpdateFetching, TakesOneMebibyteAndNotOneByteMore) {
 }
 
 TEST_F(UpdateFetching, StopsReadingAnEndlessBody) {
-    // What the first request of a process takes for ever is not counted.
+    // The first request of a process allocates memory that it never frees; leave that out of the measurement.
     site.answerWith(httpAnswer(200, "small"));
     ASSERT_TRUE(fetch(transport));
     const auto sent = std::make_shared<qint64>(0);
@@ -414,7 +413,7 @@ TEST_F(UpdateFetching, ReadsACompressedAnswer) {
 TEST_F(UpdateFetching, StopsUnpackingABomb) {
     const QByteArray packed = qCompress(QByteArray(256 << 20, ' '), 9).mid(4);
     ASSERT_LT(packed.size(), 1 << 20);
-    // What the first request of a process takes for ever is not counted.
+    // The first request of a process allocates memory that it never frees; leave that out of the measurement.
     site.answerWith(httpAnswer(200, "small"));
     ASSERT_TRUE(fetch(transport));
     site.answerWith(httpAnswer(200, packed, "Content-Encoding: deflate\r\n"));

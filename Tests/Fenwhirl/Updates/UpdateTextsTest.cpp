@@ -15,7 +15,7 @@ struct Expected {
     const char* body;
 };
 
-// As a user with version 1 of "N" reads of version 2.
+// What a user of version 1 of "N" reads about version 2.
 constexpr std::array<Expected, 13> expectations = {{
     {"en", "A new version is available", "Download", "Later",
      "Version 2 of N is available. It is free for you. You have version 1."},
@@ -61,7 +61,7 @@ TEST(UpdateTexts, SpeakEveryLanguageAndFrenchOtherwise) {
 TEST(UpdateTexts, FillThePlaceholdersOneKindAfterTheOther) {
     const UpdateTexts texts = {.title = {}, .body = u"%1 %2 %3 %1"_s, .download = {}, .later = {}};
     EXPECT_EQ(updateBody(texts, u"a"_s, u"b"_s, u"c"_s), u"a b c a"_s);
-    // What is put in may hold placeholders of the kinds that follow: text is text.
+    // Inserted values may contain placeholders of the kinds that follow; they must stay plain text.
     EXPECT_EQ(updateBody(texts, u"%2"_s, u"%3"_s, u"%1"_s), u"%1 %1 %1 %1"_s);
     EXPECT_EQ(updateBody(texts, u"\\1 %9 <b>"_s, u"b"_s, u"c"_s), u"\\1 %9 <b> b c \\1 %9 <b>"_s);
 }
