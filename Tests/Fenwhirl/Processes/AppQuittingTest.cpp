@@ -9,7 +9,7 @@
 
 namespace {
 
-// A machine's processes as quitting sees them, with a record of what was done to them.
+// The processes of a machine as the quitting code sees them, with a record of what was done to them.
 struct World {
     std::map<qint32, ProcessStart> running;
     std::set<qint32> applications;

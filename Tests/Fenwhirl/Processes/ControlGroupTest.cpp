@@ -34,7 +34,7 @@ TEST(ControlGroup, ReadsEscapedNames) {
     EXPECT_EQ(applicationIdsIn(inSession(uR"(app-gnome-firefox\x2desr-1234.scope)"_s)).last(),
               u"firefox-esr"_s);
     EXPECT_EQ(applicationIdsIn(inSession(uR"(app-caf\xc3\xa9-1.scope)"_s)), QStringList{u"café"_s});
-    // Escapes that are none, bytes that are no text, letters outside of the basic plane.
+    // Invalid escapes, bytes that are not valid text, and letters outside the basic plane.
     EXPECT_EQ(applicationIdsIn(uR"(/app-a\x2-1.scope)"_s), QStringList{uR"(a\x2)"_s});
     EXPECT_EQ(applicationIdsIn(uR"(/app-\xff-1.scope)"_s), QStringList{QString(QChar(0xfffd))});
     EXPECT_EQ(applicationIdsIn(u"/app-🦊 €-1.scope"_s), QStringList{u"🦊 €"_s});

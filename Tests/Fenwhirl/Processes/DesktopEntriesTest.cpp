@@ -129,7 +129,7 @@ TEST_F(DesktopEntriesTest, AreFoundByTheirProgramWhateverLinksLeadThere) {
     EXPECT_EQ(entries.ofProgram(QString()), nullptr);
 }
 
-// A browser or an editor: a script in a common folder, and the many processes of a folder of its own.
+// As with a browser or an editor: a start script, and many processes from a folder of its own.
 TEST_F(DesktopEntriesTest, HaveWhatLiesInTheirOwnFolder) {
     write(u"opt/editor/bin/editor"_s, "");
     writeEntry(u"mine/editor.desktop"_s, at(u"opt/editor/bin/editor"_s));

@@ -21,14 +21,14 @@ ProcessSample fold(const QByteArray& listing, int processors = 1) {
     return foldProcessListing(listing, contextOf(processors));
 }
 
-// The only entry of a listing.
+// The application of a listing that has only one.
 AppLoad only(const QByteArray& listing, int processors = 1) {
     const ProcessSample sample = fold(listing, processors);
     EXPECT_EQ(sample.apps.size(), 1) << listing.constData();
     return sample.apps.value(0);
 }
 
-// Processor time of this thread: other tests that run meanwhile do not count.
+// Processor time of this thread, which excludes other tests that run meanwhile.
 double threadSeconds() {
     timespec time = {};
     EXPECT_EQ(clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time), 0);
@@ -268,8 +268,8 @@ TEST(ProcessListing, ReplacesBytesThatAreNoText) {
 }
 
 TEST(ProcessListing, TakesForgedLinesForWhatTheySay) {
-    // A line break in a file name: nothing in the text tells it from a true line. Quitting is what is
-    // careful.
+    // A line break in a file name: nothing distinguishes the forged line from a real one. The code that quits
+    // applications must be careful instead.
     const ProcessSample sample =
         fold("7 5 1 /opt/Evil.app/x\n-1 90 1 /opt/Evil.app/y\n0 1 1 /opt/Evil.app/z\n");
     ASSERT_EQ(sample.apps.size(), 1);

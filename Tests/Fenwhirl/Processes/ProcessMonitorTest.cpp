@@ -27,7 +27,7 @@ ProcessSample sampleOf(const QString& name, double cpu) {
     return {{app}, cpu + 1};
 }
 
-// A source of samples that the test lets through one by one.
+// A source of samples that the test releases one by one.
 class Samples {
 public:
     [[nodiscard]] ProcessServices services() {
@@ -143,7 +143,7 @@ TEST(ProcessMonitor, DropsARequestBetweenTheSampleAndItsPublication) {
     samples.allow(100);
     monitor.refresh();
     samples.waitUntilOneRuns();
-    monitor.refresh(); // the event loop has not run: the first result is not published yet
+    monitor.refresh(); // the event loop has not run, so the first result is not published yet
     ASSERT_TRUE(apps.wait(patienceMilliseconds));
     EXPECT_EQ(samples.begun(), 1);
 }
@@ -174,7 +174,7 @@ TEST(ProcessMonitor, SamplesAgainAndAgainUntilStopped) {
     monitor.stop();
     const QList<AppLoad> last = monitor.apps();
     samples.allow(1000);
-    // One may have been under way; after it none begins.
+    // One sample may have been in progress; no other may begin.
     (void)apps.wait(50);
     const int begun = samples.begun();
     (void)apps.wait(50);

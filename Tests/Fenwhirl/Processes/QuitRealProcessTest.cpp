@@ -51,7 +51,7 @@ public:
     BusyApp(BusyApp&&) = delete;
     BusyApp& operator=(BusyApp&&) = delete;
 
-    // One more program of the application, in a bundle inside its own.
+    // Starts a second program of the application, from a bundle inside its own.
     pid_t startHelper() {
         const std::filesystem::path program = std::filesystem::path(path_.toStdString()) / "Contents" /
                                               "Frameworks" / "Helper.app" / "Contents" / "MacOS" / "Helper";
@@ -69,7 +69,7 @@ public:
 
     [[nodiscard]] pid_t pid() const { return pid_; }
 
-    // Waits for the end; the signal that caused it.
+    // Waits for the end of the process and returns the signal that ended it.
     int endedBy() { return endedBy(pid_); }
 
 private:
@@ -85,7 +85,7 @@ private:
         posix_spawn_file_actions_t actions = {};
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-        // What is ignored stays ignored in the child.
+        // A child process inherits ignored signals.
         const auto before = std::signal(SIGTERM, ignoresTermination ? SIG_IGN : SIG_DFL);
         EXPECT_EQ(posix_spawn(&pid_, program.c_str(), &actions, nullptr, arguments.data(), nullptr), 0);
         (void)std::signal(SIGTERM, before);
@@ -98,7 +98,7 @@ private:
     pid_t helper_ = 0;
 };
 
-// A desktop entry in this user's own folder, and what it starts, which keeps a processor busy.
+// A desktop entry in this user's own folder and the program that it starts, which keeps a processor busy.
 class BusyDesktopApp {
 public:
     explicit BusyDesktopApp(const std::string& exec) {
@@ -170,7 +170,7 @@ const AppLoad* entryOf(const ProcessMonitor& monitor, const QString& path) {
     return found == apps.end() ? nullptr : &*found;
 }
 
-// The application's entry, as soon as it is listed.
+// Waits until the application is listed and returns its entry.
 AppLoad waitUntilListed(ProcessMonitor& monitor, const QString& path) {
     QSignalSpy published(&monitor, &ProcessMonitor::appsChanged);
     monitor.start();
@@ -259,7 +259,7 @@ TEST(QuitRealProcess, SparesTheProcessThatGotTheIdentifierOfAnEndedOne) {
     (void)kill(pid, SIGKILL);
     (void)first->endedBy();
 
-    // The kernel gives the identifier after the one written here; others may be quicker to take it.
+    // The kernel assigns the identifier after the one written here, unless another process takes it first.
     std::unique_ptr<BusyApp> second;
     for (int attempt = 0; attempt < 200 && (second == nullptr || second->pid() != pid); ++attempt) {
         second.reset();
@@ -274,7 +274,7 @@ TEST(QuitRealProcess, SparesTheProcessThatGotTheIdentifierOfAnEndedOne) {
         GTEST_SKIP() << "other processes took the identifier each time";
     }
     monitor.quit(app, true);
-    // Had it been killed, this signal would come too late to be what ended it.
+    // If quitting had killed the process, SIGTERM would not be the signal that ends it.
     (void)kill(pid, SIGTERM);
     EXPECT_EQ(second->endedBy(), SIGTERM);
 }
