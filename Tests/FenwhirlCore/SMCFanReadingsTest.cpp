@@ -149,7 +149,7 @@ TEST_F(SMCFanReadings, ModesComeFromTheModeKeysWhateverTheirCase) {
     EXPECT_EQ(smc.fanModes(), (Modes{{0, false}, {1, true}, {2, true}}));
     controller.remove("FNum");
     EXPECT_EQ(smc.fanModes(), (Modes{{0, false}, {1, true}, {2, true}}));
-    controller.remove("F0Md"); // without a count they follow one another
+    controller.remove("F0Md"); // without a count, fans are searched for in sequence
     EXPECT_EQ(smc.fanModes(), Modes());
 }
 

@@ -136,7 +136,7 @@ TEST_F(SMCFanWrites, TheMaskIsWrittenInItsOwnType) {
     controller.addOlderFans(9);
     controller.setNumber("FS! ", "ui8 ", 0);
     EXPECT_TRUE(smc.setFanSpeed(8, 2000));
-    EXPECT_EQ(controller.number("FS! "), 255); // bit 8 does not fit a byte
+    EXPECT_EQ(controller.number("FS! "), 255); // bit 8 does not fit into a byte
     controller.set("FS! ", "flt ", {0, 0, 0, 0xBF});
     EXPECT_TRUE(smc.setFanSpeed(0, 2000)); // -0.5 becomes 0
     EXPECT_EQ(controller.number("FS! "), 1);
@@ -150,7 +150,7 @@ TEST_F(SMCFanWrites, AMaskThatCannotBeWrittenDoesNotFailTheSpeed) {
     controller.at("FS! ").writeResult = SMCResult::notWritable;
     EXPECT_TRUE(smc.setFanSpeed(0, 2000));
     EXPECT_FALSE(smc.resetFan(0));
-    controller.set("FS! ", "ui32", {0, 0, 0, 1}); // readable, but of a type that cannot be written
+    controller.set("FS! ", "ui32", {0, 0, 0, 1}); // a type that can be read but not written
     EXPECT_TRUE(smc.setFanSpeed(0, 2000));
     EXPECT_FALSE(smc.resetFan(0));
 }
@@ -265,7 +265,7 @@ TEST_F(SMCFanWrites, TheUnlockIsTakenBackWithTheLastManualFan) {
     EXPECT_EQ(controller.number("Ftst"), 1);
     EXPECT_TRUE(smc.resetFan(0));
     EXPECT_EQ(controller.number("Ftst"), 0);
-    EXPECT_EQ(controller.number("F0Tg"), 2500); // the firmware's to change
+    EXPECT_EQ(controller.number("F0Tg"), 2500); // left for the firmware to change
 }
 
 TEST_F(SMCFanWrites, AnyModeButZeroKeepsTheUnlock) {

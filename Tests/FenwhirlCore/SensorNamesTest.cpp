@@ -57,7 +57,7 @@ TEST(SensorNames, WellKnownKeysAreKnownInTheirOwnSpellingOnly) {
     EXPECT_EQ(friendly("tc0p"), "Capteur tc0p");
     EXPECT_EQ(friendly("TC0p"), "Capteur TC0p");
     EXPECT_EQ(friendly("TC0P "), "Capteur TC0P ");
-    EXPECT_EQ(friendly("TH0A"), friendly("TH0a")); // two keys of one name, not one key
+    EXPECT_EQ(friendly("TH0A"), friendly("TH0a")); // different keys with the same name
 }
 
 TEST(SensorNames, CoresAreNumbered) {

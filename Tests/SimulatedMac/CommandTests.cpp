@@ -162,7 +162,7 @@ TEST_F(Commands, AnotherProgramWritesByTheRulesForEveryClient) {
     EXPECT_EQ(run("write F1Tg 2500"), "error: the write was refused");
     EXPECT_EQ(seen(fourCC("F1Tg")), "2EE0");
     for (const char* wrong : {"write", "write F1Tg", "write F1Tg fast", "write F9Tg 3000", "write F1Tg 1 2",
-                              "write #KEY 4"}) { // the last one is not for writing
+                              "write #KEY 4"}) { // the last key is read-only
         EXPECT_TRUE(run(wrong).starts_with("error:")) << wrong;
     }
 }

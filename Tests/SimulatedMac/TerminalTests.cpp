@@ -230,7 +230,7 @@ TEST(Terminal, WhatIsNotInItsForegroundKeepsQuiet) {
         Screen screen(80, {}, job);
         EXPECT_TRUE(screen.showsSoon("Commands are welcome")) << screen.seen;
         EXPECT_TRUE(isServed());
-        screen.type("mark\n"); // echoed by the terminal, after all that the program has written
+        screen.type("mark\n"); // the terminal echoes this after all of the program's output
         EXPECT_TRUE(screen.showsSoon("mark\r\n")) << screen.seen;
         EXPECT_EQ(screen.seen.find("processor"), std::string::npos) << screen.seen;
     }

@@ -77,8 +77,8 @@ TEST(HelperArguments, IndexIsADecimalIntegerAndNothingElse) {
         {"1+", {}},
         {"\uFF11", {}},  // full-width 1
         {"\u0661", {}},  // Arabic-Indic 1
-        {"\u22121", {}}, // the minus sign of typesetters
-        {"\u00A01", {}}, // no-break blank
+        {"\u22121", {}}, // the typographic minus sign
+        {"\u00A01", {}}, // no-break space
         {"1\u00A0", {}},
         {"nan", {}},
         {"inf", {}},

@@ -78,7 +78,7 @@ TEST(FanSetting, CurveWithoutSpanRisesOverOneDegree) {
 TEST(FanSetting, CurveFollowsItsOwnSensor) {
     const std::vector<TemperatureReading> readings = {{"TC0P", 50}, {"TG0P", 70}, {"TG0P", 90}};
     EXPECT_EQ(targetRPM(curve(50, 90, "TG0P"), 1200, 6000, readings, 50), 3600); // the first of two
-    EXPECT_EQ(targetRPM(curve(50, 90, "tg0p"), 1200, 6000, readings, 90), 6000); // no such key: main
+    EXPECT_EQ(targetRPM(curve(50, 90, "tg0p"), 1200, 6000, readings, 90), 6000); // no such key: the main one
     EXPECT_EQ(targetRPM(curve(50, 90, "TG0P"), 1200, 6000, {}, 90), 6000);
     EXPECT_EQ(targetRPM(curve(-50, 50, "TG0P"), 1000, 5000, {}, std::nullopt), 3000); // 0 °C
 }

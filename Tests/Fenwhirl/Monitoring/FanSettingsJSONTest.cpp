@@ -132,7 +132,7 @@ TEST(FanSettingsJSON, EveryTextAndNumberComesBackUnchanged) {
         for (auto length = generator() % 12; length > 0; --length) {
             char32_t character = round % 2 == 0 ? any(generator) : any(generator) % 0x80;
             if (character >= 0xD800 && character < 0xE000) {
-                character = U'"'; // halves of pairs are no text
+                character = U'"'; // a lone surrogate is not valid text
             }
             key += QString::fromUcs4(&character, 1);
         }

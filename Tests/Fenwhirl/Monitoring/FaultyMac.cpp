@@ -32,10 +32,10 @@ FaultyMac::FaultyMac(ScriptedSMC& controller, std::mt19937& generator) : control
     } else {
         controller_.addOlderFans(count); // these fans have a mask
         for (int fan = 0; kind != 1 && fan < count; ++fan) {
-            controller_.setNumber(fanKey(fan, "Md"), "ui8 ", 0); // with modes beside it,
+            controller_.setNumber(fanKey(fan, "Md"), "ui8 ", 0); // with mode keys in addition
         }
         if (kind == 3) {
-            controller_.remove("FS! "); // or with modes alone
+            controller_.remove("FS! "); // with mode keys only
         }
     }
     const int gap = below(3) == 0 ? below(4) : -1;

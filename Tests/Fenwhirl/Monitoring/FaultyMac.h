@@ -28,8 +28,8 @@ public:
         silent, // never answers
     };
 
-    static constexpr const char* processorSensor = "TC0P"; // the main temperature while it is there
-    static constexpr const char* otherSensor = "TA0P";     // and else this one
+    static constexpr const char* processorSensor = "TC0P"; // the main temperature while it is readable
+    static constexpr const char* otherSensor = "TA0P";     // the main temperature otherwise
 
     struct Fan {
         int index;

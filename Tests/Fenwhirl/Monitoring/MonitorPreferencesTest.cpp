@@ -207,7 +207,7 @@ TEST_F(MonitorPreferences, PresetRewritesEveryPresentFanAndNoOther) {
     monitor().apply(Preset::max);
     EXPECT_EQ(monitor().setting(0), constant(6000));
     EXPECT_EQ(monitor().setting(1), constant(5500));
-    EXPECT_EQ(monitor().setting(3), curve(40, 80, "TG0P")); // not present now
+    EXPECT_EQ(monitor().setting(3), curve(40, 80, "TG0P")); // a fan that is not present
     monitor().apply(Preset::automatic);
     EXPECT_EQ(monitor().settings().at(0), FanSetting());
 }

@@ -242,7 +242,7 @@ TEST_F(PollerTest, BehindAnotherSessionItOnlyGivesBackWhatIsItsOwn) {
     pin(0, 2000);
     (void)poll();
     request.isInFront = false;
-    smc.setNumber("FS! ", "ui16", 2); // the other one drives the second fan
+    smc.setNumber("FS! ", "ui16", 2); // the other session drives the second fan
     (void)poll();
     now += std::chrono::hours(1);
     EXPECT_FALSE(poll()->wantsManualControl);
@@ -268,7 +268,7 @@ TEST_F(PollerTest, HandingEverythingBackNamesTheFansThatTheMachineShowsManual) {
     pin(1, 3000);
     (void)poll();
     commands.clear();
-    smc.setNumber("FS! ", "ui16", 2); // "auto" did nothing for the second fan
+    smc.setNumber("FS! ", "ui16", 2); // "auto" without a number missed the second fan
     smc.remove("FNum");
     poller.handBackEverything();
     EXPECT_EQ(commands, (Commands{{"auto"}, {"auto", "1"}}));

@@ -193,7 +193,7 @@ TEST_F(FilePreferencesTest, WhatIsNoFileReadsAsEmptyAndDoesNotBlock) {
     fs::create_directories(path());
     const auto overFolder = open();
     overFolder->setText(theme, QStringLiteral("light"));
-    EXPECT_EQ(overFolder->text(theme), QStringLiteral("light")); // at least for this session
+    EXPECT_EQ(overFolder->text(theme), QStringLiteral("light")); // it keeps the value in memory at least
     EXPECT_TRUE(fs::is_directory(path()));
     fs::remove(path());
     ASSERT_EQ(mkfifo(path().c_str(), 0600), 0);

@@ -42,7 +42,7 @@ TEST(ScriptNotifier, DoesNotWaitAndLeavesNoChild) {
     const std::string tool = folder.writeScript(
         "osascript", "cd '" + folder.path() + "'; while [ ! -e go ]; do sleep 0.01; done; : >seen");
     notifyByScript(QString::fromStdString(tool), QStringLiteral("a"), QStringLiteral("b"));
-    EXPECT_EQ(folder.read("seen"), ""); // returned while the tool still waits
+    EXPECT_EQ(folder.read("seen"), ""); // the call returned while the tool was still waiting
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
     folder.write("go", "");

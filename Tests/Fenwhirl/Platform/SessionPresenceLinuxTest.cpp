@@ -211,7 +211,7 @@ TEST_F(SessionPresenceLinuxTest, IsWhatTheSessionOfTheProcessIsAndFollowsIt) {
     ASSERT_TRUE(comesToFront());
     logind.invalidate(QStringLiteral("1"), false);
     ASSERT_TRUE(goesBack());
-    logind.switchTo(QStringLiteral("2"), true); // another's
+    logind.switchTo(QStringLiteral("2"), true); // another session
     logind.switchTo(QStringLiteral("1"), true);
     ASSERT_TRUE(comesToFront());
     EXPECT_EQ(changed->size(), 4);
@@ -232,7 +232,7 @@ TEST_F(SessionPresenceLinuxTest, TheUsersDisplayServesAProcessOfTheirSystemd) {
     logind.active = {{QStringLiteral("3"), false}};
     logind.display = QStringLiteral("3");
     logind.start();
-    make(QStringLiteral("8")); // which is over
+    make(QStringLiteral("8")); // a session that has ended
     ASSERT_TRUE(goesBack());
     logind.switchTo(QStringLiteral("3"), true);
     ASSERT_TRUE(comesToFront());

@@ -192,7 +192,7 @@ TEST(FanCard, AStoredSensorThatIsGoneShowsNoChoice) {
     QAccessibleInterface* picker = stage.find(QStringLiteral("Capteur"), QAccessible::ComboBox);
     ASSERT_NE(picker, nullptr);
     EXPECT_EQ(picker->text(QAccessible::Description), QString());
-    EXPECT_EQ(stage.monitor().setting(0).sensorKey, "TXXX"); // looking at it changes nothing
+    EXPECT_EQ(stage.monitor().setting(0).sensorKey, "TXXX"); // showing the fan changes nothing
 }
 
 TEST(FanCard, AnyChangeClearsTheHighlightedPreset) {
@@ -415,7 +415,7 @@ TEST(FansPage, AFanThatVanishesTakesOnlyItsOwnCard) {
     stage.poll();
     ASSERT_EQ(stage.models().machine()->fans()->count(), 1);
     EXPECT_EQ(stage.models().machine()->fans()->at(0), right);
-    EXPECT_TRUE(stage.shows(QStringLiteral("Ventilateur"))); // the only one has neither side nor number
+    EXPECT_TRUE(stage.shows(QStringLiteral("Ventilateur"))); // a single fan has neither a side nor a number
     EXPECT_FALSE(stage.shows(QStringLiteral("Ventilateur droit")));
 }
 

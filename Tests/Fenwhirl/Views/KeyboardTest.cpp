@@ -182,7 +182,7 @@ TEST(KeyboardInTheWindow, PageKeysScrollThePageFromTheBeginning) {
     Stage stage;
     stage.windowSize = {1040, 560};
     stage.showPage(Page::settings);
-    waitForFocus(stage, QStringLiteral("Réglages")); // the row of the shown page
+    waitForFocus(stage, QStringLiteral("Réglages")); // the sidebar row of the shown page
     const QString title = QStringLiteral("Apparence");
     const int before = titleTop(stage, title);
     stage.press(Qt::Key_PageDown);
@@ -216,7 +216,7 @@ TEST(KeyboardInTheWindow, WhatComesInThePlaceOfAButtonGetsItsFocus) {
     stage.showPage(Page::settings);
     stage.click(QStringLiteral("Activer le contrôle"));
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
-    waitForFocus(stage, QStringLiteral("Réinstaller")); // which stands in its place then
+    waitForFocus(stage, QStringLiteral("Réinstaller")); // the button that replaced it
 }
 
 TEST(KeyboardInTheWindow, TheFocusStaysWithAnApplicationThatIsOvertakenAndSoDoesItsQuestion) {
@@ -239,7 +239,7 @@ TEST(KeyboardInTheWindow, TheFocusStaysWithAnApplicationThatIsOvertakenAndSoDoes
     stage.press(Qt::Key_Escape);
     waitForFocus(stage, QStringLiteral("Beta"));
     stage.setApps({alfa});
-    waitForFocus(stage, QStringLiteral("Alfa")); // nothing stands behind it
+    waitForFocus(stage, QStringLiteral("Alfa")); // it is the last control
 }
 
 TEST(KeyboardInThePanel, ArrowsChooseFromPresetToPresetAndSpaceTheOneThatHasTheFocus) {
@@ -257,7 +257,7 @@ TEST(KeyboardInThePanel, ArrowsChooseFromPresetToPresetAndSpaceTheOneThatHasTheF
     EXPECT_EQ(stage.monitor().activePreset(), Preset::balanced);
     stage.press(Qt::Key_Tab);
     EXPECT_EQ(focused(stage).section(u' ', 1),
-              QStringLiteral("Auto")); // the left fan's way back to automatic
+              QStringLiteral("Auto")); // the left fan's button for automatic control
     stage.press(Qt::Key_Tab);
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Ventilateur gauche"));
     stage.press(Qt::Key_Backtab);

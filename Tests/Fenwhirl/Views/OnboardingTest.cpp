@@ -82,7 +82,7 @@ TEST(Onboarding, AFailedInstallationReturnsToTheButton) {
     stage.click(QStringLiteral("Activer le contrôle"));
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().isInstalling(); }));
     EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle")));
-    stage.click(QStringLiteral("Suivant")); // and the step can be left
+    stage.click(QStringLiteral("Suivant")); // and the user can leave the step
     EXPECT_TRUE(stage.shows(QStringLiteral("Tout est prêt")));
 }
 

@@ -117,7 +117,7 @@ TEST_F(DriverSafety, AnOrdinaryUserReadsEverythingAndChangesNothing) {
 
 TEST_F(DriverSafety, NoFanIsStopped) {
     tree.makeIntelLaptop();
-    tree.remove(tree.device() + "/fan1_min"); // the range of a write begins at 0 then
+    tree.remove(tree.device() + "/fan1_min"); // writes may then start at 0
     EXPECT_FALSE(set(0));
     EXPECT_FALSE(set(0.9));
     EXPECT_EQ(fan("output"), "2000");

@@ -66,7 +66,7 @@ void DriverTree::makeIntelLaptop() {
         write(prefix + "_max", "6000\n");
         write(prefix + "_output", "2000\n", true);
         write(prefix + "_manual", "0\n", true);
-        fs::create_directories(root_ / (prefix + "_safe")); // reading it fails, as the driver's does
+        fs::create_directories(root_ / (prefix + "_safe")); // cannot be read, like the driver's file
     }
     constexpr std::array<std::pair<std::string_view, int>, 18> sensors = {{
         {"TB0T", 34000},

@@ -152,7 +152,7 @@ TEST(InstanceLock, AWordThatIsNoneIsNotTold) {
     InstanceLock first(folder.path());
     ASSERT_TRUE(first.take());
     const InstanceLock second(folder.path());
-    EXPECT_FALSE(second.callHolder("game")); // it does not listen yet
+    EXPECT_FALSE(second.callHolder("game")); // the holder is not listening yet
     first.listen();
     EXPECT_FALSE(second.callHolder("two\nlines"));
     EXPECT_FALSE(second.callHolder(QByteArray(10000, 'x')));

@@ -59,7 +59,7 @@ public:
                   (choosesItsOwnPath ? QStringLiteral("own")
                                      : options.value(QStringLiteral("handle_token")).toString());
         connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(request))));
-        if (code && choosesItsOwnPath) // it is heard only after its name is known
+        if (code && choosesItsOwnPath) // the caller must learn the request's path first
             QTimer::singleShot(50, this, [this] { respond(); });
         else if (code)
             respond();
@@ -91,7 +91,7 @@ TEST(SavePortal, GivesThePlaceThatWasChosen) {
     EXPECT_EQ(portal.title, QStringLiteral("Fenwhirl"));
     EXPECT_EQ(portal.options.value(QStringLiteral("current_name")).toString(), QStringLiteral("rapport.txt"));
     EXPECT_EQ(portal.options.value(QStringLiteral("current_folder")).toByteArray(),
-              QByteArray("/home/camille/Documents", 24)); // with its closing zero
+              QByteArray("/home/camille/Documents", 24)); // with its terminating zero
     EXPECT_EQ(portal.closed, 0);
 }
 

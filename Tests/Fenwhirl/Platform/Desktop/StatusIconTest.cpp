@@ -40,7 +40,7 @@ TEST(StatusIcon, HasTheTemperatureBesideTheSymbolInASquareToo) {
 
 TEST(StatusIcon, IsAsWideAsItsTextWhereThereIsRoomAndOfOneWidthForAllDigits) {
     const QFont usual = QGuiApplication::font();
-    QGuiApplication::setFont(QFont(QStringLiteral("Inter"))); // whose digits differ in width
+    QGuiApplication::setFont(QFont(QStringLiteral("Inter"))); // its digits differ in width
     const QImage image = icon(QStringLiteral("63°"), 44, StatusIconShape::wide);
     EXPECT_EQ(image.height(), 44);
     EXPECT_EQ(ink(image, {6, 6, 32, 32}), 32 * 32) << "the symbol in its usual size";

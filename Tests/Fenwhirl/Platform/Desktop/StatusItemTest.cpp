@@ -336,7 +336,7 @@ TEST(StatusNotifierItem, TellsTheHostOfATextSeldomWhileTheIconStays) {
     EXPECT_EQ(told.count(), 1);
     item.setText(QStringLiteral("2 401 tr/min"));
     EXPECT_EQ(told.count(), 1);
-    EXPECT_EQ(item.title(), QStringLiteral("2 401 tr/min")); // for whoever asks
+    EXPECT_EQ(item.title(), QStringLiteral("2 401 tr/min")); // for a host that reads the property
     item.setIcons({statusIcon(drawSquare, temperature, 22, true, StatusIconShape::square)});
     item.setText(QStringLiteral("2 402 tr/min"));
     EXPECT_EQ(told.count(), 2);
@@ -396,7 +396,7 @@ TEST(StatusItem, OffersItsMenuToTheHostAndDoesWhatIsChosen) {
     EXPECT_EQ(entry(0).value(QStringLiteral("label")), QStringLiteral("Auto"));
     EXPECT_EQ(entry(0).value(QStringLiteral("toggle-type")), QStringLiteral("radio"));
     EXPECT_EQ(entry(0).value(QStringLiteral("toggle-state")), 0);
-    EXPECT_EQ(entry(1).value(QStringLiteral("label")), QStringLiteral("Max__1")); // no letter is marked
+    EXPECT_EQ(entry(1).value(QStringLiteral("label")), QStringLiteral("Max__1")); // no access key is marked
     EXPECT_EQ(entry(1).value(QStringLiteral("toggle-state")), 1);
     EXPECT_EQ(entry(2), QVariantMap({{QStringLiteral("type"), QStringLiteral("separator")}}));
     EXPECT_EQ(entry(3), QVariantMap({{QStringLiteral("label"), QStringLiteral("Quitter")}}));

@@ -45,7 +45,7 @@ Rectangle {
                 bubble.reading = value
                 for (const time of ["", "14:32"]) {
                     bubble.time = time
-                    tryCompare(bubble, "width", 96, 1000, value + " " + time) // once its texts are laid out
+                    tryCompare(bubble, "width", 96, 1000, value + " " + time) // once its texts have been laid out
                     compare(bubble.height, 22)
                 }
             }

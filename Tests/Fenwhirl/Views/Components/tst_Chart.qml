@@ -191,7 +191,7 @@ Rectangle {
             touch.press(0, chart, 24 + 69, 50).commit()
             compare(reading(), "12:01, 52 °C")
             touch.move(0, chart, 24 + 138, 60).commit()
-            tryVerify(() => reading() === "12:02, 54 °C") // moves arrive with the next picture
+            tryVerify(() => reading() === "12:02, 54 °C") // moves are delivered with the next frame
             touch.release(0, chart, 24 + 138, 60).commit()
             tryVerify(() => reading() === "50 °C – 60 °C")
         }
@@ -310,7 +310,7 @@ Rectangle {
                 chart.times = chart.times.map(time => time + 60000)
             }
             add(60)
-            compare(shown(), "12:05, 60 °C") // the last stays the last
+            compare(shown(), "12:05, 60 °C") // the cursor was on the last sample and follows it
             keyClick(Qt.Key_Left)
             compare(shown(), "12:04, 58 °C")
             add(61)

@@ -55,7 +55,7 @@ Rectangle {
             root.presses = 0
             starts.clear()
             mouseMove(root, 2, 2)
-            tryVerify(() => bubbleValue() === "", 2000) // a key of the test before
+            tryVerify(() => bubbleValue() === "", 2000) // left over from a key press in the previous test
         }
 
         // Four points a degree, the plot begins at 44 and is 88 high below the first 8.
