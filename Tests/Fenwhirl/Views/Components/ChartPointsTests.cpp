@@ -15,7 +15,7 @@ TEST(ChartPoints, NothingIsDrawnForFewerThanTwoValues) {
 }
 
 TEST(ChartPoints, TwoEqualValuesLieAtThirtyPercentOfTheHeight) {
-    // The scale is then 47 to 57: three below, and ten degrees at least.
+    // The scale is then 47 to 57: three degrees of margin, and a span of at least ten degrees.
     const QPolygonF points = LineChart::points({50, 50}, 300, 140);
     ASSERT_EQ(points.size(), 2);
     EXPECT_DOUBLE_EQ(points[0].x(), 0.0);
@@ -25,7 +25,7 @@ TEST(ChartPoints, TwoEqualValuesLieAtThirtyPercentOfTheHeight) {
 }
 
 TEST(ChartPoints, AWideSeriesKeepsThreeDegreesAboveAndBelow) {
-    // 40 to 80 on a scale from 37 to 83.
+    // 40 to 80, drawn on a scale from 37 to 83.
     const QPolygonF points = LineChart::points({40, 60, 80}, 200, 46);
     ASSERT_EQ(points.size(), 3);
     EXPECT_DOUBLE_EQ(points[0].y(), 43.0);

@@ -45,7 +45,7 @@ TEST(ChartLines, LieAtRoundTemperatures) {
     EXPECT_EQ(plainLines({-7, 7}), (QList<double>{-5, 0, 5}));
 }
 
-// Whatever was measured, there are some lines and not too many.
+// Whatever was measured, there are some lines, but not too many.
 TEST(ChartLines, AreTwoToSixInEveryRangeOfTemperatures) {
     for (double low = 0; low < 60; low += 0.7) {
         for (double span = 10; span < 100; span += 0.9) {
@@ -93,7 +93,7 @@ TEST(ChartLines, TheThresholdReplacesTheLineAtItsPlace) {
 }
 
 TEST(ChartLines, ANumberTooNearToTheThresholdsGivesWayButItsLineStays) {
-    // 48 degrees on 140 points: one is 2.9 points.
+    // 48 degrees on 140 points, so one degree is 2.9 points.
     EXPECT_EQ(chartLines({36, 84}, 140, 1, 76).at(4), (ChartLine{80, false, false})); // 11.7 points
     EXPECT_EQ(chartLines({36, 84}, 140, 1, 75).at(4), (ChartLine{80, true, false}));  // 14.6 points
     EXPECT_EQ(chartLines({36, 84}, 140, 1, 74).at(3), (ChartLine{70, false, false}));

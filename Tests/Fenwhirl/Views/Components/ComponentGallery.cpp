@@ -1,5 +1,6 @@
 // ComponentGallery PICTURE [dark|light] [SCENE]: draws a scene of this folder (Gallery, Shapes) into a PNG
-// file. Size and backend follow Qt's environment (QT_SCALE_FACTOR, QT_QUICK_BACKEND, QT_QPA_PLATFORM).
+// file. Size and backend follow Qt's environment variables (QT_SCALE_FACTOR, QT_QUICK_BACKEND,
+// QT_QPA_PLATFORM).
 
 #include "Fenwhirl/Views/Components/Components.h"
 
@@ -30,7 +31,7 @@ int main(int argc, char** argv) {
         return 1;
 
     bool saved = false;
-    // The popups open with a transition; half a second is longer than any motion of the interface.
+    // The popups open with a transition. This delay is longer than any animation of the interface.
     QTimer::singleShot(800, window, [&] {
         saved = window->grabWindow().save(arguments[1]);
         QCoreApplication::quit();

@@ -1,4 +1,4 @@
-// Runs the Qt Quick tests of this folder against the compiled-in module.
+// Runs the Qt Quick tests of this folder against the compiled module.
 
 #include "Fenwhirl/Views/Components/Components.h"
 
@@ -16,8 +16,8 @@
 
 namespace {
 
-// What assistive technology sees of an item and does to it, for the tests in QML: context property
-// `accessibility`.
+// Lets the QML tests see and operate an item as assistive technology does. Available to them as the context
+// property `accessibility`.
 class AccessibilityProbe : public QObject {
     Q_OBJECT
 
@@ -68,7 +68,7 @@ public:
         return true;
     }
 
-    // The first visible item in the subtree that is a node with this role.
+    // The first visible item in the subtree that has this accessible role.
     Q_INVOKABLE [[nodiscard]] QObject* find(QQuickItem* root, int role) const {
         if (!root->isVisible())
             return nullptr;
@@ -99,7 +99,7 @@ public Q_SLOTS:
         engine->rootContext()->setContextProperty(QStringLiteral("accessibility"), &m_probe);
         connect(engine, &QQmlEngine::warnings, this, [this](const QList<QQmlError>& warnings) {
             for (const QQmlError& warning : warnings) {
-                // A test asks for a symbol that does not exist, and expects this itself.
+                // One test asks for a symbol that does not exist and checks this warning itself.
                 if (!warning.description().contains(QStringLiteral("no drawing for the symbol \"umbrella\"")))
                     m_warnings.append(warning.toString());
             }
@@ -107,7 +107,7 @@ public Q_SLOTS:
     }
 
 public:
-    // Of the QML engine, each of which is a failure.
+    // Warnings of the QML engine; each of them is a failure.
     [[nodiscard]] const QStringList& warnings() const { return m_warnings; }
 
 private:

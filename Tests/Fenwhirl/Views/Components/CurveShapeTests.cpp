@@ -1,4 +1,4 @@
-// Lines, places and numbers of a fan's temperature curve.
+// Lines, positions and numbers of a fan's temperature curve.
 
 #include "Fenwhirl/Views/Components/CurveShape.h"
 
@@ -37,7 +37,7 @@ TEST(CurveShape, StepsToTheMaximumAtTheAlertThreshold) {
     EXPECT_EQ(lineInForce(ofMain(65, 95, 85)),
               QPolygonF({{20, 0}, {65, 0}, {85, 20.0 / 30.0}, {85, 1}, {92, 1}}));
     EXPECT_EQ(inForceUntil(ofMain(65, 95, 85)), 85);
-    // Not where the firmware is first, nor for another sensor.
+    // Neither above the temperature at which the firmware takes over, nor for another sensor.
     EXPECT_EQ(lineInForce(ofMain(50, 90, 92)), lineInForce(ofMain(50, 90)));
     CurveShape other = ofSensor(50, 90);
     other.alertAt = 60;
@@ -61,8 +61,8 @@ TEST(CurveShape, ThePresentTemperatureLiesOnTheLine) {
 
 TEST(CurveShape, ThePresentTemperatureLiesOnTheMaximumWhileProtectionDrivesTheFan) {
     EXPECT_EQ(placeOnCurve(ofMain(65, 95, 85), 87, false), QPointF(87, 1));
-    EXPECT_EQ(placeOnCurve(ofMain(65, 95, 85), 82, true), QPointF(82, 1)); // still holding
-    EXPECT_EQ(placeOnCurve(ofMain(65, 95, 85), 92, true), std::nullopt);   // nothing is asked for any more
+    EXPECT_EQ(placeOnCurve(ofMain(65, 95, 85), 82, true), QPointF(82, 1)); // protection still drives the fan
+    EXPECT_EQ(placeOnCurve(ofMain(65, 95, 85), 92, true), std::nullopt);   // no speed is requested any more
     EXPECT_EQ(placeOnCurve(ofSensor(65, 95), 95, false), QPointF(95, 1));
 }
 
@@ -72,7 +72,7 @@ TEST(CurveShape, NumbersThatWouldTouchGiveWay) {
     EXPECT_EQ(axisNumbers(ofSensor(50, 90), 305, 18), Numbers({40, 60, 80}));
     EXPECT_EQ(axisNumbers(ofMain(50, 90, 85), 305, 18), Numbers({40, 60, 85, 92}));
     EXPECT_EQ(axisNumbers(ofMain(50, 90, 60), 305, 18), Numbers({40, 60, 80, 92}));
-    EXPECT_EQ(axisNumbers(ofMain(50, 90, 90), 305, 18), Numbers({40, 60, 80, 92})); // too near to the 92
+    EXPECT_EQ(axisNumbers(ofMain(50, 90, 90), 305, 18), Numbers({40, 60, 80, 92})); // too close to 92
     EXPECT_EQ(axisNumbers(ofMain(50, 90), 100, 18), Numbers({40, 60, 92}));
     EXPECT_EQ(axisNumbers(ofMain(50, 90), 60, 18), Numbers({60, 92}));
 }

@@ -1,7 +1,7 @@
 import QtQuick
 import Fenwhirl.Components
 
-// Every component with its states, placed as in the drawing of the design it is compared with.
+// Every component in its states, arranged like the drawing of the design that it is compared with.
 Window {
     id: root
 

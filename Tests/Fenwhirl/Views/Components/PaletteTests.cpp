@@ -14,7 +14,7 @@ QColor color(const Palette& colors, PaletteColor name) {
     return colors[static_cast<std::size_t>(name)];
 }
 
-// Ratio of the luminances of two opaque colours as the web's accessibility guidelines define it: 1 to 21.
+// The contrast ratio of two opaque colours as the Web Content Accessibility Guidelines define it: 1 to 21.
 double contrast(const QColor& a, const QColor& b) {
     const auto luminance = [](const QColor& c) {
         const auto linear = [](double v) {
@@ -82,7 +82,7 @@ TEST(Palette, MixingRunsFromOneSetToTheOther) {
     EXPECT_LT(half.red(), color(light, PaletteColor::card).red());
 }
 
-// What is seen of a translucent colour on an opaque one.
+// The visible result of a translucent colour on an opaque one.
 QColor laidOver(const QColor& ground, const QColor& ink) {
     const auto mixed = [&ink](float under, float over) { return under + (over - under) * ink.alphaF(); };
     return QColor::fromRgbF(mixed(ground.redF(), ink.redF()), mixed(ground.greenF(), ink.greenF()),
@@ -104,8 +104,8 @@ TEST(Palette, TextIsReadableOnEverySurfaceItStandsOn) {
     }
 }
 
-// The palette is given, and where its light accent carries words it stays a little under 4.5; such words are
-// semibold, or say what is said elsewhere, too. It must not become less.
+// The palette is fixed. Where its light accent colours text, the contrast is slightly below 4.5; such text is
+// semibold or repeats what is said elsewhere. The contrast must not become lower.
 TEST(Palette, ColoredTextIsAsReadableAsThePaletteAllows) {
     for (const bool dark : {true, false}) {
         const Palette& colors = palette(dark);
@@ -121,7 +121,7 @@ TEST(Palette, ColoredTextIsAsReadableAsThePaletteAllows) {
         expectReadable(PaletteColor::onAccent, color(colors, PaletteColor::accent));
         for (const PaletteColor surface : {PaletteColor::card, PaletteColor::well, PaletteColor::errorFill})
             expectReadable(PaletteColor::hot, color(colors, surface));
-        // Marks that say something: the dot, bars and arcs.
+        // Marks that carry meaning: the status dot, bars and arcs.
         for (const PaletteColor surface : {PaletteColor::sidebar, PaletteColor::card})
             EXPECT_GE(contrast(color(colors, PaletteColor::good), color(colors, surface)), dark ? 9.5 : 2.8);
         for (const PaletteColor mark : {PaletteColor::accent, PaletteColor::hot})

@@ -37,11 +37,11 @@ TEST(PathData, TwoHalfCirclesMakeACircle) {
 }
 
 TEST(PathData, TheFlagsOfAnArcChooseItsCenterAndDirection) {
-    // A quarter of a circle around (0, 10): right-turning on screen from the top to the right.
+    // A quarter of a circle around (0, 10), clockwise on screen from the top to the right.
     const QPainterPath quarter = pathOf("M0 0A10 10 0 0 1 10 10");
     EXPECT_NEAR(quarter.pointAtPercent(0.5).x(), 7.07, 0.02);
     EXPECT_NEAR(quarter.pointAtPercent(0.5).y(), 2.93, 0.02);
-    // The same ends the other way round bulge to the other side.
+    // With the other direction flag, an arc between the same points bulges to the other side.
     const QPainterPath other = pathOf("M0 0A10 10 0 0 0 10 10");
     EXPECT_NEAR(other.pointAtPercent(0.5).x(), 2.93, 0.02);
     EXPECT_NEAR(other.pointAtPercent(0.5).y(), 7.07, 0.02);

@@ -1,8 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// Everything that is painted, without a letter: gauge, chart, every symbol in its sizes, shadows and knobs. For comparing
-// the renderers, which draw letters each in its own way.
+// Everything that is painted except text: gauge, chart, every symbol in its sizes, shadows and knobs. Used to
+// compare renderers, each of which draws text in its own way.
 Window {
     id: root
 

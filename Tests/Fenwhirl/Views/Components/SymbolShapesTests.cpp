@@ -72,7 +72,7 @@ TEST(SymbolShapes, TheFanIsDrawnForTheSizesOfTraysAndTheirDoubles) {
     EXPECT_EQ(drawingForPixels(QStringLiteral("bell"), 16), QStringLiteral("bell"));
 }
 
-// Each blade is an outline around a ground that is seen, and its outer edge ends with a pixel.
+// Each blade is an outline around a visible background, and its outer edge ends at a pixel boundary.
 TEST(SymbolShapes, TheSmallFansAreOutlinesOnWholePixels) {
     for (const int size : {16, 18, 22, 24}) {
         QImage image(size, size, QImage::Format_ARGB32_Premultiplied);

@@ -10,7 +10,7 @@ using namespace Fenwhirl;
 
 namespace {
 
-// A system with one symbol, a black bar, and what was asked of it.
+// A system that has one symbol, a black bar, and a record of the requests for it.
 class SystemSymbolsTest : public testing::Test {
 protected:
     struct Question {
@@ -37,7 +37,7 @@ protected:
 
     ~SystemSymbolsTest() override { setSystemSymbolSource({}); }
 
-    // What a box of 20 points shows at two pixels a point; true when something was drawn.
+    // Draws the symbol into a box of 20 points at two pixels per point; returns whether anything was drawn.
     bool draw(const QString& name, QImage& image) {
         image = QImage(40, 40, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);

@@ -11,7 +11,7 @@ TEST(WindowCorners, KeepWhatTheRoundShapeTouchesAndNothingElse) {
     const QRegion region = roundedRegion({340, 100}, radius);
     for (int y = 0; y < radius; ++y) {
         for (int x = 0; x < radius; ++x) {
-            // The pixel's corner that is nearest to the middle of the circle.
+            // The pixel's corner that is nearest to the centre of the circle.
             const int dx = radius - x - 1;
             const int dy = radius - y - 1;
             const bool touched = dx * dx + dy * dy < radius * radius;

@@ -20,7 +20,7 @@ Rectangle {
         y: 20
     }
 
-    // Somewhere else for the focus.
+    // Another control that can take the focus.
     Item {
         id: elsewhere
         activeFocusOnTab: true
@@ -48,7 +48,7 @@ Rectangle {
             Theme.textScale = 1
         }
 
-        // A minute lies between one value and the next.
+        // Successive values are one minute apart.
         function show(values) {
             chart.values = values
             chart.times = values.map((_, i) => noon + i * 60000)
@@ -63,7 +63,7 @@ Rectangle {
             return Qt.colorEqual(image.pixel(x, y), Theme.accent)
         }
 
-        // Rows of the plot that have another colour than the card, at that x of the window.
+        // The rows of the plot, at that x of the window, whose colour differs from the card's.
         function rows(image, x: real): var {
             const found = []
             for (let y = 15; y < 165; ++y) {
@@ -111,7 +111,7 @@ Rectangle {
         }
 
         function test_theScaleHasLinesAtRoundTemperaturesAndNumbersBesideThem() {
-            // 52 to 72, seven points a degree: 70, 65, 60 and 55 lie at 14, 49, 84 and 119.
+            // 52 to 72 degrees at seven points per degree: 70, 65, 60 and 55 lie at 14, 49, 84 and 119.
             const image = picture([55, 69])
             compare(rows(image, 20 + 260).filter(y => y < 30), [14])
             verify(inked(image, 20, 34, 20 + 14 - 5, 20 + 14 + 5), "the number 70")
@@ -174,9 +174,9 @@ Rectangle {
             compare(reading(), "12:01, 52 °C")
             mouseMove(chart, 24 + 69 + 40, 50)
             compare(reading(), "12:02, 54 °C")
-            mouseMove(chart, 2, 100) // on the scale
+            mouseMove(chart, 2, 100) // over the scale
             compare(reading(), "12:00, 50 °C")
-            mouseMove(chart, 299, 158) // on a caption
+            mouseMove(chart, 299, 158) // over a caption
             compare(reading(), "12:04, 58 °C")
             compare(findChild(bubble(), "time").text, "12:04")
             compare(findChild(bubble(), "value").text, "58")
@@ -225,7 +225,7 @@ Rectangle {
             const bare = grabImage(root)
             mouseMove(chart, 162, 20)
             const image = grabImage(root)
-            const x = 20 + 162 - 1 // half a point of a line one point wide is left of its place
+            const x = 20 + 162 - 1 // a line one point wide begins half a point left of its position
             const changed = y => !Qt.colorEqual(image.pixel(x, y), bare.pixel(x, y))
                                  || !Qt.colorEqual(image.pixel(x + 1, y), bare.pixel(x + 1, y))
             verify(changed(20))
@@ -318,7 +318,7 @@ Rectangle {
             add(62)
             add(63)
             compare(shown(), "12:04, 58 °C")
-            add(64) // now it has left
+            add(64) // the sample under the cursor has left the chart
             compare(shown(), "12:05, 60 °C")
             add(65)
             compare(shown(), "12:06, 61 °C")

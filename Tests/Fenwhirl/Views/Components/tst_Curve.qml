@@ -58,7 +58,7 @@ Rectangle {
             tryVerify(() => bubbleValue() === "", 2000) // left over from a key press in the previous test
         }
 
-        // Four points a degree, the plot begins at 44 and is 88 high below the first 8.
+        // A degree takes four points. The plot begins at x = 44 and is 88 points high, 8 points from the top.
         function xOf(celsius: real): real {
             return 44 + (celsius - 20) * 4
         }
@@ -86,7 +86,7 @@ Rectangle {
             return grabImage(root).pixel(Math.round(30 + xOf(celsius)), Math.round(48 + 88 * (1 - share)))
         }
 
-        // Edges are smooth.
+        // Compares with a tolerance, because edges are antialiased.
         function isLine(color): bool {
             const ink = Theme.accent
             return Math.abs(color.r - ink.r) + Math.abs(color.g - ink.g) + Math.abs(color.b - ink.b) < 0.3
@@ -159,7 +159,7 @@ Rectangle {
             curve.height = curve.implicitHeight
             root.start = 80
             root.max = 80
-            // They stand above one another: no press reaches both, the nearer one is taken.
+            // The handles are in the same column, but no press reaches both: the nearer one is taken.
             mousePress(curve, xOf(80), 90)
             mouseMove(curve, xOf(60), 90)
             mouseRelease(curve, xOf(60), 90)
@@ -227,7 +227,7 @@ Rectangle {
 
         function test_thePresentTemperatureMovesOnTheLine() {
             curve.now = 35
-            // The dot is set off from the line by a ring of the plot's colour.
+            // A ring in the plot's colour separates the dot from the line.
             verify(isLine(inkAt(35, 3 / 88)))
             verify(Qt.colorEqual(inkAt(36, 0), Theme.well))
             curve.now = 80

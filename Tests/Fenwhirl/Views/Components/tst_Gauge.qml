@@ -24,7 +24,7 @@ Rectangle {
             Theme.dark = true
         }
 
-        // The ring's colour at a share of its 270 degrees, read from the picture.
+        // The ring's colour at a fraction of its 270 degrees, read from the picture.
         function ringAt(image, share: real): color {
             const angle = (135 + 270 * share) * Math.PI / 180
             return image.pixel(Math.round(64 + 58 * Math.cos(angle)), Math.round(64 + 58 * Math.sin(angle)))
@@ -52,7 +52,7 @@ Rectangle {
             verify(Qt.colorEqual(ringAt(image, 0.01), Theme.track))
         }
 
-        // A fan at its minimum is measured a turn above it and below it.
+        // The measured speed of a fan at its minimum varies by about one rpm.
         function test_belowHalfAPercentNothingIsDrawn() {
             for (const fraction of [0.0002, 0.004]) {
                 verify(Qt.colorEqual(ringAt(picture(fraction), 0.001), Theme.track), fraction)
@@ -92,13 +92,13 @@ Rectangle {
             Theme.reducedMotion = true
         }
 
-        // At a share of the ring, as far from the middle.
+        // The colour just outside the ring at a fraction of its 270 degrees.
         function outsideAt(image, share: real): color {
             const angle = (135 + 270 * share) * Math.PI / 180
             return image.pixel(Math.round(84 + 69.75 * Math.cos(angle)), Math.round(84 + 69.75 * Math.sin(angle)))
         }
 
-        // The text's colour is translucent: as it looks on the card.
+        // The text colour is translucent, so this compares with its appearance on the card.
         function isTick(color): bool {
             const ink = Qt.tint(Theme.card, Theme.text)
             return Math.abs(color.r - ink.r) + Math.abs(color.g - ink.g) + Math.abs(color.b - ink.b) < 0.02
@@ -125,7 +125,7 @@ Rectangle {
                 verify(Qt.colorEqual(outsideAt(image, share), Theme.card), share)
             image = aimed(0)
             verify(isTick(outsideAt(image, 0)))
-            // What cannot be shown in the ring is clamped to its ends.
+            // Values beyond the ring are clamped to its ends.
             for (const beyond of [1, 1.4, Infinity])
                 verify(isTick(outsideAt(aimed(beyond), 1)), beyond)
             verify(isTick(outsideAt(aimed(-Infinity), 0)))

@@ -54,7 +54,7 @@ Item {
         function cleanup() {
             for (const control of [button, lengthy, presets]) {
                 if (!control.menu)
-                    continue // never opened
+                    continue // the menu was never opened
                 control.menu.close()
                 tryCompare(control.menu, "visible", false)
             }
@@ -207,7 +207,7 @@ Item {
             button.forceActiveFocus()
             keyClick(Qt.Key_Space)
             tryCompare(button.menu, "opened", true)
-            mouseMove(root, over.x, over.y + 28 * 2) // the window tells the menu where the pointer is
+            mouseMove(root, over.x, over.y + 28 * 2) // tells the menu where the pointer is
             compare(button.menu.list.currentIndex, 1)
             keyClick(Qt.Key_Return)
             compare(root.sensor, 1)

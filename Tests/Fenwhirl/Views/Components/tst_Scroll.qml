@@ -96,7 +96,7 @@ Item {
 
         function test_theBarShowsItselfWhileThePageMovesAndForAMomentAfter() {
             const thumb = findChild(view, "thumb")
-            mouseMove(view, 150, 150) // not on the bar
+            mouseMove(view, 150, 150) // away from the bar
             tryCompare(thumb, "opacity", 0)
             mouseWheel(view, 150, 150, 0, -120)
             tryCompare(thumb, "opacity", 1)
@@ -110,7 +110,7 @@ Item {
             mousePress(bar, 6, 10)
             compare(view.contentY, 0, "taking hold of it moves nothing")
             mouseMove(bar, 6, 10 + bar.travel / 2)
-            fuzzyCompare(thumb.y, bar.travel / 2, 1) // the pointer moves by whole points
+            fuzzyCompare(thumb.y, bar.travel / 2, 1) // the pointer moves in whole points
             fuzzyCompare(view.contentY, end / 2, end / bar.travel)
             mouseMove(bar, 6, 1000)
             compare(view.contentY, end)

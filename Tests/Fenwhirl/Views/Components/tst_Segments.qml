@@ -77,7 +77,7 @@ Item {
             compare(nodes.length, 3)
             compare(nodes[0].x, 3)
             fuzzyCompare(nodes[2].x + nodes[2].width, 346, 0.01)
-            fuzzyCompare(nodes[0].width - nodes[0].textWidth, nodes[2].width - nodes[2].textWidth, 1) // to the point
+            fuzzyCompare(nodes[0].width - nodes[0].textWidth, nodes[2].width - nodes[2].textWidth, 1) // ±1 point
         }
 
         function test_selectingMovesNothing() {

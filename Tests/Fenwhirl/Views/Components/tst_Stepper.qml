@@ -60,7 +60,7 @@ Item {
             root.celsius = 30
             mousePress(stepper, 48, 13)
             compare(root.celsius, 35)
-            // On a busy computer several steps may have been made before they are looked at.
+            // On a busy computer several steps may happen between two checks.
             tryVerify(() => root.celsius >= 50, 10000)
             mouseRelease(stepper, 48, 13)
             const stopped = root.celsius

@@ -48,9 +48,9 @@ Item {
 
         function test_aParagraphKeepsANumberAndItsUnitOnOneLine() {
             compare(broken.lineCount, 2)
-            verify(broken.contentWidth > measure.contentWidth - 1) // "…92" ends its first line
+            verify(broken.contentWidth > measure.contentWidth - 1) // "…92" ends the first line
             compare(kept.lineCount, 2)
-            verify(kept.contentWidth < measure.contentWidth - 10) // "92 °C" begins its second
+            verify(kept.contentWidth < measure.contentWidth - 10) // "92 °C" begins the second line
             compare(accessibility.name(kept), "La protection à 92 °C")
         }
 
