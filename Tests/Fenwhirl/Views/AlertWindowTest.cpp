@@ -1,4 +1,4 @@
-// The question in a window of its own.
+// A question that is shown in a window of its own.
 
 #include "FittingWindow.h"
 #include "Stage.h"
@@ -20,7 +20,7 @@ void ask(Stage& stage) {
                 {QStringLiteral("laterText"), QStringLiteral("Plus tard")}});
 }
 
-// The lower edge of the last button, in the window.
+// The lower edge of the last button, in window coordinates.
 int endOfContent(Stage& stage) {
     static_cast<void>(stage.window().grabWindow());
     QAccessibleInterface* last = stage.find(QStringLiteral("Plus tard"), QAccessible::Button);

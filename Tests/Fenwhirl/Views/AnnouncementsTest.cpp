@@ -1,5 +1,5 @@
-// What a screen reader is told although the focus stays where it is: each change once, in words that are
-// shown anyway.
+// What a screen reader announces although the focus stays where it is: each change once, in words that are
+// also shown.
 
 #include "Stage.h"
 
@@ -13,7 +13,7 @@ TEST(Announcements, AChangeOfHealthIsToldOnceAndNeverAReading) {
     Stage stage;
     stage.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
-    EXPECT_EQ(stage.announced(), QStringList()); // nothing has changed by coming up
+    EXPECT_EQ(stage.announced(), QStringList()); // showing the window is not a change
     stage.world.setCelsius(55);
     stage.poll();
     EXPECT_EQ(stage.announced(), QStringList());
@@ -34,7 +34,7 @@ TEST(Announcements, ALanguageIsNoChange) {
     EXPECT_EQ(stage.announced(), QStringList());
 }
 
-// The rows of the sidebar say by themselves which page they show.
+// The rows of the sidebar already say which page they show.
 TEST(Announcements, APageThatComesFromElsewhereIsToldAlsoWhileAnotherIsBeingTold) {
     Stage stage;
     stage.show();
@@ -52,7 +52,7 @@ TEST(Announcements, APageThatComesFromElsewhereIsToldAlsoWhileAnotherIsBeingTold
 TEST(Announcements, ARefusedChangeIsToldWhereverOneIs) {
     Stage stage;
     stage.world.helper.succeeds = false;
-    stage.showPage(Page::alerts); // which has no place for the message
+    stage.showPage(Page::alerts); // this page has no room for the message
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
     stage.monitor().apply(Preset::max);
     stage.poll();

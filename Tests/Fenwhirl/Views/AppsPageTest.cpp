@@ -1,4 +1,4 @@
-// The applications page, and the question before one is quit.
+// The applications page, and the question before an application is quit.
 
 #include "Stage.h"
 
@@ -35,7 +35,7 @@ TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
     EXPECT_TRUE(rows.at(0)->text(QAccessible::Name).startsWith(QStringLiteral("Blender")));
     EXPECT_TRUE(rows.at(1)->text(QAccessible::Name).startsWith(QStringLiteral("Mail")));
     EXPECT_TRUE(stage.shows(QStringLiteral("Protégé")));
-    EXPECT_EQ(stage.all(QAccessible::CheckBox).size(), 1); // no switch for what is protected
+    EXPECT_EQ(stage.all(QAccessible::CheckBox).size(), 1); // protected applications have no switch
 }
 
 TEST(AppsPage, ItsCardsHaveTheUsualPaddingOnEverySide) {
@@ -48,7 +48,7 @@ TEST(AppsPage, ItsCardsHaveTheUsualPaddingOnEverySide) {
     EXPECT_EQ(row.left(), 208 + 18 + 20);
     EXPECT_EQ(row.right() + 1, 208 + 18 + 760 - 20);
     const QColor card(0x1F, 0x22, 0x29);
-    // Inside the card's edge above the row and below it, and beyond it.
+    // The card's colour continues up to its edge above and below the row, and not beyond it.
     const int x = row.center().x();
     EXPECT_EQ(stage.colorAt({x, row.top() - 18}), card);
     EXPECT_NE(stage.colorAt({x, row.top() - 20}), card);
@@ -69,7 +69,7 @@ TEST(AppsPage, ShowsAnApplicationsIconAndTheGearsForWhatHasNone) {
     service.appPath.reset();
     stage.setApps({runningApp(QStringLiteral("Blender"), 36.5, 71), service});
     stage.showPage(Page::apps);
-    // The picture of 28 points at the beginning of a row.
+    // The 28-point picture at the beginning of a row.
     const auto icon = [&stage](int row) {
         const QRect place = stage.all(QAccessible::ListItem).at(row)->rect();
         const QPoint corner(place.left() - stage.window().x(), place.center().y() - 13 - stage.window().y());
@@ -79,7 +79,7 @@ TEST(AppsPage, ShowsAnApplicationsIconAndTheGearsForWhatHasNone) {
     EXPECT_EQ(icon(0).pixelColor(1, 1), Qt::red);
     const QImage gears = icon(1);
     const QColor card(0x1F, 0x22, 0x29);
-    EXPECT_EQ(gears.pixelColor(2, 2), card); // 18 points in their middle
+    EXPECT_EQ(gears.pixelColor(2, 2), card); // the gears take 18 points in the middle
     EXPECT_EQ(gears.pixelColor(25, 2), card);
     bool drawn = false;
     for (int x = 5; x < 23; ++x) {
@@ -99,7 +99,7 @@ TEST(AppsPage, CancellingLeavesTheApplicationRunningAndItsSwitchOn) {
     EXPECT_TRUE(stage.shows(QStringLiteral("Fermer Firefox ?")));
     EXPECT_TRUE(stage.shows(
         QStringLiteral("Les documents non enregistrés dans cette application peuvent être perdus.")));
-    // Shown as off; but it runs, and that is what a screen reader says.
+    // The switch is drawn as off, but the application is running and a screen reader says so.
     AppList* const rows = stage.models().apps()->apps();
     const int on = rows->roleNames().key("on");
     EXPECT_FALSE(rows->data(rows->index(0), on).toBool());
@@ -194,7 +194,8 @@ TEST(AppsPage, SamplesOnlyWhileItIsOnScreen) {
     stage.monitor().setSelectedPage(Page::apps);
     EXPECT_TRUE(stage.models().apps()->pageShown());
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.samples == 1; }));
-    // Only what was stopped takes a sample at once when it starts: hiding the window has stopped it.
+    // Starting takes an immediate sample only if sampling was stopped, so this shows that hiding the window
+    // stopped it.
     stage.models().setAwake(false);
     stage.models().setAwake(true);
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.samples == 2; }));

@@ -1,4 +1,4 @@
-// The dashboard: the machine at a glance, in good times and bad.
+// The dashboard, with everything in order and with each kind of problem.
 
 #include "Fenwhirl/Localization/NumberFormat.h"
 #include "Stage.h"
@@ -56,7 +56,7 @@ TEST(Dashboard, TheChartReadsEachSampleWithItsOwnTime) {
     stage.world.setCelsius(60);
     stage.world.pollAfter(2);
     stage.world.setCelsius(70);
-    stage.world.pollAfter(8 * 3600); // a sleep
+    stage.world.pollAfter(8 * 3600); // the computer sleeps
     const auto clock = [&stage](double seconds) {
         const auto time = stage.world.wallTime(seconds).time_since_epoch();
         return NumberFormat::clockText(
@@ -87,7 +87,7 @@ TEST(Dashboard, TheChartMarksTheAlertThresholdWhileAlertsAreOn) {
     stage.poll();
     stage.monitor().setAlertsEnabled(false);
     stage.monitor().setAlertThreshold(65);
-    // Ten points right of the plot's left edge the line is still cold: what is orange there is the threshold.
+    // Ten points right of the plot's left edge, the line is still cold. Any orange there is the threshold.
     const QRect chart = stage.all(QAccessible::Chart).first()->rect().translated(-stage.window().position());
     const auto hot = [&] {
         const QImage picture = stage.window().grabWindow();
@@ -105,7 +105,7 @@ TEST(Dashboard, TheChartMarksTheAlertThresholdWhileAlertsAreOn) {
     EXPECT_EQ(hot(), 0);
     stage.monitor().setAlertsEnabled(true);
     EXPECT_EQ(hot(), 1);
-    stage.monitor().setAlertThreshold(95); // beyond what the chart shows
+    stage.monitor().setAlertThreshold(95); // beyond the range of the chart
     EXPECT_EQ(hot(), 0);
     stage.monitor().setAlertThreshold(60);
     EXPECT_EQ(hot(), 1);
@@ -119,9 +119,9 @@ TEST(Dashboard, TheTemperatureHasAFixedWidthAndTheSensorsTheRest) {
         stage.world.smc.setNumber(key, "sp78", 40);
     stage.show();
     static_cast<void>(stage.window().grabWindow());
-    constexpr int page = 208 + 18; // where its cards begin
+    constexpr int page = 208 + 18; // the left edge of the page's cards
     ASSERT_EQ(stage.all(QAccessible::Chart).size(), 1);
-    // 140 for the chart and 22 for the captions, in a card of 340 with a padding of 20.
+    // 140 for the chart and 22 for the captions, in a card 340 wide with a padding of 20.
     const QRect chart = stage.all(QAccessible::Chart).first()->rect().translated(-stage.window().position());
     EXPECT_EQ(chart.left(), page + 20);
     EXPECT_EQ(chart.size(), QSize(300, 140 + 22));
@@ -132,7 +132,7 @@ TEST(Dashboard, TheTemperatureHasAFixedWidthAndTheSensorsTheRest) {
         EXPECT_EQ(row.left(), page + 340 + 18 + 20);
         EXPECT_EQ(row.right() + 1, 1040 - 18 - 20);
         EXPECT_EQ(row.height(), 33);
-        // They end with the chart's captions, the last one's own room aside.
+        // The rows end with the chart's captions, except for the padding of the last row.
         EXPECT_NEAR(row.bottom(), chart.bottom() - 33 * (5 - static_cast<int>(i)), 2);
     }
 }
@@ -226,7 +226,7 @@ TEST(Dashboard, EveryBannerReachesToThePagesEdge) {
     missing.world.loginItemWorks = false;
     missing.start();
     missing.monitor().apply(Preset::game);
-    missing.monitor().setLaunchAtLogin(true); // an error to be told
+    missing.monitor().setLaunchAtLogin(true); // provokes an error message
     missing.poll();
     missing.show();
     EXPECT_EQ(endOf(missing, QStringLiteral("Fermer")), 1040 - 18 - 12);
@@ -248,7 +248,7 @@ TEST(Dashboard, AnErrorStaysUntilItIsClosed) {
     EXPECT_TRUE(stage.shows(error));
     stage.poll();
     EXPECT_TRUE(stage.shows(error));
-    // Its button is called what closes a window, not what ends an application.
+    // The button has the word for closing a window, not the one for quitting an application.
     for (const auto& [language, word] :
          {std::pair(AppLanguage::en, u"Close"), std::pair(AppLanguage::de, u"Schließen"),
           std::pair(AppLanguage::srCyrl, u"Затвори"), std::pair(AppLanguage::fr, u"Fermer")}) {
@@ -266,7 +266,7 @@ TEST(Dashboard, ShowsItsGroupsInOrder) {
     stage.start();
     stage.monitor().apply(Preset::game);
     stage.world.loginItemWorks = false;
-    stage.monitor().setLaunchAtLogin(true); // an error to be told
+    stage.monitor().setLaunchAtLogin(true); // provokes an error message
     stage.poll();
     stage.show();
     const QStringList texts = stage.texts();

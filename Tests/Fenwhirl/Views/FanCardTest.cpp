@@ -1,4 +1,4 @@
-// The fans, on their page and on the dashboard.
+// The cards of the fans, on their page and on the dashboard.
 
 #include "Fenwhirl/Localization/DrawnText.h"
 #include "ShownText.h"
@@ -99,7 +99,7 @@ TEST(FanCard, AFanWithoutARangeStillHasAUsableSlider) {
 constexpr QColor track(0x2B, 0x30, 0x3A);
 constexpr QColor accent(0x4F, 0xC3, 0xF7);
 
-// A fan's gauge where its arc begins, at the lower left, and where it ends, at the lower right.
+// The colours of a fan's gauge at the two ends of its arc: lower left and lower right.
 std::pair<QColor, QColor> endsOfGauge(Stage& stage, int fan) {
     for (const QAccessibleInterface* item : stage.all(QAccessible::StaticText)) {
         if (item->rect().size() != QSize(128, 128) || fan-- != 0)
@@ -149,7 +149,7 @@ TEST(FanCard, TheSteppersStopAtTheirBounds) {
     for (int i = 0; i < 20; ++i)
         stage.all(stepper).at(1)->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
     EXPECT_EQ(stage.monitor().setting(0).maxTemp, 50);
-    // Nothing keeps the start below the end.
+    // Nothing prevents a start above the end.
     EXPECT_GT(stage.monitor().setting(0).startTemp, stage.monitor().setting(0).maxTemp);
     EXPECT_TRUE(stage.shows(QStringLiteral("La vitesse augmente à partir de 80 °C")));
     EXPECT_TRUE(stage.shows(QStringLiteral("Vitesse maximale à 50 °C")));
@@ -325,7 +325,7 @@ TEST(FanCard, TheCurveStandsBesideTheTemperatureAndTheRulesThatCountForIt) {
     EXPECT_EQ(fan->drivingTemperature(), 44);
     EXPECT_FALSE(fan->followsMain());
     EXPECT_TRUE(std::isnan(fan->alertAt()));
-    // A sensor that is gone: the main temperature takes its place.
+    // When the sensor disappears, the main temperature replaces it.
     stage.world.smc.remove("TG0P");
     stage.poll();
     EXPECT_EQ(fan->drivingTemperature(), 86);
@@ -336,7 +336,7 @@ TEST(FanCard, TheCurveStandsBesideTheTemperatureAndTheRulesThatCountForIt) {
     EXPECT_TRUE(std::isnan(fan->drivingTemperature()));
 }
 
-// The description of a fan's gauge.
+// The description of a fan's gauge, which names the requested speed.
 QString askedFor(Stage& stage) {
     const FanRow* fan = stage.models().machine()->fans()->at(0);
     const QAccessibleInterface* gauge =
@@ -349,14 +349,14 @@ TEST(FanCard, TheGaugeSaysWhatTheFanWasReallyAskedFor) {
     stage.showPage(Page::fans);
     EXPECT_EQ(askedFor(stage), QString());
     stage.click(QStringLiteral("Vitesse fixe"), QAccessible::RadioButton);
-    EXPECT_EQ(askedFor(stage), QString()); // wanted, but not asked for before the next poll
+    EXPECT_EQ(askedFor(stage), QString()); // set, but not requested before the next poll
     stage.poll();
     const FanRow* fan = stage.models().machine()->fans()->at(0);
     EXPECT_EQ(askedFor(stage), fan->constantText());
     EXPECT_DOUBLE_EQ(fan->requestedFraction(), 1800.0 / 4800.0);
     const QString asked = askedFor(stage);
     stage.range(slider)->setCurrentValue(4000.0);
-    EXPECT_EQ(askedFor(stage), asked); // the setting is another one by now
+    EXPECT_EQ(askedFor(stage), asked); // the setting has already changed
     EXPECT_EQ(fan->requestedText(), asked);
     EXPECT_DOUBLE_EQ(fan->requestedFraction(), 1800.0 / 4800.0);
     stage.poll();
@@ -401,7 +401,7 @@ TEST(FansPage, ThirtyFansHaveThirtyCards) {
     Stage stage;
     stage.world.smc.addOlderFans(30);
     stage.showPage(Page::fans);
-    // From ten on the keys are cut and read the same fan, which still is one card each.
+    // From index ten on, the shortened keys read the same fan; each index still has a card of its own.
     EXPECT_EQ(stage.models().machine()->fans()->count(), static_cast<int>(stage.monitor().fans().size()));
     EXPECT_GE(stage.models().machine()->fans()->count(), 10);
     EXPECT_TRUE(stage.shows(QStringLiteral("Ventilateur 1")));

@@ -1,4 +1,4 @@
-// The cards of the fans: how many stand beside each other, how wide and how high they are.
+// The grid of the fans' cards: the number of columns, and the width and height of the cards.
 
 #include "Stage.h"
 
@@ -16,12 +16,12 @@ FanSetting settingOf(FanModeKind mode) {
     return setting;
 }
 
-// The cards of the page of fans in a window of that width, in their order.
+// The cards of the fans page, in order, with the window at this width.
 QList<QRect> cards(Stage& stage, int width) {
     const QSize size(width, 2400);
     stage.window().resize(size);
     EXPECT_TRUE(MonitorHarness::waitUntil([&] { return stage.window().contentItem()->size() == size; }));
-    static_cast<void>(stage.window().grabWindow()); // lays everything out
+    static_cast<void>(stage.window().grabWindow()); // forces a layout
     QList<QRect> places;
     for (const QAccessibleInterface* group : stage.all(QAccessible::Grouping)) {
         if (group->text(QAccessible::Name).startsWith(QStringLiteral("Ventilateur")))
@@ -30,9 +30,9 @@ QList<QRect> cards(Stage& stage, int width) {
     return places;
 }
 
-// Of the window's width the sidebar and the page's edges take so much.
+// The width that the sidebar and the page's margins take from the window.
 constexpr int besideCards = 208 + 2 * 18;
-// And so much where the window is not that wide.
+// The same in narrow windows.
 constexpr int besideCardsWhereNarrow = 184 + 2 * 18;
 
 int columnsOf(const QList<QRect>& places) {
@@ -48,7 +48,7 @@ TEST(FanGrid, HasAColumnMoreWhereItHasRoomForIt) {
     for (const auto& [width, columns] :
          {std::pair(698, 2), std::pair(1055, 2), std::pair(1056, 3), std::pair(1413, 3), std::pair(1414, 4),
           std::pair(1771, 4), std::pair(1772, 5), std::pair(1884, 5)}) {
-        // The sidebar takes 24 more from a window of 944 on.
+        // In windows of 944 and more, the sidebar is 24 wider.
         const QList<QRect> places =
             cards(stage, width + (width < 700 ? besideCardsWhereNarrow : besideCards));
         ASSERT_EQ(places.size(), 10);
@@ -102,7 +102,7 @@ TEST(FanGrid, MakesTheCardsOfARowEquallyHigh) {
     stage.showPage(Page::fans);
     const QList<QRect> places = cards(stage, 1040);
     ASSERT_EQ(places.size(), 2);
-    EXPECT_EQ(places.at(0).height(), 481); // of a card that follows a sensor
+    EXPECT_EQ(places.at(0).height(), 481); // the height of a card that follows a sensor
     EXPECT_EQ(places.at(1).height(), 481);
     stage.monitor().setSetting(1, settingOf(FanModeKind::constant));
     EXPECT_EQ(cards(stage, 1040).at(0).height(), 295);

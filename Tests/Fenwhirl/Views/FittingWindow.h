@@ -1,4 +1,4 @@
-// What a window that follows its content must do at every moment. Main thread.
+// Checks for windows that follow their content. Main thread.
 
 #pragma once
 
@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-// From now on fails the test whenever the window gets a size outside of its own limits: a window manager,
-// which knows the limits that were set before, would refuse that size.
+// During its lifetime the test fails whenever the window gets a size outside its own limits. A window manager
+// that knows the limits set before would refuse such a size.
 class KeepsItsLimits : public QObject {
 public:
     explicit KeepsItsLimits(QWindow& window) : window_(window) { window.installEventFilter(this); }
@@ -32,7 +32,7 @@ private:
     QWindow& window_;
 };
 
-// The window has that size and may have no other.
+// Expects the window to have this size and to allow no other.
 inline void expectFixedSize(const QWindow& window, QSize size) {
     EXPECT_EQ(window.size(), size) << window.width() << " x " << window.height();
     EXPECT_EQ(window.minimumSize(), size) << window.minimumWidth() << " x " << window.minimumHeight();

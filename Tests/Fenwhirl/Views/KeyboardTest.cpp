@@ -1,5 +1,5 @@
-// The keyboard alone: it reaches every control of every page and of the panel, and at every stop exactly one
-// ring says where it is.
+// Using only the keyboard: it reaches every control of every page and of the panel, and at every stop exactly
+// one focus ring is visible.
 
 #include "Stage.h"
 
@@ -18,14 +18,14 @@ int ringsShown(const QQuickItem& item) {
     return rings;
 }
 
-// A control as "role name". What a reading says is another thing while it has the focus.
+// A control as "role name". The name of a reading is replaced, because it changes while it has the focus.
 QString described(const QAccessibleInterface& control) {
     const bool reading = control.role() == QAccessible::StaticText;
     return QString::number(control.role()) + u' ' +
            (reading ? QStringLiteral("reading") : control.text(QAccessible::Name));
 }
 
-// The control that has the keyboard.
+// The control that has the keyboard focus.
 QString focused(Stage& stage) {
     const QQuickItem* item = stage.window().activeFocusItem();
     const QAccessibleInterface* control =
@@ -35,14 +35,14 @@ QString focused(Stage& stage) {
     return described(*control);
 }
 
-// Whether Tab stops there: not at the members of a group that arrow keys lead to.
+// Whether Tab stops at the control. It does not stop at members of a group that arrow keys reach.
 bool isStop(const QAccessibleInterface& control) {
     const auto* item = qobject_cast<QQuickItem*>(control.object());
     return control.role() == QAccessible::ListItem ? item->hasFocus() : item->activeFocusOnTab();
 }
 
-// What the keyboard must be able to reach of what is shown: everything that can be used, and the readings,
-// where a group of choices or a list counts once.
+// Everything visible that the keyboard must reach: all controls that can be used, and the readings. A group
+// of choices or a list counts once.
 QStringList controls(Stage& stage) {
     QStringList found;
     const QList<QAccessible::Role> roles = {
@@ -59,7 +59,8 @@ QStringList controls(Stage& stage) {
     return found;
 }
 
-// Presses Tab until the first stop comes again; what was visited, in order. Looks at the ring at each stop.
+// Presses Tab until the first stop comes again, and checks the focus ring at each stop. Returns the stops in
+// order.
 QStringList stopsOfTab(Stage& stage, Qt::KeyboardModifiers modifiers = {}) {
     QStringList visited;
     const QQuickItem* first = nullptr;
@@ -104,7 +105,7 @@ class EveryPage : public testing::TestWithParam<Page> {};
 
 TEST_P(EveryPage, IsReachedWholeByTabWithOneRingAtEachStop) {
     Stage stage;
-    stage.world.helper.installed = false; // the banners with their buttons, too
+    stage.world.helper.installed = false; // shows the banners with their buttons, too
     stage.start();
     FanSetting constant;
     constant.mode = FanModeKind::constant;
@@ -136,14 +137,14 @@ TEST(KeyboardInTheSidebar, ArrowsLeadFromPageToPage) {
     stage.show();
     stage.click(QStringLiteral("Ventilateurs"), QAccessible::PageTab);
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Ventilateurs"));
-    EXPECT_EQ(ringsShown(*stage.window().contentItem()), 0); // the pointer did it
+    EXPECT_EQ(ringsShown(*stage.window().contentItem()), 0); // the focus came from the pointer
     stage.press(Qt::Key_Down);
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Capteurs"));
     EXPECT_EQ(stage.monitor().selectedPage(), Page::sensors);
     EXPECT_EQ(ringsShown(*stage.window().contentItem()), 1);
     for (int i = 0; i < 3; ++i)
         stage.press(Qt::Key_Up);
-    EXPECT_EQ(stage.monitor().selectedPage(), Page::dashboard); // and no further
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::dashboard); // the arrow keys stop there
     stage.press(Qt::Key_End);
     EXPECT_EQ(stage.monitor().selectedPage(), Page::settings);
     stage.press(Qt::Key_Home);
@@ -151,7 +152,7 @@ TEST(KeyboardInTheSidebar, ArrowsLeadFromPageToPage) {
     EXPECT_EQ(stage.monitor().selectedPage(), Page::dashboard);
 }
 
-// Where the page stands, read from its title.
+// The vertical position of the page, read from its title.
 int titleTop(Stage& stage, const QString& title) {
     static_cast<void>(stage.window().grabWindow());
     const QAccessibleInterface* text = stage.find(title, QAccessible::StaticText);
@@ -171,7 +172,7 @@ TEST(KeyboardInTheSidebar, PageKeysScrollThePageFromThereToo) {
     EXPECT_EQ(titleTop(stage, title), before);
 }
 
-// Whatever has no focus any more hands it on a moment after that is known.
+// A control that disappears passes the focus on with a short delay.
 void waitForFocus(Stage& stage, const QString& name) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return focused(stage).section(u' ', 1) == name; }))
@@ -206,7 +207,7 @@ TEST(KeyboardInTheWindow, TheFocusGoesToTheNextControlWhenWhatHadItIsGone) {
     stage.poll();
     stage.click(QStringLiteral("Fermer"));
     ASSERT_EQ(stage.monitor().controlError(), QString());
-    // Not back at the window's first control, but at the first fan's mode.
+    // The focus must be on the first fan's mode, not back on the window's first control.
     waitForFocus(stage, QStringLiteral("Vitesse fixe"));
 }
 

@@ -1,5 +1,5 @@
-// A change of language shows at once and everywhere: whatever is on the screen then says the very same as in
-// a program that was started in that language and brought to the same place.
+// A change of language takes effect at once and everywhere: the screen then shows exactly what it would show
+// if the program had been started in that language.
 
 #include "ShownText.h"
 #include "Stage.h"
@@ -9,10 +9,10 @@
 
 namespace {
 
-// Brings a stage to where the language changes, without a word of any language.
+// Brings a stage to the situation in which the language changes. It must not depend on any language.
 using Scene = std::function<void(Stage& stage)>;
 
-// What it draws and what a screen reader says, names and descriptions.
+// All drawn texts, and all names and descriptions that a screen reader says.
 QStringList everythingSaid(Stage& stage) {
     static_cast<void>(stage.window().grabWindow());
     QStringList said = stage.texts() + stage.descriptions();
@@ -149,7 +149,7 @@ TEST(LanguageChange, ReachesTheStatusItemsPanel) {
     });
 }
 
-// Nothing that is shown remembers a text: windows that were asleep wake up in the language of now.
+// No view may remember a text: windows that were asleep wake up in the current language.
 TEST(LanguageChange, ReachesWhatWasAsleep) {
     Stage stage;
     stage.show();

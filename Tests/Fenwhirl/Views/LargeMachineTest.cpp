@@ -1,5 +1,5 @@
-// A machine with very many fans and sensors: its pages stay quick. Measured is the processor's time, which a
-// busy computer does not change much, of drawing included.
+// A machine with very many fans and sensors must not slow its pages down. The tests measure processor time,
+// including drawing, because a busy computer hardly affects it.
 
 #include "Stage.h"
 
@@ -10,7 +10,7 @@
 namespace {
 
 #ifdef FENWHIRL_SANITIZED
-constexpr double slower = 8; // what the checks of a sanitizer cost
+constexpr double slower = 8; // the cost of a sanitizer's checks
 #else
 constexpr double slower = 1;
 #endif
@@ -58,7 +58,7 @@ TEST(LargeMachine, EveryPageIsThereInATenthOfASecond) {
                 stage.monitor().setSelectedPage(page);
                 stage.draw();
             });
-            // The first time, a page's texts are laid out in fonts that have to be read, too.
+            // The first round also loads the fonts in which the page's texts are laid out.
             if (round > 0) {
                 EXPECT_LT(took, 100 * slower) << rawValue(page);
             }
@@ -103,7 +103,7 @@ TEST(LargeMachine, FiveHundredNewTemperaturesAreShownInATwentiethOfASecond) {
     stage.showPage(Page::sensors);
     stage.draw();
     stage.setSensors(45);
-    stage.poll(); // read before the clock runs: what counts is showing it
+    stage.poll(); // polls before the measurement, which is only about showing the values
     stage.models().setAwake(false);
     stage.setSensors(50);
     stage.poll();
@@ -125,7 +125,7 @@ TEST(LargeMachine, ScrollingItsSensorsStaysSmooth) {
             stage.draw();
         }
     });
-    EXPECT_LT(took / steps, 33 * slower); // a page of new rows at each, thirty times a second
+    EXPECT_LT(took / steps, 33 * slower); // each press brings a page of new rows; thirty frames per second
     const QList<QAccessibleInterface*> rows = stage.all(QAccessible::ListItem);
     ASSERT_FALSE(rows.isEmpty());
     EXPECT_LT(rows.size(), 60);

@@ -1,4 +1,4 @@
-// The frame of the main window: sidebar, pages, status.
+// The frame of the main window: sidebar, page area, status.
 
 #include "Fenwhirl/Views/Components/Palette.h"
 #include "Stage.h"
@@ -46,7 +46,7 @@ TEST(MainWindow, TheSelectedRowAloneIsTintedAndRowsFollowTheHeader) {
     for (QAccessibleInterface* tab : stage.all(QAccessible::PageTab))
         rows.append(QRect(stage.window().mapFromGlobal(tab->rect().topLeft()), tab->rect().size()));
     for (int i = 0; i < rows.size(); ++i) {
-        // Header of 32 from 34 on, 18, then rows of 40 with 2 between them.
+        // The header is 32 high and begins at 34. After 18 points the rows follow, each 40 high and 2 apart.
         EXPECT_EQ(rows.at(i), QRect(10, 34 + 32 + 18 + 42 * i, 188, 40));
         const QColor ground = stage.colorAt(QPoint(rows.at(i).right() - 12, rows.at(i).center().y()));
         const QColor sidebar = color(PaletteColor::sidebar);
@@ -59,7 +59,7 @@ TEST(MainWindow, TheSelectedRowAloneIsTintedAndRowsFollowTheHeader) {
         EXPECT_NEAR(ground.green(), 0.16 * accent.green() + 0.84 * sidebar.green(), 1.5);
         EXPECT_NEAR(ground.blue(), 0.16 * accent.blue() + 0.84 * sidebar.blue(), 1.5);
     }
-    // The emblem: a square of 32, round at its corners, in the accent.
+    // The emblem: a square of 32 with rounded corners, in the accent colour.
     EXPECT_EQ(stage.colorAt({18 + 3, 34 + 16}), color(PaletteColor::accent));
     EXPECT_EQ(stage.colorAt({18 + 31, 34 + 16}), color(PaletteColor::accent));
     EXPECT_EQ(stage.colorAt({18 + 33, 34 + 16}), color(PaletteColor::sidebar));
@@ -119,12 +119,12 @@ TEST(MainWindow, HasItsTitleAndNeverGetsTooSmall) {
     EXPECT_EQ(stage.window().minimumSize(), QSize(920, 560));
 }
 
-// Whether a press here and a way of 60 points took hold of the window.
+// Whether a press at this point and a drag of 60 points move the window.
 bool dragsTheWindow(Stage& stage, QPoint from) {
     QTest::mousePress(&stage.window(), Qt::LeftButton, {}, from);
     for (int way = 10; way <= 60; way += 10)
         QTest::mouseMove(&stage.window(), from + QPoint(way, way / 2));
-    // The pages have such handlers as well, but for fingers.
+    // The pages have drag handlers as well, but only for fingers.
     const auto handlers = stage.window().findChildren<QObject*>();
     const bool active = std::any_of(handlers.begin(), handlers.end(), [](const QObject* object) {
         return object->inherits("QQuickDragHandler") && object->property("active").toBool();
@@ -138,8 +138,8 @@ TEST(MainWindow, IsDraggedByWhatNothingElseTakesWhereItHasNoTitleBar) {
     stage.windowSize = {1040, 680};
     stage.show();
     const bool isMac = QSysInfo::productType() == QLatin1String("macos");
-    EXPECT_EQ(dragsTheWindow(stage, QPoint(100, 16)), isMac);  // above the product's name
-    EXPECT_EQ(dragsTheWindow(stage, QPoint(100, 560)), isMac); // between the pages and the foot
+    EXPECT_EQ(dragsTheWindow(stage, QPoint(100, 16)), isMac);  // above the product name
+    EXPECT_EQ(dragsTheWindow(stage, QPoint(100, 560)), isMac); // between the pages and the footer
     const QRect row = stage.find(QStringLiteral("Alertes"), QAccessible::PageTab)->rect();
     EXPECT_FALSE(dragsTheWindow(stage, stage.window().mapFromGlobal(row.center())));
 }

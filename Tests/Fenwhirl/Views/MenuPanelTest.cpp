@@ -136,7 +136,7 @@ TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {
     stage.poll();
     QAccessibleValueInterface* range = stage.range(slider);
     ASSERT_NE(range, nullptr);
-    EXPECT_EQ(range->currentValue().toDouble(), 2000); // what it measures
+    EXPECT_EQ(range->currentValue().toDouble(), 2000); // the measured speed
     range->setCurrentValue(3000.0);
     EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::constant);
     EXPECT_EQ(stage.monitor().setting(0).constantRPM, 3000);
@@ -157,7 +157,7 @@ TEST(MenuPanel, TheSymbolOfAFansModeLeadsBackToAutomaticAndKeepsTheRest) {
     setting.startTemp = 41;
     stage.monitor().setSetting(1, setting);
     stage.show(menuPanelFile());
-    // That of the automatic fan is a picture alone.
+    // For the automatic fan, the symbol is a picture and not a button.
     EXPECT_NE(stage.find(QStringLiteral("Auto"), QAccessible::Graphic), nullptr);
     EXPECT_EQ(stage.find(QStringLiteral("Auto"), QAccessible::Button, 1), nullptr);
     const QAccessibleInterface* symbol = stage.find(QStringLiteral("Auto"), QAccessible::Button);
@@ -170,14 +170,14 @@ TEST(MenuPanel, TheSymbolOfAFansModeLeadsBackToAutomaticAndKeepsTheRest) {
     const QAccessibleInterface* picture = stage.find(QStringLiteral("Auto"), QAccessible::Graphic, 1);
     ASSERT_NE(picture, nullptr);
     EXPECT_EQ(picture->text(QAccessible::Description), QString());
-    // The keyboard goes on from where the symbol was.
+    // The keyboard continues from where the symbol was.
     const QAccessibleInterface* focused =
         QAccessible::queryAccessibleInterface(stage.window().activeFocusItem());
     EXPECT_EQ(focused->role(), slider);
     EXPECT_EQ(focused->text(QAccessible::Name), QStringLiteral("Ventilateur droit"));
 }
 
-// The rows of fans that can be seen at least in part.
+// The number of fan rows that are at least partly visible.
 int fansInView(Stage& stage, const QRect& list) {
     int seen = 0;
     for (const QAccessibleInterface* fan : stage.all(slider))
@@ -206,7 +206,7 @@ TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
                      QPoint(quitBefore.right(), firstButton - 14));
     EXPECT_LT(fansInView(stage, list), fans);
     EXPECT_GE(fansInView(stage, list), 2);
-    // The keyboard brings the last fan into view, and nothing but the list has moved.
+    // The keyboard brings the last fan into view, and only the list scrolls.
     while (QAccessible::queryAccessibleInterface(stage.window().activeFocusItem()) == nullptr ||
            QAccessible::queryAccessibleInterface(stage.window().activeFocusItem())->role() != slider)
         stage.press(Qt::Key_Tab);
@@ -302,7 +302,7 @@ TEST(MenuPanel, IsAsWideAsDrawnAndAsHighAsItsContent) {
     EXPECT_LT(stage.window().height(), 600);
 }
 
-// The lower edge of the last button, in the window.
+// The lower edge of the last button, in window coordinates.
 int endOfContent(Stage& stage) {
     static_cast<void>(stage.window().grabWindow());
     const QList<QAccessibleInterface*> buttons = stage.all(QAccessible::Button);
@@ -382,7 +382,7 @@ TEST(MenuPanel, ClosesOnAPressOnItsShadowAndNotOnItself) {
     Stage stage;
     stage.show(menuPanelFile());
     stage.window().setProperty("shadowed", true);
-    QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, QPoint(56, 60)); // in its padding
+    QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, QPoint(56, 60)); // in the panel's padding
     EXPECT_TRUE(stage.window().isVisible());
     QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, QPoint(40, 60));
     EXPECT_FALSE(stage.window().isVisible());

@@ -92,7 +92,7 @@ TEST(Onboarding, EndingBeforeItsEndBeginsItAgain) {
     stage.click(QStringLiteral("Suivant"));
     ASSERT_TRUE(stage.shows(QStringLiteral("Pilote tes ventilateurs")));
     EXPECT_FALSE(stage.world.preferences.boolean(QStringLiteral("didOnboard")).value_or(false));
-    Newcomer again; // the next start, with what the first has stored
+    Newcomer again; // the next start, with the preferences of the first
     again.onboarded = stage.world.preferences.boolean(QStringLiteral("didOnboard")).value_or(false);
     again.show();
     EXPECT_TRUE(again.shows(QStringLiteral("Bienvenue dans Fenwhirl")));

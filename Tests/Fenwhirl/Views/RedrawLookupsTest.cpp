@@ -1,9 +1,9 @@
-// What the languages cost a redraw: how many texts it asks for, and how long that takes beside the frame that
-// it has.
+// What translation costs per redraw: how many texts are looked up, and how long that takes compared with the
+// time of a frame.
 //
-// The linker lets every caller outside of the localisation itself ask through here (see CMakeLists.txt), so
-// what is counted is what the program does. Processor time, since a machine that is busy with other things
-// makes no lookup dearer.
+// The linker redirects every call from outside the localisation to the functions below (see CMakeLists.txt),
+// so the program's real lookups are counted. The test measures processor time, which hardly depends on the
+// machine's other work.
 
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Stage.h"
@@ -15,11 +15,11 @@
 
 namespace {
 
-QStringList asked; // since the last question
+QStringList asked; // since the last query
 
 } // namespace
 
-// The names by which the linker knows them: the callers' in our place, and the program's own.
+// The linker's names: __wrap_ functions replace the callers' targets, __real_ ones are the program's own.
 QString realText(TextKey key) __asm__("__real__Z9localized7TextKey");
 QString countedText(TextKey key) __asm__("__wrap__Z9localized7TextKey");
 QString realTextOf(const QString& key) __asm__("__real__Z9localizedRK7QString");
@@ -52,7 +52,7 @@ double processorMicroseconds() {
     return static_cast<double>(now.tv_sec) * 1e6 + static_cast<double>(now.tv_nsec) * 1e-3;
 }
 
-// What these lookups take, once more and on average.
+// Repeats these lookups and returns their average duration.
 double microsecondsOf(const QStringList& keys) {
     constexpr int rounds = 20;
     const double begin = processorMicroseconds();
@@ -63,7 +63,7 @@ double microsecondsOf(const QStringList& keys) {
     return (processorMicroseconds() - begin) / rounds;
 }
 
-// Returns the number of lookups since `asked` was cleared.
+// Prints and checks the lookups since `asked` was cleared, and returns their number.
 qsizetype tell(Stage& stage, const char* what) {
     static_cast<void>(stage.window().grabWindow());
     const QStringList keys = std::exchange(asked, {});
@@ -100,7 +100,7 @@ TEST(RedrawLookups, TakeNoVisibleTime) {
             const std::string title(rawValue(page));
             EXPECT_GT(tell(stage, (title + ", opened").c_str()), 0);
 
-            // Everything that can change, changes.
+            // Change everything that can change.
             const double celsius = 50 + static_cast<double>(page);
             stage.world.setCelsius(celsius);
             for (const char* const key : {"TCXC", "TG0P", "TM0P", "TH0A"})

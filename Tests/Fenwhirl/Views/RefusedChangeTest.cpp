@@ -1,4 +1,5 @@
-// A change of the fans that the Mac refused is told where it was made, until the user closes it.
+// When the Mac refuses a change of the fans, a message appears where the change was made, until the user
+// closes it.
 
 #include "FittingWindow.h"
 #include "Stage.h"

@@ -1,7 +1,7 @@
-// The names of the sensors in the column that the list gives them, measured as they are drawn.
+// The names of the sensors must fit into their column of the list, measured as they are drawn.
 //
-// Every temperature key of the recorded Macs is asked for in every language: well-known sensors, and the
-// generated names with the part of the key that stands behind the words.
+// The test looks up every temperature key of the recorded Macs in every language: well-known sensors, and
+// generated names that end with a part of the key.
 
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/SensorLabel.h"
@@ -20,7 +20,7 @@ namespace {
 
 constexpr double columnWidth = 150; // SensorRow's, at text size 1
 
-// The keys whose sensors have a name of their own, and the families', of all recorded Macs.
+// All temperature keys of the recorded Macs, and some known keys that none of them has.
 std::set<std::string> temperatureKeys() {
     // Known sensors that no recorded Mac has.
     std::set<std::string> keys = {"TC0D", "TC0E", "TC0F", "TC0H", "TCXC", "TCGC", "TCSA", "TG0H",
@@ -47,7 +47,7 @@ TEST(SensorNames, FitTheirColumnInEveryLanguage) {
         Localizer::setLanguage(language);
         for (const std::string& key : keys) {
             const QString name = SensorLabel::name(QString::fromStdString(key));
-            // A name of the source texts, which are given; its tooltip shows it whole.
+            // One of the French source texts, which are fixed. Its tooltip shows it in full.
             if (name == QStringLiteral("Contrôleur de plateforme"))
                 continue;
             EXPECT_LE(metrics.horizontalAdvance(name), columnWidth)

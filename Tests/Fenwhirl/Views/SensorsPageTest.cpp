@@ -1,4 +1,4 @@
-// All sensors, as a page and as rows.
+// All sensors, as the page shows them and as rows of its model.
 
 #include "Fenwhirl/Views/SensorList.h"
 #include "Stage.h"
@@ -125,7 +125,7 @@ TEST(SensorList, SensorsComeGoAndMoveAsThemselves) {
     EXPECT_FALSE(list.data(list.index(0), name).isValid());
 }
 
-// No controller has two sensors of one name, and no row may be lost if one did.
+// No controller has two sensors of the same name. If one did, no row may be lost.
 TEST(SensorList, TheSameSensorTwiceIsTwoRows) {
     SensorList list;
     const ShownSensor one = shown({QStringLiteral("TC0P"), 50});
@@ -159,7 +159,7 @@ TEST(SensorsPage, ABarIsHotFromEightyDegreesAndFullFromAHundred) {
     const QColor accent(0x4F, 0xC3, 0xF7);
     const QColor hot(0xFF, 0xB4, 0x54);
     const QColor track(0x2B, 0x30, 0x3A);
-    // Just inside the two ends of a row's bar.
+    // The colours just inside the two ends of a row's bar.
     const auto ends = [&stage](const QString& name) {
         for (QAccessibleInterface* row : stage.all(QAccessible::ListItem)) {
             const QRect place = row->rect().translated(-stage.window().position());
@@ -181,7 +181,7 @@ TEST(SensorsPage, TellsHowHotItWasInTheLastTenMinutes) {
     const auto row = [&stage] {
         return stage.all(QAccessible::ListItem).first()->text(QAccessible::Description);
     };
-    // Whether there is more of the accent on the bar's row of pixels than the bar itself.
+    // Whether the bar has the mark of a peak at this temperature.
     const auto marked = [&stage](double celsius) {
         const QRect place =
             stage.all(QAccessible::ListItem).first()->rect().translated(-stage.window().position());
@@ -198,14 +198,14 @@ TEST(SensorsPage, TellsHowHotItWasInTheLastTenMinutes) {
     EXPECT_EQ(row(), QStringLiteral("50 – 71 °C"));
     EXPECT_TRUE(marked(71));
     EXPECT_FALSE(marked(65));
-    stage.world.pollAfter(590); // a sleep that it remembers across
+    stage.world.pollAfter(590); // a sleep short enough for the record to be kept
     EXPECT_EQ(row(), QStringLiteral("50 – 71 °C"));
     for (int i = 0; i < 20; ++i)
         stage.world.pollAfter(2); // the same reading again and again
     EXPECT_EQ(row(), QStringLiteral("55 – 55 °C"));
     EXPECT_FALSE(marked(71));
     stage.world.setCelsius(40);
-    stage.world.pollAfter(700); // and one that it does not
+    stage.world.pollAfter(700); // a sleep too long for the record to be kept
     EXPECT_EQ(row(), QStringLiteral("40 – 40 °C"));
 }
 

@@ -1,4 +1,4 @@
-// Presets, alerts and settings: what they show of the user's choices, and how they change them.
+// The pages for presets, alerts and settings: how they show the user's choices and change them.
 
 #include "Fenwhirl/Views/HealthThresholds.h"
 #include "ShownText.h"
@@ -190,7 +190,7 @@ TEST(SettingsPage, MakesAReportOnceAndHandsItOver) {
         stage.find(QStringLiteral("Inclure un test des ventilateurs (6 secondes)"), QAccessible::CheckBox)
             ->state()
             .checked);
-    std::mutex gate; // the controller answers nobody meanwhile
+    std::mutex gate; // keeps the controller from answering meanwhile
     gate.lock();
     stage.world.smc.hook = [&gate](const SMCParam&) {
         const std::lock_guard wait(gate);
@@ -198,7 +198,7 @@ TEST(SettingsPage, MakesAReportOnceAndHandsItOver) {
     };
     stage.click(QStringLiteral("Créer le rapport"));
     EXPECT_TRUE(stage.shows(QStringLiteral("Création en cours…")));
-    stage.models().report()->create(); // a second wish while one is being made
+    stage.models().report()->create(); // a second request while a report is being made
     gate.unlock();
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
     ASSERT_EQ(stage.reports.size(), 1U);
@@ -244,7 +244,7 @@ TEST(SaveReport, DecliningWritesAndShowsNothing) {
 
 TEST(SaveReport, AFileThatCouldNotBeWrittenIsNotShown) {
     const QTemporaryDir folder;
-    // No folder to write in; a folder in the place of the file; a name that is too long to be made.
+    // A folder that cannot be written, a folder in place of the file, and a name that is too long.
     for (const QString& path : {QStringLiteral("/nonexistent/folder/rapport.txt"), folder.path(),
                                 folder.filePath(QString(300, QLatin1Char('x')))}) {
         int revealed = 0;

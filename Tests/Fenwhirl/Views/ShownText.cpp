@@ -8,14 +8,14 @@
 
 namespace {
 
-// Letters of a font may reach a little over their advance, and the font's own lines over the design's.
+// A font's letters may extend slightly beyond their advance, and its line height beyond the design's.
 constexpr double designedOverhang = 2;
 
 bool isText(const QQuickItem& item) {
     return item.inherits("QQuickText");
 }
 
-// Where the letters are within the item.
+// The area of the letters within the item.
 QRectF letters(const QQuickItem& text) {
     const QSizeF size(text.property("contentWidth").toReal(), text.property("contentHeight").toReal());
     const double left = text.property("leftPadding").toReal();
@@ -48,15 +48,16 @@ QRectF letters(const QQuickItem& text) {
     return {QPointF(x, y), size};
 }
 
-// The narrowest of all that the text stands in. Upwards and downwards only to the page, which scrolls.
+// The intersection of all items that contain the text. A scrolling page and the items around the page do not
+// limit it vertically.
 QRectF roomOf(const QQuickItem& text) {
     QRectF room(-1e6, -1e6, 2e6, 2e6);
     bool scrolls = false;
-    double overhang = 0; // below something that says so, into the distance that its surroundings keep
+    double overhang = 0; // how far an item may extend into the spacing below it
     for (const QQuickItem* around = text.parentItem(); around != nullptr; around = around->parentItem()) {
         if (around->inherits("QQuickFlickable"))
             scrolls = true;
-        // What has no size of its own holds things together and bounds nothing.
+        // An item without a size of its own only groups others and bounds nothing.
         if (around->width() <= 0 || around->height() <= 0)
             continue;
         QRectF bounds = around->mapRectToScene(QRectF(QPointF(), around->size()));
@@ -86,7 +87,7 @@ void collect(const QQuickItem& item, QList<ShownText>& into) {
         collect(*child, into);
 }
 
-// The item itself or the first one in it that is of the type, which a QML type's name begins with.
+// The item itself, or else the first visible item in it, whose type name begins with `type`.
 const QQuickItem* partOf(const QQuickItem& item, const QByteArray& type) {
     if (item.isVisible() && QByteArrayView(item.metaObject()->className()).startsWith(type))
         return &item;

@@ -1,7 +1,7 @@
-// The texts of a window as they are drawn: where each stands, and whether it stands there whole.
+// The texts of a window as they are drawn: where each one is, and whether it is shown in full.
 //
-// Where the accessibility tree tells what a window says, this tells what the eye gets of it. Reads the scene
-// on the main thread; the window must have been drawn since its last change.
+// The accessibility tree tells what a window says; this tells what a user sees of it. It reads the scene on
+// the main thread. The window must have been drawn since its last change.
 
 #pragma once
 
@@ -15,19 +15,18 @@
 struct ShownText {
     QString text;
     QRectF place;     // of the letters, in the window
-    QRectF room;      // what the surroundings leave for them: whatever stands outside of it is cut or lies on
-                      // something else
+    QRectF room;      // the area available to them; whatever lies outside is cut or overlaps something else
     bool cut = false; // ends in an ellipsis
-    bool explained = false; // its tooltip shows it whole while it is cut
+    bool explained = false; // the tooltip shows it in full while it is cut
     bool wraps = false;
 };
 
-// Every text that is visible, or would be if the page were scrolled to it. `within` names the type of an item
-// to which that is limited, as what covers the rest must be: "Onboarding", or "QQuickOverlay" for dialogs and
-// menus.
+// Every text that is visible, or would be if the page were scrolled to it. `within` limits the search to an
+// item of this type, which is needed when that item covers the rest: "Onboarding", or "QQuickOverlay" for
+// dialogs and menus.
 [[nodiscard]] QList<ShownText> shownTexts(QQuickWindow& window, const QByteArray& within = {});
 
-// What is wrong with them, in words, for each text that is cut, stands outside its room or lies over another
-// text. A cut text that its owner lets be cut is named in `mayBeCut`. `textScale` is the theme's.
+// Describes each text that is cut, extends beyond its room, or overlaps another text. `mayBeCut` lists texts
+// that may be cut. `textScale` is the theme's.
 [[nodiscard]] QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBeCut = {},
                                        double textScale = 1);

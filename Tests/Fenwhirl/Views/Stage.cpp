@@ -123,13 +123,13 @@ void Stage::show(const QUrl& file, QVariantMap properties) {
     models_->setAwake(true);
     QQmlComponent component(engine_.get(), file);
     ASSERT_TRUE(component.isReady()) << component.errorString().toStdString();
-    // Everything is where it belongs at once: nothing to wait for.
+    // Without animations everything is in its place at once, so no test has to wait.
     setReducedMotion(true);
     window_.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(properties)));
     ASSERT_TRUE(window_);
     if (file == mainWindowFile())
         window_->resize(windowSize);
-    // The introduction comes with the first picture.
+    // The introduction appears with the first frame.
     QSignalSpy pictures(window_.get(), &QQuickWindow::frameSwapped);
     window_->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(window_.get()));
@@ -222,7 +222,7 @@ QColor Stage::colorLeftOf(const QString& text, int distance) {
 
 void Stage::click(QAccessibleInterface* target) {
     ASSERT_NE(target, nullptr);
-    // What has just appeared or moved is laid out with the next picture.
+    // Items that have just appeared or moved are laid out with the next frame.
     for (QRect before; before != target->rect();) {
         before = target->rect();
         static_cast<void>(window_->grabWindow());

@@ -1,10 +1,9 @@
-// The real windows on the real models, over a controller, a helper and processes in memory; and the eyes and
-// hands of a user: what is shown is read from the accessibility tree, and what is done is a mouse click or a
-// key.
+// The real windows and models over a controller, a helper and processes in memory, with the means of a user:
+// tests read what is shown from the accessibility tree, and act by mouse clicks and keys.
 //
-// The window is taller than any page, so that everything on it can be reached without scrolling. Nothing is
-// looked up by an object's name: a control that a screen reader could not find, a test cannot find either. A
-// warning of the engine fails the test.
+// The window is taller than any page, so everything can be reached without scrolling. Nothing is looked up by
+// an object's name: a test cannot find a control that a screen reader could not find. A warning of the QML
+// engine fails the test.
 
 #pragma once
 
@@ -26,7 +25,7 @@
 #include <utility>
 #include <vector>
 
-// An application with one process, as the apps page gets it.
+// An application with one process, as the apps page receives it.
 [[nodiscard]] AppLoad runningApp(const QString& name, double cpu, qint32 pid, bool canQuit = true,
                                  double memoryMB = 512);
 
@@ -35,36 +34,36 @@ public:
     MonitorHarness world;
     bool onboarded = true;
     QString computerName = QStringLiteral("MacBook de Camille");
-    // The image address of every application's icon.
+    // The image URL of every application's icon.
     QString applicationIcon;
     std::vector<std::pair<QString, QString>> notifications;
     std::vector<QString> reports;
     int timesOpenedMain = 0;
     int timesQuit = 0;
-    // How often running processes were looked at.
+    // How often the running processes were sampled.
     std::atomic<int> samples = 0;
-    // What was asked of running applications: identifier and whether by force.
+    // The requests to quit applications: process identifier, and whether by force.
     std::vector<std::pair<qint32, bool>> quitRequests;
     QSize windowSize = {1040, 2400};
 
     Stage();
     ~Stage();
 
-    // Makes models and views, and polls once.
+    // Creates models and views, and polls once.
     void start();
-    // The same for a monitor that the test has made itself.
+    // The same for a monitor that the test has created itself.
     void adopt();
-    // Shows one of the windows and waits until it is there. Its initial properties are the models unless
-    // given.
+    // Shows one of the windows and waits until it is visible. By default its initial properties are the
+    // models.
     void show(const QUrl& file = mainWindowFile(), QVariantMap properties = {});
-    // Both, with the page selected.
+    // Shows the main window with this page selected.
     void showPage(Page page);
-    // Nothing moves unless a test wants it to.
+    // Switches animations off or on. They are off unless a test needs them.
     void setReducedMotion(bool reduced);
-    // Of a window that is shown.
+    // Sets the text scale of a window that is shown.
     void setTextScale(double scale);
     void poll();
-    // So many fans, until the next poll: the controller's keys can name ten.
+    // Shows this many fans until the next poll. The controller itself can only name ten.
     void showFans(int count);
     void setApps(const QList<AppLoad>& apps);
 
@@ -78,27 +77,27 @@ public:
 
     [[nodiscard]] QQmlEngine& engine() { return *engine_; }
 
-    // --- Eyes ---
-    // Names of everything that can be seen, in the order of the tree.
+    // --- What the user sees ---
+    // The names of everything visible, in the order of the accessibility tree.
     [[nodiscard]] QStringList texts();
 
-    // And what a screen reader adds to them.
+    // The descriptions that a screen reader adds to them.
     [[nodiscard]] QStringList descriptions();
 
-    // What a screen reader was told of in the last moment, although the focus did not go there.
+    // What a screen reader has just announced without a change of focus.
     [[nodiscard]] QStringList announced();
 
     [[nodiscard]] bool shows(const QString& text) { return texts().contains(text); }
 
-    // The n-th visible thing of this name and role; null when there is none.
+    // The n-th visible element with this name and role; null when there is none.
     [[nodiscard]] QAccessibleInterface* find(const QString& name, QAccessible::Role role, int n = 0);
     [[nodiscard]] QList<QAccessibleInterface*> all(QAccessible::Role role);
     [[nodiscard]] QAccessibleValueInterface* range(QAccessible::Role role, int n = 0);
     [[nodiscard]] QColor colorAt(QPoint point);
-    // Of what stands that far left of a text, at the height of its middle.
+    // The colour at this distance left of a text, at its vertical centre.
     [[nodiscard]] QColor colorLeftOf(const QString& text, int distance);
 
-    // --- Hands ---
+    // --- What the user does ---
     void click(QAccessibleInterface* target);
     void click(const QString& name, QAccessible::Role role = QAccessible::Button, int n = 0);
     void press(Qt::Key key);

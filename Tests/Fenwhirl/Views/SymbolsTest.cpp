@@ -1,4 +1,4 @@
-// The symbols of every page: which one stands where, how large and in which colour.
+// The symbols of every page: their order, size and colour.
 
 #include "Fenwhirl/Views/Components/Palette.h"
 #include "Fenwhirl/Views/Components/Symbol.h"
@@ -44,7 +44,7 @@ Drawn symbol(const char* name, double size, PaletteColor color) {
     return {QString::fromLatin1(name), size, Fenwhirl::palette(true)[static_cast<std::size_t>(color)].rgba()};
 }
 
-// What stands on the page itself, right of the sidebar's emblem and its seven pages.
+// The symbols of the page itself, without the sidebar's emblem and its seven rows.
 QList<Drawn> symbolsOfPage(Stage& stage, Page page) {
     stage.monitor().setSelectedPage(page);
     return symbolsOf(stage).mid(8);
@@ -69,7 +69,7 @@ TEST(Symbols, OfTheDashboardAndItsError) {
     stage.show();
     EXPECT_EQ(symbolsOfPage(stage, Page::dashboard),
               (QList<Drawn>{symbol("chevron.down", 11, PaletteColor::muted)}));
-    stage.monitor().setLaunchAtLogin(true); // an error to be told
+    stage.monitor().setLaunchAtLogin(true); // provokes an error message
     EXPECT_EQ(symbolsOfPage(stage, Page::dashboard),
               (QList<Drawn>{symbol("exclamationmark.triangle", 20, PaletteColor::hot),
                             symbol("xmark", 13, PaletteColor::muted),
@@ -133,7 +133,7 @@ TEST(Symbols, OfTheModesInThePanelSayWhetherTheyAreInForce) {
     const auto both = [](PaletteColor color) {
         return QList<Drawn>{symbol("mode.fixed", 18, color), symbol("mode.curve", 18, color)};
     };
-    EXPECT_EQ(modes(), both(PaletteColor::muted)); // wanted
+    EXPECT_EQ(modes(), both(PaletteColor::muted)); // chosen, but not yet in force
     stage.poll();
     EXPECT_EQ(modes(), both(PaletteColor::accent));
     stage.world.setCelsius(93);

@@ -1,6 +1,6 @@
-// Every text of every window in every language, at the window's usual and at its smallest size: none is cut,
-// none stands over an edge, none lies on another. The same with larger texts in the longest languages; there
-// the end of a name may be left to its tooltip.
+// Every text of every window in every language, at the usual and at the smallest window size: no text is cut,
+// crosses an edge or overlaps another. The same with larger texts in the longest languages, where a tooltip
+// may show the end of a name.
 
 #include "ShownText.h"
 #include "Stage.h"
@@ -28,12 +28,12 @@ constexpr QSize smallestSize(920, 560);
 
 constexpr std::array longLanguages = {AppLanguage::de, AppLanguage::pt, AppLanguage::ru};
 
-// `within` and `mayBeCut` as shownTexts and layoutFaults have them.
+// `within` and `mayBeCut` as for shownTexts and layoutFaults.
 void expectItFits(Stage& stage, AppLanguage language, double scale, const std::string& where,
                   const QByteArray& within, QStringList mayBeCut) {
     stage.monitor().setLanguage(language);
-    // Twice: what follows the size of something else is laid out with the picture after; and so does the
-    // window that has the size of its content.
+    // Two frames: an item that follows the size of another, or a window that follows its content, is laid out
+    // one frame later.
     static_cast<void>(stage.window().grabWindow());
     static_cast<void>(stage.window().grabWindow());
     ASSERT_TRUE(
@@ -71,7 +71,7 @@ void expectPageFits(Stage& stage, Page page, const char* where) {
     }
 }
 
-// Fast and hot, with each of the modes: what shows the most and the widest.
+// Fast and hot fans in each of the modes, which show the most text and the widest numbers.
 TEST(TextFit, OnTheFansPages) {
     Stage stage;
     for (int fan = 0; fan < 2; ++fan)
@@ -121,8 +121,8 @@ TEST(TextFit, OfTheOfferToUpdateTheHelper) {
 
 TEST(TextFit, OfEverySensorsName) {
     Stage stage;
-    // All well-known sensors, and one of each kind whose name is made from its key. Only the rows in the
-    // window exist.
+    // All well-known sensors, and one of each kind whose name is generated from its key. Rows exist only for
+    // the visible part of the list.
     for (const char* const key :
          {"TC0D", "TC0E", "TC0F", "TC0H", "TCXC", "TCGC", "TCSA", "TG0P", "TG0D", "TG0H",
           "TM0P", "TM0S", "Th0H", "TH0A", "TH0B", "Ts0P", "Ts1P", "Ts0S", "TaLP", "TaRF",
@@ -131,7 +131,8 @@ TEST(TextFit, OfEverySensorsName) {
         stage.world.smc.setNumber(key, "sp78", 105);
     stage.windowSize = {920, 2400};
     stage.showPage(Page::sensors);
-    // The one that is too long is a name of the source texts, which are given; its tooltip shows it whole.
+    // One name is too long: it is one of the French source texts, which are fixed. Its tooltip shows it in
+    // full.
     expectEverythingFits(stage, "sensors", {}, {QStringLiteral("Contrôleur de plateforme")});
 }
 
@@ -187,7 +188,7 @@ TEST(TextFit, OfTheStatusItemsPanel) {
     stage.monitor().apply(Preset::max);
     stage.poll();
     stage.world.loginItemWorks = false;
-    stage.monitor().setLaunchAtLogin(true); // an error to be told
+    stage.monitor().setLaunchAtLogin(true); // provokes an error message
     ASSERT_TRUE(stage.models().control()->offersActivation());
     ASSERT_FALSE(stage.monitor().controlError().isEmpty());
     expectEverythingFits(stage, "panel");

@@ -1,4 +1,4 @@
-// The letters of every page: how large, how heavy and in which colour each text of the design is drawn.
+// The text of every page: the size, weight and colour in which each text of the design is drawn.
 
 #include "Fenwhirl/Views/Components/Palette.h"
 #include "Stage.h"
@@ -30,7 +30,7 @@ void PrintTo(const Letters& letters, std::ostream* out) {
 }
 
 struct Wanted {
-    const char* text; // or its beginning, where "…" ends it
+    const char* text; // when it ends in "…", only its beginning
     int pixels;
     int weight = QFont::Normal;
     PaletteColor color = PaletteColor::text;
@@ -47,7 +47,7 @@ bool fits(const QString& text, QString wanted) {
     return text.startsWith(wanted);
 }
 
-// The first visible text with these words: a Label, a Paragraph, or digits in their cells.
+// The first visible item with this text: a Label, a Paragraph, or digits in cells of equal width.
 std::optional<Letters> lettersOf(const QQuickItem& item, const QString& wanted) {
     if (!item.isVisible())
         return std::nullopt;
@@ -119,7 +119,7 @@ TEST(Typography, OfTheDashboard) {
 TEST(Typography, OfPageTitles) {
     Stage stage;
     stage.showPage(Page::alerts);
-    // The first of that name is the sidebar's row; the heading is the last.
+    // The first text of that name is the sidebar's row; the heading is the last.
     std::optional<Letters> heading;
     const std::function<void(const QQuickItem&)> walk = [&](const QQuickItem& item) {
         if (item.property("text").toString() == QStringLiteral("Alertes") &&
@@ -253,7 +253,7 @@ TEST(Typography, OfBanners) {
                           {"Activer", 13, semibold, PaletteColor::onAccent}});
 }
 
-// Every text on a window, by the item that draws it.
+// Every text of a window with its size in pixels, by the item that draws it.
 QHash<const QQuickItem*, int> pixelSizes(const QQuickItem& item) {
     QHash<const QQuickItem*, int> sizes;
     if (item.inherits("QQuickText"))
@@ -265,14 +265,14 @@ QHash<const QQuickItem*, int> pixelSizes(const QQuickItem& item) {
 
 void expectTextsToGrow(Stage& stage, int atLeast) {
     stage.setTextScale(1);
-    static_cast<void>(stage.window().grabWindow()); // lays everything out
+    static_cast<void>(stage.window().grabWindow()); // forces a layout
     const QHash<const QQuickItem*, int> designed = pixelSizes(*stage.window().contentItem());
     stage.setTextScale(1.5);
     static_cast<void>(stage.window().grabWindow());
     const QHash<const QQuickItem*, int> grown = pixelSizes(*stage.window().contentItem());
     int compared = 0;
     for (const auto [item, pixels] : designed.asKeyValueRange()) {
-        if (!grown.contains(item)) // a row that has no place any more
+        if (!grown.contains(item)) // a row that is no longer in view
             continue;
         ++compared;
         EXPECT_EQ(grown[item], std::lround(pixels * 1.5)) << item->property("text").toString().toStdString();

@@ -8,7 +8,7 @@
 
 #include <gmock/gmock.h>
 
-// Draws into memory: the same pictures everywhere, no display and no focus of another window needed.
+// Draws into memory: the pictures are the same everywhere, and neither a display nor the focus is needed.
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");

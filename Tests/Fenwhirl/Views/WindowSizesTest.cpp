@@ -1,4 +1,4 @@
-// The pages in windows of all sizes: what takes the room of a large one, and what gives way in a small one.
+// The pages in windows of all sizes: what uses the room in a large one, and what is given up in a small one.
 
 #include "Fenwhirl/Views/RowSlice.h"
 #include "Fenwhirl/Views/SensorList.h"
@@ -21,7 +21,7 @@ void resize(Stage& stage, int width, int height = 1400) {
     stage.window().resize(size);
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.window().contentItem()->size() == size; }));
     for (int i = 0; i < 2; ++i)
-        static_cast<void>(stage.window().grabWindow()); // lays everything out
+        static_cast<void>(stage.window().grabWindow()); // forces a layout
 }
 
 QRect placeOf(Stage& stage, const QAccessibleInterface* item) {
@@ -34,7 +34,7 @@ QRect titleOf(Stage& stage) {
 
 int sidebarOf(Stage& stage) {
     const QRect row = placeOf(stage, stage.all(QAccessible::PageTab).value(0));
-    return row.left() + row.right() + 1; // it has the same room on both sides
+    return row.left() + row.right() + 1; // the margins on both sides are equal
 }
 
 QList<QRect> rowsOf(Stage& stage) {
@@ -52,7 +52,7 @@ QStringList namesOf(Stage& stage) {
 }
 
 void addSensors(Stage& stage, int count, double celsius = 30) {
-    for (int i = 1; i < count; ++i) { // one is there
+    for (int i = 1; i < count; ++i) { // one sensor already exists
         char key[16];
         std::snprintf(key, sizeof key, "T%03x", static_cast<unsigned>(i) + 0x100u);
         stage.world.smc.setNumber(key, "flt ", celsius + i % 40);
@@ -100,12 +100,12 @@ TEST(WindowSizes, PagesOfTextStayAtTheLeftOfTheFrame) {
             static_cast<void>(stage.window().grabWindow());
             EXPECT_EQ(titleOf(stage).width(), column) << rawValue(page) << " at " << window;
         }
-        // So do their banners.
+        // Their banners stay at the left, too.
         stage.monitor().setSelectedPage(Page::presets);
         static_cast<void>(stage.window().grabWindow());
         const QRect activate = placeOf(stage, stage.find(QStringLiteral("Activer"), QAccessible::Button));
         EXPECT_EQ(activate.right() + 1, titleOf(stage).right() + 1 - 20) << window;
-        // The others fill it.
+        // Other pages fill the frame.
         stage.monitor().setSelectedPage(Page::fans);
         static_cast<void>(stage.window().grabWindow());
         EXPECT_EQ(titleOf(stage).width(), std::min(window - sidebarOf(stage) - 36, 1884)) << window;
@@ -125,11 +125,12 @@ TEST(WindowSizes, InTheSmallestWindowBothFansStandSideBySide) {
     EXPECT_EQ(cards.at(0).top(), cards.at(1).top());
     EXPECT_EQ(cards.at(0).width(), 341);
     EXPECT_EQ(cards.at(1).right() + 1, 920 - 18);
-    // And the dashboard's bars are 88 long: rows of 302 less the columns of 150 and 52 and the distances.
+    // The dashboard's bars are 88 long: rows of 302, minus the columns of 150 and 52 and the spacing.
     EXPECT_EQ(rowsOf(stage).first().width(), 302);
 }
 
-// Between rows of the sensors' card, where only the lines of a scale have any ink.
+// Counts the coloured pixels between two rows of the sensors' card, where only the lines of a scale are
+// drawn.
 int inkBetweenRows(Stage& stage) {
     const QList<QRect> rows = rowsOf(stage);
     const QImage picture = stage.window().grabWindow();
@@ -146,7 +147,7 @@ TEST(WindowSizes, TheDashboardsBarsHaveAScaleWhereTheyAreLong) {
     Stage stage;
     addSensors(stage, 6);
     stage.show();
-    // Window less sidebar, edges, the chart's card and its distance, padding, columns.
+    // The window's width minus sidebar, margins, the chart's card and its spacing, padding and columns.
     constexpr int besideBars = 208 + 36 + 340 + 18 + 40 + 156 + 58;
     resize(stage, besideBars + 359);
     EXPECT_EQ(inkBetweenRows(stage), 0);
@@ -182,7 +183,7 @@ TEST(WindowSizes, SensorsHaveColumnsOfAtLeastTwelveRowsAndFourHundredPoints) {
         }
         EXPECT_EQ(lefts.size(), columns) << count << " in " << window;
         EXPECT_EQ(rows.at(1).top() - rows.at(0).top(), 32);
-        // The last column ends with the card.
+        // The last column ends at the card's padding.
         EXPECT_EQ(rows.last().right(), titleOf(stage).right() - 20) << count << " in " << window;
         for (qsizetype i = 1; i < lefts.size(); ++i)
             EXPECT_NEAR(lefts.at(i) - lefts.at(i - 1) - rows.first().width(), 40, 1);
@@ -198,12 +199,12 @@ TEST(WindowSizes, SensorsAreReadColumnAfterColumn) {
     const QStringList three = namesOf(stage);
     const QList<QRect> places = rowsOf(stage);
     ASSERT_EQ(places.size(), 40);
-    // Filled downwards: fourteen, fourteen and twelve.
+    // The columns are filled from top to bottom: fourteen, fourteen and twelve.
     EXPECT_EQ(places.at(13).left(), places.at(0).left());
     EXPECT_GT(places.at(14).left(), places.at(0).left());
     EXPECT_EQ(places.at(14).top(), places.at(0).top());
     EXPECT_EQ(places.at(28).top(), places.at(0).top());
-    // A change of columns changes nothing in what a screen reader finds.
+    // Changing the number of columns must not change what a screen reader finds.
     resize(stage, 1040, 2600);
     EXPECT_EQ(namesOf(stage), three);
     EXPECT_EQ(
@@ -218,7 +219,8 @@ TEST(WindowSizes, SensorsThatComeAndGoFindTheirColumns) {
     stage.showPage(Page::sensors);
     resize(stage, 2560, 2600);
     EXPECT_EQ(rowsOf(stage).last().left(), rowsOf(stage).first().left());
-    // The controller's keys are looked for once, at its opening: a sensor that comes was silent until then.
+    // The controller's keys are enumerated once, when it is opened. A sensor that appears later must have
+    // existed then.
     stage.world.smc.remove("T101");
     stage.poll();
     static_cast<void>(stage.window().grabWindow());
@@ -256,7 +258,7 @@ TEST(WindowSizes, WithTextsOfTwiceTheSizeTheSmallestWindowHasOneColumn) {
     resize(stage, 920, 560);
     EXPECT_EQ(sidebarOf(stage), 184 + 112);
     const QRect chart = placeOf(stage, stage.all(QAccessible::Chart).value(0));
-    EXPECT_EQ(chart.width(), 920 - 296 - 36 - 40); // the plot takes the card's width
+    EXPECT_EQ(chart.width(), 920 - 296 - 36 - 40); // the plot has the full width of the card
     EXPECT_GT(rowsOf(stage).first().top(), chart.bottom());
     stage.monitor().setSelectedPage(Page::sensors);
     static_cast<void>(stage.window().grabWindow());
@@ -281,7 +283,7 @@ TEST(RowSlice, ShowsItsPartOfAListThatGrowsAndShrinks) {
     EXPECT_EQ(slice.data(slice.index(0, 0), temperature), QStringLiteral("34 °C"));
     EXPECT_EQ(slice.data(slice.index(3, 0), temperature), QStringLiteral("37 °C"));
     EXPECT_EQ(slice.roleNames(), source.roleNames());
-    // It tells of what changes inside of it alone.
+    // It only announces changes within its own part.
     QSignalSpy changed(&slice, &RowSlice::dataChanged);
     sensors[0].temperature = QStringLiteral("99 °C");
     sensors[5].temperature = QStringLiteral("99 °C");
