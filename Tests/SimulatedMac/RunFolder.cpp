@@ -24,10 +24,12 @@ bool leaveTheComputersRun() {
         if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
             return false;
         }
+        // Without root rights, the kernel accepts a gid_map only after setgroups has been denied.
         std::ofstream("/proc/self/setgroups") << "deny";
         std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
         std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
     }
+    // Private, so that the new /run does not propagate to the computer's own mounts.
     return ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
            ::mount("tmpfs", "/run", "tmpfs", 0, "mode=755") == 0;
 }

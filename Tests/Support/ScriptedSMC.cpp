@@ -28,6 +28,7 @@ ScriptedSMC::Bytes bigEndian(std::uint32_t number, std::size_t count) {
 }
 
 ScriptedSMC::Bytes bytesOf(std::string_view type, double number) {
+    // Floating-point values are little-endian; all other types are big-endian.
     if (type == "flt ") {
         auto bytes = bigEndian(std::bit_cast<std::uint32_t>(static_cast<float>(number)), 4);
         std::ranges::reverse(bytes);
@@ -109,6 +110,7 @@ bool ScriptedSMC::loadTable(const std::string& path) {
         return false;
     keys_.clear();
     order_.clear();
+    // Sources/SimulatedMac/Machines/README.md describes the columns.
     while (std::getline(file, line)) {
         std::vector<std::string> fields;
         std::istringstream stream(line);
@@ -213,6 +215,7 @@ std::uint8_t ScriptedSMC::write(const SMCParam& request) {
     const std::size_t size = std::min<std::size_t>(request.keyInfo.dataSize, request.bytes.size());
     const Bytes bytes(request.bytes.begin(), request.bytes.begin() + static_cast<std::ptrdiff_t>(size));
     std::uint8_t result = key.writeResult;
+    // A fan may be handed back (0) even while the modes are locked.
     if (result == SMCResult::success && request.bytes[0] != 0 && isModeLocked(name))
         result = SMCResult::notWritable;
     if (result == SMCResult::success)

@@ -9,7 +9,7 @@
 
 namespace {
 
-[[maybe_unused]] bool isLocaleRefused = false; // as when memory is short
+[[maybe_unused]] bool isLocaleRefused = false; // simulates a shortage of memory
 
 using HelperArguments::parseIndex;
 using HelperArguments::parseRPM;

@@ -225,6 +225,7 @@ TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
     int ends[2] = {};
     ASSERT_EQ(pipe(ends), 0);
     fcntl(ends[1], F_SETFL, O_NONBLOCK);
+    // Fill the pipe, so that the helper has to wait for its reader.
     std::size_t filled = 0;
     const std::string page(4096, 'x');
     for (ssize_t length = 0; (length = write(ends[1], page.data(), page.size())) > 0;)

@@ -47,6 +47,7 @@ TEST_F(EmergencyHandBackTest, TheGuardHearsChangesAndSignsOfLifeUntilItIsDismiss
     emergency.finish();
     emergency.update(fans({0, 1}));
     emergency.keepAlive();
+    // The empty line is a sign of life; \x04 is the farewell.
     EXPECT_TRUE(hears("nothing\nfans 0\n\nfans 0 =1\n\x04"));
 }
 

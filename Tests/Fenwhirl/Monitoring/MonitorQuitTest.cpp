@@ -197,6 +197,7 @@ TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
         if (generator() % 2 == 0) {
             poll();
         } else {
+            // Not a wait for a condition: the test varies the moment at which it quits.
             std::this_thread::sleep_for(std::chrono::microseconds(generator() % 1000));
         }
         monitor().restoreAutomaticBlocking();

@@ -18,6 +18,7 @@ std::size_t entries(const TemporaryFolder& folder) {
 
 // A limit on file sizes stands in for a full disk.
 bool replaceWithoutRoom(const std::string& path) {
+    // Without this, the signal would end the process instead of making the write fail.
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit small{};
     small.rlim_cur = 1000;

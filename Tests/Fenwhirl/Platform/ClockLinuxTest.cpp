@@ -11,6 +11,7 @@
 
 namespace {
 
+// Older C libraries do not define it.
 #ifndef CLONE_NEWTIME
 constexpr int CLONE_NEWTIME = 0x80;
 #endif

@@ -161,6 +161,7 @@ TEST(Clock, NeverGoesBackAndCountsSeconds) {
 // The suppressions for the library must not hide data races of our own: two threads write to a value of ours,
 // one of them in a call made by the library, and the sanitizer must report it.
 TEST(ThreadSanitizerDeathTest, SeesCodeOfOursThatTheLibraryCalls) {
+    // The sanitizer exits with status 66 after a report.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {

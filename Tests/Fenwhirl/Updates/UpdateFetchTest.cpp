@@ -112,6 +112,7 @@ qint64 peakKiBSinceLastCall() {
     }
     QFile reset(u"/proc/self/clear_refs"_s);
     EXPECT_TRUE(reset.open(QIODevice::WriteOnly));
+    // Writing 5 resets the peak (VmHWM) to the current size.
     reset.write("5");
     return peak;
 }

@@ -45,6 +45,7 @@ TEST(FanGrid, HasAColumnMoreWhereItHasRoomForIt) {
     Stage stage;
     stage.world.smc.addOlderFans(10);
     stage.showPage(Page::fans);
+    // A column needs at least 340 points, and 18 lie between two columns.
     for (const auto& [width, columns] :
          {std::pair(698, 2), std::pair(1055, 2), std::pair(1056, 3), std::pair(1413, 3), std::pair(1414, 4),
           std::pair(1771, 4), std::pair(1772, 5), std::pair(1884, 5)}) {

@@ -36,6 +36,7 @@ QStringList textsOf(QQuickWindow& window, QAccessible::Text kind) {
     QStringList texts;
     for (const QAccessibleInterface* item : everything(window)) {
         const QString text = item->text(kind);
+        // Announcements are heard but not shown; Stage::announced returns them.
         if (!text.isEmpty() && item->role() != QAccessible::Notification)
             texts.append(text);
     }
@@ -63,6 +64,7 @@ Stage::Stage() {
 }
 
 Stage::~Stage() {
+    // In this order, because each object uses the ones after it.
     window_.reset();
     engine_.reset();
     models_.reset();
@@ -167,6 +169,7 @@ void Stage::setApps(const QList<AppLoad>& apps) {
         const std::lock_guard lock(mutex_);
         sample_.apps = apps;
     }
+    // A refresh is dropped while a sample is in progress, so repeat it until the list has arrived.
     QSignalSpy changed(processes_.get(), &ProcessMonitor::appsChanged);
     ASSERT_TRUE(MonitorHarness::waitUntil([&] {
         processes_->refresh();

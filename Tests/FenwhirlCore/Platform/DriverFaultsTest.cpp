@@ -36,7 +36,7 @@ TEST(DriverFaults, EveryDescriptorIsClosedWhenTheDeviceGoesAndAtTheEnd) {
         EXPECT_EQ(mac.opened, mac.closed);
         mac.plugIn();
         mac.now += milliseconds(2000);
-        static_cast<void>(smc.readValue("F0Ac")); // this failure makes the transport look
+        static_cast<void>(smc.readValue("F0Ac")); // after this failure the transport looks for the device
         EXPECT_EQ(smc.readValue("F0Ac"), 1300);
         EXPECT_GT(mac.opened, mac.closed);
     }
@@ -105,7 +105,7 @@ TEST(DriverFaults, ADeviceThatComesBackUnderAnotherNumberIsFoundAgain) {
     mac.plugIn("7");
     EXPECT_EQ(smc.readValue("Tp01"), std::nullopt) << "looked for at most every two seconds";
     mac.now += milliseconds(2000);
-    static_cast<void>(smc.readValue("Tp01")); // this failure makes the transport look
+    static_cast<void>(smc.readValue("Tp01")); // after this failure the transport looks for the device
     EXPECT_EQ(smc.readValue("Tp01"), 55.0);
     EXPECT_EQ(smc.allKeys().size(), 8U) << "the list of keys stays";
 }

@@ -19,6 +19,8 @@ namespace {
     std::abort();
 }
 
+// Waits until the descriptor is readable. Returns false once the write end of the pipe `wake` has been
+// closed.
 bool isReadable(int descriptor, int wake) {
     std::array<pollfd, 2> waiting = {{{descriptor, POLLIN, 0}, {wake, POLLIN, 0}}};
     return poll(waiting.data(), waiting.size(), -1) > 0 && waiting[1].revents == 0;
@@ -28,6 +30,7 @@ bool isReadable(int descriptor, int wake) {
 
 SocketService::SocketService(Script script) : script_(std::move(script)) {
     char folder[] = "/tmp/fenwhirl-test-XXXXXX";
+    // mkdtemp makes a private folder, but some tests connect as another user.
     if (mkdtemp(folder) == nullptr || chmod(folder, 0755) != 0 || pipe(wake_) != 0)
         fail("folder");
     path_ = std::string(folder) + "/AppleSMC";
@@ -42,6 +45,7 @@ SocketService::SocketService(Script script) : script_(std::move(script)) {
 }
 
 SocketService::~SocketService() {
+    // Ends the thread, see isReadable.
     ::close(wake_[1]);
     thread_.join();
     ::close(wake_[0]);
@@ -84,6 +88,7 @@ std::vector<std::uint8_t> replyBytes(std::uint32_t kernelReturn, const SMCParam&
 }
 
 void sendPacket(int connection, const std::vector<std::uint8_t>& bytes) {
+    // The client may have left; SIGPIPE would end the test program.
     send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL);
 }
 

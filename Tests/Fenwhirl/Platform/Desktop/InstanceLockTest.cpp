@@ -23,6 +23,7 @@ int flockError = 0;
 
 } // namespace
 
+// The linker redirects every call of flock to the __wrap_ function; __real_ is the C library's own.
 extern "C" int __real_flock(int descriptor, int operation);
 extern "C" int __wrap_flock(int descriptor, int operation);
 

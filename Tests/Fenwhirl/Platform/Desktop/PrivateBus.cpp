@@ -45,6 +45,7 @@ void PrivateBus::kill() {
 }
 
 QDBusConnection PrivateBus::connect() {
+    // Qt shares connections of the same name, so each one gets a name of its own.
     static int made = 0;
     return QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
                                          QStringLiteral("test%1").arg(++made));
