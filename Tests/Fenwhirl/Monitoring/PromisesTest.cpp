@@ -399,6 +399,7 @@ private:
         const int kind = below(4);
         const bool isHot = kind == 2;
         const bool isEmergency = kind == 3;
+        // Hot weather stays just below the emergency temperature.
         celsius_ = isEmergency ? 92 + below(14)
                    : isHot     ? std::min(threshold_ + below(8), 91.5)
                                : 35 + below(45);

@@ -223,6 +223,7 @@ TEST(HelperProcess, IsScheduledAsUsual) {
                 const sched_param none = {};
                 sched_setscheduler(0, row.schedulingClass, &none);
                 setpriority(PRIO_PROCESS, 0, row.niceness);
+                // This name imitates fields of /proc/self/stat, which the helper parses.
                 prctl(PR_SET_NAME, ") 0 (0 ) 0", 0, 0, 0);
             },
             []() -> std::string {
