@@ -16,7 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The lines of a group.
+// The lines of one group of the generated desktop entry, starting with the group's header. Empty when there
+// is no such group.
 QStringList entryLines(const QString& group = u"[Desktop Entry]"_s) {
     QFile file(QStringLiteral(FENWHIRL_DESKTOP_ENTRY));
     const QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();

@@ -1,4 +1,5 @@
-// The icon file is read back by its own rules: every size there, every length right, and something drawn.
+// Parses the generated .icns container according to its format: every size is present, every length field is
+// correct, and every image contains the drawing.
 
 #include "IconContainer.h"
 
@@ -21,7 +22,7 @@ quint32 numberAt(const QByteArray& bytes, qsizetype offset) {
     return qFromBigEndian<quint32>(bytes.constData() + offset);
 }
 
-// Type and content of each entry; empty when the lengths do not add up.
+// Type and content of each entry. Empty when the header is wrong or the lengths do not add up.
 QMap<QByteArray, QByteArray> entriesOf(const QByteArray& icon) {
     QMap<QByteArray, QByteArray> entries;
     if (icon.size() < 8 || icon.left(4) != "icns" || numberAt(icon, 4) != icon.size())
@@ -57,11 +58,11 @@ TEST(IconContainer, IsDrawnInEverySize) {
     for (const QByteArray& png : entries) {
         const QImage image = QImage::fromData(png, "PNG");
         const int side = image.width();
-        EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0) << side; // around the body
+        EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0) << side; // transparent outside the body
         const QColor body = image.pixelColor(side / 5, side / 2);
         EXPECT_EQ(body.alpha(), 255) << side;
         EXPECT_GT(body.blue(), body.red()) << side;
-        const QColor blade = image.pixelColor(side * 516 / 1024, side * 300 / 1024); // of the fan
+        const QColor blade = image.pixelColor(side * 516 / 1024, side * 300 / 1024); // a fan blade
         EXPECT_GT(blade.red(), 200) << side;
         EXPECT_GT(blade.green(), 200) << side;
     }

@@ -1,4 +1,6 @@
-"""The restrictions of a container that commands are tried under: each is really in force, and nothing else is refused."""
+"""Tests of as-in-container, which runs a command under the restrictions of a container: each restriction takes effect, and
+nothing else is refused.
+"""
 
 import errno
 import json
@@ -13,7 +15,7 @@ import unittest
 TOOL = pathlib.Path(__file__).resolve().parents[2] / "Packaging/Linux/as-in-container"
 NOBODY = 65534
 
-# Tries every way to a world of its own, each in a process of its own, and prints the error numbers by name.
+# Tries every way to create or enter a namespace and to mount, each in its own child process. Prints errno by name of attempt.
 PROBE = r"""
 import ctypes, json, os, platform, signal, sys, tempfile
 libc = ctypes.CDLL(None, use_errno=True)
@@ -87,7 +89,7 @@ def ways_to(namespace):
 
 
 def as_root():
-    """What makes a command root: nothing where this is, else a namespace of users."""
+    """Returns the command prefix that makes a command root: none when this process is root, else a user namespace."""
     return () if os.geteuid() == 0 else ("unshare", "--map-root-user", "--mount", "--")
 
 
@@ -110,7 +112,7 @@ class AsInContainer(unittest.TestCase):
         return json.loads(self.ok(*as_root(), *prefix, sys.executable, "-c", PROBE))
 
     def assert_refuses(self, kinds, refused):
-        """All of that, and what nothing but the kernel decides is as without the tool."""
+        """Asserts that exactly these attempts fail with EPERM, and that all others have the same result as without the tool."""
         options = [word for kind in kinds for word in ("--refuse", kind)]
         expected = self.probed() | {way: errno.EPERM for way in refused}
         if set(kinds) != {"proc-mount"}:
@@ -148,7 +150,7 @@ class AsInContainer(unittest.TestCase):
         self.assertIn("Operation not permitted", done.stderr)
 
     def test_the_capabilities_are_gone_for_good(self):
-        # What is inheritable comes back with the next program, whatever the bounding set says.
+        # Inheritable capabilities would return with the next exec, regardless of the bounding set.
         lines = self.ok(*as_root(), "setpriv", "--inh-caps=+sys_admin", TOOL, "cat", "/proc/self/status").splitlines()
         status = dict(line.split(":\t", 1) for line in lines if ":\t" in line)
         sys_admin, kill = 1 << 21, 1 << 5

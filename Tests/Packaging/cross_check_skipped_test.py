@@ -1,4 +1,4 @@
-"""The cross-check of the macOS build where its downloads cannot be had: plain words, and never "passed"."""
+"""Tests of the macOS cross-check on a computer that cannot download what it needs: it says why, and never reports "passed"."""
 
 import os
 import shutil
@@ -21,7 +21,7 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
         os.mkdir(os.path.join(self.source, ".ci"))
         for path in (".ci/checks", ".ci/run", "Packaging/with-progress"):
             shutil.copy(os.path.join(ROOT, path), os.path.join(self.source, path))
-        # Whatever this computer has, these packages are there; what is fetched with them is not.
+        # Pretend that the distribution's packages are installed; what the check downloads with them is missing.
         self.play("Packaging/Linux/install-packages", "exit 0")
 
     def play(self, path, body, folder=None):
@@ -32,7 +32,7 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
         os.chmod(path, 0o755)
 
     def run_in_checkout(self, *command):
-        """Nothing fetched earlier is found."""
+        """Runs a command in the copied checkout, with empty caches so that no earlier download is found."""
         environment = {"PATH": f"{self.tools}:{os.environ['PATH']}", "HOME": self.cache, "npm_config_cache": self.cache}
         return subprocess.run(command, cwd=self.source, env=environment, check=False, capture_output=True, text=True,
                               timeout=100)
@@ -42,7 +42,7 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
         self.assertRegex(done.stderr, r"(?m)^macOS build .* SKIPPED: not checked, which is not passed$")
         for word in words:
             self.assertIn(word, done.stderr)
-        self.assertNotRegex(done.stderr, r"(?m)^macOS build.* \d+ s$")  # what a check that passed says
+        self.assertNotRegex(done.stderr, r"(?m)^macOS build.* \d+ s$")  # the line of a check that passed
 
     def test_a_computer_without_network_skips_it(self):
         without_network = ("unshare", "--map-root-user", "--net")

@@ -1,4 +1,4 @@
-"""`.ci/checks distributions`: what it runs where, and that it passes only when all of it did."""
+"""Tests of `.ci/checks distributions`: which commands it runs in which distribution, and that it passes only when all pass."""
 
 import os
 import pathlib
@@ -22,7 +22,8 @@ class Distributions(unittest.TestCase):
             shutil.copy(ROOT / path, self.checkout / path)
 
     def check(self, *arguments, body="exit 0"):
-        """With a fake root of every distribution: the output, the status, and what was run in there."""
+        """Runs .ci/checks with a fake in-distribution script. Returns the completed process and the commands that the script
+        was asked to run."""
         tool = self.checkout / "Packaging/Linux/in-distribution"
         tool.parent.mkdir(parents=True, exist_ok=True)
         tool.write_text(f'#!/bin/sh\n[ "$2" = sh ] || echo "$@" >>calls\n{body}\n', encoding="ascii")
@@ -52,7 +53,7 @@ class Distributions(unittest.TestCase):
         self.assertIn("SKIPPED", done.stderr)
 
     def test_is_not_run_unasked(self):
-        # Every step passes at once, so that the whole of the checks is gone through.
+        # A fake with-progress lets every step pass immediately, so that the whole list of steps is covered.
         (self.checkout / "Packaging/with-progress").write_text('#!/bin/sh\necho "$1" >>steps\n', encoding="ascii")
         unasked = len(re.findall(r"^if wants .*; then step", (ROOT / ".ci/checks").read_text(encoding="utf-8"), re.M))
         done, calls = self.check()

@@ -1,4 +1,4 @@
-"""The last steps of the macOS bundle, run with played tools that write down how they were called."""
+"""Tests of FinishBundle.cmake, the last steps of building the macOS bundle, with fake tools that log how they were called."""
 
 import os
 import subprocess
@@ -9,8 +9,8 @@ import unittest
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 SCRIPT = os.path.join(ROOT, "Packaging", "macOS", "FinishBundle.cmake")
 
-# What Qt's tool leaves in a bundle, as far as signing is concerned: frameworks with links in them, plug-ins, and links to
-# plug-ins among the QML modules.
+# What macdeployqt leaves in a bundle, as far as it matters for signing: frameworks that contain symbolic links, plug-ins, and
+# symbolic links to plug-ins among the QML modules.
 DEPLOY = """
 for framework in QtCore QtQml; do
     mkdir -p "$1/Contents/Frameworks/$framework.framework/Versions/A/Helpers"
@@ -37,7 +37,7 @@ esac
 
 class FinishBundle(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="fenwhirl bundle ")  # with a blank, as a Mac's folders have
+        folder = tempfile.TemporaryDirectory(prefix="fenwhirl bundle ")  # with spaces, as folder names on a Mac often have
         self.addCleanup(folder.cleanup)
         self.folder = folder.name
         self.log = os.path.join(self.folder, "log")
@@ -64,7 +64,7 @@ class FinishBundle(unittest.TestCase):
         return subprocess.run(command, env=environment, capture_output=True, text=True, check=False)
 
     def calls(self):
-        """Each call, paths as seen from the bundle."""
+        """Every call of a fake tool as a list of its words, with the bundle's path replaced by "APP"."""
         if not os.path.exists(self.log):
             return []
         with open(self.log, encoding="ascii") as file:
@@ -145,7 +145,7 @@ class FinishBundle(unittest.TestCase):
         self.assertEqual(self.signed(), [])
 
     def make_code(self, path, *commands):
-        """A file that the loader would take, and what otool says of it."""
+        """Creates a file with the Mach-O magic number, and makes otool print these load commands for it."""
         path = os.path.join(self.bundle, "Contents", path)
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "wb") as file:

@@ -1,4 +1,6 @@
-"""Commands in a root of another distribution, which a fake debootstrap makes: what stays, and what never does."""
+"""Tests of in-distribution, which runs a command in the root file system of another distribution: what persists between runs,
+and what never does. A fake debootstrap creates the root.
+"""
 
 import contextlib
 import os
@@ -16,7 +18,7 @@ TOOLS = ("in-distribution", "as-in-container")
 IN_THE_ROOT = ("cat", "ls", "sh", "sleep")
 SECONDS = 60
 
-# Puts a shell there and what it needs, and writes down how it was called.
+# The fake debootstrap: copies a small root with a shell and its libraries, and logs how it was called.
 DEBOOTSTRAP = """#!/bin/sh
 echo "$@" >>"$FAKE_FOLDER/calls"
 echo "$http_proxy" >"$FAKE_FOLDER/proxy"
@@ -174,7 +176,7 @@ class InDistribution(WithAFakeDebootstrap):
         self.fake("debootstrap", DEBOOTSTRAP)
         self.assertNotIn("half", self.ok("trixie", "ls", "/"))
 
-    # Whoever holds the other end of the pipe is still there.
+    # The following tests detect surviving processes by a pipe: it is at its end only when no process has the other end open.
 
     def started(self, *arguments, **options):
         child = subprocess.Popen(**self.command(*arguments), stdin=subprocess.PIPE, stdout=subprocess.PIPE, **options)
@@ -194,7 +196,7 @@ class InDistribution(WithAFakeDebootstrap):
         for options in ((), ("--fresh",)):
             for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
                 with self.subTest(options=options, signal=number):
-                    # A shell without a terminal lets what it starts in the background ignore SIGINT.
+                    # A shell without job control starts background commands with SIGINT ignored.
                     child = self.started(*options, "trixie", "sh", "-c", self.LEAVES_SOMEBODY_BEHIND)
                     self.assertEqual(child.stdout.readline(), "ready\n")
                     child.send_signal(number)
@@ -224,7 +226,7 @@ class InDistribution(WithAFakeDebootstrap):
         self.assert_ends(child, 3)
 
     def test_ctrl_c_reaches_the_command_once(self):
-        self.ok("trixie", "sh", "-c", ":")  # what makes the root says so on the terminal
+        self.ok("trixie", "sh", "-c", ":")  # makes the root first, because that would print to the terminal
         child, terminal = pty.fork()
         if child == 0:
             command = self.command("trixie", "sh", "-c", "trap 'echo told' INT; echo ready; read a; read a; echo end")
@@ -232,7 +234,7 @@ class InDistribution(WithAFakeDebootstrap):
             os.execve(command["args"][0], command["args"], command["env"])
         self.addCleanup(os.close, terminal)
         said = ""
-        with contextlib.suppress(OSError):  # the terminal is gone once nobody has it open
+        with contextlib.suppress(OSError):  # the read fails once no process has the terminal open
             while more := os.read(terminal, 4096):
                 said += more.decode("ascii")
                 for word, answer in (("ready", b"\x03"), ("told", b"\n\n")):
@@ -253,7 +255,7 @@ echo ready >"$FAKE_FOLDER/ready"
             self.assertEqual(pipe.readline(), "ready\n")
         child.terminate()
         self.assert_ends(child, 128 + signal.SIGTERM)
-        # Nobody who reads is left, so nobody can be written to.
+        # Opening a FIFO for writing without blocking fails when it has no reader left.
         with self.assertRaises(OSError):
             os.close(os.open(self.fakes / "ready", os.O_WRONLY | os.O_NONBLOCK))
         self.assertFalse((self.roots / "trixie/bare").exists())

@@ -1,4 +1,4 @@
-"""Packaging/Linux/install-packages with a fake Debian: what it installs, and when it asks for root rights."""
+"""Tests of Packaging/Linux/install-packages with fake Debian tools: what it installs, and when it asks for root rights."""
 
 import contextlib
 import os
@@ -46,7 +46,7 @@ class InstallPackages(unittest.TestCase):
         os.mkdir(self.tools)
         for tool in COMMON:
             os.symlink(shutil.which(tool), os.path.join(self.tools, tool))
-        # The names follow three options. One package is not known at all, and one that was removed still has a status.
+        # The package names follow three options. "viewer" is entirely unknown; a removed package still has a status.
         self.fake("dpkg-query", f"""status=0; shift 3
 for name; do
     if grep -qx "$name" "{self.installed}"; then echo "installed:$name"
@@ -63,7 +63,7 @@ exit $status""")
             file.write(text)
 
     def fake_apt(self, body, lists="a list"):
-        """That installs and updates with that body; what it is asked besides is answered, and not written down."""
+        """Installs a fake apt-get that runs `body` for installs and updates. Queries are answered, but not logged."""
         self.fake("apt-get", f'case $1 in indextargets) echo "{lists}"; exit ;; esac\n{self.note("apt-get")}\n{body}')
 
     def note(self, tool):
@@ -120,7 +120,7 @@ exit $status""")
                               stderr=theirs) as child:
             os.close(theirs)
             shown = b""
-            with contextlib.suppress(OSError):  # the terminal is gone once nobody writes there any more
+            with contextlib.suppress(OSError):  # the read fails once no process has the terminal open
                 while more := os.read(ours, 4096):
                     shown += more
         os.close(ours)

@@ -1,4 +1,4 @@
-"""./run and ./test as they are on a Mac, with a played system: what is installed, built and started, in which order."""
+"""Tests of ./run and ./test on a Mac, with fake system tools: what is installed, built and started, in which order."""
 
 import os
 import shutil
@@ -8,7 +8,7 @@ import unittest
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 APPLICATION = "build/release/bin/Fenwhirl.app/Contents/MacOS/Fenwhirl"
-# What the commands may find beside the played tools.
+# The real tools that the commands may use beside the fake ones.
 COMMON = ("bash", "cat", "dirname", "env", "getconf", "grep", "mkdir", "mktemp", "printf", "readlink", "rm", "sed", "sh",
           "sleep", "tail", "tr")
 
@@ -53,7 +53,8 @@ class MacCommands(unittest.TestCase):
             os.remove(os.path.join(self.tools, tool))
 
     def command(self, name, *arguments, answer=None):
-        """Without an answer there is no terminal."""
+        """Runs a command of the checkout. With an `answer` its standard input is a terminal on which that line was typed;
+        without one it is /dev/null."""
         options = {"stdin": subprocess.DEVNULL}
         if answer is not None:
             ours, terminal = os.openpty()
@@ -67,7 +68,7 @@ class MacCommands(unittest.TestCase):
         return done
 
     def calls(self):
-        """What was called, without the questions what is there."""
+        """The logged calls, without the queries of what is installed (uname and brew list)."""
         if not os.path.exists(self.log):
             return []
         with open(self.log, encoding="ascii") as file:

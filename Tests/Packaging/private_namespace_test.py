@@ -1,4 +1,6 @@
-"""The private world in which the program is tried: wherever the project lies, another user reaches it there."""
+"""Tests of private-namespace, in which the built program is run: wherever the checkout is located, another user can read it
+inside the namespace.
+"""
 
 import os
 import pathlib
@@ -59,7 +61,7 @@ class WhereTheProjectLies(unittest.TestCase):
         self.assertEqual((self.checkout / "build/picture").read_text(encoding="ascii"), "a picture\n")
 
     def test_in_the_folder_that_the_private_world_is_put_together_in(self):
-        # In a namespace of its own, so that the computer's folder stays as it is.
+        # The outer namespace keeps the computer's own /mnt untouched.
         prepare_and_run = 'mount -t tmpfs tmpfs /mnt && cp -r "$0" /mnt/checkout && cd /mnt/checkout && exec "./$1" cat build/program'
         done = subprocess.run(("unshare", "--map-root-user", "--mount", "sh", "-c", prepare_and_run, self.checkout, SCRIPT),
                               check=False, capture_output=True, text=True, timeout=60)

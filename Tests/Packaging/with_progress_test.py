@@ -1,4 +1,6 @@
-"""Packaging/with-progress: what it says while a command runs and after it, what it keeps, and what it leaves running."""
+"""Tests of Packaging/with-progress: what it prints while a command runs and afterwards, what it logs, and that it leaves no
+process running.
+"""
 
 import os
 import pathlib
@@ -42,7 +44,7 @@ class WithProgress(unittest.TestCase):
 
     def test_moves_on_a_terminal(self):
         terminal, other_end = pty.openpty()
-        # It goes on when the terminal has shown how far it is.
+        # The command finishes only after its progress was shown on the terminal.
         seen = self.log.parent.parent / "seen"
         child = subprocess.Popen([SCRIPT, "Build", self.log, "sh", "-c",
                                   f'echo "[3/7] Building x"; until [ -e "{seen}" ]; do sleep 0.05; done'], stderr=other_end)
@@ -54,7 +56,7 @@ class WithProgress(unittest.TestCase):
                 if b"[3/7]" in said:
                     seen.touch()
         except OSError:
-            pass  # the other end is closed
+            pass  # the other end of the terminal is closed
         os.close(terminal)
         self.assertEqual(child.wait(60), 0)
         self.assertRegex(said.decode(), r"\r\x1b\[KBuild… \[3/7\] \d+ s\r\x1b\[K(.*\r\x1b\[K)?Build +\d+ s\r\n\Z")
@@ -68,7 +70,7 @@ class WithProgress(unittest.TestCase):
                 command = int(self.log.read_text(encoding="ascii"))
                 child.send_signal(number)
                 self.assertEqual(child.wait(60), 128 + number)
-                child.stderr.read()  # ends when nobody can say anything any more
+                child.stderr.read()  # returns when no process has the other end open
                 self.assertFalse(os.path.exists(f"/proc/{command}"))
                 self.log.unlink()
 

@@ -1,5 +1,6 @@
 #!/usr/bin/python3
-"""Only the application library may need Qt, and it exports one function; no program carries a search path for libraries.
+"""Checks the built ELF files: only the application library links Qt, it exports a single function, and no program has an RPATH
+or RUNPATH.
 
 Usage: check_libraries.py BUILD_DIRECTORY
 """

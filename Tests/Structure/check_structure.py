@@ -1,16 +1,17 @@
 #!/usr/bin/python3
-"""Holds the house in shape: folders, build targets and includes must be the same picture.
+"""Checks the architecture: source folders, build targets and includes must describe the same dependencies.
 
 Usage: check_structure.py SOURCE_DIRECTORY TARGET_GRAPH
 
-TARGET_GRAPH is what the build wrote of itself (cmake/WriteTargetGraph.cmake). The table below is the decision: which
-subsystem may know which. The check fails when
+TARGET_GRAPH is the list of targets and links that the build writes (cmake/WriteTargetGraph.cmake). The table SUBSYSTEMS below
+defines which subsystem may depend on which. The check fails when
 
-- a file includes a header of a subsystem that its own may not know, or one that no path of linked targets leads to;
-- a target links a target of a subsystem that its own may not know, or more of Qt than its subsystem may use;
-- a QML file imports a module of a subsystem that its own may not know;
-- a QML file shows a text that could be taken for markup (names come from strangers);
-- a file outside Platform/ asks for the operating system by the preprocessor;
+- a file includes a header of a subsystem that its own subsystem may not depend on, or one whose target is not linked,
+  directly or indirectly;
+- a target links a target of a subsystem that its own may not depend on, or a Qt module that its subsystem may not use;
+- a QML file imports a module of a subsystem that its own may not depend on;
+- a QML file shows text that could be interpreted as markup (process names and the like are untrusted input);
+- a file outside Platform/ tests for the operating system in the preprocessor;
 - a folder is missing from the table.
 """
 
@@ -18,7 +19,7 @@ import os
 import re
 import sys
 
-# Subsystem: (subsystems it may know, Qt modules it may use). A folder belongs to its nearest ancestor named here.
+# Subsystem: (subsystems it may depend on, Qt modules it may use). A folder belongs to its nearest ancestor listed here.
 SUBSYSTEMS = {
     "TextCheck": ([], []),
     "FenwhirlCore": ([], []),
@@ -46,7 +47,7 @@ SUBSYSTEMS = {
     "SimulatedMac": (["FenwhirlCore"], []),
 }
 
-# Where knowing a subsystem means one header of it only.
+# Dependencies that are limited to individual headers of the other subsystem.
 SINGLE_HEADERS = {
     ("SimulatedMac", "FenwhirlCore"): {"FenwhirlCore/SMCRecord.h"},
     ("Fenwhirl/HelperClient", "Guard"): {"Guard/GuardRecord.h"},
@@ -65,7 +66,7 @@ SYSTEM_QUESTION = re.compile(
 
 
 def subsystem_of(path):
-    """The subsystem of a path relative to Sources/, or None."""
+    """Returns the subsystem of a path relative to Sources/, or None."""
     folder = os.path.dirname(path)
     while folder:
         if folder in SUBSYSTEMS:
@@ -82,7 +83,7 @@ def source_files(sources):
 
 
 def read_graph(file):
-    """The targets of the build: name -> (folder, linked names)."""
+    """Returns the targets of the build: name -> (folder, names of linked targets)."""
     graph = {}
     with open(file, encoding="utf-8") as lines:
         for line in lines:
@@ -92,7 +93,7 @@ def read_graph(file):
 
 
 def reachable_folders(graph, folder):
-    """The folders that the targets of one folder rest on, directly or not, itself included."""
+    """Returns the subsystems that the targets of one subsystem link, directly or indirectly, including itself."""
     seen = set()
     waiting = [name for name, (home, _) in graph.items() if subsystem_of(home + "/x") == folder]
     while waiting:

@@ -1,4 +1,4 @@
-"""The structure check must notice what it is there for."""
+"""Tests of check_structure.py: each kind of violation is reported."""
 
 import sys
 import unittest
