@@ -1,4 +1,5 @@
-// What was there when Qt's application object was made, which the program does once, before its event loop.
+// Records the state at the moment when Qt's application object was created. A process does that only once,
+// before its event loop runs, so Main.mm records it and the tests read it here.
 
 #pragma once
 
@@ -9,11 +10,12 @@ namespace AtStart {
 // The delegate that the program installed.
 id<NSApplicationDelegate> delegate();
 
-// Whether it was there, and the environment set, when Qt looked.
+// Whether the delegate was installed, and the environment variables were set, while Qt created the
+// application object.
 bool hadDelegate();
 bool hadEnvironment();
 
-// Whether something was autoreleased, where nothing would ever let it go.
+// Whether an object was autoreleased without an open pool, so that it would never be released.
 bool leftSomething();
 
 } // namespace AtStart

@@ -11,7 +11,8 @@
 
 namespace {
 
-// The real transport and all above it, over the kernel's calls, against a simulated Mac.
+// Tests the real macOS transport and everything above it: the IOKit calls are faked, and a simulated Mac
+// answers them.
 class ControllerTest : public MacTest {
 protected:
     void SetUp() override {
@@ -27,7 +28,7 @@ protected:
         MacTest::TearDown();
     }
 
-    // The helper's command line, as root.
+    // Runs the helper's command line as root and returns its exit status.
     static int helper(std::vector<std::string> words) {
         std::vector<char*> arguments;
         for (std::string& word : words)
@@ -49,7 +50,7 @@ TEST_F(ControllerTest, IsReadByEverybody) {
     EXPECT_EQ(smc->fanCount(), 2);
     EXPECT_EQ(smc->readFans().size(), 2U);
     EXPECT_FALSE(smc->discoverTemperatureKeys().empty());
-    EXPECT_EQ(FakeMac::kernel().services, 0); // the service is let go once it is open
+    EXPECT_EQ(FakeMac::kernel().services, 0); // the service is released once the connection is open
     EXPECT_EQ(FakeMac::kernel().openConnections, 1);
 }
 
@@ -125,7 +126,7 @@ TEST_F(ControllerTest, IsDrivenByAPollThroughTheHelper) {
     EXPECT_NEAR(smc->readFans().at(0).targetRPM, 3300, 1);
     poller.handBackEverything();
     EXPECT_FALSE(smc->fanModes().at(0));
-    // The controller goes, and comes back.
+    // The controller disappears, and comes back.
     FakeMac::kernel().vanishes = true;
     const auto blind = poller.poll(request);
     ASSERT_TRUE(blind);

@@ -1,4 +1,5 @@
-// What every test on the fake Mac has: a pool, and at the end a look at what was left behind.
+// The base class of the tests on the fake Mac. It opens an autorelease pool, and fails the test at the end
+// when objects, observers or the like were left behind, or when a rule of FakeMac was violated.
 
 #pragma once
 
@@ -18,8 +19,8 @@ private:
     std::map<std::string, std::size_t> before_;
 };
 
-// What the program does before its event loop runs: there is no pool then, and what would never be let go is
-// a failure.
+// Calls `action` as the program would before its event loop runs. No autorelease pool is open at that time,
+// so an object that is autoreleased fails the test: on a Mac it would never be released.
 template <typename Action>
 auto beforeTheEventLoop(Action action) {
     const Runtime::WithoutPools none;

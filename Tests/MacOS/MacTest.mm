@@ -12,7 +12,7 @@ void MacTest::TearDown() {
     EXPECT_THAT(Runtime::takeStrayAutoreleases(), testing::IsEmpty()) << "autoreleased where no pool is";
     objc_autoreleasePoolPop(pool_);
     {
-        // What the look itself needs.
+        // checkEnd() autoreleases objects itself.
         void* const own = objc_autoreleasePoolPush();
         FakeMac::checkEnd();
         objc_autoreleasePoolPop(own);

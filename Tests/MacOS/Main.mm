@@ -14,7 +14,7 @@ bool hasEnvironment = false;
 bool left = false;
 __weak id<NSApplicationDelegate> installed = nil;
 
-// Qt calls it while the application object is being made.
+// Qt calls this function while the application object is being created.
 void look() {
     @autoreleasepool {
         installed = static_cast<NSApplication*>(NSApp).delegate;
@@ -28,8 +28,8 @@ Q_COREAPP_STARTUP_FUNCTION(look)
 
 } // namespace
 
-// What is freed is overwritten: Qt's libraries, which the sanitizer does not see into, would find it as it
-// was.
+// Lets the address sanitizer overwrite freed memory. Qt's libraries are not instrumented: without that, they
+// would still read the old content through a dangling pointer, and the mistake would stay unnoticed.
 extern "C" const char* __asan_default_options() { // NOLINT: the sanitizer's name
     return "detect_leaks=1:max_free_fill_size=1048576";
 }
@@ -50,7 +50,7 @@ bool AtStart::leftSomething() {
     return left;
 }
 
-// Drawn into memory: there is no screen, and the fake Mac draws nothing.
+// Uses Qt's offscreen platform, because there is no screen and the fake Mac draws nothing.
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -19,7 +19,7 @@ protected:
     }
 
     void TearDown() override {
-        QCoreApplication::processEvents(); // what is still to come of it
+        QCoreApplication::processEvents(); // runs what the test has left in the event queue
         MacTest::TearDown();
     }
 
@@ -45,7 +45,8 @@ TEST_F(MainWindowBehaviourTest, ConfiguresTheNextNativeWindowToo) {
     EXPECT_TRUE(FakeMac::nativeWindow(window).titlebarAppearsTransparent);
 }
 
-// The first window is configured before the event loop: what its getter autoreleases would never be freed.
+// The first window is configured before the event loop runs: an object that its getters autorelease would
+// never be freed.
 TEST_F(MainWindowBehaviourTest, LetsTheFirstWindowGo) {
     const std::size_t before = Runtime::liveObjects("NSWindow");
     beforeTheEventLoop([&] { MainWindowBehaviour::configure(window); });

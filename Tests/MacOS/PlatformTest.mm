@@ -15,7 +15,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-// Each of these opens a pool of its own, because it may be called where there is none.
+// Each function tested here opens an autorelease pool itself, because it may be called where none is open.
 
 using ActivityTest = MacTest;
 
@@ -100,7 +100,7 @@ using NativeImageTest = MacTest;
 TEST_F(NativeImageTest, IsTheSymbolAtItsSize) {
     const QImage symbol = beforeTheEventLoop([] { return systemSymbol(QStringLiteral("fan"), 15, false); });
     EXPECT_EQ(symbol.size(), QSize(19, 17)); // 18.75 and 16.5
-    // Drawn in rows of their own, and upright.
+    // The image has its own rows, without the bitmap's padding, and is not upside down.
     EXPECT_EQ(symbol.pixelColor(7, 3), QColor(10, 7, 3));
     EXPECT_THAT(FakeMac::journal(), ElementsAre("-[NSImage drawInRect:] 18.750000 x 16.500000",
                                                 "-[NSGraphicsContext flushGraphics]"));

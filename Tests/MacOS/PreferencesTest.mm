@@ -31,7 +31,7 @@ TEST_F(PreferencesTest, KeepEachTypeUnderItsKey) {
         store->setNumber(QStringLiteral("number"), 2400.5);
         store->setData(QStringLiteral("data"), QByteArray("a\0b", 3));
     });
-    // A dot stays a dot, and the domain is the program's own.
+    // A dot in a key is kept, and the domain is the program's own.
     EXPECT_EQ(FakeMac::preferences().values.count({domain, QStringLiteral("brenor.update.lastCheck")}), 1U);
     beforeTheEventLoop([&] {
         EXPECT_EQ(store->text(QStringLiteral("brenor.update.lastCheck")), QStringLiteral("né ✓ 🌀"));
@@ -57,7 +57,7 @@ TEST_F(PreferencesTest, AreRemoved) {
 TEST_F(PreferencesTest, KeepWhatIsThereWhenATextCannotBeMade) {
     store->setText(QStringLiteral("theme"), QStringLiteral("dark"));
     FakeMac::preferences().refusesTexts = true;
-    // Neither the value nor the key can be made: nothing may be removed instead.
+    // Neither the value nor the key can be created. The stored value must not be removed because of that.
     store->setText(QStringLiteral("theme"), QStringLiteral("light"));
     FakeMac::preferences().refusesTexts = false;
     EXPECT_EQ(store->text(QStringLiteral("theme")), QStringLiteral("dark"));

@@ -10,7 +10,7 @@
 
 namespace {
 
-// A home of its own for each test.
+// Gives each test its own home folder.
 class ProgramTest : public MacTest {
 protected:
     void SetUp() override {
@@ -58,7 +58,7 @@ TEST_F(ProgramTest, KeepsItsLockWhereNobodyTidiesUp) {
     EXPECT_TRUE(QFileInfo::exists(inHome("Library/Application Support/com.fenwhirl.app")));
     int raised = 0;
     QObject::connect(first.get(), &SingleInstance::raiseRequested, [&] { ++raised; });
-    // The Dock icon, or a second start from the Finder.
+    // A click on the Dock icon, or a second start from the Finder.
     EXPECT_FALSE(ApplicationEvents::shouldHandleReopen(false));
     EXPECT_EQ(raised, 1);
 }

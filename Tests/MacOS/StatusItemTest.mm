@@ -77,7 +77,7 @@ TEST_F(StatusItemTest, HasNoTargetLeftWhenItIsGone) {
     item.reset();
     @autoreleasepool {
     }
-    // The action of a click on its way.
+    // The action of a click that was still in the event queue.
     FakeMac::sendAction(button.action, button.target, button);
 }
 
@@ -108,7 +108,7 @@ TEST_F(StatusItemTest, IsPlacedWhereItCanBeSeen) {
     native.button.window.occlusionState = 0; // behind the notch
     EXPECT_FALSE(item->isPlaced());
     native.button.window.occlusionState = NSWindowOcclusionStateVisible;
-    native.visible = NO; // taken away by the user
+    native.visible = NO; // removed from the menu bar by the user
     EXPECT_FALSE(item->isPlaced());
     native.visible = YES;
     native.button.window = nil;

@@ -69,7 +69,7 @@ TEST_F(StatusPanelTest, IsToldOfPressesInOtherWindowsOfOursOnly) {
     QWindow hidden;
     const auto watching = watch();
     EXPECT_TRUE(FakeMac::pressIn(FakeMac::nativeWindow(panel)));
-    EXPECT_TRUE(FakeMac::pressIn(nil)); // the status item's
+    EXPECT_TRUE(FakeMac::pressIn(nil)); // an event without a window: a press on the status item
     EXPECT_TRUE(FakeMac::pressIn(FakeMac::nativeWindow(hidden)));
     EXPECT_EQ(outside, 0);
     EXPECT_TRUE(FakeMac::pressIn(FakeMac::nativeWindow(main))) << "the press does what it does";

@@ -11,7 +11,7 @@ protected:
         (void)NSApplication.sharedApplication;
     }
 
-    // The application is there before it, and its event loop runs after it.
+    // The program creates it after the application object and before the event loop runs.
     static std::unique_ptr<SystemAppearance> make() {
         return beforeTheEventLoop([] { return SystemAppearance::create(); });
     }

@@ -86,7 +86,7 @@ TEST_F(SystemCallsTest, AProcessIsToldByItsStart) {
 }
 
 TEST_F(SystemCallsTest, ASignalReachesTheProcessThatWasMeantOnly) {
-    // A blocked signal stays where it can be seen.
+    // A blocked signal stays pending, where it can be read from /proc.
     sigset_t blocked = {};
     sigset_t before = {};
     sigaddset(&blocked, SIGUSR1);
@@ -98,7 +98,7 @@ TEST_F(SystemCallsTest, ASignalReachesTheProcessThatWasMeantOnly) {
     }
     sigprocmask(SIG_SETMASK, &before, nullptr);
     FakeMac::system().processes[child] = {1'700'000'000, 1};
-    signalProcess(child, 1, SIGUSR1); // another one had this number
+    signalProcess(child, 1, SIGUSR1); // an earlier process had this number
     EXPECT_TRUE(pendingSignals(child).contains("ShdPnd:\t0000000000000000"));
     signalProcess(child, 1'700'000'000'000'001ULL, SIGUSR1);
     EXPECT_FALSE(pendingSignals(child).contains("ShdPnd:\t0000000000000000"));
@@ -106,7 +106,7 @@ TEST_F(SystemCallsTest, ASignalReachesTheProcessThatWasMeantOnly) {
     int status = 0;
     EXPECT_EQ(waitpid(child, &status, 0), child);
     EXPECT_TRUE(WIFSIGNALED(status));
-    // Never oneself.
+    // It never signals its own process.
     FakeMac::system().processes[getpid()] = {1'700'000'000, 1};
     signalProcess(getpid(), 1'700'000'000'000'001ULL, SIGKILL);
 }

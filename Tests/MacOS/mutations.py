@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Plants mistakes in the macOS sources, one at a time, and looks whether the tests beside this file notice.
+"""Mutation testing of the macOS sources: plants one mistake at a time, and checks whether the tests in this folder notice it.
 
-    Tests/MacOS/mutations.py [WORD…]      after .ci/checks executed; with words only the mistakes with one of them in the title
+    Tests/MacOS/mutations.py [WORD…]      after .ci/checks executed; with words, only mistakes whose title contains one of them
 
-Each mistake is one that compiles and links. A source with it is compiled into an object of its own, the test program is linked
-with that in front of the library that has the right one, and run. Nothing in the checkout changes. Run by hand; the last result
-stands in Documentation/macOS.md. Ends with 1 when fewer than 38 of them were noticed.
+Each mistake compiles and links. The mutated source is compiled into an object file of its own, and the test program is linked
+with that object in front of the library that contains the original, and run. The checkout is not changed. Run it by hand; the
+latest result is in Documentation/macOS.md. The exit status is 1 when fewer than 38 mistakes were noticed.
 """
 
 import concurrent.futures
@@ -24,7 +24,7 @@ PLATFORM = "Sources/Fenwhirl/Platform/"
 DESKTOP = PLATFORM + "Desktop/"
 CORE = "Sources/FenwhirlCore/Platform/"
 
-# What is wrong, where, the right text, the wrong one.
+# Title, source file, the original text, the mutated text.
 MISTAKES = (
     ("the status item is not removed", DESKTOP + "StatusItemMacOS.mm",
      "[NSStatusBar.systemStatusBar removeStatusItem:item_];", ""),
@@ -149,7 +149,7 @@ def link_command(build):
 
 
 def plant(folder, build, commands, link, mistake):
-    """Whether it was noticed, and by what."""
+    """Builds and runs the tests with one mistake. Returns whether it was noticed, and by what."""
     title, path, right, wrong = mistake
     path = os.path.join(ROOT, path)
     with open(path, encoding="utf-8") as file:
@@ -173,7 +173,7 @@ def plant(folder, build, commands, link, mistake):
     linking[linking.index("-o") + 1] = program
     linking.insert(linking.index("-o"), planted)
     if shutil.which("ld.lld"):
-        linking.append("-fuse-ld=lld")  # several times as fast
+        linking.append("-fuse-ld=lld")  # several times faster than the default linker
     linked = subprocess.run(linking, cwd=build, check=False, capture_output=True, text=True)
     if linked.returncode != 0:
         raise RuntimeError(f"{title}: does not link\n{linked.stderr}")

@@ -1,4 +1,4 @@
-// AppKit, as far as our sources call it.
+// A fake of the part of AppKit that our sources call.
 
 #import "Frameworks/FakeMac.h"
 
@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-// An action gives nothing back that could be lost.
+// An action returns nothing, so performSelector: cannot leak a result.
 #pragma clang diagnostic ignored "-Warc-performSelector-leaks"
 
 NSString* makeText(const QString& text);
@@ -36,7 +36,7 @@ const NSNotificationName NSWorkspaceAccessibilityDisplayOptionsDidChangeNotifica
 
 + (NSFont*)menuBarFontOfSize:(CGFloat)size {
     NSFont* made = [[NSFont alloc] init];
-    made.pointSize = size > 0 ? size : 14; // the usual one
+    made.pointSize = size > 0 ? size : 14; // the default size
     return made;
 }
 
@@ -50,7 +50,7 @@ const NSNotificationName NSWorkspaceAccessibilityDisplayOptionsDidChangeNotifica
 
 @end
 
-// Events and who watches them
+// Events and event monitors
 @interface NSEvent ()
 @property(nullable, readwrite, assign) NSWindow* window;
 @end
@@ -227,7 +227,7 @@ CGFloat& FakeMac::lastWeight() {
     return isTemplate_;
 }
 
-// A picture of its own: the colour says how wide it was drawn.
+// Draws a test pattern: red is 10, green is the column, and blue is the row of each pixel.
 - (void)drawInRect:(NSRect)rect {
     FakeMac::note("-[NSImage drawInRect:] " + std::to_string(rect.size.width) + " x " +
                   std::to_string(rect.size.height));
@@ -272,7 +272,7 @@ CGFloat& FakeMac::lastWeight() {
         if (planes != nullptr || bitsPerSample != 8 || samplesPerPixel != 4 || !hasAlpha || isPlanar ||
             bytesPerRow != 0 || bitsPerPixel != 0 || ![colorSpaceName isEqualToString:NSDeviceRGBColorSpace])
             FakeMac::violate("a bitmap of another kind than eight bits each of red, green, blue and opacity");
-        bytesPerRow_ = (4 * width + 63) / 64 * 64; // rows are aligned, as there
+        bytesPerRow_ = (4 * width + 63) / 64 * 64; // rows are padded to an alignment, as on macOS
         bytes_.resize(static_cast<std::size_t>(bytesPerRow_ * height));
     }
     return self;
@@ -350,7 +350,7 @@ NSBitmapImageRep* FakeMac::drawnInto() {
 - (instancetype)initWithTitle:(NSString*)title action:(SEL)action keyEquivalent:(NSString*)key {
     if ((self = [super init])) {
         if (title == nil || key == nil)
-            FakeMac::violate("a menu item without title or key"); // an exception there
+            FakeMac::violate("a menu item without title or key"); // macOS raises an exception
         self.title = title;
         self.action = action;
         self.keyEquivalent = key;
@@ -579,7 +579,7 @@ static void did(const char* what) {
     FakeMac::note("proposed " + QString::fromNSString(self.nameFieldStringValue).toStdString());
     const QString path = FakeMac::settings().savePath;
     if (path.isEmpty()) {
-        // There is a place all the same, which nobody agreed to.
+        // A cancelled panel has a URL nevertheless, which the program must not use.
         self.URL = [NSURL fileURLWithPath:@"/Users/test/declined.txt"];
         return NSModalResponseCancel;
     }
@@ -589,7 +589,7 @@ static void did(const char* what) {
 
 @end
 
-// What is said by a screen reader
+// Announcements by a screen reader
 const NSAccessibilityNotificationName NSAccessibilityAnnouncementRequestedNotification =
     @"NSAccessibilityAnnouncementRequestedNotification";
 const NSAccessibilityNotificationUserInfoKey NSAccessibilityAnnouncementKey =

@@ -1,4 +1,5 @@
-// CoreFoundation and CoreGraphics, as far as our sources call them. Objects are those of Foundation.
+// Fakes of the parts of CoreFoundation and CoreGraphics that our sources call. Their objects are the fake
+// Foundation's.
 
 #import "Frameworks/FakeMac.h"
 #import "Frameworks/Preferences.h"
@@ -23,7 +24,7 @@ extern const CFStringRef kCFPreferencesCurrentUser =
     (CFStringRef)CFBridgingRetain(@"kCFPreferencesCurrentUser");
 extern const CFStringRef kCFPreferencesAnyHost = (CFStringRef)CFBridgingRetain(@"kCFPreferencesAnyHost");
 
-// Two that are there from the start and never go.
+// Makes kCFBooleanTrue and kCFBooleanFalse, which exist from the start and are never freed.
 static CFBooleanRef forever(bool value) {
     return (CFBooleanRef)CFBridgingRetain(makeNumber(value ? 1 : 0, true));
 }
@@ -41,7 +42,7 @@ extern const CFBooleanRef kCFBooleanFalse = [] {
 
 static void want(CFTypeRef object, const char* call) {
     if (object == nullptr)
-        FakeMac::violate(std::string(call) + " of nothing"); // the end of the program there
+        FakeMac::violate(std::string(call) + " of nothing"); // macOS ends the program
 }
 
 CFTypeRef CFRetain(CFTypeRef object) {
@@ -85,7 +86,7 @@ CFTypeID CFGetTypeID(CFTypeRef reference) {
     return others;
 }
 
-// A question for what an object is not ends the program there.
+// Reports a call with an object of the wrong type, for which macOS ends the program.
 static void wantKind(CFTypeRef object, CFTypeID kind, const char* call) {
     if (object == nullptr || CFGetTypeID(object) != kind)
         FakeMac::violate(std::string(call) + " of an object of another kind");
@@ -206,7 +207,7 @@ CFPropertyListRef CFPreferencesCopyValue(CFStringRef key, CFStringRef applicatio
 void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef application,
                            CFStringRef user, CFStringRef host) {
     if (key == nullptr || application == nullptr)
-        FakeMac::violate("a preference without a name"); // the end of the program there
+        FakeMac::violate("a preference without a name"); // macOS ends the program
     FakeMac::note("set " + text(key).toStdString());
     const std::pair place{domain(application, user, host), text(key)};
     if (value == nullptr)

@@ -1,12 +1,12 @@
-// The Mac that the macOS sources meet in tests: what it is told it keeps and writes into a journal, what it
-// is asked it answers as documented or as a test has arranged. Nothing of it draws, blocks or reaches the
-// network.
+// The fake Mac on which the tests run the macOS sources. It stores what it is told, records the calls in a
+// journal, and answers queries as documented by Apple or as a test has arranged. It does not draw, block or
+// use the network.
 //
-// What no program may do on a Mac is a violation: AppKit off the main thread, an observer taken away that was
-// never there, an activity ended twice. Each test ends with checkEnd(), which also wants everything given
-// back.
+// Whatever a program must not do on a Mac is recorded as a violation: AppKit calls off the main thread,
+// removing an observer that was never added, ending an activity twice. Each test ends with checkEnd(), which
+// also reports whatever was not released or removed.
 //
-// Threads: main thread, but for what says otherwise.
+// Threads: main thread, unless noted otherwise.
 
 #pragma once
 
@@ -20,24 +20,25 @@
 
 namespace FakeMac {
 
-// Calls that matter for their order, as "-[NSWindow close]".
+// The recorded calls whose order matters, such as "-[NSWindow close]".
 std::vector<std::string>& journal();
 void note(const std::string& call); // any thread
 
 void violate(const std::string& what); // any thread
 std::vector<std::string> takeViolations();
 
-// That the calling thread is the one in which the tests began.
+// Records a violation when `call` is not made on the thread that the tests started on.
 void wantMainThread(const char* call);
 bool isMainThread();
 
-// Everything as at the start of a process. What a test left behind is a violation first.
+// Records a violation for whatever a test has left behind, then resets everything to the state at process
+// start.
 void checkEnd();
 
 // 13.0 unless a test says otherwise.
 void setSystemVersion(int major);
 
-// What the next objects of a test are told.
+// What the fake answers: set by a test before it creates the objects that ask.
 struct Settings {
     bool hasStatusButton = true;
     std::vector<QString> symbols = {QStringLiteral("fan")};
@@ -49,7 +50,7 @@ struct Settings {
     bool reducesMotion = false;
     QString systemAppearance = QStringLiteral("NSAppearanceNameAqua");
     QString savePath;                        // empty: cancelled
-    std::map<std::int32_t, QString> running; // process, what it was asked to do
+    std::map<std::int32_t, QString> running; // process → what it was asked to do
     std::vector<NSRect> screens = {NSRect{{0, 0}, {1440, 900}}};
     QString computerName = QStringLiteral("Mac de test");
     bool hasComputerName = true;
@@ -64,42 +65,42 @@ struct Settings {
     std::vector<QString> languages = {QStringLiteral("fr-FR"), QStringLiteral("en-US")};
     bool hasLanguages = true;
     std::map<std::pair<int, bool>, std::uint32_t>
-        quitReasons; // {0 as a type, 1 as an enumeration; as a parameter}
+        quitReasons; // {0: given as a type, 1: as an enumeration; whether given as a parameter}
     bool hasAppleEvent = false;
 };
 
 Settings& settings();
 
-// Notifications of the default centre (nil) or of the workspace.
+// Registered observers, and posting to the default notification centre (nil) or the workspace's.
 std::size_t observers();
 void post(NSNotificationCenter* center, NSString* name, NSDictionary* userInfo = nil);
-// Another program, or this one, becomes the active one.
+// Makes another program, or this one, the active one.
 void activateApplication(pid_t process);
-// What changed, for whoever observes it.
+// Tells the key-value observers of `object` that the value at `path` has changed.
 void changeValue(id object, NSString* path);
 std::size_t valueObservers();
 
-// A press that the system reports: in another program, or in a window of ours.
+// Delivers a mouse press to the event monitors: one in another program, or one in a window of ours.
 void pressElsewhere(NSEventMask mask = NSEventMaskLeftMouseDown);
-// Null when a monitor kept the event from going on.
+// False when a monitor swallowed the event.
 bool pressIn(NSWindow* window, NSEventMask mask = NSEventMaskLeftMouseDown);
 std::size_t eventMonitors();
 
-// The items in the menu bar, and the activities that run.
+// The status items in the menu bar, and the activities that are running.
 std::vector<NSStatusItem*> statusItems();
 std::vector<QString> activities();
 
-// Where pictures are drawn at the moment, and the windows that status items are in.
+// The bitmap of the current graphics context, and the windows that contain the status items.
 NSBitmapImageRep* drawnInto();
-CGFloat& lastWeight(); // of the symbol that was asked for last
+CGFloat& lastWeight(); // of the symbol configuration that was made last
 std::vector<NSWindow*>& windowsOfItems();
 
-// Calls an action as the event loop does, in a pool of its own.
+// Calls an action as the event loop does, in its own autorelease pool.
 void sendAction(SEL action, id target, id sender);
 
 } // namespace FakeMac
 
-// What the fakes keep beside what the headers declare.
+// Properties that the fakes have in addition to the declared ones.
 @interface NSNumber ()
 @property double value;
 @property BOOL isBoolean;

@@ -1,4 +1,4 @@
-// Foundation, as far as our sources call it.
+// A fake of the part of Foundation that our sources call.
 
 #import "Frameworks/FakeMac.h"
 #include "ObjectiveC/Runtime.h"
@@ -11,7 +11,7 @@
 #include <thread>
 #include <utility>
 
-// Texts. Each kind answers fakeText; the rest follows from it.
+// Strings. Each subclass implements fakeText, and NSString implements the rest with it.
 @interface NSString ()
 - (QString)fakeText;
 @end
@@ -23,7 +23,7 @@
 @interface FakeTinyString : NSString
 @end
 
-// What CFSTR makes.
+// The class of a string that CFSTR makes.
 @interface FakeCFConstantString : NSString
 @end
 
@@ -32,7 +32,7 @@ namespace {
 struct ConstantString {
     void* isa;
     std::uint32_t flags;
-    std::uint32_t length; // in the units of the text
+    std::uint32_t length; // in code units
     std::uint32_t size;
     std::uint32_t hash;
     const char* data;
@@ -125,7 +125,8 @@ NSString* makeText(const QString& text) {
 
 @implementation FakeTinyString
 
-// Eight characters of seven bits from the top, the length and the mark at the bottom.
+// Decodes a string that is stored in the pointer: up to eight seven-bit characters from the top bit down,
+// then the length, and the tag in the lowest three bits.
 - (QString)fakeText {
     const auto bits = reinterpret_cast<std::uintptr_t>((__bridge void*)self);
     const std::uintptr_t length = (bits >> 3U) & 31U;
@@ -290,7 +291,7 @@ NSData* makeData(const QByteArray& content) {
 
 + (NSURL*)fileURLWithPath:(NSString*)path {
     if (path == nil) {
-        FakeMac::violate("a URL of no path"); // an exception there
+        FakeMac::violate("a URL of no path"); // macOS raises an exception
         return [[NSURL alloc] init];
     }
     NSURL* made = [[NSURL alloc] init];
@@ -464,7 +465,7 @@ std::vector<ValueObserver>& allValueObservers() {
     (void)object;
     (void)change;
     (void)context;
-    FakeMac::violate("a change that nobody wanted"); // an exception there
+    FakeMac::violate("a change that nobody wanted"); // macOS raises an exception
 }
 
 - (void)addObserver:(NSObject*)observer
@@ -483,7 +484,8 @@ std::vector<ValueObserver>& allValueObservers() {
             all.erase(all.begin() + static_cast<std::ptrdiff_t>(i));
             return;
         }
-    FakeMac::violate("an observer of a value was taken away that was never there"); // an exception there
+    // macOS raises an exception.
+    FakeMac::violate("an observer of a value was taken away that was never there");
 }
 
 @end
@@ -531,7 +533,7 @@ static NSProcessInfo* theProcess = nil;
 
 - (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason {
     if (reason == nil || reason.length == 0)
-        FakeMac::violate("an activity without a reason"); // an exception there
+        FakeMac::violate("an activity without a reason"); // macOS raises an exception
     FakeActivity* activity = [[FakeActivity alloc] init];
     activity.reason = reason;
     activity.options = options;
@@ -633,7 +635,7 @@ Record& record() {
     return *instance;
 }
 
-// Made before main, in its thread.
+// Constructed before main(), and on its thread, so that the record knows the main thread.
 [[maybe_unused]] const Record& madeAtStart = record();
 
 } // namespace

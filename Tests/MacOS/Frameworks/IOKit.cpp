@@ -63,7 +63,7 @@ struct FakeMac::Controller::State {
 
     ~State() {
         wire().client = -1;
-        close(ends[0]); // ends the thread's stream
+        close(ends[0]); // lets the thread's recv() return
         server.join();
         close(ends[1]);
     }
@@ -114,7 +114,7 @@ io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef m
     if (matching == nullptr || mainPort != kIOMainPortDefault)
         return 0;
     const bool matches = matching->service == "AppleSMC";
-    delete matching; // consumed
+    delete matching; // the call consumes the dictionary
     --FakeMac::kernel().matchingDictionaries;
     if (!matches || !FakeMac::kernel().hasService)
         return 0;
@@ -167,7 +167,7 @@ kern_return_t IOConnectCallStructMethod(mach_port_t connection, std::uint32_t se
         send(wire().client, input, inputSize, MSG_NOSIGNAL) != static_cast<ssize_t>(inputSize) ||
         recv(wire().client, &reply, sizeof reply, 0) != static_cast<ssize_t>(sizeof reply))
         return static_cast<kern_return_t>(notFound);
-    std::memcpy(output, &reply.record, sizeof reply.record); // also beside a refusal
+    std::memcpy(output, &reply.record, sizeof reply.record); // even when the controller refuses the request
     return static_cast<kern_return_t>(reply.kernelReturn);
 }
 }

@@ -1,8 +1,8 @@
-// The kernel's service AppleSMC, answered by a simulated Mac through its socket: what
-// IOConnectCallStructMethod is given goes out as a packet, and what the simulated Mac answers comes back.
+// A fake of the kernel's AppleSMC service, backed by a simulated Mac behind a socket.
+// IOConnectCallStructMethod sends its input as a packet and returns the reply of the simulated Mac.
 // Connections, services and their references are counted.
 //
-// Main thread, but for the calls of IOKit themselves: any thread, one at a time for each connection.
+// Threads: main thread, except for the IOKit calls themselves: any thread, one at a time for each connection.
 
 #pragma once
 
@@ -14,7 +14,8 @@
 
 namespace FakeMac {
 
-// A simulated Mac that runs on a thread of its own for as long as this lives. One at a time.
+// A simulated Mac that runs on its own thread during the lifetime of this object. Only one may exist at a
+// time.
 class Controller {
 public:
     explicit Controller(std::string_view machine = "MacBookPro11,4");
@@ -22,7 +23,7 @@ public:
     Controller(const Controller&) = delete;
     Controller& operator=(const Controller&) = delete;
 
-    // A command of the simulated Mac's own language ("key F0Ac", "fail …"), and its answer.
+    // Runs a command in the simulated Mac's own language ("key F0Ac", "fail …") and returns its answer.
     [[nodiscard]] std::string command(std::string_view line);
 
 private:
@@ -33,12 +34,12 @@ private:
 struct Kernel {
     bool hasService = true;
     bool opens = true;
-    bool vanishes = false; // every call from now on fails, as after the driver was unloaded
-    bool isRoot = false;   // who asks: the kernel refuses writes of everybody else
+    bool vanishes = false; // from now on every call fails, as after the driver was unloaded
+    bool isRoot = false;   // whether the caller is root: the kernel refuses writes by other users
     int openConnections = 0;
-    int services = 0;             // references held
-    int matchingDictionaries = 0; // made and not consumed
-    int badCalls = 0;             // on a connection that is not open, or with another method or size
+    int services = 0;             // references not yet released
+    int matchingDictionaries = 0; // created and not yet consumed
+    int badCalls = 0;             // on a connection that is not open, or with a wrong method or size
 };
 
 Kernel& kernel();

@@ -1,11 +1,11 @@
-// Included before everything else in the sources for macOS: what Qt's headers offer there and not here (the
-// functions are in MacQt.mm), and the question for the version of the system.
+// Force-included before everything else in the macOS sources. Declares what Qt's headers offer on macOS only
+// (the functions are in MacQt.mm), and replaces @available.
 
 #pragma once
 
 #ifdef __cplusplus
 
-// What Qt declares on a Mac in these two headers.
+// Q_OS_DARWIN makes these two headers declare the conversions to and from Apple's types.
 #    include <QtCore/qglobal.h>
 
 #    define Q_OS_DARWIN
@@ -13,15 +13,16 @@
 #    include <QtCore/qstring.h>
 #    undef Q_OS_DARWIN
 
-// They have functions of the name that is taken below.
+// These headers have functions called available(): include them before the macro below takes that name.
 #    include <QtCore/qcontiguouscache.h>
 #    include <QtCore/qsemaphore.h>
 
 #endif
 
 #ifdef __OBJC__
-// Where this is no system of Apple's the compiler answers each such question with yes. Boxed, a null text is
-// nil.
+// When it does not build for an Apple system, the compiler evaluates every @available as true. The macro
+// turns @available(macOS 14.0, *) into @(macOSIsAtLeast("macOS 14.0, *")) instead, an object that is nil when
+// the function returns null.
 extern "C" const char* macOSIsAtLeast(const char* platformAndVersion);
 #    define available(...) (macOSIsAtLeast(#    __VA_ARGS__))
 #endif

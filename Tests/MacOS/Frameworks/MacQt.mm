@@ -1,4 +1,4 @@
-// What Qt has on a Mac and not here, and the native views of its windows.
+// The functions that Qt has on macOS only, and the native views of Qt's windows.
 
 #import "Frameworks/MacQt.h"
 
@@ -44,8 +44,8 @@ std::map<const QWindow*, Native>& natives() {
 
 } // namespace
 
-// In the place of Qt's own: there the identifier is the address of a view, made with its window at the first
-// question.
+// Overrides Qt's own function. On macOS the identifier is the address of an NSView, which is created together
+// with its NSWindow by the first call.
 WId QWindow::winId() const {
     FakeMac::wantMainThread("QWindow::winId");
     Native& native = natives()[this];

@@ -1,4 +1,4 @@
-// The native windows of Qt's. Main thread only.
+// The native windows of Qt's windows. Main thread only.
 
 #pragma once
 
@@ -8,10 +8,10 @@ class QWindow;
 
 namespace FakeMac {
 
-// Made at the first question, as there.
+// Created by the first call, as on macOS.
 NSWindow* nativeWindow(QWindow& window);
 
-// As when a window was closed: the next question makes another one.
+// Destroys the native window, as closing a window does. The next call of nativeWindow() creates another one.
 void destroyNative(QWindow& window);
 
 } // namespace FakeMac

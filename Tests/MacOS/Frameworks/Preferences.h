@@ -1,4 +1,4 @@
-// The system's preferences, as tests see and arrange them. Main thread only.
+// The fake system preferences, which tests inspect and arrange. Main thread only.
 
 #pragma once
 
@@ -11,10 +11,10 @@
 namespace FakeMac {
 
 struct Preferences {
-    // By application, user and host, and by key.
+    // By domain (application, user and host) and by key.
     std::map<std::pair<QString, QString>, id> values;
-    bool refusesTexts = false;   // no text can be made
-    bool losesPrecision = false; // numbers do not fit
+    bool refusesTexts = false;   // creating a string fails
+    bool losesPrecision = false; // converting a number reports a loss of precision
 };
 
 Preferences& preferences();

@@ -41,7 +41,8 @@ std::mutex& spawning() {
     return instance;
 }
 
-// Attributes whose children keep only what is named for them.
+// Spawn attributes with POSIX_SPAWN_CLOEXEC_DEFAULT: the child keeps only the descriptors that the file
+// actions name.
 std::vector<const void*>& closing() {
     static std::vector<const void*> instance;
     return instance;
@@ -158,7 +159,7 @@ int sysctl(int* name, unsigned length, void* old, std::size_t* oldSize, void*, s
     }
     const auto found = FakeMac::system().processes.find(name[3]);
     if (found == FakeMac::system().processes.end()) {
-        *oldSize = 0; // a success all the same
+        *oldSize = 0; // like the real call, it succeeds without a result
         return 0;
     }
     kinfo_proc process = {};

@@ -1,5 +1,6 @@
-// The C library's and the kernel's part of the Mac: what programs ask beside the frameworks. Any thread, but
-// for the settings.
+// Fakes of the C library and kernel functions of macOS that the sources call beside the frameworks.
+//
+// Threads: any; the settings in system() belong to the main thread.
 
 #pragma once
 
@@ -15,20 +16,21 @@
 namespace FakeMac {
 
 struct System {
-    std::map<std::string, std::string> texts;        // sysctlbyname, bytes as they are
-    std::map<pid_t, std::pair<long, int>> processes; // started at, in seconds and microseconds
+    std::map<std::string, std::string> texts;        // raw bytes by name, for sysctlbyname
+    std::map<pid_t, std::pair<long, int>> processes; // start time in seconds and microseconds
     std::string executable = "/Applications/Fenwhirl.app/Contents/MacOS/Fenwhirl";
     std::uint32_t timeNumerator = 125;
     std::uint32_t timeDenominator = 3;
     std::uint64_t ticks = 0;
-    std::vector<std::pair<int, int>> priorities; // what for, which
+    std::vector<std::pair<int, int>> priorities; // kind of target and value, of each setpriority
     std::vector<int> openDescriptors;            // empty: the process's own
-    int reliefs = 0;                             // of memory
+    int reliefs = 0;                             // calls of malloc_zone_pressure_relief
 };
 
 System& system();
 
-// As the functions of these names; the flag that only a Mac has is done here.
+// Stand in for posix_spawnattr_setflags, posix_spawn and setpriority. POSIX_SPAWN_CLOEXEC_DEFAULT, which only
+// macOS has, is emulated.
 int setSpawnFlags(void* attributes, short flags);
 int spawn(pid_t* child, const char* path, const void* actions, const void* attributes, char* const* arguments,
           char* const* environment);

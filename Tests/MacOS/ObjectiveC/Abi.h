@@ -1,4 +1,5 @@
-// What the compiler writes into a program and passes to the runtime. Between the sources of this folder.
+// The structures that the compiler emits and passes to the runtime (the ABI of -fobjc-runtime=gnustep-2.0).
+// Internal to this folder.
 
 #pragma once
 
@@ -15,7 +16,7 @@ using Class = objc_class*;
 using IMP = id (*)(id, struct objc_selector*, ...);
 
 struct objc_selector {
-    const char* name; // one pointer for one text, once the program is loaded
+    const char* name; // unique for each name once the program is loaded, so that pointers can be compared
     const char* types;
 };
 
@@ -41,7 +42,7 @@ struct objc_method_list {
 struct objc_ivar {
     const char* name;
     const char* type;
-    int* offset; // from the end of the superclass, until the program is loaded
+    int* offset; // relative to the end of the superclass until the program is loaded
     std::uint32_t size;
     std::uint32_t flags;
 };
@@ -58,7 +59,7 @@ struct objc_class {
     const char* name;
     long version;
     unsigned long info;
-    long instanceSize; // negative: without the superclass's, until the program is loaded
+    long instanceSize; // negative and without the superclass's size until the program is loaded
     objc_ivar_list* ivars;
     objc_method_list* methods;
     void* cache;
@@ -104,11 +105,11 @@ struct objc_init {
     void* rest[8];
 };
 
-// A block as the compiler lays it out.
+// The layout of a block, as the compiler emits it.
 struct BlockDescriptor {
     unsigned long reserved;
     unsigned long size;
-    void (*copy)(void* to, const void* from); // there if the flag says so
+    void (*copy)(void* to, const void* from); // with `dispose`, present only if the block's flags say so
     void (*dispose)(const void* block);
 };
 
@@ -131,14 +132,14 @@ void* _Block_copy(const void* block);
 void _Block_release(const void* block);
 }
 
-// Between Runtime.cpp, Blocks.cpp and NSObject.mm.
+// Shared by Runtime.cpp, Blocks.cpp and NSObject.mm.
 namespace Runtime {
 
 [[nodiscard]] Class classOf(id object);
 [[nodiscard]] bool isBlock(id object);
 [[nodiscard]] IMP find(Class startingAt, SEL selector); // null when there is none
 [[nodiscard]] id allocate(Class ofClass);
-void destroy(id object); // what NSObject's dealloc does
+void destroy(id object); // the implementation of NSObject's dealloc
 [[nodiscard]] std::size_t liveBlocks();
 [[nodiscard]] bool isMeta(Class which);
 [[noreturn]] void die(const std::string& why);

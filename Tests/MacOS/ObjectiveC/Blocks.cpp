@@ -1,4 +1,5 @@
-// Blocks: copied from the stack when they are kept, counted, and what they hold let go with the last owner.
+// The runtime of blocks: copies a block from the stack to the heap when it is retained, counts its
+// references, and releases its captured variables with the last reference.
 
 #include "ObjectiveC/Abi.h"
 #include "ObjectiveC/Runtime.h"
@@ -11,13 +12,13 @@ namespace {
 
 constexpr std::int32_t hasCopyAndDispose = 1 << 25;
 
-// In the field's kind, what a captured variable is.
+// Kinds of captured variables, as the compiler passes them to _Block_object_assign.
 constexpr int isObject = 3;
 constexpr int isBlockField = 7;
 
 std::atomic<std::size_t> live = 0;
 
-// The compiler leaves this field to the runtime.
+// Counts references in the field of the block that the compiler reserves for the runtime.
 std::atomic_ref<std::int32_t> references(Block* block) {
     return std::atomic_ref(block->reserved);
 }

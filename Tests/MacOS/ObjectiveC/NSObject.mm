@@ -1,5 +1,4 @@
-// The root class, and what makes objects of the language's texts and blocks. Compiled without automatic
-// counting: it is what that rests on.
+// The root class, and the class of blocks. Compiled without ARC, because ARC is built on it.
 
 #import <objc/NSObject.h>
 
@@ -74,7 +73,7 @@ extern "C" id objc_retain(id object);
 
 @end
 
-// What the compiler's blocks are when something asks them.
+// The class that Runtime::classOf() reports for blocks.
 @interface FakeBlock : NSObject
 @end
 

@@ -16,10 +16,10 @@
 
 namespace {
 
-constexpr unsigned long metaInfo = 1; // the compiler's mark
+constexpr unsigned long metaInfo = 1; // set by the compiler for metaclasses
 constexpr unsigned long loadedInfo = 1UL << 40;
 
-// In front of each object.
+// Stored in front of each object.
 struct Header {
     std::atomic<long> references;
     long isDying;
@@ -31,7 +31,7 @@ using Cache = std::unordered_map<const char*, objc_slot>;
 
 struct State {
     std::recursive_mutex mutex;
-    std::unordered_set<std::string> names; // of selectors
+    std::unordered_set<std::string> names; // of selectors, each once
     std::map<std::string, Class> classes;
     std::map<id, std::set<id*>> weak;
     std::map<std::string, std::size_t> live;
@@ -40,14 +40,14 @@ struct State {
 };
 
 State& state() {
-    static auto* instance = new State; // used until the very end of the process
+    static auto* instance = new State; // leaked, because it is used until the very end of the process
     return *instance;
 }
 
 struct Pools {
     std::vector<id> objects;
     std::vector<std::size_t> marks;
-    std::size_t uncounted = 0; // marks that count as none
+    std::size_t uncounted = 0; // the first so many marks do not count as open pools
 };
 
 Pools& pools() {
@@ -63,7 +63,7 @@ Header& header(id object) {
     return *(reinterpret_cast<Header*>(object) - 1);
 }
 
-// A text of up to eight characters is in the pointer itself.
+// A string literal of up to eight ASCII characters is stored in the pointer itself.
 bool isTiny(id object) {
     return (reinterpret_cast<std::uintptr_t>(object) & 7U) != 0;
 }
@@ -130,7 +130,7 @@ id answerToNil(id /*self*/, SEL /*selector*/, ...) {
     return nullptr;
 }
 
-// Calls a method of an object without arguments, if it has one.
+// Calls a method without arguments, unless the implementation is null.
 void perform(id object, IMP implementation) {
     if (implementation != nullptr)
         implementation(object, nullptr);
@@ -142,7 +142,7 @@ SEL selectorNamed(const char* name) {
     return &made.try_emplace(name, objc_selector{unique(name), nullptr}).first->second;
 }
 
-// The method of this very class, not of those above it.
+// The method of this class itself, without those of its superclasses.
 IMP ownMethod(Class which, SEL selector) {
     for (const objc_method_list* list = which->methods; list != nullptr; list = list->next)
         for (int i = 0; i < list->count; ++i)
@@ -234,7 +234,7 @@ SEL sel_registerName(const char* name) {
 id objc_retain(id object) {
     if (isForever(object))
         return object;
-    if (Runtime::isBlock(object)) // one on the stack stays there until it is copied
+    if (Runtime::isBlock(object)) // a block on the stack stays there until it is copied
         return object->isa == reinterpret_cast<Class>(_NSConcreteMallocBlock)
                    ? static_cast<id>(_Block_copy(object))
                    : object;
@@ -283,7 +283,7 @@ void* objc_autoreleasePoolPush() {
 void objc_autoreleasePoolPop(void* pool) {
     while (pools().marks.size() >= reinterpret_cast<std::size_t>(pool)) {
         const std::size_t mark = pools().marks.back();
-        while (pools().objects.size() > mark) { // what is let go may autorelease more
+        while (pools().objects.size() > mark) { // releasing an object may autorelease more
             const id object = pools().objects.back();
             pools().objects.pop_back();
             objc_release(object);

@@ -1,12 +1,12 @@
-// A small Objective-C runtime for tests: what clang's code for `-fobjc-runtime=gnustep-2.0` calls, as far as
-// our sources and the fakes beside it use the language. Classes, categories, message sends, properties,
-// reference counting, weak references, autorelease pools and blocks; no exceptions, no protocols at run time,
-// no forwarding.
+// A small Objective-C runtime for tests. It provides the functions that clang's code for
+// `-fobjc-runtime=gnustep-2.0` calls, as far as our sources and the fakes use the language: classes,
+// categories, message sends, properties, reference counting, weak references, autorelease pools and blocks.
+// It has no exceptions, no protocols at run time and no message forwarding.
 //
-// It is stricter than a Mac's: a message that nobody understands ends the program, and what is autoreleased
-// where no pool is open is counted, because there it would never be let go.
+// It is stricter than the runtime of macOS: an unrecognised selector aborts the program, and objects that are
+// autoreleased without an open pool are recorded, because on macOS they would never be released.
 //
-// Threads: any. Ownership: as the language has it.
+// Threads: any. Ownership: as defined by the language.
 
 #pragma once
 
@@ -17,15 +17,16 @@
 
 namespace Runtime {
 
-// Objects of exactly this class that are alive, by its name. Those that are never freed (constant strings,
-// classes) are not counted.
+// The number of live objects of exactly this class, given by name. Objects that are never freed (constant
+// strings, classes) are not counted.
 [[nodiscard]] std::size_t liveObjects(const std::string& className);
 
-// Objects alive by class, those without any left out; blocks on the heap under "block".
+// The number of live objects by class, without the classes that have none. Blocks on the heap are listed as
+// "block".
 [[nodiscard]] std::map<std::string, std::size_t> allLiveObjects();
 
-// While it lives, pools that were open before do not count: as before the event loop runs, when there are
-// none.
+// During its lifetime, the pools that were already open do not count. That simulates the time before the
+// event loop runs, when no pool is open.
 class WithoutPools {
 public:
     WithoutPools();
@@ -37,7 +38,7 @@ private:
     std::size_t before_;
 };
 
-// Classes of the objects that were autoreleased where no pool counted, since the last call.
+// The class names of the objects that were autoreleased without an open pool since the last call.
 [[nodiscard]] std::vector<std::string> takeStrayAutoreleases();
 
 } // namespace Runtime

@@ -1,4 +1,4 @@
-// The root class, for the tests that run the macOS sources here.
+// The root class, for the tests that run the macOS sources on Linux.
 #pragma once
 
 #include <objc/objc.h>

@@ -1,4 +1,4 @@
-// The language's own types, for the tests that run the macOS sources here.
+// The basic types of Objective-C, for the tests that run the macOS sources on Linux.
 #pragma once
 
 #include <stddef.h>

@@ -1,4 +1,4 @@
-// Marks of availability: nothing to a compiler that does not build for macOS.
+// Availability attributes. They expand to nothing, because the compiler does not build for macOS.
 #pragma once
 
 #define API_AVAILABLE(...)
