@@ -1,9 +1,10 @@
-// An application that is nothing but its side of the helper, steered line by line: takes the place of the
-// real application's library beside a copy of the executable, so that the system tests see the true program
-// entry, the true installation and the true guard without an interface.
+// A test application without a user interface. It contains only the client side of the privileged helper, and
+// is controlled through standard input. It is installed as libFenwhirlApp.so beside a copy of the real
+// executable, so that the system tests exercise the real program entry, the real installation and the real
+// guard.
 //
-// Each line of standard input is one command; each answer is one line. See `answer` for the commands. While
-// it waits for one it gives its guard a sign of life every second, unless it was told to be mute.
+// Each line of standard input is one command, and each answer is one line; see answer() for the commands.
+// While it waits for a command it sends its guard a sign of life every second, unless it was told to be mute.
 
 #include "Fenwhirl/Application/FenwhirlApp.h"
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
@@ -40,7 +41,8 @@ std::string yesOrNo(bool value) {
     return value ? "yes" : "no";
 }
 
-// "0 1 =2": fans 0 and 1 are to be handed back, fan 2 is pinned. No word at all: every fan; "none": no fan.
+// Parses the fans of a "fans" command. "0 1 =2" means: hand back fans 0 and 1, and fan 2 is pinned. Without
+// any word it is every fan; "none" is no fan.
 HandBack handBack(const std::vector<std::string>& words) {
     if (!HelperClient::isInstalled())
         return {};
@@ -56,7 +58,7 @@ HandBack handBack(const std::vector<std::string>& words) {
     return result;
 }
 
-// Uses up the stack; not to be made a loop.
+// Overflows the stack. The read of `page` after the call keeps the compiler from turning the recursion into a loop.
 [[gnu::noinline]] int endless(int depth) {
     volatile char page[4096] = {};
     page[depth % 4096] = static_cast<char>(depth);
@@ -107,7 +109,7 @@ std::string answer(const std::vector<std::string>& words) {
         emergency = EmergencyHandBack::forThisInstallation();
         return "yes";
     }
-    if (command == "background") { // a helper run that is not waited for
+    if (command == "background") { // starts a helper run without waiting for it
         std::thread([rest] { (void)HelperClient::run(rest); }).detach();
         return "yes";
     }
@@ -132,7 +134,7 @@ std::string answer(const std::vector<std::string>& words) {
     return "unknown command";
 }
 
-// The next command; absent at the end of standard input.
+// Waits for the next command. Returns nothing at the end of standard input.
 std::optional<std::string> nextLine() {
     static std::string received;
     pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};

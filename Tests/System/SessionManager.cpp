@@ -1,9 +1,9 @@
-// A session manager for the X desktop, for tests: takes programs into its session and ends that session.
+// A minimal X session manager (XSMP) for tests: accepts programs into its session and ends that session.
 //
-// Prints its address, to be given to programs as SESSION_MANAGER. Then "joined" for each program that joins,
-// "saved" for each that says it has put its affairs in order, and "left" for each that is gone. Reads
-// commands, one a line: "end" tells all programs that the session is about to end; "die" tells them that it
-// has ended; "cancel" that it goes on after all. Ends at the end of its input.
+// It first prints its address, which tests pass to programs as SESSION_MANAGER. Afterwards it prints "joined"
+// for each program that joins, "saved" for each that reports that it has saved its state, and "left" for each
+// that has gone. It reads one command per line: "end" tells all programs that the session is about to end,
+// "die" that it has ended, and "cancel" that it continues after all. It exits at the end of its input.
 
 #include <X11/ICE/ICElib.h>
 #include <X11/ICE/ICEutil.h>
@@ -38,7 +38,7 @@ Bool everyoneMayJoin(char* /*host*/) {
 
 Status joined(SmsConn session, SmPointer /*data*/, char* previous) {
     if (previous != nullptr) {
-        return 0; // ours begins anew each time: the program asks once more, without a past
+        return 0; // there is no earlier session to restore: the program registers again without a previous ID
     }
     SmsRegisterClientReply(session, SmsGenerateClientID(session));
     SmsSaveYourself(session, SmSaveLocal, False, SmInteractStyleNone, False);
@@ -116,7 +116,7 @@ void carryOut(const std::string& command) {
     }
 }
 
-// Everything that has arrived; false when there is nobody any more.
+// Processes all messages that have arrived. Returns false when the connection is closed.
 bool listen(IceConn transport) {
     return IceProcessMessages(transport, nullptr, nullptr) == IceProcessMessagesSuccess;
 }
@@ -131,8 +131,8 @@ int main() {
         (void)std::fprintf(stderr, "SessionManager: %s\n", problem);
         return EXIT_FAILURE;
     }
-    // Its door is named by the number of the process, and another one that runs at the same time in a world
-    // of its own may have the same number: a child has the next.
+    // libICE names its socket after the process ID. Another instance in its own PID namespace may have the
+    // same ID, which makes listening fail; a forked child has the next ID and tries again.
     for (int attempt = 0; IceListenForConnections(&doors, &door, sizeof problem, problem) == 0; ++attempt) {
         const pid_t child = attempt < 20 ? fork() : -1;
         if (child < 0) {
@@ -148,7 +148,7 @@ int main() {
     for (int i = 0; i < doors; ++i) {
         IceSetHostBasedAuthProc(door[i], everyoneMayJoin);
     }
-    (void)IceSetIOErrorHandler([](IceConn) {}); // a program that is gone is no reason to go
+    (void)IceSetIOErrorHandler([](IceConn) {}); // the default handler would exit when a program disconnects
     say(IceComposeNetworkIdList(doors, door));
 
     std::vector<IceConn> transports;

@@ -1,7 +1,6 @@
-"""What assistive technology finds in the running program, on every page, in the panel, in the introduction and in dialogs.
+"""Tests of the accessibility tree of the running program: every page, the panel, the introduction and the dialogs.
 
-Everything that can be used must say what it is, what it is called and, where it has one, its value, and must offer an
-action; and nothing that offers an action may pretend to be a mere text.
+Every control must have a role, a name, an action and, where it applies, a value. Nothing else may offer an action.
 """
 
 import unittest
@@ -9,7 +8,7 @@ import unittest
 import stage
 from desktop import Desktop
 
-# The roles of things that people use, and those that carry a value.
+# The roles of controls, and of the controls that have a value.
 USED = {"push button", "check box", "toggle button", "radio button", "combo box", "slider", "spin button", "page tab",
         "menu item", "scroll bar", "entry", "link"}
 VALUED = {"slider", "spin button", "scroll bar"}
@@ -30,7 +29,7 @@ class Accessibility(unittest.TestCase):
         return {node.get_action_name(index) for index in range(node.get_n_actions())}
 
     def check(self, desktop, where):
-        """Looks at everything that is shown now; returns the roles that were seen."""
+        """Checks every visible node; returns the roles that were found."""
         roles = set()
         value = desktop.screen.atspi.Value
         states = desktop.screen.atspi.StateType
@@ -55,7 +54,7 @@ class Accessibility(unittest.TestCase):
         return roles
 
     def show(self, desktop):
-        """The main window, as high as its longest page."""
+        """Opens the main window, high enough for the longest page."""
         desktop.start()
         self.assertEqual(desktop.start_again(), 0)
         window = desktop.wait_for_main_window()
@@ -96,7 +95,7 @@ class Accessibility(unittest.TestCase):
             self.assertEqual(value.get_current_value(stepper), 50)
             value.set_current_value(stepper, 65)
             desktop.screen.wait_for("La vitesse augmente à partir de 65 °C", "label")
-            # A gauge says its speed in words, beside the fan's name.
+            # A gauge gives its speed as a text, beside the fan's name.
             desktop.screen.wait_for(lambda text: text.endswith(" tr/min") and "–" not in text, "label")
             desktop.screen.press("Tableau de bord", "page tab")
             chart = desktop.screen.wait_for("Température du processeur", "chart")
@@ -150,7 +149,7 @@ class Accessibility(unittest.TestCase):
 
 
 def desktop_settings():
-    """One fan at a fixed speed and one that follows a sensor, so that every control of a fan is shown."""
+    """Preferences with one fan at a fixed speed and one that follows a sensor, so that every control of a fan is shown."""
     import base64
     import json
     common = {"constantRPM": 3000, "sensorKey": "", "startTemp": 50, "maxTemp": 90}

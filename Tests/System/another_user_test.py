@@ -1,4 +1,6 @@
-"""An ordinary user on a computer that Fenwhirl cannot read, or on which somebody else has not installed the helper."""
+"""Tests as an ordinary user: on a computer whose controller Fenwhirl cannot read, on one without the helper, and beside another
+session's Fenwhirl.
+"""
 
 import unittest
 
@@ -39,7 +41,7 @@ class AnotherUser(unittest.TestCase):
             desktop.screen.press("Appliquer: Max", "push button")
             desktop.screen.press("Ventilateurs", "page tab")
             desktop.screen.wait_for("Activer le contrôle des ventilateurs")
-            # Nobody is there to ask for a password: that fails, is told, and changes nothing.
+            # No authentication agent can ask for a password here: the activation fails, says so, and changes nothing.
             desktop.screen.press("Activer", "push button")
             desktop.screen.press("Tableau de bord", "page tab")
             desktop.screen.wait_for("L'activation a été annulée ou a échoué.")
@@ -49,7 +51,7 @@ class AnotherUser(unittest.TestCase):
 
     def test_the_program_in_another_session_is_left_alone(self):
         with Desktop(controller=False) as desktop:
-            elsewhere = desktop.home / "elsewhere"  # the first user's place to meet
+            elsewhere = desktop.home / "elsewhere"  # the runtime folder of the other session, where its lock file is
             elsewhere.mkdir(0o700)
             first = desktop.start(XDG_RUNTIME_DIR=str(elsewhere))
             with stage.Application(desktop.build,

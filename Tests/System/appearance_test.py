@@ -1,4 +1,6 @@
-"""The looks of the running program: as the desktop has it when that is wished, and still where things shall not move."""
+"""Tests of the program's appearance: it follows the desktop's colour scheme and text scale when set to automatic, and does not
+animate where the desktop has switched animations off.
+"""
 
 import pathlib
 import re
@@ -10,13 +12,13 @@ import stage
 from asleep_test import FRAMES
 from desktop import Desktop, run
 
-DARK, LIGHT, SIDEBAR = "#16181D", "#F3F4F7", "#1B1E24"  # of the page, and of the dark sidebar
-BESIDE_THE_PAGE = "+1030+8"  # nothing stands on it there
+DARK, LIGHT, SIDEBAR = "#16181D", "#F3F4F7", "#1B1E24"  # background of the page, and of the dark sidebar
+BESIDE_THE_PAGE = "+1030+8"  # a point of the page's background where no control is drawn
 PORTAL = pathlib.Path(__file__).with_name("played_portal.py")
 
 
 class Portals:
-    """What the tests of both kinds do."""
+    """What both test classes share: the fake portal, and reading colours from the screen."""
 
     def portal(self, desktop, *words):
         portal = desktop.stack.enter_context(stage.Process(
@@ -66,18 +68,18 @@ class Appearance(Portals, unittest.TestCase):
             self.assertEqual(self.color(window), DARK)
 
     def test_larger_texts_are_larger_once(self):
-        # Under X11 a desktop says it twice: to every program as the resolution of letters, and in its portal.
+        # Under X11 a desktop announces the text scale twice: as the font resolution (Xft.dpi), and through its portal.
         with Desktop(preferences={"theme": "dark"}) as desktop:
             run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER", "Xft.dpi:\t120\n")
             self.portal(desktop, "1", "true", "1.25")
             window = self.show(desktop)
             self.assertEqual(window[3:], (1300, 850))
-            # The page begins right of the sidebar, which grows with its texts.
+            # The page begins to the right of the sidebar, which widens with its texts.
             self.wait_for_color(window, SIDEBAR, "+252+640")
             self.wait_for_color(window, DARK, "+268+640")
 
     def frames_of_page_changes(self, animations):
-        """How many pictures each of five changes to another page takes."""
+        """Counts the frames that each of five page changes takes."""
         with Desktop() as desktop:
             self.portal(desktop, "1", animations)
             self.show(desktop, **FRAMES)
@@ -86,7 +88,7 @@ class Appearance(Portals, unittest.TestCase):
                 before = desktop.log().count("qt.scenegraph.time.renderloop")
                 desktop.screen.press(page, "page tab")
                 desktop.screen.wait_for(page, "heading")
-                time.sleep(0.4)  # more than any motion takes; there is nothing to wait for when none begins
+                time.sleep(0.4)  # longer than any animation; without one there is no event to wait for
                 counts.append(desktop.log().count("qt.scenegraph.time.renderloop") - before)
             return counts
 
@@ -107,7 +109,7 @@ class Reaction(Portals, unittest.TestCase):
             desktop.launch()
             window = desktop.wait_for_main_window()
             self.assertLessEqual(time.monotonic() - began, 1)
-            # Light, though dimmed by the introduction.
+            # The page is light, although the introduction dims it.
             stage.wait_until(lambda: self.color(window) > "#90", lambda: f"a light page; it is {self.color(window)}")
 
 

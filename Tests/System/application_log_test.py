@@ -1,4 +1,4 @@
-"""Whatever Qt or the QML engine complains of in the log of an application fails the test that started it."""
+"""Tests of stage.Application: a warning or error of Qt or the QML engine in the program's log fails the test that started it."""
 
 import os
 import pathlib
@@ -9,7 +9,7 @@ import stage
 
 class ApplicationLog(unittest.TestCase):
     def run_one_that_writes(self, text):
-        """A program that writes this in Fenwhirl's place, from its start to its end."""
+        """Runs a script in place of Fenwhirl that writes this text to its log and exits."""
         build = pathlib.Path(os.environ["HOME"]) / "build"
         program = build / "bin/Fenwhirl"
         program.parent.mkdir(parents=True, exist_ok=True)

@@ -1,4 +1,4 @@
-"""A window that nobody can see costs nothing: no pictures are drawn and no texts are made for it."""
+"""Tests that an invisible window costs nothing: no frames are rendered and no texts are formatted for it."""
 
 import pathlib
 import re
@@ -8,7 +8,7 @@ import unittest
 import stage
 from desktop import Desktop
 
-# Qt's own account of every frame of the scene graph, whatever the renderer.
+# Makes Qt log every frame of the scene graph, whatever the renderer.
 FRAMES = {"QT_LOGGING_RULES": "qt.scenegraph.time.renderloop.debug=true"}
 
 
@@ -20,11 +20,11 @@ class Asleep(unittest.TestCase):
         return (pathlib.Path("/proc") / str(desktop.application.child.pid) / file).read_text()
 
     def kilobytes_from_files(self, desktop):
-        """Of what is in memory of the program and its libraries."""
+        """Resident memory that is mapped from files: the code of the program and its libraries."""
         return int(re.search(r"RssFile:\s+(\d+)", self.of_process(desktop, "status")).group(1))
 
     def count_while(self, desktop, celsius):
-        """Frames drawn while the temperature changes twice, and with it what every page shows."""
+        """Counts the frames drawn while the temperature, and with it the content of every page, changes twice."""
         before = self.frames(desktop)
         for step in range(2):
             desktop.mac.tell(f"set TCXC {celsius + 4 * step}")
@@ -33,7 +33,7 @@ class Asleep(unittest.TestCase):
 
     def check(self, hide, show_again):
         with Desktop() as desktop:
-            desktop.start_panel()  # without a place for the item the window would come back by itself
+            desktop.start_panel()  # without a place for the status item the program would show its window again
             desktop.start(**FRAMES)
             self.assertEqual(desktop.start_again(), 0)
             window = desktop.wait_for_main_window()
@@ -41,7 +41,7 @@ class Asleep(unittest.TestCase):
             self.assertGreater(self.count_while(desktop, 50), 0, "an open window shows what changes")
             hide(desktop, window)
             stage.wait_until(lambda: not desktop.windows(), "the window is out of sight")
-            desktop.polls(1)  # whatever was on its way has arrived
+            desktop.polls(1)  # lets pending updates arrive
             self.assertEqual(self.count_while(desktop, 60), 0)
             show_again(desktop, window)
             desktop.wait_for_main_window()

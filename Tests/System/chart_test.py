@@ -1,4 +1,4 @@
-"""The chart of the dashboard in a real window: what pointer and keys read from it, and what assistive technology hears."""
+"""Tests of the dashboard's chart in a real window: readings by pointer and keyboard, and what assistive technology is told."""
 
 import re
 import time
@@ -7,7 +7,7 @@ import unittest
 import stage
 from desktop import Desktop, run
 
-# A time of day and a temperature.
+# A reading: a time of day and a temperature.
 READING = re.compile(r"\d{1,2}\D{1,3}\d{2}( [AP]M)?, \d+\s°C")
 
 
@@ -50,9 +50,9 @@ class Chart(unittest.TestCase):
             run("xdotool", "windowactivate", "--sync", window[0])
             chart.grab_focus()
             stage.wait_until(lambda: self.reads(chart), lambda: f"a reading; the chart says {chart.get_description()!r}")
-            desktop.key("Home")  # to another sample and, as likely as not, to another temperature
+            desktop.key("Home")  # moves to another sample, usually with another temperature
             stage.wait_until(lambda: len(self.pumped(heard)) == 2, lambda: f"two readings are told; there are {heard}")
-            # Polls change what there is to read, but nobody asked.
+            # Further polls change the data, but must not announce a reading that the user did not ask for.
             desktop.polls(3)
             self.assertEqual(len(self.pumped(heard)), 2, heard)
             for reading in heard:
@@ -62,7 +62,7 @@ class Chart(unittest.TestCase):
             listener.deregister("object:property-change:accessible-description")
 
     def pumped(self, heard):
-        """What was heard until now."""
+        """Runs GLib's main loop for a moment to deliver pending events, and returns what was heard so far."""
         from gi.repository import GLib
         end = time.monotonic() + 0.1
         while time.monotonic() < end:

@@ -1,4 +1,4 @@
-"""What the built program does with its command line."""
+"""Tests of the built program's command line."""
 
 import os
 import pathlib

@@ -1,6 +1,6 @@
-"""The two commands in an ordinary container: root, but nobody is let make a namespace or mount anything.
+"""Tests of ./run and ./test in an ordinary container: as root, but without the right to create a namespace or mount anything.
 
-Each test drops these rights inside a private world, and looks at what is there afterwards.
+Each test gives up these rights inside a private namespace, and inspects what is left there afterwards.
 """
 
 import os
@@ -34,7 +34,7 @@ def require_everything():
 
 
 class InAContainer:
-    """What the command is tried in: as root, in place."""
+    """Mix-in that runs the command under a container's restrictions: as root, without a private namespace."""
 
     launcher = (AS_IN_CONTAINER,)
 
@@ -48,7 +48,7 @@ class InAContainer:
 
 
 class TheWalk(InAContainer, run_test.Walk):
-    """As root, in place. What the tests look at is told by those without a container."""
+    """The walk as root, without a private namespace. run_test.py describes what its tests check."""
 
     def test_the_whole_walk_is_seen_and_nothing_is_left_behind(self):
         said = self.walk()
@@ -70,7 +70,7 @@ class TheWalk(InAContainer, run_test.Walk):
 
 
 class TheDemonstration(InAContainer, run_test.TheDemonstration):
-    """On a display, in place."""
+    """The demonstration on a display, without a private namespace."""
 
     def test_ctrl_c_ends_it_and_the_places_are_cleared(self):
         self.check_end(os.killpg, signal.SIGINT)
@@ -128,9 +128,9 @@ class TheTests(unittest.TestCase):
         require_everything()
 
     def run_tests(self, names, options=(), script='exec "$@"'):
-        """What `./test` makes of these tests in a container: names of those that passed, its last lines."""
+        """Runs these tests in a container as `./test` does. Returns the names of those that passed, and the summary's lines."""
         stage.cover_temporary_files(stage.ROOT, BUILD)
-        # Their results must not meet those of the tests that this one belongs to.
+        # Hides the results folder of the test run that this test itself belongs to, so that neither overwrites the other's.
         subprocess.run(["mount", "-t", "tmpfs", "tmpfs", BUILD / "Testing"], check=True)
         results = BUILD / "Testing/results.xml"
         pattern = "^System\\.(" + "|".join(map(re.escape, names)) + ")$"

@@ -1,8 +1,8 @@
 #!/usr/bin/python3
-"""Fenwhirl on the person's own display, with a simulated Mac behind it; ends with Fenwhirl or with Ctrl-C.
+"""Runs Fenwhirl on the user's own display, driving a simulated Mac; ends with Fenwhirl or with Ctrl-C.
 
-Runs inside Packaging/Linux/private-namespace. The simulated Mac shows its live line on the terminal and takes its commands
-there ("help" lists them).
+Runs inside Packaging/Linux/private-namespace. The simulated Mac shows its live status line on the terminal and reads its
+commands from there ("help" lists them).
 """
 
 import argparse
@@ -27,14 +27,14 @@ def main():
     options.add_argument("--speed", required=True)
     chosen = options.parse_args()
 
-    # Ctrl-C is for Fenwhirl, which then hands the fans back and needs the simulated Mac for that.
+    # Ctrl-C must reach Fenwhirl only: it then hands the fans back, and needs the simulated Mac for that.
     mac = subprocess.Popen([chosen.build / "bin/simulated-mac", "--machine", chosen.machine, "--heat", chosen.heat,
                             "--speed", chosen.speed], stdin=subprocess.PIPE, preexec_fn=leave_it_to_others)
     application = None
 
     def end(number, _):
         if application is None:
-            sys.exit(128 + number)  # what runs already ends with the private world
+            sys.exit(128 + number)  # what is already running ends with the private namespace
         application.terminate()
 
     for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
@@ -62,7 +62,7 @@ def leave_it_to_others():
 
 
 def pass_commands_on(mac):
-    """What is typed on the terminal goes to the simulated Mac."""
+    """Forwards what is typed on the terminal to the simulated Mac."""
     with contextlib.suppress(OSError):
         for line in sys.stdin:
             mac.stdin.write(line.encode())

@@ -1,7 +1,7 @@
-"""A desktop of its own for the built program: screen, session, panels with room for a status item, and a simulated Mac.
+"""A desktop for tests of the built program: screen, session, panels with a notification area, and a simulated Mac.
 
-Where Scene plays the whole road to the fans, Desktop looks at what happens on the screen around the windows: which of them
-are shown, where, and what the notification area holds.
+Scene tests everything from a click to the fans. Desktop tests what happens on the screen around the windows: which of them are
+shown, where, and what the notification area contains.
 """
 
 import contextlib
@@ -46,12 +46,14 @@ XFCE_PANEL = f"""<?xml version="1.0" encoding="UTF-8"?>
 
 
 def run(*arguments):
-    """What a command wrote, whatever its status."""
+    """Runs a command and returns its output, whatever its exit status."""
     return subprocess.run([str(argument) for argument in arguments], capture_output=True, text=True, check=False).stdout
 
 
 class Desktop:
-    """Screen, window manager, session bus, simulated Mac; Fenwhirl and the panels come when a test starts them."""
+    """Context manager that starts a screen, a window manager, a session bus and a simulated Mac. Tests start Fenwhirl and the
+    panels themselves.
+    """
 
     def __init__(self, onboarded=True, helper=False, machine="MacBookPro11,4", height=800, window_manager=True,
                  preferences=None, speed=5, controller=True, user=None):
@@ -95,7 +97,7 @@ class Desktop:
 
     @staticmethod
     def is_managed(display):
-        if not display.manager.running():  # it gives up when the screen is not ready for it
+        if not display.manager.running():  # openbox exits when the screen is not ready for it
             display.start_window_manager()
         return "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
 
@@ -107,13 +109,13 @@ class Desktop:
     # --- What is started ---
 
     def launch(self, **environment):
-        """Starts Fenwhirl, and waits for nothing."""
+        """Starts Fenwhirl without waiting for anything."""
         self.application = self.stack.enter_context(stage.Application(self.build, environment=environment))
         self.screen = stage.Interface()
         return self.application
 
     def start(self, **environment):
-        """Starts Fenwhirl, and waits until it reads the controller, where there is one."""
+        """Starts Fenwhirl and waits until it has polled the controller, or, without a controller, until it is running."""
         self.launch(**environment)
         if self.controller:
             self.polls()
@@ -125,14 +127,14 @@ class Desktop:
         return self.application.log()
 
     def start_again(self, **environment):
-        """A second start beside the first; its exit status."""
+        """Starts Fenwhirl a second time beside the running one; returns the exit status of the second."""
         with stage.Application(self.build, environment=environment) as second:
             return second.child.wait(stage.PATIENCE_SECONDS)
 
     def polls(self, count=1):
         """Waits until that many more polls have reached the controller."""
         requests = self.requests()
-        per_poll = 40  # a poll asks for more than this, whatever the machine
+        per_poll = 40  # a poll sends more requests than this on every machine
         stage.wait_until(lambda: self.requests() >= requests + count * per_poll, f"{count} more polls",
                          seconds=stage.PATIENCE_SECONDS + 3 * count)
 
@@ -140,7 +142,9 @@ class Desktop:
         return int(re.search(r"requests=(\d+)", self.mac.tell("state")[0]).group(1))
 
     def start_panel(self):
-        """The panel of a desktop, with a host for status notifier items; the first one must come before Fenwhirl does."""
+        """Starts Xfce's panel, a host for status notifier items. Its first start must precede Fenwhirl's, because it also
+        records what the empty panel looks like.
+        """
         self.put(".config/xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml", XFCE_PANEL)
         panel = self.stack.enter_context(stage.Process(
             ["xfce4-panel", "--disable-wm-check"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
@@ -150,7 +154,7 @@ class Desktop:
         return panel
 
     def see_the_empty_panel(self):
-        """Shows the panel for a moment, so that an item can be told from it later."""
+        """Shows the panel for a moment to record what it looks like without an item."""
         self.start_panel().stop()
         stage.wait_until(lambda: not self.has_host(), "the panel is gone")
 
@@ -161,7 +165,9 @@ class Desktop:
                              "string:org.kde.StatusNotifierWatcher", "string:IsStatusNotifierHostRegistered")
 
     def start_tray(self):
-        """A classic tray, which embeds windows of the programs; in the upper right corner. The first before Fenwhirl."""
+        """Starts a classic tray, which embeds windows of programs, in the upper right corner. As with start_panel(), its first
+        start must precede Fenwhirl's.
+        """
         if shutil.which("trayer") is None:
             raise unittest.SkipTest("there is no trayer here, the classic tray that this test needs")
         tray = self.stack.enter_context(stage.Process(
@@ -174,7 +180,7 @@ class Desktop:
         return tray
 
     def start_busy_application(self):
-        """An application called Busy, which does nothing but load the processor; with the least priority."""
+        """Starts an application called Busy, which only loads the processor, at the lowest priority."""
         program = self.home / "Busy.app/Contents/MacOS/Busy"
         program.parent.mkdir(parents=True)
         shutil.copy("/usr/bin/python3", program)
@@ -183,11 +189,11 @@ class Desktop:
     # --- Windows ---
 
     def windows(self):
-        """The shown windows of Fenwhirl, as (X11 name, x, y, width, height)."""
+        """The visible windows of Fenwhirl as (X11 window ID, x, y, width, height)."""
         found = []
         for window in run("xdotool", "search", "--onlyvisible", "--name", "^Fenwhirl$").split():
             place = dict(re.findall(r"(\w+)=(-?\d+)", run("xdotool", "getwindowgeometry", "--shell", window)))
-            if int(place.get("WIDTH", 0)) > 100:  # an icon in a tray is a window of that name too
+            if int(place.get("WIDTH", 0)) > 100:  # an icon in a tray is a window with the same name
                 found.append((window, int(place["X"]), int(place["Y"]), int(place["WIDTH"]), int(place["HEIGHT"])))
         return found
 
@@ -195,7 +201,7 @@ class Desktop:
         return next((window for window in self.windows() if window[3] > 440), None)
 
     def panel_window(self):
-        """The status item's panel, by its width; with the margin for its shadow where it has one."""
+        """The status item's panel, recognised by its width: 340, or 440 with the margin for its shadow."""
         return next((window for window in self.windows() if window[3] in (340, 440)), None)
 
     def wait_for_main_window(self, seconds=stage.PATIENCE_SECONDS):
@@ -213,7 +219,7 @@ class Desktop:
         return window is not None and run("xdotool", "getwindowfocus").strip() == window[0]
 
     def cover(self, place="1200x700+0+0"):
-        """Puts another program's window in front, which is white."""
+        """Puts a white window of another program in front."""
         self.stack.enter_context(stage.Process(["xev", "-geometry", place], stdout=subprocess.DEVNULL))
         other = stage.wait_until(lambda: run("xdotool", "search", "--onlyvisible", "--name", "^Event Tester$").split(),
                                  "the other window is shown")
@@ -221,7 +227,7 @@ class Desktop:
 
     @contextlib.contextmanager
     def watch_for_windows(self):
-        """Gives a question: the sizes of all windows that were shown since, however shortly."""
+        """Yields a function that returns the MapNotify events of all windows that were shown since, however briefly."""
         log = self.home / "events.log"
         with log.open("wb") as file, stage.Process(["xev", "-root", "-event", "substructure"], stdout=file):
             stage.wait_until(lambda: subprocess.run(["xdotool", "search", "--name", "^nothing$"], check=False,
@@ -233,7 +239,9 @@ class Desktop:
         run("xdotool", "key", name)
 
     def close(self, window):
-        """As the window manager's key does, until it is heard: on a loaded computer the window may not have the focus yet."""
+        """Closes a window with Alt+F4. Repeats that until it has an effect, because on a loaded computer the window may not have
+        the focus yet.
+        """
         def is_gone():
             if window[0] not in [shown[0] for shown in self.windows()]:
                 return True
@@ -244,13 +252,13 @@ class Desktop:
     # --- The notification area ---
 
     def picture(self, name):
-        """What the bar along the upper edge shows, as a file."""
+        """Saves what the bar along the upper edge shows as a PNG file, and returns its path."""
         file = self.home / f"{name}.png"
         run("import", "-window", "root", "-crop", f"1280x{PANEL_HEIGHT}+0+0", "+repage", file)
         return file
 
     def wait_until_still(self):
-        """Waits until the bar has come to rest, and remembers it as the empty one."""
+        """Waits until the bar no longer changes, and records it as the empty bar."""
         def still():
             first, second = self.picture("first"), self.picture("second")
             return first.stat().st_size > 0 and run("compare", "-metric", "AE", first, second, "null:") == "" and \
@@ -259,12 +267,12 @@ class Desktop:
         self.empty = self.picture("empty")
 
     def ink(self):
-        """Where the bar differs from the empty one, as (x, y, width, height); None where it does not."""
+        """The bounding box in which the bar differs from the empty one as (x, y, width, height), or None without a difference."""
         now = self.picture("now")
         box = run("convert", self.empty, now, "-compose", "difference", "-composite", "-colorspace", "gray",
                   "-threshold", "10%", "-format", "%@ %[fx:mean*w*h]", "info:")
         found = re.match(r"(\d+)x(\d+)\+(\d+)\+(\d+) ([\d.]+)", box)
-        if not found or float(found.group(5)) < 20:  # fewer points than a symbol has
+        if not found or float(found.group(5)) < 20:  # fewer pixels than any icon has
             return None
         width, height, x, y = (int(found.group(index)) for index in range(1, 5))
         return (x, y, width, height)
@@ -280,7 +288,7 @@ class Desktop:
         run("xdotool", "mousemove", x, y, "click", 1)
 
     def click_item(self):
-        """Clicks the middle of what the bar shows; returns that point."""
+        """Clicks the middle of the status item in the bar; returns that point."""
         x, y, width, height = self.wait_for_ink()
         point = (x + width // 2, y + height // 2)
         self.click(*point)

@@ -1,7 +1,7 @@
-"""A simulated Mac that Fenwhirl drives without anybody looking: no screen, settings from the preferences, as an ordinary
-user. The test itself stays root, and may stop and kill whatever belongs to the program.
+"""A simulated Mac whose fans Fenwhirl drives without a screen: as an ordinary user, with the settings in its preferences. The
+test itself stays root, so that it can stop and kill the program's processes.
 
-What counts is what the machine does: the mode and the target of each fan as its own keys have them.
+Tests judge only what the machine does: the mode and the target of each fan, read from the machine's keys.
 """
 
 import base64
@@ -16,11 +16,11 @@ import time
 import stage
 from helper_stage import NOBODY, OLDER_MAC, processes, require_real_root
 
-NEWER_MAC = "AppleSilicon"  # mode keys behind the unlock flag
+NEWER_MAC = "AppleSilicon"  # has mode keys, which can be written only while the unlock flag is set
 HEADLINE_KEYS = {OLDER_MAC: "TCXC", NEWER_MAC: "Tp01"}
-REACTION_SECONDS = 6  # from the cause to the safe state: three polls and the helper
-END_SECONDS = 20  # the same for a program that has ended or does not go on
-LOW_RPM = 2400  # above the minimum of every fan of both machines, and far below their maximum
+REACTION_SECONDS = 6  # from the cause to the safe state: three polls and a helper run
+END_SECONDS = 20  # the same, when the program has ended or is stopped
+LOW_RPM = 2400  # above the minimum of every fan of both machines, and far below the maximum
 GUARD = "fenwhirl-guard"
 
 
@@ -32,13 +32,13 @@ def curve(start, end):
     return {"mode": "sensor", "constantRPM": 3000, "sensorKey": "", "startTemp": start, "maxTemp": end}
 
 
-# Cool and driven all the same: at 60 °C between minimum and maximum.
+# Curves that drive the fans even while the machine is cool: at 60 °C, halfway between minimum and maximum.
 GAME = {0: curve(40, 80), 1: curve(40, 80)}
 SLOW = {0: constant(LOW_RPM), 1: constant(LOW_RPM)}
 
 
 class DrivenMac:
-    """The simulated Mac with the helper installed; Fenwhirl comes when the test starts it."""
+    """Context manager for the simulated Mac with the helper installed. The test starts Fenwhirl."""
 
     def __init__(self, machine=OLDER_MAC, settings=None, celsius=60, alerts=True, speed=0):
         require_real_root()
@@ -83,7 +83,7 @@ class DrivenMac:
     # --- The program and its processes ---
 
     def save(self):
-        """Writes the preferences that the next start reads."""
+        """Writes the preferences for the next start of Fenwhirl."""
         text = json.dumps({str(fan): setting for fan, setting in self.settings.items()})
         preferences = {"didOnboard": True, "language": "fr", "brenor.update.lastCheck": time.time(),
                        "alertsEnabled": self.alerts,
@@ -95,7 +95,7 @@ class DrivenMac:
             os.chown(path, NOBODY, NOBODY)
 
     def start(self):
-        """Starts Fenwhirl as a job of this session, and waits for nothing."""
+        """Starts Fenwhirl in this session, in its own process group, without waiting for anything."""
         environment = {"HOME": str(self.home), "XDG_RUNTIME_DIR": str(self.runtime), "USER": "nobody", "LOGNAME": "nobody",
                        "QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software",
                        "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "0", "QT_LOGGING_RULES": "qt.qpa.*=false;qt.core.qobject.connect=false",
@@ -105,13 +105,13 @@ class DrivenMac:
         return self
 
     def drive(self):
-        """Starts Fenwhirl, and waits until it has every fan under manual control."""
+        """Starts Fenwhirl and waits until every fan is under manual control."""
         self.start()
         self.wait_for("manual", "every fan under manual control", stage.PATIENCE_SECONDS)
         return self
 
     def settle(self):
-        """Waits until the first poll is over: the machine has been read, and is not being read any more."""
+        """Waits until the first poll is over: the machine has been read, and the requests have stopped."""
         def is_quiet():
             before = self.requests()
             time.sleep(0.3)
@@ -123,9 +123,10 @@ class DrivenMac:
         return [process for process, _, found in processes() if found == name]
 
     def kill_everything(self):
-        """Kills the application and its guard so that neither has time to do anything."""
+        """Kills the application and its guard, without giving either time to react."""
         stage.wait_until(lambda: self.running(GUARD), "the guard runs")
-        # A stopped program replaces no guard; a stopped guard would be woken by the end of its parent.
+        # The program is stopped first, because a running one would replace its guard. Stopping the guard instead would not help:
+        # it would be woken by the end of its parent.
         self.application.child.send_signal(signal.SIGSTOP)
         self.signal(self.running(GUARD), signal.SIGKILL)
         self.application.stop(signal.SIGKILL)
@@ -142,7 +143,7 @@ class DrivenMac:
         return self.mac.tell(command)
 
     def heat(self, celsius):
-        """The main temperature from now on."""
+        """Sets the main temperature from now on."""
         self.tell(f"set {self.headline} {celsius}")
 
     def lose_temperatures(self):
@@ -158,14 +159,14 @@ class DrivenMac:
 
     def polls(self, count=1):
         """Waits until Fenwhirl has read the machine that many more times."""
-        requests_of_a_poll = 150  # there are fewer, so that what is waited for includes a whole poll
+        requests_of_a_poll = 150  # more than a poll sends, so that at least one whole poll is included
         self.tell(f"await requests {self.requests() + count * requests_of_a_poll} within {stage.PATIENCE_SECONDS + 3 * count}")
 
     def last_write(self):
         return int(re.search(r"writes=(\d+)", self.tell("state")[-1]).group(1))
 
     def take_by_hand(self, fan, rpm):
-        """What another program does that drives a fan."""
+        """Takes a fan under manual control, as another fan-control program would."""
         if self.machine == OLDER_MAC:
             self.tell(f"write FS! {int(self.value('FS!')) | 1 << fan}")
         else:
@@ -180,18 +181,18 @@ class DrivenMac:
         return {int(fan): (self.value(f"F{fan}Tg"), mode) for fan, mode in modes}
 
     def wait_for(self, mode, what, seconds, fans=None):
-        """Waits until these fans, or all, have the mode; returns how long that took."""
+        """Waits until these fans (default: all) are in this mode; returns how many seconds that took."""
         begin = time.monotonic()
         stage.wait_until(lambda: all(found == mode for fan, (_, found) in self.fans().items() if fans is None or fan in fans),
                          lambda: f"{what}; there is {self.fans()}", seconds, 0.02)
         return time.monotonic() - begin
 
     def is_cooled(self):
-        """Whether every fan is at its own maximum or with the firmware."""
+        """Whether every fan runs at its maximum or is controlled by the firmware."""
         return all(mode == "automatic" or target >= self.limits[fan][1] - 1 for fan, (target, mode) in self.fans().items())
 
     def is_left_in_order(self, settings=None):
-        """Whether only fans that stand at the constant speed chosen for them are manual."""
+        """Whether every manual fan is at the constant speed that was set for it."""
         settings = self.settings if settings is None else settings
 
         def at_its_constant(fan, target):

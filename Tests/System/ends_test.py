@@ -1,6 +1,7 @@
-"""Every way out of the program leads through the hand-back: its own button, the end of the session, a display that goes.
+"""Tests that the program hands the fans back however it ends: by its own button, at the end of the session, or when the display
+goes away.
 
-What a signal does is in road_test.py, what happens after a kill and in a crash in guard_test.py.
+Signals are tested in road_test.py, kills and crashes in guard_test.py.
 """
 
 import contextlib
@@ -15,10 +16,10 @@ from scene import Scene
 
 
 class SessionManager(stage.Process):
-    """What a desktop's log-out looks like to programs."""
+    """Runs the test session manager, which logs programs out as a desktop does."""
 
     def __init__(self, build):
-        # With authentication for the session's owner alone it would need xauth and a home; ours takes everybody.
+        # Authenticating only the session's owner would need xauth and a home folder, so the test manager accepts everyone.
         super().__init__([build / "tests/SessionManager"], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self.lines = stage.Lines(self.child.stdout)
         self.address = self.lines.next()
@@ -44,12 +45,12 @@ class Ends(unittest.TestCase):
     def assert_handed_back(self, scene, since):
         self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
         self.assertEqual(scene.writes(since + 1)[-2:], [("FS! ", 2.0, 0), ("FS! ", 0.0, 0)], "each fan in its turn, and last")
-        # A guard that was not told that all is well comes again after five seconds.
+        # A guard that was not dismissed would run the helper again after five seconds.
         stage.wait_until(lambda: not any(name == "fenwhirl-guard" for _, _, name in processes()), "the guard was dismissed", 3)
 
     @staticmethod
     def is_setting_a_speed():
-        """A helper may also run to tell its version."""
+        """Whether a helper is running a "set" command; it may also be running only to print its version."""
         for process in (number for number, _, name in processes() if name == "FenwhirlHelper"):
             with contextlib.suppress(OSError), open(f"/proc/{process}/cmdline", "rb") as file:
                 if b"set" in file.read().split(b"\0"):
@@ -58,7 +59,7 @@ class Ends(unittest.TestCase):
 
     @contextlib.contextmanager
     def session(self, scene):
-        """The same as part of a session, which has its state by now."""
+        """Drives the fans, then restarts Fenwhirl as part of a session and waits until it has joined and saved its state."""
         self.drive(scene)
         scene.application.stop()
         with SessionManager(scene.build) as session:

@@ -1,4 +1,4 @@
-"""The program over hours with its window open: memory, descriptors and children stay what they were."""
+"""Tests the program over hours with its window open: memory, descriptors and child processes do not grow."""
 
 import os
 import re
@@ -9,13 +9,13 @@ import stage
 from helper_stage import processes
 from scene import Scene
 
-SLOWEST_STEP_SECONDS = 2.5  # a poll, and a little
+SLOWEST_STEP_SECONDS = 2.5  # slightly more than the interval of polls
 
 
 class Endurance(unittest.TestCase):
     @staticmethod
     def own_kilobytes(pid):
-        """What the program has taken for itself. The code that it maps comes and goes: a resting program gives it back."""
+        """The program's anonymous memory. Its mapped code is not counted, because a resting program gives that back."""
         with open(f"/proc/{pid}/status", encoding="ascii", errors="replace") as file:
             return int(re.search(r"RssAnon:\s+(\d+)", file.read()).group(1))
 
@@ -29,10 +29,11 @@ class Endurance(unittest.TestCase):
         return [name for number, parent, name in processes(zombies=True) if parent == pid and number not in living]
 
     def test_hours_of_heat_helpers_and_samples_leave_no_trace(self):
-        """The page of applications is open, so that processes are looked at every four seconds beside the polls, and the
-        temperature never rests, so that the helper runs at most of them."""
+        """The applications page is open, so that processes are sampled every four seconds beside the polls. The temperature keeps
+        changing, so that most polls run the helper.
+        """
         seconds = stage.rounds(24, 7200)
-        # The chart's history is full after ten minutes; before that memory still grows as it should.
+        # The chart's history is full after ten minutes. Until then memory grows as intended.
         warm_up_seconds = stage.rounds(8, 900)
         bearable_kilobytes = stage.rounds(4096, 1024)
         with Scene() as scene:
@@ -55,7 +56,7 @@ class Endurance(unittest.TestCase):
             self.assertGreater(sent, step // 3)
             self.assertLess(grown, bearable_kilobytes)
             self.assertLessEqual(most_ended, 1, "ended children that nobody has waited for yet")
-            # A child that is just being started or read from takes a few for a moment.
+            # Starting a child or reading from it takes a few descriptors for a moment.
             self.assertLessEqual(max(descriptors) - min(descriptors), 6)
             self.assertLessEqual(self.settled_descriptors(pid), min(descriptors))
             self.assertEqual(scene.application.stop(), 0)

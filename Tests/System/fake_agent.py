@@ -1,15 +1,15 @@
 #!/usr/bin/python3
-"""A password dialog for tests: an authentication agent of the real polkit, for one process.
+"""A fake password dialog: an authentication agent that registers with the real polkit for one process.
 
-    fake_agent.py PROCESS LOCALE HELPER     the process whose requests it answers; HELPER: polkit's program that checks passwords
+    fake_agent.py PROCESS LOCALE HELPER     PROCESS whose requests it answers; HELPER: polkit's program that checks passwords
 
-Writes READY when polkit knows it. Each further line on standard input says how the next request is answered:
+Prints READY once it is registered with polkit. Each line on standard input says how to answer the next request:
 
-    password NAME WORD    as that administrator, who types this word
-    cancel                the dialog is closed
+    password NAME WORD    as the administrator NAME, who types WORD as the password
+    cancel                by closing the dialog
 
-and is answered, once that request was, by a line of JSON: the action, the message that the dialog shows, and whether the
-password was the right one.
+After each request it prints a line of JSON: the action, the message that the dialog would show, and whether the password was
+correct.
 """
 
 import json
@@ -37,7 +37,7 @@ DESCRIPTION = """<node><interface name="org.freedesktop.PolicyKit1.Authenticatio
 
 
 def start_time(process):
-    """As polkit counts it: the 22nd field, of which the name with its blanks is the second."""
+    """The start time of a process as polkit uses it: field 22 of /proc/PID/stat. Field 2, the name, may contain spaces."""
     text = pathlib.Path(f"/proc/{process}/stat").read_text(encoding="utf-8", errors="replace")
     return int(text[text.rindex(")") + 2:].split()[19])
 
@@ -56,7 +56,7 @@ class Agent:
     def called(self, _bus, _sender, _path, _interface, method, arguments, invocation):
         if method == "CancelAuthentication":
             invocation.return_value(None)
-        else:  # the one who checks the password calls polkit, which calls nobody else meanwhile
+        else:  # in a thread: polkit's password checker calls polkit back, so this call must not block the main loop meanwhile
             threading.Thread(target=self.answer, args=(arguments.unpack(), invocation), daemon=True).start()
 
     def answer(self, request, invocation):

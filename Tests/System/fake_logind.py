@@ -1,17 +1,18 @@
 #!/usr/bin/python3
-"""A login manager for tests (org.freedesktop.login1), with one session for each of a few users.
+"""A fake login manager (org.freedesktop.login1), with one session for each of the given users.
 
-    fake_logind.py ADDRESS USER=SESSION… [slow]     ADDRESS of the bus; the users by their numbers; slow: it takes a while
-    fake_logind.py ADDRESS silent                   it is there, but answers nothing
+    fake_logind.py ADDRESS USER=SESSION… [slow]     ADDRESS of the bus; USER: user IDs; slow: delays every answer
+    fake_logind.py ADDRESS silent                   is on the bus, but never answers
 
-Writes READY when it is on the bus. Further lines on standard input, each answered with OK when it is announced:
+Prints READY once it is on the bus. It reads commands from standard input and prints OK after announcing each of them:
 
-    front SESSION    a switch to that session, or to somebody else's with "front -"
-    sleep            the computer is going to sleep; answered, once nobody delays it any more, with OK and the seconds that
-                     it was delayed; after five, as with the real one, it sleeps all the same
-    wake             it is awake again
+    front SESSION    switches to that session; "front -" switches to a session of some other user
+    sleep            the computer is going to sleep; prints OK and the delay in seconds once no inhibitor delays the sleep any
+                     more; as with the real login manager, the computer sleeps after five seconds in any case
+    wake             the computer is awake again
 
-No process is in any of the sessions, as when a desktop was started by systemd; at the beginning somebody else is in front.
+No process belongs to any of the sessions, as when systemd has started the desktop. At the start the active session is some
+other user's.
 """
 
 import os
@@ -49,9 +50,9 @@ DESCRIPTION = f"""<node>
 class Logind:
     def __init__(self, address, words):
         self.silent, self.slow, self.held = "silent" in words, "slow" in words, []
-        self.sessions = dict(word.split("=") for word in words if "=" in word)  # by their users
+        self.sessions = dict(word.split("=") for word in words if "=" in word)  # user ID → session
         self.front = "-"
-        self.delays = []  # the ends of pipes whose other ends delay a sleep
+        self.delays = []  # read ends of the inhibitors' pipes: end of file when an inhibitor is released
         self.sleeping = False
         flags = Gio.DBusConnectionFlags
         self.bus = Gio.DBusConnection.new_for_address_sync(
@@ -104,7 +105,7 @@ class Logind:
 
     def switch(self, session):
         before, self.front = self.front, session
-        for which in (before, session):  # as the real one: first who leaves, then who comes
+        for which in (before, session):  # like the real login manager: first the session that becomes inactive
             if which in self.sessions.values():
                 changes = {"Active": GLib.Variant("b", which == session)}
                 self.bus.emit_signal(None, f"{PATH}/session/_{which}", PROPERTIES, "PropertiesChanged",
@@ -118,7 +119,7 @@ class Logind:
         self.bus.flush_sync(None)
 
     def sleep(self):
-        """Nothing else is answered meanwhile."""
+        """Announces the sleep and waits for the inhibitors. Answers nothing else meanwhile."""
         self.announce_sleep(True)
         begin = time.monotonic()
         while self.delays and time.monotonic() - begin < LONGEST_DELAY_SECONDS:

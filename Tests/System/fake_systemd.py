@@ -1,6 +1,9 @@
 #!/usr/bin/python3
-"""The user's service manager on the session's bus, as far as Fenwhirl asks it for something: writes READY when it is there, and
-then one line for each scope that is asked for, "NAME MODE PIDS". With the argument "refuses" it refuses each of them."""
+"""A fake of the user's systemd on the session bus, limited to the method that Fenwhirl calls (StartTransientUnit).
+
+Prints READY once it is on the bus, then one line "NAME MODE PIDS" for each scope that is requested. With the argument "refuses"
+it refuses all requests.
+"""
 
 import sys
 

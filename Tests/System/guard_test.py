@@ -1,4 +1,6 @@
-"""What hands the fans back when the application cannot: the guard after a kill, the last act in a crash."""
+"""Tests of what hands the fans back when the application cannot: the guard after a kill or during silence, and the emergency
+hand-back in a crash.
+"""
 
 import contextlib
 import os
@@ -15,11 +17,11 @@ from stage import rounds, wait_until
 
 GONE_SECONDS = 10
 SILENCE_SECONDS = 10
-REACTION_SECONDS = 4  # from the end of a silence to the hand-back, the last sign of life and the guard's steps included
+REACTION_SECONDS = 4  # from the end of the silence to the hand-back; allows for the time since the last sign of life
 
 
 class GuardTest(HelperTest):
-    """A probe that has set both fans, of which `pinned` is to keep its speed."""
+    """Base class: starts a probe that drives both fans and has a guard, and inspects the machine."""
 
     def setUp(self):
         super().setUp()
@@ -56,7 +58,7 @@ class GuardTest(HelperTest):
         self.wait_for_hand_back(SILENCE_SECONDS + REACTION_SECONDS, fans)
 
     def refused(self):
-        """How many writes the machine has refused since the start of the test."""
+        """The number of writes that the machine has refused since `seen`."""
         return sum(entry["result"] != "00" for entry in self.log(self.seen))
 
     def refuse(self):
@@ -77,17 +79,17 @@ class AfterAKill(GuardTest):
         self.wait_for_hand_back(2)
         self.assertEqual(self.mode(1), "manual")
         self.wait_until_gone(guard)
-        # At once, and once more for a command that was under way.
+        # Immediately, and once more in case a command was still under way.
         self.assertEqual(self.writes(), ["FS!=0002", "FS!=0002"])
 
     def test_all_fans_are_handed_back_when_none_is_known(self):
         self.watch("")
         self.probe.stop(signal.SIGKILL)
-        self.wait_for_hand_back(2, fans="01")  # one run, but one fan after the other
+        self.wait_for_hand_back(2, fans="01")  # a single helper run, which hands back one fan after the other
 
     def test_a_set_that_outlives_the_application_does_not_have_the_last_word(self):
         guard = self.watch()
-        # Three seconds before the first write of the "set"; the guard's first run is long over by then.
+        # Delays the first write of the "set" by three seconds; the guard's first run is over long before that.
         self.mac.tell("fault delay 1500 times 2 key F0Mn")
         self.probe.tell("background set 0 3500")
         helper = wait_until(self.running_helper, "the helper runs")
@@ -125,7 +127,7 @@ class AfterAKill(GuardTest):
         self.refuse()
         begin = time.monotonic()
         self.probe.stop(signal.SIGKILL)
-        # At once, after one second, after three, after five: the second run, too, is refused.
+        # Immediately, after one, three and five seconds: the second run is refused as well.
         self.wait_for_refusals(4)
         self.assertGreater(time.monotonic() - begin, 4.5)
         self.assertTrue(is_running(guard))
@@ -136,11 +138,11 @@ class AfterAKill(GuardTest):
 
     def test_only_the_fans_that_were_refused_are_tried_again(self):
         guard = self.watch("0 1")
-        # The first write is carried out, but answered as if it had been refused.
+        # The first write takes effect, but its answer says that it was refused.
         self.mac.tell("fault result 84 command write times 1")
         self.probe.stop(signal.SIGKILL)
         self.wait_until_gone(guard)
-        # Both fans, the first one again; then both, for a command that was under way.
+        # Both fans, then the first one again; finally both, in case a command was still under way.
         self.assertEqual(self.writes(), ["FS!=0002", "FS!=0000", "FS!=0000", "FS!=0000", "FS!=0000"])
 
     def test_the_tries_end_with_the_helper(self):
@@ -159,9 +161,10 @@ class AfterAKill(GuardTest):
             self.probe.tell(f"background set 0 {chance.randrange(2200, 5000)}")
             time.sleep(chance.random() * 0.02)
             self.probe.stop(signal.SIGKILL)
-            # The second run is what makes it final; here it is not waited for but replaced.
+            # Only the guard's second run makes the hand-back final. To save time, the test kills the guard and runs "auto"
+            # itself instead.
             self.wait_for_hand_back(7)
-            with contextlib.suppress(ProcessLookupError):  # on a slow machine it may have ended by itself
+            with contextlib.suppress(ProcessLookupError):  # on a slow machine the guard may have ended already
                 os.kill(guard, signal.SIGKILL)
             wait_until(lambda: not self.running_helper(), "helpers end")
             self.assertEqual(self.helper("auto").returncode, 0)
@@ -183,7 +186,7 @@ class WhileTheApplicationIsSilent(GuardTest):
         self.wait_for_silence_to_end()
         self.assertGreater(time.monotonic() - stopped, SILENCE_SECONDS - 1.5)
         self.assertEqual(self.writes(), ["FS!=0002", "FS!=0000"])
-        # It comes back, drives its fans again, and is killed: then a pinned fan keeps its speed as ever.
+        # The application continues, drives its fans again, and is killed: a pinned fan then keeps its speed as usual.
         self.continue_probe()
         for fan in "01":
             self.assertEqual(self.probe.tell(f"run set {fan} 3000"), "yes")
@@ -198,7 +201,7 @@ class WhileTheApplicationIsSilent(GuardTest):
         self.stop_probe()
         self.wait_for_silence_to_end()
         self.seen = self.last_write()
-        self.check_that_nothing_is_run()  # once is enough for one silence
+        self.check_that_nothing_is_run()  # one hand-back is enough for one silence
         self.probe.child.kill()
         self.wait_until_gone(guard)
         self.assert_automatic()
@@ -222,7 +225,7 @@ class WhileTheApplicationIsSilent(GuardTest):
         self.accept()
         self.wait_for_hand_back(5, fans="1")
         self.assertEqual(self.mode(0), "manual")
-        # The command of which the record told comes only now; the silence goes on, and so does the guard.
+        # The command that the record announced arrives only now. The application is still silent, so the guard hands back again.
         self.assertEqual(self.probe.tell("run set 1 3000"), "yes")
         self.wait_for_silence_to_end("1")
 
@@ -234,7 +237,7 @@ class WhileTheApplicationIsSilent(GuardTest):
         self.probe.tell("alive")
         self.accept()
         self.seen = self.last_write()
-        time.sleep(3)  # more than the pause that the guard was in
+        time.sleep(3)  # longer than the guard's pause before its next try
         self.assertEqual(self.writes(), [])
         self.assertEqual(self.probe.guard(), guard)
         self.wait_for_silence_to_end()
@@ -264,7 +267,7 @@ class WhileTheApplicationIsSilent(GuardTest):
         self.assertEqual(self.writes(), [])
 
     def test_a_guard_that_was_stopped_with_it_did_not_hear_a_silence(self):
-        # As when a machine's session is frozen as a whole, or the machine itself.
+        # As when the whole session, or the whole machine, is frozen.
         guard = self.watch()
         self.stop_probe()
         os.kill(guard, signal.SIGSTOP)
@@ -363,7 +366,7 @@ class InACrash(GuardTest):
         self.probe.child.stdin.write(f"crash {how}\n".encode())
         self.probe.child.stdin.flush()
         self.assertEqual(self.probe.child.wait(20), -number, how)
-        # By the time the process has died, not some time afterwards.
+        # The fans are handed back by the time the process has died, not some time afterwards.
         self.assertEqual(self.mode(0), "automatic", how)
         self.assertEqual(self.mode(1), "manual", how)
 

@@ -1,4 +1,4 @@
-"""The application's side of the helper over a long time, and while the system fails it."""
+"""Tests of HelperClient, the application's side of the helper: over a long time, and while system calls fail."""
 
 import os
 import re
@@ -24,7 +24,7 @@ class TheClient(HelperTest):
             return int(re.search(r"VmRSS:\s+(\d+)", file.read()).group(1))
 
     def test_a_day_of_helper_runs_costs_neither_memory_nor_descriptors_nor_children(self):
-        """Two fans, each sent every ten seconds: 17 280 runs."""
+        """A day with two fans, each of them sent every ten seconds: 17 280 runs."""
         probe = self.probe()
         at_first = None
         for number in range(rounds(300, 17280)):
@@ -54,7 +54,7 @@ class TheClient(HelperTest):
         self.torture("run set 0 2400", r"yes|no")
 
     def test_each_system_call_of_a_run_for_its_output_may_fail(self):
-        # So many bytes: nothing, the version, or the text that it could not be started.
+        # The answer is the number of bytes: none, the version's two, or a message that it could not be started.
         self.torture("output version", r"0|2|\d\d")
 
     def torture(self, request, answers):
@@ -71,8 +71,8 @@ class TheClient(HelperTest):
         tried = set()
         for position in range(first + 1, last):
             name = names[position]
-            # The kernel's brk has no error to return, and its close has closed whatever it returns; a made-up failure of
-            # close has not, and whoever then waits for the end of that pipe waits for good reason.
+            # These two are left out. The real brk cannot return an error. The real close always closes the descriptor, even
+            # when it fails, but an injected failure does not, so that waiting for the end of that pipe would rightly not end.
             if not name or name in ("brk", "close"):
                 continue
             when = names[:position + 1].count(name)
@@ -85,7 +85,7 @@ class TheClient(HelperTest):
                     except StageError:
                         self.fail("the application did not survive")
                     self.assertRegex(said, rf"\A({answers})\Z")
-                    # A client that could not wait has left its helper behind, which may still be setting a speed.
+                    # A client whose wait failed has left its helper running, which may still be setting a speed.
                     wait_until(lambda: not any(name == "FenwhirlHelper" for _, _, name in processes()), "no helper runs")
                     self.assertEqual(probe.tell("run auto"), "yes")
                     self.assert_automatic()

@@ -1,4 +1,4 @@
-"""Every command of the helper, as an ordinary user sees it: status, output, what reaches the controller."""
+"""Tests of every command of the helper as an ordinary user runs it: exit status, output, and what reaches the controller."""
 
 import ctypes
 import os
@@ -32,7 +32,7 @@ class WithoutController(HelperTest):
             self.assertEqual(self.status(*arguments), 2, arguments)
 
     def listen(self, owner, mode, listener):
-        """A socket in the controller's place: who owns the folder, its mode, who listens."""
+        """Creates a fake controller socket. `owner` owns its folder, which has this mode; `listener` is the user that listens."""
         folder = "/run/fenwhirl"
         os.makedirs(folder, exist_ok=True)
         os.chown(folder, owner, owner)

@@ -1,4 +1,4 @@
-"""The installed helper on a Mac that runs Linux: the kernel's drivers, played by files in a /sys of the test's own."""
+"""Tests of the installed helper on a Mac that runs Linux: files in the test's own /sys stand in for the kernel's drivers."""
 
 import os
 import pathlib
@@ -26,7 +26,7 @@ class WithDrivers(HelperTest):
         self.device = CLASSES / "hwmon2"
 
     def plug_in(self, driver, **attributes):
-        """Shows a driver's attributes; those of a fan that is steered may be written by root."""
+        """Creates the attributes of a driver's device. Root may write those that control a fan."""
         self.device.mkdir(parents=True)
         for name, text in {"name": driver, **attributes}.items():
             file = self.device / name
@@ -43,7 +43,7 @@ class WithDrivers(HelperTest):
                      temp1_input=58046)
 
     def attribute(self, name):
-        # An ordinary file keeps the tail of a longer text before; a driver reads the line that was written.
+        # Unlike a driver's attribute, an ordinary file keeps the tail of a longer earlier text, so only its first line counts.
         return (self.device / name).read_text(encoding="ascii").split("\n")[0]
 
     def status(self, *arguments):

@@ -1,5 +1,6 @@
-"""The helper when something breaks on its way: killed between two writes, system calls that fail, a controller that is
-silent, slow or gone, two helpers at once. Whatever happens, one more "auto" makes every fan automatic."""
+"""Tests of the helper when something fails midway: kills between two writes, failing system calls, a controller that is silent,
+slow or gone, and two helpers at once. Whatever happens, one more "auto" makes every fan automatic.
+"""
 
 import random
 import re
@@ -19,7 +20,7 @@ class Faults(HelperTest):
         return int(re.search(r"requests=(\d+)", self.mac.tell("state")[-1]).group(1))
 
     def cost(self, *arguments):
-        """How many requests a command makes when nothing goes wrong."""
+        """The number of requests that a command sends when nothing goes wrong."""
         before = self.requests()
         self.assertEqual(self.helper(*arguments).returncode, 0)
         return self.requests() - before
@@ -106,8 +107,8 @@ class OnAnOlderMac(Faults):
         self.assertEqual(plain.returncode, 0, plain.stderr)
         names = re.findall(r"^([a-z_0-9]+)\(", plain.stderr, re.MULTILINE)
         self.assertGreater(len(names), 30)
-        # With this call the loader lets go of its list of libraries; what comes before is its own affair, and it may end
-        # the process as it likes when it cannot do its part.
+        # With this call the loader unmaps its cache of libraries. Everything up to it belongs to the loader, which may end the
+        # process in its own way when it fails.
         of_loader = names.index("munmap")
         seen = {}
         faults = []
@@ -120,7 +121,7 @@ class OnAnOlderMac(Faults):
                     ["strace", "-u", "nobody", "-o", "/dev/null", *others,
                      "-e", f"inject={name}:error={error}:when={seen[name]}", *self.command_line(*arguments)],
                     stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False)
-                # A process that can be watched is worth an abort.
+                # When prctl fails the process stays traceable by others, for which the helper aborts on purpose.
                 expected = (run.returncode in STATUSES or (position <= of_loader)
                             or (name == "prctl" and run.returncode == -signal.SIGABRT))
                 if not expected:
@@ -156,7 +157,7 @@ class OnAnOlderMac(Faults):
         status = child.wait(40)
         lasted = time.monotonic() - begin
         self.assertLess(lasted, 31.5)
-        if status != -signal.SIGALRM:  # it was done, or gave up, before that
+        if status != -signal.SIGALRM:  # it finished, or gave up, before its alarm
             self.assertLess(lasted, 30)
         self.assert_repairable("alarm")
 
@@ -164,8 +165,8 @@ class OnAnOlderMac(Faults):
         for _ in range(rounds(40, 200)):
             pair = [self.start("set", str(fan), "3000") for fan in (0, 1)]
             self.assertEqual([child.wait(10) for child in pair], [0, 0])
-            # The mask is read and written back: the slower one may have lost the other's bit. The application sends
-            # both again soon.
+            # Each helper reads the mask and writes it back, so that the slower one may have erased the other's bit. The
+            # application soon sends both again, as this loop does.
             for fan in (0, 1):
                 self.assertEqual(self.helper("set", str(fan), "3000").returncode, 0)
             self.assertEqual(self.value("FS!"), 3.0)

@@ -1,4 +1,4 @@
-"""What the set-user-ID executable may be made of: libraries, imports, hardening, size, the cost of a start."""
+"""Checks of the set-user-ID executable itself: its libraries, imports, hardening, size, and the cost of a start."""
 
 import json
 import pathlib
@@ -10,7 +10,7 @@ from helper_stage import BUILD, ROOT
 
 EXECUTABLE = str(BUILD / "bin/Fenwhirl")
 
-# Everything that the helper may ask of the C library. Grouped by who needs it; what is not here is a decision to make.
+# Every function of the C library that the helper may import, grouped by purpose. Adding one is a deliberate decision.
 ALLOWED_IMPORTS = set("""
     __cxa_finalize __errno_location __libc_start_main __stack_chk_fail __tls_get_addr __gmon_start__
     __libc_single_threaded _dl_find_object dl_iterate_phdr _ITM_deregisterTMCloneTable _ITM_registerTMCloneTable
@@ -29,10 +29,11 @@ ALLOWED_IMPORTS = set("""
     pthread_key_create __pthread_key_create pthread_mutex_lock pthread_mutex_unlock pthread_once pthread_getspecific pthread_setspecific
     fputc fputs fwrite gettext sprintf __sprintf_chk __vsnprintf_chk
 """.split())
-# The last line is the C++ run-time library's farewell for an exception that nobody catches; none is thrown here.
+# The last line is used by the C++ run-time library to report an uncaught exception. The helper throws none.
 
-# What only that library may import: since gcc 13 its emergency memory asks the environment for its size, in a way that hears
-# nothing in a set-user-ID program, and it brings its kinds of errors along, with their texts and their end.
+# What only the C++ run-time library may import. Since gcc 13 it reads the size of its emergency pool for exceptions from the
+# environment (with secure_getenv, which returns nothing in a set-user-ID program), and it contains the error categories with
+# their messages and their destructors.
 ALLOWED_TO_THE_RUN_TIME_LIBRARY = {"secure_getenv", "__isoc23_strtoul", "strerror_r", "__cxa_atexit",
                                    "pthread_cond_broadcast", "pthread_cond_wait"}
 
@@ -52,14 +53,14 @@ def compile_commands():
 
 
 def our_sources():
-    """The sources of all that is linked into the executable, as the build names them."""
+    """Returns the source files that are linked into the executable, from the compilation database."""
     folders = tuple(f"/{target}.dir/" for target in OUR_TARGETS)
     return {pathlib.Path(entry["file"]) for entry in compile_commands()
             if any(folder in entry["command"] for folder in folders)}
 
 
 def included_headers(file, found=None):
-    """Every header of the project's own that a source includes, also through others."""
+    """Returns every header of the project that a source includes, directly or indirectly."""
     found = set() if found is None else found
     for name in re.findall(r'^#include "(.*)"', file.read_text(encoding="utf-8"), re.MULTILINE):
         header = ROOT / "Sources" / name
@@ -115,7 +116,7 @@ class TheExecutable(unittest.TestCase):
         self.assertIn("HelperMode::run", symbols)
         constructors = [line.split(" ", 2)[-1] for line in symbols.splitlines()
                         if "_GLOBAL__sub_I" in line or "static_initialization" in line]
-        # These are the C++ run-time library's: its emergency memory for exceptions and, since gcc 13, its kinds of errors.
+        # These two belong to the C++ run-time library: the emergency pool for exceptions and, since gcc 13, the error categories.
         self.assertLessEqual({name.split()[-1] for name in constructors},
                              {"_GLOBAL__sub_I_eh_alloc.cc", "_GLOBAL__sub_I_system_error.cc"})
 

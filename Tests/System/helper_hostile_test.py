@@ -1,5 +1,5 @@
-"""Thousands of starts by an ordinary user who means harm: random arguments, environments, descriptors, signals, limits,
-timers, slack, scheduling, terminals, control groups.
+"""Fuzzes the start of the set-user-ID helper: thousands of starts by a hostile ordinary user with random arguments, environments,
+descriptors, signals, resource limits, timers, timer slack, scheduling, terminals and control groups.
 
     helper_hostile_test.py [STARTS [SEED]]
 """
@@ -40,22 +40,22 @@ LIMITS = {resource.RLIMIT_NOFILE: (0, 3, 4, 5, 64), resource.RLIMIT_AS: (1 << 20
           resource.RLIMIT_DATA: (0, 1 << 16, 1 << 20), resource.RLIMIT_STACK: (0, 1 << 14, 1 << 20),
           resource.RLIMIT_FSIZE: (0, 1), resource.RLIMIT_CPU: (0, 1), resource.RLIMIT_NPROC: (0, 1),
           resource.RLIMIT_CORE: (0, resource.RLIM_INFINITY), resource.RLIMIT_MEMLOCK: (0,)}
-# Starving these can end the process in the kernel or in the loader, before any line of ours.
+# Low limits of these can end the process in the kernel or in the loader, before any code of ours runs.
 STARVING = {resource.RLIMIT_NOFILE, resource.RLIMIT_AS, resource.RLIMIT_DATA, resource.RLIMIT_STACK, resource.RLIMIT_CPU}
 TIMERS = {signal.ITIMER_REAL: signal.SIGALRM, signal.ITIMER_VIRTUAL: signal.SIGVTALRM, signal.ITIMER_PROF: signal.SIGPROF}
-# What a control group grants, in the words of both versions of the kernel's interface: the folder of a controller (none in
-# version 2) and its files.
+# Limits of control groups for both versions of the kernel's interface: the controller's folder (none in version 2), and its files
+# with their values.
 GROUP_LIMITS = {"cpu": (("cpu", {"cpu.cfs_period_us": "100000", "cpu.cfs_quota_us": "2000"}), ("", {"cpu.max": "2000 100000"})),
                 "memory": (("memory", {"memory.limit_in_bytes": "262144"}), ("", {"memory.max": "262144"})),
                 "pids": (("pids", {"pids.max": "1"}), ("", {"pids.max": "1"}))}
 LIBRARY = ctypes.CDLL(None)
 PR_SET_TIMERSLACK = 29
-# The loader speaks of what it was asked for and does not do for root.
+# Messages of the loader about variables that it ignores for set-user-ID programs.
 LOADER_SAYS = re.compile(rb"ERROR: ld\.so: object |warning: debug option ")
 
 
 class Start:
-    """One random way of starting the helper."""
+    """One randomly chosen way of starting the helper."""
 
     def __init__(self, chance, groups):
         arguments = [chance.choice(WORDS) for _ in range(chance.choice((0, 1, 1, 2, 3, 3, 3, 4, 9)))]
@@ -89,8 +89,8 @@ class Start:
                 self.timers[timer] = (chance.choice((0.0005, 0.001, 0.003, 0.02, 3600)), chance.choice((0, 0.001)))
         self.niceness = chance.choice((0, 0, 0, 7, 19))
         self.scheduling = chance.choice((None, None, None, os.SCHED_BATCH, os.SCHED_IDLE))
-        # A terminal to write to, of which it is a job in the background or in the foreground; now and then one that goes away,
-        # and one that takes nothing, which the helper gives up after seconds.
+        # A terminal for the output, of which the helper is a background or foreground job. Sometimes the terminal goes away.
+        # Rarely its buffer is full, and the helper gives up writing after seconds.
         self.terminal = chance.choice(("background", "foreground", "gone")) if chance.random() < 0.1 else None
         if chance.random() < 0.002:
             self.terminal = "full"
@@ -107,7 +107,9 @@ class Start:
             return False
 
     def enter_terminal(self, master, terminal):
-        """Makes this process a job of the terminal at which another one, our parent from now on, has its session."""
+        """Starts a session on the terminal and forks: the child continues as a job in it, and the parent, the session's leader,
+        waits for the child and exits with its status. Returns in the child only.
+        """
         os.setsid()
         fcntl.ioctl(terminal, termios.TIOCSCTTY, 0)
         child = os.fork()
@@ -116,7 +118,7 @@ class Start:
             os.setpgid(0, 0)
             if self.terminal != "background":
                 signal.signal(signal.SIGTTOU, signal.SIG_IGN)
-                with contextlib.suppress(OSError):  # it is gone already
+                with contextlib.suppress(OSError):  # the terminal is already gone
                     os.tcsetpgrp(terminal, os.getpgrp())
                 signal.signal(signal.SIGTTOU, signal.SIG_DFL)
             os.dup2(terminal, 0)
@@ -181,7 +183,7 @@ class Start:
         os.execve(str(HELPER), self.arguments, self.environment)
 
     def open_terminal(self):
-        """The other end of its terminal, which stops whoever writes to it from the background."""
+        """Opens a pseudo-terminal with TOSTOP, which stops background jobs that write to it. Returns both ends."""
         master, terminal = os.openpty()
         settings = termios.tcgetattr(terminal)
         settings[3] |= termios.TOSTOP
@@ -196,7 +198,7 @@ class Start:
         return master, terminal
 
     def run(self, groups):
-        """Its exit status (negative for a signal), and what it said on standard error."""
+        """Runs the helper this way. Returns its exit status (negative for a signal) and its standard error."""
         ends = self.open_terminal() if self.terminal else ()
         readable, writable = os.pipe()
         child = os.fork()
@@ -206,7 +208,7 @@ class Start:
             except BaseException:  # exec itself was refused
                 os._exit(199)
         os.close(writable)
-        if self.terminal == "gone":  # with the last of its other ends, which the session has
+        if self.terminal == "gone":  # the terminal then goes away when the session's leader closes the last master end
             for descriptor in ends:
                 os.close(descriptor)
             ends = ()
@@ -228,7 +230,7 @@ class Start:
 
 class HostileStarts(HelperTest):
     def make_groups(self):
-        """The control groups that can be had here: for each kind of limit the file that takes processes in."""
+        """Creates the control groups that are available here. Returns for each kind of limit the file that adds processes."""
         groups = {}
         for kind, forms in GROUP_LIMITS.items():
             for controller, limits in forms:
@@ -247,13 +249,13 @@ class HostileStarts(HelperTest):
         return groups
 
     def verdict(self, start, status, said, has_written):
-        """What is wrong with an outcome, or None."""
+        """Returns what is wrong with an outcome, or None."""
         if status == 199:
-            return None  # the kernel refused to start anything
+            return None  # the kernel refused to start the program
         if -status in {TIMERS[timer] for timer in start.timers} and not has_written:
-            return None  # before the helper had a say
+            return None  # the timer's signal arrived before the helper could block it
         if start.terminal == "gone" and status == -signal.SIGHUP:
-            return None  # before the helper's sequence or after it
+            return None  # the hang-up arrived before or after the helper's protected sequence
         if start.group == "memory" and status == -signal.SIGKILL:
             return None
         said = b"".join(line for line in said.splitlines(True) if not LOADER_SAYS.match(line))
@@ -262,7 +264,7 @@ class HostileStarts(HelperTest):
         if STARVING & set(start.limits) and (status < 0 or status == 127):
             return None
         if status == -signal.SIGABRT and start.names_an_impossible_fan():
-            return None  # stops before any write
+            return None  # the helper aborts before any write
         return f"status {status}, said {said!r}"
 
     def test_end_in_a_known_way_and_reach_nothing_but_the_fans(self):
@@ -288,7 +290,7 @@ class HostileStarts(HelperTest):
         print(f"seed {seed}, control groups {sorted(groups)}: {dict(sorted(outcomes.items()))}")
         if faults:
             self.fail(f"seed {seed}: {len(faults)} faults, the first: {faults[0][:2000]}")
-        # Every way out was seen, or the test is not hostile enough.
+        # All of these exit statuses must occur, otherwise the test is not hostile enough.
         self.assertLessEqual({0, 1, 64, 77}, set(outcomes))
         written = {entry["key"] for entry in self.log()}
         self.assertTrue(written)

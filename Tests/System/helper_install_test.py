@@ -1,4 +1,4 @@
-"""Installing the helper for real: by root, into the required place, and an ordinary user driving fans through it."""
+"""Tests of the real installation of the helper: by root, into its required path, and then used by an ordinary user."""
 
 import collections
 import filecmp
@@ -14,7 +14,7 @@ import unittest
 from helper_stage import BUILD, HELPER, NOBODY, OLDER_MAC, HelperTest, Probe, as_nobody, lay_out_probe, require_real_root, require_tracing
 from stage import SCRATCH, SimulatedMac, require_own, rounds, wait_until
 
-SHARED = SCRATCH / "shared"  # for files of anybody
+SHARED = SCRATCH / "shared"  # a folder that every user may write to
 
 
 def describe(path):
@@ -114,7 +114,7 @@ class AsRoot(InstallTest):
         self.install_beside_a_swapper(rounds(100, 1000), umask=0o022)
 
     def test_nobody_can_whatever_the_callers_umask_is(self):
-        # The system's dialog passes it on.
+        # pkexec passes the caller's umask on to the command.
         self.install_beside_a_swapper(rounds(100, 1000), umask=0)
 
     def install_beside_a_swapper(self, times, umask):
@@ -141,13 +141,13 @@ class AsRoot(InstallTest):
             self.assertTrue(filecmp.cmp(HELPER, probe.executable, shallow=False))
             if number % 4:
                 HELPER.unlink()
-            else:  # the folder is made anew
+            else:  # lets the next installation create the folder again
                 shutil.rmtree(HELPER.parent)
         swapper.kill()
         self.assertEqual(swapper.stdout.read(), b"")
 
     def test_each_system_call_of_an_installation_may_fail(self):
-        """In the shell and in every program that it starts: the n-th call of a name, in each of them."""
+        """Injects a failure into the n-th call of each system call, in the shell and in every program that it starts."""
         require_tracing()
         probe = self.probe()
         command = probe.tell(f"install-command {probe.executable}")
@@ -167,7 +167,7 @@ class AsRoot(InstallTest):
                                    "timeout", "20", "sh", "-c", command], stdin=subprocess.DEVNULL, capture_output=True,
                                   check=False)
             ended.add(done.returncode == 0)
-            # What has the bit is the whole helper, whether the old one or the new one.
+            # A file with the set-user-ID bit is always a complete helper, whether the old one or the new one.
             if HELPER.exists():
                 self.assertEqual(describe(HELPER), ("-rwsr-xr-x", 0, 0), (name, number, error))
                 self.assertTrue(filecmp.cmp(HELPER, probe.executable, shallow=False), (name, number, error))
@@ -193,7 +193,7 @@ class AsRoot(InstallTest):
         self.assertEqual(probe.tell("install"), "yes")
         self.assertEqual(probe.tell("version"), "3")
         before = os.stat(HELPER)
-        self.assertEqual(probe.tell("install"), "no")  # no room for a second one beside it
+        self.assertEqual(probe.tell("install"), "no")  # there is no room for a second copy
         self.assertEqual(os.stat(HELPER), before)
         self.assertEqual(os.listdir(HELPER.parent), [HELPER.name])
         self.assertEqual(probe.tell("version"), "3")
@@ -225,7 +225,7 @@ class AsRoot(InstallTest):
 
 class AsAnOrdinaryUser(InstallTest):
     def offer_pkexec(self, body):
-        """Puts a program in the place of the one that asks for the password, in this private world only."""
+        """Replaces pkexec by a script with this body, which logs its arguments, in this private namespace only."""
         require_own("mounts", "another program in the place of pkexec")
         for folder in ("upper", "work"):
             os.makedirs(SCRATCH / folder)
@@ -239,7 +239,7 @@ class AsAnOrdinaryUser(InstallTest):
 
     def test_the_system_is_asked_with_the_whole_command(self):
         self.offer_pkexec("exit 0")
-        self.assertEqual(self.probe(NOBODY).tell("install"), "no")  # agreed to, but nothing was installed
+        self.assertEqual(self.probe(NOBODY).tell("install"), "no")  # the user agreed, but the fake installs nothing
         self.assertEqual(
             (SHARED / "asked").read_text(encoding="ascii"),
             f"</bin/sh><-c><umask 022 && mkdir -p /Library/PrivilegedHelperTools && rm -f '{HELPER}.new' && "

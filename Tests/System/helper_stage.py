@@ -1,6 +1,7 @@
-"""What the tests of the privileged helper share: the installed set-user-ID copy, an ordinary user, the write log.
+"""Shared fixtures of the tests of the privileged helper: the installed set-user-ID copy, an ordinary user, and the controller's
+write log.
 
-Run inside Packaging/Linux/private-namespace by real root; elsewhere the tests are counted as skipped.
+The tests run inside Packaging/Linux/private-namespace as real root; without real root they are skipped.
 """
 
 import os
@@ -16,12 +17,12 @@ NOBODY = 65534
 CAP_SYS_PTRACE, CAP_SYS_RESOURCE = 19, 24
 STATUSES = {0, 1, 2, 64, 77}
 WRITABLE_KEYS = re.compile(r"^(FS!|Ftst|F\d+(Tg|Md|md))$")
-OLDER_MAC = "MacBookPro11,4"  # forced-fan mask
+OLDER_MAC = "MacBookPro11,4"  # has the forced-fan mask FS! instead of mode keys
 BUILD = pathlib.Path(os.environ.get("FENWHIRL_BUILD", ROOT / "build/dev")).resolve()
 
 
 def require_real_root():
-    """Skips the test where a user of its own and a set-user-ID file cannot be had."""
+    """Skips the test where it can neither become another user nor create a set-user-ID file."""
     with open("/proc/self/uid_map", encoding="ascii") as file:
         inside, outside, _ = file.read().split()[:3]
     if os.geteuid() != 0 or inside != outside:
@@ -29,25 +30,25 @@ def require_real_root():
 
 
 def has_capability(number):
-    """Whether root may do this here; in containers root often may not."""
+    """Whether this process has a capability; root in a container often lacks some."""
     with open("/proc/self/status", encoding="ascii", errors="replace") as file:
         effective = int(re.search(r"^CapEff:\s+([0-9a-f]+)", file.read(), re.MULTILINE).group(1), 16)
     return bool(effective >> number & 1)
 
 
 def require_tracing():
-    """Skips a test that looks into processes of another identity, where root is not let do that, as in most containers."""
+    """Skips a test that inspects processes of other users where root may not do that, as in most containers."""
     if not has_capability(CAP_SYS_PTRACE):
         raise unittest.SkipTest("needs the capability CAP_SYS_PTRACE: a look into another user's process")
 
 
 def as_nobody():
-    """Options of subprocess for an ordinary user."""
+    """Returns the options of subprocess that start a command as an ordinary user."""
     return {"user": NOBODY, "group": NOBODY, "extra_groups": []}
 
 
 class HelperTest(unittest.TestCase):
-    """An installed helper and, unless `machine` is None, a simulated Mac whose time stands still."""
+    """Base class with the helper installed and, unless `machine` is None, a simulated Mac whose simulated time stands still."""
 
     machine = OLDER_MAC
 
@@ -71,14 +72,14 @@ class HelperTest(unittest.TestCase):
         return [str(HELPER), "--helper", *arguments]
 
     def helper(self, *arguments, **options):
-        """Runs one command as an ordinary user and waits."""
+        """Runs one command of the helper as an ordinary user and waits for its end."""
         settings = {**as_nobody(), "stdin": subprocess.DEVNULL, "timeout": 60, **options}
         if "stdout" not in settings:
             settings["capture_output"] = True
         return subprocess.run(self.command_line(*arguments), check=False, **settings)
 
     def start(self, *arguments, **options):
-        """Starts one command as an ordinary user."""
+        """Starts one command of the helper as an ordinary user without waiting."""
         settings = {**as_nobody(), "stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL,
                     "stderr": subprocess.DEVNULL, **options}
         child = subprocess.Popen(self.command_line(*arguments), **settings)
@@ -86,7 +87,7 @@ class HelperTest(unittest.TestCase):
         return child
 
     def log(self, since=0):
-        """The writes that reached the SMC: dictionaries with number, key, bytes, uid, result."""
+        """The writes that reached the SMC after number `since`: dictionaries with number, key, bytes, uid, result and others."""
         entries = []
         for line in self.mac.tell(f"log {since + 1}" if since else "log"):
             if line.startswith("write "):
@@ -103,7 +104,7 @@ class HelperTest(unittest.TestCase):
         return [f"{entry['key']}={entry['bytes']}" for entry in self.log(self.seen)]
 
     def value(self, key):
-        """A key's number as readers see it, or None."""
+        """The value of a key as a reader sees it, or None."""
         answer = self.mac.tell(f"get {key}")
         found = re.search(r"value=(\S+)", answer[-1]) if answer else None
         return float(found.group(1)) if found else None
@@ -112,7 +113,7 @@ class HelperTest(unittest.TestCase):
         return any(line.split()[0] == key for line in self.mac.tell(f"keys {key}") if line)
 
     def assert_automatic(self):
-        """No fan is manual, no mask bit is set, nothing is unlocked."""
+        """Asserts that no fan is manual, that no bit of the mask is set, and that nothing is unlocked."""
         state = self.mac.tell("state")[-1]
         self.assertNotIn("manual", state)
         for key in ("FS!", "Ftst"):
@@ -124,9 +125,9 @@ class HelperTest(unittest.TestCase):
 
 
 class Probe(Process):
-    """The program with an application that is nothing but its side of the helper, and with the true guard.
+    """Runs HelperProbe.cpp: the real executable and the real guard with a test application that is only a client of the helper.
 
-    Lies in a folder of its own, laid out as an installation; `user` is who starts it.
+    It is installed in a folder of its own, laid out like a real installation. `user` is the user that it runs as.
     """
 
     def __init__(self, user=0, folder=SCRATCH / "probe", launcher=(), **options):
@@ -142,13 +143,13 @@ class Probe(Process):
         return self.lines.next(seconds)
 
     def end(self):
-        """Ends in order, and returns the exit status."""
+        """Lets the probe quit normally, and returns its exit status."""
         self.child.stdin.write(b"quit\n")
         self.child.stdin.flush()
         return self.child.wait(PATIENCE_SECONDS)
 
     def guard(self):
-        """The process of its guard, or None."""
+        """The process ID of its guard, or None."""
         for process, parent, name in processes():
             if parent == self.pid and name == "fenwhirl-guard":
                 return process
@@ -156,7 +157,7 @@ class Probe(Process):
 
 
 def lay_out_probe(folder):
-    """An installation whose application is the probe; the path of its executable."""
+    """Creates an installation whose application is the probe, unless it exists; returns the path of its executable."""
     executable = pathlib.Path(folder) / "bin/Fenwhirl"
     libraries = pathlib.Path(folder) / "lib/fenwhirl"
     if not executable.exists():
@@ -169,11 +170,12 @@ def lay_out_probe(folder):
 
 
 def processes(zombies=False):
-    """Every process of this world: its number, its parent's, its name; without those that have ended, but for `zombies`."""
+    """Returns (PID, parent's PID, name) of every process of this namespace. Zombies are included only on request."""
     found = list(_all_processes(zombies))
     if has_own("processes") or "FENWHIRL_WORLD_PROCESS" not in os.environ:
         return found
-    # Those of the computer are seen, too. Ours descend from one that adopts whoever loses its parent.
+    # Without a PID namespace the computer's processes are visible, too. Those of the test descend from a subreaper, which adopts
+    # orphaned processes.
     family = {int(os.environ["FENWHIRL_WORLD_PROCESS"])}
     while more := {number for number, parent, _ in found if parent in family} - family:
         family |= more

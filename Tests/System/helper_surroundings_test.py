@@ -1,4 +1,6 @@
-"""The helper started by a caller who has prepared everything for it to go wrong: descriptors, signals, limits, places."""
+"""Tests of the helper in a hostile process environment, prepared by its caller: descriptors, signals, limits, terminals, folders
+and environment variables.
+"""
 
 import contextlib
 import ctypes
@@ -17,7 +19,7 @@ from helper_stage import BUILD, CAP_SYS_RESOURCE, NOBODY, HelperTest, as_nobody,
 from stage import HELPER, SCRATCH, require_own, wait_until
 
 SEQUENCE_SIGNALS = {signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT}
-# What the C library lets a process block, but for the alarm.
+# Every signal that the C library lets a process block, except SIGALRM.
 HELD_IN_A_SEQUENCE = set(range(1, 65)) - {signal.SIGKILL, signal.SIGSTOP, signal.SIGALRM, 32, 33}
 USUAL_SLACK_NANOSECONDS = 50_000
 PR_SET_TIMERSLACK = 29
@@ -32,7 +34,7 @@ def status_field(pid, name):
 
 
 def full_terminal():
-    """A terminal whose other end has read nothing for long: the descriptors of both."""
+    """Opens a pseudo-terminal whose buffer is full; returns the descriptors of both ends."""
     master, terminal = os.openpty()
     os.set_blocking(terminal, False)
     for size in (1024, 1):
@@ -49,7 +51,7 @@ def mask(signals):
 
 class Surroundings(HelperTest):
     def while_writing(self, look, *arguments, **options):
-        """Starts a "set", looks at the process once it is talking to the controller, and waits for its end."""
+        """Starts a "set", calls `look` with the PID while the helper is talking to the controller, and waits for its end."""
         before = self.requests()
         self.mac.tell("fault delay 400 after 5 times 1")
         child = self.start("set", "0", "2400", **options)
@@ -132,7 +134,7 @@ class Surroundings(HelperTest):
             self.assertEqual(self.while_writing(look, cwd=place, umask=0, preexec_fn=lower), 0)
 
     def test_it_asks_for_limits_without_end(self):
-        # Whether it gets them is seen above, where root may give them at all.
+        # The test before this one checks that it gets these limits, where root may raise them at all.
         def lower():
             for limit in (resource.RLIMIT_CPU, resource.RLIMIT_FSIZE):
                 resource.setrlimit(limit, (60, 60))
@@ -174,7 +176,7 @@ class Surroundings(HelperTest):
         refused = []
 
         def look(pid):
-            # A process of the very user who started it.
+            # Runs as the same user as the one that started the helper.
             code = ("import os,sys\npid=int(sys.argv[1]); refused=0\nfor number in (9, 19, 15, 2, 20)*200:\n"
                     "    try: os.kill(pid, number)\n    except PermissionError: refused += 1\nprint(refused)")
             answer = subprocess.run(["/usr/bin/python3", "-c", code, str(pid)], capture_output=True, check=True,
@@ -211,7 +213,7 @@ class Surroundings(HelperTest):
             for target in (full.fileno(), writable):
                 for arguments, status in expected.items():
                     if arguments == ("test",) and target == writable:
-                        continue  # eight seconds each: once is enough
+                        continue  # it takes eight seconds, and once is enough
                     result = self.helper(*arguments, stdout=target, stderr=target)
                     self.assertEqual(result.returncode, status, arguments)
         os.close(writable)
@@ -269,7 +271,7 @@ class Surroundings(HelperTest):
         self.assert_automatic()
 
     def test_a_terminal_can_neither_stop_it_nor_keep_it(self):
-        # As a job in the background of a terminal that stops whoever writes to it.
+        # The helper is a background job of a terminal that stops background jobs when they write (TOSTOP).
         master, terminal = os.openpty()
         self.addCleanup(os.close, master)
         settings = termios.tcgetattr(terminal)
@@ -327,16 +329,16 @@ class Surroundings(HelperTest):
                                   stdin=subprocess.DEVNULL, capture_output=True, check=False)
 
         installed, plain = str(HELPER), str(BUILD / "bin/Fenwhirl")
-        # The C library ends the set-user-ID copy itself where a standard stream is closed.
+        # The set-user-ID copy is tried with open standard streams only: with a closed one, the C library itself would end it.
         for program, closed in ((installed, ""), (plain, ""), (plain, "<&-"), (plain, "<&- 2>&-")):
             answer = start(program, ["version"], closed)
             self.assertEqual((answer.returncode, answer.stdout), (0, b"3\n"), closed)
             self.assertEqual(start(program, [], closed).returncode, 64, closed)
         self.assertEqual(start(plain, ["version"], ">&-").returncode, 0)
         self.assertEqual(start(plain, [], ">&-").returncode, 64)
-        # With a standard stream missing, a connection could be taken for it.
+        # With a standard stream closed, the connection to the controller could get its number.
         self.assertEqual(start(plain, ["auto"], "<&-").returncode, 2)
-        self.assertEqual(start(plain, ["auto"]).returncode, 1)  # an ordinary user's
+        self.assertEqual(start(plain, ["auto"]).returncode, 1)  # runs as an ordinary user, whose writes are refused
         self.assertEqual(start(installed, ["auto"]).returncode, 0)
 
     def test_starved_limits_end_in_nothing_that_auto_cannot_repair(self):
@@ -354,7 +356,7 @@ class Surroundings(HelperTest):
                     try:
                         status = self.helper(*arguments, preexec_fn=starve).returncode
                     except (OSError, subprocess.SubprocessError):
-                        continue  # not even a start
+                        continue  # it could not even be started
                     self.assertTrue(status < 0 or status in {0, 1, 2, 127}, (name, value, status))
                 self.assertEqual(self.helper("auto").returncode, 0)
                 self.assert_automatic()
@@ -378,14 +380,14 @@ class Surroundings(HelperTest):
                 self.assertNotRegex(call, r"O_CREAT|O_TRUNC|^(creat|mkdir|mkdirat|rename|unlink|link|symlink|clone|fork)")
 
     def test_the_loaders_profiler_has_nowhere_to_write(self):
-        # The C library's loader follows this one variable even for root's sake, before any line of ours: it wants a
-        # file in a fixed folder that no system has, and says so.
+        # The loader honours this one variable even in set-user-ID programs, before any code of ours runs. It tries to write to a
+        # fixed folder that no system has, and complains about that.
         self.assertFalse(os.path.exists("/var/profile"))
         result = self.helper("version", env={"LD_PROFILE": "libc.so.6"})
         self.assertEqual((result.returncode, result.stdout), (0, b"3\n"))
 
     def test_the_loaders_listing_mode_lists_nothing(self):
-        # The loader ends a set-user-ID program that is to be listed, with 5; since glibc 2.41 it ignores the variable.
+        # With this variable the loader ends a set-user-ID program with status 5. Since glibc 2.41 it ignores the variable.
         result = self.helper("set", "0", "2400", env={"LD_TRACE_LOADED_OBJECTS": "1"})
         self.assertIn(result.returncode, (0, 5))
         self.assertEqual((result.stdout, result.stderr), (b"", b""))

@@ -1,4 +1,4 @@
-"""What `cmake --install` makes: the program, its library, its guard and its place in the desktop, wherever they are put."""
+"""Tests of `cmake --install`: the program, its library, its guard and its desktop integration work under any prefix."""
 
 import os
 import pathlib

@@ -1,6 +1,7 @@
-"""The words of the interface in every language, read from the translation tables in the sources.
+"""Translates texts of the interface, using the translation tables in the sources.
 
-A walk names controls in French, as the sources do; here are the words that stand on the screen then, and the way back.
+The tours name controls in French, as the sources do. This module finds the text that is shown in another language, and the
+French texts that a shown text may stand for.
 """
 
 import pathlib
@@ -12,7 +13,7 @@ LANGUAGES = {"fr": "Français", "en": "English", "sr": "Srpski (latinica)", "sr-
 TABLES = {"en": "English", "sr": "SerbianLatin", "sr-Cyrl": "SerbianLatin", "de": "German", "es": "Spanish",
           "it": "Italian", "pt": "Portuguese", "ru": "Russian"}
 ROW = re.compile(r'\{u"([^"]*)",\s*u"([^"]*)"\}')
-# The alert of a newer version has a table of its own: codes, then title, download, later.
+# The texts of the update alert are in a table of their own: language codes, then title, download, later.
 ALERT = re.compile(r'\{u"([\w-]+)", u"\w[\w-]*"\},\s*u"([^"]*)",\s*u"([^"]*)",\s*u"([^"]*)"')
 
 CYRILLIC_PAIRS = {"lj": "љ", "nj": "њ", "dž": "џ"}
@@ -40,7 +41,7 @@ def before(text):
 
 
 class Words:
-    """One language's words; French has its own."""
+    """The translations of one language. French texts are their own translations."""
 
     def __init__(self, language):
         self.translations = {}
@@ -57,7 +58,7 @@ class Words:
             self.translations = {**names, **self.translations}
 
     def shown(self, french):
-        """What stands on the screen for a French text, also for one with its values put in."""
+        """The text shown on the screen for a French text, which may have values in its placeholders."""
         if french in self.translations:
             return self.translations[french]
         for key, text in self.translations.items():
@@ -67,7 +68,7 @@ class Words:
         return french
 
     def french(self, shown):
-        """Every French text for which this may stand on the screen."""
+        """Every French text that may be shown on the screen as this text."""
         found = {shown}
         for key, text in self.translations.items():
             if text == shown:
@@ -80,7 +81,7 @@ class Words:
 
     @staticmethod
     def values(pattern, text):
-        """What was put into the placeholders of a text; nothing when it is another."""
+        """The values that `text` has in the placeholders of `pattern`; empty when it does not match."""
         if "%@" not in pattern:
             return []
         match = re.fullmatch("(.+?)".join(re.escape(part) for part in pattern.split("%@")), text)

@@ -1,4 +1,6 @@
-"""Machines that claim more keys and fans than any has: what is asked of them ends in time, and the window stays awake."""
+"""Tests with machines that claim more keys and fans than any real one has: requests end in time, and the window stays
+responsive.
+"""
 
 import re
 import time
@@ -15,7 +17,7 @@ def requests(mac):
 
 class TheWindow(unittest.TestCase):
     def seconds_for(self, mac, count):
-        """How long the controller is asked so many things, from the first of them on."""
+        """The seconds from the next request to the controller until `count` requests have been sent."""
         begin = requests(mac)
         stage.wait_until(lambda: requests(mac) > begin, "it is asked something", interval_seconds=0.01)
         start = time.monotonic()

@@ -1,5 +1,5 @@
-"""The maker's web site, played: a web server with a certificate of its own, in a network of its own where the maker's name
-leads to it.
+"""A fake of the vendor's web site for update checks: a local HTTPS server with its own certificate, in a network namespace in
+which the vendor's host name resolves to it.
 """
 
 import ctypes
@@ -21,13 +21,13 @@ CLONE_NEWNET = 0x40000000
 
 
 def makers_domain(build):
-    """What the program was built with."""
+    """Returns the vendor's domain that the program was built with."""
     cache = (build / "CMakeCache.txt").read_text(encoding="utf-8")
     return re.search(r"^FENWHIRL_UPDATE_DOMAIN:STRING=(.+)$", cache, re.MULTILINE).group(1)
 
 
 def leave_the_network():
-    """From now on there is a loopback interface and nothing else. OSError where that is not allowed."""
+    """Moves this process into a network namespace with only a loopback interface. Raises OSError where that is not allowed."""
     if ctypes.CDLL(None, use_errno=True).unshare(CLONE_NEWNET) != 0:
         raise OSError(ctypes.get_errno(), "no network of our own")
     up_and_running = 0x1 | 0x40
@@ -40,7 +40,7 @@ def cover(path, with_path):
 
 
 class Authority:
-    """An authority of certificates, in a folder as the system has one for those that it trusts."""
+    """A certificate authority, with its key and certificates in a folder."""
 
     def __init__(self, name):
         self.folder = WORK / name
@@ -49,7 +49,7 @@ class Authority:
                      "-keyout", self.folder / "authority.key", "-out", self.folder / "authority.pem")
 
     def certificate_for(self, host):
-        """Certificate and key of a server, as two files."""
+        """Issues a certificate for a server; returns the paths of certificate and key."""
         names = self.folder / "names"
         names.write_text(f"subjectAltName=DNS:{host}\n", encoding="ascii")
         self.openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", f"/CN={host}", "-keyout", self.folder / "server.key",
@@ -60,7 +60,7 @@ class Authority:
         return self.folder / "server.crt", self.folder / "server.key"
 
     def be_trusted(self):
-        """Makes it the only authority that this computer knows."""
+        """Makes this the only authority that the computer trusts, by covering /etc/ssl/certs."""
         trusted = WORK / "trusted"
         trusted.mkdir(exist_ok=True)
         (trusted / "authority.pem").write_bytes((self.folder / "authority.pem").read_bytes())
@@ -73,7 +73,7 @@ class Authority:
 
 
 class Site:
-    """The maker's web site; `requests` are the paths that were asked for, `failures` the connections that came to nothing."""
+    """The vendor's web site. `requests` are the requested paths, `failures` the errors of connections that failed."""
 
     def __init__(self, domain, certificate, version):
         self.requests, self.failures = [], []
@@ -108,7 +108,7 @@ class Site:
 
 
 def move_in(domain):
-    """Leads the maker's name to this computer and to no other; gives the authority that is trusted from now on."""
+    """Makes the vendor's host name resolve to this computer only. Returns the authority that is trusted from now on."""
     leave_the_network()
     WORK.mkdir()
     hosts = WORK / "hosts"

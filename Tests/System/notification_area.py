@@ -1,4 +1,4 @@
-"""A panel's notification area, played: it takes the program's item in and clicks on it as a panel does."""
+"""A fake notification area, which registers the program's status item and clicks on it as a desktop panel does."""
 
 import threading
 
@@ -15,7 +15,7 @@ INTERFACE = f"""<node><interface name="{WATCHER}">
 
 
 class NotificationArea:
-    """On the session bus of this process, from a thread of its own until the process ends."""
+    """Serves on the session bus of this process, on its own thread, until the process ends."""
 
     def __init__(self):
         import gi

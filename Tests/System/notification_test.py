@@ -1,4 +1,4 @@
-"""Heat alerts as a desktop shows them, with a real notification service."""
+"""Tests of heat alerts as a desktop shows them, with a real notification service (dunst)."""
 
 import os
 import subprocess
@@ -18,9 +18,9 @@ class HeatAlerts(unittest.TestCase):
 
     def shown(self):
         """Every notification so far as (program, summary, body), oldest first."""
-        # What is still on the screen cannot be asked for; what was put away can.
+        # dunst lists only notifications that were closed.
         subprocess.run(["dunstctl", "close-all"], check=True)
-        # The service's own tool would do this by a tool of systemd, which is not on every computer.
+        # dunstctl would do the same with a tool of systemd, which not every computer has.
         bus = Gio.DBusConnection.new_for_address_sync(
             os.environ["DBUS_SESSION_BUS_ADDRESS"],
             Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
@@ -39,7 +39,7 @@ class HeatAlerts(unittest.TestCase):
             scene.mac.tell("set TCXC 90.9")
             stage.wait_until(self.shown, "a notification")
             scene.mac.tell("await requests 400 within 30")
-            # No line begins with what belongs to the word or the number before it.
+            # Non-breaking spaces keep punctuation and unit on the line of the word or number before them.
             self.assertEqual(self.shown(), [("Fenwhirl", "Fenwhirl", "Ton Mac chauffe\u00a0: 90\u00a0degrés.")])
 
 

@@ -1,4 +1,6 @@
-"""The status item's panel keeps the size of its content while it is open, under a window manager that enforces size hints."""
+"""Tests that the status item's panel follows the size of its content while open, under a window manager that enforces size
+hints.
+"""
 
 import re
 import time
@@ -20,12 +22,12 @@ class PanelWindow(unittest.TestCase):
         desktop.key("Escape")
         stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
         closed = time.monotonic()
-        # A click right after is taken for the one that closed it.
+        # The program takes a click shortly after the closing for the click that closed the panel.
         stage.wait_until(lambda: time.monotonic() - closed > 0.4, "a click opens it again")
 
     @staticmethod
     def measure(desktop, last):
-        """The window's size, the sizes that the window manager may give it, and the space below the last button."""
+        """Returns the window's size, the sizes that its hints allow, and the space below the last button."""
         window = desktop.panel_window()
         button = desktop.screen.find(last)
         if not window or not button:
@@ -37,7 +39,7 @@ class PanelWindow(unittest.TestCase):
         return {"size": window[3:], "limits": limits, "below": window[2] + window[4] - place.y - place.height}
 
     def wait_for_fit(self, desktop, last="Quitter"):
-        """Waits until the window ends just below its last button and may have no other size; returns its height."""
+        """Waits until the window ends just below its last button and its hints allow no other size; returns its height."""
         def fits():
             found = self.measure(desktop, last)
             return found and found["below"] == PADDING and found["limits"] == [found["size"]] * 2 and found["size"][1]
@@ -49,7 +51,7 @@ class PanelWindow(unittest.TestCase):
             desktop.start()
             self.open_panel(desktop)
             before = self.wait_for_fit(desktop)
-            # Without a helper there is now one button more.
+            # Without a helper, choosing the preset adds a button.
             desktop.screen.press("Max")
             desktop.screen.wait_for("Activer le contrôle des ventilateurs")
             self.assertEqual(self.wait_for_fit(desktop), before + 34 + 8)

@@ -1,4 +1,4 @@
-"""What stands behind the pictures of a tour: a simulated Mac that holds still, and applications that keep it busy."""
+"""The scenery for the screenshots of a tour: a simulated Mac with steady readings, and applications that load the processor."""
 
 import math
 import os
@@ -14,18 +14,20 @@ import stage
 COOL = {"TB0T": 31, "TB1T": 31, "TB2T": 32, "TaLP": 37, "TaRF": 38, "Tp01": 63, "Tp05": 62, "Tp09": 61, "Tp0D": 64,
         "Te05": 57, "Tg05": 52, "Tg0f": 50}
 HOT = {"TB0T": 36, "TaLP": 52, "TaRF": 53, "Tp01": 87, "Tp05": 88, "Tp09": 88, "Tp0D": 86, "Te05": 79, "Tg05": 74}
-# The first of these would come before the processor's cores in the short list.
+# These sensors are removed, because the first of them would precede the processor's cores in the short list.
 LEFT_OUT = ("TH0a", "TH0b", "TH0x", "Ts0P", "Ts1P")
 FAN_LIMITS = [(1200, 5777), (1200, 6241)]
 
 
 class PicturedMac(stage.SimulatedMac):
-    """A simulated Mac whose readings stand still while a picture is taken, and whose processor has a past worth drawing."""
+    """A simulated Mac with steady readings. The processor's temperature varies, which gives the chart a realistic history, and can
+    be held while a screenshot is taken.
+    """
 
     PROCESSOR = "Tp01"
 
     def __init__(self, build, slower=1):
-        """Its processor's temperature goes up and down about once a minute, or so many times slower."""
+        """The processor's temperature goes up and down about once a minute, or `slower` times more slowly."""
         super().__init__(build, "AppleSilicon", "--heat", "9", "--speed", "5")
         self.lock = threading.Lock()
         self.over = threading.Event()
@@ -47,7 +49,7 @@ class PicturedMac(stage.SimulatedMac):
             return super().tell(command)
 
     def read(self, celsius):
-        """Holds sensors at temperatures; the processor's wanders around its own until it is held too."""
+        """Sets sensors to fixed temperatures. The processor's varies around its value until hold() is called."""
         for key, value in celsius.items():
             if key == self.PROCESSOR:
                 self.level = value
@@ -55,12 +57,12 @@ class PicturedMac(stage.SimulatedMac):
                 self.tell(f"set {key} {value}")
 
     def turn(self, *speeds):
-        """Holds the fans at measured speeds."""
+        """Sets the measured speeds of the fans to fixed values."""
         for index, rpm in enumerate(speeds):
             self.tell(f"set F{index}Ac {rpm}")
 
     def crowd(self, fans, sensors):
-        """Gives the machine more of everything; for a program that starts afterwards."""
+        """Adds fans and sensors to the machine. Call it before the program starts."""
         self.tell(f"pin FNum {fans:02X}")
         for index in range(len(FAN_LIMITS), fans):
             for suffix, rpm in (("Ac", 1200 + 150 * index), ("Mn", 1200), ("Mx", 5777), ("Tg", 1200), ("Md", 0)):
@@ -71,7 +73,7 @@ class PicturedMac(stage.SimulatedMac):
             self.tell(f"define TX{digits[index // 36]}{digits[index % 36]} flt 4 80 {celsius}")
 
     def hold(self):
-        """Holds the processor's temperature."""
+        """Keeps the processor's temperature at its current base value until release() is called."""
         self.still = True
         self.tell(f"set {self.PROCESSOR} {self.level}")
 
@@ -79,7 +81,7 @@ class PicturedMac(stage.SimulatedMac):
         self.still = False
 
     def wander(self):
-        # Two slow waves and a quick, small one: what a working machine looks like.
+        # Two slow waves and a small, fast one imitate the temperature of a working machine.
         began = time.monotonic()
         while True:
             at = time.monotonic() - began
@@ -97,13 +99,13 @@ class PicturedMac(stage.SimulatedMac):
 
 
 class Workload:
-    """Applications of which each keeps one processor busy for a share of the time, with icons of their own."""
+    """Runs applications with their own icons, each of which keeps one processor busy for a share of the time (in percent)."""
 
     APPLICATIONS = [("Atelier 3D", 60, "#f7a04b", "#e2711d"), ("Navigateur", 22, "#8f7bff", "#5a3ee0"),
                     ("Machine virtuelle", 9, "#7ea6ff", "#3c63d6"), ("Musique", 4, "#ff8fb1", "#e0457b"),
                     ("Courrier", 2, "#6fc3ff", "#2f6fed")]
     DAEMONS = [("WindowServer", 11), ("kernel_task", 5), ("mds_stores", 3)]
-    # Busy for a share of every tenth of a second; the memory is there to be seen in the list.
+    # Busy for a share of every tenth of a second. The memory is allocated so that the list of applications shows it.
     BUSY = ("import sys, time\nshare = float(sys.argv[1]) / 100\nmemory = bytearray(int(sys.argv[2]) << 20)\n"
             "while True:\n    end = time.monotonic() + share / 10\n    while time.monotonic() < end: pass\n"
             "    time.sleep((1 - share) / 10)\n")

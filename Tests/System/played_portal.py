@@ -1,12 +1,12 @@
 #!/usr/bin/python3
-"""The portal of a desktop, played: its settings are what it was told, or it says nothing at all, or it asks where to save.
+"""A fake desktop portal: provides settings, or never answers, or provides a save dialog.
 
     played_portal.py COLOR_SCHEME ANIMATIONS [TEXT_SCALE]     2 is light, 1 dark; "true" or "false"; a factor, usually 1
-    played_portal.py silent
-    played_portal.py saves FOLDER     its save dialog chooses the proposed name in that folder at once
+    played_portal.py silent           never answers a call
+    played_portal.py saves FOLDER     its save dialog immediately chooses the proposed name in that folder
 
-Writes READY when it is on the bus. Each further line "COLOR_SCHEME ANIMATIONS [TEXT_SCALE]" on standard input is a change, which it
-announces.
+Prints READY once it is on the bus. Each line "COLOR_SCHEME ANIMATIONS [TEXT_SCALE]" on standard input changes the settings,
+which it announces.
 """
 
 import sys
@@ -58,7 +58,7 @@ class Portal:
         value = self.settings.get(tuple(arguments.unpack()))
         if value is None:
             invocation.return_dbus_error("org.freedesktop.portal.Error.NotFound", "no such setting")
-        else:  # wrapped once more than its type says, as the real one does
+        else:  # wrapped in one variant more than the type says, like the answer of the real portal
             invocation.return_value(GLib.Variant("(v)", (GLib.Variant("v", value),)))
 
     def save(self, sender, options, invocation):

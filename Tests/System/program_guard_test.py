@@ -1,5 +1,5 @@
-"""The guard beside the running program: what it does while the program is stopped, and where it lies in a session that systemd
-manages. What it does in each case of its own is in guard_test.py.
+"""Tests of the guard beside the running program: what it does while the program is stopped, and its scope in a session that
+systemd manages. guard_test.py tests the guard in detail.
 """
 
 import os
@@ -14,7 +14,7 @@ from helper_stage import is_running, processes
 from scene import Scene
 
 SERVICE = pathlib.Path(__file__).with_name("fake_systemd.py")
-SILENCE_SECONDS = 14  # ten, the last poll and the guard's own steps included
+SILENCE_SECONDS = 14  # the guard's ten seconds, plus time for the last poll and for the hand-back
 
 
 class WhileTheProgramIsStopped(unittest.TestCase):

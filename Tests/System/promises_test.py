@@ -1,12 +1,12 @@
-"""Random lives of the built programs, judged by the promises alone:
+"""Randomised tests of the built programs against their safety promises:
 
 - From 92 °C on, and without a temperature, no fan is manual.
-- When the program has ended or does not go on, only fans at their own constant speed are manual.
-- With heat alerts on and the threshold reached, every fan is at its maximum or with the firmware.
-- Below all that and undisturbed, the fans do what the user set.
+- When the program has ended or is stopped, only fans at the constant speed set for them are manual.
+- With heat alerts on and the threshold reached, every fan is at its maximum or controlled by the firmware.
+- Otherwise, and when nothing is wrong any more, the fans do what the user set.
 
-In each life several things go wrong, one after another; then one promise is called in. The machine's modes and targets are
-all that counts. Every life has a number, which is its seed.
+In each run (a "life") several things go wrong one after another; then one promise is checked. Only the modes and targets of the
+machine are judged. Every life has a number, which is its random seed.
 """
 
 import random
@@ -17,14 +17,14 @@ import unittest
 import stage
 from driven_mac import END_SECONDS, LOW_RPM, NEWER_MAC, OLDER_MAC, REACTION_SECONDS, DrivenMac, constant, curve
 
-REPETITION_SECONDS = 12  # a speed that was refused, or that somebody else changed, is sent again within that
+REPETITION_SECONDS = 12  # within this time a speed that was refused, or changed by another program, is sent again
 REST_SECONDS = 24
-SETTLED_SECONDS = 2.5  # what has been right for so long stays right: a poll has gone by
+SETTLED_SECONDS = 2.5  # a state that lasts this long has survived a poll, and counts as permanent
 COOL = 60
 
 
 class Life:
-    """One machine with its user, and what happens to them."""
+    """One run: a machine with random settings, the faults that happen to it, and a log of them."""
 
     def __init__(self, number):
         self.chance = random.Random(number)
@@ -35,7 +35,7 @@ class Life:
         self.begin = time.monotonic()
         self.history = []
         self.of_strangers = set()
-        self.is_repeated = False  # something was refused or changed that is only sent again after a while
+        self.is_repeated = False  # something was refused or changed that the program sends again only after a while
 
     def setting(self):
         return self.chance.choice((
@@ -78,7 +78,7 @@ class Life:
 
     def lose_a_key(self):
         keys = ["F0Ac", "F1Ac"]
-        if not self.of_strangers:  # the same
+        if not self.of_strangers:  # without FNum the program cannot notice a fan that another program has taken
             keys.append("FNum")
         self.tell(f"vanish {self.chance.choice(keys)}")
 
@@ -90,7 +90,7 @@ class Life:
         if self.driven.settings.get(fan, {}).get("mode") == "constant":
             return
         self.note(f"another program takes fan {fan}")
-        for command in ("accept all", "restore FNum"):  # nobody can know of it while fans cannot be counted
+        for command in ("accept all", "restore FNum"):  # the program cannot notice it while it cannot count the fans
             self.tell(command)
         self.driven.take_by_hand(fan, LOW_RPM)
         self.of_strangers.add(fan)
@@ -114,13 +114,13 @@ class Life:
         else:
             self.driven.application.stop(signal.SIGTERM if how == "quit" else signal.SIGKILL, seconds=60)
             self.pause(3)
-        self.driven.tell("restore FNum")  # or the next one could not find what was left behind
+        self.driven.tell("restore FNum")  # without it the next start could not find the fans that were left manual
         self.start()
         self.driven.settle()
         self.is_repeated = True
 
     def go_wrong(self, *kinds):
-        """Up to three of these, one after another."""
+        """Starts the program and lets up to three of these faults happen, one after another."""
         self.start()
         if self.chance.random() < 0.8:
             self.driven.settle()
@@ -131,7 +131,7 @@ class Life:
     # --- Promises ---
 
     def require(self, holds, what, seconds):
-        """Fails unless this becomes true in time, and stays so."""
+        """Fails unless `holds()` becomes true within `seconds` and stays true for SETTLED_SECONDS."""
         deadline = time.monotonic() + seconds
         since = None
         while True:
@@ -165,7 +165,7 @@ class Life:
 
 
 class Promises(unittest.TestCase):
-    LIVES = (3, 100)  # in a sample, and when there is time
+    LIVES = (3, 100)  # in an ordinary run, and in a long one
 
     def each_of(self, first, story):
         for number in range(first, first + stage.rounds(*self.LIVES)):
@@ -208,7 +208,7 @@ class Promises(unittest.TestCase):
             life.go_wrong(life.refuse, life.lose_a_key, life.lose_a_maximum, life.stop_for_a_while, life.start_anew)
             life.tell("accept all")
             life.heat(91)
-            # Automatic fans are in order before anything has been done, too.
+            # Automatic fans satisfy the condition even before the program has reacted, so wait for a poll first.
             life.driven.polls(1)
             life.require(life.driven.is_cooled, "every fan cools or is with the firmware",
                          REACTION_SECONDS + (REPETITION_SECONDS if life.is_repeated else 0))

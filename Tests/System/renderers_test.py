@@ -1,4 +1,4 @@
-"""Gauge, chart, symbols and shadows look the same whoever draws them: the processor, or OpenGL; at every scale of the screen."""
+"""Tests that gauge, chart, symbols and shadows look the same with the software renderer and with OpenGL, at several scales."""
 
 import os
 import pathlib
@@ -10,7 +10,7 @@ import stage
 
 
 class Renderers(unittest.TestCase):
-    # Of the whole range, over all pixels. The two round edges differently by a shade, nothing else.
+    # Root mean square over all pixels, as a fraction of the whole range. The renderers differ only slightly, in antialiased edges.
     LARGEST_DIFFERENCE = 0.01
 
     def draw(self, name, theme, scale, **environment):
@@ -35,7 +35,7 @@ class Renderers(unittest.TestCase):
             sizes = {self.ask("identify", "-format", "%wx%h", picture) for picture in drawn}
             self.assertEqual(sizes, {f"{round(460 * scale)}x{round(400 * scale)}"})
             for picture in drawn:
-                # Few colours would mean hard edges: the shapes have a dozen, each with its fading.
+                # Few colours would mean hard edges. The shapes have a dozen colours, each with the shades of its antialiasing.
                 self.assertGreater(int(self.ask("identify", "-format", "%k", picture)), 400, picture)
             answer = subprocess.run(["compare", "-metric", "RMSE", *drawn, "null:"], capture_output=True, text=True,
                                     check=False).stderr

@@ -1,7 +1,7 @@
-"""The road of one click: from the window to a turning fan and back to the screen, as an ordinary user.
+"""End-to-end tests as an ordinary user: from a click in the window to a turning fan and back to the screen.
 
 Each test drives the built programs: the simulated Mac runs as root, the installed helper is set-user-ID root, and Fenwhirl
-belongs to an account without any rights.
+runs under an account without any privileges.
 """
 
 import os
@@ -22,7 +22,7 @@ class Presets(unittest.TestCase):
             self.assertEqual(scene.writes(), [], "an automatic fan is left alone")
             scene.mac.tell("set TCXC 70")
             scene.choose_preset("Jeu")
-            # The curve from 40 to 80 °C at 70 °C: three quarters of the way from 2160 to 6156 rpm, on 50.
+            # The preset's curve from 40 to 80 °C, at 70 °C: three quarters of the way from 2160 to 6156 rpm, rounded to 50.
             stage.wait_until(lambda: ("F0Tg", 5150.0, 0) in scene.writes(), "the target of the left fan")
             stage.wait_until(lambda: ("F1Tg", 4800.0, 0) in scene.writes(), "the target of the right fan")
             self.assertEqual([key for key, _, _ in scene.writes()[:4]], ["FS! ", "F0Tg", "FS! ", "F1Tg"])
@@ -88,7 +88,7 @@ class Sleep(unittest.TestCase):
 
 
 class Reaction(unittest.TestCase):
-    """How long the controller waits for the right state, poll and helper included."""
+    """The time from a change of the machine until the controller is in the right state, including poll and helper run."""
 
     LIMIT_SECONDS = 2.5
 
@@ -153,7 +153,7 @@ class Troubles(unittest.TestCase):
 
 
 def guard_of(scene):
-    """The process of the application's guard, or None."""
+    """The process ID of the application's guard, or None."""
     return next((number for number, parent, name in processes()
                  if (parent, name) == (scene.application.child.pid, "fenwhirl-guard")), None)
 
@@ -175,7 +175,7 @@ class Quitting(unittest.TestCase):
                     scene.wait_for_modes("manual", "fans under manual control")
                     before = len(scene.writes())
                     self.assertEqual(scene.application.stop(how), 0, how)
-                    # Each fan in its turn, and nothing after that.
+                    # The last two writes hand back one fan after the other.
                     self.assertEqual(scene.writes(before + 1)[-2:], [("FS! ", 2.0, 0), ("FS! ", 0.0, 0)], how)
                     scene.start_again()
 
@@ -186,7 +186,8 @@ class Quitting(unittest.TestCase):
             scene.choose_preset("Jeu")
             for _ in range(stage.rounds(3, 500)):
                 scene.wait_for_modes("manual", "the preset is remembered and sent again")
-                # The guard comes again five seconds after the kill; it must not meet the next application's start.
+                # The guard runs the helper again five seconds after the kill. That must not affect the next start, so the test
+                # waits for the guard's end below.
                 scene.mac.tell(f"set TCXC {chance.randrange(50, 80)}")
                 time.sleep(chance.random() * 2)
                 scene.application.stop(signal.SIGKILL)
@@ -221,7 +222,7 @@ class Quitting(unittest.TestCase):
             for number in (signal.SIGSEGV, signal.SIGBUS, signal.SIGILL, signal.SIGFPE, signal.SIGABRT):
                 scene.wait_for_modes("manual", "fans under manual control")
                 guard = stage.wait_until(lambda: guard_of(scene), "the guard runs")
-                os.kill(guard, signal.SIGSTOP)  # or nobody could tell whose work it was
+                os.kill(guard, signal.SIGSTOP)  # so that only the crashing program itself can hand the fans back
                 self.assertEqual(scene.application.stop(number), -number)
                 self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"), number)
                 os.kill(guard, signal.SIGKILL)

@@ -1,6 +1,6 @@
-"""The command that a person tries first: ./run, by an ordinary user, to its end and broken off.
+"""Tests of ./run, the command that a new user tries first: as an ordinary user, to its end and interrupted.
 
-Where nobody can have a private world it is tried as root, in place.
+Where an ordinary user cannot have a private namespace, it runs as root without one.
 """
 
 import os
@@ -17,13 +17,14 @@ from helper_stage import BUILD, processes
 # An account that exists everywhere and owns nothing but its copy of the project.
 SOMEBODY = 65534
 WALK_SECONDS = 160
-ALWAYS_THERE = {".X11-unix"}  # on every computer with a display server
+ALWAYS_THERE = {".X11-unix"}  # in /tmp of every computer with a display server
 FIRST_LINE = "first start: Fenwhirl introduces itself"
 
 
 class Run(unittest.TestCase):
     def setUp(self):
-        # Not below /run, which the private world of the command replaces by its own. The name is one that people choose.
+        # Not below /run, which the command's private namespace replaces by its own. The checkout has a name as users choose them,
+        # with spaces and accents.
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="fenwhirl-"))
         self.addCleanup(shutil.rmtree, self.folder)
         self.folder.chmod(0o755)
@@ -42,13 +43,13 @@ class Run(unittest.TestCase):
 
     @staticmethod
     def can_be_an_ordinary_user():
-        """One with a private world, that is."""
+        """Whether the command can run as an ordinary user in a private namespace here."""
         return stage.can_become(SOMEBODY) and stage.has_own("mounts")
 
-    launcher = ()  # what the command is started through
+    launcher = ()  # a command prefix that starts ./run
 
     def start(self, *arguments, **environment):
-        """Starts the command as a terminal does: in a process group of its own."""
+        """Starts ./run in its own session and process group, as a terminal does."""
         settings = {name: value for name, value in os.environ.items()
                     if name not in ("DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR", "DBUS_SESSION_BUS_ADDRESS")}
         run = stage.Process([*self.launcher, self.checkout / "run", "--built", BUILD, *arguments], start_new_session=True,
@@ -68,13 +69,13 @@ class Run(unittest.TestCase):
         return said[-1]
 
     def rest(self, run, seconds=stage.PATIENCE_SECONDS):
-        """What it still says, and its status."""
+        """Returns the remaining lines of output and the exit status."""
         said = []
         try:
             while True:
                 said.append(run.lines.next(seconds))
         except stage.StageError:
-            pass  # the end
+            pass  # end of the output
         return said, run.child.wait(stage.PATIENCE_SECONDS)
 
     @staticmethod
@@ -92,7 +93,7 @@ class Walk(Run):
         super().setUp()
 
     def walk(self):
-        """Goes it to its end, and returns what was said."""
+        """Runs the whole walk, checks its output and that nothing is left behind, and returns the lines of output."""
         places = ("/run", "/Library", "/tmp") if stage.has_own("mounts") else ("/run", "/Library")
         outside = {place: set(os.listdir(place)) | ALWAYS_THERE for place in places}
         said, status = self.rest(self.start(), WALK_SECONDS)
@@ -167,7 +168,7 @@ class TheDemonstration(Run):
         self.assertIn("fan0=", self.wait_for_line(run, "fan0="))
         send(run.child.pid, number)
         _, status = self.rest(run)
-        self.assertEqual(status, 0)  # Fenwhirl was asked to end, and did
+        self.assertEqual(status, 0)  # the signal asked Fenwhirl to end, and it ended normally
         self.assert_nothing_is_left()
 
     def test_it_reaches_the_persons_own_session(self):

@@ -1,7 +1,7 @@
-"""No fan is left behind and no heat goes unanswered, whatever breaks: judged by the machine's own end state alone.
+"""Tests that no fan stays manual unattended and that heat is always answered, whatever fails.
 
-Each test puts a fault into the way, and waits for the state that the machine must reach: who sent what, and how often, does
-not matter.
+Each test injects a fault and waits for the state that the machine must reach. Only that final state counts: which process sent
+what, and how often, does not matter.
 """
 
 import signal
@@ -13,7 +13,7 @@ from driven_mac import END_SECONDS, GAME, GUARD, LOW_RPM, NEWER_MAC, OLDER_MAC, 
 
 
 class AFoundFan(unittest.TestCase):
-    """Fans that are manual when the program starts, because the one before it had no time to hand them back."""
+    """Fans that are already manual when the program starts, because its previous run had no time to hand them back."""
 
     def check(self, machine, celsius, settings):
         with DrivenMac(machine, SLOW) as driven:
@@ -106,12 +106,12 @@ class RefusedWrites(unittest.TestCase):
 
     def test_while_a_fan_is_set_to_automatic(self):
         with DrivenMac(OLDER_MAC, {0: constant(LOW_RPM)}, celsius=91) as driven:
-            driven.drive()  # both of them: one because of the heat
+            driven.drive()  # drives both fans: the automatic one because of the heat
             driven.tell("refuse all")
             driven.heat(70)
             driven.polls(2)
             driven.tell("accept all")
-            # What failed is repeated after ten seconds.
+            # The program repeats a failed command after ten seconds.
             driven.wait_for("automatic", "the automatic fan is handed back", 14, fans=[1])
 
 
@@ -126,7 +126,7 @@ class ASilentController(unittest.TestCase):
 
 
 class TheFirstPoll(unittest.TestCase):
-    """Killed while the first poll sends speeds, and nothing has been published yet."""
+    """The program is killed while its first poll is sending speeds, before that poll has published any result."""
 
     def kill_in_the_first_poll(self, driven):
         since = driven.last_write()
@@ -139,7 +139,7 @@ class TheFirstPoll(unittest.TestCase):
         with DrivenMac(machine, settings, celsius=91) as driven:
             self.kill_in_the_first_poll(driven)
             driven.application.stop(signal.SIGKILL)
-            # Not only now but for good: what was under way when it was killed comes later.
+            # Wait for the running helper first: it may still finish the command that was under way at the kill.
             stage.wait_until(lambda: not driven.running("FenwhirlHelper"), "the helper ends")
             driven.wait_until_left_in_order()
 
@@ -164,7 +164,7 @@ class TheFirstPoll(unittest.TestCase):
 
 
 class UnreadableFans(unittest.TestCase):
-    """A fan that was driven, and that the last poll could not read."""
+    """A fan that was being driven, and that the last poll could not read."""
 
     def lose(self, driven, key):
         driven.tell(f"vanish {key}")
@@ -197,7 +197,7 @@ class UnreadableFans(unittest.TestCase):
             driven.wait_for("automatic", "handed back without a temperature", REACTION_SECONDS)
 
     def check_a_quit(self, machine, key):
-        with DrivenMac(machine, {}, celsius=91) as driven:  # heat drives them, no setting names them
+        with DrivenMac(machine, {}, celsius=91) as driven:  # heat protection drives the fans; no setting names them
             driven.drive()
             self.lose(driven, key)
             driven.application.stop(signal.SIGTERM, seconds=60)
@@ -243,7 +243,7 @@ class Ends(unittest.TestCase):
 
 
 class AnotherProgram(unittest.TestCase):
-    """Somebody else takes a fan after it was handed back because of the heat."""
+    """Another program takes a fan after it was handed back because of the heat."""
 
     def check(self, machine):
         with DrivenMac(machine, GAME) as driven:
@@ -297,7 +297,7 @@ class AStoppedProgram(unittest.TestCase):
 
 
 class AnUnreadableMaximum(unittest.TestCase):
-    """Heat protection cannot drive such a fan at its maximum, and leaves it to the firmware."""
+    """Heat protection cannot run such a fan at its maximum, and leaves it to the firmware."""
 
     def check(self, machine, key, settings):
         with DrivenMac(machine, settings) as driven:
@@ -318,7 +318,7 @@ class AnUnreadableMaximum(unittest.TestCase):
 
 
 class ARefusedTarget(unittest.TestCase):
-    """The mode is accepted but the target is not: the fan is manual at a target of long ago."""
+    """The controller accepts the mode but not the target: the fan is manual at an old target."""
 
     def check(self, machine, how):
         with DrivenMac(machine, {0: constant(3000), 1: constant(3000)}) as driven:

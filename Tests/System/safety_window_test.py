@@ -1,6 +1,6 @@
-"""The same as in safety_test.py where a person is at the window: presets, the reset, the removal of the helper.
+"""Safety tests like those in safety_test.py, with a user at the window: presets, the reset, and the removal of the helper.
 
-Judged by the machine's own end state alone.
+Only the machine's final state counts.
 """
 
 import os
@@ -15,11 +15,11 @@ from scene import Scene
 
 MAXIMA = (6156, 5700)
 RESET = "Remettre les ventilateurs en automatique"
-SHARED = stage.SCRATCH / "shared"  # for files of anybody
+SHARED = stage.SCRATCH / "shared"  # a folder that every user may write to
 
 
 def targets(scene):
-    """What the fans are asked for, as readers see it."""
+    """The targets of both fans, as a reader of their keys sees them."""
     return tuple(float(scene.mac.tell(f"get F{fan}Tg")[-1].split("value=")[1].split()[0]) for fan in (0, 1))
 
 
@@ -35,7 +35,7 @@ class APresetJustBeforeTheEnd(unittest.TestCase):
             scene.wait_for_modes("manual", "fans under manual control")
             scene.choose_preset("Max")
             self.assertEqual(scene.application.stop(how, seconds=60), 0 if how == signal.SIGTERM else -how)
-            # Chosen is chosen, whether the poll had the time or not.
+            # The chosen preset takes effect, whether or not a poll had the time to send it before the quit.
             stage.wait_until(lambda: modes(scene) == ("manual", "manual") and targets(scene) == MAXIMA,
                              lambda: f"the fans are at their maximum; they are {modes(scene)} at {targets(scene)}", END_SECONDS)
 
@@ -44,10 +44,10 @@ class APresetJustBeforeTheEnd(unittest.TestCase):
 
 
 class ASlowController(unittest.TestCase):
-    """One that needs eight seconds for a poll, so that ticks come faster than polls end."""
+    """A controller so slow that a poll takes eight seconds, so that timer ticks come faster than polls end."""
 
     DELAY_MILLISECONDS = 85
-    # One poll may be under way, and a helper needs its time with such a controller, too.
+    # Covers a poll that is under way, and a helper run, which such a controller slows down as well.
     LIMIT_SECONDS = 16
 
     def slow_down(self, scene):
@@ -58,7 +58,7 @@ class ASlowController(unittest.TestCase):
         scene.screen.wait_for(RESET)
         scene.mac.tell(f"delay {self.DELAY_MILLISECONDS}")
         before = scene.requests()
-        scene.mac.tell(f"await requests {before + 130} within 60")  # by then several ticks have come in vain
+        scene.mac.tell(f"await requests {before + 130} within 60")  # by then several ticks have passed during the poll
 
     def test_a_reset_overtakes_what_waits(self):
         with Scene() as scene:
@@ -71,12 +71,12 @@ class ASlowController(unittest.TestCase):
             self.slow_down(scene)
             scene.open_page("Préréglages")
             scene.screen.press("Appliquer: Auto")
-            # The poll that is under way, and the one that takes it.
+            # Two polls: the one under way, and the one that applies the preset.
             scene.wait_for_modes("automatic", "handed back", self.LIMIT_SECONDS + 10)
 
 
 class WithoutTheNumberOfFans(unittest.TestCase):
-    """A helper that is told to hand back all fans knows of none then, and ends with success."""
+    """Without FNum, a helper that is told to hand back all fans finds none, and succeeds without doing anything."""
 
     def drive(self, scene):
         scene.mac.tell("set TCXC 60")
@@ -95,7 +95,7 @@ class WithoutTheNumberOfFans(unittest.TestCase):
             self.assertEqual(modes(scene), ("automatic", "automatic"), "for good")
 
     def test_the_removal_hands_every_fan_back_before_the_helper_goes(self):
-        with Scene(user=None) as scene:  # root of this private world, who needs nobody's consent
+        with Scene(user=None) as scene:  # as root of this private namespace, who needs no password
             self.drive(scene)
             scene.screen.press("Désactiver")
             stage.wait_until(lambda: not stage.HELPER.exists(), "the helper is removed")
@@ -103,10 +103,10 @@ class WithoutTheNumberOfFans(unittest.TestCase):
 
 
 class TheRemovalsPrompt(unittest.TestCase):
-    """While somebody is asked for the password, which may take as long as it likes."""
+    """Safety while the password prompt for the removal is open, which may take any time."""
 
     def offer_prompt(self):
-        """Puts a program in the place of the one that asks: whoever made the file "agreed" has typed the password."""
+        """Replaces pkexec by a script that waits for the file "answered". The file "agreed" stands for the right password."""
         require_real_root()
         stage.require_own("mounts", "another program in the place of pkexec")
         for folder in ("upper", "work"):
@@ -119,11 +119,11 @@ class TheRemovalsPrompt(unittest.TestCase):
             file.write(f"#!/bin/sh\ntouch {SHARED}/asked\nuntil [ -e {SHARED}/answered ]; do sleep 0.05; done\n"
                        f"[ -e {SHARED}/agreed ] || exit 126\nuntil [ -e {SHARED}/done ]; do sleep 0.05; done\n")
         os.chmod("/usr/bin/pkexec", 0o755)
-        # The part of root, for when it is agreed to: the command itself.
+        # Once it is agreed to, this process carries out the removal as root in place of pkexec.
         root = stage.Process(["/bin/sh", "-c", f"until [ -e {SHARED}/agreed ]; do sleep 0.05; done; rm -f '{stage.HELPER}'; "
                                                f"touch {SHARED}/done"])
         self.addCleanup(lambda: root.child.wait(stage.PATIENCE_SECONDS))
-        self.addCleanup((SHARED / "agreed").touch)  # then it ends, also where this test may not end it any more
+        self.addCleanup((SHARED / "agreed").touch)  # ends that process: the test may have given up the right to kill it
 
     def open_prompt(self, scene):
         scene.mac.tell("set TCXC 60")

@@ -1,4 +1,4 @@
-"""The whole road on one stage: a simulated Mac run by root, and an ordinary user's Fenwhirl in a window before it."""
+"""The fixture of the end-to-end tests: a simulated Mac run by root, and Fenwhirl in a window, run by an ordinary user."""
 
 import contextlib
 import os
@@ -9,12 +9,12 @@ import unittest
 
 import stage
 
-# An account that exists everywhere and owns nothing.
+# The user ID of nobody: an account that exists everywhere and owns nothing.
 ORDINARY_USER = 65534
 
 
 class Scene:
-    """Fenwhirl past its first-launch introduction, with the dashboard on the screen."""
+    """Context manager that starts everything and takes Fenwhirl through its introduction, to the dashboard."""
 
     def __init__(self, machine="MacBookPro11,4", watts=12, user=ORDINARY_USER, helper=True, speed=5):
         self.build = pathlib.Path(os.environ["FENWHIRL_BUILD"])
@@ -51,7 +51,7 @@ class Scene:
         return self.stack.__exit__(*details)
 
     def start_again(self, showing=False):
-        """Starts Fenwhirl anew; it knows everything from its preferences, and shows no window before it is asked to."""
+        """Starts Fenwhirl again with its saved preferences. It stays hidden unless `showing` is set."""
         self.application = self.stack.enter_context(stage.Application(self.build))
         if showing:
             stage.wait_until(self.screen.root, "it is there")
@@ -59,7 +59,7 @@ class Scene:
                 second.child.wait(stage.PATIENCE_SECONDS)
             self.screen.wait_for("Tableau de bord")
 
-    # --- What the person does ---
+    # --- Actions of the user ---
 
     def choose_preset(self, title):
         before = self.screen.texts().count(title)
@@ -70,10 +70,10 @@ class Scene:
     def open_page(self, title):
         self.screen.press(title)
 
-    # --- What the person sees ---
+    # --- What the user sees ---
 
     def shown_speeds(self):
-        """The speeds on the gauges, by order of the fans."""
+        """The speeds shown on the gauges, in the order of the fans."""
         speeds = []
         for text in self.screen.texts():
             found = re.fullmatch(r"(\d[\d\s\u00a0\u202f.,']*)\s?tr/min", text)
@@ -82,23 +82,23 @@ class Scene:
         return speeds
 
     def shown_temperature(self):
-        """The main temperature, or None when there is none."""
+        """The main temperature shown, or None when there is none."""
         for text in self.screen.texts():
             found = re.fullmatch(r"(\d+)\s°C", text)
             if found:
                 return int(found.group(1))
         return None
 
-    # --- What the machine knows ---
+    # --- State of the machine ---
 
     def wait_for_modes(self, mode, what, seconds=stage.PATIENCE_SECONDS):
-        """Waits until both fans are "automatic" or "manual", and returns how long that took."""
+        """Waits until both fans are in this mode ("automatic" or "manual"); returns how many seconds that took."""
         begin = time.monotonic()
         stage.wait_until(lambda: self.fan(0)[2] == mode and self.fan(1)[2] == mode, what, seconds, 0.01)
         return time.monotonic() - begin
 
     def requests(self):
-        """How many the controller has had."""
+        """The number of requests that the controller has received."""
         return int(re.search(r"requests=(\d+)", self.mac.tell("state")[0]).group(1))
 
     def keys(self, prefix):
@@ -106,7 +106,7 @@ class Scene:
                                              for line in self.mac.tell(f"keys {prefix}")) if match]
 
     def writes(self, start=1):
-        """Every write that reached the controller from that number on, as (key, value, user)."""
+        """Every write that reached the controller from number `start` on, as (key, value, user ID)."""
         found = []
         for line in self.mac.tell(f"log {start}"):
             write = re.search(r"uid=(\d+) key=(.{4}) ?type=.* value=([-\d.]+) kernel=(\S+) result=(\S+)", line)

@@ -1,8 +1,8 @@
-"""Orca, the screen reader of Linux desktops, with a file in place of a voice.
+"""Runs Orca, the screen reader of Linux desktops, with a file in place of a voice.
 
-It runs with its own code for what is said and when, beside the program, on the same display and session bus. Only the last
-step, from a text to a sound, is replaced by Orca's own means for adapting it, a module of customizations: there is no speech
-service and no sound card, and a test reads what would have been heard.
+Orca runs beside the program, on the same display and session bus, and decides with its own code what it says and when. Only the
+last step, from text to sound, is replaced by a customization module, which is Orca's own extension mechanism. No speech service
+and no sound card are needed; tests read from the file what would have been spoken.
 """
 
 import os
@@ -14,10 +14,10 @@ import unittest
 
 import stage
 
-# Nothing more is said to a key once it was silent for this long.
+# After this long without speech, nothing more is said in response to a key.
 QUIET_SECONDS = 0.9
-# What differs from a new user's Orca: it waits for no speech service, writes instead of speaking, repeats no typed keys, and
-# tells the place in a list.
+# The differences from Orca's defaults: it does not wait for a speech service, writes instead of speaking, does not echo typed
+# keys, and announces positions in lists.
 CUSTOMIZATIONS = '''\
 import os
 import orca.settings
@@ -51,7 +51,7 @@ GREETING = "The screen reader is there."
 
 
 def require_screen_reader():
-    """Skips a test where Orca is not to be had, or is of another series, which words things in another way."""
+    """Skips a test where Orca is not installed, or is of another series, which uses other words."""
     if shutil.which("orca") is None:
         raise unittest.SkipTest("there is no orca here, the screen reader that this test listens to")
     version = subprocess.run(["orca", "--version"], capture_output=True, text=True, check=False).stdout.strip()
@@ -60,7 +60,7 @@ def require_screen_reader():
 
 
 class ScreenReader(stage.Process):
-    """Orca in one language; `heard` takes what it has said since it was last asked."""
+    """Orca in one language. heard() returns what it has said since the previous call."""
 
     def __init__(self, build, language="fr"):
         require_screen_reader()
@@ -86,7 +86,7 @@ class ScreenReader(stage.Process):
             return []
 
     def heard(self, at_least=0, seconds=stage.PATIENCE_SECONDS):
-        """What was said since the last question, once it has been silent for a while."""
+        """Waits for `at_least` lines (within `seconds`) and then for silence; returns what was said since the last call."""
         end = time.monotonic() + seconds
         count, changed = len(self.lines()), time.monotonic()
         while time.monotonic() - changed < QUIET_SECONDS or (count - self.place < at_least and time.monotonic() < end):

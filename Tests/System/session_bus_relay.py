@@ -1,8 +1,8 @@
 """Lets a program that believes itself to be root reach its user's session bus.
 
-In a namespace made without root rights every program is root by its own account and still the user by the bus's. A client
-introduces itself with the number that it sees, and the bus refuses it. This relay stands between them and puts the number
-in which the bus knows the user; everything after that passes through untouched, file descriptors included.
+In a user namespace that was created without root rights, every program sees itself as root, while the bus still sees the user. A
+client authenticates with the user ID that it sees, and the bus rejects it. This relay sits between them and replaces that ID by
+the one that the bus expects. Everything after that passes through unchanged, including file descriptors.
 """
 
 import contextlib
@@ -17,14 +17,14 @@ INTRODUCTION = re.compile(rb"AUTH EXTERNAL [0-9a-f]+\r\n")
 
 
 def user_outside():
-    """The number that the computer knows us by, or None where it is the one that we see."""
+    """Returns our user ID outside the user namespace, or None where it is the same as inside."""
     with open("/proc/self/uid_map", encoding="ascii") as lines:
         inside, outside, _ = (int(word) for word in lines.readline().split())
     return outside if inside != outside else None
 
 
 def socket_of(address):
-    """Where a bus address of the kind "unix:path=…" or "unix:abstract=…" leads, or None."""
+    """Returns the socket address of a bus address such as "unix:path=…" or "unix:abstract=…", or None for other kinds."""
     found = re.match(r"unix:(?:[^;]*,)?(path|abstract)=([^,;]+)", address or "")
     if not found:
         return None
@@ -32,7 +32,7 @@ def socket_of(address):
 
 
 def relay(path, bus, user):
-    """Listens at `path` and leads whoever comes to `bus`. Returns the address to give to clients."""
+    """Listens on `path` and relays every connection to `bus`, authenticated as `user`. Returns the address for clients."""
     listener = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
     listener.bind(path)
     listener.listen()
@@ -62,7 +62,7 @@ def _pass_on(source, target, introduction):
             if not data:
                 break
             if introduction:
-                # A client waits for the answer to its introduction before it says anything else, so it comes whole.
+                # A client sends nothing further before its authentication is answered, so the line arrives in one piece.
                 data, changed = INTRODUCTION.subn(introduction, data)
                 if changed:
                     introduction = None

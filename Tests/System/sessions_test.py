@@ -1,4 +1,6 @@
-"""Several users who are logged in at once: the one in front drives the fans, by what the login manager says."""
+"""Tests with several users logged in at once: only the user of the active session, as reported by the login manager, drives the
+fans.
+"""
 
 import unittest
 
@@ -8,7 +10,7 @@ from shared_computer import FIRST, SECOND, Computer
 class OneUser(unittest.TestCase):
     def test_nothing_is_driven_before_the_session_comes_to_the_front(self):
         with Computer() as computer:
-            computer.start_logind(f"{FIRST}=1", "slow")  # so that the controller is there first
+            computer.start_logind(f"{FIRST}=1", "slow")  # so that the controller is read before the answer arrives
             computer.log_in(FIRST, 3000)
             computer.let_poll()
             self.assertEqual(computer.writes(), [])
@@ -72,7 +74,7 @@ class TwoUsers(unittest.TestCase):
             computer.switch_to("1")
             computer.log_in(FIRST, 3000)
             computer.wait_for("manual", 3000)
-            second = computer.log_in(SECOND)  # a curve, which is handed back at an end
+            second = computer.log_in(SECOND)  # with a curve, for which a quitting program would hand the fans back
             computer.let_poll()
             self.assertEqual(second.stop(), 0)
             self.assertEqual(computer.fans(), [("manual", 3000)] * 2)

@@ -1,4 +1,4 @@
-"""What the settings page does to the computer: helper, login item, report."""
+"""Tests of what the settings page changes on the computer: the helper, the login item, and the report."""
 
 import configparser
 import pathlib
@@ -15,7 +15,7 @@ START_WITH_SESSION = "Ouvrir Fenwhirl au démarrage du Mac"
 
 class Control(unittest.TestCase):
     def test_activating_installs_the_helper_and_deactivating_hands_back_and_removes_it(self):
-        # As root of this private world, who needs nobody's consent.
+        # As root of this private namespace, who needs no password.
         with Scene(user=None, helper=False) as scene:
             scene.choose_preset("Max")
             scene.open_page("Réglages")
@@ -74,10 +74,10 @@ class TheReport(unittest.TestCase):
         with Scene() as scene:
             (pathlib.Path.home() / "Documents").mkdir(exist_ok=True)
             scene.open_page("Réglages")
-            # Further down than the window shows; assistive technology reaches it all the same.
+            # The controls are below the visible part of the page; assistive technology can use them nevertheless.
             self.press_anywhere(scene, "Inclure un test des ventilateurs (6 secondes)", "check box")
             self.press_anywhere(scene, "Créer le rapport", "push button")
-            # There is no desktop with a dialog of its own: Qt's stands in, in the program's language.
+            # Without a desktop's own dialog, Qt shows its own, in the program's language.
             scene.screen.wait_for("Annuler", "push button", seconds=40)
             scene.screen.press("Enregistrer")
             report = pathlib.Path.home() / "Documents/Fenwhirl-diagnostic.txt"

@@ -1,4 +1,4 @@
-"""A computer that several users are logged in at, with a login manager that tests direct."""
+"""A computer with several logged-in users, and a fake login manager that tests control."""
 
 import base64
 import contextlib
@@ -12,9 +12,9 @@ import time
 import stage
 from helper_stage import require_real_root
 
-# Two accounts without any rights that exist everywhere: a bus turns away whom it cannot look up.
+# The IDs of two unprivileged accounts that exist everywhere: a bus rejects a user that it cannot look up.
 FIRST, SECOND = 65534, 1
-# What a start, until its first poll, and a later poll ask of this Mac's controller, about.
+# Approximate numbers of requests that a start, until its first poll, and a later poll send to this Mac's controller.
 START_REQUESTS, POLL_REQUESTS = 850, 94
 LOGIND = pathlib.Path(__file__).with_name("fake_logind.py")
 BUS = """<busconfig>
@@ -32,7 +32,9 @@ BUS = """<busconfig>
 
 
 class Computer:
-    """A simulated Mac with the helper installed, a system bus, and Fenwhirl for whoever logs in; nobody looks at it."""
+    """Context manager for a simulated Mac with the helper installed. Tests start the bus, the login manager, and Fenwhirl for each
+    user that logs in; nothing reads the screen.
+    """
 
     def __init__(self):
         self.build = pathlib.Path(os.environ["FENWHIRL_BUILD"])
@@ -61,7 +63,7 @@ class Computer:
         configuration.write_text(BUS.format(path=socket), encoding="utf-8")
         bus = self.stack.enter_context(stage.Process(
             ["dbus-daemon", f"--config-file={configuration}", "--nofork", "--nopidfile", "--print-address=1"],
-            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL))  # it complains of limits that it cannot raise
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL))  # it warns about limits that it cannot raise
         self.address = stage.Lines(bus.child.stdout).next()
 
     def start_logind(self, *words):
@@ -77,7 +79,7 @@ class Computer:
         assert self.answers.next() == "OK"
 
     def sleep(self):
-        """Returns how long the sleep was delayed, in seconds."""
+        """Announces a sleep; returns for how many seconds inhibitors delayed it."""
         self.logind.child.stdin.write(b"sleep\n")
         self.logind.child.stdin.flush()
         word, seconds = self.answers.next().split()
@@ -90,7 +92,7 @@ class Computer:
         assert self.answers.next() == "OK"
 
     def log_in(self, user, rpm=None):
-        """Starts a user's Fenwhirl, which is to run both fans at one speed, or along a curve."""
+        """Starts Fenwhirl for a user, set to run both fans at `rpm`, or along a curve without it."""
         home, runtime = (stage.SCRATCH / f"{what}-{user}" for what in ("home", "user"))
         preferences = home / ".config/com.fenwhirl.app/preferences.json"
         preferences.parent.mkdir(parents=True, exist_ok=True)
@@ -113,7 +115,7 @@ class Computer:
         return int(re.search(r"requests=(\d+)", self.mac.tell("state")[0]).group(1))
 
     def fans(self):
-        """Mode and target of both fans; no target where the mode is automatic."""
+        """Mode and target of both fans. The target is None where the mode is automatic."""
         state = self.mac.tell("state")[0]
         found = (text.split("/") for text in re.findall(r"fan\d=([^ ]+)", state))
         return [(mode, float(target) if mode == "manual" else None) for _, target, mode in found]
@@ -123,14 +125,14 @@ class Computer:
                          seconds=2 * stage.PATIENCE_SECONDS)
 
     def let_poll(self):
-        """Until every application has polled about twice."""
+        """Waits until every application has polled about twice."""
         self.mac.tell(f"await requests {self.requests() + 2 * POLL_REQUESTS * self.running} within 60")
 
     def writes(self):
         return [line for line in self.mac.tell("log") if line.startswith("write ")]
 
     def hand_backs(self):
-        """Every write that left fewer fans manual than there were."""
+        """Every write that made a manual fan automatic."""
         found, manual = [], 0
         for line in self.writes():
             mask = re.search(r"key=FS! .* value=(\d+)", line)
@@ -141,7 +143,7 @@ class Computer:
         return found
 
     def speeds(self):
-        """Every speed that was sent, in its order, each once for as long as no other was."""
+        """The speeds that were sent, in order, without consecutive repetitions."""
         sent = []
         for line in self.writes():
             found = re.search(r"key=F\dTg type=.* value=([\d.]+)", line)

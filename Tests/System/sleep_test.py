@@ -1,4 +1,4 @@
-"""The computer sleeps: the fans are handed back before, and taken again after it, by what the login manager says."""
+"""Tests of sleep, as announced by the login manager: the fans are handed back before it, and taken over again afterwards."""
 
 import unittest
 

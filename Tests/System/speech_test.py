@@ -1,10 +1,10 @@
-"""Fenwhirl as it is heard: every key of a walk through it, and every word that the screen reader then says.
+"""Tests of what a screen reader says, key by key, on walks through Fenwhirl.
 
-What has to be said lies in Speech/, one transcript for each walk and language: a key, or after "*" something that happens,
-and below it, indented, the sentences in their order. "{n}" stands for a measured number. After each of them something has
-the keyboard's focus, something is said, and nothing is said twice.
+Speech/ contains one transcript of the expected speech for each walk and language. A line is a key or, after "*", an event; below
+it, indented, are the sentences that follow, in order. "{n}" stands for a measured number. After each step some control has the
+keyboard focus, something is said, and nothing is said twice.
 
-  FENWHIRL_RECORD=1   writes the transcripts anew instead of comparing them; they are to be read aloud before they are kept
+  FENWHIRL_RECORD=1   rewrites the transcripts instead of comparing them; read them aloud before you keep them
 """
 
 import os
@@ -23,14 +23,14 @@ REFUSED = {"fr": "Ce Mac n'a pas accepté le changement de vitesse du ventilateu
 TRANSCRIPTS = pathlib.Path(__file__).resolve().parent / "Speech"
 RECORDING = "FENWHIRL_RECORD" in os.environ
 MEASURED = re.compile(r"\d+:\d\d|\d+(?=(\s°C|\s?%|\séléments|\sitems))")
-# Between which temperatures a sensor was; said of those that have moved meanwhile.
+# The range of a sensor's temperatures. It is said only of sensors whose range has changed meanwhile.
 RANGE = re.compile(r"\d+ – \d+ °C\.?")
-# Orca reads a card's other texts with its first control, as far as they have been scrolled into view by then.
+# Orca reads the other texts of a card together with its first control, but only those already scrolled into view.
 SCROLLED = re.compile(r"(^| )(La vitesse augmente .* °C|Starts speeding up .* °C|Vitesse demandée : .* tr/min|Target speed: .* rpm)$")
 
 
 def read_transcript(file):
-    """The steps of a transcript: pairs of what is done, and the list of what is said then."""
+    """The steps of a transcript: pairs of a key or event, and the list of sentences expected after it."""
     steps = []
     for line in file.read_text(encoding="utf-8").splitlines():
         if line.startswith("  "):
@@ -47,13 +47,13 @@ def write_transcript(file, steps):
 
 
 def steady(texts):
-    """What is said in any case."""
+    """Leaves out what is said only sometimes: ranges, and texts that may not have been scrolled into view."""
     texts = [SCROLLED.sub("", text) for text in texts if not RANGE.fullmatch(text)]
     return [text for text in texts if text]
 
 
 def agrees(expected, said):
-    """Whether that was said, whatever the measured numbers are."""
+    """Whether `said` is the expected sentence, with any numbers in place of "{n}"."""
     pattern = r"[\d\s.,:’–-]+".join(re.escape(part) for part in expected.split("{n}"))
     return re.fullmatch(pattern, said) is not None
 
@@ -67,7 +67,7 @@ class Speech(unittest.TestCase):
     def open(self, desktop, language="fr", window=True, **environment):
         """Starts the screen reader and then Fenwhirl, with its window open unless told otherwise."""
         self.desktop, self.language = desktop, language
-        run("xdotool", "mousemove", 1279, 799)  # whatever opens does not open under it
+        run("xdotool", "mousemove", 1279, 799)  # so that no window opens under the pointer
         self.reader = desktop.stack.enter_context(screen_reader.ScreenReader(desktop.build, language))
         locale = {"LOCPATH": str(desktop.build / "locales"), "LC_ALL": "fr_FR.UTF-8"} if language == "fr" else {}
         desktop.start(LANGUAGE=language, **locale, **environment)
@@ -77,13 +77,15 @@ class Speech(unittest.TestCase):
             desktop.wait_for_main_window()
 
     def focused(self):
-        """Role and name of everything that has the keyboard's focus."""
+        """Role and name of every node that has the keyboard focus."""
         states = self.desktop.screen.atspi.StateType
         return [f"{stage.role_of(node)} {node.get_name()!r}" for node in self.desktop.screen.nodes()
                 if node.get_state_set().contains(states.FOCUSED)]
 
     def walk(self, name, **events):
-        """Goes through a transcript; `events` are what happens in it, by name, with "_" for each space."""
+        """Performs the steps of a transcript and compares what is said. `events` are the functions behind its "*" lines, by the
+        line's text with "_" for each space.
+        """
         file = TRANSCRIPTS / f"{name}.{self.language}.txt"
         heard = []
         for step, expected in read_transcript(file):
@@ -99,7 +101,7 @@ class Speech(unittest.TestCase):
             about = f"{name}: {step}, the {len(heard)}th step"
             self.assertTrue(said, f"{about}: nothing is said")
             self.assertEqual(len(said), len(set(said)), f"{about}: something is said twice: {said}")
-            if step.startswith("* "):  # what comes by itself has no order
+            if step.startswith("* "):  # announcements that follow an event come in any order
                 same = all(any(agrees(each, text) for text in said) for each in expected)
             else:
                 same = all(map(agrees, expected, said))
@@ -112,14 +114,14 @@ class Speech(unittest.TestCase):
     def start_at(self, page, desktop, language, **options):
         """Opens the window and goes to a page with the arrow keys."""
         self.open(desktop, language, **options)
-        # Measured speeds flutter; these do not.
+        # Pins the measured speeds, which would otherwise fluctuate.
         desktop.mac.tell("set F0Ac 2160")
         desktop.mac.tell("set F1Ac 2000")
         desktop.polls(2)
         self.reader.heard(at_least=1)
         for _ in range(PAGES.index(page)):
             desktop.key("Down")
-            self.reader.heard(at_least=3)  # the row, its place, and that it is the current one
+            self.reader.heard(at_least=3)  # the row, its position, and that it is the current one
 
     @staticmethod
     def desktop_in(language, preferences=None, **options):
@@ -130,7 +132,7 @@ class Speech(unittest.TestCase):
             self.start_at(page, desktop, language)
             self.walk(page)
 
-    # --- The quiet ---
+    # --- Silence at rest ---
 
     def test_the_dashboard_at_rest_says_nothing(self):
         with Desktop() as desktop:
@@ -141,7 +143,7 @@ class Speech(unittest.TestCase):
             self.assertGreater(desktop.requests(), requests)
             self.assertEqual(self.reader.heard(), [])
 
-    # --- The walks ---
+    # --- Walks ---
 
     def applications(self, language):
         with self.desktop_in(language) as desktop:
@@ -173,7 +175,7 @@ class Speech(unittest.TestCase):
                 box = desktop.screen.wait_for({"fr": "Préréglage", "en": "Preset"}[language], "combo box")
                 place = box.get_extents(desktop.screen.atspi.CoordType.SCREEN)
                 run("xdotool", "mousemove", place.x + 30, place.y + place.height + 90)
-                desktop.key("F1")  # something to hear
+                desktop.key("F1")  # makes the screen reader say something, as each step requires
 
             self.walk("menu", the_pointer_rests_where_the_menu_opens=rest_the_pointer)
 
@@ -204,7 +206,7 @@ class Speech(unittest.TestCase):
                 tell("refuse all")
                 desktop.screen.press(fixed, "radio button")
                 desktop.screen.wait_for(REFUSED[language], "alert")
-                tell("accept all")  # or the message would come back after it is closed
+                tell("accept all")  # otherwise the message would return after it is closed
 
             self.walk("trouble",
                       it_gets_hot=lambda: tell("set TCXC 88", "set TC0P 88"),

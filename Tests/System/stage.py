@@ -1,11 +1,11 @@
-"""A stage for the built programs: a display, a session bus, a simulated Mac, Fenwhirl, and eyes and hands on its interface.
+"""Shared infrastructure of the end-to-end tests: a display, a session bus, a simulated Mac, Fenwhirl, and access to its interface.
 
-Everything here runs inside Packaging/Linux/private-namespace, so each test has its own /run, /Library and home, and
-whatever it leaves running ends with it. Where no private world can be made, the same command gives the tests their turns in
-place; a test that cannot be true there says so with `require_own`.
+Everything here runs inside Packaging/Linux/private-namespace, so that each test has its own /run, /Library and home folder, and
+every process it leaves behind ends with it. Where no private namespace can be created, that script runs the tests one at a time
+on the computer itself; a test that needs isolation there skips itself with `require_own`.
 
-What a person sees and does goes through the accessibility tree (AT-SPI): texts are read where a screen reader would read
-them, and controls are used by the actions that assistive technology uses.
+Tests act as a user through the accessibility tree (AT-SPI): they read texts where a screen reader would read them, and operate
+controls with the actions that assistive technology uses.
 """
 
 import contextlib
@@ -22,36 +22,36 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 HELPER = pathlib.Path("/Library/PrivilegedHelperTools/FenwhirlHelper")
-SCRATCH = pathlib.Path(os.environ.get("FENWHIRL_SCRATCH", "/run"))  # whatever lies there ends with the test
-PATIENCE_SECONDS = 20.0  # for what ought to happen at once; loaded machines are slow
+SCRATCH = pathlib.Path(os.environ.get("FENWHIRL_SCRATCH", "/run"))  # its content is removed with the test
+PATIENCE_SECONDS = 20.0  # timeout for what should happen immediately; loaded machines are slow
 
 
 def rounds(sample, whole):
-    """How much of a test of endurance is run: a sample with every change, the whole when hours are there for it."""
+    """Returns how much of an endurance test to run: `sample` normally, `whole` in the long runs, which take hours."""
     return whole if "FENWHIRL_LONG_RUNS" in os.environ else sample
 
 
 def has_own(what):
-    """Whether this is not shared with the computer: "mounts", "name", "network" or "processes"."""
+    """Whether the test has its own, not the computer's, "mounts", (host) "name", "network" or "processes"."""
     return what in os.environ.get("FENWHIRL_OWN", "").split()
 
 
 def require_own(what, reason):
-    """Skips a test that cannot be true where this is shared with the computer."""
+    """Skips a test that cannot work where this is shared with the computer."""
     if not has_own(what):
         raise unittest.SkipTest(f"needs {what} of its own: {reason}")
 
 
 class StageError(Exception):
-    """Something on the stage did not happen."""
+    """Something that a test or tour waited for did not happen."""
 
 
 class Interrupted(BaseException):
-    """Somebody wants it to end: Ctrl-C, a closed terminal, a wish to terminate. Holds the signal's number."""
+    """Raised by a signal that asks the program to end: Ctrl-C, a closed terminal, SIGTERM. Its argument is the signal's number."""
 
 
 def end_in_order_when_interrupted():
-    """From now on the first such signal raises Interrupted, so that whatever is on the stage is cleared away."""
+    """Makes the first such signal raise Interrupted, so that everything that was started is cleaned up. Later ones are ignored."""
     signals = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 
     def interrupt(number, _):
@@ -64,7 +64,9 @@ def end_in_order_when_interrupted():
 
 
 def wait_until(question, what, seconds=PATIENCE_SECONDS, interval_seconds=0.05):
-    """Asks until the answer is true, and returns it. `what` is said when it never is: a text, or what makes it then."""
+    """Calls `question` until its answer is true, and returns the answer. Raises StageError after `seconds`; `what` describes what
+    was waited for: a text, or a function that returns it at that moment.
+    """
     end = time.monotonic() + seconds
     while True:
         answer = question()
@@ -76,18 +78,19 @@ def wait_until(question, what, seconds=PATIENCE_SECONDS, interval_seconds=0.05):
 
 
 class Process:
-    """A child that ends with the stage."""
+    """A child process that is killed at the end of its `with` block."""
 
     def __init__(self, arguments, **options):
         self.arguments = [str(argument) for argument in arguments]
-        # What the terminal says (Ctrl-C, its end) is for us, who end everything in its order.
+        # In a session of its own the child does not get the terminal's signals (Ctrl-C, hang-up): this process handles them, and
+        # ends its children in the right order.
         self.child = subprocess.Popen(self.arguments, **{"start_new_session": True, **options})
 
     def running(self):
         return self.child.poll() is None
 
     def stop(self, how=signal.SIGTERM, seconds=PATIENCE_SECONDS):
-        """Asks it to end, and returns its exit status."""
+        """Sends a signal and returns the exit status. When the child does not end in time, kills it and raises StageError."""
         if self.running():
             self.child.send_signal(how)
         try:
@@ -111,7 +114,7 @@ class Process:
 
 
 class Lines:
-    """Reads a pipe line by line, with patience but not without end."""
+    """Reads a pipe line by line, with a timeout for each line."""
 
     def __init__(self, stream):
         self.descriptor = stream.fileno()
@@ -132,13 +135,13 @@ class Lines:
 
 
 class Display(Process):
-    """A virtual screen with a window manager; its name is in `name`."""
+    """A virtual screen (Xvfb). `name` is its X11 display name; start_window_manager() adds a window manager (openbox)."""
 
     def __init__(self, width=1280, height=800, scale=1):
         readable, writable = os.pipe()
         super().__init__(
             ["Xvfb", "-displayfd", writable, "-screen", "0", f"{width * scale}x{height * scale}x24", "-nolisten", "tcp",
-             "-noreset"],  # else the server begins anew whenever its last client leaves, and takes a new one along
+             "-noreset"],  # otherwise the server resets when its last client leaves, and disconnects a client that is just joining
             pass_fds=[writable], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(writable)
         with os.fdopen(readable, "rb", buffering=0) as pipe:
@@ -151,7 +154,7 @@ class Display(Process):
     def start_window_manager(self):
         quiet = {"env": {**os.environ, **self.environment()}, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
         self.manager = Process(["openbox"], **quiet)
-        # A window that is mapped while the manager takes the screen over may never be shown.
+        # A window that is mapped while the window manager takes over the screen may never be shown.
         wait_until(lambda: subprocess.run(["xdotool", "get_desktop"], **quiet, check=False).returncode == 0,
                    "the window manager is there")
 
@@ -162,10 +165,10 @@ class Display(Process):
 
 
 class SessionBus(Process):
-    """A D-Bus session of its own, with the accessibility service at hand."""
+    """A private D-Bus session bus, on which the accessibility service can be started."""
 
     def __init__(self):
-        # Its socket stays when it is killed; by default it would lie in /tmp, which is not this world's own.
+        # The socket stays behind when the bus is killed. By default it would be in /tmp, which is shared with the computer.
         super().__init__(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1",
                           f"--address=unix:tmpdir={os.environ['XDG_RUNTIME_DIR']}"],
                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
@@ -176,7 +179,7 @@ class SessionBus(Process):
 
 
 class SimulatedMac(Process):
-    """A Mac's controller in software, steered through its standard input."""
+    """The simulated Mac, a Mac's controller in software, which is controlled through its standard input."""
 
     def __init__(self, build, machine, *options):
         super().__init__([build / "bin/simulated-mac", "--machine", machine, *options],
@@ -185,7 +188,7 @@ class SimulatedMac(Process):
         self.greeting = self.lines.next()
 
     def tell(self, command):
-        """Gives one command, and returns the lines of its answer without the closing one."""
+        """Sends one command and returns the lines of its answer, without the final "ok"."""
         self.child.stdin.write((command + "\n").encode())
         self.child.stdin.flush()
         answer = []
@@ -199,7 +202,7 @@ class SimulatedMac(Process):
 
 
     def __exit__(self, *details):
-        # It may belong to root while we have given up our rights: then only its own command ends it.
+        # It may run as root after this process has given up its rights. Then only its own command "quit" can end it.
         if self.running():
             with contextlib.suppress(OSError, StageError):
                 self.tell("quit")
@@ -207,29 +210,29 @@ class SimulatedMac(Process):
         super().__exit__(*details)
 
 
-# at-spi2 2.56 shortened the name of a role. Tests know the long one.
+# at-spi2 2.56 shortened the name of a role. The tests use the long one.
 LONG_ROLE_NAMES = {"button": "push button"}
 
 
 def role_of(node):
-    """The name of a node's role, the same with every version of the accessibility service."""
+    """Returns the name of a node's role, independent of the version of the accessibility service."""
     from gi.repository import GLib
     try:
         name = node.get_role_name()
     except GLib.Error:
-        return ""  # it went away
+        return ""  # the node is gone
     return LONG_ROLE_NAMES.get(name, name)
 
 
 class Interface:
-    """What assistive technology sees of the running application."""
+    """The interface of the running application, as assistive technology sees it."""
 
     def __init__(self, application="Fenwhirl"):
         import gi
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi
         from gi.repository import GLib
-        # A program on a loaded machine takes longer to answer than the second that is usual.
+        # On a loaded machine a program takes longer to answer than the default timeout of one second.
         Atspi.set_timeout(int(PATIENCE_SECONDS * 1000), int(PATIENCE_SECONDS * 1000))
         self.atspi = Atspi
         self.error = GLib.Error
@@ -245,7 +248,7 @@ class Interface:
         return None
 
     def nodes(self, showing=True):
-        """Every node, parents first; without those that are not on the screen."""
+        """Yields every node, parents first; only visible ones unless `showing` is false."""
         root = self.root()
         waiting = [root] if root else []
         while waiting:
@@ -258,26 +261,26 @@ class Interface:
                 waiting[:0] = [child for child in
                                (node.get_child_at_index(index) for index in range(node.get_child_count())) if child]
             except self.error:
-                continue  # it went away while we were looking
+                continue  # the node disappeared meanwhile
 
     def texts(self):
-        """The names of everything on the screen, in the order of the tree; not what a screen reader is only told."""
+        """The names of everything on the screen, in the order of the tree, without announcements for screen readers."""
         return [name for name, node in ((node.get_name(), node) for node in self.nodes())
                 if name and role_of(node) != "notification"]
 
     def outline(self):
-        """Roles and names, for messages."""
+        """Roles and names of everything on the screen, for error messages."""
         return [f"{role_of(node)} {node.get_name()!r}" for node in self.nodes() if node.get_name()]
 
     def find(self, name, role=None):
-        """The node of that name (a text, or a question about a text) and role name ("push button"), or None.
+        """The node with that name (a text, or a predicate of a text) and role name ("push button"), or None.
 
-        Of several the last: menus and dialogs come after what they cover.
+        Of several nodes it is the last one: menus and dialogs come after what they cover.
         """
         fits = name if callable(name) else lambda text: text == name
         found = None
         for node in self.nodes():
-            with contextlib.suppress(self.error):  # it went away while we were looking
+            with contextlib.suppress(self.error):  # the node disappeared meanwhile
                 if fits(node.get_name() or "") and (role is None or role_of(node) == role):
                     found = node
         return found
@@ -290,11 +293,11 @@ class Interface:
         wait_until(lambda: not self.find(name, role), f"{name!r} leaves the screen", seconds)
 
     def press(self, name, role=None, seconds=PATIENCE_SECONDS):
-        """Uses a control: its press action, or what comes nearest."""
+        """Waits for a control and performs its press action, or the closest to it."""
         self.use(self.wait_for(name, role, seconds))
 
     def use(self, node):
-        """The same for a node that was found already."""
+        """Performs the press action of a node, or the closest to it."""
         actions = {node.get_action_name(index): index for index in range(node.get_n_actions())}
         for wanted in ("Press", "Toggle", "ShowMenu"):
             if wanted in actions:
@@ -303,11 +306,11 @@ class Interface:
         raise StageError(f"{node.get_name()!r} offers only {sorted(actions)}")
 
 
-# How each line of Qt's log begins, so that what is serious can be told from the rest.
+# Begins each line of Qt's log with its severity, so that warnings and errors can be recognised.
 LOG_PATTERN = ("%{if-warning}WARNING %{endif}%{if-critical}CRITICAL %{endif}%{if-fatal}FATAL %{endif}"
                "%{if-category}%{category}: %{endif}%{message}")
 COMPLAINT = re.compile(r"(WARNING|CRITICAL|FATAL) |.*(\bERROR: \w+Sanitizer|: runtime error: )")
-# What Qt may complain of although nothing is wrong with the program, as regular expressions, each with the reason.
+# Warnings of Qt that are not the program's fault: regular expressions, each with the reason.
 ALLOWED_COMPLAINTS = {
     r"WARNING qt\.accessibility\.atspi: AtSpiAdaptor::\w+ does not implement \"GetApplicationBusAddress\"":
         "newer clients of at-spi2 ask every program for a bus of its own; Qt has none, and the usual one serves",
@@ -324,27 +327,29 @@ ALLOWED_COMPLAINTS = {
 
 
 class Application(Process):
-    """The built program in its window. Its log is kept; where Qt or the QML engine complained, its end fails the test."""
+    """The built program. Its log is kept in memory. If Qt or the QML engine has complained there, leaving the `with` block fails
+    the test.
+    """
 
     def __init__(self, build, *arguments, environment=None, scale=None, user=None, **options):
         settings = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-                    "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",  # who is in front of the computer is not asked
+                    "DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent",  # hides the computer's login manager
                     "LANGUAGE": "fr", "QT_MESSAGE_PATTERN": LOG_PATTERN,
                     "QT_FORCE_STDERR_LOGGING": "1",  # some distributions' Qt writes to the system's journal otherwise
                     **(environment or {})}
         if scale:
             settings["QT_SCALE_FACTOR"] = str(scale)
-        self.log_descriptor = os.memfd_create("Fenwhirl's log")  # a file needs a folder that every account may write to
+        self.log_descriptor = os.memfd_create("Fenwhirl's log")  # a file would need a folder that every account may write to
         account = {"user": user, "group": user, "extra_groups": []} if user else {}
         super().__init__([build / "bin/Fenwhirl", *arguments], env=settings, stderr=self.log_descriptor, **account, **options)
 
     def log(self):
-        """What it has written to its standard error until now."""
+        """What the program has written to its standard error so far."""
         size = os.fstat(self.log_descriptor).st_size
         return os.pread(self.log_descriptor, size, 0).decode("utf-8", "replace")
 
     def complaints(self):
-        """The lines of its log that should not be there."""
+        """The warnings and errors in its log that are not explicitly allowed."""
         return [line for line in self.log().splitlines() if COMPLAINT.match(line)
                 and not any(re.match(allowed, line) for allowed in ALLOWED_COMPLAINTS)]
 
@@ -355,12 +360,12 @@ class Application(Process):
         if kind is Interrupted:
             return
         if kind is not None:
-            sys.stderr.write(log)  # it may tell why
+            sys.stderr.write(log)  # it may explain the failure
         elif complaints:
             raise StageError("the application's log has\n" + "\n".join(complaints))
 
     def window(self):
-        """The X11 name of its main window, once that is shown."""
+        """Waits until the main window is shown; returns its X11 window ID."""
         return wait_until(self.window_now, "the main window is shown")
 
     def window_now(self):
@@ -375,7 +380,7 @@ class Application(Process):
 
 
 def install_helper(build):
-    """Puts the helper where the application installs it. Needs to be root of this private world."""
+    """Installs the helper where the application would install it. Needs to be root of this private namespace."""
     HELPER.parent.mkdir(parents=True, exist_ok=True)
     copy = HELPER.with_suffix(".copy")  # a file that is being executed can be replaced, but not written
     shutil.copy(build / "bin/Fenwhirl", copy)
@@ -385,7 +390,7 @@ def install_helper(build):
 
 
 def cover_temporary_files(*needed):
-    """Lays an empty folder of temporary files over the computer's, for this world alone; what is needed is still there.
+    """Mounts an empty /tmp over the computer's in this namespace; the `needed` folders below it stay available.
 
     Needs mounts of its own.
     """
@@ -398,18 +403,18 @@ def cover_temporary_files(*needed):
         subprocess.run(["mount", "--no-canonicalize", "--rbind", f"/proc/self/fd/{descriptor}", place], check=True,
                        pass_fds=[descriptor])
         os.close(descriptor)
-    os.chdir(where)  # the same folder, by its new way
+    os.chdir(where)  # the same folder, through the new mount
 
 
 def can_become(user):
-    """Whether this private world knows the account: with real root it does, in a user's own namespace only root is known."""
+    """Whether this process can become that user: real root can, but a user's own namespace contains only root."""
     with open("/proc/self/uid_map", encoding="ascii") as lines:
         ranges = [[int(word) for word in line.split()] for line in lines]
     return os.geteuid() == 0 and any(first <= user < first + count for first, _, count in ranges)
 
 
 def become_ordinary_user(user=65534):
-    """Gives up all rights for good, as the tests of an ordinary user must; needs real root before."""
+    """Gives up root rights permanently, as tests of an ordinary user must. Needs real root."""
     home = SCRATCH / "home"
     runtime = SCRATCH / "user"
     for folder in (home, runtime):

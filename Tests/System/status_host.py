@@ -1,12 +1,12 @@
-"""A desktop's place for status items: what a panel with a notification area does on the session bus, without the panel."""
+"""A host for status items: does on the session bus what a panel with a notification area does, without a panel."""
 
 import threading
 
 
 class StatusHost:
-    """Welcomes status items (org.kde.StatusNotifierItem) and presses them.
+    """Accepts status items (org.kde.StatusNotifierItem) and presses them.
 
-    The session bus is the one of the environment, so it must be set before. Answers come from a thread of its own.
+    It uses the session bus of the environment, which must be set before, and answers on its own thread.
     """
 
     WATCHER = "org.kde.StatusNotifierWatcher"
@@ -53,7 +53,7 @@ class StatusHost:
         }[name]()
 
     def press(self, x, y):
-        """Presses the item as if it stood at that place of the screen."""
+        """Presses the item as if it were at that position of the screen."""
         self.bus.call_sync(self.item, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
                            self.glib.Variant("(ii)", (x, y)), None, self.gio.DBusCallFlags.NONE, -1, None)
 

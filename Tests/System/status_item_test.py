@@ -1,4 +1,4 @@
-"""The status item under the panels that desktops really have: a host for status notifier items, and a classic tray."""
+"""Tests of the status item with real desktop panels: a host for status notifier items, and a classic tray."""
 
 import contextlib
 import time
@@ -54,7 +54,7 @@ class UnderAPanel(unittest.TestCase):
             desktop.start_panel()
             desktop.start()
             point, _ = self.open_panel(desktop)
-            time.sleep(0.6)  # two clicks in quick succession are meant as one
+            time.sleep(0.6)  # the program treats two clicks in quick succession as one
             desktop.click(*point)
             stage.wait_until(lambda: not desktop.windows(), "the panel closes")
             desktop.polls()
@@ -129,7 +129,7 @@ class UnderAClassicTray(unittest.TestCase):
 
 
 class ThePanelsEdge(unittest.TestCase):
-    """Over something white, in the light appearance: whatever is dark there is no part of the panel."""
+    """The panel over a white window, in the light appearance: any dark pixel at its edge does not belong to it."""
 
     @contextlib.contextmanager
     def opened(self, compositor):
@@ -145,7 +145,7 @@ class ThePanelsEdge(unittest.TestCase):
 
     @staticmethod
     def brightness(x, y, width=1, height=1):
-        """Of the darkest point there on the screen, 0 to 255."""
+        """The brightness of the darkest pixel in that rectangle of the screen, 0 to 255."""
         return int(float(run("import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-colorspace", "gray",
                              "-format", "%[fx:255*minima]", "info:") or -1))
 
@@ -163,7 +163,7 @@ class ThePanelsEdge(unittest.TestCase):
             stage.wait_until(lambda: 0x80 < self.brightness(x + 220, bottom + 6) < 0xF0,
                              lambda: f"a shadow below; there is {self.brightness(x + 220, bottom + 6)}")
             self.assertGreater(self.brightness(x + 1, y + height - 2), 0xF8, "the shadow ends before its window does")
-            # The panel itself stands inside the screen, and what lies around it is no part of it.
+            # The panel itself is entirely on the screen, and a click on its shadow counts as a click outside.
             self.assertLessEqual(x + 50 + 340, 1280)
             self.assertIn("50, 50, 32, 68", run("xprop", "-id", desktop.panel_window()[0], "_GTK_FRAME_EXTENTS"))
             desktop.click(x + 20, y + 200)

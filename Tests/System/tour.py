@@ -1,8 +1,8 @@
 #!/usr/bin/python3
-"""A walk through Fenwhirl on a display of its own, told as a short table, with pictures.
+"""Walks through Fenwhirl on a virtual display; prints a short table and saves screenshots.
 
-Runs inside Packaging/Linux/private-namespace. What the table says was read from the screen, through the accessibility
-tree, and what the fans do from the simulated Mac.
+Runs inside Packaging/Linux/private-namespace. The temperatures in the table are read from the screen through the accessibility
+tree, and the fans from the simulated Mac.
 """
 
 import argparse
@@ -27,7 +27,7 @@ class Tour:
         os.environ.update(display.environment())
         bus = stack.enter_context(stage.SessionBus())
         os.environ.update(bus.environment())
-        # Numbers are written as in France, like the words.
+        # Formats numbers as in France, to match the language.
         os.environ.pop("LC_ALL", None)
         os.environ["LANG"] = "fr_FR.UTF-8"
         self.application = stack.enter_context(stage.Application(options.build, scale=scale))
@@ -60,7 +60,7 @@ class Tour:
                          for _, rpm, target, mode in found) or "none"
 
     def first_fan(self):
-        """The speed of the first fan and where it is being steered."""
+        """The speed and the target of the first fan."""
         state = self.mac.tell("state")[0]
         found = re.search(r"fan0=([\d.]+)/([\d.]+)/", state)
         return (float(found.group(1)), float(found.group(2))) if found else (0.0, 0.0)
@@ -131,7 +131,7 @@ class Tour:
 
 
 def main(walk=Tour.road):
-    """Makes the stage that the options ask for and goes the walk; returns the exit status."""
+    """Parses the options, starts everything, and runs the walk; returns the exit status."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", type=pathlib.Path, required=True)
     parser.add_argument("--pictures", type=pathlib.Path, required=True)

@@ -1,8 +1,8 @@
 #!/usr/bin/python3
-"""Everything Fenwhirl says in every language, as pictures, at the window's usual size and at its smallest.
+"""Takes screenshots of everything Fenwhirl shows, in every language, at the window's default size and at its smallest.
 
-Pages, panel, introduction, dialogs, menus and troubles: the walk of tour_pages.py, made once in each language. What does not
-fit into the window is scrolled to; the last picture of a page shows its end. A folder for each language.
+It repeats the walk of tour_pages.py (pages, panel, introduction, dialogs, menus and error states) in each language. Pages that do
+not fit into the window are scrolled; the last picture of a page shows its end. Each language has its own folder.
 
 Runs inside Packaging/Linux/private-namespace.
 """
@@ -23,11 +23,11 @@ from pictured_mac import PicturedMac
 from status_host import StatusHost
 
 SIZES = [(1040, 680), (920, 560)]
-WHEEL_POINTS = 60  # a notch of the mouse wheel scrolls a page by so much
+WHEEL_POINTS = 60  # how far a notch of the mouse wheel scrolls a page
 
 
 class Names(list):
-    """Names on the screen, counted by their French text."""
+    """A list of names on the screen, in which count() takes a French text."""
 
     def __init__(self, names, words):
         super().__init__(names)
@@ -38,7 +38,7 @@ class Names(list):
 
 
 class Interface(stage.Interface):
-    """The screen, asked in French whatever language it speaks."""
+    """The interface in any language, queried with French texts."""
 
     def __init__(self, words):
         super().__init__()
@@ -90,23 +90,23 @@ class Tour(tour_pages.Tour):
             before = self.places()
             self.wheel((size[1] - 2 * WHEEL_POINTS) // WHEEL_POINTS)
             file = self.one_picture(f"{name}-{size[0]}-{number}")
-            if self.places() == before:  # nothing moved: the picture before was its end
+            if self.places() == before:  # nothing moved: the previous picture showed the end of the page
                 file.unlink()
                 self.count -= 1
                 break
         self.scroll(downwards=False)
 
     def places(self):
-        """How far down everything stands, which scrolling changes. What is out of sight is not in the list."""
+        """The vertical position of every visible node, which scrolling changes."""
         return [(stage.role_of(node), node.get_extents(self.screen.atspi.CoordType.SCREEN).y) for node in self.screen.nodes()]
 
     def both_ends(self, name):
-        self.picture(name)  # shows the whole of it
+        self.picture(name)  # already scrolls through the whole page
 
     def windows(self, title="^Fenwhirl$"):
         return [(title, 0)] if title.isdigit() else super().windows(title)
 
-    # --- Hands ---
+    # --- Actions ---
 
     def resize(self, size):
         subprocess.run(["xdotool", "windowsize", "--sync", self.window(), *map(str, size)], check=True)
@@ -117,7 +117,7 @@ class Tour(tour_pages.Tour):
         self.rest()
 
     def dialog_of_qt(self):
-        """A window that is neither the program's own nor its panel; its title has the words of Qt."""
+        """The X11 window ID of Qt's own dialog: a window of the program with another title than "Fenwhirl"."""
         answer = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.application.child.pid)],
                                 capture_output=True, text=True, check=False).stdout
         for window in answer.split():
@@ -127,7 +127,7 @@ class Tour(tour_pages.Tour):
         return None
 
     def report(self):
-        """As there, but the question where to save it has the words of Qt."""
+        """As in tour_pages.py, but finds the save dialog by its window, because its texts are Qt's own."""
         self.open_page("settings")
         switch = "Inclure un test des ventilateurs (6 secondes)"
         stage.wait_until(lambda: self.scroll() or self.screen.find(switch, "check box"), "the page is scrolled")
@@ -139,7 +139,7 @@ class Tour(tour_pages.Tour):
         stage.wait_until(lambda: not self.dialog_of_qt(), "the question goes")
         self.screen.wait_for("Créer le rapport")
 
-    # --- The walk ---
+    # --- Walk ---
 
     def walk(self):
         began = time.monotonic()
@@ -147,7 +147,7 @@ class Tour(tour_pages.Tour):
         with PicturedMac(self.build) as self.mac:
             for part in (self.first_start, self.update, self.in_control, self.old_helper, self.no_fans):
                 if self.only in (None, part.__name__):
-                    # A walk that ended early may have left one.
+                    # A walk that ended early may have left a helper.
                     shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
                     part()
             shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
@@ -174,14 +174,14 @@ def main():
         display.start_window_manager()
         os.environ.update(display.environment())
         stack.enter_context(stage.Process(["xcompmgr"]))
-        # Numbers are written as in France; the interface has its own language.
+        # Formats numbers as in France; the language of the interface is set by its preferences.
         os.environ.pop("LC_ALL", None)
         os.environ["LANG"] = "fr_FR.UTF-8"
         os.environ.update(stack.enter_context(stage.SessionBus()).environment())
         host = stack.enter_context(StatusHost())
         maker = tour_pages.play_the_maker(options.build)
         for language in options.language or LANGUAGES:
-            try:  # a language that ends early leaves the others their pictures
+            try:  # a failure in one language does not end the tour of the others
                 Tour(options, language, host, maker).walk()
             except stage.StageError as error:
                 print(f"The tour in {LANGUAGES[language]} ended early: {error}", file=sys.stderr)

@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""Everything Fenwhirl can show, as pictures: pages, panel, introduction, dialogs, menus and troubles, dark and light.
+"""Takes screenshots of everything Fenwhirl can show: pages, panel, introduction, dialogs, menus and error states, dark and light.
 
-Runs inside Packaging/Linux/private-namespace. Every picture is the real program with a real helper before a simulated Mac;
-a screen reader's eyes and hands lead it there. The readings that are seen are held still, so that two tours can be
-compared picture by picture.
+Runs inside Packaging/Linux/private-namespace. Every picture shows the real program with a real helper and a simulated Mac; the
+tour operates it through the accessibility tree. The visible readings are fixed, so that two tours can be compared picture by
+picture.
 """
 
 import argparse
@@ -32,7 +32,7 @@ PAGES = {"dashboard": "Tableau de bord", "fans": "Ventilateurs", "sensors": "Cap
 
 
 class Tour:
-    """One appearance of the program, from the first start to the last trouble."""
+    """The tour in one appearance (dark or light), from the first start to the last error state."""
 
     def __init__(self, options, theme, host, maker):
         self.build = options.build
@@ -49,13 +49,13 @@ class Tour:
 
     @contextlib.contextmanager
     def started(self, onboarded=True, shown=True, **preferences):
-        """Fenwhirl with its window on the screen, unless it is not to be shown."""
+        """Runs Fenwhirl, with its window on the screen if `shown` is true."""
         PREFERENCES.parent.mkdir(parents=True, exist_ok=True)
         PREFERENCES.write_text(json.dumps({"theme": self.theme, "didOnboard": onboarded,
                                            "brenor.update.lastCheck": time.time(), **preferences}), encoding="utf-8")
         with stage.Application(self.build, scale=SCALE) as self.application:
             if onboarded and shown:
-                # It starts without a window; a second start brings that.
+                # The program starts hidden; a second start makes it show its window.
                 stage.wait_until(lambda: self.host.item, "the status item is there")
                 with stage.Application(self.build, scale=SCALE) as second:
                     second.child.wait(stage.PATIENCE_SECONDS)
@@ -66,7 +66,7 @@ class Tour:
             self.host.item = None
 
     def windows(self, title="^Fenwhirl$"):
-        """The windows on the screen, as (X11 name, width)."""
+        """The windows on the screen with this title, as (X11 window ID, width)."""
         found = []
         answer = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", title],
                                 capture_output=True, text=True, check=False).stdout
@@ -79,14 +79,14 @@ class Tour:
         return found
 
     def window(self, narrow=False):
-        """The main window, or the panel, which is narrow."""
+        """The X11 window ID of the main window, or, with `narrow`, of the panel."""
         fits = [window for window, width in self.windows() if (width <= 460 * SCALE) == narrow]
         return fits[0] if fits else None
 
     # --- Pictures ---
 
     def picture(self, name, narrow=False, title=None):
-        """Saves what a window shows, as soon as it shows the same twice: then all motion has ended."""
+        """Saves a screenshot of a window, as soon as two in a row are equal: then all animations have ended."""
         file = self.folder / f"{name}-{self.theme}.png"
         file.parent.mkdir(parents=True, exist_ok=True)
         shot = before = None
@@ -104,7 +104,7 @@ class Tour:
         print(f"  {file.relative_to(self.folder)}", flush=True)
 
     def shot(self, narrow, title=None):
-        """What a window shows now; of the panel also what lies around it, which its round corners let through."""
+        """The current content of a window as PPM. The panel's includes its surroundings, which its round corners let show."""
         window = next((name for name, _ in self.windows(title)), None) if title else self.window(narrow)
         if window is None:
             return None
@@ -120,13 +120,13 @@ class Tour:
         return subprocess.run(["import", *what, "ppm:-"], capture_output=True, check=False).stdout
 
     def both_ends(self, name):
-        """A page's beginning, and its end after scrolling."""
+        """Takes pictures of the top of a page, and of its end after scrolling."""
         self.picture(name)
         self.scroll()
         self.picture(f"{name}-scrolled")
         self.scroll(downwards=False)
 
-    # --- Hands ---
+    # --- Actions ---
 
     def open_page(self, name):
         self.screen.press(PAGES[name], "page tab")
@@ -134,17 +134,17 @@ class Tour:
         self.rest()
 
     def rest(self):
-        """Moves the pointer away, so that nothing is hovered."""
+        """Moves the pointer away, so that no control is in its hover state."""
         subprocess.run(["xdotool", "mousemove", "0", "0"], check=True)
 
     def press_elsewhere(self):
-        """Presses an empty place of the window: whatever is open closes."""
+        """Clicks on an empty part of the window, which closes any open menu or panel."""
         subprocess.run(["xdotool", "mousemove", "--window", self.window(), str(100 * SCALE), str(440 * SCALE),
                         "click", "1"], check=True)
         self.rest()
 
     def scroll(self, downwards=True):
-        """Turns the wheel over the page until nothing moves any more."""
+        """Turns the mouse wheel over the page far enough to reach its end (or its top)."""
         subprocess.run(["xdotool", "mousemove", "--window", self.window(), str(600 * SCALE), str(280 * SCALE),
                         "click", "--repeat", "60", "--delay", "2", "5" if downwards else "4"], check=True)
         self.rest()
@@ -166,7 +166,7 @@ class Tour:
 
     @contextlib.contextmanager
     def failing_installation(self):
-        """The folder of the helper cannot be made, because something else bears its name."""
+        """Makes the installation of the helper fail: a file with the name of its folder is in the way."""
         shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
         stage.HELPER.parent.write_text("", encoding="utf-8")
         yield
@@ -180,10 +180,10 @@ class Tour:
         self.press_elsewhere()
         stage.wait_until(lambda: not self.window(narrow=True), "the panel closes")
 
-    # --- The walk ---
+    # --- Walk ---
 
     def first_start(self):
-        """The introduction without enabling anything, and what reading alone looks like."""
+        """The introduction without enabling anything, and the pages while Fenwhirl can only read."""
         with self.started(onboarded=False):
             self.screen.wait_for("Bienvenue dans Fenwhirl")
             self.picture("onboarding/0")
@@ -217,7 +217,7 @@ class Tour:
                 self.both_ends("states/dashboard-banners")
 
     def in_control(self):
-        """With the helper: presets, modes, heat, refusals, a helper of another age."""
+        """With the helper: presets, modes, applications, heat, the report, and refusals."""
         with self.started(onboarded=False):
             self.screen.press("Suivant")
             self.screen.press("Activer le contrôle")
@@ -255,7 +255,7 @@ class Tour:
             self.picture("dialogs/quit")
             self.screen.press("Annuler")
         self.open_page("dashboard")
-        # Without the system's tool there is nothing to list.
+        # Without `ps` the program cannot list any process.
         subprocess.run(["mount", "--bind", "/dev/null", "/usr/bin/ps"], check=True)
         self.open_page("apps")
         self.screen.wait_for("Aucune application ne sollicite beaucoup le processeur.")
@@ -285,7 +285,7 @@ class Tour:
         self.screen.press("Créer le rapport")
         self.screen.wait_for("Création en cours…")
         self.picture("states/settings-report-busy")
-        # The question where to save it: there is no desktop here with a dialog of its own.
+        # The save dialog is Qt's own, because no desktop provides one here.
         self.screen.wait_for("Annuler", "push button")
         self.picture("dialogs/save", title="^Enregistrer")
         self.screen.press("Annuler", "push button")
@@ -300,7 +300,7 @@ class Tour:
         self.mac.tell("accept all")
 
     def update(self):
-        """A newer version is offered at launch, while no other window is there."""
+        """The offer of a newer version at launch, while no other window is open."""
         if self.maker is None:
             print("  (no picture of an update: a network of our own is not allowed here)", flush=True)
             return
@@ -309,7 +309,7 @@ class Tour:
             self.picture("dialogs/update", narrow=True)
 
     def old_helper(self):
-        """The helper that is installed is of an earlier program."""
+        """The installed helper belongs to an earlier version of the program."""
         stage.install_helper(self.build)
         stage.HELPER.write_text("#!/bin/sh\necho 0.9\n", encoding="ascii")
         with self.started():
@@ -340,7 +340,7 @@ class Tour:
             self.panel("states/panel-no-smc")
 
     def sizes(self):
-        """An ordinary Mac in the smallest and in large windows, and the chart being read."""
+        """An ordinary Mac in the smallest and in large windows, and the chart with the keyboard focus."""
         with self.started():
             self.choose_preset("Équilibré")
             self.mac.hold()
@@ -357,7 +357,7 @@ class Tour:
             self.picture("states/dashboard-chart-focus")
 
     def many(self):
-        """More than any Mac has, in the smallest and in a large window."""
+        """More fans and sensors than any Mac has, in the smallest and in a large window."""
         self.mac.crowd(fans=30, sensors=500)
         with self.started():
             self.mac.hold()
@@ -380,7 +380,7 @@ class Tour:
 
 
 def play_the_maker(build):
-    """The web site with a newer version; None where it cannot be played."""
+    """Starts the fake web site with a newer version; returns None where that is not possible."""
     domain = makers_domain(build)
     try:
         return Site(domain, move_in(domain).certificate_for(domain), "0.2")
@@ -408,9 +408,9 @@ def main():
             display = stack.enter_context(stage.Display(*SCREEN, SCALE))
             display.start_window_manager()
             os.environ.update(display.environment())
-            # As on most desktops: what is translucent shows what lies under it. The ground becomes grey with that.
+            # With a compositor, as on most desktops, translucent parts show what lies under them. It makes the background grey.
             stack.enter_context(stage.Process(["xcompmgr"]))
-            # Numbers are written as in France; the interface follows.
+            # Formats numbers as in France, and makes the interface French.
             os.environ.pop("LC_ALL", None)
             os.environ["LANG"] = "fr_FR.UTF-8"
             os.environ.update(stack.enter_context(stage.SessionBus()).environment())

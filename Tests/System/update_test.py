@@ -1,4 +1,4 @@
-"""The daily look for a newer version, by the built program: the maker's web site is played on this computer."""
+"""Tests of the built program's daily update check, against a fake of the vendor's web site on this computer."""
 
 import contextlib
 import json
@@ -23,7 +23,7 @@ class Updates(unittest.TestCase):
         except OSError as error:
             self.skipTest(str(error))
         self.stranger = Authority("stranger")
-        # What the desktop would open an address with.
+        # Replaces xdg-open, which the desktop would open addresses with.
         browser = WORK / "bin/xdg-open"
         browser.parent.mkdir()
         browser.write_text(f'#!/bin/sh\nprintf "%s" "$1" > {OPENED}.new && mv {OPENED}.new {OPENED}\n', encoding="ascii")
@@ -47,7 +47,7 @@ class Updates(unittest.TestCase):
         return json.loads(self.file.read_text(encoding="utf-8"))
 
     def launch(self, **preferences):
-        """Starts the program as on any day after the first."""
+        """Starts the program with its introduction already completed."""
         if not self.file.exists():
             self.file.parent.mkdir(parents=True)
             self.file.write_text(json.dumps({"didOnboard": True, "language": "fr", **preferences}), encoding="utf-8")
@@ -68,7 +68,7 @@ class Updates(unittest.TestCase):
         self.screen.wait_until_gone("Une nouvelle version est disponible")
         self.assertEqual(program.stop(), 0)
 
-        # The same day nothing is asked; the next day the same version is not offered again.
+        # On the same day it does not check again; the next day it does not offer the same version again.
         program = self.launch()
         stage.wait_until(self.screen.root, "the program is there")
         self.assertEqual(program.stop(), 0)

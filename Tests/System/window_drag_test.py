@@ -1,4 +1,4 @@
-"""The main window is dragged by its title bar and by that alone, under a window manager that draws one."""
+"""Tests that only its title bar drags the main window, under a window manager that draws one."""
 
 import re
 import unittest
@@ -18,18 +18,18 @@ class DraggingTheWindow(unittest.TestCase):
 
     @staticmethod
     def drag(x, y, dx, dy):
-        """Presses there, moves in steps as a hand does, and releases; then moves on."""
+        """Presses at that point, moves in steps as a user does, and releases."""
         run("xdotool", "mousemove", x, y, "mousedown", 1)
         for step in range(1, 9):
             run("xdotool", "mousemove", x + dx * step // 8, y + dy * step // 8)
         run("xdotool", "mouseup", 1)
 
     def rests(self, desktop, window):
-        """Moves the pointer about; whether the window stays where it is all the while."""
+        """Moves the pointer about; returns whether the window stays where it is all the time."""
         place = desktop.main_window()[1:3]
         for x, y in ((900, 500), (400, 300), (1000, 700)):
             run("xdotool", "mousemove", "--sync", x, y)
-            desktop.polls()  # time for a window that follows the pointer
+            desktop.polls()  # gives a window that follows the pointer time to move
             if desktop.main_window()[1:3] != place:
                 return False
         return True
@@ -50,7 +50,7 @@ class DraggingTheWindow(unittest.TestCase):
             extents = run("xprop", "-id", window[0], "_NET_FRAME_EXTENTS")
             title = int(re.findall(r"\d+", extents)[2])
             self.assertGreater(title, 10)
-            # Where the content begins on the screen: the frame lies before it.
+            # The top of the content on the screen; the title bar is above it.
             top = int(re.search(r"Absolute upper-left Y:\s+(-?\d+)", run("xwininfo", "-id", window[0])).group(1))
             self.drag(before[1] + 300, top - title // 2, -40, 30)
             stage.wait_until(lambda: desktop.main_window()[1:3] != before[1:3], "the window moves")

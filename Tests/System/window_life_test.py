@@ -1,4 +1,4 @@
-"""The life of the main window: hidden and first starts, closing, coming back, and the second start of the program."""
+"""Tests of the main window's life cycle: hidden and first starts, closing, coming back, and second starts of the program."""
 
 import subprocess
 import unittest
@@ -145,7 +145,7 @@ class Size(unittest.TestCase):
 
 
 def constant_fans(count, rpm):
-    """The saved settings of fans that all run at one speed."""
+    """Preferences with all fans at one constant speed."""
     import base64
     import json
     setting = {"mode": "constant", "constantRPM": rpm, "sensorKey": "", "startTemp": 50, "maxTemp": 90}
