@@ -79,7 +79,7 @@ class Appearance(Portals, unittest.TestCase):
             self.wait_for_color(window, DARK, "+268+640")
 
     def frames_of_page_changes(self, animations):
-        """Counts the frames that each of five page changes takes."""
+        """Counts the frames that are drawn for each of five page changes."""
         with Desktop() as desktop:
             self.portal(desktop, "1", animations)
             self.show(desktop, **FRAMES)

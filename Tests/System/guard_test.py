@@ -17,7 +17,7 @@ from stage import rounds, wait_until
 
 GONE_SECONDS = 10
 SILENCE_SECONDS = 10
-REACTION_SECONDS = 4  # from the end of the silence to the hand-back; allows for the time since the last sign of life
+REACTION_SECONDS = 4  # from the end of the silence to the hand-back; includes the last sign of life and the guard's own steps
 
 
 class GuardTest(HelperTest):

@@ -10,7 +10,7 @@ from helper_stage import BUILD, ROOT
 
 EXECUTABLE = str(BUILD / "bin/Fenwhirl")
 
-# Every function of the C library that the helper may import, grouped by purpose. Adding one is a deliberate decision.
+# Every function of the C library that the helper may import, grouped by what needs it. Adding one is a deliberate decision.
 ALLOWED_IMPORTS = set("""
     __cxa_finalize __errno_location __libc_start_main __stack_chk_fail __tls_get_addr __gmon_start__
     __libc_single_threaded _dl_find_object dl_iterate_phdr _ITM_deregisterTMCloneTable _ITM_registerTMCloneTable

@@ -137,7 +137,7 @@ class Start:
             signal.signal(-status, signal.SIG_DFL)
         signal.pthread_sigmask(signal.SIG_SETMASK, [])
         os.kill(os.getpid(), -status)
-        os._exit(198)
+        os._exit(198)  # normally not reached: the signal above ends this process like the child
 
     def run_in_child(self, errors, groups, ends):
         if self.group:

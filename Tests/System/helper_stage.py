@@ -64,7 +64,7 @@ class HelperTest(unittest.TestCase):
 
     def setUp(self):
         if self.mac:
-            self.mac.tell("answer")
+            self.mac.tell("answer")  # an earlier test may have made the simulated Mac silent or faulty
             self.helper("auto")
             self.seen = self.last_write()
 

@@ -22,7 +22,7 @@ class PanelWindow(unittest.TestCase):
         desktop.key("Escape")
         stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
         closed = time.monotonic()
-        # The program takes a click shortly after the closing for the click that closed the panel.
+        # Shortly after the panel has closed, the program mistakes a click for the one that closed it.
         stage.wait_until(lambda: time.monotonic() - closed > 0.4, "a click opens it again")
 
     @staticmethod

@@ -14,7 +14,7 @@ from helper_stage import is_running, processes
 from scene import Scene
 
 SERVICE = pathlib.Path(__file__).with_name("fake_systemd.py")
-SILENCE_SECONDS = 14  # the guard's ten seconds, plus time for the last poll and for the hand-back
+SILENCE_SECONDS = 14  # the guard's ten seconds, plus time for the last poll and the guard's own steps
 
 
 class WhileTheProgramIsStopped(unittest.TestCase):

@@ -104,7 +104,7 @@ class Tour:
         print(f"  {file.relative_to(self.folder)}", flush=True)
 
     def shot(self, narrow, title=None):
-        """The current content of a window as PPM. The panel's includes its surroundings, which its round corners let show."""
+        """The current content of a window as PPM. The panel's includes its surroundings, which show at its round corners."""
         window = next((name for name, _ in self.windows(title)), None) if title else self.window(narrow)
         if window is None:
             return None
@@ -408,7 +408,7 @@ def main():
             display = stack.enter_context(stage.Display(*SCREEN, SCALE))
             display.start_window_manager()
             os.environ.update(display.environment())
-            # With a compositor, as on most desktops, translucent parts show what lies under them. It makes the background grey.
+            # With a compositor, as on most desktops, translucent parts show what is under them. It also makes the background grey.
             stack.enter_context(stage.Process(["xcompmgr"]))
             # Formats numbers as in France, and makes the interface French.
             os.environ.pop("LC_ALL", None)

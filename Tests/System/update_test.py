@@ -23,7 +23,8 @@ class Updates(unittest.TestCase):
         except OSError as error:
             self.skipTest(str(error))
         self.stranger = Authority("stranger")
-        # Replaces xdg-open, which the desktop would open addresses with.
+        # Replaces xdg-open, which the desktop would open addresses with. The script renames the finished file, so that the test
+        # never reads half of an address.
         browser = WORK / "bin/xdg-open"
         browser.parent.mkdir()
         browser.write_text(f'#!/bin/sh\nprintf "%s" "$1" > {OPENED}.new && mv {OPENED}.new {OPENED}\n', encoding="ascii")

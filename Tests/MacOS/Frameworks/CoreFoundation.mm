@@ -115,7 +115,7 @@ CFIndex CFStringGetLength(CFStringRef text) {
 }
 
 CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding) {
-    return 3 * length;
+    return 3 * length; // a UTF-16 code unit takes at most three bytes in UTF-8
 }
 
 Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex size, CFStringEncoding encoding) {

@@ -38,7 +38,7 @@ void checkEnd();
 // 13.0 unless a test says otherwise.
 void setSystemVersion(int major);
 
-// What the fake answers: set by a test before it creates the objects that ask.
+// What the fake answers. Tests change it, and checkEnd() resets it.
 struct Settings {
     bool hasStatusButton = true;
     std::vector<QString> symbols = {QStringLiteral("fan")};

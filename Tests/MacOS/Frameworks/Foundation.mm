@@ -428,7 +428,7 @@ void FakeMac::post(NSNotificationCenter* center, NSString* name, NSDictionary* u
     @autoreleasepool {
         NSNotification* notification = [[NSNotification alloc] init];
         notification.userInfo = userInfo;
-        const std::vector<FakeObserver*> told = allObservers();
+        const std::vector<FakeObserver*> told = allObservers(); // a copy: a block may add or remove observers
         for (FakeObserver* observer : told) {
             if (observer.center != center || ![observer.name isEqualToString:name])
                 continue;
@@ -618,7 +618,7 @@ static NSAppleEventManager* theEvents = nil;
 
 @end
 
-// The journal and the rules
+// The journal, the violations and the settings
 namespace {
 
 struct Record {

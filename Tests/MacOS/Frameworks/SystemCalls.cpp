@@ -79,6 +79,8 @@ int FakeMac::setSpawnFlags(void* attributes, short flags) {
 int FakeMac::spawn(pid_t* child, const char* path, const void* actions, const void* attributes,
                    char* const* arguments, char* const* environment) {
     const std::lock_guard lock(spawning());
+    // Emulates POSIX_SPAWN_CLOEXEC_DEFAULT: marks the open descriptors close-on-exec for the duration of the
+    // call. The lock keeps concurrent spawns from seeing that.
     std::vector<int> marked;
     if (attributes != nullptr && std::count(closing().begin(), closing().end(), attributes) > 0) {
         std::erase(closing(), attributes);

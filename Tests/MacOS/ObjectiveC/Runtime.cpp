@@ -55,6 +55,7 @@ Pools& pools() {
     return instance;
 }
 
+// Interns a selector's name, so that equal names have equal pointers.
 const char* unique(const char* name) {
     return state().names.insert(name).first->c_str();
 }
@@ -73,6 +74,8 @@ Class classNamed(const char* name) {
     return found == state().classes.end() ? nullptr : found->second;
 }
 
+// Completes a class at load time, after its superclass: makes the instance size and the offsets of its ivars
+// absolute, links its metaclass, and registers it by name.
 void resolve(Class which) {
     if ((which->info & loadedInfo) != 0)
         return;
@@ -93,6 +96,7 @@ void resolve(Class which) {
     state().classes[which->name] = which;
 }
 
+// Puts the methods of a category in front of those of the class, which they override.
 void addMethods(Class to, objc_method_list* methods) {
     if (methods == nullptr)
         return;
@@ -103,6 +107,7 @@ void addMethods(Class to, objc_method_list* methods) {
     to->methods = methods;
 }
 
+// Whether an object is never freed: nil, string literals and classes.
 bool isForever(id object) {
     if (object == nullptr || isTiny(object) ||
         static_cast<void*>(object->isa) == static_cast<void*>(__CFConstantStringClassReference))
@@ -111,6 +116,7 @@ bool isForever(id object) {
     return object->isa == constantString || (object->isa->info & metaInfo) != 0;
 }
 
+// Looks a method up, with a cache for each class. Null when neither the class nor its superclasses have it.
 objc_slot* slotFor(Class which, SEL selector) {
     const std::lock_guard lock(state().mutex);
     if (which->cache == nullptr)
@@ -126,6 +132,7 @@ objc_slot* slotFor(Class which, SEL selector) {
                 .first->second;
 }
 
+// The implementation of every message to nil.
 id answerToNil(id /*self*/, SEL /*selector*/, ...) {
     return nullptr;
 }
@@ -151,6 +158,7 @@ IMP ownMethod(Class which, SEL selector) {
     return nullptr;
 }
 
+// Runs the constructors of the C++ ivars of a new object, those of the superclass first.
 void construct(id object, Class which) {
     if (which == nullptr)
         return;
