@@ -3,7 +3,7 @@
 
     Packaging/Linux/install-packages run tour test bench
     cmake --preset bench -D FENWHIRL_TESTS=OFF
-    cmake --build --preset bench --target Fenwhirl FenwhirlApp fenwhirl-guard simulated-mac QuickFloor WindowWatch
+    cmake --build --preset bench --target Fenwhirl FenwhirlApp fenwhirl-guard simulated-mac QuickFloor WindowMonitor
     Packaging/Linux/private-namespace Benchmarks/DesktopBenchmark.py build/bench [--seconds 75] [--runs 9]
 
 Needs real root, for the peer's sensors. Prints one line per figure: the figure, the figure it is compared with, their ratio,
@@ -118,7 +118,7 @@ class Watch(stage.Process):
     SMALLEST = 150  # in points; narrower windows are ignored
 
     def __init__(self, build):
-        super().__init__([build / "benchmarks/WindowWatch"], stdout=subprocess.PIPE)
+        super().__init__([build / "benchmarks/WindowMonitor"], stdout=subprocess.PIPE)
         self.lines = stage.Lines(self.child.stdout)
         assert self.lines.next() == "READY"
         self.shown = set()
@@ -153,11 +153,11 @@ def peer(desktop, hides):
         pid = process.child.pid  # `exec` keeps the process number
         stage.wait_until(lambda: pathlib.Path(f"/proc/{pid}/comm").read_text(encoding="ascii").strip() == "psensor",
                          "the peer runs")
-        desktop.wait_for_ink()
+        desktop.wait_for_item()
         time.sleep(5)
         assert bool(peer_windows()) != hides, "the peer is not what it is to be measured as"
         yield pid
-    desktop.wait_until_without_ink()
+    desktop.wait_until_item_gone()
 
 
 def peer_windows():
@@ -220,7 +220,7 @@ class Benchmark:
             desktop.start_panel()
             with self.fenwhirl() as process:
                 pid = process.child.pid
-                desktop.wait_for_ink()
+                desktop.wait_for_item()
                 self.rest(desktop)
                 fresh = memory(pid)
                 time.sleep(20)  # by then it has released what only its start needed
@@ -247,7 +247,7 @@ class Benchmark:
         with Desktop(machine="iMac19,1", window_manager=False, speed=1) as desktop, Watch(self.build) as watch:
             desktop.start_panel()
             with self.fenwhirl() as process:
-                desktop.wait_for_ink()
+                desktop.wait_for_item()
                 activate(session())
                 watch.next_picture()
                 time.sleep(3)

@@ -175,7 +175,7 @@ void compareLaunches(const std::string& helper) {
                                      .executablePath = {},
                                      .runAsAdministrator = {},
                                      .group = {},
-                                     .isFitForRoot = true});
+                                     .mayRunAsRoot = true});
     const auto launch = [&](std::vector<double>& times) {
         for (int i = 0; i < startsPerRound; ++i) {
             const auto begin = Clock::now();

@@ -31,7 +31,7 @@
 
 namespace {
 
-constexpr double dearestLine = 2; // cost of a line among 10 000, relative to a line among 100
+constexpr double lineCostBudget = 2; // cost of a line among 10 000, relative to a line among 100
 constexpr double sampleBudget = 1.15;
 constexpr double parsingBudget = 0.05;
 constexpr int rounds = 25;
@@ -93,7 +93,7 @@ double parsingMilliseconds(const QByteArray& listing, int times) {
     for (int round = 0; round < rounds; ++round) {
         costs.push_back(cost([&] {
                             for (int i = 0; i < times; ++i) {
-                                if (foldProcessListing(listing, context()).totalCPU < 0) {
+                                if (groupProcesses(listing, context()).totalCPU < 0) {
                                     std::abort();
                                 }
                             }
@@ -110,7 +110,8 @@ void measureParsing() {
         const double perLine = milliseconds * 1e3 / processes;
         first = processes == 100 ? perLine : first;
         (void)std::printf("parsing of %6d processes %26.3f ms  %.2f us a line  (budget %.2f)%s\n", processes,
-                          milliseconds, perLine, first * dearestLine, verdict(perLine, first * dearestLine));
+                          milliseconds, perLine, first * lineCostBudget,
+                          verdict(perLine, first * lineCostBudget));
     }
 }
 
@@ -165,7 +166,7 @@ void measureSamples(int idle) {
             listing = QByteArray::fromStdString(result ? result->output : std::string());
         }));
         sample.push_back(cost([&] { (void)services.sample(); }));
-        parsing.push_back(cost([&] { (void)foldProcessListing(listing, context()); }));
+        parsing.push_back(cost([&] { (void)groupProcesses(listing, context()); }));
     }
     const double floor = median(bare);
     const double ratio = median(sample) / floor;

@@ -10,12 +10,12 @@
 
 #include <cstring>
 
-class Wish : public QObject {
+class FloorCommands : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    explicit Wish(QQuickWindow& window) : window_(window) {}
+    explicit FloorCommands(QQuickWindow& window) : window_(window) {}
 
 public Q_SLOTS:
 
@@ -39,9 +39,9 @@ int main(int argc, char** argv) {
                     "Window { width: 1040; height: 680; visible: true; title: \"Floor\"\n"
                     "    Text { anchors.centerIn: parent; text: \"hello\" } }");
     auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().value(0));
-    Wish wish(*window);
+    FloorCommands commands(*window);
     QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.registerObject(QStringLiteral("/floor"), &wish, QDBusConnection::ExportScriptableSlots);
+    bus.registerObject(QStringLiteral("/floor"), &commands, QDBusConnection::ExportScriptableSlots);
     bus.registerService(QStringLiteral("com.fenwhirl.floor"));
     return QGuiApplication::exec();
 }

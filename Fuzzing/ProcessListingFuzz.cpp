@@ -76,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray listing(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     const FoldContext context{processors, ownPid, QStringLiteral("/Own.app"),
                               [](const QString& label) { return label; }};
-    const ProcessSample sample = foldProcessListing(listing, context);
+    const ProcessSample sample = groupProcesses(listing, context);
 
     double total = 0;
     qsizetype processes = 0;

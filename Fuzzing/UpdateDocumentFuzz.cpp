@@ -29,7 +29,7 @@ void checkPage(const QUrl& page) {
     const QString named = authority.section(u':', 0, 0);
     fuzzExpect(handedOver.startsWith(QStringLiteral("https://")), "also as text");
     fuzzExpect(named == host, "which names the same host to whoever reads it naively");
-    const std::optional<QUrl> again = makersPage(handedOver, domain);
+    const std::optional<QUrl> again = vendorPage(handedOver, domain);
     fuzzExpect(again && again->toString(QUrl::FullyEncoded) == handedOver, "and is the same when read again");
 }
 
@@ -77,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         checkPage(document->page);
         checkAlert(*document);
     }
-    if (const std::optional<QUrl> page = makersPage(QString::fromUtf8(bytes), domain)) {
+    if (const std::optional<QUrl> page = vendorPage(QString::fromUtf8(bytes), domain)) {
         checkPage(*page);
     }
     const qsizetype end = bytes.indexOf('\0');

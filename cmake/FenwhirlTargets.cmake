@@ -54,9 +54,9 @@ function(fenwhirl_compile_quickly target)
     endif()
 endfunction()
 
-# fenwhirl_room(RESULT): the label of the tests in this folder for ctest -L, which is the path below Tests/
+# fenwhirl_test_label(RESULT): the label of the tests in this folder for ctest -L, which is the path below Tests/
 # ("Fenwhirl/Views").
-function(fenwhirl_room result)
+function(fenwhirl_test_label result)
     cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY "${CMAKE_SOURCE_DIR}/Tests" OUTPUT_VARIABLE room)
     set(${result} "${room}" PARENT_SCOPE)
 endfunction()
@@ -104,7 +104,7 @@ function(fenwhirl_test name)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)
     endif()
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-    fenwhirl_room(room)
+    fenwhirl_test_label(room)
     set(left_out "")
     set(filter "")
     if(APPLE AND arg_NOT_ON_MACOS)

@@ -22,7 +22,7 @@ endfunction()
 # fenwhirl_python_tests(AREA FILE): makes every test method of a Python file one test, "AREA.module.Class.test_method".
 function(fenwhirl_python_tests area file)
     fenwhirl_python_test_methods("${file}" methods)
-    fenwhirl_room(room)
+    fenwhirl_test_label(room)
     foreach(method IN LISTS methods)
         set(name "${area}.${method}")
         add_test(NAME "${name}" COMMAND "${FENWHIRL_PYTHON}" -B -m unittest --verbose "${method}"

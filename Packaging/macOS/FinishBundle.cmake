@@ -44,9 +44,9 @@ endfunction()
 # 1. macdeployqt also scans the application's library in Contents/Frameworks, because the executable itself links no Qt.
 finish_step("putting Qt into the bundle" ignored "${MACDEPLOYQT}" "${BUNDLE}" "-qmldir=${QML_FOLDER}" -always-overwrite)
 
-# finish_look(TITLE PROGRAM ALLOWED): checks that the program has no run path, and that the path of each library that it
+# finish_check_libraries(TITLE PROGRAM ALLOWED): checks that the program has no run path, and that the path of each library that it
 # links begins with one of ALLOWED.
-function(finish_look title program allowed)
+function(finish_check_libraries title program allowed)
     finish_step("looking at ${title}" commands "${OTOOL}" -l "${program}")
     if(commands MATCHES "LC_RPATH")
         message(FATAL_ERROR "FinishBundle: ${title} has a run path; it must not, least of all as a set-user-ID copy")
@@ -66,8 +66,8 @@ endfunction()
 
 # 2. The installed helper is a copy of the executable outside the bundle, so it may link system libraries only and must
 #    have no run path. The guard must work when everything else is broken, so it may link the C library only.
-finish_look("the executable" "${executable}" "/usr/lib/|/System/Library/")
-finish_look("the guard" "${guard}" "/usr/lib/libSystem\\.")
+finish_check_libraries("the executable" "${executable}" "/usr/lib/|/System/Library/")
+finish_check_libraries("the guard" "${guard}" "/usr/lib/libSystem\\.")
 
 # 3. Qt's tool reports success even if it could not find a library. Therefore check that each library that a file of the
 #    bundle names is the system's or in the bundle, and raise the system version that the bundle requires to that of its

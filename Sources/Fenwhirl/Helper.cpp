@@ -19,7 +19,7 @@ namespace {
 // install the helper again.
 constexpr std::string_view versionLine = "3\n";
 
-constexpr std::chrono::seconds patienceWithReaders{3};
+constexpr std::chrono::seconds readerTimeout{3};
 
 // Blocks every signal during a sequence of writes, so that neither ^C nor a logout nor a timer can leave a
 // fan between two modes; pending signals are delivered when the sequence is complete. Only SIGALRM is let
@@ -49,7 +49,7 @@ void print(std::string_view text) {
     // Any descriptor that polls as writable, including a terminal, accepts this many bytes at once.
     constexpr std::size_t mostAtOnce = 128;
     using Clock = std::chrono::steady_clock;
-    const Clock::time_point end = Clock::now() + patienceWithReaders;
+    const Clock::time_point end = Clock::now() + readerTimeout;
     while (!text.empty()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
         if (left <= 0)

@@ -223,7 +223,7 @@ bool actInSilence() {
 // life: while all is well, only the signs of life wake the guard.
 void watch() {
     constexpr int step = 2500; // milliseconds
-    static_assert(GuardRecord::secondsOfSilence * 1000 % step == 0);
+    static_assert(GuardRecord::silenceTimeoutSeconds * 1000 % step == 0);
     int silence = 0; // milliseconds
     bool hasActed = false;
     for (;;) {
@@ -232,7 +232,7 @@ void watch() {
             return;
         case Heard::silence:
             silence += step;
-            if (!hasActed && silence >= GuardRecord::secondsOfSilence * 1000) {
+            if (!hasActed && silence >= GuardRecord::silenceTimeoutSeconds * 1000) {
                 hasActed = actInSilence();
                 silence = 0;
             }
@@ -247,7 +247,7 @@ void watch() {
     }
 }
 
-void letPass(int seconds) {
+void sleepFor(int seconds) {
     timespec left = {.tv_sec = seconds, .tv_nsec = 0};
     while (nanosleep(&left, &left) != 0 && errno == EINTR) {
     }
@@ -269,14 +269,14 @@ void actAtTheEnd() {
         handBackOnce();
         const bool isDone = areAllHandedBack();
         if (untilSecondRun > 0 && (isDone || pause >= untilSecondRun)) {
-            letPass(untilSecondRun);
+            sleepFor(untilSecondRun);
             untilSecondRun = 0;
             readRecord(false); // all fans once more
             continue;
         }
         if (isDone)
             return;
-        letPass(pause);
+        sleepFor(pause);
         untilSecondRun = untilSecondRun > pause ? untilSecondRun - pause : 0;
         pause = longerPause(pause);
     }

@@ -26,7 +26,7 @@ inline constexpr char orderlyEnd = '\x04';
 inline constexpr std::size_t longestLine = 32768;
 
 // An application that sends nothing for so long, in running time, is considered hung or stopped.
-inline constexpr int secondsOfSilence = 10;
+inline constexpr int silenceTimeoutSeconds = 10;
 
 // The only program that the guard ever runs; the path cannot be changed from outside.
 inline constexpr char helperPath[] = "/Library/PrivilegedHelperTools/FenwhirlHelper";

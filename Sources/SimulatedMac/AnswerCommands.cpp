@@ -12,14 +12,14 @@ constexpr std::uint64_t longestDelayMilliseconds = 3'600'000;
 
 enum class Number { none, decimal, hexadecimal };
 
-struct KindWord {
+struct FaultKeyword {
     std::string_view word;
     FaultKind kind;
     Number number;
     std::uint64_t most; // the largest argument
 };
 
-constexpr std::array<KindWord, 6> kindWords{{
+constexpr std::array<FaultKeyword, 6> kindWords{{
     {"silence", FaultKind::silence, Number::none, 0},
     {"hangup", FaultKind::hangUp, Number::none, 0},
     {"length", FaultKind::wrongLength, Number::decimal, AnswerFaults::longestReply},
@@ -67,7 +67,7 @@ bool readLimit(AnswerFault& fault, std::string_view name, std::string_view value
 }
 
 std::optional<AnswerFault> parseFault(Words words) {
-    for (const KindWord& kind : kindWords) {
+    for (const FaultKeyword& kind : kindWords) {
         if (words.empty() || words[0] != kind.word) {
             continue;
         }

@@ -52,7 +52,7 @@ CommandOutcome runSilence(CommandContext& context, Words words, Instant now);
 CommandOutcome runHangUp(CommandContext& context, Words words, Instant now);
 CommandOutcome runAnswer(CommandContext& context, Words words, Instant now);
 
-// WaitCommands.cpp
+// AwaitCommands.cpp
 CommandOutcome runLog(CommandContext& context, Words words, Instant now);
 CommandOutcome runWait(CommandContext& context, Words words, Instant now);
 CommandOutcome runAwait(CommandContext& context, Words words, Instant now);

@@ -38,7 +38,7 @@ void FanFirmware::learn(const KeyStore& keys) {
     modeKeys_.clear();
     const double fans = keys.number(fourCC("FNum")).value_or(0);
     // With the arguments in this order, a NaN becomes 0.
-    count_ = static_cast<unsigned>(std::max(0.0, std::min<double>(fans, mostFans)));
+    count_ = static_cast<unsigned>(std::max(0.0, std::min<double>(fans, maxFanCount)));
     for (unsigned fan = 0; fan < count_; ++fan) {
         for (const FourCC code : {fanKey(fan, "Md"), fanKey(fan, "md")}) {
             if (keys.find(code) != nullptr) {
@@ -70,7 +70,7 @@ bool FanFirmware::isModeKey(FourCC code) const {
     return std::find(modeKeys_.begin(), modeKeys_.end(), code) != modeKeys_.end();
 }
 
-std::uint8_t FanFirmware::judgeWrite(const KeyStore& keys, FourCC code, std::span<const std::uint8_t> bytes,
+std::uint8_t FanFirmware::checkWrite(const KeyStore& keys, FourCC code, std::span<const std::uint8_t> bytes,
                                      double steadySeconds) const {
     if (!isModeKey(code) || isUnlocked(keys, steadySeconds)) {
         return SMCResult::success;

@@ -25,7 +25,7 @@ namespace simulated {
 
 class FanFirmware {
 public:
-    static constexpr unsigned mostFans = 10; // a key has room for one digit
+    static constexpr unsigned maxFanCount = 10; // a key has room for one digit
     static constexpr double usualUnlockSeconds = 0.5;
 
     explicit FanFirmware(const KeyStore& keys);
@@ -46,7 +46,7 @@ public:
     [[nodiscard]] bool isUnlocked(const KeyStore& keys, double steadySeconds) const;
 
     // The result of writing `bytes` to the key: success, or the refusal of a locked mode key.
-    [[nodiscard]] std::uint8_t judgeWrite(const KeyStore& keys, FourCC code,
+    [[nodiscard]] std::uint8_t checkWrite(const KeyStore& keys, FourCC code,
                                           std::span<const std::uint8_t> bytes, double steadySeconds) const;
 
     // Applies the side effects of a write that has just been stored.

@@ -127,7 +127,7 @@ Reply Mac::write(const SMCParam& request, const Peer& peer, Instant now) {
         reply.record.result = SMCResult::sizeMismatch;
     } else {
         reply.record.result =
-            fans_.judgeWrite(keys_, request.key, valueBytes(request, size), now.steadySeconds);
+            fans_.checkWrite(keys_, request.key, valueBytes(request, size), now.steadySeconds);
     }
 
     WriteEntry entry{.wallSeconds = now.wallSeconds,

@@ -44,7 +44,7 @@ struct MacState {
     ThermalState thermal;
     double controlCelsius = 0; // the hotter die's temperature, smoothed: what the automatic curve follows
     unsigned fanCount = 0;
-    std::array<FanState, FanFirmware::mostFans> fans{};
+    std::array<FanState, FanFirmware::maxFanCount> fans{};
 };
 
 struct FanInput {
@@ -55,7 +55,7 @@ struct FanInput {
 struct MacInputs {
     Heat heat;
     bool asleep = false; // no heat, fans at rest
-    std::array<FanInput, FanFirmware::mostFans> fans{};
+    std::array<FanInput, FanFirmware::maxFanCount> fans{};
 };
 
 // The model of a machine, fitted so that its steady state matches its recorded values.

@@ -103,7 +103,7 @@ bool Simulation::prepare(std::string& error) {
     }
 
     raiseDescriptorLimit();
-    place_ = SocketPlace::claim(error);
+    place_ = ServiceSocket::claim(error);
     if (!place_) {
         return false;
     }
@@ -170,7 +170,7 @@ void Simulation::watchInput(bool watched) {
 int Simulation::run() {
     // A script's settings are in force before the first client is served.
     runCommands(present());
-    terminal_.print("ready " + mac_.machineName() + " at " + SocketPlace::socketPath);
+    terminal_.print("ready " + mac_.machineName() + " at " + ServiceSocket::socketPath);
     if (terminal_.isLive()) {
         terminal_.print("Commands are welcome; help lists them, quit or Ctrl-C ends.");
     }

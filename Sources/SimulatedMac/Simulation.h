@@ -10,7 +10,7 @@
 #include "SimulatedMac/Mac.h"
 #include "SimulatedMac/Options.h"
 #include "SimulatedMac/SMCServer.h"
-#include "SimulatedMac/SocketPlace.h"
+#include "SimulatedMac/ServiceSocket.h"
 #include "SimulatedMac/Terminal.h"
 
 #include <cstdint>
@@ -59,7 +59,7 @@ private:
     bool inputOpen_ = true;
     bool inputWatched_ = false;
     double paintedSeconds_ = 0;
-    std::unique_ptr<SocketPlace> place_;
+    std::unique_ptr<ServiceSocket> place_;
     std::unique_ptr<SMCServer> server_;
     std::unique_ptr<CommandContext> context_;
 };

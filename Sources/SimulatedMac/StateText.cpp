@@ -24,7 +24,7 @@ double graphics(const Mac& mac) {
     return at(mac.state().thermal.celsius, ThermalNode::graphics);
 }
 
-std::string unlockWord(const Mac& mac, double steadySeconds) {
+std::string unlockText(const Mac& mac, double steadySeconds) {
     if (!mac.fans().hasUnlock()) {
         return "none";
     }
@@ -34,7 +34,7 @@ std::string unlockWord(const Mac& mac, double steadySeconds) {
     return mac.fans().isUnlocked(mac.keys(), steadySeconds) ? "open" : "waiting";
 }
 
-std::string modeWord(const Mac& mac, unsigned fan) {
+std::string modeText(const Mac& mac, unsigned fan) {
     return mac.fans().isManual(mac.keys(), fan) ? "manual" : "automatic";
 }
 
@@ -64,9 +64,9 @@ std::string stateLine(const CommandContext& context, Instant now) {
         " graphics=" + fixedText(graphics(mac), 2) + " granted=" + fixedText(grantedPower(die(mac)), 2);
     for (unsigned fan = 0; fan < state.fanCount; ++fan) {
         text += " fan" + std::to_string(fan) + "=" + whole(state.fans[fan].rpm) + "/" +
-                whole(state.fans[fan].targetRPM) + "/" + modeWord(mac, fan);
+                whole(state.fans[fan].targetRPM) + "/" + modeText(mac, fan);
     }
-    return text + " unlock=" + unlockWord(mac, now.steadySeconds) +
+    return text + " unlock=" + unlockText(mac, now.steadySeconds) +
            " fault=" + faultText(context.faults.current()) +
            " clients=" + std::to_string(context.counters.clients) +
            " connections=" + std::to_string(context.counters.connections) +
@@ -86,7 +86,7 @@ std::string stateTable(const CommandContext& context) {
                 : "\n";
     for (unsigned fan = 0; fan < state.fanCount; ++fan) {
         text += "fan " + std::to_string(fan) + "       " + rightPadded(whole(state.fans[fan].rpm), 5) +
-                " rpm, target " + whole(state.fans[fan].targetRPM) + ", " + modeWord(mac, fan) + "\n";
+                " rpm, target " + whole(state.fans[fan].targetRPM) + ", " + modeText(mac, fan) + "\n";
     }
     std::vector<std::pair<double, std::string>> moved;
     for (const Sensor& sensor : mac.model().sensors) {

@@ -81,7 +81,7 @@ public:
                 if (asksForTranslation()) {
                     readArgument();
                 } else if (grammar_ == Grammar::qml && token.text == "qsTranslate") {
-                    readSystemWords();
+                    readSystemTerms();
                 }
             } else if (token.kind == Token::Kind::literal) {
                 found_.push_back({isLoose(token) ? Gathered::Kind::loose : Gathered::Kind::other, token.text,
@@ -133,7 +133,7 @@ private:
     }
 
     // qsTranslate("context", "text")
-    void readSystemWords() {
+    void readSystemTerms() {
         const bool literals =
             isText(at_ + 1, "(") && isLiteral(at_ + 2) && isText(at_ + 3, ",") && isLiteral(at_ + 4);
         if (!literals) {

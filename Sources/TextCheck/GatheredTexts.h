@@ -14,7 +14,7 @@ struct Gathered {
     enum class Kind {
         asked,   // argument of localized, lookup, TextKey or qsTr: must be a key of the translation tables
         dynamic, // qsTr without a literal: nobody can tell whether a translation exists
-        system,  // the text of qsTranslate: must be one of the system's terms (SystemWords.h)
+        system,  // the text of qsTranslate: must be one of the system's terms (SystemTerms.h)
         loose,   // looks like text for the user, but no translation is requested
         other,   // any other literal
     };

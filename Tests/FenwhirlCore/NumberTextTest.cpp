@@ -26,7 +26,7 @@ std::string byTheCLibrary(double value) {
     return text.data();
 }
 
-TEST(TwoDecimals, AreThoseOfTheReport) {
+TEST(TwoDecimals, MatchTheReportFormat) {
     EXPECT_EQ(twoDecimals(2000), "2000.00");
     EXPECT_EQ(twoDecimals(47.5), "47.50");
     EXPECT_EQ(twoDecimals(0), "0.00");
@@ -42,7 +42,7 @@ TEST(TwoDecimals, TiesGoToTheEvenDigit) {
     EXPECT_EQ(twoDecimals(-0.875), "-0.88");
 }
 
-TEST(TwoDecimals, ValuesThatAreNoNumberHaveWords) {
+TEST(TwoDecimals, NonFiniteValuesAreWrittenAsWords) {
     EXPECT_EQ(twoDecimals(std::nan("")), "nan");
     EXPECT_EQ(twoDecimals(-std::nan("")), "nan");
     EXPECT_EQ(twoDecimals(infinity), "inf");

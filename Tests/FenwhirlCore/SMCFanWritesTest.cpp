@@ -26,7 +26,7 @@ TEST_F(SMCFanWrites, OlderFirmwareGetsItsMaskAndTheTarget) {
     EXPECT_EQ(controller.number("FS! "), 3);
 }
 
-TEST_F(SMCFanWrites, NewerFirmwareIsUnlockedThenManualThenSteered) {
+TEST_F(SMCFanWrites, NewerFirmwareIsUnlockedSetToManualAndGivenATarget) {
     controller.addUnlockableFans(1);
     EXPECT_TRUE(smc.setFanSpeed(0, 2500));
     EXPECT_EQ(controller.writes,
@@ -320,7 +320,7 @@ TEST_F(SMCFanWrites, WithoutAFanCountResettingAllDoesNothing) {
     EXPECT_TRUE(controller.writes.empty());
 }
 
-TEST_F(SMCFanWrites, ADeadConnectionIsNotAFanHandedBack) {
+TEST_F(SMCFanWrites, ADeadConnectionFailsTheHandBack) {
     controller.diesAtRequest = 0;
     EXPECT_FALSE(smc.resetFan(0));
     EXPECT_FALSE(smc.resetFans());
@@ -344,7 +344,7 @@ TEST_F(SMCFanWritesDeathTest, AnIndexThatNoMaskCanHoldEndsTheProcessBeforeAnyWri
     }
 }
 
-TEST_F(SMCFanWritesDeathTest, AMaskThatIsNoMaskEndsTheProcessBeforeAnyWrite) {
+TEST_F(SMCFanWritesDeathTest, AnInvalidMaskEndsTheProcessBeforeAnyWrite) {
     controller.addOlderFans(1);
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
         if (request.data8 == SMCCommand::writeKey)

@@ -167,7 +167,7 @@ TEST_F(FanWriteTest, HandsEveryFanBackAfterOneThatRefuses) {
     EXPECT_EQ(controller.number("F2Md"), 0);
 }
 
-TEST_F(FanWriteTest, ShowsNumbersThatAreNoneAsQuestionMarks) {
+TEST_F(FanWriteTest, ShowsNonFiniteNumbersAsQuestionMarks) {
     controller.addUnlockableFans(1);
     controller.setNumber("F0Mx", "flt ", std::numeric_limits<double>::quiet_NaN());
     const std::string text = smc.fanWriteTest(0);
@@ -217,7 +217,7 @@ TEST_F(FanWriteTest, HandsBackTheFansItReadWhenTheCountVanishes) {
     EXPECT_EQ(controller.number("F1Md"), 0);
 }
 
-TEST_F(FanWriteTest, OfADeadControllerTriesNoFourThousandMillionFans) {
+TEST_F(FanWriteTest, DoesNotTryBillionsOfFansOnADeadController) {
     controller.addOlderFans(1);
     controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
         if (request.data8 == SMCCommand::writeKey && request.key == SMC::fourCC("F0Tg"))
@@ -231,7 +231,7 @@ TEST_F(FanWriteTest, OfADeadControllerTriesNoFourThousandMillionFans) {
     EXPECT_LT(controller.requests.size(), 100U);
 }
 
-TEST_F(FanWriteTest, OfAControllerThatDiesAtAnyRequestEndsInWords) {
+TEST_F(FanWriteTest, ReportsFailureWhenTheControllerDiesAtAnyRequest) {
     ScriptedSMC whole;
     whole.addUnlockableFans(2);
     SMC first = whole.open();

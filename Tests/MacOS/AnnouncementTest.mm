@@ -18,7 +18,7 @@ protected:
 
 } // namespace
 
-TEST_F(AnnouncementTest, IsMadeByTheSystemInTheWindowThatHasTheKeyboard) {
+TEST_F(AnnouncementTest, IsPostedForTheKeyWindow) {
     @autoreleasepool {
         NSWindow* window = [[NSWindow alloc] init];
         static_cast<NSApplication*>(NSApp).keyWindow = window;
@@ -30,7 +30,7 @@ TEST_F(AnnouncementTest, IsMadeByTheSystemInTheWindowThatHasTheKeyboard) {
     }
 }
 
-TEST_F(AnnouncementTest, IsNotMadeWhileAnotherProgramIsInFront) {
+TEST_F(AnnouncementTest, IsNotPostedWithoutAKeyWindow) {
     EXPECT_TRUE(announceBySystem(QStringLiteral("Le Mac est chaud"), true)) << "nobody else has to say it";
     EXPECT_THAT(FakeMac::journal(), IsEmpty());
 }

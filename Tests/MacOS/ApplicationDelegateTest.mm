@@ -23,7 +23,7 @@ protected:
 TEST_F(ApplicationDelegateTest, IsThereBeforeQtLooksForOne) {
     EXPECT_TRUE(AtStart::hadDelegate());
     EXPECT_TRUE(AtStart::hadEnvironment());
-    EXPECT_FALSE(AtStart::leftSomething());
+    EXPECT_FALSE(AtStart::autoreleasedWithoutPool());
     EXPECT_FALSE(QGuiApplication::quitOnLastWindowClosed());
 }
 
@@ -31,7 +31,7 @@ TEST_F(ApplicationDelegateTest, StaysWhenItsLastWindowCloses) {
     EXPECT_FALSE([delegate() applicationShouldTerminateAfterLastWindowClosed:NSApp]);
 }
 
-TEST_F(ApplicationDelegateTest, ShowsTheProgramWhenItIsChosenAgain) {
+TEST_F(ApplicationDelegateTest, ShowsTheProgramOnReopen) {
     int shown = 0;
     ApplicationEvents::setReopenHandler([&] { ++shown; });
     EXPECT_FALSE([delegate() applicationShouldHandleReopen:NSApp hasVisibleWindows:NO]);
@@ -41,7 +41,7 @@ TEST_F(ApplicationDelegateTest, ShowsTheProgramWhenItIsChosenAgain) {
     ApplicationEvents::setReopenHandler({});
 }
 
-TEST_F(ApplicationDelegateTest, HandsBackBeforeTheSessionEnds) {
+TEST_F(ApplicationDelegateTest, HandsFansBackBeforeTheSessionEnds) {
     for (const bool asParameter : {false, true})
         for (const int kind : {0, 1}) {
             FakeMac::settings().hasAppleEvent = true;

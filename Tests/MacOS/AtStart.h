@@ -16,6 +16,6 @@ bool hadDelegate();
 bool hadEnvironment();
 
 // Whether an object was autoreleased without an open pool, so that it would never be released.
-bool leftSomething();
+bool autoreleasedWithoutPool();
 
 } // namespace AtStart

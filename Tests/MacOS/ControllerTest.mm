@@ -54,7 +54,7 @@ TEST_F(ControllerTest, IsReadByEverybody) {
     EXPECT_EQ(FakeMac::kernel().openConnections, 1);
 }
 
-TEST_F(ControllerTest, RefusesWritesOfWhoeverIsNotRoot) {
+TEST_F(ControllerTest, RefusesWritesByOthersThanRoot) {
     const auto smc = SMC::open();
     EXPECT_FALSE(smc->setFanSpeed(0, 3000));
     EXPECT_FALSE(smc->fanModes().at(0));
@@ -111,7 +111,7 @@ TEST_F(ControllerTest, IsDrivenByAPollThroughTheHelper) {
     settings[0] = {.mode = FanModeKind::constant, .constantRPM = 3300, .sensorKey = {}};
     PollRequest request{.settings = std::make_shared<const FanSettings>(settings),
                         .helperInstalled = true,
-                        .holdsManual = false,
+                        .suspendsUserSpeeds = false,
                         .protect = true,
                         .protectAt = 90};
     const auto driven = poller.poll(request);

@@ -46,7 +46,7 @@ bool AtStart::hadEnvironment() {
     return hasEnvironment;
 }
 
-bool AtStart::leftSomething() {
+bool AtStart::autoreleasedWithoutPool() {
     return left;
 }
 

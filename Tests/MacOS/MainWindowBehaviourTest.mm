@@ -47,7 +47,7 @@ TEST_F(MainWindowBehaviourTest, ConfiguresTheNextNativeWindowToo) {
 
 // The first window is configured before the event loop runs: an object that its getters autorelease would
 // never be freed.
-TEST_F(MainWindowBehaviourTest, LetsTheFirstWindowGo) {
+TEST_F(MainWindowBehaviourTest, ReleasesTheFirstWindow) {
     const std::size_t before = Runtime::liveObjects("NSWindow");
     beforeTheEventLoop([&] { MainWindowBehaviour::configure(window); });
     FakeMac::destroyNative(window);
@@ -70,14 +70,14 @@ TEST_F(MainWindowBehaviourTest, ComesForwardTheOldWayBeforeVersion14) {
                 ElementsAre("policy 0", "-[NSApplication activateIgnoringOtherApps:YES]"));
 }
 
-TEST_F(MainWindowBehaviourTest, AsksAgainWhenTheLaunchIsDone) {
+TEST_F(MainWindowBehaviourTest, ActivatesAgainAfterTheLaunch) {
     MainWindowBehaviour::setRegular();
     FakeMac::journal().clear();
     beforeTheEventLoop([] { QCoreApplication::processEvents(); });
     EXPECT_THAT(FakeMac::journal(), ElementsAre("-[NSApplication activateIgnoringOtherApps:YES]"));
 }
 
-TEST_F(MainWindowBehaviourTest, DoesNotAskAgainWhenItIsInFrontOrAnAccessory) {
+TEST_F(MainWindowBehaviourTest, DoesNotActivateAgainWhenActiveOrAccessory) {
     MainWindowBehaviour::setRegular();
     FakeMac::settings().isActive = true;
     FakeMac::journal().clear();

@@ -63,7 +63,7 @@ TEST_F(MenuBarTest, IsTheApplicationsOwn) {
     EXPECT_EQ(items[3].keyEquivalentModifierMask, NSEventModifierFlagCommand);
 }
 
-TEST_F(MenuBarTest, LeavesToTheSystemWhatIsTheSystems) {
+TEST_F(MenuBarTest, UsesTheStandardActionsOfTheSystem) {
     const std::pair<Kind, const char*> actions[] = {{Kind::about, "orderFrontStandardAboutPanel:"},
                                                     {Kind::hide, "hide:"},
                                                     {Kind::hideOthers, "hideOtherApplications:"},
@@ -86,7 +86,7 @@ TEST_F(MenuBarTest, LeavesToTheSystemWhatIsTheSystems) {
     }
 }
 
-TEST_F(MenuBarTest, CallsBackForWhatIsOurs) {
+TEST_F(MenuBarTest, CallsTheHandlersOfOurItems) {
     const auto bar = MenuBar::create();
     beforeTheEventLoop([&] { bar->show(menus()); });
     NSMenuItem* item = menu(1).itemArray[0];
@@ -95,7 +95,7 @@ TEST_F(MenuBarTest, CallsBackForWhatIsOurs) {
     EXPECT_EQ(chosen_, 1);
 }
 
-TEST_F(MenuBarTest, LetsGoOfTheMenusBefore) {
+TEST_F(MenuBarTest, ReleasesThePreviousMenus) {
     const auto bar = MenuBar::create();
     beforeTheEventLoop([&] { bar->show(menus()); });
     const std::size_t menusOfOne = Runtime::liveObjects("NSMenu");
@@ -109,7 +109,7 @@ TEST_F(MenuBarTest, LetsGoOfTheMenusBefore) {
     EXPECT_EQ(Runtime::liveObjects("FenwhirlMenuTarget"), 1U);
 }
 
-TEST_F(MenuBarTest, IsPutUpAgainWhenTheLaunchIsDone) {
+TEST_F(MenuBarTest, IsInstalledAgainAfterTheLaunch) {
     const auto bar = MenuBar::create();
     bar->show(menus());
     NSMenu* ours = application_.mainMenu;

@@ -41,7 +41,7 @@ TEST_F(BundleInfoTest, IsWhatTheBundleSays) {
     });
 }
 
-TEST_F(BundleInfoTest, IsNothingWhereNothingOrSomethingElseStands) {
+TEST_F(BundleInfoTest, IsAbsentWhenMissingOrOfAnotherType) {
     FakeMac::settings().bundle = {{QStringLiteral("CFBundleName"), QStringLiteral("<a number>")}};
     EXPECT_EQ(BundleInfo::name(), std::nullopt);
     EXPECT_EQ(BundleInfo::shortVersion(), std::nullopt);

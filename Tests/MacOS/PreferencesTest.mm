@@ -54,7 +54,7 @@ TEST_F(PreferencesTest, AreRemoved) {
     EXPECT_TRUE(FakeMac::preferences().values.empty());
 }
 
-TEST_F(PreferencesTest, KeepWhatIsThereWhenATextCannotBeMade) {
+TEST_F(PreferencesTest, KeepTheStoredValueWhenAStringCannotBeCreated) {
     store->setText(QStringLiteral("theme"), QStringLiteral("dark"));
     FakeMac::preferences().refusesTexts = true;
     // Neither the value nor the key can be created. The stored value must not be removed because of that.
@@ -69,7 +69,7 @@ TEST_F(PreferencesTest, GiveTheNearestNumberWhereOneDoesNotFit) {
     EXPECT_EQ(store->number(QStringLiteral("number")), 12.5);
 }
 
-TEST_F(PreferencesTest, ReadObjectsOfOtherKindsAsSomethingThatSaysNothing) {
+TEST_F(PreferencesTest, DoNotReadObjectsOfOtherTypesAsTrue) {
     FakeMac::preferences().values[{domain, QStringLiteral("array")}] = @[ @"one", @"two" ];
     EXPECT_TRUE(store->contains(QStringLiteral("array")));
     EXPECT_NE(store->boolean(QStringLiteral("array")), true);

@@ -44,7 +44,7 @@ TEST_F(ProgramTest, WritesAndRemovesTheLoginItem) {
     EXPECT_FALSE(QFileInfo::exists(agent));
 }
 
-TEST_F(ProgramTest, IsNoLoginItemFromAPlaceThatWillBeAnotherOne) {
+TEST_F(ProgramTest, RefusesALoginItemForATranslocatedBundle) {
     FakeMac::settings().bundlePath =
         QStringLiteral("/private/var/folders/xy/T/AppTranslocation/4711/d/Fenwhirl.app");
     EXPECT_FALSE(LoginItem::setEnabled(true));
@@ -52,7 +52,7 @@ TEST_F(ProgramTest, IsNoLoginItemFromAPlaceThatWillBeAnotherOne) {
     EXPECT_TRUE(LoginItem::setEnabled(false));
 }
 
-TEST_F(ProgramTest, KeepsItsLockWhereNobodyTidiesUp) {
+TEST_F(ProgramTest, KeepsItsLockInApplicationSupport) {
     const auto first = SingleInstance::create();
     EXPECT_TRUE(first->becomeFirst());
     EXPECT_TRUE(QFileInfo::exists(inHome("Library/Application Support/com.fenwhirl.app")));

@@ -20,7 +20,7 @@ TEST_F(SessionPresenceTest, IsWhatTheWindowServerSays) {
     EXPECT_TRUE(make()->isSettled());
 }
 
-TEST_F(SessionPresenceTest, IsInFrontWhereNothingIsSaid) {
+TEST_F(SessionPresenceTest, IsInFrontWithoutAnAnswer) {
     FakeMac::settings().isOnConsole = false;
     FakeMac::settings().consoleIsNumber = false;
     EXPECT_TRUE(make()->isInFront());

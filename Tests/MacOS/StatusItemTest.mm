@@ -36,7 +36,7 @@ TEST_F(StatusItemTest, IsATemplateSymbolBesideATextOfFixedWidth) {
     EXPECT_EQ(QString::fromNSString(native.button.title), QStringLiteral("2 400 tr/min · 63 °C"));
 }
 
-TEST_F(StatusItemTest, IsOurOwnDrawingWhereTheSystemHasNoFan) {
+TEST_F(StatusItemTest, UsesOurDrawingWhenTheSystemHasNoFanSymbol) {
     FakeMac::settings().symbols = {};
     const auto item = make();
     NSImage* image = FakeMac::statusItems().at(0).button.image;
@@ -49,14 +49,14 @@ TEST_F(StatusItemTest, IsOurOwnDrawingWhereTheSystemHasNoFan) {
     EXPECT_EQ(drawing.size(), QSize(36, 36));
 }
 
-TEST_F(StatusItemTest, GoesWithItsOwner) {
+TEST_F(StatusItemTest, IsRemovedWithItsOwner) {
     auto item = make();
     beforeTheEventLoop([&] { item.reset(); });
     EXPECT_TRUE(FakeMac::statusItems().empty());
     EXPECT_THAT(FakeMac::journal(), ElementsAre("-[NSStatusBar removeStatusItem:]"));
 }
 
-TEST_F(StatusItemTest, TellsThePlaceFromTheTopOfTheFirstScreen) {
+TEST_F(StatusItemTest, ReportsItsPositionFromTheTopOfTheFirstScreen) {
     FakeMac::settings().screens = {NSRect{{0, 0}, {1440, 900}}, NSRect{{1440, -180}, {1920, 1080}}};
     const auto item = make();
     NSStatusBarButton* button = FakeMac::statusItems().at(0).button;

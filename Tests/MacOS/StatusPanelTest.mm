@@ -20,9 +20,10 @@ protected:
         QCursor::setPos(200, 300);
     }
 
-    std::unique_ptr<PressWatch> watch() {
-        return beforeTheEventLoop(
-            [this] { return PressWatch::begin(panel, QRect(1000, 0, 60, 24), [this] { ++outside; }); });
+    std::unique_ptr<OutsideClickMonitor> watch() {
+        return beforeTheEventLoop([this] {
+            return OutsideClickMonitor::begin(panel, QRect(1000, 0, 60, 24), [this] { ++outside; });
+        });
     }
 
     QWindow panel;
@@ -31,7 +32,7 @@ protected:
 
 } // namespace
 
-TEST_F(StatusPanelTest, TakesTheKeyboardButNotTheActiveProgramsPlace) {
+TEST_F(StatusPanelTest, TakesKeyboardFocusWithoutActivatingTheApplication) {
     beforeTheEventLoop([&] { showStatusPanel(panel, {}); });
     NSWindow* native = FakeMac::nativeWindow(panel);
     EXPECT_TRUE([native isKindOfClass:[NSPanel class]]);
@@ -45,7 +46,7 @@ TEST_F(StatusPanelTest, TakesTheKeyboardButNotTheActiveProgramsPlace) {
     EXPECT_THAT(FakeMac::journal(), testing::ElementsAre("-[NSWindow makeKeyAndOrderFront:]"));
 }
 
-TEST_F(StatusPanelTest, IsToldOfPressesInOtherPrograms) {
+TEST_F(StatusPanelTest, ReportsPressesInOtherApplications) {
     const auto watching = watch();
     for (const NSEventMask button :
          {NSEventMaskLeftMouseDown, NSEventMaskRightMouseDown, NSEventMaskOtherMouseDown})
@@ -55,14 +56,14 @@ TEST_F(StatusPanelTest, IsToldOfPressesInOtherPrograms) {
     EXPECT_EQ(outside, 3);
 }
 
-TEST_F(StatusPanelTest, LeavesPressesOnTheStatusItemToIt) {
+TEST_F(StatusPanelTest, IgnoresPressesOnTheStatusItem) {
     const auto watching = watch();
     QCursor::setPos(1030, 12);
     FakeMac::pressElsewhere();
     EXPECT_EQ(outside, 0);
 }
 
-TEST_F(StatusPanelTest, IsToldOfPressesInOtherWindowsOfOursOnly) {
+TEST_F(StatusPanelTest, ReportsPressesInOurOtherVisibleWindowsOnly) {
     showStatusPanel(panel, {});
     QWindow main;
     main.show();
@@ -76,7 +77,7 @@ TEST_F(StatusPanelTest, IsToldOfPressesInOtherWindowsOfOursOnly) {
     EXPECT_EQ(outside, 1);
 }
 
-TEST_F(StatusPanelTest, IsToldOfAnotherActiveProgram) {
+TEST_F(StatusPanelTest, ReportsActivationOfAnotherApplication) {
     const auto watching = watch();
     FakeMac::activateApplication(getpid());
     EXPECT_EQ(outside, 0);

@@ -1,14 +1,14 @@
 #include "Frameworks/SystemCalls.h"
 
-#include "Fenwhirl/HelperClient/KeptHelper.h"
+#include "Fenwhirl/HelperClient/RetainedHelper.h"
 #include "Fenwhirl/Platform/Administrator.h"
 #include "Fenwhirl/Platform/ChildProcess.h"
 #include "Fenwhirl/Platform/Clock.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
 #include "Fenwhirl/Platform/Entry/HelperProcessSystem.h"
 #include "Fenwhirl/Platform/FileStatus.h"
+#include "Fenwhirl/Platform/IdleMemory.h"
 #include "Fenwhirl/Platform/ProcessTable.h"
-#include "Fenwhirl/Platform/RestingMemory.h"
 #include "Fenwhirl/Platform/SignalSafeStart.h"
 #include "Fenwhirl/Platform/ThreadName.h"
 #include "Fenwhirl/Platform/Threads.h"
@@ -76,7 +76,7 @@ TEST_F(SystemCallsTest, TheClockCountsTicksOfTheProcessor) {
     EXPECT_NEAR(continuousTime().count(), 86'400.0 * 365, 1e-3);
 }
 
-TEST_F(SystemCallsTest, AProcessIsToldByItsStart) {
+TEST_F(SystemCallsTest, AProcessIsIdentifiedByItsStartTime) {
     FakeMac::system().processes[4711] = {1'700'000'000, 250};
     EXPECT_EQ(startOfProcess(4711), 1'700'000'000'000'250ULL);
     EXPECT_EQ(startOfProcess(4712), std::nullopt);
@@ -85,7 +85,7 @@ TEST_F(SystemCallsTest, AProcessIsToldByItsStart) {
     EXPECT_GE(activeProcessorCount(), 1);
 }
 
-TEST_F(SystemCallsTest, ASignalReachesTheProcessThatWasMeantOnly) {
+TEST_F(SystemCallsTest, ASignalReachesOnlyTheIntendedProcess) {
     // A blocked signal stays pending, where it can be read from /proc.
     sigset_t blocked = {};
     sigset_t before = {};
@@ -146,12 +146,12 @@ TEST_F(SystemCallsTest, DescriptorsAreClosedWhateverTheirNumber) {
 }
 
 TEST_F(SystemCallsTest, TheHelperTakesNoPriorityFromItsCaller) {
-    HelperProcess::scheduleAsUsual();
-    HelperProcess::waitExactly();
+    HelperProcess::resetScheduling();
+    HelperProcess::resetTimerSlack();
     EXPECT_THAT(FakeMac::system().priorities,
                 ElementsAre(std::pair(static_cast<int>(PRIO_PROCESS), 0), std::pair(PRIO_DARWIN_PROCESS, 0)));
     EXPECT_EQ(HelperProcess::inheritedState().ignoredSignals, ~std::uint64_t{0});
-    EXPECT_FALSE(HelperProcess::inheritedState().isScheduledAsUsual);
+    EXPECT_FALSE(HelperProcess::inheritedState().hasDefaultScheduling);
     HelperProcess::forbidTracing();
 }
 
@@ -228,16 +228,16 @@ TEST_F(SystemCallsTest, FilesAreStampedToTheNanosecond) {
 }
 
 TEST_F(SystemCallsTest, MemoryOfAllZonesIsGivenBack) {
-    giveBackRestingMemory();
+    releaseIdleMemory();
     EXPECT_EQ(FakeMac::system().reliefs, 1);
 }
 
 TEST_F(SystemCallsTest, AdministratorsAreThoseOfTheSystem) {
     EXPECT_EQ(administratorGroup(), "wheel");
-    EXPECT_FALSE(administratorRenames());
+    EXPECT_FALSE(administratorInstallsByRename());
     EXPECT_EQ(administratorInvocation("/bin/ls", true), scriptedAdministratorInvocation("/bin/ls"));
 }
 
 TEST_F(SystemCallsTest, AFileWithoutANameIsNotRun) {
-    EXPECT_FALSE(KeptHelper("/bin/true").run({"version"}));
+    EXPECT_FALSE(RetainedHelper("/bin/true").run({"version"}));
 }

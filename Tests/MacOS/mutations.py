@@ -87,7 +87,7 @@ MISTAKES = (
     ("a press in the panel closes it", DESKTOP + "StatusPanelMacOS.mm", "if (window != panel &&", "if ("),
     ("the menu's target is let go", DESKTOP + "MenuBarMacOS.mm", "targets_.push_back(target);", ""),
     ("the windows' menu is not told to the application", DESKTOP + "MenuBarMacOS.mm", "application.windowsMenu = windows_;", ""),
-    ("Qt's menu stays after the launch", DESKTOP + "MenuBarMacOS.mm", "                          putUp();\n", ""),
+    ("Qt's menu stays after the launch", DESKTOP + "MenuBarMacOS.mm", "                          installMenus();\n", ""),
     ("the graphics state is not restored", DESKTOP + "NativeImageMacOS.mm", "[NSGraphicsContext restoreGraphicsState];", ""),
     ("the picture is not drawn out", DESKTOP + "NativeImageMacOS.mm", "[context flushGraphics];", ""),
     ("the picture lies in memory that is gone", DESKTOP + "NativeImageMacOS.mm", ".copy();", ";"),

@@ -36,7 +36,7 @@ QString value(const QStringList& lines, const QString& key) {
 
 } // namespace
 
-TEST(DesktopEntry, CallsTheProgramAsItCallsItself) {
+TEST(DesktopEntry, HasTheGenericNameInEachLanguage) {
     const QStringList lines = entryLines();
     EXPECT_EQ(value(lines, u"GenericName"_s), u"Fan control"_s) << "the language without a name is English";
     EXPECT_EQ(value(lines, u"GenericName[fr]"_s), u"Contrôle des ventilateurs"_s);
@@ -62,7 +62,7 @@ TEST(DesktopEntry, HasNamesAndKeywordsInEveryLanguage) {
     EXPECT_EQ(lines.filter(u"@TEXTS@"_s).size(), 0);
 }
 
-TEST(DesktopEntry, KeepsWhatIsNoText) {
+TEST(DesktopEntry, KeepsTheRestOfTheTemplate) {
     EXPECT_EQ(entryLines().first(), u"[Desktop Entry]"_s);
     EXPECT_EQ(value(entryLines(), u"Exec"_s), u"Fenwhirl"_s);
     EXPECT_EQ(desktopEntry(u"a\n@TEXTS@\nb\n"_s), u"a\n"_s + desktopEntryTexts() + u"b\n"_s);

@@ -40,7 +40,7 @@ QMap<QByteArray, QByteArray> entriesOf(const QByteArray& icon) {
     return entries;
 }
 
-TEST(IconContainer, HoldsThePictureInEverySize) {
+TEST(IconContainer, ContainsThePictureInEverySize) {
     const QMap<QByteArray, QByteArray> entries = entriesOf(iconContainer(drawing()));
     const QMap<QByteArray, int> expected = {{"ic07", 128}, {"ic08", 256}, {"ic09", 512}, {"ic10", 1024},
                                             {"ic11", 32},  {"ic12", 64},  {"ic13", 256}, {"ic14", 512}};

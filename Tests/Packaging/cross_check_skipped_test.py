@@ -22,9 +22,9 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
         for path in (".ci/checks", ".ci/run", "Packaging/with-progress"):
             shutil.copy(os.path.join(ROOT, path), os.path.join(self.source, path))
         # Pretend that the distribution's packages are installed; what the check downloads with them is missing.
-        self.play("Packaging/Linux/install-packages", "exit 0")
+        self.fake_script("Packaging/Linux/install-packages", "exit 0")
 
-    def play(self, path, body, folder=None):
+    def fake_script(self, path, body, folder=None):
         path = os.path.join(folder or self.source, path)
         os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "w", encoding="ascii") as file:
@@ -51,31 +51,31 @@ class CrossCheckWithoutDownloads(unittest.TestCase):
         done = self.run_in_checkout(*without_network, ".ci/checks", "macos")
         self.assert_skipped(done, "SKIPPED: the npm registry did not give" if shutil.which("npm") else "SKIPPED: npm is not")
 
-    def test_so_does_one_that_cannot_install_the_compiler(self):
-        self.play("Packaging/Linux/install-packages", "exit 1")
+    def test_a_computer_that_cannot_install_the_compiler_skips_it(self):
+        self.fake_script("Packaging/Linux/install-packages", "exit 1")
         self.assert_skipped(self.run_in_checkout(".ci/checks", "macos"), "SKIPPED: the compiler")
 
-    def test_another_failure_is_one(self):
-        self.play("Packaging/macOS/check/check", "exit 1")
+    def test_any_other_error_fails_it(self):
+        self.fake_script("Packaging/macOS/check/check", "exit 1")
         done = self.run_in_checkout(".ci/checks", "macos")
         self.assertEqual(done.returncode, 1)
         self.assertRegex(done.stderr, r"(?m)^macOS build .* FAILED after \d+ s; the whole log is \S+$")
 
     def test_a_file_that_is_not_the_pinned_one_is_a_failure(self):
-        self.play("npm", "echo something else >package.tgz", folder=self.tools)
+        self.fake_script("npm", "echo something else >package.tgz", folder=self.tools)
         done = self.run_in_checkout(".ci/checks", "macos")
         self.assertEqual(done.returncode, 1)
         self.assertIn("is not the pinned file", done.stderr)
 
-    def test_a_check_that_passed_says_nothing_of_it(self):
-        self.play("Packaging/macOS/check/check", "exit 0")
+    def test_a_passed_check_does_not_mention_skipping(self):
+        self.fake_script("Packaging/macOS/check/check", "exit 0")
         done = self.run_in_checkout(".ci/checks", "macos")
         self.assertEqual(done.returncode, 0)
         self.assertNotIn("SKIPPED", done.stderr)
 
     def run_everything(self, status_of_checks, status_of_tests):
-        self.play(".ci/checks", f"exit {status_of_checks}")
-        self.play("test", f"echo tests run; exit {status_of_tests}")
+        self.fake_script(".ci/checks", f"exit {status_of_checks}")
+        self.fake_script("test", f"echo tests run; exit {status_of_tests}")
         return self.run_in_checkout(".ci/run")
 
     def test_the_whole_run_goes_on_and_ends_with_it(self):

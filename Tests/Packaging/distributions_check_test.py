@@ -52,7 +52,7 @@ class Distributions(unittest.TestCase):
         self.assertEqual(done.returncode, 77)
         self.assertIn("SKIPPED", done.stderr)
 
-    def test_is_not_run_unasked(self):
+    def test_does_not_run_by_default(self):
         # A fake with-progress lets every step pass immediately, so that the whole list of steps is covered.
         (self.checkout / "Packaging/with-progress").write_text('#!/bin/sh\necho "$1" >>steps\n', encoding="ascii")
         unasked = len(re.findall(r"^if wants .*; then step", (ROOT / ".ci/checks").read_text(encoding="utf-8"), re.M))

@@ -46,11 +46,11 @@ class FinishBundle(unittest.TestCase):
             path = os.path.join(self.bundle, "Contents", name)
             os.makedirs(os.path.dirname(path), exist_ok=True)
             open(path, "w", encoding="ascii").close()
-        self.play("macdeployqt", DEPLOY)
-        self.play("codesign", "")
-        self.play("otool", SYSTEM_ONLY)
+        self.fake_tool("macdeployqt", DEPLOY)
+        self.fake_tool("codesign", "")
+        self.fake_tool("otool", SYSTEM_ONLY)
 
-    def play(self, tool, body):
+    def fake_tool(self, tool, body):
         path = os.path.join(self.folder, tool)
         with open(path, "w", encoding="ascii") as file:
             file.write("#!/bin/sh\n")
@@ -103,7 +103,7 @@ class FinishBundle(unittest.TestCase):
             if call[:2] == ["codesign", "--force"]:
                 self.assertEqual(call[1:-1], ["--force", "--sign", "-"])
 
-    def test_a_certificate_hardens_the_runtime_and_certifies_the_time(self):
+    def test_a_certificate_hardens_the_runtime_and_adds_a_timestamp(self):
         self.finish("-D", "IDENTITY=Developer ID Application: Somebody (ABCDE12345)")
         calls = [call for call in self.calls() if call[:2] == ["codesign", "--force"]]
         self.assertEqual(len(calls), 7)
@@ -112,35 +112,35 @@ class FinishBundle(unittest.TestCase):
                                           "--options", "runtime", "--timestamp"])
 
     def test_nothing_is_signed_when_qt_could_not_be_deployed(self):
-        self.play("macdeployqt", "echo 'no such module' >&2; exit 1")
+        self.fake_tool("macdeployqt", "echo 'no such module' >&2; exit 1")
         done = self.finish()
         self.assertNotEqual(done.returncode, 0)
         self.assertIn("no such module", done.stderr)
         self.assertEqual(self.signed(), [])
 
     def test_an_executable_with_a_run_path_is_refused(self):
-        self.play("otool", SYSTEM_ONLY.replace("LC_LOAD_DYLIB", "LC_RPATH"))
+        self.fake_tool("otool", SYSTEM_ONLY.replace("LC_LOAD_DYLIB", "LC_RPATH"))
         done = self.finish()
         self.assertNotEqual(done.returncode, 0)
         self.assertIn("run path", done.stderr)
         self.assertEqual(self.signed(), [])
 
     def test_an_executable_that_links_qt_is_refused(self):
-        self.play("otool", SYSTEM_ONLY.replace("/System/Library/Frameworks/IOKit", "@rpath/QtCore"))
+        self.fake_tool("otool", SYSTEM_ONLY.replace("/System/Library/Frameworks/IOKit", "@rpath/QtCore"))
         done = self.finish()
         self.assertNotEqual(done.returncode, 0)
         self.assertIn("@rpath/QtCore", done.stderr)
         self.assertEqual(self.signed(), [])
 
     def test_a_guard_that_links_more_than_the_c_library_is_refused(self):
-        self.play("otool", SYSTEM_ONLY.replace("-L*/MacOS/Fenwhirl", "-L*"))
+        self.fake_tool("otool", SYSTEM_ONLY.replace("-L*/MacOS/Fenwhirl", "-L*"))
         done = self.finish()
         self.assertNotEqual(done.returncode, 0)
         self.assertIn("the guard links more", done.stderr)
         self.assertEqual(self.signed(), [])
 
     def test_an_executable_that_cannot_be_read_is_refused(self):
-        self.play("otool", "")
+        self.fake_tool("otool", "")
         self.assertNotEqual(self.finish().returncode, 0)
         self.assertEqual(self.signed(), [])
 
@@ -154,7 +154,7 @@ class FinishBundle(unittest.TestCase):
         with open(said, "w", encoding="ascii") as file:
             for number, command in enumerate(commands):
                 file.write(f"Load command {number}\n{command}\n")
-        self.play("otool", f'if [ -e "$2.said" ]; then cat "$2.said"; exit; fi\n{SYSTEM_ONLY}')
+        self.fake_tool("otool", f'if [ -e "$2.said" ]; then cat "$2.said"; exit; fi\n{SYSTEM_ONLY}')
 
     @staticmethod
     def load(name, kind="LC_LOAD_DYLIB"):
@@ -209,14 +209,14 @@ class FinishBundle(unittest.TestCase):
                     self.assertIn(f"<string>{promised}</string>\n<key>LSUIElement", file.read())
 
     def test_a_refused_signature_ends_it_before_the_bundle_is_signed(self):
-        self.play("codesign", 'case "$*" in *libqcocoa*) echo "no identity found" >&2; exit 1 ;; esac')
+        self.fake_tool("codesign", 'case "$*" in *libqcocoa*) echo "no identity found" >&2; exit 1 ;; esac')
         done = self.finish()
         self.assertNotEqual(done.returncode, 0)
         self.assertIn("no identity found", done.stderr)
         self.assertNotIn("APP", self.signed())
 
     def test_a_signature_that_does_not_verify_is_an_error(self):
-        self.play("codesign", 'case "$*" in *--verify*) exit 3 ;; esac')
+        self.fake_tool("codesign", 'case "$*" in *--verify*) exit 3 ;; esac')
         self.assertNotEqual(self.finish().returncode, 0)
 
     def test_without_executable_or_guard_nothing_is_called(self):

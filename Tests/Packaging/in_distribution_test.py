@@ -141,7 +141,7 @@ class InDistribution(WithAFakeDebootstrap):
         self.ok("--fresh", "trixie", "sh", "-c", "echo package >/var/cache/apt/archives/some.deb")
         self.assertEqual(self.ok("--fresh", "trixie", "cat", "/var/cache/apt/archives/some.deb"), "package\n")
 
-    def test_it_has_a_system_around_it(self):
+    def test_it_has_devices_proc_sys_and_a_resolver(self):
         look = ("[ -c /dev/null ] && [ -d /dev/shm ] && [ -e /dev/ptmx ] && [ -d /proc/$$ ] && [ -d /sys/class ] && "
                 "echo >/dev/shm/x && echo >/tmp/x && echo >/run/x && cat /etc/resolv.conf; echo $PATH $HOME $FAKE_FOLDER")
         resolver = pathlib.Path("/etc/resolv.conf").read_text(encoding="utf-8")
@@ -157,17 +157,17 @@ class InDistribution(WithAFakeDebootstrap):
         self.assertEqual(self.calls(), [f"trixie {self.roots}/trixie/bare.new http://mirror.example/debian"])
         self.assertEqual((self.fakes / "proxy").read_text(encoding="ascii"), "http://proxy.example:3128/\n")
 
-    def test_without_settings_debootstrap_knows_by_itself(self):
+    def test_without_settings_debootstrap_uses_its_defaults(self):
         self.ok("trixie", "sh", "-c", ":")
         self.assertEqual(self.calls(), [f"trixie {self.roots}/trixie/bare.new"])
 
-    def test_in_a_container_it_can_make_no_world_of_its_own(self):
+    def test_in_a_container_it_has_reduced_capabilities(self):
         outside = pathlib.Path("/proc/self/status").read_text(encoding="utf-8")
         for options, expected in (((), outside), (("--container",), "CapEff:\t00000000a80425fb")):
             status = self.ok(*options, "trixie", "cat", "/proc/self/status")
             self.assertIn(re.search(r"CapEff:\t\w+", expected).group(0), status)
 
-    def test_a_failure_of_debootstrap_is_told_and_the_next_try_begins_anew(self):
+    def test_a_failure_of_debootstrap_is_reported_and_the_next_try_starts_over(self):
         self.fake("debootstrap", '#!/bin/sh\nmkdir -p "$2/half"\necho E: no such suite\nexit 1\n')
         done = self.run_it("trixie", "sh", "-c", ":")
         self.assertEqual(done.returncode, 1)
@@ -190,14 +190,14 @@ class InDistribution(WithAFakeDebootstrap):
         self.assertEqual(child.wait(SECONDS), status)
         self.assertEqual(child.stdout.read(), "", "nobody is left to write")
 
-    LEAVES_SOMEBODY_BEHIND = "(trap '' TERM INT HUP; echo ready; sleep 1000; sleep 1000) & wait"
+    LEAVES_A_PROCESS_BEHIND = "(trap '' TERM INT HUP; echo ready; sleep 1000; sleep 1000) & wait"
 
     def test_nothing_is_left_when_it_is_told_to_end(self):
         for options in ((), ("--fresh",)):
             for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
                 with self.subTest(options=options, signal=number):
                     # A shell without job control starts background commands with SIGINT ignored.
-                    child = self.started(*options, "trixie", "sh", "-c", self.LEAVES_SOMEBODY_BEHIND)
+                    child = self.started(*options, "trixie", "sh", "-c", self.LEAVES_A_PROCESS_BEHIND)
                     self.assertEqual(child.stdout.readline(), "ready\n")
                     child.send_signal(number)
                     self.assert_ends(child, 128 + number)
@@ -211,7 +211,7 @@ class InDistribution(WithAFakeDebootstrap):
         self.assert_ends(child, 0)
 
     def test_nothing_runs_on_when_it_is_killed_and_the_next_one_clears_up(self):
-        child = self.started("--fresh", "trixie", "sh", "-c", self.LEAVES_SOMEBODY_BEHIND)
+        child = self.started("--fresh", "trixie", "sh", "-c", self.LEAVES_A_PROCESS_BEHIND)
         self.assertEqual(child.stdout.readline(), "ready\n")
         child.kill()
         self.assert_ends(child, -signal.SIGKILL)

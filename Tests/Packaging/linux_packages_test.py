@@ -113,7 +113,7 @@ exit $status""")
         self.assertRegex(last, r"2 packages in \d+ s")
         self.assertIn("Unpacking\n", self.read(self.kept_log))
 
-    def test_shows_on_a_terminal_how_far_it_is(self):
+    def test_shows_progress_on_a_terminal(self):
         self.fake_apt("echo dlstatus:1:33.3:Retrieving; echo pmstatus:viewer:66.6:Unpacking; echo Setting up: all")
         ours, theirs = os.openpty()
         with subprocess.Popen([self.script, "run"], env={"PATH": self.tools}, stdin=subprocess.DEVNULL,
@@ -181,7 +181,7 @@ exit $status""")
         self.fake("id", "echo 0")
         self.assertEqual(self.install("test")[1], [])
 
-    def test_without_lists_nobody_knows_what_is_offered(self):
+    def test_without_package_lists_they_are_fetched_first(self):
         self.fake_apt("", lists="")
         _, done = self.install("test")
         self.assertEqual(done, [UPDATE, f"{INSTALL} tray"])

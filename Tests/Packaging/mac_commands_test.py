@@ -28,15 +28,15 @@ class MacCommands(unittest.TestCase):
         os.mkdir(self.tools)
         for tool in COMMON:
             os.symlink(shutil.which(tool), os.path.join(self.tools, tool))
-        self.play("uname", "echo Darwin")
-        self.play("xcode-select", "", silent=True)
-        self.play("brew", 'if [ "$1" = list ]; then case "$3" in qt | googletest) exit 0 ;; esac; exit 1; fi')
-        self.play("cmake", "")
-        self.play("ninja", "")
-        self.play("ctest", "")
-        self.play(os.path.join(self.source, APPLICATION), "")
+        self.fake_tool("uname", "echo Darwin")
+        self.fake_tool("xcode-select", "", silent=True)
+        self.fake_tool("brew", 'if [ "$1" = list ]; then case "$3" in qt | googletest) exit 0 ;; esac; exit 1; fi')
+        self.fake_tool("cmake", "")
+        self.fake_tool("ninja", "")
+        self.fake_tool("ctest", "")
+        self.fake_tool(os.path.join(self.source, APPLICATION), "")
 
-    def play(self, tool, body, silent=False):
+    def fake_tool(self, tool, body, silent=False):
         path = os.path.join(self.tools, tool)
         os.makedirs(os.path.dirname(path), exist_ok=True)
         if os.path.lexists(path):
@@ -48,7 +48,7 @@ class MacCommands(unittest.TestCase):
             file.write(body + "\n")
         os.chmod(path, 0o755)
 
-    def forget(self, *tools):
+    def remove_tools(self, *tools):
         for tool in tools:
             os.remove(os.path.join(self.tools, tool))
 
@@ -84,52 +84,52 @@ class MacCommands(unittest.TestCase):
         self.assertEqual(calls[2:], ["Fenwhirl"])
 
     def test_run_installs_what_is_missing_before_it_builds(self):
-        self.forget("cmake", "ninja")
-        self.play("brew", 'if [ "$1" = list ]; then exit 1; fi; : >"$(dirname "$0")/cmake"; chmod +x "$(dirname "$0")/cmake"')
+        self.remove_tools("cmake", "ninja")
+        self.fake_tool("brew", 'if [ "$1" = list ]; then exit 1; fi; : >"$(dirname "$0")/cmake"; chmod +x "$(dirname "$0")/cmake"')
         os.symlink(shutil.which("chmod"), os.path.join(self.tools, "chmod"))
         done = self.command("run")
         self.assertEqual(self.calls()[0], "brew install cmake ninja qt")
         self.assertIn("cmake ninja qt", done.stderr)
 
     def test_on_a_terminal_it_asks_first(self):
-        self.forget("ninja")
+        self.remove_tools("ninja")
         self.command("run", answer="")
         self.assertEqual(self.calls()[0], "brew install ninja")
 
     def test_a_no_installs_and_builds_nothing(self):
-        self.forget("ninja")
+        self.remove_tools("ninja")
         done = self.command("run", answer="n")
         self.assertEqual(done.returncode, 1)
         self.assertEqual(self.calls(), [])
 
     def test_a_failed_installation_ends_it(self):
-        self.forget("ninja")
-        self.play("brew", "exit 1")
+        self.remove_tools("ninja")
+        self.fake_tool("brew", "exit 1")
         self.assertNotEqual(self.command("run").returncode, 0)
         self.assertEqual(self.calls(), ["brew install ninja qt"])
 
     def test_tools_from_elsewhere_need_no_homebrew(self):
-        self.forget("brew")
-        self.play("macdeployqt", "")
+        self.remove_tools("brew")
+        self.fake_tool("macdeployqt", "")
         self.assertEqual(self.command("run").returncode, 0)
         self.assertEqual(self.calls()[-1], "Fenwhirl")
 
     def test_without_homebrew_it_says_what_is_missing(self):
-        self.forget("brew", "ninja")
+        self.remove_tools("brew", "ninja")
         done = self.command("run")
         self.assertEqual(done.returncode, 1)
         self.assertIn("ninja qt", done.stderr)
         self.assertIn("Homebrew", done.stderr)
 
     def test_without_a_compiler_it_says_how_to_get_one(self):
-        self.play("xcode-select", "exit 2", silent=True)
+        self.fake_tool("xcode-select", "exit 2", silent=True)
         done = self.command("run")
         self.assertEqual(done.returncode, 1)
         self.assertIn("xcode-select --install", done.stderr)
         self.assertEqual(self.calls(), [])
 
     def test_a_failed_build_is_shown_and_nothing_is_started(self):
-        self.play("cmake", "echo 'error: no such file'; exit 1")
+        self.fake_tool("cmake", "echo 'error: no such file'; exit 1")
         done = self.command("run")
         self.assertEqual(done.returncode, 1)
         self.assertIn("no such file", done.stderr)
@@ -151,11 +151,11 @@ class MacCommands(unittest.TestCase):
         self.assertTrue(calls[2].endswith(" -R Name"), calls)
 
     def test_test_ends_with_the_status_of_the_test_runner(self):
-        self.play("ctest", "exit 8")
+        self.fake_tool("ctest", "exit 8")
         self.assertEqual(self.command("test").returncode, 8)
 
     def test_test_wants_googletest_too(self):
-        self.play("brew", 'if [ "$1 $3" = "list qt" ]; then exit 0; fi; if [ "$1" = list ]; then exit 1; fi')
+        self.fake_tool("brew", 'if [ "$1 $3" = "list qt" ]; then exit 0; fi; if [ "$1" = list ]; then exit 1; fi')
         self.command("test")
         self.assertEqual(self.calls()[0], "brew install googletest")
 

@@ -53,14 +53,14 @@ class WhereTheProjectLies(unittest.TestCase):
         self.checkout.chmod(FOR_ITS_OWNER)
         self.assert_nobody_reads_what_was_built()
 
-    def test_what_else_lies_there_is_there_and_what_is_written_stays(self):
+    def test_other_files_are_visible_and_writes_persist(self):
         self.home.chmod(FOR_ITS_OWNER)
         (self.home / "beside").write_text("another build", encoding="ascii")
         said = self.run_there("sh", "-c", "cat ../../beside; echo a picture >build/picture", cwd=self.checkout)
         self.assertEqual(said, "another build")
         self.assertEqual((self.checkout / "build/picture").read_text(encoding="ascii"), "a picture\n")
 
-    def test_in_the_folder_that_the_private_world_is_put_together_in(self):
+    def test_in_the_folder_that_serves_as_mount_point(self):
         # The outer namespace keeps the computer's own /mnt untouched.
         prepare_and_run = 'mount -t tmpfs tmpfs /mnt && cp -r "$0" /mnt/checkout && cd /mnt/checkout && exec "./$1" cat build/program'
         done = subprocess.run(("unshare", "--map-root-user", "--mount", "sh", "-c", prepare_and_run, self.checkout, SCRIPT),

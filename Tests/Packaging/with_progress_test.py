@@ -42,7 +42,7 @@ class WithProgress(unittest.TestCase):
         self.assertEqual(done.returncode, 77)
         self.assertRegex(done.stderr, r"\nBuild +SKIPPED: not checked, which is not passed\n    SKIPPED: no compiler\n\Z")
 
-    def test_moves_on_a_terminal(self):
+    def test_updates_its_line_on_a_terminal(self):
         terminal, other_end = pty.openpty()
         # The command finishes only after its progress was shown on the terminal.
         seen = self.log.parent.parent / "seen"

@@ -69,7 +69,7 @@ TEST_F(Commands, HelpNamesEveryCommand) {
     }
 }
 
-TEST_F(Commands, NonsenseIsAnErrorEmptyLinesAndCommentsAreNothing) {
+TEST_F(Commands, UnknownCommandsFailAndEmptyLinesAreIgnored) {
     EXPECT_TRUE(run("frobnicate").starts_with("error: unknown command"));
     EXPECT_EQ(run(""), "");
     EXPECT_EQ(run("   "), "");
@@ -200,7 +200,7 @@ TEST_F(Commands, ConstantHeatWarmsTheMachine) {
     }
 }
 
-TEST_F(Commands, ALoadIsWhatTheMachineItselfNeedsForIt) {
+TEST_F(Commands, ALoadIsRelativeToTheMachinesOwnPower) {
     EXPECT_EQ(run("heat 0%"), "ok constant");
     EXPECT_NEAR(numberOf("watts"), harness.mac.model().idle.processorWatts, 0.06);
     EXPECT_EQ(run("heat 100%"), "ok constant");
@@ -290,7 +290,7 @@ struct WaitingCommands : Commands {
     }
 };
 
-TEST_F(WaitingCommands, WaitHoldsUpWhatFollowsForSimulatedTime) {
+TEST_F(WaitingCommands, WaitDelaysLaterCommandsInSimulatedTime) {
     harness.mac.setSpeed(10, harness.now);
     stream.add("wait 5");
     stream.add("say done");
@@ -347,7 +347,7 @@ TEST_F(WaitingCommands, AwaitRequestsCountsThem) {
     EXPECT_EQ(answers, std::vector<std::string>{"ok"});
 }
 
-TEST_F(WaitingCommands, PatienceEnds) {
+TEST_F(WaitingCommands, WaitingCommandsTimeOut) {
     stream.add("await write F0Tg within 2");
     pump();
     harness.pass(1.9);

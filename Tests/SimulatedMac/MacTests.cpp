@@ -191,7 +191,7 @@ TEST(Mac, EveryWriteIsLoggedWithItsFate) {
     EXPECT_EQ(entries[2].peer.user, 1000U);
 }
 
-TEST(Mac, WhatLiesBeforeAWriteHappensUnderTheOldSettings) {
+TEST(Mac, TimeBeforeAWriteIsSimulatedWithTheOldSettings) {
     MacHarness harness;
     harness.pass(0.05); // too short for a read to advance the model
     (void)harness.write(fourCC("FS! "), "0001");

@@ -271,7 +271,7 @@ TEST(Program, ClearsAwayTheSocketOfOneThatWasKilled) {
     EXPECT_TRUE(next.line().starts_with("ready"));
 }
 
-TEST(Program, DoesNotPushAsideAnotherServerOrAFile) {
+TEST(Program, DoesNotReplaceAnotherServerOrAFile) {
     ASSERT_TRUE(::mkdir("/run/fenwhirl", 0755) == 0 || errno == EEXIST);
     const int other = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
     sockaddr_un address{};
@@ -376,7 +376,7 @@ TEST(Program, HelpNeedsNoRootAndNoSocket) {
     EXPECT_FALSE(exists(socketPath));
 }
 
-TEST(Program, AScriptIsInForceBeforeClientsAreWelcome) {
+TEST(Program, AScriptRunsBeforeClientsAreAccepted) {
     const std::string script =
         temporaryFile("script", "# a warm start\nset TC0P 93.5\nwait 3600\nset TC0P 20\n");
     Program program({"--script", script});
@@ -467,7 +467,7 @@ std::string voluntarySwitches(pid_t process) {
     return "";
 }
 
-TEST(Program, NeverWakesWhileNobodyAsks) {
+TEST(Program, StaysAsleepWhileIdle) {
     Program program;
     EXPECT_TRUE(program.line().starts_with("ready"));
     EXPECT_TRUE(program.command("state").starts_with("ok"));

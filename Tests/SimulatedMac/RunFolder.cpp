@@ -17,7 +17,7 @@ namespace {
 constexpr const char* place = "/run/fenwhirl";
 
 // Gives this process a private /run and returns whether that worked.
-bool leaveTheComputersRun() {
+bool mountPrivateRun() {
     const uid_t user = ::getuid();
     const gid_t group = ::getgid();
     if (::unshare(CLONE_NEWNS) != 0) {
@@ -40,7 +40,7 @@ void RunFolder::SetUp() {
     for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         (void)std::signal(number, SIG_DFL); // regardless of how the tests were started
     }
-    if (leaveTheComputersRun()) {
+    if (mountPrivateRun()) {
         return;
     }
     if (::geteuid() != 0) {

@@ -202,7 +202,7 @@ TEST_F(SMCServerTest, AClientThatDiesWithARequestOnItsWayDisturbsNobody) {
     EXPECT_EQ(server->counters().clients, 1U);
 }
 
-TEST_F(SMCServerTest, AClientThatNeverFetchesItsRepliesIsNotReadFromAndNobodyElseWaits) {
+TEST_F(SMCServerTest, AClientThatNeverReadsItsRepliesBlocksNobodyElse) {
     TestClient hoarder = connect();
     TestClient other = connect();
     int sent = 0;

@@ -151,7 +151,7 @@ private:
 };
 
 // Whether the kernel allows a PID namespace; most containers do not.
-bool mayMakeProcessNumbers() {
+bool canMakePIDNamespace() {
     const pid_t child = ::fork();
     if (child == 0) {
         ::_exit(::unshare(CLONE_NEWPID) == 0 ? 0 : 1);
@@ -176,7 +176,7 @@ bool isServed() {
     return served;
 }
 
-TEST(Terminal, ShowsALineThatRenewsItselfAndTakesCommands) {
+TEST(Terminal, ShowsALiveStatusLineAndTakesCommands) {
     Screen screen(80);
     EXPECT_TRUE(screen.showsSoon("ready ")) << screen.seen;
     EXPECT_TRUE(screen.showsSoon("MacBookPro11,4   processor ")) << screen.seen;
@@ -195,7 +195,7 @@ TEST(Terminal, TheLineTellsTemperaturesFansPowerAndClients) {
         << screen.seen;
 }
 
-TEST(Terminal, WhatTheTerminalHasNoRoomForIsLeftOutWhole) {
+TEST(Terminal, ItemsThatDoNotFitTheTerminalAreOmitted) {
     Screen narrow(40);
     EXPECT_TRUE(narrow.showsSoon("\nMacBookPro11,4   processor 55.0 °C\x1b[K")) << narrow.seen;
     narrow.type("quit\n");
@@ -205,7 +205,7 @@ TEST(Terminal, WhatTheTerminalHasNoRoomForIsLeftOutWhole) {
 }
 
 TEST(Terminal, AJobInANamespaceOfItsOwnShowsItsLineToo) {
-    if (!mayMakeProcessNumbers()) {
+    if (!canMakePIDNamespace()) {
         GTEST_SKIP() << "needs process numbers of its own: a job in a namespace";
     }
     Screen screen(80, {}, Job::inForeground);
@@ -215,15 +215,15 @@ TEST(Terminal, AJobInANamespaceOfItsOwnShowsItsLineToo) {
     EXPECT_EQ(screen.end(), 0);
 }
 
-TEST(Terminal, SomebodyElseWhoReadsFromItDoesNotHoldUpTheLine) {
+TEST(Terminal, AnotherReaderOfTheTerminalDoesNotBlockTheLine) {
     Screen screen(80, {}, Job::besideAReader);
     EXPECT_TRUE(screen.showsSoon("\x1b[A\r")) << screen.seen;
     screen.seen.clear();
     EXPECT_TRUE(screen.showsSoon("\x1b[A\r")) << screen.seen;
 }
 
-TEST(Terminal, WhatIsNotInItsForegroundKeepsQuiet) {
-    if (!mayMakeProcessNumbers()) {
+TEST(Terminal, StaysQuietOutsideTheForeground) {
+    if (!canMakePIDNamespace()) {
         GTEST_SKIP() << "needs process numbers of its own: a job in a namespace";
     }
     for (const Job job : {Job::inBackground, Job::ofAnotherSession}) {

@@ -15,7 +15,7 @@
 #include <functional>
 
 // The longest pause that a person does not notice.
-inline constexpr std::chrono::milliseconds bearablePause{100};
+inline constexpr std::chrono::milliseconds acceptablePause{100};
 
 // Runs `begin` in the event loop, then waits until `isOver` returns true, for at most half a minute. Returns
 // the longest pause between two turns of the event loop. Repeats this until the pause is bearable, up to
@@ -23,7 +23,7 @@ inline constexpr std::chrono::milliseconds bearablePause{100};
 [[nodiscard]] inline std::chrono::milliseconds
 longestPause(const std::function<void()>& begin, const std::function<bool()>& isOver, int attempts = 5) {
     auto best = std::chrono::milliseconds::max();
-    for (int attempt = 0; attempt < attempts && best >= bearablePause; ++attempt) {
+    for (int attempt = 0; attempt < attempts && best >= acceptablePause; ++attempt) {
         QElapsedTimer sinceLast;
         qint64 longest = 0;
         QTimer pulse;

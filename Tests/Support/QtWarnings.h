@@ -17,7 +17,7 @@ inline bool isAllowed(const QString& text) {
     return text.startsWith(QStringLiteral("This plugin does not support "));
 }
 
-inline std::atomic<bool> isProvoked = false;
+inline std::atomic<bool> areWarningsExpected = false;
 inline std::atomic<int> provoked = 0;
 
 // From now on every other warning fails the running test; it is still printed. Call this once the application
@@ -27,7 +27,7 @@ inline void fail() {
     usual =
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& text) {
             if (type != QtDebugMsg && type != QtInfoMsg && !isAllowed(text)) {
-                if (isProvoked)
+                if (areWarningsExpected)
                     ++provoked;
                 else
                     ADD_FAILURE() << "Qt warns: " << text.toStdString();
@@ -38,20 +38,20 @@ inline void fail() {
 }
 
 // During its lifetime the test provokes warnings; it fails when none came.
-class Provoked {
+class ExpectedWarnings {
 public:
-    Provoked() {
+    ExpectedWarnings() {
         provoked = 0;
-        isProvoked = true;
+        areWarningsExpected = true;
     }
 
-    ~Provoked() {
-        isProvoked = false;
+    ~ExpectedWarnings() {
+        areWarningsExpected = false;
         EXPECT_GT(provoked, 0) << "Qt did not warn";
     }
 
-    Provoked(const Provoked&) = delete;
-    Provoked& operator=(const Provoked&) = delete;
+    ExpectedWarnings(const ExpectedWarnings&) = delete;
+    ExpectedWarnings& operator=(const ExpectedWarnings&) = delete;
 };
 
 } // namespace QtWarnings

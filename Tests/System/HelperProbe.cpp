@@ -9,7 +9,7 @@
 #include "Fenwhirl/Application/FenwhirlApp.h"
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
-#include "Fenwhirl/HelperClient/KeptHelper.h"
+#include "Fenwhirl/HelperClient/RetainedHelper.h"
 #include "Fenwhirl/Platform/AlternateSignalStack.h"
 
 #include <csignal>
@@ -26,7 +26,7 @@
 namespace {
 
 std::unique_ptr<EmergencyHandBack> emergency;
-std::optional<KeptHelper> kept;
+std::optional<RetainedHelper> kept;
 bool isMute = false;
 
 std::vector<std::string> wordsOf(const std::string& line) {

@@ -9,12 +9,12 @@ import time
 import unittest
 
 import stage
-from asleep_test import FRAMES
+from hidden_window_test import FRAMES
 from desktop import Desktop, run
 
 DARK, LIGHT, SIDEBAR = "#16181D", "#F3F4F7", "#1B1E24"  # background of the page, and of the dark sidebar
-BESIDE_THE_PAGE = "+1030+8"  # a point of the page's background where no control is drawn
-PORTAL = pathlib.Path(__file__).with_name("played_portal.py")
+EMPTY_PART_OF_PAGE = "+1030+8"  # a point of the page's background where no control is drawn
+PORTAL = pathlib.Path(__file__).with_name("fake_portal.py")
 
 
 class Portals:
@@ -26,11 +26,11 @@ class Portals:
         self.assertEqual(stage.Lines(portal.child.stdout).next(), "READY")
         return portal
 
-    def color(self, window, place=BESIDE_THE_PAGE):
+    def color(self, window, place=EMPTY_PART_OF_PAGE):
         text = run("import", "-window", window[0], "-crop", f"1x1{place}", "-depth", "8", "txt:-")
         return re.findall(r"#[0-9A-F]{6}", text)[-1]
 
-    def wait_for_color(self, window, color, place=BESIDE_THE_PAGE):
+    def wait_for_color(self, window, color, place=EMPTY_PART_OF_PAGE):
         stage.wait_until(lambda: self.color(window, place) == color, lambda: f"{color}; it is {self.color(window, place)}")
 
 
@@ -44,7 +44,7 @@ class Appearance(Portals, unittest.TestCase):
         self.assertEqual(desktop.start_again(), 0)
         return desktop.wait_for_main_window()
 
-    def test_automatic_is_what_the_desktop_says_and_follows_it(self):
+    def test_automatic_follows_the_desktop(self):
         with Desktop(preferences={"theme": "auto"}) as desktop:
             portal = self.portal(desktop, "1", "true")
             window = self.show(desktop)
@@ -67,7 +67,7 @@ class Appearance(Portals, unittest.TestCase):
             desktop.polls()
             self.assertEqual(self.color(window), DARK)
 
-    def test_larger_texts_are_larger_once(self):
+    def test_the_text_scale_is_applied_once(self):
         # Under X11 a desktop announces the text scale twice: as the font resolution (Xft.dpi), and through its portal.
         with Desktop(preferences={"theme": "dark"}) as desktop:
             run("xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER", "Xft.dpi:\t120\n")
@@ -96,13 +96,13 @@ class Appearance(Portals, unittest.TestCase):
         counts = self.frames_of_page_changes("true")
         self.assertGreaterEqual(max(counts), 5, counts)
 
-    def test_a_page_is_there_at_once_where_nothing_shall_move(self):
+    def test_pages_do_not_fade_in_without_animations(self):
         counts = self.frames_of_page_changes("false")
         self.assertLessEqual(min(counts), 3, counts)
 
 
 class Reaction(Portals, unittest.TestCase):
-    def test_a_portal_that_never_answers_keeps_nobody_waiting(self):
+    def test_a_silent_portal_does_not_delay_the_start(self):
         with Desktop(onboarded=False, preferences={"theme": "auto"}) as desktop:
             self.portal(desktop, "silent")
             began = time.monotonic()

@@ -19,7 +19,7 @@ class ApplicationLog(unittest.TestCase):
             self.assertEqual(application.child.wait(stage.PATIENCE_SECONDS), 0)
             self.assertEqual(application.log(), text + "\n")
 
-    def test_a_complaint_is_an_error_that_tells_its_lines(self):
+    def test_a_complaint_raises_an_error_with_its_lines(self):
         for complaint in ("WARNING qrc:/qt/qml/Fenwhirl/Views/FanCard.qml:20: TypeError: Cannot read property 'width' of null",
                           "WARNING qt.qpa.xcb: could not connect to display",
                           "CRITICAL QObject::startTimer: Timers cannot be started from another thread",
@@ -29,11 +29,11 @@ class ApplicationLog(unittest.TestCase):
                 self.run_one_that_writes(f"qt.scenegraph.time.renderloop: one picture\n{complaint}\nanother line")
             self.assertEqual(str(raised.exception).splitlines()[1:], [complaint])
 
-    def test_other_lines_and_those_that_are_allowed_are_none(self):
+    def test_other_and_allowed_lines_raise_nothing(self):
         self.run_one_that_writes("qt.scenegraph.time.renderloop: one picture\nno WARNING at all\n"
                                  "WARNING The X11 connection broke (error 1). Did the X11 server die?")
 
-    def test_an_error_of_the_test_itself_is_told_first(self):
+    def test_an_error_of_the_test_itself_takes_precedence(self):
         with self.assertRaises(ZeroDivisionError), stage.Application(self.program_that_complains()):
             raise ZeroDivisionError
 

@@ -36,7 +36,7 @@ class Chart(unittest.TestCase):
             run("xdotool", "mousemove", "--window", window[0], 5, 5)
             stage.wait_until(lambda: not self.reads(chart), "the reading goes with the pointer")
 
-    def test_keys_read_it_and_assistive_technology_hears_of_each(self):
+    def test_keys_read_it_and_each_reading_is_announced(self):
         with Desktop() as desktop:
             window, chart = self.chart(desktop)
             heard = []

@@ -18,28 +18,28 @@ AS_IN_CONTAINER = stage.ROOT / "Packaging/Linux/as-in-container"
 PRIVATE_NAMESPACE = stage.ROOT / "Packaging/Linux/private-namespace"
 IN_PLACE = "No private world can be made here, so this container's own /run/fenwhirl and /Library are used."
 UNAVAILABLE = 69
-MUST_RUN = ("road_test.Presets.test_the_game_preset_drives_the_fans_and_the_window_follows",
-            "road_test.Safety.test_at_92_degrees_every_fan_is_handed_back",
-            "road_test.Safety.test_at_the_alert_threshold_automatic_fans_run_at_their_maximum",
-            "road_test.Safety.test_without_any_temperature_manual_control_is_suspended",
+MUST_RUN = ("end_to_end_test.Presets.test_the_game_preset_drives_the_fans_and_the_window_follows",
+            "end_to_end_test.Safety.test_at_92_degrees_every_fan_is_handed_back",
+            "end_to_end_test.Safety.test_at_the_alert_threshold_automatic_fans_run_at_their_maximum",
+            "end_to_end_test.Safety.test_without_any_temperature_manual_control_is_suspended",
             "guard_test.WhileTheApplicationLives.test_a_killed_guard_is_replaced_and_knows_everything",
-            "run_test.TheWalk.test_ctrl_c_ends_it_whole")
+            "run_test.TheWalk.test_ctrl_c_ends_every_process")
 MUST_BE_SKIPPED = "helper_drivers_test.WithDrivers.test_fans_are_driven_and_handed_back"
 
 
-def require_everything():
+def require_full_isolation():
     require_real_root()
     for what in ("mounts", "network", "processes"):
         stage.require_own(what, "a computer that looks like a container")
 
 
-class InAContainer:
+class ContainerMixin:
     """Mix-in that runs the command under a container's restrictions: as root, without a private namespace."""
 
     launcher = (AS_IN_CONTAINER,)
 
     def setUp(self):
-        require_everything()
+        require_full_isolation()
         super().setUp()
 
     @staticmethod
@@ -47,29 +47,29 @@ class InAContainer:
         return False
 
 
-class TheWalk(InAContainer, run_test.Walk):
+class TheWalk(ContainerMixin, run_test.Walk):
     """The walk as root, without a private namespace. run_test.py describes what its tests check."""
 
-    def test_the_whole_walk_is_seen_and_nothing_is_left_behind(self):
+    def test_the_whole_walk_is_printed_and_nothing_is_left_behind(self):
         said = self.walk()
         self.assertEqual(said.count(IN_PLACE), 1, said)
         self.assertLess(said.index(IN_PLACE), [run_test.FIRST_LINE in line for line in said].index(True))
 
-    def test_ctrl_c_ends_it_whole(self):
-        self.break_off(os.killpg, signal.SIGINT)
+    def test_ctrl_c_ends_every_process(self):
+        self.interrupt(os.killpg, signal.SIGINT)
 
-    def test_a_request_to_end_reaches_everything(self):
-        self.break_off(os.kill, signal.SIGTERM)
+    def test_sigterm_ends_every_process(self):
+        self.interrupt(os.kill, signal.SIGTERM)
 
     def test_the_end_of_the_terminal_ends_it_too(self):
-        self.break_off(os.killpg, signal.SIGHUP)
+        self.interrupt(os.killpg, signal.SIGHUP)
 
-    def test_a_kill_takes_everything_along(self):
+    def test_a_kill_ends_every_process(self):
         self.kill()
         stage.wait_until(lambda: not os.listdir("/Library") and not os.path.exists("/run/fenwhirl"), "the places are cleared")
 
 
-class TheDemonstration(InAContainer, run_test.TheDemonstration):
+class TheDemonstration(ContainerMixin, run_test.TheDemonstration):
     """The demonstration on a display, without a private namespace."""
 
     def test_ctrl_c_ends_it_and_the_places_are_cleared(self):
@@ -78,9 +78,9 @@ class TheDemonstration(InAContainer, run_test.TheDemonstration):
         self.assertFalse(os.path.exists("/run/fenwhirl"))
 
 
-class ThePlaces(unittest.TestCase):
+class SharedFolders(unittest.TestCase):
     def setUp(self):
-        require_everything()
+        require_full_isolation()
 
     def start(self, *command, options=()):
         return subprocess.run([AS_IN_CONTAINER, *options, PRIVATE_NAMESPACE, *command], check=False, capture_output=True,
@@ -125,7 +125,7 @@ class ThePlaces(unittest.TestCase):
 
 class TheTests(unittest.TestCase):
     def setUp(self):
-        require_everything()
+        require_full_isolation()
 
     def run_tests(self, names, options=(), script='exec "$@"'):
         """Runs these tests in a container as `./test` does. Returns the names of those that passed, and the summary's lines."""

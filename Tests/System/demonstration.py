@@ -29,7 +29,7 @@ def main():
 
     # Ctrl-C must reach Fenwhirl only: it then hands the fans back, and needs the simulated Mac for that.
     mac = subprocess.Popen([chosen.build / "bin/simulated-mac", "--machine", chosen.machine, "--heat", chosen.heat,
-                            "--speed", chosen.speed], stdin=subprocess.PIPE, preexec_fn=leave_it_to_others)
+                            "--speed", chosen.speed], stdin=subprocess.PIPE, preexec_fn=ignore_terminal_signals)
     application = None
 
     def end(number, _):
@@ -49,19 +49,19 @@ def main():
     if user is not None and bus is not None:
         environment["DBUS_SESSION_BUS_ADDRESS"] = session_bus_relay.relay(f"{stage.SCRATCH}/session-bus", bus, user)
     application = subprocess.Popen([chosen.build / "bin/Fenwhirl"], stdin=subprocess.DEVNULL, env=environment)
-    threading.Thread(target=pass_commands_on, args=(mac,), daemon=True).start()
+    threading.Thread(target=forward_commands, args=(mac,), daemon=True).start()
     status = application.wait()
     mac.terminate()
     mac.wait()
     return status if status >= 0 else 128 - status
 
 
-def leave_it_to_others():
+def ignore_terminal_signals():
     for number in (signal.SIGINT, signal.SIGHUP):
         signal.signal(number, signal.SIG_IGN)
 
 
-def pass_commands_on(mac):
+def forward_commands(mac):
     """Forwards what is typed on the terminal to the simulated Mac."""
     with contextlib.suppress(OSError):
         for line in sys.stdin:

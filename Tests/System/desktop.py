@@ -150,7 +150,7 @@ class Desktop:
             ["xfce4-panel", "--disable-wm-check"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
         stage.wait_until(self.has_host, "the panel offers a place for status items")
         if self.empty is None:
-            self.wait_until_still()
+            self.record_empty_bar()
         return panel
 
     def see_the_empty_panel(self):
@@ -176,7 +176,7 @@ class Desktop:
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
         stage.wait_until(lambda: run("xdotool", "search", "--onlyvisible", "--class", "trayer"), "the tray is shown")
         if self.empty is None:
-            self.wait_until_still()
+            self.record_empty_bar()
         return tray
 
     def start_busy_application(self):
@@ -257,7 +257,7 @@ class Desktop:
         run("import", "-window", "root", "-crop", f"1280x{PANEL_HEIGHT}+0+0", "+repage", file)
         return file
 
-    def wait_until_still(self):
+    def record_empty_bar(self):
         """Waits until the bar no longer changes, and records it as the empty bar."""
         def still():
             first, second = self.picture("first"), self.picture("second")
@@ -266,7 +266,7 @@ class Desktop:
         stage.wait_until(still, "the bar comes to rest", interval_seconds=0.3)
         self.empty = self.picture("empty")
 
-    def ink(self):
+    def changed_area(self):
         """The bounding box in which the bar differs from the empty one as (x, y, width, height), or None without a difference."""
         now = self.picture("now")
         box = run("convert", self.empty, now, "-compose", "difference", "-composite", "-colorspace", "gray",
@@ -277,11 +277,11 @@ class Desktop:
         width, height, x, y = (int(found.group(index)) for index in range(1, 5))
         return (x, y, width, height)
 
-    def wait_for_ink(self):
-        return stage.wait_until(self.ink, "something is drawn into the bar")
+    def wait_for_item(self):
+        return stage.wait_until(self.changed_area, "something is drawn into the bar")
 
-    def wait_until_without_ink(self):
-        stage.wait_until(lambda: self.ink() is None, lambda: f"the bar is empty; there is {self.ink()}")
+    def wait_until_item_gone(self):
+        stage.wait_until(lambda: self.changed_area() is None, lambda: f"the bar is empty; there is {self.changed_area()}")
 
     @staticmethod
     def click(x, y):
@@ -289,7 +289,7 @@ class Desktop:
 
     def click_item(self):
         """Clicks the middle of the status item in the bar; returns that point."""
-        x, y, width, height = self.wait_for_ink()
+        x, y, width, height = self.wait_for_item()
         point = (x + width // 2, y + height // 2)
         self.click(*point)
         return point

@@ -146,7 +146,7 @@ class DrivenMac:
         """Sets the main temperature from now on."""
         self.tell(f"set {self.headline} {celsius}")
 
-    def lose_temperatures(self):
+    def remove_temperatures(self):
         for line in self.tell("keys T"):
             if found := re.match(r"\d+ (T\S{3}) ", line):
                 self.tell(f"vanish {found.group(1)}")
@@ -165,7 +165,7 @@ class DrivenMac:
     def last_write(self):
         return int(re.search(r"writes=(\d+)", self.tell("state")[-1]).group(1))
 
-    def take_by_hand(self, fan, rpm):
+    def take_manual_control(self, fan, rpm):
         """Takes a fan under manual control, as another fan-control program would."""
         if self.machine == OLDER_MAC:
             self.tell(f"write FS! {int(self.value('FS!')) | 1 << fan}")

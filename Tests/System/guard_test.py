@@ -145,7 +145,7 @@ class AfterAKill(GuardTest):
         # Both fans, then the first one again; finally both, in case a command was still under way.
         self.assertEqual(self.writes(), ["FS!=0002", "FS!=0000", "FS!=0000", "FS!=0000", "FS!=0000"])
 
-    def test_the_tries_end_with_the_helper(self):
+    def test_retries_stop_when_the_helper_is_removed(self):
         guard = self.watch()
         self.refuse()
         self.probe.stop(signal.SIGKILL)
@@ -242,7 +242,7 @@ class WhileTheApplicationIsSilent(GuardTest):
         self.assertEqual(self.probe.guard(), guard)
         self.wait_for_silence_to_end()
 
-    def test_it_can_take_its_leave_while_the_guard_acts(self):
+    def test_it_can_dismiss_the_guard_while_it_acts(self):
         guard = self.watch()
         self.probe.tell("mute")
         self.refuse()
@@ -266,7 +266,7 @@ class WhileTheApplicationIsSilent(GuardTest):
         time.sleep(SILENCE_SECONDS + REACTION_SECONDS)
         self.assertEqual(self.writes(), [])
 
-    def test_a_guard_that_was_stopped_with_it_did_not_hear_a_silence(self):
+    def test_a_guard_that_was_stopped_with_it_notices_no_silence(self):
         # As when the whole session, or the whole machine, is frozen.
         guard = self.watch()
         self.stop_probe()
@@ -292,7 +292,7 @@ class WhileTheApplicationIsSilent(GuardTest):
 
 
 class WhileTheApplicationLives(GuardTest):
-    def test_the_guard_is_small_and_keeps_to_itself(self):
+    def test_the_guard_is_small_and_isolated(self):
         require_tracing()
         guard = self.watch()
         self.assertEqual(os.getpgid(guard), guard)
@@ -327,7 +327,7 @@ class WhileTheApplicationLives(GuardTest):
         self.wait_for_hand_back(2)
         self.assertEqual(self.mode(1), "manual")
 
-    def test_no_child_holds_the_end_that_the_guard_listens_for(self):
+    def test_no_child_inherits_the_guards_pipe(self):
         require_tracing()
         guard = self.watch()
         pipe = os.readlink(f"/proc/{guard}/fd/0")
@@ -344,7 +344,7 @@ class WhileTheApplicationLives(GuardTest):
         self.assertEqual(holders, {guard, self.probe.pid})
         os.kill(helper, signal.SIGKILL)
 
-    def test_an_end_in_order_runs_nothing(self):
+    def test_a_normal_exit_runs_no_helper(self):
         for _ in range(rounds(20, 100)):
             guard = self.watch()
             self.assertEqual(self.probe.tell("finish"), "yes")

@@ -51,13 +51,13 @@ class TheClient(HelperTest):
         return self.probe(launcher=["strace", "-o", trace, *options], env={})
 
     def test_each_system_call_of_a_run_may_fail(self):
-        self.torture("run set 0 2400", r"yes|no")
+        self.inject_faults("run set 0 2400", r"yes|no")
 
     def test_each_system_call_of_a_run_for_its_output_may_fail(self):
         # The answer is the number of bytes: none, the version's two, or a message that it could not be started.
-        self.torture("output version", r"0|2|\d\d")
+        self.inject_faults("output version", r"0|2|\d\d")
 
-    def torture(self, request, answers):
+    def inject_faults(self, request, answers):
         with tempfile.NamedTemporaryFile() as trace:
             os.chmod(trace.name, 0o666)
             probe = self.traced(trace.name)

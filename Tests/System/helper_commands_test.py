@@ -23,10 +23,10 @@ class WithoutController(HelperTest):
         result = self.helper("version", "extra", "words")
         self.assertEqual((result.returncode, result.stdout, result.stderr), (0, b"3\n", b""))
 
-    def test_nothing_asked_is_a_usage_error(self):
+    def test_no_command_is_a_usage_error(self):
         self.assertEqual(self.status(), 64)
 
-    def test_the_missing_controller_is_found_before_the_command_is_judged(self):
+    def test_a_missing_controller_is_reported_before_usage_errors(self):
         for arguments in (["bogus"], ["set"], ["set", "x", "y"], ["set", "0", "2000"], ["auto"], ["auto", "0"],
                           ["test"], [""], ["Version"], ["version "]):
             self.assertEqual(self.status(*arguments), 2, arguments)
@@ -226,7 +226,7 @@ class WithController(HelperTest):
         self.assertTrue(lines[8].startswith("Retour en automatique : oui, cible après "))
         self.assert_automatic()
 
-    def test_one_hundred_at_once_leave_nothing_that_auto_cannot_repair(self):
+    def test_auto_repairs_whatever_a_hundred_at_once_leave(self):
         children = [self.start("set", str(i % 2), str(2000 + 10 * i)) for i in range(100)]
         for child in children:
             self.assertEqual(child.wait(60), 0)

@@ -64,7 +64,7 @@ class WithDrivers(HelperTest):
         self.assertEqual(self.status("set", "2", "3000"), 1)
         self.assertFalse(MEMORY.exists())
 
-    def test_usage_is_judged_as_on_any_mac(self):
+    def test_usage_errors_are_the_same_as_on_any_mac(self):
         self.plug_in_intel()
         for arguments in (["bogus"], ["set"], ["set", "x", "1200"]):
             self.assertEqual(self.status(*arguments), 64, arguments)

@@ -81,23 +81,23 @@ class OnAnOlderMac(Faults):
 
     def test_each_system_call_of_set_may_fail(self):
         require_tracing()
-        self.torture("set", "0", "2400")
+        self.inject_faults("set", "0", "2400")
 
     def test_each_system_call_of_auto_may_fail(self):
         require_tracing()
-        self.torture("auto")
+        self.inject_faults("auto")
 
     def test_each_system_call_of_version_may_fail(self):
         require_tracing()
-        self.torture("version")
+        self.inject_faults("version")
 
     def test_each_system_call_of_test_may_fail(self):
         require_tracing()
         # The command waits for eight seconds; a wait that fails takes as long, so waits fail in long runs only.
-        self.torture("test", errors=rounds(("EIO",), FAULTS), skipped=rounds(("clock_nanosleep",), ()),
+        self.inject_faults("test", errors=rounds(("EIO",), FAULTS), skipped=rounds(("clock_nanosleep",), ()),
                      others=("-e", "inject=clock_nanosleep:retval=0"))
 
-    def torture(self, *arguments, errors=FAULTS, skipped=(), others=()):
+    def inject_faults(self, *arguments, errors=FAULTS, skipped=(), others=()):
         """Runs a command once for each of its system calls and each error that this call then returns.
 
         `others` are strace's options for all other calls, `skipped` the names of calls that never fail.

@@ -111,13 +111,13 @@ class AsRoot(InstallTest):
         self.assertFalse(os.path.exists(SCRATCH / "FenwhirlHelper"))
 
     def test_nobody_can_exchange_the_file_between_the_steps(self):
-        self.install_beside_a_swapper(rounds(100, 1000), umask=0o022)
+        self.install_during_swap_attack(rounds(100, 1000), umask=0o022)
 
-    def test_nobody_can_whatever_the_callers_umask_is(self):
+    def test_nobody_can_exchange_the_file_under_any_umask(self):
         # pkexec passes the caller's umask on to the command.
-        self.install_beside_a_swapper(rounds(100, 1000), umask=0)
+        self.install_during_swap_attack(rounds(100, 1000), umask=0)
 
-    def install_beside_a_swapper(self, times, umask):
+    def install_during_swap_attack(self, times, umask):
         os.makedirs(SHARED)
         os.chmod(SHARED, 0o1777)
         swapper = subprocess.Popen(
@@ -198,7 +198,7 @@ class AsRoot(InstallTest):
         self.assertEqual(os.listdir(HELPER.parent), [HELPER.name])
         self.assertEqual(probe.tell("version"), "3")
 
-    def test_what_a_broken_installation_has_left_is_in_no_ones_way(self):
+    def test_leftovers_of_a_broken_installation_do_not_interfere(self):
         probe = self.probe()
         HELPER.parent.mkdir()
         left = pathlib.Path(f"{HELPER}.new")
@@ -224,7 +224,7 @@ class AsRoot(InstallTest):
 
 
 class AsAnOrdinaryUser(InstallTest):
-    def offer_pkexec(self, body):
+    def replace_pkexec(self, body):
         """Replaces pkexec by a script with this body, which logs its arguments, in this private namespace only."""
         require_own("mounts", "another program in the place of pkexec")
         for folder in ("upper", "work"):
@@ -238,7 +238,7 @@ class AsAnOrdinaryUser(InstallTest):
         os.chmod(SHARED, 0o777)
 
     def test_the_system_is_asked_with_the_whole_command(self):
-        self.offer_pkexec("exit 0")
+        self.replace_pkexec("exit 0")
         self.assertEqual(self.probe(NOBODY).tell("install"), "no")  # the user agreed, but the fake installs nothing
         self.assertEqual(
             (SHARED / "asked").read_text(encoding="ascii"),
@@ -247,12 +247,12 @@ class AsAnOrdinaryUser(InstallTest):
             f"chmod 4755 '{HELPER}.new' && mv -fT '{HELPER}.new' '{HELPER}' || {{ rm -f '{HELPER}.new'; exit 1; }}>")
 
     def test_a_cancelled_dialog_leaves_nothing_behind(self):
-        self.offer_pkexec("exit 126")
+        self.replace_pkexec("exit 126")
         self.assertEqual(self.probe(NOBODY).tell("install"), "no")
         self.assertFalse(HELPER.parent.exists())
 
     def test_without_anybody_to_ask_the_installation_fails(self):
-        self.offer_pkexec("")
+        self.replace_pkexec("")
         os.unlink("/usr/bin/pkexec")
         self.assertEqual(self.probe(NOBODY).tell("install"), "no")
         self.assertFalse(HELPER.parent.exists())

@@ -172,11 +172,11 @@ def lay_out_probe(folder):
 def processes(zombies=False):
     """Returns (PID, parent's PID, name) of every process of this namespace. Zombies are included only on request."""
     found = list(_all_processes(zombies))
-    if has_own("processes") or "FENWHIRL_WORLD_PROCESS" not in os.environ:
+    if has_own("processes") or "FENWHIRL_NAMESPACE_INIT" not in os.environ:
         return found
     # Without a PID namespace the computer's processes are visible, too. Those of the test descend from a subreaper, which adopts
     # orphaned processes.
-    family = {int(os.environ["FENWHIRL_WORLD_PROCESS"])}
+    family = {int(os.environ["FENWHIRL_NAMESPACE_INIT"])}
     while more := {number for number, parent, _ in found if parent in family} - family:
         family |= more
     return [process for process in found if process[0] in family]

@@ -31,7 +31,7 @@ class TheWindow(unittest.TestCase):
             scene.start_again()
             self.assertLess(self.seconds_for(scene.mac, 65535), 5)
 
-    def test_a_walk_without_end_holds_up_neither_window_nor_end_nor_helper(self):
+    def test_an_endless_key_walk_blocks_neither_window_nor_quit(self):
         with Scene(speed=0) as scene:
             scene.mac.tell("pin #KEY FFFFFFFF")
             scene.application.stop()

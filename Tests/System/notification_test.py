@@ -30,7 +30,7 @@ class HeatAlerts(unittest.TestCase):
         found = [tuple(entry[field] for field in ("appname", "summary", "body")) for entry in entries]
         return found[::-1]
 
-    def test_heat_is_told_once_in_plain_words(self):
+    def test_heat_is_notified_once(self):
         with Scene() as scene:
             self.start_service(scene)
             scene.mac.tell("set TCXC 89.9")

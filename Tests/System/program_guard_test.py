@@ -41,7 +41,7 @@ class InASessionOfSystemd(unittest.TestCase):
         return stage.wait_until(lambda: next((number for number, parent, name in processes() if name == "fenwhirl-guard"
                                               and parent == desktop.application.child.pid), None), "the guard runs")
 
-    def check_that_each_guard_is_told(self, desktop, requests):
+    def check_scope_requests(self, desktop, requests):
         desktop.start()
         guard = self.guard(desktop)
         self.assertEqual(requests.next(), f"app-fenwhirl-guard-{guard}.scope fail {guard}")
@@ -53,11 +53,11 @@ class InASessionOfSystemd(unittest.TestCase):
 
     def test_each_guard_gets_a_scope(self):
         with Desktop() as desktop:
-            self.check_that_each_guard_is_told(desktop, self.serve(desktop))
+            self.check_scope_requests(desktop, self.serve(desktop))
 
     def test_a_refusal_changes_nothing(self):
         with Desktop() as desktop:
-            self.check_that_each_guard_is_told(desktop, self.serve(desktop, "refuses"))
+            self.check_scope_requests(desktop, self.serve(desktop, "refuses"))
 
 
 if __name__ == "__main__":

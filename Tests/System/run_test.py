@@ -15,7 +15,7 @@ import stage
 from helper_stage import BUILD, processes
 
 # An account that exists everywhere and owns nothing but its copy of the project.
-SOMEBODY = 65534
+ORDINARY_USER = 65534
 WALK_SECONDS = 160
 ALWAYS_THERE = {".X11-unix"}  # in /tmp of every computer with a display server
 FIRST_LINE = "first start: Fenwhirl introduces itself"
@@ -35,16 +35,16 @@ class Run(unittest.TestCase):
             shutil.copytree(stage.ROOT / part, self.checkout / part, ignore=shutil.ignore_patterns("__pycache__"))
         self.identity = {}
         if self.can_be_an_ordinary_user():
-            self.identity = {"user": SOMEBODY, "group": SOMEBODY, "extra_groups": []}
+            self.identity = {"user": ORDINARY_USER, "group": ORDINARY_USER, "extra_groups": []}
             for folder, _, files in os.walk(self.checkout):
                 for name in (".", *files):
-                    os.chown(pathlib.Path(folder) / name, SOMEBODY, SOMEBODY)
+                    os.chown(pathlib.Path(folder) / name, ORDINARY_USER, ORDINARY_USER)
         self.before = self.running()
 
     @staticmethod
     def can_be_an_ordinary_user():
         """Whether the command can run as an ordinary user in a private namespace here."""
-        return stage.can_become(SOMEBODY) and stage.has_own("mounts")
+        return stage.can_become(ORDINARY_USER) and stage.has_own("mounts")
 
     launcher = ()  # a command prefix that starts ./run
 
@@ -112,7 +112,7 @@ class Walk(Run):
         self.assertEqual({place: set(os.listdir(place)) | ALWAYS_THERE for place in outside}, outside)
         return said
 
-    def break_off(self, send, number):
+    def interrupt(self, send, number):
         temporary_files = set(os.listdir("/tmp")) | ALWAYS_THERE
         run = self.start()
         self.wait_for_line(run, FIRST_LINE, WALK_SECONDS)
@@ -132,19 +132,19 @@ class Walk(Run):
 
 
 class TheWalk(Walk):
-    def test_the_whole_walk_is_seen_and_nothing_is_left_behind(self):
+    def test_the_whole_walk_is_printed_and_nothing_is_left_behind(self):
         self.walk()
 
-    def test_ctrl_c_ends_it_whole(self):
-        self.break_off(os.killpg, signal.SIGINT)
+    def test_ctrl_c_ends_every_process(self):
+        self.interrupt(os.killpg, signal.SIGINT)
 
-    def test_a_request_to_end_reaches_everything(self):
-        self.break_off(os.kill, signal.SIGTERM)
+    def test_sigterm_ends_every_process(self):
+        self.interrupt(os.kill, signal.SIGTERM)
 
     def test_the_end_of_the_terminal_ends_it_too(self):
-        self.break_off(os.killpg, signal.SIGHUP)
+        self.interrupt(os.killpg, signal.SIGHUP)
 
-    def test_a_kill_takes_everything_along(self):
+    def test_a_kill_ends_every_process(self):
         self.kill()
 
 
@@ -171,12 +171,12 @@ class TheDemonstration(Run):
         self.assertEqual(status, 0)  # the signal asked Fenwhirl to end, and it ended normally
         self.assert_nothing_is_left()
 
-    def test_it_reaches_the_persons_own_session(self):
+    def test_it_reaches_the_users_own_session(self):
         if not self.identity:
             self.skipTest("needs real root, to give up its rights, and a private world for an ordinary user")
         session = stage.SCRATCH / "session"
         session.mkdir(mode=0o700)
-        os.chown(session, SOMEBODY, SOMEBODY)
+        os.chown(session, ORDINARY_USER, ORDINARY_USER)
         address = f"unix:path={session}/bus"
         bus = stage.Process(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1", f"--address={address}"],
                             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, **self.identity)
@@ -195,7 +195,7 @@ class TheDemonstration(Run):
     def test_ctrl_c_ends_it(self):
         self.check_end(os.killpg, signal.SIGINT)
 
-    def test_a_wish_to_end_ends_it(self):
+    def test_sigterm_ends_it(self):
         self.check_end(os.kill, signal.SIGTERM)
 
 
@@ -264,7 +264,7 @@ class AMacThatRunsLinux(Run):
 
 
 class TheFolder(Run):
-    def test_one_that_cannot_be_written_is_told_before_anything_is_installed_or_built(self):
+    def test_an_unwritable_folder_is_reported_before_anything_is_installed_or_built(self):
         if not self.identity:
             self.skipTest("needs real root, to give up its rights, and a private world for an ordinary user")
         shutil.copy(stage.ROOT / "test", self.checkout)

@@ -12,7 +12,7 @@ import stage
 from driven_mac import END_SECONDS, GAME, GUARD, LOW_RPM, NEWER_MAC, OLDER_MAC, REACTION_SECONDS, SLOW, DrivenMac, constant
 
 
-class AFoundFan(unittest.TestCase):
+class FansLeftManual(unittest.TestCase):
     """Fans that are already manual when the program starts, because its previous run had no time to hand them back."""
 
     def check(self, machine, celsius, settings):
@@ -43,7 +43,7 @@ class AFoundFan(unittest.TestCase):
     def test_without_any_temperature(self):
         with DrivenMac(OLDER_MAC, SLOW) as driven:
             driven.drive().kill_everything()
-            driven.lose_temperatures()
+            driven.remove_temperatures()
             driven.start()
             driven.wait_for("automatic", "handed back without a temperature", REACTION_SECONDS)
 
@@ -70,7 +70,7 @@ class RefusedWrites(unittest.TestCase):
         with DrivenMac(OLDER_MAC, GAME) as driven:
             driven.drive()
             driven.tell("refuse all")
-            driven.lose_temperatures()
+            driven.remove_temperatures()
             time.sleep(3.5)
             driven.tell("accept all")
             driven.wait_for("automatic", "handed back without a temperature", REACTION_SECONDS)
@@ -193,7 +193,7 @@ class UnreadableFans(unittest.TestCase):
         with DrivenMac(OLDER_MAC, GAME) as driven:
             driven.drive()
             self.lose(driven, "F1Ac")
-            driven.lose_temperatures()
+            driven.remove_temperatures()
             driven.wait_for("automatic", "handed back without a temperature", REACTION_SECONDS)
 
     def check_a_quit(self, machine, key):
@@ -251,7 +251,7 @@ class AnotherProgram(unittest.TestCase):
             driven.heat(95)
             driven.wait_for("automatic", "handed back at 95 °C", REACTION_SECONDS)
             for fan in (1, 0):
-                driven.take_by_hand(fan, LOW_RPM)
+                driven.take_manual_control(fan, LOW_RPM)
                 self.assertEqual(driven.fans()[fan][1], "manual")
                 driven.wait_for("automatic", "and again", REACTION_SECONDS)
 
@@ -264,7 +264,7 @@ class AnotherProgram(unittest.TestCase):
     def test_on_fans_that_fenwhirl_never_drove(self):
         with DrivenMac(OLDER_MAC, {}, celsius=95) as driven:
             driven.start().settle()
-            driven.take_by_hand(1, LOW_RPM)
+            driven.take_manual_control(1, LOW_RPM)
             driven.wait_for("automatic", "handed back at 95 °C", REACTION_SECONDS)
 
 

@@ -60,13 +60,13 @@ class ASlowController(unittest.TestCase):
         before = scene.requests()
         scene.mac.tell(f"await requests {before + 130} within 60")  # by then several ticks have passed during the poll
 
-    def test_a_reset_overtakes_what_waits(self):
+    def test_a_reset_overtakes_queued_work(self):
         with Scene() as scene:
             self.slow_down(scene)
             scene.screen.press(RESET)
             scene.wait_for_modes("automatic", "handed back", self.LIMIT_SECONDS)
 
-    def test_a_preset_is_taken_by_the_next_poll(self):
+    def test_a_preset_is_applied_by_the_next_poll(self):
         with Scene() as scene:
             self.slow_down(scene)
             scene.open_page("Préréglages")
@@ -105,7 +105,7 @@ class WithoutTheNumberOfFans(unittest.TestCase):
 class TheRemovalsPrompt(unittest.TestCase):
     """Safety while the password prompt for the removal is open, which may take any time."""
 
-    def offer_prompt(self):
+    def replace_pkexec(self):
         """Replaces pkexec by a script that waits for the file "answered". The file "agreed" stands for the right password."""
         require_real_root()
         stage.require_own("mounts", "another program in the place of pkexec")
@@ -140,7 +140,7 @@ class TheRemovalsPrompt(unittest.TestCase):
                          REACTION_SECONDS)
 
     def test_heat_protection_and_the_emergency_go_on(self):
-        self.offer_prompt()
+        self.replace_pkexec()
         with Scene() as scene:
             self.open_prompt(scene)
             scene.mac.tell("set TCXC 91")
@@ -152,7 +152,7 @@ class TheRemovalsPrompt(unittest.TestCase):
             scene.wait_for_modes("manual", "it was cancelled, and the user's settings count again", END_SECONDS)
 
     def test_a_helper_that_goes_leaves_no_fan_behind(self):
-        self.offer_prompt()
+        self.replace_pkexec()
         with Scene() as scene:
             self.open_prompt(scene)
             scene.mac.tell("set TCXC 91")

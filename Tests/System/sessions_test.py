@@ -50,7 +50,7 @@ class OneUser(unittest.TestCase):
 
 
 class TwoUsers(unittest.TestCase):
-    def test_the_machine_follows_the_one_in_front_and_never_both(self):
+    def test_the_machine_follows_the_active_session_only(self):
         with Computer() as computer:
             computer.start_logind(f"{FIRST}=1", f"{SECOND}=2")
             computer.switch_to("1")
@@ -68,7 +68,7 @@ class TwoUsers(unittest.TestCase):
             computer.let_poll()
             self.assertEqual(computer.speeds(), [3000, 4000, 3000])
 
-    def test_the_one_in_the_back_touches_nothing_at_its_start_and_its_end(self):
+    def test_a_background_session_touches_nothing_when_it_starts_and_quits(self):
         with Computer() as computer:
             computer.start_logind(f"{FIRST}=1", f"{SECOND}=2")
             computer.switch_to("1")

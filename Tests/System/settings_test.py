@@ -9,7 +9,7 @@ import unittest
 import stage
 from scene import Scene
 
-PORTAL = pathlib.Path(__file__).with_name("played_portal.py")
+PORTAL = pathlib.Path(__file__).with_name("fake_portal.py")
 START_WITH_SESSION = "Ouvrir Fenwhirl au démarrage du Mac"
 
 
@@ -56,7 +56,7 @@ class StartingWithTheSession(unittest.TestCase):
             scene.screen.press(START_WITH_SESSION)
             stage.wait_until(lambda: not entry.exists(), "the entry is removed")
 
-    def test_a_home_that_takes_no_entry_is_told_of(self):
+    def test_an_entry_that_cannot_be_written_is_reported(self):
         with Scene() as scene:
             (pathlib.Path.home() / ".config/autostart").write_text("not a folder", encoding="ascii")
             scene.open_page("Réglages")
@@ -70,7 +70,7 @@ class TheReport(unittest.TestCase):
         scene.screen.use(next(node for node in scene.screen.nodes(showing=False)
                               if node.get_name() == name and stage.role_of(node) == role))
 
-    def test_the_report_is_saved_where_the_person_says(self):
+    def test_the_report_is_saved_where_the_user_chooses(self):
         with Scene() as scene:
             (pathlib.Path.home() / "Documents").mkdir(exist_ok=True)
             scene.open_page("Réglages")
@@ -90,7 +90,7 @@ class TheReport(unittest.TestCase):
     def test_the_desktops_own_dialog_is_asked_where_there_is_one(self):
         with Scene() as scene:
             scene.open_page("Réglages")
-            with played_save_dialog(pathlib.Path.home()):
+            with fake_save_dialog(pathlib.Path.home()):
                 self.press_anywhere(scene, "Créer le rapport", "push button")
                 report = pathlib.Path.home() / "Fenwhirl-diagnostic.txt"
                 stage.wait_until(report.exists, "the report is saved")
@@ -98,7 +98,7 @@ class TheReport(unittest.TestCase):
             self.assertIsNone(scene.screen.find("Annuler", "push button"))
 
 
-def played_save_dialog(folder):
+def fake_save_dialog(folder):
     portal = stage.Process(["/usr/bin/python3", "-B", PORTAL, "saves", folder], stdout=subprocess.PIPE)
     stage.Lines(portal.child.stdout).next()
     return portal

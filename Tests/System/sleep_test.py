@@ -36,7 +36,7 @@ class Sleep(unittest.TestCase):
             computer.wake()
             computer.wait_for("manual", 3000)
 
-    def test_a_program_behind_another_session_touches_no_fan(self):
+    def test_a_program_in_a_background_session_touches_no_fan(self):
         with Computer() as computer:
             computer.start_logind(f"{FIRST}=1")
             computer.log_in(FIRST, 3000)

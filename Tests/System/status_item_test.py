@@ -76,40 +76,40 @@ class UnderAPanel(unittest.TestCase):
             desktop.start()
             stage.wait_until(lambda: time.monotonic() - began > 3, "three seconds")
             desktop.start_panel()
-            desktop.wait_for_ink()
+            desktop.wait_for_item()
             self.assertIsNone(desktop.main_window())
 
     def test_a_host_that_was_lost_and_comes_back_gets_the_item_again(self):
         with Desktop() as desktop:
             panel = desktop.start_panel()
             desktop.start()
-            desktop.wait_for_ink()
+            desktop.wait_for_item()
             panel.stop()
             stage.wait_until(lambda: not desktop.has_host(), "the host is gone")
             desktop.start_panel()
-            desktop.wait_for_ink()
+            desktop.wait_for_item()
             self.check_that_it_is_at_the_item(*self.open_panel(desktop))
 
     def test_the_item_goes_with_the_program(self):
         with Desktop() as desktop:
             desktop.start_panel()
             application = desktop.start()
-            desktop.wait_for_ink()
+            desktop.wait_for_item()
             self.assertEqual(application.stop(), 0)
-            desktop.wait_until_without_ink()
+            desktop.wait_until_item_gone()
 
 
 class UnderAClassicTray(unittest.TestCase):
     @staticmethod
-    def is_wide(ink):
-        return ink is not None and ink[2] > 1.5 * ink[3]
+    def is_wide(changed_area):
+        return changed_area is not None and changed_area[2] > 1.5 * changed_area[3]
 
     def test_the_icon_appears_and_opens_the_panel_where_it_is(self):
         with Desktop() as desktop:
             desktop.start_tray()
             desktop.start()
-            stage.wait_until(lambda: self.is_wide(desktop.ink()),
-                             lambda: f"the temperature beside the symbol; there is {desktop.ink()}")
+            stage.wait_until(lambda: self.is_wide(desktop.changed_area()),
+                             lambda: f"the temperature beside the symbol; there is {desktop.changed_area()}")
             x, _ = desktop.click_item()
             _, left, top, width, _ = desktop.wait_for_panel_window()
             self.assertLess(abs(top - PANEL_HEIGHT), PANEL_HEIGHT)
@@ -123,7 +123,7 @@ class UnderAClassicTray(unittest.TestCase):
             desktop.start_tray().stop()
             desktop.start()
             desktop.start_tray()
-            desktop.wait_for_ink()
+            desktop.wait_for_item()
             desktop.click_item()
             desktop.wait_for_panel_window()
 
@@ -149,14 +149,14 @@ class ThePanelsEdge(unittest.TestCase):
         return int(float(run("import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-colorspace", "gray",
                              "-format", "%[fx:255*minima]", "info:") or -1))
 
-    def test_where_windows_are_not_composed_nothing_black_is_left_at_its_corners(self):
+    def test_without_a_compositor_its_corners_are_clean(self):
         with self.opened(compositor=False) as (_, (_, x, y, width, height)):
             self.assertEqual(width, 340)
             for corner in ((x, y + height - 14), (x + width - 14, y + height - 14)):
                 stage.wait_until(lambda at=corner: self.brightness(*at, 14, 14) > 0xD0,
                                  lambda at=corner: f"a clean corner; its darkest is {self.brightness(*at, 14, 14)}")
 
-    def test_where_they_are_its_shadow_lies_around_it(self):
+    def test_with_a_compositor_it_has_a_shadow(self):
         with self.opened(compositor=True) as (desktop, (_, x, y, width, height)):
             self.assertEqual(width, 440)
             bottom = y + 32 + height - 100

@@ -123,14 +123,14 @@ class Tour:
         if status != 0 or "manual" in self.fans():
             raise stage.StageError(f"Fenwhirl ended with status {status}; fans: {self.fans()}")
 
-    def road(self):
+    def run_all(self):
         self.head()
         self.welcome()
         self.heat()
         self.farewell()
 
 
-def main(walk=Tour.road):
+def main(walk=Tour.run_all):
     """Parses the options, starts everything, and runs the walk; returns the exit status."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", type=pathlib.Path, required=True)

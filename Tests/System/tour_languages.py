@@ -18,8 +18,8 @@ import time
 
 import stage
 import tour_pages
-from interface_words import LANGUAGES, Words
-from pictured_mac import PicturedMac
+from interface_texts import LANGUAGES, Translations
+from screenshot_mac import ScreenshotMac
 from status_host import StatusHost
 
 SIZES = [(1040, 680), (920, 560)]
@@ -56,11 +56,11 @@ class Interface(stage.Interface):
 class Tour(tour_pages.Tour):
     """The walk in one language."""
 
-    def __init__(self, options, language, host, maker):
-        super().__init__(options, "dark", host, maker)
+    def __init__(self, options, language, host, vendor_site):
+        super().__init__(options, "dark", host, vendor_site)
         self.language = language
         self.folder = options.pictures / language
-        self.screen = Interface(Words(language))
+        self.screen = Interface(Translations(language))
         self.count = 0
 
     def started(self, onboarded=True, shown=True, **preferences):
@@ -144,7 +144,7 @@ class Tour(tour_pages.Tour):
     def walk(self):
         began = time.monotonic()
         self.host.item = None
-        with PicturedMac(self.build) as self.mac:
+        with ScreenshotMac(self.build) as self.mac:
             for part in (self.first_start, self.update, self.in_control, self.old_helper, self.no_fans):
                 if self.only in (None, part.__name__):
                     # A walk that ended early may have left a helper.
@@ -179,10 +179,10 @@ def main():
         os.environ["LANG"] = "fr_FR.UTF-8"
         os.environ.update(stack.enter_context(stage.SessionBus()).environment())
         host = stack.enter_context(StatusHost())
-        maker = tour_pages.play_the_maker(options.build)
+        vendor_site = tour_pages.start_vendor_site(options.build)
         for language in options.language or LANGUAGES:
             try:  # a failure in one language does not end the tour of the others
-                Tour(options, language, host, maker).walk()
+                Tour(options, language, host, vendor_site).walk()
             except stage.StageError as error:
                 print(f"The tour in {LANGUAGES[language]} ended early: {error}", file=sys.stderr)
                 failed = True

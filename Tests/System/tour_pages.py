@@ -19,8 +19,8 @@ import sys
 import time
 
 import stage
-from makers_site import Site, makers_domain, move_in
-from pictured_mac import COOL, HOT, PicturedMac, Workload
+from vendor_site import Site, vendor_domain, redirect_vendor_host
+from screenshot_mac import COOL, HOT, ScreenshotMac, Workload
 from status_host import StatusHost
 
 COMPUTER = "MacBook Pro de Camille"
@@ -34,14 +34,14 @@ PAGES = {"dashboard": "Tableau de bord", "fans": "Ventilateurs", "sensors": "Cap
 class Tour:
     """The tour in one appearance (dark or light), from the first start to the last error state."""
 
-    def __init__(self, options, theme, host, maker):
+    def __init__(self, options, theme, host, vendor_site):
         self.build = options.build
         self.folder = options.pictures
         self.only = options.only
         self.minutes = options.minutes
         self.theme = theme
         self.host = host
-        self.maker = maker
+        self.vendor_site = vendor_site
         self.screen = stage.Interface()
         self.application = self.mac = None
 
@@ -301,7 +301,7 @@ class Tour:
 
     def update(self):
         """The offer of a newer version at launch, while no other window is open."""
-        if self.maker is None:
+        if self.vendor_site is None:
             print("  (no picture of an update: a network of our own is not allowed here)", flush=True)
             return
         with self.started(shown=False, **{"brenor.update.lastCheck": 0}):
@@ -370,7 +370,7 @@ class Tour:
             self.panel("states/panel-many")
 
     def walk(self):
-        with PicturedMac(self.build, max(1, self.minutes)) as self.mac:
+        with ScreenshotMac(self.build, max(1, self.minutes)) as self.mac:
             for part in (self.first_start, self.update, self.in_control, self.old_helper, self.sizes, self.many, self.no_fans):
                 if self.only in (None, part.__name__):
                     part()
@@ -379,11 +379,11 @@ class Tour:
             self.no_controller()
 
 
-def play_the_maker(build):
+def start_vendor_site(build):
     """Starts the fake web site with a newer version; returns None where that is not possible."""
-    domain = makers_domain(build)
+    domain = vendor_domain(build)
     try:
-        return Site(domain, move_in(domain).certificate_for(domain), "0.2")
+        return Site(domain, redirect_vendor_host(domain).certificate_for(domain), "0.2")
     except OSError:
         return None
 
@@ -415,10 +415,10 @@ def main():
             os.environ["LANG"] = "fr_FR.UTF-8"
             os.environ.update(stack.enter_context(stage.SessionBus()).environment())
             host = stack.enter_context(StatusHost())
-            maker = play_the_maker(options.build)
+            vendor_site = start_vendor_site(options.build)
             for theme in [options.theme] if options.theme else ["dark", "light"]:
                 print(f"{theme}:")
-                Tour(options, theme, host, maker).walk()
+                Tour(options, theme, host, vendor_site).walk()
     except stage.StageError as error:
         print(f"The tour ended early: {error}", file=sys.stderr)
         return 1

@@ -8,10 +8,10 @@ import time
 import unittest
 
 import stage
-from makers_site import WORK, Authority, Site, makers_domain, move_in
+from vendor_site import WORK, Authority, Site, vendor_domain, redirect_vendor_host
 
 BUILD = pathlib.Path(os.environ.get("FENWHIRL_BUILD", stage.ROOT / "build/dev")).resolve()
-DOMAIN = makers_domain(BUILD)
+DOMAIN = vendor_domain(BUILD)
 OPENED = WORK / "opened"
 
 
@@ -19,7 +19,7 @@ class Updates(unittest.TestCase):
     def setUp(self):
         stage.require_own("mounts", "other certificates and another table of hosts")
         try:
-            self.trusted = move_in(DOMAIN)
+            self.trusted = redirect_vendor_host(DOMAIN)
         except OSError as error:
             self.skipTest(str(error))
         self.stranger = Authority("stranger")
@@ -82,7 +82,7 @@ class Updates(unittest.TestCase):
         self.assertEqual(program.stop(), 0)
         self.assertFalse(self.screen.find("Une nouvelle version est disponible"))
 
-    def test_later_means_nothing_more(self):
+    def test_later_closes_the_alert(self):
         Site(DOMAIN, self.trusted.certificate_for(DOMAIN), "9.9")
         program = self.launch()
         self.screen.press("Plus tard")
@@ -96,7 +96,7 @@ class Updates(unittest.TestCase):
         self.screen.wait_for("Доступна је нова верзија")
         self.screen.wait_for("Верзија 9.9 програма Fenwhirl је доступна. Бесплатна је за тебе. Имаш верзију 0.1.")
 
-    def check_that_nothing_is_believed(self, certificate):
+    def check_that_the_answer_is_rejected(self, certificate):
         site = Site(DOMAIN, certificate, "9.9")
         program = self.launch()
         stage.wait_until(lambda: site.failures, "the program turns away")
@@ -105,11 +105,11 @@ class Updates(unittest.TestCase):
         self.assertNotIn("brenor.update.lastCheck", self.remembered())
         self.assertNotIn("brenor.update.notifiedVersion", self.remembered())
 
-    def test_a_site_that_a_stranger_vouches_for_is_not_believed(self):
-        self.check_that_nothing_is_believed(self.stranger.certificate_for(DOMAIN))
+    def test_an_untrusted_certificate_is_rejected(self):
+        self.check_that_the_answer_is_rejected(self.stranger.certificate_for(DOMAIN))
 
-    def test_a_site_with_the_certificate_of_another_is_not_believed(self):
-        self.check_that_nothing_is_believed(self.trusted.certificate_for("other.example"))
+    def test_a_certificate_for_another_host_is_rejected(self):
+        self.check_that_the_answer_is_rejected(self.trusted.certificate_for("other.example"))
 
 
 if __name__ == "__main__":

@@ -79,14 +79,14 @@ TEST(GatheredTexts, TellTheControlOfATextInQml) {
 }
 
 TEST(GatheredTexts, FindTheWordsOfTheSystemThatQmlAsksFor) {
-    const char* const source = "Button {\n text: qsTranslate(\"SystemWords\", \"Close\")\n}";
+    const char* const source = "Button {\n text: qsTranslate(\"SystemTerms\", \"Close\")\n}";
     EXPECT_EQ(texts(source, Grammar::qml, Gathered::Kind::system), (Texts{"Close"}));
     EXPECT_EQ(texts(source, Grammar::qml, Gathered::Kind::loose), Texts{});
 }
 
 TEST(GatheredTexts, ReportQmlThatAsksForWhatNobodyCanKnow) {
     EXPECT_EQ(
-        texts("Text { text: qsTranslate(\"SystemWords\", word) }", Grammar::qml, Gathered::Kind::dynamic)
+        texts("Text { text: qsTranslate(\"SystemTerms\", word) }", Grammar::qml, Gathered::Kind::dynamic)
             .size(),
         1U);
     EXPECT_EQ(texts("Text { text: qsTr(modelData) }", Grammar::qml, Gathered::Kind::dynamic).size(), 1U);

@@ -103,7 +103,7 @@ def gathered(file):
         text = text.strip()
         if source == TABLES:
             keys.append(text)
-        elif "/Tables/" not in source and not any(words in source for words in ("SystemWords", "DialogWords")) and kind in ("asked", "loose", "other"):
+        elif "/Tables/" not in source and not any(words in source for words in ("SystemTerms", "DialogTexts")) and kind in ("asked", "loose", "other"):
             uses.setdefault(text, []).append((source, control))
     # The header contains other literals, too; the tables begin with the first key that is used.
     return list(dict.fromkeys(key for key in keys if key in uses)), uses

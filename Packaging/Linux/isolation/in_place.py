@@ -13,7 +13,7 @@ import signal
 import sys
 import tempfile
 
-import private_world
+import private_namespace
 import supervision
 import system_calls as kernel
 
@@ -40,7 +40,7 @@ class InPlace:
         with self._turn():
             self._check_places()
             kernel.adopt_orphans()
-            supervision.raise_when_told_to_end()
+            supervision.exit_on_signals()
             try:
                 self._make_places()
                 # A child cleans up, and this process does so again after it, because either may be killed.
@@ -90,11 +90,11 @@ class InPlace:
         kernel.adopt_orphans()
         for name in ("home", "user"):
             (self.scratch / name).mkdir(0o700)
-        private_world.set_home(str(self.scratch / "home"), keep_display=self.keep_session)
+        private_namespace.set_home(str(self.scratch / "home"), keep_display=self.keep_session)
         if not (self.keep_session and os.path.isdir(os.environ.get("XDG_RUNTIME_DIR", ""))):
             os.environ["XDG_RUNTIME_DIR"] = str(self.scratch / "user")
             os.environ.pop("DBUS_SESSION_BUS_ADDRESS", None)
-        private_world.describe(str(self.scratch), [])
+        private_namespace.describe(str(self.scratch), [])
         os.environ[IN_TURN] = "yes"
         status = supervision.wait(supervision.start(lambda: supervision.execute(command)))
         self._clean()

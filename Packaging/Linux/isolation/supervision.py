@@ -43,7 +43,7 @@ def _blocked():
         signal.pthread_sigmask(signal.SIG_UNBLOCK, PASSED_ON)
 
 
-def raise_when_told_to_end():
+def exit_on_signals():
     """Until the next wait(), signals to end raise SystemExit, so that what was begun is undone."""
     def end(number, _):
         raise SystemExit(128 + number)

@@ -77,6 +77,6 @@ QString CommandLine::help() {
         .arg(presetWords());
 }
 
-QString CommandLine::nobodyHears() {
+QString CommandLine::noAnswerMessage() {
     return QStringLiteral("Fenwhirl: it is running, but does not answer.\n");
 }

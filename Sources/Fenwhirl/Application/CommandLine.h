@@ -35,5 +35,5 @@ struct CommandLine {
     [[nodiscard]] static QString version(const QString& number);
     [[nodiscard]] static QString help();
     // The message when the running instance could not be told about the preset.
-    [[nodiscard]] static QString nobodyHears();
+    [[nodiscard]] static QString noAnswerMessage();
 };

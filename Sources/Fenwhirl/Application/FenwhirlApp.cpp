@@ -81,14 +81,14 @@ QString actionFor(Preset preset) {
 }
 
 // Handles a start while another instance is running; returns the exit status of this process.
-int tellFirst(SingleInstance& instance, std::optional<Preset> preset) {
+int notifyFirst(SingleInstance& instance, std::optional<Preset> preset) {
     if (!preset) {
         instance.raiseFirst();
         return EXIT_SUCCESS;
     }
-    if (instance.tellFirst(actionFor(*preset)))
+    if (instance.notifyFirst(actionFor(*preset)))
         return EXIT_SUCCESS;
-    static_cast<void>(print(CommandLine::nobodyHears(), stderr));
+    static_cast<void>(print(CommandLine::noAnswerMessage(), stderr));
     return EXIT_FAILURE;
 }
 
@@ -122,7 +122,7 @@ int fenwhirl_app_main(int argc, char** argv) {
 
     const std::unique_ptr<SingleInstance> instance = SingleInstance::create();
     if (!instance->becomeFirst())
-        return tellFirst(*instance, command.preset);
+        return notifyFirst(*instance, command.preset);
 
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, application.get(), &QCoreApplication::quit);

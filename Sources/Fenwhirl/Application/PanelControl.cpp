@@ -31,7 +31,7 @@ void layOut(QQuickItem& item) {
 PanelControl::PanelControl(Maker maker) : maker_(std::move(maker)) {}
 
 PanelControl::~PanelControl() {
-    forgetWindow();
+    discardWindow();
 }
 
 void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
@@ -44,7 +44,7 @@ void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
     if (closed_.isValid() && closed_.elapsed() < reopenGuardMilliseconds)
         return;
     Q_EMIT opening();
-    const PanelSurroundings surroundings = panelSurroundings();
+    const PanelCompositing surroundings = panelSurroundings();
     // Whether a window can be translucent is fixed when it is created.
     if (!window_ || surroundings != surroundings_)
         make(surroundings);
@@ -55,22 +55,22 @@ void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
                          window_->screen()->availableGeometry().height() - 2 * screenMargin);
     layOut(*window_->contentItem());
     place();
-    isReached_ = !focusFollowsPointer();
+    hasBeenEntered_ = !focusFollowsPointer();
     opened_.start();
     showStatusPanel(*window_, token);
-    watch_ = PressWatch::begin(*window_, itemPlace_, [this] { close(); });
+    watch_ = OutsideClickMonitor::begin(*window_, itemPlace_, [this] { close(); });
 }
 
-void PanelControl::make(PanelSurroundings surroundings) {
-    forgetWindow();
-    window_ = maker_({{QStringLiteral("composed"), surroundings != PanelSurroundings::cut},
-                      {QStringLiteral("shadowed"), surroundings == PanelSurroundings::shadowed}});
+void PanelControl::make(PanelCompositing surroundings) {
+    discardWindow();
+    window_ = maker_({{QStringLiteral("composed"), surroundings != PanelCompositing::cut},
+                      {QStringLiteral("shadowed"), surroundings == PanelCompositing::shadowed}});
     surroundings_ = surroundings;
     window_->setFlags(statusPanelFlags());
     prepareStatusPanel(*window_);
     window_->installEventFilter(this);
     connect(window_.get(), &QWindow::activeChanged, this, [this] {
-        if (!window_->isActive() && isReached_)
+        if (!window_->isActive() && hasBeenEntered_)
             close();
     });
     // The content, and with it the size, may change while the panel is shown.
@@ -92,7 +92,7 @@ void PanelControl::make(PanelSurroundings surroundings) {
     connect(window_.get(), &QWindow::visibilityChanged, this, &PanelControl::visibilityChanged);
 }
 
-void PanelControl::forgetWindow() {
+void PanelControl::discardWindow() {
     if (!window_)
         return;
     watch_.reset();
@@ -126,7 +126,7 @@ bool PanelControl::eventFilter(QObject* watched, QEvent* event) {
         break;
     case QEvent::Enter:
     case QEvent::KeyPress:
-        isReached_ = true;
+        hasBeenEntered_ = true;
         break;
     case QEvent::MouseButtonPress:
         // While the panel grabs the mouse, presses outside it arrive here, too.

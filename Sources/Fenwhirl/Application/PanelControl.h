@@ -54,15 +54,15 @@ private Q_SLOTS:
     void place();
 
 private:
-    void make(PanelSurroundings surroundings);
-    void forgetWindow();
+    void make(PanelCompositing surroundings);
+    void discardWindow();
 
     Maker maker_;
     std::unique_ptr<QQuickWindow> window_;
-    PanelSurroundings surroundings_ = PanelSurroundings::cut;
+    PanelCompositing surroundings_ = PanelCompositing::cut;
     QRect itemPlace_;
-    std::unique_ptr<PressWatch> watch_; // while the window is shown
-    bool isReached_ = false;            // the pointer or the keyboard has reached it since it opened
+    std::unique_ptr<OutsideClickMonitor> watch_; // while the window is shown
+    bool hasBeenEntered_ = false;                // the pointer or the keyboard has reached it since it opened
     QElapsedTimer opened_;
     QElapsedTimer closed_;
 };

@@ -1,14 +1,14 @@
 #include "Fenwhirl/Application/ProgramMenus.h"
 
 #include "Fenwhirl/Localization/Localizer.h"
-#include "Fenwhirl/Localization/SystemWords.h"
+#include "Fenwhirl/Localization/SystemTerms.h"
 
 namespace {
 
 using Kind = MenuItem::Kind;
 
 MenuItem ofSystem(Kind kind, QStringView english, const QString& key = {}) {
-    return {.kind = kind, .title = SystemWords::text(english), .key = key, .chosen = {}};
+    return {.kind = kind, .title = SystemTerms::text(english), .key = key, .chosen = {}};
 }
 
 MenuItem own(const QString& title, const QString& key, std::function<void()> chosen) {
@@ -20,7 +20,7 @@ Menu applicationMenu(const MenuCommands& commands) {
     return {.role = Menu::Role::application,
             .title = QStringLiteral("Fenwhirl"),
             .items = {ofSystem(Kind::about, u"About %1"), separator,
-                      own(SystemWords::text(u"Settings…"), QStringLiteral(","),
+                      own(SystemTerms::text(u"Settings…"), QStringLiteral(","),
                           [show = commands.showPage] { show(Page::settings); }),
                       separator, ofSystem(Kind::services, u"Services"), separator,
                       ofSystem(Kind::hide, u"Hide %1", QStringLiteral("h")),
@@ -31,7 +31,7 @@ Menu applicationMenu(const MenuCommands& commands) {
 
 Menu editMenu() {
     return {.role = Menu::Role::plain,
-            .title = SystemWords::text(u"Edit"),
+            .title = SystemTerms::text(u"Edit"),
             .items = {ofSystem(Kind::cut, u"Cut", QStringLiteral("x")),
                       ofSystem(Kind::copy, u"Copy", QStringLiteral("c")),
                       ofSystem(Kind::paste, u"Paste", QStringLiteral("v")),
@@ -39,7 +39,7 @@ Menu editMenu() {
 }
 
 Menu viewMenu(const MenuCommands& commands) {
-    Menu menu{.role = Menu::Role::plain, .title = SystemWords::text(u"View"), .items = {}};
+    Menu menu{.role = Menu::Role::plain, .title = SystemTerms::text(u"View"), .items = {}};
     int number = 1;
     for (const Page page : allPages)
         menu.items.append(
@@ -49,7 +49,7 @@ Menu viewMenu(const MenuCommands& commands) {
 
 Menu windowMenu() {
     return {.role = Menu::Role::windows,
-            .title = SystemWords::text(u"Window"),
+            .title = SystemTerms::text(u"Window"),
             .items = {ofSystem(Kind::close, u"Close", QStringLiteral("w")),
                       ofSystem(Kind::minimize, u"Minimize", QStringLiteral("m")),
                       ofSystem(Kind::zoom, u"Zoom"), MenuItem(),
@@ -58,7 +58,7 @@ Menu windowMenu() {
 
 Menu helpMenu(const MenuCommands& commands) {
     return {.role = Menu::Role::help,
-            .title = SystemWords::text(u"Help"),
+            .title = SystemTerms::text(u"Help"),
             .items = {own(localized(u"Rapport de diagnostic"), {}, commands.createReport)}};
 }
 

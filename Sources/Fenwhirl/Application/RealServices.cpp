@@ -2,7 +2,7 @@
 
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
-#include "Fenwhirl/HelperClient/KeptHelper.h"
+#include "Fenwhirl/HelperClient/RetainedHelper.h"
 #include "Fenwhirl/Localization/DrawnText.h"
 #include "Fenwhirl/Platform/Activity.h"
 #include "Fenwhirl/Platform/Clock.h"
@@ -48,7 +48,7 @@ MonitorServices RealServices::monitorServices() {
                    .keep =
                        [] {
                            const auto kept =
-                               std::make_shared<const KeptHelper>(std::string(HelperClient::helperPath));
+                               std::make_shared<const RetainedHelper>(std::string(HelperClient::helperPath));
                            return [kept](const auto& arguments) { return kept->run(arguments); };
                        },
                    .fileStamp = helperFileStamp},
@@ -59,9 +59,9 @@ MonitorServices RealServices::monitorServices() {
         .announceHandBack = [this](const HandBack& handBack) { emergency_->update(handBack); },
         .pollFinished = [this] { emergency_->keepAlive(); },
         .handedBack = [this] { emergency_->finish(); },
-        .actsInTimeChanged =
-            [this](bool actsInTime) {
-                activity_ = actsInTime
+        .needsTimelySchedulingChanged =
+            [this](bool needsTimelyScheduling) {
+                activity_ = needsTimelyScheduling
                                 ? std::make_unique<Activity>(QStringLiteral("Fenwhirl controls the fans"))
                                 : nullptr;
             },

@@ -4,7 +4,7 @@
 #include "Fenwhirl/Platform/Desktop/Announcement.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
-#include "Fenwhirl/Platform/RestingMemory.h"
+#include "Fenwhirl/Platform/IdleMemory.h"
 #include "Fenwhirl/Views/Components/Announcer.h"
 #include "Fenwhirl/Views/Components/Palette.h"
 #include "Fenwhirl/Views/Components/SystemSymbols.h"
@@ -88,8 +88,8 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
     connect(&monitor, &Monitor::languageChanged, this, &WindowControl::retranslate);
     connect(&appearance, &SystemAppearance::changed, this, &WindowControl::applyAppearance);
     rest_.setSingleShot(true);
-    rest_.setInterval(restPatience);
-    connect(&rest_, &QTimer::timeout, this, [] { giveBackRestingMemory(); });
+    rest_.setInterval(trimDelay);
+    connect(&rest_, &QTimer::timeout, this, [] { releaseIdleMemory(); });
     rest_.start();
     applyTheme();
 }
@@ -142,7 +142,7 @@ void WindowControl::openMain(const QString& token) {
         models_.setAwake(true); // so that the first frame shows the current state
         main_ = makeWindow(mainWindowFile(), withModels());
         if (!placeFile_.isEmpty())
-            place_ = std::make_unique<WindowPlaceKeeper>(*main_, placeFile_);
+            place_ = std::make_unique<WindowGeometryKeeper>(*main_, placeFile_);
         watchVisibility(*main_);
         main_->installEventFilter(this);
         // Newer versions of Qt set the window's style again at every change of its state, so the window is

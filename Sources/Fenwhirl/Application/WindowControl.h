@@ -11,7 +11,7 @@
 #pragma once
 
 #include "Fenwhirl/Application/PanelControl.h"
-#include "Fenwhirl/Application/WindowPlace.h"
+#include "Fenwhirl/Application/WindowGeometry.h"
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
 #include "Fenwhirl/Views/ViewModels.h"
 
@@ -46,7 +46,7 @@ class WindowControl : public QObject {
 
 public:
     // The delay from the start, and from the end of the last window, until unneeded memory is given back.
-    static constexpr std::chrono::seconds restPatience = std::chrono::seconds(10);
+    static constexpr std::chrono::seconds trimDelay = std::chrono::seconds(10);
 
     // The constructor sets `openMain` of the services.
     WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
@@ -116,7 +116,7 @@ private:
     std::unique_ptr<QQmlEngine> engine_;
     QString placeFile_; // empty: the position is not remembered
     std::unique_ptr<QQuickWindow> main_;
-    std::unique_ptr<WindowPlaceKeeper> place_; // declared later, so that it is destroyed before the window
+    std::unique_ptr<WindowGeometryKeeper> place_; // declared later, so that it is destroyed before the window
     PanelControl panel_;
     std::unique_ptr<QQuickWindow> alert_;
     std::function<void()> acceptAlert_;

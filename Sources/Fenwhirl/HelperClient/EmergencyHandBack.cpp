@@ -1,8 +1,8 @@
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 
+#include "Fenwhirl/HelperClient/CrashHandBack.h"
 #include "Fenwhirl/HelperClient/GuardLink.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
-#include "Fenwhirl/HelperClient/LastAct.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
 #include "Fenwhirl/Platform/Threads.h"
 
@@ -19,7 +19,7 @@ struct EmergencyHandBack::Private {
 EmergencyHandBack::EmergencyHandBack(std::string helperPath, const std::optional<std::string>& guardPath,
                                      GuardStarted guardStarted)
     : d_(new Private{.helperPath = std::move(helperPath), .mutex = {}, .guard = {}, .current = {}}) {
-    LastAct::install();
+    CrashHandBack::install();
     const MutexLock lock(d_->mutex);
     if (guardPath)
         d_->guard.emplace(*guardPath, std::move(guardStarted));
@@ -39,7 +39,7 @@ void EmergencyHandBack::update(const HandBack& handBack) {
     if (d_->isFinished || handBack == d_->current)
         return;
     d_->current = handBack;
-    LastAct::prepare(d_->helperPath, handBack);
+    CrashHandBack::prepare(d_->helperPath, handBack);
     if (d_->guard)
         d_->guard->send(handBack);
 }
@@ -53,7 +53,7 @@ void EmergencyHandBack::keepAlive() {
 void EmergencyHandBack::finish() {
     const MutexLock lock(d_->mutex);
     d_->isFinished = true;
-    LastAct::prepare(d_->helperPath, {});
+    CrashHandBack::prepare(d_->helperPath, {});
     if (d_->guard)
         d_->guard->finish();
 }

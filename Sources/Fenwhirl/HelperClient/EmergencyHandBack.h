@@ -23,7 +23,7 @@ public:
     // Called on the main thread with the process ID of each guard that was started.
     using GuardStarted = std::function<void(pid_t)>;
 
-    // Installs the signal handlers (LastAct.h) and starts the guard at `guardPath`, if there is one.
+    // Installs the signal handlers (CrashHandBack.h) and starts the guard at `guardPath`, if there is one.
     EmergencyHandBack(std::string helperPath, const std::optional<std::string>& guardPath,
                       GuardStarted guardStarted = {});
     EmergencyHandBack(const EmergencyHandBack&) = delete;

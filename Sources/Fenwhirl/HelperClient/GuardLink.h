@@ -31,7 +31,7 @@ public:
 
     // Starts a new guard, with the last record, when there is none. Otherwise sends whatever the pipe did not
     // accept before, or else a sign of life. A guard that receives neither acts after
-    // GuardRecord::secondsOfSilence.
+    // GuardRecord::silenceTimeoutSeconds.
     void keepAlive();
 
     // Dismisses the guard: it ends without acting, and no new one is started.

@@ -9,9 +9,9 @@ namespace HelperClient {
 namespace {
 
 #ifdef FENWHIRL_SANITIZED
-constexpr bool isFitForRoot = false;
+constexpr bool mayRunAsRoot = false;
 #else
-constexpr bool isFitForRoot = true;
+constexpr bool mayRunAsRoot = true;
 #endif
 
 HelperInstallation& installation() {
@@ -19,8 +19,8 @@ HelperInstallation& installation() {
                                       .executablePath = executablePath,
                                       .runAsAdministrator = ::runAsAdministrator,
                                       .group = std::string(administratorGroup()),
-                                      .installsByRename = administratorRenames(),
-                                      .isFitForRoot = isFitForRoot});
+                                      .installsByRename = administratorInstallsByRename(),
+                                      .mayRunAsRoot = mayRunAsRoot});
     return shared;
 }
 

@@ -22,7 +22,7 @@ std::string parentFolder(const std::string& path) {
     return path.substr(0, path.rfind('/'));
 }
 
-bool canStandInQuotes(std::string_view path) {
+bool isQuotable(std::string_view path) {
     return !path.empty() && path.find_first_of(std::string_view("'\"\\\n\r\0", 6)) == std::string_view::npos;
 }
 
@@ -71,7 +71,7 @@ std::string HelperInstallation::output(const std::vector<std::string>& arguments
 }
 
 bool HelperInstallation::install() const {
-    if (!surroundings_.isFitForRoot)
+    if (!surroundings_.mayRunAsRoot)
         return false;
     const auto executable = surroundings_.executablePath();
     if (!executable)
@@ -84,7 +84,7 @@ bool HelperInstallation::install() const {
 
 std::optional<std::string> HelperInstallation::installCommand(std::string_view executable) const {
     const std::string& helper = surroundings_.helperPath;
-    if (!canStandInQuotes(executable) || !canStandInQuotes(helper))
+    if (!isQuotable(executable) || !isQuotable(helper))
         return std::nullopt;
     const bool isRenamed = surroundings_.installsByRename;
     const std::string place = "'" + helper + "'";

@@ -34,7 +34,7 @@ public:
         bool installsByRename = false;
         // Whether this build may become a set-user-ID program. A sanitizer build may not: the sanitizer's
         // run-time library, running as root, would write files wherever its environment says.
-        bool isFitForRoot = true;
+        bool mayRunAsRoot = true;
     };
 
     explicit HelperInstallation(Surroundings surroundings);

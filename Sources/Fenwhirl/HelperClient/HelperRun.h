@@ -1,6 +1,6 @@
 // Counts the helper runs in progress, and can forbid new ones permanently.
 //
-// Used when the process dies of a fatal signal (LastAct.h): after it has handed a fan back, no other thread
+// Used when the process dies of a fatal signal (CrashHandBack.h): after it has handed a fan back, no other thread
 // may send that fan a speed.
 //
 // Threads: safe from any thread. `forbid` and `waitForOthers` may be called by a signal handler.

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-QString keptTogether(const QString& text) {
+QString withNoBreakSpaces(const QString& text) {
     // A dash stays on the line of the word before it: Russian requires that, and no other language minds.
     static constexpr QStringView stayWithWhatIsBefore = u"°%:;?!»…–—";
     static constexpr QChar noBreakSpace = QChar::Nbsp;
@@ -39,5 +39,5 @@ QString withApostrophes(const QString& text) {
 }
 
 QString drawnText(const QString& text) {
-    return withApostrophes(keptTogether(text));
+    return withApostrophes(withNoBreakSpaces(text));
 }

@@ -16,7 +16,7 @@
 //   - before "°", "%", ":", ";", "?", "!", "»", "…" and dashes, and after "«";
 //   - between a number and the unit or word that follows it ("5 minutes", "2400 rpm");
 //   - in a text of nine words or more, before a short last word, which would look lost on a line of its own.
-[[nodiscard]] QString keptTogether(const QString& text);
+[[nodiscard]] QString withNoBreakSpaces(const QString& text);
 
 // Puts "’" in place of "'" between letters.
 [[nodiscard]] QString withApostrophes(const QString& text);

@@ -1,8 +1,8 @@
 #include "Fenwhirl/Localization/LocalizerTranslator.h"
 
-#include "Fenwhirl/Localization/DialogWords.h"
+#include "Fenwhirl/Localization/DialogTexts.h"
 #include "Fenwhirl/Localization/Localizer.h"
-#include "Fenwhirl/Localization/SystemWords.h"
+#include "Fenwhirl/Localization/SystemTerms.h"
 
 #include <QStringView>
 
@@ -12,9 +12,9 @@
 
 namespace {
 
-bool asksForSystemWords(QLatin1StringView context) {
+bool asksForSystemTerms(QLatin1StringView context) {
     return context == QLatin1StringView("MAC_APPLICATION_MENU") ||
-           context == QLatin1StringView("SystemWords");
+           context == QLatin1StringView("SystemTerms");
 }
 
 bool isOfQtsDialogs(QLatin1StringView context) {
@@ -25,10 +25,10 @@ bool isOfQtsDialogs(QLatin1StringView context) {
 }
 
 std::optional<QString> answer(QLatin1StringView context, const QString& source) {
-    if (asksForSystemWords(context))
-        return SystemWords::lookup(source);
+    if (asksForSystemTerms(context))
+        return SystemTerms::lookup(source);
     if (isOfQtsDialogs(context))
-        return DialogWords::lookup(source);
+        return DialogTexts::lookup(source);
     return Localizer::lookup(source);
 }
 

@@ -41,18 +41,18 @@ HandBack FanCustody::handBack() const {
     return decided();
 }
 
-std::vector<FanWish> FanCustody::unsentSpeeds() const {
+std::vector<FanRequest> FanCustody::unsentSpeeds() const {
     const MutexLock lock(mutex_);
-    std::vector<FanWish> wishes;
+    std::vector<FanRequest> fanRequests;
     if (!intent_.helperInstalled || !intent_.isInFront || intent_.isGoingToSleep || isHeldBySafetyRule_) {
-        return wishes;
+        return fanRequests;
     }
     for (const int index : fansRead_) {
         if (const auto rpm = chosenSpeed(index); rpm && !isAtChosenSpeed(index)) {
-            wishes.push_back({index, {rpm}, false});
+            fanRequests.push_back({index, {rpm}, false});
         }
     }
-    return wishes;
+    return fanRequests;
 }
 
 std::vector<int> FanCustody::ours() const {

@@ -54,7 +54,7 @@ public:
     // The constant speeds that the user chose and that no poll has sent yet, for the fans of the last poll.
     // Empty while a safety rule controls the fans or the computer is going to sleep, without a helper, and in
     // a session that is not in front.
-    [[nodiscard]] std::vector<FanWish> unsentSpeeds() const;
+    [[nodiscard]] std::vector<FanRequest> unsentSpeeds() const;
     // The fans that are ours, in ascending order.
     [[nodiscard]] std::vector<int> ours() const;
 

@@ -45,7 +45,7 @@ Monitor::Monitor(MonitorServices services, QObject* parent)
     // Allows the timer to be 5 % early or late, so that the system can wake once for several timers.
     d.timer.setTimerType(Qt::CoarseTimer);
     connect(&d.timer, &QTimer::timeout, this, &Monitor::tick);
-    d.announceObligations();
+    d.publishHandBackState();
 }
 
 Monitor::~Monitor() {
@@ -157,7 +157,7 @@ QString Monitor::fanName(const FanState& fan) const {
 void Monitor::setInFront(bool isInFront) {
     Private& d = state();
     if (std::exchange(d.isInFront, isInFront) != isInFront) {
-        d.announceObligations();
+        d.publishHandBackState();
         // A session that leaves the front hands its fans back at once. A session that comes to the front
         // takes its fans only with its next poll, so that the other session's hand-back does not come last.
         if (!isInFront) {
@@ -178,14 +178,15 @@ FanCustody::Intent Monitor::Private::intent() const {
     return intent;
 }
 
-void Monitor::Private::announceObligations() {
+void Monitor::Private::publishHandBackState() {
     custody->setIntent(intent());
     mailbox->put(request());
-    const bool actsInTime = saved.alertsEnabled || std::ranges::any_of(saved.settings, [](const auto& entry) {
-                                return entry.second.mode != FanModeKind::automatic;
-                            });
-    if (services.actsInTimeChanged && announcedActsInTime != actsInTime) {
-        announcedActsInTime = actsInTime;
-        services.actsInTimeChanged(actsInTime);
+    const bool needsTimelyScheduling =
+        saved.alertsEnabled || std::ranges::any_of(saved.settings, [](const auto& entry) {
+            return entry.second.mode != FanModeKind::automatic;
+        });
+    if (services.needsTimelySchedulingChanged && announcedActsInTime != needsTimelyScheduling) {
+        announcedActsInTime = needsTimelyScheduling;
+        services.needsTimelySchedulingChanged(needsTimelyScheduling);
     }
 }

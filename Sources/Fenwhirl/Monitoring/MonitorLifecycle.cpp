@@ -23,7 +23,7 @@ void Monitor::installHelper() {
         const bool outdated = installed && helper.installedVersion() != HelperClient::expectedVersion;
         reply.post([&d, installed, outdated] {
             mainThread.assertIsCurrent();
-            ++d.helperEra;
+            ++d.helperGeneration;
             d.versionStamp.reset();
             d.isHelperThere = installed;
             d.speaksOurProtocol = installed && !outdated;
@@ -34,7 +34,7 @@ void Monitor::installHelper() {
                      installed ? std::nullopt
                                : std::optional(TextKey(u"L'activation a été annulée ou a échoué.")),
                      &Monitor::controlErrorChanged);
-            d.announceObligations();
+            d.publishHandBackState();
         });
     });
 }
@@ -45,7 +45,7 @@ void Monitor::uninstallHelper() {
     // is being typed would keep that speed with no helper left to hand it back. Heat protection and the
     // emergency rule stay active.
     ++d.removalsRunning;
-    d.announceObligations();
+    d.publishHandBackState();
     const auto remove = [&d, helper = d.services.helper, reply = d.inbox.sender()] {
         // Fans that heat protection drives in the meantime must go back even after the helper is gone.
         const auto kept = helper.keep ? helper.keep() : nullptr;
@@ -63,7 +63,7 @@ void Monitor::uninstallHelper() {
                 d.assign(d.controlError, std::optional(TextKey(u"La désactivation a échoué.")),
                          &Monitor::controlErrorChanged);
             }
-            d.announceObligations();
+            d.publishHandBackState();
         });
     };
     // The fans are handed back on the poll queue, and thus after the speeds of a poll in progress. The
@@ -80,7 +80,7 @@ void Monitor::resetToAutomatic() {
     // The new count keeps a poll in progress from sending further speeds; asyncNext runs
     // before any poll that waits.
     ++*d.resets;
-    d.announceObligations();
+    d.publishHandBackState();
     d.queue->asyncNext([isInstalled = d.services.helper.isInstalled, poller = d.poller] {
         if (isInstalled()) {
             poller->handBackEverything();
@@ -94,7 +94,7 @@ void Monitor::prepareForSleep(std::function<void()> done) {
     // The new count keeps a poll in progress from sending further speeds; asyncNext runs
     // before any poll that waits.
     ++*d.resets;
-    d.announceObligations();
+    d.publishHandBackState();
     d.queue->asyncNext(
         [run = d.services.helper.run, poller = d.poller, reply = d.inbox.sender(), done = std::move(done)] {
             poller->handBackOurs(run);
@@ -105,7 +105,7 @@ void Monitor::prepareForSleep(std::function<void()> done) {
 void Monitor::wakeUp() {
     Private& d = state();
     if (std::exchange(d.isGoingToSleep, false)) {
-        d.announceObligations();
+        d.publishHandBackState();
         tick();
     }
 }
@@ -144,7 +144,7 @@ void Monitor::restoreAutomaticBlocking() {
     // the fans were handed back.
     const auto drained = std::make_shared<std::promise<void>>();
     d.queue->async([drained] { drained->set_value(); });
-    d.isStuck = drained->get_future().wait_for(d.services.longestDrain) != std::future_status::ready;
+    d.isStuck = drained->get_future().wait_for(d.services.drainTimeout) != std::future_status::ready;
 
     d.helperInstalled = d.services.helper.isInstalled();
     d.custody->setIntent(d.intent());
@@ -158,8 +158,8 @@ void Monitor::restoreAutomaticBlocking() {
 }
 
 void Monitor::Private::sendUnsentSpeeds() {
-    const std::vector<FanWish> wishes = custody->unsentSpeeds();
-    if (wishes.empty()) {
+    const std::vector<FanRequest> fanRequests = custody->unsentSpeeds();
+    if (fanRequests.empty()) {
         return;
     }
     if (!speaksOurProtocol) {
@@ -168,12 +168,12 @@ void Monitor::Private::sendUnsentSpeeds() {
     if (!*speaksOurProtocol) {
         return;
     }
-    for (const FanWish& wish : wishes) {
-        SentTarget target{.desired = wish.desired, .at = services.now(), .succeeded = false};
-        custody->setSent(wish.index, target);
-        target.succeeded =
-            services.helper.run({"set", std::to_string(wish.index), std::to_string(*wish.desired.manualRPM)});
-        custody->setSent(wish.index, target);
+    for (const FanRequest& request : fanRequests) {
+        SentTarget target{.desired = request.desired, .at = services.now(), .succeeded = false};
+        custody->setSent(request.index, target);
+        target.succeeded = services.helper.run(
+            {"set", std::to_string(request.index), std::to_string(*request.desired.manualRPM)});
+        custody->setSent(request.index, target);
     }
 }
 
@@ -200,7 +200,7 @@ bool Monitor::Private::hasGoneBack(int index) const {
     const auto answer = std::make_shared<std::promise<bool>>();
     auto answered = answer->get_future();
     queue->async([answer, index, poller = poller] { answer->set_value(poller->hasGoneBack(index)); });
-    return answered.wait_for(services.longestDrain) == std::future_status::ready && answered.get();
+    return answered.wait_for(services.drainTimeout) == std::future_status::ready && answered.get();
 }
 
 bool Monitor::Private::handBackAtTheEnd() {

@@ -94,7 +94,7 @@ void Monitor::tick() {
 PollRequest Monitor::Private::request() const {
     return {.settings = settingsSnapshot,
             .helperInstalled = isHelperThere,
-            .holdsManual = removalsRunning > 0,
+            .suspendsUserSpeeds = removalsRunning > 0,
             .protect = saved.alertsEnabled,
             .protectAt = saved.alertThreshold,
             .isInFront = isInFront,
@@ -143,7 +143,7 @@ void Monitor::Private::publish(const PollResult& result) {
         }
         Q_EMIT monitor.historyChanged();
     }
-    announceObligations();
+    publishHandBackState();
     checkAlert(primaryCelsius);
     if (services.pollFinished) {
         services.pollFinished();
@@ -167,7 +167,7 @@ void Monitor::Private::checkAlert(std::optional<double> celsius) {
 
 void Monitor::Private::checkVersion(bool installed) {
     if (!installed) {
-        ++helperEra;
+        ++helperGeneration;
         versionStamp.reset();
         speaksOurProtocol.reset();
         assign(helperOutdated, false, &Monitor::helperOutdatedChanged);
@@ -183,18 +183,18 @@ void Monitor::Private::checkVersion(bool installed) {
     // Not on the main thread, because a helper that hangs must not freeze the window; and not on the poll
     // queue, because it must not stop the readings either.
     isReadingVersion = true;
-    runInBackground(
-        [this, stamp, era = helperEra, read = services.helper.installedVersion, reply = inbox.sender()] {
-            const bool outdated = read() != HelperClient::expectedVersion;
-            reply.post([this, stamp, era, outdated] {
-                mainThread.assertIsCurrent();
-                isReadingVersion = false;
-                if (era == helperEra) {
-                    versionStamp = stamp;
-                    speaksOurProtocol = !outdated;
-                    mailbox->put(request());
-                    assign(helperOutdated, outdated, &Monitor::helperOutdatedChanged);
-                }
-            });
+    runInBackground([this, stamp, era = helperGeneration, read = services.helper.installedVersion,
+                     reply = inbox.sender()] {
+        const bool outdated = read() != HelperClient::expectedVersion;
+        reply.post([this, stamp, era, outdated] {
+            mainThread.assertIsCurrent();
+            isReadingVersion = false;
+            if (era == helperGeneration) {
+                versionStamp = stamp;
+                speaksOurProtocol = !outdated;
+                mailbox->put(request());
+                assign(helperOutdated, outdated, &Monitor::helperOutdatedChanged);
+            }
         });
+    });
 }

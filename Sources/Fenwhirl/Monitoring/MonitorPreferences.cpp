@@ -75,7 +75,7 @@ bool Monitor::alertsEnabled() const {
 void Monitor::setAlertsEnabled(bool on) {
     Private& d = state();
     d.remember(Preferences::alertsEnabled, on, &Monitor::alertsEnabledChanged);
-    d.announceObligations();
+    d.publishHandBackState();
 }
 
 double Monitor::warmThreshold() const {
@@ -103,7 +103,7 @@ double Monitor::alertThreshold() const {
 void Monitor::setAlertThreshold(double celsius) {
     Private& d = state();
     d.remember(Preferences::alertThreshold, celsius, &Monitor::alertThresholdChanged);
-    d.announceObligations();
+    d.publishHandBackState();
 }
 
 bool Monitor::didOnboard() const {
@@ -126,7 +126,7 @@ void Monitor::Private::change(const std::function<void(FanSettings&)>& edit, std
     save();
     if (differs) {
         Q_EMIT monitor.settingsChanged();
-        announceObligations();
+        publishHandBackState();
     }
     assign(saved.activePreset, preset, &Monitor::activePresetChanged);
     save();

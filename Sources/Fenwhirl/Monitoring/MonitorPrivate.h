@@ -74,7 +74,7 @@ struct Monitor::Private {
     void save() const FENWHIRL_REQUIRES(mainThread);
     // To be called after a poll, and after any change of what polls or the end of the program depend on: the
     // fans, the settings, the helper, the alerts, the session.
-    void announceObligations() FENWHIRL_REQUIRES(mainThread);
+    void publishHandBackState() FENWHIRL_REQUIRES(mainThread);
     [[nodiscard]] PollRequest request() const FENWHIRL_REQUIRES(mainThread);
     [[nodiscard]] FanCustody::Intent intent() const FENWHIRL_REQUIRES(mainThread);
     // Sends the speeds that the user chose and that no poll has sent yet.
@@ -124,7 +124,7 @@ struct Monitor::Private {
     // The helper's version is read once at a time. An answer is ignored if the era has
     // changed since the question.
     bool isReadingVersion FENWHIRL_GUARDED_BY(mainThread) = false;
-    std::uint64_t helperEra FENWHIRL_GUARDED_BY(mainThread) = 0;
+    std::uint64_t helperGeneration FENWHIRL_GUARDED_BY(mainThread) = 0;
     std::optional<std::int64_t> versionStamp FENWHIRL_GUARDED_BY(mainThread);
 
     std::optional<bool> announcedActsInTime FENWHIRL_GUARDED_BY(mainThread);

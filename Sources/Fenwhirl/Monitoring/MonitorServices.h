@@ -75,11 +75,11 @@ struct MonitorServices {
     // Called with whether the program must act in time even while it shows no window, that is while a
     // fan is not left to macOS, or heat alerts are on: once by the constructor, then at each change.
     // Main thread. May be empty.
-    std::function<void(bool actsInTime)> actsInTimeChanged = {};
+    std::function<void(bool needsTimelyScheduling)> needsTimelySchedulingChanged = {};
 
     // How long the final hand-back waits for the poll in progress. A helper ends itself after 30 seconds;
     // anything that takes longer than this limit will not end at all.
-    std::chrono::milliseconds longestDrain = std::chrono::seconds(35);
+    std::chrono::milliseconds drainTimeout = std::chrono::seconds(35);
     // How long the final hand-back retries a fan that was refused before it leaves the fan to the guard.
     std::chrono::milliseconds longestRetry = std::chrono::seconds(2);
 

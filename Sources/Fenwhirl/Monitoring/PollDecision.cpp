@@ -64,38 +64,39 @@ PollDecision decide(const PollInput& input, bool wasBoosting) {
     decision.primaryCelsius = primaryTemperature(input.temperatures);
     decision.boosting = boostingAfter(wasBoosting, decision.primaryCelsius, input.protect, input.protectAt);
     decision.forbidsManualControl = !decision.primaryCelsius || isEmergency(decision.primaryCelsius);
-    decision.wishes.reserve(input.fans.size());
+    decision.fanRequests.reserve(input.fans.size());
     for (const FanReading& fan : input.fans) {
-        FanWish wish{fan.index, {wantedRPM(fan, input, decision.primaryCelsius, decision.boosting)}, false};
-        if (wish.desired.manualRPM && !decision.primaryCelsius) {
-            wish.desired.manualRPM.reset();
-            wish.suspended = true;
+        FanRequest request{
+            fan.index, {wantedRPM(fan, input, decision.primaryCelsius, decision.boosting)}, false};
+        if (request.desired.manualRPM && !decision.primaryCelsius) {
+            request.desired.manualRPM.reset();
+            request.suspended = true;
         }
-        decision.wantsManualControl = decision.wantsManualControl || wish.desired.manualRPM.has_value();
-        decision.wishes.push_back(wish);
+        decision.wantsManualControl = decision.wantsManualControl || request.desired.manualRPM.has_value();
+        decision.fanRequests.push_back(request);
     }
     return decision;
 }
 
-std::optional<HelperCommand> commandFor(const FanWish& wish, const SentTargets& sent, bool helperInstalled,
-                                        Seconds now, HandBackPace pace) {
+std::optional<HelperCommand> commandFor(const FanRequest& request, const SentTargets& sent,
+                                        bool helperInstalled, Seconds now, HandBackPace pace) {
     if (!helperInstalled) {
         return std::nullopt;
     }
-    const auto entry = sent.find(wish.index);
+    const auto entry = sent.find(request.index);
     const SentTarget* const manualBefore =
         entry != sent.end() && entry->second.desired.manualRPM ? &entry->second : nullptr;
-    const std::string index = std::to_string(wish.index);
-    if (!wish.desired.manualRPM) {
+    const std::string index = std::to_string(request.index);
+    if (!request.desired.manualRPM) {
         const bool isRepeated = entry != sent.end() && entry->second.isOurs() &&
                                 (pace == HandBackPace::urgent || now - entry->second.at >= resendInterval);
         return manualBefore || isRepeated ? std::optional<HelperCommand>({"auto", index}) : std::nullopt;
     }
     if (manualBefore && now - manualBefore->at <= resendInterval &&
-        distance(*wish.desired.manualRPM, *manualBefore->desired.manualRPM) < smallestPromptChangeRPM) {
+        distance(*request.desired.manualRPM, *manualBefore->desired.manualRPM) < smallestPromptChangeRPM) {
         return std::nullopt;
     }
-    return HelperCommand{"set", index, std::to_string(*wish.desired.manualRPM)};
+    return HelperCommand{"set", index, std::to_string(*request.desired.manualRPM)};
 }
 
 std::optional<std::int64_t> requestedRPM(const SentTargets& sent, int index) {
@@ -103,8 +104,8 @@ std::optional<std::int64_t> requestedRPM(const SentTargets& sent, int index) {
     return entry != sent.end() && entry->second.succeeded ? entry->second.desired.manualRPM : std::nullopt;
 }
 
-void record(SentTargets& sent, const FanWish& wish, Seconds now, bool succeeded) {
-    sent.insert_or_assign(wish.index, SentTarget{wish.desired, now, succeeded});
+void record(SentTargets& sent, const FanRequest& request, Seconds now, bool succeeded) {
+    sent.insert_or_assign(request.index, SentTarget{request.desired, now, succeeded});
 }
 
 void takeOver(SentTargets& sent, int index) {
@@ -114,20 +115,20 @@ void takeOver(SentTargets& sent, int index) {
     }
 }
 
-std::vector<FanWish> handBacksOfUnreadFans(const PollDecision& decision, const PollInput& input,
-                                           const SentTargets& sent) {
+std::vector<FanRequest> handBacksOfUnreadFans(const PollDecision& decision, const PollInput& input,
+                                              const SentTargets& sent) {
     std::unordered_set<int> read;
     for (const FanReading& fan : input.fans) {
         read.insert(fan.index);
     }
-    std::vector<FanWish> wishes;
+    std::vector<FanRequest> fanRequests;
     for (const auto& [index, target] : sent) {
         const bool mustGoBack = decision.forbidsManualControl || decision.boosting ||
                                 !target.desired.manualRPM ||
                                 settingOf(index, input.settings).mode == FanModeKind::automatic;
         if (target.isOurs() && !read.contains(index) && mustGoBack) {
-            wishes.push_back({index, {}, false});
+            fanRequests.push_back({index, {}, false});
         }
     }
-    return wishes;
+    return fanRequests;
 }

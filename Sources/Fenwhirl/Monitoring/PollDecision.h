@@ -47,20 +47,20 @@ struct PollInput {
     double protectAt; // °C
 };
 
-struct FanWish {
+struct FanRequest {
     int index;
     DesiredState desired;
     bool suspended; // manual control was requested, but no temperature can be read
 
-    bool operator==(const FanWish&) const = default;
+    bool operator==(const FanRequest&) const = default;
 };
 
 struct PollDecision {
     std::optional<double> primaryCelsius;
-    bool boosting;               // to be passed to the next poll
-    std::vector<FanWish> wishes; // one per fan that was read, in the same order
-    bool wantsManualControl;     // for at least one fan
-    bool forbidsManualControl;   // of any fan: an emergency, or no temperature
+    bool boosting;                       // to be passed to the next poll
+    std::vector<FanRequest> fanRequests; // one per fan that was read, in the same order
+    bool wantsManualControl;             // for at least one fan
+    bool forbidsManualControl;           // of any fan: an emergency, or no temperature
 };
 
 // `wasBoosting` is the `boosting` of the previous poll; false at the start. A fan whose speed would not be a
@@ -88,11 +88,11 @@ enum class HandBackPace {
     urgent, // at every poll, because manual control is forbidden
 };
 
-// The helper command that the wish requires now, if any. "auto" is sent only to a fan that is ours: once
+// The helper command that the request requires now, if any. "auto" is sent only to a fan that is ours: once
 // after a speed was sent, then at the given pace until it succeeds. A speed is sent when it differs by at
 // least 100 rpm from the last one sent, and otherwise when more than 10 seconds have passed. Small changes
 // are thus collected, and lost commands repaired.
-[[nodiscard]] std::optional<HelperCommand> commandFor(const FanWish& wish, const SentTargets& sent,
+[[nodiscard]] std::optional<HelperCommand> commandFor(const FanRequest& request, const SentTargets& sent,
                                                       bool helperInstalled, std::chrono::duration<double> now,
                                                       HandBackPace pace = HandBackPace::calm);
 
@@ -100,8 +100,9 @@ enum class HandBackPace {
 // or refused: its speed is not ours then.
 [[nodiscard]] std::optional<std::int64_t> requestedRPM(const SentTargets& sent, int index);
 
-// To be called after the helper ran for the wish.
-void record(SentTargets& sent, const FanWish& wish, std::chrono::duration<double> now, bool succeeded = true);
+// To be called after the helper ran for the request.
+void record(SentTargets& sent, const FanRequest& request, std::chrono::duration<double> now,
+            bool succeeded = true);
 
 // Makes a fan ours that was found manual in the machine, as if an unknown speed had been sent long ago.
 // Changes nothing for a fan that is already ours.
@@ -110,5 +111,5 @@ void takeOver(SentTargets& sent, int index);
 // Hand-backs of our fans that this poll could not read but that must go back nevertheless: because of a rule
 // that overrides the user's settings, because their setting is automatic, or because an earlier hand-back
 // failed. A fan that cannot be read can still be handed back by its index.
-[[nodiscard]] std::vector<FanWish> handBacksOfUnreadFans(const PollDecision& decision, const PollInput& input,
-                                                         const SentTargets& sent);
+[[nodiscard]] std::vector<FanRequest> handBacksOfUnreadFans(const PollDecision& decision,
+                                                            const PollInput& input, const SentTargets& sent);

@@ -9,8 +9,8 @@ namespace {
 // Used while another session drives the fans, or the computer is going to sleep: all that remains to be done
 // is to hand back our own fans.
 void leaveAlone(PollDecision& decision) {
-    for (FanWish& wish : decision.wishes) {
-        wish = {wish.index, {}, false};
+    for (FanRequest& request : decision.fanRequests) {
+        request = {request.index, {}, false};
     }
     decision.forbidsManualControl = true;
 }
@@ -26,12 +26,12 @@ std::vector<int> ours(const SentTargets& sent) {
 }
 
 // From index 10 on, fans have no mode key (SMC::fanModes), so it is pointless to ask for their mode again.
-constexpr int fansThatTell = 10;
+constexpr int fansWithReadableMode = 10;
 
 // Whether every fan has reported its mode once. When none has, the answer is no, even if no fan was read.
-bool haveAllTold(const std::vector<FanReading>& fans, const std::set<int>& told) {
+bool areAllModesKnown(const std::vector<FanReading>& fans, const std::set<int>& told) {
     return !told.empty() && std::ranges::all_of(fans, [&told](const FanReading& fan) {
-        return fan.index >= fansThatTell || told.contains(fan.index);
+        return fan.index >= fansWithReadableMode || told.contains(fan.index);
     });
 }
 
@@ -91,8 +91,8 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     if (!request.isInFront || request.isGoingToSleep) {
         leaveAlone(decision);
     }
-    for (const FanWish& wish : handBacksOfUnreadFans(decision, input, sent_)) {
-        decision.wishes.push_back(wish);
+    for (const FanRequest& fan : handBacksOfUnreadFans(decision, input, sent_)) {
+        decision.fanRequests.push_back(fan);
     }
     result.isProtecting = decision.boosting && request.isInFront;
     result.problem = carryOut(decision, request);
@@ -130,7 +130,7 @@ bool Poller::hasGoneBack(int index) {
     if (mode != modes.end()) {
         return !mode->second;
     }
-    return smc_->isDead() || !fansLookedAt_.contains(index);
+    return smc_->isDead() || !fansWithKnownMode_.contains(index);
 }
 
 std::map<int, std::int64_t> Poller::requestedSpeeds(const std::vector<FanReading>& fans) const {
@@ -152,14 +152,14 @@ std::vector<int> Poller::fansLastRead() const {
 // check starts over: fans that another session left manual are ours from then on.
 void Poller::lookForManualFans(const std::vector<FanReading>& fans, bool isInFront) {
     if (isInFront && !wasInFront_) {
-        fansLookedAt_.clear();
+        fansWithKnownMode_.clear();
     }
     wasInFront_ = isInFront;
-    if (!isInFront || haveAllTold(fans, fansLookedAt_)) {
+    if (!isInFront || areAllModesKnown(fans, fansWithKnownMode_)) {
         return;
     }
     for (const auto& [index, isManual] : smc_->fanModes()) {
-        if (fansLookedAt_.insert(index).second && isManual) {
+        if (fansWithKnownMode_.insert(index).second && isManual) {
             takeOver(sent_, index);
         }
     }
@@ -183,17 +183,17 @@ void Poller::tellCustody() const {
 
 std::optional<PollProblem> Poller::carryOut(const PollDecision& decision, const PollRequest& request) {
     std::optional<PollProblem> problem;
-    for (const FanWish& wish : decision.wishes) {
-        if (wish.suspended) {
+    for (const FanRequest& fan : decision.fanRequests) {
+        if (fan.suspended) {
             problem = PollProblem::noTemperature;
         }
         const auto command =
-            commandFor(wish, sent_, request.helperInstalled, services_.now(),
+            commandFor(fan, sent_, request.helperInstalled, services_.now(),
                        decision.forbidsManualControl ? HandBackPace::urgent : HandBackPace::calm);
-        if (!command || *services_.stop || (wish.desired.manualRPM && !maySendSpeed(decision, request))) {
+        if (!command || *services_.stop || (fan.desired.manualRPM && !maySendSpeed(decision, request))) {
             continue;
         }
-        if (!send(wish, *command, services_.runHelper)) {
+        if (!send(fan, *command, services_.runHelper)) {
             problem = PollProblem::refused;
         }
     }
@@ -201,7 +201,7 @@ std::optional<PollProblem> Poller::carryOut(const PollDecision& decision, const 
 }
 
 bool Poller::maySendSpeed(const PollDecision& decision, const PollRequest& request) const {
-    if (request.holdsManual && !decision.boosting) {
+    if (request.suspendsUserSpeeds && !decision.boosting) {
         return false;
     }
     if (services_.resets && *services_.resets != request.resets) {
@@ -211,18 +211,18 @@ bool Poller::maySendSpeed(const PollDecision& decision, const PollRequest& reque
                                      : !services_.asksForProtocol || services_.asksForProtocol();
 }
 
-bool Poller::send(const FanWish& wish, const HelperCommand& command,
+bool Poller::send(const FanRequest& request, const HelperCommand& command,
                   const std::function<bool(const HelperCommand&)>& runHelper) {
-    const auto before = sent_.find(wish.index);
-    if (wish.desired.manualRPM && (before == sent_.end() || !before->second.isOurs())) {
+    const auto before = sent_.find(request.index);
+    if (request.desired.manualRPM && (before == sent_.end() || !before->second.isOurs())) {
         // Recorded before the command runs, so that the guard already knows of the fan.
-        record(sent_, wish, services_.now(), false);
+        record(sent_, request, services_.now(), false);
         tellCustody();
     }
     // The mode is read after a hand-back, because a controller that does not answer for a while looks like
     // one without fan keys: the helper then has nothing to hand back, and succeeds.
-    const bool succeeded = runHelper(command) && (wish.desired.manualRPM || hasGoneBack(wish.index));
-    record(sent_, wish, services_.now(), succeeded);
+    const bool succeeded = runHelper(command) && (request.desired.manualRPM || hasGoneBack(request.index));
+    record(sent_, request, services_.now(), succeeded);
     tellCustody();
     return succeeded;
 }

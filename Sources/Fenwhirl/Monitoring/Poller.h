@@ -32,10 +32,10 @@
 struct PollRequest {
     std::shared_ptr<const FanSettings> settings;
     bool helperInstalled;
-    bool holdsManual;      // the helper is being removed: send no speeds except those of heat protection
-    bool protect;          // heat protection is on
-    double protectAt;      // °C
-    bool isInFront = true; // this session drives the fans; otherwise the poll reads and hands back our own
+    bool suspendsUserSpeeds; // the helper is being removed: send no speeds except those of heat protection
+    bool protect;            // heat protection is on
+    double protectAt;        // °C
+    bool isInFront = true;   // this session drives the fans; otherwise the poll reads and hands back our own
     bool isGoingToSleep = false; // the computer is about to sleep; the poll reads and hands back our own
     // Whether the helper speaks our protocol, if that is already known.
     std::optional<bool> speaksOurProtocol = true;
@@ -108,23 +108,23 @@ private:
     [[nodiscard]] std::map<int, std::int64_t> requestedSpeeds(const std::vector<FanReading>& fans) const
         FENWHIRL_REQUIRES(queue_);
     void tellCustody() const FENWHIRL_REQUIRES(queue_);
-    // Runs the helper for the wishes that need it; returns the last problem met.
+    // Runs the helper for the fanRequests that need it; returns the last problem met.
     std::optional<PollProblem> carryOut(const PollDecision& decision, const PollRequest& request)
         FENWHIRL_REQUIRES(queue_);
     [[nodiscard]] bool maySendSpeed(const PollDecision& decision, const PollRequest& request) const
         FENWHIRL_REQUIRES(queue_);
     // Runs the helper and records the outcome. The guard knows of the fan before the command runs.
-    [[nodiscard]] bool send(const FanWish& wish, const HelperCommand& command,
+    [[nodiscard]] bool send(const FanRequest& request, const HelperCommand& command,
                             const std::function<bool(const HelperCommand&)>& runHelper)
         FENWHIRL_REQUIRES(queue_);
 
     const Services services_;
-    const OneThread queue_;
+    const ThreadAffinity queue_;
     std::unique_ptr<SMC> smc_ FENWHIRL_GUARDED_BY(queue_) FENWHIRL_POINTEE_GUARDED_BY(queue_);
     std::vector<std::string> temperatureKeys_ FENWHIRL_GUARDED_BY(queue_);
     SentTargets sent_ FENWHIRL_GUARDED_BY(queue_);
     bool boosting_ FENWHIRL_GUARDED_BY(queue_) = false;
     std::vector<int> fansLastRead_ FENWHIRL_GUARDED_BY(queue_);
-    std::set<int> fansLookedAt_ FENWHIRL_GUARDED_BY(queue_); // the machine has reported their modes
+    std::set<int> fansWithKnownMode_ FENWHIRL_GUARDED_BY(queue_); // the machine has reported their modes
     bool wasInFront_ FENWHIRL_GUARDED_BY(queue_) = true;
 };

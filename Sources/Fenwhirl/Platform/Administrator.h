@@ -22,7 +22,7 @@
 
 // Whether an installation as root writes the file beside its destination and then renames it. On macOS the
 // command does not rename.
-[[nodiscard]] bool administratorRenames();
+[[nodiscard]] bool administratorInstallsByRename();
 
 // The AppleScript that asks for the password and runs the command; used on macOS.
 [[nodiscard]] std::string administratorScript(std::string_view command);

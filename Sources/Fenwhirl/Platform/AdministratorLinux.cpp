@@ -35,6 +35,6 @@ std::string_view administratorGroup() {
     return "root";
 }
 
-bool administratorRenames() {
+bool administratorInstallsByRename() {
     return true;
 }

@@ -8,6 +8,6 @@ std::string_view administratorGroup() {
     return "wheel";
 }
 
-bool administratorRenames() {
+bool administratorInstallsByRename() {
     return false;
 }

@@ -19,7 +19,7 @@ struct UnitProperty {
 
 // An auxiliary unit created along with the main one. The D-Bus signature requires the type; the list is
 // always empty.
-struct FurtherUnit {
+struct AuxiliaryUnit {
     QString name;
     QList<UnitProperty> properties;
 };
@@ -38,14 +38,14 @@ static const QDBusArgument& operator>>(const QDBusArgument& argument, UnitProper
     return argument;
 }
 
-static QDBusArgument& operator<<(QDBusArgument& argument, const FurtherUnit& unit) {
+static QDBusArgument& operator<<(QDBusArgument& argument, const AuxiliaryUnit& unit) {
     argument.beginStructure();
     argument << unit.name << unit.properties;
     argument.endStructure();
     return argument;
 }
 
-static const QDBusArgument& operator>>(const QDBusArgument& argument, FurtherUnit& unit) {
+static const QDBusArgument& operator>>(const QDBusArgument& argument, AuxiliaryUnit& unit) {
     argument.beginStructure();
     argument >> unit.name >> unit.properties;
     argument.endStructure();
@@ -55,8 +55,8 @@ static const QDBusArgument& operator>>(const QDBusArgument& argument, FurtherUni
 void separate(pid_t process, const QString& name, const QString& description) {
     qDBusRegisterMetaType<UnitProperty>();
     qDBusRegisterMetaType<QList<UnitProperty>>();
-    qDBusRegisterMetaType<FurtherUnit>();
-    qDBusRegisterMetaType<QList<FurtherUnit>>();
+    qDBusRegisterMetaType<AuxiliaryUnit>();
+    qDBusRegisterMetaType<QList<AuxiliaryUnit>>();
     const QString unit = QStringLiteral("app-%1-%2.scope").arg(name).arg(process);
     const QList<uint> processes = {static_cast<uint>(process)};
     const QList<UnitProperty> properties = {
@@ -70,7 +70,7 @@ void separate(pid_t process, const QString& name, const QString& description) {
         QStringLiteral("org.freedesktop.systemd1.Manager"), QStringLiteral("StartTransientUnit"));
     call.setAutoStartService(false); // the manager is already running, or there is none
     call.setArguments({unit, QStringLiteral("fail"), QVariant::fromValue(properties),
-                       QVariant::fromValue(QList<FurtherUnit>())});
+                       QVariant::fromValue(QList<AuxiliaryUnit>())});
     static_cast<void>(QDBusConnection::sessionBus().asyncCall(call));
 }
 

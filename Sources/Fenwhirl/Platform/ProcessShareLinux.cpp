@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <utility>
 
-bool ProcessShare::hasRecentLook(Time now) const {
+bool ProcessShare::hasRecentSample(Time now) const {
     // More than twice the interval between samples while the page is shown.
     constexpr auto recent = std::chrono::seconds(10);
     return hasNow_ && now - nowTime_ <= recent;
 }
 
-void ProcessShare::beginLook(Time now) {
+void ProcessShare::beginSample(Time now) {
     std::swap(before_, now_);
     now_.clear();
     hasBefore_ = std::exchange(hasNow_, true);
@@ -33,7 +33,7 @@ std::uint64_t ProcessShare::add(std::int32_t pid, std::uint64_t startTicks, std:
     return static_cast<std::uint64_t>(std::min(seconds / interval.count() * hundredthsOfPercent + 0.5, most));
 }
 
-std::optional<std::uint64_t> ProcessShare::startInLastLook(std::int32_t pid) const {
+std::optional<std::uint64_t> ProcessShare::startInLastSample(std::int32_t pid) const {
     const auto known = now_.find(pid);
     return known == now_.end() ? std::nullopt : std::optional(known->second.startTicks);
 }

@@ -18,10 +18,10 @@ public:
 
     // Whether there is an earlier sample, and a recent one. Shares since a much older sample would be
     // averages over all that time.
-    [[nodiscard]] bool hasRecentLook(Time now) const;
+    [[nodiscard]] bool hasRecentSample(Time now) const;
 
     // Begins a sample. The `add` calls that follow compare it with the one before.
-    void beginLook(Time now);
+    void beginSample(Time now);
 
     // Adds one process to the sample. Returns the share of one core that it used since the last sample, or
     // since its start if that was later, in hundredths of a percent. Zero in the first sample. An identifier
@@ -29,7 +29,7 @@ public:
     std::uint64_t add(std::int32_t pid, std::uint64_t startTicks, std::uint64_t ticks);
 
     // The start of a process in the last sample; absent when the process was not in it.
-    [[nodiscard]] std::optional<std::uint64_t> startInLastLook(std::int32_t pid) const;
+    [[nodiscard]] std::optional<std::uint64_t> startInLastSample(std::int32_t pid) const;
 
 private:
     struct Known {

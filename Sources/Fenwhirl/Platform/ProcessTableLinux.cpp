@@ -96,8 +96,8 @@ public:
         , share_(ticksPerSecond()) {}
 
     std::optional<QByteArray> listing() override {
-        if (!share_.hasRecentLook(std::chrono::steady_clock::now())) {
-            lookAtTimesOnly();
+        if (!share_.hasRecentSample(std::chrono::steady_clock::now())) {
+            sampleTimesOnly();
             if (!cancelled_.waitFor(settings_.firstInterval)) {
                 return std::nullopt;
             }
@@ -111,14 +111,14 @@ public:
     }
 
     std::optional<ProcessStart> startWhenListed(std::int32_t pid) const override {
-        return share_.startInLastLook(pid);
+        return share_.startInLastSample(pid);
     }
 
     void cancel() override { cancelled_.cancel(); }
 
 private:
-    void lookAtTimesOnly() {
-        share_.beginLook(std::chrono::steady_clock::now());
+    void sampleTimesOnly() {
+        share_.beginSample(std::chrono::steady_clock::now());
         for (const std::int32_t pid : allProcesses()) {
             if (const std::optional<ProcessStat> stat = readProcessStat(pid)) {
                 (void)share_.add(pid, stat->startTicks, stat->ticks);
@@ -127,7 +127,7 @@ private:
     }
 
     QByteArray withShares(std::string_view tool) {
-        share_.beginLook(std::chrono::steady_clock::now());
+        share_.beginSample(std::chrono::steady_clock::now());
         std::string listing;
         listing.reserve(tool.size() * 2);
         while (!tool.empty()) {

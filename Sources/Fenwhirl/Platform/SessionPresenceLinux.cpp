@@ -49,16 +49,16 @@ QString pathIn(const QVariant& value) {
 } // namespace
 
 std::unique_ptr<SessionPresence> SessionPresence::create() {
-    return std::make_unique<SessionPresenceLinux>(Logind::systemBusAddress(), SessionSeeker::thisProcess());
+    return std::make_unique<SessionPresenceLinux>(Logind::systemBusAddress(), SessionQuery::thisProcess());
 }
 
-SessionSeeker SessionSeeker::thisProcess() {
+SessionQuery SessionQuery::thisProcess() {
     return {.process = static_cast<uint>(QCoreApplication::applicationPid()),
             .session = qEnvironmentVariable("XDG_SESSION_ID"),
             .user = getuid()};
 }
 
-SessionPresenceLinux::SessionPresenceLinux(QString address, SessionSeeker seeker, SessionPatience patience)
+SessionPresenceLinux::SessionPresenceLinux(QString address, SessionQuery seeker, SessionTimeouts patience)
     : seeker_(std::move(seeker))
     , logind_(std::move(address), patience.answer) {
     connect(&logind_, &LogindConnection::ownerChanged, this, &SessionPresenceLinux::takeOwner);

@@ -26,15 +26,15 @@
 #include <functional>
 
 // Identifies the process whose session is looked for.
-struct SessionSeeker {
+struct SessionQuery {
     uint process = 0; // process id
     QString session;  // the session's name from the environment; may be empty
     uint user = 0;    // user id
 
-    [[nodiscard]] static SessionSeeker thisProcess();
+    [[nodiscard]] static SessionQuery thisProcess();
 };
 
-struct SessionPatience {
+struct SessionTimeouts {
     std::chrono::milliseconds settle = std::chrono::seconds(3); // until `settled` without an answer
     std::chrono::milliseconds answer = std::chrono::seconds(5); // time limit for each reply
     std::chrono::milliseconds loss = std::chrono::seconds(10);  // how long the last state stays valid
@@ -47,7 +47,7 @@ class SessionPresenceLinux : public SessionPresence {
 
 public:
     // `address` is the bus's address, in D-Bus notation.
-    SessionPresenceLinux(QString address, SessionSeeker seeker, SessionPatience patience = {});
+    SessionPresenceLinux(QString address, SessionQuery seeker, SessionTimeouts patience = {});
     ~SessionPresenceLinux() override;
     SessionPresenceLinux(const SessionPresenceLinux&) = delete;
     SessionPresenceLinux& operator=(const SessionPresenceLinux&) = delete;
@@ -84,7 +84,7 @@ private:
     [[nodiscard]] Reply ofThisSearch(const Reply& answered);
     [[nodiscard]] LogindConnection::Silence silenceOfThisSearch();
 
-    const SessionSeeker seeker_;
+    const SessionQuery seeker_;
     LogindConnection logind_;
     QString session_;          // the path of the watched session; empty while there is none
     std::uint64_t search_ = 0; // number of the current search; answers to earlier ones are dropped

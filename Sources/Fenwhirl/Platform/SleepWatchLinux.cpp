@@ -29,7 +29,7 @@ std::unique_ptr<SleepWatch> SleepWatch::create() {
     return std::make_unique<SleepWatchLinux>(Logind::systemBusAddress());
 }
 
-SleepWatchLinux::SleepWatchLinux(QString address, SleepPatience patience)
+SleepWatchLinux::SleepWatchLinux(QString address, SleepTimeouts patience)
     : logind_(std::move(address), patience.answer) {
     connect(&logind_, &LogindConnection::ownerChanged, this, &SleepWatchLinux::takeOwner);
     connect(&logind_, &LogindConnection::heard, this, &SleepWatchLinux::heard);

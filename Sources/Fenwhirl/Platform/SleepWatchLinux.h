@@ -22,7 +22,7 @@
 
 #include <chrono>
 
-struct SleepPatience {
+struct SleepTimeouts {
     std::chrono::milliseconds atMost = std::chrono::milliseconds(1500); // for which the sleep is delayed
     std::chrono::milliseconds answer = std::chrono::seconds(5);         // time limit for each reply
     std::chrono::milliseconds doubt = std::chrono::seconds(20);         // until a sleep is checked
@@ -35,7 +35,7 @@ class SleepWatchLinux : public SleepWatch {
 
 public:
     // `address` is the bus's address, in D-Bus notation.
-    explicit SleepWatchLinux(QString address, SleepPatience patience = {});
+    explicit SleepWatchLinux(QString address, SleepTimeouts patience = {});
 
     void ready() override;
 

@@ -8,7 +8,7 @@ void MainThread::assertIsCurrent() const {
     }
 }
 
-void OneThread::assertIsCurrent() const {
+void ThreadAffinity::assertIsCurrent() const {
     const std::thread::id current = std::this_thread::get_id();
     std::thread::id owner;
     if (!owner_.compare_exchange_strong(owner, current) && owner != current) {

@@ -43,7 +43,7 @@ inline constexpr MainThread mainThread;
 
 // The one thread that an object belongs to: the first that calls `assertIsCurrent`. For objects that live on
 // a queue.
-class FENWHIRL_CAPABILITY("thread") OneThread {
+class FENWHIRL_CAPABILITY("thread") ThreadAffinity {
 public:
     // Aborts the process on any thread other than the first caller's.
     void assertIsCurrent() const FENWHIRL_ASSERTS_CURRENT(this);

@@ -80,7 +80,7 @@ ApplicationFinder::ApplicationFinder(DesktopEntries entries, Read read)
     : entries_(std::move(entries))
     , read_(std::move(read)) {}
 
-void ApplicationFinder::beginLook(const QStringList& locales) {
+void ApplicationFinder::beginSample(const QStringList& locales) {
     locales_ = locales;
     if (entries_.update())
         known_.clear();
@@ -115,7 +115,7 @@ std::optional<FoundApplication> ApplicationFinder::shown(const Known& known) con
     if (known.entry != nullptr) {
         return FoundApplication{.name = known.entry->name(locales_),
                                 .file = known.entry->file,
-                                .canQuit = known.entry->isShown && !known.isOfDesktop};
+                                .canQuit = known.entry->isShown && !known.isDesktopComponent};
     }
     if (!known.label.isEmpty())
         return FoundApplication{.name = known.label, .file = {}, .canQuit = false};
@@ -127,8 +127,8 @@ ApplicationFinder::Known ApplicationFinder::find(qint32 pid, const QString& path
     const std::optional<ProcessOrigin> origin = read_(pid);
     if (!origin)
         return known;
-    known.isOfDesktop = isOfDesktop(origin->controlGroup) || isDesktopProgram(path);
-    if (known.isOfDesktop) {
+    known.isDesktopComponent = isDesktopComponent(origin->controlGroup) || isDesktopProgram(path);
+    if (known.isDesktopComponent) {
         known.entry = entries_.ofProgram(path);
         return known;
     }

@@ -38,7 +38,7 @@ public:
 
     // To be called before each look at all processes. `locales` are those of the shown
     // names, most preferred first.
-    void beginLook(const QStringList& locales);
+    void beginSample(const QStringList& locales);
 
     // `start` and `path` are those of the listing.
     [[nodiscard]] std::optional<FoundApplication> applicationOf(qint32 pid, std::optional<ProcessStart> start,
@@ -50,7 +50,7 @@ private:
         QString path;
         const DesktopEntry* entry = nullptr;
         QString label; // for anything but an application: a script's name; may be empty
-        bool isOfDesktop = false;
+        bool isDesktopComponent = false;
         unsigned firstLook = 0;
         unsigned lastLook = 0;
     };

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr qint64 longestFile = qint64{64} * 1024;
+constexpr qint64 maxFileSize = qint64{64} * 1024;
 
 QString ofProcess(qint32 pid, const char* file) {
     return QStringLiteral("/proc/%1/%2").arg(QString::number(pid), QLatin1String(file));
@@ -22,7 +22,7 @@ QString ofProcess(qint32 pid, const char* file) {
 
 QByteArray textOf(const QString& path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(longestFile) : QByteArray();
+    return file.open(QIODevice::ReadOnly) ? file.read(maxFileSize) : QByteArray();
 }
 
 QStringList argumentsOf(qint32 pid) {
@@ -87,7 +87,7 @@ QStringList localesOf(AppLanguage language) {
 class ApplicationLookupLinux final : public ApplicationLookup {
 public:
     FoldContext::ApplicationOf forListing(const ProcessTable& table) override {
-        finder_.beginLook(localesOf(Localizer::resolved()));
+        finder_.beginSample(localesOf(Localizer::resolved()));
         return [this, &table](qint32 pid, QStringView path) {
             return finder_.applicationOf(pid, table.startWhenListed(pid), path);
         };

@@ -92,6 +92,6 @@ std::optional<SnapName> snapIn(QStringView group) {
     return SnapName{unescaped(parts[1]), unescaped(program)};
 }
 
-bool isOfDesktop(QStringView group) {
+bool isDesktopComponent(QStringView group) {
     return group.contains(u"/session.slice/");
 }

@@ -32,4 +32,4 @@ struct SnapName {
 [[nodiscard]] std::optional<SnapName> snapIn(QStringView group);
 
 // Whether the group belongs to a component of the desktop itself: panels, window managers, session services.
-[[nodiscard]] bool isOfDesktop(QStringView group);
+[[nodiscard]] bool isDesktopComponent(QStringView group);

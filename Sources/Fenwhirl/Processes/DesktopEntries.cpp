@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr qint64 longestFile = qint64{256} * 1024;
+constexpr qint64 maxFileSize = qint64{256} * 1024;
 constexpr qsizetype mostEntries = 5000;
-constexpr int deepestFolder = 4;
+constexpr int maxDepth = 4;
 
 // Programs that start others: an entry whose command begins with one of these does not belong to it.
 constexpr std::array launchers = {
@@ -103,12 +103,12 @@ QStringList withoutEnvironment(QStringList command) {
 }
 
 // An interpreter's options that take the next word as their value.
-struct OptionHabits {
+struct OptionSyntax {
     QStringList withValue;
     QStringList beforeScript; // the next word is the script
 };
 
-OptionHabits habitsOf(const QString& interpreter) {
+OptionSyntax habitsOf(const QString& interpreter) {
     if (interpreter.startsWith(QStringLiteral("python")) || interpreter.startsWith(QStringLiteral("pypy")))
         return {{QStringLiteral("-W"), QStringLiteral("-X")}, {QStringLiteral("-m")}};
     if (interpreter.startsWith(QStringLiteral("java")))
@@ -208,7 +208,7 @@ bool isInterpreter(QStringView program) {
 std::optional<QString> interpretedScript(const QStringList& command) {
     if (command.isEmpty() || !isInterpreter(command.first()))
         return std::nullopt;
-    const OptionHabits habits = habitsOf(fileNameOf(command.first()));
+    const OptionSyntax habits = habitsOf(fileNameOf(command.first()));
     for (qsizetype i = 1; i < command.size(); ++i) {
         const QString& word = command[i];
         if (word == QStringLiteral("--") || habits.beforeScript.contains(word))
@@ -265,7 +265,7 @@ void DesktopEntries::read() {
 
 void DesktopEntries::readFolder(const QString& folder) {
     QStringList waiting = {folder};
-    for (int depth = 0; depth < deepestFolder && !waiting.isEmpty(); ++depth) {
+    for (int depth = 0; depth < maxDepth && !waiting.isEmpty(); ++depth) {
         QStringList deeper;
         for (const QString& place : waiting) {
             seen_.insert(place, QFileInfo(place).lastModified());
@@ -286,7 +286,7 @@ void DesktopEntries::readFolder(const QString& folder) {
                 QFile file(path);
                 if (ids_.contains(id) || !file.open(QIODevice::ReadOnly))
                     continue;
-                auto entry = parseDesktopEntry(file.read(longestFile));
+                auto entry = parseDesktopEntry(file.read(maxFileSize));
                 // A hidden or broken entry also hides those of the same identifier in later folders.
                 ids_.insert(id, entry ? entries_.size() : -1);
                 if (entry) {

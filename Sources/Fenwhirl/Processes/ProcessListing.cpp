@@ -189,7 +189,7 @@ std::optional<ProcessLine> parseProcessLine(QStringView line) {
     return ProcessLine{*pid, *percentOfCore, *residentKiB, path};
 }
 
-ProcessSample foldProcessListing(const QByteArray& listing, const FoldContext& context) {
+ProcessSample groupProcesses(const QByteArray& listing, const FoldContext& context) {
     constexpr double kibPerMebi = 1024;
     const double processors = std::max(context.activeProcessors, 1);
     const QString text = QString::fromUtf8(listing);

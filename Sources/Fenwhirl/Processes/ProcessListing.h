@@ -56,7 +56,7 @@ struct FoldContext {
 // The entries with a load of at least `shownFromPercent` of the machine, heaviest first, at most
 // `shownAtMost`. Entries of equal load stay in the order of the listing. Their `starts` are left empty. Bytes
 // that are not UTF-8 are replaced.
-[[nodiscard]] ProcessSample foldProcessListing(const QByteArray& listing, const FoldContext& context);
+[[nodiscard]] ProcessSample groupProcesses(const QByteArray& listing, const FoldContext& context);
 
 inline constexpr double shownFromPercent = 0.2;
 inline constexpr qsizetype shownAtMost = 14;

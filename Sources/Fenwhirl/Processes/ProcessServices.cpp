@@ -21,7 +21,7 @@ ProcessSample sampleProcesses(ProcessTable& table, ApplicationLookup* lookup, Fo
     if (lookup != nullptr) {
         context.applicationOf = lookup->forListing(table);
     }
-    ProcessSample sample = foldProcessListing(*listing, context);
+    ProcessSample sample = groupProcesses(*listing, context);
     for (AppLoad& app : sample.apps) {
         for (const qint32 pid : app.pids) {
             app.starts.append(table.startWhenListed(pid));

@@ -11,7 +11,7 @@ std::optional<QUrl> updateDocumentAddress(const QString& domain, const QString& 
     return address.isValid() && !address.host().isEmpty() ? std::optional(address) : std::nullopt;
 }
 
-std::optional<QUrl> makersPage(const QString& text, const QString& domain) {
+std::optional<QUrl> vendorPage(const QString& text, const QString& domain) {
     QUrl page(text, QUrl::StrictMode);
     if (!page.isValid() || page.scheme() != QStringLiteral("https")) {
         return std::nullopt;
@@ -36,7 +36,7 @@ std::optional<UpdateDocument> parseUpdateDocument(const QByteArray& json, const 
     if (!version.isString() || !page.isString()) {
         return std::nullopt;
     }
-    const std::optional<QUrl> address = makersPage(page.toString(), domain);
+    const std::optional<QUrl> address = vendorPage(page.toString(), domain);
     if (!address) {
         return std::nullopt;
     }

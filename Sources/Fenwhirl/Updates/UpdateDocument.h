@@ -26,7 +26,7 @@ struct UpdateDocument {
 
 // The address, parsed strictly, if it is an https address of the domain or of a subdomain, without a user
 // name. This parsed address is what is opened later, not the text that it came from.
-[[nodiscard]] std::optional<QUrl> makersPage(const QString& text, const QString& domain);
+[[nodiscard]] std::optional<QUrl> vendorPage(const QString& text, const QString& domain);
 
 // The document in an answer; absent when the answer is not valid, or its page is not the vendor's.
 [[nodiscard]] std::optional<UpdateDocument> parseUpdateDocument(const QByteArray& json,

@@ -34,7 +34,7 @@ QSslConfiguration tlsOf(const UpdateTransport& transport) {
 
 // Most servers attach no revocation status, which Qt reports like a certificate error. It is not one: Qt
 // expects a status only because stapling is enabled. If there is any other error, the connection fails.
-void acceptNoWordOnRevocation(QNetworkReply& reply, const QList<QSslError>& reports) {
+void acceptMissingRevocationStatus(QNetworkReply& reply, const QList<QSslError>& reports) {
     const bool onlyThat = std::all_of(reports.begin(), reports.end(), [](const QSslError& report) {
         return report.error() == QSslError::OcspNoResponseFound;
     });
@@ -99,8 +99,9 @@ void UpdateFetch::request(const QUrl& address) {
     // a smaller one an encrypted connection of Qt 6.4 can stall.
     reply_->setReadBufferSize(transport_.sizeLimit + 1);
     const auto restartIdle = [this] { idle_.start(); };
-    connect(reply_, &QNetworkReply::sslErrors, this,
-            [reply = reply_](const QList<QSslError>& reports) { acceptNoWordOnRevocation(*reply, reports); });
+    connect(reply_, &QNetworkReply::sslErrors, this, [reply = reply_](const QList<QSslError>& reports) {
+        acceptMissingRevocationStatus(*reply, reports);
+    });
     connect(reply_, &QNetworkReply::encrypted, this, restartIdle);
     connect(reply_, &QNetworkReply::metaDataChanged, this, restartIdle);
     connect(reply_, &QNetworkReply::readyRead, this, &UpdateFetch::readMore);

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-ShownApp shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource) {
+AppListEntry shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource) {
     return {
         .appId = app.id,
         .name = displayText(app.name),
@@ -23,10 +23,10 @@ AppList::AppList(QObject* parent)
     : RowList({"appId", "name", "iconSource", "shareText", "memoryText", "fraction", "canQuit", "on"},
               parent) {}
 
-void AppList::setApps(const QList<ShownApp>& apps) {
+void AppList::setApps(const QList<AppListEntry>& apps) {
     QList<Row> rows;
     rows.reserve(apps.size());
-    for (const ShownApp& app : apps)
+    for (const AppListEntry& app : apps)
         rows.append({app.appId,
                      {app.appId, app.name, app.iconSource, app.shareText, app.memoryText, app.fraction,
                       app.canQuit, app.on}});

@@ -1,6 +1,6 @@
 // The applications that load the processor, heaviest first, as rows ready for display.
 //
-// Threads: main thread only. Roles: the members of ShownApp, under the same names.
+// Threads: main thread only. Roles: the members of AppListEntry, under the same names.
 
 #pragma once
 
@@ -14,7 +14,7 @@
 #include <functional>
 
 // What one row shows of an application.
-struct ShownApp {
+struct AppListEntry {
     QString appId; // identifies the application across readings
     QString name;
     QString iconSource; // image URL; empty for the generic symbol
@@ -24,14 +24,14 @@ struct ShownApp {
     bool canQuit;       // false shows the row as protected
     bool on;            // state of the switch; off while the quit question is open
 
-    bool operator==(const ShownApp&) const = default;
+    bool operator==(const AppListEntry&) const = default;
 };
 
 // Maps the path of an application to the image URL of its icon; empty when it has none.
 using IconSource = std::function<QString(const QString& appPath)>;
 
 // `isAskedAbout`: whether the question to quit this application is open.
-[[nodiscard]] ShownApp shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource);
+[[nodiscard]] AppListEntry shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource);
 
 class AppList : public RowList {
     Q_OBJECT
@@ -41,5 +41,5 @@ class AppList : public RowList {
 public:
     explicit AppList(QObject* parent = nullptr);
 
-    void setApps(const QList<ShownApp>& apps);
+    void setApps(const QList<AppListEntry>& apps);
 };

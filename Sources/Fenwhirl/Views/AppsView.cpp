@@ -14,15 +14,15 @@ AppsView::AppsView(ProcessMonitor& processes, IconSource iconSource, QObject* pa
 
 void AppsView::connectModels() {
     connect(&processes_, &ProcessMonitor::appsChanged, this, &AppsView::refresh);
-    sampleWhileSeen(true);
+    updateSampling(true);
 }
 
 void AppsView::disconnectModels() {
     processes_.disconnect(this);
-    sampleWhileSeen(false);
+    updateSampling(false);
 }
 
-void AppsView::sampleWhileSeen(bool awake) {
+void AppsView::updateSampling(bool awake) {
     if (awake && pageShown_)
         processes_.start();
     else
@@ -32,14 +32,14 @@ void AppsView::sampleWhileSeen(bool awake) {
 void AppsView::setPageShown(bool shown) {
     if (std::exchange(pageShown_, shown) == shown)
         return;
-    sampleWhileSeen(isAwake());
+    updateSampling(isAwake());
     if (!shown)
         cancel();
     Q_EMIT pageShownChanged();
 }
 
 void AppsView::refresh() {
-    QList<ShownApp> rows;
+    QList<AppListEntry> rows;
     const QList<AppLoad>& apps = processes_.apps();
     rows.reserve(apps.size());
     for (const AppLoad& app : apps)

@@ -65,7 +65,7 @@ protected:
 
 private:
     void answer(bool force);
-    void sampleWhileSeen(bool awake);
+    void updateSampling(bool awake);
 
     ProcessMonitor& processes_;
     IconSource iconSource_;

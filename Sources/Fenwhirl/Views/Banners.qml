@@ -35,7 +35,7 @@ Item {
 
                     ErrorBanner {
                         closable: true
-                        closeText: qsTranslate("SystemWords", "Close")
+                        closeText: qsTranslate("SystemTerms", "Close")
                         message: root.control.error
                         width: errorPlace.width
 

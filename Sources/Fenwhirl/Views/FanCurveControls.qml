@@ -83,7 +83,7 @@ Column {
         alertAt: root.fan.alertAt
         extent: root.fan.rangeText
         highestText: root.fan.highestText
-        limited: root.fan.followsMain
+        limited: root.fan.followsMainTemperature
         lowestText: root.fan.lowestText
         maxTemp: root.fan.maxTemp
         maxText: root.fan.maxText

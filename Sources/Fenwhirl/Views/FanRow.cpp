@@ -63,9 +63,10 @@ FanRow::Surroundings FanRow::surroundings() const {
     Surroundings now;
     if (setting_.mode != FanModeKind::sensor)
         return now;
-    now.followsMain = choices_.choiceForKey(setting_.sensorKey) <= 0; // or a sensor that no longer exists
+    now.followsMainTemperature =
+        choices_.choiceForKey(setting_.sensorKey) <= 0; // or a sensor that no longer exists
     now.isProtecting = monitor_.isProtecting();
-    if (now.followsMain) {
+    if (now.followsMainTemperature) {
         now.celsius = monitor_.primaryCelsius();
         if (monitor_.alertsEnabled())
             now.alertAt = monitor_.alertThreshold();

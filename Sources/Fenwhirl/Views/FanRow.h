@@ -59,7 +59,7 @@ class FanRow : public QObject {
     Q_PROPERTY(double drivingTemperature READ drivingTemperature NOTIFY surroundingsChanged)
     Q_PROPERTY(double alertAt READ alertAt NOTIFY surroundingsChanged)
     // Whether the main temperature drives the fan, so that the rules about that temperature apply.
-    Q_PROPERTY(bool followsMain READ followsMain NOTIFY surroundingsChanged)
+    Q_PROPERTY(bool followsMainTemperature READ followsMainTemperature NOTIFY surroundingsChanged)
     Q_PROPERTY(bool protecting READ isProtecting NOTIFY surroundingsChanged)
 
 public:
@@ -124,7 +124,7 @@ public:
     [[nodiscard]] double drivingTemperature() const;
     [[nodiscard]] double alertAt() const;
 
-    [[nodiscard]] bool followsMain() const { return surroundings_.followsMain; }
+    [[nodiscard]] bool followsMainTemperature() const { return surroundings_.followsMainTemperature; }
 
     [[nodiscard]] bool isProtecting() const { return surroundings_.isProtecting; }
 
@@ -149,7 +149,7 @@ private:
     struct Surroundings {
         std::optional<double> celsius;
         std::optional<double> alertAt;
-        bool followsMain = true;
+        bool followsMainTemperature = true;
         bool isProtecting = false;
 
         bool operator==(const Surroundings&) const = default;

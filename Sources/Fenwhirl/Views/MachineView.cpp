@@ -76,7 +76,7 @@ void MachineView::refreshSensors() {
     fans_.refreshSurroundings(); // after the choices, in which the fans look up their sensors
     sensors_.setSensors(shownSortedByName(monitor_.sensors()));
 
-    QList<ShownSensor> featured;
+    QList<SensorListEntry> featured;
     const QList<SensorState> states = monitor_.featured();
     featured.reserve(states.size());
     for (const SensorState& state : states)
@@ -114,7 +114,7 @@ double MachineView::alertLine() const {
     return monitor_.alertsEnabled() ? monitor_.alertThreshold() : std::numeric_limits<double>::quiet_NaN();
 }
 
-QString MachineView::historyExtent() const {
+QString MachineView::historyRange() const {
     const QList<double> history = monitor_.history();
     if (history.isEmpty())
         return {};

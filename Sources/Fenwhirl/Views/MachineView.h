@@ -31,7 +31,7 @@ class MachineView : public LiveView {
     // The alert threshold in °C; NaN while alerts are off.
     Q_PROPERTY(double alertLine READ alertLine NOTIFY alertLineChanged)
     // The lowest and highest value of `history`, for screen readers; empty while there are none.
-    Q_PROPERTY(QString historyExtent READ historyExtent NOTIFY historyChanged)
+    Q_PROPERTY(QString historyRange READ historyRange NOTIFY historyChanged)
     Q_PROPERTY(bool healthy READ healthy NOTIFY statusChanged)
     // An index in the order normal, warm, hot.
     Q_PROPERTY(int status READ status NOTIFY statusChanged)
@@ -63,7 +63,7 @@ public:
 
     [[nodiscard]] double alertLine() const;
 
-    [[nodiscard]] QString historyExtent() const;
+    [[nodiscard]] QString historyRange() const;
 
     [[nodiscard]] bool healthy() const { return monitor_.status() == HealthStatus::normal; }
 

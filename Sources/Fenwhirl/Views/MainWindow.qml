@@ -35,7 +35,7 @@ Window {
 
         // When the focused switch of an application vanishes, Orca queries the vanished switch and then does not announce
         // the control that has the focus now.
-        onHandedOn: name => {
+        onFocusMoved: name => {
             if (root.models.pages.selectedName === "apps")
                 Announcer.say(name)
         }

@@ -44,7 +44,7 @@ Item {
         id: close
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        text: qsTranslate("SystemWords", "Close")
+        text: qsTranslate("SystemTerms", "Close")
 
         onClicked: root.control.dismissError()
     }

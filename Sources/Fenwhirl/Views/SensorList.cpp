@@ -13,7 +13,7 @@ constexpr double leastPeakDistance = 2.0;
 
 } // namespace
 
-ShownSensor shown(const SensorState& sensor) {
+SensorListEntry shown(const SensorState& sensor) {
     const bool hasPeak = sensor.highestCelsius - sensor.celsius >= leastPeakDistance;
     return {
         .id = sensor.id,
@@ -28,12 +28,12 @@ ShownSensor shown(const SensorState& sensor) {
     };
 }
 
-QList<ShownSensor> shownSortedByName(const QList<SensorState>& sensors) {
-    QList<ShownSensor> rows;
+QList<SensorListEntry> shownSortedByName(const QList<SensorState>& sensors) {
+    QList<SensorListEntry> rows;
     rows.reserve(sensors.size());
     for (const SensorState& sensor : sensors)
         rows.append(shown(sensor));
-    std::stable_sort(rows.begin(), rows.end(), [](const ShownSensor& left, const ShownSensor& right) {
+    std::stable_sort(rows.begin(), rows.end(), [](const SensorListEntry& left, const SensorListEntry& right) {
         return left.name < right.name;
     });
     return rows;
@@ -42,10 +42,10 @@ QList<ShownSensor> shownSortedByName(const QList<SensorState>& sensors) {
 SensorList::SensorList(QObject* parent)
     : RowList({"name", "temperature", "fraction", "hot", "peak", "peakHot", "range"}, parent) {}
 
-void SensorList::setSensors(const QList<ShownSensor>& sensors) {
+void SensorList::setSensors(const QList<SensorListEntry>& sensors) {
     QList<Row> rows;
     rows.reserve(sensors.size());
-    for (const ShownSensor& sensor : sensors)
+    for (const SensorListEntry& sensor : sensors)
         rows.append({sensor.id,
                      {sensor.name, sensor.temperature, sensor.fraction, sensor.hot, sensor.peak,
                       sensor.peakHot, sensor.range}});

@@ -1,6 +1,6 @@
 // Temperatures as rows ready for display, each with a name, a text and a bar.
 //
-// Threads: main thread only. Roles: the members of ShownSensor except `id`, under the same names.
+// Threads: main thread only. Roles: the members of SensorListEntry except `id`, under the same names.
 
 #pragma once
 
@@ -11,7 +11,7 @@
 #include <QtQml/qqmlregistration.h>
 
 // What one row shows of a sensor.
-struct ShownSensor {
+struct SensorListEntry {
     QString id; // the SMC key; identifies the sensor across readings
     QString name;
     QString temperature; // "63 °C"
@@ -21,13 +21,13 @@ struct ShownSensor {
     bool peakHot;        // like `hot`, for the peak
     QString range;       // "55 – 71 °C": the lowest and highest in that time
 
-    bool operator==(const ShownSensor&) const = default;
+    bool operator==(const SensorListEntry&) const = default;
 };
 
-[[nodiscard]] ShownSensor shown(const SensorState& sensor);
+[[nodiscard]] SensorListEntry shown(const SensorState& sensor);
 
 // Sorted by displayed name, ascending, compared as plain strings; sensors of the same name keep their order.
-[[nodiscard]] QList<ShownSensor> shownSortedByName(const QList<SensorState>& sensors);
+[[nodiscard]] QList<SensorListEntry> shownSortedByName(const QList<SensorState>& sensors);
 
 class SensorList : public RowList {
     Q_OBJECT
@@ -37,5 +37,5 @@ class SensorList : public RowList {
 public:
     explicit SensorList(QObject* parent = nullptr);
 
-    void setSensors(const QList<ShownSensor>& sensors);
+    void setSensors(const QList<SensorListEntry>& sensors);
 };

@@ -35,10 +35,10 @@ Column {
 
     Slider {
         id: slider
-        detail: ValueWords.unit(root.text)
+        detail: ValueLabelParts.unit(root.text)
         from: root.from
         stepSize: root.stepSize
-        text: ValueWords.name(root.text)
+        text: ValueLabelParts.name(root.text)
         to: root.to
         unit: root.unit
         value: root.value

@@ -41,12 +41,12 @@ Item {
 
     Stepper {
         id: stepper
-        detail: ValueWords.unit(root.text)
+        detail: ValueLabelParts.unit(root.text)
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         from: root.from
         stepSize: root.stepSize
-        text: ValueWords.name(root.text)
+        text: ValueLabelParts.name(root.text)
         to: root.to
         value: root.value
 

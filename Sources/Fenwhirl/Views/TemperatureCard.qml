@@ -82,7 +82,7 @@ Card {
             anchors.topMargin: 12
             description: qsTr("Température du processeur")
             endCaption: qsTr("maintenant")
-            extent: root.machine.historyExtent
+            extent: root.machine.historyRange
             startCaption: qsTr("il y a 10 min")
             threshold: root.machine.alertLine
             times: root.machine.historyTimes

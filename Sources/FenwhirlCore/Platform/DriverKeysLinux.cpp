@@ -8,7 +8,7 @@
 namespace {
 
 constexpr std::string_view classFolder = "/sys/class/hwmon";
-constexpr int mostFans = 10; // a fan's number is a single digit of its keys
+constexpr int maxFanCount = 10; // a fan's number is a single digit of its keys
 
 std::string firstLine(std::string text) {
     text.resize(std::min(text.find('\n'), text.size()));
@@ -103,7 +103,7 @@ private:
         int highest = 0;
         for (const std::string& name : names_)
             highest = std::max(highest, channelNumber(name, "fan", "_input").value_or(0));
-        for (int channel = 1; channel <= std::min(highest, mostFans); ++channel) {
+        for (int channel = 1; channel <= std::min(highest, maxFanCount); ++channel) {
             const std::string fan = "fan" + std::to_string(channel);
             const FanControlStyle style = styleOf(names_, channel);
             table_.fans.push_back(style);

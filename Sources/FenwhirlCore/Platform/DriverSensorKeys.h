@@ -25,5 +25,5 @@ struct DriverSensor {
 void nameDriverSensors(DriverFiles& files, const std::string& device, std::vector<DriverSensor>& sensors);
 
 // The index of a label among the 3844 made-up keys: its 32-bit FNV-1a hash modulo that number.
-[[nodiscard]] unsigned ownKeyNumber(std::string_view label);
-[[nodiscard]] std::string ownKey(unsigned number);
+[[nodiscard]] unsigned syntheticKeyNumber(std::string_view label);
+[[nodiscard]] std::string syntheticKey(unsigned number);

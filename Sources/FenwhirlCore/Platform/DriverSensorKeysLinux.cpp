@@ -10,10 +10,10 @@
 namespace {
 
 constexpr unsigned ownKeys = 62 * 62;
-constexpr int deepestFolder = 4; // levels to search; sensors may be grouped below the node
+constexpr int maxDepth = 4; // levels to search; sensors may be grouped below the node
 
 // The labels that the driver's own device trees use, for systems that hide the tree.
-constexpr std::array<std::pair<std::string_view, std::string_view>, 4> stockLabels = {{
+constexpr std::array<std::pair<std::string_view, std::string_view>, 4> knownLabels = {{
     {"NAND Flash Temperature", "TH0x"},
     {"Battery Hotspot", "TB0T"},
     {"Charge Regulator Temp", "TCHP"},
@@ -64,7 +64,7 @@ std::optional<std::string> keyFor(const std::string& label,
     constexpr std::string_view die = "SoC die ";
     if (label.starts_with(die) && isKey(std::string_view(label).substr(die.size())))
         return label.substr(die.size());
-    for (const auto& [stock, key] : stockLabels) {
+    for (const auto& [stock, key] : knownLabels) {
         if (label == stock)
             return std::string(key);
     }
@@ -73,7 +73,7 @@ std::optional<std::string> keyFor(const std::string& label,
 
 } // namespace
 
-unsigned ownKeyNumber(std::string_view label) {
+unsigned syntheticKeyNumber(std::string_view label) {
     std::uint32_t hash = 2'166'136'261U;
     for (const char character : label) {
         hash ^= static_cast<std::uint8_t>(character);
@@ -82,7 +82,7 @@ unsigned ownKeyNumber(std::string_view label) {
     return hash % ownKeys;
 }
 
-std::string ownKey(unsigned number) {
+std::string syntheticKey(unsigned number) {
     constexpr std::string_view digits = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
     return {'T', '~', digits[number / 62 % 62], digits[number % 62]};
 }
@@ -94,7 +94,7 @@ void nameDriverSensors(DriverFiles& files, const std::string& device, std::vecto
     });
     if (wordsInUse) {
         for (const char* node : {"/of_node", "/device/of_node"})
-            collectTreeLabels(files, device + node, deepestFolder, keyByLabel);
+            collectTreeLabels(files, device + node, maxDepth, keyByLabel);
     }
 
     std::set<std::string> taken;
@@ -114,9 +114,9 @@ void nameDriverSensors(DriverFiles& files, const std::string& device, std::vecto
     std::stable_sort(unnamed.begin(), unnamed.end(),
                      [&](const DriverSensor* a, const DriverSensor* b) { return nameOf(*a) < nameOf(*b); });
     for (DriverSensor* sensor : unnamed) {
-        unsigned number = ownKeyNumber(nameOf(*sensor));
-        while (!taken.insert(ownKey(number)).second && taken.size() < ownKeys)
+        unsigned number = syntheticKeyNumber(nameOf(*sensor));
+        while (!taken.insert(syntheticKey(number)).second && taken.size() < ownKeys)
             number = (number + 1) % ownKeys;
-        sensor->key = ownKey(number);
+        sensor->key = syntheticKey(number);
     }
 }

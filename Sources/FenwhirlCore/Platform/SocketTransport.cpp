@@ -88,7 +88,7 @@ bool SocketTransport::connect(const std::string& path) {
 std::optional<SMCParam> SocketTransport::call(const SMCParam& input) {
     if (isDead_)
         return std::nullopt;
-    dropWhatIsLeft();
+    discardPendingPackets();
     Reply reply{};
     if (!sendRequest(input) || !receivePacket(&reply, sizeof(reply)) ||
         reply.kernelReturn != KernelReturn::success)
@@ -96,7 +96,7 @@ std::optional<SMCParam> SocketTransport::call(const SMCParam& input) {
     return reply.record;
 }
 
-void SocketTransport::dropWhatIsLeft() {
+void SocketTransport::discardPendingPackets() {
     std::uint8_t byte = 0;
     while (isMoreExpected_ && recv(socket_, &byte, sizeof(byte), MSG_DONTWAIT) >= 0 && !isAtEndOfStream()) {
     }

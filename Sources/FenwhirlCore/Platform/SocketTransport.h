@@ -44,7 +44,7 @@ private:
 
     [[nodiscard]] bool connect(const std::string& path);
     // Discards what the service may have sent in addition to a packet of the wrong size.
-    void dropWhatIsLeft();
+    void discardPendingPackets();
     [[nodiscard]] bool sendRequest(const SMCParam& input);
     // Whether one packet of exactly this size arrived. When no packet arrives at all, the connection is dead.
     [[nodiscard]] bool receivePacket(void* packet, std::size_t size);

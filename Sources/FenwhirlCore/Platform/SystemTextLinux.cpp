@@ -13,13 +13,13 @@
 namespace {
 
 // Far more than any of the files needs; a processor's block in /proc/cpuinfo is about 1.5 kB.
-constexpr std::size_t longestFile = 16384;
+constexpr std::size_t maxFileSize = 16384;
 
 std::optional<std::string> contents(const char* path) {
     const int file = ::open(path, O_RDONLY | O_CLOEXEC);
     if (file < 0)
         return std::nullopt;
-    std::string text(longestFile, '\0');
+    std::string text(maxFileSize, '\0');
     std::size_t length = 0;
     while (length < text.size()) {
         const ssize_t count = ::read(file, text.data() + length, text.size() - length);

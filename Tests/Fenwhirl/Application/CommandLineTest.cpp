@@ -19,7 +19,7 @@ CommandLine parse(std::vector<std::string> arguments) {
 
 } // namespace
 
-TEST(CommandLine, NothingAndWhatIsNotKnownStartsTheApplication) {
+TEST(CommandLine, NoOrUnknownArgumentsStartTheApplication) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{
              {}, {"--frobnicate"}, {"-platform", "offscreen"}, {"file"}, {""}, {"--", "--version"}}) {
         const CommandLine found = parse(arguments);
@@ -62,7 +62,7 @@ TEST(CommandLine, APresetIsCalledByItsTitleInAnyLanguageWhateverIsSpoken) {
     EXPECT_EQ(parse({"--preset", "E\xcc\x81quilibre\xcc\x81"}).preset, Preset::balanced);
 }
 
-TEST(CommandLine, APresetThatDoesNotExistIsComplainedOf) {
+TEST(CommandLine, AnUnknownPresetIsAnError) {
     for (const auto& arguments : std::vector<std::vector<std::string>>{{"--preset"},
                                                                        {"--preset="},
                                                                        {"--preset", "turbo"},

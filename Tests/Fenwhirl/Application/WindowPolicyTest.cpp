@@ -19,42 +19,42 @@ namespace {
 QStringList told; // since the last query
 bool pointerLeads = false;
 
-QStringList toldSinceThen() {
+QStringList takeCalls() {
     return std::exchange(told, {});
 }
 
 } // namespace
 
 // The linker's names: __wrap_ functions replace the callers' targets, __real_ ones are the system's own.
-void notedConfigure(QWindow& window) __asm__("__wrap__ZN19MainWindowBehaviour9configureER7QWindow");
-void notedRegular() __asm__("__wrap__ZN19MainWindowBehaviour10setRegularEv");
-void notedAccessory() __asm__("__wrap__ZN19MainWindowBehaviour12setAccessoryEv");
-void notedFront(QWindow& window, const QString& token) __asm__(
+void recordConfigure(QWindow& window) __asm__("__wrap__ZN19MainWindowBehaviour9configureER7QWindow");
+void recordRegular() __asm__("__wrap__ZN19MainWindowBehaviour10setRegularEv");
+void recordAccessory() __asm__("__wrap__ZN19MainWindowBehaviour12setAccessoryEv");
+void recordFront(QWindow& window, const QString& token) __asm__(
     "__wrap__ZN19MainWindowBehaviour12bringToFrontER7QWindowRK7QString");
 void realFront(QWindow& window, const QString& token) __asm__(
     "__real__ZN19MainWindowBehaviour12bringToFrontER7QWindowRK7QString");
 
-void notedConfigure(QWindow& window) {
+void recordConfigure(QWindow& window) {
     // The native window must exist: it is what gets configured.
     told.append(window.handle() != nullptr ? QStringLiteral("configure") : QStringLiteral("too early"));
 }
 
-void notedRegular() {
+void recordRegular() {
     told.append(QStringLiteral("regular"));
 }
 
-void notedAccessory() {
+void recordAccessory() {
     told.append(QStringLiteral("accessory"));
 }
 
-void notedFront(QWindow& window, const QString& token) {
+void recordFront(QWindow& window, const QString& token) {
     told.append(QStringLiteral("front"));
     realFront(window, token);
 }
 
-bool pretendedFocus() __asm__("__wrap__Z19focusFollowsPointerv");
+bool fakeFocusFollowsPointer() __asm__("__wrap__Z19focusFollowsPointerv");
 
-bool pretendedFocus() {
+bool fakeFocusFollowsPointer() {
     return pointerLeads;
 }
 
@@ -89,37 +89,37 @@ protected:
 TEST_F(WindowPolicy, ConfiguresTheWindowAgainWhenItFillsTheScreenAndWhenItNoLongerDoes) {
     Life life(true);
     life.windows->openMain();
-    toldSinceThen();
+    takeCalls();
     life.windows->main()->setWindowState(Qt::WindowFullScreen);
-    EXPECT_TRUE(toldSinceThen().contains(QStringLiteral("configure")));
+    EXPECT_TRUE(takeCalls().contains(QStringLiteral("configure")));
     life.windows->main()->setWindowState(Qt::WindowNoState);
-    EXPECT_TRUE(toldSinceThen().contains(QStringLiteral("configure")));
+    EXPECT_TRUE(takeCalls().contains(QStringLiteral("configure")));
 }
 
 TEST_F(WindowPolicy, TheFirstLaunchIsOneOfARegularProgram) {
     Life life(false);
     life.delegate->applicationDidFinishLaunching();
-    EXPECT_EQ(toldSinceThen().mid(0, 3), opened);
+    EXPECT_EQ(takeCalls().mid(0, 3), opened);
 }
 
 TEST_F(WindowPolicy, ALaterLaunchIsOneOfAnAccessory) {
     Life life(true);
     life.delegate->applicationDidFinishLaunching();
-    EXPECT_EQ(toldSinceThen(), QStringList(QStringLiteral("accessory")));
+    EXPECT_EQ(takeCalls(), QStringList(QStringLiteral("accessory")));
 }
 
-TEST_F(WindowPolicy, AClosedWindowLeavesAnAccessoryAndOpensAsANewOne) {
+TEST_F(WindowPolicy, ClosingLeavesAnAccessoryAndReopeningMakesANewWindow) {
     Life life(true);
     life.windows->openMain();
     for (int i = 0; i < 2; ++i) {
         told.clear();
         life.windows->main()->close();
-        QStringList closed = toldSinceThen();
+        QStringList closed = takeCalls();
         closed.removeDuplicates();
         EXPECT_EQ(closed, QStringList(QStringLiteral("accessory")));
         life.windows->openMain();
         // Closing destroyed the native window; this one is new.
-        EXPECT_EQ(toldSinceThen().mid(0, 3), opened);
+        EXPECT_EQ(takeCalls().mid(0, 3), opened);
     }
 }
 
@@ -128,7 +128,7 @@ TEST_F(WindowPolicy, AWindowThatIsOpenIsOnlyRaised) {
     life.windows->openMain();
     told.clear();
     life.windows->openMain();
-    EXPECT_EQ(toldSinceThen(), opened.mid(0, 2));
+    EXPECT_EQ(takeCalls(), opened.mid(0, 2));
 }
 
 TEST_F(WindowPolicy, AWindowThatBecomesActiveIsOneOfARegularProgram) {
@@ -142,13 +142,13 @@ TEST_F(WindowPolicy, AWindowThatBecomesActiveIsOneOfARegularProgram) {
     told.clear();
     life.windows->main()->requestActivate();
     ASSERT_TRUE(QTest::qWaitForWindowActive(life.windows->main()));
-    EXPECT_EQ(toldSinceThen(), QStringList(QStringLiteral("regular")));
+    EXPECT_EQ(takeCalls(), QStringList(QStringLiteral("regular")));
 }
 
 TEST_F(WindowPolicy, ThePanelOfAnAccessoryChangesNothing) {
     Life life(true);
     life.windows->togglePanel(QRect(400, 0, 30, 24));
-    EXPECT_EQ(toldSinceThen(), QStringList());
+    EXPECT_EQ(takeCalls(), QStringList());
 }
 
 TEST_F(WindowPolicy, OpeningTheWindowFromThePanelMakesItARegularProgramForGood) {
@@ -159,7 +159,7 @@ TEST_F(WindowPolicy, OpeningTheWindowFromThePanelMakesItARegularProgramForGood) 
     ASSERT_TRUE(life.windows->panel()->isVisible());
     told.clear();
     life.windows->openMain(); // as the panel closes, no window is shown for a moment
-    const QStringList all = toldSinceThen();
+    const QStringList all = takeCalls();
     EXPECT_LT(all.lastIndexOf(QStringLiteral("accessory")), all.indexOf(QStringLiteral("regular")));
 }
 
@@ -169,7 +169,7 @@ TEST_F(WindowPolicy, ThePanelClosesWhenItLosesTheFocus) {
     EXPECT_FALSE(life.windows->panel()->isVisible());
 }
 
-TEST_F(WindowPolicy, WhereTheFocusFollowsThePointerThePanelWaitsUntilItHasBeenReached) {
+TEST_F(WindowPolicy, WithFocusFollowingThePointerThePanelStaysOpenUntilEntered) {
     pointerLeads = true;
     for (const bool reached : {false, true}) {
         Life life(true);
@@ -178,10 +178,10 @@ TEST_F(WindowPolicy, WhereTheFocusFollowsThePointerThePanelWaitsUntilItHasBeenRe
     }
 }
 
-TEST_F(WindowPolicy, AQuestionComesToTheFrontAsItIs) {
+TEST_F(WindowPolicy, AnAlertIsOnlyRaised) {
     Life life(true);
     life.windows->showAlert({}, [] {});
-    EXPECT_EQ(toldSinceThen(), QStringList(QStringLiteral("front")));
+    EXPECT_EQ(takeCalls(), QStringList(QStringLiteral("front")));
 }
 
 } // namespace

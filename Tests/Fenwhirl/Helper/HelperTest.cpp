@@ -105,7 +105,7 @@ TEST_F(HelperTest, SetTellsARefusal) {
     EXPECT_EQ(run({"set", "0", "2400"}), 1);
 }
 
-TEST_F(HelperTest, NoSpeedBeyondNumbersReachesTheController) {
+TEST_F(HelperTest, NonFiniteSpeedsNeverReachTheController) {
     controller.addOlderFans(1);
     for (const char* word : {"nan", "-nan", "nan(7)"}) {
         EXPECT_EQ(run({"set", "0", word}), 1) << word;
@@ -195,14 +195,16 @@ TEST_F(HelperTest, TestPrintsItsReportAndOneLineEnd) {
 }
 
 // Redirects standard output during its lifetime.
-class OutputTo {
+class RedirectedOutput {
 public:
-    explicit OutputTo(int descriptor) : before_(dup(STDOUT_FILENO)) { dup2(descriptor, STDOUT_FILENO); }
+    explicit RedirectedOutput(int descriptor) : before_(dup(STDOUT_FILENO)) {
+        dup2(descriptor, STDOUT_FILENO);
+    }
 
-    OutputTo(const OutputTo&) = delete;
-    OutputTo& operator=(const OutputTo&) = delete;
+    RedirectedOutput(const RedirectedOutput&) = delete;
+    RedirectedOutput& operator=(const RedirectedOutput&) = delete;
 
-    ~OutputTo() {
+    ~RedirectedOutput() {
         dup2(before_, STDOUT_FILENO);
         close(before_);
     }
@@ -211,11 +213,11 @@ private:
     int before_;
 };
 
-TEST(HelperOutput, ThatNobodyTakesIsNoFailure) {
+TEST(HelperOutput, ThatCannotBeWrittenIsNoFailure) {
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
     ASSERT_GE(full, 0);
     {
-        const OutputTo output(full);
+        const RedirectedOutput output(full);
         EXPECT_EQ(runWithoutController({"version"}), 0);
     }
     close(full);
@@ -246,7 +248,7 @@ TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
         });
         int status = -1;
         {
-            const OutputTo output(ends[1]);
+            const RedirectedOutput output(ends[1]);
             status = runWithoutController({"version"});
         }
         reader.join();

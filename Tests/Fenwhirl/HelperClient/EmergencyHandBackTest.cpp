@@ -13,7 +13,7 @@
 namespace {
 
 template <class Condition>
-bool comesTrue(const Condition& condition) {
+bool becomesTrue(const Condition& condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end)
@@ -34,7 +34,7 @@ protected:
     const std::string guard = folder.writeScript("guard", "exec cat >> '" + folder.path("heard") + "'");
 
     [[nodiscard]] bool hears(const std::string& text) const {
-        return comesTrue([&] { return folder.read("heard") == text; });
+        return becomesTrue([&] { return folder.read("heard") == text; });
     }
 };
 
@@ -59,7 +59,7 @@ TEST_F(EmergencyHandBackTest, SaysWhichGuardWasStarted) {
     emergency.finish();
 }
 
-TEST_F(EmergencyHandBackTest, EachThreadMayTellOfFans) {
+TEST_F(EmergencyHandBackTest, AnyThreadMayReportFans) {
     EmergencyHandBack emergency(folder.path("helper"), guard);
     constexpr int threadCount = 4;
     constexpr int updates = 200;
@@ -77,7 +77,7 @@ TEST_F(EmergencyHandBackTest, EachThreadMayTellOfFans) {
         thread.join();
     emergency.update(fans({99}));
     emergency.finish();
-    ASSERT_TRUE(comesTrue([&] { return folder.read("heard").ends_with("\x04"); }));
+    ASSERT_TRUE(becomesTrue([&] { return folder.read("heard").ends_with("\x04"); }));
     std::istringstream heard(folder.read("heard"));
     std::string last;
     for (std::string line; std::getline(heard, line) && line != "\x04";) {

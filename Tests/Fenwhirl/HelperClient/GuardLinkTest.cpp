@@ -20,7 +20,7 @@ HandBack fans(std::vector<int> indices) {
 constexpr auto patience = std::chrono::seconds(10);
 
 template <class Condition>
-bool comesTrue(const Condition& condition) {
+bool becomesTrue(const Condition& condition) {
     const auto end = std::chrono::steady_clock::now() + patience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end)
@@ -38,7 +38,7 @@ protected:
         "guard", "echo $$ >> '" + folder.path("starts") + "'\nexec cat >> '" + folder.path("heard") + "'");
 
     [[nodiscard]] bool hears(const std::string& text) const {
-        return comesTrue([&] { return folder.read("heard") == text; });
+        return becomesTrue([&] { return folder.read("heard") == text; });
     }
 };
 
@@ -96,7 +96,7 @@ TEST_F(GuardLinkTest, TellsOfEachGuardThatWasStarted) {
     const pid_t first = link.guard().value();
     EXPECT_EQ(started, std::vector{first});
     kill(first, SIGKILL);
-    ASSERT_TRUE(comesTrue([&] {
+    ASSERT_TRUE(becomesTrue([&] {
         link.keepAlive();
         return link.guard() && *link.guard() != first;
     }));
@@ -111,13 +111,13 @@ TEST_F(GuardLinkTest, ALostGuardIsReplacedAndToldAgain) {
     const pid_t first = link.guard().value();
     kill(first, SIGKILL);
     // Writing to a guard that has died must not kill this process.
-    ASSERT_TRUE(comesTrue([&] {
+    ASSERT_TRUE(becomesTrue([&] {
         link.send(fans({1}));
         link.send(fans({2}));
         link.keepAlive();
         return link.guard() && *link.guard() != first;
     }));
-    EXPECT_TRUE(comesTrue([&] { return folder.read("heard").ends_with("fans 2\n"); }));
+    EXPECT_TRUE(becomesTrue([&] { return folder.read("heard").ends_with("fans 2\n"); }));
     link.finish();
 }
 
@@ -126,7 +126,7 @@ TEST_F(GuardLinkTest, ADismissedGuardIsNotReplaced) {
     link.finish();
     ASSERT_TRUE(hears("nothing\n\x04"));
     const pid_t first = link.guard().value();
-    ASSERT_TRUE(comesTrue([&] { return waitpid(first, nullptr, WNOHANG) != 0; }));
+    ASSERT_TRUE(becomesTrue([&] { return waitpid(first, nullptr, WNOHANG) != 0; }));
     link.keepAlive();
     link.send(fans({0}));
     EXPECT_EQ(link.guard(), first);
@@ -156,7 +156,7 @@ TEST_F(GuardLinkTest, AGuardThatDoesNotReadNeverBlocks) {
     link.finish();
 }
 
-TEST_F(GuardLinkTest, OfWhatAFullPipeDidNotTakeOnlyTheNewestRecordIsSent) {
+TEST_F(GuardLinkTest, AfterAFullPipeOnlyTheNewestRecordIsSent) {
     // A guard that does not read before the file "go" exists.
     GuardLink link(folder.writeScript("late", "while [ ! -e '" + folder.path("go") +
                                                   "' ]; do sleep 0.01; done\nexec cat >> '" +
@@ -171,7 +171,7 @@ TEST_F(GuardLinkTest, OfWhatAFullPipeDidNotTakeOnlyTheNewestRecordIsSent) {
     }
     (void)folder.write("go", "");
     const std::string newest = GuardLink::record(fans(many));
-    ASSERT_TRUE(comesTrue([&] {
+    ASSERT_TRUE(becomesTrue([&] {
         link.keepAlive();
         return folder.read("heard").find(newest) != std::string::npos;
     }));
@@ -188,7 +188,7 @@ TEST_F(GuardLinkTest, OfWhatAFullPipeDidNotTakeOnlyTheNewestRecordIsSent) {
     EXPECT_LT(records, 10U);
 }
 
-TEST_F(GuardLinkTest, OtherChildrenDoNotHoldTheEndOfThePipe) {
+TEST_F(GuardLinkTest, OtherChildrenDoNotInheritThePipe) {
     auto link = std::make_unique<GuardLink>(guard);
     ASSERT_TRUE(hears("nothing\n"));
     const pid_t pid = link->guard().value();
@@ -196,7 +196,7 @@ TEST_F(GuardLinkTest, OtherChildrenDoNotHoldTheEndOfThePipe) {
     const auto other = startChild("/bin/sleep", arguments, ChildEnvironment::inherited, -1, false);
     ASSERT_TRUE(other);
     link.reset(); // closes the pipe, unless another process has its end
-    EXPECT_TRUE(comesTrue([&] { return kill(pid, 0) != 0 || waitpid(pid, nullptr, WNOHANG) == pid; }));
+    EXPECT_TRUE(becomesTrue([&] { return kill(pid, 0) != 0 || waitpid(pid, nullptr, WNOHANG) == pid; }));
     kill(*other, SIGKILL);
     waitpid(*other, nullptr, 0);
 }

@@ -30,7 +30,7 @@ protected:
                     },
                 .group = "root",
                 .installsByRename = true,
-                .isFitForRoot = true};
+                .mayRunAsRoot = true};
     }
 
     HelperInstallation installation{surroundings()};
@@ -267,7 +267,7 @@ TEST_F(HelperInstallationTest, TheInstallCommandOfMacOSWritesInPlace) {
               "'/Library/PrivilegedHelperTools/FenwhirlHelper'");
 }
 
-TEST_F(HelperInstallationTest, InstallRefusesPathsThatWouldEndTheirQuotes) {
+TEST_F(HelperInstallationTest, InstallRefusesPathsThatBreakTheQuoting) {
     for (const char* executable : {"/opt/a'; touch pwned; '/x", "/opt/a\"b", "/opt/a\\b", "/opt/a\nb", ""}) {
         auto hostile = surroundings();
         hostile.executablePath = [executable] { return std::optional<std::string>(executable); };
@@ -285,7 +285,7 @@ TEST_F(HelperInstallationTest, InstallNeedsAnExecutable) {
 
 TEST_F(HelperInstallationTest, ABuildWithSanitizersIsNeverInstalled) {
     auto sanitized = surroundings();
-    sanitized.isFitForRoot = false;
+    sanitized.mayRunAsRoot = false;
     EXPECT_FALSE(HelperInstallation(sanitized).install());
     EXPECT_TRUE(commands.empty());
 }
@@ -338,7 +338,7 @@ TEST_F(HelperInstallationAsRootTest, InstallWantsAFolderThatOnlyRootControls) {
     }
 }
 
-TEST_F(HelperInstallationAsRootTest, AStickySharedFolderKeepsWhatIsRootsAlready) {
+TEST_F(HelperInstallationAsRootTest, AStickySharedFolderProtectsRootsExistingHelper) {
     const std::string parent = folder.path("Tools");
     std::filesystem::create_directory(parent);
     giveTo(parent, 0, 01777);

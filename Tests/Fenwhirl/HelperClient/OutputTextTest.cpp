@@ -11,7 +11,7 @@ TEST(OutputText, ValidTextStaysAsItIs) {
     EXPECT_EQ(repairedUTF8(std::string_view("a\0b", 3)), std::string("a\0b", 3));
 }
 
-TEST(OutputText, WhatIsNoUTF8BecomesAReplacement) {
+TEST(OutputText, InvalidUTF8IsReplaced) {
     EXPECT_EQ(repairedUTF8("a\xFFz"), "a\uFFFDz");
     EXPECT_EQ(repairedUTF8("\x80"), "\uFFFD");
     EXPECT_EQ(repairedUTF8("\xC3"), "\uFFFD");

@@ -8,18 +8,19 @@
 using namespace Qt::StringLiterals;
 
 TEST(DrawnText, KeepsANumberWithItsUnit) {
-    EXPECT_EQ(keptTogether(u"La protection à 92 °C ne change pas."_s),
+    EXPECT_EQ(withNoBreakSpaces(u"La protection à 92 °C ne change pas."_s),
               u"La protection à 92\u00a0°C ne change pas."_s);
-    EXPECT_EQ(keptTogether(u"Blender (37 %)"_s), u"Blender (37\u00a0%)"_s);
-    EXPECT_EQ(keptTogether(u"Vitesse demandée : 2400 tr/min"_s),
+    EXPECT_EQ(withNoBreakSpaces(u"Blender (37 %)"_s), u"Blender (37\u00a0%)"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"Vitesse demandée : 2400 tr/min"_s),
               u"Vitesse demandée\u00a0: 2400\u00a0tr/min"_s);
-    EXPECT_EQ(keptTogether(u"Заданная скорость: 2400 об/мин"_s), u"Заданная скорость: 2400\u00a0об/мин"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"Заданная скорость: 2400 об/мин"_s),
+              u"Заданная скорость: 2400\u00a0об/мин"_s);
 }
 
 TEST(DrawnText, KeepsANumberWithWhatItCounts) {
-    EXPECT_EQ(keptTogether(u"höchstens alle 5 Minuten eine"_s), u"höchstens alle 5\u00a0Minuten eine"_s);
-    EXPECT_EQ(keptTogether(u"(6 secondes)"_s), u"(6\u00a0secondes)"_s);
-    EXPECT_EQ(keptTogether(u"раза в 5 минут."_s), u"раза в 5\u00a0минут."_s);
+    EXPECT_EQ(withNoBreakSpaces(u"höchstens alle 5 Minuten eine"_s), u"höchstens alle 5\u00a0Minuten eine"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"(6 secondes)"_s), u"(6\u00a0secondes)"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"раза в 5 минут."_s), u"раза в 5\u00a0минут."_s);
 }
 
 // Neither the tables nor the inserted values may separate a number from what follows it.
@@ -41,26 +42,26 @@ TEST(DrawnText, LeavesNoNumberAloneInAnyLanguage) {
 }
 
 TEST(DrawnText, KeepsFrenchSignsWithTheirWords) {
-    EXPECT_EQ(keptTogether(u"Fermer Mail ?"_s), u"Fermer Mail\u00a0?"_s);
-    EXPECT_EQ(keptTogether(u"Activé : vrai ! Ou ; non ?"_s),
+    EXPECT_EQ(withNoBreakSpaces(u"Fermer Mail ?"_s), u"Fermer Mail\u00a0?"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"Activé : vrai ! Ou ; non ?"_s),
               u"Activé\u00a0: vrai\u00a0! Ou\u00a0; non\u00a0?"_s);
-    EXPECT_EQ(keptTogether(u"« Automatique » suit"_s), u"«\u00a0Automatique\u00a0» suit"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"« Automatique » suit"_s), u"«\u00a0Automatique\u00a0» suit"_s);
 }
 
 TEST(DrawnText, LetsNoLineBeginWithADashOrDots) {
-    EXPECT_EQ(keptTogether(u"«Автоматически» — на языке"_s), u"«Автоматически»\u00a0— на языке"_s);
-    EXPECT_EQ(keptTogether(u"Wird erstellt …"_s), u"Wird erstellt\u00a0…"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"«Автоматически» — на языке"_s), u"«Автоматически»\u00a0— на языке"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"Wird erstellt …"_s), u"Wird erstellt\u00a0…"_s);
 }
 
 TEST(DrawnText, LeavesNoShortWordAloneOnTheLastLineOfALongText) {
-    EXPECT_EQ(keptTogether(u"Choisis à partir de quelle température le Mac est chaud."_s),
+    EXPECT_EQ(withNoBreakSpaces(u"Choisis à partir de quelle température le Mac est chaud."_s),
               u"Choisis à partir de quelle température le Mac est\u00a0chaud."_s);
-    const QString kept = keptTogether(u"Prati temperaturu tvog Mac-a da bi ostao hladan i tih."_s);
-    EXPECT_EQ(keptTogether(kept), kept) << "once is enough";
+    const QString kept = withNoBreakSpaces(u"Prati temperaturu tvog Mac-a da bi ostao hladan i tih."_s);
+    EXPECT_EQ(withNoBreakSpaces(kept), kept) << "once is enough";
     // Short texts and long words wrap where they must.
-    EXPECT_EQ(keptTogether(u"Le Mac est très chaud"_s), u"Le Mac est très chaud"_s);
+    EXPECT_EQ(withNoBreakSpaces(u"Le Mac est très chaud"_s), u"Le Mac est très chaud"_s);
     const QString longWord = u"eins zwei drei vier fünf sechs sieben acht Temperaturüberwachung"_s;
-    EXPECT_EQ(keptTogether(longWord), longWord);
+    EXPECT_EQ(withNoBreakSpaces(longWord), longWord);
 }
 
 TEST(DrawnText, HasTypographicApostrophes) {

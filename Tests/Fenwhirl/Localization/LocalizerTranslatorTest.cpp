@@ -47,9 +47,9 @@ TEST_F(Translator, FollowsTheLanguageAtOnce) {
 TEST_F(Translator, AnswersTheMenuOfMacOSWithTheWordsOfTheSystem) {
     Localizer::setLanguage(AppLanguage::de);
     EXPECT_EQ(translated("Hide %1", "MAC_APPLICATION_MENU"), QStringLiteral("%1 ausblenden"));
-    EXPECT_EQ(translated("Close", "SystemWords"), QStringLiteral("Schließen"));
+    EXPECT_EQ(translated("Close", "SystemTerms"), QStringLiteral("Schließen"));
     EXPECT_EQ(translated("Close", "QShortcut"), QStringLiteral("Close")) << "another's word";
-    EXPECT_EQ(translated("Capteurs", "SystemWords"), QStringLiteral("Capteurs"));
+    EXPECT_EQ(translated("Capteurs", "SystemTerms"), QStringLiteral("Capteurs"));
     Localizer::setLanguage(AppLanguage::fr);
     EXPECT_EQ(translated("Services", "MAC_APPLICATION_MENU"), QStringLiteral("Services"));
     EXPECT_EQ(translated("Show All", "MAC_APPLICATION_MENU"), QStringLiteral("Tout afficher"));

@@ -1,7 +1,7 @@
 // Checks the texts of all sources, gathered by the build, against the translation tables.
 
 #include "Fenwhirl/Localization/FrenchTexts.h"
-#include "Fenwhirl/Localization/SystemWords.h"
+#include "Fenwhirl/Localization/SystemTerms.h"
 
 #include <QString>
 
@@ -42,11 +42,11 @@ bool hasRow(const QString& text) {
 }
 
 // Whether the texts of this file are exempt from the tables. Each entry gives the reason.
-bool speaksForItself(std::string_view place) {
+bool isExemptFile(std::string_view place) {
     static constexpr std::array<std::string_view, 17> files = {
         // The tables themselves, the letters of the transliteration, and the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
-        "Fenwhirl/Localization/SystemWords.cpp", "Fenwhirl/Localization/DialogWords.cpp",
+        "Fenwhirl/Localization/SystemTerms.cpp", "Fenwhirl/Localization/DialogTexts.cpp",
         "Fenwhirl/Localization/Cyrillic.cpp", "Fenwhirl/Localization/AppLanguage.cpp",
         // The report is read by the people who give support. It is always French.
         "FenwhirlCore/SMCReport", "FenwhirlCore/SMCFanWriteTest", "Fenwhirl/Monitoring/DiagnosticReport",
@@ -65,7 +65,7 @@ bool speaksForItself(std::string_view place) {
 }
 
 // Whether this text is shown unchanged in every language.
-bool staysAsItIs(const QString& text) {
+bool isShownUntranslated(const QString& text) {
     static const std::set<QString> texts = {
         QStringLiteral("Fenwhirl"),
         QStringLiteral("Fenwhirl 0.1"),
@@ -97,7 +97,7 @@ TEST(ShownTexts, ThatAreAskedForHaveARow) {
 }
 
 TEST(ShownTexts, ThatAreWordsOfTheSystemAreKnown) {
-    const QStringList known = SystemWords::all();
+    const QStringList known = SystemTerms::all();
     for (const Shown& shown : gathered()) {
         if (shown.kind == "system") {
             EXPECT_TRUE(known.contains(shown.text))
@@ -106,7 +106,7 @@ TEST(ShownTexts, ThatAreWordsOfTheSystemAreKnown) {
     }
 }
 
-TEST(ShownTexts, AreNeverAskedForByWhatOnlyRunTimeKnows) {
+TEST(ShownTexts, AreNeverLookedUpByRuntimeValues) {
     for (const Shown& shown : gathered()) {
         EXPECT_NE(shown.kind, "dynamic")
             << shown.place << ": qsTr() without a text; ask where the text stands";
@@ -116,9 +116,9 @@ TEST(ShownTexts, AreNeverAskedForByWhatOnlyRunTimeKnows) {
 TEST(ShownTexts, AreAllAskedForOrStayAsTheyAre) {
     for (const Shown& shown : gathered()) {
         const bool ofTheProduct = shown.place.starts_with("Fenwhirl");
-        const bool isOfTheSystem = SystemWords::all().contains(shown.text);
-        if (shown.kind == "loose" && ofTheProduct && !speaksForItself(shown.place) && !isOfTheSystem &&
-            !staysAsItIs(shown.text)) {
+        const bool isOfTheSystem = SystemTerms::all().contains(shown.text);
+        if (shown.kind == "loose" && ofTheProduct && !isExemptFile(shown.place) && !isOfTheSystem &&
+            !isShownUntranslated(shown.text)) {
             // Sensors have their French names in a table of their own, which SensorLabel looks up.
             EXPECT_TRUE(hasRow(shown.text.trimmed()) && !shown.place.ends_with(".qml"))
                 << shown.place << ": \"" << shown.text.toStdString()

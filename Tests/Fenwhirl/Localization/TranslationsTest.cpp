@@ -43,7 +43,7 @@ constexpr std::array<Language, 7> languages = {{{"English", englishTexts, en},
                                                 {"Russian", russianTexts, ru}}};
 
 // The first word after a placeholder that is not a unit; empty when there is none.
-QString nounBehindANumber(const QString& shown) {
+QString nounAfterNumber(const QString& shown) {
     static const QRegularExpression word(QStringLiteral("%@\\s*(\\p{L}[\\p{L}/]*)"),
                                          QRegularExpression::UseUnicodePropertiesOption);
     static const QStringList units = {QStringLiteral("rpm"), QStringLiteral("U/min"), QStringLiteral("o/min"),
@@ -81,14 +81,14 @@ TEST(Translations, PutNoNounBehindANumber) {
             // These placeholders stand for a name or a percentage.
             if (row.french == u"%@ utilise %@ du processeur." || row.french == u"Fermer %@ ?")
                 continue;
-            EXPECT_EQ(nounBehindANumber(text(row.text)), QString())
+            EXPECT_EQ(nounAfterNumber(text(row.text)), QString())
                 << language.name << ": " << text(row.text).toStdString();
         }
     }
-    EXPECT_EQ(nounBehindANumber(QStringLiteral("%@ sensors")), QStringLiteral("sensors"));
-    EXPECT_EQ(nounBehindANumber(QStringLiteral("Your Mac is heating up: %@ degrees.")),
+    EXPECT_EQ(nounAfterNumber(QStringLiteral("%@ sensors")), QStringLiteral("sensors"));
+    EXPECT_EQ(nounAfterNumber(QStringLiteral("Your Mac is heating up: %@ degrees.")),
               QStringLiteral("degrees"));
-    EXPECT_EQ(nounBehindANumber(QStringLiteral("Sensors: %@")), QString());
+    EXPECT_EQ(nounAfterNumber(QStringLiteral("Sensors: %@")), QString());
 }
 
 // There SensorLabel inserts the key's letter as it appears in the French name.

@@ -94,7 +94,7 @@ TEST(FanSettingsJSON, MalformedTextsFail) {
     }
 }
 
-TEST(FanSettingsJSON, TextBeyondAnyHonestSizeIsNotEvenRead) {
+TEST(FanSettingsJSON, OversizedTextIsRejectedUnread) {
     QByteArray large = withFan("0");
     large.append(QByteArray((1 << 20) - large.size(), ' '));
     EXPECT_TRUE(decodeFanSettings(large));

@@ -155,7 +155,7 @@ std::optional<double> FaultyMac::celsius(const std::string& sensor) const {
     return controller_.number(sensor);
 }
 
-void FaultyMac::takeByHand(int fan, double rpm) {
+void FaultyMac::takeOver(int fan, double rpm) {
     if (controller_.has("Ftst")) {
         controller_.setNumber("Ftst", "ui8 ", 1);
     }
@@ -163,7 +163,7 @@ void FaultyMac::takeByHand(int fan, double rpm) {
     controller_.setNumber(fanKey(fan, "Tg"), controller_.at(fanKey(fan, "Tg")).type, rpm);
 }
 
-void FaultyMac::releaseByHand(int fan) {
+void FaultyMac::releaseFan(int fan) {
     setManual(fan, false);
 }
 

@@ -82,8 +82,8 @@ public:
     // The sensor's temperature; nothing when it cannot be read.
     [[nodiscard]] std::optional<double> celsius(const std::string& sensor) const;
     // Another program takes a fan over, or hands it back.
-    void takeByHand(int fan, double rpm);
-    void releaseByHand(int fan);
+    void takeOver(int fan, double rpm);
+    void releaseFan(int fan);
     // The firmware forgets manual control.
     void sleepAndWake();
 

@@ -92,7 +92,7 @@ MonitorServices MonitorHarness::services() {
                               }},
             .announceHandBack = [this](const HandBack& handBack) { handBacks.push_back(handBack); },
             .handedBack = [this] { ++timesHandedBack; },
-            .actsInTimeChanged = [this](bool acts) { actsInTime.push_back(acts); },
+            .needsTimelySchedulingChanged = [this](bool acts) { needsTimelyScheduling.push_back(acts); },
             .longestRetry = std::chrono::milliseconds(0),
             .runsOwnTimer = false};
 }

@@ -68,7 +68,7 @@ public:
     std::vector<std::pair<QString, QString>> notifications;
     std::vector<HandBack> handBacks; // in the order in which they were announced
     int timesHandedBack = 0;
-    std::vector<bool> actsInTime;
+    std::vector<bool> needsTimelyScheduling;
     bool loginItemEnabled = false;
     bool loginItemWorks = true;
 

@@ -435,7 +435,7 @@ TEST_F(MonitorPolling, FreshStartHandsBackWhatAnEarlierProcessLeftManual) {
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "1"}}));
 }
 
-TEST_F(MonitorPolling, HandBackThatTheMachineDoesNotBearOutIsRepeated) {
+TEST_F(MonitorPolling, HandBackThatHadNoEffectIsRepeated) {
     smc.setNumber("FS! ", "ui16", 2);
     start(); // the helper reports success
     pollAfter(9.5);
@@ -526,7 +526,7 @@ TEST_F(MonitorPolling, HelperOfAnotherVersionIsOutdated) {
     EXPECT_FALSE(monitor().helperOutdated()); // known at once, without asking the helper
 }
 
-TEST_F(MonitorPolling, HangingVersionHoldsUpNeitherWindowNorReadings) {
+TEST_F(MonitorPolling, HangingVersionBlocksNeitherWindowNorReadings) {
     std::promise<void> release;
     helper.onVersion = [&, released = release.get_future().share()] { released.wait(); };
     start(); // publishes its poll although the version never arrives
@@ -585,7 +585,7 @@ TEST_F(MonitorPolling, PollsNeverOverlap) {
     EXPECT_GT(helper.takeRuns().size(), 100U);
 }
 
-TEST_F(MonitorPolling, TicksOfAnHourBehindASlowPollMakeOnePoll) {
+TEST_F(MonitorPolling, TicksDuringASlowPollMakeOnePoll) {
     start();
     std::promise<void> release;
     std::atomic<bool> isHeldUp = false;

@@ -267,11 +267,11 @@ TEST_F(MonitorPreferences, SelectedPageIsNotStored) {
 
 TEST_F(MonitorPreferences, ActsInTimeWhileAlertsAreOnOrAFanIsNotAutomatic) {
     make();
-    EXPECT_EQ(actsInTime, std::vector<bool>{true});
+    EXPECT_EQ(needsTimelyScheduling, std::vector<bool>{true});
     monitor().setAlertsEnabled(false);
-    EXPECT_EQ(actsInTime, (std::vector<bool>{true, false}));
+    EXPECT_EQ(needsTimelyScheduling, (std::vector<bool>{true, false}));
     monitor().setSetting(0, constant(2000));
-    EXPECT_EQ(actsInTime, (std::vector<bool>{true, false, true}));
+    EXPECT_EQ(needsTimelyScheduling, (std::vector<bool>{true, false, true}));
     monitor().setSetting(0, FanSetting());
-    EXPECT_EQ(actsInTime, (std::vector<bool>{true, false, true, false}));
+    EXPECT_EQ(needsTimelyScheduling, (std::vector<bool>{true, false, true, false}));
 }

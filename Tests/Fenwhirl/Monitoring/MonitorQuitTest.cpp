@@ -86,7 +86,7 @@ TEST_F(MonitorQuit, FansThatVanishedAreHandedBackWhenTheyHaveASetting) {
     EXPECT_EQ(helper.takeRuns(), (Runs{{"auto", "0"}}));
 }
 
-TEST_F(MonitorQuit, HappensOnceHoweverManyWaysLeadToIt) {
+TEST_F(MonitorQuit, HandsBackOnlyOnce) {
     start();
     monitor().restoreAutomaticBlocking();
     monitor().restoreAutomaticBlocking();
@@ -207,9 +207,9 @@ TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
     }
 }
 
-TEST_F(MonitorQuit, PollThatNeverEndsHoldsUpNothingForEver) {
+TEST_F(MonitorQuit, PollThatNeverEndsDoesNotBlockQuitting) {
     MonitorServices impatient = services();
-    impatient.longestDrain = std::chrono::milliseconds(20);
+    impatient.drainTimeout = std::chrono::milliseconds(20);
     std::promise<void> release;
     std::promise<void> hanging;
     helper.onRun = [&, released = release.get_future().share()](const auto& arguments) {
@@ -267,7 +267,7 @@ TEST_F(MonitorQuit, AConstantFanThatHeatProtectionDrivesIsHandedBack) {
     }
 }
 
-TEST_F(MonitorQuit, AFanOfOursThatNobodyCanReadAnyMoreIsHandedBack) {
+TEST_F(MonitorQuit, AnUnreadableFanOfOursIsHandedBack) {
     for (const std::string_view lost : {"F1Ac", "FNum"}) {
         smc.setNumber("FNum", "ui8 ", 2);
         setFan(1, 2000);
@@ -284,7 +284,7 @@ TEST_F(MonitorQuit, AFanOfOursThatNobodyCanReadAnyMoreIsHandedBack) {
     }
 }
 
-TEST_F(MonitorQuit, WhatIsRefusedIsTriedAgainAndThenLeftToTheGuard) {
+TEST_F(MonitorQuit, RefusedHandBacksAreRetriedThenLeftToTheGuard) {
     MonitorServices patient = services();
     patient.longestRetry = std::chrono::milliseconds(1);
     Monitor m(patient);

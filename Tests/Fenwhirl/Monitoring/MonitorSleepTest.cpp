@@ -110,7 +110,7 @@ TEST_F(MonitorSleep, TheGuardHandsBackTheFansOfAConstantSpeedToo) {
     EXPECT_EQ(handBacks.back(), (HandBack{Scope::indices, {0, 1}, {}}));
 }
 
-TEST_F(MonitorSleep, AnEndInItSendsNoSpeed) {
+TEST_F(MonitorSleep, QuittingDuringSleepSendsNoSpeed) {
     driveBoth();
     ASSERT_TRUE(goesToSleep());
     monitor().setSetting(0, constant(3000));
@@ -122,7 +122,7 @@ TEST_F(MonitorSleep, AnEndInItSendsNoSpeed) {
     EXPECT_EQ(timesHandedBack, 1);
 }
 
-TEST_F(MonitorSleep, AwakeBeforeAnySleepIsNothing) {
+TEST_F(MonitorSleep, WakingWithoutASleepDoesNothing) {
     driveBoth();
     const QSignalSpy polled(&monitor(), &Monitor::polled);
     monitor().wakeUp();

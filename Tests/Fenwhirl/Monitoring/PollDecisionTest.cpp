@@ -27,21 +27,21 @@ PollDecision decideAt(std::optional<double> celsius, const FanSettings& settings
     return decide({fans, temperatures, settings, protect, protectAt}, wasBoosting);
 }
 
-FanWish manual(int index, std::int64_t rpm) {
+FanRequest manual(int index, std::int64_t rpm) {
     return {index, {rpm}, false};
 }
 
-FanWish automatic(int index) {
+FanRequest automatic(int index) {
     return {index, {}, false};
 }
 
-std::optional<HelperCommand> after(const SentTargets& sent, const FanWish& wish, double nowSeconds) {
-    return commandFor(wish, sent, true, duration<double>(nowSeconds));
+std::optional<HelperCommand> after(const SentTargets& sent, const FanRequest& request, double nowSeconds) {
+    return commandFor(request, sent, true, duration<double>(nowSeconds));
 }
 
-SentTargets sentAt(const FanWish& wish, double seconds) {
+SentTargets sentAt(const FanRequest& request, double seconds) {
     SentTargets sent;
-    record(sent, wish, duration<double>(seconds));
+    record(sent, request, duration<double>(seconds));
     return sent;
 }
 
@@ -49,14 +49,14 @@ SentTargets sentAt(const FanWish& wish, double seconds) {
 
 TEST(PollDecision, FansWithoutSettingStayAutomatic) {
     const auto decision = decideAt(60);
-    EXPECT_EQ(decision.wishes, (std::vector<FanWish>{automatic(0), automatic(1)}));
+    EXPECT_EQ(decision.fanRequests, (std::vector<FanRequest>{automatic(0), automatic(1)}));
     EXPECT_FALSE(decision.wantsManualControl);
     EXPECT_EQ(decision.primaryCelsius, 60);
 }
 
 TEST(PollDecision, SettingsBelongToTheFansIndex) {
     const auto decision = decideAt(60, {{1, constant(3000)}, {7, constant(4000)}});
-    EXPECT_EQ(decision.wishes, (std::vector<FanWish>{automatic(0), manual(1, 3000)}));
+    EXPECT_EQ(decision.fanRequests, (std::vector<FanRequest>{automatic(0), manual(1, 3000)}));
     EXPECT_TRUE(decision.wantsManualControl);
 }
 
@@ -64,7 +64,7 @@ TEST(PollDecision, EmergencyBeginsAtExactly92AndHandsEveryFanBack) {
     const FanSettings settings = {{0, constant(3000)}};
     for (const double celsius : {92.0, 92.1, 129.0}) {
         const auto decision = decideAt(celsius, settings, true);
-        EXPECT_EQ(decision.wishes, (std::vector<FanWish>{automatic(0), automatic(1)})) << celsius;
+        EXPECT_EQ(decision.fanRequests, (std::vector<FanRequest>{automatic(0), automatic(1)})) << celsius;
         EXPECT_FALSE(decision.wantsManualControl);
         EXPECT_TRUE(decision.boosting); // protection continues when the emergency ends
     }
@@ -73,12 +73,12 @@ TEST(PollDecision, EmergencyBeginsAtExactly92AndHandsEveryFanBack) {
 
 TEST(PollDecision, EmergencyDoesNotDependOnProtectionOrThresholds) {
     const auto decision = decideAt(92, {{0, constant(3000)}}, false, false, 200);
-    EXPECT_EQ(decision.wishes[0], automatic(0));
+    EXPECT_EQ(decision.fanRequests[0], automatic(0));
 }
 
 TEST(PollDecision, ProtectionDrivesEveryFanAtItsTruncatedMaximum) {
     const auto decision = decideAt(90, {{0, constant(1500)}});
-    EXPECT_EQ(decision.wishes, (std::vector<FanWish>{manual(0, 6000), manual(1, 5000)}));
+    EXPECT_EQ(decision.fanRequests, (std::vector<FanRequest>{manual(0, 6000), manual(1, 5000)}));
     EXPECT_TRUE(decision.boosting);
 }
 
@@ -107,7 +107,7 @@ TEST(PollDecision, ThresholdThatIsNoNumberProtectsNothing) {
 
 TEST(PollDecision, WithoutTemperatureNoFanIsManual) {
     const auto decision = decideAt(std::nullopt, {{0, constant(3000)}});
-    EXPECT_EQ(decision.wishes, (std::vector<FanWish>{{0, {}, true}, automatic(1)}));
+    EXPECT_EQ(decision.fanRequests, (std::vector<FanRequest>{{0, {}, true}, automatic(1)}));
     EXPECT_FALSE(decision.wantsManualControl);
     EXPECT_EQ(decision.primaryCelsius, std::nullopt);
 }
@@ -118,7 +118,7 @@ TEST(PollDecision, SpeedThatIsNoNumberMakesTheFanAutomatic) {
         const std::vector<FanReading> fans = {{0, 2000, 1200, maxRPM, 2000}};
         const std::vector<TemperatureReading> hot = {{"TC0P", 91}};
         const auto decision = decide({fans, hot, {}, true, 90}, false);
-        EXPECT_EQ(decision.wishes[0], automatic(0)) << maxRPM;
+        EXPECT_EQ(decision.fanRequests[0], automatic(0)) << maxRPM;
     }
 }
 
@@ -127,7 +127,7 @@ TEST(PollDecision, UsesTheLimitsOfThisPoll) {
     const FanSettings settings = {{3, constant(9000)}};
     for (const double maxRPM : {4000.0, 5000.0}) {
         const std::vector<FanReading> fans = {{3, 2000, 1200, maxRPM, 2000}};
-        EXPECT_EQ(decide({fans, temperatures, settings, false, 90}, false).wishes[0],
+        EXPECT_EQ(decide({fans, temperatures, settings, false, 90}, false).fanRequests[0],
                   manual(3, static_cast<std::int64_t>(maxRPM)));
     }
 }

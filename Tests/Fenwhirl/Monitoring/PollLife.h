@@ -12,7 +12,7 @@ public:
         const PollInput input{c.fans, c.temperatures, c.settings, c.protect, c.protectAt};
         PollDecision decision = decide(input, boosting_);
         const auto unread = handBacksOfUnreadFans(decision, input, sent_);
-        decision.wishes.insert(decision.wishes.end(), unread.begin(), unread.end());
+        decision.fanRequests.insert(decision.fanRequests.end(), unread.begin(), unread.end());
         const auto pace = decision.forbidsManualControl ? HandBackPace::urgent : HandBackPace::calm;
         boosting_ = decision.boosting;
         PollModel::Outcome outcome;
@@ -20,16 +20,16 @@ public:
         outcome.boosting = decision.boosting;
         outcome.needsHelper = decision.wantsManualControl;
         const std::chrono::duration<double> now(c.nowSeconds);
-        for (const FanWish& wish : decision.wishes) {
-            if (wish.suspended) {
+        for (const FanRequest& request : decision.fanRequests) {
+            if (request.suspended) {
                 outcome.problem = "noTemperature";
             }
-            if (const auto command = commandFor(wish, sent_, c.helperInstalled, now, pace)) {
+            if (const auto command = commandFor(request, sent_, c.helperInstalled, now, pace)) {
                 outcome.commands.push_back(*command);
                 if (!c.helperSucceeds) {
                     outcome.problem = "refused";
                 }
-                record(sent_, wish, now, c.helperSucceeds);
+                record(sent_, request, now, c.helperSucceeds);
             }
         }
         return outcome;

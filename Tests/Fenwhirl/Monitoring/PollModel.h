@@ -130,7 +130,7 @@ private:
         bool isManual = false;
         double rpm = 0;
         double atSeconds = 0;
-        bool wasRefusedToGoBack = false;
+        bool handBackWasRefused = false;
     };
 
     // Hands a driven fan back. A refused hand-back is repeated after 10 seconds, or at every poll while no
@@ -138,7 +138,7 @@ private:
     static void giveBack(Outcome& outcome, const PollCircumstances& c, int index, Fan& known,
                          bool forbidden) {
         const bool isDue = known.isManual ||
-                           (known.wasRefusedToGoBack && (forbidden || c.nowSeconds - known.atSeconds >= 10));
+                           (known.handBackWasRefused && (forbidden || c.nowSeconds - known.atSeconds >= 10));
         if (isDue && c.helperInstalled) {
             send(outcome, c, {"auto", std::to_string(index)});
             known = {false, 0, c.nowSeconds, !c.helperSucceeds};

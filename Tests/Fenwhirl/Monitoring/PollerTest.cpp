@@ -19,7 +19,7 @@ protected:
     std::function<bool(const HelperCommand&)> answer = [](const auto&) { return true; };
     PollRequest request{.settings = std::make_shared<const FanSettings>(),
                         .helperInstalled = true,
-                        .holdsManual = false,
+                        .suspendsUserSpeeds = false,
                         .protect = true,
                         .protectAt = 90};
 
@@ -67,7 +67,7 @@ TEST(PollerWithoutController, DoesNothing) {
     EXPECT_FALSE(poller.open());
     EXPECT_FALSE(poller.poll({.settings = std::make_shared<const FanSettings>(),
                               .helperInstalled = true,
-                              .holdsManual = false,
+                              .suspendsUserSpeeds = false,
                               .protect = true,
                               .protectAt = 90}));
     EXPECT_EQ(poller.fansLastRead(), std::vector<int>());
@@ -112,10 +112,10 @@ TEST_F(PollerTest, AFanThatIsRefusedDoesNotKeepTheOthersWaiting) {
 
 TEST_F(PollerTest, ASpeedThatIsHeldBackIsNotTakenForSent) {
     pin(0, 2000);
-    request.holdsManual = true;
+    request.suspendsUserSpeeds = true;
     EXPECT_TRUE(poll()->wantsManualControl);
     EXPECT_EQ(commands, Commands());
-    request.holdsManual = false;
+    request.suspendsUserSpeeds = false;
     (void)poll();
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}}));
 }
@@ -123,7 +123,7 @@ TEST_F(PollerTest, ASpeedThatIsHeldBackIsNotTakenForSent) {
 TEST_F(PollerTest, AFanIsHandedBackAlsoWhileSpeedsAreHeldBack) {
     pin(0, 2000);
     (void)poll();
-    request.holdsManual = true;
+    request.suspendsUserSpeeds = true;
     smc.setNumber("TC0P", "sp78", 92);
     (void)poll();
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}}));
@@ -131,7 +131,7 @@ TEST_F(PollerTest, AFanIsHandedBackAlsoWhileSpeedsAreHeldBack) {
 
 TEST_F(PollerTest, HeatProtectionGoesOnWhileSpeedsAreHeldBack) {
     pin(0, 2000);
-    request.holdsManual = true;
+    request.suspendsUserSpeeds = true;
     smc.setNumber("TC0P", "sp78", 90);
     (void)poll();
     EXPECT_EQ(commands, (Commands{{"set", "0", "6000"}, {"set", "1", "6000"}}));

@@ -36,7 +36,7 @@ constexpr double restSeconds = 24;
 constexpr double mostLagRPM = 100; // smaller changes of speed may be delayed by some seconds
 
 // What may go wrong in a life, besides heat and changes of the user's settings.
-struct Troubles {
+struct FaultKinds {
     bool refusals = false;
     bool vanishingKeys = false;
     bool strangers = false;
@@ -91,7 +91,7 @@ private:
 // One machine, its user, and everything that happens to them.
 class RandomLife {
 public:
-    RandomLife(unsigned seed, Troubles troubles)
+    RandomLife(unsigned seed, FaultKinds troubles)
         : troubles_(troubles)
         , generator_(seed)
         , mac_(emptied(harness_.smc), generator_) {
@@ -237,7 +237,7 @@ private:
                 process.fansSet.insert(fan);
             }
             if (succeeded) {
-                ofStrangers_.erase(fan);
+                takenByOthers_.erase(fan);
             }
         }
         if (!succeeded && arguments[0] == "set") {
@@ -258,10 +258,10 @@ private:
                 sensors_.emplace_back(key); // a sensor that is missing at the start is never looked for
             }
         }
-        ofStrangers_.clear();
+        takenByOthers_.clear();
         for (const FaultyMac::Fan& fan : mac_.fans()) {
             if (mac_.isManual(fan.index) && !mac_.showsFanCount()) {
-                ofStrangers_.insert(fan.index); // the program cannot know about it
+                takenByOthers_.insert(fan.index); // the program cannot know about it
             }
         }
         hasReadFans_ = false;
@@ -424,7 +424,7 @@ private:
         };
         add(troubles_.refusals, &RandomLife::changeMood);
         add(troubles_.vanishingKeys, &RandomLife::changeKeys);
-        add(troubles_.strangers, &RandomLife::actAsStranger);
+        add(troubles_.strangers, &RandomLife::actAsOtherProgram);
         add(troubles_.ends, &RandomLife::endOrBegin);
         (this->*possible[static_cast<std::size_t>(below(static_cast<int>(possible.size())))])();
     }
@@ -512,18 +512,18 @@ private:
 
     // Acts as another program, which takes a fan over or hands one back. Only while Fenwhirl runs: otherwise
     // no promise covers it.
-    void actAsStranger() {
+    void actAsOtherProgram() {
         if (!isRunning() || mac_.fans().empty()) {
             return;
         }
         const auto& fan = mac_.fans()[static_cast<std::size_t>(below(static_cast<int>(mac_.fans().size())))];
         if (oneIn(4)) {
-            mac_.releaseByHand(fan.index);
+            mac_.releaseFan(fan.index);
             note("another program hands fan " + std::to_string(fan.index) + " back");
         } else {
             const double rpm = fan.minimum + below(static_cast<int>(fan.maximum - fan.minimum));
-            mac_.takeByHand(fan.index, rpm);
-            ofStrangers_.insert(fan.index);
+            mac_.takeOver(fan.index, rpm);
+            takenByOthers_.insert(fan.index);
             note("another program sets fan " + std::to_string(fan.index) + " to " + text(rpm));
         }
         strangerAt_ = now();
@@ -619,7 +619,7 @@ private:
         const bool isCalm = calm_.lasts(restSeconds, now());
         for (const FaultyMac::Fan& fan : mac_.fans()) {
             const bool isManual = mac_.isManual(fan.index);
-            const bool isStrangers = ofStrangers_.contains(fan.index);
+            const bool isStrangers = takenByOthers_.contains(fan.index);
             const std::string name = "fan " + std::to_string(fan.index);
             if (isEmergency && !(isStrangers && !mac_.showsFanCount())) {
                 ++judged.emergencies;
@@ -651,7 +651,7 @@ private:
 
     // Whether the last process could know that the fan had been made manual.
     [[nodiscard]] bool isKnown(int fan) const {
-        if (ofStrangers_.contains(fan)) {
+        if (takenByOthers_.contains(fan)) {
             return lastShown_.contains(fan) && modeOf(fan) != FanModeKind::constant;
         }
         return hasReadFans_ || process_->fansSet.contains(fan);
@@ -676,7 +676,7 @@ private:
         const FanSetting& setting = settingOf(fan.index);
         switch (setting.mode) {
         case FanModeKind::automatic:
-            return !mac_.isManual(fan.index) || ofStrangers_.contains(fan.index);
+            return !mac_.isManual(fan.index) || takenByOthers_.contains(fan.index);
         case FanModeKind::constant:
             return mac_.isManual(fan.index) && isAtItsConstant(fan);
         case FanModeKind::sensor:
@@ -691,7 +691,7 @@ private:
         return mac_.isManual(fan.index) && std::abs(mac_.target(fan.index) - rpm) <= mostLagRPM + halfStepRPM;
     }
 
-    const Troubles troubles_;
+    const FaultKinds troubles_;
     std::mt19937 generator_;
     MonitorHarness harness_;
     FaultyMac mac_;
@@ -717,7 +717,7 @@ private:
     double celsius_ = 50;
     double drift_ = 0;
 
-    std::set<int> ofStrangers_; // made manual by another program, with no command from us since
+    std::set<int> takenByOthers_; // made manual by another program, with no command from us since
     std::atomic<double> refusedAt_ = 0;
     double strangerAt_ = 0;
     Since emergency_;
@@ -731,7 +731,7 @@ private:
 
 class Promises : public testing::Test {
 protected:
-    static void keep(Troubles troubles, int sample, int whole) {
+    static void keep(FaultKinds troubles, int sample, int whole) {
         constexpr int stepsOfALife = 400;
         RandomLife::Judged judged;
         for (unsigned seed = 1; seed <= static_cast<unsigned>(rounds(sample, whole)); ++seed) {

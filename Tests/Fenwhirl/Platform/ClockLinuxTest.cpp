@@ -18,7 +18,7 @@ constexpr int CLONE_NEWTIME = 0x80;
 
 // Puts future child processes into a time namespace in which the computer has slept for a day: the clock that
 // counts sleep is a day ahead there, the other one is unchanged. Returns false where that is not allowed.
-bool pretendToHaveSlept() {
+bool simulateSleepForChildren() {
     if (unshare(CLONE_NEWTIME) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWTIME) != 0) {
         return false;
     }
@@ -64,7 +64,7 @@ TEST(ContinuousTime, CountsTheTimeThatTheComputerSleeps) {
     constexpr int notAllowed = 2;
     if (world == 0) {
         const double awake = continuousTime().count();
-        if (!pretendToHaveSlept()) {
+        if (!simulateSleepForChildren()) {
             _exit(notAllowed);
         }
         const double ahead = readingOfAChild() - awake;

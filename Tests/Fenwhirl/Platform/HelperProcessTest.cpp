@@ -23,7 +23,7 @@ namespace {
 
 // Runs `spoil`, HelperProcess::prepare and `look` in a child process. Returns what `look` complains about; ""
 // means that all is well.
-std::string complaintOfChild(const std::function<void()>& spoil, const std::function<std::string()>& look) {
+std::string complaintFromChild(const std::function<void()>& spoil, const std::function<std::string()>& look) {
     int ends[2] = {};
     if (pipe(ends) != 0)
         return "no pipe";
@@ -71,7 +71,7 @@ void setTimer(decltype(ITIMER_REAL) which, long seconds) {
 }
 
 TEST(HelperProcess, HasNoTimerButItsOwn) {
-    const std::string complaint = complaintOfChild(
+    const std::string complaint = complaintFromChild(
         [] {
             for (const auto which : {ITIMER_REAL, ITIMER_VIRTUAL, ITIMER_PROF})
                 setTimer(which, 3600);
@@ -92,8 +92,8 @@ TEST(HelperProcess, HasNoTimerButItsOwn) {
     EXPECT_EQ(complaint, "");
 }
 
-TEST(HelperProcess, HearsNeitherLostReadersNorTerminalsThatWantToStopIt) {
-    const std::string complaint = complaintOfChild(
+TEST(HelperProcess, BlocksOnlyPipeAndTerminalStopSignals) {
+    const std::string complaint = complaintFromChild(
         [] {
             sigset_t all;
             sigfillset(&all);
@@ -119,7 +119,7 @@ TEST(HelperProcess, HearsNeitherLostReadersNorTerminalsThatWantToStopIt) {
 TEST(HelperProcess, RaisesHardLimitsWhereItMay) {
     if (!mayRaiseHardLimits())
         GTEST_SKIP() << "may not raise a hard limit here";
-    const std::string complaint = complaintOfChild(
+    const std::string complaint = complaintFromChild(
         [] {
             // A limit that leaves this process about a second of processor time.
             const rlimit second = {.rlim_cur = 1, .rlim_max = 1};
@@ -147,7 +147,7 @@ TEST(HelperProcess, RaisesHardLimitsWhereItMay) {
 }
 
 TEST(HelperProcess, RaisesSoftLimitsWhateverItIs) {
-    const std::string complaint = complaintOfChild(
+    const std::string complaint = complaintFromChild(
         [] {
             rlimit limit = {};
             getrlimit(RLIMIT_NOFILE, &limit);
@@ -167,7 +167,7 @@ TEST(HelperProcess, RaisesSoftLimitsWhateverItIs) {
 TEST(HelperProcess, DoesNotTakeBackRightsThatWereGivenUp) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root has rights to give up";
-    const std::string complaint = complaintOfChild(
+    const std::string complaint = complaintFromChild(
         [] {
             if (setreuid(0, 65534) != 0)
                 _exit(2);
@@ -183,7 +183,7 @@ TEST(HelperProcess, DoesNotTakeBackRightsThatWereGivenUp) {
 TEST(HelperProcess, ShedsTheCallersIdentity) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can give another identity";
-    const std::string complaint = complaintOfChild(
+    const std::string complaint = complaintFromChild(
         [] {
             if (setreuid(65534, 0) != 0)
                 _exit(2);
@@ -195,12 +195,12 @@ TEST(HelperProcess, ShedsTheCallersIdentity) {
 TEST(HelperProcess, IsPreparedWithItsDescriptorsClosed) {
     for (const int closed : {STDIN_FILENO, STDOUT_FILENO}) {
         const std::string complaint =
-            complaintOfChild([closed] { close(closed); },
-                             [closed]() -> std::string {
-                                 const bool isOpen = fcntl(closed, F_GETFD) != -1;
-                                 const bool isAlone = fcntl(STDERR_FILENO + 1, F_GETFD) == -1;
-                                 return isOpen && isAlone ? "" : "wrong descriptors";
-                             });
+            complaintFromChild([closed] { close(closed); },
+                               [closed]() -> std::string {
+                                   const bool isOpen = fcntl(closed, F_GETFD) != -1;
+                                   const bool isAlone = fcntl(STDERR_FILENO + 1, F_GETFD) == -1;
+                                   return isOpen && isAlone ? "" : "wrong descriptors";
+                               });
         EXPECT_EQ(complaint, "") << closed;
     }
 }
@@ -218,7 +218,7 @@ TEST(HelperProcess, IsScheduledAsUsual) {
 
     for (const Row& row :
          {Row{SCHED_OTHER, 0}, Row{SCHED_OTHER, 19}, Row{SCHED_IDLE, 0}, Row{SCHED_BATCH, 7}}) {
-        const std::string complaint = complaintOfChild(
+        const std::string complaint = complaintFromChild(
             [&row] {
                 const sched_param none = {};
                 sched_setscheduler(0, row.schedulingClass, &none);
@@ -237,8 +237,8 @@ TEST(HelperProcess, IsScheduledAsUsual) {
 
 TEST(HelperProcess, WaitsWithoutSlack) {
     const std::string complaint =
-        complaintOfChild([] { prctl(PR_SET_TIMERSLACK, 90'000'000'000UL, 0, 0, 0); },
-                         [] { return std::to_string(prctl(PR_GET_TIMERSLACK, 0, 0, 0, 0)); });
+        complaintFromChild([] { prctl(PR_SET_TIMERSLACK, 90'000'000'000UL, 0, 0, 0); },
+                           [] { return std::to_string(prctl(PR_GET_TIMERSLACK, 0, 0, 0, 0)); });
     EXPECT_EQ(complaint, "50000");
 }
 

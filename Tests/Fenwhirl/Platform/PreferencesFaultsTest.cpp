@@ -22,7 +22,7 @@ const std::string strace = "/usr/bin/strace";
 // The n-th call of this name since the program started.
 using Call = std::pair<std::string, int>;
 
-class SaveUnderATracer : public testing::Test {
+class SaveUnderStrace : public testing::Test {
 protected:
     // Runs the program that saves under strace with these options; returns strace's log.
     std::vector<std::string> save(const std::vector<std::string>& options) {
@@ -41,7 +41,7 @@ protected:
     }
 
     // The system calls from the first one that concerns the file to the end of the program.
-    std::vector<Call> callsOfASave() {
+    std::vector<Call> systemCallsOfSave() {
         const std::regex call(R"(^\d+ +([a-z0-9_]+)\()");
         std::map<std::string, int> counts;
         std::vector<Call> calls;
@@ -76,15 +76,15 @@ protected:
     bool endedWell = false;
 };
 
-class PreferencesFaults : public SaveUnderATracer, public testing::WithParamInterface<const char*> {};
+class PreferencesFaults : public SaveUnderStrace, public testing::WithParamInterface<const char*> {};
 
 } // namespace
 
 // What a power cut leaves behind depends on the order: first the contents reach the disk, then the name, and
 // only then does the save return.
-TEST_F(SaveUnderATracer, ReachesTheDiskStepByStep) {
+TEST_F(SaveUnderStrace, ReachesTheDiskStepByStep) {
     std::vector<std::string> steps;
-    for (const auto& [name, number] : callsOfASave()) {
+    for (const auto& [name, number] : systemCallsOfSave()) {
         if (name == "write" || name == "fsync" || name == "rename") {
             steps.push_back(name);
         }
@@ -93,7 +93,7 @@ TEST_F(SaveUnderATracer, ReachesTheDiskStepByStep) {
 }
 
 TEST_P(PreferencesFaults, LeaveTheOldOrTheNewFile) {
-    const auto calls = callsOfASave();
+    const auto calls = systemCallsOfSave();
     for (const char* expected : {"openat", "read", "write", "fsync", "close", "rename", "flock", "unlink"}) {
         // A successful save does not unlink anything.
         EXPECT_EQ(std::ranges::any_of(calls, [&](const Call& call) { return call.first == expected; }),

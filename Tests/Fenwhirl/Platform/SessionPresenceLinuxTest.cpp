@@ -164,15 +164,15 @@ private:
 class SessionPresenceLinuxTest : public testing::Test {
 protected:
     // Timeouts so long that they never expire. A test shortens the one it waits for.
-    static constexpr SessionPatience never{.settle = std::chrono::hours(1),
+    static constexpr SessionTimeouts never{.settle = std::chrono::hours(1),
                                            .answer = std::chrono::hours(1),
                                            .loss = std::chrono::hours(1),
                                            .again = std::chrono::hours(1)};
 
-    void make(const QString& session = {}, SessionPatience patience = never) {
+    void make(const QString& session = {}, SessionTimeouts patience = never) {
         presence = std::make_unique<SessionPresenceLinux>(
             qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
-            SessionSeeker{.process = process, .session = session, .user = user}, patience);
+            SessionQuery{.process = process, .session = session, .user = user}, patience);
         changed = std::make_unique<QSignalSpy>(presence.get(), &SessionPresence::changed);
         settled = std::make_unique<QSignalSpy>(presence.get(), &SessionPresence::settled);
     }
@@ -238,7 +238,7 @@ TEST_F(SessionPresenceLinuxTest, TheUsersDisplayServesAProcessOfTheirSystemd) {
     ASSERT_TRUE(comesToFront());
 }
 
-TEST_F(SessionPresenceLinuxTest, TheSessionOfTheUsersSystemdIsNoneToSitBefore) {
+TEST_F(SessionPresenceLinuxTest, TheManagerSessionOfSystemdIsNoDesktopSession) {
     logind.ofProcess = QStringLiteral("9");
     logind.active = {{QStringLiteral("3"), false}, {QStringLiteral("9"), true}};
     logind.display = QStringLiteral("3");
@@ -278,7 +278,7 @@ TEST_F(SessionPresenceLinuxTest, IsInFrontWithoutALoginManager) {
 
 TEST_F(SessionPresenceLinuxTest, IsInFrontWithoutABus) {
     presence = std::make_unique<SessionPresenceLinux>(QStringLiteral("unix:path=/nonexistent/bus"),
-                                                      SessionSeeker{}, never);
+                                                      SessionQuery{}, never);
     EXPECT_TRUE(presence->isSettled());
     EXPECT_TRUE(presence->isInFront());
 }
@@ -286,11 +286,11 @@ TEST_F(SessionPresenceLinuxTest, IsInFrontWithoutABus) {
 TEST_F(SessionPresenceLinuxTest, ALoginManagerThatNeverAnswersHoldsUpNothing) {
     logind.answers = false;
     logind.start();
-    SessionPatience patience = never;
+    SessionTimeouts patience = never;
     patience.settle = std::chrono::milliseconds(1);
     const auto pause = longestPause([&] { make({}, patience); },
                                     [&] { return presence->isSettled() && !logind.asked.isEmpty(); });
-    EXPECT_LT(pause, bearablePause);
+    EXPECT_LT(pause, acceptablePause);
     EXPECT_TRUE(presence->isInFront());
 }
 
@@ -303,15 +303,15 @@ TEST_F(SessionPresenceLinuxTest, ABusThatNeverAnswersHoldsUpNothing) {
     std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
     ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(listen(listener, 4), 0);
-    SessionPatience patience = never;
+    SessionTimeouts patience = never;
     patience.settle = std::chrono::milliseconds(1);
     const auto pause = longestPause(
         [&] {
             presence = std::make_unique<SessionPresenceLinux>(
-                QStringLiteral("unix:path=") + QString::fromStdString(path), SessionSeeker{}, patience);
+                QStringLiteral("unix:path=") + QString::fromStdString(path), SessionQuery{}, patience);
         },
         [&] { return presence->isSettled(); });
-    EXPECT_LT(pause, bearablePause);
+    EXPECT_LT(pause, acceptablePause);
     EXPECT_TRUE(presence->isInFront());
     presence.reset();
     close(listener);
@@ -322,7 +322,7 @@ TEST_F(SessionPresenceLinuxTest, AsksASilentLoginManagerAgain) {
     logind.active = {{QStringLiteral("1"), false}};
     logind.answers = false;
     logind.start();
-    SessionPatience patience = never;
+    SessionTimeouts patience = never;
     patience.answer = std::chrono::milliseconds(50);
     patience.again = std::chrono::milliseconds(1);
     make({}, patience);
@@ -354,7 +354,7 @@ TEST_F(SessionPresenceLinuxTest, IsInFrontOnceTheLoginManagerStaysAway) {
     logind.ofProcess = QStringLiteral("1");
     logind.active = {{QStringLiteral("1"), false}};
     logind.start();
-    SessionPatience patience = never;
+    SessionTimeouts patience = never;
     patience.loss = std::chrono::milliseconds(1);
     make({}, patience);
     ASSERT_TRUE(goesBack());
@@ -366,7 +366,7 @@ TEST_F(SessionPresenceLinuxTest, IsInFrontOnceTheBusStaysAway) {
     logind.ofProcess = QStringLiteral("1");
     logind.active = {{QStringLiteral("1"), false}};
     logind.start();
-    SessionPatience patience = never;
+    SessionTimeouts patience = never;
     patience.loss = std::chrono::milliseconds(1);
     make({}, patience);
     ASSERT_TRUE(goesBack());
@@ -387,10 +387,10 @@ TEST_F(SessionPresenceLinuxTest, ReturnsToABusThatStartsAgain) {
     logind.ofProcess = QStringLiteral("1");
     logind.active = {{QStringLiteral("1"), false}};
     logind.start();
-    SessionPatience patience = never;
+    SessionTimeouts patience = never;
     patience.again = std::chrono::milliseconds(1);
     presence = std::make_unique<SessionPresenceLinux>(
-        QStringLiteral("unix:path=") + link, SessionSeeker{.process = process, .session = {}, .user = user},
+        QStringLiteral("unix:path=") + link, SessionQuery{.process = process, .session = {}, .user = user},
         patience);
     ASSERT_TRUE(goesBack());
     bus.kill();
@@ -424,7 +424,7 @@ TEST_F(SessionPresenceLinuxTest, LooksForAnotherSessionWhenItsOwnEnds) {
     ASSERT_TRUE(goesBack());
 }
 
-TEST_F(SessionPresenceLinuxTest, BelievesNobodyElse) {
+TEST_F(SessionPresenceLinuxTest, IgnoresOtherSenders) {
     logind.ofProcess = QStringLiteral("1");
     logind.active = {{QStringLiteral("1"), false}};
     logind.start();

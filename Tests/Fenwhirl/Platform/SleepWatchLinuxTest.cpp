@@ -113,18 +113,18 @@ private:
 class SleepWatchLinuxTest : public testing::Test {
 protected:
     // Timeouts so long that they never expire. A test shortens the one it waits for.
-    static constexpr SleepPatience never{.atMost = std::chrono::hours(1),
+    static constexpr SleepTimeouts never{.atMost = std::chrono::hours(1),
                                          .answer = std::chrono::hours(1),
                                          .doubt = std::chrono::hours(1),
                                          .again = std::chrono::hours(1)};
 
-    void make(SleepPatience patience = never) {
+    void make(SleepTimeouts patience = never) {
         watch = std::make_unique<SleepWatchLinux>(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), patience);
         sleeps = std::make_unique<QSignalSpy>(watch.get(), &SleepWatch::goingToSleep);
         wakes = std::make_unique<QSignalSpy>(watch.get(), &SleepWatch::awake);
     }
 
-    void makeWithLock(SleepPatience patience = never) {
+    void makeWithLock(SleepTimeouts patience = never) {
         logind.start();
         make(patience);
         ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
@@ -171,13 +171,13 @@ TEST_F(SleepWatchLinuxTest, DelaysASleepUntilEverythingIsReadyAndTheNextOneAgain
 }
 
 TEST_F(SleepWatchLinuxTest, DelaysASleepForAShortTimeOnly) {
-    SleepPatience patience = never;
+    SleepTimeouts patience = never;
     patience.atMost = std::chrono::milliseconds(1);
     makeWithLock(patience);
     logind.announce(true);
     ASSERT_TRUE(letsSleep());
     EXPECT_EQ(sleeps->size(), 1);
-    EXPECT_LT(SleepPatience().atMost, std::chrono::seconds(2));
+    EXPECT_LT(SleepTimeouts().atMost, std::chrono::seconds(2));
 }
 
 TEST_F(SleepWatchLinuxTest, KeepsItsLockWhileNoSleepIsNear) {
@@ -218,7 +218,7 @@ TEST_F(SleepWatchLinuxTest, KnowsOfASleepThatWasAnnouncedBeforeItsStart) {
 }
 
 TEST_F(SleepWatchLinuxTest, AsksWhetherItStillSleepsWhenNobodySaysThatItIsAwake) {
-    SleepPatience patience = never;
+    SleepTimeouts patience = never;
     patience.doubt = std::chrono::milliseconds(1);
     makeWithLock(patience);
     const int before = logind.looks;
@@ -232,7 +232,7 @@ TEST_F(SleepWatchLinuxTest, AsksWhetherItStillSleepsWhenNobodySaysThatItIsAwake)
 }
 
 TEST_F(SleepWatchLinuxTest, IsAwakeAfterAStrangeAnswerAndAfterNone) {
-    SleepPatience patience = never;
+    SleepTimeouts patience = never;
     patience.doubt = std::chrono::milliseconds(1);
     patience.answer = std::chrono::milliseconds(50);
     makeWithLock(patience);
@@ -246,7 +246,7 @@ TEST_F(SleepWatchLinuxTest, IsAwakeAfterAStrangeAnswerAndAfterNone) {
 }
 
 TEST_F(SleepWatchLinuxTest, IsAwakeWhenTheLoginManagerIsGone) {
-    SleepPatience patience = never;
+    SleepTimeouts patience = never;
     patience.doubt = std::chrono::milliseconds(1);
     makeWithLock(patience);
     logind.announce(true);
@@ -256,7 +256,7 @@ TEST_F(SleepWatchLinuxTest, IsAwakeWhenTheLoginManagerIsGone) {
 }
 
 TEST_F(SleepWatchLinuxTest, IsAwakeWhenTheBusIsGone) {
-    SleepPatience patience = never;
+    SleepTimeouts patience = never;
     patience.doubt = std::chrono::milliseconds(1);
     makeWithLock(patience);
     logind.announce(true);
@@ -280,11 +280,11 @@ TEST_F(SleepWatchLinuxTest, LocksTheNextLoginManager) {
 TEST_F(SleepWatchLinuxTest, AsksASilentLoginManagerAgain) {
     logind.answers = false;
     logind.start();
-    SleepPatience patience = never;
+    SleepTimeouts patience = never;
     patience.answer = std::chrono::milliseconds(50);
     patience.again = std::chrono::milliseconds(1);
     const auto pause = longestPause([&] { make(patience); }, [&] { return logind.looks >= 2; });
-    EXPECT_LT(pause, bearablePause);
+    EXPECT_LT(pause, acceptablePause);
     logind.answers = true;
     ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
     EXPECT_TRUE(sleeps->isEmpty());
@@ -300,7 +300,7 @@ TEST_F(SleepWatchLinuxTest, SaysNothingWithoutALoginManagerAndWithoutABus) {
     EXPECT_TRUE(sleeps->isEmpty());
 }
 
-TEST_F(SleepWatchLinuxTest, BelievesNobodyElse) {
+TEST_F(SleepWatchLinuxTest, IgnoresOtherSenders) {
     makeWithLock();
     const QDBusConnection stranger = PrivateBus::connect();
     static_cast<void>(stranger.send(announcement(true, logind.asker)));

@@ -47,15 +47,15 @@ TEST(MainThreadDeathTest, AssertionOnAnotherThreadEndsTheProcess) {
         testing::KilledBySignal(SIGABRT), "");
 }
 
-TEST(OneThreadDeathTest, BelongsToTheFirstThatAsks) {
+TEST(ThreadAffinityDeathTest, BelongsToTheFirstThatAsks) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const OneThread owner;
+    const ThreadAffinity owner;
     SerialQueue queue("fenwhirl.test");
     queue.sync([&] { owner.assertIsCurrent(); });
     queue.sync([&] { owner.assertIsCurrent(); });
     EXPECT_EXIT(
         {
-            const OneThread other;
+            const ThreadAffinity other;
             SerialQueue elsewhere("fenwhirl.test");
             elsewhere.sync([&] { other.assertIsCurrent(); });
             other.assertIsCurrent();

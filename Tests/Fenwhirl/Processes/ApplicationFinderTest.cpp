@@ -34,7 +34,7 @@ protected:
     }
 
     std::optional<FoundApplication> find(qint32 pid, const QString& path, ProcessStart start = 1) {
-        finder.beginLook(locales);
+        finder.beginSample(locales);
         return finder.applicationOf(pid, start, path);
     }
 
@@ -98,7 +98,7 @@ TEST_F(ApplicationFinderTest, AnotherUsersProcessBelongsToNone) {
     addEntry(u"tool"_s, tool);
     EXPECT_FALSE(find(1, tool));
     processes[1] = {};
-    finder.beginLook({});
+    finder.beginSample({});
     EXPECT_FALSE(finder.applicationOf(1, std::nullopt, tool)) << "it has ended";
 }
 

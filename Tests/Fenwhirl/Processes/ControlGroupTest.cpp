@@ -67,7 +67,7 @@ TEST(ControlGroup, NamesASnapAndItsProgram) {
 }
 
 TEST(ControlGroup, KnowsTheDesktopItself) {
-    EXPECT_TRUE(isOfDesktop(
+    EXPECT_TRUE(isDesktopComponent(
         u"/user.slice/user-1000.slice/user@1000.service/session.slice/org.gnome.Shell@x11.service"));
-    EXPECT_FALSE(isOfDesktop(inSession(u"app-firefox-1.scope"_s)));
+    EXPECT_FALSE(isDesktopComponent(inSession(u"app-firefox-1.scope"_s)));
 }

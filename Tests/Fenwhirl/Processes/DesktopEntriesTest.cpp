@@ -151,7 +151,7 @@ TEST_F(DesktopEntriesTest, HaveTheSystemsFolderOfTheirName) {
     EXPECT_EQ(entries.ofProgram(u"/usr/bin/browser"_s), nullptr) << "another one of that name";
 }
 
-TEST_F(DesktopEntriesTest, OfSeveralForOneProgramTheShownAndSimplestCounts) {
+TEST_F(DesktopEntriesTest, OfSeveralForOneProgramTheVisibleAndSimplestIsUsed) {
     write(u"bin/office"_s, "");
     writeEntry(u"mine/a-writer.desktop"_s, u"office --writer %U"_s);
     writeEntry(u"mine/b-hidden.desktop"_s, u"office"_s, "NoDisplay=true\n");

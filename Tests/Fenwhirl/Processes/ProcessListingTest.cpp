@@ -18,7 +18,7 @@ FoldContext contextOf(int processors) {
 }
 
 ProcessSample fold(const QByteArray& listing, int processors = 1) {
-    return foldProcessListing(listing, contextOf(processors));
+    return groupProcesses(listing, contextOf(processors));
 }
 
 // The application of a listing that has only one.
@@ -68,13 +68,13 @@ TEST(ProcessListing, ChargesProcessesToTheApplicationThatIsFoundForThem) {
         EXPECT_FALSE(path.contains(u".app/"));
         return std::nullopt;
     };
-    const ProcessSample sample = foldProcessListing("1 5 1024 /usr/lib/browser/browser\n"
-                                                    "2 4 1024 /usr/lib/browser/tab\n"
-                                                    "11 3 0 /usr/bin/python3\n"
-                                                    "21 2 0 /usr/bin/Fenwhirl\n"
-                                                    "31 1.5 0 /usr/bin/tool\n"
-                                                    "3 1 0 /Applications/Mail.app/Mail\n",
-                                                    context);
+    const ProcessSample sample = groupProcesses("1 5 1024 /usr/lib/browser/browser\n"
+                                                "2 4 1024 /usr/lib/browser/tab\n"
+                                                "11 3 0 /usr/bin/python3\n"
+                                                "21 2 0 /usr/bin/Fenwhirl\n"
+                                                "31 1.5 0 /usr/bin/tool\n"
+                                                "3 1 0 /Applications/Mail.app/Mail\n",
+                                                context);
     ASSERT_EQ(sample.apps.size(), 5);
     EXPECT_EQ(sample.apps[0].id, u"app:/share/browser.desktop"_s);
     EXPECT_EQ(sample.apps[0].name, u"Browser"_s);
@@ -183,7 +183,7 @@ TEST(ProcessListing, GroupsDaemonsOfOneLabel) {
 TEST(ProcessListing, LocalizesTheLabelsOfSystemProcessesOnly) {
     FoldContext context = contextOf(1);
     context.localize = [](const QString& label) { return QStringLiteral("<") + label + QStringLiteral(">"); };
-    const ProcessSample sample = foldProcessListing("1 5 1 /sbin/WindowServer\n2 4 1 /bin/tool\n", context);
+    const ProcessSample sample = groupProcesses("1 5 1 /sbin/WindowServer\n2 4 1 /bin/tool\n", context);
     ASSERT_EQ(sample.apps.size(), 2);
     EXPECT_EQ(sample.apps[0].name, u"<Affichage de l'écran>"_s);
     EXPECT_EQ(sample.apps[1].name, u"tool"_s);
@@ -249,7 +249,7 @@ TEST(ProcessListing, ProtectsAnEntryWhoseLaterProcessIsItself) {
 TEST(ProcessListing, TakesAnEmptyOwnBundlePathForNone) {
     FoldContext context = contextOf(1);
     context.ownBundlePath.clear();
-    EXPECT_TRUE(foldProcessListing("7 5 1 /opt/Foo.app/x", context).apps.value(0).canQuit);
+    EXPECT_TRUE(groupProcesses("7 5 1 /opt/Foo.app/x", context).apps.value(0).canQuit);
 }
 
 TEST(ProcessListing, LeavesOutSharesThatAreNoNumbers) {

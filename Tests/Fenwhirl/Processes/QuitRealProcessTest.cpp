@@ -63,7 +63,7 @@ public:
         return helper_;
     }
 
-    int helperEndedBy() { return endedBy(helper_); }
+    int waitForHelperEnd() { return endedBy(helper_); }
 
     [[nodiscard]] const QString& path() const { return path_; }
 
@@ -230,7 +230,7 @@ TEST(QuitRealProcess, ChargesAHelperToItsApplicationAndEndsBoth) {
     EXPECT_EQ(app.pids, (QList<qint32>{busy.pid(), helper}));
     monitor.quit(app, false);
     EXPECT_EQ(busy.endedBy(), SIGTERM);
-    EXPECT_EQ(busy.helperEndedBy(), SIGTERM);
+    EXPECT_EQ(busy.waitForHelperEnd(), SIGTERM);
 }
 
 TEST(QuitRealProcess, KillsAnApplicationThatDoesNotWantToEnd) {

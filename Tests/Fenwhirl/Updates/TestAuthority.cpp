@@ -71,7 +71,7 @@ ServerIdentity TestAuthority::selfSigned(const QString& host) {
     return load(QStringLiteral("alone"));
 }
 
-QString TestAuthority::wordOnLastIdentity(Status status) {
+QString TestAuthority::revocationStatusOfLastIdentity(Status status) {
     const QByteArray serial =
         QSslCertificate(read(QStringLiteral("server.pem"))).serialNumber().replace(':', "").toUpper();
     QFile index(folder_.filePath(QStringLiteral("index")));

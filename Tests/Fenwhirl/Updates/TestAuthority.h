@@ -29,7 +29,7 @@ public:
     // The authority's signed statement about the last certificate of `identityFor` (an OCSP response), in a
     // file that a server can pass on.
     enum class Status { valid, revoked };
-    [[nodiscard]] QString wordOnLastIdentity(Status status);
+    [[nodiscard]] QString revocationStatusOfLastIdentity(Status status);
 
     // The folder that contains the last identity as "server.pem" and "server.key".
     [[nodiscard]] QString folder() const { return folder_.path(); }

@@ -85,14 +85,14 @@ constexpr std::array<std::pair<const char*, const char*>, 52> pages = {{
 
 TEST(MakersPage, IsAnAddressOfTheMakerAndNoOther) {
     for (const auto& [text, opened] : pages) {
-        const auto page = makersPage(QString::fromUtf8(text), domain);
+        const auto page = vendorPage(QString::fromUtf8(text), domain);
         EXPECT_EQ(page ? page->toString(QUrl::FullyEncoded) : QString(), QString::fromUtf8(opened)) << text;
     }
 }
 
 TEST(MakersPage, ComparesTheDomainWithoutItsCase) {
-    EXPECT_TRUE(makersPage(u"https://maker.tld/"_s, u"Maker.TLD"_s));
-    EXPECT_FALSE(makersPage(u"https://maker.tld/"_s, u""_s));
+    EXPECT_TRUE(vendorPage(u"https://maker.tld/"_s, u"Maker.TLD"_s));
+    EXPECT_FALSE(vendorPage(u"https://maker.tld/"_s, u""_s));
 }
 
 TEST(UpdateDocument, HasAVersionAndAPage) {

@@ -214,7 +214,7 @@ TEST(UpdateFetchTls, RefusesAnAuthorityThatTheSystemDoesNotKnow) {
 }
 
 // Qt's server cannot pass on an OCSP response; openssl's s_server can.
-TEST(UpdateFetchTls, HeedsTheAuthoritysWordOnRevocation) {
+TEST(UpdateFetchTls, RefusesARevokedCertificate) {
     TestAuthority authority;
     TestSite site(authority.identityFor(host));
     QDir(authority.folder()).mkdir(u"maj"_s);
@@ -227,7 +227,7 @@ TEST(UpdateFetchTls, HeedsTheAuthoritysWordOnRevocation) {
         server.setWorkingDirectory(authority.folder());
         server.start(u"openssl"_s,
                      {u"s_server"_s, u"-accept"_s, u"127.0.0.1:0"_s, u"-cert"_s, u"server.pem"_s, u"-key"_s,
-                      u"server.key"_s, u"-status_file"_s, authority.wordOnLastIdentity(status),
+                      u"server.key"_s, u"-status_file"_s, authority.revocationStatusOfLastIdentity(status),
                       u"-cert_chain"_s, u"authority.pem"_s, u"-HTTP"_s});
         QByteArray printed;
         while (!printed.contains("ACCEPT ") || !printed.endsWith('\n')) {
@@ -354,7 +354,7 @@ TEST_F(UpdateFetching, RefusesRedirectionsOutOfHttps) {
     }
 }
 
-TEST_F(UpdateFetching, FollowsARedirectionToAnotherHostThatIsWhoItSays) {
+TEST_F(UpdateFetching, FollowsARedirectionToAnotherVerifiedHost) {
     // One server for both hosts, with a certificate for both.
     TestSite both(authority.identityFor(u"*.fenwhirl.example"_s));
     both.setHandler([](QSslSocket& connection, const QByteArray& request) {
@@ -445,7 +445,7 @@ TEST_F(UpdateFetching, GivesUpAServerThatFallsSilent) {
     EXPECT_FALSE(fetch(transport));
 }
 
-TEST_F(UpdateFetching, GivesUpADripThatTakesTooLongInAll) {
+TEST_F(UpdateFetching, GivesUpATrickleThatTakesTooLongInAll) {
     transport.idleLimit = 60s;
     transport.totalLimit = 300ms;
     QTimer drip;

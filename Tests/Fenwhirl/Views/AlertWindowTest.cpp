@@ -30,7 +30,7 @@ int endOfContent(Stage& stage) {
 TEST(AlertWindow, IsAsHighAsItsContentAndFollowsTheSizeOfTexts) {
     Stage stage;
     ask(stage);
-    const KeepsItsLimits limits(stage.window());
+    const SizeLimitsCheck limits(stage.window());
     int before = 0;
     for (const double scale : {1.0, 1.5, 2.0}) {
         stage.setTextScale(scale);

@@ -35,7 +35,7 @@ TEST(Announcements, ALanguageIsNoChange) {
 }
 
 // The rows of the sidebar already say which page they show.
-TEST(Announcements, APageThatComesFromElsewhereIsToldAlsoWhileAnotherIsBeingTold) {
+TEST(Announcements, APageChangedElsewhereIsAnnouncedEvenDuringAnAnnouncement) {
     Stage stage;
     stage.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));

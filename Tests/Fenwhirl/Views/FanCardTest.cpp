@@ -312,7 +312,7 @@ TEST(FanCard, TheCurveStandsBesideTheTemperatureAndTheRulesThatCountForIt) {
     stage.showPage(Page::fans);
     const FanRow* fan = stage.models().machine()->fans()->at(0);
     EXPECT_EQ(fan->drivingTemperature(), 50);
-    EXPECT_TRUE(fan->followsMain());
+    EXPECT_TRUE(fan->followsMainTemperature());
     EXPECT_TRUE(std::isnan(fan->alertAt()));
     stage.monitor().setAlertsEnabled(true);
     stage.monitor().setAlertThreshold(85);
@@ -323,13 +323,13 @@ TEST(FanCard, TheCurveStandsBesideTheTemperatureAndTheRulesThatCountForIt) {
     EXPECT_TRUE(fan->isProtecting());
     stage.monitor().setSetting(0, sensorSetting(50, 90, "TG0P"));
     EXPECT_EQ(fan->drivingTemperature(), 44);
-    EXPECT_FALSE(fan->followsMain());
+    EXPECT_FALSE(fan->followsMainTemperature());
     EXPECT_TRUE(std::isnan(fan->alertAt()));
     // When the sensor disappears, the main temperature replaces it.
     stage.world.smc.remove("TG0P");
     stage.poll();
     EXPECT_EQ(fan->drivingTemperature(), 86);
-    EXPECT_TRUE(fan->followsMain());
+    EXPECT_TRUE(fan->followsMainTemperature());
     EXPECT_EQ(fan->alertAt(), 85);
     stage.world.smc.remove("TC0P");
     stage.poll();

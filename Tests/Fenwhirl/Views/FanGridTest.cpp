@@ -31,9 +31,9 @@ QList<QRect> cards(Stage& stage, int width) {
 }
 
 // The width that the sidebar and the page's margins take from the window.
-constexpr int besideCards = 208 + 2 * 18;
+constexpr int widthOutsideCards = 208 + 2 * 18;
 // The same in narrow windows.
-constexpr int besideCardsWhereNarrow = 184 + 2 * 18;
+constexpr int narrowWidthOutsideCards = 184 + 2 * 18;
 
 int columnsOf(const QList<QRect>& places) {
     return static_cast<int>(std::count_if(places.begin(), places.end(), [&](const QRect& place) {
@@ -51,13 +51,13 @@ TEST(FanGrid, HasAColumnMoreWhereItHasRoomForIt) {
           std::pair(1771, 4), std::pair(1772, 5), std::pair(1884, 5)}) {
         // In windows of 944 and more, the sidebar is 24 wider.
         const QList<QRect> places =
-            cards(stage, width + (width < 700 ? besideCardsWhereNarrow : besideCards));
+            cards(stage, width + (width < 700 ? narrowWidthOutsideCards : widthOutsideCards));
         ASSERT_EQ(places.size(), 10);
         EXPECT_EQ(columnsOf(places), columns) << width;
         EXPECT_NEAR(places.first().width(), (width - (columns - 1) * 18) / columns, 1) << width;
         EXPECT_GE(places.first().width(), 340) << width;
     }
-    EXPECT_EQ(columnsOf(cards(stage, 697 + besideCardsWhereNarrow)), 1);
+    EXPECT_EQ(columnsOf(cards(stage, 697 + narrowWidthOutsideCards)), 1);
 }
 
 TEST(FanGrid, ComesOutEven) {
@@ -79,7 +79,7 @@ TEST(FanGrid, EndsAtThePagesEdgeWhateverDoesNotDivide) {
     stage.world.smc.addOlderFans(3);
     stage.showPage(Page::fans);
     for (const int width : {1056, 1057, 1058, 1059, 1060, 1061}) {
-        const QList<QRect> places = cards(stage, width + besideCards);
+        const QList<QRect> places = cards(stage, width + widthOutsideCards);
         ASSERT_EQ(places.size(), 3);
         EXPECT_EQ(places.at(2).right() - places.at(0).left() + 1, width);
         EXPECT_EQ(places.at(1).left() - places.at(0).right() - 1, 18) << width;
@@ -93,7 +93,7 @@ TEST(FanGrid, KeepsOneColumnsWidthForASingleFan) {
     stage.showPage(Page::fans);
     ASSERT_EQ(cards(stage, 1040).size(), 1);
     EXPECT_EQ(cards(stage, 1040).first().width(), 389);
-    EXPECT_EQ(cards(stage, 1700).first().width(), (1700 - besideCards - 18) / 2);
+    EXPECT_EQ(cards(stage, 1700).first().width(), (1700 - widthOutsideCards - 18) / 2);
 }
 
 TEST(FanGrid, MakesTheCardsOfARowEquallyHigh) {

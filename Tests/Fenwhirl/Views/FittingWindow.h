@@ -10,14 +10,14 @@
 
 // During its lifetime the test fails whenever the window gets a size outside its own limits. A window manager
 // that knows the limits set before would refuse such a size.
-class KeepsItsLimits : public QObject {
+class SizeLimitsCheck : public QObject {
 public:
-    explicit KeepsItsLimits(QWindow& window) : window_(window) { window.installEventFilter(this); }
+    explicit SizeLimitsCheck(QWindow& window) : window_(window) { window.installEventFilter(this); }
 
-    ~KeepsItsLimits() override { window_.removeEventFilter(this); }
+    ~SizeLimitsCheck() override { window_.removeEventFilter(this); }
 
-    KeepsItsLimits(const KeepsItsLimits&) = delete;
-    KeepsItsLimits& operator=(const KeepsItsLimits&) = delete;
+    SizeLimitsCheck(const SizeLimitsCheck&) = delete;
+    SizeLimitsCheck& operator=(const SizeLimitsCheck&) = delete;
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
         if (event->type() == QEvent::Resize) {

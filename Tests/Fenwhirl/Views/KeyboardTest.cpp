@@ -61,7 +61,7 @@ QStringList controls(Stage& stage) {
 
 // Presses Tab until the first stop comes again, and checks the focus ring at each stop. Returns the stops in
 // order.
-QStringList stopsOfTab(Stage& stage, Qt::KeyboardModifiers modifiers = {}) {
+QStringList tabStops(Stage& stage, Qt::KeyboardModifiers modifiers = {}) {
     QStringList visited;
     const QQuickItem* first = nullptr;
     for (int i = 0; i < 200; ++i) {
@@ -78,9 +78,9 @@ QStringList stopsOfTab(Stage& stage, Qt::KeyboardModifiers modifiers = {}) {
     return visited;
 }
 
-void expectThatEverythingIsReached(Stage& stage) {
-    const QStringList forward = stopsOfTab(stage);
-    QStringList backward = stopsOfTab(stage, Qt::ShiftModifier);
+void expectEverythingIsReachable(Stage& stage) {
+    const QStringList forward = tabStops(stage);
+    QStringList backward = tabStops(stage, Qt::ShiftModifier);
     QStringList sorted = forward;
     sorted.sort();
     EXPECT_EQ(sorted, controls(stage)) << sorted.join(u'\n').toStdString() << "\n--- instead of\n"
@@ -116,7 +116,7 @@ TEST_P(EveryPage, IsReachedWholeByTabWithOneRingAtEachStop) {
     stage.setApps({busyApp()});
     stage.poll();
     stage.showPage(GetParam());
-    expectThatEverythingIsReached(stage);
+    expectEverythingIsReachable(stage);
 }
 
 INSTANTIATE_TEST_SUITE_P(Keyboard, EveryPage, testing::ValuesIn(allPages),
@@ -129,7 +129,7 @@ TEST(KeyboardInThePanel, ReachesEverythingWithOneRingAtEachStop) {
     stage.monitor().apply(Preset::game);
     stage.poll();
     stage.show(menuPanelFile());
-    expectThatEverythingIsReached(stage);
+    expectEverythingIsReachable(stage);
 }
 
 TEST(KeyboardInTheSidebar, ArrowsLeadFromPageToPage) {
@@ -211,7 +211,7 @@ TEST(KeyboardInTheWindow, TheFocusGoesToTheNextControlWhenWhatHadItIsGone) {
     waitForFocus(stage, QStringLiteral("Vitesse fixe"));
 }
 
-TEST(KeyboardInTheWindow, WhatComesInThePlaceOfAButtonGetsItsFocus) {
+TEST(KeyboardInTheWindow, AButtonsReplacementGetsItsFocus) {
     Stage stage;
     stage.world.helper.installed = false;
     stage.showPage(Page::settings);

@@ -86,7 +86,7 @@ TEST(MainWindow, APageChosenElsewhereIsShown) {
     EXPECT_TRUE(stage.shows(QStringLiteral("Un clic pour changer le comportement des ventilateurs")));
 }
 
-TEST(MainWindow, TheFootSaysHowTheMacFeels) {
+TEST(MainWindow, TheFooterShowsTheHealthOfTheMac) {
     Stage stage;
     stage.show();
     EXPECT_TRUE(stage.shows(QStringLiteral("Tout est normal")));
@@ -133,7 +133,7 @@ bool dragsTheWindow(Stage& stage, QPoint from) {
     return active;
 }
 
-TEST(MainWindow, IsDraggedByWhatNothingElseTakesWhereItHasNoTitleBar) {
+TEST(MainWindow, WithoutATitleBarEmptyAreasDragIt) {
     Stage stage;
     stage.windowSize = {1040, 680};
     stage.show();
@@ -169,7 +169,7 @@ TEST(MainWindow, TheKeyboardReachesEveryPage) {
     EXPECT_EQ(stage.monitor().selectedPage(), Page::fans);
 }
 
-TEST(MainWindow, WhatIsAsleepHearsNothing) {
+TEST(MainWindow, SleepingViewsAreNotUpdated) {
     Stage stage;
     stage.show();
     ASSERT_TRUE(stage.shows(QStringLiteral("50 °C")));
@@ -213,7 +213,7 @@ TEST(MainWindow, CtrlWClosesItAndCtrlQQuits) {
     EXPECT_EQ(stage.timesQuit, 1);
 }
 
-TEST(MainWindow, WhatReloadsElsewhereChangesNothing) {
+TEST(MainWindow, ReloadKeysChangeNothing) {
     Stage stage;
     stage.showPage(Page::fans);
     stage.click(QStringLiteral("Vitesse fixe"), QAccessible::RadioButton);

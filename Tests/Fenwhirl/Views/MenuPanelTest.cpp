@@ -322,7 +322,7 @@ int fittingHeight(Stage& stage) {
 TEST(MenuPanel, FollowsFansThatComeAndGoWhileItIsOpen) {
     Stage stage;
     stage.show(menuPanelFile());
-    const KeepsItsLimits limits(stage.window());
+    const SizeLimitsCheck limits(stage.window());
     const int withFans = fittingHeight(stage);
     for (int round = 0; round < 2; ++round) {
         stage.world.smc.setNumber("FNum", "ui8 ", 0);
@@ -338,7 +338,7 @@ TEST(MenuPanel, GrowsWithWhatIsOfferedAndShrinksAgain) {
     Stage stage;
     stage.world.helper.installed = false;
     stage.show(menuPanelFile());
-    const KeepsItsLimits limits(stage.window());
+    const SizeLimitsCheck limits(stage.window());
     const int before = fittingHeight(stage);
     stage.click(QStringLiteral("Max"), chip);
     stage.poll();
@@ -351,7 +351,7 @@ TEST(MenuPanel, GrowsWithWhatIsOfferedAndShrinksAgain) {
 TEST(MenuPanel, FollowsTheLanguageAndTheSizeOfTexts) {
     Stage stage;
     stage.show(menuPanelFile());
-    const KeepsItsLimits limits(stage.window());
+    const SizeLimitsCheck limits(stage.window());
     const int french = fittingHeight(stage);
     stage.monitor().setLanguage(AppLanguage::ru);
     EXPECT_GT(fittingHeight(stage), french);

@@ -86,7 +86,7 @@ TEST(Onboarding, AFailedInstallationReturnsToTheButton) {
     EXPECT_TRUE(stage.shows(QStringLiteral("Tout est prêt")));
 }
 
-TEST(Onboarding, EndingBeforeItsEndBeginsItAgain) {
+TEST(Onboarding, AnUnfinishedIntroductionStartsAgain) {
     Newcomer stage;
     stage.show();
     stage.click(QStringLiteral("Suivant"));

@@ -54,7 +54,7 @@ TEST(RefusedChange, IsALineInThePanelUnderTheHealthOfTheMac) {
     Stage stage;
     stage.world.helper.succeeds = false;
     stage.show(menuPanelFile());
-    const KeepsItsLimits limits(stage.window());
+    const SizeLimitsCheck limits(stage.window());
     const int before = stage.window().height();
     stage.click(QStringLiteral("Max"), QAccessible::RadioButton);
     stage.poll();

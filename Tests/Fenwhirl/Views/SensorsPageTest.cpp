@@ -44,7 +44,7 @@ TEST(SensorRow, SurvivesRecordsThatAreNoNumbers) {
     constexpr double nowhere = std::numeric_limits<double>::quiet_NaN();
     constexpr double beyond = std::numeric_limits<double>::infinity();
     for (const double odd : {nowhere, beyond, -beyond}) {
-        const ShownSensor row = shown({QStringLiteral("TC0P"), odd, odd, odd});
+        const SensorListEntry row = shown({QStringLiteral("TC0P"), odd, odd, odd});
         EXPECT_EQ(row.range, QStringLiteral("0 – 0 °C"));
         EXPECT_GE(row.peak, 0);
         EXPECT_LE(row.peak, 1);
@@ -57,15 +57,15 @@ TEST(SensorsSorted, AreAscendingByNameAndEqualNamesKeepTheirOrder) {
                                         {QStringLiteral("TA1P"), 25},
                                         {QStringLiteral("TA0P"), 24},
                                         {QStringLiteral("TA2P"), 23}};
-    const QList<ShownSensor> rows = shownSortedByName(sensors);
+    const QList<SensorListEntry> rows = shownSortedByName(sensors);
     QStringList names;
-    for (const ShownSensor& row : rows)
+    for (const SensorListEntry& row : rows)
         names.append(row.name);
     QStringList sorted = names;
     std::stable_sort(sorted.begin(), sorted.end());
     EXPECT_EQ(names, sorted);
     QList<int> ofEqualName;
-    for (const ShownSensor& row : rows) {
+    for (const SensorListEntry& row : rows) {
         if (row.name == shown(sensors.at(1)).name)
             ofEqualName.append(static_cast<int>(row.fraction * 100 + 0.5));
     }
@@ -91,9 +91,9 @@ TEST(SensorList, TellsOnlyOfWhatDiffers) {
 
 TEST(SensorList, SensorsComeGoAndMoveAsThemselves) {
     SensorList list;
-    const ShownSensor first = shown({QStringLiteral("TC0P"), 50});
-    const ShownSensor second = shown({QStringLiteral("TB0T"), 31});
-    const ShownSensor third = shown({QStringLiteral("TM0P"), 40});
+    const SensorListEntry first = shown({QStringLiteral("TC0P"), 50});
+    const SensorListEntry second = shown({QStringLiteral("TB0T"), 31});
+    const SensorListEntry third = shown({QStringLiteral("TM0P"), 40});
     const int name = list.roleNames().key("name");
     const int hot = list.roleNames().key("hot");
     QSignalSpy inserted(&list, &SensorList::rowsInserted);
@@ -121,15 +121,15 @@ TEST(SensorList, SensorsComeGoAndMoveAsThemselves) {
     EXPECT_EQ(counted.count(), 3);
     list.setSensors({});
     EXPECT_EQ(list.rowCount(), 0);
-    const QtWarnings::Provoked noSuchRow;
+    const QtWarnings::ExpectedWarnings noSuchRow;
     EXPECT_FALSE(list.data(list.index(0), name).isValid());
 }
 
 // No controller has two sensors of the same name. If one did, no row may be lost.
 TEST(SensorList, TheSameSensorTwiceIsTwoRows) {
     SensorList list;
-    const ShownSensor one = shown({QStringLiteral("TC0P"), 50});
-    const ShownSensor other = shown({QStringLiteral("TB0T"), 31});
+    const SensorListEntry one = shown({QStringLiteral("TC0P"), 50});
+    const SensorListEntry other = shown({QStringLiteral("TB0T"), 31});
     list.setSensors({one, one});
     EXPECT_EQ(list.count(), 2);
     list.setSensors({one, other, one});
@@ -217,12 +217,12 @@ TEST(SensorsPage, SensorsOfOneNameKeepTheOrderOfTheirReadings) {
     QStringList expected;
     QString name;
     for (const SensorState& sensor : stage.monitor().sensors()) {
-        const ShownSensor row = shown(sensor);
+        const SensorListEntry row = shown(sensor);
         if (sensor.id == QStringLiteral("TH0A"))
             name = row.name;
     }
     for (const SensorState& sensor : stage.monitor().sensors()) {
-        const ShownSensor row = shown(sensor);
+        const SensorListEntry row = shown(sensor);
         if (row.name == name)
             expected.append(row.name + u' ' + row.temperature);
     }

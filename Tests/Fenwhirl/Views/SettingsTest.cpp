@@ -109,7 +109,7 @@ TEST(SettingsPage, ShowsItsGroupsInOrder) {
     }
 }
 
-TEST(SettingsPage, SwitchingTheLoginItemShowsTheTruthEvenWhenItFails) {
+TEST(SettingsPage, TheLoginItemSwitchShowsTheActualState) {
     Stage stage;
     stage.showPage(Page::settings);
     const QString label = QStringLiteral("Ouvrir Fenwhirl au démarrage du Mac");

@@ -122,7 +122,7 @@ QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBe
         const ShownText& shown = texts[i];
         if (shown.cut && !mayBeCut.contains(shown.text))
             faults.append(QStringLiteral("cut: \"%1\"").arg(shown.text));
-        if (shown.wraps && keptTogether(shown.text) != shown.text)
+        if (shown.wraps && withNoBreakSpaces(shown.text) != shown.text)
             faults.append(QStringLiteral("may begin a line with a unit: \"%1\"").arg(shown.text));
         if (withApostrophes(shown.text) != shown.text)
             faults.append(QStringLiteral("has a typewriter's apostrophe: \"%1\"").arg(shown.text));

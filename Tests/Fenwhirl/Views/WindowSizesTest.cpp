@@ -131,7 +131,7 @@ TEST(WindowSizes, InTheSmallestWindowBothFansStandSideBySide) {
 
 // Counts the coloured pixels between two rows of the sensors' card, where only the lines of a scale are
 // drawn.
-int inkBetweenRows(Stage& stage) {
+int colouredPixelsBetweenRows(Stage& stage) {
     const QList<QRect> rows = rowsOf(stage);
     const QImage picture = stage.window().grabWindow();
     const int y = rows.at(1).bottom();
@@ -150,15 +150,15 @@ TEST(WindowSizes, TheDashboardsBarsHaveAScaleWhereTheyAreLong) {
     // The window's width minus sidebar, margins, the chart's card and its spacing, padding and columns.
     constexpr int besideBars = 208 + 36 + 340 + 18 + 40 + 156 + 58;
     resize(stage, besideBars + 359);
-    EXPECT_EQ(inkBetweenRows(stage), 0);
+    EXPECT_EQ(colouredPixelsBetweenRows(stage), 0);
     resize(stage, besideBars + 360);
-    EXPECT_EQ(inkBetweenRows(stage), 6); // 0, 20, 40, 60, 80 and 100
+    EXPECT_EQ(colouredPixelsBetweenRows(stage), 6); // 0, 20, 40, 60, 80 and 100
     resize(stage, 2560);
-    EXPECT_EQ(inkBetweenRows(stage), 6);
+    EXPECT_EQ(colouredPixelsBetweenRows(stage), 6);
     for (const QRect& row : rowsOf(stage))
         EXPECT_EQ(row.height(), 33);
     resize(stage, 1040);
-    EXPECT_EQ(inkBetweenRows(stage), 0);
+    EXPECT_EQ(colouredPixelsBetweenRows(stage), 0);
 }
 
 TEST(WindowSizes, SensorsHaveColumnsOfAtLeastTwelveRowsAndFourHundredPoints) {
@@ -269,7 +269,7 @@ TEST(WindowSizes, WithTextsOfTwiceTheSizeTheSmallestWindowHasOneColumn) {
 
 TEST(RowSlice, ShowsItsPartOfAListThatGrowsAndShrinks) {
     SensorList source;
-    QList<ShownSensor> sensors;
+    QList<SensorListEntry> sensors;
     for (int i = 0; i < 10; ++i)
         sensors.append(shown({QStringLiteral("T%1").arg(i, 3, 10, QLatin1Char('0')), 30.0 + i}));
     source.setSensors(sensors);

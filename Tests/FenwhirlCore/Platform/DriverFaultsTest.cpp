@@ -1,6 +1,6 @@
 // Drivers that fail, and devices that go away and come back.
 
-#include "FenwhirlCore/Platform/PlayedDriver.h"
+#include "FenwhirlCore/Platform/FakeDriver.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@ namespace {
 using std::chrono::milliseconds;
 
 TEST(DriverFaults, APollOpensItsFilesOnceAndReadsEachOnce) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     const std::vector<std::string> keys = {"Tp01"};
     const auto poll = [&] {
         EXPECT_EQ(smc.readFans().size(), 1U);
@@ -26,9 +26,9 @@ TEST(DriverFaults, APollOpensItsFilesOnceAndReadsEachOnce) {
 }
 
 TEST(DriverFaults, EveryDescriptorIsClosedWhenTheDeviceGoesAndAtTheEnd) {
-    PlayedMac mac;
+    FakeMac mac;
     {
-        SMC smc = openPlayed(mac);
+        SMC smc = openFakeDriver(mac);
         EXPECT_EQ(smc.readFans().size(), 1U);
         EXPECT_EQ(mac.opened - mac.closed, 4);
         mac.unplug();
@@ -43,9 +43,9 @@ TEST(DriverFaults, EveryDescriptorIsClosedWhenTheDeviceGoesAndAtTheEnd) {
     EXPECT_EQ(mac.opened, mac.closed);
 }
 
-TEST(DriverFaults, WhatTheKernelRefusesHasNoRecordWhatTheControllerRefusesHasOne) {
-    PlayedMac mac;
-    const auto transport = openDriverTransport(std::make_unique<PlayedFiles>(mac));
+TEST(DriverFaults, OnlyAControllersRefusalHasARecord) {
+    FakeMac mac;
+    const auto transport = openDriverTransport(std::make_unique<FakeDriverFiles>(mac));
     ASSERT_TRUE(transport);
     SMCParam request{};
     request.data8 = SMCCommand::readKey;
@@ -67,9 +67,9 @@ TEST(DriverFaults, WhatTheKernelRefusesHasNoRecordWhatTheControllerRefusesHasOne
     EXPECT_EQ(transport->call(request).value().result, SMCResult::success);
 }
 
-TEST(DriverFaults, AControllerThatAnswersNowAndThenIsAskedOn) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+TEST(DriverFaults, AnIntermittentControllerIsStillAsked) {
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     for (int round = 0; round < 5; ++round) {
         for (const int error : {EIO, ETIMEDOUT}) {
             mac.readError = error;
@@ -81,8 +81,8 @@ TEST(DriverFaults, AControllerThatAnswersNowAndThenIsAskedOn) {
 }
 
 TEST(DriverFaults, AControllerThatDoesNotAnswerIsLeftAloneForFiveSeconds) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     mac.readError = EIO;
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(smc.readValue("Tp01"), std::nullopt);
@@ -96,8 +96,8 @@ TEST(DriverFaults, AControllerThatDoesNotAnswerIsLeftAloneForFiveSeconds) {
 }
 
 TEST(DriverFaults, ADeviceThatComesBackUnderAnotherNumberIsFoundAgain) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     mac.now = milliseconds(10'000);
     ASSERT_EQ(smc.readValue("Tp01"), 55.0);
     mac.unplug();
@@ -111,8 +111,8 @@ TEST(DriverFaults, ADeviceThatComesBackUnderAnotherNumberIsFoundAgain) {
 }
 
 TEST(DriverFaults, AnErrorOfTheControllerDuringAWriteFailsThatWrite) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     mac.files["/sys/class/hwmon/hwmon3/fan1_max"] = "9000\n";
     EXPECT_FALSE(smc.setFanSpeed(0, 8000));
     EXPECT_FALSE(mac.controllerIsManual);

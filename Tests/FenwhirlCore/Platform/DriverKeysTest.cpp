@@ -78,7 +78,7 @@ TEST(DriverKeys, AFileThatIsAbsentGivesNoKey) {
     EXPECT_FALSE(smc.setFanSpeed(1, 2500));
 }
 
-TEST(DriverKeys, NoLockAndNoMaskAreOffered) {
+TEST(DriverKeys, OffersNeitherUnlockNorMaskKey) {
     DriverTree intel;
     intel.makeIntelLaptop();
     DriverTree apple;
@@ -89,7 +89,7 @@ TEST(DriverKeys, NoLockAndNoMaskAreOffered) {
     }
 }
 
-TEST(DriverKeys, FansWithGapsKeepTheirNumbersAndTenIsTheMost) {
+TEST(DriverKeys, FansWithGapsKeepTheirNumbersUpToTen) {
     DriverTree tree;
     tree.makeIntelLaptop();
     tree.write(tree.device() + "/fan12_input", "1200\n");
@@ -157,7 +157,7 @@ protected:
     std::unique_ptr<DriverFiles> files = systemDriverFiles(tree.root());
 };
 
-TEST_F(DriverSensorTree, TheNodesMayBeGroupedDescribedAndHangOnTheDevice) {
+TEST_F(DriverSensorTree, NodesMayBeGroupedDescribedOrBelowTheDevice) {
     addNode("hwmon/of_node/temperature-a", "label", "One Temp", "Tp01");
     addNode("hwmon/of_node/apple,temp-keys/b", "apple,key-desc", "Another Temp", "Tp02");
     addNode("hwmon/device/of_node/c", "label", "A third Temp", "Tp03");
@@ -167,14 +167,14 @@ TEST_F(DriverSensorTree, TheNodesMayBeGroupedDescribedAndHangOnTheDevice) {
     EXPECT_TRUE(keyOf("One").starts_with("T~"));
 }
 
-TEST_F(DriverSensorTree, ALabelThatIsAKeyIsThatKeyWhateverTheTreeSays) {
+TEST_F(DriverSensorTree, ALabelThatIsAKeyOverridesTheDeviceTree) {
     addNode("hwmon/of_node/a", "label", "TC0P", "Tp01");
     EXPECT_EQ(keyOf("TC0P"), "TC0P");
     for (const char* label : {"TC0", "TC0PX", "tC0P", "T\tab", "XC0P", "Té1"})
         EXPECT_TRUE(keyOf(label).starts_with("T~")) << label;
 }
 
-TEST_F(DriverSensorTree, ANodeWithAKeyThatIsNoneIsPassedOver) {
+TEST_F(DriverSensorTree, ANodeWithAnInvalidKeyIsIgnored) {
     addNode("hwmon/of_node/a", "label", "One Temp", "Tp0");
     addNode("hwmon/of_node/b", "label", "Two Temp", "PSTR");
     EXPECT_TRUE(keyOf("One Temp").starts_with("T~"));
@@ -193,18 +193,18 @@ TEST_F(DriverSensorTree, ASecondChannelOfAKeyGetsOneOfItsOwn) {
         {1, "TC0P", {}}, {2, "TC0P", {}}, {3, "SoC die Tf04", {}}, {4, "Tf04", {}}};
     nameDriverSensors(*files, "/hwmon", sensors);
     EXPECT_EQ(sensors[0].key, "TC0P");
-    EXPECT_EQ(sensors[1].key, ownKey(ownKeyNumber("TC0P")));
+    EXPECT_EQ(sensors[1].key, syntheticKey(syntheticKeyNumber("TC0P")));
     EXPECT_EQ(sensors[2].key, "Tf04");
-    EXPECT_EQ(sensors[3].key, ownKey(ownKeyNumber("Tf04")));
+    EXPECT_EQ(sensors[3].key, syntheticKey(syntheticKeyNumber("Tf04")));
 }
 
 TEST_F(DriverSensorTree, TwoLabelsOfOneNumberGetNeighbouringKeys) {
     std::vector<DriverSensor> sensors = {{1, "Same words", {}}, {2, "Same words", {}}, {3, std::nullopt, {}}};
     nameDriverSensors(*files, "/hwmon", sensors);
-    const unsigned first = ownKeyNumber("Same words");
-    EXPECT_EQ(sensors[0].key, ownKey(first));
-    EXPECT_EQ(sensors[1].key, ownKey((first + 1) % 3844));
-    EXPECT_EQ(sensors[2].key, ownKey(ownKeyNumber("temp3")));
+    const unsigned first = syntheticKeyNumber("Same words");
+    EXPECT_EQ(sensors[0].key, syntheticKey(first));
+    EXPECT_EQ(sensors[1].key, syntheticKey((first + 1) % 3844));
+    EXPECT_EQ(sensors[2].key, syntheticKey(syntheticKeyNumber("temp3")));
 }
 
 TEST_F(DriverSensorTree, OnlyTheDieLabelEndsInItsKey) {
@@ -213,14 +213,14 @@ TEST_F(DriverSensorTree, OnlyTheDieLabelEndsInItsKey) {
 }
 
 TEST(DriverSensorKeys, KeysOfOurOwnAreTwoDigitsOfBaseSixtyTwo) {
-    EXPECT_EQ(ownKeyNumber(""), 2166136261U % 3844);
-    EXPECT_EQ(ownKeyNumber("a"), 0xE40C292CU % 3844); // a published value of the hash
-    EXPECT_EQ(ownKeyNumber("foobar"), 0xBF9CF968U % 3844);
-    EXPECT_EQ(ownKey(0), "T~00");
-    EXPECT_EQ(ownKey(61), "T~0z");
-    EXPECT_EQ(ownKey(62), "T~10");
-    EXPECT_EQ(ownKey(3843), "T~zz");
-    EXPECT_EQ(ownKey(ownKeyNumber("SoC Backside Temp")), "T~Gk");
+    EXPECT_EQ(syntheticKeyNumber(""), 2166136261U % 3844);
+    EXPECT_EQ(syntheticKeyNumber("a"), 0xE40C292CU % 3844); // a published value of the hash
+    EXPECT_EQ(syntheticKeyNumber("foobar"), 0xBF9CF968U % 3844);
+    EXPECT_EQ(syntheticKey(0), "T~00");
+    EXPECT_EQ(syntheticKey(61), "T~0z");
+    EXPECT_EQ(syntheticKey(62), "T~10");
+    EXPECT_EQ(syntheticKey(3843), "T~zz");
+    EXPECT_EQ(syntheticKey(syntheticKeyNumber("SoC Backside Temp")), "T~Gk");
 }
 
 } // namespace

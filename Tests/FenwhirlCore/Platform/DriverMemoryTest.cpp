@@ -1,7 +1,7 @@
 // A driver that remembers whether it drives a fan: when it must be re-armed, and how a fan is handed back to
 // it.
 
-#include "FenwhirlCore/Platform/PlayedDriver.h"
+#include "FenwhirlCore/Platform/FakeDriver.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,8 +17,8 @@ constexpr const char* targetFile = "/sys/class/hwmon/hwmon3/fan1_target";
 constexpr const char* stateFile = "/run/fenwhirl/fan0";
 
 TEST(DriverMemory, TheFirstTargetReArmsTheDriverAndLaterOnesDoNot) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     EXPECT_TRUE(smc.setFanSpeed(0, 3000));
     EXPECT_TRUE(smc.setFanSpeed(0, 3000));
     EXPECT_TRUE(smc.setFanSpeed(0, 3100));
@@ -27,8 +27,8 @@ TEST(DriverMemory, TheFirstTargetReArmsTheDriverAndLaterOnesDoNot) {
 }
 
 TEST(DriverMemory, TheNextTargetAfterSleepMakesTheFanManualAgain) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     ASSERT_TRUE(smc.setFanSpeed(0, 3000));
     mac.sleepAndWake();
     ASSERT_FALSE(mac.controllerIsManual);
@@ -37,8 +37,8 @@ TEST(DriverMemory, TheNextTargetAfterSleepMakesTheFanManualAgain) {
 }
 
 TEST(DriverMemory, ATargetThatTheFirmwareChangedIsArmedAgain) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     ASSERT_TRUE(smc.setFanSpeed(0, 3000));
     mac.files[targetFile] = "1199\n";
     mac.controllerIsManual = false;
@@ -47,8 +47,8 @@ TEST(DriverMemory, ATargetThatTheFirmwareChangedIsArmedAgain) {
 }
 
 TEST(DriverMemory, AutomaticReachesTheControllerAlsoAfterTheDriverWasLoadedAgain) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     ASSERT_TRUE(smc.setFanSpeed(0, 3000));
     mac.reloadDriver();
     EXPECT_TRUE(smc.resetFan(0));
@@ -56,7 +56,7 @@ TEST(DriverMemory, AutomaticReachesTheControllerAlsoAfterTheDriverWasLoadedAgain
     EXPECT_FALSE(mac.files.contains(stateFile));
 }
 
-TEST(DriverMemory, ItIsArmedAgainAfterARestartASleepOrADriftAndOnlyThen) {
+TEST(DriverMemory, RearmsOnlyAfterARestartASleepOrADrift) {
     struct Row {
         const char* state;
         milliseconds slept;
@@ -82,8 +82,8 @@ TEST(DriverMemory, ItIsArmedAgainAfterARestartASleepOrADriftAndOnlyThen) {
           Row{"boot 0 -9223372036854775808", milliseconds(0), "3000", true},
           Row{"boot 0 9223372036854775807", milliseconds(0), "-9223372036854775808", true},
           Row{"boot 0 3000", milliseconds(0), "fast", true}}) {
-        PlayedMac mac;
-        SMC smc = openPlayed(mac);
+        FakeMac mac;
+        SMC smc = openFakeDriver(mac);
         mac.files[stateFile] = std::string(row.state) + "\n";
         mac.slept = row.slept;
         mac.files[targetFile] = std::string(row.target) + "\n";
@@ -93,10 +93,10 @@ TEST(DriverMemory, ItIsArmedAgainAfterARestartASleepOrADriftAndOnlyThen) {
     }
 }
 
-TEST(DriverMemory, AFanIsHandedBackByATargetWithinItsRangeAndThenNought) {
+TEST(DriverMemory, HandBackWritesATargetInRangeThenZero) {
     for (const auto& [target, harmless] : {std::pair("1500", "1500"), {"0", "1199"}, {"9000", "7199"}}) {
-        PlayedMac mac;
-        SMC smc = openPlayed(mac);
+        FakeMac mac;
+        SMC smc = openFakeDriver(mac);
         mac.files[targetFile] = std::string(target) + "\n";
         EXPECT_TRUE(smc.resetFan(0));
         EXPECT_THAT(mac.targetsWritten, ElementsAre(harmless, "0"));
@@ -104,8 +104,8 @@ TEST(DriverMemory, AFanIsHandedBackByATargetWithinItsRangeAndThenNought) {
 }
 
 TEST(DriverMemory, AFanWhoseTargetCannotBeReadIsHandedBackByItsMaximum) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     mac.failing[targetFile] = EIO;
     EXPECT_TRUE(smc.resetFan(0));
     EXPECT_THAT(mac.targetsWritten, ElementsAre("7199", "0"));
@@ -117,8 +117,8 @@ TEST(DriverMemory, AFanWhoseLimitsCannotBeReadIsHandedBackAllTheSame) {
          std::vector<std::vector<std::string>>{{"fan1_min"}, {"fan1_max"}, {"fan1_min", "fan1_max"}}) {
         for (const bool isTargetNought : {false, true}) {
             for (const bool isReloaded : {false, true}) {
-                PlayedMac mac;
-                SMC smc = openPlayed(mac);
+                FakeMac mac;
+                SMC smc = openFakeDriver(mac);
                 ASSERT_TRUE(smc.setFanSpeed(0, 3000));
                 for (const std::string& name : unreadable)
                     mac.failing[folder + name] = mac.barred[folder + name] = EIO;
@@ -136,9 +136,9 @@ TEST(DriverMemory, AFanWhoseLimitsCannotBeReadIsHandedBackAllTheSame) {
     }
 }
 
-TEST(DriverMemory, AFanOfWhichNothingIsKnownGetsTheNoughtAlone) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+TEST(DriverMemory, AnUnknownFanIsHandedBackWithZeroOnly) {
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     ASSERT_TRUE(smc.setFanSpeed(0, 3000));
     mac.targetsWritten.clear();
     for (const char* name : {"fan1_min", "fan1_max", "fan1_input", "fan1_target"})
@@ -148,9 +148,9 @@ TEST(DriverMemory, AFanOfWhichNothingIsKnownGetsTheNoughtAlone) {
     EXPECT_FALSE(mac.controllerIsManual);
 }
 
-TEST(DriverMemory, AHandBackSucceedsOrFailsWithItsNought) {
-    PlayedMac mac;
-    SMC smc = openPlayed(mac);
+TEST(DriverMemory, AHandBackFailsWhenZeroCannotBeWritten) {
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
     mac.barred[targetFile] = EIO;
     EXPECT_FALSE(smc.resetFan(0));
     EXPECT_THAT(mac.targetsWritten, IsEmpty());

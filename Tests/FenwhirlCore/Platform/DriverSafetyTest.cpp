@@ -60,7 +60,7 @@ TEST_F(DriverSafety, WhichTemperaturesBelongToTheProcessor) {
     }
 }
 
-TEST_F(DriverSafety, NoStyleOfDriverIsDrivenBlindlyAndEachIsHandedBack) {
+TEST_F(DriverSafety, WithoutATemperatureNoDriverIsControlledButEachIsHandedBack) {
     blind();
     EXPECT_FALSE(set());
     EXPECT_EQ(fan("manual"), "0");
@@ -70,7 +70,7 @@ TEST_F(DriverSafety, NoStyleOfDriverIsDrivenBlindlyAndEachIsHandedBack) {
     EXPECT_EQ(fan("manual"), "0");
 }
 
-TEST_F(DriverSafety, OnlyAFileOfRootAllowsDrivingBlindly) {
+TEST_F(DriverSafety, OnlyARootOwnedFileAllowsControlWithoutATemperature) {
     if (geteuid() != 0)
         GTEST_SKIP() << "the allowing file has to belong to root";
     blind();
@@ -125,7 +125,7 @@ TEST_F(DriverSafety, NoFanIsStopped) {
     EXPECT_EQ(fan("output"), "1");
 }
 
-TEST_F(DriverSafety, AFanWithoutUsableLimitsIsLeftToItsDriverWhereNoughtMeansAutomatic) {
+TEST_F(DriverSafety, AFanWithoutUsableLimitsCanOnlyBeHandedBack) {
     for (const auto& [lowest, highest] : {std::pair("0\n", "7199\n"),
                                           {"-1\n", "7199\n"},
                                           {"7200\n", "7199\n"},
@@ -146,7 +146,7 @@ TEST_F(DriverSafety, AFanWithoutUsableLimitsIsLeftToItsDriverWhereNoughtMeansAut
     }
 }
 
-TEST_F(DriverSafety, WhatItRemembersLiesInAFolderThatOnlyItsOwnerWrites) {
+TEST_F(DriverSafety, StateIsKeptInAFolderThatOnlyItsOwnerCanWrite) {
     tree.makeAppleSiliconLaptop();
     tree.addProcessorSensors();
     const fs::path folder = fs::path(tree.root()) / "run/fenwhirl";
@@ -160,7 +160,7 @@ TEST_F(DriverSafety, WhatItRemembersLiesInAFolderThatOnlyItsOwnerWrites) {
     EXPECT_FALSE(fs::exists(folder / "fan0")) << "others could write here, so nothing is kept";
 }
 
-TEST_F(DriverSafety, ALinkInPlaceOfWhatItRemembersLeadsNowhere) {
+TEST_F(DriverSafety, ALinkInPlaceOfTheStateFileIsNotFollowed) {
     tree.makeAppleSiliconLaptop();
     tree.addProcessorSensors();
     tree.write("precious", "precious\n", true);

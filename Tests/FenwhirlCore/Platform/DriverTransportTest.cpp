@@ -105,7 +105,7 @@ TEST(DriverTransport, RefusesManualControlWhereNoTemperatureBelongsToTheProcesso
     EXPECT_EQ(tree.read("run/fenwhirl/fan0"), "");
 }
 
-TEST(DriverTransport, HandsAFanBackWithAHarmlessTargetAndThenNought) {
+TEST(DriverTransport, HandsAFanBackWithASafeTargetThenZero) {
     DriverTree tree;
     tree.makeAppleSiliconLaptop();
     const auto smc = open(tree);
@@ -160,7 +160,7 @@ TEST(DriverTransport, WritesNothingWhenTheDriverAllowsNoFanControl) {
     EXPECT_EQ(tree.read(tree.device() + "/fan1_target"), "0");
 }
 
-TEST(DriverTransport, GivesAKeyOfItsOwnToASensorThatNobodyKnows) {
+TEST(DriverTransport, GivesAnUnknownSensorAGeneratedKey) {
     DriverTree tree;
     tree.makeAppleSiliconLaptop();
     tree.remove("sys/firmware");

@@ -110,7 +110,7 @@ TEST(SocketTransport, AKernelErrorFailsThatCallAlone) {
     EXPECT_EQ(faulty.service.connections(), 1);
 }
 
-TEST(SocketTransport, NoSocketCannotBeOpened) {
+TEST(SocketTransport, AMissingSocketCannotBeOpened) {
     EXPECT_EQ(SocketTransport::open("/nonexistent/AppleSMC"), nullptr);
     EXPECT_EQ(SocketTransport::open(""), nullptr);
     EXPECT_EQ(SocketTransport::open("/tmp/" + std::string(200, 'x')), nullptr);
@@ -154,7 +154,7 @@ TEST(SocketTransport, MalformedRepliesFailTheirCallAndNoOther) {
     }
 }
 
-TEST(SocketTransport, ByteByByteDeliveryIsNoReply) {
+TEST(SocketTransport, AReplyInOneBytePacketsIsRejected) {
     std::atomic_flag isSent;
     Faulty faulty([&](int connection, const SMCParam& request, int) {
         for (const std::uint8_t byte : replyBytes(KernelReturn::success, request))
@@ -170,7 +170,7 @@ TEST(SocketTransport, ByteByByteDeliveryIsNoReply) {
         expectAnswered(*faulty.transport, number);
 }
 
-TEST(SocketTransport, ASilenceIsForEverAfterItsLimit) {
+TEST(SocketTransport, ATimeoutKillsTheConnection) {
     Faulty faulty([](int, const SMCParam&, int) { return true; });
     expectAnswered(*faulty.transport, 0);
     auto start = std::chrono::steady_clock::now();
@@ -221,7 +221,7 @@ TEST(SocketTransport, ALateReplyNeverAnswersTheNextCall) {
     close(late);
 }
 
-TEST(SocketTransport, AnEndOfStreamIsForEver) {
+TEST(SocketTransport, AnEndOfStreamKillsTheConnection) {
     Faulty faulty([](int, const SMCParam&, int) { return false; });
     expectAnswered(*faulty.transport, 0);
     EXPECT_FALSE(faulty.transport->call(numbered(1)));
@@ -377,7 +377,7 @@ protected:
     SocketService service = SocketService([](int c, const SMCParam& r, int) { return answer(c, r, 7); });
 };
 
-TEST_F(SocketTrust, RootWantsAFolderOfRootThatNobodyElseCanWrite) {
+TEST_F(SocketTrust, RootRequiresAFolderThatOnlyRootCanWrite) {
     const std::string folder = service.folder();
     for (const mode_t mode : {0700U, 0755U, 0555U}) {
         ASSERT_EQ(chmod(folder.c_str(), mode), 0);

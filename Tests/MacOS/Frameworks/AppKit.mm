@@ -72,7 +72,7 @@ static std::vector<FakeMonitor*>& monitors() {
 @implementation NSEvent
 
 static FakeMonitor* addMonitor(NSEventMask mask) {
-    FakeMac::wantMainThread("a monitor of events");
+    FakeMac::requireMainThread("a monitor of events");
     if (!FakeMac::settings().makesMonitors)
         return nil;
     FakeMonitor* monitor = [[FakeMonitor alloc] init];
@@ -163,7 +163,7 @@ void FakeMac::sendAction(SEL action, id target, id sender) {
 @implementation NSButton
 
 - (void)highlight:(BOOL)flag {
-    FakeMac::wantMainThread("-[NSButton highlight:]");
+    FakeMac::requireMainThread("-[NSButton highlight:]");
     self.isHighlighted = flag;
 }
 
@@ -231,7 +231,7 @@ CGFloat& FakeMac::lastWeight() {
 - (void)drawInRect:(NSRect)rect {
     FakeMac::note("-[NSImage drawInRect:] " + std::to_string(rect.size.width) + " x " +
                   std::to_string(rect.size.height));
-    NSBitmapImageRep* bitmap = FakeMac::drawnInto();
+    NSBitmapImageRep* bitmap = FakeMac::currentBitmap();
     if (bitmap == nil) {
         FakeMac::violate("a picture was drawn without a context");
         return;
@@ -336,7 +336,7 @@ static std::vector<NSGraphicsContext*>& savedContexts() {
 
 @end
 
-NSBitmapImageRep* FakeMac::drawnInto() {
+NSBitmapImageRep* FakeMac::currentBitmap() {
     return theContext.bitmap;
 }
 
@@ -382,7 +382,7 @@ NSBitmapImageRep* FakeMac::drawnInto() {
 }
 
 - (void)addItem:(NSMenuItem*)item {
-    FakeMac::wantMainThread("-[NSMenu addItem:]");
+    FakeMac::requireMainThread("-[NSMenu addItem:]");
     items_.push_back(item);
 }
 
@@ -411,7 +411,7 @@ static std::vector<NSStatusItem*>& items() {
 }
 
 - (NSStatusItem*)statusItemWithLength:(CGFloat)length {
-    FakeMac::wantMainThread("-[NSStatusBar statusItemWithLength:]");
+    FakeMac::requireMainThread("-[NSStatusBar statusItemWithLength:]");
     NSStatusItem* item = [[NSStatusItem alloc] init];
     item.length = length;
     item.visible = YES;
@@ -423,14 +423,14 @@ static std::vector<NSStatusItem*>& items() {
         window.visible = YES;
         window.occlusionState = NSWindowOcclusionStateVisible;
         item.button.window = window;
-        FakeMac::windowsOfItems().push_back(window);
+        FakeMac::statusItemWindows().push_back(window);
     }
     items().push_back(item);
     return item;
 }
 
 - (void)removeStatusItem:(NSStatusItem*)item {
-    FakeMac::wantMainThread("-[NSStatusBar removeStatusItem:]");
+    FakeMac::requireMainThread("-[NSStatusBar removeStatusItem:]");
     auto& all = items();
     for (std::size_t i = 0; i < all.size(); ++i)
         if (all[i] == item) {
@@ -443,7 +443,7 @@ static std::vector<NSStatusItem*>& items() {
 
 @end
 
-std::vector<NSWindow*>& FakeMac::windowsOfItems() {
+std::vector<NSWindow*>& FakeMac::statusItemWindows() {
     static auto* instance = new std::vector<NSWindow*>;
     return *instance;
 }
@@ -458,7 +458,7 @@ std::vector<NSStatusItem*> FakeMac::statusItems() {
 }
 
 static void did(const char* what) {
-    FakeMac::wantMainThread(what);
+    FakeMac::requireMainThread(what);
     FakeMac::note(what);
 }
 
@@ -467,7 +467,7 @@ static void did(const char* what) {
 }
 
 - (void)setStyleMask:(NSWindowStyleMask)mask {
-    FakeMac::wantMainThread("-[NSWindow setStyleMask:]");
+    FakeMac::requireMainThread("-[NSWindow setStyleMask:]");
     styleMask_ = mask;
 }
 
@@ -599,7 +599,7 @@ const NSAccessibilityNotificationUserInfoKey NSAccessibilityPriorityKey = @"NSAc
 void NSAccessibilityPostNotificationWithUserInfo(
     id element, NSAccessibilityNotificationName notification,
     NSDictionary<NSAccessibilityNotificationUserInfoKey, id>* userInfo) {
-    FakeMac::wantMainThread("NSAccessibilityPostNotificationWithUserInfo");
+    FakeMac::requireMainThread("NSAccessibilityPostNotificationWithUserInfo");
     if (element == nil || ![notification isEqualToString:NSAccessibilityAnnouncementRequestedNotification])
         FakeMac::violate("an announcement of nothing, or of another kind");
     NSString* text = userInfo[NSAccessibilityAnnouncementKey];
@@ -618,7 +618,7 @@ __kindof NSApplication* NSApp = nil;
 }
 
 + (NSApplication*)sharedApplication {
-    FakeMac::wantMainThread("+[NSApplication sharedApplication]");
+    FakeMac::requireMainThread("+[NSApplication sharedApplication]");
     if (NSApp == nil) {
         NSApp = [[NSApplication alloc] init];
         [NSApp setActivationPolicy:NSApplicationActivationPolicyProhibited];
@@ -636,7 +636,7 @@ __kindof NSApplication* NSApp = nil;
 }
 
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
-    FakeMac::wantMainThread("-[NSApplication setActivationPolicy:]");
+    FakeMac::requireMainThread("-[NSApplication setActivationPolicy:]");
     FakeMac::note("policy " + std::to_string(policy));
     policy_ = policy;
     return YES;
@@ -694,7 +694,7 @@ __kindof NSApplication* NSApp = nil;
 }
 
 - (void)setAppearance:(NSAppearance*)appearance {
-    FakeMac::wantMainThread("-[NSApplication setAppearance:]");
+    FakeMac::requireMainThread("-[NSApplication setAppearance:]");
     appearance_ = appearance;
     FakeMac::changeValue(self, @"effectiveAppearance");
 }
@@ -803,7 +803,7 @@ void forgetAppKit() {
         FakeMac::violate("a graphics state was left behind");
     monitors().clear();
     items().clear();
-    FakeMac::windowsOfItems().clear();
+    FakeMac::statusItemWindows().clear();
     savedContexts().clear();
     theContext = nil;
     theStatusBar = nil;

@@ -28,7 +28,7 @@ void violate(const std::string& what); // any thread
 std::vector<std::string> takeViolations();
 
 // Records a violation when `call` is not made on the thread that the tests started on.
-void wantMainThread(const char* call);
+void requireMainThread(const char* call);
 bool isMainThread();
 
 // Records a violation for whatever a test has left behind, then resets everything to the state at process
@@ -91,9 +91,9 @@ std::vector<NSStatusItem*> statusItems();
 std::vector<QString> activities();
 
 // The bitmap of the current graphics context, and the windows that contain the status items.
-NSBitmapImageRep* drawnInto();
+NSBitmapImageRep* currentBitmap();
 CGFloat& lastWeight(); // of the symbol configuration that was made last
-std::vector<NSWindow*>& windowsOfItems();
+std::vector<NSWindow*>& statusItemWindows();
 
 // Calls an action as the event loop does, in its own autorelease pool.
 void sendAction(SEL action, id target, id sender);

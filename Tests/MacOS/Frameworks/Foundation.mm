@@ -663,7 +663,7 @@ bool FakeMac::isMainThread() {
     return std::this_thread::get_id() == record().mainThread;
 }
 
-void FakeMac::wantMainThread(const char* call) {
+void FakeMac::requireMainThread(const char* call) {
     if (!isMainThread())
         violate(std::string(call) + " off the main thread");
 }

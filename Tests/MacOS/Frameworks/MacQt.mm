@@ -47,7 +47,7 @@ std::map<const QWindow*, Native>& natives() {
 // Overrides Qt's own function. On macOS the identifier is the address of an NSView, which is created together
 // with its NSWindow by the first call.
 WId QWindow::winId() const {
-    FakeMac::wantMainThread("QWindow::winId");
+    FakeMac::requireMainThread("QWindow::winId");
     Native& native = natives()[this];
     if (native.view == nil) {
         native.view = [[NSView alloc] init];

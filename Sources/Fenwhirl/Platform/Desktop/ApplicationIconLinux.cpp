@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr qint64 longestFile = qint64{256} * 1024; // bytes
+constexpr qint64 maxFileSize = qint64{256} * 1024; // bytes
 
 // The base name of the desktop entry. For both "/opt/Firefox.app" and "/usr/lib/firefox" it is "firefox".
 QString entryName(const QString& applicationPath) {
@@ -24,7 +24,7 @@ QString iconIn(const QString& file) {
     if (!entry.open(QIODevice::ReadOnly))
         return {};
     bool isInside = false;
-    for (const QByteArray& raw : entry.read(longestFile).split('\n')) {
+    for (const QByteArray& raw : entry.read(maxFileSize).split('\n')) {
         const QByteArray line = raw.trimmed();
         if (line.startsWith('['))
             isInside = line == "[Desktop Entry]";

@@ -89,7 +89,7 @@ void InstanceLock::heard() {
         Q_EMIT called();
 }
 
-bool InstanceLock::callHolder(const QByteArray& word) const {
+bool InstanceLock::notifyHolder(const QByteArray& word) const {
     if (folder_.isEmpty() || word.contains(lineEnd) || word.size() >= longestCall)
         return false;
     const int pipe = open(file(pipeName).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);

@@ -39,7 +39,7 @@ public:
     // Wakes the instance that has the lock and, unless `word` is empty, sends it that message. Does not wait
     // for it. False when that instance does not listen, for example while it is just starting or just ending,
     // and when the message is too long for one call or contains a line break.
-    [[nodiscard]] bool callHolder(const QByteArray& word = {}) const;
+    [[nodiscard]] bool notifyHolder(const QByteArray& word = {}) const;
 
 Q_SIGNALS:
     // Another process has called this one, which has the lock and listens.

@@ -69,7 +69,7 @@ public:
                              queue:NSOperationQueue.mainQueue
                         usingBlock:^(NSNotification* notification) {
                           (void)notification;
-                          putUp();
+                          installMenus();
                         }];
         }
     }
@@ -87,7 +87,7 @@ public:
 
     void show(const QList<Menu>& menus) override {
         @autoreleasepool {
-            // The old targets must live until `putUp` has replaced the old menus.
+            // The old targets must live until `installMenus` has replaced the old menus.
             const std::vector<FenwhirlMenuTarget*> before = std::exchange(targets_, {});
             bar_ = [[NSMenu alloc] initWithTitle:@""];
             services_ = nil;
@@ -100,7 +100,7 @@ public:
                 place.submenu = make(menu);
                 [bar_ addItem:place];
             }
-            putUp();
+            installMenus();
         }
     }
 
@@ -138,7 +138,7 @@ private:
         return made;
     }
 
-    void putUp() {
+    void installMenus() {
         if (bar_ == nil)
             return;
         @autoreleasepool {

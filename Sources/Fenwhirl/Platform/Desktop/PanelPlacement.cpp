@@ -28,7 +28,7 @@ QPoint panelPosition(const QRect& item, QSize panel, const QRect& screen) {
     return {x, inside(y, panel.height(), screen.y(), bottom)};
 }
 
-QRect placeFromTop(const QRectF& fromBottom, double firstScreenHeight) {
+QRect fromBottomLeftOrigin(const QRectF& fromBottom, double firstScreenHeight) {
     const double top = firstScreenHeight - fromBottom.y() - fromBottom.height();
     return QRectF(fromBottom.x(), top, fromBottom.width(), fromBottom.height()).toRect();
 }

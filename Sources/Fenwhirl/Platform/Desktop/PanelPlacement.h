@@ -16,4 +16,4 @@
 // Converts a rectangle from macOS coordinates to Qt's. macOS counts upwards from the bottom of its first
 // screen, which is `firstScreenHeight` points high; Qt counts downwards from that screen's top. Correct for
 // rectangles on other screens, too.
-[[nodiscard]] QRect placeFromTop(const QRectF& fromBottom, double firstScreenHeight);
+[[nodiscard]] QRect fromBottomLeftOrigin(const QRectF& fromBottom, double firstScreenHeight);

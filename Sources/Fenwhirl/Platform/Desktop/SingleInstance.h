@@ -33,7 +33,7 @@ public:
     virtual void raiseFirst() = 0;
     // Has the first instance perform a named action without showing itself; waits as `raiseFirst` does. False
     // when the request certainly did not arrive.
-    [[nodiscard]] virtual bool tellFirst(const QString& action) = 0;
+    [[nodiscard]] virtual bool notifyFirst(const QString& action) = 0;
 
 Q_SIGNALS:
     // Another instance asks this process to show itself. `token` is the desktop's permission to take the

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int raiseTimeoutMilliseconds = 3000;
 // The time within which the bus certainly notices that a program has died, and releases its name.
-constexpr auto nameOfTheDeadLastsAtMost = std::chrono::milliseconds(500);
+constexpr auto deadOwnerGracePeriod = std::chrono::milliseconds(500);
 
 QString serviceName() {
     return QStringLiteral("com.fenwhirl.app");
@@ -84,7 +84,7 @@ bool SingleInstanceLinux::joinBus() {
     // Registered before the name, so that whoever finds the name also finds the object. If the registration
     // is refused, callers get an error and use the pipe.
     hasObject_ = bus_.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
-    const QDeadlineTimer deadline(nameOfTheDeadLastsAtMost);
+    const QDeadlineTimer deadline(deadOwnerGracePeriod);
     for (;;) {
         const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
             bus_.interface()->registerService(serviceName());
@@ -124,12 +124,12 @@ void SingleInstanceLinux::raiseFirst() {
     if (!token.isEmpty())
         platformData.insert(QStringLiteral("activation-token"), token);
     if (!callFirst(QStringLiteral("Activate"), {platformData}))
-        static_cast<void>(lock_.callHolder());
+        static_cast<void>(lock_.notifyHolder());
 }
 
-bool SingleInstanceLinux::tellFirst(const QString& action) {
+bool SingleInstanceLinux::notifyFirst(const QString& action) {
     return callFirst(QStringLiteral("ActivateAction"), {action, QVariantList(), QVariantMap()}) ||
-           lock_.callHolder(action.toUtf8());
+           lock_.notifyHolder(action.toUtf8());
 }
 
 bool SingleInstanceLinux::callFirst(const QString& method, const QVariantList& arguments) const {

@@ -25,7 +25,7 @@ public:
 
     [[nodiscard]] bool becomeFirst() override;
     void raiseFirst() override;
-    [[nodiscard]] bool tellFirst(const QString& action) override;
+    [[nodiscard]] bool notifyFirst(const QString& action) override;
 
 public Q_SLOTS:
     // The methods of org.freedesktop.Application.

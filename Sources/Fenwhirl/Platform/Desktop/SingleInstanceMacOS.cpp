@@ -30,9 +30,9 @@ public:
         return true;
     }
 
-    void raiseFirst() override { static_cast<void>(lock_.callHolder()); }
+    void raiseFirst() override { static_cast<void>(lock_.notifyHolder()); }
 
-    bool tellFirst(const QString& action) override { return lock_.callHolder(action.toUtf8()); }
+    bool notifyFirst(const QString& action) override { return lock_.notifyHolder(action.toUtf8()); }
 
 private:
     InstanceLock lock_;

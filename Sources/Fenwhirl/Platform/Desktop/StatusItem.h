@@ -3,7 +3,7 @@
 //
 // On macOS an NSStatusItem shows symbol and text side by side. On Linux the item is a StatusNotifierItem
 // where the desktop has a host for such items, otherwise an icon in the classic tray. GNOME's bar shows the
-// whole text beside the symbol. Elsewhere the temperature is drawn beside the symbol, as StatusHostHabits
+// whole text beside the symbol. Elsewhere the temperature is drawn beside the symbol, as StatusHostQuirks
 // says, and the whole text is the tool tip. Hosts and trays may appear late, disappear, and come back; the
 // item follows them.
 //
@@ -29,7 +29,7 @@ struct StatusMenuEntry {
     std::function<void()> choose = {};  // called on the main thread
     std::optional<bool> isCurrent = {}; // set for a radio entry; at most one of a group is current
 
-    [[nodiscard]] bool isLine() const { return text.isEmpty(); }
+    [[nodiscard]] bool isSeparator() const { return text.isEmpty(); }
 };
 
 using StatusMenu = std::vector<StatusMenuEntry>;

@@ -64,14 +64,14 @@ void StatusItemLinux::showNotifierItem() {
     if (classic_)
         classic_->hide();
     forgetIcons();
-    habits_ = statusHostHabits(host_.program());
-    if (habits_.text == StatusHostHabits::Text::asLabel)
-        item_ = std::make_unique<LabelledStatusNotifierItem>(bus_, habits_);
+    quirks_ = statusHostHabits(host_.program());
+    if (quirks_.text == StatusHostQuirks::Text::asLabel)
+        item_ = std::make_unique<LabelledStatusNotifierItem>(bus_, quirks_);
     else
-        item_ = std::make_unique<StatusNotifierItem>(bus_, habits_);
+        item_ = std::make_unique<StatusNotifierItem>(bus_, quirks_);
     connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel, const QString& token) {
         // Hosts that do not know the item's position send zeros. The pointer was on the item a moment ago.
-        const bool known = habits_.tellsPlaces && !pixel.isNull();
+        const bool known = quirks_.reportsClickPosition && !pixel.isNull();
         const QPoint place = known ? pointOfPixel(pixel) : QCursor::pos();
         Q_EMIT activated(QRect(place, QSize(0, 0)), token);
     });
@@ -84,7 +84,7 @@ void StatusItemLinux::showNotifierItem() {
 void StatusItemLinux::showClassicIcon() {
     item_.reset();
     forgetIcons();
-    habits_ = {.text = StatusHostHabits::Text::inIcon};
+    quirks_ = {.text = StatusHostQuirks::Text::inIcon};
     askedWidth_ = 0;
     if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
         return; // the classic tray needs widgets
@@ -120,7 +120,7 @@ void StatusItemLinux::setMenu(const StatusMenu& menu) {
 void StatusItemLinux::showClassicMenu() {
     classicMenu_ = std::make_unique<QMenu>();
     for (const StatusMenuEntry& entry : menu_) {
-        if (entry.isLine()) {
+        if (entry.isSeparator()) {
             classicMenu_->addSeparator();
             continue;
         }
@@ -143,8 +143,8 @@ void StatusItemLinux::setText(const QString& text, const QString& shortText) {
 }
 
 void StatusItemLinux::updateContent() {
-    const bool written = habits_.text == StatusHostHabits::Text::asLabel;
-    const IconKey wanted(written ? QString() : shortText_, habits_.barIsDark || appearance_->isDark());
+    const bool written = quirks_.text == StatusHostQuirks::Text::asLabel;
+    const IconKey wanted(written ? QString() : shortText_, quirks_.barIsDark || appearance_->isDark());
     const bool changes = shown_ != wanted;
     shown_ = wanted;
     if (item_) {
@@ -163,7 +163,7 @@ void StatusItemLinux::updateContent() {
 void StatusItemLinux::setClassicIcon(const IconKey& key) {
     QWidget* const window = classicWindow();
     if (window != nullptr && window->width() < askedWidth_) {
-        habits_.text = StatusHostHabits::Text::inSquare;
+        quirks_.text = StatusHostQuirks::Text::inSquare;
         drawn_.clear();
     }
     const QList<QImage> images = icons(key);
@@ -186,7 +186,7 @@ QList<QImage> StatusItemLinux::icons(const IconKey& key) {
     if (const QList<QImage>* drawn = drawn_.object(key))
         return *drawn;
     const StatusIconShape shape =
-        habits_.text == StatusHostHabits::Text::inIcon ? StatusIconShape::wide : StatusIconShape::square;
+        quirks_.text == StatusHostQuirks::Text::inIcon ? StatusIconShape::wide : StatusIconShape::square;
     QList<QImage> made;
     for (const int height : {22, 24, 32, 44, 48}) // common sizes, so that hosts rarely have to scale
         made.append(statusIcon(symbol_, key.first, height, key.second, shape));

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/Desktop/StatusHostHabits.h"
+#include "Fenwhirl/Platform/Desktop/StatusHostQuirks.h"
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 #include "Fenwhirl/Platform/Desktop/StatusNotifierHost.h"
 #include "Fenwhirl/Platform/Desktop/StatusNotifierItem.h"
@@ -42,7 +42,7 @@ private:
     SymbolPainter symbol_;
     QDBusConnection bus_;
     StatusNotifierHost host_;
-    StatusHostHabits habits_; // of the host that shows the item now
+    StatusHostQuirks quirks_; // of the host that shows the item now
     std::unique_ptr<SystemAppearance> appearance_;
     std::unique_ptr<StatusNotifierItem> item_;
     std::unique_ptr<QSystemTrayIcon> classic_;

@@ -102,8 +102,9 @@ private:
         @autoreleasepool {
             const NSRect frame = item_.button.window.frame;
             const NSRect firstScreen = NSScreen.screens.count > 0 ? NSScreen.screens[0].frame : NSRect{};
-            return placeFromTop(QRectF(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height),
-                                firstScreen.size.height);
+            return fromBottomLeftOrigin(
+                QRectF(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height),
+                firstScreen.size.height);
         }
     }
 

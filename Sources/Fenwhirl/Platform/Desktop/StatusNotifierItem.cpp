@@ -75,12 +75,12 @@ QDBusConnection ownConnection(const QDBusConnection& bus) {
 
 } // namespace
 
-StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const StatusHostHabits& habits,
+StatusNotifierItem::StatusNotifierItem(const QDBusConnection& bus, const StatusHostQuirks& quirks,
                                        std::chrono::milliseconds textPause, QObject* parent)
     : QObject(parent)
     , bus_(ownConnection(bus))
     , sharedBus_(bus.name())
-    , habits_(habits)
+    , quirks_(quirks)
     , textPause_(textPause) {
     qDBusRegisterMetaType<StatusNotifierPixmap>();
     qDBusRegisterMetaType<StatusNotifierPixmaps>();
@@ -108,7 +108,7 @@ void StatusNotifierItem::announce() {
     QDBusMessage call = QDBusMessage::createMethodCall(
         StatusNotifierHost::watcherService(), StatusNotifierHost::watcherPath(),
         StatusNotifierHost::watcherService(), QStringLiteral("RegisterStatusNotifierItem"));
-    call << (habits_.dropsNames ? bus_.baseService() : service_);
+    call << (quirks_.needsUniqueName ? bus_.baseService() : service_);
     bus_.send(call);
 }
 
@@ -122,17 +122,17 @@ void StatusNotifierItem::setIcons(const QList<QImage>& icons) {
 
 void StatusNotifierItem::setText(const QString& text) {
     const bool changes = std::exchange(title_, text) != text;
-    if (changes && habits_.text == StatusHostHabits::Text::asLabel)
+    if (changes && quirks_.text == StatusHostQuirks::Text::asLabel)
         Q_EMIT XAyatanaNewLabel(title_, title_);
     const bool mayTell =
         iconChanged_ || !told_.isValid() || std::chrono::milliseconds(told_.elapsed()) >= textPause_;
-    if (title_ == toldTitle_ || !mayTell)
+    if (title_ == notifiedTitle_ || !mayTell)
         return;
     // Hosts read everything again after each signal, so unnecessary signals are avoided.
     if (std::exchange(iconChanged_, false) || !told_.isValid())
         Q_EMIT NewTitle();
     told_.start();
-    toldTitle_ = title_;
+    notifiedTitle_ = title_;
     Q_EMIT NewToolTip();
 }
 
@@ -150,7 +150,7 @@ QString StatusNotifierItem::status() const {
 
 // Does nothing for a host that would show the menu at a click that should open the panel.
 void StatusNotifierItem::setMenu(StatusMenu menu) {
-    if (habits_.wantsMenu)
+    if (quirks_.requiresMenu)
         return;
     const bool isNew = !menu_;
     if (isNew)
@@ -164,7 +164,7 @@ void StatusNotifierItem::setMenu(StatusMenu menu) {
 // The protocol has a special path for "no menu". A host that requires a menu is given the path of one that
 // does not exist, which it treats as empty.
 QDBusObjectPath StatusNotifierItem::menu() const {
-    return QDBusObjectPath(habits_.wantsMenu || menu_ ? menuPath() : QStringLiteral("/NO_DBUSMENU"));
+    return QDBusObjectPath(quirks_.requiresMenu || menu_ ? menuPath() : QStringLiteral("/NO_DBUSMENU"));
 }
 
 // GNOME's extension reserves a single click for menus and calls Activate on a double click. Until an Activate
@@ -172,7 +172,7 @@ QDBusObjectPath StatusNotifierItem::menu() const {
 // Activate that always fails keeps it in that state. The error is "cancelled" in the notation of its library,
 // because it is the only error that the extension does not write to the journal.
 void StatusNotifierItem::Activate(int x, int y) {
-    if (habits_.countsPresses && calledFromDBus())
+    if (quirks_.needsFailedActivate && calledFromDBus())
         sendErrorReply(QStringLiteral("org.gtk.GDBus.UnmappedGError.Quark._g_2dio_2derror_2dquark.Code19"),
                        QStringLiteral("done"));
     choose(x, y);

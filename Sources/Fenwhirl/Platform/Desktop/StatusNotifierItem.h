@@ -8,7 +8,7 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/Desktop/StatusHostHabits.h"
+#include "Fenwhirl/Platform/Desktop/StatusHostQuirks.h"
 #include "Fenwhirl/Platform/Desktop/StatusNotifierMenu.h"
 
 #include <QByteArray>
@@ -69,7 +69,7 @@ public:
     static constexpr std::chrono::seconds usualTextPause = std::chrono::seconds(10);
 
     // While the icon stays the same, the host is notified of new texts at most once per `textPause`.
-    explicit StatusNotifierItem(const QDBusConnection& bus, const StatusHostHabits& habits = {},
+    explicit StatusNotifierItem(const QDBusConnection& bus, const StatusHostQuirks& quirks = {},
                                 std::chrono::milliseconds textPause = usualTextPause,
                                 QObject* parent = nullptr);
     ~StatusNotifierItem() override;
@@ -135,12 +135,12 @@ private:
 
     QDBusConnection bus_;
     QString sharedBus_; // the name of the application's connection, which bus_ is when no second one was made
-    StatusHostHabits habits_;
+    StatusHostQuirks quirks_;
     QString service_;
     QString token_;
     std::chrono::milliseconds textPause_;
     QString title_;
-    QString toldTitle_;        // the text of the last notification
+    QString notifiedTitle_;    // the text of the last notification
     QElapsedTimer told_;       // since that notification
     bool iconChanged_ = false; // since that notification
     StatusNotifierPixmaps icon_;

@@ -60,7 +60,7 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuEvent& 
 namespace {
 
 // Doubles underscores, because a single one would mark the next character as an access key.
-QString withoutMarks(QString text) {
+QString escapedUnderscores(QString text) {
     return text.replace(u'_', QStringLiteral("__"));
 }
 
@@ -85,10 +85,10 @@ QVariantMap StatusNotifierMenu::properties(int id, const QStringList& names) con
         all.insert(QStringLiteral("children-display"), QStringLiteral("submenu"));
     } else {
         const StatusMenuEntry& entry = entries_.at(static_cast<std::size_t>(id - 1));
-        if (entry.isLine())
+        if (entry.isSeparator())
             all.insert(QStringLiteral("type"), QStringLiteral("separator"));
         else
-            all.insert(QStringLiteral("label"), withoutMarks(entry.text));
+            all.insert(QStringLiteral("label"), escapedUnderscores(entry.text));
         if (entry.isCurrent) {
             all.insert(QStringLiteral("toggle-type"), QStringLiteral("radio"));
             all.insert(QStringLiteral("toggle-state"), *entry.isCurrent ? 1 : 0);

@@ -20,14 +20,14 @@
 [[nodiscard]] Qt::WindowFlags statusPanelFlags();
 
 // How the panel stands out from what is under it.
-enum class PanelSurroundings {
+enum class PanelCompositing {
     cut,         // windows are opaque, so the panel's window is cut to its shape (X11 without a compositor)
     translucent, // windows can be translucent, and the system draws their shadows (macOS)
     shadowed,    // the window has a translucent margin in which it draws its own shadow (Linux)
 };
 
 // The state at this moment: compositors start and stop.
-[[nodiscard]] PanelSurroundings panelSurroundings();
+[[nodiscard]] PanelCompositing panelSurroundings();
 
 // Call this once for each panel, before it is first shown or positioned.
 void prepareStatusPanel(QWindow& window);
@@ -43,18 +43,18 @@ void grabPresses(QWindow& window);
 // While this object exists, calls `outside` when the user clicks outside the shown panel or switches to
 // another program, as far as `grabPresses` and the loss of focus do not cover this. `item` is the status
 // item's geometry; clicks on it are ignored here, because the item reports them.
-class PressWatch {
+class OutsideClickMonitor {
 public:
     // Null where nothing needs to be watched (Linux).
-    [[nodiscard]] static std::unique_ptr<PressWatch> begin(QWindow& panel, const QRect& item,
-                                                           std::function<void()> outside);
+    [[nodiscard]] static std::unique_ptr<OutsideClickMonitor> begin(QWindow& panel, const QRect& item,
+                                                                    std::function<void()> outside);
 
-    virtual ~PressWatch() = default;
-    PressWatch(const PressWatch&) = delete;
-    PressWatch& operator=(const PressWatch&) = delete;
+    virtual ~OutsideClickMonitor() = default;
+    OutsideClickMonitor(const OutsideClickMonitor&) = delete;
+    OutsideClickMonitor& operator=(const OutsideClickMonitor&) = delete;
 
 protected:
-    PressWatch() = default;
+    OutsideClickMonitor() = default;
 };
 
 // Whether windows lose the focus to whatever the pointer crosses on its way to them, as under most Wayland

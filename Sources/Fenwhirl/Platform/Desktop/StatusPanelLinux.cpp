@@ -60,8 +60,8 @@ Qt::WindowFlags statusPanelFlags() {
 
 void prepareStatusPanel(QWindow& /*window*/) {}
 
-std::unique_ptr<PressWatch> PressWatch::begin(QWindow& /*panel*/, const QRect& /*item*/,
-                                              std::function<void()> /*outside*/) {
+std::unique_ptr<OutsideClickMonitor> OutsideClickMonitor::begin(QWindow& /*panel*/, const QRect& /*item*/,
+                                                                std::function<void()> /*outside*/) {
     return nullptr;
 }
 
@@ -84,11 +84,11 @@ bool focusFollowsPointer() {
     return isWayland() && !desktop.contains(u"KDE") && !desktop.contains(u"GNOME");
 }
 
-PanelSurroundings panelSurroundings() {
+PanelCompositing panelSurroundings() {
     if (isWayland())
-        return PanelSurroundings::shadowed;
+        return PanelCompositing::shadowed;
     xcb_connection_t* const server = connection();
-    return server != nullptr && hasCompositor(server) ? PanelSurroundings::shadowed : PanelSurroundings::cut;
+    return server != nullptr && hasCompositor(server) ? PanelCompositing::shadowed : PanelCompositing::cut;
 }
 
 void declareShadow(QWindow& window, const QMargins& margins) {

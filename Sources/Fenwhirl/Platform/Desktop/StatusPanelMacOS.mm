@@ -23,9 +23,9 @@ bool isOtherWindow(NSWindow* native, const QWindow* panel) {
     return false;
 }
 
-class PressWatchMacOS final : public PressWatch {
+class OutsideClickMonitorMacOS final : public OutsideClickMonitor {
 public:
-    PressWatchMacOS(QWindow& panel, const QRect& item, std::function<void()> outside)
+    OutsideClickMonitorMacOS(QWindow& panel, const QRect& item, std::function<void()> outside)
         : panel_(panel)
         , item_(item)
         , outside_(std::move(outside)) {
@@ -56,7 +56,7 @@ public:
         }
     }
 
-    ~PressWatchMacOS() override {
+    ~OutsideClickMonitorMacOS() override {
         @autoreleasepool {
             // A monitor that could not be installed is nil, which removeMonitor does not accept.
             if (elsewhere_ != nil)
@@ -67,8 +67,8 @@ public:
         }
     }
 
-    PressWatchMacOS(const PressWatchMacOS&) = delete;
-    PressWatchMacOS& operator=(const PressWatchMacOS&) = delete;
+    OutsideClickMonitorMacOS(const OutsideClickMonitorMacOS&) = delete;
+    OutsideClickMonitorMacOS& operator=(const OutsideClickMonitorMacOS&) = delete;
 
 private:
     // Ignores clicks on the status item, which closes the panel itself, however long that takes.
@@ -114,17 +114,17 @@ void showStatusPanel(QWindow& window, const QString& /*token*/) {
 
 void grabPresses(QWindow& /*window*/) {}
 
-std::unique_ptr<PressWatch> PressWatch::begin(QWindow& panel, const QRect& item,
-                                              std::function<void()> outside) {
-    return std::make_unique<PressWatchMacOS>(panel, item, std::move(outside));
+std::unique_ptr<OutsideClickMonitor> OutsideClickMonitor::begin(QWindow& panel, const QRect& item,
+                                                                std::function<void()> outside) {
+    return std::make_unique<OutsideClickMonitorMacOS>(panel, item, std::move(outside));
 }
 
 bool focusFollowsPointer() {
     return false;
 }
 
-PanelSurroundings panelSurroundings() {
-    return PanelSurroundings::translucent;
+PanelCompositing panelSurroundings() {
+    return PanelCompositing::translucent;
 }
 
 void declareShadow(QWindow& window, const QMargins& /*margins*/) {

@@ -122,16 +122,16 @@ bool prepare() {
     // First, because until then the caller may stop the process. If the effective user is not root, a caller
     // that could regain root's rights has dropped them on purpose.
     if (geteuid() == 0)
-        becomeRootEntirely();
+        setAllUserIdsToRoot();
     resetTimers();
     raiseLimits();
     const bool areOccupied = occupyStandardDescriptors();
     closeDescriptorsFrom(STDERR_FILENO + 1);
     const Inherited inherited = inheritedState();
     resetSignals(inherited.ignoredSignals);
-    if (!inherited.isScheduledAsUsual)
-        scheduleAsUsual();
-    waitExactly();
+    if (!inherited.hasDefaultScheduling)
+        resetScheduling();
+    resetTimerSlack();
     const rlimit noCore = {.rlim_cur = 0, .rlim_max = 0};
     setrlimit(RLIMIT_CORE, &noCore);
     forbidTracing();

@@ -41,7 +41,7 @@ Inherited inheritedState() {
     // in parentheses is chosen by the caller and may contain anything; only numbers follow the last
     // parenthesis. See proc(5).
     constexpr std::uint64_t everySignal = std::numeric_limits<std::uint64_t>::max();
-    constexpr Inherited worst = {.ignoredSignals = everySignal, .isScheduledAsUsual = false};
+    constexpr Inherited worst = {.ignoredSignals = everySignal, .hasDefaultScheduling = false};
     constexpr int niceness = 19;
     constexpr int ignored = 33;
     constexpr int schedulingClass = 41;
@@ -71,18 +71,18 @@ Inherited inheritedState() {
         else if (field == ignored)
             ignoredSignals = parsedMask(value).value_or(everySignal);
         else if (field == schedulingClass)
-            return {.ignoredSignals = ignoredSignals, .isScheduledAsUsual = !isNice && value == "0"};
+            return {.ignoredSignals = ignoredSignals, .hasDefaultScheduling = !isNice && value == "0"};
     }
     return worst;
 }
 
-void scheduleAsUsual() {
+void resetScheduling() {
     const sched_param none = {};
     sched_setscheduler(0, SCHED_OTHER, &none);
     setpriority(PRIO_PROCESS, 0, 0);
 }
 
-void waitExactly() {
+void resetTimerSlack() {
     constexpr unsigned long usualSlackNanoseconds = 50'000;
     prctl(PR_SET_TIMERSLACK, usualSlackNanoseconds, 0, 0, 0);
 }
@@ -95,7 +95,7 @@ void forbidTracing() {
         std::abort();
 }
 
-void becomeRootEntirely() {
+void setAllUserIdsToRoot() {
     if (setresuid(0, 0, 0) != 0)
         return;
 }

@@ -25,14 +25,14 @@ void closeDescriptorsFrom(int first) {
 }
 
 Inherited inheritedState() {
-    return {.ignoredSignals = std::numeric_limits<std::uint64_t>::max(), .isScheduledAsUsual = false};
+    return {.ignoredSignals = std::numeric_limits<std::uint64_t>::max(), .hasDefaultScheduling = false};
 }
 
-void scheduleAsUsual() {
+void resetScheduling() {
     setpriority(PRIO_PROCESS, 0, 0);
 }
 
-void waitExactly() {
+void resetTimerSlack() {
     // The system delays the timers of background processes; this ends that state.
     setpriority(PRIO_DARWIN_PROCESS, 0, 0);
 }
@@ -41,7 +41,7 @@ void forbidTracing() {
     // Nothing to do: the kernel does not allow tracing or core files of a set-user-ID process.
 }
 
-void becomeRootEntirely() {
+void setAllUserIdsToRoot() {
     // For an effective root this sets the real and the saved user, too.
     if (setuid(0) != 0)
         return;

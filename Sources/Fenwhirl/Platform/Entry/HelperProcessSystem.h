@@ -13,22 +13,22 @@ void closeDescriptorsFrom(int first);
 // report is assumed to be the worst.
 struct Inherited {
     std::uint64_t ignoredSignals; // bit n - 1 stands for signal n
-    bool isScheduledAsUsual;      // see `scheduleAsUsual`
+    bool hasDefaultScheduling;    // see `resetScheduling`
 };
 
 [[nodiscard]] Inherited inheritedState();
 
 // Sets the usual scheduling class and niceness where the process may. A process that runs only when nothing
 // else does could be ended by its alarm between two writes.
-void scheduleAsUsual();
+void resetScheduling();
 
 // Makes waits end on time. A caller may have let the system delay them by minutes.
-void waitExactly();
+void resetTimerSlack();
 
 // Prevents the caller's other processes from reading or controlling this one.
 void forbidTracing();
 
 // Sets the real, effective and saved user to root, for a process whose effective user is root.
-void becomeRootEntirely();
+void setAllUserIdsToRoot();
 
 } // namespace HelperProcess

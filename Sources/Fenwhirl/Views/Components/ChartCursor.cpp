@@ -118,7 +118,7 @@ double ChartCursor::at() const {
     return m_chart == nullptr ? 0.0 : m_chart->x() + m_point.x();
 }
 
-bool ChartCursor::hidesEnd() const {
+bool ChartCursor::coversEndDot() const {
     return reading() && m_chart->plot().right() - m_point.x() <= endDistance;
 }
 

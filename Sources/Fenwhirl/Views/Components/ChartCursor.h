@@ -39,8 +39,8 @@ class ChartCursor : public QQuickPaintedItem {
     // cursor can fade out.
     Q_PROPERTY(bool reading READ reading NOTIFY moved FINAL)
     Q_PROPERTY(bool byKeyboard READ byKeyboard NOTIFY moved FINAL)
-    Q_PROPERTY(double at READ at NOTIFY moved FINAL)              // x coordinate in the chart's parent
-    Q_PROPERTY(bool hidesEnd READ hidesEnd NOTIFY moved FINAL)    // covers the chart's end dot
+    Q_PROPERTY(double at READ at NOTIFY moved FINAL)                   // x coordinate in the chart's parent
+    Q_PROPERTY(bool coversEndDot READ coversEndDot NOTIFY moved FINAL) // covers the chart's end dot
     Q_PROPERTY(QString timeText READ timeText NOTIFY moved FINAL) // "14:32"; empty if the time is unknown
     Q_PROPERTY(QString degreesText READ degreesText NOTIFY moved FINAL)
     // "14:32, 63 °C", for assistive technology, which announces every change of it. It therefore follows
@@ -66,7 +66,7 @@ public:
     [[nodiscard]] bool byKeyboard() const { return reading() && !m_pointer; }
 
     [[nodiscard]] double at() const;
-    [[nodiscard]] bool hidesEnd() const;
+    [[nodiscard]] bool coversEndDot() const;
     [[nodiscard]] QString timeText() const;
     [[nodiscard]] QString degreesText() const;
 

@@ -24,7 +24,7 @@ Item {
         readonly property var made: item
 
         function open(place: point) {
-            const labels = [qsTranslate("SystemWords", "Copy")]
+            const labels = [qsTranslate("SystemTerms", "Copy")]
             if (!made)
                 setSource("PopupMenu.qml", {"parent": root, "labels": labels, "currentIndex": -1})
             made.labels = labels // in the current language

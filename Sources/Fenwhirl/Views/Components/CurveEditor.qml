@@ -198,7 +198,7 @@ Item {
         y: root.plotTop + root.plotHeight - height / 2
         z: area.last === start ? 1 : 0
 
-        onAbandoned: area.abandon()
+        onDragCancelled: area.abandon()
         onModified: value => root.setStart(value)
     }
 
@@ -216,7 +216,7 @@ Item {
         y: root.plotTop - height / 2
         z: area.last === max ? 1 : 0
 
-        onAbandoned: area.abandon()
+        onDragCancelled: area.abandon()
         onModified: value => root.setMax(value)
     }
 

@@ -9,7 +9,7 @@ import Fenwhirl.Components
 //   hollow    whether its value has no effect
 //   lately    whether a key has moved it a moment ago
 //   signal modified(double value)  the requested value
-//   signal abandoned()             Escape was pressed during a drag
+//   signal dragCancelled()             Escape was pressed during a drag
 FocusScope {
     id: root
 
@@ -25,7 +25,7 @@ FocusScope {
     readonly property real diameter: Math.round(15 + 5 * (Theme.textScale - 1))
 
     signal modified(double value)
-    signal abandoned()
+    signal dragCancelled()
 
     height: diameter
     width: diameter
@@ -71,7 +71,7 @@ FocusScope {
             case Qt.Key_Escape:
                 event.accepted = root.dragged
                 if (root.dragged)
-                    root.abandoned()
+                    root.dragCancelled()
                 return
             default:
                 return

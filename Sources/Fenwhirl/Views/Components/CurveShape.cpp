@@ -60,7 +60,7 @@ double inForceUntil(const CurveShape& shape) {
     return protectedFrom(shape).value_or(handBackCelsius);
 }
 
-std::optional<QPointF> placeOnCurve(const CurveShape& shape, double celsius, bool isProtecting) {
+std::optional<QPointF> pointOnCurve(const CurveShape& shape, double celsius, bool isProtecting) {
     if (std::isnan(celsius) || (shape.isLimited && celsius >= handBackCelsius))
         return std::nullopt;
     const std::optional<double> alert = protectedFrom(shape);

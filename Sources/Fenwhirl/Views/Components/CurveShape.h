@@ -48,7 +48,7 @@ struct CurveShape {
 
 // The point of a temperature on the line in force: on the maximum while heat protection drives the fan. Empty
 // where no speed is requested or the temperature is unknown.
-[[nodiscard]] std::optional<QPointF> placeOnCurve(const CurveShape& shape, double celsius, bool isProtecting);
+[[nodiscard]] std::optional<QPointF> pointOnCurve(const CurveShape& shape, double celsius, bool isProtecting);
 
 // Whether the maximum is set at a temperature below the one from which the speed rises.
 [[nodiscard]] bool isMaximumWithoutEffect(const CurveShape& shape);

@@ -86,7 +86,7 @@ QVariantList FanCurve::numbers(bool limited, double alertAt, double plotWidth, d
     return result;
 }
 
-void FanCurve::drawGround(QPainter& painter, const Plot& plot) const {
+void FanCurve::drawBackground(QPainter& painter, const Plot& plot) const {
     QPainterPath ground;
     ground.addRoundedRect(QRectF(0.0, 0.0, plot.width, plot.height), cornerRadius, cornerRadius);
     painter.fillPath(ground, m_plotColor);
@@ -151,7 +151,7 @@ void FanCurve::drawNow(QPainter& painter, const Plot& plot) const {
     if (std::isnan(m_now))
         return;
     painter.fillRect(plot.hairline(onCurveAxis(m_now)), fainter(m_inkColor, hairlineStrength));
-    const auto place = placeOnCurve(m_shape, m_now, m_protecting);
+    const auto place = pointOnCurve(m_shape, m_now, m_protecting);
     if (!place)
         return;
     const QPointF centre = plot.at(*place);
@@ -169,7 +169,7 @@ void FanCurve::paint(QPainter* painter) {
     if (plot.width <= 0.0 || plot.height <= 0.0)
         return;
     painter->translate(m_inset, m_inset);
-    drawGround(*painter, plot);
+    drawBackground(*painter, plot);
     drawLines(*painter, plot);
     drawNow(*painter, plot);
 }

@@ -84,7 +84,7 @@ private:
     }
 
     struct Plot;
-    void drawGround(QPainter& painter, const Plot& plot) const;
+    void drawBackground(QPainter& painter, const Plot& plot) const;
     void drawLines(QPainter& painter, const Plot& plot) const;
     void drawNow(QPainter& painter, const Plot& plot) const;
 

@@ -117,7 +117,7 @@ bool FocusKeeper::isLost() const {
     return !isStop(item) && !isStop(m_last) && m_around.contains(item);
 }
 
-QQuickItem* FocusKeeper::heir() const {
+QQuickItem* FocusKeeper::nextFocus() const {
     const QList<QQuickItem*> now = stops(m_scope);
     const auto left = [&now](const QQuickItem* candidate) { return candidate && now.contains(candidate); };
     // If the control is only hidden, an item that has appeared in its place is found as well.
@@ -139,14 +139,14 @@ QQuickItem* FocusKeeper::heir() const {
 void FocusKeeper::check() {
     if (!isLost())
         return;
-    QQuickItem* next = heir();
+    QQuickItem* next = nextFocus();
     if (next == nullptr)
         return;
     const bool gone = m_place >= 0 && (m_last.isNull() || m_last->window() == nullptr);
     next->forceActiveFocus(Qt::OtherFocusReason);
     const QAccessibleInterface* control = QAccessible::queryAccessibleInterface(m_window->activeFocusItem());
     if (gone && control != nullptr)
-        Q_EMIT handedOn(control->text(QAccessible::Name));
+        Q_EMIT focusMoved(control->text(QAccessible::Name));
 }
 
 } // namespace Fenwhirl

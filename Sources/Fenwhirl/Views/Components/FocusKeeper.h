@@ -35,7 +35,7 @@ public:
 
 Q_SIGNALS:
     // The focus moved from a control that no longer exists to the one with this accessible name.
-    void handedOn(const QString& name);
+    void focusMoved(const QString& name);
     void scopeChanged();
     void firstChanged();
 
@@ -47,7 +47,7 @@ private:
     void remember(QQuickItem* item);
     void check();
     [[nodiscard]] bool isLost() const;
-    [[nodiscard]] QQuickItem* heir() const;
+    [[nodiscard]] QQuickItem* nextFocus() const;
 
     QPointer<QQuickItem> m_scope;
     QPointer<QQuickItem> m_first;

@@ -96,7 +96,7 @@ Item {
     LineChart {
         id: plot
         column: Math.round(24 * Theme.textScale)
-        endDot: !cursor.hidesEnd
+        endDot: !cursor.coversEndDot
         fillColor: Theme.chartFill
         gridColor: Theme.stroke
         height: root.plotHeight + 2 * inset

@@ -8,7 +8,7 @@ import Fenwhirl.Components
 //   down, hovered    whether it is held down, whether the pointer is over it
 //   takesFocus       whether it can have the focus; false for the parts of a larger control
 //   tabStop          whether Tab stops here, too; false where arrow keys lead to it
-//   ringed           whether a ring shows its focus
+//   showsFocusRing           whether a ring shows its focus
 //   available        false while it cannot be used for a moment: it keeps the focus, unlike a disabled control
 //   disabledOpacity  of the whole control; 1 when its parts have a disabled look of their own
 //   ringRadius       corner radius of the control, for the ring around it
@@ -25,7 +25,7 @@ Item {
     readonly property bool hovered: area.containsMouse && usable
     property bool takesFocus: true
     property bool tabStop: takesFocus
-    property bool ringed: takesFocus
+    property bool showsFocusRing: takesFocus
     property bool available: true
     readonly property bool usable: enabled && available
     property real disabledOpacity: 0.4
@@ -101,6 +101,6 @@ Item {
     FocusRing {
         target: root
         targetRadius: root.ringRadius
-        wanted: root.ringed
+        wanted: root.showsFocusRing
     }
 }

@@ -16,7 +16,7 @@ Pressable {
     Accessible.role: Accessible.RadioButton
     Accessible.onToggleAction: root.use() // the action with which VoiceOver presses it
     disabledOpacity: 1
-    ringed: false // the ring is around the whole control
+    showsFocusRing: false // the ring is around the whole control
 
     background: Surface {
         color: "transparent"

@@ -90,13 +90,13 @@ FocusScope {
 
     // The segments between which the selection moves, and its progress. A Behavior on the position would also lag behind
     // when the control is resized.
-    property int cameFrom: currentIndex
-    property int standsOn: currentIndex
+    property int previousIndex: currentIndex
+    property int shownIndex: currentIndex
     property real progress: 1
 
     onCurrentIndexChanged: {
-        cameFrom = places[standsOn] ? standsOn : currentIndex
-        standsOn = currentIndex
+        previousIndex = places[shownIndex] ? shownIndex : currentIndex
+        shownIndex = currentIndex
         slide.restart()
     }
 
@@ -112,8 +112,8 @@ FocusScope {
 
     Rectangle {
         objectName: "pill"
-        readonly property rect from: root.places[root.cameFrom] ?? to
-        readonly property rect to: root.places[root.standsOn] ?? Qt.rect(0, 0, 0, 0)
+        readonly property rect from: root.places[root.previousIndex] ?? to
+        readonly property rect to: root.places[root.shownIndex] ?? Qt.rect(0, 0, 0, 0)
 
         color: Theme.accent
         height: to.height

@@ -70,7 +70,7 @@ TEST_F(ApplicationEventsTest, TheSessionMayEndWhileThereIsNothingToDo) {
     EXPECT_TRUE(ApplicationEvents::shouldTerminateNow(logOut));
 }
 
-TEST_F(ApplicationEventsTest, AnotherWishToEndEndsTheEventLoopInOrder) {
+TEST_F(ApplicationEventsTest, AnyOtherQuitRequestEndsTheEventLoop) {
     int told = 0;
     QObject scope;
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, &scope, [&told] { ++told; });

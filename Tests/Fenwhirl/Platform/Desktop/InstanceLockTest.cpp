@@ -88,7 +88,7 @@ public:
         ASSERT_EQ(write(go_, &byte, 1), 1);
     }
 
-    [[nodiscard]] bool hasTakenIt() const {
+    [[nodiscard]] bool tookTheLock() const {
         char byte = 0;
         EXPECT_EQ(read(answer_, &byte, 1), 1);
         return byte == 1;
@@ -107,7 +107,7 @@ TEST(InstanceLock, OfManyStartsAtTheSameMomentExactlyOneRuns) {
         starts.emplace_back(folder.path());
     for (const OtherStart& start : starts)
         start.go();
-    EXPECT_EQ(std::ranges::count_if(starts, &OtherStart::hasTakenIt), 1);
+    EXPECT_EQ(std::ranges::count_if(starts, &OtherStart::tookTheLock), 1);
 }
 
 TEST(InstanceLock, EveryCallReachesTheHolder) {
@@ -119,7 +119,7 @@ TEST(InstanceLock, EveryCallReachesTheHolder) {
     InstanceLock second(folder.path());
     ASSERT_FALSE(second.take());
     for (int i = 1; i <= 2; ++i) {
-        static_cast<void>(second.callHolder());
+        static_cast<void>(second.notifyHolder());
         ASSERT_TRUE(called.count() == i || called.wait(patienceMilliseconds));
         QCoreApplication::processEvents(); // leaves nothing of the call pending
         EXPECT_EQ(called.count(), i);
@@ -134,29 +134,29 @@ TEST(InstanceLock, TheHolderIsToldWordsInTheirOrder) {
     QSignalSpy called(&first, &InstanceLock::called);
     QSignalSpy told(&first, &InstanceLock::told);
     const InstanceLock second(folder.path());
-    EXPECT_TRUE(second.callHolder("game"));
-    EXPECT_TRUE(second.callHolder(QByteArrayLiteral("\xc3\xa9")));
+    EXPECT_TRUE(second.notifyHolder("game"));
+    EXPECT_TRUE(second.notifyHolder(QByteArrayLiteral("\xc3\xa9")));
     ASSERT_TRUE(told.count() == 2 || told.wait(patienceMilliseconds));
     ASSERT_EQ(told.count(), 2);
     EXPECT_EQ(told.at(0).at(0), QStringLiteral("game"));
     EXPECT_EQ(told.at(1).at(0), QStringLiteral("é"));
     EXPECT_TRUE(called.isEmpty());
-    EXPECT_TRUE(second.callHolder("max"));
-    EXPECT_TRUE(second.callHolder());
+    EXPECT_TRUE(second.notifyHolder("max"));
+    EXPECT_TRUE(second.notifyHolder());
     ASSERT_TRUE(called.wait(patienceMilliseconds));
     EXPECT_EQ(called.count(), 1);
     EXPECT_EQ(told.count(), 3);
 }
 
-TEST(InstanceLock, AWordThatIsNoneIsNotTold) {
+TEST(InstanceLock, AnInvalidMessageIsNotDelivered) {
     const QTemporaryDir folder;
     InstanceLock first(folder.path());
     ASSERT_TRUE(first.take());
     const InstanceLock second(folder.path());
-    EXPECT_FALSE(second.callHolder("game")); // the holder is not listening yet
+    EXPECT_FALSE(second.notifyHolder("game")); // the holder is not listening yet
     first.listen();
-    EXPECT_FALSE(second.callHolder("two\nlines"));
-    EXPECT_FALSE(second.callHolder(QByteArray(10000, 'x')));
+    EXPECT_FALSE(second.notifyHolder("two\nlines"));
+    EXPECT_FALSE(second.notifyHolder(QByteArray(10000, 'x')));
     const QSignalSpy told(&first, &InstanceLock::told);
     QCoreApplication::processEvents();
     EXPECT_TRUE(told.isEmpty());
@@ -180,28 +180,28 @@ TEST(InstanceLock, AfterAKilledHolderTheNextRunsAndHears) {
     {
         const OtherStart killed(folder.path());
         killed.go();
-        ASSERT_TRUE(killed.hasTakenIt());
+        ASSERT_TRUE(killed.tookTheLock());
     }
     InstanceLock next(folder.path());
     ASSERT_TRUE(next.take());
     next.listen();
     QSignalSpy called(&next, &InstanceLock::called);
-    static_cast<void>(InstanceLock(folder.path()).callHolder());
+    static_cast<void>(InstanceLock(folder.path()).notifyHolder());
     EXPECT_TRUE(called.wait(patienceMilliseconds));
 }
 
-TEST(InstanceLock, CallingNobodyIsNothing) {
+TEST(InstanceLock, CallingWithoutAHolderDoesNothing) {
     const QTemporaryDir folder;
-    static_cast<void>(InstanceLock(folder.path()).callHolder());
+    static_cast<void>(InstanceLock(folder.path()).notifyHolder());
     {
         InstanceLock gone(folder.path());
         ASSERT_TRUE(gone.take());
         gone.listen();
     }
-    static_cast<void>(InstanceLock(folder.path()).callHolder());
+    static_cast<void>(InstanceLock(folder.path()).notifyHolder());
 }
 
-TEST(InstanceLock, WhatIsReleasedIsForTheNext) {
+TEST(InstanceLock, AReleasedLockCanBeTaken) {
     const QTemporaryDir folder;
     InstanceLock unwanted(folder.path());
     ASSERT_TRUE(unwanted.take());
@@ -218,7 +218,7 @@ TEST(InstanceLock, WithoutAPlaceForItEveryStartRuns) {
         EXPECT_TRUE(first.take());
         first.listen();
         EXPECT_TRUE(second.take());
-        static_cast<void>(second.callHolder());
+        static_cast<void>(second.notifyHolder());
     }
 }
 

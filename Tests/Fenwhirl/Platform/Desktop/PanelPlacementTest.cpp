@@ -38,10 +38,10 @@ TEST(PanelPlacement, WorksOnASecondScreen) {
 
 TEST(PanelPlacement, CountsFromTheTopWhereTheSystemCountsFromTheBottom) {
     // A menu bar 24 points high on a screen of 800: its items begin at 776.
-    EXPECT_EQ(placeFromTop(QRectF(900, 776, 60, 24), 800), QRect(900, 0, 60, 24));
+    EXPECT_EQ(fromBottomLeftOrigin(QRectF(900, 776, 60, 24), 800), QRect(900, 0, 60, 24));
     // The same on a screen above the first one, and on one to its left whose bottom is lower.
-    EXPECT_EQ(placeFromTop(QRectF(100, 1676, 60, 24), 800), QRect(100, -900, 60, 24));
-    EXPECT_EQ(placeFromTop(QRectF(-500, 576, 60, 24), 800), QRect(-500, 200, 60, 24));
+    EXPECT_EQ(fromBottomLeftOrigin(QRectF(100, 1676, 60, 24), 800), QRect(100, -900, 60, 24));
+    EXPECT_EQ(fromBottomLeftOrigin(QRectF(-500, 576, 60, 24), 800), QRect(-500, 200, 60, 24));
 }
 
 } // namespace

@@ -91,7 +91,7 @@ TEST(SingleInstance, TheFirstIsToldOfAnActionThroughThePipeAndOverTheBus) {
             // On the bus, the second instance uses another folder, in which there is no pipe.
             SingleInstanceLinux second(onBus ? folder.path() : place.path(),
                                        onBus ? PrivateBus::connect() : noBus());
-            isTold = !second.becomeFirst() && second.tellFirst(QStringLiteral("game"));
+            isTold = !second.becomeFirst() && second.notifyFirst(QStringLiteral("game"));
         });
         EXPECT_TRUE(PrivateBus::waitUntil([&] { return asked.count() == 1; }));
         other.join();
@@ -104,7 +104,7 @@ TEST(SingleInstance, TheFirstIsToldOfAnActionThroughThePipeAndOverTheBus) {
 TEST(SingleInstance, AnActionThatNobodyHearsIsNotTold) {
     const QTemporaryDir folder;
     SingleInstanceLinux nobody(folder.path(), noBus());
-    EXPECT_FALSE(nobody.tellFirst(QStringLiteral("game")));
+    EXPECT_FALSE(nobody.notifyFirst(QStringLiteral("game")));
 }
 
 TEST(SingleInstance, TheDesktopsMenuSpeaksToItByTheUsualInterface) {
@@ -159,9 +159,9 @@ TEST(SingleInstance, ANameThatIsBeingGivenUpIsWaitedFor) {
 
 // Another program that owns the bus name during its lifetime: a copy of this program under another name, or
 // under the same name in another folder.
-class NameHolder {
+class BusNameOwner {
 public:
-    explicit NameHolder(const QString& program) {
+    explicit BusNameOwner(const QString& program) {
         const QString path = folder_.filePath(program);
         EXPECT_TRUE(QFile::copy(QStringLiteral("/proc/self/exe"), path));
         process_.start(path, {QStringLiteral("--hold-name"),
@@ -173,22 +173,22 @@ public:
         EXPECT_TRUE(PrivateBus::waitUntil(holdsIt)) << process_.readAllStandardError().toStdString();
     }
 
-    ~NameHolder() {
+    ~BusNameOwner() {
         process_.closeWriteChannel();
         process_.waitForFinished();
     }
 
-    NameHolder(const NameHolder&) = delete;
-    NameHolder& operator=(const NameHolder&) = delete;
+    BusNameOwner(const BusNameOwner&) = delete;
+    BusNameOwner& operator=(const BusNameOwner&) = delete;
 
 private:
     QTemporaryDir folder_;
     QProcess process_;
 };
 
-TEST(SingleInstance, AStrangerWithTheNameKeepsNobodyFromRunning) {
+TEST(SingleInstance, AStrangerWithTheNameDoesNotPreventAStart) {
     const PrivateBus bus;
-    const NameHolder stranger(QStringLiteral("Stranger"));
+    const BusNameOwner stranger(QStringLiteral("Stranger"));
     const QTemporaryDir folder;
     SingleInstanceLinux first(folder.path(), PrivateBus::connect());
     EXPECT_TRUE(first.becomeFirst());
@@ -198,13 +198,13 @@ TEST(SingleInstance, AStrangerWithTheNameKeepsNobodyFromRunning) {
 
 TEST(SingleInstance, TheSameProgramFromAnotherPlaceIsNoStranger) {
     const PrivateBus bus;
-    const NameHolder same(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
+    const BusNameOwner same(QFileInfo(QCoreApplication::applicationFilePath()).fileName());
     const QTemporaryDir folder;
     SingleInstanceLinux second(folder.path(), PrivateBus::connect());
     EXPECT_FALSE(second.becomeFirst());
 }
 
-TEST(SingleInstance, ABusThatRefusesTheNameIsDoneWithout) {
+TEST(SingleInstance, RunsOnABusThatRefusesTheName) {
     const PrivateBus strict(PrivateBus::Names::refused);
     const QTemporaryDir folder;
     SingleInstanceLinux first(folder.path(), PrivateBus::connect());
@@ -212,7 +212,7 @@ TEST(SingleInstance, ABusThatRefusesTheNameIsDoneWithout) {
     EXPECT_TRUE(raises(first, folder.path()));
 }
 
-TEST(SingleInstance, ABusThatRefusesTheObjectIsDoneWithout) {
+TEST(SingleInstance, RunsOnABusThatRefusesTheObject) {
     const QTemporaryDir folder;
     QDBusConnection bus = PrivateBus::connect();
     QObject inTheWay;
@@ -223,7 +223,7 @@ TEST(SingleInstance, ABusThatRefusesTheObjectIsDoneWithout) {
     EXPECT_EQ(bus.objectRegisteredAt(QStringLiteral("/com/fenwhirl/app")), &inTheWay);
 }
 
-TEST(SingleInstance, ABusThatIsGoneIsDoneWithout) {
+TEST(SingleInstance, RunsWithoutABusThatIsGone) {
     const QTemporaryDir folder;
     auto bus = std::make_unique<PrivateBus>();
     SingleInstanceLinux first(folder.path(), PrivateBus::connect());

@@ -203,7 +203,7 @@ const QString wholeText = QStringLiteral("2 400 tr/min · 63 °C");
 const QString temperature = QStringLiteral("63°");
 
 // An item with a text under a host. A `Disguise` makes this process pass for a certain host.
-class StatusItemUnder : public testing::Test {
+class StatusItemOnHost : public testing::Test {
 protected:
     FakeWatcher watcher;
     std::unique_ptr<StatusItemLinux> item;
@@ -230,7 +230,7 @@ protected:
     }
 };
 
-TEST_F(StatusItemUnder, AnyHostSaysItsWholeTextAndHasTheTemperatureInASquare) {
+TEST_F(StatusItemOnHost, AnyHostSaysItsWholeTextAndHasTheTemperatureInASquare) {
     show();
     EXPECT_EQ(text("Title"), wholeText);
     EXPECT_EQ(text("IconAccessibleDesc"), wholeText);
@@ -255,7 +255,7 @@ TEST_F(StatusItemUnder, AnyHostSaysItsWholeTextAndHasTheTemperatureInASquare) {
     EXPECT_EQ(watcher.activate(300, 10).type(), QDBusMessage::ReplyMessage);
 }
 
-TEST_F(StatusItemUnder, WaybarAndMateHaveTheTemperatureInAnIconAsWideAsItNeeds) {
+TEST_F(StatusItemOnHost, WaybarAndMateHaveTheTemperatureInAnIconAsWideAsItNeeds) {
     for (const char* program : {"waybar", "notification-area-applet"}) {
         const Disguise disguise(program);
         watcher.items.clear();
@@ -268,7 +268,7 @@ TEST_F(StatusItemUnder, WaybarAndMateHaveTheTemperatureInAnIconAsWideAsItNeeds) 
     }
 }
 
-TEST_F(StatusItemUnder, GnomeHasTheWholeTextAsALabelBesideTheSymbolAlone) {
+TEST_F(StatusItemOnHost, GnomeHasTheWholeTextAsALabelBesideTheSymbolAlone) {
     const Disguise disguise("gnome-shell");
     show();
     EXPECT_TRUE(hasLabel());
@@ -286,7 +286,7 @@ TEST_F(StatusItemUnder, GnomeHasTheWholeTextAsALabelBesideTheSymbolAlone) {
     EXPECT_EQ(bytes.mid(middle, 4), QByteArray("\xff\xff\xff\xff"));
 }
 
-TEST_F(StatusItemUnder, GnomeFindsAMenuAndNoPressThatSucceeds) {
+TEST_F(StatusItemOnHost, GnomeFindsAMenuAndActivationFails) {
     const Disguise disguise("gnome-shell");
     show();
     EXPECT_EQ(menu(), QStringLiteral("/StatusNotifierItem/Menu"));
@@ -297,7 +297,7 @@ TEST_F(StatusItemUnder, GnomeFindsAMenuAndNoPressThatSucceeds) {
     EXPECT_EQ(activated.count(), 1) << "but it is heard";
 }
 
-TEST_F(StatusItemUnder, AnotherHostLooksAnew) {
+TEST_F(StatusItemOnHost, AnotherHostLooksAnew) {
     show();
     const Disguise disguise("waybar");
     FakeWatcher second;
@@ -345,7 +345,7 @@ TEST(StatusNotifierItem, TellsTheHostOfATextSeldomWhileTheIconStays) {
 }
 
 TEST(StatusNotifierItem, TellsEachTextAtOnceWhereItIsWrittenIntoTheBar) {
-    StatusNotifierItem item(PrivateBus::connect(), {.text = StatusHostHabits::Text::asLabel},
+    StatusNotifierItem item(PrivateBus::connect(), {.text = StatusHostQuirks::Text::asLabel},
                             std::chrono::hours(1));
     QSignalSpy labelled(&item, &StatusNotifierItem::XAyatanaNewLabel);
     for (const char* text : {"2 400 tr/min", "2 401 tr/min", "2 401 tr/min"})
@@ -432,7 +432,7 @@ TEST(StatusItem, ScrollingOverItDoesNothing) {
     EXPECT_EQ(activated.count(), 0);
 }
 
-TEST_F(StatusItemUnder, GnomeGetsNoMenuBecauseItWouldOpenItInsteadOfThePanel) {
+TEST_F(StatusItemOnHost, GnomeGetsNoMenuBecauseItWouldOpenItInsteadOfThePanel) {
     const Disguise disguise("gnome-shell");
     show();
     QStringList chosen;
@@ -463,7 +463,7 @@ TEST(StatusNotifierItem, HandsTheDesktopsPermissionOnWithTheOneClickItIsFor) {
     EXPECT_EQ(activated.at(1).at(1).toString(), QString());
 }
 
-TEST_F(StatusItemUnder, MateTellsNoPlaceSoThatThePointersIsTaken) {
+TEST_F(StatusItemOnHost, MateTellsNoPositionSoThePointersIsUsed) {
     const Disguise disguise("notification-area-applet");
     show();
     QCursor::setPos(500, 7);

@@ -37,7 +37,7 @@ TEST(TerminationSignals, OneThatWasIgnoredStaysIgnored) {
     std::signal(SIGHUP, SIG_DFL);
 }
 
-TEST(TerminationSignals, LeavesBehindWhatItFound) {
+TEST(TerminationSignals, RestoresTheSignalHandlers) {
     { const TerminationSignals signals; }
     for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGQUIT})
         EXPECT_EQ(handlerOf(signal), SIG_DFL);

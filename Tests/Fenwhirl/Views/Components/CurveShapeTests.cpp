@@ -52,18 +52,18 @@ TEST(CurveShape, AMaximumBelowTheStartIsAStepOfOneDegree) {
 }
 
 TEST(CurveShape, ThePresentTemperatureLiesOnTheLine) {
-    EXPECT_EQ(placeOnCurve(ofMain(50, 90), 70, false), QPointF(70, 0.5));
-    EXPECT_EQ(placeOnCurve(ofMain(50, 90), 12, false), QPointF(20, 0));
-    EXPECT_EQ(placeOnCurve(ofSensor(50, 90), 130, false), QPointF(105, 1));
-    EXPECT_EQ(placeOnCurve(ofSensor(50, 90), infinity, false), QPointF(105, 1));
-    EXPECT_EQ(placeOnCurve(ofMain(50, 90), none, false), std::nullopt);
+    EXPECT_EQ(pointOnCurve(ofMain(50, 90), 70, false), QPointF(70, 0.5));
+    EXPECT_EQ(pointOnCurve(ofMain(50, 90), 12, false), QPointF(20, 0));
+    EXPECT_EQ(pointOnCurve(ofSensor(50, 90), 130, false), QPointF(105, 1));
+    EXPECT_EQ(pointOnCurve(ofSensor(50, 90), infinity, false), QPointF(105, 1));
+    EXPECT_EQ(pointOnCurve(ofMain(50, 90), none, false), std::nullopt);
 }
 
 TEST(CurveShape, ThePresentTemperatureLiesOnTheMaximumWhileProtectionDrivesTheFan) {
-    EXPECT_EQ(placeOnCurve(ofMain(65, 95, 85), 87, false), QPointF(87, 1));
-    EXPECT_EQ(placeOnCurve(ofMain(65, 95, 85), 82, true), QPointF(82, 1)); // protection still drives the fan
-    EXPECT_EQ(placeOnCurve(ofMain(65, 95, 85), 92, true), std::nullopt);   // no speed is requested any more
-    EXPECT_EQ(placeOnCurve(ofSensor(65, 95), 95, false), QPointF(95, 1));
+    EXPECT_EQ(pointOnCurve(ofMain(65, 95, 85), 87, false), QPointF(87, 1));
+    EXPECT_EQ(pointOnCurve(ofMain(65, 95, 85), 82, true), QPointF(82, 1)); // protection still drives the fan
+    EXPECT_EQ(pointOnCurve(ofMain(65, 95, 85), 92, true), std::nullopt);   // no speed is requested any more
+    EXPECT_EQ(pointOnCurve(ofSensor(65, 95), 95, false), QPointF(95, 1));
 }
 
 TEST(CurveShape, NumbersThatWouldTouchGiveWay) {

@@ -87,7 +87,7 @@ Rectangle {
         }
 
         // Compares with a tolerance, because edges are antialiased.
-        function isLine(color): bool {
+        function isSeparator(color): bool {
             const ink = Theme.accent
             return Math.abs(color.r - ink.r) + Math.abs(color.g - ink.g) + Math.abs(color.b - ink.b) < 0.3
         }
@@ -207,36 +207,36 @@ Rectangle {
 
         function test_theLineRunsThroughItsPoints() {
             for (const point of [[35, 0], [70, 0.5], [80, 0.75]])
-                verify(isLine(inkAt(point[0], point[1])), point)
-            verify(!isLine(inkAt(70, 0.7)))
+                verify(isSeparator(inkAt(point[0], point[1])), point)
+            verify(!isSeparator(inkAt(70, 0.7)))
             root.max = 70
-            verify(isLine(inkAt(85, 1)))
+            verify(isSeparator(inkAt(85, 1)))
         }
 
         function test_theAlertThresholdLiftsTheLineAndColoursWhatLiesBehind() {
             root.start = 65
             root.max = 100
             const plain = inkAt(88, 0.3)
-            verify(!isLine(inkAt(88, 1)))
+            verify(!isSeparator(inkAt(88, 1)))
             curve.alertAt = 85
-            verify(isLine(inkAt(88, 1)))
+            verify(isSeparator(inkAt(88, 1)))
             verify(!Qt.colorEqual(inkAt(88, 0.3), plain))
             curve.limited = false
-            verify(!isLine(inkAt(88, 1)), "another sensor knows no threshold")
+            verify(!isSeparator(inkAt(88, 1)), "another sensor knows no threshold")
         }
 
         function test_thePresentTemperatureMovesOnTheLine() {
             curve.now = 35
             // A ring in the plot's colour separates the dot from the line.
-            verify(isLine(inkAt(35, 3 / 88)))
+            verify(isSeparator(inkAt(35, 3 / 88)))
             verify(Qt.colorEqual(inkAt(36, 0), Theme.well))
             curve.now = 80
-            verify(isLine(inkAt(36, 0)))
+            verify(isSeparator(inkAt(36, 0)))
             curve.protecting = true
-            verify(isLine(inkAt(80, 1 - 3 / 88)))
+            verify(isSeparator(inkAt(80, 1 - 3 / 88)))
         }
 
-        function test_nothingThatIsNoNumberStopsIt() {
+        function test_nonFiniteValuesAreHandled() {
             for (const value of [NaN, Infinity, -Infinity]) {
                 root.start = value
                 root.max = value

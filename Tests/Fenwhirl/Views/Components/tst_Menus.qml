@@ -139,7 +139,7 @@ Item {
             compare(presets.currentText, "Personnalisé")
         }
 
-        function test_aLongMenuCutsItsLastItemSoThatOneSeesThatThereIsMore() {
+        function test_aLongMenuShowsPartOfItsLastItem() {
             open(lengthy)
             compare(lengthy.menu.height, 11.5 * 28 + 10)
             const list = lengthy.menu.list

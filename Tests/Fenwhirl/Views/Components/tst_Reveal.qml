@@ -70,7 +70,7 @@ Item {
             compare(banner.width, root.width)
         }
 
-        function test_theWordsStayWhileItGoes() {
+        function test_theTextStaysWhileItCloses() {
             root.shown = true
             tryCompare(place, "progress", 1)
             root.shown = false

@@ -1,0 +1,9 @@
+#include "Fenwhirl/HelperClient/RetainedHelper.h"
+
+// macOS cannot execute a file that has no name any more.
+
+RetainedHelper::RetainedHelper(const std::string&) {}
+
+bool RetainedHelper::run(const std::vector<std::string>&) const {
+    return false;
+}

@@ -1,0 +1,7 @@
+#include "Fenwhirl/Platform/IdleMemory.h"
+
+#include <malloc/malloc.h>
+
+void releaseIdleMemory() {
+    malloc_zone_pressure_relief(nullptr, 0); // all zones, as much as possible
+}

@@ -1,0 +1,378 @@
+// The program's life cycle, from launch to termination, with the real windows and delegate over models in
+// memory.
+
+#include "Fenwhirl/Views/Components/Theme.h"
+#include "Life.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QStyleHints>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+bool eventually(const std::function<bool()>& condition) {
+    return MonitorHarness::waitUntil(condition);
+}
+
+// The lower edge, in window coordinates, of the item with this text inside `item`; 0 when there is none.
+double bottomOf(const QQuickItem& item, const QString& text) {
+    double bottom = item.property("text").toString() == text
+                        ? item.mapRectToScene(QRectF(0, 0, item.width(), item.height())).bottom()
+                        : 0;
+    for (const QQuickItem* child : item.childItems())
+        bottom = std::max(bottom, bottomOf(*child, text));
+    return bottom;
+}
+
+// During its lifetime, two clicks at most this many milliseconds apart are a double click.
+class DoubleClicks {
+public:
+    explicit DoubleClicks(int milliseconds) {
+        QGuiApplication::styleHints()->setMouseDoubleClickInterval(milliseconds);
+    }
+
+    ~DoubleClicks() { QGuiApplication::styleHints()->setMouseDoubleClickInterval(usual_); }
+
+    DoubleClicks(const DoubleClicks&) = delete;
+    DoubleClicks& operator=(const DoubleClicks&) = delete;
+
+private:
+    int usual_ = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+};
+
+QQuickWindow* openAlert() {
+    QWindow* alert = nullptr;
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        if (window->modality() == Qt::ApplicationModal)
+            alert = window;
+    }
+    return qobject_cast<QQuickWindow*>(alert);
+}
+
+TEST(Launch, TheFirstOneShowsTheMainWindow) {
+    Life life(false);
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_TRUE(life.mainIsShown());
+    EXPECT_EQ(life.updateChecks, 1);
+}
+
+TEST(Launch, LaterOnesShowNothingAndLoadNothing) {
+    Life life(true);
+    life.delegate->applicationDidFinishLaunching();
+    QCoreApplication::processEvents();
+    life.world.poll();
+    EXPECT_FALSE(life.windows->hasEngine());
+    EXPECT_EQ(life.windows->main(), nullptr);
+    EXPECT_FALSE(life.windows->hideOnFirstAppearance); // consumed
+    EXPECT_EQ(life.updateChecks, 1);
+}
+
+TEST(Launch, AHiddenOneShowsNothingEvenIfItIsTheFirst) {
+    Life life(false);
+    life.delegate->applicationDidFinishLaunching(AppDelegate::Start::hidden);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(life.windows->main(), nullptr);
+}
+
+TEST(Launch, APresetIsChosenAsSoonAsTheFansAreKnown) {
+    Life life(true);
+    life.world.smc.remove("FNum");
+    life.world.poll();
+    ASSERT_TRUE(life.world.monitor().fans().isEmpty());
+    life.delegate->choosePreset(Preset::max);
+    life.delegate->choosePreset(Preset::game);
+    EXPECT_EQ(life.world.monitor().activePreset(), std::nullopt);
+    life.world.smc.setNumber("FNum", "ui8 ", 2);
+    life.world.poll();
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::game);
+    EXPECT_EQ(life.world.monitor().setting(1).mode, FanModeKind::sensor);
+    life.delegate->choosePreset(Preset::silent);
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::silent);
+    life.world.poll(); // not applied again over the user's later choice
+    life.world.monitor().apply(Preset::automatic);
+    life.world.poll();
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::automatic);
+}
+
+TEST(Launch, WithoutAStatusItemTheMainWindowIsShown) {
+    Life life(true);
+    life.statusItem.placed = false;
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_FALSE(life.mainIsShown());
+    EXPECT_TRUE(eventually([&] { return life.mainIsShown(); }));
+}
+
+TEST(Reopen, OpensAndRaisesTheOneMainWindow) {
+    Life life(true);
+    life.delegate->applicationDidFinishLaunching();
+    life.delegate->applicationShouldHandleReopen({});
+    ASSERT_TRUE(life.mainIsShown());
+    QQuickWindow* window = life.windows->main();
+    life.delegate->applicationShouldHandleReopen({});
+    EXPECT_EQ(life.windows->main(), window);
+}
+
+TEST(Close, KeepsTheProgramAndThePage) {
+    Life life(true);
+    life.windows->openMain();
+    QQuickWindow* window = life.windows->main();
+    life.world.monitor().setSelectedPage(Page::alerts);
+    window->close();
+    EXPECT_FALSE(life.mainIsShown());
+    life.windows->openMain();
+    EXPECT_TRUE(life.mainIsShown());
+    EXPECT_EQ(life.windows->main(), window);
+    EXPECT_EQ(life.world.monitor().selectedPage(), Page::alerts);
+}
+
+TEST(Close, PutsTheViewsToSleep) {
+    Life life(true);
+    life.windows->openMain();
+    auto* models = life.windows->main()->property("models").value<ViewModels*>();
+    ASSERT_NE(models, nullptr);
+    EXPECT_TRUE(models->machine()->isAwake());
+    life.windows->main()->close();
+    EXPECT_FALSE(models->machine()->isAwake());
+    QSignalSpy heard(models->machine(), &MachineView::temperatureChanged);
+    life.world.setCelsius(71);
+    life.world.poll();
+    EXPECT_EQ(heard.count(), 0);
+    life.windows->openMain();
+    EXPECT_EQ(models->machine()->temperatureNumber(), QStringLiteral("71"));
+}
+
+TEST(Panel, OpensAtTheItemAndClosesWithASecondClick) {
+    const DoubleClicks none(0);
+    Life life(true);
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    ASSERT_NE(life.windows->panel(), nullptr);
+    EXPECT_TRUE(life.windows->panel()->isVisible());
+    EXPECT_EQ(life.windows->panel()->y(), 24 + 8);
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+    // The click that closed the panel may be reported a second time, as a request to open it.
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+}
+
+TEST(Panel, ADoubleClickOpensItAndNoMore) {
+    const DoubleClicks slow(60'000);
+    Life life(true);
+    for (int click = 0; click < 2; ++click)
+        Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    EXPECT_TRUE(life.windows->panel()->isVisible());
+}
+
+TEST(Panel, OpensAboveAnItemOfABottomBar) {
+    Life life(true);
+    const QRect item(300, QGuiApplication::primaryScreen()->geometry().bottom() - 24, 30, 24);
+    Q_EMIT life.statusItem.activated(item);
+    QQuickWindow* panel = life.windows->panel();
+    const auto standsOnIt = [&] {
+        return panel->height() > 300 && panel->geometry().bottom() + 1 == item.top() - 8;
+    };
+    EXPECT_TRUE(standsOnIt()) << panel->y() << " + " << panel->height() << ", from the beginning";
+    // The panel's content grows while it is open.
+    const int before = panel->height();
+    life.world.helper.installed = false;
+    life.world.monitor().apply(Preset::max);
+    life.world.poll();
+    EXPECT_TRUE(eventually([&] { return panel->height() > before && standsOnIt(); }))
+        << panel->y() << " + " << panel->height();
+}
+
+TEST(Panel, FollowsTheSizeOfTextsWhileItIsOpen) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    const QQuickWindow* panel = life.windows->panel();
+    const QSize before = panel->size();
+    life.appearance.setTextScale(2);
+    EXPECT_TRUE(eventually(
+        [&] { return panel->width() == 2 * before.width() && panel->height() > before.height(); }));
+    EXPECT_EQ(panel->minimumSize(), panel->size());
+    EXPECT_EQ(panel->maximumSize(), panel->size());
+}
+
+TEST(Panel, HasOneSizeSoThatTilingDesktopsLetItFloat) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    const QQuickWindow* panel = life.windows->panel();
+    EXPECT_GT(panel->height(), 300);
+    EXPECT_EQ(panel->minimumSize(), panel->size());
+    EXPECT_EQ(panel->maximumSize(), panel->size());
+}
+
+TEST(Panel, ClosesBeforeTheMainWindowComesForward) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    ASSERT_TRUE(life.windows->panel()->isVisible());
+    life.windows->openMain();
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+    EXPECT_TRUE(life.mainIsShown());
+}
+
+TEST(Panel, ClosesOnAPressBesideIt) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(life.windows->panel()));
+    QTest::mousePress(life.windows->panel(), Qt::LeftButton, {}, QPoint(-20, 50));
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+}
+
+TEST(Appearance, AutomaticFollowsTheSystem) {
+    Life life(true);
+    life.world.monitor().setTheme(AppTheme::automatic);
+    life.windows->openMain();
+    QQuickWindow* window = life.windows->main();
+    EXPECT_EQ(window->color(), QColor(0xF3, 0xF4, 0xF7));
+    life.appearance.setDark(true);
+    EXPECT_TRUE(eventually([&] { return window->color() == QColor(0x16, 0x18, 0x1D); }));
+    life.world.monitor().setTheme(AppTheme::light);
+    EXPECT_TRUE(eventually([&] { return window->color() == QColor(0xF3, 0xF4, 0xF7); }));
+}
+
+TEST(Appearance, TextsAndThePanelAreAsLargeAsTheSystemSays) {
+    Life life(true);
+    life.appearance.setTextScale(1.25);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    EXPECT_EQ(life.windows->panel()->width(), 425);
+    life.appearance.setTextScale(1.5);
+    EXPECT_EQ(life.windows->panel()->width(), 510);
+    life.appearance.setTextScale(1);
+    EXPECT_EQ(life.windows->panel()->width(), 340);
+}
+
+TEST(Appearance, TheSystemIsToldWhatTheUserChose) {
+    Life life(true);
+    EXPECT_EQ(life.appearance.chosen, AppearanceChoice::dark); // before any window exists
+    life.world.monitor().setTheme(AppTheme::light);
+    EXPECT_EQ(life.appearance.chosen, AppearanceChoice::light);
+    life.world.monitor().setTheme(AppTheme::automatic);
+    EXPECT_EQ(life.appearance.chosen, AppearanceChoice::system);
+}
+
+TEST(StatusItemText, SaysWhatTheMenuTextSays) {
+    Life life(true);
+    EXPECT_EQ(life.statusItem.text, life.world.monitor().menuText());
+    EXPECT_EQ(life.statusItem.shortText, QStringLiteral("50°"));
+    life.world.setCelsius(63.9);
+    life.world.poll();
+    EXPECT_EQ(life.statusItem.text, life.world.monitor().menuText());
+    EXPECT_EQ(life.statusItem.shortText, QStringLiteral("63°"));
+}
+
+// The texts of the entries, with the current choice in brackets.
+QStringList entriesOf(const StatusMenu& menu) {
+    QStringList texts;
+    for (const StatusMenuEntry& entry : menu)
+        texts.append(entry.isCurrent.value_or(false) ? u'[' + entry.text + u']' : entry.text);
+    return texts;
+}
+
+TEST(StatusItemMenu, OffersThePresetsTheWindowAndTheEnd) {
+    Life life(true);
+    QStringList expected = {QStringLiteral("Auto"),
+                            QStringLiteral("Silencieux"),
+                            QStringLiteral("Équilibré"),
+                            QStringLiteral("Jeu"),
+                            QStringLiteral("Max"),
+                            QString(),
+                            QStringLiteral("Ouvrir Fenwhirl"),
+                            QStringLiteral("Quitter")};
+    EXPECT_EQ(entriesOf(life.statusItem.menu), expected);
+    const StatusMenu menu = life.statusItem.menu;
+    menu.at(3).choose();
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::game);
+    expected[3] = QStringLiteral("[Jeu]");
+    EXPECT_EQ(entriesOf(life.statusItem.menu), expected);
+    EXPECT_EQ(life.windows->main(), nullptr);
+    menu.at(6).choose();
+    ASSERT_NE(life.windows->main(), nullptr);
+    EXPECT_TRUE(life.windows->main()->isVisible());
+    life.world.monitor().setLanguage(AppLanguage::de);
+    EXPECT_NE(entriesOf(life.statusItem.menu).last(), QStringLiteral("Quitter"));
+    life.world.monitor().setLanguage(AppLanguage::fr);
+}
+
+TEST(Language, ReachesOpenWindowsAndTheStatusItem) {
+    Life life(true);
+    life.windows->openMain();
+    const QString french = life.statusItem.text;
+    life.world.monitor().setLanguage(AppLanguage::ru);
+    EXPECT_NE(life.statusItem.text, french);
+    auto* models = life.windows->main()->property("models").value<ViewModels*>();
+    EXPECT_NE(models->machine()->statusWord(), QStringLiteral("Tout est normal"));
+    life.world.monitor().setLanguage(AppLanguage::fr);
+}
+
+TEST(Alert, IsAsHighAsItsTexts) {
+    Life life(true);
+    for (const int sentences : {1, 8}) {
+        life.windows->showAlert({QStringLiteral("Titre"),
+                                 QStringLiteral("Une phrase assez longue. ").repeated(sentences),
+                                 QStringLiteral("Oui"), QStringLiteral("Plus tard")},
+                                [] {});
+        QQuickWindow* alert = openAlert();
+        ASSERT_NE(alert, nullptr);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(alert));
+        const double bottom = bottomOf(*alert->contentItem(), QStringLiteral("Plus tard"));
+        EXPECT_GT(bottom, 100);
+        EXPECT_GE(alert->height(), bottom);
+        EXPECT_LT(alert->height(), bottom + 40);
+    }
+}
+
+TEST(Alert, CallsBackWhenTheUserAgrees) {
+    Life life(true);
+    int agreed = 0;
+    life.windows->showAlert({QStringLiteral("Titre"), QStringLiteral("<b>Texte</b>"), QStringLiteral("Oui"),
+                             QStringLiteral("Plus tard")},
+                            [&] { ++agreed; });
+    QQuickWindow* alert = openAlert();
+    ASSERT_NE(alert, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(alert));
+    QTest::keyClick(alert, Qt::Key_Return);
+    EXPECT_EQ(agreed, 1);
+    EXPECT_FALSE(alert->isVisible());
+}
+
+TEST(Termination, HandsTheFansBackOnce) {
+    Life life(true);
+    life.world.monitor().apply(Preset::game);
+    life.world.poll();
+    life.world.helper.forgetRuns();
+    life.delegate->applicationWillTerminate();
+    EXPECT_EQ(life.world.helper.takeRuns(),
+              (std::vector<FakeHelper::Arguments>{{"auto", "0"}, {"auto", "1"}}));
+    life.delegate->applicationWillTerminate();
+    EXPECT_TRUE(life.world.helper.takeRuns().empty());
+    EXPECT_EQ(life.world.timesHandedBack, 1);
+}
+
+TEST(Life, ToolkitControlsHaveTheColoursOfTheWindows) {
+    const QPalette usual = QGuiApplication::palette();
+    Life life(true);
+    for (const bool dark : {true, false}) {
+        life.world.monitor().setTheme(dark ? AppTheme::dark : AppTheme::light);
+        life.windows->openMain();
+        const QPalette shown = QGuiApplication::palette();
+        const int ground = shown.color(QPalette::Window).lightness();
+        const int text = shown.color(QPalette::WindowText).lightness();
+        EXPECT_EQ(ground < 80, dark);
+        EXPECT_GT(std::abs(shown.color(QPalette::Base).lightness() - text), 100);
+        EXPECT_GT(std::abs(shown.color(QPalette::Button).lightness() - text), 100);
+    }
+    QGuiApplication::setPalette(usual);
+}
+
+} // namespace
