@@ -19,19 +19,19 @@ class AccessibleRange : public QQuickItem {
     QML_ELEMENT
     Q_PROPERTY(double current READ current WRITE setCurrent NOTIFY valueChanged FINAL)
     Q_PROPERTY(double value READ current WRITE request NOTIFY valueChanged FINAL)
-    Q_PROPERTY(double minimumValue MEMBER m_minimum NOTIFY rangeChanged FINAL)
-    Q_PROPERTY(double maximumValue MEMBER m_maximum NOTIFY rangeChanged FINAL)
-    Q_PROPERTY(double stepSize MEMBER m_stepSize NOTIFY rangeChanged FINAL)
+    Q_PROPERTY(double minimumValue MEMBER minimum_ NOTIFY rangeChanged FINAL)
+    Q_PROPERTY(double maximumValue MEMBER maximum_ NOTIFY rangeChanged FINAL)
+    Q_PROPERTY(double stepSize MEMBER stepSize_ NOTIFY rangeChanged FINAL)
 
 public:
     using QQuickItem::QQuickItem;
 
-    [[nodiscard]] double current() const { return m_current; }
+    [[nodiscard]] double current() const { return current_; }
 
     void setCurrent(double current) {
-        if (current == m_current)
+        if (current == current_)
             return;
-        m_current = current;
+        current_ = current;
         Q_EMIT valueChanged();
     }
 
@@ -43,10 +43,10 @@ Q_SIGNALS:
     void requested(double value);
 
 private:
-    double m_current = 0.0;
-    double m_minimum = 0.0;
-    double m_maximum = 0.0;
-    double m_stepSize = 0.0;
+    double current_ = 0.0;
+    double minimum_ = 0.0;
+    double maximum_ = 0.0;
+    double stepSize_ = 0.0;
 };
 
 } // namespace Fenwhirl

@@ -30,74 +30,74 @@ ChartCursor::ChartCursor(QQuickItem* parent) : QQuickPaintedItem(parent) {
 }
 
 void ChartCursor::setChart(LineChart* chart) {
-    if (chart == m_chart)
+    if (chart == chart_)
         return;
-    if (m_chart != nullptr)
-        m_chart->disconnect(this);
-    m_chart = chart;
-    if (m_chart != nullptr) {
+    if (chart_ != nullptr)
+        chart_->disconnect(this);
+    chart_ = chart;
+    if (chart_ != nullptr) {
         for (const auto signal : {&LineChart::valuesChanged, &LineChart::plotChanged})
-            connect(m_chart, signal, this, &ChartCursor::follow);
+            connect(chart_, signal, this, &ChartCursor::follow);
         for (const auto signal : {&QQuickItem::widthChanged, &QQuickItem::heightChanged,
                                   &QQuickItem::xChanged, &QQuickItem::yChanged})
-            connect(m_chart, signal, this, &ChartCursor::follow);
-        connect(m_chart, &QObject::destroyed, this, [this] { m_chart = nullptr; });
+            connect(chart_, signal, this, &ChartCursor::follow);
+        connect(chart_, &QObject::destroyed, this, [this] { chart_ = nullptr; });
     }
     Q_EMIT chartChanged();
     follow();
 }
 
 void ChartCursor::setTimes(const QList<double>& times) {
-    m_times = times;
+    times_ = times;
     Q_EMIT timesChanged();
     follow();
 }
 
 int ChartCursor::lastIndex() const {
-    return m_chart == nullptr ? -1 : static_cast<int>(m_chart->values().size()) - 1;
+    return chart_ == nullptr ? -1 : static_cast<int>(chart_->values().size()) - 1;
 }
 
 int ChartCursor::usable(int index) const {
     for (int i = index; i >= 0; --i) {
-        if (m_chart->pointAt(i))
+        if (chart_->pointAt(i))
             return i;
     }
     for (int i = index + 1; i <= lastIndex(); ++i) {
-        if (m_chart->pointAt(i))
+        if (chart_->pointAt(i))
             return i;
     }
     return -1;
 }
 
 int ChartCursor::indexAt(double x) const {
-    const QRectF plot = m_chart->plot();
-    const double share = (x - m_chart->x() - plot.left()) / plot.width();
+    const QRectF plot = chart_->plot();
+    const double share = (x - chart_->x() - plot.left()) / plot.width();
     const double index = std::round(std::clamp(share, 0.0, 1.0) * lastIndex());
     return std::isfinite(index) ? usable(static_cast<int>(index)) : -1;
 }
 
 int ChartCursor::keyboardIndex() const {
-    if (!m_sample)
+    if (!sample_)
         return usable(lastIndex());
-    const auto found = std::find(m_times.rbegin(), m_times.rend(), *m_sample);
-    const auto index = static_cast<int>(std::distance(found, m_times.rend())) - 1; // -1: the sample has left
+    const auto found = std::find(times_.rbegin(), times_.rend(), *sample_);
+    const auto index = static_cast<int>(std::distance(found, times_.rend())) - 1; // -1: the sample has left
     return usable(std::clamp(index, 0, lastIndex()));
 }
 
 void ChartCursor::follow() {
     int index = -1;
-    if (m_chart != nullptr && m_chart->hasLine()) {
-        if (m_pointer)
-            index = indexAt(*m_pointer);
-        else if (m_entered && !m_dismissed)
+    if (chart_ != nullptr && chart_->hasLine()) {
+        if (pointer_)
+            index = indexAt(*pointer_);
+        else if (entered_ && !dismissed_)
             index = keyboardIndex();
     }
     const bool wasReading = reading();
-    m_index = index;
+    index_ = index;
     if (reading()) {
-        m_point = *m_chart->pointAt(m_index);
-        m_celsius = m_chart->values().at(m_index);
-        m_time = m_index < m_times.size() ? std::optional(m_times.at(m_index)) : std::nullopt;
+        point_ = *chart_->pointAt(index_);
+        celsius_ = chart_->values().at(index_);
+        time_ = index_ < times_.size() ? std::optional(times_.at(index_)) : std::nullopt;
         place();
     }
     // Values that arrive while the keyboard leads are not announced; the keyboard's own moves call speak().
@@ -108,28 +108,28 @@ void ChartCursor::follow() {
 }
 
 void ChartCursor::place() {
-    const QRectF plot = m_chart->plot();
-    setPosition({m_chart->x() + std::floor(m_point.x()) - reach, m_chart->y() + plot.top() - reach});
+    const QRectF plot = chart_->plot();
+    setPosition({chart_->x() + std::floor(point_.x()) - reach, chart_->y() + plot.top() - reach});
     setSize({2.0 * reach + 1.0, plot.height() + 2.0 * reach});
     update();
 }
 
 double ChartCursor::at() const {
-    return m_chart == nullptr ? 0.0 : m_chart->x() + m_point.x();
+    return chart_ == nullptr ? 0.0 : chart_->x() + point_.x();
 }
 
 bool ChartCursor::coversEndDot() const {
-    return reading() && m_chart->plot().right() - m_point.x() <= endDistance;
+    return reading() && chart_->plot().right() - point_.x() <= endDistance;
 }
 
 QString ChartCursor::timeText() const {
-    if (!m_time || !std::isfinite(*m_time))
+    if (!time_ || !std::isfinite(*time_))
         return {};
-    return NumberFormat::clockText(QDateTime::fromMSecsSinceEpoch(NumberFormat::rounded(*m_time)).time());
+    return NumberFormat::clockText(QDateTime::fromMSecsSinceEpoch(NumberFormat::rounded(*time_)).time());
 }
 
 QString ChartCursor::degreesText() const {
-    return NumberFormat::degreesText(m_celsius);
+    return NumberFormat::degreesText(celsius_);
 }
 
 void ChartCursor::speak() {
@@ -137,9 +137,9 @@ void ChartCursor::speak() {
     if (reading()) {
         const QString time = timeText();
         spoken =
-            (time.isEmpty() ? time : time + QStringLiteral(", ")) + NumberFormat::temperatureText(m_celsius);
+            (time.isEmpty() ? time : time + QStringLiteral(", ")) + NumberFormat::temperatureText(celsius_);
     }
-    if (std::exchange(m_spoken, spoken) != spoken)
+    if (std::exchange(spoken_, spoken) != spoken)
         Q_EMIT spokenChanged();
 }
 
@@ -148,85 +148,85 @@ QString ChartCursor::widestTime() const {
 }
 
 void ChartCursor::pointTo(double x) {
-    if (x == m_pointedAt)
+    if (x == pointedAt_)
         return; // the page moved under a resting pointer
-    m_pointedAt = x;
-    m_pointer = x;
+    pointedAt_ = x;
+    pointer_ = x;
     follow();
 }
 
 void ChartCursor::leave() {
-    m_pointer.reset();
-    m_pointedAt.reset();
+    pointer_.reset();
+    pointedAt_.reset();
     follow();
     speak();
 }
 
 void ChartCursor::enter() {
-    m_entered = true;
-    m_dismissed = false;
-    m_sample.reset();
-    m_pointer.reset();
+    entered_ = true;
+    dismissed_ = false;
+    sample_.reset();
+    pointer_.reset();
     follow();
     speak();
 }
 
 void ChartCursor::release() {
-    m_entered = false;
+    entered_ = false;
     follow();
 }
 
 void ChartCursor::dismiss() {
-    m_dismissed = true;
-    m_pointer.reset();
+    dismissed_ = true;
+    pointer_.reset();
     follow();
 }
 
 void ChartCursor::moveBy(int samples) {
-    if (m_chart == nullptr || !m_chart->hasLine())
+    if (chart_ == nullptr || !chart_->hasLine())
         return;
-    const int from = m_pointer ? m_index : keyboardIndex();
-    m_pointer.reset();
-    m_entered = true;
-    m_dismissed = false;
+    const int from = pointer_ ? index_ : keyboardIndex();
+    pointer_.reset();
+    entered_ = true;
+    dismissed_ = false;
     const qint64 wanted = static_cast<qint64>(from) + samples;
     int index = static_cast<int>(std::clamp<qint64>(wanted, 0, lastIndex()));
     // Skips values that are not finite, in the direction of the movement.
-    while (index < lastIndex() && samples > 0 && !m_chart->pointAt(index))
+    while (index < lastIndex() && samples > 0 && !chart_->pointAt(index))
         ++index;
     index = usable(index);
-    if (index == usable(lastIndex()) || index >= m_times.size())
-        m_sample.reset();
+    if (index == usable(lastIndex()) || index >= times_.size())
+        sample_.reset();
     else
-        m_sample = m_times.at(index);
+        sample_ = times_.at(index);
     follow();
     speak();
 }
 
 void ChartCursor::paint(QPainter* painter) {
-    if (m_chart == nullptr)
+    if (chart_ == nullptr)
         return;
     const double ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
     const double hairline = std::max(1.0, std::round(ratio)) / ratio;
     // The item is aligned to whole points, so the remaining fraction is added here.
-    const double x = reach + m_point.x() - std::floor(m_point.x());
+    const double x = reach + point_.x() - std::floor(point_.x());
     const double left = std::round((x - hairline / 2.0) * ratio) / ratio;
     painter->setRenderHint(QPainter::Antialiasing, false);
-    painter->fillRect(QRectF(left, reach, hairline, height() - 2.0 * reach + tail), m_lineColor);
+    painter->fillRect(QRectF(left, reach, hairline, height() - 2.0 * reach + tail), lineColor_);
 
     painter->setRenderHint(QPainter::Antialiasing, true);
-    const QPointF point(x, reach + m_point.y() - m_chart->plot().top());
+    const QPointF point(x, reach + point_.y() - chart_->plot().top());
     painter->setPen(Qt::NoPen);
-    painter->setBrush(m_surfaceColor);
-    const double clear = m_ring ? focusRadius : dotRingRadius;
+    painter->setBrush(surfaceColor_);
+    const double clear = ring_ ? focusRadius : dotRingRadius;
     painter->drawEllipse(point, clear, clear);
-    if (m_ring) {
+    if (ring_) {
         painter->setBrush(Qt::NoBrush);
-        painter->setPen(QPen(m_dotColor, focusWidth));
+        painter->setPen(QPen(dotColor_, focusWidth));
         painter->drawEllipse(point, focusRadius, focusRadius);
         painter->setPen(Qt::NoPen);
     }
-    painter->setBrush(m_dotColor);
+    painter->setBrush(dotColor_);
     painter->drawEllipse(point, dotRadius, dotRadius);
 }
 

@@ -30,10 +30,10 @@ class ChartCursor : public QQuickPaintedItem {
     Q_PROPERTY(Fenwhirl::LineChart* chart READ chart WRITE setChart NOTIFY chartChanged FINAL)
     // When the chart's values were read, one time for each, in milliseconds since the Unix epoch.
     Q_PROPERTY(QList<double> times READ times WRITE setTimes NOTIFY timesChanged FINAL)
-    Q_PROPERTY(bool ring MEMBER m_ring NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor lineColor MEMBER m_lineColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor dotColor MEMBER m_dotColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor surfaceColor MEMBER m_surfaceColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(bool ring MEMBER ring_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor lineColor MEMBER lineColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor dotColor MEMBER dotColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor surfaceColor MEMBER surfaceColor_ NOTIFY styleChanged FINAL)
 
     // Whether a reading is marked. While none is, the properties below keep their last values, so that the
     // cursor can fade out.
@@ -53,24 +53,24 @@ class ChartCursor : public QQuickPaintedItem {
 public:
     explicit ChartCursor(QQuickItem* parent = nullptr);
 
-    [[nodiscard]] LineChart* chart() const { return m_chart; }
+    [[nodiscard]] LineChart* chart() const { return chart_; }
 
     void setChart(LineChart* chart);
 
-    [[nodiscard]] const QList<double>& times() const { return m_times; }
+    [[nodiscard]] const QList<double>& times() const { return times_; }
 
     void setTimes(const QList<double>& times);
 
-    [[nodiscard]] bool reading() const { return m_index >= 0; }
+    [[nodiscard]] bool reading() const { return index_ >= 0; }
 
-    [[nodiscard]] bool byKeyboard() const { return reading() && !m_pointer; }
+    [[nodiscard]] bool byKeyboard() const { return reading() && !pointer_; }
 
     [[nodiscard]] double at() const;
     [[nodiscard]] bool coversEndDot() const;
     [[nodiscard]] QString timeText() const;
     [[nodiscard]] QString degreesText() const;
 
-    [[nodiscard]] QString spoken() const { return m_spoken; }
+    [[nodiscard]] QString spoken() const { return spoken_; }
 
     [[nodiscard]] QString widestTime() const;
 
@@ -105,26 +105,26 @@ private:
     void place();
     void speak();
 
-    LineChart* m_chart = nullptr;
-    QList<double> m_times;
-    bool m_ring = false;
-    QColor m_lineColor;
-    QColor m_dotColor;
-    QColor m_surfaceColor;
+    LineChart* chart_ = nullptr;
+    QList<double> times_;
+    bool ring_ = false;
+    QColor lineColor_;
+    QColor dotColor_;
+    QColor surfaceColor_;
 
-    std::optional<double> m_pointer;   // x coordinate while the pointer leads the cursor
-    std::optional<double> m_pointedAt; // x coordinate at which the pointer was last seen
+    std::optional<double> pointer_;   // x coordinate while the pointer leads the cursor
+    std::optional<double> pointedAt_; // x coordinate at which the pointer was last seen
     // The keyboard's state: whether it has entered the chart, whether the cursor is hidden, and the time of
     // its sample, which is empty on the last one.
-    bool m_entered = false;
-    bool m_dismissed = false;
-    std::optional<double> m_sample;
+    bool entered_ = false;
+    bool dismissed_ = false;
+    std::optional<double> sample_;
 
-    int m_index = -1;
-    QPointF m_point; // in the chart's coordinates
-    double m_celsius = 0.0;
-    std::optional<double> m_time;
-    QString m_spoken;
+    int index_ = -1;
+    QPointF point_; // in the chart's coordinates
+    double celsius_ = 0.0;
+    std::optional<double> time_;
+    QString spoken_;
 };
 
 } // namespace Fenwhirl

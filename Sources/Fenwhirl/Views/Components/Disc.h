@@ -15,9 +15,9 @@ namespace Fenwhirl {
 class Disc : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QColor color MEMBER m_color NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor ringColor MEMBER m_ringColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(double ringWidth MEMBER m_ringWidth NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor ringColor MEMBER ringColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double ringWidth MEMBER ringWidth_ NOTIFY styleChanged FINAL)
 
 public:
     explicit Disc(QQuickItem* parent = nullptr) : QQuickPaintedItem(parent) {
@@ -26,9 +26,9 @@ public:
     }
 
     void paint(QPainter* painter) override {
-        const double inside = m_ringWidth / 2.0;
-        painter->setBrush(m_color);
-        painter->setPen(m_ringWidth > 0.0 ? QPen(m_ringColor, m_ringWidth) : QPen(Qt::NoPen));
+        const double inside = ringWidth_ / 2.0;
+        painter->setBrush(color_);
+        painter->setPen(ringWidth_ > 0.0 ? QPen(ringColor_, ringWidth_) : QPen(Qt::NoPen));
         painter->drawEllipse(boundingRect().adjusted(inside, inside, -inside, -inside));
     }
 
@@ -36,9 +36,9 @@ Q_SIGNALS:
     void styleChanged();
 
 private:
-    QColor m_color;
-    QColor m_ringColor;
-    double m_ringWidth = 0.0;
+    QColor color_;
+    QColor ringColor_;
+    double ringWidth_ = 0.0;
 };
 
 } // namespace Fenwhirl

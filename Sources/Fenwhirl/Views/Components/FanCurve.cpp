@@ -89,27 +89,27 @@ QVariantList FanCurve::numbers(bool limited, double alertAt, double plotWidth, d
 void FanCurve::drawBackground(QPainter& painter, const Plot& plot) const {
     QPainterPath ground;
     ground.addRoundedRect(QRectF(0.0, 0.0, plot.width, plot.height), cornerRadius, cornerRadius);
-    painter.fillPath(ground, m_plotColor);
+    painter.fillPath(ground, plotColor_);
 
     // The area below the line is filled only where the setting is in force. Where a rule overrides it, the
     // rule's colour shows that.
-    const double until = inForceUntil(m_shape);
-    QPolygonF area = plot.mapped(settingLine(m_shape, coldestCelsius, until));
+    const double until = inForceUntil(shape_);
+    QPolygonF area = plot.mapped(settingLine(shape_, coldestCelsius, until));
     area << QPointF(plot.x(until), plot.height) << QPointF(0.0, plot.height);
     QPainterPath areaPath;
     areaPath.addPolygon(area);
     areaPath.closeSubpath();
-    painter.fillPath(areaPath.intersected(ground), m_fillColor);
-    if (const auto alert = protectedFrom(m_shape))
-        painter.fillRect(plot.from(*alert, handBackCelsius), m_alertColor);
+    painter.fillPath(areaPath.intersected(ground), fillColor_);
+    if (const auto alert = protectedFrom(shape_))
+        painter.fillRect(plot.from(*alert, handBackCelsius), alertColor_);
 
     painter.setRenderHint(QPainter::Antialiasing, false);
     for (const double celsius : {40.0, 60.0, 80.0})
-        painter.fillRect(plot.hairline(celsius), m_gridColor);
-    if (m_shape.isLimited)
-        painter.fillRect(plot.hairline(handBackCelsius), fainter(m_inkColor, hairlineStrength));
+        painter.fillRect(plot.hairline(celsius), gridColor_);
+    if (shape_.isLimited)
+        painter.fillRect(plot.hairline(handBackCelsius), fainter(inkColor_, hairlineStrength));
     painter.setRenderHint(QPainter::Antialiasing, true);
-    if (!m_shape.isLimited)
+    if (!shape_.isLimited)
         return;
 
     constexpr double apart = 6.0;
@@ -119,7 +119,7 @@ void FanCurve::drawBackground(QPainter& painter, const Plot& plot) const {
     zonePath.addRect(zone);
     painter.save();
     painter.setClipPath(zonePath.intersected(ground));
-    painter.setPen(QPen(fainter(m_inkColor, hatchingStrength), thickness, Qt::SolidLine, Qt::FlatCap));
+    painter.setPen(QPen(fainter(inkColor_, hatchingStrength), thickness, Qt::SolidLine, Qt::FlatCap));
     const double step = apart * std::sqrt(2.0); // along the axis, for lines at 45 degrees
     const int lines = static_cast<int>(std::ceil((zone.width() + plot.height) / step));
     for (int i = 0; i < lines; ++i) {
@@ -131,44 +131,44 @@ void FanCurve::drawBackground(QPainter& painter, const Plot& plot) const {
 
 void FanCurve::drawLines(QPainter& painter, const Plot& plot) const {
     painter.setBrush(Qt::NoBrush);
-    const double until = inForceUntil(m_shape);
+    const double until = inForceUntil(shape_);
     if (until < hottestCelsius) {
-        painter.setPen(dashed(fainter(m_lineColor, settingStrength), 3.0, 4.0));
-        painter.drawPolyline(plot.mapped(settingLine(m_shape, until, hottestCelsius)));
+        painter.setPen(dashed(fainter(lineColor_, settingStrength), 3.0, 4.0));
+        painter.drawPolyline(plot.mapped(settingLine(shape_, until, hottestCelsius)));
     }
     if (maximumIsWithoutEffect()) {
-        QPen dots(m_mutedColor, thinLineWidth, Qt::CustomDashLine, Qt::RoundCap);
+        QPen dots(mutedColor_, thinLineWidth, Qt::CustomDashLine, Qt::RoundCap);
         dots.setDashPattern({0.01, 3.0}); // with round caps, dashes of almost no length are dots
         painter.setPen(dots);
-        painter.drawLine(plot.at({onCurveAxis(m_shape.maxTemp), 1.0}),
-                         plot.at({onCurveAxis(m_shape.startTemp) + 1.0, 1.0}));
+        painter.drawLine(plot.at({onCurveAxis(shape_.maxTemp), 1.0}),
+                         plot.at({onCurveAxis(shape_.startTemp) + 1.0, 1.0}));
     }
-    painter.setPen(QPen(m_lineColor, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(plot.mapped(lineInForce(m_shape)));
+    painter.setPen(QPen(lineColor_, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(plot.mapped(lineInForce(shape_)));
 }
 
 void FanCurve::drawNow(QPainter& painter, const Plot& plot) const {
-    if (std::isnan(m_now))
+    if (std::isnan(now_))
         return;
-    painter.fillRect(plot.hairline(onCurveAxis(m_now)), fainter(m_inkColor, hairlineStrength));
-    const auto place = pointOnCurve(m_shape, m_now, m_protecting);
+    painter.fillRect(plot.hairline(onCurveAxis(now_)), fainter(inkColor_, hairlineStrength));
+    const auto place = pointOnCurve(shape_, now_, protecting_);
     if (!place)
         return;
     const QPointF centre = plot.at(*place);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(m_plotColor);
+    painter.setBrush(plotColor_);
     painter.drawEllipse(centre, dotRingRadius, dotRingRadius);
-    painter.setBrush(m_lineColor);
+    painter.setBrush(lineColor_);
     painter.drawEllipse(centre, dotRadius, dotRadius);
 }
 
 void FanCurve::paint(QPainter* painter) {
-    const Plot plot{.width = width() - 2.0 * m_inset,
-                    .height = height() - 2.0 * m_inset,
+    const Plot plot{.width = width() - 2.0 * inset_,
+                    .height = height() - 2.0 * inset_,
                     .ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0};
     if (plot.width <= 0.0 || plot.height <= 0.0)
         return;
-    painter->translate(m_inset, m_inset);
+    painter->translate(inset_, inset_);
     drawBackground(*painter, plot);
     drawLines(*painter, plot);
     drawNow(*painter, plot);

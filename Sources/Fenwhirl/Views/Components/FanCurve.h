@@ -25,40 +25,40 @@ class FanCurve : public QQuickPaintedItem {
     // NaN if heat protection is off.
     Q_PROPERTY(double alertAt READ alertAt WRITE setAlertAt NOTIFY shapeChanged FINAL)
     // NaN if the temperature is unknown.
-    Q_PROPERTY(double now MEMBER m_now NOTIFY nowChanged FINAL)
+    Q_PROPERTY(double now MEMBER now_ NOTIFY nowChanged FINAL)
     // Whether heat protection drives the fan.
-    Q_PROPERTY(bool protecting MEMBER m_protecting NOTIFY nowChanged FINAL)
+    Q_PROPERTY(bool protecting MEMBER protecting_ NOTIFY nowChanged FINAL)
     Q_PROPERTY(bool maximumWithoutEffect READ maximumIsWithoutEffect NOTIFY shapeChanged FINAL)
-    Q_PROPERTY(double inset MEMBER m_inset NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor plotColor MEMBER m_plotColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor gridColor MEMBER m_gridColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor lineColor MEMBER m_lineColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor fillColor MEMBER m_fillColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor alertColor MEMBER m_alertColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor mutedColor MEMBER m_mutedColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double inset MEMBER inset_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor plotColor MEMBER plotColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor gridColor MEMBER gridColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor lineColor MEMBER lineColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor fillColor MEMBER fillColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor alertColor MEMBER alertColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor mutedColor MEMBER mutedColor_ NOTIFY styleChanged FINAL)
     // The colour of hairlines and hatching, which are drawn with a part of its opacity.
-    Q_PROPERTY(QColor inkColor MEMBER m_inkColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor inkColor MEMBER inkColor_ NOTIFY styleChanged FINAL)
 
 public:
     explicit FanCurve(QQuickItem* parent = nullptr);
 
-    [[nodiscard]] double startTemp() const { return m_shape.startTemp; }
+    [[nodiscard]] double startTemp() const { return shape_.startTemp; }
 
-    [[nodiscard]] double maxTemp() const { return m_shape.maxTemp; }
+    [[nodiscard]] double maxTemp() const { return shape_.maxTemp; }
 
-    [[nodiscard]] bool isLimited() const { return m_shape.isLimited; }
+    [[nodiscard]] bool isLimited() const { return shape_.isLimited; }
 
-    [[nodiscard]] double alertAt() const { return m_shape.alertAt; }
+    [[nodiscard]] double alertAt() const { return shape_.alertAt; }
 
-    [[nodiscard]] bool maximumIsWithoutEffect() const { return isMaximumWithoutEffect(m_shape); }
+    [[nodiscard]] bool maximumIsWithoutEffect() const { return isMaximumWithoutEffect(shape_); }
 
-    void setStartTemp(double celsius) { set(m_shape.startTemp, celsius); }
+    void setStartTemp(double celsius) { set(shape_.startTemp, celsius); }
 
-    void setMaxTemp(double celsius) { set(m_shape.maxTemp, celsius); }
+    void setMaxTemp(double celsius) { set(shape_.maxTemp, celsius); }
 
-    void setLimited(bool limited) { set(m_shape.isLimited, limited); }
+    void setLimited(bool limited) { set(shape_.isLimited, limited); }
 
-    void setAlertAt(double celsius) { set(m_shape.alertAt, celsius); }
+    void setAlertAt(double celsius) { set(shape_.alertAt, celsius); }
 
     // Converts a temperature to an x coordinate in a plot of that width, and back.
     Q_INVOKABLE [[nodiscard]] double placeOf(double celsius, double plotWidth) const;
@@ -88,17 +88,17 @@ private:
     void drawLines(QPainter& painter, const Plot& plot) const;
     void drawNow(QPainter& painter, const Plot& plot) const;
 
-    CurveShape m_shape;
-    double m_now = 0.0;
-    bool m_protecting = false;
-    double m_inset = 0.0;
-    QColor m_plotColor;
-    QColor m_gridColor;
-    QColor m_lineColor;
-    QColor m_fillColor;
-    QColor m_alertColor;
-    QColor m_mutedColor;
-    QColor m_inkColor;
+    CurveShape shape_;
+    double now_ = 0.0;
+    bool protecting_ = false;
+    double inset_ = 0.0;
+    QColor plotColor_;
+    QColor gridColor_;
+    QColor lineColor_;
+    QColor fillColor_;
+    QColor alertColor_;
+    QColor mutedColor_;
+    QColor inkColor_;
 };
 
 } // namespace Fenwhirl

@@ -54,8 +54,8 @@ QQuickItem* nearest(const QList<QQuickItem*>& items, qsizetype place, const Test
 
 FocusKeeper::FocusKeeper(QQuickItem* parent) : QQuickItem(parent) {
     // With an interval of 0, the check runs in the next turn of the event loop.
-    m_check.setSingleShot(true);
-    connect(&m_check, &QTimer::timeout, this, &FocusKeeper::check);
+    check_.setSingleShot(true);
+    connect(&check_, &QTimer::timeout, this, &FocusKeeper::check);
 }
 
 QList<QQuickItem*> FocusKeeper::stops(QQuickItem* item) {
@@ -67,11 +67,11 @@ QList<QQuickItem*> FocusKeeper::stops(QQuickItem* item) {
 
 void FocusKeeper::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemSceneChange) {
-        if (m_window)
-            m_window->disconnect(this);
-        m_window = data.window;
-        if (m_window) {
-            connect(m_window, &QQuickWindow::activeFocusItemChanged, this, &FocusKeeper::follow);
+        if (window_)
+            window_->disconnect(this);
+        window_ = data.window;
+        if (window_) {
+            connect(window_, &QQuickWindow::activeFocusItemChanged, this, &FocusKeeper::follow);
             follow();
         }
     }
@@ -79,60 +79,60 @@ void FocusKeeper::itemChange(ItemChange change, const ItemChangeData& data) {
 }
 
 void FocusKeeper::follow() {
-    QQuickItem* item = m_window ? m_window->activeFocusItem() : nullptr;
+    QQuickItem* item = window_ ? window_->activeFocusItem() : nullptr;
     if (isStop(item))
         remember(item);
     else
-        m_check.start(); // the control that had the focus may be vanishing
+        check_.start(); // the control that had the focus may be vanishing
 }
 
 void FocusKeeper::remember(QQuickItem* item) {
-    disconnect(m_visible);
-    disconnect(m_enabled);
-    m_last = item;
-    m_visible = connect(item, &QQuickItem::visibleChanged, this, [this] { m_check.start(); });
-    m_enabled = connect(item, &QQuickItem::enabledChanged, this, [this] { m_check.start(); });
-    m_around.clear();
+    disconnect(visible_);
+    disconnect(enabled_);
+    last_ = item;
+    visible_ = connect(item, &QQuickItem::visibleChanged, this, [this] { check_.start(); });
+    enabled_ = connect(item, &QQuickItem::enabledChanged, this, [this] { check_.start(); });
+    around_.clear();
     for (QQuickItem* around = item->parentItem(); around != nullptr; around = around->parentItem())
-        m_around.append(around);
-    m_chain.clear();
-    const QList<QQuickItem*> chain = stops(m_window->contentItem());
+        around_.append(around);
+    chain_.clear();
+    const QList<QQuickItem*> chain = stops(window_->contentItem());
     for (QQuickItem* stop : chain)
-        m_chain.append(stop);
-    m_place = chain.indexOf(item);
+        chain_.append(stop);
+    place_ = chain.indexOf(item);
 }
 
 bool FocusKeeper::isLost() const {
-    if (!m_window)
+    if (!window_)
         return false;
-    QQuickItem* item = m_window->activeFocusItem();
-    if (item == nullptr || item == m_window->contentItem())
+    QQuickItem* item = window_->activeFocusItem();
+    if (item == nullptr || item == window_->contentItem())
         return true;
-    if (m_place < 0) // no control has had the focus yet
+    if (place_ < 0) // no control has had the focus yet
         return !isStop(item);
-    if (item == m_last)
+    if (item == last_)
         return !isStop(item);
     // The focus is not lost while a control has it, or an item that handles its own keys. It is lost when it
     // has fallen to an ancestor of the last control.
-    return !isStop(item) && !isStop(m_last) && m_around.contains(item);
+    return !isStop(item) && !isStop(last_) && around_.contains(item);
 }
 
 QQuickItem* FocusKeeper::nextFocus() const {
-    const QList<QQuickItem*> now = stops(m_scope);
+    const QList<QQuickItem*> now = stops(scope_);
     const auto left = [&now](const QQuickItem* candidate) { return candidate && now.contains(candidate); };
     // If the control is only hidden, an item that has appeared in its place is found as well.
-    if (m_last && m_scope && m_scope->isAncestorOf(m_last)) {
-        const QList<QQuickItem*> all = inOrder(m_scope);
-        if (QQuickItem* near = nearest(all, all.indexOf(m_last), left))
+    if (last_ && scope_ && scope_->isAncestorOf(last_)) {
+        const QList<QQuickItem*> all = inOrder(scope_);
+        if (QQuickItem* near = nearest(all, all.indexOf(last_), left))
             return near;
-    } else if (m_place >= 0 && m_around.contains(m_scope)) {
+    } else if (place_ >= 0 && around_.contains(scope_)) {
         QList<QQuickItem*> before;
-        for (const QPointer<QQuickItem>& stop : m_chain)
+        for (const QPointer<QQuickItem>& stop : chain_)
             before.append(stop);
-        if (QQuickItem* near = nearest(before, m_place, left))
+        if (QQuickItem* near = nearest(before, place_, left))
             return near;
     }
-    const QList<QQuickItem*> first = stops(m_first);
+    const QList<QQuickItem*> first = stops(first_);
     return !first.isEmpty() && now.contains(first.first()) ? first.first() : now.value(0);
 }
 
@@ -142,9 +142,9 @@ void FocusKeeper::check() {
     QQuickItem* next = nextFocus();
     if (next == nullptr)
         return;
-    const bool gone = m_place >= 0 && (m_last.isNull() || m_last->window() == nullptr);
+    const bool gone = place_ >= 0 && (last_.isNull() || last_->window() == nullptr);
     next->forceActiveFocus(Qt::OtherFocusReason);
-    const QAccessibleInterface* control = QAccessible::queryAccessibleInterface(m_window->activeFocusItem());
+    const QAccessibleInterface* control = QAccessible::queryAccessibleInterface(window_->activeFocusItem());
     if (gone && control != nullptr)
         Q_EMIT focusMoved(control->text(QAccessible::Name));
 }

@@ -23,9 +23,9 @@ class FocusKeeper : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     // Where controls are looked for: the part of the window that is not covered.
-    Q_PROPERTY(QQuickItem* scope MEMBER m_scope NOTIFY scopeChanged FINAL)
+    Q_PROPERTY(QQuickItem* scope MEMBER scope_ NOTIFY scopeChanged FINAL)
     // The control that gets the focus in the beginning, or an item that contains it.
-    Q_PROPERTY(QQuickItem* first MEMBER m_first NOTIFY firstChanged FINAL)
+    Q_PROPERTY(QQuickItem* first MEMBER first_ NOTIFY firstChanged FINAL)
 
 public:
     explicit FocusKeeper(QQuickItem* parent = nullptr);
@@ -49,18 +49,18 @@ private:
     [[nodiscard]] bool isLost() const;
     [[nodiscard]] QQuickItem* nextFocus() const;
 
-    QPointer<QQuickItem> m_scope;
-    QPointer<QQuickItem> m_first;
-    QPointer<QQuickWindow> m_window;
-    QPointer<QQuickItem> m_last;
-    QMetaObject::Connection m_visible;
-    QMetaObject::Connection m_enabled;
+    QPointer<QQuickItem> scope_;
+    QPointer<QQuickItem> first_;
+    QPointer<QQuickWindow> window_;
+    QPointer<QQuickItem> last_;
+    QMetaObject::Connection visible_;
+    QMetaObject::Connection enabled_;
     // The ancestors of the control that had the focus last. When it vanishes, the focus falls to one of them.
-    QList<QPointer<QQuickItem>> m_around;
+    QList<QPointer<QQuickItem>> around_;
     // The tab stops at that time, and the index of the control among them.
-    QList<QPointer<QQuickItem>> m_chain;
-    qsizetype m_place = -1;
-    QTimer m_check;
+    QList<QPointer<QQuickItem>> chain_;
+    qsizetype place_ = -1;
+    QTimer check_;
 };
 
 } // namespace Fenwhirl

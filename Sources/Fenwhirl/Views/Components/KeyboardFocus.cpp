@@ -36,7 +36,7 @@ bool KeyboardFocus::eventFilter(QObject* watched, QEvent* event) {
         if (isModifier(key))
             break;
         // Qt reports Shift+Tab as a key of its own.
-        m_backwards = key == Qt::Key_Backtab;
+        backwards_ = key == Qt::Key_Backtab;
         setActive(true);
         break;
     }
@@ -51,9 +51,9 @@ bool KeyboardFocus::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void KeyboardFocus::setActive(bool active) {
-    if (active == m_active)
+    if (active == active_)
         return;
-    m_active = active;
+    active_ = active;
     Q_EMIT activeChanged();
 }
 

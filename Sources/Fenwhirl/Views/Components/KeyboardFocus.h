@@ -23,10 +23,10 @@ class KeyboardFocus : public QObject {
 public:
     explicit KeyboardFocus(QObject* parent = nullptr);
 
-    [[nodiscard]] bool active() const { return m_active; }
+    [[nodiscard]] bool active() const { return active_; }
 
     // Whether the last key was Shift+Tab.
-    Q_INVOKABLE [[nodiscard]] bool backwards() const { return m_backwards; }
+    Q_INVOKABLE [[nodiscard]] bool backwards() const { return backwards_; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -36,8 +36,8 @@ Q_SIGNALS:
 private:
     void setActive(bool active);
 
-    bool m_active = false;
-    bool m_backwards = false;
+    bool active_ = false;
+    bool backwards_ = false;
 };
 
 } // namespace Fenwhirl

@@ -47,25 +47,25 @@ QPolygonF LineChart::points(const QList<double>& values, double width, double he
 
 void LineChart::setValues(const QList<double>& values) {
     const bool before = hasLine();
-    m_values = values;
-    m_range = chartRange(m_values);
+    values_ = values;
+    range_ = chartRange(values_);
     Q_EMIT valuesChanged();
     if (hasLine() != before)
         Q_EMIT hasLineChanged();
 }
 
 QRectF LineChart::plot() const {
-    const double column = hasLine() ? m_column : 0.0;
-    return {m_inset + column, m_inset, width() - 2.0 * m_inset - column, height() - 2.0 * m_inset};
+    const double column = hasLine() ? column_ : 0.0;
+    return {inset_ + column, inset_, width() - 2.0 * inset_ - column, height() - 2.0 * inset_};
 }
 
 std::optional<QPointF> LineChart::pointAt(qsizetype index) const {
-    if (!m_range || index < 0 || index >= m_values.size() || !std::isfinite(m_values[index]))
+    if (!range_ || index < 0 || index >= values_.size() || !std::isfinite(values_[index]))
         return std::nullopt;
     const QRectF area = plot();
     return QPointF(area.left() +
-                       area.width() * static_cast<double>(index) / static_cast<double>(m_values.size() - 1),
-                   area.bottom() - area.height() * (m_values[index] - m_range->low) / m_range->span());
+                       area.width() * static_cast<double>(index) / static_cast<double>(values_.size() - 1),
+                   area.bottom() - area.height() * (values_[index] - range_->low) / range_->span());
 }
 
 double LineChart::pixelsPerPoint() const {
@@ -81,7 +81,7 @@ double LineChart::hairline() const {
 }
 
 double LineChart::lineTop(double celsius, double plotHeight) const {
-    const double y = plotHeight - plotHeight * (celsius - m_range->low) / m_range->span();
+    const double y = plotHeight - plotHeight * (celsius - range_->low) / range_->span();
     return snapped(y - hairline() / 2.0);
 }
 
@@ -89,7 +89,7 @@ double LineChart::lineTop(double celsius, double plotHeight) const {
 void LineChart::drawPlainLines(QPainter& painter, QSizeF plot) const {
     for (int i = 0; i < plainLines; ++i) {
         const double y = (plot.height() - hairline()) * i / (plainLines - 1);
-        painter.fillRect(QRectF(0.0, snapped(y), plot.width(), hairline()), m_gridColor);
+        painter.fillRect(QRectF(0.0, snapped(y), plot.width(), hairline()), gridColor_);
     }
 }
 
@@ -97,7 +97,7 @@ void LineChart::drawLines(QPainter& painter, const QList<ChartLine>& lines, QSiz
     for (const ChartLine& line : lines) {
         if (!line.threshold)
             painter.fillRect(QRectF(0.0, lineTop(line.celsius, plot.height()), plot.width(), hairline()),
-                             m_gridColor);
+                             gridColor_);
     }
 }
 
@@ -107,7 +107,7 @@ void LineChart::drawThreshold(QPainter& painter, const QList<ChartLine>& lines, 
         return;
     const double y = lineTop(lines.last().celsius, plot.height());
     for (double x = 0.0; x < plot.width(); x += dash + gap)
-        painter.fillRect(QRectF(x, y, std::min(dash, plot.width() - x), hairline()), m_thresholdColor);
+        painter.fillRect(QRectF(x, y, std::min(dash, plot.width() - x), hairline()), thresholdColor_);
 }
 
 // Draws each digit in a cell of its own, so that the width of a number does not depend on its digits.
@@ -116,10 +116,10 @@ void LineChart::drawNumbers(QPainter& painter, const QList<ChartLine>& lines, do
         if (!line.numbered)
             continue;
         QFont font = QGuiApplication::font();
-        font.setPixelSize(static_cast<int>(std::round(numberSize * m_textScale)));
+        font.setPixelSize(static_cast<int>(std::round(numberSize * textScale_)));
         font.setWeight(line.threshold ? QFont::DemiBold : QFont::Normal);
         painter.setFont(font);
-        painter.setPen(line.threshold ? m_thresholdNumberColor : m_numberColor);
+        painter.setPen(line.threshold ? thresholdNumberColor_ : numberColor_);
         const QFontMetricsF metrics(font);
         const double cell = metrics.horizontalAdvance(u'0');
         // The digits are centred on the line.
@@ -138,27 +138,27 @@ void LineChart::paint(QPainter* painter) {
     const QRectF area = plot();
     if (area.width() <= 0.0 || area.height() <= 0.0)
         return;
-    painter->translate(m_inset, m_inset);
+    painter->translate(inset_, inset_);
     painter->setRenderHint(QPainter::Antialiasing, false);
-    if (!m_range) {
+    if (!range_) {
         drawPlainLines(*painter, area.size());
         return;
     }
 
     const QList<ChartLine> lines =
-        chartLines(*m_range, area.height(), m_textScale,
-                   std::isfinite(m_threshold) ? std::optional(m_threshold) : std::nullopt);
-    if (m_column > 0.0)
+        chartLines(*range_, area.height(), textScale_,
+                   std::isfinite(threshold_) ? std::optional(threshold_) : std::nullopt);
+    if (column_ > 0.0)
         drawNumbers(*painter, lines, area.height());
-    painter->translate(area.left() - m_inset, 0.0);
+    painter->translate(area.left() - inset_, 0.0);
     drawLines(*painter, lines, area.size());
 
-    const QPolygonF line = pointsIn(m_values, *m_range, area.width(), area.height());
+    const QPolygonF line = pointsIn(values_, *range_, area.width(), area.height());
     QPolygonF outline = line;
     outline << QPointF(line.last().x(), area.height()) << QPointF(line.first().x(), area.height());
     painter->setRenderHint(QPainter::Antialiasing, true);
     painter->setPen(Qt::NoPen);
-    painter->setBrush(m_fillColor);
+    painter->setBrush(fillColor_);
     painter->drawPolygon(outline);
 
     painter->setRenderHint(QPainter::Antialiasing, false);
@@ -166,15 +166,15 @@ void LineChart::paint(QPainter* painter) {
 
     painter->setRenderHint(QPainter::Antialiasing, true);
     painter->setBrush(Qt::NoBrush);
-    painter->setPen(QPen(m_lineColor, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter->setPen(QPen(lineColor_, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->drawPolyline(line);
 
-    if (!m_endDot)
+    if (!endDot_)
         return;
     painter->setPen(Qt::NoPen);
-    painter->setBrush(m_surfaceColor);
+    painter->setBrush(surfaceColor_);
     painter->drawEllipse(line.last(), dotRingRadius, dotRingRadius);
-    painter->setBrush(m_lineColor);
+    painter->setBrush(lineColor_);
     painter->drawEllipse(line.last(), dotRadius, dotRadius);
 }
 

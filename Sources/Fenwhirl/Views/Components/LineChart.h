@@ -29,21 +29,21 @@ class LineChart : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QList<double> values READ values WRITE setValues NOTIFY valuesChanged FINAL)
-    Q_PROPERTY(double inset MEMBER m_inset NOTIFY plotChanged FINAL)
+    Q_PROPERTY(double inset MEMBER inset_ NOTIFY plotChanged FINAL)
     // Width of the scale's column; 0 for no numbers.
-    Q_PROPERTY(double column MEMBER m_column NOTIFY plotChanged FINAL)
+    Q_PROPERTY(double column MEMBER column_ NOTIFY plotChanged FINAL)
     // In degrees Celsius; NaN for none.
-    Q_PROPERTY(double threshold MEMBER m_threshold NOTIFY styleChanged FINAL)
-    Q_PROPERTY(double textScale MEMBER m_textScale NOTIFY styleChanged FINAL)
-    Q_PROPERTY(bool endDot MEMBER m_endDot NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor lineColor MEMBER m_lineColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor fillColor MEMBER m_fillColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor gridColor MEMBER m_gridColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor numberColor MEMBER m_numberColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor thresholdColor MEMBER m_thresholdColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor thresholdNumberColor MEMBER m_thresholdNumberColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double threshold MEMBER threshold_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double textScale MEMBER textScale_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(bool endDot MEMBER endDot_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor lineColor MEMBER lineColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor fillColor MEMBER fillColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor gridColor MEMBER gridColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor numberColor MEMBER numberColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor thresholdColor MEMBER thresholdColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor thresholdNumberColor MEMBER thresholdNumberColor_ NOTIFY styleChanged FINAL)
     // The colour of the surface below the chart, and of the ring that sets the dot off from the line.
-    Q_PROPERTY(QColor surfaceColor MEMBER m_surfaceColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor surfaceColor MEMBER surfaceColor_ NOTIFY styleChanged FINAL)
     // Whether there are enough values for a line.
     Q_PROPERTY(bool hasLine READ hasLine NOTIFY hasLineChanged FINAL)
 
@@ -55,11 +55,11 @@ public:
     // Values that are not finite are left out, and their positions stay free. Pure.
     [[nodiscard]] static QPolygonF points(const QList<double>& values, double width, double height);
 
-    [[nodiscard]] const QList<double>& values() const { return m_values; }
+    [[nodiscard]] const QList<double>& values() const { return values_; }
 
     void setValues(const QList<double>& values);
 
-    [[nodiscard]] bool hasLine() const { return m_range.has_value(); }
+    [[nodiscard]] bool hasLine() const { return range_.has_value(); }
 
     // The plot in the item's coordinates; without a line it includes the column.
     [[nodiscard]] QRectF plot() const;
@@ -86,20 +86,20 @@ private:
     void drawThreshold(QPainter& painter, const QList<ChartLine>& lines, QSizeF plot) const;
     [[nodiscard]] double lineTop(double celsius, double plotHeight) const;
 
-    QList<double> m_values;
-    std::optional<ChartRange> m_range; // of the values
-    double m_inset = 0.0;
-    double m_column = 0.0;
-    double m_threshold = std::numeric_limits<double>::quiet_NaN();
-    double m_textScale = 1.0;
-    bool m_endDot = true;
-    QColor m_lineColor;
-    QColor m_fillColor;
-    QColor m_gridColor;
-    QColor m_numberColor;
-    QColor m_thresholdColor;
-    QColor m_thresholdNumberColor;
-    QColor m_surfaceColor;
+    QList<double> values_;
+    std::optional<ChartRange> range_; // of the values
+    double inset_ = 0.0;
+    double column_ = 0.0;
+    double threshold_ = std::numeric_limits<double>::quiet_NaN();
+    double textScale_ = 1.0;
+    bool endDot_ = true;
+    QColor lineColor_;
+    QColor fillColor_;
+    QColor gridColor_;
+    QColor numberColor_;
+    QColor thresholdColor_;
+    QColor thresholdNumberColor_;
+    QColor surfaceColor_;
 };
 
 } // namespace Fenwhirl

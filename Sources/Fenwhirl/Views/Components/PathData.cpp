@@ -13,32 +13,32 @@ constexpr double degreesPerRadian = 180.0 / std::numbers::pi;
 // as requested.
 class Reader {
 public:
-    explicit Reader(QStringView text) : m_text(text) {}
+    explicit Reader(QStringView text) : text_(text) {}
 
     bool atEnd() {
         skipSeparators();
-        return m_position >= m_text.size();
+        return position_ >= text_.size();
     }
 
     bool atLetter() {
         skipSeparators();
-        return m_position < m_text.size() && m_text[m_position].isLetter();
+        return position_ < text_.size() && text_[position_].isLetter();
     }
 
-    QChar letter() { return m_text[m_position++]; }
+    QChar letter() { return text_[position_++]; }
 
     std::optional<double> number() {
         skipSeparators();
-        const qsizetype begin = m_position;
+        const qsizetype begin = position_;
         if (peek(u'-') || peek(u'+'))
-            ++m_position;
+            ++position_;
         skipDigits();
         if (peek(u'.')) {
-            ++m_position;
+            ++position_;
             skipDigits();
         }
         bool valid = false;
-        const double value = m_text.sliced(begin, m_position - begin).toDouble(&valid);
+        const double value = text_.sliced(begin, position_ - begin).toDouble(&valid);
         return valid ? std::optional(value) : std::nullopt;
     }
 
@@ -47,7 +47,7 @@ public:
         skipSeparators();
         if (!peek(u'0') && !peek(u'1'))
             return std::nullopt;
-        return m_text[m_position++] == u'1';
+        return text_[position_++] == u'1';
     }
 
     std::optional<QPointF> point(QPointF origin) {
@@ -58,21 +58,21 @@ public:
 
 private:
     [[nodiscard]] bool peek(char16_t character) const {
-        return m_position < m_text.size() && m_text[m_position] == character;
+        return position_ < text_.size() && text_[position_] == character;
     }
 
     void skipDigits() {
-        while (m_position < m_text.size() && m_text[m_position] >= u'0' && m_text[m_position] <= u'9')
-            ++m_position;
+        while (position_ < text_.size() && text_[position_] >= u'0' && text_[position_] <= u'9')
+            ++position_;
     }
 
     void skipSeparators() {
-        while (m_position < m_text.size() && (m_text[m_position].isSpace() || m_text[m_position] == u','))
-            ++m_position;
+        while (position_ < text_.size() && (text_[position_].isSpace() || text_[position_] == u','))
+            ++position_;
     }
 
-    QStringView m_text;
-    qsizetype m_position = 0;
+    QStringView text_;
+    qsizetype position_ = 0;
 };
 
 struct Arc {

@@ -57,31 +57,31 @@ RingArc::RingArc(QQuickItem* parent) : QQuickPaintedItem(parent) {
 
 void RingArc::setFraction(double fraction) {
     const double clamped = gaugeFraction(fraction);
-    if (clamped == m_fraction)
+    if (clamped == fraction_)
         return;
-    m_fraction = clamped;
+    fraction_ = clamped;
     Q_EMIT fractionChanged();
 }
 
 void RingArc::setTick(double fraction) {
     const double clamped = gaugeFraction(fraction);
-    if (clamped == m_tick)
+    if (clamped == tick_)
         return;
-    m_tick = clamped;
+    tick_ = clamped;
     Q_EMIT tickChanged();
 }
 
 void RingArc::paint(QPainter* painter) {
-    const double scale = std::min(width(), height()) / (frame + 2.0 * m_inset);
+    const double scale = std::min(width(), height()) / (frame + 2.0 * inset_);
     painter->scale(scale, scale);
-    painter->translate(m_inset, m_inset);
-    drawArc(*painter, 1.0, m_trackColor);
-    if (m_fraction >= leastShownFraction)
-        drawArc(*painter, m_fraction, m_valueColor);
-    if (m_tickOpacity > 0.0) {
-        QColor color = m_tickColor;
-        color.setAlphaF(color.alphaF() * static_cast<float>(std::min(m_tickOpacity, 1.0)));
-        drawTick(*painter, m_tick, color);
+    painter->translate(inset_, inset_);
+    drawArc(*painter, 1.0, trackColor_);
+    if (fraction_ >= leastShownFraction)
+        drawArc(*painter, fraction_, valueColor_);
+    if (tickOpacity_ > 0.0) {
+        QColor color = tickColor_;
+        color.setAlphaF(color.alphaF() * static_cast<float>(std::min(tickOpacity_, 1.0)));
+        drawTick(*painter, tick_, color);
     }
 }
 

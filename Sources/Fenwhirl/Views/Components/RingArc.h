@@ -26,23 +26,23 @@ class RingArc : public QQuickPaintedItem {
     Q_PROPERTY(double fraction READ fraction WRITE setFraction NOTIFY fractionChanged FINAL)
     Q_PROPERTY(double tick READ tick WRITE setTick NOTIFY tickChanged FINAL)
     // 0 to 1; at 0 there is no tick.
-    Q_PROPERTY(double tickOpacity MEMBER m_tickOpacity NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor tickColor MEMBER m_tickColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double tickOpacity MEMBER tickOpacity_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor tickColor MEMBER tickColor_ NOTIFY styleChanged FINAL)
     // In points, for a size of 128.
-    Q_PROPERTY(double inset MEMBER m_inset NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor trackColor MEMBER m_trackColor NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor valueColor MEMBER m_valueColor NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double inset MEMBER inset_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor trackColor MEMBER trackColor_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor valueColor MEMBER valueColor_ NOTIFY styleChanged FINAL)
 
 public:
     explicit RingArc(QQuickItem* parent = nullptr);
 
     // Always within 0 to 1: the setter applies gaugeFraction.
-    [[nodiscard]] double fraction() const { return m_fraction; }
+    [[nodiscard]] double fraction() const { return fraction_; }
 
     void setFraction(double fraction);
 
     // The setter applies gaugeFraction, too.
-    [[nodiscard]] double tick() const { return m_tick; }
+    [[nodiscard]] double tick() const { return tick_; }
 
     void setTick(double fraction);
 
@@ -54,13 +54,13 @@ Q_SIGNALS:
     void styleChanged();
 
 private:
-    double m_fraction = 0.0;
-    double m_tick = 0.0;
-    double m_tickOpacity = 0.0;
-    double m_inset = 0.0;
-    QColor m_tickColor;
-    QColor m_trackColor;
-    QColor m_valueColor;
+    double fraction_ = 0.0;
+    double tick_ = 0.0;
+    double tickOpacity_ = 0.0;
+    double inset_ = 0.0;
+    QColor tickColor_;
+    QColor trackColor_;
+    QColor valueColor_;
 };
 
 } // namespace Fenwhirl

@@ -83,14 +83,14 @@ void SoftShadow::paint(QPainter* painter) {
     // A narrow shadow is rendered at the resolution of the screen. A wide one has no detail that finer pixels
     // would show.
     const double ratio =
-        std::clamp(painter->worldTransform().m11(), 1.0, std::max(1.0, finePixels / std::max(m_blur, 1.0)));
+        std::clamp(painter->worldTransform().m11(), 1.0, std::max(1.0, finePixels / std::max(blur_, 1.0)));
     const QSize size(static_cast<int>(std::ceil(std::clamp(width() * ratio, 0.0, largest))),
                      static_cast<int>(std::ceil(std::clamp(height() * ratio, 0.0, largest))));
     if (size.isEmpty())
         return;
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
     painter->drawImage(QRectF(QPointF(0.0, 0.0), QSizeF(size) / ratio),
-                       softShadow(size, m_radius * ratio, m_blur * ratio, m_color));
+                       softShadow(size, radius_ * ratio, blur_ * ratio, color_));
 }
 
 } // namespace Fenwhirl

@@ -27,10 +27,10 @@ class SoftShadow : public QQuickPaintedItem {
     Q_OBJECT
     QML_ELEMENT
     // Corner radius of the item that casts the shadow.
-    Q_PROPERTY(double radius MEMBER m_radius NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double radius MEMBER radius_ NOTIFY styleChanged FINAL)
     // How far the shadow fades out beyond the edge of that item.
-    Q_PROPERTY(double blur MEMBER m_blur NOTIFY styleChanged FINAL)
-    Q_PROPERTY(QColor color MEMBER m_color NOTIFY styleChanged FINAL)
+    Q_PROPERTY(double blur MEMBER blur_ NOTIFY styleChanged FINAL)
+    Q_PROPERTY(QColor color MEMBER color_ NOTIFY styleChanged FINAL)
 
 public:
     explicit SoftShadow(QQuickItem* parent = nullptr);
@@ -41,9 +41,9 @@ Q_SIGNALS:
     void styleChanged();
 
 private:
-    double m_radius = 0.0;
-    double m_blur = 24.0;
-    QColor m_color = Qt::black;
+    double radius_ = 0.0;
+    double blur_ = 24.0;
+    QColor color_ = Qt::black;
 };
 
 } // namespace Fenwhirl

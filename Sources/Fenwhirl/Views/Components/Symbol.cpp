@@ -13,35 +13,35 @@ Symbol::Symbol(QQuickItem* parent) : QQuickPaintedItem(parent) {
 }
 
 void Symbol::setName(const QString& name) {
-    if (name == m_name)
+    if (name == name_)
         return;
-    m_name = name;
-    if (!m_name.isEmpty() && symbolShapes(m_name).empty())
-        qmlWarning(this) << "no drawing for the symbol \"" << m_name << "\"";
+    name_ = name;
+    if (!name_.isEmpty() && symbolShapes(name_).empty())
+        qmlWarning(this) << "no drawing for the symbol \"" << name_ << "\"";
     update();
     Q_EMIT nameChanged();
 }
 
 void Symbol::setColor(const QColor& color) {
-    if (color == m_color)
+    if (color == color_)
         return;
-    m_color = color;
+    color_ = color;
     update();
     Q_EMIT colorChanged();
 }
 
 void Symbol::setBold(bool bold) {
-    if (bold == m_bold)
+    if (bold == bold_)
         return;
-    m_bold = bold;
+    bold_ = bold;
     update();
     Q_EMIT boldChanged();
 }
 
 void Symbol::paint(QPainter* painter) {
-    const SymbolWeight weight = m_bold ? SymbolWeight::bold : SymbolWeight::regular;
-    if (!drawSystemSymbol(*painter, m_name, boundingRect(), m_color, weight))
-        drawSymbol(*painter, m_name, boundingRect(), m_color, weight);
+    const SymbolWeight weight = bold_ ? SymbolWeight::bold : SymbolWeight::regular;
+    if (!drawSystemSymbol(*painter, name_, boundingRect(), color_, weight))
+        drawSymbol(*painter, name_, boundingRect(), color_, weight);
 }
 
 } // namespace Fenwhirl

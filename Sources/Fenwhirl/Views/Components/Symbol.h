@@ -26,15 +26,15 @@ class Symbol : public QQuickPaintedItem {
 public:
     explicit Symbol(QQuickItem* parent = nullptr);
 
-    [[nodiscard]] QString name() const { return m_name; }
+    [[nodiscard]] QString name() const { return name_; }
 
     void setName(const QString& name);
 
-    [[nodiscard]] QColor color() const { return m_color; }
+    [[nodiscard]] QColor color() const { return color_; }
 
     void setColor(const QColor& color);
 
-    [[nodiscard]] bool isBold() const { return m_bold; }
+    [[nodiscard]] bool isBold() const { return bold_; }
 
     void setBold(bool bold);
 
@@ -46,9 +46,9 @@ Q_SIGNALS:
     void boldChanged();
 
 private:
-    QString m_name;
-    QColor m_color;
-    bool m_bold = false;
+    QString name_;
+    QColor color_;
+    bool bold_ = false;
 };
 
 } // namespace Fenwhirl

@@ -31,54 +31,54 @@ int cornerStep(double ratio, bool software) {
 
 Theme::Theme(QObject* parent)
     : QObject(parent)
-    , m_cornerStep(Fenwhirl::cornerStep(qGuiApp->devicePixelRatio(), drawsInSoftware()))
-    , m_colors(palette(true)) {
-    m_crossfade.setStartValue(0.0);
-    m_crossfade.setEndValue(1.0);
-    m_crossfade.setDuration(crossfadeMilliseconds);
-    m_crossfade.setEasingCurve(QEasingCurve::OutCubic);
-    connect(&m_crossfade, &QVariantAnimation::valueChanged, this, [this](const QVariant& progress) {
-        show(mixedPalette(m_previous, palette(m_dark), progress.toDouble()));
+    , cornerStep_(Fenwhirl::cornerStep(qGuiApp->devicePixelRatio(), drawsInSoftware()))
+    , colors_(palette(true)) {
+    crossfade_.setStartValue(0.0);
+    crossfade_.setEndValue(1.0);
+    crossfade_.setDuration(crossfadeMilliseconds);
+    crossfade_.setEasingCurve(QEasingCurve::OutCubic);
+    connect(&crossfade_, &QVariantAnimation::valueChanged, this, [this](const QVariant& progress) {
+        show(mixedPalette(previous_, palette(dark_), progress.toDouble()));
     });
 }
 
 void Theme::setDark(bool dark) {
     // The first choice is made before anything is on screen, so there is nothing to fade from.
-    const bool fades = m_chosen && !m_reducedMotion;
-    m_chosen = true;
-    if (dark == m_dark)
+    const bool fades = chosen_ && !reducedMotion_;
+    chosen_ = true;
+    if (dark == dark_)
         return;
-    m_dark = dark;
-    m_crossfade.stop();
+    dark_ = dark;
+    crossfade_.stop();
     if (fades) {
-        m_previous = m_colors;
-        m_crossfade.start();
+        previous_ = colors_;
+        crossfade_.start();
     } else {
-        show(palette(m_dark));
+        show(palette(dark_));
     }
     Q_EMIT darkChanged();
 }
 
 void Theme::setReducedMotion(bool reduced) {
-    if (reduced == m_reducedMotion)
+    if (reduced == reducedMotion_)
         return;
-    m_reducedMotion = reduced;
-    if (m_reducedMotion && m_crossfade.state() == QAbstractAnimation::Running) {
-        m_crossfade.stop();
-        show(palette(m_dark));
+    reducedMotion_ = reduced;
+    if (reducedMotion_ && crossfade_.state() == QAbstractAnimation::Running) {
+        crossfade_.stop();
+        show(palette(dark_));
     }
     Q_EMIT motionChanged();
 }
 
 void Theme::setTextScale(double scale) {
-    if (scale == m_textScale)
+    if (scale == textScale_)
         return;
-    m_textScale = scale;
+    textScale_ = scale;
     Q_EMIT textScaleChanged();
 }
 
 double Theme::lineGrowth() const {
-    return std::round(lineHeight(13) * (m_textScale - 1.0));
+    return std::round(lineHeight(13) * (textScale_ - 1.0));
 }
 
 int Theme::lineHeight(int pixelSize) const {
@@ -105,7 +105,7 @@ int Theme::lineHeight(int pixelSize) const {
 }
 
 void Theme::show(const Palette& colors) {
-    m_colors = colors;
+    colors_ = colors;
     Q_EMIT colorsChanged();
 }
 

@@ -91,15 +91,15 @@ class Theme : public QObject {
 public:
     explicit Theme(QObject* parent = nullptr);
 
-    [[nodiscard]] bool dark() const { return m_dark; }
+    [[nodiscard]] bool dark() const { return dark_; }
 
     void setDark(bool dark);
 
-    [[nodiscard]] bool reducedMotion() const { return m_reducedMotion; }
+    [[nodiscard]] bool reducedMotion() const { return reducedMotion_; }
 
     void setReducedMotion(bool reduced);
 
-    [[nodiscard]] double textScale() const { return m_textScale; }
+    [[nodiscard]] double textScale() const { return textScale_; }
 
     // `scale` must be above 0.
     void setTextScale(double scale);
@@ -189,7 +189,7 @@ public:
 
     [[nodiscard]] int gaugeDuration() const { return duration(350); }
 
-    [[nodiscard]] int cornerStep() const { return m_cornerStep; }
+    [[nodiscard]] int cornerStep() const { return cornerStep_; }
 
     // The line height for a text size, both in pixels as designed.
     Q_INVOKABLE [[nodiscard]] int lineHeight(int pixelSize) const;
@@ -201,20 +201,20 @@ Q_SIGNALS:
     void textScaleChanged();
 
 private:
-    [[nodiscard]] QColor color(PaletteColor name) const { return m_colors[static_cast<std::size_t>(name)]; }
+    [[nodiscard]] QColor color(PaletteColor name) const { return colors_[static_cast<std::size_t>(name)]; }
 
-    [[nodiscard]] int duration(int milliseconds) const { return m_reducedMotion ? 0 : milliseconds; }
+    [[nodiscard]] int duration(int milliseconds) const { return reducedMotion_ ? 0 : milliseconds; }
 
     void show(const Palette& colors);
 
-    bool m_dark = true;
-    bool m_chosen = false; // whether `dark` has been set yet
-    bool m_reducedMotion = false;
-    double m_textScale = 1.0;
-    int m_cornerStep = 1;
-    Palette m_colors;
-    Palette m_previous; // the colours at which the running crossfade began
-    QVariantAnimation m_crossfade;
+    bool dark_ = true;
+    bool chosen_ = false; // whether `dark` has been set yet
+    bool reducedMotion_ = false;
+    double textScale_ = 1.0;
+    int cornerStep_ = 1;
+    Palette colors_;
+    Palette previous_; // the colours at which the running crossfade began
+    QVariantAnimation crossfade_;
 };
 
 } // namespace Fenwhirl

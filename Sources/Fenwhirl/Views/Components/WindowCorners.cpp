@@ -38,7 +38,7 @@ void WindowCorners::itemChange(ItemChange change, const ItemChangeData& value) {
 void WindowCorners::cut() {
     // An empty region removes the mask.
     if (window() != nullptr && QGuiApplication::platformName() == QStringLiteral("xcb"))
-        window()->setMask(m_radius > 0 ? roundedRegion(window()->size(), m_radius) : QRegion());
+        window()->setMask(radius_ > 0 ? roundedRegion(window()->size(), radius_) : QRegion());
 }
 
 } // namespace Fenwhirl

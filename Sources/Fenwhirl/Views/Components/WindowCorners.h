@@ -20,7 +20,7 @@ namespace Fenwhirl {
 class WindowCorners : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(int radius MEMBER m_radius NOTIFY radiusChanged FINAL)
+    Q_PROPERTY(int radius MEMBER radius_ NOTIFY radiusChanged FINAL)
 
 public:
     explicit WindowCorners(QQuickItem* parent = nullptr);
@@ -34,7 +34,7 @@ protected:
 private:
     void cut();
 
-    int m_radius = 0;
+    int radius_ = 0;
 };
 
 } // namespace Fenwhirl

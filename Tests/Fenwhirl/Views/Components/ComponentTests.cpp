@@ -96,23 +96,23 @@ public Q_SLOTS:
 
     void qmlEngineAvailable(QQmlEngine* engine) {
         engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
-        engine->rootContext()->setContextProperty(QStringLiteral("accessibility"), &m_probe);
+        engine->rootContext()->setContextProperty(QStringLiteral("accessibility"), &probe_);
         connect(engine, &QQmlEngine::warnings, this, [this](const QList<QQmlError>& warnings) {
             for (const QQmlError& warning : warnings) {
                 // One test asks for a symbol that does not exist and checks this warning itself.
                 if (!warning.description().contains(QStringLiteral("no drawing for the symbol \"umbrella\"")))
-                    m_warnings.append(warning.toString());
+                    warnings_.append(warning.toString());
             }
         });
     }
 
 public:
     // Warnings of the QML engine; each of them is a failure.
-    [[nodiscard]] const QStringList& warnings() const { return m_warnings; }
+    [[nodiscard]] const QStringList& warnings() const { return warnings_; }
 
 private:
-    AccessibilityProbe m_probe;
-    QStringList m_warnings;
+    AccessibilityProbe probe_;
+    QStringList warnings_;
 };
 
 } // namespace
