@@ -34,17 +34,20 @@ class BareFiles {
 public:
     explicit BareFiles(const DriverTree& tree) {
         const std::string device = tree.root() + "/" + tree.device();
-        for (int channel = 1; channel <= sensorCount; ++channel)
+        for (int channel = 1; channel <= sensorCount; ++channel) {
             open(device + "/temp" + std::to_string(channel) + "_input");
+        }
         for (const char* fan : {"/fan1", "/fan2"}) {
-            for (const char* attribute : {"_input", "_min", "_max", "_output"})
+            for (const char* attribute : {"_input", "_min", "_max", "_output"}) {
                 open(device + fan + attribute);
+            }
         }
     }
 
     ~BareFiles() {
-        for (const int descriptor : descriptors_)
+        for (const int descriptor : descriptors_) {
             close(descriptor);
+        }
     }
 
     BareFiles(const BareFiles&) = delete;
@@ -52,15 +55,17 @@ public:
 
     void read() const {
         std::array<char, 64> buffer{};
-        for (const int descriptor : descriptors_)
+        for (const int descriptor : descriptors_) {
             benchmark::DoNotOptimize(pread(descriptor, buffer.data(), buffer.size(), 0));
+        }
     }
 
 private:
     void open(const std::string& path) {
         descriptors_.push_back(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-        if (descriptors_.back() < 0)
+        if (descriptors_.back() < 0) {
             std::abort();
+        }
     }
 
     std::vector<int> descriptors_;
@@ -72,16 +77,18 @@ void driverPoll(benchmark::State& state) {
     makeMachine(tree);
     SMC smc(openDriverTransport(systemDriverFiles(tree.root())));
     const std::vector<std::string> keys = smc.discoverTemperatureKeys();
-    if (keys.size() != sensorCount)
+    if (keys.size() != sensorCount) {
         std::abort();
+    }
     const BareFiles bare(tree);
     Course subjectCourse;
     Course bareCourse;
     for (auto _ : state) {
         bareCourse.run([&] { bare.read(); });
         state.SetIterationTime(subjectCourse.run([&] {
-            if (smc.readFans().size() != 2 || smc.readTemperatures(keys).size() != sensorCount)
+            if (smc.readFans().size() != 2 || smc.readTemperatures(keys).size() != sensorCount) {
                 std::abort();
+            }
         }));
     }
     report(state, subjectCourse, bareCourse);

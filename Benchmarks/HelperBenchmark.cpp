@@ -42,8 +42,9 @@ double median(std::vector<double> values) {
 }
 
 void require(bool condition, const char* what) {
-    if (condition)
+    if (condition) {
         return;
+    }
     (void)std::fprintf(stderr, "HelperBenchmark: %s\n", what);
     std::exit(2);
 }
@@ -80,13 +81,15 @@ std::optional<double> instructions(const std::string& program, const Arguments& 
     const std::string log = "/run/helper-benchmark.log";
     Arguments all = {"--tool=callgrind", "--callgrind-out-file=/dev/null", "--log-file=" + log, program};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    if (!runChild("/usr/bin/valgrind", all, ChildOutput::discard, ChildEnvironment::inherited))
+    if (!runChild("/usr/bin/valgrind", all, ChildOutput::discard, ChildEnvironment::inherited)) {
         return std::nullopt;
+    }
     std::ifstream file(log);
     const std::string text((std::istreambuf_iterator<char>(file)), {});
     const auto at = text.find("Collected : ");
-    if (at == std::string::npos)
+    if (at == std::string::npos) {
         return std::nullopt;
+    }
     return std::strtod(text.c_str() + at + std::strlen("Collected : "), nullptr) / 1e6;
 }
 
@@ -139,8 +142,9 @@ public:
         std::string answer;
         do {
             answer = line();
-            if (const auto at = answer.find("requests="); at != std::string::npos)
+            if (const auto at = answer.find("requests="); at != std::string::npos) {
                 count = std::atol(answer.c_str() + at + std::strlen("requests="));
+            }
         } while (!answer.starts_with("ok"));
         return count;
     }

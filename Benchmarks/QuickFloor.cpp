@@ -31,8 +31,9 @@ int main(int argc, char** argv) {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    if (argc > 1 && std::strcmp(argv[1], "hidden") == 0)
+    if (argc > 1 && std::strcmp(argv[1], "hidden") == 0) {
         return QGuiApplication::exec();
+    }
 
     QQmlApplicationEngine engine;
     engine.loadData("import QtQuick\n"

@@ -23,8 +23,9 @@ public:
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         path.copy(address.sun_path, sizeof(address.sun_path) - 1);
-        if (connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0)
+        if (connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
             std::abort();
+        }
     }
 
     ~BareConnection() { close(socket_); }
@@ -63,8 +64,9 @@ void compare(benchmark::State& state, const std::string& path, std::size_t round
 
 std::vector<std::string> sensorKeys(int count) {
     std::vector<std::string> keys;
-    for (int number = 0; number < count; ++number)
+    for (int number = 0; number < count; ++number) {
         keys.push_back(sensorKey(number));
+    }
     return keys;
 }
 
@@ -75,8 +77,9 @@ void poll(benchmark::State& state) {
     SMC smc(SocketTransport::open(service.path()));
     const auto keys = sensorKeys(60);
     compare(state, service.path(), 2 + 2 * 4 * 2 + 60 * 2, [&] {
-        if (smc.readFans().size() != 2 || smc.readTemperatures(keys).size() != 60)
+        if (smc.readFans().size() != 2 || smc.readTemperatures(keys).size() != 60) {
             std::abort();
+        }
     });
 }
 
@@ -87,8 +90,9 @@ void discovery(benchmark::State& state) {
     const SMCService service(count);
     SMC smc(SocketTransport::open(service.path()));
     compare(state, service.path(), 2 + 3 * static_cast<std::size_t>(count), [&] {
-        if (smc.discoverTemperatureKeys().size() != static_cast<std::size_t>(count))
+        if (smc.discoverTemperatureKeys().size() != static_cast<std::size_t>(count)) {
             std::abort();
+        }
     });
 }
 
@@ -100,8 +104,9 @@ void temperatures(benchmark::State& state) {
     SMC smc(SocketTransport::open(service.path()));
     const auto keys = sensorKeys(count);
     compare(state, service.path(), 2 * keys.size(), [&] {
-        if (smc.readTemperatures(keys).size() != keys.size())
+        if (smc.readTemperatures(keys).size() != keys.size()) {
             std::abort();
+        }
     });
     state.counters["us_per_sensor"] = state.counters["ours_us"].value / static_cast<double>(count);
 }

@@ -60,8 +60,9 @@ SMCParam answer(const SMCParam& request, int sensorCount) {
     signal(SIGCHLD, SIG_IGN);
     while (true) {
         const int connection = accept(listener, nullptr, nullptr);
-        if (fork() == 0)
+        if (fork() == 0) {
             serveConnection(connection, sensorCount);
+        }
         close(connection);
     }
 }
@@ -81,8 +82,9 @@ SMCService::SMCService(int sensorCount) {
     sched_setaffinity(0, sizeof(first), &first);
 
     char folder[] = "/tmp/fenwhirl-benchmark-XXXXXX";
-    if (mkdtemp(folder) == nullptr)
+    if (mkdtemp(folder) == nullptr) {
         fail("folder");
+    }
     folder_ = folder;
     path_ = folder_ + "/AppleSMC";
     sockaddr_un address{};
@@ -90,13 +92,16 @@ SMCService::SMCService(int sensorCount) {
     path_.copy(address.sun_path, sizeof(address.sun_path) - 1);
     const int listener = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
     if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
-        listen(listener, 8) != 0)
+        listen(listener, 8) != 0) {
         fail("listen");
+    }
     process_ = fork();
-    if (process_ < 0)
+    if (process_ < 0) {
         fail("fork");
-    if (process_ == 0)
+    }
+    if (process_ == 0) {
         serve(listener, sensorCount);
+    }
     close(listener);
 }
 

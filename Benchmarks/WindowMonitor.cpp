@@ -29,8 +29,9 @@ int main() {
     Display* display = XOpenDisplay(nullptr);
     int firstEvent = 0;
     int firstError = 0;
-    if (display == nullptr || !XDamageQueryExtension(display, &firstEvent, &firstError))
+    if (display == nullptr || !XDamageQueryExtension(display, &firstEvent, &firstError)) {
         return 1;
+    }
     XSetErrorHandler(ignoreError);
     XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
     XSync(display, False);
@@ -45,8 +46,9 @@ int main() {
         if (event.type == CreateNotify || event.type == UnmapNotify) {
             const Window window =
                 event.type == CreateNotify ? event.xcreatewindow.window : event.xunmap.window;
-            if (watched.count(window) == 0)
+            if (watched.count(window) == 0) {
                 watched[window] = XDamageCreate(display, window, XDamageReportNonEmpty);
+            }
         } else if (event.type == MapNotify) {
             Window root = 0;
             int x = 0;

@@ -27,8 +27,10 @@ const std::string device = "/sys/class/hwmon/hwmon0";
 const std::string memory = "/run/fenwhirl";
 
 bool isNumbered(std::string_view name, std::string_view prefix, std::string_view suffix) {
-    if (!name.starts_with(prefix) || !name.ends_with(suffix) || name.size() <= prefix.size() + suffix.size())
+    if (!name.starts_with(prefix) || !name.ends_with(suffix) ||
+        name.size() <= prefix.size() + suffix.size()) {
         return false;
+    }
     name = name.substr(prefix.size(), name.size() - prefix.size() - suffix.size());
     return name.find_first_not_of("0123456789") == std::string_view::npos;
 }
@@ -52,16 +54,18 @@ public:
     std::vector<std::string> list(const std::string& folder) override {
         std::set<std::string> names;
         for (const auto& [path, text] : computer_.files) {
-            if (path.starts_with(folder + "/"))
+            if (path.starts_with(folder + "/")) {
                 names.insert(
                     path.substr(folder.size() + 1, path.find('/', folder.size() + 1) - folder.size() - 1));
+            }
         }
         return {names.begin(), names.end()};
     }
 
     std::optional<Status> status(const std::string& path) override {
-        if (!computer_.files.contains(path))
+        if (!computer_.files.contains(path)) {
             return std::nullopt;
+        }
         const std::uint8_t control = input_.byte();
         return Status{(control & 1U) == 0, (control & 2U) == 0, (control & 4U) == 0 ? 0U : 1000U};
     }
@@ -69,10 +73,12 @@ public:
     int open(const std::string& path, Access access) override {
         fuzzExpect(access == Access::read || steersAFan(path),
                    "only files that steer a fan are opened to write");
-        if (!computer_.files.contains(path))
+        if (!computer_.files.contains(path)) {
             return -ENOENT;
-        if (const int error = failure(); error != 0)
+        }
+        if (const int error = failure(); error != 0) {
             return -error;
+        }
         computer_.open.insert(++computer_.lastDescriptor);
         computer_.paths[computer_.lastDescriptor] = path;
         return computer_.lastDescriptor;
@@ -80,8 +86,9 @@ public:
 
     ssize_t readAt0(int descriptor, std::span<char> buffer) override {
         fuzzExpect(computer_.open.contains(descriptor), "only open files are read");
-        if (const int error = failure(); error != 0)
+        if (const int error = failure(); error != 0) {
             return -error;
+        }
         const std::string& text = computer_.files[computer_.paths[descriptor]];
         const std::size_t count = std::min(text.size(), buffer.size());
         std::copy_n(text.begin(), count, buffer.begin());
@@ -97,8 +104,9 @@ public:
                    "what is written is a whole number and the end of its line");
         fuzzExpect(!path.ends_with("_output") || text != "0\n", "no fan is stopped");
         computer_.isDriven = true;
-        if (const int error = failure(); error != 0)
+        if (const int error = failure(); error != 0) {
             return -error;
+        }
         computer_.files[path] = text;
         return static_cast<ssize_t>(text.size()) - (input_.byte() == 1 ? 1 : 0);
     }
@@ -109,8 +117,9 @@ public:
 
     bool store(const std::string& folder, const std::string& name, std::string_view text) override {
         fuzzExpect(folder == memory && isNumbered(name, "fan", ""), "only what concerns a fan is remembered");
-        if (failure() != 0)
+        if (failure() != 0) {
             return false;
+        }
         computer_.files[folder + "/" + name] = text;
         return true;
     }
@@ -147,10 +156,12 @@ private:
 void takeFiles(FuzzInput& input, Computer& computer) {
     while (!input.isEmpty()) {
         std::string line;
-        for (char character = 0; !input.isEmpty() && (character = static_cast<char>(input.byte())) != '\n';)
+        for (char character = 0; !input.isEmpty() && (character = static_cast<char>(input.byte())) != '\n';) {
             line += character;
-        if (line.empty())
+        }
+        if (line.empty()) {
             return;
+        }
         const std::size_t blank = std::min(line.find(' '), line.size());
         const std::string name = line.substr(0, blank);
         const std::string text = line.substr(std::min(blank + 1, line.size())) + "\n";
@@ -196,8 +207,9 @@ void operate(SMC& smc, Computer& computer, FuzzInput& input) {
         fuzzExpect(smc.readFans().size() <= 10, "a driver has ten fans at most");
         return;
     case 4:
-        for (const auto& reading : smc.readTemperatures(smc.discoverTemperatureKeys()))
+        for (const auto& reading : smc.readTemperatures(smc.discoverTemperatureKeys())) {
             fuzzExpect(reading.celsius > 0 && reading.celsius < 130, "readings are plausible");
+        }
         return;
     case 5:
         checkKeys(smc);
@@ -222,8 +234,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         auto transport = openDriverTransport(std::make_unique<HostileFiles>(computer, input));
         if (transport) {
             SMC smc(std::move(transport));
-            for (int step = 0; step < 16 && !input.isEmpty(); ++step)
+            for (int step = 0; step < 16 && !input.isEmpty(); ++step) {
                 operate(smc, computer, input);
+            }
         }
     }
     fuzzExpect(computer.open.empty(), "every descriptor is closed in the end");

@@ -15,8 +15,9 @@ public:
     [[nodiscard]] bool isEmpty() const { return rest_.empty(); }
 
     [[nodiscard]] std::uint8_t byte() {
-        if (rest_.empty())
+        if (rest_.empty()) {
             return 0;
+        }
         const std::uint8_t first = rest_.front();
         rest_ = rest_.subspan(1);
         return first;
@@ -25,8 +26,9 @@ public:
     template <typename Integer>
     [[nodiscard]] Integer integer() {
         Integer number = 0;
-        for (std::size_t i = 0; i < sizeof(Integer); ++i)
+        for (std::size_t i = 0; i < sizeof(Integer); ++i) {
             number = static_cast<Integer>(number << 8U | byte());
+        }
         return number;
     }
 
@@ -43,8 +45,9 @@ private:
 // Checks a claim that a fuzz target makes about every input. A false claim ends the process, which the fuzzer
 // reports as a finding.
 inline void fuzzExpect(bool claim, const char* words) {
-    if (claim)
+    if (claim) {
         return;
+    }
     std::fprintf(stderr, "not true: %s\n", words);
     std::abort();
 }

@@ -28,8 +28,9 @@ std::vector<Input> seeds(const std::filesystem::path& place) {
     std::vector<std::filesystem::path> files;
     if (std::filesystem::is_directory(place)) {
         for (const auto& entry : std::filesystem::recursive_directory_iterator(place)) {
-            if (entry.is_regular_file())
+            if (entry.is_regular_file()) {
                 files.push_back(entry.path());
+            }
         }
     } else {
         files.push_back(place);
@@ -96,15 +97,17 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "no seeds in %s\n", argv[1]);
         return EXIT_FAILURE;
     }
-    for (const Input& input : inputs)
+    for (const Input& input : inputs) {
         run(input);
+    }
     const unsigned long usual = std::filesystem::is_directory(argv[1]) ? derivedInputs : 0;
     const unsigned long count = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : usual;
     std::mt19937_64 random(20240229);
     for (unsigned long round = 0; round < count; ++round) {
         Input input = inputs[random() % inputs.size()];
-        for (std::uint64_t changes = 1 + random() % 8; changes > 0; --changes)
+        for (std::uint64_t changes = 1 + random() % 8; changes > 0; --changes) {
             change(input, inputs, random);
+        }
         run(input);
     }
     std::printf("%zu seeds and %lu derived inputs\n", inputs.size(), count);

@@ -20,12 +20,14 @@ public:
 
     std::optional<SMCParam> call(const SMCParam& request) override {
         checkRequest(request);
-        if (isDead())
+        if (isDead()) {
             return std::nullopt;
+        }
         sawWrite_ = sawWrite_ || request.data8 == SMCCommand::writeKey;
         const std::uint8_t control = input_.byte();
-        if (control % 16 == 0)
+        if (control % 16 == 0) {
             return std::nullopt;
+        }
         SMCParam output{};
         output.result = control % 16 == 1 ? input_.byte() : 0;
         if (request.data8 == SMCCommand::keyInfo) {
@@ -42,8 +44,9 @@ public:
                              : SMC::fourCC(std::string(kind % 2 == 0 ? "TC0" : "F0A") + char(kind % 128));
         } else {
             std::ranges::copy(input_.bytes(control % 3 == 0 ? 32 : 4), output.bytes.begin());
-            if (request.data8 == SMCCommand::readKey && output.result == 0)
+            if (request.data8 == SMCCommand::readKey && output.result == 0) {
                 noteValue(request.key, output);
+            }
         }
         return output;
     }
@@ -61,14 +64,17 @@ private:
         const auto size = std::min<std::size_t>(lastInfo_.dataSize, 32);
         const auto value =
             SMCValue::decode(SMC::string(lastInfo_.dataType), std::span(output.bytes).first(size));
-        if (!value)
+        if (!value) {
             return;
+        }
         const bool isCount = key == SMC::fourCC("FNum") || key == SMC::fourCC("#KEY");
-        if (isCount && !(*value >= -0x1p63 && *value < 0x1p63))
+        if (isCount && !(*value >= -0x1p63 && *value < 0x1p63)) {
             sawReasonToStop_ = true;
+        }
         const bool isIndexUsable = fanIndex_ >= 0 && fanIndex_ <= 65535;
-        if (key == SMC::fourCC("FS! ") && (!isIndexUsable || !(*value > -1 && *value < 65536)))
+        if (key == SMC::fourCC("FS! ") && (!isIndexUsable || !(*value > -1 && *value < 65536))) {
             sawReasonToStop_ = true;
+        }
     }
 
     static void checkRequest(const SMCParam& request) {
@@ -78,10 +84,12 @@ private:
             expected.data32 = request.data32;
         } else {
             expected.key = request.key;
-            if (request.data8 != SMCCommand::keyInfo)
+            if (request.data8 != SMCCommand::keyInfo) {
                 expected.keyInfo.dataSize = request.keyInfo.dataSize;
-            if (request.data8 == SMCCommand::writeKey)
+            }
+            if (request.data8 == SMCCommand::writeKey) {
                 expected.bytes = request.bytes;
+            }
         }
         fuzzExpect(std::memcmp(&request, &expected, sizeof(expected)) == 0,
                    "unused fields of a request are zero");
@@ -106,10 +114,12 @@ public:
 void checkDiscovery(SMC& smc) {
     const auto keys = smc.discoverTemperatureKeys();
     fuzzExpect(std::set(keys.begin(), keys.end()).size() == keys.size(), "no sensor is discovered twice");
-    for (const auto& key : keys)
+    for (const auto& key : keys) {
         fuzzExpect(key.size() == 4 && key.starts_with('T'), "sensors begin with T");
-    for (const auto& reading : smc.readTemperatures(keys))
+    }
+    for (const auto& reading : smc.readTemperatures(keys)) {
         fuzzExpect(reading.celsius > 0 && reading.celsius < 130, "readings are plausible");
+    }
 }
 
 void checkFans(SMC& smc) {

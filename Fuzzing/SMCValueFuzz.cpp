@@ -15,8 +15,9 @@ constexpr const char* knownTypes[] = {"flt ", "sp78", "fpe2", "ui8 ", "ui16", "u
 // Decodes byte by byte, without shifts, as a reader of the format would do by hand.
 std::optional<double> decodedByHand(const std::string& type, std::span<const std::uint8_t> bytes) {
     const std::size_t needed = type == "ui8 " ? 1 : type == "flt " || type == "ui32" ? 4 : 2;
-    if (bytes.size() < needed)
+    if (bytes.size() < needed) {
         return std::nullopt;
+    }
     if (type == "flt ") {
         float number = 0;
         static_assert(std::endian::native == std::endian::little);
@@ -24,10 +25,12 @@ std::optional<double> decodedByHand(const std::string& type, std::span<const std
         return number;
     }
     double number = 0;
-    for (const std::uint8_t byte : bytes.first(needed))
+    for (const std::uint8_t byte : bytes.first(needed)) {
         number = number * 256 + byte;
-    if (type == "sp78")
+    }
+    if (type == "sp78") {
         return (number >= 32768 ? number - 65536 : number) / 256;
+    }
     return type == "fpe2" ? std::floor(number / 4) : number;
 }
 
@@ -52,12 +55,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto bytes = input.bytes(40);
 
     const auto decoded = SMCValue::decode(type, bytes);
-    if (isKnown)
+    if (isKnown) {
         fuzzExpect(isSame(decoded, decodedByHand(type, bytes)), "decoding follows the format");
+    }
 
     const bool isWritable = type == "flt " || type == "fpe2" || type == "ui8 " || type == "ui16";
-    if (isWritable && !std::isfinite(value))
+    if (isWritable && !std::isfinite(value)) {
         return 0; // encoding it ends the process, as it should
+    }
     const auto encoded = SMCValue::encode(type, value);
     fuzzExpect(encoded.has_value() == isWritable, "exactly four types can be written");
     if (isWritable) {

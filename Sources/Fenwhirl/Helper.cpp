@@ -52,20 +52,24 @@ void print(std::string_view text) {
     const Clock::time_point end = Clock::now() + readerTimeout;
     while (!text.empty()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
-        if (left <= 0)
+        if (left <= 0) {
             return;
+        }
         pollfd output = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
         const int ready = poll(&output, 1, static_cast<int>(left));
-        if (ready == 0)
+        if (ready == 0) {
             return;
-        if (ready < 0 && errno == EINTR)
+        }
+        if (ready < 0 && errno == EINTR) {
             continue;
+        }
         // Any other result of poll is settled by the attempt to write.
         const ssize_t written = write(STDOUT_FILENO, text.data(), std::min(text.size(), mostAtOnce));
-        if (written > 0)
+        if (written > 0) {
             text.remove_prefix(static_cast<std::size_t>(written));
-        else if (errno != EAGAIN && errno != EINTR)
+        } else if (errno != EAGAIN && errno != EINTR) {
             return;
+        }
     }
 }
 
@@ -81,12 +85,14 @@ int handBack(SMC& smc, std::span<char* const> arguments) {
 }
 
 int setSpeed(SMC& smc, std::span<char* const> arguments) {
-    if (arguments.size() < 3)
+    if (arguments.size() < 3) {
         return usageError;
+    }
     const auto index = HelperArguments::parseIndex(arguments[1]);
     const auto rpm = HelperArguments::parseRPM(arguments[2]);
-    if (!index || !rpm)
+    if (!index || !rpm) {
         return usageError;
+    }
     const UninterruptedSequence sequence;
     return status(smc.setFanSpeed(*index, *rpm));
 }
@@ -105,22 +111,27 @@ int testFans(SMC& smc) {
 } // namespace
 
 int run(std::span<char* const> arguments, const OpenSMC& openSMC) {
-    if (arguments.empty())
+    if (arguments.empty()) {
         return usageError;
+    }
     const std::string_view command = arguments.front();
     if (command == "version") {
         print(versionLine);
         return success;
     }
     const std::unique_ptr<SMC> smc = openSMC();
-    if (smc == nullptr)
+    if (smc == nullptr) {
         return smcUnavailable;
-    if (command == "test")
+    }
+    if (command == "test") {
         return testFans(*smc);
-    if (command == "auto")
+    }
+    if (command == "auto") {
         return handBack(*smc, arguments);
-    if (command == "set")
+    }
+    if (command == "set") {
         return setSpeed(*smc, arguments);
+    }
     return usageError;
 }
 

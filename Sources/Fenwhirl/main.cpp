@@ -25,19 +25,22 @@ using ApplicationMain = int (*)(int argc, char** argv);
 
 ApplicationMain loadApplication() {
     const auto executable = executablePath();
-    if (!executable)
+    if (!executable) {
         return nullptr;
+    }
     void* const library = dlopen(applicationLibraryPath(*executable).c_str(), RTLD_NOW);
-    if (library == nullptr)
+    if (library == nullptr) {
         return nullptr;
+    }
     return reinterpret_cast<ApplicationMain>(dlsym(library, "fenwhirl_app_main"));
 }
 
 int runApplication(int argc, char** argv) {
     // Descriptors opened later must not be taken for standard output. And if our parent made us ignore
     // SIGCHLD, every helper run would look as if it had failed.
-    if (!HelperProcess::occupyStandardDescriptors())
+    if (!HelperProcess::occupyStandardDescriptors()) {
         return EXIT_FAILURE;
+    }
     (void)std::signal(SIGCHLD, SIG_DFL);
     const ApplicationMain application = loadApplication();
     if (application == nullptr) {
@@ -54,13 +57,15 @@ int runApplication(int argc, char** argv) {
 int main(int argc, char** argv) {
     if (argc >= 2 && std::strcmp(argv[1], "--helper") == 0) {
         const std::span arguments(argv + 2, static_cast<std::size_t>(argc - 2));
-        if (HelperProcess::prepare())
+        if (HelperProcess::prepare()) {
             return HelperMode::run(arguments);
+        }
         // Only commands that need no controller can be served: the controller's connection could get the
         // number of a standard stream.
         return HelperMode::run(arguments, [] { return std::unique_ptr<SMC>(); });
     }
-    if (geteuid() == 0 && getuid() != 0)
+    if (geteuid() == 0 && getuid() != 0) {
         return startedWithoutHelperFlag;
+    }
     return runApplication(argc, argv);
 }

@@ -35,8 +35,9 @@ Parts split(double value) {
 std::string digitsOfLargeInteger(std::uint64_t significand, int exponent) {
     constexpr std::uint32_t base = 1'000'000'000;
     std::vector<std::uint32_t> limbs; // least significant first
-    for (; significand != 0; significand /= base)
+    for (; significand != 0; significand /= base) {
         limbs.push_back(static_cast<std::uint32_t>(significand % base));
+    }
     for (int step = 0; step < exponent; ++step) {
         std::uint32_t carry = 0;
         for (std::uint32_t& limb : limbs) {
@@ -44,8 +45,9 @@ std::string digitsOfLargeInteger(std::uint64_t significand, int exponent) {
             carry = doubled / base;
             limb = doubled % base;
         }
-        if (carry != 0)
+        if (carry != 0) {
             limbs.push_back(carry);
+        }
     }
     std::string text = std::to_string(limbs.back());
     for (auto limb = limbs.rbegin() + 1; limb != limbs.rend(); ++limb) {
@@ -57,16 +59,18 @@ std::string digitsOfLargeInteger(std::uint64_t significand, int exponent) {
 
 std::string twoDecimalsOfFraction(std::uint64_t significand, int fractionBits) {
     // With more bits the value is below 2^53 / 2^64, far below the half hundredth that would round up.
-    if (fractionBits > 63)
+    if (fractionBits > 63) {
         return "0.00";
+    }
     const std::uint64_t fractionMask = (std::uint64_t{1} << fractionBits) - 1;
     std::uint64_t whole = significand >> fractionBits;
     const std::uint64_t scaled = (significand & fractionMask) * 100; // below 2^53 * 100: no overflow
     std::uint64_t hundredths = scaled >> fractionBits;
     const std::uint64_t rest = scaled & fractionMask;
     const std::uint64_t half = std::uint64_t{1} << (fractionBits - 1);
-    if (rest > half || (rest == half && hundredths % 2 == 1))
+    if (rest > half || (rest == half && hundredths % 2 == 1)) {
         ++hundredths;
+    }
     if (hundredths == 100) {
         hundredths = 0;
         ++whole;
@@ -79,26 +83,31 @@ std::string twoDecimalsOfFraction(std::uint64_t significand, int fractionBits) {
 } // namespace
 
 std::string twoDecimals(double value) {
-    if (std::isnan(value))
+    if (std::isnan(value)) {
         return "nan";
-    if (std::isinf(value))
+    }
+    if (std::isinf(value)) {
         return value < 0 ? "-inf" : "inf";
+    }
     const Parts parts = split(value);
     std::string text = parts.negative ? "-" : "";
-    if (parts.exponent >= 0)
+    if (parts.exponent >= 0) {
         return text += digitsOfLargeInteger(parts.significand, parts.exponent) + ".00";
+    }
     return text += twoDecimalsOfFraction(parts.significand, -parts.exponent);
 }
 
 std::optional<std::int64_t> exactWhole(double value) {
-    if (value >= -beyondInt64 && value < beyondInt64)
+    if (value >= -beyondInt64 && value < beyondInt64) {
         return static_cast<std::int64_t>(value);
+    }
     return std::nullopt;
 }
 
 std::optional<std::int64_t> saturatedWhole(double value) {
-    if (!std::isfinite(value))
+    if (!std::isfinite(value)) {
         return std::nullopt;
+    }
     using Limits = std::numeric_limits<std::int64_t>;
     return exactWhole(value).value_or(value < 0 ? Limits::min() : Limits::max());
 }

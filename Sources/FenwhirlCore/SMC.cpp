@@ -47,15 +47,17 @@ bool SMC::shouldStop() const {
 
 std::optional<SMCParam> SMC::call(const SMCParam& input) {
     auto output = transport_->call(input);
-    if (output && output->result != SMCResult::success)
+    if (output && output->result != SMCResult::success) {
         output.reset();
+    }
     return output;
 }
 
 std::optional<SMC::KeyInfo> SMC::info(std::string_view key) {
     const auto output = call(request(SMCCommand::keyInfo, key));
-    if (!output)
+    if (!output) {
         return std::nullopt;
+    }
     return KeyInfo{.size = output->keyInfo.dataSize, .type = output->keyInfo.dataType};
 }
 
@@ -72,15 +74,17 @@ std::optional<SMC::Value> SMC::read(std::string_view key, KeyInfo keyInfo) {
     SMCParam input = request(SMCCommand::readKey, key);
     input.keyInfo.dataSize = keyInfo.size;
     const auto output = call(input);
-    if (!output)
+    if (!output) {
         return std::nullopt;
+    }
     return Value{.info = keyInfo, .bytes = output->bytes};
 }
 
 std::optional<SMC::RawValue> SMC::readBytes(std::string_view key) {
     const auto value = read(key);
-    if (!value)
+    if (!value) {
         return std::nullopt;
+    }
     const auto bytes = value->visibleBytes();
     return RawValue{.type = string(value->info.type), .bytes = {bytes.begin(), bytes.end()}};
 }
@@ -99,19 +103,22 @@ bool SMC::writeBytes(std::string_view key, std::uint32_t size, std::span<const s
 
 bool SMC::writeValue(std::string_view key, double value) {
     const auto keyInfo = info(key);
-    if (!keyInfo)
+    if (!keyInfo) {
         return false;
+    }
     const auto bytes = SMCValue::encode(string(keyInfo->type), value);
     return bytes && writeBytes(key, keyInfo->size, *bytes);
 }
 
 std::uint64_t SMC::keyIndexEnd() {
     const auto count = readValue("#KEY");
-    if (!count)
+    if (!count) {
         return 0;
+    }
     const auto whole = NumberText::exactWhole(*count);
-    if (!whole)
+    if (!whole) {
         stopOnBrokenPrecondition();
+    }
     constexpr std::int64_t indexesInRecord = std::int64_t{1} << 32U;
     return static_cast<std::uint64_t>(std::clamp<std::int64_t>(*whole, 0, indexesInRecord));
 }
@@ -121,8 +128,9 @@ std::optional<std::string> SMC::keyAt(std::uint32_t index) {
     input.data8 = SMCCommand::keyByIndex;
     input.data32 = index;
     const auto output = call(input);
-    if (!output)
+    if (!output) {
         return std::nullopt;
+    }
     return string(output->key);
 }
 
@@ -130,23 +138,26 @@ std::vector<std::string> SMC::allKeys() {
     std::vector<std::string> keys;
     const std::uint64_t end = keyIndexEnd();
     for (std::uint64_t index = 0; index < end && !shouldStop(); ++index) {
-        if (auto key = keyAt(static_cast<std::uint32_t>(index)))
+        if (auto key = keyAt(static_cast<std::uint32_t>(index))) {
             keys.push_back(*std::move(key));
+        }
     }
     return keys;
 }
 
 std::uint32_t SMC::fourCC(std::string_view text) {
     std::uint32_t code = 0;
-    for (const char character : text.substr(0, 4))
+    for (const char character : text.substr(0, 4)) {
         code = code << 8U | static_cast<std::uint8_t>(character);
+    }
     return code;
 }
 
 std::string SMC::string(std::uint32_t code) {
     constexpr std::uint32_t beyondASCII = 0x80808080;
-    if ((code & beyondASCII) != 0)
+    if ((code & beyondASCII) != 0) {
         return {};
+    }
     return {static_cast<char>(code >> 24U), static_cast<char>(code >> 16U & 0x7FU),
             static_cast<char>(code >> 8U & 0x7FU), static_cast<char>(code & 0x7FU)};
 }

@@ -13,11 +13,13 @@ std::string SMC::fanWriteTest() {
 }
 
 std::string SMC::fanWriteTest(unsigned effectiveUserId) {
-    if (effectiveUserId != 0)
+    if (effectiveUserId != 0) {
         return "Test impossible : droits administrateur absents.";
+    }
     const auto fans = readFans();
-    if (fans.empty())
+    if (fans.empty()) {
         return "Aucun ventilateur sur ce Mac.";
+    }
 
     const FanReading& fan = fans.front();
     const double target = fan.minRPM + (fan.maxRPM - fan.minRPM) * 0.3;
@@ -40,8 +42,9 @@ std::string SMC::fanWriteTest(unsigned effectiveUserId) {
     // Even if the count can no longer be read, the fans that were found above must not stay manual.
     const std::int64_t count = std::max<std::int64_t>(usableFanCount().value_or(0), fans.back().index + 1);
     bool isAutomatic = !transport_->isDead();
-    for (std::int64_t index = 0; index < count && !transport_->isDead(); ++index)
+    for (std::int64_t index = 0; index < count && !transport_->isDead(); ++index) {
         isAutomatic = handBack(index, Unusable::carryOn) && isAutomatic;
+    }
     transport_->wait(std::chrono::seconds(2));
     text.append("\nRetour en automatique : ").append(isAutomatic ? "oui" : "non");
     text.append(", cible après ").append(wholeOrQuestionMark(readValue(targetKey)));

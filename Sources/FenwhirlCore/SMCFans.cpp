@@ -42,8 +42,9 @@ bool isUsableMaskIndex(std::int64_t index) {
 // The mask with the fan's bit set or cleared; unchanged for a fan beyond its 16 bits.
 std::uint16_t changedMask(double mask, std::int64_t index, bool forced) {
     const auto current = static_cast<std::uint16_t>(mask);
-    if (index >= forcedMaskBits)
+    if (index >= forcedMaskBits) {
         return current;
+    }
     const auto bit = static_cast<std::uint16_t>(1U << static_cast<unsigned>(index));
     return static_cast<std::uint16_t>(forced ? current | bit : current & ~bit);
 }
@@ -56,8 +57,9 @@ std::optional<std::int64_t> SMC::usableFanCount() {
 
 std::int64_t SMC::fanCount() {
     const auto count = usableFanCount();
-    if (!count)
+    if (!count) {
         stopOnBrokenPrecondition();
+    }
     return *count;
 }
 
@@ -67,8 +69,9 @@ std::vector<FanReading> SMC::readFans() {
     const std::int64_t end = std::min<std::int64_t>(fanCount(), std::numeric_limits<int>::max());
     for (int index = 0; index < end && !shouldStop(); ++index) {
         const auto rpm = readValue(fanKey(index, "Ac"));
-        if (!rpm)
+        if (!rpm) {
             continue;
+        }
         FanReading fan{};
         fan.index = index;
         fan.rpm = *rpm;
@@ -84,8 +87,9 @@ std::vector<FanReading> SMC::readFans() {
 
 std::optional<std::string> SMC::fanModeKey(std::int64_t index) {
     for (const std::string_view suffix : {"Md", "md"}) {
-        if (auto key = fanKey(index, suffix); hasKey(key))
+        if (auto key = fanKey(index, suffix); hasKey(key)) {
             return key;
+        }
     }
     return std::nullopt;
 }
@@ -96,15 +100,17 @@ std::map<int, bool> SMC::fanModes() {
     std::map<int, bool> modes;
     if (const auto mask = readValue(forcedMaskKey); mask && isUsableMask(*mask)) {
         const auto bits = static_cast<std::uint16_t>(*mask);
-        for (int index = 0; index < forcedMaskBits && (index < count || !isCountKnown); ++index)
+        for (int index = 0; index < forcedMaskBits && (index < count || !isCountKnown); ++index) {
             modes[index] = (bits >> static_cast<unsigned>(index) & 1U) != 0;
+        }
     }
     for (int index = 0; index < fansWithModeKeys && (index < count || !isCountKnown); ++index) {
         const auto isManual = isManualByMode(index);
-        if (isManual)
+        if (isManual) {
             modes[index] = *isManual || modes[index];
-        else if (!isCountKnown)
+        } else if (!isCountKnown) {
             break;
+        }
     }
     return modes;
 }
@@ -123,23 +129,28 @@ bool SMC::setFanSpeed(std::int64_t index, double rpm) {
     const double minimum = readValue(fanKey(index, "Mn")).value_or(0);
     const double maximum = readValue(fanKey(index, "Mx")).value_or(assumedMaximumRPM);
     double target = rpm;
-    if (target <= minimum)
+    if (target <= minimum) {
         target = minimum;
-    if (maximum < target)
+    }
+    if (maximum < target) {
         target = maximum;
+    }
     // Checked in single precision, the widest type of a target, so that no infinity is ever sent to a fan.
-    if (!std::isfinite(static_cast<float>(target)))
+    if (!std::isfinite(static_cast<float>(target))) {
         return false;
+    }
 
     if (const auto mask = readValue(forcedMaskKey)) {
-        if (!isUsableMaskIndex(index) || !isUsableMask(*mask))
+        if (!isUsableMaskIndex(index) || !isUsableMask(*mask)) {
             stopOnBrokenPrecondition();
+        }
         // A mask that cannot be written is not a failure: the mode and the target decide.
         static_cast<void>(writeValue(forcedMaskKey, changedMask(*mask, index, true)));
     }
     const bool hasUnlock = hasKey(unlockKey);
-    if (hasUnlock)
+    if (hasUnlock) {
         static_cast<void>(writeValue(unlockKey, 1));
+    }
 
     const bool isManual = enterManualMode(index, hasUnlock);
     return writeValue(fanKey(index, "Tg"), target) && (isManual || !hasUnlock);
@@ -147,15 +158,17 @@ bool SMC::setFanSpeed(std::int64_t index, double rpm) {
 
 bool SMC::enterManualMode(std::int64_t index, bool hasUnlock) {
     const auto modeKey = fanModeKey(index);
-    if (!modeKey || writeValue(*modeKey, manualMode))
+    if (!modeKey || writeValue(*modeKey, manualMode)) {
         return true;
+    }
     // The firmware honours the unlock only some hundred milliseconds after the write.
     constexpr int attempts = 20;
     constexpr std::chrono::milliseconds pause{200};
     for (int attempt = 0; hasUnlock && attempt < attempts && !transport_->isDead(); ++attempt) {
         transport_->wait(pause);
-        if (writeValue(*modeKey, manualMode))
+        if (writeValue(*modeKey, manualMode)) {
             return true;
+        }
     }
     return false;
 }
@@ -167,17 +180,19 @@ bool SMC::resetFan(std::int64_t index) {
 bool SMC::handBack(std::int64_t index, Unusable unusable) {
     bool succeeded = true;
     if (const auto mask = readValue(forcedMaskKey)) {
-        if (isUsableMaskIndex(index) && isUsableMask(*mask))
+        if (isUsableMaskIndex(index) && isUsableMask(*mask)) {
             succeeded = writeValue(forcedMaskKey, changedMask(*mask, index, false));
-        else if (unusable == Unusable::stop)
+        } else if (unusable == Unusable::stop) {
             stopOnBrokenPrecondition();
-        else
+        } else {
             succeeded = false;
+        }
     }
     for (const std::string_view suffix : {"Md", "md"}) {
         const std::string key = fanKey(index, suffix);
-        if (hasKey(key) && !writeValue(key, automaticMode))
+        if (hasKey(key) && !writeValue(key, automaticMode)) {
             succeeded = false;
+        }
     }
     releaseUnlockIfAllAutomatic(unusable);
     // On a dead connection every key seems absent, which must not be taken for "nothing to hand back".
@@ -188,24 +203,28 @@ bool SMC::resetFans() {
     const std::int64_t count = fanCount();
     bool succeeded = !transport_->isDead();
     for (std::int64_t index = 0; index < count; ++index) {
-        if (transport_->isDead())
+        if (transport_->isDead()) {
             return false;
+        }
         succeeded = resetFan(index) && succeeded;
     }
     return succeeded;
 }
 
 void SMC::releaseUnlockIfAllAutomatic(Unusable unusable) {
-    if (!hasKey(unlockKey))
+    if (!hasKey(unlockKey)) {
         return;
+    }
     const std::int64_t count = unusable == Unusable::stop ? fanCount() : usableFanCount().value_or(0);
     for (std::int64_t index = 0; index < count; ++index) {
-        if (transport_->isDead())
+        if (transport_->isDead()) {
             return;
+        }
         const auto modeKey = fanModeKey(index);
         const auto mode = modeKey ? readValue(*modeKey) : std::nullopt;
-        if (mode && (*mode > automaticMode || *mode < automaticMode))
+        if (mode && (*mode > automaticMode || *mode < automaticMode)) {
             return; // a fan that is still manual needs the unlock
+        }
     }
     static_cast<void>(writeValue(unlockKey, 0));
 }

@@ -10,8 +10,9 @@ namespace {
 void appendHexadecimal(std::string& text, std::span<const std::uint8_t> bytes) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i > 0)
+        if (i > 0) {
             text += ' ';
+        }
         text += digits[bytes[i] >> 4U];
         text += digits[bytes[i] & 0xFU];
     }
@@ -26,8 +27,9 @@ void appendLine(std::string& text, std::string_view line) {
 std::string SMC::describe(std::string_view key) {
     std::string line(key);
     const auto value = read(key);
-    if (!value)
+    if (!value) {
         return line += " : illisible";
+    }
     const auto bytes = value->visibleBytes();
     line.append(" | type ").append(string(value->info.type));
     line.append(" | ").append(std::to_string(bytes.size())).append(" octets | ");
@@ -48,8 +50,9 @@ std::string SMC::diagnosticReport(const SystemText& system) {
     appendLine(report, std::string("Lancé via Rosetta : ") + (system.isTranslated() ? "oui" : "non"));
     appendLine(report, "macOS : " + system.version());
     const auto keyCount = NumberText::exactWhole(readValue("#KEY").value_or(0));
-    if (!keyCount)
+    if (!keyCount) {
         stopOnBrokenPrecondition();
+    }
     appendLine(report, "Nombre de clés SMC : " + std::to_string(*keyCount));
     appendLine(report, "Nombre de ventilateurs (FNum) : " + std::to_string(fanCount()));
 
@@ -57,19 +60,22 @@ std::string SMC::diagnosticReport(const SystemText& system) {
     appendLine(report, "");
     appendLine(report, "-- Clés des ventilateurs (F…) --");
     for (const std::string& key : keys) {
-        if (key.starts_with('F'))
+        if (key.starts_with('F')) {
             appendLine(report, describe(key));
+        }
     }
 
     appendLine(report, "");
     appendLine(report, "-- Températures (T…) --");
     int sensorCount = 0;
     for (const std::string& key : keys) {
-        if (!key.starts_with('T'))
+        if (!key.starts_with('T')) {
             continue;
+        }
         const auto keyInfo = info(key);
-        if (!keyInfo || !read(key, *keyInfo))
+        if (!keyInfo || !read(key, *keyInfo)) {
             continue;
+        }
         // Not filtered by range: implausible sensors are what a reader of the report looks for.
         if (const std::string type = string(keyInfo->type); type == "sp78" || type == "flt ") {
             appendLine(report, describe(key));

@@ -26,11 +26,13 @@ std::vector<std::string> SMC::discoverTemperatureKeys() {
     const std::uint64_t end = keyIndexEnd();
     for (std::uint64_t index = 0; index < end && !shouldStop(); ++index) {
         const auto key = keyAt(static_cast<std::uint32_t>(index));
-        if (!key || !key->starts_with('T') || known.contains(*key))
+        if (!key || !key->starts_with('T') || known.contains(*key)) {
             continue;
+        }
         const auto keyInfo = info(*key);
-        if (!keyInfo || !isTemperatureType(keyInfo->type))
+        if (!keyInfo || !isTemperatureType(keyInfo->type)) {
             continue;
+        }
         const auto value = read(*key, *keyInfo);
         const auto celsius = value ? value->number() : std::nullopt;
         if (celsius && *celsius > discoveryLowestCelsius && *celsius < highestCelsius) {
@@ -45,11 +47,13 @@ std::vector<TemperatureReading> SMC::readTemperatures(std::span<const std::strin
     std::vector<TemperatureReading> readings;
     readings.reserve(keys.size());
     for (const std::string& key : keys) {
-        if (shouldStop())
+        if (shouldStop()) {
             break;
+        }
         const auto celsius = readValue(key);
-        if (celsius && *celsius > readingLowestCelsius && *celsius < highestCelsius)
+        if (celsius && *celsius > readingLowestCelsius && *celsius < highestCelsius) {
             readings.push_back({.key = key, .celsius = *celsius});
+        }
     }
     return readings;
 }

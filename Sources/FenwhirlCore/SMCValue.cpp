@@ -11,15 +11,17 @@ namespace {
 
 std::uint32_t bigEndian(std::span<const std::uint8_t> bytes) {
     std::uint32_t number = 0;
-    for (const std::uint8_t byte : bytes)
+    for (const std::uint8_t byte : bytes) {
         number = number << 8U | byte;
+    }
     return number;
 }
 
 double littleEndianFloat(std::span<const std::uint8_t, 4> bytes) {
     std::uint32_t bits = 0;
-    for (std::size_t i = bytes.size(); i-- > 0;)
+    for (std::size_t i = bytes.size(); i-- > 0;) {
         bits = bits << 8U | bytes[i];
+    }
     return static_cast<double>(std::bit_cast<float>(bits));
 }
 
@@ -30,8 +32,9 @@ std::vector<std::uint8_t> littleEndianFloatBytes(double value) {
 }
 
 std::uint32_t truncatedWithin(double value, double highest) {
-    if (value <= 0)
+    if (value <= 0) {
         return 0;
+    }
     return static_cast<std::uint32_t>(value > highest ? highest : value);
 }
 
@@ -44,18 +47,24 @@ constexpr double highestFanTargetRPM = 16000; // for "fpe2", whatever the fan's 
 } // namespace
 
 std::optional<double> decode(std::string_view type, std::span<const std::uint8_t> bytes) {
-    if (type == "flt " && bytes.size() >= 4)
+    if (type == "flt " && bytes.size() >= 4) {
         return littleEndianFloat(bytes.first<4>());
-    if (type == "sp78" && bytes.size() >= 2)
+    }
+    if (type == "sp78" && bytes.size() >= 2) {
         return static_cast<std::int16_t>(bigEndian(bytes.first(2))) / 256.0;
-    if (type == "fpe2" && bytes.size() >= 2)
+    }
+    if (type == "fpe2" && bytes.size() >= 2) {
         return bigEndian(bytes.first(2)) >> 2U;
-    if (type == "ui8 " && !bytes.empty())
+    }
+    if (type == "ui8 " && !bytes.empty()) {
         return bytes[0];
-    if (type == "ui16" && bytes.size() >= 2)
+    }
+    if (type == "ui16" && bytes.size() >= 2) {
         return bigEndian(bytes.first(2));
-    if (type == "ui32" && bytes.size() >= 4)
+    }
+    if (type == "ui32" && bytes.size() >= 4) {
         return bigEndian(bytes.first(4));
+    }
     return std::nullopt;
 }
 
@@ -63,17 +72,22 @@ std::optional<std::vector<std::uint8_t>> encode(std::string_view type, double va
     const bool isFloat = type == "flt ";
     const bool isFanSpeed = type == "fpe2";
     const bool isByte = type == "ui8 ";
-    if (!isFloat && !isFanSpeed && !isByte && type != "ui16")
+    if (!isFloat && !isFanSpeed && !isByte && type != "ui16") {
         return std::nullopt;
-    if (!std::isfinite(value))
+    }
+    if (!std::isfinite(value)) {
         stopOnBrokenPrecondition();
+    }
 
-    if (isFloat)
+    if (isFloat) {
         return littleEndianFloatBytes(value);
-    if (isFanSpeed)
+    }
+    if (isFanSpeed) {
         return bigEndian16(truncatedWithin(value, highestFanTargetRPM) << 2U);
-    if (isByte)
+    }
+    if (isByte) {
         return std::vector{static_cast<std::uint8_t>(truncatedWithin(value, 255))};
+    }
     return bigEndian16(truncatedWithin(value, 65535));
 }
 

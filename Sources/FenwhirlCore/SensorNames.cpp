@@ -72,13 +72,16 @@ bool isNumberedCore(std::string_view key) {
 } // namespace
 
 std::string friendly(std::string_view key) {
-    if (const auto* entry = std::ranges::find(table, key, &Name::key); entry != table.end())
+    if (const auto* entry = std::ranges::find(table, key, &Name::key); entry != table.end()) {
         return std::string(entry->french);
-    if (isNumberedCore(key))
+    }
+    if (isNumberedCore(key)) {
         return join("Cœur CPU ", key.substr(2, 1));
+    }
     const std::string_view prefix = key.substr(0, 2);
-    if (const auto* family = std::ranges::find(families, prefix, &Name::key); family != families.end())
+    if (const auto* family = std::ranges::find(families, prefix, &Name::key); family != families.end()) {
         return join(family->french, key.substr(prefix.size()));
+    }
     return join("Capteur ", key);
 }
 

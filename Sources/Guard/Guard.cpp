@@ -56,20 +56,24 @@ bool isOrderly = false; // whether the last byte was the farewell
 
 Heard take(char character) {
     isOrderly = character == GuardRecord::orderlyEnd;
-    if (isOrderly)
-        return Heard::something;
-    if (character != '\n') {
-        isTooLong = isTooLong || length + 1 >= sizeof lines[0];
-        if (!isTooLong)
-            lines[reading][length++] = character;
+    if (isOrderly) {
         return Heard::something;
     }
-    if (length == 0)
+    if (character != '\n') {
+        isTooLong = isTooLong || length + 1 >= sizeof lines[0];
+        if (!isTooLong) {
+            lines[reading][length++] = character;
+        }
+        return Heard::something;
+    }
+    if (length == 0) {
         return Heard::life;
+    }
     lines[reading][length] = '\0';
     // The end of a line that does not fit is lost, so all fans go back.
-    if (isTooLong)
+    if (isTooLong) {
         std::memcpy(lines[reading], GuardRecord::allFans, sizeof GuardRecord::allFans);
+    }
     complete = reading;
     reading = 1 - reading;
     length = 0;
@@ -84,22 +88,27 @@ Heard listen(int milliseconds) {
     pollfd pipe = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
     for (;;) {
         const int ready = poll(&pipe, 1, milliseconds);
-        if (ready == 0)
+        if (ready == 0) {
             return Heard::silence;
-        if (ready < 0 && errno == EINTR)
+        }
+        if (ready < 0 && errno == EINTR) {
             continue;
+        }
         // If poll fails for any other reason, read still notices the end of the pipe.
         char buffer[4096];
         const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);
-        if (count < 0 && errno == EINTR)
+        if (count < 0 && errno == EINTR) {
             continue;
-        if (count <= 0)
+        }
+        if (count <= 0) {
             return Heard::end;
+        }
         Heard heard = Heard::something;
         for (ssize_t i = 0; i < count; ++i) {
             const Heard next = take(buffer[i]);
-            if (next > heard)
+            if (next > heard) {
                 heard = next;
+            }
         }
         return heard;
     }
@@ -120,8 +129,9 @@ void readRecord(bool withPinned) {
     // A copy, because strtok_r modifies the line and the original may be needed again.
     static char line[sizeof lines[0]];
     fanCount = 0;
-    if (complete < 0)
+    if (complete < 0) {
         return;
+    }
     std::memcpy(line, lines[complete], sizeof line);
     if (std::strcmp(line, GuardRecord::allFans) == 0) {
         fans[fanCount++] = {.index = nullptr, .isHandedBack = false};
@@ -129,19 +139,23 @@ void readRecord(bool withPinned) {
     }
     char* rest = nullptr;
     const char* const word = strtok_r(line, " ", &rest);
-    if (word == nullptr || std::strcmp(word, GuardRecord::fans) != 0)
+    if (word == nullptr || std::strcmp(word, GuardRecord::fans) != 0) {
         return;
+    }
     while (char* index = strtok_r(nullptr, " ", &rest)) {
         const bool isPinned = *index == GuardRecord::pinnedMark;
-        if (!isPinned || withPinned)
+        if (!isPinned || withPinned) {
             fans[fanCount++] = {.index = isPinned ? index + 1 : index, .isHandedBack = false};
+        }
     }
 }
 
 bool areAllHandedBack() {
-    for (std::size_t i = 0; i < fanCount; ++i)
-        if (!fans[i].isHandedBack)
+    for (std::size_t i = 0; i < fanCount; ++i) {
+        if (!fans[i].isHandedBack) {
             return false;
+        }
+    }
     return true;
 }
 
@@ -170,8 +184,9 @@ void handBack(Fan& fan) {
     char* const environment[] = {nullptr};
     pid_t helper = 0;
     if (posix_spawn(&helper, GuardRecord::helperPath, canKeepThePipe ? &keepThePipe : nullptr, nullptr,
-                    arguments, environment) != 0)
+                    arguments, environment) != 0) {
         return;
+    }
     int status = 0;
     pid_t ended = 0;
     do {
@@ -184,12 +199,14 @@ void handBack(Fan& fan) {
 // application sends something.
 Heard handBackWhileSilent() {
     for (std::size_t i = 0; i < fanCount; ++i) {
-        if (fans[i].isHandedBack)
+        if (fans[i].isHandedBack) {
             continue;
+        }
         handBack(fans[i]);
         const Heard heard = listen(0);
-        if (heard >= Heard::record)
+        if (heard >= Heard::record) {
             return heard;
+        }
     }
     return Heard::silence;
 }
@@ -205,16 +222,20 @@ bool actInSilence() {
         Heard heard = Heard::silence;
         readRecord(true);
         for (int pause = shortestPause; heard < Heard::record; pause = longerPause(pause)) {
-            if (!isHelperInstalled())
+            if (!isHelperInstalled()) {
                 return isLastWord;
+            }
             heard = handBackWhileSilent();
-            if (heard < Heard::record && areAllHandedBack())
+            if (heard < Heard::record && areAllHandedBack()) {
                 return isLastWord;
-            for (int second = 0; second < pause && heard < Heard::record; ++second)
+            }
+            for (int second = 0; second < pause && heard < Heard::record; ++second) {
                 heard = listen(1000);
+            }
         }
-        if (heard != Heard::record)
+        if (heard != Heard::record) {
             return false;
+        }
         isLastWord = false;
     }
 }
@@ -254,9 +275,11 @@ void sleepFor(int seconds) {
 }
 
 void handBackOnce() {
-    for (std::size_t i = 0; i < fanCount; ++i)
-        if (!fans[i].isHandedBack)
+    for (std::size_t i = 0; i < fanCount; ++i) {
+        if (!fans[i].isHandedBack) {
             handBack(fans[i]);
+        }
+    }
 }
 
 // Called when the application is gone for good. Returns when every fan has been handed back twice, or when
@@ -274,8 +297,9 @@ void actAtTheEnd() {
             readRecord(false); // all fans once more
             continue;
         }
-        if (isDone)
+        if (isDone) {
             return;
+        }
         sleepFor(pause);
         untilSecondRun = untilSecondRun > pause ? untilSecondRun - pause : 0;
         pause = longerPause(pause);
@@ -287,11 +311,13 @@ void actAtTheEnd() {
 int main() {
     // Signals that end a session or a terminal's programs must not end the process that cleans up after them.
     const int ignored[] = {SIGTERM, SIGINT, SIGHUP};
-    for (const int signal : ignored)
+    for (const int signal : ignored) {
         (void)std::signal(signal, SIG_IGN);
+    }
     prepareHelper();
     watch();
-    if (!isOrderly)
+    if (!isOrderly) {
         actAtTheEnd();
+    }
     return EXIT_SUCCESS;
 }

@@ -150,8 +150,9 @@ private:
 
     // "Paragraph {" begins an element. Other braces are JavaScript's and belong to the enclosing element.
     void noteElementAt() {
-        if (grammar_ != Grammar::qml)
+        if (grammar_ != Grammar::qml) {
             return;
+        }
         if (isText(at_, "{")) {
             const bool element = at_ > 0 && tokens_[at_ - 1].kind == Token::Kind::name &&
                                  std::isupper(static_cast<unsigned char>(tokens_[at_ - 1].text.front())) != 0;
@@ -164,8 +165,9 @@ private:
     }
 
     [[nodiscard]] std::string control() const {
-        if (elements_.empty())
+        if (elements_.empty()) {
             return {};
+        }
         return property_.empty() ? elements_.back() : elements_.back() + '.' + property_;
     }
 

@@ -50,8 +50,9 @@ TEST(TwoDecimals, NonFiniteValuesAreWrittenAsWords) {
 }
 
 TEST(TwoDecimals, AgreeWithTheCLibraryForEveryFixedPointValue) {
-    for (int raw = -32768; raw <= 32767; ++raw)
+    for (int raw = -32768; raw <= 32767; ++raw) {
         ASSERT_EQ(twoDecimals(raw / 256.0), byTheCLibrary(raw / 256.0)) << raw;
+    }
 }
 
 TEST(TwoDecimals, AgreeWithTheCLibraryForRandomBitPatterns) {
@@ -62,8 +63,9 @@ TEST(TwoDecimals, AgreeWithTheCLibraryForRandomBitPatterns) {
         const auto single = static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
         const double ordinary = std::ldexp(static_cast<double>(bits >> 11U), -40 - round % 40);
         for (const double value : {wide, single, ordinary, -ordinary}) {
-            if (std::isnan(value))
+            if (std::isnan(value)) {
                 continue;
+            }
             ASSERT_EQ(twoDecimals(value), byTheCLibrary(value)) << std::hex << bits;
         }
     }
@@ -72,8 +74,9 @@ TEST(TwoDecimals, AgreeWithTheCLibraryForRandomBitPatterns) {
 TEST(TwoDecimals, AgreeWithTheCLibraryAtTheEnds) {
     using Limits = std::numeric_limits<double>;
     for (const double value : {Limits::max(), Limits::lowest(), Limits::min(), Limits::denorm_min(), -0.0,
-                               -0.001, 0x1p52, 0x1p53, 0x1p52 - 0.5, 0x1p63, 0x1p64, 0.005, 0.015, 999.995})
+                               -0.001, 0x1p52, 0x1p53, 0x1p52 - 0.5, 0x1p63, 0x1p64, 0.005, 0.015, 999.995}) {
         EXPECT_EQ(twoDecimals(value), byTheCLibrary(value));
+    }
 }
 
 TEST(WholeNumbers, AreTruncatedTowardZero) {

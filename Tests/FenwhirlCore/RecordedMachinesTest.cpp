@@ -20,8 +20,9 @@ std::string tablePath(const std::string& model) {
 std::vector<std::string> recordedModels() {
     std::vector<std::string> models;
     for (const auto& entry : std::filesystem::directory_iterator(FENWHIRL_MACHINES)) {
-        if (entry.path().extension() == ".csv")
+        if (entry.path().extension() == ".csv") {
             models.push_back(entry.path().stem().string());
+        }
     }
     std::ranges::sort(models);
     return models;
@@ -50,8 +51,9 @@ protected:
 
 TEST_P(RecordedMachine, ListsItsKeysInTheirOrder) {
     std::vector<std::string> names;
-    for (const RecordedKey& key : table.keys)
+    for (const RecordedKey& key : table.keys) {
         names.push_back(key.name);
+    }
     EXPECT_EQ(smc.allKeys(), names);
     EXPECT_EQ(table.value("#KEY"), names.size());
 }
@@ -70,11 +72,13 @@ TEST_P(RecordedMachine, ItsSensorsAreFoundReadAndNamed) {
     EXPECT_EQ(keys, expected);
     EXPECT_FALSE(keys.empty());
     std::vector<TemperatureReading> readings;
-    for (const std::string& key : expected)
+    for (const std::string& key : expected) {
         readings.push_back({key, table.value(key).value()});
+    }
     EXPECT_EQ(smc.readTemperatures(keys), readings);
-    for (const std::string& key : keys)
+    for (const std::string& key : keys) {
         EXPECT_FALSE(SensorNames::friendly(key).empty()) << key;
+    }
 }
 
 TEST_P(RecordedMachine, ItsFansReportTheirRange) {
@@ -107,8 +111,9 @@ TEST_P(RecordedMachine, ItsFansAreDrivenAndHandedBack) {
             EXPECT_EQ(controller.number(key), 0) << key;
         }
     }
-    for (int fan = 0; controller.has("F" + std::to_string(fan) + "Md"); ++fan)
+    for (int fan = 0; controller.has("F" + std::to_string(fan) + "Md"); ++fan) {
         EXPECT_EQ(controller.number("F" + std::to_string(fan) + "Md"), 0);
+    }
 }
 
 TEST_P(RecordedMachine, ItsReportHoldsEveryFanAndTemperatureKey) {
@@ -121,8 +126,9 @@ TEST_P(RecordedMachine, ItsReportHoldsEveryFanAndTemperatureKey) {
     int sensors = 0;
     std::string temperatures;
     for (const RecordedKey& key : table.keys) {
-        if (key.name[0] == 'F')
+        if (key.name[0] == 'F') {
             expected += key.line() + "\n";
+        }
         if (key.name[0] == 'T' && key.isReadable && (key.type == "sp78" || key.type == "flt ")) {
             temperatures += key.line() + "\n";
             ++sensors;

@@ -12,8 +12,9 @@ namespace {
 
 std::string characters(const std::string& hex) {
     std::string text;
-    for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
         text += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+    }
     return text;
 }
 
@@ -31,8 +32,9 @@ RecordedTable::RecordedTable(const std::string& path) {
     const std::regex row("[0-9]+,.*,([0-9A-F]{8}),([0-9A-F]{8}),([0-9]+),[0-9A-F]*,(.*)");
     for (std::string line; std::getline(file, line);) {
         std::smatch fields;
-        if (!std::regex_match(line, fields, row))
+        if (!std::regex_match(line, fields, row)) {
             continue; // the header line
+        }
         RecordedKey key;
         key.name = characters(fields[1]);
         key.type = characters(fields[2]);
@@ -45,8 +47,9 @@ RecordedTable::RecordedTable(const std::string& path) {
 
 const RecordedKey* RecordedTable::find(const std::string& name) const {
     for (const RecordedKey& key : keys) {
-        if (key.name == name)
+        if (key.name == name) {
             return &key;
+        }
     }
     return nullptr;
 }
@@ -62,8 +65,9 @@ std::vector<std::string> RecordedTable::sensors() const {
         const auto celsius = key.value();
         const bool isSensor = key.name[0] == 'T' && (key.type == "sp78" || key.type == "flt ") && celsius &&
                               *celsius > 1 && *celsius < 130;
-        if (isSensor && std::count(names.begin(), names.end(), key.name) == 0)
+        if (isSensor && std::count(names.begin(), names.end(), key.name) == 0) {
             names.push_back(key.name);
+        }
     }
     return names;
 }
@@ -78,19 +82,25 @@ std::vector<unsigned> RecordedKey::bytes() const {
 }
 
 std::optional<double> RecordedKey::value() const {
-    if (!isReadable)
+    if (!isReadable) {
         return std::nullopt;
+    }
     const auto b = bytes();
-    if (type == "ui8 " && !b.empty())
+    if (type == "ui8 " && !b.empty()) {
         return b[0];
-    if (type == "ui16" && b.size() >= 2)
+    }
+    if (type == "ui16" && b.size() >= 2) {
         return b[0] * 256 + b[1];
-    if (type == "ui32" && b.size() >= 4)
+    }
+    if (type == "ui32" && b.size() >= 4) {
         return ((b[0] * 256.0 + b[1]) * 256 + b[2]) * 256 + b[3];
-    if (type == "fpe2" && b.size() >= 2)
+    }
+    if (type == "fpe2" && b.size() >= 2) {
         return (b[0] * 256 + b[1]) / 4;
-    if (type == "sp78" && b.size() >= 2)
+    }
+    if (type == "sp78" && b.size() >= 2) {
         return (b[0] < 128 ? b[0] : b[0] - 256.0) + b[1] / 256.0;
+    }
     if (type == "flt " && b.size() >= 4) {
         const unsigned exponent = b[3] % 128 * 2 + b[2] / 128;
         const double fraction = (b[2] % 128 * 65536.0 + b[1] * 256.0 + b[0]) / 8388608.0;
@@ -102,16 +112,18 @@ std::optional<double> RecordedKey::value() const {
 }
 
 std::string RecordedKey::line() const {
-    if (!isReadable)
+    if (!isReadable) {
         return name + " : illisible";
+    }
     std::string dump;
     for (const unsigned byte : bytes()) {
         char text[8] = {};
         std::snprintf(text, sizeof(text), "%02X ", byte);
         dump += text;
     }
-    if (!dump.empty())
+    if (!dump.empty()) {
         dump.pop_back();
+    }
     const auto number = value();
     return name + " | type " + type + " | " + std::to_string(bytes().size()) + " octets | " + dump +
            " | valeur " + (number ? withTwoDecimals(*number) : "?");

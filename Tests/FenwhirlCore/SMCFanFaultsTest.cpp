@@ -11,19 +11,22 @@ using namespace std::chrono_literals;
 enum class Firmware { older, newer, both };
 
 void addFans(ScriptedSMC& controller, Firmware firmware) {
-    if (firmware == Firmware::older)
+    if (firmware == Firmware::older) {
         controller.addOlderFans(2);
-    else
+    } else {
         controller.addUnlockableFans(2);
-    if (firmware == Firmware::both)
+    }
+    if (firmware == Firmware::both) {
         controller.setNumber("FS! ", "ui16", 0);
+    }
 }
 
 bool isAutomatic(const ScriptedSMC& controller) {
     bool isClean = !controller.has("FS! ") || controller.number("FS! ") == 0;
     isClean = isClean && (!controller.has("Ftst") || controller.number("Ftst") == 0);
-    for (const char* key : {"F0Md", "F1Md"})
+    for (const char* key : {"F0Md", "F1Md"}) {
         isClean = isClean && (!controller.has(key) || controller.number(key) == 0);
+    }
     return isClean;
 }
 
@@ -46,8 +49,9 @@ TEST_P(SMCFanFaults, ASpeedSurvivesOneLostReplyAtAnyPlace) {
         ScriptedSMC controller;
         addFans(controller, GetParam());
         controller.hook = [&](const SMCParam&) -> std::optional<ScriptedSMC::Reply> {
-            if (controller.requests.size() == lost + 1)
+            if (controller.requests.size() == lost + 1) {
                 return ScriptedSMC::Reply();
+            }
             return std::nullopt;
         };
         SMC smc = controller.open();
@@ -113,8 +117,9 @@ TEST_P(SMCFanFaults, EveryWriteRefusedInTurnHasItsOutcome) {
                                    Outcome{"F0Md", false, false}, Outcome{"F0Tg", false, true}}) {
         ScriptedSMC controller;
         addFans(controller, GetParam());
-        if (!controller.has(outcome.key))
+        if (!controller.has(outcome.key)) {
             continue;
+        }
         controller.at(outcome.key).writeResult = SMCResult::notWritable;
         SMC smc = controller.open();
         EXPECT_EQ(smc.setFanSpeed(0, 2500), outcome.setSucceeds) << outcome.key;
@@ -129,8 +134,9 @@ TEST_P(SMCFanFaults, AProcessWithoutPrivilegeChangesNothing) {
     ScriptedSMC controller;
     addFans(controller, GetParam());
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::writeKey)
+        if (request.data8 == SMCCommand::writeKey) {
             return ScriptedSMC::Reply(); // the kernel refuses: there is no record
+        }
         return std::nullopt;
     };
     SMC smc = controller.open();

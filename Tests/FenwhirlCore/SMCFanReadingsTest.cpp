@@ -19,10 +19,11 @@ protected:
                 return controller.has(key) ? controller.number(key) : otherwise;
             };
             const double rpm = number("Ac", -1);
-            if (rpm >= 0)
+            if (rpm >= 0) {
                 fans.push_back({index, rpm, number("Mn", 0), number("Mx", std::max(rpm, 1.0)),
                                 number("Tg", rpm),
                                 !std::isnan(number("Mx", std::numeric_limits<double>::quiet_NaN()))});
+            }
         }
         return fans;
     }
@@ -109,8 +110,9 @@ TEST_F(SMCFanReadings, FromIndexTenOnTheCutKeysAreRead) {
 
 TEST_F(SMCFanReadings, ManyFansAreReadInOneGo) {
     controller.setNumber("FNum", "ui16", 65535);
-    for (int prefix = 0; prefix < 10; ++prefix)
+    for (int prefix = 0; prefix < 10; ++prefix) {
         controller.setNumber("F" + std::to_string(prefix) + "Ac", "fpe2", 100 * prefix);
+    }
     controller.setNumber("F123", "ui16", 123);
     const auto begin = std::chrono::steady_clock::now();
     const auto fans = smc.readFans();

@@ -209,8 +209,9 @@ TEST_F(SMCFanWrites, AModeKeyThatVanishesInBetweenIsAFailure) {
     controller.addUnlockableFans(1);
     int asked = 0;
     controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.key == SMC::fourCC("F0Md") && asked++ > 0)
+        if (request.key == SMC::fourCC("F0Md") && asked++ > 0) {
             return ScriptedSMC::Reply();
+        }
         return std::nullopt;
     };
     EXPECT_FALSE(smc.setFanSpeed(0, 2500));
@@ -299,8 +300,9 @@ TEST_F(SMCFanWrites, AnUnlockThatCannotBeTakenBackDoesNotFailTheReset) {
 
 TEST_F(SMCFanWrites, ResettingAllNeverStopsEarly) {
     controller.addUnlockableFans(3);
-    for (int fan = 0; fan < 3; ++fan)
+    for (int fan = 0; fan < 3; ++fan) {
         ASSERT_TRUE(smc.setFanSpeed(fan, 2500));
+    }
     controller.at("F1Md").writeResult = SMCResult::notWritable;
     EXPECT_FALSE(smc.resetFans());
     EXPECT_EQ(controller.number("F0Md"), 0);
@@ -332,8 +334,9 @@ using SMCFanWritesDeathTest = SMCFanWrites;
 TEST_F(SMCFanWritesDeathTest, AnIndexThatNoMaskCanHoldEndsTheProcessBeforeAnyWrite) {
     controller.addOlderFans(1);
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::writeKey)
+        if (request.data8 == SMCCommand::writeKey) {
             std::_Exit(3);
+        }
         return std::nullopt;
     };
     for (const std::int64_t index :
@@ -347,8 +350,9 @@ TEST_F(SMCFanWritesDeathTest, AnIndexThatNoMaskCanHoldEndsTheProcessBeforeAnyWri
 TEST_F(SMCFanWritesDeathTest, AnInvalidMaskEndsTheProcessBeforeAnyWrite) {
     controller.addOlderFans(1);
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::writeKey)
+        if (request.data8 == SMCCommand::writeKey) {
             std::_Exit(3);
+        }
         return std::nullopt;
     };
     for (const double mask : {-1.0, 65536.0, notANumber, infinity, -infinity}) {

@@ -48,8 +48,9 @@ TEST(FourCC, ComesBackAsText) {
 }
 
 TEST(FourCC, IsNoTextWhenAByteIsNotASCII) {
-    for (const std::uint32_t code : {0x80000000U, 0x46FF756DU, 0x464E806DU, 0x464E7580U, 0xFFFFFFFFU})
+    for (const std::uint32_t code : {0x80000000U, 0x46FF756DU, 0x464E806DU, 0x464E7580U, 0xFFFFFFFFU}) {
         EXPECT_EQ(SMC::string(code), "") << std::hex << code;
+    }
     EXPECT_EQ(SMC::string(0x7F7F7F7F), "\x7F\x7F\x7F\x7F");
 }
 
@@ -189,11 +190,13 @@ TEST_F(SMCKeys, SizeAndTypeComeFromTheSameAnswer) {
 }
 
 TEST_F(SMCKeys, EnumerationKeepsTheOrderAndSkipsFailingIndexes) {
-    for (const char* key : {"FNum", "TC0P", "BATP", "TB0T"})
+    for (const char* key : {"FNum", "TC0P", "BATP", "TB0T"}) {
         controller.set(key, "ui8 ", {1});
+    }
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::keyByIndex && request.data32 == 1)
+        if (request.data8 == SMCCommand::keyByIndex && request.data32 == 1) {
             return ScriptedSMC::Reply();
+        }
         return std::nullopt;
     };
     EXPECT_EQ(smc.allKeys(), (std::vector<std::string>{"FNum", "BATP", "TB0T"}));
@@ -202,8 +205,9 @@ TEST_F(SMCKeys, EnumerationKeepsTheOrderAndSkipsFailingIndexes) {
 TEST_F(SMCKeys, EnumerationKeepsDuplicatesAndKeysWithoutText) {
     controller.set("#KEY", "ui32", {0, 0, 0, 4});
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 != SMCCommand::keyByIndex)
+        if (request.data8 != SMCCommand::keyByIndex) {
             return std::nullopt;
+        }
         SMCParam output{};
         output.key = request.data32 == 1 ? 0xFF000000U : SMC::fourCC("TC0P");
         return output;
@@ -217,8 +221,9 @@ TEST_F(SMCKeys, WithoutAKeyCountNoIndexIsAsked) {
     EXPECT_TRUE(smc.allKeys().empty());
     controller.at("#KEY").readResult = SMCResult::notReadable;
     EXPECT_TRUE(smc.allKeys().empty());
-    for (const SMCParam& request : controller.requests)
+    for (const SMCParam& request : controller.requests) {
         EXPECT_NE(request.data8, SMCCommand::keyByIndex);
+    }
 }
 
 TEST_F(SMCKeys, ANegativeKeyCountIsNone) {

@@ -17,8 +17,9 @@ public:
         const std::string text =
             name == "hw.model" ? std::string("Mac14,3\0", 8) : std::string("Apple M2 Pro\0", 13);
         size = text.size();
-        if (buffer != nullptr)
+        if (buffer != nullptr) {
             std::memcpy(buffer, text.data(), text.size());
+        }
         return true;
     }
 
@@ -158,8 +159,9 @@ TEST_F(FanWriteTest, ShowsARefusalAndStillHandsBack) {
 
 TEST_F(FanWriteTest, HandsEveryFanBackAfterOneThatRefuses) {
     controller.addUnlockableFans(3);
-    for (const char* key : {"F0Md", "F1Md", "F2Md"})
+    for (const char* key : {"F0Md", "F1Md", "F2Md"}) {
         controller.setNumber(key, "ui8 ", 1);
+    }
     controller.at("F1Md").writeResult = SMCResult::notWritable;
     EXPECT_NE(smc.fanWriteTest(0).find("Retour en automatique : non"), std::string::npos);
     EXPECT_EQ(controller.number("F0Md"), 0);
@@ -208,8 +210,9 @@ TEST_F(FanWriteTest, HandsBackTheFansItReadWhenTheCountVanishes) {
     controller.addUnlockableFans(2);
     controller.setNumber("F1Md", "ui8 ", 1);
     controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::writeKey && request.key == SMC::fourCC("F0Tg"))
+        if (request.data8 == SMCCommand::writeKey && request.key == SMC::fourCC("F0Tg")) {
             controller.remove("FNum");
+        }
         return std::nullopt;
     };
     EXPECT_NE(smc.fanWriteTest(0).find("Retour en automatique : oui"), std::string::npos);
@@ -220,11 +223,13 @@ TEST_F(FanWriteTest, HandsBackTheFansItReadWhenTheCountVanishes) {
 TEST_F(FanWriteTest, DoesNotTryBillionsOfFansOnADeadController) {
     controller.addOlderFans(1);
     controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::writeKey && request.key == SMC::fourCC("F0Tg"))
+        if (request.data8 == SMCCommand::writeKey && request.key == SMC::fourCC("F0Tg")) {
             controller.set("FNum", "ui32", {0xFF, 0xFF, 0xFF, 0xFF});
+        }
         if (request.data8 == SMCCommand::readKey && request.key == SMC::fourCC("FNum") &&
-            !controller.writes.empty())
+            !controller.writes.empty()) {
             controller.diesAtRequest = controller.requests.size();
+        }
         return std::nullopt;
     };
     EXPECT_NE(smc.fanWriteTest(0).find("Retour en automatique : non"), std::string::npos);

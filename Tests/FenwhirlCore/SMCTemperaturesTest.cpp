@@ -66,8 +66,9 @@ TEST_F(SMCTemperatures, AKeyThatIsListedButUnknownIsLeftOut) {
     controller.setNumber("TA00", "sp78", 40);
     controller.setNumber("TA01", "sp78", 40);
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::keyInfo && request.key == SMC::fourCC("TA00"))
+        if (request.data8 == SMCCommand::keyInfo && request.key == SMC::fourCC("TA00")) {
             return ScriptedSMC::Reply();
+        }
         return std::nullopt;
     };
     EXPECT_EQ(smc.discoverTemperatureKeys(), Keys{"TA01"});
@@ -78,10 +79,12 @@ TEST_F(SMCTemperatures, DuplicatesAreDiscoveredOnce) {
     controller.set("#KEY", "ui32", {0, 0, 0, 5});
     controller.setNumber("TC0P", "sp78", 40);
     controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 != SMCCommand::keyByIndex)
+        if (request.data8 != SMCCommand::keyByIndex) {
             return std::nullopt;
-        if (request.data32 == 2)
+        }
+        if (request.data32 == 2) {
             return ScriptedSMC::Reply();
+        }
         SMCParam output{};
         output.key = request.data32 == 3 ? 0x54FF3050U : SMC::fourCC("TC0P");
         return output;
@@ -93,10 +96,12 @@ TEST_F(SMCTemperatures, ADuplicateThatReadsWellLaterIsStillFound) {
     controller.set("#KEY", "ui32", {0, 0, 0, 2});
     controller.setNumber("TC0P", "sp78", 0);
     controller.hook = [&](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 != SMCCommand::keyByIndex)
+        if (request.data8 != SMCCommand::keyByIndex) {
             return std::nullopt;
-        if (request.data32 == 1)
+        }
+        if (request.data32 == 1) {
             controller.setNumber("TC0P", "sp78", 40);
+        }
         SMCParam output{};
         output.key = SMC::fourCC("TC0P");
         return output;

@@ -54,8 +54,9 @@ TEST(SMCValueDecode, TooFewBytesGiveNothing) {
     const std::pair<const char*, std::size_t> needs[] = {{"flt ", 4}, {"sp78", 2}, {"fpe2", 2},
                                                          {"ui8 ", 1}, {"ui16", 2}, {"ui32", 4}};
     for (const auto& [type, needed] : needs) {
-        for (std::size_t count = 0; count < needed; ++count)
+        for (std::size_t count = 0; count < needed; ++count) {
             EXPECT_EQ(decode(type, Bytes(count, 1)), std::nullopt) << type << ' ' << count;
+        }
         EXPECT_TRUE(decode(type, Bytes(needed, 1))) << type;
     }
 }
@@ -63,8 +64,9 @@ TEST(SMCValueDecode, TooFewBytesGiveNothing) {
 TEST(SMCValueDecode, TypesAreComparedWithTheirBlanks) {
     using namespace std::string_view_literals;
     for (const auto type :
-         {"flt"sv, "ui8"sv, "ui8\0"sv, ""sv, "FLT "sv, "sp79"sv, "flt  "sv, "hex_"sv, "flag"sv})
+         {"flt"sv, "ui8"sv, "ui8\0"sv, ""sv, "FLT "sv, "sp79"sv, "flt  "sv, "hex_"sv, "flag"sv}) {
         EXPECT_EQ(decode(type, Bytes(32, 1)), std::nullopt) << type;
+    }
 }
 
 TEST(SMCValueEncode, FanSpeedsAreTruncatedAndShifted) {
@@ -110,8 +112,9 @@ TEST(SMCValueEncode, EveryWritableValueComesBack) {
 
 TEST(SMCValueEncodeDeathTest, ANonFiniteValueEndsTheProcess) {
     for (const char* type : {"flt ", "fpe2", "ui8 ", "ui16"}) {
-        for (const double value : {notANumber, infinity, -infinity})
+        for (const double value : {notANumber, infinity, -infinity}) {
             EXPECT_EXIT(static_cast<void>(encode(type, value)), testing::KilledBySignal(SIGABRT), "") << type;
+        }
     }
 }
 

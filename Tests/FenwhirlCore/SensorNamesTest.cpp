@@ -49,8 +49,9 @@ TEST(SensorNames, WellKnownKeysHaveTheirOwn) {
         {"TN0P", "Chipset"},
         {"TN0D", "Chipset (diode)"},
     };
-    for (const auto& [key, name] : names)
+    for (const auto& [key, name] : names) {
         EXPECT_EQ(friendly(key), name) << key;
+    }
 }
 
 TEST(SensorNames, WellKnownKeysAreKnownInTheirOwnSpellingOnly) {
@@ -84,8 +85,9 @@ TEST(SensorNames, TheRestAreSensors) {
     EXPECT_EQ(friendly("TG1P"), "Capteur TG1P");
     EXPECT_EQ(friendly("TB3T"), "Capteur TB3T");
     EXPECT_EQ(friendly("tp01"), "Capteur tp01");
-    for (const char* key : {"TC/C", "TC:C", "TC C", "TC1c", "TC11C", "Tc1C"})
+    for (const char* key : {"TC/C", "TC:C", "TC C", "TC1c", "TC11C", "Tc1C"}) {
         EXPECT_EQ(friendly(key), std::string("Capteur ") + key);
+    }
 }
 
 TEST(SensorNames, AnyTextHasAName) {

@@ -42,7 +42,7 @@ TEST_F(ApplicationDelegateTest, ShowsTheProgramOnReopen) {
 }
 
 TEST_F(ApplicationDelegateTest, HandsFansBackBeforeTheSessionEnds) {
-    for (const bool asParameter : {false, true})
+    for (const bool asParameter : {false, true}) {
         for (const int kind : {0, 1}) {
             FakeMac::settings().hasAppleEvent = true;
             FakeMac::settings().quitReasons = {{{kind, asParameter}, shutDown}};
@@ -51,6 +51,7 @@ TEST_F(ApplicationDelegateTest, HandsFansBackBeforeTheSessionEnds) {
             EXPECT_EQ([delegate() applicationShouldTerminate:NSApp], NSTerminateNow);
             EXPECT_EQ(handedBack, 1);
         }
+    }
 }
 
 TEST_F(ApplicationDelegateTest, LeavesTheEventLoopOtherwise) {

@@ -31,8 +31,9 @@ protected:
     // Runs the helper's command line as root and returns its exit status.
     static int helper(std::vector<std::string> words) {
         std::vector<char*> arguments;
-        for (std::string& word : words)
+        for (std::string& word : words) {
             arguments.push_back(word.data());
+        }
         FakeMac::kernel().isRoot = true;
         const int status = HelperMode::run(arguments);
         FakeMac::kernel().isRoot = false;

@@ -101,8 +101,9 @@ TEST_F(MenuBarTest, ReleasesThePreviousMenus) {
     const std::size_t menusOfOne = Runtime::liveObjects("NSMenu");
     const std::size_t itemsOfOne = Runtime::liveObjects("NSMenuItem");
     beforeTheEventLoop([&] {
-        for (int i = 0; i < 20; ++i)
+        for (int i = 0; i < 20; ++i) {
             bar->show(menus());
+        }
     });
     EXPECT_EQ(Runtime::liveObjects("NSMenu"), menusOfOne);
     EXPECT_EQ(Runtime::liveObjects("NSMenuItem"), itemsOfOne);

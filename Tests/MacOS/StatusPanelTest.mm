@@ -49,8 +49,9 @@ TEST_F(StatusPanelTest, TakesKeyboardFocusWithoutActivatingTheApplication) {
 TEST_F(StatusPanelTest, ReportsPressesInOtherApplications) {
     const auto watching = watch();
     for (const NSEventMask button :
-         {NSEventMaskLeftMouseDown, NSEventMaskRightMouseDown, NSEventMaskOtherMouseDown})
+         {NSEventMaskLeftMouseDown, NSEventMaskRightMouseDown, NSEventMaskOtherMouseDown}) {
         FakeMac::pressElsewhere(button);
+    }
     EXPECT_EQ(outside, 3);
     FakeMac::pressElsewhere(NSEventMaskLeftMouseUp);
     EXPECT_EQ(outside, 3);

@@ -93,8 +93,9 @@ TEST_F(SystemCallsTest, ASignalReachesOnlyTheIntendedProcess) {
     sigprocmask(SIG_BLOCK, &blocked, &before);
     const pid_t child = fork();
     if (child == 0) {
-        for (;;)
+        for (;;) {
             pause();
+        }
     }
     sigprocmask(SIG_SETMASK, &before, nullptr);
     FakeMac::system().processes[child] = {1'700'000'000, 1};

@@ -25,15 +25,18 @@ quint32 numberAt(const QByteArray& bytes, qsizetype offset) {
 // Type and content of each entry. Empty when the header is wrong or the lengths do not add up.
 QMap<QByteArray, QByteArray> entriesOf(const QByteArray& icon) {
     QMap<QByteArray, QByteArray> entries;
-    if (icon.size() < 8 || icon.left(4) != "icns" || numberAt(icon, 4) != icon.size())
+    if (icon.size() < 8 || icon.left(4) != "icns" || numberAt(icon, 4) != icon.size()) {
         return {};
+    }
     qsizetype at = 8;
     while (at < icon.size()) {
-        if (icon.size() - at < 8)
+        if (icon.size() - at < 8) {
             return {};
+        }
         const auto size = static_cast<qsizetype>(numberAt(icon, at + 4));
-        if (size < 8 || size > icon.size() - at)
+        if (size < 8 || size > icon.size() - at) {
             return {};
+        }
         entries.insert(icon.mid(at, 4), icon.mid(at + 8, size - 8));
         at += size;
     }

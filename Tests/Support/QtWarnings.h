@@ -27,13 +27,15 @@ inline void fail() {
     usual =
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& text) {
             if (type != QtDebugMsg && type != QtInfoMsg && !isAllowed(text)) {
-                if (areWarningsExpected)
+                if (areWarningsExpected) {
                     ++provoked;
-                else
+                } else {
                     ADD_FAILURE() << "Qt warns: " << text.toStdString();
+                }
             }
-            if (usual != nullptr)
+            if (usual != nullptr) {
                 usual(type, context, text);
+            }
         });
 }
 

@@ -15,15 +15,17 @@ namespace {
 
 std::string codeText(std::uint32_t code) {
     std::string text;
-    for (int shift = 24; shift >= 0; shift -= 8)
+    for (int shift = 24; shift >= 0; shift -= 8) {
         text += static_cast<char>(static_cast<std::uint8_t>(code >> static_cast<unsigned>(shift)));
+    }
     return text;
 }
 
 ScriptedSMC::Bytes bigEndian(std::uint32_t number, std::size_t count) {
     ScriptedSMC::Bytes bytes(count);
-    for (std::size_t i = count; i-- > 0; number >>= 8U)
+    for (std::size_t i = count; i-- > 0; number >>= 8U) {
         bytes[i] = static_cast<std::uint8_t>(number);
+    }
     return bytes;
 }
 
@@ -34,11 +36,13 @@ ScriptedSMC::Bytes bytesOf(std::string_view type, double number) {
         std::ranges::reverse(bytes);
         return bytes;
     }
-    if (type == "sp78")
+    if (type == "sp78") {
         return bigEndian(static_cast<std::uint32_t>(static_cast<std::int32_t>(std::lround(number * 256))), 2);
+    }
     const auto whole = static_cast<std::uint32_t>(number);
-    if (type == "fpe2")
+    if (type == "fpe2") {
         return bigEndian(whole << 2U, 2);
+    }
     return bigEndian(whole, type == "ui8 " ? 1 : type == "ui16" ? 2 : 4);
 }
 
@@ -48,8 +52,9 @@ bool isModeKey(const std::string& key) {
 
 ScriptedSMC::Bytes fromHex(const std::string& text) {
     ScriptedSMC::Bytes bytes;
-    for (std::size_t i = 0; i + 1 < text.size(); i += 2)
+    for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
         bytes.push_back(static_cast<std::uint8_t>(std::stoul(text.substr(i, 2), nullptr, 16)));
+    }
     return bytes;
 }
 
@@ -74,8 +79,9 @@ std::unique_ptr<SMCTransport> ScriptedSMC::connect() {
 }
 
 void ScriptedSMC::set(std::string_view key, std::string_view type, Bytes bytes) {
-    if (!has(key))
+    if (!has(key)) {
         order_.emplace_back(key);
+    }
     keys_.insert_or_assign(std::string(key), Key{.type = std::string(type), .bytes = std::move(bytes)});
 }
 
@@ -106,16 +112,18 @@ double ScriptedSMC::number(std::string_view key) const {
 bool ScriptedSMC::loadTable(const std::string& path) {
     std::ifstream file(path);
     std::string line;
-    if (!std::getline(file, line))
+    if (!std::getline(file, line)) {
         return false;
+    }
     keys_.clear();
     order_.clear();
     // Sources/SimulatedMac/Machines/README.md describes the columns.
     while (std::getline(file, line)) {
         std::vector<std::string> fields;
         std::istringstream stream(line);
-        for (std::string field; std::getline(stream, field, ',');)
+        for (std::string field; std::getline(stream, field, ',');) {
             fields.push_back(field);
+        }
         fields.resize(7);
         const auto key = codeText(static_cast<std::uint32_t>(std::stoul(fields[2], nullptr, 16)));
         const auto type = codeText(static_cast<std::uint32_t>(std::stoul(fields[3], nullptr, 16)));
@@ -124,9 +132,10 @@ bool ScriptedSMC::loadTable(const std::string& path) {
         const bool isReadable = !fields[6].starts_with(unreadable);
         set(key, type, isReadable ? fromHex(fields[6]) : Bytes());
         keys_[key].reportedSize = size;
-        if (!isReadable)
+        if (!isReadable) {
             keys_[key].readResult =
                 static_cast<std::uint8_t>(std::stoul(fields[6].substr(unreadable.size()), nullptr, 16));
+        }
     }
     return true;
 }
@@ -164,11 +173,13 @@ bool ScriptedSMC::isDead() const {
 ScriptedSMC::Reply ScriptedSMC::answer(const SMCParam& request) {
     const std::lock_guard lock(oneAtATime_);
     requests.push_back(request);
-    if (isDead())
+    if (isDead()) {
         return std::nullopt;
+    }
     if (hook) {
-        if (const auto reply = hook(request))
+        if (const auto reply = hook(request)) {
             return *reply;
+        }
     }
     return answerFromTable(request);
 }
@@ -180,16 +191,18 @@ ScriptedSMC::Reply ScriptedSMC::answerFromTable(const SMCParam& request) {
         return output;
     };
     if (request.data8 == SMCCommand::keyByIndex) {
-        if (request.data32 >= order_.size())
+        if (request.data32 >= order_.size()) {
             return refuse(SMCResult::indexRange);
+        }
         output.key = SMC::fourCC(order_[request.data32]);
         return output;
     }
     const std::string name = codeText(request.key);
     const Key keyCount{.type = "ui32", .bytes = bigEndian(static_cast<std::uint32_t>(order_.size()), 4)};
     const auto entry = keys_.find(name);
-    if (entry == keys_.end() && (name != "#KEY" || request.data8 == SMCCommand::writeKey))
+    if (entry == keys_.end() && (name != "#KEY" || request.data8 == SMCCommand::writeKey)) {
         return refuse(SMCResult::keyNotFound);
+    }
     const Key& key = entry == keys_.end() ? keyCount : entry->second;
     switch (request.data8) {
     case SMCCommand::keyInfo:
@@ -197,8 +210,9 @@ ScriptedSMC::Reply ScriptedSMC::answerFromTable(const SMCParam& request) {
         output.keyInfo.dataType = SMC::fourCC(key.type);
         return output;
     case SMCCommand::readKey:
-        if (key.readResult != SMCResult::success)
+        if (key.readResult != SMCResult::success) {
             return refuse(key.readResult);
+        }
         std::ranges::copy(std::span(key.bytes).first(std::min(key.bytes.size(), output.bytes.size())),
                           output.bytes.begin());
         return output;
@@ -216,18 +230,22 @@ std::uint8_t ScriptedSMC::write(const SMCParam& request) {
     const Bytes bytes(request.bytes.begin(), request.bytes.begin() + static_cast<std::ptrdiff_t>(size));
     std::uint8_t result = key.writeResult;
     // A fan may be handed back (0) even while the modes are locked.
-    if (result == SMCResult::success && request.bytes[0] != 0 && isModeLocked(name))
+    if (result == SMCResult::success && request.bytes[0] != 0 && isModeLocked(name)) {
         result = SMCResult::notWritable;
-    if (result == SMCResult::success)
+    }
+    if (result == SMCResult::success) {
         key.bytes = bytes;
+    }
     writes.push_back({.key = name, .bytes = bytes, .accepted = result == SMCResult::success});
     return result;
 }
 
 bool ScriptedSMC::isModeLocked(const std::string& key) {
-    if (!modesNeedUnlock_ || !isModeKey(key))
+    if (!modesNeedUnlock_ || !isModeKey(key)) {
         return false;
-    if (number("Ftst") != 1)
+    }
+    if (number("Ftst") != 1) {
         return true;
+    }
     return refusedModeWrites > 0 && refusedModeWrites-- > 0;
 }

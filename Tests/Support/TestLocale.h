@@ -12,8 +12,9 @@
 // Returns false, with a message on standard error, when the environment asks for a locale that this computer
 // does not have. Tests that are meant to run under a certain locale must not pass under another.
 [[nodiscard]] inline bool adoptLocale() {
-    if (std::setlocale(LC_ALL, "") != nullptr)
+    if (std::setlocale(LC_ALL, "") != nullptr) {
         return true;
+    }
     const char* const wanted = std::getenv("LC_ALL");
     std::fprintf(stderr, "there is no locale \"%s\"\n", wanted != nullptr ? wanted : "");
     return wanted == nullptr;

@@ -32,8 +32,9 @@ bool isMute = false;
 std::vector<std::string> wordsOf(const std::string& line) {
     std::istringstream stream(line);
     std::vector<std::string> words;
-    for (std::string word; stream >> word;)
+    for (std::string word; stream >> word;) {
         words.push_back(word);
+    }
     return words;
 }
 
@@ -44,16 +45,19 @@ std::string yesOrNo(bool value) {
 // Parses the fans of a "fans" command. "0 1 =2" means: hand back fans 0 and 1, and fan 2 is pinned. Without
 // any word it is every fan; "none" is no fan.
 HandBack handBack(const std::vector<std::string>& words) {
-    if (!HelperClient::isInstalled())
+    if (!HelperClient::isInstalled()) {
         return {};
-    if (words.empty())
+    }
+    if (words.empty()) {
         return {.scope = HandBack::Scope::allFans, .indices = {}};
+    }
     HandBack result = {.scope = HandBack::Scope::indices, .indices = {}};
     for (const std::string& word : words) {
-        if (word.starts_with('='))
+        if (word.starts_with('=')) {
             result.pinned.push_back(std::atoi(word.c_str() + 1));
-        else if (word != "none")
+        } else if (word != "none") {
             result.indices.push_back(std::atoi(word.c_str()));
+        }
     }
     return result;
 }
@@ -68,43 +72,52 @@ HandBack handBack(const std::vector<std::string>& words) {
 volatile int* volatile nowhere = nullptr;
 
 [[noreturn]] void crash(const std::string& how) {
-    if (how == "write")
+    if (how == "write") {
         *nowhere = 1;
-    else if (how == "trap")
+    } else if (how == "trap") {
         (void)raise(SIGTRAP);
-    else if (how == "overflow")
+    } else if (how == "overflow") {
         endless(0);
-    else if (how == "thread")
+    } else if (how == "thread") {
         std::thread([] {
             const AlternateSignalStack stack;
             endless(0);
         }).join();
+    }
     std::abort();
 }
 
 std::string answer(const std::vector<std::string>& words) {
     const std::string& command = words.front();
     const std::vector<std::string> rest(words.begin() + 1, words.end());
-    if (command == "installed")
+    if (command == "installed") {
         return yesOrNo(HelperClient::isInstalled());
-    if (command == "version")
+    }
+    if (command == "version") {
         return HelperClient::installedVersion().value_or("absent");
-    if (command == "run")
+    }
+    if (command == "run") {
         return yesOrNo(HelperClient::run(rest));
-    if (command == "output")
+    }
+    if (command == "output") {
         return std::to_string(HelperClient::output(rest).size());
+    }
     if (command == "keep") {
         kept.emplace(std::string(HelperClient::helperPath));
         return "yes";
     }
-    if (command == "run-kept")
+    if (command == "run-kept") {
         return yesOrNo(kept->run(rest));
-    if (command == "install-command")
+    }
+    if (command == "install-command") {
         return HelperClient::installCommand(rest.front()).value_or("absent");
-    if (command == "install")
+    }
+    if (command == "install") {
         return yesOrNo(HelperClient::install());
-    if (command == "administrator")
+    }
+    if (command == "administrator") {
         return yesOrNo(HelperClient::runAsAdministrator(rest.front()));
+    }
     if (command == "watch") {
         emergency = EmergencyHandBack::forThisInstallation();
         return "yes";
@@ -129,8 +142,9 @@ std::string answer(const std::vector<std::string>& words) {
         emergency->finish();
         return "yes";
     }
-    if (command == "crash")
+    if (command == "crash") {
         crash(rest.empty() ? "" : rest.front());
+    }
     return "unknown command";
 }
 
@@ -145,14 +159,16 @@ std::optional<std::string> nextLine() {
             return line;
         }
         if (poll(&input, 1, 1000) <= 0) {
-            if (emergency && !isMute)
+            if (emergency && !isMute) {
                 emergency->keepAlive();
+            }
             continue;
         }
         char buffer[1024];
         const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);
-        if (count <= 0)
+        if (count <= 0) {
             return std::nullopt;
+        }
         received.append(buffer, static_cast<std::size_t>(count));
     }
 }
@@ -162,8 +178,9 @@ std::optional<std::string> nextLine() {
 int fenwhirl_app_main(int argc, char**) {
     std::cout << "ready " << getpid() << ' ' << argc << std::endl;
     while (const auto line = nextLine()) {
-        if (*line == "quit")
+        if (*line == "quit") {
             break;
+        }
         std::cout << answer(wordsOf(*line)) << std::endl;
     }
     emergency.reset();

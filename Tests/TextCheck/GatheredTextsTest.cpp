@@ -72,8 +72,9 @@ TEST(GatheredTexts, TellTheControlOfATextInQml) {
         Grammar::qml);
     std::vector<std::string> controls;
     for (const Gathered& text : found) {
-        if (text.kind == Gathered::Kind::asked)
+        if (text.kind == Gathered::Kind::asked) {
             controls.push_back(text.control);
+        }
     }
     EXPECT_EQ(controls, (std::vector<std::string>{"Label.text", "Label.title", "Card.heading"}));
 }

@@ -29,8 +29,9 @@ QString keywords() {
     QStringList words;
     for (const TextKey key :
          {TextKey(u"Ventilateurs"), TextKey(u"Ventilateur"), TextKey(u"Température du processeur"),
-          TextKey(u"Capteurs"), TextKey(u"Surchauffe")})
+          TextKey(u"Capteurs"), TextKey(u"Surchauffe")}) {
         words.append(escaped(localized(key)).replace(u';', QStringLiteral("\\;")) + u';');
+    }
     words.removeDuplicates(); // in German, one fan and several have the same name
     return words.join(QString());
 }

@@ -36,8 +36,9 @@ QString elements(const QString& name, Reader reader, const std::function<QString
     QString lines = QStringLiteral("<%1>%2</%1>\n").arg(name, text().toHtmlEscaped());
     for (const auto& [language, code] : languages) {
         if (code.contains(u'@') ? reader == Reader::appStream
-                                : code.contains(u'-') && reader == Reader::polkit)
+                                : code.contains(u'-') && reader == Reader::polkit) {
             continue;
+        }
         Localizer::setLanguage(language);
         lines += QStringLiteral("<%1 xml:lang=\"%2\">%3</%1>\n").arg(name, code, text().toHtmlEscaped());
     }

@@ -40,8 +40,9 @@ QByteArray iconPicture(const QByteArray& svg, int pixels) {
 
 QByteArray iconContainer(const QByteArray& svg) {
     QSvgRenderer drawing(svg);
-    if (!drawing.isValid())
+    if (!drawing.isValid()) {
         return {};
+    }
     QByteArray entries;
     for (const IconEntry& entry : iconEntries) {
         const QByteArray png = drawn(drawing, entry.pixels);

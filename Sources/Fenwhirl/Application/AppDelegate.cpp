@@ -26,8 +26,9 @@ AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& s
     connect(&monitor, &Monitor::activePresetChanged, this, &AppDelegate::updateStatusMenu);
     patienceTimer_.setSingleShot(true);
     connect(&patienceTimer_, &QTimer::timeout, this, [this] {
-        if (!statusItem_.isPlaced())
+        if (!statusItem_.isPlaced()) {
             windows_.openMain();
+        }
     });
     updateStatusItem();
     updateStatusMenu();
@@ -53,13 +54,15 @@ void AppDelegate::choosePreset(Preset preset) {
 }
 
 void AppDelegate::applyChosenPreset() {
-    if (chosenPreset_ && !monitor_.fans().isEmpty())
+    if (chosenPreset_ && !monitor_.fans().isEmpty()) {
         monitor_.apply(*std::exchange(chosenPreset_, std::nullopt));
+    }
 }
 
 void AppDelegate::applicationWillTerminate() {
-    if (!std::exchange(terminated_, true))
+    if (!std::exchange(terminated_, true)) {
         monitor_.restoreAutomaticBlocking();
+    }
 }
 
 void AppDelegate::updateStatusItem() {

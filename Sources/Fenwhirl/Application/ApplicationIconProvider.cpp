@@ -18,8 +18,9 @@ QString ApplicationIconProvider::name() {
 }
 
 QString ApplicationIconProvider::sourceFor(const QString& applicationPath) {
-    if (applicationIcon(applicationPath, usualPixels).isNull())
+    if (applicationIcon(applicationPath, usualPixels).isNull()) {
         return {};
+    }
     return QStringLiteral("image://") + name() + u'/' +
            QString::fromLatin1(QUrl::toPercentEncoding(applicationPath));
 }
@@ -28,7 +29,8 @@ QPixmap ApplicationIconProvider::requestPixmap(const QString& id, QSize* size, c
     const int pixels = requestedSize.width() > 0 ? requestedSize.width() : usualPixels;
     const QString path = QUrl::fromPercentEncoding(id.toLatin1());
     QPixmap icon = QPixmap::fromImage(applicationIcon(path, pixels));
-    if (size != nullptr)
+    if (size != nullptr) {
         *size = icon.size();
+    }
     return icon;
 }

@@ -86,8 +86,9 @@ int notifyFirst(SingleInstance& instance, std::optional<Preset> preset) {
         instance.raiseFirst();
         return EXIT_SUCCESS;
     }
-    if (instance.notifyFirst(actionFor(*preset)))
+    if (instance.notifyFirst(actionFor(*preset))) {
         return EXIT_SUCCESS;
+    }
     static_cast<void>(print(CommandLine::noAnswerMessage(), stderr));
     return EXIT_FAILURE;
 }
@@ -121,8 +122,9 @@ int fenwhirl_app_main(int argc, char** argv) {
     const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);
 
     const std::unique_ptr<SingleInstance> instance = SingleInstance::create();
-    if (!instance->becomeFirst())
+    if (!instance->becomeFirst()) {
         return notifyFirst(*instance, command.preset);
+    }
 
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, application.get(), &QCoreApplication::quit);
@@ -150,8 +152,9 @@ int fenwhirl_app_main(int argc, char** argv) {
                      &AppDelegate::applicationShouldHandleReopen);
     QObject::connect(instance.get(), &SingleInstance::actionRequested, &delegate,
                      [&delegate](const QString& action) {
-                         if (const auto preset = presetFromRawValue(action.toStdString()))
+                         if (const auto preset = presetFromRawValue(action.toStdString())) {
                              delegate.choosePreset(*preset);
+                         }
                      });
     QObject::connect(application.get(), &QCoreApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
@@ -168,12 +171,14 @@ int fenwhirl_app_main(int argc, char** argv) {
     const auto tellPresence = [&monitor, &presence] { monitor.setInFront(presence->isInFront()); };
     QObject::connect(presence.get(), &SessionPresence::changed, &monitor, tellPresence);
     tellPresence();
-    if (presence->isSettled())
+    if (presence->isSettled()) {
         monitor.start();
-    else
+    } else {
         QObject::connect(presence.get(), &SessionPresence::settled, &monitor, &Monitor::start);
-    if (command.preset)
+    }
+    if (command.preset) {
         delegate.choosePreset(*command.preset);
+    }
     delegate.applicationDidFinishLaunching(command.preset ? AppDelegate::Start::hidden
                                                           : AppDelegate::Start::usual);
     return QCoreApplication::exec();

@@ -21,8 +21,9 @@ constexpr int screenMargin = 16;
 // Lays out the items, innermost first. A window would otherwise do so with its first frame, and its size
 // would not be known before.
 void layOut(QQuickItem& item) {
-    for (QQuickItem* child : item.childItems())
+    for (QQuickItem* child : item.childItems()) {
         layOut(*child);
+    }
     item.ensurePolished();
 }
 
@@ -37,17 +38,20 @@ PanelControl::~PanelControl() {
 void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
     if (window_ && window_->isVisible()) {
         // The second half of a double click is ignored.
-        if (opened_.elapsed() >= QGuiApplication::styleHints()->mouseDoubleClickInterval())
+        if (opened_.elapsed() >= QGuiApplication::styleHints()->mouseDoubleClickInterval()) {
             close();
+        }
         return;
     }
-    if (closed_.isValid() && closed_.elapsed() < reopenGuardMilliseconds)
+    if (closed_.isValid() && closed_.elapsed() < reopenGuardMilliseconds) {
         return;
+    }
     Q_EMIT opening();
     const PanelCompositing surroundings = panelSurroundings();
     // Whether a window can be translucent is fixed when it is created.
-    if (!window_ || surroundings != surroundings_)
+    if (!window_ || surroundings != surroundings_) {
         make(surroundings);
+    }
     itemPlace_ = itemPlace;
     QScreen* const screen = QGuiApplication::screenAt(itemPlace.center());
     window_->setScreen(screen != nullptr ? screen : QGuiApplication::primaryScreen());
@@ -70,21 +74,24 @@ void PanelControl::make(PanelCompositing surroundings) {
     prepareStatusPanel(*window_);
     window_->installEventFilter(this);
     connect(window_.get(), &QWindow::activeChanged, this, [this] {
-        if (!window_->isActive() && hasBeenEntered_)
+        if (!window_->isActive() && hasBeenEntered_) {
             close();
+        }
     });
     // The content, and with it the size, may change while the panel is shown.
     connect(window_.get(), SIGNAL(panelAreaChanged()), this, SLOT(place()));
     connect(window_.get(), &QWindow::visibleChanged, this, [this](bool visible) {
-        if (visible)
+        if (visible) {
             return;
+        }
         closed_.start();
         // Deferred, because the press watch itself may be the caller.
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (!window_ || !window_->isVisible())
+                if (!window_ || !window_->isVisible()) {
                     watch_.reset();
+                }
             },
             Qt::QueuedConnection);
     });
@@ -93,8 +100,9 @@ void PanelControl::make(PanelCompositing surroundings) {
 }
 
 void PanelControl::discardWindow() {
-    if (!window_)
+    if (!window_) {
         return;
+    }
     watch_.reset();
     // While it is being destroyed, the window still emits signals, but is no longer a QQuickWindow.
     window_->removeEventFilter(this);
@@ -112,8 +120,9 @@ void PanelControl::place() {
 }
 
 void PanelControl::close() {
-    if (!window_ || !window_->isVisible())
+    if (!window_ || !window_->isVisible()) {
         return;
+    }
     window_->setMouseGrabEnabled(false);
     window_->close();
 }
@@ -121,8 +130,9 @@ void PanelControl::close() {
 bool PanelControl::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::Expose:
-        if (window_->isExposed())
+        if (window_->isExposed()) {
             grabPresses(*window_);
+        }
         break;
     case QEvent::Enter:
     case QEvent::KeyPress:

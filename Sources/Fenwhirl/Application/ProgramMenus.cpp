@@ -41,9 +41,10 @@ Menu editMenu() {
 Menu viewMenu(const MenuCommands& commands) {
     Menu menu{.role = Menu::Role::plain, .title = SystemTerms::text(u"View"), .items = {}};
     int number = 1;
-    for (const Page page : allPages)
+    for (const Page page : allPages) {
         menu.items.append(
             own(title(page), QString::number(number++), [show = commands.showPage, page] { show(page); }));
+    }
     return menu;
 }
 

@@ -55,10 +55,12 @@ QPalette dialogPalette(bool dark) {
                                      {QPalette::Highlight, PaletteColor::accent},
                                      {QPalette::HighlightedText, PaletteColor::onAccent},
                                      {QPalette::Link, PaletteColor::accentSoft},
-                                     {QPalette::PlaceholderText, PaletteColor::muted}})
+                                     {QPalette::PlaceholderText, PaletteColor::muted}}) {
         palette.setColor(role, color(name));
-    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    }
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         palette.setColor(QPalette::Disabled, role, color(PaletteColor::muted));
+    }
     return palette;
 }
 
@@ -114,8 +116,9 @@ QQmlEngine& WindowControl::engine() {
 
 std::unique_ptr<QQuickWindow> WindowControl::makeWindow(const QUrl& file, const QVariantMap& properties) {
     QQmlComponent component(&engine(), file);
-    if (!component.isReady())
+    if (!component.isReady()) {
         qFatal("A window could not be made: %s", qUtf8Printable(component.errorString()));
+    }
     applyAppearance(); // the theme exists once the file's imports are loaded, and nothing is drawn yet
     QObject* object = component.createWithInitialProperties(properties);
     std::unique_ptr<QQuickWindow> window(qobject_cast<QQuickWindow*>(object));
@@ -131,8 +134,9 @@ QVariantMap WindowControl::withModels() {
 }
 
 void WindowControl::appear() {
-    if (!std::exchange(hideOnFirstAppearance, false))
+    if (!std::exchange(hideOnFirstAppearance, false)) {
         openMain();
+    }
 }
 
 void WindowControl::openMain(const QString& token) {
@@ -141,8 +145,9 @@ void WindowControl::openMain(const QString& token) {
     if (!main_) {
         models_.setAwake(true); // so that the first frame shows the current state
         main_ = makeWindow(mainWindowFile(), withModels());
-        if (!placeFile_.isEmpty())
+        if (!placeFile_.isEmpty()) {
             place_ = std::make_unique<WindowGeometryKeeper>(*main_, placeFile_);
+        }
         watchVisibility(*main_);
         main_->installEventFilter(this);
         // Newer versions of Qt set the window's style again at every change of its state, so the window is
@@ -151,12 +156,14 @@ void WindowControl::openMain(const QString& token) {
                 [this, before = main_->windowStates()]() mutable {
                     // The signal is also emitted when nothing has changed.
                     const Qt::WindowStates states = main_->windowStates();
-                    if (std::exchange(before, states) != states && main_->handle() != nullptr)
+                    if (std::exchange(before, states) != states && main_->handle() != nullptr) {
                         MainWindowBehaviour::configure(*main_);
+                    }
                 });
         connect(main_.get(), &QWindow::activeChanged, this, [this] {
-            if (main_->isActive())
+            if (main_->isActive()) {
                 MainWindowBehaviour::setRegular();
+            }
         });
     }
     MainWindowBehaviour::bringToFront(*main_, token);
@@ -188,21 +195,24 @@ void WindowControl::showAlert(const AlertTexts& texts, std::function<void()> acc
 }
 
 void WindowControl::alertAccepted() {
-    if (const auto accepted = std::exchange(acceptAlert_, nullptr))
+    if (const auto accepted = std::exchange(acceptAlert_, nullptr)) {
         accepted();
+    }
 }
 
 bool WindowControl::eventFilter(QObject* watched, QEvent* event) {
     if (watched == main_.get() && event->type() == QEvent::PlatformSurface &&
         static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
-            QPlatformSurfaceEvent::SurfaceCreated)
+            QPlatformSurfaceEvent::SurfaceCreated) {
         MainWindowBehaviour::configure(*main_);
+    }
     return QObject::eventFilter(watched, event);
 }
 
 void WindowControl::stopListening(QQuickWindow* window) {
-    if (window == nullptr)
+    if (window == nullptr) {
         return;
+    }
     window->removeEventFilter(this);
     window->disconnect(this);
 }
@@ -215,10 +225,12 @@ void WindowControl::watchVisibility(QQuickWindow& window) {
 void WindowControl::updateAwake() {
     const bool awake = canBeSeen(main_.get()) || canBeSeen(panel_.window());
     models_.setAwake(awake);
-    if (!awake)
+    if (!awake) {
         rest_.start();
-    if (main_ && !main_->isVisible())
+    }
+    if (main_ && !main_->isVisible()) {
         MainWindowBehaviour::setAccessory();
+    }
 }
 
 void WindowControl::applyTheme() {
@@ -227,12 +239,14 @@ void WindowControl::applyTheme() {
 }
 
 void WindowControl::applyAppearance() {
-    if (!engine_)
+    if (!engine_) {
         return;
+    }
     const int type = qmlTypeId("Fenwhirl.Components", 1, 0, "Theme");
     auto* theme = engine_->singletonInstance<Fenwhirl::Theme*>(type);
-    if (theme == nullptr)
+    if (theme == nullptr) {
         return; // no window yet
+    }
     const bool dark = monitor_.theme() == AppTheme::dark ||
                       (monitor_.theme() == AppTheme::automatic && appearance_.isDark());
     theme->setReducedMotion(appearance_.prefersReducedMotion());
@@ -243,6 +257,7 @@ void WindowControl::applyAppearance() {
 
 void WindowControl::retranslate() {
     models_.retranslate();
-    if (engine_)
+    if (engine_) {
         engine_->retranslate();
+    }
 }

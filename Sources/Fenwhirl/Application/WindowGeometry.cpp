@@ -22,8 +22,9 @@ constexpr qint64 maxFileSize = 4096;
 std::optional<int> number(const QJsonObject& object, const char* name, int least) {
     const QJsonValue value = object.value(QLatin1String(name));
     const double found = value.toDouble(largestNumber + 1.0);
-    if (!(found >= least && found <= largestNumber))
+    if (!(found >= least && found <= largestNumber)) {
         return std::nullopt;
+    }
     return static_cast<int>(found);
 }
 
@@ -54,14 +55,16 @@ std::optional<WindowGeometry> windowPlaceFrom(const QByteArray& text) {
     const auto y = number(object, "y", -largestNumber);
     const auto width = number(object, "width", 1);
     const auto height = number(object, "height", 1);
-    if (!x || !y || !width || !height)
+    if (!x || !y || !width || !height) {
         return std::nullopt;
+    }
     return WindowGeometry{QRect(*x, *y, *width, *height), object.value(QLatin1String("maximized")).toBool()};
 }
 
 std::optional<QRect> placeOnScreens(const QRect& area, const QList<QRect>& screens, QSize least) {
-    if (screens.isEmpty())
+    if (screens.isEmpty()) {
         return std::nullopt;
+    }
     const QRect& screen =
         *std::max_element(screens.begin(), screens.end(), [&area](const QRect& one, const QRect& other) {
             return shared(one, area) < shared(other, area);
@@ -77,16 +80,18 @@ WindowGeometryKeeper::WindowGeometryKeeper(QWindow& window, QString file)
     , file_(std::move(file)) {
     restore();
     for (const auto changed :
-         {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged, &QWindow::heightChanged})
+         {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged, &QWindow::heightChanged}) {
         connect(&window_, changed, this, &WindowGeometryKeeper::note);
+    }
     connect(&window_, &QWindow::windowStateChanged, this, &WindowGeometryKeeper::note);
     // visibleChanged(false) comes before the window is gone; the geometry that it reports
     // afterwards is not valid.
     connect(&window_, &QWindow::visibleChanged, this, [this](bool visible) {
-        if (visible)
+        if (visible) {
             note();
-        else
+        } else {
             save();
+        }
     });
 }
 
@@ -97,39 +102,47 @@ WindowGeometryKeeper::~WindowGeometryKeeper() {
 
 void WindowGeometryKeeper::restore() {
     QFile file(file_);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         return;
+    }
     saved_ = windowPlaceFrom(file.read(maxFileSize));
-    if (!saved_)
+    if (!saved_) {
         return;
+    }
     QList<QRect> screens;
-    for (const QScreen* screen : QGuiApplication::screens())
+    for (const QScreen* screen : QGuiApplication::screens()) {
         screens.append(screen->availableGeometry());
+    }
     if (const auto area = placeOnScreens(saved_->area, screens, window_.minimumSize())) {
         place_ = {*area, saved_->maximized};
         window_.setGeometry(*area);
-        if (place_.maximized)
+        if (place_.maximized) {
             window_.setWindowState(Qt::WindowMaximized);
+        }
     }
 }
 
 void WindowGeometryKeeper::note() {
-    if (!window_.isVisible() || window_.windowStates().testFlag(Qt::WindowMinimized))
+    if (!window_.isVisible() || window_.windowStates().testFlag(Qt::WindowMinimized)) {
         return;
+    }
     place_.maximized = window_.windowStates().testFlag(Qt::WindowMaximized);
     const QSize screen = window_.screen()->availableSize();
     // Maximising changes the size before the state, so the size is checked as well.
     const bool fills = window_.width() >= screen.width() && window_.height() >= screen.height();
-    if (window_.windowStates() == Qt::WindowNoState && !fills)
+    if (window_.windowStates() == Qt::WindowNoState && !fills) {
         place_.area = window_.geometry();
+    }
 }
 
 void WindowGeometryKeeper::save() {
-    if (!place_.area.isValid() || saved_ == place_)
+    if (!place_.area.isValid() || saved_ == place_) {
         return;
+    }
     saved_ = place_;
     const QByteArray text = textOf(place_);
-    if (QDir().mkpath(QFileInfo(file_).absolutePath()))
+    if (QDir().mkpath(QFileInfo(file_).absolutePath())) {
         static_cast<void>(replaceFile(QFile::encodeName(file_).toStdString(),
                                       {text.constData(), static_cast<std::size_t>(text.size())}));
+    }
 }

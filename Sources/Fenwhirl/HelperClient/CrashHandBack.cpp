@@ -42,8 +42,9 @@ public:
         }
         for (auto& words : words_) {
             auto& arguments = arguments_.emplace_back();
-            for (std::string& word : words)
+            for (std::string& word : words) {
                 arguments.push_back(word.data());
+            }
             arguments.push_back(nullptr);
         }
     }
@@ -83,13 +84,16 @@ void dieBySignal(int signal) {
 
 extern "C" void fenwhirlHandleFatalSignal(int signal) {
     // The first thread acts and the process ends with it; the others only have to wait.
-    while (isDying.exchange(true))
+    while (isDying.exchange(true)) {
         pause();
+    }
     HelperRun::forbid();
     HelperRun::waitForOthers(patienceWithOthers);
-    if (const PreparedRuns* const runs = prepared.load())
-        for (const auto& arguments : runs->arguments())
+    if (const PreparedRuns* const runs = prepared.load()) {
+        for (const auto& arguments : runs->arguments()) {
             runAndWait(arguments.data());
+        }
+    }
     dieBySignal(signal);
 }
 
@@ -100,20 +104,23 @@ void install() {
     struct sigaction action = {};
     sigemptyset(&action.sa_mask);
     // The handler runs with all fatal signals blocked: if it crashes itself, the kernel ends the process.
-    for (const int signal : fatalSignals)
+    for (const int signal : fatalSignals) {
         sigaddset(&action.sa_mask, signal);
+    }
     action.sa_handler = fenwhirlHandleFatalSignal;
     action.sa_flags = stackOfHandler;
-    for (const int signal : fatalSignals)
+    for (const int signal : fatalSignals) {
         sigaction(signal, &action, nullptr);
+    }
 }
 
 void prepare(const std::string& helperPath, const HandBack& handBack) {
     const auto* const next = new PreparedRuns(helperPath, handBack);
     std::unique_ptr<const PreparedRuns> previous(prepared.exchange(next));
     // A thread that began to die before the exchange may be reading the old lists, so they are leaked.
-    if (isDying.load())
+    if (isDying.load()) {
         (void)previous.release();
+    }
 }
 
 } // namespace CrashHandBack

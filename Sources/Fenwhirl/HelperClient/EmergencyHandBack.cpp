@@ -21,8 +21,9 @@ EmergencyHandBack::EmergencyHandBack(std::string helperPath, const std::optional
     : d_(new Private{.helperPath = std::move(helperPath), .mutex = {}, .guard = {}, .current = {}}) {
     CrashHandBack::install();
     const MutexLock lock(d_->mutex);
-    if (guardPath)
+    if (guardPath) {
         d_->guard.emplace(*guardPath, std::move(guardStarted));
+    }
 }
 
 EmergencyHandBack::~EmergencyHandBack() = default;
@@ -36,24 +37,28 @@ std::unique_ptr<EmergencyHandBack> EmergencyHandBack::forThisInstallation(GuardS
 
 void EmergencyHandBack::update(const HandBack& handBack) {
     const MutexLock lock(d_->mutex);
-    if (d_->isFinished || handBack == d_->current)
+    if (d_->isFinished || handBack == d_->current) {
         return;
+    }
     d_->current = handBack;
     CrashHandBack::prepare(d_->helperPath, handBack);
-    if (d_->guard)
+    if (d_->guard) {
         d_->guard->send(handBack);
+    }
 }
 
 void EmergencyHandBack::keepAlive() {
     const MutexLock lock(d_->mutex);
-    if (d_->guard)
+    if (d_->guard) {
         d_->guard->keepAlive();
+    }
 }
 
 void EmergencyHandBack::finish() {
     const MutexLock lock(d_->mutex);
     d_->isFinished = true;
     CrashHandBack::prepare(d_->helperPath, {});
-    if (d_->guard)
+    if (d_->guard) {
         d_->guard->finish();
+    }
 }

@@ -24,14 +24,16 @@ GuardLink::GuardLink(std::string guardPath, std::function<void(pid_t)> started)
 GuardLink::~GuardLink() {
     pipe_.close();
     // A dismissed guard ends at once. One that is acting is left to the system.
-    if (guard_)
+    if (guard_) {
         waitpid(*guard_, nullptr, WNOHANG);
+    }
 }
 
 void GuardLink::send(const HandBack& handBack) {
     std::string next = record(handBack);
-    if (isFinished_ || next == record_)
+    if (isFinished_ || next == record_) {
         return;
+    }
     record_ = std::move(next);
     // Only the newest record matters. A line that the pipe accepted in part must still be completed.
     pending_.erase(isWithinLine_ ? pending_.find('\n') + 1 : 0);
@@ -40,14 +42,16 @@ void GuardLink::send(const HandBack& handBack) {
 }
 
 void GuardLink::keepAlive() {
-    if (isFinished_)
+    if (isFinished_) {
         return;
+    }
     if (!guard_ || hasGuardEnded()) {
         start();
         return;
     }
-    if (pending_.empty())
+    if (pending_.empty()) {
         pending_ += GuardRecord::signOfLife;
+    }
     flush();
 }
 
@@ -69,10 +73,12 @@ std::string GuardLink::record(const HandBack& handBack) {
         break;
     case HandBack::Scope::indices:
         line = GuardRecord::fans;
-        for (const int index : handBack.indices)
+        for (const int index : handBack.indices) {
             line += ' ' + std::to_string(index);
-        for (const int index : handBack.pinned)
+        }
+        for (const int index : handBack.pinned) {
             line += std::string(" ") + GuardRecord::pinnedMark + std::to_string(index);
+        }
         break;
     }
     line += '\n';
@@ -84,17 +90,20 @@ void GuardLink::start() {
     guard_.reset();
     pipe_.close();
     auto pipe = Pipe::make();
-    if (!pipe || fcntl(pipe->writeEnd.number(), F_SETFL, O_NONBLOCK) != 0)
+    if (!pipe || fcntl(pipe->writeEnd.number(), F_SETFL, O_NONBLOCK) != 0) {
         return;
+    }
     guard_ = startChild(guardPath_, {}, ChildEnvironment::empty, pipe->readEnd.number(), true);
-    if (!guard_)
+    if (!guard_) {
         return;
+    }
     pipe_ = std::move(pipe->writeEnd);
     pending_ = record_;
     isWithinLine_ = false;
     flush();
-    if (started_)
+    if (started_) {
         started_(*guard_);
+    }
 }
 
 void GuardLink::flush() {
@@ -104,8 +113,9 @@ void GuardLink::flush() {
             const auto count = static_cast<std::size_t>(written);
             isWithinLine_ = pending_[count - 1] != '\n';
             pending_.erase(0, count);
-        } else if (errno != EINTR)
+        } else if (errno != EINTR) {
             return; // full, or the guard is gone; keepAlive deals with both
+        }
     }
 }
 

@@ -38,14 +38,17 @@ bool HelperInstallation::isInstalled() const {
 
 std::optional<std::string> HelperInstallation::installedVersion() {
     const auto status = fileStatus(surroundings_.helperPath);
-    if (!status)
+    if (!status) {
         return std::nullopt;
+    }
     const std::lock_guard lock(versionLock_);
-    if (knownVersion_ && knownVersion_->first == stampsOf(*status))
+    if (knownVersion_ && knownVersion_->first == stampsOf(*status)) {
         return knownVersion_->second;
+    }
     const auto result = runHelper({"version"}, ChildOutput::capture);
-    if (!result) // may be a temporary shortage of resources: not cached, so that the next call tries again
+    if (!result) { // may be a temporary shortage of resources: not cached, so that the next call tries again
         return std::string(HelperClient::launchFailureText);
+    }
     knownVersion_.emplace(stampsOf(*status), trimmed(repairedUTF8(result->output)));
     return knownVersion_->second;
 }
@@ -53,8 +56,9 @@ std::optional<std::string> HelperInstallation::installedVersion() {
 std::optional<ChildResult> HelperInstallation::runHelper(const std::vector<std::string>& arguments,
                                                          ChildOutput output) const {
     const HelperRun run;
-    if (!run.isAllowed())
+    if (!run.isAllowed()) {
         return std::nullopt;
+    }
     return runChild(surroundings_.helperPath, helperArguments(arguments), output, ChildEnvironment::empty);
 }
 
@@ -65,40 +69,47 @@ bool HelperInstallation::run(const std::vector<std::string>& arguments) const {
 
 std::string HelperInstallation::output(const std::vector<std::string>& arguments) const {
     const auto result = runHelper(arguments, ChildOutput::capture);
-    if (!result)
+    if (!result) {
         return std::string(HelperClient::launchFailureText);
+    }
     return repairedUTF8(result->output);
 }
 
 bool HelperInstallation::install() const {
-    if (!surroundings_.mayRunAsRoot)
+    if (!surroundings_.mayRunAsRoot) {
         return false;
+    }
     const auto executable = surroundings_.executablePath();
-    if (!executable)
+    if (!executable) {
         return false;
+    }
     const auto command = installCommand(*executable);
-    if (!command || !isPathRootControlled())
+    if (!command || !isPathRootControlled()) {
         return false;
+    }
     return surroundings_.runAsAdministrator(*command) && isInstalled();
 }
 
 std::optional<std::string> HelperInstallation::installCommand(std::string_view executable) const {
     const std::string& helper = surroundings_.helperPath;
-    if (!isQuotable(executable) || !isQuotable(helper))
+    if (!isQuotable(executable) || !isQuotable(helper)) {
         return std::nullopt;
+    }
     const bool isRenamed = surroundings_.installsByRename;
     const std::string place = "'" + helper + "'";
     const std::string written = isRenamed ? "'" + helper + ".new'" : place;
     std::string command = "mkdir -p " + parentFolder(helper);
-    if (isRenamed) // an interrupted installation may have left a set-user-ID file there
+    if (isRenamed) { // an interrupted installation may have left a set-user-ID file there
         command += " && rm -f " + written;
+    }
     command += " && cp '";
     command += executable;
     command += "' " + written;
     command += " && chown root:" + surroundings_.group + " " + written;
     command += " && chmod 4755 " + written;
-    if (!isRenamed)
+    if (!isRenamed) {
         return command;
+    }
     // The system's dialog passes the caller's umask on to root's command; with 000, everybody could write to
     // a new folder and exchange the file between the steps.
     return "umask 022 && " + command + " && mv -fT " + written + " " + place + " || { rm -f " + written +
@@ -110,22 +121,28 @@ bool HelperInstallation::isPathRootControlled() const {
     const std::string home = parentFolder(surroundings_.helperPath);
     for (std::string folder = home; !folder.empty(); folder = parentFolder(folder)) {
         const auto status = fileStatus(folder);
-        if (!status)
+        if (!status) {
             continue;
-        if (status->kind != FileStatus::Kind::directory || status->owner != root)
+        }
+        if (status->kind != FileStatus::Kind::directory || status->owner != root) {
             return false;
-        if (status->isWritableByOthers() && !status->isSticky())
+        }
+        if (status->isWritableByOthers() && !status->isSticky()) {
             return false;
-        if (folder == home)
+        }
+        if (folder == home) {
             isSharedFolder = status->isWritableByOthers();
+        }
     }
     // In a sticky folder that others may write to, users can replace their own files between the steps of the
     // command. Only a file that already belongs to root is safe. A new file beside it is not: another user
     // might create it first.
-    if (!isSharedFolder)
+    if (!isSharedFolder) {
         return true;
-    if (surroundings_.installsByRename)
+    }
+    if (surroundings_.installsByRename) {
         return false;
+    }
     const auto present = fileStatus(surroundings_.helperPath);
     return present && present->kind == FileStatus::Kind::regular && present->owner == root;
 }

@@ -28,6 +28,8 @@ void HelperRun::forbid() {
 void HelperRun::waitForOthers(std::chrono::milliseconds patience) {
     constexpr auto step = std::chrono::milliseconds(10);
     const timespec pause = {.tv_sec = 0, .tv_nsec = std::chrono::nanoseconds(step).count()};
-    for (auto waited = std::chrono::milliseconds(0); underWay.load() > 0 && waited < patience; waited += step)
+    for (auto waited = std::chrono::milliseconds(0); underWay.load() > 0 && waited < patience;
+         waited += step) {
         nanosleep(&pause, nullptr);
+    }
 }

@@ -17,18 +17,22 @@ struct Sequence {
 };
 
 Sequence sequenceOf(std::uint8_t lead) {
-    if (lead < 0x80)
+    if (lead < 0x80) {
         return {.length = 1, .secondFrom = 0, .secondTo = 0};
-    if (lead >= 0xC2 && lead <= 0xDF)
+    }
+    if (lead >= 0xC2 && lead <= 0xDF) {
         return {.length = 2, .secondFrom = 0x80, .secondTo = 0xBF};
-    if (lead >= 0xE0 && lead <= 0xEF)
+    }
+    if (lead >= 0xE0 && lead <= 0xEF) {
         return {.length = 3,
                 .secondFrom = static_cast<std::uint8_t>(lead == 0xE0 ? 0xA0 : 0x80),
                 .secondTo = static_cast<std::uint8_t>(lead == 0xED ? 0x9F : 0xBF)};
-    if (lead >= 0xF0 && lead <= 0xF4)
+    }
+    if (lead >= 0xF0 && lead <= 0xF4) {
         return {.length = 4,
                 .secondFrom = static_cast<std::uint8_t>(lead == 0xF0 ? 0x90 : 0x80),
                 .secondTo = static_cast<std::uint8_t>(lead == 0xF4 ? 0x8F : 0xBF)};
+    }
     return {.length = 0, .secondFrom = 0, .secondTo = 0};
 }
 
@@ -41,13 +45,15 @@ struct Piece {
 Piece nextPiece(std::string_view bytes) {
     const auto at = [bytes](std::size_t index) { return static_cast<std::uint8_t>(bytes[index]); };
     const Sequence sequence = sequenceOf(at(0));
-    if (sequence.length == 0)
+    if (sequence.length == 0) {
         return {.length = 1, .isValid = false};
+    }
     for (std::size_t index = 1; index < sequence.length; ++index) {
         const std::uint8_t from = index == 1 ? sequence.secondFrom : 0x80;
         const std::uint8_t to = index == 1 ? sequence.secondTo : 0xBF;
-        if (index >= bytes.size() || at(index) < from || at(index) > to)
+        if (index >= bytes.size() || at(index) < from || at(index) > to) {
             return {.length = index, .isValid = false};
+        }
     }
     return {.length = sequence.length, .isValid = true};
 }
@@ -80,16 +86,20 @@ constexpr std::array<std::string_view, 24> blanks = {
 };
 
 std::size_t blankAtStart(std::string_view text) {
-    for (const std::string_view blank : blanks)
-        if (text.starts_with(blank))
+    for (const std::string_view blank : blanks) {
+        if (text.starts_with(blank)) {
             return blank.size();
+        }
+    }
     return 0;
 }
 
 std::size_t blankAtEnd(std::string_view text) {
-    for (const std::string_view blank : blanks)
-        if (text.ends_with(blank))
+    for (const std::string_view blank : blanks) {
+        if (text.ends_with(blank)) {
             return blank.size();
+        }
+    }
     return 0;
 }
 
@@ -107,9 +117,11 @@ std::string repairedUTF8(std::string_view bytes) {
 }
 
 std::string trimmed(std::string_view text) {
-    while (const std::size_t length = blankAtStart(text))
+    while (const std::size_t length = blankAtStart(text)) {
         text.remove_prefix(length);
-    while (const std::size_t length = blankAtEnd(text))
+    }
+    while (const std::size_t length = blankAtEnd(text)) {
         text.remove_suffix(length);
+    }
     return std::string(text);
 }

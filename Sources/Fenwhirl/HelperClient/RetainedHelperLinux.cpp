@@ -11,8 +11,9 @@ RetainedHelper::RetainedHelper(const std::string& helperPath)
 
 bool RetainedHelper::run(const std::vector<std::string>& arguments) const {
     const HelperRun run;
-    if (!file_.isOpen() || !run.isAllowed())
+    if (!file_.isOpen() || !run.isAllowed()) {
         return false;
+    }
     // The path contains our own process ID, because the child's copy of the descriptor is closed by then.
     const std::string path = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(file_.number());
     std::vector<std::string> words = {"--helper"};

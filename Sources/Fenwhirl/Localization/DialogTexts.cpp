@@ -75,20 +75,23 @@ constexpr std::array rows = {
 
 QStringList DialogTexts::all() {
     QStringList english;
-    for (const Row& row : rows)
+    for (const Row& row : rows) {
         english.append(QStringView(row.english).toString());
+    }
     return english;
 }
 
 std::optional<QString> DialogTexts::lookup(QStringView english) {
     const AppLanguage language = Localizer::resolved();
     const bool serbian = language == AppLanguage::srLatn || language == AppLanguage::srCyrl;
-    if (!serbian && language != AppLanguage::pt)
+    if (!serbian && language != AppLanguage::pt) {
         return std::nullopt;
+    }
     const auto* const row = std::find_if(
         rows.begin(), rows.end(), [&](const Row& each) { return QStringView(each.english) == english; });
-    if (row == rows.end())
+    if (row == rows.end()) {
         return std::nullopt;
+    }
     const QString words = QStringView(serbian ? row->sr : row->pt).toString();
     return language == AppLanguage::srCyrl ? Cyrillic::convert(words) : words;
 }

@@ -11,12 +11,15 @@ QString withNoBreakSpaces(const QString& text) {
     static constexpr QChar noBreakSpace = QChar::Nbsp;
     QString kept = text;
     for (qsizetype at = 1; at + 1 < text.size(); ++at) {
-        if (text[at] != u' ')
+        if (text[at] != u' ') {
             continue;
+        }
         const QChar before = text[at - 1];
         const QChar after = text[at + 1];
-        if (stayWithWhatIsBefore.contains(after) || before == u'«' || (before.isDigit() && after.isLetter()))
+        if (stayWithWhatIsBefore.contains(after) || before == u'«' ||
+            (before.isDigit() && after.isLetter())) {
             kept[at] = noBreakSpace;
+        }
     }
     static constexpr qsizetype wordsOfALongText = 9;
     static constexpr qsizetype shortWord = 16;
@@ -24,16 +27,18 @@ QString withNoBreakSpaces(const QString& text) {
     const auto isBlank = [](QChar letter) { return letter == u' ' || letter == noBreakSpace; };
     const auto lastBlank = std::find_if(kept.rbegin(), kept.rend(), isBlank);
     if (std::count_if(kept.begin(), kept.end(), isBlank) >= wordsOfALongText - 1 &&
-        std::distance(kept.rbegin(), lastBlank) <= shortWord)
+        std::distance(kept.rbegin(), lastBlank) <= shortWord) {
         *lastBlank = noBreakSpace;
+    }
     return kept;
 }
 
 QString withApostrophes(const QString& text) {
     QString set = text;
     for (qsizetype at = 1; at + 1 < text.size(); ++at) {
-        if (text[at] == u'\'' && text[at - 1].isLetter() && text[at + 1].isLetter())
+        if (text[at] == u'\'' && text[at - 1].isLetter() && text[at + 1].isLetter()) {
             set[at] = u'’';
+        }
     }
     return set;
 }

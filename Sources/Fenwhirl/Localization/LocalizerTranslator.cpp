@@ -25,10 +25,12 @@ bool isOfQtsDialogs(QLatin1StringView context) {
 }
 
 std::optional<QString> answer(QLatin1StringView context, const QString& source) {
-    if (asksForSystemTerms(context))
+    if (asksForSystemTerms(context)) {
         return SystemTerms::lookup(source);
-    if (isOfQtsDialogs(context))
+    }
+    if (isOfQtsDialogs(context)) {
         return DialogTexts::lookup(source);
+    }
     return Localizer::lookup(source);
 }
 

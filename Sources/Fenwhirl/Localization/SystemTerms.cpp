@@ -100,16 +100,18 @@ std::u16string_view wordsOf(const Row& row, AppLanguage language) {
 
 QStringList SystemTerms::all() {
     QStringList asked;
-    for (const Row& row : rows)
+    for (const Row& row : rows) {
         asked.append(QStringView(row.asked).toString());
+    }
     return asked;
 }
 
 std::optional<QString> SystemTerms::lookup(QStringView english) {
     const auto* const row = std::find_if(rows.begin(), rows.end(),
                                          [&](const Row& each) { return QStringView(each.asked) == english; });
-    if (row == rows.end())
+    if (row == rows.end()) {
         return std::nullopt;
+    }
     const AppLanguage language = Localizer::resolved();
     const QString words = QStringView(wordsOf(*row, language)).toString();
     return language == AppLanguage::srCyrl ? Cyrillic::convert(words) : words;

@@ -17,10 +17,12 @@ bool isRemoval(const std::string& command) {
 
 std::vector<std::string> administratorInvocation(const std::string& command, bool isRoot,
                                                  std::string_view executable, const std::string& activator) {
-    if (isRoot)
+    if (isRoot) {
         return {"/bin/sh", "-c", command};
-    if (executable == PackagedAdministrator::program && access(activator.c_str(), X_OK) == 0)
+    }
+    if (executable == PackagedAdministrator::program && access(activator.c_str(), X_OK) == 0) {
         return {"/usr/bin/pkexec", activator, isRemoval(command) ? "deactivate" : "activate", command};
+    }
     return {"/usr/bin/pkexec", "/bin/sh", "-c", command};
 }
 

@@ -15,8 +15,9 @@ AlternateSignalStack::AlternateSignalStack() {
     const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     void* const memory =
         mmap(nullptr, usableSize + page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANON, -1, 0);
-    if (memory == MAP_FAILED)
+    if (memory == MAP_FAILED) {
         return;
+    }
     stack_t stack = {};
     stack.ss_sp = static_cast<char*>(memory) + page;
     stack.ss_size = usableSize;
@@ -29,8 +30,9 @@ AlternateSignalStack::AlternateSignalStack() {
 }
 
 AlternateSignalStack::~AlternateSignalStack() {
-    if (memory_ == nullptr)
+    if (memory_ == nullptr) {
         return;
+    }
     stack_t none = {};
     none.ss_flags = SS_DISABLE;
     sigaltstack(&none, nullptr);

@@ -57,16 +57,19 @@ public:
                                              std::span<const std::string> arguments,
                                              ChildEnvironment environment, bool ownGroup) {
         setSignalsAndGroup(ownGroup);
-        if (!ok_)
+        if (!ok_) {
             return std::nullopt;
+        }
         std::vector<char*> argv = {const_cast<char*>(executable.c_str())};
-        for (const std::string& argument : arguments)
+        for (const std::string& argument : arguments) {
             argv.push_back(const_cast<char*>(argument.c_str()));
+        }
         argv.push_back(nullptr);
         pid_t child = 0;
         if (posix_spawn(&child, executable.c_str(), &actions_, &attributes_, argv.data(),
-                        listOf(environment)) != 0)
+                        listOf(environment)) != 0) {
             return std::nullopt;
+        }
         return child;
     }
 
@@ -101,10 +104,12 @@ std::string readToEnd(int descriptor) {
     std::array<char, 16384> buffer = {};
     for (;;) {
         const ssize_t length = read(descriptor, buffer.data(), buffer.size());
-        if (length < 0 && errno == EINTR)
+        if (length < 0 && errno == EINTR) {
             continue;
-        if (length <= 0)
+        }
+        if (length <= 0) {
             return kept;
+        }
         const std::size_t room = childOutputLimit - kept.size();
         kept.append(buffer.data(), std::min(room, static_cast<std::size_t>(length)));
     }
@@ -116,8 +121,9 @@ std::optional<int> waitForExit(pid_t child) {
     do {
         ended = waitpid(child, &status, 0);
     } while (ended < 0 && errno == EINTR);
-    if (ended != child || !WIFEXITED(status))
+    if (ended != child || !WIFEXITED(status)) {
         return std::nullopt;
+    }
     return WEXITSTATUS(status);
 }
 
@@ -125,8 +131,9 @@ std::optional<int> waitForExit(pid_t child) {
 // may get one of these numbers for a pipe, and `SpawnRequest::connect` would overwrite that end in the child
 // before it is used.
 int movedAboveStandard(int descriptor) {
-    if (descriptor > STDERR_FILENO)
+    if (descriptor > STDERR_FILENO) {
         return descriptor;
+    }
     const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     close(descriptor);
     return moved;
@@ -139,16 +146,18 @@ std::optional<ChildResult> runChild(const std::string& executable, std::span<con
     std::optional<Pipe> pipe;
     if (output == ChildOutput::capture) {
         pipe = Pipe::make();
-        if (!pipe)
+        if (!pipe) {
             return std::nullopt;
+        }
     }
     SpawnRequest request;
     request.connect(STDIN_FILENO, -1);
     request.connect(STDOUT_FILENO, pipe ? pipe->writeEnd.number() : -1);
     request.connect(STDERR_FILENO, -1);
     const auto child = request.start(executable, arguments, environment, false);
-    if (!child)
+    if (!child) {
         return std::nullopt;
+    }
     ChildResult result;
     if (pipe) {
         // Our own write end would keep the pipe open after the child has exited.
@@ -171,11 +180,13 @@ std::optional<pid_t> startChild(const std::string& executable, std::span<const s
 
 std::optional<Pipe> Pipe::make() {
     int ends[2] = {-1, -1};
-    if (!makeCloseOnExecPipe(ends))
+    if (!makeCloseOnExecPipe(ends)) {
         return std::nullopt;
+    }
     Pipe pipe = {.readEnd = FileDescriptor(movedAboveStandard(ends[0])),
                  .writeEnd = FileDescriptor(movedAboveStandard(ends[1]))};
-    if (!pipe.readEnd.isOpen() || !pipe.writeEnd.isOpen())
+    if (!pipe.readEnd.isOpen() || !pipe.writeEnd.isOpen()) {
         return std::nullopt;
+    }
     return pipe;
 }

@@ -13,14 +13,16 @@ bool keepOnlyStandardDescriptors(posix_spawn_file_actions_t&, short& flags) {
 }
 
 bool makeCloseOnExecPipe(int (&ends)[2]) {
-    if (pipe(ends) != 0)
+    if (pipe(ends) != 0) {
         return false;
-    for (const int end : ends)
+    }
+    for (const int end : ends) {
         if (fcntl(end, F_SETFD, FD_CLOEXEC) != 0) {
             close(ends[0]);
             close(ends[1]);
             return false;
         }
+    }
     return true;
 }
 

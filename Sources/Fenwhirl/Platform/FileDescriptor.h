@@ -28,8 +28,9 @@ public:
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
 
     void close() {
-        if (number_ >= 0)
+        if (number_ >= 0) {
             ::close(std::exchange(number_, -1));
+        }
     }
 
 private:

@@ -23,8 +23,9 @@ bool isAsInItsFile(int pageMap, std::uintptr_t begin, std::uintptr_t end, std::u
     std::vector<std::uint64_t> entries((end - begin + page - 1) / page);
     const std::size_t size = entries.size() * sizeof(entries[0]);
     const auto place = static_cast<off_t>(begin / page * sizeof(entries[0]));
-    if (pread(pageMap, entries.data(), size, place) != static_cast<ssize_t>(size))
+    if (pread(pageMap, entries.data(), size, place) != static_cast<ssize_t>(size)) {
         return false;
+    }
     return std::ranges::none_of(entries, [](std::uint64_t entry) {
         return (entry & (isPresent | isSwapped)) != 0 && (entry & isFromFile) == 0;
     });
@@ -36,12 +37,14 @@ int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* pageMap)
     const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     for (int i = 0; i < object->dlpi_phnum; ++i) {
         const ElfW(Phdr)& segment = object->dlpi_phdr[i];
-        if (segment.p_type != PT_LOAD || (segment.p_flags & PF_W) != 0)
+        if (segment.p_type != PT_LOAD || (segment.p_flags & PF_W) != 0) {
             continue;
+        }
         const std::uintptr_t begin = (object->dlpi_addr + segment.p_vaddr) & ~(page - 1);
         const std::uintptr_t end = object->dlpi_addr + segment.p_vaddr + segment.p_memsz;
-        if (!isAsInItsFile(*static_cast<const int*>(pageMap), begin, end, page))
+        if (!isAsInItsFile(*static_cast<const int*>(pageMap), begin, end, page)) {
             continue;
+        }
         // NOLINTNEXTLINE(performance-no-int-to-ptr): the linker reports its addresses as numbers.
         void* const place = reinterpret_cast<void*>(begin);
         // A refusal, for example for locked memory, does no harm.
@@ -55,7 +58,8 @@ int giveBackFilePages(dl_phdr_info* object, std::size_t /*size*/, void* pageMap)
 void releaseIdleMemory() {
     const FileDescriptor pageMap(open("/proc/self/pagemap", O_RDONLY | O_CLOEXEC));
     int descriptor = pageMap.number();
-    if (pageMap.isOpen())
+    if (pageMap.isOpen()) {
         dl_iterate_phdr(giveBackFilePages, &descriptor);
+    }
     malloc_trim(0);
 }

@@ -19,8 +19,9 @@ bool isTranslocated(const QString& bundle) {
 } // namespace
 
 bool LoginItem::setEnabled(bool on) {
-    if (on && isTranslocated(BundleInfo::path()))
+    if (on && isTranslocated(BundleInfo::path())) {
         return false;
+    }
     const QString agent = launchAgentPath(QDir::homePath());
     return on ? writeLoginItemFile(agent, launchAgentPropertyList(launchAgentProgram(BundleInfo::path())))
               : removeLoginItemFile(agent);

@@ -88,15 +88,17 @@ bool LogindConnection::open(const QStringList& managerSignals) {
     close();
     // Not connectToBus, whose handshake blocks.
     bus_ = QDBusConnection::connectToPeer(address_, connectionName_);
-    if (!bus_.isConnected())
+    if (!bus_.isConnected()) {
         return false;
+    }
     // No sender is given, because Qt would look its name up and block; `receive` checks the sender instead.
     const auto listen = [this](const QString& interface, const QString& signal) {
         bus_.connect({}, {}, interface, signal, this, SLOT(receive(QDBusMessage)));
     };
     listen(busService(), QStringLiteral("NameOwnerChanged"));
-    for (const QString& signal : managerSignals)
+    for (const QString& signal : managerSignals) {
         listen(Logind::managerInterface(), signal);
+    }
     listen(Logind::propertiesInterface(), QStringLiteral("PropertiesChanged"));
     bus_.connect({}, {}, QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                  SLOT(disconnected()));
@@ -142,8 +144,10 @@ void LogindConnection::unwatchProperties(const QString& path) {
 void LogindConnection::receive(const QDBusMessage& signal) {
     if (signal.service() == busService()) {
         const QVariantList arguments = signal.arguments();
-        if (signal.member() == QStringLiteral("NameOwnerChanged") && arguments.value(0) == Logind::service())
+        if (signal.member() == QStringLiteral("NameOwnerChanged") &&
+            arguments.value(0) == Logind::service()) {
             Q_EMIT ownerChanged(arguments.value(2).toString());
+        }
     } else if (!owner_.isEmpty() && signal.service() == owner_) {
         Q_EMIT heard(signal);
     }
@@ -161,13 +165,15 @@ void LogindConnection::askService(const QString& service, const QString& path, c
             [this, pending, answered, silent, opened = opened_] {
                 pending->deleteLater();
                 // The connection has been closed since the call, and perhaps opened again.
-                if (opened != opened_)
+                if (opened != opened_) {
                     return;
+                }
                 const QDBusMessage reply = pending->reply();
-                if (reply.type() == QDBusMessage::ErrorMessage && isSilence(reply))
+                if (reply.type() == QDBusMessage::ErrorMessage && isSilence(reply)) {
                     silent();
-                else
+                } else {
                     answered(reply);
+                }
             });
 }
 

@@ -3,12 +3,14 @@
 #include <utility>
 
 void SessionPresence::setInFront(bool inFront) {
-    if (std::exchange(inFront_, inFront) != inFront)
+    if (std::exchange(inFront_, inFront) != inFront) {
         Q_EMIT changed();
+    }
     settle();
 }
 
 void SessionPresence::settle() {
-    if (!std::exchange(settled_, true))
+    if (!std::exchange(settled_, true)) {
         Q_EMIT settled();
+    }
 }

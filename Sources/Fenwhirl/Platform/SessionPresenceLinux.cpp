@@ -70,10 +70,11 @@ SessionPresenceLinux::SessionPresenceLinux(QString address, SessionQuery seeker,
     again_.setSingleShot(true);
     again_.setInterval(patience.again);
     connect(&again_, &QTimer::timeout, this, [this] {
-        if (logind_.isOpen())
+        if (logind_.isOpen()) {
             find();
-        else
+        } else {
             connectToBus();
+        }
     });
     connectToBus();
     if (logind_.isOpen()) {
@@ -90,10 +91,11 @@ SessionPresenceLinux::~SessionPresenceLinux() {
 
 void SessionPresenceLinux::connectToBus() {
     leaveBus();
-    if (logind_.open({QStringLiteral("SessionNew"), QStringLiteral("SessionRemoved")}))
+    if (logind_.open({QStringLiteral("SessionNew"), QStringLiteral("SessionRemoved")})) {
         find();
-    else
+    } else {
         again_.start();
+    }
 }
 
 void SessionPresenceLinux::leaveBus() {
@@ -105,14 +107,16 @@ void SessionPresenceLinux::leaveBus() {
 void SessionPresenceLinux::disconnected() {
     leaveBus();
     lose();
-    if (!wasAnswered_)
+    if (!wasAnswered_) {
         again_.stop(); // the bus closed the connection without ever answering, so it rejects us
+    }
 }
 
 void SessionPresenceLinux::lose() {
     settle();
-    if (!loss_.isActive())
+    if (!loss_.isActive()) {
         loss_.start();
+    }
     again_.start();
 }
 
@@ -120,10 +124,11 @@ void SessionPresenceLinux::lose() {
 void SessionPresenceLinux::find() {
     ++search_;
     logind_.find(ofThisSearch([this](const QDBusMessage& reply) {
-                     if (isError(reply))
+                     if (isError(reply)) {
                          giveUp();
-                     else
+                     } else {
                          takeOwner(reply.arguments().value(0).toString());
+                     }
                  }),
                  silenceOfThisSearch());
 }
@@ -131,11 +136,13 @@ void SessionPresenceLinux::find() {
 void SessionPresenceLinux::takeOwner(const QString& owner) {
     ++search_;
     logind_.setOwner(owner);
-    if (!owner.isEmpty())
+    if (!owner.isEmpty()) {
         searchByProcess();
+    }
     // If logind has gone, `ownerChanged` reports its return, so nothing has to be retried.
-    else if (!loss_.isActive())
+    else if (!loss_.isActive()) {
         loss_.start();
+    }
 }
 
 void SessionPresenceLinux::searchByProcess() {
@@ -189,21 +196,25 @@ void SessionPresenceLinux::follow(const QString& path, const std::function<void(
             // The user's systemd has a session of its own, which is always active.
             const bool isManager =
                 properties.value(QStringLiteral("Class")).toString().startsWith(QStringLiteral("manager"));
-            if (properties.isEmpty() || isManager)
+            if (properties.isEmpty() || isManager) {
                 otherwise();
-            else
+            } else {
                 take(properties.value(activeProperty()));
+            }
         });
 }
 
 void SessionPresenceLinux::watch(const QString& path) {
-    if (path == session_)
+    if (path == session_) {
         return;
-    if (!session_.isEmpty())
+    }
+    if (!session_.isEmpty()) {
         logind_.unwatchProperties(session_);
+    }
     session_ = path;
-    if (!session_.isEmpty())
+    if (!session_.isEmpty()) {
         logind_.watchProperties(session_);
+    }
 }
 
 void SessionPresenceLinux::readActive() {
@@ -232,10 +243,11 @@ void SessionPresenceLinux::heard(const QDBusMessage& signal) {
     } else if (signal.interface() == Logind::propertiesInterface() && signal.path() == session_ &&
                arguments.value(0) == sessionInterface()) {
         const auto changes = qdbus_cast<QVariantMap>(arguments.value(1));
-        if (changes.contains(activeProperty()))
+        if (changes.contains(activeProperty())) {
             take(changes.value(activeProperty()));
-        else if (arguments.value(2).toStringList().contains(activeProperty()))
+        } else if (arguments.value(2).toStringList().contains(activeProperty())) {
             readActive();
+        }
     }
 }
 
@@ -246,8 +258,9 @@ void SessionPresenceLinux::ask(const QString& path, const QString& interface, co
 
 LogindConnection::Reply SessionPresenceLinux::ofThisSearch(const Reply& answered) {
     return [this, answered, search = search_](const QDBusMessage& reply) {
-        if (search != search_)
+        if (search != search_) {
             return;
+        }
         wasAnswered_ = true;
         answered(reply);
     };
@@ -255,7 +268,8 @@ LogindConnection::Reply SessionPresenceLinux::ofThisSearch(const Reply& answered
 
 LogindConnection::Silence SessionPresenceLinux::silenceOfThisSearch() {
     return [this, search = search_] {
-        if (search == search_)
+        if (search == search_) {
             lose();
+        }
     };
 }

@@ -34,8 +34,9 @@ SleepWatchLinux::SleepWatchLinux(QString address, SleepTimeouts patience)
     connect(&logind_, &LogindConnection::ownerChanged, this, &SleepWatchLinux::takeOwner);
     connect(&logind_, &LogindConnection::heard, this, &SleepWatchLinux::heard);
     connect(&logind_, &LogindConnection::lost, this, [this] {
-        if (wasAnswered_) // a bus that never answered rejects us, so it is not tried again
+        if (wasAnswered_) { // a bus that never answered rejects us, so it is not tried again
             again_.start();
+        }
     });
     prepare(delay_, patience.atMost);
     connect(&delay_, &QTimer::timeout, this, &SleepWatchLinux::ready);
@@ -43,30 +44,34 @@ SleepWatchLinux::SleepWatchLinux(QString address, SleepTimeouts patience)
     connect(&doubt_, &QTimer::timeout, this, &SleepWatchLinux::look);
     prepare(again_, patience.again);
     connect(&again_, &QTimer::timeout, this, [this] {
-        if (logind_.isOpen())
+        if (logind_.isOpen()) {
             find();
-        else
+        } else {
             open();
+        }
     });
     open();
-    if (!logind_.isOpen())
+    if (!logind_.isOpen()) {
         again_.stop(); // there never was a bus, so no connection was lost
+    }
 }
 
 void SleepWatchLinux::open() {
     isLocking_ = false;
-    if (logind_.open({announcement()}))
+    if (logind_.open({announcement()})) {
         find();
-    else
+    } else {
         again_.start();
+    }
 }
 
 void SleepWatchLinux::find() {
     logind_.find(
         [this](const QDBusMessage& reply) {
             wasAnswered_ = true;
-            if (!isError(reply))
+            if (!isError(reply)) {
                 takeOwner(reply.arguments().value(0).toString());
+            }
         },
         [this] { again_.start(); });
 }
@@ -76,14 +81,16 @@ void SleepWatchLinux::takeOwner(const QString& owner) {
     logind_.setOwner(owner);
     isLocking_ = false;
     lock_ = {}; // it belonged to the previous logind
-    if (!owner.isEmpty())
+    if (!owner.isEmpty()) {
         look();
+    }
 }
 
 void SleepWatchLinux::heard(const QDBusMessage& signal) {
     if (signal.interface() == Logind::managerInterface() && signal.path() == Logind::path() &&
-        signal.member() == announcement())
+        signal.member() == announcement()) {
         take(isYes(signal.arguments().value(0)));
+    }
 }
 
 void SleepWatchLinux::look() {
@@ -104,10 +111,11 @@ void SleepWatchLinux::look() {
 }
 
 void SleepWatchLinux::take(bool isAboutToSleep) {
-    if (isAboutToSleep)
+    if (isAboutToSleep) {
         doubt_.start();
-    else
+    } else {
         doubt_.stop();
+    }
     if (std::exchange(isAboutToSleep_, isAboutToSleep) != isAboutToSleep) {
         if (isAboutToSleep) {
             delay_.start();
@@ -117,24 +125,28 @@ void SleepWatchLinux::take(bool isAboutToSleep) {
         delay_.stop();
         Q_EMIT awake();
     }
-    if (!isAboutToSleep && !lock_.isValid())
+    if (!isAboutToSleep && !lock_.isValid()) {
         lock();
+    }
 }
 
 void SleepWatchLinux::lock() {
-    if (logind_.owner().isEmpty() || std::exchange(isLocking_, true))
+    if (logind_.owner().isEmpty() || std::exchange(isLocking_, true)) {
         return;
+    }
     logind_.ask(
         Logind::path(), Logind::managerInterface(), QStringLiteral("Inhibit"),
         {QStringLiteral("sleep"), QStringLiteral("Fenwhirl"),
          QStringLiteral("Fenwhirl hands the fans back first"), QStringLiteral("delay")},
         [this, owner = logind_.owner()](const QDBusMessage& reply) {
-            if (owner != logind_.owner())
+            if (owner != logind_.owner()) {
                 return;
+            }
             isLocking_ = false;
             // A lock that arrives after the sleep has begun does not delay it.
-            if (!isError(reply) && !isAboutToSleep_)
+            if (!isError(reply) && !isAboutToSleep_) {
                 lock_ = reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
+            }
         },
         [this] {
             isLocking_ = false;
@@ -143,8 +155,9 @@ void SleepWatchLinux::lock() {
 }
 
 void SleepWatchLinux::ready() {
-    if (!isAboutToSleep_)
+    if (!isAboutToSleep_) {
         return;
+    }
     delay_.stop();
     lock_ = {};
 }

@@ -82,8 +82,9 @@ ApplicationFinder::ApplicationFinder(DesktopEntries entries, Read read)
 
 void ApplicationFinder::beginSample(const QStringList& locales) {
     locales_ = locales;
-    if (entries_.update())
+    if (entries_.update()) {
         known_.clear();
+    }
     ++look_;
     // A process that was not seen in the last look has ended.
     known_.removeIf([this](const auto& process) { return process.value().lastLook + 1 < look_; });
@@ -95,8 +96,9 @@ bool ApplicationFinder::isStale(qint32 pid, const Known& known) const {
 
 std::optional<FoundApplication>
 ApplicationFinder::applicationOf(qint32 pid, std::optional<ProcessStart> start, QStringView path) {
-    if (!start)
+    if (!start) {
         return std::nullopt;
+    }
     const auto place = known_.find(pid);
     const bool isSame = place != known_.end() && place->start == *start && place->path == path;
     if (isSame && !isStale(pid, *place)) {
@@ -117,41 +119,48 @@ std::optional<FoundApplication> ApplicationFinder::shown(const Known& known) con
                                 .file = known.entry->file,
                                 .canQuit = known.entry->isShown && !known.isDesktopComponent};
     }
-    if (!known.label.isEmpty())
+    if (!known.label.isEmpty()) {
         return FoundApplication{.name = known.label, .file = {}, .canQuit = false};
+    }
     return std::nullopt;
 }
 
 ApplicationFinder::Known ApplicationFinder::find(qint32 pid, const QString& path) const {
     Known known;
     const std::optional<ProcessOrigin> origin = read_(pid);
-    if (!origin)
+    if (!origin) {
         return known;
+    }
     known.isDesktopComponent = isDesktopComponent(origin->controlGroup) || isDesktopProgram(path);
     if (known.isDesktopComponent) {
         known.entry = entries_.ofProgram(path);
         return known;
     }
     known.entry = byControlGroup(origin->controlGroup);
-    if (known.entry == nullptr && path.startsWith(QStringLiteral("/snap/")))
+    if (known.entry == nullptr && path.startsWith(QStringLiteral("/snap/"))) {
         known.entry = entries_.ofSnap(path.section(u'/', 2, 2));
+    }
     if (known.entry == nullptr &&
         (path.startsWith(QStringLiteral("/app/")) || path.startsWith(QStringLiteral("/newroot/app/")))) {
-        if (const auto id = origin->flatpak())
+        if (const auto id = origin->flatpak()) {
             known.entry = entries_.withId(*id);
+        }
     }
-    if (known.entry != nullptr)
+    if (known.entry != nullptr) {
         return known;
+    }
     if (isInterpreter(path)) {
         QStringList command = origin->arguments();
-        if (!command.isEmpty())
+        if (!command.isEmpty()) {
             command.first() = path; // a process can change its own first argument
+        }
         if (const auto script = interpretedScript(command)) {
             known.label = fileNameOf(*script);
             const QString place = QDir(origin->workingFolder()).filePath(*script);
             known.entry = entries_.ofProgram(QFileInfo(place).canonicalFilePath());
-            if (known.entry != nullptr)
+            if (known.entry != nullptr) {
                 return known;
+            }
         }
     }
     known.entry = entries_.ofProgram(path);
@@ -159,11 +168,13 @@ ApplicationFinder::Known ApplicationFinder::find(qint32 pid, const QString& path
 }
 
 const DesktopEntry* ApplicationFinder::byControlGroup(const QString& group) const {
-    if (const auto snap = snapIn(group))
+    if (const auto snap = snapIn(group)) {
         return entries_.ofSnap(snap->snap, snap->program);
+    }
     for (const QString& id : applicationIdsIn(group)) {
-        if (const DesktopEntry* entry = entries_.withId(id))
+        if (const DesktopEntry* entry = entries_.withId(id)) {
             return entry;
+        }
     }
     return nullptr;
 }

@@ -27,20 +27,23 @@ QByteArray textOf(const QString& path) {
 
 QStringList argumentsOf(qint32 pid) {
     QStringList words;
-    for (const QByteArray& word : textOf(ofProcess(pid, "cmdline")).split('\0'))
+    for (const QByteArray& word : textOf(ofProcess(pid, "cmdline")).split('\0')) {
         words.append(QString::fromUtf8(word));
-    while (!words.isEmpty() && words.last().isEmpty())
+    }
+    while (!words.isEmpty() && words.last().isEmpty()) {
         words.removeLast();
+    }
     return words;
 }
 
 std::optional<QString> flatpakOf(qint32 pid) {
     bool isInside = false;
     for (const QByteArray& line : textOf(ofProcess(pid, "root/.flatpak-info")).split('\n')) {
-        if (line.startsWith('['))
+        if (line.startsWith('[')) {
             isInside = line.trimmed() == "[Application]";
-        else if (isInside && line.startsWith("name="))
+        } else if (isInside && line.startsWith("name=")) {
             return QString::fromUtf8(line.sliced(5).trimmed());
+        }
     }
     return std::nullopt;
 }
@@ -49,8 +52,9 @@ std::optional<ProcessOrigin> readOrigin(qint32 pid) {
     const FileDescriptor file(open(ofProcess(pid, "cgroup").toLatin1().constData(), O_RDONLY | O_CLOEXEC));
     struct stat status = {};
     // The files of a process in /proc belong to the user who owns the process.
-    if (!file.isOpen() || fstat(file.number(), &status) != 0 || status.st_uid != geteuid())
+    if (!file.isOpen() || fstat(file.number(), &status) != 0 || status.st_uid != geteuid()) {
         return std::nullopt;
+    }
     std::array<char, 4096> text = {};
     const ssize_t length = read(file.number(), text.data(), text.size());
     return ProcessOrigin{

@@ -29,8 +29,9 @@ QString unescaped(QStringView text) {
 QStringView innermostUnit(QStringView group) {
     QStringView innermost;
     for (const QStringView part : group.split(u'/')) {
-        if (part.endsWith(u".scope") || part.endsWith(u".service"))
+        if (part.endsWith(u".scope") || part.endsWith(u".service")) {
             innermost = part;
+        }
     }
     return innermost;
 }
@@ -45,11 +46,13 @@ QString controlGroupIn(const QByteArray& text) {
     QString named;
     for (const QByteArray& line : text.split('\n')) {
         // "0::PATH" is the unified hierarchy; "1:name=systemd:PATH" is systemd's own beside older ones.
-        if (line.startsWith("0::/") && line.size() > 4)
+        if (line.startsWith("0::/") && line.size() > 4) {
             return QString::fromUtf8(line.sliced(3));
+        }
         const qsizetype place = line.indexOf(":name=systemd:");
-        if (place > 0)
+        if (place > 0) {
             named = QString::fromUtf8(line.sliced(place + 14));
+        }
     }
     return named;
 }
@@ -58,37 +61,43 @@ QStringList applicationIdsIn(QStringView group) {
     const QStringView unit = innermostUnit(group);
     const bool isApplication = unit.startsWith(u"app-");
     const bool isBusName = unit.startsWith(u"dbus-:"); // "dbus-:1.2-NAME@0.service"
-    if (!isApplication && !isBusName)
+    if (!isApplication && !isBusName) {
         return {};
+    }
     QStringView name = withoutSuffix(unit);
     if (unit.endsWith(u".service")) {
-        if (const qsizetype instance = name.indexOf(u'@'); instance >= 0)
+        if (const qsizetype instance = name.indexOf(u'@'); instance >= 0) {
             name = name.first(instance);
+        }
     } else {
         name = name.first(std::max<qsizetype>(name.lastIndexOf(u'-'), 0)); // drops the random suffix
     }
     QStringList ids;
     for (qsizetype dash = name.indexOf(u'-'); dash >= 0; dash = name.indexOf(u'-', dash + 1)) {
-        if (dash + 1 < name.size())
+        if (dash + 1 < name.size()) {
             ids.append(unescaped(name.sliced(dash + 1)));
+        }
     }
     return ids;
 }
 
 std::optional<SnapName> snapIn(QStringView group) {
     const QStringView unit = innermostUnit(group);
-    if (!unit.startsWith(u"snap."))
+    if (!unit.startsWith(u"snap.")) {
         return std::nullopt;
+    }
     const auto parts = withoutSuffix(unit).split(u'.');
-    if (parts.size() < 3 || parts[1].isEmpty())
+    if (parts.size() < 3 || parts[1].isEmpty()) {
         return std::nullopt;
+    }
     // A UUID may follow the program's name after a dash. It contains dashes, and so may the name, so it is
     // recognised by its length.
     QStringView program = parts[2];
     constexpr qsizetype identifier = 36;
     if (parts.size() == 3 && program.size() > identifier + 1 &&
-        program[program.size() - identifier - 1] == u'-')
+        program[program.size() - identifier - 1] == u'-') {
         program.chop(identifier + 1);
+    }
     return SnapName{unescaped(parts[1]), unescaped(program)};
 }
 

@@ -49,8 +49,9 @@ QString fileNameOf(const QString& path) {
 // The folder that the program's installation has to itself; empty when it is in a shared folder.
 QString ownFolderOf(const QString& program) {
     const QString folder = parentOf(program);
-    if (isShared(folder))
+    if (isShared(folder)) {
         return {};
+    }
     const QString parent = parentOf(folder);
     return fileNameOf(folder) == QStringLiteral("bin") && !isShared(parent) ? parent : folder;
 }
@@ -94,11 +95,13 @@ bool isAssignment(const QString& word) {
 
 // Turns "env NAME=VALUE… PROGRAM …" into "PROGRAM …".
 QStringList withoutEnvironment(QStringList command) {
-    if (command.isEmpty() || fileNameOf(command.first()) != QStringLiteral("env"))
+    if (command.isEmpty() || fileNameOf(command.first()) != QStringLiteral("env")) {
         return command;
+    }
     command.removeFirst();
-    while (!command.isEmpty() && (isAssignment(command.first()) || command.first().startsWith(u'-')))
+    while (!command.isEmpty() && (isAssignment(command.first()) || command.first().startsWith(u'-'))) {
         command.removeFirst();
+    }
     return command;
 }
 
@@ -109,16 +112,21 @@ struct OptionSyntax {
 };
 
 OptionSyntax habitsOf(const QString& interpreter) {
-    if (interpreter.startsWith(QStringLiteral("python")) || interpreter.startsWith(QStringLiteral("pypy")))
+    if (interpreter.startsWith(QStringLiteral("python")) || interpreter.startsWith(QStringLiteral("pypy"))) {
         return {{QStringLiteral("-W"), QStringLiteral("-X")}, {QStringLiteral("-m")}};
-    if (interpreter.startsWith(QStringLiteral("java")))
+    }
+    if (interpreter.startsWith(QStringLiteral("java"))) {
         return {{QStringLiteral("-cp"), QStringLiteral("-classpath"), QStringLiteral("--class-path"),
                  QStringLiteral("-p"), QStringLiteral("--module-path")},
                 {QStringLiteral("-jar"), QStringLiteral("-m"), QStringLiteral("--module")}};
-    if (interpreter.startsWith(QStringLiteral("node")) || interpreter.startsWith(QStringLiteral("electron")))
+    }
+    if (interpreter.startsWith(QStringLiteral("node")) ||
+        interpreter.startsWith(QStringLiteral("electron"))) {
         return {{QStringLiteral("-r"), QStringLiteral("--require")}, {}};
-    if (interpreter.startsWith(QStringLiteral("ruby")) || interpreter.startsWith(QStringLiteral("gjs")))
+    }
+    if (interpreter.startsWith(QStringLiteral("ruby")) || interpreter.startsWith(QStringLiteral("gjs"))) {
         return {{QStringLiteral("-I")}, {}};
+    }
     return {};
 }
 
@@ -126,8 +134,9 @@ OptionSyntax habitsOf(const QString& interpreter) {
 
 QString DesktopEntry::name(const QStringList& locales) const {
     for (const QString& locale : locales) {
-        if (const auto found = names.constFind(locale); found != names.constEnd())
+        if (const auto found = names.constFind(locale); found != names.constEnd()) {
             return *found;
+        }
     }
     return names.value(QString());
 }
@@ -145,8 +154,9 @@ QStringList commandWords(QStringView exec) {
         } else if (letter == u'\\' && isQuoted && i + 1 < exec.size()) {
             word += exec[++i];
         } else if (letter.isSpace() && !isQuoted) {
-            if (isWord)
+            if (isWord) {
                 words.append(std::exchange(word, {}));
+            }
             isWord = false;
         } else if (letter == u'%' && i + 1 < exec.size()) {
             if (exec[++i] == u'%') {
@@ -158,8 +168,9 @@ QStringList commandWords(QStringView exec) {
             isWord = true;
         }
     }
-    if (isWord)
+    if (isWord) {
         words.append(word);
+    }
     return words;
 }
 
@@ -176,25 +187,28 @@ std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& text) {
             continue;
         }
         const qsizetype equals = line.indexOf(u'=');
-        if (!isInside || line.startsWith(u'#') || equals <= 0)
+        if (!isInside || line.startsWith(u'#') || equals <= 0) {
             continue;
+        }
         const QStringView key = line.first(equals).trimmed();
         const QString value = unescaped(line.sliced(equals + 1).trimmed());
-        if (key == u"Type")
+        if (key == u"Type") {
             isApplication = value == QStringLiteral("Application");
-        else if (key == u"Hidden" && value == QStringLiteral("true"))
+        } else if (key == u"Hidden" && value == QStringLiteral("true")) {
             return std::nullopt;
-        else if (key == u"NoDisplay")
+        } else if (key == u"NoDisplay") {
             entry.isShown = value != QStringLiteral("true");
-        else if (key == u"Exec")
+        } else if (key == u"Exec") {
             entry.command = withoutEnvironment(commandWords(value));
-        else if (key == u"Name")
+        } else if (key == u"Name") {
             entry.names.insert(QString(), value);
-        else if (key.startsWith(u"Name[") && key.endsWith(u']'))
+        } else if (key.startsWith(u"Name[") && key.endsWith(u']')) {
             entry.names.insert(key.sliced(5).chopped(1).toString(), value);
+        }
     }
-    if (!isApplication || entry.names.value(QString()).trimmed().isEmpty())
+    if (!isApplication || entry.names.value(QString()).trimmed().isEmpty()) {
         return std::nullopt;
+    }
     return entry;
 }
 
@@ -206,20 +220,24 @@ bool isInterpreter(QStringView program) {
 }
 
 std::optional<QString> interpretedScript(const QStringList& command) {
-    if (command.isEmpty() || !isInterpreter(command.first()))
+    if (command.isEmpty() || !isInterpreter(command.first())) {
         return std::nullopt;
+    }
     const OptionSyntax habits = habitsOf(fileNameOf(command.first()));
     for (qsizetype i = 1; i < command.size(); ++i) {
         const QString& word = command[i];
-        if (word == QStringLiteral("--") || habits.beforeScript.contains(word))
+        if (word == QStringLiteral("--") || habits.beforeScript.contains(word)) {
             return i + 1 < command.size() && !command[i + 1].isEmpty() ? std::optional(command[i + 1])
                                                                        : std::nullopt;
-        if (word == QStringLiteral("-c") || word == QStringLiteral("-e") || word.isEmpty())
+        }
+        if (word == QStringLiteral("-c") || word == QStringLiteral("-e") || word.isEmpty()) {
             return std::nullopt; // the program is given on the command line itself
-        if (habits.withValue.contains(word))
+        }
+        if (habits.withValue.contains(word)) {
             ++i;
-        else if (!word.startsWith(u'-') && !word.startsWith(u'+'))
+        } else if (!word.startsWith(u'-') && !word.startsWith(u'+')) {
             return word;
+        }
     }
     return std::nullopt;
 }
@@ -235,8 +253,9 @@ DesktopEntries DesktopEntries::ofThisComputer() {
          {QDir::homePath() + QStringLiteral("/.local/share/flatpak/exports/share/applications"),
           QStringLiteral("/var/lib/flatpak/exports/share/applications"),
           QStringLiteral("/var/lib/snapd/desktop/applications")}) {
-        if (!folders.contains(folder))
+        if (!folders.contains(folder)) {
             folders.append(folder);
+        }
     }
     return {folders, qEnvironmentVariable("PATH", QStringLiteral("/usr/local/bin:/usr/bin:/bin"))
                          .split(u':', Qt::SkipEmptyParts)};
@@ -247,20 +266,24 @@ bool DesktopEntries::update() {
         seen_.isEmpty() || std::any_of(seen_.keyBegin(), seen_.keyEnd(), [this](const QString& folder) {
             return QFileInfo(folder).lastModified() != seen_.value(folder);
         });
-    if (hasChanged)
+    if (hasChanged) {
         read();
+    }
     return hasChanged;
 }
 
 void DesktopEntries::read() {
     seen_.clear();
     entries_.clear();
-    for (auto* places : {&ids_, &paths_, &ownFolders_, &programNames_})
+    for (auto* places : {&ids_, &paths_, &ownFolders_, &programNames_}) {
         places->clear();
-    for (const QString& folder : folders_)
+    }
+    for (const QString& folder : folders_) {
         readFolder(folder);
-    for (qsizetype entry = 0; entry < entries_.size(); ++entry)
+    }
+    for (qsizetype entry = 0; entry < entries_.size(); ++entry) {
         index(entry);
+    }
 }
 
 void DesktopEntries::readFolder(const QString& folder) {
@@ -274,18 +297,21 @@ void DesktopEntries::readFolder(const QString& folder) {
             for (const QFileInfo& info : files) {
                 const QString path = info.filePath();
                 if (info.isDir()) {
-                    if (!info.isSymLink())
+                    if (!info.isSymLink()) {
                         deeper.append(path);
+                    }
                     continue;
                 }
-                if (!path.endsWith(QStringLiteral(".desktop")) || entries_.size() >= mostEntries)
+                if (!path.endsWith(QStringLiteral(".desktop")) || entries_.size() >= mostEntries) {
                     continue;
+                }
                 // Slashes in the path below the folder become dashes in the identifier.
                 const QString id =
                     path.sliced(folder.size() + 1).chopped(8).replace(u'/', QStringLiteral("-"));
                 QFile file(path);
-                if (ids_.contains(id) || !file.open(QIODevice::ReadOnly))
+                if (ids_.contains(id) || !file.open(QIODevice::ReadOnly)) {
                     continue;
+                }
                 auto entry = parseDesktopEntry(file.read(maxFileSize));
                 // A hidden or broken entry also hides those of the same identifier in later folders.
                 ids_.insert(id, entry ? entries_.size() : -1);
@@ -307,23 +333,28 @@ QString DesktopEntries::programOf(const QStringList& command) const {
     const bool isNone =
         program.isEmpty() || isInterpreter(program) ||
         std::find(launchers.begin(), launchers.end(), QStringView(fileNameOf(program))) != launchers.end();
-    if (isNone)
+    if (isNone) {
         return {};
-    if (!program.contains(u'/'))
+    }
+    if (!program.contains(u'/')) {
         program = QStandardPaths::findExecutable(program, programs_);
+    }
     return program.startsWith(u'/') ? QFileInfo(program).canonicalFilePath() : QString();
 }
 
 void DesktopEntries::index(qsizetype entry) {
     const QStringList& command = entries_[entry].command;
     const QString program = programOf(command);
-    if (program.isEmpty())
+    if (program.isEmpty()) {
         return;
+    }
     offer(paths_, program, entry);
-    if (const QString folder = ownFolderOf(program); !folder.isEmpty())
+    if (const QString folder = ownFolderOf(program); !folder.isEmpty()) {
         offer(ownFolders_, folder, entry);
-    for (const QString& path : {program, interpretedScript(command).value_or(command.first())})
+    }
+    for (const QString& path : {program, interpretedScript(command).value_or(command.first())}) {
         offer(programNames_, fileNameOf(path), entry);
+    }
 }
 
 // Of several entries that start the same program, the one shown in the menus wins, then the one with the
@@ -338,8 +369,9 @@ void DesktopEntries::offer(QHash<QString, qsizetype>& places, const QString& pla
         const DesktopEntry& one = entries_[which];
         return std::make_pair(!one.isShown, one.command.size());
     };
-    if (rank(entry) < rank(*known))
+    if (rank(entry) < rank(*known)) {
         places.insert(place, entry);
+    }
 }
 
 const DesktopEntry* DesktopEntries::at(const QHash<QString, qsizetype>& places, const QString& place) const {
@@ -352,16 +384,19 @@ const DesktopEntry* DesktopEntries::withId(const QString& id) const {
 }
 
 const DesktopEntry* DesktopEntries::ofProgram(const QString& path) const {
-    if (const DesktopEntry* entry = at(paths_, path))
+    if (const DesktopEntry* entry = at(paths_, path)) {
         return entry;
+    }
     QString below = fileNameOf(path);
     for (QString folder = parentOf(path); !folder.isEmpty(); folder = parentOf(folder)) {
-        if (const DesktopEntry* entry = at(ownFolders_, folder))
+        if (const DesktopEntry* entry = at(ownFolders_, folder)) {
             return entry;
+        }
         // Programs in "/usr/lib/NAME/…" and "/opt/NAME/…" belong to the command NAME, which may be a script
         // in another folder.
-        if (isShared(folder) && folder.size() > 1 && path.size() > folder.size() + below.size() + 1)
+        if (isShared(folder) && folder.size() > 1 && path.size() > folder.size() + below.size() + 1) {
             return at(programNames_, below);
+        }
         below = fileNameOf(folder);
     }
     return nullptr;
@@ -369,13 +404,15 @@ const DesktopEntry* DesktopEntries::ofProgram(const QString& path) const {
 
 const DesktopEntry* DesktopEntries::ofSnap(const QString& snap, const QString& program) const {
     for (const QString& name : {program, snap}) {
-        if (const DesktopEntry* entry = withId(snap + u'_' + name))
+        if (const DesktopEntry* entry = withId(snap + u'_' + name)) {
             return entry;
+        }
     }
     const DesktopEntry* first = nullptr;
     for (const DesktopEntry& entry : entries_) {
-        if (entry.id.startsWith(snap + u'_') && (first == nullptr || entry.id < first->id))
+        if (entry.id.startsWith(snap + u'_') && (first == nullptr || entry.id < first->id)) {
             first = &entry;
+        }
     }
     return first;
 }

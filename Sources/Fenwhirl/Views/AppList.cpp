@@ -26,9 +26,10 @@ AppList::AppList(QObject* parent)
 void AppList::setApps(const QList<AppListEntry>& apps) {
     QList<Row> rows;
     rows.reserve(apps.size());
-    for (const AppListEntry& app : apps)
+    for (const AppListEntry& app : apps) {
         rows.append({app.appId,
                      {app.appId, app.name, app.iconSource, app.shareText, app.memoryText, app.fraction,
                       app.canQuit, app.on}});
+    }
     setRows(rows);
 }

@@ -23,18 +23,21 @@ void AppsView::disconnectModels() {
 }
 
 void AppsView::updateSampling(bool awake) {
-    if (awake && pageShown_)
+    if (awake && pageShown_) {
         processes_.start();
-    else
+    } else {
         processes_.stop();
+    }
 }
 
 void AppsView::setPageShown(bool shown) {
-    if (std::exchange(pageShown_, shown) == shown)
+    if (std::exchange(pageShown_, shown) == shown) {
         return;
+    }
     updateSampling(isAwake());
-    if (!shown)
+    if (!shown) {
         cancel();
+    }
     Q_EMIT pageShownChanged();
 }
 
@@ -42,8 +45,9 @@ void AppsView::refresh() {
     QList<AppListEntry> rows;
     const QList<AppLoad>& apps = processes_.apps();
     rows.reserve(apps.size());
-    for (const AppLoad& app : apps)
+    for (const AppLoad& app : apps) {
         rows.append(shown(app, askedAbout_ && askedAbout_->id == app.id, iconSource_));
+    }
     apps_.setApps(rows);
 
     const QString callout =
@@ -51,8 +55,9 @@ void AppsView::refresh() {
             ? QString()
             : localized(u"%@ utilise %@ du processeur.",
                         {displayText(apps.first().name), NumberFormat::percentText(apps.first().cpu)});
-    if (std::exchange(calloutText_, callout) != callout)
+    if (std::exchange(calloutText_, callout) != callout) {
         Q_EMIT calloutTextChanged();
+    }
     Q_EMIT askingChanged(); // the title depends on the language
 }
 
@@ -68,21 +73,24 @@ void AppsView::askToQuit(const QString& appId) {
     const QList<AppLoad>& apps = processes_.apps();
     const auto app =
         std::find_if(apps.begin(), apps.end(), [&appId](const AppLoad& each) { return each.id == appId; });
-    if (app == apps.end())
+    if (app == apps.end()) {
         return;
+    }
     askedAbout_ = *app;
     refresh();
 }
 
 void AppsView::answer(bool force) {
-    if (!askedAbout_)
+    if (!askedAbout_) {
         return;
+    }
     const AppLoad app = *std::exchange(askedAbout_, std::nullopt);
     processes_.quit(app, force);
     refresh();
 }
 
 void AppsView::cancel() {
-    if (std::exchange(askedAbout_, std::nullopt))
+    if (std::exchange(askedAbout_, std::nullopt)) {
         refresh();
+    }
 }

@@ -11,8 +11,9 @@ void FanList::removeMissing(const QList<FanState>& fans) {
     // From the end, so that the indices of earlier rows stay valid.
     for (int row = count() - 1; row >= 0; --row) {
         const int index = rows_.at(row)->index();
-        if (std::any_of(fans.begin(), fans.end(), [index](const FanState& fan) { return fan.id == index; }))
+        if (std::any_of(fans.begin(), fans.end(), [index](const FanState& fan) { return fan.id == index; })) {
             continue;
+        }
         beginRemoveRows({}, row, row);
         FanRow* gone = rows_.takeAt(row);
         endRemoveRows();
@@ -46,26 +47,31 @@ void FanList::setFans(const QList<FanState>& fans) {
         endMoveRows();
         rows_.at(row)->setFan(fan);
     }
-    if (!membersChanged)
+    if (!membersChanged) {
         return;
+    }
     retranslate(); // a fan is named by its side or by its number, depending on how many there are
-    if (count() != countBefore)
+    if (count() != countBefore) {
         Q_EMIT countChanged();
+    }
 }
 
 void FanList::refreshSettings() {
-    for (FanRow* row : std::as_const(rows_))
+    for (FanRow* row : std::as_const(rows_)) {
         row->refreshSetting();
+    }
 }
 
 void FanList::refreshSurroundings() {
-    for (FanRow* row : std::as_const(rows_))
+    for (FanRow* row : std::as_const(rows_)) {
         row->refreshSurroundings();
+    }
 }
 
 void FanList::retranslate() {
-    for (FanRow* row : std::as_const(rows_))
+    for (FanRow* row : std::as_const(rows_)) {
         row->retranslate();
+    }
 }
 
 int FanList::rowCount(const QModelIndex& parent) const {
@@ -73,8 +79,9 @@ int FanList::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant FanList::data(const QModelIndex& index, int role) const {
-    if (role != FanRole || !checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (role != FanRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
+    }
     return QVariant::fromValue(rows_.at(index.row()));
 }
 

@@ -42,13 +42,15 @@ void FanRow::setFan(const FanState& fan) {
         Q_EMIT speedChanged(); // the gauge shows the speed as a fraction of the range
     }
     if (fan.requestedRPM != previous.requestedRPM || fan.minRPM != previous.minRPM ||
-        fan.maxRPM != previous.maxRPM)
+        fan.maxRPM != previous.maxRPM) {
         Q_EMIT requestChanged();
+    }
     if (fan.rpm != previous.rpm) {
         speedText_ = NumberFormat::rpmText(fan.rpm);
         Q_EMIT speedChanged();
-        if (setting_.mode != FanModeKind::constant)
+        if (setting_.mode != FanModeKind::constant) {
             Q_EMIT panelRPMChanged();
+        }
     }
 }
 
@@ -61,29 +63,33 @@ void FanRow::refreshSetting() {
 
 FanRow::Surroundings FanRow::surroundings() const {
     Surroundings now;
-    if (setting_.mode != FanModeKind::sensor)
+    if (setting_.mode != FanModeKind::sensor) {
         return now;
+    }
     now.followsMainTemperature =
         choices_.choiceForKey(setting_.sensorKey) <= 0; // or a sensor that no longer exists
     now.isProtecting = monitor_.isProtecting();
     if (now.followsMainTemperature) {
         now.celsius = monitor_.primaryCelsius();
-        if (monitor_.alertsEnabled())
+        if (monitor_.alertsEnabled()) {
             now.alertAt = monitor_.alertThreshold();
+        }
         return now;
     }
     const QString key = QString::fromStdString(setting_.sensorKey);
     for (const SensorState& sensor : monitor_.sensors()) {
-        if (sensor.id == key)
+        if (sensor.id == key) {
             now.celsius = sensor.celsius;
+        }
     }
     return now;
 }
 
 void FanRow::refreshSurroundings() {
     const Surroundings now = surroundings();
-    if (std::exchange(surroundings_, now) != now)
+    if (std::exchange(surroundings_, now) != now) {
         Q_EMIT surroundingsChanged();
+    }
 }
 
 QString FanRow::lowestText() const {
@@ -163,8 +169,9 @@ void FanRow::writeSetting(const FanSetting& setting) {
 }
 
 void FanRow::setMode(int mode) {
-    if (mode < 0 || mode >= static_cast<int>(allFanModeKinds.size()))
+    if (mode < 0 || mode >= static_cast<int>(allFanModeKinds.size())) {
         return;
+    }
     FanSetting setting = setting_;
     setting.mode = allFanModeKinds.at(static_cast<std::size_t>(mode));
     writeSetting(setting);
@@ -206,8 +213,9 @@ int FanRow::sensorChoice() const {
 }
 
 void FanRow::setSensorChoice(int choice) {
-    if (choice < 0 || choice >= choices_.names().size())
+    if (choice < 0 || choice >= choices_.names().size()) {
         return;
+    }
     FanSetting setting = setting_;
     setting.sensorKey = choices_.keyForChoice(choice);
     writeSetting(setting);

@@ -12,14 +12,16 @@ constexpr double lowestWarm = 55;
 
 HealthThresholds withWarm(HealthThresholds thresholds, double warm) {
     thresholds.warm = warm;
-    if (thresholds.hot < warm + distance)
+    if (thresholds.hot < warm + distance) {
         thresholds.hot = std::min(warm + distance, highestHot);
+    }
     return thresholds;
 }
 
 HealthThresholds withHot(HealthThresholds thresholds, double hot) {
     thresholds.hot = hot;
-    if (thresholds.warm > hot - distance)
+    if (thresholds.warm > hot - distance) {
         thresholds.warm = std::max(hot - distance, lowestWarm);
+    }
     return thresholds;
 }

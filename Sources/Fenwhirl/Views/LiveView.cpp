@@ -1,8 +1,9 @@
 #include "Fenwhirl/Views/LiveView.h"
 
 void LiveView::setAwake(bool awake) {
-    if (awake == awake_)
+    if (awake == awake_) {
         return;
+    }
     awake_ = awake;
     if (awake) {
         connectModels();
@@ -13,6 +14,7 @@ void LiveView::setAwake(bool awake) {
 }
 
 void LiveView::retranslate() {
-    if (awake_)
+    if (awake_) {
         refresh();
+    }
 }

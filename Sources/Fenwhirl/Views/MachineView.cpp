@@ -29,11 +29,13 @@ void MachineView::connectModels() {
     connect(&monitor_, &Monitor::warmThresholdChanged, this, &MachineView::refreshStatus);
     connect(&monitor_, &Monitor::hotThresholdChanged, this, &MachineView::refreshStatus);
     connect(&monitor_, &Monitor::historyChanged, this, &MachineView::historyChanged);
-    for (const auto signal : {&Monitor::alertsEnabledChanged, &Monitor::alertThresholdChanged})
+    for (const auto signal : {&Monitor::alertsEnabledChanged, &Monitor::alertThresholdChanged}) {
         connect(&monitor_, signal, this, &MachineView::alertLineChanged);
+    }
     for (const auto changed : {&Monitor::primaryCelsiusChanged, &Monitor::isProtectingChanged,
-                               &Monitor::alertsEnabledChanged, &Monitor::alertThresholdChanged})
+                               &Monitor::alertsEnabledChanged, &Monitor::alertThresholdChanged}) {
         connect(&monitor_, changed, this, [this] { fans_.refreshSurroundings(); });
+    }
     connect(&monitor_, &Monitor::smcAvailableChanged, this, &MachineView::smcAvailableChanged);
 }
 
@@ -60,14 +62,16 @@ void MachineView::refresh() {
 
 void MachineView::refreshTemperature() {
     const QString text = temperatureNumber();
-    if (std::exchange(shownTemperature_, text) != text)
+    if (std::exchange(shownTemperature_, text) != text) {
         Q_EMIT temperatureChanged();
+    }
 }
 
 void MachineView::refreshStatus() {
     const HealthStatus status = monitor_.status();
-    if (std::exchange(shownStatus_, status) != status)
+    if (std::exchange(shownStatus_, status) != status) {
         Q_EMIT statusChanged();
+    }
 }
 
 void MachineView::refreshSensors() {
@@ -79,13 +83,15 @@ void MachineView::refreshSensors() {
     QList<SensorListEntry> featured;
     const QList<SensorState> states = monitor_.featured();
     featured.reserve(states.size());
-    for (const SensorState& state : states)
+    for (const SensorState& state : states) {
         featured.append(shown(state));
+    }
     featured_.setSensors(featured);
     panelSensors_.setSensors(featured.mid(0, panelSensorCount));
 
-    if (sensors_.count() != before)
+    if (sensors_.count() != before) {
         Q_EMIT sensorCountTextChanged();
+    }
 }
 
 QString MachineView::computerName() const {
@@ -105,8 +111,9 @@ QString MachineView::temperatureText() const {
 QList<double> MachineView::historyTimes() const {
     QList<double> times;
     times.reserve(monitor_.historyTimes().size());
-    for (const auto& time : monitor_.historyTimes())
+    for (const auto& time : monitor_.historyTimes()) {
         times.append(std::chrono::duration<double, std::milli>(time.time_since_epoch()).count());
+    }
     return times;
 }
 
@@ -116,8 +123,9 @@ double MachineView::alertLine() const {
 
 QString MachineView::historyRange() const {
     const QList<double> history = monitor_.history();
-    if (history.isEmpty())
+    if (history.isEmpty()) {
         return {};
+    }
     const auto [lowest, highest] = std::minmax_element(history.begin(), history.end());
     return NumberFormat::temperatureText(*lowest) + QStringLiteral(" – ") +
            NumberFormat::temperatureText(*highest);
@@ -129,10 +137,12 @@ QString MachineView::sensorCountText() const {
 
 QString MachineView::summary() const {
     QStringList phrases;
-    if (hasTemperature())
+    if (hasTemperature()) {
         phrases.append(localized(u"Température du processeur") + u' ' + temperatureText() +
                        QStringLiteral(", ") + statusWord());
-    for (int row = 0; row < fans_.count(); ++row)
+    }
+    for (int row = 0; row < fans_.count(); ++row) {
         phrases.append(fans_.at(row)->summary());
+    }
     return phrases.join(QStringLiteral(". "));
 }

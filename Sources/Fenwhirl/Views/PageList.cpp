@@ -17,8 +17,9 @@ void PageList::retranslate() {
 }
 
 void PageList::setSelectedIndex(int index) {
-    if (index >= 0 && index < rowCount())
+    if (index >= 0 && index < rowCount()) {
         monitor_.setSelectedPage(allPages.at(static_cast<std::size_t>(index)));
+    }
 }
 
 QString PageList::selectedName() const {
@@ -30,8 +31,9 @@ int PageList::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant PageList::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
+    }
     const Page page = allPages.at(static_cast<std::size_t>(index.row()));
     switch (role) {
     case NameRole:

@@ -42,34 +42,39 @@ QString PreferencesView::versionText() const {
 }
 
 void PreferencesView::setTheme(int theme) {
-    if (theme >= 0 && theme < static_cast<int>(allAppThemes.size()))
+    if (theme >= 0 && theme < static_cast<int>(allAppThemes.size())) {
         monitor_.setTheme(allAppThemes.at(static_cast<std::size_t>(theme)));
+    }
 }
 
 QStringList PreferencesView::languageNames() const {
     QStringList names;
-    for (const AppLanguage language : allAppLanguages)
+    for (const AppLanguage language : allAppLanguages) {
         names.append(nativeName(language));
+    }
     return names;
 }
 
 void PreferencesView::setLanguage(int language) {
-    if (language >= 0 && language < static_cast<int>(allAppLanguages.size()))
+    if (language >= 0 && language < static_cast<int>(allAppLanguages.size())) {
         monitor_.setLanguage(allAppLanguages.at(static_cast<std::size_t>(language)));
+    }
 }
 
 void PreferencesView::setWarmThreshold(double celsius) {
     const auto [warm, hot] = withWarm({monitor_.warmThreshold(), monitor_.hotThreshold()}, celsius);
     monitor_.setWarmThreshold(warm);
-    if (hot != monitor_.hotThreshold())
+    if (hot != monitor_.hotThreshold()) {
         monitor_.setHotThreshold(hot);
+    }
 }
 
 void PreferencesView::setHotThreshold(double celsius) {
     const auto [warm, hot] = withHot({monitor_.warmThreshold(), monitor_.hotThreshold()}, celsius);
     monitor_.setHotThreshold(hot);
-    if (warm != monitor_.warmThreshold())
+    if (warm != monitor_.warmThreshold()) {
         monitor_.setWarmThreshold(warm);
+    }
 }
 
 QString PreferencesView::warmText() const {

@@ -20,21 +20,24 @@ void PresetList::refreshActive() {
 }
 
 void PresetList::apply(int index) {
-    if (index >= 0 && index < rowCount())
+    if (index >= 0 && index < rowCount()) {
         monitor_.apply(allPresets.at(static_cast<std::size_t>(index)));
+    }
 }
 
 QStringList PresetList::titles() const {
     QStringList titles;
-    for (const Preset preset : allPresets)
+    for (const Preset preset : allPresets) {
         titles.append(title(preset));
+    }
     return titles;
 }
 
 int PresetList::activeIndex() const {
     const std::optional<Preset> active = monitor_.activePreset();
-    if (!active)
+    if (!active) {
         return -1;
+    }
     return static_cast<int>(std::find(allPresets.begin(), allPresets.end(), *active) - allPresets.begin());
 }
 
@@ -48,8 +51,9 @@ int PresetList::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant PresetList::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
+    }
     const Preset preset = allPresets.at(static_cast<std::size_t>(index.row()));
     switch (role) {
     case TitleRole:

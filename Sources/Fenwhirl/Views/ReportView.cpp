@@ -7,12 +7,14 @@
 
 void saveReport(const QString& text, const AskSavePath& askSavePath, const RevealFile& revealFile) {
     const QString path = askSavePath(QStringLiteral("Fenwhirl-diagnostic.txt"));
-    if (path.isEmpty())
+    if (path.isEmpty()) {
         return;
+    }
     QSaveFile file(path);
     const QByteArray utf8 = text.toUtf8();
-    if (file.open(QIODevice::WriteOnly) && file.write(utf8) == utf8.size() && file.commit())
+    if (file.open(QIODevice::WriteOnly) && file.write(utf8) == utf8.size() && file.commit()) {
         revealFile(path);
+    }
 }
 
 ReportView::ReportView(Monitor& monitor, Save save, QObject* parent)
@@ -21,13 +23,15 @@ ReportView::ReportView(Monitor& monitor, Save save, QObject* parent)
     , save_(std::move(save)) {}
 
 void ReportView::create() {
-    if (std::exchange(busy_, true))
+    if (std::exchange(busy_, true)) {
         return;
+    }
     Q_EMIT busyChanged();
     // The view may be gone when the report is ready.
     monitor_.makeDiagnosticReport(withFanTest_, [self = QPointer<ReportView>(this)](const QString& text) {
-        if (!self)
+        if (!self) {
             return;
+        }
         self->busy_ = false;
         Q_EMIT self->busyChanged();
         self->save_(text);

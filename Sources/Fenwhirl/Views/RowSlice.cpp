@@ -6,16 +6,18 @@ RowSlice::RowSlice(QObject* parent) : QSortFilterProxyModel(parent) {
 }
 
 void RowSlice::setFirst(int first) {
-    if (first == first_)
+    if (first == first_) {
         return;
+    }
     first_ = first;
     invalidateFilter();
     Q_EMIT sliceChanged();
 }
 
 void RowSlice::setRows(int rows) {
-    if (rows == rows_)
+    if (rows == rows_) {
         return;
+    }
     rows_ = rows;
     invalidateFilter();
     Q_EMIT sliceChanged();

@@ -31,8 +31,9 @@ SensorListEntry shown(const SensorState& sensor) {
 QList<SensorListEntry> shownSortedByName(const QList<SensorState>& sensors) {
     QList<SensorListEntry> rows;
     rows.reserve(sensors.size());
-    for (const SensorState& sensor : sensors)
+    for (const SensorState& sensor : sensors) {
         rows.append(shown(sensor));
+    }
     std::stable_sort(rows.begin(), rows.end(), [](const SensorListEntry& left, const SensorListEntry& right) {
         return left.name < right.name;
     });
@@ -45,9 +46,10 @@ SensorList::SensorList(QObject* parent)
 void SensorList::setSensors(const QList<SensorListEntry>& sensors) {
     QList<Row> rows;
     rows.reserve(sensors.size());
-    for (const SensorListEntry& sensor : sensors)
+    for (const SensorListEntry& sensor : sensors) {
         rows.append({sensor.id,
                      {sensor.name, sensor.temperature, sensor.fraction, sensor.hot, sensor.peak,
                       sensor.peakHot, sensor.range}});
+    }
     setRows(rows);
 }

@@ -19,8 +19,9 @@ std::string_view firstLine(std::string_view text) {
 std::optional<std::int64_t> number(std::string_view text) {
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size())
+    if (error != std::errc() || end != text.data() + text.size()) {
         return std::nullopt;
+    }
     return value;
 }
 
@@ -35,14 +36,16 @@ std::optional<FanState> parseState(std::string_view text) {
     text = firstLine(text);
     const std::size_t first = text.find(' ');
     const std::size_t second = first == std::string_view::npos ? first : text.find(' ', first + 1);
-    if (second == std::string_view::npos)
+    if (second == std::string_view::npos) {
         return std::nullopt;
+    }
     const std::optional<std::int64_t> offset = number(text.substr(first + 1, second - first - 1));
     const std::optional<std::int64_t> rpm = number(text.substr(second + 1));
     // No helper run saves greater values; the limit keeps differences of two values from overflowing.
     constexpr std::int64_t most = std::int64_t{1} << 53U;
-    if (!offset || *offset < 0 || *offset > most || !rpm || *rpm < 1 || *rpm > most)
+    if (!offset || *offset < 0 || *offset > most || !rpm || *rpm < 1 || *rpm > most) {
         return std::nullopt;
+    }
     return FanState{text.substr(0, first), *offset, *rpm};
 }
 
@@ -63,8 +66,9 @@ int DriverFanWriter::setManual(bool manual) {
     case FanControlStyle::targetAndPwm:
         return write(file("pwm", "_enable"), manual ? 1 : 2);
     case FanControlStyle::targetOnly:
-        if (!manual)
+        if (!manual) {
             return handBackByTarget();
+        }
         // The driver switches to manual with the first target; all that can be checked beforehand is the
         // permission to write one.
         return hasUsableLimits() ? probe(file("fan", "_target")) : EINVAL;
@@ -75,8 +79,9 @@ int DriverFanWriter::setManual(bool manual) {
 }
 
 int DriverFanWriter::setTarget(std::int64_t rpm) {
-    if (rpm < 1)
+    if (rpm < 1) {
         return EINVAL;
+    }
     switch (style_) {
     case FanControlStyle::manualAndOutput:
         return write(file("fan", "_output"), rpm);
@@ -84,16 +89,19 @@ int DriverFanWriter::setTarget(std::int64_t rpm) {
     case FanControlStyle::targetAndPwm:
         return write(file("fan", "_target"), rpm);
     case FanControlStyle::targetOnly: {
-        if (!hasUsableLimits())
+        if (!hasUsableLimits()) {
             return EINVAL;
+        }
         const std::string target = file("fan", "_target");
         if (mustRearm(read(target).value_or(0))) {
-            if (const int error = write(target, 0); error != 0)
+            if (const int error = write(target, 0); error != 0) {
                 return error;
+            }
         }
         const int error = write(target, rpm);
-        if (error == 0)
+        if (error == 0) {
             remember(rpm);
+        }
         return error;
     }
     case FanControlStyle::readOnly:
@@ -108,30 +116,37 @@ std::string DriverFanWriter::file(std::string_view prefix, std::string_view suff
 
 int DriverFanWriter::write(const std::string& path, std::int64_t value) {
     const std::optional<DriverFiles::Status> status = files_.status(path);
-    if (!status)
+    if (!status) {
         return ENOENT;
-    if (!status->isWritable)
+    }
+    if (!status->isWritable) {
         return EACCES;
+    }
     const int descriptor = files_.open(path, DriverFiles::Access::write);
-    if (descriptor < 0)
+    if (descriptor < 0) {
         return -descriptor;
+    }
     const std::string text = std::to_string(value) + '\n';
     const ssize_t written = files_.writeAt0(descriptor, text);
     files_.close(descriptor);
-    if (written < 0)
+    if (written < 0) {
         return static_cast<int>(-written);
+    }
     return written == static_cast<ssize_t>(text.size()) ? 0 : EIO;
 }
 
 int DriverFanWriter::probe(const std::string& path) {
     const std::optional<DriverFiles::Status> status = files_.status(path);
-    if (!status)
+    if (!status) {
         return ENOENT;
-    if (!status->isWritable)
+    }
+    if (!status->isWritable) {
         return EACCES;
+    }
     const int descriptor = files_.open(path, DriverFiles::Access::write);
-    if (descriptor < 0)
+    if (descriptor < 0) {
         return -descriptor;
+    }
     files_.close(descriptor);
     return 0;
 }
@@ -154,23 +169,30 @@ bool DriverFanWriter::hasUsableLimits() {
 int DriverFanWriter::handBackByTarget() {
     const std::optional<std::int64_t> lowest = read(file("fan", "_min"));
     const std::optional<std::int64_t> highest = read(file("fan", "_max"));
-    if ((lowest && *lowest < 1) || (highest && *highest < lowest.value_or(1)))
+    if ((lowest && *lowest < 1) || (highest && *highest < lowest.value_or(1))) {
         return EINVAL;
+    }
     const std::string target = file("fan", "_target");
     std::int64_t harmless = read(target).value_or(highest.value_or(0));
-    if (harmless < 1 && !lowest)
+    if (harmless < 1 && !lowest) {
         harmless = read(file("fan", "_input")).value_or(0);
-    if (harmless < 1 && !lowest)
+    }
+    if (harmless < 1 && !lowest) {
         harmless = highest.value_or(0);
-    if (lowest)
+    }
+    if (lowest) {
         harmless = std::max(harmless, *lowest);
-    if (highest)
+    }
+    if (highest) {
         harmless = std::min(harmless, *highest);
-    if (harmless >= 1)
+    }
+    if (harmless >= 1) {
         static_cast<void>(write(target, harmless));
+    }
     const int error = write(target, 0);
-    if (error == 0)
+    if (error == 0) {
         forget();
+    }
     return error;
 }
 
@@ -181,17 +203,20 @@ bool DriverFanWriter::mustRearm(std::int64_t currentTarget) {
         files_.readText(std::string(stateFolder) + "/fan" + std::to_string(channel_ - 1));
     const std::optional<std::string> bootId = files_.readText(bootIdFile);
     const std::optional<FanState> state = text ? parseState(*text) : std::nullopt;
-    if (!state || !bootId || state->bootId != firstLine(*bootId))
+    if (!state || !bootId || state->bootId != firstLine(*bootId)) {
         return true;
-    if (files_.sleepOffset().count() - state->sleepOffsetMilliseconds > toleratedSleepMilliseconds)
+    }
+    if (files_.sleepOffset().count() - state->sleepOffsetMilliseconds > toleratedSleepMilliseconds) {
         return true;
+    }
     return currentTarget > state->rpm + toleratedDriftRPM || currentTarget < state->rpm - toleratedDriftRPM;
 }
 
 void DriverFanWriter::remember(std::int64_t rpm) {
     const std::optional<std::string> bootId = files_.readText(bootIdFile);
-    if (!bootId)
+    if (!bootId) {
         return;
+    }
     const std::string text = std::string(firstLine(*bootId)) + ' ' +
                              std::to_string(files_.sleepOffset().count()) + ' ' + std::to_string(rpm) + '\n';
     // Without the saved state the next target re-arms the driver, which is harmless.

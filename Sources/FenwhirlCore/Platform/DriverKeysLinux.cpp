@@ -27,14 +27,18 @@ bool holdsChannels(const std::vector<std::string>& names) {
 
 FanControlStyle styleOf(const std::vector<std::string>& names, int channel) {
     const std::string fan = "fan" + std::to_string(channel);
-    if (contains(names, fan + "_manual") && contains(names, fan + "_output"))
+    if (contains(names, fan + "_manual") && contains(names, fan + "_output")) {
         return FanControlStyle::manualAndOutput;
-    if (!contains(names, fan + "_target"))
+    }
+    if (!contains(names, fan + "_target")) {
         return FanControlStyle::readOnly;
-    if (contains(names, fan + "_enable"))
+    }
+    if (contains(names, fan + "_enable")) {
         return FanControlStyle::targetAndEnable;
-    if (contains(names, "pwm" + std::to_string(channel) + "_enable"))
+    }
+    if (contains(names, "pwm" + std::to_string(channel) + "_enable")) {
         return FanControlStyle::targetAndPwm;
+    }
     return FanControlStyle::targetOnly;
 }
 
@@ -92,8 +96,9 @@ private:
     }
 
     void addSpeed(int channel, std::string_view suffix, const std::string& file, DriverKey::Source source) {
-        if (!contains(names_, file))
+        if (!contains(names_, file)) {
             return;
+        }
         const std::string name = "F" + std::to_string(channel - 1) + std::string(suffix);
         add(name, table_.isIntelDriver ? "fpe2" : "flt ", table_.isIntelDriver ? 2 : 4, source, channel,
             file);
@@ -101,8 +106,9 @@ private:
 
     void addFans() {
         int highest = 0;
-        for (const std::string& name : names_)
+        for (const std::string& name : names_) {
             highest = std::max(highest, channelNumber(name, "fan", "_input").value_or(0));
+        }
         for (int channel = 1; channel <= std::min(highest, maxFanCount); ++channel) {
             const std::string fan = "fan" + std::to_string(channel);
             const FanControlStyle style = styleOf(names_, channel);
@@ -113,9 +119,10 @@ private:
             const std::string output = fan + "_output";
             addSpeed(channel, "Tg", contains(names_, output) ? output : fan + "_target",
                      DriverKey::Source::fanTarget);
-            if (style != FanControlStyle::readOnly)
+            if (style != FanControlStyle::readOnly) {
                 add("F" + std::to_string(channel - 1) + "Md", "ui8 ", 1, DriverKey::Source::fanMode, channel,
                     modeFile(style, channel));
+            }
         }
     }
 
@@ -123,20 +130,23 @@ private:
         std::vector<DriverSensor> sensors;
         for (const std::string& name : names_) {
             const std::optional<int> channel = channelNumber(name, "temp", "_input");
-            if (!channel)
+            if (!channel) {
                 continue;
+            }
             const std::string label = "temp" + std::to_string(*channel) + "_label";
             std::optional<std::string> text;
-            if (contains(names_, label))
+            if (contains(names_, label)) {
                 text = files_.readText(table_.folder + "/" + label);
+            }
             sensors.push_back({*channel, text ? std::optional(firstLine(*text)) : std::nullopt, {}});
         }
         std::sort(sensors.begin(), sensors.end(),
                   [](const DriverSensor& a, const DriverSensor& b) { return a.channel < b.channel; });
         nameDriverSensors(files_, device_, sensors);
-        for (const DriverSensor& sensor : sensors)
+        for (const DriverSensor& sensor : sensors) {
             add(sensor.key, table_.isIntelDriver ? "sp78" : "flt ", table_.isIntelDriver ? 2 : 4,
                 DriverKey::Source::temperature, 0, "temp" + std::to_string(sensor.channel) + "_input");
+        }
     }
 
     DriverFiles& files_;
@@ -157,20 +167,24 @@ const DriverKey* DriverKeyTable::find(std::uint32_t code) const {
 
 std::uint32_t fourCharacterCode(std::string_view text) {
     std::uint32_t code = 0;
-    for (const char character : text)
+    for (const char character : text) {
         code = code << 8U | static_cast<std::uint8_t>(character);
+    }
     return code;
 }
 
 std::optional<int> channelNumber(std::string_view name, std::string_view prefix, std::string_view suffix) {
-    if (name.size() <= prefix.size() + suffix.size() || !name.starts_with(prefix) || !name.ends_with(suffix))
+    if (name.size() <= prefix.size() + suffix.size() || !name.starts_with(prefix) ||
+        !name.ends_with(suffix)) {
         return std::nullopt;
+    }
     const char* const first = name.data() + prefix.size();
     const char* const last = name.data() + name.size() - suffix.size();
     int number = 0;
     const auto [end, error] = std::from_chars(first, last, number);
-    if (error != std::errc() || end != last || number < 0 || number > 9999)
+    if (error != std::errc() || end != last || number < 0 || number > 9999) {
         return std::nullopt;
+    }
     return number;
 }
 
@@ -178,24 +192,28 @@ std::optional<DriverKeyTable> discoverDriverKeys(DriverFiles& files) {
     const std::string classes(classFolder);
     std::vector<int> numbers;
     for (const std::string& name : files.list(classes)) {
-        if (const std::optional<int> number = channelNumber(name, "hwmon", ""))
+        if (const std::optional<int> number = channelNumber(name, "hwmon", "")) {
             numbers.push_back(*number);
+        }
     }
     std::sort(numbers.begin(), numbers.end());
 
     for (const int number : numbers) {
         const std::string device = classes + "/hwmon" + std::to_string(number);
         std::optional<std::string> name = files.readText(device + "/name");
-        if (!name)
+        if (!name) {
             name = files.readText(device + "/device/name");
+        }
         constexpr std::array<std::string_view, 3> drivers = {"applesmc", "macsmc_hwmon", "t2smc"};
-        if (!name || std::find(drivers.begin(), drivers.end(), firstLine(*name)) == drivers.end())
+        if (!name || std::find(drivers.begin(), drivers.end(), firstLine(*name)) == drivers.end()) {
             continue;
+        }
         // A driver may keep its attributes with the parent device instead of in the hwmon folder.
         for (const std::string& folder : {device, device + "/device"}) {
             std::vector<std::string> names = files.list(folder);
-            if (holdsChannels(names))
+            if (holdsChannels(names)) {
                 return TableMaker(files, firstLine(*name), folder, device, std::move(names)).make();
+            }
         }
     }
     return std::nullopt;

@@ -28,8 +28,9 @@ bool isKey(std::string_view text) {
 // Device-tree strings end with a NUL.
 std::optional<std::string> treeText(DriverFiles& files, const std::string& path) {
     std::optional<std::string> text = files.readText(path);
-    if (text)
+    if (text) {
         text->resize(std::min(text->find('\0'), text->size()));
+    }
     return text;
 }
 
@@ -39,15 +40,18 @@ void collectTreeLabels(DriverFiles& files, const std::string& folder, int depth,
     if (std::binary_search(names.begin(), names.end(), "apple,key-id")) {
         const std::optional<std::string> key = treeText(files, folder + "/apple,key-id");
         for (const char* property : {"label", "apple,key-desc"}) {
-            if (!std::binary_search(names.begin(), names.end(), property))
+            if (!std::binary_search(names.begin(), names.end(), property)) {
                 continue;
+            }
             const std::optional<std::string> label = treeText(files, folder + "/" + property);
-            if (key && label && isKey(*key))
+            if (key && label && isKey(*key)) {
                 keyByLabel.emplace(*label, *key);
+            }
         }
     }
-    if (depth == 0)
+    if (depth == 0) {
         return;
+    }
     for (const std::string& name : names) {
         std::string inner = folder;
         inner.append("/").append(name);
@@ -57,16 +61,20 @@ void collectTreeLabels(DriverFiles& files, const std::string& folder, int depth,
 
 std::optional<std::string> keyFor(const std::string& label,
                                   const std::map<std::string, std::string>& keyByLabel) {
-    if (isKey(label))
+    if (isKey(label)) {
         return label;
-    if (const auto found = keyByLabel.find(label); found != keyByLabel.end())
+    }
+    if (const auto found = keyByLabel.find(label); found != keyByLabel.end()) {
         return found->second;
+    }
     constexpr std::string_view die = "SoC die ";
-    if (label.starts_with(die) && isKey(std::string_view(label).substr(die.size())))
+    if (label.starts_with(die) && isKey(std::string_view(label).substr(die.size()))) {
         return label.substr(die.size());
+    }
     for (const auto& [stock, key] : knownLabels) {
-        if (label == stock)
+        if (label == stock) {
             return std::string(key);
+        }
     }
     return std::nullopt;
 }
@@ -93,8 +101,9 @@ void nameDriverSensors(DriverFiles& files, const std::string& device, std::vecto
         return sensor.label && !isKey(*sensor.label);
     });
     if (wordsInUse) {
-        for (const char* node : {"/of_node", "/device/of_node"})
+        for (const char* node : {"/of_node", "/device/of_node"}) {
             collectTreeLabels(files, device + node, maxDepth, keyByLabel);
+        }
     }
 
     std::set<std::string> taken;
@@ -102,10 +111,11 @@ void nameDriverSensors(DriverFiles& files, const std::string& device, std::vecto
     for (DriverSensor& sensor : sensors) {
         const std::optional<std::string> key =
             sensor.label ? keyFor(*sensor.label, keyByLabel) : std::nullopt;
-        if (key && taken.insert(*key).second)
+        if (key && taken.insert(*key).second) {
             sensor.key = *key;
-        else
+        } else {
             unnamed.push_back(&sensor);
+        }
     }
 
     const auto nameOf = [](const DriverSensor& sensor) {
@@ -115,8 +125,9 @@ void nameDriverSensors(DriverFiles& files, const std::string& device, std::vecto
                      [&](const DriverSensor* a, const DriverSensor* b) { return nameOf(*a) < nameOf(*b); });
     for (DriverSensor* sensor : unnamed) {
         unsigned number = syntheticKeyNumber(nameOf(*sensor));
-        while (!taken.insert(syntheticKey(number)).second && taken.size() < ownKeys)
+        while (!taken.insert(syntheticKey(number)).second && taken.size() < ownKeys) {
             number = (number + 1) % ownKeys;
+        }
         sensor->key = syntheticKey(number);
     }
 }

@@ -25,14 +25,16 @@ bool isRefusal(int error) {
 }
 
 void putBigEndian(SMCParam& output, std::uint32_t value, std::size_t size) {
-    for (std::size_t i = 0; i < size; ++i)
+    for (std::size_t i = 0; i < size; ++i) {
         output.bytes[i] = static_cast<std::uint8_t>(value >> (8 * (size - 1 - i)));
+    }
 }
 
 void putFloat(SMCParam& output, float value) {
     const auto bits = std::bit_cast<std::uint32_t>(value);
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         output.bytes[i] = static_cast<std::uint8_t>(bits >> (8 * i));
+    }
 }
 
 class DriverTransport final : public SMCTransport {
@@ -75,8 +77,9 @@ private:
 
     [[nodiscard]] SMCParam keyInfo(const SMCParam& input) const {
         const DriverKey* key = table_.find(input.key);
-        if (key == nullptr)
+        if (key == nullptr) {
             return answer(SMCResult::keyNotFound);
+        }
         SMCParam output{};
         output.keyInfo.dataSize = key->size;
         output.keyInfo.dataType = fourCharacterCode(key->type);
@@ -87,8 +90,9 @@ private:
     [[nodiscard]] std::uint8_t attributesOf(const DriverKey& key) const {
         const bool isFan =
             key.source == DriverKey::Source::fanTarget || key.source == DriverKey::Source::fanMode;
-        if (!isFan || styleOf(key) == FanControlStyle::readOnly)
+        if (!isFan || styleOf(key) == FanControlStyle::readOnly) {
             return attributeReadable;
+        }
         const bool isReadable = !key.file.empty();
         return static_cast<std::uint8_t>(attributeWritable | (isReadable ? attributeReadable : 0));
     }
@@ -98,8 +102,9 @@ private:
     }
 
     [[nodiscard]] SMCParam keyByIndex(const SMCParam& input) const {
-        if (input.data32 >= table_.keys.size())
+        if (input.data32 >= table_.keys.size()) {
             return answer(SMCResult::indexRange);
+        }
         SMCParam output{};
         output.key = table_.keys[input.data32].code;
         return output;
@@ -107,10 +112,12 @@ private:
 
     std::optional<SMCParam> read(const SMCParam& input) {
         const DriverKey* key = table_.find(input.key);
-        if (key == nullptr)
+        if (key == nullptr) {
             return answer(SMCResult::keyNotFound);
-        if (input.keyInfo.dataSize != key->size)
+        }
+        if (input.keyInfo.dataSize != key->size) {
             return answer(SMCResult::sizeMismatch);
+        }
         SMCParam output{};
         if (key->source == DriverKey::Source::keyCount) {
             putBigEndian(output, static_cast<std::uint32_t>(table_.keys.size()), 4);
@@ -120,12 +127,14 @@ private:
             putBigEndian(output, static_cast<std::uint32_t>(table_.fans.size()), 1);
             return output;
         }
-        if (key->file.empty())
+        if (key->file.empty()) {
             return answer(SMCResult::notReadable);
+        }
 
         std::int64_t value = 0;
-        if (const int error = readNumber(*key, value); error != 0)
+        if (const int error = readNumber(*key, value); error != 0) {
             return isRefusal(error) ? std::nullopt : std::optional(answer(SMCResult::notReadable));
+        }
         put(output, *key, value);
         return output;
     }
@@ -134,14 +143,15 @@ private:
         if (key.source == DriverKey::Source::temperature) {
             // In thousandths of a degree. The Intel driver's quarter-degree steps are exact in 1/256.
             constexpr std::int64_t mostMilli = 127'996;
-            if (table_.isIntelDriver)
+            if (table_.isIntelDriver) {
                 putBigEndian(output,
                              static_cast<std::uint32_t>(std::clamp<std::int64_t>(value, -128'000, mostMilli) *
                                                         256 / 1000) &
                                  0xFFFFU,
                              2);
-            else
+            } else {
                 putFloat(output, static_cast<float>(value) / 1000.0F);
+            }
         } else if (key.source == DriverKey::Source::fanMode) {
             putBigEndian(
                 output,
@@ -155,10 +165,12 @@ private:
     }
 
     static bool isManual(FanControlStyle style, std::int64_t value) {
-        if (style == FanControlStyle::targetAndEnable)
+        if (style == FanControlStyle::targetAndEnable) {
             return value != 1;
-        if (style == FanControlStyle::targetAndPwm)
+        }
+        if (style == FanControlStyle::targetAndPwm) {
             return value == 1;
+        }
         return value != 0;
     }
 
@@ -170,19 +182,22 @@ private:
 
     // One read on a descriptor that stays open; returns 0 or an errno.
     int readNumber(const DriverKey& key, std::int64_t& value) {
-        if (files_->now() < stuckUntil_)
+        if (files_->now() < stuckUntil_) {
             return EIO;
+        }
         const auto slot = static_cast<std::size_t>(&key - table_.keys.data());
         if (descriptors_[slot] == closed) {
             const int descriptor = files_->open(table_.folder + "/" + key.file, DriverFiles::Access::read);
-            if (descriptor < 0)
+            if (descriptor < 0) {
                 return noteFailure(-descriptor);
+            }
             descriptors_[slot] = descriptor;
         }
         std::array<char, 64> buffer{};
         const ssize_t count = files_->readAt0(descriptors_[slot], buffer);
-        if (count < 0)
+        if (count < 0) {
             return noteFailure(static_cast<int>(-count));
+        }
         failures_ = 0;
         const auto [end, error] = std::from_chars(buffer.data(), buffer.data() + count, value);
         const bool wholeLine = end == buffer.data() + count || *end == '\n';
@@ -206,59 +221,71 @@ private:
     void rediscover() {
         closeAll();
         const milliseconds now = files_->now();
-        if (lastRediscovery_ && now - *lastRediscovery_ < rediscoveryInterval)
+        if (lastRediscovery_ && now - *lastRediscovery_ < rediscoveryInterval) {
             return;
+        }
         lastRediscovery_ = now;
         const std::optional<DriverKeyTable> found = discoverDriverKeys(*files_);
-        if (!found)
+        if (!found) {
             return;
+        }
         table_.folder = found->folder;
         table_.seesProcessor = found->seesProcessor;
         for (DriverKey& key : table_.keys) {
-            if (const DriverKey* again = found->find(key.code))
+            if (const DriverKey* again = found->find(key.code)) {
                 key.file = again->file;
+            }
         }
     }
 
     void closeAll() {
         for (int& descriptor : descriptors_) {
-            if (descriptor != closed)
+            if (descriptor != closed) {
                 files_->close(descriptor);
+            }
             descriptor = closed;
         }
     }
 
     std::optional<SMCParam> write(const SMCParam& input) {
         const DriverKey* key = table_.find(input.key);
-        if (key == nullptr)
+        if (key == nullptr) {
             return answer(SMCResult::keyNotFound);
-        if (input.keyInfo.dataSize != key->size)
+        }
+        if (input.keyInfo.dataSize != key->size) {
             return answer(SMCResult::sizeMismatch);
-        if ((attributesOf(*key) & attributeWritable) == 0)
+        }
+        if ((attributesOf(*key) & attributeWritable) == 0) {
             return answer(SMCResult::notWritable);
+        }
 
         const bool isMode = key->source == DriverKey::Source::fanMode;
         const std::int64_t value = isMode ? input.bytes[0] : speedIn(input, *key);
         const bool handsBack = isMode && value == 0;
-        if (!handsBack && !table_.seesProcessor && !isManualControlAllowed(*files_))
+        if (!handsBack && !table_.seesProcessor && !isManualControlAllowed(*files_)) {
             return std::nullopt;
+        }
 
         DriverFanWriter writer(*files_, table_.folder, key->fanChannel, styleOf(*key));
         const int error = isMode ? writer.setManual(value != 0) : writer.setTarget(value);
-        if (error == 0)
+        if (error == 0) {
             return answer(SMCResult::success);
-        if (error == ENODEV || error == ENOENT)
+        }
+        if (error == ENODEV || error == ENOENT) {
             rediscover();
+        }
         return isRefusal(error) ? std::nullopt : std::optional(answer(SMCResult::notWritable));
     }
 
     // A written target in whole revolutions per minute.
     [[nodiscard]] std::int64_t speedIn(const SMCParam& input, const DriverKey& key) const {
-        if (key.type == "fpe2")
+        if (key.type == "fpe2") {
             return (input.bytes[0] << 8U | input.bytes[1]) >> 2U;
+        }
         std::uint32_t bits = 0;
-        for (std::size_t i = 0; i < 4; ++i)
+        for (std::size_t i = 0; i < 4; ++i) {
             bits |= static_cast<std::uint32_t>(input.bytes[i]) << (8 * i);
+        }
         const auto speed = std::bit_cast<float>(bits);
         // Anything that is not a plausible fan speed becomes 0, which is refused.
         return speed > 0 && speed < 1e6F ? static_cast<std::int64_t>(speed) : 0;
@@ -276,8 +303,9 @@ private:
 
 std::unique_ptr<SMCTransport> openDriverTransport(std::unique_ptr<DriverFiles> files) {
     std::optional<DriverKeyTable> table = discoverDriverKeys(*files);
-    if (!table)
+    if (!table) {
         return nullptr;
+    }
     return std::make_unique<DriverTransport>(std::move(files), std::move(*table));
 }
 

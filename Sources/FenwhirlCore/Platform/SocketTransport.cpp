@@ -37,8 +37,9 @@ bool isPeerRoot(int connection) {
 
 int makeSocket() {
     const int made = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
-    if (made < 0 || made >= firstOwnDescriptor)
+    if (made < 0 || made >= firstOwnDescriptor) {
         return made;
+    }
     const int moved = fcntl(made, F_DUPFD_CLOEXEC, firstOwnDescriptor);
     ::close(made);
     return moved;
@@ -55,8 +56,9 @@ bool limitSilence(int connection, std::chrono::milliseconds limit) {
 SocketTransport::SocketTransport(std::chrono::milliseconds silenceLimit) : silenceLimit_(silenceLimit) {}
 
 SocketTransport::~SocketTransport() {
-    if (socket_ >= 0)
+    if (socket_ >= 0) {
         close(socket_);
+    }
 }
 
 std::unique_ptr<SocketTransport> SocketTransport::open(const std::string& path,
@@ -68,31 +70,36 @@ std::unique_ptr<SocketTransport> SocketTransport::open(const std::string& path,
 bool SocketTransport::connect(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    if (path.size() >= sizeof(address.sun_path))
+    if (path.size() >= sizeof(address.sun_path)) {
         return false;
+    }
     std::memcpy(address.sun_path, path.data(), path.size());
 
     const bool mustBeTrusted = geteuid() == 0;
-    if (mustBeTrusted && !isFolderTrusted(path))
+    if (mustBeTrusted && !isFolderTrusted(path)) {
         return false;
+    }
     socket_ = makeSocket();
-    if (socket_ < 0 || !limitSilence(socket_, silenceLimit_))
+    if (socket_ < 0 || !limitSilence(socket_, silenceLimit_)) {
         return false;
+    }
     int status = 0;
-    do
+    do {
         status = ::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
-    while (status != 0 && errno == EINTR);
+    } while (status != 0 && errno == EINTR);
     return status == 0 && (!mustBeTrusted || isPeerRoot(socket_));
 }
 
 std::optional<SMCParam> SocketTransport::call(const SMCParam& input) {
-    if (isDead_)
+    if (isDead_) {
         return std::nullopt;
+    }
     discardPendingPackets();
     Reply reply{};
     if (!sendRequest(input) || !receivePacket(&reply, sizeof(reply)) ||
-        reply.kernelReturn != KernelReturn::success)
+        reply.kernelReturn != KernelReturn::success) {
         return std::nullopt;
+    }
     return reply.record;
 }
 
@@ -105,9 +112,9 @@ void SocketTransport::discardPendingPackets() {
 
 bool SocketTransport::sendRequest(const SMCParam& input) {
     ssize_t count = 0;
-    do
+    do {
         count = send(socket_, &input, sizeof(input), MSG_NOSIGNAL);
-    while (count < 0 && errno == EINTR);
+    } while (count < 0 && errno == EINTR);
     isDead_ = count != sizeof(input);
     return !isDead_;
 }
@@ -118,10 +125,12 @@ bool SocketTransport::receivePacket(void* packet, std::size_t size) {
     ssize_t count = recv(socket_, packet, size, MSG_TRUNC);
     // The time-out of the socket starts again with each call; after a signal only the
     // remaining time may be waited for.
-    while (count < 0 && errno == EINTR && waitUntil(limit))
+    while (count < 0 && errno == EINTR && waitUntil(limit)) {
         count = recv(socket_, packet, size, MSG_TRUNC | MSG_DONTWAIT);
-    if (count == static_cast<ssize_t>(size))
+    }
+    if (count == static_cast<ssize_t>(size)) {
         return true;
+    }
     // Without this, a late answer to this call would be taken for the answer to the next one.
     isDead_ = count < 0 || (count == 0 && isAtEndOfStream());
     isMoreExpected_ = true;
@@ -135,8 +144,9 @@ bool SocketTransport::waitUntil(std::chrono::steady_clock::time_point limit) con
         const auto left = std::chrono::ceil<milliseconds>(limit - std::chrono::steady_clock::now()).count();
         pollfd waiting{.fd = socket_, .events = POLLIN, .revents = 0};
         const int ready = left > 0 ? poll(&waiting, 1, static_cast<int>(left)) : 0;
-        if (ready >= 0 || errno != EINTR)
+        if (ready >= 0 || errno != EINTR) {
             return ready > 0;
+        }
     }
 }
 

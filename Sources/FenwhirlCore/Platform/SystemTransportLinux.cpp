@@ -4,7 +4,8 @@
 #include "FenwhirlCore/Platform/SocketTransport.h"
 
 std::unique_ptr<SMCTransport> openSystemTransport() {
-    if (std::unique_ptr<SMCTransport> drivers = openDriverTransport())
+    if (std::unique_ptr<SMCTransport> drivers = openDriverTransport()) {
         return drivers;
+    }
     return SocketTransport::open();
 }

@@ -29,8 +29,9 @@ double bottomOf(const QQuickItem& item, const QString& text) {
     double bottom = item.property("text").toString() == text
                         ? item.mapRectToScene(QRectF(0, 0, item.width(), item.height())).bottom()
                         : 0;
-    for (const QQuickItem* child : item.childItems())
+    for (const QQuickItem* child : item.childItems()) {
         bottom = std::max(bottom, bottomOf(*child, text));
+    }
     return bottom;
 }
 
@@ -53,8 +54,9 @@ private:
 QQuickWindow* openAlert() {
     QWindow* alert = nullptr;
     for (QWindow* window : QGuiApplication::topLevelWindows()) {
-        if (window->modality() == Qt::ApplicationModal)
+        if (window->modality() == Qt::ApplicationModal) {
             alert = window;
+        }
     }
     return qobject_cast<QQuickWindow*>(alert);
 }
@@ -168,8 +170,9 @@ TEST(Panel, OpensAtTheItemAndClosesWithASecondClick) {
 TEST(Panel, ADoubleClickOpensItAndNoMore) {
     const DoubleClicks slow(60'000);
     Life life(true);
-    for (int click = 0; click < 2; ++click)
+    for (int click = 0; click < 2; ++click) {
         Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24));
+    }
     EXPECT_TRUE(life.windows->panel()->isVisible());
 }
 
@@ -274,8 +277,9 @@ TEST(StatusItemText, SaysWhatTheMenuTextSays) {
 // The texts of the entries, with the current choice in brackets.
 QStringList entriesOf(const StatusMenu& menu) {
     QStringList texts;
-    for (const StatusMenuEntry& entry : menu)
+    for (const StatusMenuEntry& entry : menu) {
         texts.append(entry.isCurrent.value_or(false) ? u'[' + entry.text + u']' : entry.text);
+    }
     return texts;
 }
 

@@ -12,8 +12,9 @@ using Task = CommandLine::Task;
 
 CommandLine parse(std::vector<std::string> arguments) {
     std::vector<char*> pointers;
-    for (std::string& argument : arguments)
+    for (std::string& argument : arguments) {
         pointers.push_back(argument.data());
+    }
     return CommandLine::parse(pointers);
 }
 
@@ -33,8 +34,9 @@ TEST(CommandLine, VersionAndHelpAreFoundBesideOthers) {
     EXPECT_EQ(parse({"-platform", "offscreen", "--help"}).task, Task::showHelp);
     EXPECT_EQ(parse({"-h"}).task, Task::showHelp);
     EXPECT_EQ(CommandLine::version(QStringLiteral("1.2")), QStringLiteral("Fenwhirl 1.2\n"));
-    for (const char* const word : {"--preset", "--version", "--help", "auto, silent, balanced, game, max"})
+    for (const char* const word : {"--preset", "--version", "--help", "auto, silent, balanced, game, max"}) {
         EXPECT_TRUE(CommandLine::help().contains(QLatin1String(word))) << word;
+    }
 }
 
 TEST(CommandLine, APresetIsCalledByItsRawValue) {

@@ -16,10 +16,13 @@ protected:
 
     // The first item with this key, regardless of its Option modifier.
     static const MenuItem* withKey(const QList<Menu>& menus, const QString& key) {
-        for (const Menu& menu : menus)
-            for (const MenuItem& item : menu.items)
-                if (item.key == key)
+        for (const Menu& menu : menus) {
+            for (const MenuItem& item : menu.items) {
+                if (item.key == key) {
                     return &item;
+                }
+            }
+        }
         return nullptr;
     }
 
@@ -35,8 +38,9 @@ TEST_F(ProgramMenus, AreThoseOfEveryProgramInTheirOrder) {
     Localizer::setLanguage(AppLanguage::de);
     const QList<Menu> menus = programMenus(commands);
     QStringList titles;
-    for (const Menu& menu : menus)
+    for (const Menu& menu : menus) {
         titles.append(menu.title);
+    }
     EXPECT_EQ(titles, QStringList({QStringLiteral("Fenwhirl"), QStringLiteral("Bearbeiten"),
                                    QStringLiteral("Darstellung"), QStringLiteral("Fenster"),
                                    QStringLiteral("Hilfe")}));
@@ -84,12 +88,13 @@ TEST_F(ProgramMenus, HaveATitleForEveryItemInEveryLanguage) {
         for (const Menu& menu : programMenus(commands)) {
             EXPECT_FALSE(menu.title.isEmpty());
             std::set<QString> titles;
-            for (const MenuItem& item : menu.items)
+            for (const MenuItem& item : menu.items) {
                 if (item.kind != Kind::separator) {
                     EXPECT_FALSE(item.title.isEmpty());
                     EXPECT_FALSE(item.title.contains(u'%'));
                     EXPECT_TRUE(titles.insert(item.title).second) << item.title.toStdString();
                 }
+            }
         }
     }
 }

@@ -18,8 +18,9 @@ const QRect right(1280, 0, 2560, 1400);
 
 TEST(WindowGeometry, StaysWhereItWasWhileAllOfItCanBeSeen) {
     for (const QRect area :
-         {QRect(100, 60, 1040, 680), QRect(1300, 700, 1040, 680), QRect(1280, 0, 2560, 1400)})
+         {QRect(100, 60, 1040, 680), QRect(1300, 700, 1040, 680), QRect(1280, 0, 2560, 1400)}) {
         EXPECT_EQ(placeOnScreens(area, {left, right}, least), area);
+    }
 }
 
 TEST(WindowGeometry, ComesOntoTheScreenThatShowsMostOfIt) {
@@ -46,8 +47,9 @@ TEST(WindowGeometry, AnInvalidFileIsIgnored) {
     for (const char* text :
          {"", "{", "[]", "{}", "null", R"({"x":1,"y":2,"width":3})", R"({"x":1,"y":2,"width":0,"height":5})",
           R"({"x":1,"y":2,"width":-5,"height":5})", R"({"x":"1","y":2,"width":5,"height":5})",
-          R"({"x":1e300,"y":2,"width":5,"height":5})", R"({"x":1,"y":2,"width":5,"height":1e9})"})
+          R"({"x":1e300,"y":2,"width":5,"height":5})", R"({"x":1,"y":2,"width":5,"height":1e9})"}) {
         EXPECT_EQ(windowPlaceFrom(text), std::nullopt) << text;
+    }
     EXPECT_EQ(windowPlaceFrom(R"({"x":-7,"y":2,"width":950,"height":600,"maximized":true})"),
               (WindowGeometry{{-7, 2, 950, 600}, true}));
 }

@@ -87,8 +87,9 @@ TEST(HelperArguments, IndexIsADecimalIntegerAndNothingElse) {
         {std::string(100000, '9'), {}},
         {std::string(100000, '0') + "5", 5},
     };
-    for (const IndexRow& row : rows)
+    for (const IndexRow& row : rows) {
         EXPECT_EQ(parseIndex(row.text), row.expected) << '"' << row.text.substr(0, 60) << '"';
+    }
 }
 
 struct RPMRow {
@@ -149,8 +150,9 @@ TEST(HelperArguments, RpmIsWhatStrtodReadsWholeAndWithoutLeadingBlank) {
         {"\uFF11\uFF12", {}},
         {"1200\u00A0", {}},
     };
-    for (const RPMRow& row : rows)
+    for (const RPMRow& row : rows) {
         EXPECT_EQ(parseRPM(row.text.c_str()), row.expected) << '"' << row.text << '"';
+    }
 }
 
 TEST(HelperArguments, RpmMayBeNotANumber) {
@@ -164,9 +166,11 @@ TEST(HelperArguments, RpmMayBeNotANumber) {
 TEST(HelperArguments, RpmReadsAPointUnderALocaleWithCommas) {
     // Locales that developers' systems commonly have. Without any of them the test still compares the
     // results.
-    for (const char* name : {"fr_FR.UTF-8", "de_DE.UTF-8", "tr_TR.UTF-8", "C.UTF-8"})
-        if (std::setlocale(LC_ALL, name) != nullptr)
+    for (const char* name : {"fr_FR.UTF-8", "de_DE.UTF-8", "tr_TR.UTF-8", "C.UTF-8"}) {
+        if (std::setlocale(LC_ALL, name) != nullptr) {
             break;
+        }
+    }
     EXPECT_EQ(parseRPM("12.5"), 12.5);
     EXPECT_EQ(parseRPM("12,5"), std::nullopt);
     std::setlocale(LC_ALL, "C");

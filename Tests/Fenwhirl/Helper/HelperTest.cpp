@@ -24,8 +24,9 @@ protected:
 
     int run(std::vector<std::string> words) {
         std::vector<char*> arguments;
-        for (std::string& word : words)
+        for (std::string& word : words) {
             arguments.push_back(word.data());
+        }
         controller.writes.clear();
         testing::internal::CaptureStdout();
         const int status = HelperMode::run(arguments, [this] {
@@ -38,8 +39,9 @@ protected:
 
     [[nodiscard]] std::vector<std::string> writtenKeys() const {
         std::vector<std::string> keys;
-        for (const auto& write : controller.writes)
+        for (const auto& write : controller.writes) {
             keys.push_back(write.key);
+        }
         return keys;
     }
 };
@@ -48,16 +50,18 @@ using Keys = std::vector<std::string>;
 
 int runWithoutController(std::vector<std::string> words) {
     std::vector<char*> arguments;
-    for (std::string& word : words)
+    for (std::string& word : words) {
         arguments.push_back(word.data());
+    }
     return HelperMode::run(arguments, [] { return std::unique_ptr<SMC>(); });
 }
 
 TEST(HelperWithoutController, TheOrderOfChecksDecidesTheStatus) {
     EXPECT_EQ(runWithoutController({}), 64);
     for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
-             {"bogus"}, {""}, {"set"}, {"set", "x", "y"}, {"auto"}, {"test"}, {"VERSION"}})
+             {"bogus"}, {""}, {"set"}, {"set", "x", "y"}, {"auto"}, {"test"}, {"VERSION"}}) {
         EXPECT_EQ(runWithoutController(words), 2) << words.front();
+    }
 }
 
 TEST_F(HelperTest, VersionIsAnsweredWithoutOpeningTheController) {
@@ -69,8 +73,9 @@ TEST_F(HelperTest, VersionIsAnsweredWithoutOpeningTheController) {
 }
 
 TEST_F(HelperTest, UnknownWordsAreUsageErrors) {
-    for (const char* word : {"bogus", "", "SET", "set ", " auto", "versions", "--helper"})
+    for (const char* word : {"bogus", "", "SET", "set ", " auto", "versions", "--helper"}) {
         EXPECT_EQ(run({word}), 64) << word;
+    }
     EXPECT_EQ(printed, "");
     EXPECT_EQ(opened, 7);
 }
@@ -86,8 +91,9 @@ TEST_F(HelperTest, SetNeedsAnIndexAndASpeed) {
                                                {"set", "0", "abc"},
                                                {"set", "0", ""},
                                                {"set", "0", "1200 "},
-                                               {"set", "0x0", "1200"}})
+                                               {"set", "0x0", "1200"}}) {
         EXPECT_EQ(run(words), 64);
+    }
     EXPECT_TRUE(controller.writes.empty());
 }
 
@@ -230,8 +236,9 @@ TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
     // Fill the pipe, so that the helper has to wait for its reader.
     std::size_t filled = 0;
     const std::string page(4096, 'x');
-    for (ssize_t length = 0; (length = write(ends[1], page.data(), page.size())) > 0;)
+    for (ssize_t length = 0; (length = write(ends[1], page.data(), page.size())) > 0;) {
         filled += static_cast<std::size_t>(length);
+    }
     for (const bool isBlocking : {false, true}) {
         fcntl(ends[1], F_SETFL, isBlocking ? 0 : O_NONBLOCK);
         struct sigaction action = {};
@@ -258,8 +265,9 @@ TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
         ASSERT_EQ(read(ends[0], answer.data(), answer.size()), 2);
         EXPECT_STREQ(answer.data(), "3\n");
         fcntl(ends[1], F_SETFL, O_NONBLOCK);
-        for (std::size_t rest = filled; rest > 0; rest -= page.size())
+        for (std::size_t rest = filled; rest > 0; rest -= page.size()) {
             ASSERT_EQ(write(ends[1], page.data(), page.size()), static_cast<ssize_t>(page.size()));
+        }
     }
     close(ends[0]);
     close(ends[1]);
@@ -273,8 +281,9 @@ TEST_F(HelperTest, SignalsAreHeldWhileItWritesAndLetThroughAfterwards) {
             sigset_t blocked;
             sigprocmask(SIG_BLOCK, nullptr, &blocked);
             for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGTSTP, SIGQUIT, SIGPROF, SIGVTALRM, SIGXCPU,
-                                     SIGUSR1, SIGIO, SIGTTOU})
+                                     SIGUSR1, SIGIO, SIGTTOU}) {
                 held.push_back(sigismember(&blocked, signal) == 1);
+            }
             held.push_back(sigismember(&blocked, SIGALRM) == 0);
         }
         return std::nullopt;

@@ -111,10 +111,12 @@ TEST_F(CrashHandBackTest, HandsBackWhenTheAllowanceOfProcessorTimeIsUsedUp) {
 TEST_F(CrashHandBackTest, ACrashOfAnotherThreadHandsBackOnce) {
     expectDeathBy(SIGABRT, [] {
         std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < 8; ++i) {
             threads.emplace_back([] { std::abort(); });
-        for (std::thread& thread : threads)
+        }
+        for (std::thread& thread : threads) {
             thread.join();
+        }
     });
 }
 
@@ -142,8 +144,9 @@ TEST_F(CrashHandBackTest, AMissingHelperDoesNotKeepTheProcessFromDying) {
 
 TEST_F(CrashHandBackTest, TheNewestPreparationCounts) {
     const int status = crashInChild([this] {
-        for (int i = 0; i < 1000; ++i)
+        for (int i = 0; i < 1000; ++i) {
             CrashHandBack::prepare(helper, {.scope = HandBack::Scope::indices, .indices = {i}});
+        }
         std::abort();
     });
     EXPECT_EQ(WTERMSIG(status), SIGABRT);
@@ -162,13 +165,16 @@ TEST_F(CrashHandBackTest, WaitsForARunningHelperAndStartsNoNewOne) {
         std::atomic<bool> isFirst = true;
         std::thread sender([&] {
             // The second run finds the process dying and must not start the helper.
-            while (installation.run({"set", "0", "2000"}))
+            while (installation.run({"set", "0", "2000"})) {
                 isFirst = false;
-            for (;;)
+            }
+            for (;;) {
                 pause();
+            }
         });
-        while (isFirst)
+        while (isFirst) {
             std::this_thread::yield();
+        }
         std::abort();
     });
     EXPECT_EQ(WTERMSIG(status), SIGABRT);
@@ -184,8 +190,9 @@ TEST_F(CrashHandBackTest, TheWholeEmergencyHandBackFollowsUpdatesAndEndsWithFini
             EmergencyHandBack emergency(helper, std::nullopt);
             emergency.update({.scope = HandBack::Scope::allFans, .indices = {}});
             emergency.keepAlive();
-            if (finished)
+            if (finished) {
                 emergency.finish();
+            }
             std::abort();
         });
     };

@@ -16,8 +16,9 @@ template <class Condition>
 bool becomesTrue(const Condition& condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
+        if (std::chrono::steady_clock::now() > end) {
             return false;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     return true;
@@ -65,24 +66,29 @@ TEST_F(EmergencyHandBackTest, AnyThreadMayReportFans) {
     constexpr int updates = 200;
     std::atomic<int> running = threadCount;
     std::vector<std::thread> threads;
-    for (int thread = 0; thread < threadCount; ++thread)
+    for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([&, thread] {
-            for (int i = 0; i < updates; ++i)
+            for (int i = 0; i < updates; ++i) {
                 emergency.update(fans({thread, 10 + i}));
+            }
             --running;
         });
-    while (running > 0)
+    }
+    while (running > 0) {
         emergency.keepAlive();
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     emergency.update(fans({99}));
     emergency.finish();
     ASSERT_TRUE(becomesTrue([&] { return folder.read("heard").ends_with("\x04"); }));
     std::istringstream heard(folder.read("heard"));
     std::string last;
     for (std::string line; std::getline(heard, line) && line != "\x04";) {
-        if (line.empty())
+        if (line.empty()) {
             continue;
+        }
         // Two records must never be interleaved.
         EXPECT_TRUE(line == "nothing" || line == "fans 99" ||
                     (line.starts_with("fans ") && std::count(line.begin(), line.end(), ' ') == 2))

@@ -23,8 +23,9 @@ template <class Condition>
 bool becomesTrue(const Condition& condition) {
     const auto end = std::chrono::steady_clock::now() + patience;
     while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
+        if (std::chrono::steady_clock::now() > end) {
             return false;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     return true;
@@ -179,8 +180,9 @@ TEST_F(GuardLinkTest, AfterAFullPipeOnlyTheNewestRecordIsSent) {
     std::istringstream heard(folder.read("heard"));
     std::size_t records = 0;
     for (std::string line; std::getline(heard, line);) {
-        if (line.empty() || line == "nothing" || line == "\x04")
+        if (line.empty() || line == "nothing" || line == "\x04") {
             continue;
+        }
         EXPECT_TRUE(line.starts_with("fans 0 1 2 ")) << line;
         ++records;
     }

@@ -30,8 +30,9 @@ TEST(HelperClient, TheInstallCommandIsExactlyThis) {
 }
 
 TEST(HelperClient, WithoutAHelperEverythingSaysSo) {
-    if (access("/Library/PrivilegedHelperTools/FenwhirlHelper", F_OK) == 0)
+    if (access("/Library/PrivilegedHelperTools/FenwhirlHelper", F_OK) == 0) {
         GTEST_SKIP() << "this computer has a helper";
+    }
     EXPECT_FALSE(HelperClient::isInstalled());
     EXPECT_EQ(HelperClient::installedVersion(), std::nullopt);
     EXPECT_FALSE(HelperClient::run({"auto"}));

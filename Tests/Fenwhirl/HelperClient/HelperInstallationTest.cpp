@@ -62,8 +62,9 @@ protected:
 class HelperInstallationAsRootTest : public HelperInstallationTest {
 protected:
     void SetUp() override {
-        if (geteuid() != 0)
+        if (geteuid() != 0) {
             GTEST_SKIP() << "only root can give files away";
+        }
     }
 
     void giveTo(const std::string& file, uid_t owner, mode_t mode) const {
@@ -89,12 +90,13 @@ TEST_F(HelperInstallationAsRootTest, IsInstalledWhenTheFileItselfIsRootsAndSetUs
     };
     for (const Row& row : rows) {
         std::filesystem::remove(path);
-        if (row.what == std::string_view("file"))
+        if (row.what == std::string_view("file")) {
             (void)folder.write("FenwhirlHelper", "");
-        else if (row.what == std::string_view("folder"))
+        } else if (row.what == std::string_view("folder")) {
             std::filesystem::create_directory(path);
-        else
+        } else {
             ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+        }
         giveTo(path, row.owner, row.mode);
         EXPECT_EQ(installation.isInstalled(), row.expected)
             << row.what << ' ' << std::oct << row.mode << " of " << std::dec << row.owner;
@@ -184,9 +186,9 @@ TEST_F(HelperInstallationTest, AReplacedHelperIsAskedAgainWhateverItsModificatio
     EXPECT_EQ(installation.installedVersion(), "2");
     const auto before = fileStatus(path);
     writeHelper("echo 3");
-    do // repeats until the change time differs: file systems' clocks tick every few milliseconds
+    do { // repeats until the change time differs: file systems' clocks tick every few milliseconds
         stamp(1'700'000'000, 5);
-    while (fileStatus(path)->changed == before->changed);
+    } while (fileStatus(path)->changed == before->changed);
     EXPECT_EQ(fileStatus(path)->modified, before->modified);
     EXPECT_EQ(installation.installedVersion(), "3");
     EXPECT_EQ(launches(), 2U);
@@ -218,10 +220,12 @@ TEST_F(HelperInstallationTest, ManyThreadsShareOneLaunch) {
     writeHelper("sleep 0.1; echo 3");
     std::vector<std::thread> threads;
     std::vector<std::optional<std::string>> versions(64);
-    for (auto& version : versions)
+    for (auto& version : versions) {
         threads.emplace_back([this, &version] { version = installation.installedVersion(); });
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     EXPECT_EQ(versions, std::vector<std::optional<std::string>>(64, "3"));
     EXPECT_EQ(launches(), 1U);
 }
@@ -230,14 +234,17 @@ TEST_F(HelperInstallationTest, ManyThreadsRunHelpersSideBySide) {
     writeHelper("exit $3");
     std::vector<std::thread> threads;
     std::vector<int> succeeded(32);
-    for (std::size_t i = 0; i < succeeded.size(); ++i)
+    for (std::size_t i = 0; i < succeeded.size(); ++i) {
         threads.emplace_back([&, i] {
             succeeded[i] = installation.run({"set", std::to_string(i % 2)}) ? 1 : 0;
         });
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
-    for (std::size_t i = 0; i < succeeded.size(); ++i)
+    }
+    for (std::size_t i = 0; i < succeeded.size(); ++i) {
         EXPECT_EQ(succeeded[i], i % 2 == 0 ? 1 : 0);
+    }
 }
 
 TEST_F(HelperInstallationTest, TheInstallCommandOfLinuxWritesBesideAndRenames) {

@@ -38,8 +38,9 @@ TEST_F(WordsOfDialogs, AreThoseOfPortugalAndSerbia) {
 
 TEST_F(WordsOfDialogs, AreLeftToQtWhereItHasThem) {
     for (const AppLanguage language : {AppLanguage::fr, AppLanguage::en, AppLanguage::de, AppLanguage::es,
-                                       AppLanguage::it, AppLanguage::ru})
+                                       AppLanguage::it, AppLanguage::ru}) {
         EXPECT_EQ(in(language, "QFileDialog", "&Save"), QStringLiteral("&Save"));
+    }
 }
 
 TEST_F(WordsOfDialogs, LeaveEverythingElseAlone) {
@@ -62,9 +63,10 @@ TEST_F(WordsOfDialogs, KeepPlaceholdersMnemonicsAndBlanks) {
             EXPECT_EQ(words->endsWith(u' '), english.endsWith(u' ')) << words->toStdString();
             EXPECT_EQ(words->count(u'\n'), english.count(u'\n')) << words->toStdString();
             if (language == AppLanguage::srCyrl) {
-                for (const QChar c : *words)
+                for (const QChar c : *words) {
                     EXPECT_TRUE(!c.isLetter() || c.script() == QChar::Script_Cyrillic)
                         << words->toStdString();
+                }
             }
         }
     }

@@ -69,14 +69,16 @@ TEST(DrawnText, HasTypographicApostrophes) {
               u"L’activation a été annulée ou a échoué."_s);
     EXPECT_EQ(drawnText(u"Seuil d'alerte : 88 °C"_s), u"Seuil d’alerte\u00a0: 88\u00a0°C"_s);
     for (const QString& text :
-         {u""_s, u"'"_s, u"a'"_s, u"'a"_s, u"'Safari'"_s, u"5'3"_s, u"a ' b"_s, u"a''b"_s})
+         {u""_s, u"'"_s, u"a'"_s, u"'a"_s, u"'Safari'"_s, u"5'3"_s, u"a ' b"_s, u"a''b"_s}) {
         EXPECT_EQ(withApostrophes(text), text) << text.toStdString();
+    }
 }
 
 TEST(DrawnText, ChangesNothingElse) {
     for (const QString& text : {u""_s, u" "_s, u"%"_s, u" %"_s, u"% "_s, u"« "_s, u"Disk 2, 3: yes?"_s,
-                                u"a\n: b"_s, u"日本 語"_s, u"already\u00a0: so"_s, u"3 "_s, u" 3"_s})
+                                u"a\n: b"_s, u"日本 語"_s, u"already\u00a0: so"_s, u"3 "_s, u" 3"_s}) {
         EXPECT_EQ(drawnText(text), text) << text.toStdString();
+    }
     const QString loneSurrogate = QString(QChar(0xD83D)) + u" : "_s;
     EXPECT_EQ(drawnText(loneSurrogate).size(), loneSurrogate.size());
 }

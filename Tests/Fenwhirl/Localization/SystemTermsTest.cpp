@@ -67,15 +67,17 @@ TEST_P(SystemTermsInALanguage, HaveDifferentNamesForDifferentThings) {
     QSet<QString> seen;
     QStringList asked = SystemTerms::all();
     EXPECT_EQ(asked.removeAll(QStringLiteral("Preferences…")), 1) << "that is Settings…";
-    for (const QString& english : asked)
+    for (const QString& english : asked) {
         seen.insert(SystemTerms::text(english));
+    }
     EXPECT_EQ(seen.size(), asked.size());
 }
 
 TEST_P(SystemTermsInALanguage, AreTheWordsOfThatLanguage) {
     int english = 0;
-    for (const QString& asked : SystemTerms::all())
+    for (const QString& asked : SystemTerms::all()) {
         english += *SystemTerms::lookup(asked) == asked ? 1 : 0;
+    }
     const QStringList all = SystemTerms::all();
     if (GetParam() == AppLanguage::en) {
         EXPECT_EQ(english, all.size() - 1) << "all but \"Preferences…\"";
@@ -85,9 +87,10 @@ TEST_P(SystemTermsInALanguage, AreTheWordsOfThatLanguage) {
     for (const QString& asked : all) {
         const QString words = SystemTerms::text(asked, QString());
         const bool cyrillic = GetParam() == AppLanguage::ru || GetParam() == AppLanguage::srCyrl;
-        for (const QChar c : words)
+        for (const QChar c : words) {
             EXPECT_TRUE(!c.isLetter() || (c.script() == QChar::Script_Cyrillic) == cyrillic)
                 << words.toStdString();
+        }
     }
 }
 

@@ -49,8 +49,9 @@ QString nounAfterNumber(const QString& shown) {
     static const QStringList units = {QStringLiteral("rpm"), QStringLiteral("U/min"), QStringLiteral("o/min"),
                                       QStringLiteral("giri/min"), QStringLiteral("об/мин")};
     for (const QRegularExpressionMatch& match : word.globalMatch(shown)) {
-        if (!units.contains(match.captured(1)))
+        if (!units.contains(match.captured(1))) {
             return match.captured(1);
+        }
     }
     return {};
 }
@@ -79,8 +80,9 @@ TEST(Translations, PutNoNounBehindANumber) {
     for (const Language& language : languages) {
         for (const Row& row : language.rows) {
             // These placeholders stand for a name or a percentage.
-            if (row.french == u"%@ utilise %@ du processeur." || row.french == u"Fermer %@ ?")
+            if (row.french == u"%@ utilise %@ du processeur." || row.french == u"Fermer %@ ?") {
                 continue;
+            }
             EXPECT_EQ(nounAfterNumber(text(row.text)), QString())
                 << language.name << ": " << text(row.text).toStdString();
         }

@@ -162,8 +162,9 @@ TEST_F(MonitorPolling, HistoryHasNoEntryForAPollWithoutTemperature) {
 // In seconds, because a time point cannot be printed on every platform.
 static QList<double> since1970(const QList<std::chrono::system_clock::time_point>& times) {
     QList<double> seconds;
-    for (const auto time : times)
+    for (const auto time : times) {
         seconds.append(std::chrono::duration<double>(time.time_since_epoch()).count());
+    }
     return seconds;
 }
 
@@ -173,8 +174,9 @@ TEST_F(MonitorPolling, EveryTemperatureOfTheHistoryKeepsTheTimeItWasReadAt) {
     pollAfter(7);
     EXPECT_EQ(since1970(monitor().historyTimes()),
               since1970({wallTime(1000), wallTime(1002), wallTime(1009)}));
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         pollAfter(2);
+    }
     ASSERT_EQ(monitor().historyTimes().size(), 300);
     EXPECT_EQ(since1970({monitor().historyTimes().first()}), since1970({wallTime(1011)}));
     EXPECT_EQ(since1970({monitor().historyTimes().last()}), since1970({wallTime(1609)}));
@@ -183,8 +185,9 @@ TEST_F(MonitorPolling, EveryTemperatureOfTheHistoryKeepsTheTimeItWasReadAt) {
 TEST_F(MonitorPolling, AnInterruptedHistoryKeepsTheTimesOnBothSidesOfTheGap) {
     start();
     smc.remove("TC0P");
-    for (int i = 0; i < 30; ++i)
+    for (int i = 0; i < 30; ++i) {
         pollAfter(2); // a minute without a temperature adds no samples
+    }
     setCelsius(60);
     pollAfter(2);
     EXPECT_EQ(monitor().history(), (QList<double>{50, 60}));

@@ -38,8 +38,9 @@ TEST(SensorRecord, KeepsLowestAndHighest) {
 TEST(SensorRecord, ForgetsAfterTenMinutesAndAtMostHalfAMinuteMore) {
     Sensor sensor;
     sensor.read(80, 1000);
-    for (double second = 1002; second < 1600; second += 2)
+    for (double second = 1002; second < 1600; second += 2) {
         EXPECT_EQ(sensor.read(50, second), Range(50, 80)) << second;
+    }
     EXPECT_EQ(sensor.read(50, 1600), Range(50, 80));
     sensor.read(50, 1616);
     EXPECT_EQ(sensor.read(50, 1632), Range(50, 50));
@@ -94,8 +95,9 @@ TEST(SensorRecord, RemembersASensorThatIsMissingForAWhile) {
     QList<SensorState> sensors = {{QStringLiteral("TC0P"), 80}};
     QList<SensorState> none;
     record.add(sensors, std::chrono::duration<double>(1000));
-    for (double second = 1002; second < 1100; second += 2)
+    for (double second = 1002; second < 1100; second += 2) {
         record.add(none, std::chrono::duration<double>(second));
+    }
     sensors = {{QStringLiteral("TC0P"), 50}};
     record.add(sensors, std::chrono::duration<double>(1100));
     EXPECT_EQ(sensors.first().highestCelsius, 80);

@@ -19,6 +19,7 @@ TEST(WholeNumber, HoldsAllThatSixtyFourBitsHoldAndNothingElse) {
     EXPECT_EQ(wholeNumber(std::nextafter(-beyond, -2 * beyond)), std::nullopt);
     for (const double value :
          {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(),
-          -std::numeric_limits<double>::infinity()})
+          -std::numeric_limits<double>::infinity()}) {
         EXPECT_EQ(wholeNumber(value), std::nullopt);
+    }
 }

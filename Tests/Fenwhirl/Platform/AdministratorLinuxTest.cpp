@@ -36,8 +36,9 @@ TEST(Administrator, TheProgramOfAPackageAsksThroughThePackagesOwn) {
 }
 
 TEST(Administrator, SuccessIsStatusZero) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "asks for a password when not run by root";
+    }
     const TemporaryFolder folder;
     EXPECT_TRUE(runAsAdministrator("echo done > '" + folder.path("file") + "'"));
     EXPECT_EQ(folder.read("file"), "done\n");

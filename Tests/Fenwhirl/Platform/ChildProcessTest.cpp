@@ -101,8 +101,9 @@ TEST(ChildProcess, StartsWithDefaultSignalsAndNoneBlocked) {
     // Signals 32 and 33 belong to the C library; only it can change them.
     constexpr unsigned long long ofLibrary = 3ULL << 31U;
     EXPECT_EQ(std::stoull(masks.substr(17, 16), nullptr, 16) & ~ofLibrary, 0U);
-    for (const int signal : {SIGPIPE, SIGHUP, SIGUSR1})
+    for (const int signal : {SIGPIPE, SIGHUP, SIGUSR1}) {
         std::signal(signal, SIG_DFL);
+    }
     sigprocmask(SIG_SETMASK, &before, nullptr);
 }
 
@@ -118,8 +119,9 @@ TEST(ChildProcess, WorksWithTheStandardDescriptorsClosed) {
     // In a child process, because this test's own report needs the standard descriptors.
     const pid_t child = fork();
     if (child == 0) {
-        for (int descriptor = 0; descriptor < 3; ++descriptor)
+        for (int descriptor = 0; descriptor < 3; ++descriptor) {
             close(descriptor);
+        }
         const auto result = shell("printf fine");
         _exit(result && result->output == "fine" ? 0 : 1);
     }
@@ -130,8 +132,9 @@ TEST(ChildProcess, WorksWithTheStandardDescriptorsClosed) {
 
 TEST(ChildProcess, LeavesOtherChildrenToTheirOwners) {
     const pid_t other = fork();
-    if (other == 0)
+    if (other == 0) {
         _exit(42);
+    }
     EXPECT_EQ(shell("exit 0")->exitStatus, 0);
     int status = 0;
     ASSERT_EQ(waitpid(other, &status, 0), other);
@@ -147,15 +150,17 @@ TEST(ChildProcess, AChildOfAnotherThreadNeverHoldsUpTheEndOfAnOutput) {
         const std::vector<std::string> arguments = {"60"};
         while (children.size() < sleepers) {
             const auto child = startChild("/bin/sleep", arguments, ChildEnvironment::inherited, -1, false);
-            if (!child)
+            if (!child) {
                 break;
+            }
             children.push_back(*child);
         }
         isOver = true;
     });
     const auto begin = std::chrono::steady_clock::now();
-    while (!isOver)
+    while (!isOver) {
         EXPECT_EQ(shell("echo x")->output, "x\n");
+    }
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(50));
     other.join();
     EXPECT_EQ(children.size(), sleepers);

@@ -25,8 +25,9 @@ namespace {
 // means that all is well.
 std::string complaintFromChild(const std::function<void()>& spoil, const std::function<std::string()>& look) {
     int ends[2] = {};
-    if (pipe(ends) != 0)
+    if (pipe(ends) != 0) {
         return "no pipe";
+    }
     const pid_t child = fork();
     if (child == 0) {
         const int answer = fcntl(ends[1], F_DUPFD, 100);
@@ -42,13 +43,15 @@ std::string complaintFromChild(const std::function<void()>& spoil, const std::fu
     close(ends[1]);
     std::string text;
     std::array<char, 256> buffer = {};
-    for (ssize_t length = 0; (length = read(ends[0], buffer.data(), buffer.size())) > 0;)
+    for (ssize_t length = 0; (length = read(ends[0], buffer.data(), buffer.size())) > 0;) {
         text.append(buffer.data(), static_cast<std::size_t>(length));
+    }
     close(ends[0]);
     int status = 0;
     waitpid(child, &status, 0);
-    if (!WIFEXITED(status))
+    if (!WIFEXITED(status)) {
         return "ended by signal " + std::to_string(WTERMSIG(status));
+    }
     return text.empty() ? "no answer" : text.substr(0, text.size() - 1);
 }
 
@@ -73,20 +76,23 @@ void setTimer(decltype(ITIMER_REAL) which, long seconds) {
 TEST(HelperProcess, HasNoTimerButItsOwn) {
     const std::string complaint = complaintFromChild(
         [] {
-            for (const auto which : {ITIMER_REAL, ITIMER_VIRTUAL, ITIMER_PROF})
+            for (const auto which : {ITIMER_REAL, ITIMER_VIRTUAL, ITIMER_PROF}) {
                 setTimer(which, 3600);
+            }
         },
         []() -> std::string {
             for (const auto which : {ITIMER_VIRTUAL, ITIMER_PROF}) {
                 itimerval left = {};
                 getitimer(which, &left);
-                if (left.it_value.tv_sec != 0 || left.it_value.tv_usec != 0 || left.it_interval.tv_sec != 0)
+                if (left.it_value.tv_sec != 0 || left.it_value.tv_usec != 0 || left.it_interval.tv_sec != 0) {
                     return "a timer of processor time";
+                }
             }
             itimerval left = {};
             getitimer(ITIMER_REAL, &left);
-            if (left.it_interval.tv_sec != 0 || left.it_value.tv_sec > 30 || left.it_value.tv_sec < 20)
+            if (left.it_interval.tv_sec != 0 || left.it_value.tv_sec > 30 || left.it_value.tv_sec < 20) {
                 return "another alarm";
+            }
             return {};
         });
     EXPECT_EQ(complaint, "");
@@ -98,8 +104,9 @@ TEST(HelperProcess, BlocksOnlyPipeAndTerminalStopSignals) {
             sigset_t all;
             sigfillset(&all);
             sigprocmask(SIG_SETMASK, &all, nullptr);
-            for (const int signal : {SIGTERM, SIGUSR1, SIGTSTP, SIGPROF})
+            for (const int signal : {SIGTERM, SIGUSR1, SIGTSTP, SIGPROF}) {
                 raise(signal);
+            }
         },
         []() -> std::string {
             sigset_t blocked;
@@ -108,8 +115,9 @@ TEST(HelperProcess, BlocksOnlyPipeAndTerminalStopSignals) {
             for (int signal = 1; signal < NSIG; ++signal) {
                 const bool isExpected =
                     signal == SIGPIPE || signal == SIGTTIN || signal == SIGTTOU || signal == SIGTSTP;
-                if ((sigismember(&blocked, signal) == 1) != isExpected)
+                if ((sigismember(&blocked, signal) == 1) != isExpected) {
                     wrong += std::to_string(signal) + ' ';
+                }
             }
             return wrong;
         });
@@ -117,8 +125,9 @@ TEST(HelperProcess, BlocksOnlyPipeAndTerminalStopSignals) {
 }
 
 TEST(HelperProcess, RaisesHardLimitsWhereItMay) {
-    if (!mayRaiseHardLimits())
+    if (!mayRaiseHardLimits()) {
         GTEST_SKIP() << "may not raise a hard limit here";
+    }
     const std::string complaint = complaintFromChild(
         [] {
             // A limit that leaves this process about a second of processor time.
@@ -134,13 +143,15 @@ TEST(HelperProcess, RaisesHardLimitsWhereItMay) {
             for (const auto resource : {RLIMIT_CPU, RLIMIT_FSIZE, RLIMIT_DATA}) {
                 rlimit limit = {};
                 getrlimit(resource, &limit);
-                if (limit.rlim_cur != RLIM_INFINITY || limit.rlim_max != RLIM_INFINITY)
+                if (limit.rlim_cur != RLIM_INFINITY || limit.rlim_max != RLIM_INFINITY) {
                     return "limit " + std::to_string(static_cast<int>(resource));
+                }
             }
             rlimit descriptors = {};
             getrlimit(RLIMIT_NOFILE, &descriptors);
-            if (descriptors.rlim_cur < 16)
+            if (descriptors.rlim_cur < 16) {
                 return "too few descriptors";
+            }
             return {};
         });
     EXPECT_EQ(complaint, "");
@@ -153,8 +164,9 @@ TEST(HelperProcess, RaisesSoftLimitsWhateverItIs) {
             getrlimit(RLIMIT_NOFILE, &limit);
             limit.rlim_cur = 20;
             setrlimit(RLIMIT_NOFILE, &limit);
-            if (geteuid() == 0 && setuid(65534) != 0)
+            if (geteuid() == 0 && setuid(65534) != 0) {
                 _exit(2);
+            }
         },
         []() -> std::string {
             rlimit limit = {};
@@ -165,28 +177,33 @@ TEST(HelperProcess, RaisesSoftLimitsWhateverItIs) {
 }
 
 TEST(HelperProcess, DoesNotTakeBackRightsThatWereGivenUp) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "only root has rights to give up";
+    }
     const std::string complaint = complaintFromChild(
         [] {
-            if (setreuid(0, 65534) != 0)
+            if (setreuid(0, 65534) != 0) {
                 _exit(2);
+            }
         },
         []() -> std::string {
-            if (getuid() != 0 || geteuid() != 65534)
+            if (getuid() != 0 || geteuid() != 65534) {
                 return std::to_string(getuid()) + ' ' + std::to_string(geteuid());
+            }
             return {};
         });
     EXPECT_EQ(complaint, "");
 }
 
 TEST(HelperProcess, ShedsTheCallersIdentity) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "only root can give another identity";
+    }
     const std::string complaint = complaintFromChild(
         [] {
-            if (setreuid(65534, 0) != 0)
+            if (setreuid(65534, 0) != 0) {
                 _exit(2);
+            }
         },
         []() -> std::string { return getuid() == 0 && geteuid() == 0 ? "" : "still the caller's"; });
     EXPECT_EQ(complaint, "");
@@ -208,8 +225,9 @@ TEST(HelperProcess, IsPreparedWithItsDescriptorsClosed) {
 #ifdef __linux__
 
 TEST(HelperProcess, IsScheduledAsUsual) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "only root may lower a niceness";
+    }
 
     struct Row {
         int schedulingClass;

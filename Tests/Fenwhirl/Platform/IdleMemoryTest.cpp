@@ -23,8 +23,9 @@ namespace {
 long kilobytes(const std::string& kind) {
     std::ifstream status("/proc/self/status");
     for (std::string line; std::getline(status, line);) {
-        if (line.rfind(kind + ":", 0) == 0)
+        if (line.rfind(kind + ":", 0) == 0) {
             return std::strtol(line.c_str() + kind.size() + 1, nullptr, 10);
+        }
     }
     return -1;
 }
@@ -101,16 +102,18 @@ TEST(IdleMemory, CanBeGivenBackWhileOthersWork) {
     std::thread worker([&] {
         std::map<int, std::string> numbers;
         while (!ends) {
-            for (int i = 0; i < 100; ++i)
+            for (int i = 0; i < 100; ++i) {
                 numbers[i] = std::to_string(i * rounds);
+            }
             ++rounds;
         }
     });
     for (int i = 0; i < 50; ++i) {
         const long seen = rounds;
         releaseIdleMemory();
-        while (rounds == seen)
+        while (rounds == seen) {
             std::this_thread::yield();
+        }
     }
     ends = true;
     worker.join();

@@ -59,8 +59,9 @@ TEST(PreferencesText, ValuesOfUnknownFormAreKeptAsTheyAre) {
     const auto values = decodePreferences(text);
     ASSERT_TRUE(values);
     EXPECT_EQ(values->size(), 7U);
-    for (const auto& [name, value] : *values)
+    for (const auto& [name, value] : *values) {
         EXPECT_EQ(std::holds_alternative<UnknownPreference>(value), name != QStringLiteral("a"))
             << name.toStdString();
+    }
     EXPECT_EQ(QJsonDocument::fromJson(encodePreferences(*values)), QJsonDocument::fromJson(text));
 }

@@ -32,8 +32,9 @@ TEST(ProcessListingTable, ListsThisProcess) {
     bool found = false;
     for (const QByteArray& line : listing->split('\n')) {
         const QList<QByteArray> fields = line.simplified().split(' ');
-        if (fields.first() != pid)
+        if (fields.first() != pid) {
             continue;
+        }
         found = true;
         ASSERT_GE(fields.size(), 4);
         bool isNumber = false;

@@ -77,8 +77,9 @@ protected:
 
     void waitForCall() {
         const QDeadlineTimer deadline(60'000);
-        while (manager.calls.isEmpty() && !deadline.hasExpired())
+        while (manager.calls.isEmpty() && !deadline.hasExpired()) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        }
     }
 
     static QProcess* bus;

@@ -18,8 +18,9 @@ namespace {
 QByteArray waitForFile(const std::string& path) {
     const QDeadlineTimer deadline(60'000);
     QFile file(QString::fromStdString(path));
-    while (!file.exists() && !deadline.hasExpired())
+    while (!file.exists() && !deadline.hasExpired()) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+    }
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 

@@ -87,8 +87,9 @@ public:
 
     void end(const QString& session) {
         active.remove(session);
-        if (ofProcess == session)
+        if (ofProcess == session) {
             ofProcess.clear();
+        }
         tell(QStringLiteral("SessionRemoved"), session);
     }
 
@@ -122,14 +123,17 @@ private:
     QVariant answerTo(const QDBusMessage& message) {
         const QString method = message.member();
         const QVariantList arguments = message.arguments();
-        if (method == QStringLiteral("GetSessionByPID"))
+        if (method == QStringLiteral("GetSessionByPID")) {
             return arguments[0] == QVariant(process) && active.contains(ofProcess) ? object(pathOf(ofProcess))
                                                                                    : QVariant();
-        if (method == QStringLiteral("GetSession"))
+        }
+        if (method == QStringLiteral("GetSession")) {
             return active.contains(arguments[0].toString()) ? object(pathOf(arguments[0].toString()))
                                                             : QVariant();
-        if (method == QStringLiteral("GetUser"))
+        }
+        if (method == QStringLiteral("GetUser")) {
             return knowsUser && arguments[0] == QVariant(user) ? object(userPath()) : QVariant();
+        }
         if (message.path() == userPath() && arguments[1] == QVariant(QStringLiteral("Display"))) {
             QDBusArgument value;
             value.beginStructure();
@@ -138,11 +142,13 @@ private:
             return QVariant::fromValue(QDBusVariant(QVariant::fromValue(value)));
         }
         for (auto session = active.cbegin(); session != active.cend(); ++session) {
-            if (message.path() != pathOf(session.key()))
+            if (message.path() != pathOf(session.key())) {
                 continue;
+            }
             const QVariant isActive = strange.isValid() ? strange : QVariant(session.value());
-            if (method == QStringLiteral("Get"))
+            if (method == QStringLiteral("Get")) {
                 return QVariant::fromValue(QDBusVariant(isActive));
+            }
             return QVariantMap{{QStringLiteral("Active"), isActive},
                                {QStringLiteral("Class"), session.key() == QStringLiteral("9")
                                                              ? QStringLiteral("manager")

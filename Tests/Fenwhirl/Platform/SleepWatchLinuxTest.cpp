@@ -72,20 +72,22 @@ public:
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         asker = message.service();
-        if (message.member() == QStringLiteral("Inhibit"))
+        if (message.member() == QStringLiteral("Inhibit")) {
             asked << message.arguments();
-        else
+        } else {
             ++looks;
-        if (!answers)
+        }
+        if (!answers) {
             message.setDelayedReply(true);
-        else if (message.member() == QStringLiteral("Get"))
+        } else if (message.member() == QStringLiteral("Get")) {
             connection.send(message.createReply(
                 QVariant::fromValue(QDBusVariant(strange.isValid() ? strange : QVariant(isAboutToSleep)))));
-        else if (givesLocks)
+        } else if (givesLocks) {
             connection.send(message.createReply(newLock()));
-        else
+        } else {
             connection.send(message.createErrorReply(
                 QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"), QString()));
+        }
         return true;
     }
 
@@ -101,8 +103,9 @@ private:
     }
 
     void forgetLock() {
-        if (lock_ >= 0)
+        if (lock_ >= 0) {
             close(lock_);
+        }
         lock_ = -1;
     }
 

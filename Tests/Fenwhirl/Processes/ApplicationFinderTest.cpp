@@ -51,8 +51,9 @@ protected:
                              [this](qint32 pid) -> std::optional<ProcessOrigin> {
                                  ++reads;
                                  const auto found = processes.find(pid);
-                                 if (found == processes.end())
+                                 if (found == processes.end()) {
                                      return std::nullopt;
+                                 }
                                  const FakeProcess& process = found->second;
                                  return ProcessOrigin{.controlGroup = process.group,
                                                       .arguments = [&process] { return process.arguments; },
@@ -152,12 +153,14 @@ TEST_F(ApplicationFinderTest, AsksSeldomAndNoticesAMoveAndAnotherProcess) {
     addEntry(u"tool"_s, tool);
     addEntry(u"other"_s, u"nothing"_s);
     processes[1] = {};
-    for (int look = 0; look < 100; ++look)
+    for (int look = 0; look < 100; ++look) {
         EXPECT_TRUE(find(1, tool));
+    }
     EXPECT_LT(reads, 25);
     processes[1].group = u"/app-other-1.scope"_s;
-    for (int look = 0; look < 8; ++look)
+    for (int look = 0; look < 8; ++look) {
         static_cast<void>(find(1, tool));
+    }
     EXPECT_EQ(nameOf(1, tool), u"Name of other"_s);
     processes[1].group.clear();
     EXPECT_EQ(find(1, tool, 2)->name, u"Name of tool"_s) << "another one that was given the number";

@@ -15,8 +15,9 @@ QString inSession(const QString& unit) {
 TEST(ControlGroup, IsThatOfTheUnifiedHierarchyOrOfSystemdsOwn) {
     EXPECT_EQ(controlGroupIn("0::/user.slice/a b\n"), u"/user.slice/a b"_s);
     EXPECT_EQ(controlGroupIn("12:pids:/x\n1:name=systemd:/user.slice/y\n0::/\n"), u"/user.slice/y"_s);
-    for (const char* const text : {"", "0::/\n", "nonsense", "0:", ":::\n\n", "1:name=systemd"})
+    for (const char* const text : {"", "0::/\n", "nonsense", "0:", ":::\n\n", "1:name=systemd"}) {
         EXPECT_EQ(controlGroupIn(text), QString()) << text;
+    }
 }
 
 TEST(ControlGroup, NamesTheApplicationWithAndWithoutItsLauncher) {
@@ -49,8 +50,9 @@ TEST(ControlGroup, OtherUnitsNameNone) {
     for (const QString& group :
          {QString(), u"/"_s, u"/init.scope"_s, u"/system.slice/cron.service"_s, u"/app-"_s, u"/app-.scope"_s,
           u"/app-1.scope"_s, u"/app--1.scope"_s, u"/app-@.service"_s, u".scope"_s, u"/.service"_s,
-          u"/app-org.gnome.Terminal.slice/vte-spawn-1.scope"_s})
+          u"/app-org.gnome.Terminal.slice/vte-spawn-1.scope"_s}) {
         EXPECT_EQ(applicationIdsIn(group), QStringList()) << group.toStdString();
+    }
 }
 
 TEST(ControlGroup, NamesASnapAndItsProgram) {
@@ -62,8 +64,9 @@ TEST(ControlGroup, NamesASnapAndItsProgram) {
     EXPECT_EQ(snapIn(inSession(u"snap.code.url-handler.01234567.scope"_s)),
               (SnapName{u"code"_s, u"url-handler"_s}));
     for (const QString& unit :
-         {u"snap.scope"_s, u"snap..scope"_s, u"snap..a.scope"_s, u"snapper.service"_s, QString()})
+         {u"snap.scope"_s, u"snap..scope"_s, u"snap..a.scope"_s, u"snapper.service"_s, QString()}) {
         EXPECT_EQ(snapIn(u'/' + unit), std::nullopt) << unit.toStdString();
+    }
 }
 
 TEST(ControlGroup, KnowsTheDesktopItself) {

@@ -57,8 +57,9 @@ TEST(DesktopEntry, ThatIsBrokenOrHiddenIsNone) {
           "[Desktop Entry]\nType=Application\nName=  \n", "[Other]\nType=Application\nName=x",
           "[Desktop Entry]\nType=Application\nName=x\nHidden=true\n",
           "[Desktop Entry\nType=Application\nName=x", "\xff\xfe[\0D", "=\n=x\n[",
-          "[Desktop Entry]\n=Application\nName[=x\nName[]=y\n"})
+          "[Desktop Entry]\n=Application\nName[=x\nName[]=y\n"}) {
         EXPECT_FALSE(parseDesktopEntry(text)) << text;
+    }
 }
 
 TEST(DesktopEntry, ItsCommandIsTakenApart) {
@@ -88,8 +89,9 @@ TEST(DesktopEntry, TheScriptOfAnInterpreterIsFound) {
     EXPECT_EQ(script("perl -w -- script.pl"), u"script.pl"_s);
     for (const char* const none :
          {"", "python3", "python3 -c pass", "bash", "bash -c ls", "perl -e 1", "gcc file.c",
-          "python3-config x", "java -cp x", "python3 -m", "python3 --", "pythonista a"})
+          "python3-config x", "java -cp x", "python3 -m", "python3 --", "pythonista a"}) {
         EXPECT_EQ(script(none), u"none"_s) << none;
+    }
 }
 
 TEST_F(DesktopEntriesTest, AreFoundByTheirIdentifierAndTheFirstFolderCounts) {
@@ -161,8 +163,9 @@ TEST_F(DesktopEntriesTest, OfSeveralForOneProgramTheVisibleAndSimplestIsUsed) {
 }
 
 TEST_F(DesktopEntriesTest, OfLaunchersAndBareInterpretersAreNotTheirs) {
-    for (const QString& name : {u"flatpak"_s, u"python3"_s, u"bash"_s})
+    for (const QString& name : {u"flatpak"_s, u"python3"_s, u"bash"_s}) {
         write(u"bin/"_s + name, "");
+    }
     write(u"app/app.py"_s, "");
     writeEntry(u"mine/org.pak.desktop"_s, u"flatpak run org.pak"_s);
     writeEntry(u"mine/python.desktop"_s, u"python3"_s);
@@ -172,8 +175,9 @@ TEST_F(DesktopEntriesTest, OfLaunchersAndBareInterpretersAreNotTheirs) {
     const auto of = [&](const QString& name) {
         return entries.ofProgram(QFileInfo(at(name)).canonicalFilePath());
     };
-    for (const QString& name : {u"flatpak"_s, u"python3"_s, u"bash"_s})
+    for (const QString& name : {u"flatpak"_s, u"python3"_s, u"bash"_s}) {
         EXPECT_EQ(of(u"bin/"_s + name), nullptr) << name.toStdString();
+    }
     EXPECT_EQ(idOf(of(u"app/app.py"_s)), u"app"_s);
 }
 

@@ -59,12 +59,15 @@ TEST(ProcessListing, ReadsALineWithSpacesInThePathAndADecimalComma) {
 TEST(ProcessListing, ChargesProcessesToTheApplicationThatIsFoundForThem) {
     FoldContext context = contextOf(1);
     context.applicationOf = [](qint32 pid, QStringView path) -> std::optional<FoundApplication> {
-        if (pid < 10)
+        if (pid < 10) {
             return FoundApplication{u"Browser"_s, u"/share/browser.desktop"_s, true};
-        if (pid < 20)
+        }
+        if (pid < 20) {
             return FoundApplication{u"job.py"_s, QString(), true};
-        if (pid < 30)
+        }
+        if (pid < 30) {
             return FoundApplication{u"Fans"_s, u"/share/com.Fenwhirl.app.desktop"_s, true};
+        }
         EXPECT_FALSE(path.contains(u".app/"));
         return std::nullopt;
     };

@@ -126,8 +126,9 @@ public:
 
     pid_t start(std::vector<std::string> command) {
         std::vector<char*> arguments;
-        for (std::string& word : command)
+        for (std::string& word : command) {
             arguments.push_back(word.data());
+        }
         arguments.push_back(nullptr);
         posix_spawn_file_actions_t actions = {};
         posix_spawn_file_actions_init(&actions);

@@ -83,8 +83,9 @@ TEST(AppsPage, ShowsAnApplicationsIconAndTheGearsForWhatHasNone) {
     EXPECT_EQ(gears.pixelColor(25, 2), card);
     bool drawn = false;
     for (int x = 5; x < 23; ++x) {
-        for (int y = 5; y < 23; ++y)
+        for (int y = 5; y < 23; ++y) {
             drawn = drawn || gears.pixelColor(x, y) == QColor(0x9A, 0xA3, 0xB2);
+        }
     }
     EXPECT_TRUE(drawn);
 }

@@ -51,8 +51,9 @@ TEST(Dashboard, TheChartReadsEachSampleWithItsOwnTime) {
     Stage stage;
     stage.show();
     stage.world.smc.remove("TC0P");
-    for (int i = 0; i < 30; ++i)
+    for (int i = 0; i < 30; ++i) {
         stage.world.pollAfter(2); // a minute without a temperature
+    }
     stage.world.setCelsius(60);
     stage.world.pollAfter(2);
     stage.world.setCelsius(70);
@@ -69,8 +70,9 @@ TEST(Dashboard, TheChartReadsEachSampleWithItsOwnTime) {
     };
     const double last = stage.world.seconds();
     EXPECT_EQ(description(), QStringLiteral("50 °C – 70 °C"));
-    for (int i = 0; i < 20 && !stage.all(QAccessible::Chart).first()->state().focused; ++i)
+    for (int i = 0; i < 20 && !stage.all(QAccessible::Chart).first()->state().focused; ++i) {
         stage.press(Qt::Key_Tab);
+    }
     EXPECT_EQ(description(), clock(last) + QStringLiteral(", 70 °C"));
     stage.press(Qt::Key_Left);
     EXPECT_EQ(description(), clock(last - 8 * 3600) + QStringLiteral(", 60 °C"));
@@ -115,8 +117,9 @@ TEST(Dashboard, TheChartMarksTheAlertThresholdWhileAlertsAreOn) {
 
 TEST(Dashboard, TheTemperatureHasAFixedWidthAndTheSensorsTheRest) {
     Stage stage;
-    for (const char* key : {"TC1C", "TC2C", "TG0P", "TM0P", "TB0T"})
+    for (const char* key : {"TC1C", "TC2C", "TG0P", "TM0P", "TB0T"}) {
         stage.world.smc.setNumber(key, "sp78", 40);
+    }
     stage.show();
     static_cast<void>(stage.window().grabWindow());
     constexpr int page = 208 + 18; // the left edge of the page's cards
@@ -290,8 +293,9 @@ TEST(Dashboard, ThePresetMenuListsThePresetsInOrder) {
     stage.show();
     stage.click(QStringLiteral("Préréglage"), QAccessible::ComboBox);
     QStringList items;
-    for (QAccessibleInterface* item : stage.all(QAccessible::MenuItem))
+    for (QAccessibleInterface* item : stage.all(QAccessible::MenuItem)) {
         items.append(item->text(QAccessible::Name));
+    }
     EXPECT_EQ(items,
               QStringList({QStringLiteral("Auto"), QStringLiteral("Silencieux"), QStringLiteral("Équilibré"),
                            QStringLiteral("Jeu"), QStringLiteral("Max")}));

@@ -102,8 +102,9 @@ constexpr QColor accent(0x4F, 0xC3, 0xF7);
 // The colours of a fan's gauge at the two ends of its arc: lower left and lower right.
 std::pair<QColor, QColor> endsOfGauge(Stage& stage, int fan) {
     for (const QAccessibleInterface* item : stage.all(QAccessible::StaticText)) {
-        if (item->rect().size() != QSize(128, 128) || fan-- != 0)
+        if (item->rect().size() != QSize(128, 128) || fan-- != 0) {
             continue;
+        }
         const QPoint gauge = item->rect().topLeft() - stage.window().position();
         return {stage.colorAt(gauge + QPoint(23, 105)), stage.colorAt(gauge + QPoint(105, 105))};
     }
@@ -113,8 +114,9 @@ std::pair<QColor, QColor> endsOfGauge(Stage& stage, int fan) {
 
 TEST(FanCard, TheGaugeOfAFanWithoutARangeDividesByOne) {
     Stage stage;
-    for (const char* key : {"F0Mn", "F0Mx", "F1Mn", "F1Mx"})
+    for (const char* key : {"F0Mn", "F0Mx", "F1Mn", "F1Mx"}) {
         stage.world.smc.setNumber(key, "fpe2", 1200);
+    }
     stage.world.setFan(0, 1200);
     stage.world.setFan(1, 1201);
     stage.showPage(Page::fans);
@@ -137,17 +139,21 @@ TEST(FanCard, TheSteppersStopAtTheirBounds) {
     stage.monitor().setSetting(0, sensorSetting(35, 95));
     stage.showPage(Page::fans);
     ASSERT_EQ(stage.all(stepper).size(), 2);
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         stage.all(stepper).at(0)->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    }
     EXPECT_EQ(stage.monitor().setting(0).startTemp, 30);
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         stage.all(stepper).at(0)->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    }
     EXPECT_EQ(stage.monitor().setting(0).startTemp, 80);
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         stage.all(stepper).at(1)->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
+    }
     EXPECT_EQ(stage.monitor().setting(0).maxTemp, 100);
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         stage.all(stepper).at(1)->actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+    }
     EXPECT_EQ(stage.monitor().setting(0).maxTemp, 50);
     // Nothing prevents a start above the end.
     EXPECT_GT(stage.monitor().setting(0).startTemp, stage.monitor().setting(0).maxTemp);
@@ -215,14 +221,16 @@ TEST(FanCard, EveryControlClearsTheHighlightedPresetInThePanelToo) {
         stage.monitor().setSetting(1, setting);
         stage.showPage(Page::fans);
         stage.monitor().apply(Preset::balanced);
-        if (setting.mode == FanModeKind::constant)
+        if (setting.mode == FanModeKind::constant) {
             stage.monitor().apply(Preset::max);
+        }
         ASSERT_NE(stage.monitor().activePreset(), std::nullopt);
         use(stage);
         EXPECT_EQ(stage.monitor().activePreset(), std::nullopt);
         stage.show(menuPanelFile());
-        for (QAccessibleInterface* preset : stage.all(QAccessible::RadioButton))
+        for (QAccessibleInterface* preset : stage.all(QAccessible::RadioButton)) {
             EXPECT_FALSE(preset->state().checked) << preset->text(QAccessible::Name).toStdString();
+        }
     };
     change(sensorSetting(),
            [](Stage& stage) { stage.click(QStringLiteral("Auto"), QAccessible::RadioButton); });

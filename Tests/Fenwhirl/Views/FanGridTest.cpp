@@ -24,8 +24,9 @@ QList<QRect> cards(Stage& stage, int width) {
     static_cast<void>(stage.window().grabWindow()); // forces a layout
     QList<QRect> places;
     for (const QAccessibleInterface* group : stage.all(QAccessible::Grouping)) {
-        if (group->text(QAccessible::Name).startsWith(QStringLiteral("Ventilateur")))
+        if (group->text(QAccessible::Name).startsWith(QStringLiteral("Ventilateur"))) {
             places.append(group->rect());
+        }
     }
     return places;
 }

@@ -13,8 +13,9 @@ namespace {
 int ringsShown(const QQuickItem& item) {
     int rings = item.objectName() == QStringLiteral("focusRing") && item.isVisible() ? 1 : 0;
     const QList<QQuickItem*> children = item.childItems();
-    for (const QQuickItem* child : children)
+    for (const QQuickItem* child : children) {
         rings += ringsShown(*child);
+    }
     return rings;
 }
 
@@ -30,8 +31,9 @@ QString focused(Stage& stage) {
     const QQuickItem* item = stage.window().activeFocusItem();
     const QAccessibleInterface* control =
         QAccessible::queryAccessibleInterface(const_cast<QQuickItem*>(item));
-    if (control == nullptr)
+    if (control == nullptr) {
         return {};
+    }
     return described(*control);
 }
 
@@ -51,8 +53,9 @@ QStringList controls(Stage& stage) {
         QAccessible::StaticText, QAccessible::Chart};
     for (const QAccessible::Role role : roles) {
         for (const QAccessibleInterface* control : stage.all(role)) {
-            if (control->state().focusable && !control->state().disabled && isStop(*control))
+            if (control->state().focusable && !control->state().disabled && isStop(*control)) {
                 found.append(described(*control));
+            }
         }
     }
     found.sort();
@@ -67,10 +70,12 @@ QStringList tabStops(Stage& stage, Qt::KeyboardModifiers modifiers = {}) {
     for (int i = 0; i < 200; ++i) {
         QTest::keyClick(&stage.window(), modifiers ? Qt::Key_Backtab : Qt::Key_Tab, modifiers);
         const QQuickItem* now = stage.window().activeFocusItem();
-        if (now == first)
+        if (now == first) {
             return visited;
-        if (first == nullptr)
+        }
+        if (first == nullptr) {
             first = now;
+        }
         visited.append(focused(stage));
         EXPECT_EQ(ringsShown(*stage.window().contentItem()), 1) << "at " << visited.last().toStdString();
     }
@@ -142,8 +147,9 @@ TEST(KeyboardInTheSidebar, ArrowsLeadFromPageToPage) {
     EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Capteurs"));
     EXPECT_EQ(stage.monitor().selectedPage(), Page::sensors);
     EXPECT_EQ(ringsShown(*stage.window().contentItem()), 1);
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         stage.press(Qt::Key_Up);
+    }
     EXPECT_EQ(stage.monitor().selectedPage(), Page::dashboard); // the arrow keys stop there
     stage.press(Qt::Key_End);
     EXPECT_EQ(stage.monitor().selectedPage(), Page::settings);
@@ -227,8 +233,9 @@ TEST(KeyboardInTheWindow, TheFocusStaysWithAnApplicationThatIsOvertakenAndSoDoes
     AppLoad alfa = runningApp(QStringLiteral("Alfa"), 20, 82, true, 100);
     stage.setApps({beta, alfa});
     stage.showPage(Page::apps);
-    for (int i = 0; i < 20 && focused(stage).section(u' ', 1) != QStringLiteral("Beta"); ++i)
+    for (int i = 0; i < 20 && focused(stage).section(u' ', 1) != QStringLiteral("Beta"); ++i) {
         stage.press(Qt::Key_Tab);
+    }
     const QQuickItem* before = stage.window().activeFocusItem();
     alfa.cpu = 70;
     stage.setApps({alfa, beta});
@@ -269,8 +276,9 @@ TEST(KeyboardInThePanel, ArrowsChooseFromPresetToPresetAndSpaceTheOneThatHasTheF
 TEST(KeyboardInThePanel, ArrowsMoveAFansSpeedByOneStep) {
     Stage stage;
     stage.show(menuPanelFile());
-    while (focused(stage).section(u' ', 1) != QStringLiteral("Ventilateur gauche"))
+    while (focused(stage).section(u' ', 1) != QStringLiteral("Ventilateur gauche")) {
         stage.press(Qt::Key_Tab);
+    }
     stage.press(Qt::Key_Right);
     EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::constant);
     EXPECT_EQ(stage.monitor().setting(0).constantRPM, 2050);
@@ -281,12 +289,14 @@ TEST(KeyboardInThePanel, ArrowsMoveAFansSpeedByOneStep) {
 TEST(KeyboardInThePanel, ReturnPressesItsButtonsAndEscapeClosesFromAnywhere) {
     Stage stage;
     stage.show(menuPanelFile());
-    while (focused(stage).section(u' ', 1) != QStringLiteral("Ouvrir Fenwhirl"))
+    while (focused(stage).section(u' ', 1) != QStringLiteral("Ouvrir Fenwhirl")) {
         stage.press(Qt::Key_Tab);
+    }
     stage.press(Qt::Key_Return);
     EXPECT_EQ(stage.timesOpenedMain, 1);
-    while (focused(stage).section(u' ', 1) != QStringLiteral("Ventilateur droit"))
+    while (focused(stage).section(u' ', 1) != QStringLiteral("Ventilateur droit")) {
         stage.press(Qt::Key_Tab);
+    }
     stage.press(Qt::Key_Escape);
     EXPECT_FALSE(stage.window().isVisible());
 }

@@ -16,8 +16,9 @@ using Scene = std::function<void(Stage& stage)>;
 QStringList everythingSaid(Stage& stage) {
     static_cast<void>(stage.window().grabWindow());
     QStringList said = stage.texts() + stage.descriptions();
-    for (const ShownText& text : shownTexts(stage.window()))
+    for (const ShownText& text : shownTexts(stage.window())) {
         said.append(text.text);
+    }
     return said;
 }
 
@@ -133,8 +134,9 @@ TEST(LanguageChange, ReachesEveryStepOfTheIntroduction) {
             stage.onboarded = false;
             stage.world.helper.installed = false;
             stage.show();
-            for (int i = 0; i < steps; ++i)
+            for (int i = 0; i < steps; ++i) {
                 stage.press(Qt::Key_Return);
+            }
         });
     }
 }

@@ -71,8 +71,9 @@ TEST(LargeMachine, ThirtyCurvesAndThirtyRowsInThePanelAreThereInAThirdOfASecond)
     stage.start();
     FanSetting setting;
     setting.mode = FanModeKind::sensor;
-    for (int fan = 0; fan < 30; ++fan)
+    for (int fan = 0; fan < 30; ++fan) {
         stage.monitor().setSetting(fan, setting);
+    }
     stage.show();
     stage.draw();
     stage.showFans(30);

@@ -18,8 +18,9 @@ TEST(MainWindow, TheSidebarListsThePagesInOrder) {
     Stage stage;
     stage.show();
     QStringList titles;
-    for (QAccessibleInterface* tab : stage.all(QAccessible::PageTab))
+    for (QAccessibleInterface* tab : stage.all(QAccessible::PageTab)) {
         titles.append(tab->text(QAccessible::Name));
+    }
     EXPECT_EQ(titles, QStringList({QStringLiteral("Tableau de bord"), QStringLiteral("Ventilateurs"),
                                    QStringLiteral("Capteurs"), QStringLiteral("Applications"),
                                    QStringLiteral("Préréglages"), QStringLiteral("Alertes"),
@@ -43,8 +44,9 @@ TEST(MainWindow, TheSelectedRowAloneIsTintedAndRowsFollowTheHeader) {
         return Fenwhirl::palette(true)[static_cast<std::size_t>(which)];
     };
     QList<QRect> rows;
-    for (QAccessibleInterface* tab : stage.all(QAccessible::PageTab))
+    for (QAccessibleInterface* tab : stage.all(QAccessible::PageTab)) {
         rows.append(QRect(stage.window().mapFromGlobal(tab->rect().topLeft()), tab->rect().size()));
+    }
     for (int i = 0; i < rows.size(); ++i) {
         // The header is 32 high and begins at 34. After 18 points the rows follow, each 40 high and 2 apart.
         EXPECT_EQ(rows.at(i), QRect(10, 34 + 32 + 18 + 42 * i, 188, 40));
@@ -122,8 +124,9 @@ TEST(MainWindow, HasItsTitleAndNeverGetsTooSmall) {
 // Whether a press at this point and a drag of 60 points move the window.
 bool dragsTheWindow(Stage& stage, QPoint from) {
     QTest::mousePress(&stage.window(), Qt::LeftButton, {}, from);
-    for (int way = 10; way <= 60; way += 10)
+    for (int way = 10; way <= 60; way += 10) {
         QTest::mouseMove(&stage.window(), from + QPoint(way, way / 2));
+    }
     // The pages have drag handlers as well, but only for fingers.
     const auto handlers = stage.window().findChildren<QObject*>();
     const bool active = std::any_of(handlers.begin(), handlers.end(), [](const QObject* object) {

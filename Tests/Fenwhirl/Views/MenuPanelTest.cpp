@@ -19,8 +19,9 @@ constexpr auto chip = QAccessible::RadioButton;
 
 TEST(MenuPanel, ShowsAtMostThreeTemperatures) {
     Stage stage;
-    for (const char* key : {"TC1C", "TC2C", "TG0P", "TM0P"})
+    for (const char* key : {"TC1C", "TC2C", "TG0P", "TM0P"}) {
         stage.world.smc.setNumber(key, "sp78", 40);
+    }
     stage.show(menuPanelFile());
     EXPECT_EQ(stage.models().machine()->featured()->count(), 5);
     EXPECT_EQ(stage.all(QAccessible::ListItem).size(), 3);
@@ -72,8 +73,9 @@ TEST(MenuPanel, WithoutFansThePresetsStillShow) {
     stage.show(menuPanelFile());
     EXPECT_TRUE(stage.all(slider).isEmpty());
     QStringList titles;
-    for (QAccessibleInterface* preset : stage.all(chip))
+    for (QAccessibleInterface* preset : stage.all(chip)) {
         titles.append(preset->text(QAccessible::Name));
+    }
     EXPECT_EQ(titles,
               QStringList({QStringLiteral("Auto"), QStringLiteral("Silencieux"), QStringLiteral("Équilibré"),
                            QStringLiteral("Jeu"), QStringLiteral("Max")}));
@@ -82,8 +84,9 @@ TEST(MenuPanel, WithoutFansThePresetsStillShow) {
 TEST(MenuPanel, AClickOnAPresetAppliesAndMarksIt) {
     Stage stage;
     stage.show(menuPanelFile());
-    for (QAccessibleInterface* preset : stage.all(chip))
+    for (QAccessibleInterface* preset : stage.all(chip)) {
         EXPECT_FALSE(preset->state().checked);
+    }
     stage.click(QStringLiteral("Jeu"), chip);
     EXPECT_EQ(stage.monitor().activePreset(), Preset::game);
     EXPECT_TRUE(stage.find(QStringLiteral("Jeu"), chip)->state().checked);
@@ -180,8 +183,9 @@ TEST(MenuPanel, TheSymbolOfAFansModeLeadsBackToAutomaticAndKeepsTheRest) {
 // The number of fan rows that are at least partly visible.
 int fansInView(Stage& stage, const QRect& list) {
     int seen = 0;
-    for (const QAccessibleInterface* fan : stage.all(slider))
+    for (const QAccessibleInterface* fan : stage.all(slider)) {
         seen += list.intersects(fan->rect()) ? 1 : 0;
+    }
     return seen;
 }
 
@@ -208,10 +212,12 @@ TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
     EXPECT_GE(fansInView(stage, list), 2);
     // The keyboard brings the last fan into view, and only the list scrolls.
     while (QAccessible::queryAccessibleInterface(stage.window().activeFocusItem()) == nullptr ||
-           QAccessible::queryAccessibleInterface(stage.window().activeFocusItem())->role() != slider)
+           QAccessible::queryAccessibleInterface(stage.window().activeFocusItem())->role() != slider) {
         stage.press(Qt::Key_Tab);
-    for (int i = 1; i < fans; ++i)
+    }
+    for (int i = 1; i < fans; ++i) {
         stage.press(Qt::Key_Tab);
+    }
     static_cast<void>(stage.window().grabWindow());
     EXPECT_TRUE(list.contains(stage.all(slider).last()->rect())) << stage.all(slider).last()->rect().top();
     EXPECT_EQ(quit(), quitBefore);

@@ -31,8 +31,9 @@ TEST(Onboarding, GoesThroughItsThreeStepsOnce) {
 TEST(Onboarding, FadesAwayAndLeavesTheWindowToThePointer) {
     Newcomer stage;
     stage.show();
-    for (const char* label : {"Suivant", "Suivant"})
+    for (const char* label : {"Suivant", "Suivant"}) {
         stage.click(QString::fromUtf8(label));
+    }
     stage.setReducedMotion(false);
     stage.click(QStringLiteral("Commencer"));
     EXPECT_TRUE(stage.shows(QStringLiteral("Tout est prêt"))) << "it has only begun to fade";
@@ -51,8 +52,9 @@ TEST(Onboarding, SkippingTheHelperLeavesTheOfferToTheBanners) {
     Newcomer stage;
     stage.world.helper.installed = false;
     stage.show();
-    for (const char* label : {"Suivant", "Suivant", "Commencer"})
+    for (const char* label : {"Suivant", "Suivant", "Commencer"}) {
         stage.click(QString::fromUtf8(label));
+    }
     EXPECT_EQ(stage.world.helper.installs, 0);
     stage.monitor().apply(Preset::game);
     stage.poll();

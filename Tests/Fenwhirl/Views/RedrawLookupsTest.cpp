@@ -57,8 +57,9 @@ double microsecondsOf(const QStringList& keys) {
     constexpr int rounds = 20;
     const double begin = processorMicroseconds();
     for (int round = 0; round < rounds; ++round) {
-        for (const QString& key : keys)
+        for (const QString& key : keys) {
             static_cast<void>(realLookup(key));
+        }
     }
     return (processorMicroseconds() - begin) / rounds;
 }
@@ -77,8 +78,9 @@ qsizetype tell(Stage& stage, const char* what) {
 
 void fill(Stage& stage) {
     for (const char* const key :
-         {"TCXC", "TCGC", "TG0P", "TM0P", "TH0A", "TB0T", "Ts0P", "Th0H", "TaLP", "Tp01"})
+         {"TCXC", "TCGC", "TG0P", "TM0P", "TH0A", "TB0T", "Ts0P", "Th0H", "TaLP", "Tp01"}) {
         stage.world.smc.setNumber(key, "sp78", 40);
+    }
     stage.start();
     FanSetting setting;
     setting.mode = FanModeKind::sensor;
@@ -103,8 +105,9 @@ TEST(RedrawLookups, TakeNoVisibleTime) {
             // Change everything that can change.
             const double celsius = 50 + static_cast<double>(page);
             stage.world.setCelsius(celsius);
-            for (const char* const key : {"TCXC", "TG0P", "TM0P", "TH0A"})
+            for (const char* const key : {"TCXC", "TG0P", "TM0P", "TH0A"}) {
                 stage.world.smc.setNumber(key, "sp78", celsius - 3);
+            }
             stage.world.setFan(0, 2000 + celsius);
             stage.world.setFan(1, 3000 + celsius);
             stage.poll();

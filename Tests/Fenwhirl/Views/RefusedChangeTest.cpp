@@ -25,8 +25,9 @@ TEST_P(OnEveryPageThatChangesFans, ARefusedChangeIsToldAboveTheContentUntilItIsC
     const int bottom = banner->rect().bottom();
     for (const QAccessible::Role role :
          {QAccessible::RadioButton, QAccessible::Slider, QAccessible::CheckBox}) {
-        for (const QAccessibleInterface* control : stage.all(role))
+        for (const QAccessibleInterface* control : stage.all(role)) {
             EXPECT_GT(control->rect().top(), bottom) << control->text(QAccessible::Name).toStdString();
+        }
     }
     stage.click(QStringLiteral("Fermer"));
     EXPECT_FALSE(stage.shows(refused));

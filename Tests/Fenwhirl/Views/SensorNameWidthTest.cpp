@@ -30,10 +30,12 @@ std::set<std::string> temperatureKeys() {
         for (const simulated::KeyRecord& key :
              machine ? machine->keys : std::vector<simulated::KeyRecord>{}) {
             std::string name;
-            for (const unsigned shift : {24U, 16U, 8U, 0U})
+            for (const unsigned shift : {24U, 16U, 8U, 0U}) {
                 name += static_cast<char>((key.code >> shift) & 0xFFU);
-            if (name.front() == 'T')
+            }
+            if (name.front() == 'T') {
                 keys.insert(name);
+            }
         }
     }
     return keys;
@@ -48,8 +50,9 @@ TEST(SensorNames, FitTheirColumnInEveryLanguage) {
         for (const std::string& key : keys) {
             const QString name = SensorLabel::name(QString::fromStdString(key));
             // One of the French source texts, which are fixed. Its tooltip shows it in full.
-            if (name == QStringLiteral("Contrôleur de plateforme"))
+            if (name == QStringLiteral("Contrôleur de plateforme")) {
                 continue;
+            }
             EXPECT_LE(metrics.horizontalAdvance(name), columnWidth)
                 << rawValue(language) << ": " << name.toStdString();
         }

@@ -59,20 +59,23 @@ TEST(SensorsSorted, AreAscendingByNameAndEqualNamesKeepTheirOrder) {
                                         {QStringLiteral("TA2P"), 23}};
     const QList<SensorListEntry> rows = shownSortedByName(sensors);
     QStringList names;
-    for (const SensorListEntry& row : rows)
+    for (const SensorListEntry& row : rows) {
         names.append(row.name);
+    }
     QStringList sorted = names;
     std::stable_sort(sorted.begin(), sorted.end());
     EXPECT_EQ(names, sorted);
     QList<int> ofEqualName;
     for (const SensorListEntry& row : rows) {
-        if (row.name == shown(sensors.at(1)).name)
+        if (row.name == shown(sensors.at(1)).name) {
             ofEqualName.append(static_cast<int>(row.fraction * 100 + 0.5));
+        }
     }
     QList<int> inReadingOrder;
     for (const SensorState& sensor : sensors) {
-        if (shown(sensor).name == shown(sensors.at(1)).name)
+        if (shown(sensor).name == shown(sensors.at(1)).name) {
             inReadingOrder.append(static_cast<int>(sensor.celsius));
+        }
     }
     EXPECT_EQ(ofEqualName, inReadingOrder);
 }
@@ -144,8 +147,9 @@ TEST(SensorsPage, ListsThemByNameWithTheirCount) {
     stage.showPage(Page::sensors);
     EXPECT_TRUE(stage.shows(QStringLiteral("3 capteurs de température")));
     QStringList names;
-    for (QAccessibleInterface* row : stage.all(QAccessible::ListItem))
+    for (QAccessibleInterface* row : stage.all(QAccessible::ListItem)) {
         names.append(row->text(QAccessible::Name).section(u' ', 0, 0));
+    }
     EXPECT_EQ(names, QStringList({QStringLiteral("Batterie"), QStringLiteral("Mémoire"),
                                   QStringLiteral("Processeur")}));
 }
@@ -163,9 +167,10 @@ TEST(SensorsPage, ABarIsHotFromEightyDegreesAndFullFromAHundred) {
     const auto ends = [&stage](const QString& name) {
         for (QAccessibleInterface* row : stage.all(QAccessible::ListItem)) {
             const QRect place = row->rect().translated(-stage.window().position());
-            if (row->text(QAccessible::Name).startsWith(name))
+            if (row->text(QAccessible::Name).startsWith(name)) {
                 return std::pair(stage.colorAt({place.left() + 156 + 5, place.center().y()}),
                                  stage.colorAt({place.right() - 52 - 6 - 5, place.center().y()}));
+            }
         }
         ADD_FAILURE() << "there is no " << name.toStdString();
         return std::pair(QColor(), QColor());
@@ -200,8 +205,9 @@ TEST(SensorsPage, TellsHowHotItWasInTheLastTenMinutes) {
     EXPECT_FALSE(marked(65));
     stage.world.pollAfter(590); // a sleep short enough for the record to be kept
     EXPECT_EQ(row(), QStringLiteral("50 – 71 °C"));
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 20; ++i) {
         stage.world.pollAfter(2); // the same reading again and again
+    }
     EXPECT_EQ(row(), QStringLiteral("55 – 55 °C"));
     EXPECT_FALSE(marked(71));
     stage.world.setCelsius(40);
@@ -211,26 +217,30 @@ TEST(SensorsPage, TellsHowHotItWasInTheLastTenMinutes) {
 
 TEST(SensorsPage, SensorsOfOneNameKeepTheOrderOfTheirReadings) {
     Stage stage;
-    for (const auto& [key, celsius] : {std::pair("TH0P", 25), std::pair("TH0A", 24), std::pair("TH0a", 26)})
+    for (const auto& [key, celsius] : {std::pair("TH0P", 25), std::pair("TH0A", 24), std::pair("TH0a", 26)}) {
         stage.world.smc.setNumber(key, "sp78", celsius);
+    }
     stage.showPage(Page::sensors);
     QStringList expected;
     QString name;
     for (const SensorState& sensor : stage.monitor().sensors()) {
         const SensorListEntry row = shown(sensor);
-        if (sensor.id == QStringLiteral("TH0A"))
+        if (sensor.id == QStringLiteral("TH0A")) {
             name = row.name;
+        }
     }
     for (const SensorState& sensor : stage.monitor().sensors()) {
         const SensorListEntry row = shown(sensor);
-        if (row.name == name)
+        if (row.name == name) {
             expected.append(row.name + u' ' + row.temperature);
+        }
     }
     ASSERT_GE(expected.size(), 2) << "there must be two of one name";
     QStringList found;
     for (QAccessibleInterface* row : stage.all(QAccessible::ListItem)) {
-        if (row->text(QAccessible::Name).startsWith(name))
+        if (row->text(QAccessible::Name).startsWith(name)) {
             found.append(row->text(QAccessible::Name));
+        }
     }
     EXPECT_EQ(found, expected);
 }

@@ -49,8 +49,9 @@ TEST(AlertsPage, TheThresholdsUnitStaysWhereItIsWhateverTheDigits) {
     const auto unit = [&stage] {
         static_cast<void>(stage.window().grabWindow());
         for (const ShownText& shown : shownTexts(stage.window())) {
-            if (shown.text == QStringLiteral("\u00a0°C"))
+            if (shown.text == QStringLiteral("\u00a0°C")) {
                 return shown.place.left();
+            }
         }
         ADD_FAILURE() << "there is no unit";
         return 0.0;

@@ -55,11 +55,13 @@ QRectF roomOf(const QQuickItem& text) {
     bool scrolls = false;
     double overhang = 0; // how far an item may extend into the spacing below it
     for (const QQuickItem* around = text.parentItem(); around != nullptr; around = around->parentItem()) {
-        if (around->inherits("QQuickFlickable"))
+        if (around->inherits("QQuickFlickable")) {
             scrolls = true;
+        }
         // An item without a size of its own only groups others and bounds nothing.
-        if (around->width() <= 0 || around->height() <= 0)
+        if (around->width() <= 0 || around->height() <= 0) {
             continue;
+        }
         QRectF bounds = around->mapRectToScene(QRectF(QPointF(), around->size()));
         overhang = std::max(overhang, around->property("overhang").toDouble());
         bounds.setBottom(bounds.bottom() + overhang);
@@ -73,8 +75,9 @@ QRectF roomOf(const QQuickItem& text) {
 }
 
 void collect(const QQuickItem& item, QList<ShownText>& into) {
-    if (!item.isVisible() || item.opacity() == 0)
+    if (!item.isVisible() || item.opacity() == 0) {
         return;
+    }
     if (isText(item) && !item.property("text").toString().isEmpty()) {
         into.append({.text = item.property("text").toString(),
                      .place = item.mapRectToScene(letters(item)),
@@ -83,17 +86,20 @@ void collect(const QQuickItem& item, QList<ShownText>& into) {
                      .explained = QByteArrayView(item.metaObject()->className()).startsWith("ElidedLabel"),
                      .wraps = item.property("wrapMode").toInt() != 0});
     }
-    for (const QQuickItem* child : item.childItems())
+    for (const QQuickItem* child : item.childItems()) {
         collect(*child, into);
+    }
 }
 
 // The item itself, or else the first visible item in it, whose type name begins with `type`.
 const QQuickItem* partOf(const QQuickItem& item, const QByteArray& type) {
-    if (item.isVisible() && QByteArrayView(item.metaObject()->className()).startsWith(type))
+    if (item.isVisible() && QByteArrayView(item.metaObject()->className()).startsWith(type)) {
         return &item;
+    }
     for (const QQuickItem* child : item.childItems()) {
-        if (const QQuickItem* const part = partOf(*child, type))
+        if (const QQuickItem* const part = partOf(*child, type)) {
             return part;
+        }
     }
     return nullptr;
 }
@@ -110,8 +116,9 @@ QString words(const QRectF& place) {
 
 QList<ShownText> shownTexts(QQuickWindow& window, const QByteArray& within) {
     QList<ShownText> texts;
-    if (const QQuickItem* const part = partOf(*window.contentItem(), within))
+    if (const QQuickItem* const part = partOf(*window.contentItem(), within)) {
         collect(*part, texts);
+    }
     return texts;
 }
 
@@ -120,12 +127,15 @@ QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBe
     QStringList faults;
     for (qsizetype i = 0; i < texts.size(); ++i) {
         const ShownText& shown = texts[i];
-        if (shown.cut && !mayBeCut.contains(shown.text))
+        if (shown.cut && !mayBeCut.contains(shown.text)) {
             faults.append(QStringLiteral("cut: \"%1\"").arg(shown.text));
-        if (shown.wraps && withNoBreakSpaces(shown.text) != shown.text)
+        }
+        if (shown.wraps && withNoBreakSpaces(shown.text) != shown.text) {
             faults.append(QStringLiteral("may begin a line with a unit: \"%1\"").arg(shown.text));
-        if (withApostrophes(shown.text) != shown.text)
+        }
+        if (withApostrophes(shown.text) != shown.text) {
             faults.append(QStringLiteral("has a typewriter's apostrophe: \"%1\"").arg(shown.text));
+        }
         const QRectF room = shown.room.adjusted(-overhang, -overhang, overhang, overhang);
         if (!shown.cut && !room.contains(shown.place)) {
             faults.append(QStringLiteral("stands over its edge: \"%1\" %2 in %3")
@@ -133,9 +143,10 @@ QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBe
         }
         for (qsizetype j = i + 1; j < texts.size(); ++j) {
             const QRectF common = shown.place & texts[j].place;
-            if (common.width() > overhang && common.height() > overhang)
+            if (common.width() > overhang && common.height() > overhang) {
                 faults.append(QStringLiteral("one over the other: \"%1\" and \"%2\" %3")
                                   .arg(shown.text, texts[j].text, words(common)));
+            }
         }
     }
     return faults;

@@ -13,11 +13,13 @@
 namespace {
 
 void collect(QAccessibleInterface* from, QList<QAccessibleInterface*>& into) {
-    if (from == nullptr || from->state().invisible)
+    if (from == nullptr || from->state().invisible) {
         return;
+    }
     into.append(from);
-    for (int i = 0; i < from->childCount(); ++i)
+    for (int i = 0; i < from->childCount(); ++i) {
         collect(from->child(i), into);
+    }
 }
 
 Fenwhirl::Theme& themeOf(QQmlEngine& engine) {
@@ -27,8 +29,9 @@ Fenwhirl::Theme& themeOf(QQmlEngine& engine) {
 QList<QAccessibleInterface*> everything(QQuickWindow& window) {
     QList<QAccessibleInterface*> all;
     QAccessibleInterface* root = QAccessible::queryAccessibleInterface(&window);
-    for (int i = 0; root != nullptr && i < root->childCount(); ++i)
+    for (int i = 0; root != nullptr && i < root->childCount(); ++i) {
         collect(root->child(i), all);
+    }
     return all;
 }
 
@@ -37,8 +40,9 @@ QStringList textsOf(QQuickWindow& window, QAccessible::Text kind) {
     for (const QAccessibleInterface* item : everything(window)) {
         const QString text = item->text(kind);
         // Announcements are heard but not shown; Stage::announced returns them.
-        if (!text.isEmpty() && item->role() != QAccessible::Notification)
+        if (!text.isEmpty() && item->role() != QAccessible::Notification) {
             texts.append(text);
+        }
     }
     return texts;
 }
@@ -105,22 +109,26 @@ void Stage::adopt() {
     // As the application does.
     QObject::connect(&monitor(), &Monitor::languageChanged, models_.get(), [this] {
         models_->retranslate();
-        if (engine_)
+        if (engine_) {
             engine_->retranslate();
+        }
     });
 }
 
 void Stage::show(const QUrl& file, QVariantMap properties) {
-    if (!models_)
+    if (!models_) {
         start();
-    if (properties.isEmpty())
+    }
+    if (properties.isEmpty()) {
         properties.insert(QStringLiteral("models"), QVariant::fromValue(models_.get()));
+    }
     registerViews();
     engine_ = std::make_unique<QQmlEngine>();
     engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
     QObject::connect(engine_.get(), &QQmlEngine::warnings, [](const QList<QQmlError>& warnings) {
-        for (const QQmlError& warning : warnings)
+        for (const QQmlError& warning : warnings) {
             ADD_FAILURE() << warning.toString().toStdString();
+        }
     });
     models_->setAwake(true);
     QQmlComponent component(engine_.get(), file);
@@ -129,8 +137,9 @@ void Stage::show(const QUrl& file, QVariantMap properties) {
     setReducedMotion(true);
     window_.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(properties)));
     ASSERT_TRUE(window_);
-    if (file == mainWindowFile())
+    if (file == mainWindowFile()) {
         window_->resize(windowSize);
+    }
     // The introduction appears with the first frame.
     QSignalSpy pictures(window_.get(), &QQuickWindow::frameSwapped);
     window_->show();
@@ -147,16 +156,18 @@ void Stage::setTextScale(double scale) {
 }
 
 void Stage::showPage(Page page) {
-    if (!models_)
+    if (!models_) {
         start();
+    }
     monitor().setSelectedPage(page);
     show();
 }
 
 void Stage::showFans(int count) {
     QList<FanState> fans;
-    for (int id = 0; id < count; ++id)
+    for (int id = 0; id < count; ++id) {
         fans.append({.id = id, .rpm = 2000, .minRPM = 1200, .maxRPM = 6000, .target = 2000});
+    }
     models_->machine()->fans()->setFans(fans);
 }
 
@@ -187,24 +198,27 @@ QStringList Stage::descriptions() {
 
 QStringList Stage::announced() {
     QStringList texts;
-    for (const QAccessibleInterface* item : all(QAccessible::Notification))
+    for (const QAccessibleInterface* item : all(QAccessible::Notification)) {
         texts.append(item->text(QAccessible::Name));
+    }
     return texts;
 }
 
 QList<QAccessibleInterface*> Stage::all(QAccessible::Role role) {
     QList<QAccessibleInterface*> found;
     for (QAccessibleInterface* item : everything(*window_)) {
-        if (item->role() == role)
+        if (item->role() == role) {
             found.append(item);
+        }
     }
     return found;
 }
 
 QAccessibleInterface* Stage::find(const QString& name, QAccessible::Role role, int n) {
     for (QAccessibleInterface* item : all(role)) {
-        if (item->text(QAccessible::Name) == name && n-- == 0)
+        if (item->text(QAccessible::Name) == name && n-- == 0) {
             return item;
+        }
     }
     return nullptr;
 }

@@ -26,12 +26,15 @@ void PrintTo(const Drawn& drawn, std::ostream* out) {
 }
 
 void collect(const QQuickItem& item, QList<Drawn>& into) {
-    if (!item.isVisible())
+    if (!item.isVisible()) {
         return;
-    if (const auto* symbol = qobject_cast<const Fenwhirl::Symbol*>(&item))
+    }
+    if (const auto* symbol = qobject_cast<const Fenwhirl::Symbol*>(&item)) {
         into.append({symbol->name(), symbol->width(), symbol->color().rgba()});
-    for (const QQuickItem* child : item.childItems())
+    }
+    for (const QQuickItem* child : item.childItems()) {
         collect(*child, into);
+    }
 }
 
 QList<Drawn> symbolsOf(Stage& stage) {

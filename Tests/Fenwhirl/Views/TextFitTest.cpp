@@ -41,22 +41,26 @@ void expectItFits(Stage& stage, AppLanguage language, double scale, const std::s
     const QList<ShownText> texts = shownTexts(stage.window(), within);
     EXPECT_GE(texts.size(), 3) << where << " in " << rawValue(language);
     for (const ShownText& shown : texts) {
-        if (scale > 1 && shown.explained)
+        if (scale > 1 && shown.explained) {
             mayBeCut.append(shown.text);
+        }
     }
-    for (const QString& fault : layoutFaults(texts, mayBeCut, scale))
+    for (const QString& fault : layoutFaults(texts, mayBeCut, scale)) {
         ADD_FAILURE() << where << " in " << rawValue(language) << " x " << scale << ": "
                       << fault.toStdString();
+    }
 }
 
 void expectEverythingFits(Stage& stage, const std::string& where, const QByteArray& within = {},
                           const QStringList& mayBeCut = {}) {
-    for (const AppLanguage language : allAppLanguages)
+    for (const AppLanguage language : allAppLanguages) {
         expectItFits(stage, language, 1, where, within, mayBeCut);
+    }
     for (const double scale : {1.25, 1.5, 2.0}) {
         stage.setTextScale(scale);
-        for (const AppLanguage language : longLanguages)
+        for (const AppLanguage language : longLanguages) {
             expectItFits(stage, language, scale, where, within, mayBeCut);
+        }
     }
     stage.setTextScale(1);
     stage.monitor().setLanguage(AppLanguage::fr);
@@ -74,8 +78,9 @@ void expectPageFits(Stage& stage, Page page, const char* where) {
 // Fast and hot fans in each of the modes, which show the most text and the widest numbers.
 TEST(TextFit, OnTheFansPages) {
     Stage stage;
-    for (int fan = 0; fan < 2; ++fan)
+    for (int fan = 0; fan < 2; ++fan) {
         stage.world.setFan(fan, 5999);
+    }
     stage.world.setCelsius(88);
     stage.start();
     stage.monitor().setSetting(0, fanSetting(FanModeKind::constant));
@@ -106,8 +111,9 @@ TEST(TextFit, OfTheOfferToActivateAndOfAnError) {
     stage.monitor().setLaunchAtLogin(true);
     ASSERT_TRUE(stage.models().control()->offersActivation());
     ASSERT_FALSE(stage.monitor().controlError().isEmpty());
-    for (const Page page : {Page::dashboard, Page::fans, Page::presets, Page::settings})
+    for (const Page page : {Page::dashboard, Page::fans, Page::presets, Page::settings}) {
         expectPageFits(stage, page, rawValue(page).data());
+    }
 }
 
 TEST(TextFit, OfTheOfferToUpdateTheHelper) {
@@ -127,8 +133,9 @@ TEST(TextFit, OfEverySensorsName) {
          {"TC0D", "TC0E", "TC0F", "TC0H", "TCXC", "TCGC", "TCSA", "TG0P", "TG0D", "TG0H",
           "TM0P", "TM0S", "Th0H", "TH0A", "TH0B", "Ts0P", "Ts1P", "Ts0S", "TaLP", "TaRF",
           "TA0P", "TB0T", "TB1T", "TB2T", "TW0P", "Tp0P", "TPCD", "TL0P", "TN0P", "TN0D",
-          "TC1C", "Te05", "Tg0f", "Tm02", "Ts9Q", "Tb7x", "TZ9X", "Tp0D"})
+          "TC1C", "Te05", "Tg0f", "Tm02", "Ts9Q", "Tb7x", "TZ9X", "Tp0D"}) {
         stage.world.smc.setNumber(key, "sp78", 105);
+    }
     stage.windowSize = {920, 2400};
     stage.showPage(Page::sensors);
     // One name is too long: it is one of the French source texts, which are fixed. Its tooltip shows it in
@@ -182,8 +189,9 @@ TEST(TextFit, OfTheIntroduction) {
 TEST(TextFit, OfTheStatusItemsPanel) {
     Stage stage;
     stage.world.helper.installed = false;
-    for (const char* const key : {"TCXC", "TG0H"})
+    for (const char* const key : {"TCXC", "TG0H"}) {
         stage.world.smc.setNumber(key, "sp78", 88);
+    }
     stage.show(menuPanelFile());
     stage.monitor().apply(Preset::max);
     stage.poll();
@@ -196,8 +204,9 @@ TEST(TextFit, OfTheStatusItemsPanel) {
 
 TEST(TextFit, OfTheMenus) {
     Stage stage;
-    for (const char* const key : {"TCXC", "TPCD", "TG0H", "Tp0D"})
+    for (const char* const key : {"TCXC", "TPCD", "TG0H", "Tp0D"}) {
         stage.world.smc.setNumber(key, "sp78", 60);
+    }
     stage.start();
     stage.monitor().setSetting(0, fanSetting(FanModeKind::sensor));
     stage.showPage(Page::fans);

@@ -41,20 +41,23 @@ QRgb ink(PaletteColor name) {
 }
 
 bool fits(const QString& text, QString wanted) {
-    if (!wanted.endsWith(u'…'))
+    if (!wanted.endsWith(u'…')) {
         return text == wanted;
+    }
     wanted.chop(1);
     return text.startsWith(wanted);
 }
 
 // The first visible item with this text: a Label, a Paragraph, or digits in cells of equal width.
 std::optional<Letters> lettersOf(const QQuickItem& item, const QString& wanted) {
-    if (!item.isVisible())
+    if (!item.isVisible()) {
         return std::nullopt;
+    }
     const QVariant size = item.property("size");
     QString text = item.property("content").toString();
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         text = item.property("text").toString();
+    }
     text.replace(QChar(0xA0), u' ').replace(QChar(0x202F), u' ').replace(u'’', u'\'');
     const QVariant color = item.property("color");
     if (size.isValid() && color.isValid() && fits(text, wanted)) {
@@ -65,8 +68,9 @@ std::optional<Letters> lettersOf(const QQuickItem& item, const QString& wanted) 
                        .color = color.value<QColor>().rgba()};
     }
     for (const QQuickItem* child : item.childItems()) {
-        if (const auto found = lettersOf(*child, wanted))
+        if (const auto found = lettersOf(*child, wanted)) {
             return found;
+        }
     }
     return std::nullopt;
 }
@@ -123,10 +127,12 @@ TEST(Typography, OfPageTitles) {
     std::optional<Letters> heading;
     const std::function<void(const QQuickItem&)> walk = [&](const QQuickItem& item) {
         if (item.property("text").toString() == QStringLiteral("Alertes") &&
-            item.property("size").toInt() == 26)
+            item.property("size").toInt() == 26) {
             heading = lettersOf(item, QStringLiteral("Alertes"));
-        for (const QQuickItem* child : item.childItems())
+        }
+        for (const QQuickItem* child : item.childItems()) {
             walk(*child);
+        }
     };
     walk(*stage.window().contentItem());
     ASSERT_TRUE(heading);
@@ -256,10 +262,12 @@ TEST(Typography, OfBanners) {
 // Every text of a window with its size in pixels, by the item that draws it.
 QHash<const QQuickItem*, int> pixelSizes(const QQuickItem& item) {
     QHash<const QQuickItem*, int> sizes;
-    if (item.inherits("QQuickText"))
+    if (item.inherits("QQuickText")) {
         sizes.insert(&item, item.property("font").value<QFont>().pixelSize());
-    for (const QQuickItem* child : item.childItems())
+    }
+    for (const QQuickItem* child : item.childItems()) {
         sizes.insert(pixelSizes(*child));
+    }
     return sizes;
 }
 
@@ -272,8 +280,9 @@ void expectTextsToGrow(Stage& stage, int atLeast) {
     const QHash<const QQuickItem*, int> grown = pixelSizes(*stage.window().contentItem());
     int compared = 0;
     for (const auto [item, pixels] : designed.asKeyValueRange()) {
-        if (!grown.contains(item)) // a row that is no longer in view
+        if (!grown.contains(item)) { // a row that is no longer in view
             continue;
+        }
         ++compared;
         EXPECT_EQ(grown[item], std::lround(pixels * 1.5)) << item->property("text").toString().toStdString();
     }

@@ -20,8 +20,9 @@ void resize(Stage& stage, int width, int height = 1400) {
     const QSize size(width, height);
     stage.window().resize(size);
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.window().contentItem()->size() == size; }));
-    for (int i = 0; i < 2; ++i)
+    for (int i = 0; i < 2; ++i) {
         static_cast<void>(stage.window().grabWindow()); // forces a layout
+    }
 }
 
 QRect placeOf(Stage& stage, const QAccessibleInterface* item) {
@@ -39,15 +40,17 @@ int sidebarOf(Stage& stage) {
 
 QList<QRect> rowsOf(Stage& stage) {
     QList<QRect> places;
-    for (const QAccessibleInterface* row : stage.all(QAccessible::ListItem))
+    for (const QAccessibleInterface* row : stage.all(QAccessible::ListItem)) {
         places.append(placeOf(stage, row));
+    }
     return places;
 }
 
 QStringList namesOf(Stage& stage) {
     QStringList names;
-    for (const QAccessibleInterface* row : stage.all(QAccessible::ListItem))
+    for (const QAccessibleInterface* row : stage.all(QAccessible::ListItem)) {
         names.append(row->text(QAccessible::Name));
+    }
     return names;
 }
 
@@ -118,8 +121,9 @@ TEST(WindowSizes, InTheSmallestWindowBothFansStandSideBySide) {
     resize(stage, 920, 560);
     QList<QRect> cards;
     for (const QAccessibleInterface* group : stage.all(QAccessible::Grouping)) {
-        if (group->text(QAccessible::Name).startsWith(QStringLiteral("Ventilateur")))
+        if (group->text(QAccessible::Name).startsWith(QStringLiteral("Ventilateur"))) {
             cards.append(placeOf(stage, group));
+        }
     }
     ASSERT_EQ(cards.size(), 2);
     EXPECT_EQ(cards.at(0).top(), cards.at(1).top());
@@ -135,11 +139,13 @@ int colouredPixelsBetweenRows(Stage& stage) {
     const QList<QRect> rows = rowsOf(stage);
     const QImage picture = stage.window().grabWindow();
     const int y = rows.at(1).bottom();
-    if (y >= picture.height())
+    if (y >= picture.height()) {
         return -1;
+    }
     int ink = 0;
-    for (int x = rows.at(1).left() + 156; x < rows.at(1).right() - 40; ++x)
+    for (int x = rows.at(1).left() + 156; x < rows.at(1).right() - 40; ++x) {
         ink += picture.pixelColor(x, y) == picture.pixelColor(rows.at(1).left() + 1, y) ? 0 : 1;
+    }
     return ink;
 }
 
@@ -155,8 +161,9 @@ TEST(WindowSizes, TheDashboardsBarsHaveAScaleWhereTheyAreLong) {
     EXPECT_EQ(colouredPixelsBetweenRows(stage), 6); // 0, 20, 40, 60, 80 and 100
     resize(stage, 2560);
     EXPECT_EQ(colouredPixelsBetweenRows(stage), 6);
-    for (const QRect& row : rowsOf(stage))
+    for (const QRect& row : rowsOf(stage)) {
         EXPECT_EQ(row.height(), 33);
+    }
     resize(stage, 1040);
     EXPECT_EQ(colouredPixelsBetweenRows(stage), 0);
 }
@@ -177,16 +184,18 @@ TEST(WindowSizes, SensorsHaveColumnsOfAtLeastTwelveRowsAndFourHundredPoints) {
         ASSERT_EQ(rows.size(), count);
         QList<int> lefts;
         for (const QRect& row : rows) {
-            if (!lefts.contains(row.left()))
+            if (!lefts.contains(row.left())) {
                 lefts.append(row.left());
+            }
             EXPECT_EQ(row.height(), 24);
         }
         EXPECT_EQ(lefts.size(), columns) << count << " in " << window;
         EXPECT_EQ(rows.at(1).top() - rows.at(0).top(), 32);
         // The last column ends at the card's padding.
         EXPECT_EQ(rows.last().right(), titleOf(stage).right() - 20) << count << " in " << window;
-        for (qsizetype i = 1; i < lefts.size(); ++i)
+        for (qsizetype i = 1; i < lefts.size(); ++i) {
             EXPECT_NEAR(lefts.at(i) - lefts.at(i - 1) - rows.first().width(), 40, 1);
+        }
     }
 }
 
@@ -270,8 +279,9 @@ TEST(WindowSizes, WithTextsOfTwiceTheSizeTheSmallestWindowHasOneColumn) {
 TEST(RowSlice, ShowsItsPartOfAListThatGrowsAndShrinks) {
     SensorList source;
     QList<SensorListEntry> sensors;
-    for (int i = 0; i < 10; ++i)
+    for (int i = 0; i < 10; ++i) {
         sensors.append(shown({QStringLiteral("T%1").arg(i, 3, 10, QLatin1Char('0')), 30.0 + i}));
+    }
     source.setSensors(sensors);
     RowSlice slice;
     slice.setSourceModel(&source);

@@ -84,8 +84,9 @@ TEST(DriverFaults, AControllerThatDoesNotAnswerIsLeftAloneForFiveSeconds) {
     FakeMac mac;
     SMC smc = openFakeDriver(mac);
     mac.readError = EIO;
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(smc.readValue("Tp01"), std::nullopt);
+    }
     const int readsUntilStuck = mac.reads;
     EXPECT_EQ(readsUntilStuck, 3);
     mac.readError = 0;

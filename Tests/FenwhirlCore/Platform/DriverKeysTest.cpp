@@ -37,8 +37,9 @@ TEST(DriverKeys, AnIntelDriverMayHaveItsFilesInTheFolderOfItsClass) {
     DriverTree tree;
     const std::string folder = "sys/class/hwmon/hwmon5/";
     tree.write(folder + "name", "applesmc\n");
-    for (const char* file : {"fan1_input", "fan1_min", "fan1_max", "fan1_target"})
+    for (const char* file : {"fan1_input", "fan1_min", "fan1_max", "fan1_target"}) {
         tree.write(folder + file, "2000\n", true);
+    }
     tree.write(folder + "pwm1_enable", "2\n", true);
     tree.write(folder + "temp1_label", "TC0P\n");
     tree.write(folder + "temp1_input", "51250\n");
@@ -51,8 +52,9 @@ TEST(DriverKeys, ADriverThatCallsItselfT2smcHasSinglePrecision) {
     DriverTree tree;
     const std::string folder = "sys/class/hwmon/hwmon5/";
     tree.write(folder + "name", "t2smc\n");
-    for (const char* file : {"fan1_input", "fan1_min", "fan1_max", "fan1_target"})
+    for (const char* file : {"fan1_input", "fan1_min", "fan1_max", "fan1_target"}) {
         tree.write(folder + file, "2000\n", true);
+    }
     tree.write(folder + "fan1_enable", "1\n", true);
     tree.write(folder + "temp1_label", "TC0P\n");
     tree.write(folder + "temp1_input", "51250\n");
@@ -66,11 +68,13 @@ TEST(DriverKeys, ADriverThatCallsItselfT2smcHasSinglePrecision) {
 TEST(DriverKeys, AFileThatIsAbsentGivesNoKey) {
     DriverTree tree;
     tree.makeIntelLaptop();
-    for (const char* file : {"/fan1_min", "/fan1_max", "/fan1_manual", "/fan2_output"})
+    for (const char* file : {"/fan1_min", "/fan1_max", "/fan1_manual", "/fan2_output"}) {
         tree.remove(tree.device() + file);
+    }
     SMC smc = open(tree);
-    for (const char* key : {"F0Mn", "F0Mx", "F0Md", "F1Tg", "F1Md"})
+    for (const char* key : {"F0Mn", "F0Mx", "F0Md", "F1Tg", "F1Md"}) {
         EXPECT_FALSE(smc.hasKey(key)) << key;
+    }
     EXPECT_TRUE(smc.hasKey("F0Tg"));
     EXPECT_THAT(smc.readFans(), ElementsAre(FanReading{0, 1981, 0, 1981, 2000, false},
                                             FanReading{1, 2009, 2000, 6000, 2009}));
@@ -84,8 +88,9 @@ TEST(DriverKeys, OffersNeitherUnlockNorMaskKey) {
     DriverTree apple;
     apple.makeAppleSiliconLaptop();
     for (const DriverTree* tree : {&intel, &apple}) {
-        for (const char* key : {"FS! ", "Ftst", "F0md"})
+        for (const char* key : {"FS! ", "Ftst", "F0md"}) {
             EXPECT_FALSE(open(*tree).hasKey(key)) << key;
+        }
     }
 }
 
@@ -170,8 +175,9 @@ TEST_F(DriverSensorTree, NodesMayBeGroupedDescribedOrBelowTheDevice) {
 TEST_F(DriverSensorTree, ALabelThatIsAKeyOverridesTheDeviceTree) {
     addNode("hwmon/of_node/a", "label", "TC0P", "Tp01");
     EXPECT_EQ(keyOf("TC0P"), "TC0P");
-    for (const char* label : {"TC0", "TC0PX", "tC0P", "T\tab", "XC0P", "Té1"})
+    for (const char* label : {"TC0", "TC0PX", "tC0P", "T\tab", "XC0P", "Té1"}) {
         EXPECT_TRUE(keyOf(label).starts_with("T~")) << label;
+    }
 }
 
 TEST_F(DriverSensorTree, ANodeWithAnInvalidKeyIsIgnored) {

@@ -120,12 +120,15 @@ TEST(DriverMemory, AFanWhoseLimitsCannotBeReadIsHandedBackAllTheSame) {
                 FakeMac mac;
                 SMC smc = openFakeDriver(mac);
                 ASSERT_TRUE(smc.setFanSpeed(0, 3000));
-                for (const std::string& name : unreadable)
+                for (const std::string& name : unreadable) {
                     mac.failing[folder + name] = mac.barred[folder + name] = EIO;
-                if (isTargetNought)
+                }
+                if (isTargetNought) {
                     mac.files[targetFile] = "0\n";
-                if (isReloaded)
+                }
+                if (isReloaded) {
                     mac.reloadDriver();
+                }
                 EXPECT_FALSE(smc.setFanSpeed(0, 3100)) << unreadable.front();
                 EXPECT_TRUE(mac.controllerIsManual);
                 EXPECT_TRUE(smc.resetFan(0)) << unreadable.front();
@@ -141,8 +144,9 @@ TEST(DriverMemory, AnUnknownFanIsHandedBackWithZeroOnly) {
     SMC smc = openFakeDriver(mac);
     ASSERT_TRUE(smc.setFanSpeed(0, 3000));
     mac.targetsWritten.clear();
-    for (const char* name : {"fan1_min", "fan1_max", "fan1_input", "fan1_target"})
+    for (const char* name : {"fan1_min", "fan1_max", "fan1_input", "fan1_target"}) {
         mac.failing[std::string("/sys/class/hwmon/hwmon3/") + name] = EIO;
+    }
     EXPECT_TRUE(smc.resetFan(0));
     EXPECT_THAT(mac.targetsWritten, ElementsAre("0"));
     EXPECT_FALSE(mac.controllerIsManual);

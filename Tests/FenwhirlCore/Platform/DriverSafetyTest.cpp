@@ -31,8 +31,9 @@ protected:
     // Removes the laptop's processor sensors.
     void blind() {
         tree.makeIntelLaptop();
-        for (const char* channel : {"4", "5", "6", "7"})
+        for (const char* channel : {"4", "5", "6", "7"}) {
             tree.remove(tree.device() + "/temp" + channel + "_input");
+        }
     }
 
     DriverTree tree;
@@ -71,8 +72,9 @@ TEST_F(DriverSafety, WithoutATemperatureNoDriverIsControlledButEachIsHandedBack)
 }
 
 TEST_F(DriverSafety, OnlyARootOwnedFileAllowsControlWithoutATemperature) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "the allowing file has to belong to root";
+    }
     blind();
     const fs::path file = fs::path(tree.root()) / allowingFile;
     tree.allowFanControl();
@@ -96,8 +98,9 @@ TEST_F(DriverSafety, OnlyARootOwnedFileAllowsControlWithoutATemperature) {
 }
 
 TEST_F(DriverSafety, AnOrdinaryUserReadsEverythingAndChangesNothing) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "only root can become somebody else";
+    }
     tree.makeIntelLaptop();
     fs::permissions(tree.root(), fs::perms(0755));
     const pid_t child = fork();

@@ -134,8 +134,9 @@ TEST(DriverTransport, RemembersItsTargetSoThatTheNextOneNeedsNoRearming) {
     DriverTree tree;
     tree.makeAppleSiliconLaptop();
     tree.allowFanControl();
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "the allowing file has to belong to root";
+    }
     const auto smc = open(tree);
     ASSERT_TRUE(smc);
     EXPECT_TRUE(smc->setFanSpeed(0, 2640.9));

@@ -10,8 +10,9 @@ namespace fs = std::filesystem;
 
 DriverTree::DriverTree() {
     std::string pattern = (fs::temp_directory_path() / "fenwhirl-drivers-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
+    if (mkdtemp(pattern.data()) == nullptr) {
         throw std::runtime_error("no temporary folder");
+    }
     root_ = pattern;
     fs::create_directories(root_ / "run");
     write("proc/sys/kernel/random/boot_id", "11111111-2222-3333-4444-555555555555\n");
@@ -25,8 +26,9 @@ DriverTree::~DriverTree() {
 void DriverTree::write(const std::string& path, std::string_view text, bool writable) const {
     const fs::path file = root_ / path;
     fs::create_directories(file.parent_path());
-    if (fs::exists(file))
+    if (fs::exists(file)) {
         fs::permissions(file, fs::perms(0644)); // an ordinary user could not overwrite a read-only file
+    }
     std::ofstream(file, std::ios::binary) << text;
     fs::permissions(file, writable ? fs::perms(0644) : fs::perms(0444));
 }
@@ -89,8 +91,9 @@ void DriverTree::makeIntelLaptop() {
         {"Ts0S", 40000},
     }};
     int channel = 0;
-    for (const auto& [key, milliCelsius] : sensors)
+    for (const auto& [key, milliCelsius] : sensors) {
         sensor(++channel, key, milliCelsius, {});
+    }
 }
 
 void DriverTree::makeT2Desktop() {
@@ -115,8 +118,9 @@ void DriverTree::makeT2Desktop() {
         {"TaRC", 60000},
     }};
     int channel = 0;
-    for (const auto& [key, milliCelsius] : sensors)
+    for (const auto& [key, milliCelsius] : sensors) {
         sensor(++channel, key, milliCelsius, {});
+    }
 }
 
 void DriverTree::makeAppleSiliconLaptop() {

@@ -58,14 +58,17 @@ public:
         const int value = std::stoi(std::string(text));
         targetsWritten.push_back(std::to_string(value));
         if (value == 0) {
-            if (driverBelievesManual)
+            if (driverBelievesManual) {
                 controllerIsManual = driverBelievesManual = false;
+            }
             return 0;
         }
-        if (value < 1199 || value > 7199)
+        if (value < 1199 || value > 7199) {
             return EINVAL;
-        if (!driverBelievesManual)
+        }
+        if (!driverBelievesManual) {
             controllerIsManual = driverBelievesManual = true;
+        }
         files[path] = std::to_string(value) + "\n";
         return 0;
     }
@@ -78,27 +81,32 @@ public:
     std::vector<std::string> list(const std::string& folder) override {
         std::vector<std::string> names;
         for (const auto& [path, text] : mac_.files) {
-            if (!path.starts_with(folder + "/"))
+            if (!path.starts_with(folder + "/")) {
                 continue;
+            }
             std::string name = path.substr(folder.size() + 1);
             name.resize(std::min(name.find('/'), name.size()));
-            if (names.empty() || names.back() != name)
+            if (names.empty() || names.back() != name) {
                 names.push_back(name);
+            }
         }
         return names;
     }
 
     std::optional<Status> status(const std::string& path) override {
-        if (!mac_.files.contains(path))
+        if (!mac_.files.contains(path)) {
             return std::nullopt;
+        }
         return Status{true, path.ends_with("_target"), 0};
     }
 
     int open(const std::string& path, Access /*access*/) override {
-        if (!mac_.files.contains(path))
+        if (!mac_.files.contains(path)) {
             return -ENOENT;
-        if (const auto error = mac_.barred.find(path); error != mac_.barred.end())
+        }
+        if (const auto error = mac_.barred.find(path); error != mac_.barred.end()) {
             return -error->second;
+        }
         ++mac_.opened;
         opened_.push_back(path);
         return static_cast<int>(opened_.size()) + 2;
@@ -106,14 +114,17 @@ public:
 
     ssize_t readAt0(int descriptor, std::span<char> buffer) override {
         const std::string& path = opened_[static_cast<std::size_t>(descriptor) - 3];
-        if (!mac_.files.contains(path))
+        if (!mac_.files.contains(path)) {
             return -ENODEV;
-        if (const auto error = mac_.failing.find(path); error != mac_.failing.end())
+        }
+        if (const auto error = mac_.failing.find(path); error != mac_.failing.end()) {
             return -error->second;
+        }
         if (path.ends_with("_input")) {
             ++mac_.reads;
-            if (mac_.readError != 0)
+            if (mac_.readError != 0) {
                 return -mac_.readError;
+            }
         }
         const std::string& text = mac_.files[path];
         std::copy(text.begin(), text.end(), buffer.begin());

@@ -31,16 +31,18 @@ bool isReadable(int descriptor, int wake) {
 SocketService::SocketService(Script script) : script_(std::move(script)) {
     char folder[] = "/tmp/fenwhirl-test-XXXXXX";
     // mkdtemp makes a private folder, but some tests connect as another user.
-    if (mkdtemp(folder) == nullptr || chmod(folder, 0755) != 0 || pipe(wake_) != 0)
+    if (mkdtemp(folder) == nullptr || chmod(folder, 0755) != 0 || pipe(wake_) != 0) {
         fail("folder");
+    }
     path_ = std::string(folder) + "/AppleSMC";
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path_.data(), path_.size());
     listener_ = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
     if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
-        listen(listener_, 8) != 0)
+        listen(listener_, 8) != 0) {
         fail("listen");
+    }
     thread_ = std::thread([this] { serve(); });
 }
 
@@ -62,8 +64,9 @@ void SocketService::stopListening() {
 void SocketService::serve() {
     while (isReadable(listener_, wake_[0])) {
         const int connection = accept(listener_, nullptr, nullptr);
-        if (connection < 0)
+        if (connection < 0) {
             return;
+        }
         ++connections_;
         serveConnection(connection);
         ::close(connection);
@@ -73,10 +76,12 @@ void SocketService::serve() {
 void SocketService::serveConnection(int connection) {
     while (isReadable(connection, wake_[0])) {
         SMCParam request{};
-        if (recv(connection, &request, sizeof(request), 0) != sizeof(request))
+        if (recv(connection, &request, sizeof(request), 0) != sizeof(request)) {
             return;
-        if (!script_(connection, request, requests_++))
+        }
+        if (!script_(connection, request, requests_++)) {
             return;
+        }
     }
 }
 

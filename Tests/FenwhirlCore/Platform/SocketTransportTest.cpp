@@ -148,8 +148,9 @@ TEST(SocketTransport, MalformedRepliesFailTheirCallAndNoOther) {
         EXPECT_FALSE(faulty.transport->call(numbered(1))) << sizes[0];
         isSent.wait(false);
         EXPECT_FALSE(faulty.transport->isDead());
-        for (std::uint32_t number = 2; number < 5; ++number)
+        for (std::uint32_t number = 2; number < 5; ++number) {
             expectAnswered(*faulty.transport, number);
+        }
         EXPECT_EQ(faulty.service.connections(), 1) << sizes[0];
     }
 }
@@ -157,8 +158,9 @@ TEST(SocketTransport, MalformedRepliesFailTheirCallAndNoOther) {
 TEST(SocketTransport, AReplyInOneBytePacketsIsRejected) {
     std::atomic_flag isSent;
     Faulty faulty([&](int connection, const SMCParam& request, int) {
-        for (const std::uint8_t byte : replyBytes(KernelReturn::success, request))
+        for (const std::uint8_t byte : replyBytes(KernelReturn::success, request)) {
             sendPacket(connection, {byte});
+        }
         isSent.test_and_set();
         isSent.notify_one();
         return true;
@@ -166,8 +168,9 @@ TEST(SocketTransport, AReplyInOneBytePacketsIsRejected) {
     expectAnswered(*faulty.transport, 0);
     EXPECT_FALSE(faulty.transport->call(numbered(1)));
     isSent.wait(false);
-    for (std::uint32_t number = 2; number < 100; ++number)
+    for (std::uint32_t number = 2; number < 100; ++number) {
         expectAnswered(*faulty.transport, number);
+    }
 }
 
 TEST(SocketTransport, ATimeoutKillsTheConnection) {
@@ -178,8 +181,9 @@ TEST(SocketTransport, ATimeoutKillsTheConnection) {
     EXPECT_GE(std::chrono::steady_clock::now() - start, shortSilence);
     EXPECT_TRUE(faulty.transport->isDead());
     start = std::chrono::steady_clock::now();
-    for (std::uint32_t number = 2; number < 1000; ++number)
+    for (std::uint32_t number = 2; number < 1000; ++number) {
         EXPECT_FALSE(faulty.transport->call(numbered(number)));
+    }
     EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
     EXPECT_EQ(faulty.service.requests(), 2);
     EXPECT_EQ(faulty.service.connections(), 1);
@@ -211,13 +215,15 @@ TEST(SocketTransport, ALateReplyNeverAnswersTheNextCall) {
     });
     auto transport = SocketTransport::open(service.path(), shortSilence);
     EXPECT_FALSE(transport->call(numbered(100)));
-    for (std::uint32_t number = 1; number < 10; ++number)
+    for (std::uint32_t number = 1; number < 10; ++number) {
         EXPECT_FALSE(transport->call(numbered(number)));
+    }
     EXPECT_EQ(service.connections(), 1);
     transport.reset();
     transport = SocketTransport::open(service.path(), shortSilence); // with no reply outstanding
-    for (std::uint32_t number = 1; number < 10; ++number)
+    for (std::uint32_t number = 1; number < 10; ++number) {
         expectAnswered(*transport, number);
+    }
     close(late);
 }
 
@@ -227,8 +233,9 @@ TEST(SocketTransport, AnEndOfStreamKillsTheConnection) {
     EXPECT_FALSE(faulty.transport->call(numbered(1)));
     EXPECT_TRUE(faulty.transport->isDead());
     const auto start = std::chrono::steady_clock::now();
-    for (std::uint32_t number = 2; number < 1000; ++number)
+    for (std::uint32_t number = 2; number < 1000; ++number) {
         EXPECT_FALSE(faulty.transport->call(numbered(number)));
+    }
     EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
     EXPECT_EQ(faulty.service.requests(), 2);
     EXPECT_EQ(faulty.service.connections(), 1);
@@ -275,14 +282,17 @@ TEST(SocketTransport, AHangAtAnyRequestOfAReadingIsBounded) {
         // The fan count takes two requests and each fan eight: its speed first, then its limits.
         const std::size_t expected = hanging < 4 ? 0 : hanging < 12 ? 1 : 2;
         EXPECT_EQ(fans.size(), expected) << hanging;
-        for (const FanReading& fan : fans)
+        for (const FanReading& fan : fans) {
             EXPECT_EQ(fan.rpm, 144);
+        }
     };
     std::vector<std::thread> readings;
-    for (int hanging = 0; hanging < 18; ++hanging)
+    for (int hanging = 0; hanging < 18; ++hanging) {
         readings.emplace_back(readWithHang, hanging);
-    for (std::thread& reading : readings)
+    }
+    for (std::thread& reading : readings) {
         reading.join();
+    }
 }
 
 void onAlarm(int) {}
@@ -307,8 +317,9 @@ TEST(SocketTransport, SignalsDoNotDisturbACall) {
     pthread_sigmask(SIG_UNBLOCK, &alarmOnly, nullptr);
     auto transport = SocketTransport::open(service.path(), 300ms);
     setitimer(ITIMER_REAL, &often, nullptr);
-    for (std::uint32_t number = 0; number < 20; ++number)
+    for (std::uint32_t number = 0; number < 20; ++number) {
         expectAnswered(*transport, number);
+    }
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(transport->call(numbered(20)));
     const auto spent = std::chrono::steady_clock::now() - start;
@@ -323,8 +334,9 @@ int descriptorOfSocket() {
     for (int descriptor = 0; descriptor < 64; ++descriptor) {
         struct stat status {};
 
-        if (fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode))
+        if (fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode)) {
             return descriptor;
+        }
     }
     return -1;
 }
@@ -335,8 +347,9 @@ TEST(SocketTransport, ItsDescriptorIsNeverAStandardStreamAndClosesOnExec) {
         const pid_t child = fork();
         if (child == 0) {
             for (int descriptor = 0; descriptor < 64; ++descriptor) {
-                if (descriptor > 2 || (closed & 1U << static_cast<unsigned>(descriptor)) != 0)
+                if (descriptor > 2 || (closed & 1U << static_cast<unsigned>(descriptor)) != 0) {
                     close(descriptor);
+                }
             }
             const auto transport = SocketTransport::open(service.path());
             const int descriptor = descriptorOfSocket();
@@ -370,8 +383,9 @@ TEST(SocketTransport, TheDestructorClosesTheConnection) {
 class SocketTrust : public testing::Test {
 protected:
     void SetUp() override {
-        if (geteuid() != 0)
+        if (geteuid() != 0) {
             GTEST_SKIP() << "the trust of root is only asked for by root";
+        }
     }
 
     SocketService service = SocketService([](int c, const SMCParam& r, int) { return answer(c, r, 7); });

@@ -33,8 +33,9 @@ std::string textOf(FakeSystem::Answer answer) {
 std::string textOfBytes(const std::string& bytes) {
     return textOf([&](char* buffer, std::size_t& size) {
         size = bytes.size();
-        if (buffer != nullptr)
+        if (buffer != nullptr) {
             std::memcpy(buffer, bytes.data(), bytes.size());
+        }
         return true;
     });
 }
@@ -65,8 +66,9 @@ TEST(SystemText, IsUnknownWhenItGrowsInBetween) {
 TEST(SystemText, MayShrinkInBetween) {
     EXPECT_EQ(textOf([](char* buffer, std::size_t& size) {
                   size = buffer == nullptr ? 8 : 2;
-                  if (buffer != nullptr)
+                  if (buffer != nullptr) {
                       std::memcpy(buffer, "Ma", 2);
+                  }
                   return true;
               }),
               "Ma");

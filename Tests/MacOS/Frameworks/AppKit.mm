@@ -73,8 +73,9 @@ static std::vector<FakeMonitor*>& monitors() {
 
 static FakeMonitor* addMonitor(NSEventMask mask) {
     FakeMac::requireMainThread("a monitor of events");
-    if (!FakeMac::settings().makesMonitors)
+    if (!FakeMac::settings().makesMonitors) {
         return nil;
+    }
     FakeMonitor* monitor = [[FakeMonitor alloc] init];
     monitor.mask = mask;
     monitors().push_back(monitor);
@@ -95,11 +96,12 @@ static FakeMonitor* addMonitor(NSEventMask mask) {
 
 + (void)removeMonitor:(id)monitor {
     auto& all = monitors();
-    for (std::size_t i = 0; i < all.size(); ++i)
+    for (std::size_t i = 0; i < all.size(); ++i) {
         if (all[i] == monitor) {
             all.erase(all.begin() + static_cast<std::ptrdiff_t>(i));
             return;
         }
+    }
     FakeMac::violate("a monitor of events was removed that is not there");
 }
 
@@ -109,9 +111,11 @@ void FakeMac::pressElsewhere(NSEventMask mask) {
     @autoreleasepool {
         NSEvent* event = [[NSEvent alloc] init];
         const std::vector<FakeMonitor*> told = monitors();
-        for (FakeMonitor* monitor : told)
-            if (monitor.global != nil && (monitor.mask & mask) != 0)
+        for (FakeMonitor* monitor : told) {
+            if (monitor.global != nil && (monitor.mask & mask) != 0) {
                 monitor.global(event);
+            }
+        }
     }
 }
 
@@ -120,9 +124,11 @@ bool FakeMac::pressIn(NSWindow* window, NSEventMask mask) {
         NSEvent* event = [[NSEvent alloc] init];
         event.window = window;
         const std::vector<FakeMonitor*> told = monitors();
-        for (FakeMonitor* monitor : told)
-            if (event != nil && monitor.local != nil && (monitor.mask & mask) != 0)
+        for (FakeMonitor* monitor : told) {
+            if (event != nil && monitor.local != nil && (monitor.mask & mask) != 0) {
                 event = monitor.local(event);
+            }
+        }
         return event != nil;
     }
 }
@@ -194,8 +200,9 @@ CGFloat& FakeMac::lastWeight() {
     (void)description;
     const QString wanted = QString::fromNSString(name);
     const auto& known = FakeMac::settings().symbols;
-    if (std::find(known.begin(), known.end(), wanted) == known.end())
+    if (std::find(known.begin(), known.end(), wanted) == known.end()) {
         return nil;
+    }
     NSImage* made = [[NSImage alloc] init];
     made.symbolName = name;
     made.size = NSSize{10, 12};
@@ -204,8 +211,9 @@ CGFloat& FakeMac::lastWeight() {
 
 - (instancetype)initWithData:(NSData*)data {
     if ((self = [super init])) {
-        if (data == nil || data.length == 0)
+        if (data == nil || data.length == 0) {
             return nil;
+        }
         self.data = data;
     }
     return self;
@@ -236,7 +244,7 @@ CGFloat& FakeMac::lastWeight() {
         FakeMac::violate("a picture was drawn without a context");
         return;
     }
-    for (NSInteger y = 0; y < static_cast<NSInteger>(rect.size.height); ++y)
+    for (NSInteger y = 0; y < static_cast<NSInteger>(rect.size.height); ++y) {
         for (NSInteger x = 0; x < static_cast<NSInteger>(rect.size.width); ++x) {
             unsigned char* pixel = bitmap.bitmapData + y * bitmap.bytesPerRow + 4 * x;
             pixel[0] = 10;
@@ -244,6 +252,7 @@ CGFloat& FakeMac::lastWeight() {
             pixel[2] = static_cast<unsigned char>(y);
             pixel[3] = 255;
         }
+    }
 }
 
 @end
@@ -267,11 +276,14 @@ CGFloat& FakeMac::lastWeight() {
                              bytesPerRow:(NSInteger)bytesPerRow
                             bitsPerPixel:(NSInteger)bitsPerPixel {
     if ((self = [super init])) {
-        if (!FakeMac::settings().makesBitmaps || width <= 0 || height <= 0)
+        if (!FakeMac::settings().makesBitmaps || width <= 0 || height <= 0) {
             return nil;
+        }
         if (planes != nullptr || bitsPerSample != 8 || samplesPerPixel != 4 || !hasAlpha || isPlanar ||
-            bytesPerRow != 0 || bitsPerPixel != 0 || ![colorSpaceName isEqualToString:NSDeviceRGBColorSpace])
+            bytesPerRow != 0 || bitsPerPixel != 0 ||
+            ![colorSpaceName isEqualToString:NSDeviceRGBColorSpace]) {
             FakeMac::violate("a bitmap of another kind than eight bits each of red, green, blue and opacity");
+        }
         bytesPerRow_ = (4 * width + 63) / 64 * 64; // rows are padded to an alignment, as on macOS
         bytes_.resize(static_cast<std::size_t>(bytesPerRow_ * height));
     }
@@ -310,8 +322,9 @@ static std::vector<NSGraphicsContext*>& savedContexts() {
 }
 
 + (NSGraphicsContext*)graphicsContextWithBitmapImageRep:(NSBitmapImageRep*)bitmap {
-    if (!FakeMac::settings().makesContexts)
+    if (!FakeMac::settings().makesContexts) {
         return nil;
+    }
     NSGraphicsContext* made = [[NSGraphicsContext alloc] init];
     made.bitmap = bitmap;
     return made;
@@ -349,8 +362,9 @@ NSBitmapImageRep* FakeMac::currentBitmap() {
 
 - (instancetype)initWithTitle:(NSString*)title action:(SEL)action keyEquivalent:(NSString*)key {
     if ((self = [super init])) {
-        if (title == nil || key == nil)
+        if (title == nil || key == nil) {
             FakeMac::violate("a menu item without title or key"); // macOS raises an exception
+        }
         self.title = title;
         self.action = action;
         self.keyEquivalent = key;
@@ -372,8 +386,9 @@ NSBitmapImageRep* FakeMac::currentBitmap() {
 }
 
 - (instancetype)initWithTitle:(NSString*)title {
-    if ((self = [super init]))
+    if ((self = [super init])) {
         self.title = title;
+    }
     return self;
 }
 
@@ -405,8 +420,9 @@ static std::vector<NSStatusItem*>& items() {
 @implementation NSStatusBar
 
 + (NSStatusBar*)systemStatusBar {
-    if (theStatusBar == nil)
+    if (theStatusBar == nil) {
         theStatusBar = [[NSStatusBar alloc] init];
+    }
     return theStatusBar;
 }
 
@@ -432,12 +448,13 @@ static std::vector<NSStatusItem*>& items() {
 - (void)removeStatusItem:(NSStatusItem*)item {
     FakeMac::requireMainThread("-[NSStatusBar removeStatusItem:]");
     auto& all = items();
-    for (std::size_t i = 0; i < all.size(); ++i)
+    for (std::size_t i = 0; i < all.size(); ++i) {
         if (all[i] == item) {
             all.erase(all.begin() + static_cast<std::ptrdiff_t>(i));
             FakeMac::note("-[NSStatusBar removeStatusItem:]");
             return;
         }
+    }
     FakeMac::violate("a status item was removed that is not there");
 }
 
@@ -547,17 +564,20 @@ static void did(const char* what) {
 @implementation NSAppearance
 
 + (NSAppearance*)appearanceNamed:(NSAppearanceName)name {
-    if (![name isEqualToString:NSAppearanceNameAqua] && ![name isEqualToString:NSAppearanceNameDarkAqua])
+    if (![name isEqualToString:NSAppearanceNameAqua] && ![name isEqualToString:NSAppearanceNameDarkAqua]) {
         return nil;
+    }
     NSAppearance* made = [[NSAppearance alloc] init];
     made.name = name;
     return made;
 }
 
 - (NSAppearanceName)bestMatchFromAppearancesWithNames:(NSArray<NSAppearanceName>*)names {
-    for (NSAppearanceName name in names)
-        if ([name isEqualToString:self.name])
+    for (NSAppearanceName name in names) {
+        if ([name isEqualToString:self.name]) {
             return name;
+        }
+    }
     return nil;
 }
 
@@ -600,8 +620,9 @@ void NSAccessibilityPostNotificationWithUserInfo(
     id element, NSAccessibilityNotificationName notification,
     NSDictionary<NSAccessibilityNotificationUserInfoKey, id>* userInfo) {
     FakeMac::requireMainThread("NSAccessibilityPostNotificationWithUserInfo");
-    if (element == nil || ![notification isEqualToString:NSAccessibilityAnnouncementRequestedNotification])
+    if (element == nil || ![notification isEqualToString:NSAccessibilityAnnouncementRequestedNotification]) {
         FakeMac::violate("an announcement of nothing, or of another kind");
+    }
     NSString* text = userInfo[NSAccessibilityAnnouncementKey];
     NSNumber* priority = userInfo[NSAccessibilityPriorityKey];
     FakeMac::note("announce \"" + QString::fromNSString(text).toStdString() + "\" at " +
@@ -700,8 +721,9 @@ __kindof NSApplication* NSApp = nil;
 }
 
 - (NSAppearance*)effectiveAppearance {
-    if (appearance_ != nil)
+    if (appearance_ != nil) {
         return appearance_;
+    }
     NSAppearance* made = [[NSAppearance alloc] init];
     made.name = makeText(FakeMac::settings().systemAppearance);
     return made;
@@ -718,8 +740,9 @@ __kindof NSApplication* NSApp = nil;
 
 + (instancetype)runningApplicationWithProcessIdentifier:(pid_t)processIdentifier {
     const auto& running = FakeMac::settings().running;
-    if (running.find(processIdentifier) == running.end())
+    if (running.find(processIdentifier) == running.end()) {
         return nil;
+    }
     NSRunningApplication* made = [[NSRunningApplication alloc] init];
     made.processIdentifier = processIdentifier;
     return made;
@@ -766,8 +789,9 @@ void FakeMac::activateApplication(pid_t process) {
 
 - (NSImage*)iconForFile:(NSString*)path {
     FakeMac::note("icon of " + QString::fromNSString(path).toStdString());
-    if (!FakeMac::settings().makesIcons)
+    if (!FakeMac::settings().makesIcons) {
         return nil;
+    }
     NSImage* made = [[NSImage alloc] init];
     made.size = NSSize{32, 32};
     return made;
@@ -784,8 +808,9 @@ void FakeMac::activateApplication(pid_t process) {
 
 - (void)activateFileViewerSelectingURLs:(NSArray<NSURL*>*)urls {
     std::string all = "show";
-    for (NSURL* url in urls)
+    for (NSURL* url in urls) {
         all += " " + QString::fromNSString(url.path).toStdString();
+    }
     did(all.c_str());
 }
 
@@ -795,12 +820,15 @@ void forgetAppKit();
 void forgetViews(); // MacQt.mm
 
 void forgetAppKit() {
-    if (!monitors().empty())
+    if (!monitors().empty()) {
         FakeMac::violate("monitors of events were left behind");
-    if (!items().empty())
+    }
+    if (!items().empty()) {
         FakeMac::violate("status items were left behind");
-    if (!savedContexts().empty() || theContext != nil)
+    }
+    if (!savedContexts().empty() || theContext != nil) {
         FakeMac::violate("a graphics state was left behind");
+    }
     monitors().clear();
     items().clear();
     FakeMac::statusItemWindows().clear();

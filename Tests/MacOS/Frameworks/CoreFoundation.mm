@@ -41,8 +41,9 @@ extern const CFBooleanRef kCFBooleanFalse = [] {
 }();
 
 static void want(CFTypeRef object, const char* call) {
-    if (object == nullptr)
+    if (object == nullptr) {
         FakeMac::violate(std::string(call) + " of nothing"); // macOS ends the program
+    }
 }
 
 CFTypeRef CFRetain(CFTypeRef object) {
@@ -77,19 +78,23 @@ CFTypeID CFDataGetTypeID() {
 CFTypeID CFGetTypeID(CFTypeRef reference) {
     want(reference, "CFGetTypeID");
     id object = (__bridge id)reference;
-    if ([object isKindOfClass:[NSString class]])
+    if ([object isKindOfClass:[NSString class]]) {
         return texts;
-    if ([object isKindOfClass:[NSData class]])
+    }
+    if ([object isKindOfClass:[NSData class]]) {
         return bytes;
-    if ([object isKindOfClass:[NSNumber class]])
+    }
+    if ([object isKindOfClass:[NSNumber class]]) {
         return static_cast<NSNumber*>(object).isBoolean ? booleans : numbers;
+    }
     return others;
 }
 
 // Reports a call with an object of the wrong type, for which macOS ends the program.
 static void wantKind(CFTypeRef object, CFTypeID kind, const char* call) {
-    if (object == nullptr || CFGetTypeID(object) != kind)
+    if (object == nullptr || CFGetTypeID(object) != kind) {
         FakeMac::violate(std::string(call) + " of an object of another kind");
+    }
 }
 
 Boolean CFEqual(CFTypeRef a, CFTypeRef b) {
@@ -98,12 +103,14 @@ Boolean CFEqual(CFTypeRef a, CFTypeRef b) {
 
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* text, CFIndex count,
                                     CFStringEncoding encoding, Boolean isExternal) {
-    if (encoding != kCFStringEncodingUTF8 || isExternal)
+    if (encoding != kCFStringEncodingUTF8 || isExternal) {
         FakeMac::violate("a text in another encoding than UTF-8");
+    }
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString decoded = decoder(QByteArrayView(reinterpret_cast<const char*>(text), count));
-    if (decoder.hasError() || FakeMac::preferences().refusesTexts)
+    if (decoder.hasError() || FakeMac::preferences().refusesTexts) {
         return nullptr;
+    }
     @autoreleasepool {
         return (CFStringRef)CFBridgingRetain(makeText(decoded));
     }
@@ -120,18 +127,21 @@ CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding) {
 
 Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex size, CFStringEncoding encoding) {
     wantKind(text, texts, "CFStringGetCString");
-    if (encoding != kCFStringEncodingUTF8)
+    if (encoding != kCFStringEncodingUTF8) {
         FakeMac::violate("a text wanted in another encoding than UTF-8");
+    }
     const std::string utf8 = ((__bridge NSString*)text).UTF8String;
-    if (static_cast<CFIndex>(utf8.size()) >= size)
+    if (static_cast<CFIndex>(utf8.size()) >= size) {
         return false;
+    }
     std::memcpy(buffer, utf8.c_str(), utf8.size() + 1);
     return true;
 }
 
 CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType type, const void* value) {
-    if (type != kCFNumberDoubleType)
+    if (type != kCFNumberDoubleType) {
         FakeMac::violate("a number of another type than double");
+    }
     @autoreleasepool {
         return (CFNumberRef)CFBridgingRetain(makeNumber(*static_cast<const double*>(value), false));
     }
@@ -139,8 +149,9 @@ CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType type, const void* value)
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
     wantKind(number, numbers, "CFNumberGetValue");
-    if (type != kCFNumberDoubleType)
+    if (type != kCFNumberDoubleType) {
         FakeMac::violate("a number wanted as another type than double");
+    }
     *static_cast<double*>(value) = ((__bridge NSNumber*)number).value;
     return !FakeMac::preferences().losesPrecision;
 }
@@ -206,14 +217,16 @@ CFPropertyListRef CFPreferencesCopyValue(CFStringRef key, CFStringRef applicatio
 
 void CFPreferencesSetValue(CFStringRef key, CFPropertyListRef value, CFStringRef application,
                            CFStringRef user, CFStringRef host) {
-    if (key == nullptr || application == nullptr)
+    if (key == nullptr || application == nullptr) {
         FakeMac::violate("a preference without a name"); // macOS ends the program
+    }
     FakeMac::note("set " + text(key).toStdString());
     const std::pair place{domain(application, user, host), text(key)};
-    if (value == nullptr)
+    if (value == nullptr) {
         FakeMac::preferences().values.erase(place);
-    else
+    } else {
         FakeMac::preferences().values[place] = (__bridge id)value;
+    }
 }
 
 Boolean CFPreferencesSynchronize(CFStringRef application, CFStringRef user, CFStringRef host) {
@@ -222,12 +235,14 @@ Boolean CFPreferencesSynchronize(CFStringRef application, CFStringRef user, CFSt
 }
 
 CFArrayRef CFLocaleCopyPreferredLanguages() {
-    if (!FakeMac::settings().hasLanguages)
+    if (!FakeMac::settings().hasLanguages) {
         return nullptr;
+    }
     @autoreleasepool {
         std::vector<NSString*> tags;
-        for (const QString& language : FakeMac::settings().languages)
+        for (const QString& language : FakeMac::settings().languages) {
             tags.push_back(makeText(language));
+        }
         return (CFArrayRef)CFBridgingRetain([NSArray arrayWithObjects:tags.data() count:tags.size()]);
     }
 }
@@ -235,17 +250,19 @@ CFArrayRef CFLocaleCopyPreferredLanguages() {
 // The window server
 CFDictionaryRef CGSessionCopyCurrentDictionary() {
     const FakeMac::Settings& settings = FakeMac::settings();
-    if (!settings.hasSession)
+    if (!settings.hasSession) {
         return nullptr;
+    }
     @autoreleasepool {
         std::vector<id> keys = {@"kCGSSessionUserNameKey"};
         std::vector<id> objects = {@"test"};
         if (settings.hasConsoleKey) {
             keys.push_back((__bridge NSString*)kCGSessionOnConsoleKey);
-            if (settings.consoleIsNumber)
+            if (settings.consoleIsNumber) {
                 objects.push_back(makeNumber(settings.isOnConsole ? 1 : 0, true));
-            else
+            } else {
                 objects.push_back(@"no");
+            }
         }
         return (CFDictionaryRef)CFBridgingRetain([NSDictionary dictionaryWithObjects:objects.data()
                                                                              forKeys:keys.data()

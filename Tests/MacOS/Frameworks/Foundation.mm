@@ -62,10 +62,12 @@ NSString* makeText(const QString& text) {
 }
 
 + (instancetype)stringWithUTF8String:(const char*)text {
-    if (text == nullptr)
+    if (text == nullptr) {
         return nil;
-    if (text == versionIsThere)
+    }
+    if (text == versionIsThere) {
         return @"1";
+    }
     return makeText(QString::fromUtf8(text));
 }
 
@@ -112,8 +114,9 @@ NSString* makeText(const QString& text) {
 
 - (QString)fakeText {
     const auto* text = (__bridge const ConstantString*)self;
-    if ((text->flags & 3U) == 2) // UTF-16
+    if ((text->flags & 3U) == 2) { // UTF-16
         return QString(reinterpret_cast<const QChar*>(text->data), static_cast<qsizetype>(text->length));
+    }
     return QString::fromUtf8(text->data, static_cast<qsizetype>(text->size));
 }
 
@@ -131,8 +134,9 @@ NSString* makeText(const QString& text) {
     const auto bits = reinterpret_cast<std::uintptr_t>((__bridge void*)self);
     const std::uintptr_t length = (bits >> 3U) & 31U;
     QString text;
-    for (std::uintptr_t i = 0; i < length; ++i)
+    for (std::uintptr_t i = 0; i < length; ++i) {
         text += QLatin1Char(static_cast<char>((bits >> (57U - 7U * i)) & 127U));
+    }
     return text;
 }
 
@@ -235,8 +239,9 @@ NSData* makeData(const QByteArray& content) {
     static unsigned long never = 0;
     state->mutationsPtr = &never;
     NSUInteger given = 0;
-    while (given < count && state->state < objects_.size())
+    while (given < count && state->state < objects_.size()) {
         buffer[given++] = objects_[state->state++];
+    }
     state->itemsPtr = buffer;
     return given;
 }
@@ -253,8 +258,9 @@ NSData* makeData(const QByteArray& content) {
 
 + (instancetype)dictionaryWithObjects:(const id[])objects forKeys:(const id[])keys count:(NSUInteger)count {
     NSDictionary* made = [[NSDictionary alloc] init];
-    for (NSUInteger i = 0; i < count; ++i)
+    for (NSUInteger i = 0; i < count; ++i) {
         made->entries_.emplace_back(keys[i], objects[i]);
+    }
     return made;
 }
 
@@ -263,9 +269,11 @@ NSData* makeData(const QByteArray& content) {
 }
 
 - (id)objectForKeyedSubscript:(id)key {
-    for (const auto& [name, object] : entries_)
-        if ([name isEqual:key])
+    for (const auto& [name, object] : entries_) {
+        if ([name isEqual:key]) {
             return object;
+        }
+    }
     return nil;
 }
 
@@ -275,8 +283,9 @@ NSData* makeData(const QByteArray& content) {
     static unsigned long never = 0;
     state->mutationsPtr = &never;
     NSUInteger given = 0;
-    while (given < count && state->state < entries_.size())
+    while (given < count && state->state < entries_.size()) {
         buffer[given++] = entries_[state->state++].first;
+    }
     state->itemsPtr = buffer;
     return given;
 }
@@ -309,8 +318,9 @@ NSData* makeData(const QByteArray& content) {
 
 + (instancetype)currentHost {
     NSHost* made = [[NSHost alloc] init];
-    if (FakeMac::settings().hasComputerName)
+    if (FakeMac::settings().hasComputerName) {
         made.localizedName = makeText(FakeMac::settings().computerName);
+    }
     return made;
 }
 
@@ -321,8 +331,9 @@ static NSBundle* theBundle = nil;
 @implementation NSBundle
 
 + (NSBundle*)mainBundle {
-    if (theBundle == nil)
+    if (theBundle == nil) {
         theBundle = [[NSBundle alloc] init];
+    }
     return theBundle;
 }
 
@@ -336,10 +347,12 @@ static NSBundle* theBundle = nil;
 
 - (id)objectForInfoDictionaryKey:(NSString*)key {
     const auto found = FakeMac::settings().bundle.find(key.fakeText);
-    if (found == FakeMac::settings().bundle.end())
+    if (found == FakeMac::settings().bundle.end()) {
         return nil;
-    if (found->second == QStringLiteral("<a number>"))
+    }
+    if (found->second == QStringLiteral("<a number>")) {
         return makeNumber(1, false);
+    }
     return makeText(found->second);
 }
 
@@ -351,8 +364,9 @@ static NSOperationQueue* theQueue = nil;
 @implementation NSOperationQueue
 
 + (NSOperationQueue*)mainQueue {
-    if (theQueue == nil)
+    if (theQueue == nil) {
         theQueue = [[NSOperationQueue alloc] init];
+    }
     return theQueue;
 }
 
@@ -386,8 +400,9 @@ static NSNotificationCenter* theCenter = nil;
 @implementation NSNotificationCenter
 
 + (NSNotificationCenter*)defaultCenter {
-    if (theCenter == nil)
+    if (theCenter == nil) {
         theCenter = [[NSNotificationCenter alloc] init];
+    }
     return theCenter;
 }
 
@@ -395,8 +410,9 @@ static NSNotificationCenter* theCenter = nil;
                             object:(id)object
                              queue:(NSOperationQueue*)queue
                         usingBlock:(void (^)(NSNotification*))block {
-    if (object != nil)
+    if (object != nil) {
         FakeMac::violate("an observer of one object, which these tests do not know");
+    }
     FakeObserver* observer = [[FakeObserver alloc] init];
     observer.name = name;
     observer.center = self;
@@ -407,14 +423,16 @@ static NSNotificationCenter* theCenter = nil;
 }
 
 - (void)removeObserver:(id)observer {
-    if (observer == nil)
+    if (observer == nil) {
         return;
+    }
     auto& all = allObservers();
-    for (std::size_t i = 0; i < all.size(); ++i)
+    for (std::size_t i = 0; i < all.size(); ++i) {
         if (all[i] == observer && all[i].center == self) {
             all.erase(all.begin() + static_cast<std::ptrdiff_t>(i));
             return;
         }
+    }
     FakeMac::violate("an observer was taken away that this centre does not know");
 }
 
@@ -430,10 +448,12 @@ void FakeMac::post(NSNotificationCenter* center, NSString* name, NSDictionary* u
         notification.userInfo = userInfo;
         const std::vector<FakeObserver*> told = allObservers(); // a copy: a block may add or remove observers
         for (FakeObserver* observer : told) {
-            if (observer.center != center || ![observer.name isEqualToString:name])
+            if (observer.center != center || ![observer.name isEqualToString:name]) {
                 continue;
-            if (observer.queue != NSOperationQueue.mainQueue)
+            }
+            if (observer.queue != NSOperationQueue.mainQueue) {
                 FakeMac::violate("a notification would come on whatever thread posts it");
+            }
             observer.block(notification);
         }
     }
@@ -479,11 +499,12 @@ std::vector<ValueObserver>& allValueObservers() {
 
 - (void)removeObserver:(NSObject*)observer forKeyPath:(NSString*)path {
     auto& all = allValueObservers();
-    for (std::size_t i = 0; i < all.size(); ++i)
+    for (std::size_t i = 0; i < all.size(); ++i) {
         if (all[i].object == self && all[i].observer == observer && all[i].path == path.fakeText) {
             all.erase(all.begin() + static_cast<std::ptrdiff_t>(i));
             return;
         }
+    }
     // macOS raises an exception.
     FakeMac::violate("an observer of a value was taken away that was never there");
 }
@@ -493,9 +514,11 @@ std::vector<ValueObserver>& allValueObservers() {
 void FakeMac::changeValue(id object, NSString* path) {
     @autoreleasepool {
         const std::vector<ValueObserver> told = allValueObservers();
-        for (const ValueObserver& each : told)
-            if (each.object == object && each.path == path.fakeText)
+        for (const ValueObserver& each : told) {
+            if (each.object == object && each.path == path.fakeText) {
                 [each.observer observeValueForKeyPath:path ofObject:object change:nil context:nullptr];
+            }
+        }
     }
 }
 
@@ -522,8 +545,9 @@ static NSProcessInfo* theProcess = nil;
 @implementation NSProcessInfo
 
 + (NSProcessInfo*)processInfo {
-    if (theProcess == nil)
+    if (theProcess == nil) {
         theProcess = [[NSProcessInfo alloc] init];
+    }
     return theProcess;
 }
 
@@ -532,8 +556,9 @@ static NSProcessInfo* theProcess = nil;
 }
 
 - (id<NSObject>)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason {
-    if (reason == nil || reason.length == 0)
+    if (reason == nil || reason.length == 0) {
         FakeMac::violate("an activity without a reason"); // macOS raises an exception
+    }
     FakeActivity* activity = [[FakeActivity alloc] init];
     activity.reason = reason;
     activity.options = options;
@@ -543,11 +568,12 @@ static NSProcessInfo* theProcess = nil;
 
 - (void)endActivity:(id<NSObject>)activity {
     auto& all = allActivities();
-    for (std::size_t i = 0; i < all.size(); ++i)
+    for (std::size_t i = 0; i < all.size(); ++i) {
         if (all[i] == activity) {
             all.erase(all.begin() + static_cast<std::ptrdiff_t>(i));
             return;
         }
+    }
     FakeMac::violate("an activity was ended that does not run");
 }
 
@@ -556,8 +582,9 @@ static NSProcessInfo* theProcess = nil;
 std::vector<QString> FakeMac::activities() {
     std::vector<QString> running;
     @autoreleasepool {
-        for (FakeActivity* activity : allActivities())
+        for (FakeActivity* activity : allActivities()) {
             running.push_back(activity.reason.fakeText + u' ' + QString::number(activity.options, 16));
+        }
     }
     return running;
 }
@@ -585,8 +612,9 @@ static OSType reason(NSAppleEventDescriptor* descriptor, int kind) {
 }
 
 static NSAppleEventDescriptor* descriptor(AEKeyword keyword, bool isParameter) {
-    if (keyword != kAEQuitReason)
+    if (keyword != kAEQuitReason) {
         return nil;
+    }
     NSAppleEventDescriptor* made = [[NSAppleEventDescriptor alloc] init];
     made.isParameter = isParameter;
     return made;
@@ -607,8 +635,9 @@ static NSAppleEventManager* theEvents = nil;
 @implementation NSAppleEventManager
 
 + (NSAppleEventManager*)sharedAppleEventManager {
-    if (theEvents == nil)
+    if (theEvents == nil) {
         theEvents = [[NSAppleEventManager alloc] init];
+    }
     return theEvents;
 }
 
@@ -664,8 +693,9 @@ bool FakeMac::isMainThread() {
 }
 
 void FakeMac::requireMainThread(const char* call) {
-    if (!isMainThread())
+    if (!isMainThread()) {
         violate(std::string(call) + " off the main thread");
+    }
 }
 
 FakeMac::Settings& FakeMac::settings() {
@@ -678,20 +708,24 @@ void FakeMac::setSystemVersion(int major) {
 
 extern "C" const char* macOSIsAtLeast(const char* platformAndVersion) {
     constexpr char platform[] = "macOS ";
-    if (std::strncmp(platformAndVersion, platform, sizeof platform - 1) != 0)
+    if (std::strncmp(platformAndVersion, platform, sizeof platform - 1) != 0) {
         FakeMac::violate("a question for the version of another system");
+    }
     return record().system >= std::atoi(platformAndVersion + sizeof platform - 1) ? versionIsThere : nullptr;
 }
 
 void forgetAppKit(); // AppKit.mm
 
 void FakeMac::checkEnd() {
-    if (!allObservers().empty())
+    if (!allObservers().empty()) {
         violate("observers of notifications were left behind");
-    if (!allValueObservers().empty())
+    }
+    if (!allValueObservers().empty()) {
         violate("observers of values were left behind");
-    if (!allActivities().empty())
+    }
+    if (!allActivities().empty()) {
         violate("activities were left running");
+    }
     allObservers().clear();
     allValueObservers().clear();
     allActivities().clear();

@@ -55,8 +55,9 @@ FakeMac::Kernel& FakeMac::kernel() {
 
 struct FakeMac::Controller::State {
     explicit State(std::string_view machine) : mac(*simulated::findMachine(machine), now()) {
-        if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0)
+        if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
             std::abort();
+        }
         wire().client = ends[0];
         server = std::thread([this] { serve(); });
     }
@@ -80,8 +81,9 @@ struct FakeMac::Controller::State {
                 const simulated::Peer peer{.process = 1, .user = kernel().isRoot ? 0U : 501U};
                 reply = mac.handle(request, peer, now());
             }
-            if (send(ends[1], &reply, sizeof reply, MSG_NOSIGNAL) != static_cast<ssize_t>(sizeof reply))
+            if (send(ends[1], &reply, sizeof reply, MSG_NOSIGNAL) != static_cast<ssize_t>(sizeof reply)) {
                 return;
+            }
         }
     }
 
@@ -111,23 +113,28 @@ CFMutableDictionaryRef IOServiceMatching(const char* name) {
 }
 
 io_service_t IOServiceGetMatchingService(mach_port_t mainPort, CFDictionaryRef matching) {
-    if (matching == nullptr || mainPort != kIOMainPortDefault)
+    if (matching == nullptr || mainPort != kIOMainPortDefault) {
         return 0;
+    }
     const bool matches = matching->service == "AppleSMC";
     delete matching; // the call consumes the dictionary
     --FakeMac::kernel().matchingDictionaries;
-    if (!matches || !FakeMac::kernel().hasService)
+    if (!matches || !FakeMac::kernel().hasService) {
         return 0;
+    }
     ++FakeMac::kernel().services;
     return appleSMC;
 }
 
 kern_return_t IOServiceOpen(io_service_t service, task_port_t owningTask, std::uint32_t type,
                             io_connect_t* connect) {
-    if (service != appleSMC || FakeMac::kernel().services == 0 || owningTask != mach_task_self() || type != 0)
+    if (service != appleSMC || FakeMac::kernel().services == 0 || owningTask != mach_task_self() ||
+        type != 0) {
         return static_cast<kern_return_t>(badArgument);
-    if (!FakeMac::kernel().opens)
+    }
+    if (!FakeMac::kernel().opens) {
         return static_cast<kern_return_t>(notFound);
+    }
     const std::lock_guard lock(wire().mutex);
     *connect = wire().next++;
     wire().open.insert(*connect);
@@ -165,8 +172,9 @@ kern_return_t IOConnectCallStructMethod(mach_port_t connection, std::uint32_t se
     simulated::Reply reply;
     if (FakeMac::kernel().vanishes || wire().client < 0 ||
         send(wire().client, input, inputSize, MSG_NOSIGNAL) != static_cast<ssize_t>(inputSize) ||
-        recv(wire().client, &reply, sizeof reply, 0) != static_cast<ssize_t>(sizeof reply))
+        recv(wire().client, &reply, sizeof reply, 0) != static_cast<ssize_t>(sizeof reply)) {
         return static_cast<kern_return_t>(notFound);
+    }
     std::memcpy(output, &reply.record, sizeof reply.record); // even when the controller refuses the request
     return static_cast<kern_return_t>(reply.kernelReturn);
 }

@@ -27,11 +27,14 @@ namespace {
 std::vector<int> openDescriptors() {
     std::vector<int> open;
     DIR* folder = opendir("/proc/self/fd");
-    if (folder == nullptr)
+    if (folder == nullptr) {
         return open;
-    while (const dirent* entry = readdir(folder))
-        if (entry->d_name[0] != '.' && std::atoi(entry->d_name) != dirfd(folder))
+    }
+    while (const dirent* entry = readdir(folder)) {
+        if (entry->d_name[0] != '.' && std::atoi(entry->d_name) != dirfd(folder)) {
             open.push_back(std::atoi(entry->d_name));
+        }
+    }
     closedir(folder);
     return open;
 }
@@ -70,8 +73,9 @@ FakeMac::System& FakeMac::system() {
 int FakeMac::setSpawnFlags(void* attributes, short flags) {
     const std::lock_guard lock(spawning());
     std::erase(closing(), attributes);
-    if ((flags & POSIX_SPAWN_CLOEXEC_DEFAULT) != 0)
+    if ((flags & POSIX_SPAWN_CLOEXEC_DEFAULT) != 0) {
         closing().push_back(attributes);
+    }
     return posix_spawnattr_setflags(static_cast<posix_spawnattr_t*>(attributes),
                                     static_cast<short>(flags & ~POSIX_SPAWN_CLOEXEC_DEFAULT));
 }
@@ -84,16 +88,18 @@ int FakeMac::spawn(pid_t* child, const char* path, const void* actions, const vo
     std::vector<int> marked;
     if (attributes != nullptr && std::count(closing().begin(), closing().end(), attributes) > 0) {
         std::erase(closing(), attributes);
-        for (const int each : openDescriptors())
+        for (const int each : openDescriptors()) {
             if ((fcntl(each, F_GETFD) & FD_CLOEXEC) == 0) {
                 fcntl(each, F_SETFD, FD_CLOEXEC);
                 marked.push_back(each);
             }
+        }
     }
     const int result = posix_spawn(child, path, static_cast<const posix_spawn_file_actions_t*>(actions),
                                    static_cast<const posix_spawnattr_t*>(attributes), arguments, environment);
-    for (const int each : marked)
+    for (const int each : marked) {
         fcntl(each, F_SETFD, 0);
+    }
     return result;
 }
 
@@ -105,15 +111,18 @@ int FakeMac::setPriority(int which, unsigned who, int priority) {
 extern "C" {
 
 int proc_pidinfo(int pid, int flavor, std::uint64_t, void* buffer, int size) {
-    if (pid != getpid() || flavor != PROC_PIDLISTFDS)
+    if (pid != getpid() || flavor != PROC_PIDLISTFDS) {
         return 0;
+    }
     const std::vector<int> open =
         FakeMac::system().openDescriptors.empty() ? openDescriptors() : FakeMac::system().openDescriptors;
     auto* infos = static_cast<proc_fdinfo*>(buffer);
     int count = 0;
-    for (const int each : open)
-        if ((count + 1) * static_cast<int>(sizeof *infos) <= size && fcntl(each, F_GETFD) >= 0)
+    for (const int each : open) {
+        if ((count + 1) * static_cast<int>(sizeof *infos) <= size && fcntl(each, F_GETFD) >= 0) {
             infos[count++] = {each, 1};
+        }
+    }
     return count * static_cast<int>(sizeof *infos);
 }
 
@@ -145,8 +154,9 @@ std::uint64_t mach_continuous_time() {
 }
 
 std::size_t malloc_zone_pressure_relief(malloc_zone_t* zone, std::size_t goal) {
-    if (zone == nullptr && goal == 0)
+    if (zone == nullptr && goal == 0) {
         ++FakeMac::system().reliefs;
+    }
     return 0;
 }
 

@@ -33,49 +33,56 @@ void* _NSConcreteGlobalBlock[32] = {};
 
 void* _Block_copy(const void* original) {
     auto* block = static_cast<Block*>(const_cast<void*>(original));
-    if (block == nullptr || block->isa == _NSConcreteGlobalBlock)
+    if (block == nullptr || block->isa == _NSConcreteGlobalBlock) {
         return block;
+    }
     if (block->isa == _NSConcreteMallocBlock) {
         ++references(block);
         return block;
     }
     auto* const copy = static_cast<Block*>(std::malloc(block->descriptor->size));
-    if (copy == nullptr)
+    if (copy == nullptr) {
         Runtime::die("no memory");
+    }
     std::memcpy(copy, block, block->descriptor->size);
     copy->isa = _NSConcreteMallocBlock;
     copy->reserved = 1;
-    if ((copy->flags & hasCopyAndDispose) != 0)
+    if ((copy->flags & hasCopyAndDispose) != 0) {
         copy->descriptor->copy(copy, block);
+    }
     ++live;
     return copy;
 }
 
 void _Block_release(const void* original) {
     auto* block = static_cast<Block*>(const_cast<void*>(original));
-    if (block == nullptr || block->isa != _NSConcreteMallocBlock || --references(block) > 0)
+    if (block == nullptr || block->isa != _NSConcreteMallocBlock || --references(block) > 0) {
         return;
-    if ((block->flags & hasCopyAndDispose) != 0)
+    }
+    if ((block->flags & hasCopyAndDispose) != 0) {
         block->descriptor->dispose(block);
+    }
     --live;
     std::free(block);
 }
 
 void _Block_object_assign(void* to, const void* from, int kind) {
     const id object = static_cast<id>(const_cast<void*>(from));
-    if (kind == isBlockField)
+    if (kind == isBlockField) {
         *static_cast<void**>(to) = _Block_copy(from);
-    else if (kind == isObject)
+    } else if (kind == isObject) {
         *static_cast<id*>(to) = objc_retain(object);
-    else
+    } else {
         Runtime::die("a block holds a variable of a kind that these tests do not know");
+    }
 }
 
 void _Block_object_dispose(const void* object, int kind) {
-    if (kind == isBlockField)
+    if (kind == isBlockField) {
         _Block_release(object);
-    else if (kind == isObject)
+    } else if (kind == isObject) {
         objc_release(static_cast<id>(const_cast<void*>(object)));
+    }
 }
 }
 

@@ -57,9 +57,11 @@ extern "C" id objc_retain(id object);
 }
 
 - (BOOL)isKindOfClass:(Class)which {
-    for (Class each = Runtime::classOf(self); each != nullptr; each = objc_superclass(each))
-        if (each == which)
+    for (Class each = Runtime::classOf(self); each != nullptr; each = objc_superclass(each)) {
+        if (each == which) {
             return YES;
+        }
+    }
     return NO;
 }
 

@@ -77,17 +77,21 @@ Class classNamed(const char* name) {
 // Completes a class at load time, after its superclass: makes the instance size and the offsets of its ivars
 // absolute, links its metaclass, and registers it by name.
 void resolve(Class which) {
-    if ((which->info & loadedInfo) != 0)
+    if ((which->info & loadedInfo) != 0) {
         return;
+    }
     which->info |= loadedInfo;
     const Class above = which->superclass;
-    if (above != nullptr)
+    if (above != nullptr) {
         resolve(above);
+    }
     const long inherited = above != nullptr ? above->instanceSize : 0;
     if (which->instanceSize <= 0) {
-        if (which->ivars != nullptr)
-            for (int i = 0; i < which->ivars->count; ++i)
+        if (which->ivars != nullptr) {
+            for (int i = 0; i < which->ivars->count; ++i) {
                 *which->ivars->ivars[i].offset += static_cast<int>(inherited);
+            }
+        }
         which->instanceSize = inherited - which->instanceSize;
     }
     which->isa->info |= loadedInfo;
@@ -98,11 +102,13 @@ void resolve(Class which) {
 
 // Puts the methods of a category in front of those of the class, which they override.
 void addMethods(Class to, objc_method_list* methods) {
-    if (methods == nullptr)
+    if (methods == nullptr) {
         return;
+    }
     objc_method_list* last = methods;
-    while (last->next != nullptr)
+    while (last->next != nullptr) {
         last = last->next;
+    }
     last->next = to->methods;
     to->methods = methods;
 }
@@ -110,8 +116,9 @@ void addMethods(Class to, objc_method_list* methods) {
 // Whether an object is never freed: nil, string literals and classes.
 bool isForever(id object) {
     if (object == nullptr || isTiny(object) ||
-        static_cast<void*>(object->isa) == static_cast<void*>(__CFConstantStringClassReference))
+        static_cast<void*>(object->isa) == static_cast<void*>(__CFConstantStringClassReference)) {
         return true;
+    }
     static const Class constantString = classNamed("NSConstantString");
     return object->isa == constantString || (object->isa->info & metaInfo) != 0;
 }
@@ -119,15 +126,18 @@ bool isForever(id object) {
 // Looks a method up, with a cache for each class. Null when neither the class nor its superclasses have it.
 objc_slot* slotFor(Class which, SEL selector) {
     const std::lock_guard lock(state().mutex);
-    if (which->cache == nullptr)
+    if (which->cache == nullptr) {
         which->cache = new Cache;
+    }
     Cache& cache = *static_cast<Cache*>(which->cache);
     const auto known = cache.find(selector->name);
-    if (known != cache.end())
+    if (known != cache.end()) {
         return &known->second;
+    }
     const IMP implementation = Runtime::find(which, selector);
-    if (implementation == nullptr)
+    if (implementation == nullptr) {
         return nullptr;
+    }
     return &cache.emplace(selector->name, objc_slot{which, which, selector->types, 1, implementation})
                 .first->second;
 }
@@ -139,8 +149,9 @@ id answerToNil(id /*self*/, SEL /*selector*/, ...) {
 
 // Calls a method without arguments, unless the implementation is null.
 void perform(id object, IMP implementation) {
-    if (implementation != nullptr)
+    if (implementation != nullptr) {
         implementation(object, nullptr);
+    }
 }
 
 SEL selectorNamed(const char* name) {
@@ -151,17 +162,21 @@ SEL selectorNamed(const char* name) {
 
 // The method of this class itself, without those of its superclasses.
 IMP ownMethod(Class which, SEL selector) {
-    for (const objc_method_list* list = which->methods; list != nullptr; list = list->next)
-        for (int i = 0; i < list->count; ++i)
-            if (list->methods[i].selector->name == selector->name)
+    for (const objc_method_list* list = which->methods; list != nullptr; list = list->next) {
+        for (int i = 0; i < list->count; ++i) {
+            if (list->methods[i].selector->name == selector->name) {
                 return list->methods[i].implementation;
+            }
+        }
+    }
     return nullptr;
 }
 
 // Runs the constructors of the C++ ivars of a new object, those of the superclass first.
 void construct(id object, Class which) {
-    if (which == nullptr)
+    if (which == nullptr) {
         return;
+    }
     construct(object, which->superclass);
     static const SEL selector = selectorNamed(".cxx_construct");
     perform(object, ownMethod(which, selector));
@@ -180,21 +195,28 @@ int __gnustep_objcxx_personality_v0(int version, int actions, std::uint64_t kind
 }
 
 void __objc_load(objc_init* program) {
-    if (program->version == ~std::uint64_t{0})
+    if (program->version == ~std::uint64_t{0}) {
         return;
+    }
     program->version = ~std::uint64_t{0};
-    for (SEL selector = program->selectorsBegin; selector != program->selectorsEnd; ++selector)
-        if (selector->name != nullptr)
+    for (SEL selector = program->selectorsBegin; selector != program->selectorsEnd; ++selector) {
+        if (selector->name != nullptr) {
             selector->name = unique(selector->name);
-    for (Class* which = program->classesBegin; which != program->classesEnd; ++which)
-        if (*which != nullptr)
+        }
+    }
+    for (Class* which = program->classesBegin; which != program->classesEnd; ++which) {
+        if (*which != nullptr) {
             resolve(*which);
+        }
+    }
     for (objc_category* each = program->categoriesBegin; each != program->categoriesEnd; ++each) {
-        if (each->className == nullptr)
+        if (each->className == nullptr) {
             continue;
+        }
         const Class which = classNamed(each->className);
-        if (which == nullptr)
+        if (which == nullptr) {
             Runtime::die(std::string("a category of an unknown class ") + each->className);
+        }
         addMethods(which, each->instanceMethods);
         addMethods(which->isa, each->classMethods);
     }
@@ -202,20 +224,23 @@ void __objc_load(objc_init* program) {
 
 objc_slot* objc_msg_lookup_sender(id* receiver, SEL selector, id /*sender*/) {
     static objc_slot nothing = {nullptr, nullptr, "", 1, answerToNil};
-    if (*receiver == nullptr)
+    if (*receiver == nullptr) {
         return &nothing;
+    }
     const Class which = Runtime::classOf(*receiver);
     objc_slot* slot = slotFor(which, selector);
-    if (slot == nullptr)
+    if (slot == nullptr) {
         Runtime::die(std::string(Runtime::isMeta(which) ? "+[" : "-[") + which->name + " " + selector->name +
                      "]: unrecognised selector");
+    }
     return slot;
 }
 
 IMP objc_msg_lookup_super(objc_super* super, SEL selector) {
     const objc_slot* slot = slotFor(super->superclass, selector);
-    if (slot == nullptr)
+    if (slot == nullptr) {
         Runtime::die(std::string("[super ") + selector->name + "]: unrecognised selector");
+    }
     return slot->implementation;
 }
 
@@ -240,32 +265,37 @@ SEL sel_registerName(const char* name) {
 }
 
 id objc_retain(id object) {
-    if (isForever(object))
+    if (isForever(object)) {
         return object;
-    if (Runtime::isBlock(object)) // a block on the stack stays there until it is copied
+    }
+    if (Runtime::isBlock(object)) { // a block on the stack stays there until it is copied
         return object->isa == reinterpret_cast<Class>(_NSConcreteMallocBlock)
                    ? static_cast<id>(_Block_copy(object))
                    : object;
+    }
     ++header(object).references;
     return object;
 }
 
 void objc_release(id object) {
-    if (isForever(object))
+    if (isForever(object)) {
         return;
+    }
     if (Runtime::isBlock(object)) {
         _Block_release(object);
         return;
     }
-    if (--header(object).references > 0 || header(object).isDying != 0)
+    if (--header(object).references > 0 || header(object).isDying != 0) {
         return;
+    }
     {
         const std::lock_guard lock(state().mutex);
         header(object).isDying = 1;
         const auto weak = state().weak.find(object);
         if (weak != state().weak.end()) {
-            for (id* reference : weak->second)
+            for (id* reference : weak->second) {
                 *reference = nullptr;
+            }
             state().weak.erase(weak);
         }
     }
@@ -273,8 +303,9 @@ void objc_release(id object) {
 }
 
 id objc_autorelease(id object) {
-    if (isForever(object))
+    if (isForever(object)) {
         return object;
+    }
     if (pools().marks.size() <= pools().uncounted) {
         const std::lock_guard lock(state().mutex);
         state().strays.emplace_back(Runtime::isBlock(object) ? "a block" : Runtime::classOf(object)->name);
@@ -337,15 +368,17 @@ id objc_storeWeak(id* place, id object) {
         const auto known = state().weak.find(*place);
         if (known != state().weak.end()) {
             known->second.erase(place);
-            if (known->second.empty())
+            if (known->second.empty()) {
                 state().weak.erase(known);
+            }
         }
     }
     if (object != nullptr && !isForever(object)) {
-        if (header(object).isDying != 0)
+        if (header(object).isDying != 0) {
             object = nullptr;
-        else
+        } else {
             state().weak[object].insert(place);
+        }
     }
     *place = object;
     return object;
@@ -387,13 +420,14 @@ id objc_getProperty(id self, SEL /*selector*/, std::ptrdiff_t offset, bool /*isA
 static void setProperty(id self, id value, std::ptrdiff_t offset, bool copies) {
     id* place = reinterpret_cast<id*>(reinterpret_cast<char*>(self) + offset);
     id kept = nullptr;
-    if (copies && value != nullptr && !isForever(value) && Runtime::isBlock(value))
+    if (copies && value != nullptr && !isForever(value) && Runtime::isBlock(value)) {
         kept = static_cast<id>(_Block_copy(value));
-    else if (copies && value != nullptr && !isForever(value))
+    } else if (copies && value != nullptr && !isForever(value)) {
         kept = reinterpret_cast<id (*)(id, SEL)>(
             Runtime::find(Runtime::classOf(value), selectorNamed("copy")))(value, nullptr);
-    else
+    } else {
         kept = objc_retain(value);
+    }
     const id before = *place;
     *place = kept;
     objc_release(before);
@@ -446,8 +480,9 @@ void objc_setAssociatedObject(id object, const void* key, id value, std::uintptr
 id objc_getAssociatedObject(id object, const void* key) {
     const std::lock_guard lock(state().mutex);
     const auto all = state().associated.find(object);
-    if (all == state().associated.end())
+    if (all == state().associated.end()) {
         return nullptr;
+    }
     const auto found = all->second.find(key);
     return found == all->second.end() ? nullptr : objc_retainAutorelease(found->second);
 }
@@ -457,10 +492,12 @@ Class Runtime::classOf(id object) {
     static const Class tiny = classNamed("FakeTinyString");
     static const Class text = classNamed("FakeCFConstantString");
     static const Class block = classNamed("FakeBlock");
-    if (isTiny(object))
+    if (isTiny(object)) {
         return tiny;
-    if (static_cast<void*>(object->isa) == static_cast<void*>(__CFConstantStringClassReference))
+    }
+    if (static_cast<void*>(object->isa) == static_cast<void*>(__CFConstantStringClassReference)) {
         return text;
+    }
     return isBlock(object) ? block : object->isa;
 }
 
@@ -475,16 +512,18 @@ bool Runtime::isMeta(Class which) {
 
 IMP Runtime::find(Class startingAt, SEL selector) {
     for (Class which = startingAt; which != nullptr; which = which->superclass) {
-        if (const IMP found = ownMethod(which, selector))
+        if (const IMP found = ownMethod(which, selector)) {
             return found;
+        }
     }
     return nullptr;
 }
 
 id Runtime::allocate(Class ofClass) {
     void* const memory = std::calloc(1, sizeof(Header) + static_cast<std::size_t>(ofClass->instanceSize));
-    if (memory == nullptr)
+    if (memory == nullptr) {
         die("no memory");
+    }
     auto* const front = static_cast<Header*>(memory);
     front->references = 1;
     const id object = reinterpret_cast<id>(front + 1);
@@ -497,8 +536,9 @@ id Runtime::allocate(Class ofClass) {
 
 void Runtime::destroy(id object) {
     static const SEL selector = selectorNamed(".cxx_destruct");
-    for (Class which = object->isa; which != nullptr; which = which->superclass)
+    for (Class which = object->isa; which != nullptr; which = which->superclass) {
         perform(object, ownMethod(which, selector));
+    }
     std::map<const void*, id> associated;
     {
         const std::lock_guard lock(state().mutex);
@@ -509,8 +549,9 @@ void Runtime::destroy(id object) {
             state().associated.erase(found);
         }
     }
-    for (const auto& each : associated)
+    for (const auto& each : associated) {
         objc_release(each.second);
+    }
     std::free(&header(object));
 }
 
@@ -528,11 +569,14 @@ std::size_t Runtime::liveObjects(const std::string& className) {
 std::map<std::string, std::size_t> Runtime::allLiveObjects() {
     const std::lock_guard lock(state().mutex);
     std::map<std::string, std::size_t> live;
-    for (const auto& [name, count] : state().live)
-        if (count > 0)
+    for (const auto& [name, count] : state().live) {
+        if (count > 0) {
             live[name] = count;
-    if (liveBlocks() > 0)
+        }
+    }
+    if (liveBlocks() > 0) {
         live["block"] = liveBlocks();
+    }
     return live;
 }
 

@@ -8,8 +8,9 @@ bool announceBySystem(const QString& text, bool urgent) {
             urgent ? NSAccessibilityPriorityHigh : NSAccessibilityPriorityMedium;
         // If there is no key window, the user is in another program and should hear nothing.
         NSWindow* window = NSApp.keyWindow;
-        if (window == nil)
+        if (window == nil) {
             return true;
+        }
         NSAccessibilityPostNotificationWithUserInfo(
             window, NSAccessibilityAnnouncementRequestedNotification, @{
                 NSAccessibilityAnnouncementKey : text.toNSString(),

@@ -30,16 +30,18 @@ void ApplicationEvents::setSessionEndHandler(std::function<void()> handler) {
 }
 
 bool ApplicationEvents::shouldHandleReopen(bool hasVisibleWindows) {
-    if (hasVisibleWindows || !handlers().reopen)
+    if (hasVisibleWindows || !handlers().reopen) {
         return true;
+    }
     handlers().reopen();
     return false;
 }
 
 bool ApplicationEvents::shouldTerminateNow(std::span<const std::uint32_t> reasons) {
     if (quitAnswer(reasons) == QuitAnswer::endNow) {
-        if (handlers().sessionEnd)
+        if (handlers().sessionEnd) {
             handlers().sessionEnd();
+        }
         return true;
     }
     // Deferred, so that the request has been answered before the event loop ends.

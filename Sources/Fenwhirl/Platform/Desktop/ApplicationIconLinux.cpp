@@ -12,8 +12,9 @@ constexpr qint64 maxFileSize = qint64{256} * 1024; // bytes
 // The base name of the desktop entry. For both "/opt/Firefox.app" and "/usr/lib/firefox" it is "firefox".
 QString entryName(const QString& applicationPath) {
     QString name = QFileInfo(applicationPath).fileName();
-    if (name.endsWith(QStringLiteral(".app")))
+    if (name.endsWith(QStringLiteral(".app"))) {
         name.chop(4);
+    }
     return name.toLower();
 }
 
@@ -21,22 +22,25 @@ QString entryName(const QString& applicationPath) {
 // unescaped commas and semicolons.
 QString iconIn(const QString& file) {
     QFile entry(file);
-    if (!entry.open(QIODevice::ReadOnly))
+    if (!entry.open(QIODevice::ReadOnly)) {
         return {};
+    }
     bool isInside = false;
     for (const QByteArray& raw : entry.read(maxFileSize).split('\n')) {
         const QByteArray line = raw.trimmed();
-        if (line.startsWith('['))
+        if (line.startsWith('[')) {
             isInside = line == "[Desktop Entry]";
-        else if (isInside && line.startsWith("Icon="))
+        } else if (isInside && line.startsWith("Icon=")) {
             return QString::fromUtf8(line.sliced(5).trimmed());
+        }
     }
     return {};
 }
 
 QString iconName(const QString& applicationPath) {
-    if (applicationPath.endsWith(QStringLiteral(".desktop")))
+    if (applicationPath.endsWith(QStringLiteral(".desktop"))) {
         return iconIn(applicationPath);
+    }
     const QString entry = entryName(applicationPath);
     const QString file =
         QStandardPaths::locate(QStandardPaths::ApplicationsLocation, entry + QStringLiteral(".desktop"));

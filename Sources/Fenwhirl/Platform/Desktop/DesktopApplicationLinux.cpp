@@ -17,8 +17,9 @@ bool hasGraphicsProcessor() {
     const QDir devices(QStringLiteral("/dev/dri"));
     for (const QString& node : devices.entryList({QStringLiteral("renderD*")}, QDir::System)) {
         const int file = open(devices.filePath(node).toLocal8Bit().constData(), O_RDWR | O_CLOEXEC);
-        if (file < 0)
+        if (file < 0) {
             continue;
+        }
         close(file);
         return true;
     }
@@ -26,8 +27,9 @@ bool hasGraphicsProcessor() {
 }
 
 void setUnlessSet(const char* name, const char* value) {
-    if (!qEnvironmentVariableIsSet(name))
+    if (!qEnvironmentVariableIsSet(name)) {
         qputenv(name, value);
+    }
 }
 
 // Makes both renderers draw text as designed. Without this, the hardware renderer adds coloured edges,
@@ -43,8 +45,9 @@ void drawTextAsDesigned() {
 void setInterfaceFont() {
     const QString inter = QStringLiteral("Inter");
     QFont font = QGuiApplication::font();
-    if (QFontDatabase::hasFamily(inter))
+    if (QFontDatabase::hasFamily(inter)) {
         font.setFamily(inter);
+    }
     // Grey antialiasing without hinting: coloured fringes and uneven spacing do not suit text beside drawn
     // symbols.
     font.setStyleStrategy(
@@ -57,8 +60,9 @@ void setInterfaceFont() {
 
 std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) {
     drawTextAsDesigned();
-    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsProcessor())
+    if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsProcessor()) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
     QGuiApplication::setDesktopFileName(QStringLiteral("com.fenwhirl.app"));
     // A QApplication, because Qt has the classic tray icon only in its widgets library. Nothing else of it is
     // used.

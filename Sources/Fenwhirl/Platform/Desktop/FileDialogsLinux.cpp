@@ -27,19 +27,22 @@ QLocale localeOf(const QString& language) {
 QString askWithQt(const QString& place, const QString& language) {
     QTranslator texts;
     if (texts.load(localeOf(language), QStringLiteral("qtbase"), QStringLiteral("_"),
-                   QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+                   QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(&texts); // its destructor removes it again
+    }
     return QFileDialog::getSaveFileName(nullptr, {}, place);
 }
 
 } // namespace
 
 QString askSavePath(const QString& proposedName, const QString& language) {
-    if (SavePortalLinux::isAsking())
+    if (SavePortalLinux::isAsking()) {
         return {};
+    }
     QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (!QFileInfo(folder).isDir())
+    if (!QFileInfo(folder).isDir()) {
         folder = QDir::homePath();
+    }
     SavePortalLinux portal(QDBusConnection::sessionBus());
     // The title is the program's name, which needs no translation.
     const SavePortalLinux::Answer answer =
@@ -55,7 +58,8 @@ void revealInFileBrowser(const QString& path) {
     auto* pending = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call));
     QObject::connect(pending, &QDBusPendingCallWatcher::finished, pending, [pending, path] {
         pending->deleteLater();
-        if (pending->isError())
+        if (pending->isError()) {
             QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).absolutePath()));
+        }
     });
 }

@@ -6,8 +6,9 @@ QString askSavePath(const QString& proposedName, const QString& /*language*/) {
     @autoreleasepool {
         NSSavePanel* panel = [NSSavePanel savePanel];
         panel.nameFieldStringValue = proposedName.toNSString();
-        if ([panel runModal] != NSModalResponseOK)
+        if ([panel runModal] != NSModalResponseOK) {
             return {};
+        }
         return QString::fromNSString(panel.URL.path);
     }
 }

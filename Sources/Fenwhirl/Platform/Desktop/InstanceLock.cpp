@@ -31,8 +31,9 @@ InstanceLock::~InstanceLock() {
 void InstanceLock::release() {
     notifier_.reset(); // before the descriptor that it watches is closed
     for (int* descriptor : {&openEnd_, &pipe_, &lock_}) {
-        if (*descriptor >= 0)
+        if (*descriptor >= 0) {
             close(std::exchange(*descriptor, -1));
+        }
     }
 }
 
@@ -41,29 +42,35 @@ QByteArray InstanceLock::file(const char* name) const {
 }
 
 bool InstanceLock::take() {
-    if (folder_.isEmpty())
+    if (folder_.isEmpty()) {
         return true;
+    }
     lock_ = open(file(lockName).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-    if (lock_ < 0)
+    if (lock_ < 0) {
         return true;
-    if (flock(lock_, LOCK_EX | LOCK_NB) == 0)
+    }
+    if (flock(lock_, LOCK_EX | LOCK_NB) == 0) {
         return true;
+    }
     const bool isHeld = errno == EWOULDBLOCK;
     close(std::exchange(lock_, -1));
     return !isHeld;
 }
 
 void InstanceLock::listen() {
-    if (lock_ < 0)
+    if (lock_ < 0) {
         return;
+    }
     const QByteArray path = file(pipeName);
     unlink(path.constData()); // safe, because the lock proves that nobody else listens there
-    if (mkfifo(path.constData(), S_IRUSR | S_IWUSR) != 0)
+    if (mkfifo(path.constData(), S_IRUSR | S_IWUSR) != 0) {
         return;
+    }
     // The read end first: a non-blocking open of the write end fails without a reader.
     pipe_ = open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
-    if (pipe_ < 0)
+    if (pipe_ < 0) {
         return;
+    }
     openEnd_ = open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
     notifier_ = std::make_unique<QSocketNotifier>(pipe_, QSocketNotifier::Read);
     connect(notifier_.get(), &QSocketNotifier::activated, this, &InstanceLock::heard);
@@ -74,27 +81,33 @@ void InstanceLock::listen() {
 void InstanceLock::heard() {
     QByteArray calls;
     char bytes[256];
-    for (ssize_t got = 0; (got = read(pipe_, bytes, sizeof bytes)) > 0;)
+    for (ssize_t got = 0; (got = read(pipe_, bytes, sizeof bytes)) > 0;) {
         calls.append(bytes, got);
-    if (calls.endsWith(lineEnd))
+    }
+    if (calls.endsWith(lineEnd)) {
         calls.chop(1);
+    }
     bool isOnlyWoken = false;
     for (const QByteArray& word : calls.split(lineEnd)) {
-        if (word.isEmpty() || word.contains('\0'))
+        if (word.isEmpty() || word.contains('\0')) {
             isOnlyWoken = true;
-        else
+        } else {
             Q_EMIT told(QString::fromUtf8(word));
+        }
     }
-    if (isOnlyWoken)
+    if (isOnlyWoken) {
         Q_EMIT called();
+    }
 }
 
 bool InstanceLock::notifyHolder(const QByteArray& word) const {
-    if (folder_.isEmpty() || word.contains(lineEnd) || word.size() >= longestCall)
+    if (folder_.isEmpty() || word.contains(lineEnd) || word.size() >= longestCall) {
         return false;
+    }
     const int pipe = open(file(pipeName).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
-    if (pipe < 0)
+    if (pipe < 0) {
         return false;
+    }
     const QByteArray call = word + lineEnd;
     const ssize_t written = write(pipe, call.constData(), static_cast<std::size_t>(call.size()));
     close(pipe);
@@ -108,8 +121,9 @@ bool belongsToUserAlone(const QString& folder) {
 }
 
 QString privateFolder(const QString& path) {
-    if (!QDir().mkpath(QFileInfo(path).path()))
+    if (!QDir().mkpath(QFileInfo(path).path())) {
         return {};
+    }
     mkdir(QFile::encodeName(path).constData(), S_IRWXU); // fails harmlessly if the folder exists
     return belongsToUserAlone(path) ? path : QString();
 }

@@ -11,8 +11,9 @@ void setRegular() {}
 void setAccessory() {}
 
 void bringToFront(QWindow& window, const QString& token) {
-    if (!token.isEmpty())
+    if (!token.isEmpty()) {
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // Qt's Wayland plugin reads it from the environment
+    }
     window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized); // keeps a maximised state
     window.setVisible(true);
     window.raise();

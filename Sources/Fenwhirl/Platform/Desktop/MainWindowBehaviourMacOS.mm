@@ -21,8 +21,9 @@ NSWindow* nativeWindow(QWindow& window) {
 // versions have only the other call.
 void activateApplication() {
     @autoreleasepool {
-        if (@available(macOS 14.0, *))
+        if (@available(macOS 14.0, *)) {
             [NSApp activate];
+        }
         [NSApp activateIgnoringOtherApps:YES];
     }
 }
@@ -42,15 +43,17 @@ void configure(QWindow& window) {
 }
 
 void setRegular() {
-    if (NSApp.activationPolicy == NSApplicationActivationPolicyRegular)
+    if (NSApp.activationPolicy == NSApplicationActivationPolicyRegular) {
         return;
+    }
     [NSApp setActivationPolicy:NSApplicationActivationPolicyRegular];
     activateApplication();
     // Repeated once the event loop runs. Before the launch has finished the request may be ignored, and when
     // a program has just become regular the menu bar may stay that of the previous program.
     QTimer::singleShot(0, qGuiApp, [] {
-        if (NSApp.activationPolicy == NSApplicationActivationPolicyRegular && !NSApp.isActive)
+        if (NSApp.activationPolicy == NSApplicationActivationPolicyRegular && !NSApp.isActive) {
             activateApplication();
+        }
     });
 }
 
@@ -62,8 +65,9 @@ void bringToFront(QWindow& window, const QString& /*token*/) {
     window.setVisible(true); // keeps a maximised state
     @autoreleasepool {
         NSWindow* native = nativeWindow(window);
-        if (native.miniaturized)
+        if (native.miniaturized) {
             [native deminiaturize:nil];
+        }
         [native makeKeyAndOrderFront:nil];
     }
     activateApplication();

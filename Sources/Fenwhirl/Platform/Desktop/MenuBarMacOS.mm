@@ -13,8 +13,9 @@
 
 - (void)itemChosen:(id)sender {
     (void)sender;
-    if (self.chosen)
+    if (self.chosen) {
         self.chosen();
+    }
 }
 
 @end
@@ -77,8 +78,9 @@ public:
     ~MenuBarMacOS() override {
         @autoreleasepool {
             [NSNotificationCenter.defaultCenter removeObserver:launched_];
-            for (FenwhirlMenuTarget* target : targets_)
+            for (FenwhirlMenuTarget* target : targets_) {
                 target.chosen = nullptr; // the menus may outlive what they would call
+            }
         }
     }
 
@@ -107,23 +109,27 @@ public:
 private:
     NSMenu* make(const Menu& menu) {
         NSMenu* made = [[NSMenu alloc] initWithTitle:menu.title.toNSString()];
-        for (const MenuItem& item : menu.items)
+        for (const MenuItem& item : menu.items) {
             [made addItem:make(item)];
-        if (menu.role == Menu::Role::windows)
+        }
+        if (menu.role == Menu::Role::windows) {
             windows_ = made;
-        else if (menu.role == Menu::Role::help)
+        } else if (menu.role == Menu::Role::help) {
             help_ = made;
+        }
         return made;
     }
 
     NSMenuItem* make(const MenuItem& item) {
-        if (item.kind == MenuItem::Kind::separator)
+        if (item.kind == MenuItem::Kind::separator) {
             return [NSMenuItem separatorItem];
+        }
         NSMenuItem* made = [[NSMenuItem alloc] initWithTitle:item.title.toNSString()
                                                       action:systemAction(item.kind)
                                                keyEquivalent:item.key.toNSString()];
-        if (item.kind == MenuItem::Kind::hideOthers)
+        if (item.kind == MenuItem::Kind::hideOthers) {
             made.keyEquivalentModifierMask = NSEventModifierFlagCommand | NSEventModifierFlagOption;
+        }
         if (item.kind == MenuItem::Kind::services) {
             services_ = [[NSMenu alloc] initWithTitle:item.title.toNSString()];
             made.submenu = services_;
@@ -139,8 +145,9 @@ private:
     }
 
     void installMenus() {
-        if (bar_ == nil)
+        if (bar_ == nil) {
             return;
+        }
         @autoreleasepool {
             NSApplication* application = NSApp;
             application.mainMenu = bar_;

@@ -22,13 +22,15 @@ NSBitmapImageRep* emptyBitmap(int width, int height) {
 QImage fromNativeImage(NSImage* image, QSizeF pixels) {
     const int width = static_cast<int>(std::ceil(pixels.width()));
     const int height = static_cast<int>(std::ceil(pixels.height()));
-    if (image == nil || width <= 0 || height <= 0)
+    if (image == nil || width <= 0 || height <= 0) {
         return {};
+    }
     NSBitmapImageRep* bitmap = emptyBitmap(width, height);
     NSGraphicsContext* context =
         bitmap != nil ? [NSGraphicsContext graphicsContextWithBitmapImageRep:bitmap] : nil;
-    if (context == nil)
+    if (context == nil) {
         return {};
+    }
     [NSGraphicsContext saveGraphicsState];
     NSGraphicsContext.currentContext = context;
     [image drawInRect:NSRect{{0, 0}, {pixels.width(), pixels.height()}}];

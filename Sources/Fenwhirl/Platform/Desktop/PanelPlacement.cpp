@@ -17,8 +17,9 @@ QPoint panelPosition(const QRect& item, QSize panel, const QRect& screen) {
     const int right = screen.x() + screen.width();
     const int bottom = screen.y() + screen.height();
     const bool unknown = item.x() == 0 && item.y() == 0 && item.width() <= 0 && item.height() <= 0;
-    if (unknown)
+    if (unknown) {
         return {inside(right - panel.width() - gap, panel.width(), screen.x(), right), screen.y() + gap};
+    }
     const int itemBottom = item.y() + std::max(item.height(), 0);
     const int centre = item.x() + std::max(item.width(), 0) / 2;
     // Compares the item's centre with the screen's, both multiplied by two.

@@ -42,8 +42,9 @@ QString requestPath(const QDBusConnection& bus, const QString& token) {
 // The window that the dialog should be in front of, in the portal's notation; empty where it cannot be named.
 QString parentWindow() {
     const QWindow* const window = QGuiApplication::focusWindow();
-    if (window == nullptr || QGuiApplication::platformName() != QStringLiteral("xcb"))
+    if (window == nullptr || QGuiApplication::platformName() != QStringLiteral("xcb")) {
         return {};
+    }
     return QStringLiteral("x11:") + QString::number(window->winId(), 16);
 }
 
@@ -77,8 +78,9 @@ bool SavePortalLinux::isAsking() {
 SavePortalLinux::Answer SavePortalLinux::ask(const QString& title, const QString& folder,
                                              const QString& name) {
     answer_ = {};
-    if (!bus_.isConnected())
+    if (!bus_.isConnected()) {
         return answer_;
+    }
     static int count = 0;
     const QString token = QStringLiteral("fenwhirl%1").arg(++count);
     listenTo(requestPath(bus_, token));
@@ -101,10 +103,11 @@ SavePortalLinux::Answer SavePortalLinux::ask(const QString& title, const QString
     QDBusPendingCallWatcher reply(bus_.asyncCall(call, startMilliseconds));
     connect(&reply, &QDBusPendingCallWatcher::finished, this, [this, &reply] {
         const QDBusPendingReply<QDBusObjectPath> request = reply;
-        if (request.isError())
+        if (request.isError()) {
             finish(false);
-        else if (request.value().path() != request_) // an old portal chooses a path of its own
+        } else if (request.value().path() != request_) { // an old portal chooses a path of its own
             listenTo(request.value().path());
+        }
     });
 
     asking = true;
@@ -113,9 +116,10 @@ SavePortalLinux::Answer SavePortalLinux::ask(const QString& title, const QString
     loop_.exec();
     QCoreApplication::instance()->removeEventFilter(this);
     asking = false;
-    if (std::exchange(open_, false))
+    if (std::exchange(open_, false)) {
         bus_.send(
             QDBusMessage::createMethodCall(service(), request_, requestInterface(), QStringLiteral("Close")));
+    }
     return answer_;
 }
 
@@ -128,10 +132,11 @@ void SavePortalLinux::listenTo(const QString& request) {
 void SavePortalLinux::responded(uint code, const QVariantMap& results) {
     open_ = false;
     const QStringList places = results.value(QStringLiteral("uris")).toStringList();
-    if (code == confirmed && !places.isEmpty())
+    if (code == confirmed && !places.isEmpty()) {
         finish(true, QUrl(places.first()).toLocalFile());
-    else
+    } else {
         finish(code == cancelled || code == confirmed); // any other code means that it could not ask
+    }
 }
 
 void SavePortalLinux::finish(bool answered, const QString& path) {

@@ -34,8 +34,9 @@ std::string programName(const std::string& process) {
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/" + process + "/exe", failure);
     std::string name = program.filename().string();
     constexpr std::string_view replaced = " (deleted)";
-    if (name.ends_with(replaced))
+    if (name.ends_with(replaced)) {
         name.resize(name.size() - replaced.size());
+    }
     return name;
 }
 
@@ -43,8 +44,9 @@ std::string programName(const std::string& process) {
 
 QString privateRuntimeFolder() {
     QString session = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
-    if (!session.isEmpty() && belongsToUserAlone(session))
+    if (!session.isEmpty() && belongsToUserAlone(session)) {
         return session;
+    }
     return privateFolder(QStringLiteral("/tmp/fenwhirl-") + QString::number(geteuid()));
 }
 
@@ -64,8 +66,9 @@ SingleInstanceLinux::~SingleInstanceLinux() {
 }
 
 bool SingleInstanceLinux::becomeFirst() {
-    if (!lock_.take())
+    if (!lock_.take()) {
         return false;
+    }
     if (!joinBus()) {
         lock_.release();
         return false;
@@ -79,8 +82,9 @@ bool SingleInstanceLinux::becomeFirst() {
 // for a name whose owner may have just died. A different program with that name, or a bus that does not
 // answer, is ignored: neither may keep the fans unwatched, and the pipe works without the bus.
 bool SingleInstanceLinux::joinBus() {
-    if (!bus_.isConnected())
+    if (!bus_.isConnected()) {
         return true;
+    }
     // Registered before the name, so that whoever finds the name also finds the object. If the registration
     // is refused, callers get an error and use the pipe.
     hasObject_ = bus_.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
@@ -89,11 +93,13 @@ bool SingleInstanceLinux::joinBus() {
         const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply =
             bus_.interface()->registerService(serviceName());
         hasName_ = reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered;
-        if (hasName_ || !reply.isValid())
+        if (hasName_ || !reply.isValid()) {
             return true;
+        }
         if (deadline.hasExpired()) {
-            if (!isNameOurs())
+            if (!isNameOurs()) {
                 return true;
+            }
             leaveBus();
             return false;
         }
@@ -104,27 +110,32 @@ bool SingleInstanceLinux::joinBus() {
 bool SingleInstanceLinux::isNameOurs() const {
     const QDBusReply<uint> user = bus_.interface()->serviceUid(serviceName());
     const QDBusReply<uint> process = bus_.interface()->servicePid(serviceName());
-    if (!user.isValid() || user.value() != geteuid() || !process.isValid())
+    if (!user.isValid() || user.value() != geteuid() || !process.isValid()) {
         return false;
+    }
     const std::string program = programName(std::to_string(process.value()));
     return !program.empty() && program == programName("self");
 }
 
 void SingleInstanceLinux::leaveBus() {
-    if (std::exchange(hasObject_, false))
+    if (std::exchange(hasObject_, false)) {
         bus_.unregisterObject(objectPath());
-    if (std::exchange(hasName_, false) && bus_.isConnected())
+    }
+    if (std::exchange(hasName_, false) && bus_.isConnected()) {
         bus_.unregisterService(serviceName());
+    }
 }
 
 void SingleInstanceLinux::raiseFirst() {
     QVariantMap platformData;
     const QString token =
         qEnvironmentVariable("XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
-    if (!token.isEmpty())
+    if (!token.isEmpty()) {
         platformData.insert(QStringLiteral("activation-token"), token);
-    if (!callFirst(QStringLiteral("Activate"), {platformData}))
+    }
+    if (!callFirst(QStringLiteral("Activate"), {platformData})) {
         static_cast<void>(lock_.notifyHolder());
+    }
 }
 
 bool SingleInstanceLinux::notifyFirst(const QString& action) {
@@ -133,8 +144,9 @@ bool SingleInstanceLinux::notifyFirst(const QString& action) {
 }
 
 bool SingleInstanceLinux::callFirst(const QString& method, const QVariantList& arguments) const {
-    if (!bus_.isConnected() || !isNameOurs())
+    if (!bus_.isConnected() || !isNameOurs()) {
         return false;
+    }
     QDBusMessage call = QDBusMessage::createMethodCall(serviceName(), objectPath(),
                                                        QStringLiteral("org.freedesktop.Application"), method);
     call.setArguments(arguments);

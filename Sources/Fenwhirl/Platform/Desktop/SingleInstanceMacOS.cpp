@@ -24,8 +24,9 @@ public:
     SingleInstanceMacOS& operator=(const SingleInstanceMacOS&) = delete;
 
     bool becomeFirst() override {
-        if (!lock_.take())
+        if (!lock_.take()) {
             return false;
+        }
         lock_.listen();
         return true;
     }

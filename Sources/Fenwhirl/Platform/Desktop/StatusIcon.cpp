@@ -122,8 +122,9 @@ QImage templateSymbol(const SymbolPainter& symbol, int pixelsPerPoint) {
 QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark,
                   StatusIconShape shape) {
     if (!text.isEmpty()) {
-        if (shape == StatusIconShape::wide)
+        if (shape == StatusIconShape::wide) {
             return wideIcon(symbol, text, height, onDark);
+        }
         return squareIcon(symbol, QString(text).remove(u'°'), height, onDark);
     }
     const double margin = symbolMargin(height);

@@ -18,8 +18,9 @@ QPoint pointOfPixel(QPoint pixel) {
         const QRect points = screen->geometry();
         // Qt scales a screen's size but not its position.
         const QRect pixels(points.topLeft(), points.size() * ratio);
-        if (pixels.contains(pixel))
+        if (pixels.contains(pixel)) {
             return points.topLeft() + (QPointF(pixel - points.topLeft()) / ratio).toPoint();
+        }
     }
     return pixel;
 }
@@ -28,8 +29,9 @@ QPoint pointOfPixel(QPoint pixel) {
 // is used here.
 QWidget* classicWindow() {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (widget->inherits("QSystemTrayIconSys"))
+        if (widget->inherits("QSystemTrayIconSys")) {
             return widget;
+        }
     }
     return nullptr;
 }
@@ -52,31 +54,35 @@ StatusItemLinux::StatusItemLinux(SymbolPainter symbol, const QDBusConnection& bu
 }
 
 void StatusItemLinux::place() {
-    if (host_.isAvailable())
+    if (host_.isAvailable()) {
         showNotifierItem();
-    else
+    } else {
         showClassicIcon();
+    }
     updateContent();
     Q_EMIT placedChanged();
 }
 
 void StatusItemLinux::showNotifierItem() {
-    if (classic_)
+    if (classic_) {
         classic_->hide();
+    }
     forgetIcons();
     quirks_ = statusHostHabits(host_.program());
-    if (quirks_.text == StatusHostQuirks::Text::asLabel)
+    if (quirks_.text == StatusHostQuirks::Text::asLabel) {
         item_ = std::make_unique<LabelledStatusNotifierItem>(bus_, quirks_);
-    else
+    } else {
         item_ = std::make_unique<StatusNotifierItem>(bus_, quirks_);
+    }
     connect(item_.get(), &StatusNotifierItem::activated, this, [this](QPoint pixel, const QString& token) {
         // Hosts that do not know the item's position send zeros. The pointer was on the item a moment ago.
         const bool known = quirks_.reportsClickPosition && !pixel.isNull();
         const QPoint place = known ? pointOfPixel(pixel) : QCursor::pos();
         Q_EMIT activated(QRect(place, QSize(0, 0)), token);
     });
-    if (!menu_.empty())
+    if (!menu_.empty()) {
         item_->setMenu(menu_);
+    }
     updateContent(); // before `announce`, because the host then reads everything at once
     item_->announce();
 }
@@ -86,8 +92,9 @@ void StatusItemLinux::showClassicIcon() {
     forgetIcons();
     quirks_ = {.text = StatusHostQuirks::Text::inIcon};
     askedWidth_ = 0;
-    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr)
+    if (qobject_cast<QApplication*>(QCoreApplication::instance()) == nullptr) {
         return; // the classic tray needs widgets
+    }
     if (!classic_) {
         classic_ = std::make_unique<QSystemTrayIcon>();
         connect(classic_.get(), &QSystemTrayIcon::activated, this, [this](int reason) {
@@ -105,15 +112,17 @@ void StatusItemLinux::showClassicIcon() {
 }
 
 bool StatusItemLinux::isPlaced() const {
-    if (host_.isAvailable())
+    if (host_.isAvailable()) {
         return true;
+    }
     return classic_ && classic_->isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
 }
 
 void StatusItemLinux::setMenu(const StatusMenu& menu) {
     menu_ = menu;
-    if (item_)
+    if (item_) {
         item_->setMenu(menu_);
+    }
 }
 
 // The menu is created each time: it is hardly ever opened, and an unused menu would take memory.
@@ -135,8 +144,9 @@ void StatusItemLinux::showClassicMenu() {
 }
 
 void StatusItemLinux::setText(const QString& text, const QString& shortText) {
-    if (text == text_ && shortText == shortText_)
+    if (text == text_ && shortText == shortText_) {
         return;
+    }
     text_ = text;
     shortText_ = shortText;
     updateContent();
@@ -148,12 +158,14 @@ void StatusItemLinux::updateContent() {
     const bool changes = shown_ != wanted;
     shown_ = wanted;
     if (item_) {
-        if (changes)
+        if (changes) {
             item_->setIcons(icons(wanted));
+        }
         item_->setText(text_);
     } else if (classic_) {
-        if (changes)
+        if (changes) {
             setClassicIcon(wanted);
+        }
         classic_->setToolTip(text_);
     }
 }
@@ -168,8 +180,9 @@ void StatusItemLinux::setClassicIcon(const IconKey& key) {
     }
     const QList<QImage> images = icons(key);
     QIcon icon;
-    for (const QImage& image : images)
+    for (const QImage& image : images) {
         icon.addPixmap(QPixmap::fromImage(image));
+    }
     classic_->setIcon(icon);
     if (window != nullptr) {
         askedWidth_ = images.first().width();
@@ -183,13 +196,15 @@ void StatusItemLinux::forgetIcons() {
 }
 
 QList<QImage> StatusItemLinux::icons(const IconKey& key) {
-    if (const QList<QImage>* drawn = drawn_.object(key))
+    if (const QList<QImage>* drawn = drawn_.object(key)) {
         return *drawn;
+    }
     const StatusIconShape shape =
         quirks_.text == StatusHostQuirks::Text::inIcon ? StatusIconShape::wide : StatusIconShape::square;
     QList<QImage> made;
-    for (const int height : {22, 24, 32, 44, 48}) // common sizes, so that hosts rarely have to scale
+    for (const int height : {22, 24, 32, 44, 48}) { // common sizes, so that hosts rarely have to scale
         made.append(statusIcon(symbol_, key.first, height, key.second, shape));
+    }
     drawn_.insert(key, new QList<QImage>(made)); // the cache owns it
     return made;
 }

@@ -17,8 +17,9 @@
 // Does not look at the current event, which differs between versions of macOS; the call itself is enough.
 - (void)itemChosen:(id)sender {
     (void)sender;
-    if (self.chosen)
+    if (self.chosen) {
         self.chosen();
+    }
 }
 
 @end

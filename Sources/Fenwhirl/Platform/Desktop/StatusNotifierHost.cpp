@@ -40,8 +40,9 @@ StatusNotifierHost::StatusNotifierHost(QDBusConnection bus, QObject* parent)
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString& /*service*/, const QString& /*before*/, const QString& now) {
                 setAvailable(false); // a new watcher has no host yet, even if it replaced another
-                if (!now.isEmpty())
+                if (!now.isEmpty()) {
                     ask();
+                }
             });
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         [[maybe_unused]] const bool connected =
@@ -62,10 +63,11 @@ void StatusNotifierHost::ask() {
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending] {
         pending->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *pending;
-        if (reply.isValid() && reply.value().variant().toBool())
+        if (reply.isValid() && reply.value().variant().toBool()) {
             askForProgram();
-        else
+        } else {
             setAvailable(false);
+        }
     });
 }
 
@@ -79,8 +81,9 @@ void StatusNotifierHost::askForProgram() {
         pending->deleteLater();
         const QDBusPendingReply<uint> reply = *pending;
         if (reply.isError() &&
-            reply.error().name() == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner"))
+            reply.error().name() == QStringLiteral("org.freedesktop.DBus.Error.NameHasNoOwner")) {
             return; // the watcher has just gone, which serviceOwnerChanged reports
+        }
         program_ = reply.isValid() ? programOf(reply.value()) : QString();
         setAvailable(true);
     });
@@ -88,6 +91,7 @@ void StatusNotifierHost::askForProgram() {
 
 void StatusNotifierHost::setAvailable(bool available) {
     const bool wasKnown = std::exchange(known_, true);
-    if (std::exchange(available_, available) != available || !wasKnown)
+    if (std::exchange(available_, available) != available || !wasKnown) {
         Q_EMIT availableChanged();
+    }
 }

@@ -114,23 +114,27 @@ void StatusNotifierItem::announce() {
 
 void StatusNotifierItem::setIcons(const QList<QImage>& icons) {
     icon_.clear();
-    for (const QImage& icon : icons)
+    for (const QImage& icon : icons) {
         icon_.append(pixmapOf(icon));
+    }
     iconChanged_ = true;
     Q_EMIT NewIcon();
 }
 
 void StatusNotifierItem::setText(const QString& text) {
     const bool changes = std::exchange(title_, text) != text;
-    if (changes && quirks_.text == StatusHostQuirks::Text::asLabel)
+    if (changes && quirks_.text == StatusHostQuirks::Text::asLabel) {
         Q_EMIT XAyatanaNewLabel(title_, title_);
+    }
     const bool mayTell =
         iconChanged_ || !told_.isValid() || std::chrono::milliseconds(told_.elapsed()) >= textPause_;
-    if (title_ == notifiedTitle_ || !mayTell)
+    if (title_ == notifiedTitle_ || !mayTell) {
         return;
+    }
     // Hosts read everything again after each signal, so unnecessary signals are avoided.
-    if (std::exchange(iconChanged_, false) || !told_.isValid())
+    if (std::exchange(iconChanged_, false) || !told_.isValid()) {
         Q_EMIT NewTitle();
+    }
     told_.start();
     notifiedTitle_ = title_;
     Q_EMIT NewToolTip();
@@ -150,15 +154,18 @@ QString StatusNotifierItem::status() const {
 
 // Does nothing for a host that would show the menu at a click that should open the panel.
 void StatusNotifierItem::setMenu(StatusMenu menu) {
-    if (quirks_.requiresMenu)
+    if (quirks_.requiresMenu) {
         return;
+    }
     const bool isNew = !menu_;
-    if (isNew)
+    if (isNew) {
         menu_ = std::make_unique<StatusNotifierMenu>();
+    }
     menu_->setEntries(std::move(menu));
-    if (isNew)
+    if (isNew) {
         bus_.registerObject(menuPath(), menu_.get(),
                             QDBusConnection::ExportScriptableContents | QDBusConnection::ExportAllProperties);
+    }
 }
 
 // The protocol has a special path for "no menu". A host that requires a menu is given the path of one that
@@ -172,8 +179,9 @@ QDBusObjectPath StatusNotifierItem::menu() const {
 // Activate that always fails keeps it in that state. The error is "cancelled" in the notation of its library,
 // because it is the only error that the extension does not write to the journal.
 void StatusNotifierItem::Activate(int x, int y) {
-    if (quirks_.needsFailedActivate && calledFromDBus())
+    if (quirks_.needsFailedActivate && calledFromDBus()) {
         sendErrorReply(QStringLiteral("org.gtk.GDBus.UnmappedGError.Quark._g_2dio_2derror_2dquark.Code19"),
                        QStringLiteral("done"));
+    }
     choose(x, y);
 }

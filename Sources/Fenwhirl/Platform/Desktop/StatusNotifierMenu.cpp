@@ -8,8 +8,9 @@ QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& layou
     argument.beginStructure();
     argument << layout.id << layout.properties;
     argument.beginArray(QMetaType::fromType<QDBusVariant>());
-    for (const StatusMenuLayout& child : layout.children)
+    for (const StatusMenuLayout& child : layout.children) {
         argument << QDBusVariant(QVariant::fromValue(child));
+    }
     argument.endArray();
     argument.endStructure();
     return argument;
@@ -85,21 +86,24 @@ QVariantMap StatusNotifierMenu::properties(int id, const QStringList& names) con
         all.insert(QStringLiteral("children-display"), QStringLiteral("submenu"));
     } else {
         const StatusMenuEntry& entry = entries_.at(static_cast<std::size_t>(id - 1));
-        if (entry.isSeparator())
+        if (entry.isSeparator()) {
             all.insert(QStringLiteral("type"), QStringLiteral("separator"));
-        else
+        } else {
             all.insert(QStringLiteral("label"), escapedUnderscores(entry.text));
+        }
         if (entry.isCurrent) {
             all.insert(QStringLiteral("toggle-type"), QStringLiteral("radio"));
             all.insert(QStringLiteral("toggle-state"), *entry.isCurrent ? 1 : 0);
         }
     }
-    if (names.isEmpty())
+    if (names.isEmpty()) {
         return all;
+    }
     QVariantMap asked;
     for (const QString& name : names) {
-        if (all.contains(name))
+        if (all.contains(name)) {
             asked.insert(name, all.value(name));
+        }
     }
     return asked;
 }
@@ -107,12 +111,14 @@ QVariantMap StatusNotifierMenu::properties(int id, const QStringList& names) con
 uint StatusNotifierMenu::GetLayout(int parent, int depth, const QStringList& names,
                                    StatusMenuLayout& layout) {
     layout.id = parent;
-    if (!exists(parent))
+    if (!exists(parent)) {
         return revision_;
+    }
     layout.properties = properties(parent, names);
     if (parent == 0 && depth != 0) {
-        for (int id = 1; exists(id); ++id)
+        for (int id = 1; exists(id); ++id) {
             layout.children.append({id, properties(id, names), {}});
+        }
     }
     return revision_;
 }
@@ -121,8 +127,9 @@ StatusMenuPropertiesList StatusNotifierMenu::GetGroupProperties(const QList<int>
                                                                 const QStringList& names) {
     StatusMenuPropertiesList result;
     for (const int id : ids) {
-        if (exists(id))
+        if (exists(id)) {
             result.append({id, properties(id, names)});
+        }
     }
     return result;
 }
@@ -134,20 +141,23 @@ QDBusVariant StatusNotifierMenu::GetProperty(int id, const QString& name) {
 
 void StatusNotifierMenu::Event(int id, const QString& name, const QDBusVariant& /*data*/,
                                uint /*timestamp*/) {
-    if (name != QStringLiteral("clicked") || id < 1 || !exists(id))
+    if (name != QStringLiteral("clicked") || id < 1 || !exists(id)) {
         return;
+    }
     // A copy, because the action may replace the entries.
-    if (const auto choose = entries_.at(static_cast<std::size_t>(id - 1)).choose)
+    if (const auto choose = entries_.at(static_cast<std::size_t>(id - 1)).choose) {
         choose();
+    }
 }
 
 QList<int> StatusNotifierMenu::EventGroup(const StatusMenuEvents& events) {
     QList<int> unknown;
     for (const StatusMenuEvent& event : events) {
-        if (exists(event.id))
+        if (exists(event.id)) {
             Event(event.id, event.name, event.data, event.timestamp);
-        else
+        } else {
             unknown.append(event.id);
+        }
     }
     return unknown;
 }
@@ -158,8 +168,9 @@ bool StatusNotifierMenu::AboutToShow(int /*id*/) {
 
 QList<int> StatusNotifierMenu::AboutToShowGroup(const QList<int>& ids, QList<int>& unknown) {
     for (const int id : ids) {
-        if (!exists(id))
+        if (!exists(id)) {
             unknown.append(id);
+        }
     }
     return {};
 }

@@ -44,8 +44,9 @@ bool hasCompositor(xcb_connection_t* server) {
 // window.
 void keepOutOfTaskBars(QWindow& window) {
     xcb_connection_t* const server = connection();
-    if (server == nullptr)
+    if (server == nullptr) {
         return;
+    }
     const std::array states = {atom(server, "_NET_WM_STATE_SKIP_TASKBAR"),
                                atom(server, "_NET_WM_STATE_SKIP_PAGER")};
     xcb_change_property(server, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
@@ -66,8 +67,9 @@ std::unique_ptr<OutsideClickMonitor> OutsideClickMonitor::begin(QWindow& /*panel
 }
 
 void showStatusPanel(QWindow& window, const QString& token) {
-    if (!token.isEmpty())
+    if (!token.isEmpty()) {
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8()); // Qt's Wayland plugin reads it from the environment
+    }
     keepOutOfTaskBars(window);
     window.show();
     window.raise();
@@ -75,8 +77,9 @@ void showStatusPanel(QWindow& window, const QString& token) {
 }
 
 void grabPresses(QWindow& window) {
-    if (!isWayland())
+    if (!isWayland()) {
         window.setMouseGrabEnabled(true);
+    }
 }
 
 bool focusFollowsPointer() {
@@ -85,21 +88,24 @@ bool focusFollowsPointer() {
 }
 
 PanelCompositing panelSurroundings() {
-    if (isWayland())
+    if (isWayland()) {
         return PanelCompositing::shadowed;
+    }
     xcb_connection_t* const server = connection();
     return server != nullptr && hasCompositor(server) ? PanelCompositing::shadowed : PanelCompositing::cut;
 }
 
 void declareShadow(QWindow& window, const QMargins& margins) {
     xcb_connection_t* const server = connection();
-    if (server == nullptr)
+    if (server == nullptr) {
         return;
+    }
     const double ratio = window.devicePixelRatio();
     std::array<std::uint32_t, 4> pixels{};
     const std::array points = {margins.left(), margins.right(), margins.top(), margins.bottom()};
-    for (std::size_t i = 0; i < points.size(); ++i)
+    for (std::size_t i = 0; i < points.size(); ++i) {
         pixels[i] = static_cast<std::uint32_t>(std::lround(points[i] * ratio));
+    }
     xcb_change_property(server, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
                         atom(server, "_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, pixels.size(),
                         pixels.data());

@@ -17,9 +17,11 @@ NSWindow* nativeWindow(QWindow& window) {
 // Whether this is a visible window of Qt's other than the panel. The status item's window is not one of
 // these.
 bool isOtherWindow(NSWindow* native, const QWindow* panel) {
-    for (QWindow* window : QGuiApplication::topLevelWindows())
-        if (window != panel && window->isVisible() && nativeWindow(*window) == native)
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        if (window != panel && window->isVisible() && nativeWindow(*window) == native) {
             return true;
+        }
+    }
     return false;
 }
 
@@ -39,8 +41,9 @@ public:
                                                                 }];
             here_ = [NSEvent addLocalMonitorForEventsMatchingMask:presses
                                                           handler:^NSEvent*(NSEvent* event) {
-                                                            if (isOtherWindow(event.window, &panel_))
+                                                            if (isOtherWindow(event.window, &panel_)) {
                                                                 outside_();
+                                                            }
                                                             return event;
                                                           }];
             // The user switched to another program with the keyboard or Mission Control.
@@ -50,8 +53,9 @@ public:
                              queue:NSOperationQueue.mainQueue
                         usingBlock:^(NSNotification* notification) {
                           NSRunningApplication* chosen = notification.userInfo[NSWorkspaceApplicationKey];
-                          if (chosen.processIdentifier != getpid())
+                          if (chosen.processIdentifier != getpid()) {
                               outside_();
+                          }
                         }];
         }
     }
@@ -59,10 +63,12 @@ public:
     ~OutsideClickMonitorMacOS() override {
         @autoreleasepool {
             // A monitor that could not be installed is nil, which removeMonitor does not accept.
-            if (elsewhere_ != nil)
+            if (elsewhere_ != nil) {
                 [NSEvent removeMonitor:elsewhere_];
-            if (here_ != nil)
+            }
+            if (here_ != nil) {
                 [NSEvent removeMonitor:here_];
+            }
             [NSWorkspace.sharedWorkspace.notificationCenter removeObserver:activated_];
         }
     }
@@ -73,8 +79,9 @@ public:
 private:
     // Ignores clicks on the status item, which closes the panel itself, however long that takes.
     void pressedElsewhere() {
-        if (!item_.contains(QCursor::pos()))
+        if (!item_.contains(QCursor::pos())) {
             outside_();
+        }
     }
 
     QWindow& panel_;
@@ -128,8 +135,9 @@ PanelCompositing panelSurroundings() {
 }
 
 void declareShadow(QWindow& window, const QMargins& /*margins*/) {
-    if (window.handle() == nullptr) // no native window yet, so no outdated shadow
+    if (window.handle() == nullptr) { // no native window yet, so no outdated shadow
         return;
+    }
     @autoreleasepool {
         [nativeWindow(window) invalidateShadow]; // the system would keep the shadow of the old shape
     }

@@ -61,8 +61,9 @@ std::unique_ptr<SystemAppearance> SystemAppearance::create() {
 SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus, TextScaling textScaling)
     : bus_(std::move(bus))
     , textScaling_(textScaling) {
-    if (!bus_.isConnected())
+    if (!bus_.isConnected()) {
         return;
+    }
     // Qt does not connect a slot that has a parameter type unknown to QtDBus, and QtDBus registers its own
     // types only at their first use.
     qDBusRegisterMetaType<QDBusVariant>();
@@ -79,8 +80,9 @@ SystemAppearanceLinux::SystemAppearanceLinux(QDBusConnection bus, TextScaling te
 void SystemAppearanceLinux::readAll() {
     read(appearanceGroup(), colorSchemeKey());
     read(interfaceGroup(), motionKey());
-    if (textScaling_ == TextScaling::ours)
+    if (textScaling_ == TextScaling::ours) {
         read(interfaceGroup(), textScaleKey());
+    }
 }
 
 void SystemAppearanceLinux::read(const QString& group, const QString& key) {
@@ -91,8 +93,9 @@ void SystemAppearanceLinux::read(const QString& group, const QString& key) {
     connect(pending, &QDBusPendingCallWatcher::finished, this, [this, pending, group, key] {
         pending->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *pending;
-        if (reply.isValid())
+        if (reply.isValid()) {
             take(group, key, reply.value().variant());
+        }
     });
 }
 
@@ -105,12 +108,14 @@ void SystemAppearanceLinux::settingChanged(const QString& group, const QString& 
 
 void SystemAppearanceLinux::take(const QString& group, const QString& key, QVariant value) {
     // The reply of the portal's Read has one more layer of variant than its SettingChanged signal.
-    while (value.canConvert<QDBusVariant>())
+    while (value.canConvert<QDBusVariant>()) {
         value = value.value<QDBusVariant>().variant();
-    if (group == appearanceGroup() && key == colorSchemeKey())
+    }
+    if (group == appearanceGroup() && key == colorSchemeKey()) {
         setDark(value.toUInt() == preferDark);
-    else if (group == interfaceGroup() && key == motionKey())
+    } else if (group == interfaceGroup() && key == motionKey()) {
         setReducedMotion(!value.toBool());
-    else if (group == interfaceGroup() && key == textScaleKey() && textScaling_ == TextScaling::ours)
+    } else if (group == interfaceGroup() && key == textScaleKey() && textScaling_ == TextScaling::ours) {
         setTextScale(value.toDouble());
+    }
 }

@@ -17,8 +17,9 @@
     (void)object;
     (void)change;
     (void)context;
-    if (self.changed)
+    if (self.changed) {
         self.changed();
+    }
 }
 
 @end
@@ -56,10 +57,11 @@ public:
     void choose(AppearanceChoice choice) override {
         @autoreleasepool {
             NSAppearance* appearance = nil; // nil follows the system
-            if (choice != AppearanceChoice::system)
+            if (choice != AppearanceChoice::system) {
                 appearance =
                     [NSAppearance appearanceNamed:choice == AppearanceChoice::dark ? NSAppearanceNameDarkAqua
                                                                                    : NSAppearanceNameAqua];
+            }
             [static_cast<NSApplication*>(NSApp) setAppearance:appearance];
         }
     }

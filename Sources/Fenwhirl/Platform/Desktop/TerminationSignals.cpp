@@ -23,8 +23,9 @@ void writeByte(int /*signal*/) {
 } // namespace
 
 TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent) {
-    if (::pipe(pipe_.data()) != 0)
+    if (::pipe(pipe_.data()) != 0) {
         return;
+    }
     for (const int end : pipe_) {
         fcntl(end, F_SETFD, FD_CLOEXEC);
         fcntl(end, F_SETFL, O_NONBLOCK);
@@ -39,19 +40,23 @@ TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent) {
     sigemptyset(&action.sa_mask);
     for (std::size_t i = 0; i < handled.size(); ++i) {
         sigaction(handled.at(i), nullptr, &previous_.at(i));
-        if (previous_.at(i).sa_handler != SIG_IGN)
+        if (previous_.at(i).sa_handler != SIG_IGN) {
             sigaction(handled.at(i), &action, nullptr);
+        }
     }
 }
 
 TerminationSignals::~TerminationSignals() {
-    if (pipe_[0] < 0)
+    if (pipe_[0] < 0) {
         return;
-    for (std::size_t i = 0; i < handled.size(); ++i)
+    }
+    for (std::size_t i = 0; i < handled.size(); ++i) {
         sigaction(handled.at(i), &previous_.at(i), nullptr);
+    }
     signalPipe = -1;
-    for (const int end : pipe_)
+    for (const int end : pipe_) {
         close(end);
+    }
 }
 
 void TerminationSignals::drain() {

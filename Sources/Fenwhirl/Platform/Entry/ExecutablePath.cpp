@@ -1,8 +1,9 @@
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
 
 std::string installedBeside(std::string_view executable, std::string_view path) {
-    for (int name = 0; name < 2; ++name)
+    for (int name = 0; name < 2; ++name) {
         executable = executable.substr(0, executable.rfind('/'));
+    }
     std::string file(executable);
     file += '/';
     file += path;

@@ -7,8 +7,9 @@
 std::optional<std::string> executablePath() {
     std::array<char, PATH_MAX> target = {};
     const ssize_t length = readlink("/proc/self/exe", target.data(), target.size());
-    if (length <= 0 || static_cast<std::size_t>(length) >= target.size() || target[0] != '/')
+    if (length <= 0 || static_cast<std::size_t>(length) >= target.size() || target[0] != '/') {
         return std::nullopt;
+    }
     return std::string(target.data(), static_cast<std::size_t>(length));
 }
 

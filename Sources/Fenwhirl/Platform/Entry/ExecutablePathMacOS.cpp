@@ -8,11 +8,13 @@
 std::optional<std::string> executablePath() {
     char raw[PATH_MAX] = {};
     std::uint32_t size = sizeof raw;
-    if (_NSGetExecutablePath(raw, &size) != 0)
+    if (_NSGetExecutablePath(raw, &size) != 0) {
         return std::nullopt;
+    }
     char resolved[PATH_MAX] = {};
-    if (realpath(raw, resolved) == nullptr)
+    if (realpath(raw, resolved) == nullptr) {
         return std::nullopt;
+    }
     return std::string(resolved);
 }
 

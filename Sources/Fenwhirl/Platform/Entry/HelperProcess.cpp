@@ -47,20 +47,24 @@ void resetSignals(std::uint64_t ignored) {
     sigemptyset(&waiting);
     sigpending(&waiting);
     for (int signal = 1; signal < NSIG && signal <= 64; ++signal) {
-        if (signal == SIGKILL || signal == SIGSTOP)
+        if (signal == SIGKILL || signal == SIGSTOP) {
             continue;
+        }
         const bool isWaiting = sigismember(&waiting, signal) == 1;
-        if (isWaiting)
+        if (isWaiting) {
             setDisposition(signal, SIG_IGN);
-        if (isWaiting || (ignored >> static_cast<unsigned>(signal - 1) & 1U) != 0)
+        }
+        if (isWaiting || (ignored >> static_cast<unsigned>(signal - 1) & 1U) != 0) {
             setDisposition(signal, SIG_DFL);
+        }
     }
     // The process must not die because a reader went away. Nor may a terminal stop it: the alarm cannot end a
     // stopped process, and nobody but root could continue or kill it.
     sigset_t unheard;
     sigemptyset(&unheard);
-    for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU, SIGTSTP})
+    for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU, SIGTSTP}) {
         sigaddset(&unheard, signal);
+    }
     sigprocmask(SIG_SETMASK, &unheard, nullptr);
 }
 
@@ -78,27 +82,33 @@ void raiseLimit(decltype(RLIMIT_CPU) resource, rlim_t wanted) {
 // does not do. The hard limits are raised, too, where the process may, because the caller may have used up
 // nearly all of what it was allowed.
 void raiseLimits() {
-    for (const auto resource : {RLIMIT_CPU, RLIMIT_FSIZE, RLIMIT_DATA, RLIMIT_STACK, RLIMIT_AS})
+    for (const auto resource : {RLIMIT_CPU, RLIMIT_FSIZE, RLIMIT_DATA, RLIMIT_STACK, RLIMIT_AS}) {
         raiseLimit(resource, RLIM_INFINITY);
+    }
     rlimit descriptors = {};
-    if (getrlimit(RLIMIT_NOFILE, &descriptors) != 0)
+    if (getrlimit(RLIMIT_NOFILE, &descriptors) != 0) {
         return;
+    }
     const rlim_t most = std::max(descriptors.rlim_max, enoughDescriptors);
-    if (descriptors.rlim_cur != most)
+    if (descriptors.rlim_cur != most) {
         raiseLimit(RLIMIT_NOFILE, most);
+    }
 }
 
 // Whether all three are already open, as they nearly always are. A false result may be wrong: on some systems
 // poll does not support every device, and it fails for more descriptors than the limit allows.
 bool areStandardDescriptorsOpen() {
     pollfd standard[3] = {};
-    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
         standard[descriptor].fd = descriptor;
-    if (poll(standard, 3, 0) < 0)
+    }
+    if (poll(standard, 3, 0) < 0) {
         return false;
+    }
     for (const pollfd& descriptor : standard) {
-        if ((descriptor.revents & POLLNVAL) != 0)
+        if ((descriptor.revents & POLLNVAL) != 0) {
             return false;
+        }
     }
     return true;
 }
@@ -106,13 +116,15 @@ bool areStandardDescriptorsOpen() {
 } // namespace
 
 bool occupyStandardDescriptors() {
-    if (areStandardDescriptorsOpen())
+    if (areStandardDescriptorsOpen()) {
         return true;
+    }
     int descriptor = -1;
     do {
         descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
-        if (descriptor < 0)
+        if (descriptor < 0) {
             return false;
+        }
     } while (descriptor <= STDERR_FILENO);
     close(descriptor);
     return true;
@@ -121,16 +133,18 @@ bool occupyStandardDescriptors() {
 bool prepare() {
     // First, because until then the caller may stop the process. If the effective user is not root, a caller
     // that could regain root's rights has dropped them on purpose.
-    if (geteuid() == 0)
+    if (geteuid() == 0) {
         setAllUserIdsToRoot();
+    }
     resetTimers();
     raiseLimits();
     const bool areOccupied = occupyStandardDescriptors();
     closeDescriptorsFrom(STDERR_FILENO + 1);
     const Inherited inherited = inheritedState();
     resetSignals(inherited.ignoredSignals);
-    if (!inherited.hasDefaultScheduling)
+    if (!inherited.hasDefaultScheduling) {
         resetScheduling();
+    }
     resetTimerSlack();
     const rlimit noCore = {.rlim_cur = 0, .rlim_max = 0};
     setrlimit(RLIMIT_CORE, &noCore);

@@ -17,10 +17,12 @@ void closeDescriptorsFrom(int first) {
             proc_pidinfo(getpid(), PROC_PIDLISTFDS, 0, open.data(), static_cast<int>(sizeof open));
         const std::size_t count = size > 0 ? static_cast<std::size_t>(size) / sizeof open[0] : 0;
         bool closed = false;
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i) {
             closed = (open[i].proc_fd >= first && close(open[i].proc_fd) == 0) || closed;
-        if (!closed)
+        }
+        if (!closed) {
             return;
+        }
     }
 }
 
@@ -43,8 +45,9 @@ void forbidTracing() {
 
 void setAllUserIdsToRoot() {
     // For an effective root this sets the real and the saved user, too.
-    if (setuid(0) != 0)
+    if (setuid(0) != 0) {
         return;
+    }
 }
 
 } // namespace HelperProcess

@@ -29,8 +29,9 @@ public:
     [[nodiscard]] double current() const { return current_; }
 
     void setCurrent(double current) {
-        if (current == current_)
+        if (current == current_) {
             return;
+        }
         current_ = current;
         Q_EMIT valueChanged();
     }

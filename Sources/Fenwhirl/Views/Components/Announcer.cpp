@@ -18,8 +18,9 @@ void setSystemAnnouncement(SystemAnnouncement announcement) {
 }
 
 void Announcer::say(const QString& text, bool urgent) {
-    if (text.isEmpty() || (systemAnnouncement() && systemAnnouncement()(text, urgent)))
+    if (text.isEmpty() || (systemAnnouncement() && systemAnnouncement()(text, urgent))) {
         return;
+    }
     Q_EMIT said(text);
 }
 

@@ -30,17 +30,21 @@ ChartCursor::ChartCursor(QQuickItem* parent) : QQuickPaintedItem(parent) {
 }
 
 void ChartCursor::setChart(LineChart* chart) {
-    if (chart == chart_)
+    if (chart == chart_) {
         return;
-    if (chart_ != nullptr)
+    }
+    if (chart_ != nullptr) {
         chart_->disconnect(this);
+    }
     chart_ = chart;
     if (chart_ != nullptr) {
-        for (const auto signal : {&LineChart::valuesChanged, &LineChart::plotChanged})
+        for (const auto signal : {&LineChart::valuesChanged, &LineChart::plotChanged}) {
             connect(chart_, signal, this, &ChartCursor::follow);
+        }
         for (const auto signal : {&QQuickItem::widthChanged, &QQuickItem::heightChanged,
-                                  &QQuickItem::xChanged, &QQuickItem::yChanged})
+                                  &QQuickItem::xChanged, &QQuickItem::yChanged}) {
             connect(chart_, signal, this, &ChartCursor::follow);
+        }
         connect(chart_, &QObject::destroyed, this, [this] { chart_ = nullptr; });
     }
     Q_EMIT chartChanged();
@@ -59,12 +63,14 @@ int ChartCursor::lastIndex() const {
 
 int ChartCursor::usable(int index) const {
     for (int i = index; i >= 0; --i) {
-        if (chart_->pointAt(i))
+        if (chart_->pointAt(i)) {
             return i;
+        }
     }
     for (int i = index + 1; i <= lastIndex(); ++i) {
-        if (chart_->pointAt(i))
+        if (chart_->pointAt(i)) {
             return i;
+        }
     }
     return -1;
 }
@@ -77,8 +83,9 @@ int ChartCursor::indexAt(double x) const {
 }
 
 int ChartCursor::keyboardIndex() const {
-    if (!sample_)
+    if (!sample_) {
         return usable(lastIndex());
+    }
     const auto found = std::find(times_.rbegin(), times_.rend(), *sample_);
     const auto index = static_cast<int>(std::distance(found, times_.rend())) - 1; // -1: the sample has left
     return usable(std::clamp(index, 0, lastIndex()));
@@ -87,10 +94,11 @@ int ChartCursor::keyboardIndex() const {
 void ChartCursor::follow() {
     int index = -1;
     if (chart_ != nullptr && chart_->hasLine()) {
-        if (pointer_)
+        if (pointer_) {
             index = indexAt(*pointer_);
-        else if (entered_ && !dismissed_)
+        } else if (entered_ && !dismissed_) {
             index = keyboardIndex();
+        }
     }
     const bool wasReading = reading();
     index_ = index;
@@ -101,10 +109,12 @@ void ChartCursor::follow() {
         place();
     }
     // Values that arrive while the keyboard leads are not announced; the keyboard's own moves call speak().
-    if (!byKeyboard())
+    if (!byKeyboard()) {
         speak();
-    if (reading() || wasReading)
+    }
+    if (reading() || wasReading) {
         Q_EMIT moved();
+    }
 }
 
 void ChartCursor::place() {
@@ -123,8 +133,9 @@ bool ChartCursor::coversEndDot() const {
 }
 
 QString ChartCursor::timeText() const {
-    if (!time_ || !std::isfinite(*time_))
+    if (!time_ || !std::isfinite(*time_)) {
         return {};
+    }
     return NumberFormat::clockText(QDateTime::fromMSecsSinceEpoch(NumberFormat::rounded(*time_)).time());
 }
 
@@ -139,8 +150,9 @@ void ChartCursor::speak() {
         spoken =
             (time.isEmpty() ? time : time + QStringLiteral(", ")) + NumberFormat::temperatureText(celsius_);
     }
-    if (std::exchange(spoken_, spoken) != spoken)
+    if (std::exchange(spoken_, spoken) != spoken) {
         Q_EMIT spokenChanged();
+    }
 }
 
 QString ChartCursor::widestTime() const {
@@ -148,8 +160,9 @@ QString ChartCursor::widestTime() const {
 }
 
 void ChartCursor::pointTo(double x) {
-    if (x == pointedAt_)
+    if (x == pointedAt_) {
         return; // the page moved under a resting pointer
+    }
     pointedAt_ = x;
     pointer_ = x;
     follow();
@@ -183,8 +196,9 @@ void ChartCursor::dismiss() {
 }
 
 void ChartCursor::moveBy(int samples) {
-    if (chart_ == nullptr || !chart_->hasLine())
+    if (chart_ == nullptr || !chart_->hasLine()) {
         return;
+    }
     const int from = pointer_ ? index_ : keyboardIndex();
     pointer_.reset();
     entered_ = true;
@@ -192,20 +206,23 @@ void ChartCursor::moveBy(int samples) {
     const qint64 wanted = static_cast<qint64>(from) + samples;
     int index = static_cast<int>(std::clamp<qint64>(wanted, 0, lastIndex()));
     // Skips values that are not finite, in the direction of the movement.
-    while (index < lastIndex() && samples > 0 && !chart_->pointAt(index))
+    while (index < lastIndex() && samples > 0 && !chart_->pointAt(index)) {
         ++index;
+    }
     index = usable(index);
-    if (index == usable(lastIndex()) || index >= times_.size())
+    if (index == usable(lastIndex()) || index >= times_.size()) {
         sample_.reset();
-    else
+    } else {
         sample_ = times_.at(index);
+    }
     follow();
     speak();
 }
 
 void ChartCursor::paint(QPainter* painter) {
-    if (chart_ == nullptr)
+    if (chart_ == nullptr) {
         return;
+    }
     const double ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
     const double hairline = std::max(1.0, std::round(ratio)) / ratio;
     // The item is aligned to whole points, so the remaining fraction is added here.

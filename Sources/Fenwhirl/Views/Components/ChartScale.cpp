@@ -20,21 +20,25 @@ constexpr double greatestNumber = 999.0;
 double stepFor(double span) {
     constexpr double narrow = 22.0;
     constexpr double medium = 50.0;
-    if (span <= narrow)
+    if (span <= narrow) {
         return 5.0;
-    if (span <= medium)
+    }
+    if (span <= medium) {
         return 10.0;
+    }
     double step = 20.0;
-    while (span / step > mostLines)
+    while (span / step > mostLines) {
         step *= 2.0;
+    }
     return step;
 }
 
 // Halves the step until there are two lines: one line alone is no scale.
 double withTwoLines(double step, ChartRange range) {
     constexpr double smallest = 5.0;
-    while (step > smallest && std::ceil(range.low / step) * step + step > range.top)
+    while (step > smallest && std::ceil(range.low / step) * step + step > range.top) {
         step /= 2.0;
+    }
     return step;
 }
 
@@ -45,18 +49,21 @@ std::optional<ChartRange> chartRange(const QList<double>& values) {
     double largest = -smallest;
     int usable = 0;
     for (const double value : values) {
-        if (!std::isfinite(value))
+        if (!std::isfinite(value)) {
             continue;
+        }
         smallest = std::min(smallest, value);
         largest = std::max(largest, value);
         ++usable;
     }
-    if (usable < 2)
+    if (usable < 2) {
         return std::nullopt;
+    }
     const double low = smallest - marginDegrees;
     const ChartRange range{low, std::max(largest + marginDegrees, low + leastSpanDegrees)};
-    if (!std::isfinite(range.span()) || range.span() < leastSpanDegrees / 2.0)
+    if (!std::isfinite(range.span()) || range.span() < leastSpanDegrees / 2.0) {
         return std::nullopt;
+    }
     return range;
 }
 
@@ -69,17 +76,20 @@ QList<ChartLine> chartLines(ChartRange range, double plotHeight, double textScal
     for (double celsius = std::ceil(range.low / step) * step; celsius <= range.top; celsius += step) {
         const double away =
             showsThreshold ? std::abs(celsius - *threshold) : std::numeric_limits<double>::infinity();
-        if (away == 0.0)
+        if (away == 0.0) {
             continue;
+        }
         lines.append(
             {celsius,
              away / degreesPerPoint >= numberDistance * textScale && std::abs(celsius) <= greatestNumber,
              false});
-        if (celsius + step == celsius)
+        if (celsius + step == celsius) {
             break; // the step is below the precision of a double
+        }
     }
-    if (showsThreshold)
+    if (showsThreshold) {
         lines.append({*threshold, std::abs(*threshold) <= greatestNumber, true});
+    }
     return lines;
 }
 

@@ -17,8 +17,9 @@ void registerComponents() {
 
 QFont interfaceFont(const QString& family) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    if (!family.isEmpty() && QFontDatabase::hasFamily(family))
+    if (!family.isEmpty() && QFontDatabase::hasFamily(family)) {
         font.setFamily(family);
+    }
     font.setPixelSize(13);
     font.setHintingPreference(QFont::PreferNoHinting);
     font.setStyleStrategy(

@@ -22,8 +22,9 @@ double onCurveAxis(double celsius) {
 
 std::optional<double> protectedFrom(const CurveShape& shape) {
     // Also nothing for NaN, for which the comparison is false.
-    if (!shape.isLimited || !(shape.alertAt < handBackCelsius))
+    if (!shape.isLimited || !(shape.alertAt < handBackCelsius)) {
         return std::nullopt;
+    }
     return onCurveAxis(shape.alertAt);
 }
 
@@ -36,8 +37,9 @@ QPolygonF settingLine(const CurveShape& shape, double from, double to) {
     QPolygonF line;
     line.append({from, settingFraction(shape, from)});
     for (const double corner : {start, start + spanOf(shape)}) {
-        if (corner > from && corner < to)
+        if (corner > from && corner < to) {
             line.append({corner, settingFraction(shape, corner)});
+        }
     }
     line.append({to, settingFraction(shape, to)});
     return line;
@@ -46,8 +48,9 @@ QPolygonF settingLine(const CurveShape& shape, double from, double to) {
 QPolygonF lineInForce(const CurveShape& shape) {
     const double until = shape.isLimited ? handBackCelsius : hottestCelsius;
     const std::optional<double> alert = protectedFrom(shape);
-    if (!alert)
+    if (!alert) {
         return settingLine(shape, coldestCelsius, until);
+    }
     QPolygonF line = settingLine(shape, coldestCelsius, *alert);
     line.append({*alert, 1.0});
     line.append({until, 1.0});
@@ -55,14 +58,16 @@ QPolygonF lineInForce(const CurveShape& shape) {
 }
 
 double inForceUntil(const CurveShape& shape) {
-    if (!shape.isLimited)
+    if (!shape.isLimited) {
         return hottestCelsius;
+    }
     return protectedFrom(shape).value_or(handBackCelsius);
 }
 
 std::optional<QPointF> pointOnCurve(const CurveShape& shape, double celsius, bool isProtecting) {
-    if (std::isnan(celsius) || (shape.isLimited && celsius >= handBackCelsius))
+    if (std::isnan(celsius) || (shape.isLimited && celsius >= handBackCelsius)) {
         return std::nullopt;
+    }
     const std::optional<double> alert = protectedFrom(shape);
     const bool atMaximum = isProtecting || (alert && celsius >= *alert);
     return QPointF(onCurveAxis(celsius), atMaximum ? 1.0 : settingFraction(shape, celsius));
@@ -79,15 +84,19 @@ QList<double> axisNumbers(const CurveShape& shape, double width, double least) {
         const bool isFree = std::none_of(numbers.begin(), numbers.end(), [&](double other) {
             return std::abs(other - number) * pointsPerDegree < least;
         });
-        if (isFree)
+        if (isFree) {
             numbers.append(number);
+        }
     };
-    if (shape.isLimited)
+    if (shape.isLimited) {
         numbers.append(handBackCelsius);
-    if (const std::optional<double> alert = protectedFrom(shape))
+    }
+    if (const std::optional<double> alert = protectedFrom(shape)) {
         addUnlessTooNear(*alert);
-    for (const double number : {60.0, 40.0, 80.0})
+    }
+    for (const double number : {60.0, 40.0, 80.0}) {
         addUnlessTooNear(number);
+    }
     std::sort(numbers.begin(), numbers.end());
     return numbers;
 }

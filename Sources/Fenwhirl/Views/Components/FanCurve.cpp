@@ -48,8 +48,9 @@ struct FanCurve::Plot {
     [[nodiscard]] QPolygonF mapped(const QPolygonF& line) const {
         QPolygonF result;
         result.reserve(line.size());
-        for (const QPointF point : line)
+        for (const QPointF point : line) {
             result.append(at(point));
+        }
         return result;
     }
 
@@ -67,8 +68,9 @@ struct FanCurve::Plot {
 
 FanCurve::FanCurve(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
-    for (const auto signal : {&FanCurve::shapeChanged, &FanCurve::nowChanged, &FanCurve::styleChanged})
+    for (const auto signal : {&FanCurve::shapeChanged, &FanCurve::nowChanged, &FanCurve::styleChanged}) {
         connect(this, signal, this, [this] { update(); });
+    }
 }
 
 double FanCurve::placeOf(double celsius, double plotWidth) const {
@@ -81,8 +83,9 @@ double FanCurve::celsiusAt(double place, double plotWidth) const {
 
 QVariantList FanCurve::numbers(bool limited, double alertAt, double plotWidth, double least) const {
     QVariantList result;
-    for (const double number : axisNumbers({.isLimited = limited, .alertAt = alertAt}, plotWidth, least))
+    for (const double number : axisNumbers({.isLimited = limited, .alertAt = alertAt}, plotWidth, least)) {
         result.append(number);
+    }
     return result;
 }
 
@@ -100,17 +103,21 @@ void FanCurve::drawBackground(QPainter& painter, const Plot& plot) const {
     areaPath.addPolygon(area);
     areaPath.closeSubpath();
     painter.fillPath(areaPath.intersected(ground), fillColor_);
-    if (const auto alert = protectedFrom(shape_))
+    if (const auto alert = protectedFrom(shape_)) {
         painter.fillRect(plot.from(*alert, handBackCelsius), alertColor_);
+    }
 
     painter.setRenderHint(QPainter::Antialiasing, false);
-    for (const double celsius : {40.0, 60.0, 80.0})
+    for (const double celsius : {40.0, 60.0, 80.0}) {
         painter.fillRect(plot.hairline(celsius), gridColor_);
-    if (shape_.isLimited)
+    }
+    if (shape_.isLimited) {
         painter.fillRect(plot.hairline(handBackCelsius), fainter(inkColor_, hairlineStrength));
+    }
     painter.setRenderHint(QPainter::Antialiasing, true);
-    if (!shape_.isLimited)
+    if (!shape_.isLimited) {
         return;
+    }
 
     constexpr double apart = 6.0;
     constexpr double thickness = 2.0;
@@ -148,12 +155,14 @@ void FanCurve::drawLines(QPainter& painter, const Plot& plot) const {
 }
 
 void FanCurve::drawNow(QPainter& painter, const Plot& plot) const {
-    if (std::isnan(now_))
+    if (std::isnan(now_)) {
         return;
+    }
     painter.fillRect(plot.hairline(onCurveAxis(now_)), fainter(inkColor_, hairlineStrength));
     const auto place = pointOnCurve(shape_, now_, protecting_);
-    if (!place)
+    if (!place) {
         return;
+    }
     const QPointF centre = plot.at(*place);
     painter.setPen(Qt::NoPen);
     painter.setBrush(plotColor_);
@@ -166,8 +175,9 @@ void FanCurve::paint(QPainter* painter) {
     const Plot plot{.width = width() - 2.0 * inset_,
                     .height = height() - 2.0 * inset_,
                     .ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0};
-    if (plot.width <= 0.0 || plot.height <= 0.0)
+    if (plot.width <= 0.0 || plot.height <= 0.0) {
         return;
+    }
     painter->translate(inset_, inset_);
     drawBackground(*painter, plot);
     drawLines(*painter, plot);

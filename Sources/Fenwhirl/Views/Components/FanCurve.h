@@ -77,8 +77,9 @@ Q_SIGNALS:
 private:
     template <typename Value>
     void set(Value& field, Value value) {
-        if (field == value)
+        if (field == value) {
             return;
+        }
         field = value;
         Q_EMIT shapeChanged();
     }

@@ -56,10 +56,12 @@ QList<QRectF> filledRow(const QList<double>& naturalWidths, double width, double
 }
 
 qsizetype neighbour(const QList<QRectF>& places, qsizetype from, int columns, int rows) {
-    if (from < 0 || from >= places.size())
+    if (from < 0 || from >= places.size()) {
         return from;
-    if (columns != 0)
+    }
+    if (columns != 0) {
         return std::clamp<qsizetype>(from + columns, 0, places.size() - 1);
+    }
     const QRectF& here = places[from];
     qsizetype nearest = from;
     double nearestRow = 0.0;
@@ -67,8 +69,9 @@ qsizetype neighbour(const QList<QRectF>& places, qsizetype from, int columns, in
     for (qsizetype i = 0; i < places.size(); ++i) {
         const double rowDistance = (places[i].top() - here.top()) * rows;
         const double middleDistance = std::abs(places[i].center().x() - here.center().x());
-        if (rowDistance <= 0)
+        if (rowDistance <= 0) {
             continue;
+        }
         if (nearest == from || rowDistance < nearestRow ||
             (rowDistance == nearestRow && middleDistance < nearestMiddle)) {
             nearest = i;

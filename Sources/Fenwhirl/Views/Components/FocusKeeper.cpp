@@ -17,21 +17,25 @@ bool isStop(const QQuickItem* item) {
 
 // Collects tab stops. An item that is hidden or disabled contains none.
 void collect(QQuickItem* item, QList<QQuickItem*>& found) {
-    if (!item->isVisible() || !item->isEnabled())
+    if (!item->isVisible() || !item->isEnabled()) {
         return;
-    if (item->activeFocusOnTab())
+    }
+    if (item->activeFocusOnTab()) {
         found.append(item);
+    }
     const QList<QQuickItem*> children = item->childItems();
-    for (QQuickItem* child : children)
+    for (QQuickItem* child : children) {
         collect(child, found);
+    }
 }
 
 // Appends an item and everything in it, whether visible or not.
 void append(QQuickItem* item, QList<QQuickItem*>& all) {
     all.append(item);
     const QList<QQuickItem*> children = item->childItems();
-    for (QQuickItem* child : children)
+    for (QQuickItem* child : children) {
         append(child, all);
+    }
 }
 
 QList<QQuickItem*> inOrder(QQuickItem* item) {
@@ -44,8 +48,9 @@ QList<QQuickItem*> inOrder(QQuickItem* item) {
 template <typename Test>
 QQuickItem* nearest(const QList<QQuickItem*>& items, qsizetype place, const Test& test) {
     const auto here = items.begin() + place;
-    if (const auto next = std::find_if(here, items.end(), test); next != items.end())
+    if (const auto next = std::find_if(here, items.end(), test); next != items.end()) {
         return *next;
+    }
     const auto before = std::find_if(std::make_reverse_iterator(here), items.rend(), test);
     return before != items.rend() ? *before : nullptr;
 }
@@ -60,15 +65,17 @@ FocusKeeper::FocusKeeper(QQuickItem* parent) : QQuickItem(parent) {
 
 QList<QQuickItem*> FocusKeeper::stops(QQuickItem* item) {
     QList<QQuickItem*> found;
-    if (item != nullptr)
+    if (item != nullptr) {
         collect(item, found);
+    }
     return found;
 }
 
 void FocusKeeper::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemSceneChange) {
-        if (window_)
+        if (window_) {
             window_->disconnect(this);
+        }
         window_ = data.window;
         if (window_) {
             connect(window_, &QQuickWindow::activeFocusItemChanged, this, &FocusKeeper::follow);
@@ -80,10 +87,11 @@ void FocusKeeper::itemChange(ItemChange change, const ItemChangeData& data) {
 
 void FocusKeeper::follow() {
     QQuickItem* item = window_ ? window_->activeFocusItem() : nullptr;
-    if (isStop(item))
+    if (isStop(item)) {
         remember(item);
-    else
+    } else {
         check_.start(); // the control that had the focus may be vanishing
+    }
 }
 
 void FocusKeeper::remember(QQuickItem* item) {
@@ -93,25 +101,31 @@ void FocusKeeper::remember(QQuickItem* item) {
     visible_ = connect(item, &QQuickItem::visibleChanged, this, [this] { check_.start(); });
     enabled_ = connect(item, &QQuickItem::enabledChanged, this, [this] { check_.start(); });
     around_.clear();
-    for (QQuickItem* around = item->parentItem(); around != nullptr; around = around->parentItem())
+    for (QQuickItem* around = item->parentItem(); around != nullptr; around = around->parentItem()) {
         around_.append(around);
+    }
     chain_.clear();
     const QList<QQuickItem*> chain = stops(window_->contentItem());
-    for (QQuickItem* stop : chain)
+    for (QQuickItem* stop : chain) {
         chain_.append(stop);
+    }
     place_ = chain.indexOf(item);
 }
 
 bool FocusKeeper::isLost() const {
-    if (!window_)
+    if (!window_) {
         return false;
+    }
     QQuickItem* item = window_->activeFocusItem();
-    if (item == nullptr || item == window_->contentItem())
+    if (item == nullptr || item == window_->contentItem()) {
         return true;
-    if (place_ < 0) // no control has had the focus yet
+    }
+    if (place_ < 0) { // no control has had the focus yet
         return !isStop(item);
-    if (item == last_)
+    }
+    if (item == last_) {
         return !isStop(item);
+    }
     // The focus is not lost while a control has it, or an item that handles its own keys. It is lost when it
     // has fallen to an ancestor of the last control.
     return !isStop(item) && !isStop(last_) && around_.contains(item);
@@ -123,30 +137,36 @@ QQuickItem* FocusKeeper::nextFocus() const {
     // If the control is only hidden, an item that has appeared in its place is found as well.
     if (last_ && scope_ && scope_->isAncestorOf(last_)) {
         const QList<QQuickItem*> all = inOrder(scope_);
-        if (QQuickItem* near = nearest(all, all.indexOf(last_), left))
+        if (QQuickItem* near = nearest(all, all.indexOf(last_), left)) {
             return near;
+        }
     } else if (place_ >= 0 && around_.contains(scope_)) {
         QList<QQuickItem*> before;
-        for (const QPointer<QQuickItem>& stop : chain_)
+        for (const QPointer<QQuickItem>& stop : chain_) {
             before.append(stop);
-        if (QQuickItem* near = nearest(before, place_, left))
+        }
+        if (QQuickItem* near = nearest(before, place_, left)) {
             return near;
+        }
     }
     const QList<QQuickItem*> first = stops(first_);
     return !first.isEmpty() && now.contains(first.first()) ? first.first() : now.value(0);
 }
 
 void FocusKeeper::check() {
-    if (!isLost())
+    if (!isLost()) {
         return;
+    }
     QQuickItem* next = nextFocus();
-    if (next == nullptr)
+    if (next == nullptr) {
         return;
+    }
     const bool gone = place_ >= 0 && (last_.isNull() || last_->window() == nullptr);
     next->forceActiveFocus(Qt::OtherFocusReason);
     const QAccessibleInterface* control = QAccessible::queryAccessibleInterface(window_->activeFocusItem());
-    if (gone && control != nullptr)
+    if (gone && control != nullptr) {
         Q_EMIT focusMoved(control->text(QAccessible::Name));
+    }
 }
 
 } // namespace Fenwhirl

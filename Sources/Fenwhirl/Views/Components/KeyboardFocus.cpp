@@ -25,16 +25,18 @@ bool isModifier(int key) {
 } // namespace
 
 KeyboardFocus::KeyboardFocus(QObject* parent) : QObject(parent) {
-    if (QCoreApplication::instance() != nullptr)
+    if (QCoreApplication::instance() != nullptr) {
         QCoreApplication::instance()->installEventFilter(this);
+    }
 }
 
 bool KeyboardFocus::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::KeyPress: {
         const int key = static_cast<QKeyEvent*>(event)->key();
-        if (isModifier(key))
+        if (isModifier(key)) {
             break;
+        }
         // Qt reports Shift+Tab as a key of its own.
         backwards_ = key == Qt::Key_Backtab;
         setActive(true);
@@ -51,8 +53,9 @@ bool KeyboardFocus::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void KeyboardFocus::setActive(bool active) {
-    if (active == active_)
+    if (active == active_) {
         return;
+    }
     active_ = active;
     Q_EMIT activeChanged();
 }

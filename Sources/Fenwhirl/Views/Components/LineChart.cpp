@@ -25,9 +25,10 @@ QPolygonF pointsIn(const QList<double>& values, ChartRange range, double width, 
     QPolygonF result;
     result.reserve(values.size());
     for (qsizetype i = 0; i < values.size(); ++i) {
-        if (std::isfinite(values[i]))
+        if (std::isfinite(values[i])) {
             result.append({width * static_cast<double>(i) / last,
                            height - height * (values[i] - range.low) / range.span()});
+        }
     }
     return result;
 }
@@ -36,8 +37,9 @@ QPolygonF pointsIn(const QList<double>& values, ChartRange range, double width, 
 
 LineChart::LineChart(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
-    for (const auto signal : {&LineChart::valuesChanged, &LineChart::styleChanged, &LineChart::plotChanged})
+    for (const auto signal : {&LineChart::valuesChanged, &LineChart::styleChanged, &LineChart::plotChanged}) {
         connect(this, signal, this, [this] { update(); });
+    }
 }
 
 QPolygonF LineChart::points(const QList<double>& values, double width, double height) {
@@ -50,8 +52,9 @@ void LineChart::setValues(const QList<double>& values) {
     values_ = values;
     range_ = chartRange(values_);
     Q_EMIT valuesChanged();
-    if (hasLine() != before)
+    if (hasLine() != before) {
         Q_EMIT hasLineChanged();
+    }
 }
 
 QRectF LineChart::plot() const {
@@ -60,8 +63,9 @@ QRectF LineChart::plot() const {
 }
 
 std::optional<QPointF> LineChart::pointAt(qsizetype index) const {
-    if (!range_ || index < 0 || index >= values_.size() || !std::isfinite(values_[index]))
+    if (!range_ || index < 0 || index >= values_.size() || !std::isfinite(values_[index])) {
         return std::nullopt;
+    }
     const QRectF area = plot();
     return QPointF(area.left() +
                        area.width() * static_cast<double>(index) / static_cast<double>(values_.size() - 1),
@@ -95,26 +99,30 @@ void LineChart::drawPlainLines(QPainter& painter, QSizeF plot) const {
 
 void LineChart::drawLines(QPainter& painter, const QList<ChartLine>& lines, QSizeF plot) const {
     for (const ChartLine& line : lines) {
-        if (!line.threshold)
+        if (!line.threshold) {
             painter.fillRect(QRectF(0.0, lineTop(line.celsius, plot.height()), plot.width(), hairline()),
                              gridColor_);
+        }
     }
 }
 
 void LineChart::drawThreshold(QPainter& painter, const QList<ChartLine>& lines, QSizeF plot) const {
     // chartLines puts the threshold last.
-    if (lines.isEmpty() || !lines.last().threshold)
+    if (lines.isEmpty() || !lines.last().threshold) {
         return;
+    }
     const double y = lineTop(lines.last().celsius, plot.height());
-    for (double x = 0.0; x < plot.width(); x += dash + gap)
+    for (double x = 0.0; x < plot.width(); x += dash + gap) {
         painter.fillRect(QRectF(x, y, std::min(dash, plot.width() - x), hairline()), thresholdColor_);
+    }
 }
 
 // Draws each digit in a cell of its own, so that the width of a number does not depend on its digits.
 void LineChart::drawNumbers(QPainter& painter, const QList<ChartLine>& lines, double plotHeight) const {
     for (const ChartLine& line : lines) {
-        if (!line.numbered)
+        if (!line.numbered) {
             continue;
+        }
         QFont font = QGuiApplication::font();
         font.setPixelSize(static_cast<int>(std::round(numberSize * textScale_)));
         font.setWeight(line.threshold ? QFont::DemiBold : QFont::Normal);
@@ -136,8 +144,9 @@ void LineChart::drawNumbers(QPainter& painter, const QList<ChartLine>& lines, do
 
 void LineChart::paint(QPainter* painter) {
     const QRectF area = plot();
-    if (area.width() <= 0.0 || area.height() <= 0.0)
+    if (area.width() <= 0.0 || area.height() <= 0.0) {
         return;
+    }
     painter->translate(inset_, inset_);
     painter->setRenderHint(QPainter::Antialiasing, false);
     if (!range_) {
@@ -148,8 +157,9 @@ void LineChart::paint(QPainter* painter) {
     const QList<ChartLine> lines =
         chartLines(*range_, area.height(), textScale_,
                    std::isfinite(threshold_) ? std::optional(threshold_) : std::nullopt);
-    if (column_ > 0.0)
+    if (column_ > 0.0) {
         drawNumbers(*painter, lines, area.height());
+    }
     painter->translate(area.left() - inset_, 0.0);
     drawLines(*painter, lines, area.size());
 
@@ -169,8 +179,9 @@ void LineChart::paint(QPainter* painter) {
     painter->setPen(QPen(lineColor_, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->drawPolyline(line);
 
-    if (!endDot_)
+    if (!endDot_) {
         return;
+    }
     painter->setPen(Qt::NoPen);
     painter->setBrush(surfaceColor_);
     painter->drawEllipse(line.last(), dotRingRadius, dotRingRadius);

@@ -11,16 +11,18 @@ QString plain(const QString& text) {
     QString letters;
     // This form separates letters from their accents, which are marks.
     for (const QChar letter : text.normalized(QString::NormalizationForm_KD)) {
-        if (!letter.isMark())
+        if (!letter.isMark()) {
             letters.append(letter);
+        }
     }
     return letters.toCaseFolded();
 }
 
 bool hasWord(const QString& text, const QString& beginning) {
     for (qsizetype at = text.indexOf(beginning); at >= 0; at = text.indexOf(beginning, at + 1)) {
-        if (at == 0 || !text[at - 1].isLetterOrNumber())
+        if (at == 0 || !text[at - 1].isLetterOrNumber()) {
             return true;
+        }
     }
     return false;
 }
@@ -30,8 +32,9 @@ template <typename Test>
 int firstAfter(int before, int count, const Test& test) {
     for (int i = 1; i <= count; ++i) {
         const int index = (before + i + count) % count;
-        if (test(index))
+        if (test(index)) {
             return index;
+        }
     }
     return -1;
 }
@@ -41,8 +44,9 @@ int firstAfter(int before, int count, const Test& test) {
 int foundInMenu(const QStringList& labels, const QString& typed, int current) {
     const QString sought = plain(typed);
     const int count = static_cast<int>(labels.size());
-    if (sought.isEmpty() || count == 0)
+    if (sought.isEmpty() || count == 0) {
         return -1;
+    }
     const int here = std::clamp(current, -1, count - 1);
     const bool oneLetter = sought.count(sought.front()) == sought.size();
     const auto nearest = [&](const QString& text, int before) {

@@ -97,8 +97,9 @@ const Palette& palette(bool dark) {
 Palette mixedPalette(const Palette& from, const Palette& to, double progress) {
     const double clamped = progress > 0.0 ? std::min(progress, 1.0) : 0.0;
     Palette result;
-    for (std::size_t i = 0; i < result.size(); ++i)
+    for (std::size_t i = 0; i < result.size(); ++i) {
         result[i] = mixed(from[i], to[i], clamped);
+    }
     return result;
 }
 

@@ -30,8 +30,9 @@ public:
     std::optional<double> number() {
         skipSeparators();
         const qsizetype begin = position_;
-        if (peek(u'-') || peek(u'+'))
+        if (peek(u'-') || peek(u'+')) {
             ++position_;
+        }
         skipDigits();
         if (peek(u'.')) {
             ++position_;
@@ -45,8 +46,9 @@ public:
     // The flags of an arc may be written without a separator after them.
     std::optional<bool> flag() {
         skipSeparators();
-        if (!peek(u'0') && !peek(u'1'))
+        if (!peek(u'0') && !peek(u'1')) {
             return std::nullopt;
+        }
         return text_[position_++] == u'1';
     }
 
@@ -62,13 +64,15 @@ private:
     }
 
     void skipDigits() {
-        while (position_ < text_.size() && text_[position_] >= u'0' && text_[position_] <= u'9')
+        while (position_ < text_.size() && text_[position_] >= u'0' && text_[position_] <= u'9') {
             ++position_;
+        }
     }
 
     void skipSeparators() {
-        while (position_ < text_.size() && (text_[position_].isSpace() || text_[position_] == u','))
+        while (position_ < text_.size() && (text_[position_].isSpace() || text_[position_] == u',')) {
             ++position_;
+        }
     }
 
     QStringView text_;
@@ -87,8 +91,9 @@ struct Arc {
 // where the centre lies on the perpendicular bisector of the chord, on the side that the two flags select.
 void addArc(QPainterPath& path, const Arc& arc) {
     const QPointF start = path.currentPosition();
-    if (start == arc.end)
+    if (start == arc.end) {
         return;
+    }
     double radiusX = std::abs(arc.radiusX);
     double radiusY = std::abs(arc.radiusY);
     if (radiusX == 0.0 || radiusY == 0.0) {
@@ -113,10 +118,12 @@ void addArc(QPainterPath& path, const Arc& arc) {
     const double startAngle = -std::atan2(startVector.y(), startVector.x()) * degreesPerRadian;
     const double endAngle = -std::atan2(endVector.y(), endVector.x()) * degreesPerRadian;
     double sweep = endAngle - startAngle;
-    if (arc.clockwise && sweep > 0.0)
+    if (arc.clockwise && sweep > 0.0) {
         sweep -= 360.0;
-    if (!arc.clockwise && sweep < 0.0)
+    }
+    if (!arc.clockwise && sweep < 0.0) {
         sweep += 360.0;
+    }
     const QPointF centerOnPath(center.x() * radiusX / scale, center.y() * radiusY / scale);
     path.arcTo(QRectF(centerOnPath.x() - radiusX, centerOnPath.y() - radiusY, 2.0 * radiusX, 2.0 * radiusY),
                startAngle, sweep);
@@ -129,8 +136,9 @@ std::optional<Arc> readArc(Reader& reader, QPointF origin) {
     const auto large = rotation ? reader.flag() : std::nullopt;
     const auto clockwise = large ? reader.flag() : std::nullopt;
     const auto end = clockwise ? reader.point(origin) : std::nullopt;
-    if (!end || (*rotation != 0.0 && *radiusX != *radiusY))
+    if (!end || (*rotation != 0.0 && *radiusX != *radiusY)) {
         return std::nullopt;
+    }
     return Arc{*radiusX, *radiusY, *large, *clockwise, *end};
 }
 
@@ -142,45 +150,52 @@ bool addSegment(QPainterPath& path, Reader& reader, QChar command) {
     case u'M':
     case u'L': {
         const auto end = reader.point(origin);
-        if (!end)
+        if (!end) {
             return false;
-        if (command.toUpper() == u'M')
+        }
+        if (command.toUpper() == u'M') {
             path.moveTo(*end);
-        else
+        } else {
             path.lineTo(*end);
+        }
         return true;
     }
     case u'H': {
         const auto x = reader.number();
-        if (x)
+        if (x) {
             path.lineTo(origin.x() + *x, here.y());
+        }
         return x.has_value();
     }
     case u'V': {
         const auto y = reader.number();
-        if (y)
+        if (y) {
             path.lineTo(here.x(), origin.y() + *y);
+        }
         return y.has_value();
     }
     case u'C': {
         const auto first = reader.point(origin);
         const auto second = first ? reader.point(origin) : std::nullopt;
         const auto end = second ? reader.point(origin) : std::nullopt;
-        if (end)
+        if (end) {
             path.cubicTo(*first, *second, *end);
+        }
         return end.has_value();
     }
     case u'Q': {
         const auto control = reader.point(origin);
         const auto end = control ? reader.point(origin) : std::nullopt;
-        if (end)
+        if (end) {
             path.quadTo(*control, *end);
+        }
         return end.has_value();
     }
     case u'A': {
         const auto arc = readArc(reader, origin);
-        if (arc)
+        if (arc) {
             addArc(path, *arc);
+        }
         return arc.has_value();
     }
     default:
@@ -197,8 +212,9 @@ std::optional<QPainterPath> painterPath(QStringView data) {
     while (!reader.atEnd()) {
         if (reader.atLetter()) {
             command = reader.letter();
-            if (path.elementCount() == 0 && command.toUpper() != u'M')
+            if (path.elementCount() == 0 && command.toUpper() != u'M') {
                 return std::nullopt;
+            }
             if (command.toUpper() == u'Z') {
                 path.closeSubpath();
                 command = QChar();
@@ -207,8 +223,9 @@ std::optional<QPainterPath> painterPath(QStringView data) {
         } else if (command.toUpper() == u'M') {
             command = command.isLower() ? u'l' : u'L'; // further pairs after a move are lines
         }
-        if (!addSegment(path, reader, command))
+        if (!addSegment(path, reader, command)) {
             return std::nullopt;
+        }
     }
     return path;
 }

@@ -51,22 +51,25 @@ double gaugeFraction(double fraction) {
 RingArc::RingArc(QQuickItem* parent) : QQuickPaintedItem(parent) {
     setAntialiasing(true);
     setImplicitSize(frame, frame);
-    for (const auto signal : {&RingArc::fractionChanged, &RingArc::tickChanged, &RingArc::styleChanged})
+    for (const auto signal : {&RingArc::fractionChanged, &RingArc::tickChanged, &RingArc::styleChanged}) {
         connect(this, signal, this, [this] { update(); });
+    }
 }
 
 void RingArc::setFraction(double fraction) {
     const double clamped = gaugeFraction(fraction);
-    if (clamped == fraction_)
+    if (clamped == fraction_) {
         return;
+    }
     fraction_ = clamped;
     Q_EMIT fractionChanged();
 }
 
 void RingArc::setTick(double fraction) {
     const double clamped = gaugeFraction(fraction);
-    if (clamped == tick_)
+    if (clamped == tick_) {
         return;
+    }
     tick_ = clamped;
     Q_EMIT tickChanged();
 }
@@ -76,8 +79,9 @@ void RingArc::paint(QPainter* painter) {
     painter->scale(scale, scale);
     painter->translate(inset_, inset_);
     drawArc(*painter, 1.0, trackColor_);
-    if (fraction_ >= leastShownFraction)
+    if (fraction_ >= leastShownFraction) {
         drawArc(*painter, fraction_, valueColor_);
+    }
     if (tickOpacity_ > 0.0) {
         QColor color = tickColor_;
         color.setAlphaF(color.alphaF() * static_cast<float>(std::min(tickOpacity_, 1.0)));

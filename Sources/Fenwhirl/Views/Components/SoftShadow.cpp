@@ -44,8 +44,9 @@ private:
 double insideDistance(double x, double y, double halfWidth, double halfHeight, double radius) {
     const double dx = std::abs(x) - (halfWidth - radius);
     const double dy = std::abs(y) - (halfHeight - radius);
-    if (dx > 0.0 && dy > 0.0)
+    if (dx > 0.0 && dy > 0.0) {
         return radius - std::sqrt(dx * dx + dy * dy);
+    }
     return radius - std::max(dx, dy);
 }
 
@@ -86,8 +87,9 @@ void SoftShadow::paint(QPainter* painter) {
         std::clamp(painter->worldTransform().m11(), 1.0, std::max(1.0, finePixels / std::max(blur_, 1.0)));
     const QSize size(static_cast<int>(std::ceil(std::clamp(width() * ratio, 0.0, largest))),
                      static_cast<int>(std::ceil(std::clamp(height() * ratio, 0.0, largest))));
-    if (size.isEmpty())
+    if (size.isEmpty()) {
         return;
+    }
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
     painter->drawImage(QRectF(QPointF(0.0, 0.0), QSizeF(size) / ratio),
                        softShadow(size, radius_ * ratio, blur_ * ratio, color_));

@@ -15,11 +15,13 @@ double bounded(double value, double from, double to) {
 } // namespace
 
 double nearestStep(double value, double from, double to, double stepSize) {
-    if (!(to > from))
+    if (!(to > from)) {
         return from;
+    }
     const double inside = bounded(value, from, to);
-    if (!(stepSize > 0.0))
+    if (!(stepSize > 0.0)) {
         return inside;
+    }
     const double onGrid = std::clamp(std::round(inside / stepSize) * stepSize, from, to);
     const double nearestEnd = to - inside < inside - from ? to : from;
     return std::abs(inside - nearestEnd) < std::abs(inside - onGrid) ? nearestEnd : onGrid;

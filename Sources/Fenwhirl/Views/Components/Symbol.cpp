@@ -13,26 +13,30 @@ Symbol::Symbol(QQuickItem* parent) : QQuickPaintedItem(parent) {
 }
 
 void Symbol::setName(const QString& name) {
-    if (name == name_)
+    if (name == name_) {
         return;
+    }
     name_ = name;
-    if (!name_.isEmpty() && symbolShapes(name_).empty())
+    if (!name_.isEmpty() && symbolShapes(name_).empty()) {
         qmlWarning(this) << "no drawing for the symbol \"" << name_ << "\"";
+    }
     update();
     Q_EMIT nameChanged();
 }
 
 void Symbol::setColor(const QColor& color) {
-    if (color == color_)
+    if (color == color_) {
         return;
+    }
     color_ = color;
     update();
     Q_EMIT colorChanged();
 }
 
 void Symbol::setBold(bool bold) {
-    if (bold == bold_)
+    if (bold == bold_) {
         return;
+    }
     bold_ = bold;
     update();
     Q_EMIT boldChanged();
@@ -40,8 +44,9 @@ void Symbol::setBold(bool bold) {
 
 void Symbol::paint(QPainter* painter) {
     const SymbolWeight weight = bold_ ? SymbolWeight::bold : SymbolWeight::regular;
-    if (!drawSystemSymbol(*painter, name_, boundingRect(), color_, weight))
+    if (!drawSystemSymbol(*painter, name_, boundingRect(), color_, weight)) {
         drawSymbol(*painter, name_, boundingRect(), color_, weight);
+    }
 }
 
 } // namespace Fenwhirl

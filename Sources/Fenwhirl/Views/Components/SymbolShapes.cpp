@@ -26,23 +26,29 @@ constexpr double boldStroke = 1.3;
 std::vector<SymbolShape> readDrawing(const QString& name) {
     std::vector<SymbolShape> shapes;
     QFile file(QStringLiteral(":/qt/qml/Fenwhirl/Components/Symbols/%1.svg").arg(name));
-    if (name.isEmpty() || !file.open(QIODevice::ReadOnly))
+    if (name.isEmpty() || !file.open(QIODevice::ReadOnly)) {
         return shapes;
+    }
     QXmlStreamReader xml(&file);
     double scale = 1.0; // from the file's grid to ours
     while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement)
+        if (xml.readNext() != QXmlStreamReader::StartElement) {
             continue;
+        }
         const QXmlStreamAttributes attributes = xml.attributes();
-        if (xml.name() == QLatin1String("svg"))
+        if (xml.name() == QLatin1String("svg")) {
             scale = symbolGrid / attributes.value(QLatin1String("width")).toDouble();
-        if (xml.name() != QLatin1String("path"))
+        }
+        if (xml.name() != QLatin1String("path")) {
             continue;
+        }
         auto path = painterPath(attributes.value(QLatin1String("d")));
-        if (!path)
+        if (!path) {
             return {};
-        if (scale != 1.0)
+        }
+        if (scale != 1.0) {
             *path = QTransform::fromScale(scale, scale).map(*path);
+        }
         // The default fill rule of SVG is nonzero, that of QPainterPath is odd-even.
         path->setFillRule(Qt::WindingFill);
         const bool stroked = attributes.hasAttribute(QLatin1String("stroke"));
@@ -59,24 +65,29 @@ const std::vector<SymbolShape>& symbolShapes(const QString& name) {
     static QHash<QString, std::shared_ptr<const std::vector<SymbolShape>>> drawings;
     const QMutexLocker lock(&mutex);
     auto& drawing = drawings[name];
-    if (!drawing)
+    if (!drawing) {
         drawing = std::make_shared<const std::vector<SymbolShape>>(readDrawing(name));
+    }
     return *drawing;
 }
 
 QString drawingForPixels(const QString& name, double pixels) {
-    if (name != QLatin1String("fan"))
+    if (name != QLatin1String("fan")) {
         return name;
+    }
     const int whole = static_cast<int>(std::lround(std::clamp(pixels, 0.0, 4096.0)));
-    if (whole < fanSizes.back())
+    if (whole < fanSizes.back()) {
         return QStringLiteral("fan.fill");
+    }
     // A multiple of a size is that size on a screen with more pixels per point.
     for (const int size : fanSizes) {
-        if (whole % size == 0)
+        if (whole % size == 0) {
             return QStringLiteral("fan.%1").arg(size);
+        }
     }
-    if (whole >= finestFan)
+    if (whole >= finestFan) {
         return name;
+    }
     const auto* const smaller =
         std::find_if(fanSizes.begin(), fanSizes.end(), [whole](int size) { return size <= whole; });
     return QStringLiteral("fan.%1").arg(*smaller);
@@ -94,11 +105,12 @@ void drawSymbol(QPainter& painter, const QString& name, const QRectF& bounds, co
     painter.scale(scale, scale);
     painter.translate(-symbolGrid / 2.0, -symbolGrid / 2.0);
     for (const SymbolShape& shape : symbolShapes(drawingForPixels(name, pixels))) {
-        if (shape.strokeWidth > 0.0)
+        if (shape.strokeWidth > 0.0) {
             painter.strokePath(shape.path, QPen(color, shape.strokeWidth * thickness, Qt::SolidLine,
                                                 Qt::RoundCap, Qt::RoundJoin));
-        else
+        } else {
             painter.fillPath(shape.path, color);
+        }
     }
     painter.restore();
 }

@@ -28,14 +28,16 @@ Symbols& symbols() {
 QImage picture(const QString& name, double fontPixels, bool bold) {
     Symbols& known = symbols();
     const QMutexLocker lock(&known.mutex);
-    if (!known.source || name.isEmpty())
+    if (!known.source || name.isEmpty()) {
         return {};
+    }
     constexpr double steps = 100.0;
     const std::tuple<QString, int, bool> key(
         name, static_cast<int>(std::lround(std::clamp(fontPixels, 0.0, 4096.0) * steps)), bold);
     const auto found = known.pictures.find(key);
-    if (found != known.pictures.end())
+    if (found != known.pictures.end()) {
         return found->second;
+    }
     return known.pictures.emplace(key, known.source(name, fontPixels, bold)).first->second;
 }
 
@@ -62,14 +64,17 @@ bool drawSystemSymbol(QPainter& painter, const QString& name, const QRectF& boun
     // Requests as many pixels as the bounds cover on the device, so that nothing is scaled up.
     const double scale = std::sqrt(std::abs(painter.deviceTransform().determinant()));
     const double side = std::min(bounds.width(), bounds.height());
-    if (!(side > 0.0) || !(scale > 0.0))
+    if (!(side > 0.0) || !(scale > 0.0)) {
         return false;
+    }
     const QImage image = picture(name, side * scale * systemSymbolFontShare, weight == SymbolWeight::bold);
-    if (image.isNull())
+    if (image.isNull()) {
         return false;
+    }
     QSizeF size = image.deviceIndependentSize() / scale;
-    if (size.width() > bounds.width() || size.height() > bounds.height())
+    if (size.width() > bounds.width() || size.height() > bounds.height()) {
         size.scale(bounds.size(), Qt::KeepAspectRatio);
+    }
     QRectF target(QPointF(), size);
     target.moveCenter(bounds.center());
     painter.save();

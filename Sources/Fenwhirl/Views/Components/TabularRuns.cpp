@@ -7,10 +7,11 @@ QStringList tabularRuns(const QString& text) {
     bool lastWasDigit = true; // so that the first character begins a piece
     for (const QChar character : text) {
         const bool digit = character >= u'0' && character <= u'9';
-        if (digit || lastWasDigit)
+        if (digit || lastWasDigit) {
             runs.append(QString(character));
-        else
+        } else {
             runs.last().append(character);
+        }
         lastWasDigit = digit;
     }
     return runs;

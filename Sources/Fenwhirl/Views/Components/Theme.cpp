@@ -23,8 +23,9 @@ bool drawsInSoftware() {
 int cornerStep(double ratio, bool software) {
     constexpr int largest = 4;
     for (int step = 1; software && step <= largest; ++step) {
-        if (std::abs(std::remainder(step * ratio, 1.0)) < 0.01)
+        if (std::abs(std::remainder(step * ratio, 1.0)) < 0.01) {
             return step;
+        }
     }
     return 1;
 }
@@ -46,8 +47,9 @@ void Theme::setDark(bool dark) {
     // The first choice is made before anything is on screen, so there is nothing to fade from.
     const bool fades = chosen_ && !reducedMotion_;
     chosen_ = true;
-    if (dark == dark_)
+    if (dark == dark_) {
         return;
+    }
     dark_ = dark;
     crossfade_.stop();
     if (fades) {
@@ -60,8 +62,9 @@ void Theme::setDark(bool dark) {
 }
 
 void Theme::setReducedMotion(bool reduced) {
-    if (reduced == reducedMotion_)
+    if (reduced == reducedMotion_) {
         return;
+    }
     reducedMotion_ = reduced;
     if (reducedMotion_ && crossfade_.state() == QAbstractAnimation::Running) {
         crossfade_.stop();
@@ -71,8 +74,9 @@ void Theme::setReducedMotion(bool reduced) {
 }
 
 void Theme::setTextScale(double scale) {
-    if (scale == textScale_)
+    if (scale == textScale_) {
         return;
+    }
     textScale_ = scale;
     Q_EMIT textScaleChanged();
 }

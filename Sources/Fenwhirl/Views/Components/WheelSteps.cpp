@@ -14,8 +14,9 @@ constexpr double linePoints = 24.0;
 
 double wheelDistance(QPointF pixels, QPointF angle, bool pixelsAreKnown, int linesPerNotch,
                      double textScale) {
-    if (pixelsAreKnown && pixels.y() != 0.0)
+    if (pixelsAreKnown && pixels.y() != 0.0) {
         return -pixels.y();
+    }
     return -angle.y() / anglePerNotch * linesPerNotch * linePoints * textScale;
 }
 

@@ -28,8 +28,9 @@ WindowCorners::WindowCorners(QQuickItem* parent) : QQuickItem(parent) {
 
 void WindowCorners::itemChange(ItemChange change, const ItemChangeData& value) {
     QQuickItem::itemChange(change, value);
-    if (change != ItemSceneChange || value.window == nullptr)
+    if (change != ItemSceneChange || value.window == nullptr) {
         return;
+    }
     connect(value.window, &QWindow::widthChanged, this, &WindowCorners::cut);
     connect(value.window, &QWindow::heightChanged, this, &WindowCorners::cut);
     cut();
@@ -37,8 +38,9 @@ void WindowCorners::itemChange(ItemChange change, const ItemChangeData& value) {
 
 void WindowCorners::cut() {
     // An empty region removes the mask.
-    if (window() != nullptr && QGuiApplication::platformName() == QStringLiteral("xcb"))
+    if (window() != nullptr && QGuiApplication::platformName() == QStringLiteral("xcb")) {
         window()->setMask(radius_ > 0 ? roundedRegion(window()->size(), radius_) : QRegion());
+    }
 }
 
 } // namespace Fenwhirl

@@ -42,8 +42,9 @@ TEST_F(ApplicationIcon, IsNoneForABrokenEntryOrAnUnknownName) {
     for (const char* const text :
          {"", "[Desktop Entry]\n", "[Desktop Entry]\nIcon=\n", "Icon=x",
           "[Desktop Entry]\nIcon=/nonexistent.png\n", "[Desktop Entry]\nIcon=no-theme-has-this\n",
-          "\xff\n[Desktop Entry]\nIcon=\xff/../x\n"})
+          "\xff\n[Desktop Entry]\nIcon=\xff/../x\n"}) {
         EXPECT_TRUE(applicationIcon(entry(text), 32).isNull()) << text;
+    }
     EXPECT_TRUE(applicationIcon(folder.filePath(QStringLiteral("missing.desktop")), 32).isNull());
     EXPECT_TRUE(applicationIcon(QStringLiteral("/opt/No Such Thing.app"), 32).isNull());
 }

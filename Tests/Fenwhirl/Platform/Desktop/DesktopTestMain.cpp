@@ -16,8 +16,9 @@ int holdName(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     QDBusConnection bus =
         QDBusConnection::connectToBus(QString::fromLocal8Bit(argv[2]), QStringLiteral("holder"));
-    if (!bus.registerService(QStringLiteral("com.fenwhirl.app")))
+    if (!bus.registerService(QStringLiteral("com.fenwhirl.app"))) {
         return EXIT_FAILURE;
+    }
     std::cout << "holding" << std::endl;
     std::cin.get();
     return EXIT_SUCCESS;
@@ -27,8 +28,9 @@ int holdName(int argc, char** argv) {
 
 // Draws into memory, and uses a private session bus on which nothing of the real desktop answers.
 int main(int argc, char** argv) {
-    if (argc == 3 && std::string_view(argv[1]) == "--hold-name")
+    if (argc == 3 && std::string_view(argv[1]) == "--hold-name") {
         return holdName(argc, argv);
+    }
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);

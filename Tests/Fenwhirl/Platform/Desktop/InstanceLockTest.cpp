@@ -44,20 +44,24 @@ public:
     explicit OtherStart(const QString& folder) {
         std::array<int, 2> go = {};
         std::array<int, 2> answer = {};
-        if (pipe(go.data()) != 0 || pipe(answer.data()) != 0)
+        if (pipe(go.data()) != 0 || pipe(answer.data()) != 0) {
             return;
+        }
         child_ = fork();
         if (child_ == 0) {
             char byte = 0;
-            if (read(go[0], &byte, 1) != 1)
+            if (read(go[0], &byte, 1) != 1) {
                 _exit(1);
+            }
             InstanceLock lock(folder);
             byte = lock.take() ? 1 : 0;
             lock.listen();
-            if (write(answer[1], &byte, 1) != 1)
+            if (write(answer[1], &byte, 1) != 1) {
                 _exit(1);
-            for (;;)
+            }
+            for (;;) {
                 pause();
+            }
         }
         close(go[0]);
         close(answer[1]);
@@ -75,8 +79,9 @@ public:
     OtherStart& operator=(OtherStart&&) = delete;
 
     ~OtherStart() {
-        if (child_ <= 0)
+        if (child_ <= 0) {
             return;
+        }
         kill(child_, SIGKILL);
         waitpid(child_, nullptr, 0);
         close(go_);
@@ -103,10 +108,12 @@ private:
 TEST(InstanceLock, OfManyStartsAtTheSameMomentExactlyOneRuns) {
     const QTemporaryDir folder;
     std::vector<OtherStart> starts;
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 12; ++i) {
         starts.emplace_back(folder.path());
-    for (const OtherStart& start : starts)
+    }
+    for (const OtherStart& start : starts) {
         start.go();
+    }
     EXPECT_EQ(std::ranges::count_if(starts, &OtherStart::tookTheLock), 1);
 }
 

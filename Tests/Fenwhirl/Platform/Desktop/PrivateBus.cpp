@@ -21,16 +21,18 @@ constexpr char configuration[] = R"(<busconfig>
 
 PrivateBus::PrivateBus(Names names) : addressBefore_(qgetenv("DBUS_SESSION_BUS_ADDRESS")) {
     QFile file(folder_.filePath(QStringLiteral("bus.conf")));
-    if (file.open(QIODevice::WriteOnly))
+    if (file.open(QIODevice::WriteOnly)) {
         file.write(QByteArray(configuration)
                        .replace("%folder", folder_.path().toUtf8())
                        .replace("%rule", names == Names::free ? "allow" : "deny"));
+    }
     file.close();
     daemon_.start(QStringLiteral("dbus-daemon"),
                   {QStringLiteral("--config-file=") + file.fileName(), QStringLiteral("--nofork"),
                    QStringLiteral("--print-address")});
-    if (!daemon_.waitForReadyRead())
+    if (!daemon_.waitForReadyRead()) {
         qFatal("no session bus");
+    }
     qputenv("DBUS_SESSION_BUS_ADDRESS", daemon_.readLine().trimmed());
 }
 
@@ -54,8 +56,9 @@ QDBusConnection PrivateBus::connect() {
 bool PrivateBus::waitUntil(const std::function<bool()>& condition) {
     const QDeadlineTimer deadline(30000);
     while (!condition()) {
-        if (deadline.hasExpired())
+        if (deadline.hasExpired()) {
             return false;
+        }
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
     }
     return true;

@@ -9,14 +9,16 @@ namespace {
 // The four-character code made of these letters.
 constexpr std::uint32_t code(std::string_view letters) {
     std::uint32_t value = 0;
-    for (const char letter : letters)
+    for (const char letter : letters) {
         value = value << 8U | static_cast<unsigned char>(letter);
+    }
     return value;
 }
 
 TEST(QuitAnswer, AnEndOfTheSessionIsAgreedToAtOnce) {
-    for (const char* reason : {"shut", "rest", "rlgo"})
+    for (const char* reason : {"shut", "rest", "rlgo"}) {
         EXPECT_EQ(quitAnswer(code(reason)), QuitAnswer::endNow) << reason;
+    }
 }
 
 TEST(QuitAnswer, AQuitByTheUserGoesThroughTheEventLoop) {
@@ -32,8 +34,9 @@ TEST(QuitAnswer, OneReasonOfManyIsEnough) {
 
 // The question that precedes it ("really log out?"), and any reason that a later system may give.
 TEST(QuitAnswer, AnyOtherReasonIsAnOrdinaryQuit) {
-    for (const char* reason : {"logo", "rsdn", "rrst", "quia", "xxxx", "SHUT"})
+    for (const char* reason : {"logo", "rsdn", "rrst", "quia", "xxxx", "SHUT"}) {
         EXPECT_EQ(quitAnswer(code(reason)), QuitAnswer::leaveTheEventLoop) << reason;
+    }
     EXPECT_EQ(quitAnswer(0xFFFFFFFF), QuitAnswer::leaveTheEventLoop);
 }
 

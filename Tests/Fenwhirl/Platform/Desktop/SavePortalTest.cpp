@@ -50,8 +50,9 @@ public:
             ++closed;
             return true;
         }
-        if (!knowsHow)
+        if (!knowsHow) {
             return connection.send(message.createErrorReply(QDBusError::UnknownMethod, QStringLiteral("no")));
+        }
         title = message.arguments().value(1).toString();
         options = qdbus_cast<QVariantMap>(message.arguments().value(2));
         request = QStringLiteral("/org/freedesktop/portal/desktop/request/") +
@@ -59,10 +60,11 @@ public:
                   (choosesItsOwnPath ? QStringLiteral("own")
                                      : options.value(QStringLiteral("handle_token")).toString());
         connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(request))));
-        if (code && choosesItsOwnPath) // the caller must learn the request's path first
+        if (code && choosesItsOwnPath) { // the caller must learn the request's path first
             QTimer::singleShot(50, this, [this] { respond(); });
-        else if (code)
+        } else if (code) {
             respond();
+        }
         return true;
     }
 

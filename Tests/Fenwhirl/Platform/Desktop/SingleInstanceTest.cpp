@@ -27,8 +27,9 @@ bool raises(SingleInstanceLinux& first, const QString& folder, bool onBus = true
     std::thread other([&] {
         SingleInstanceLinux second(folder, onBus ? PrivateBus::connect() : noBus());
         isSecond = !second.becomeFirst();
-        if (isSecond)
+        if (isSecond) {
             second.raiseFirst();
+        }
     });
     const bool heard = PrivateBus::waitUntil([&] { return raised.count() == 1; });
     other.join();

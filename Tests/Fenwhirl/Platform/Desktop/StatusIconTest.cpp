@@ -16,8 +16,9 @@ void drawSquare(QPainter& painter, const QRectF& bounds, const QColor& color) {
 int ink(const QImage& image, const QRect& place) {
     int points = 0;
     for (int y = place.top(); y <= place.bottom(); ++y) {
-        for (int x = place.left(); x <= place.right(); ++x)
+        for (int x = place.left(); x <= place.right(); ++x) {
             points += image.pixelColor(x, y) == QColor(Qt::white) ? 1 : 0;
+        }
     }
     return points;
 }

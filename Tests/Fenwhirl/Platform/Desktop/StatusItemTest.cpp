@@ -66,10 +66,11 @@ public:
     [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        if (message.member() == QStringLiteral("Get"))
+        if (message.member() == QStringLiteral("Get")) {
             connection.send(message.createReply(QVariant::fromValue(QDBusVariant(hasHost))));
-        else if (message.member() == QStringLiteral("RegisterStatusNotifierItem"))
+        } else if (message.member() == QStringLiteral("RegisterStatusNotifierItem")) {
             items.append(message.arguments().value(0).toString());
+        }
         return true;
     }
 
@@ -348,8 +349,9 @@ TEST(StatusNotifierItem, TellsEachTextAtOnceWhereItIsWrittenIntoTheBar) {
     StatusNotifierItem item(PrivateBus::connect(), {.text = StatusHostQuirks::Text::asLabel},
                             std::chrono::hours(1));
     QSignalSpy labelled(&item, &StatusNotifierItem::XAyatanaNewLabel);
-    for (const char* text : {"2 400 tr/min", "2 401 tr/min", "2 401 tr/min"})
+    for (const char* text : {"2 400 tr/min", "2 401 tr/min", "2 401 tr/min"}) {
         item.setText(QString::fromLatin1(text));
+    }
     ASSERT_EQ(labelled.count(), 2) << "one word for one change";
     EXPECT_EQ(labelled.at(1).at(0).toString(), QStringLiteral("2 401 tr/min"));
 }
@@ -400,8 +402,9 @@ TEST(StatusItem, OffersItsMenuToTheHostAndDoesWhatIsChosen) {
     EXPECT_EQ(entry(1).value(QStringLiteral("toggle-state")), 1);
     EXPECT_EQ(entry(2), QVariantMap({{QStringLiteral("type"), QStringLiteral("separator")}}));
     EXPECT_EQ(entry(3), QVariantMap({{QStringLiteral("label"), QStringLiteral("Quitter")}}));
-    for (const int id : {menu.children.at(3).id, menu.children.at(0).id, menu.children.at(2).id, 0, 99, -1})
+    for (const int id : {menu.children.at(3).id, menu.children.at(0).id, menu.children.at(2).id, 0, 99, -1}) {
         watcher.choose(id);
+    }
     EXPECT_EQ(chosen, QStringList({QStringLiteral("quit"), QStringLiteral("auto")}));
 }
 

@@ -54,8 +54,9 @@ public:
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
         ++asked;
-        if (!answers)
+        if (!answers) {
             return true;
+        }
         const QString key = message.arguments().value(1).toString();
         const QVariant value = key == QStringLiteral("color-scheme")        ? QVariant(colorScheme)
                                : key == QStringLiteral("enable-animations") ? QVariant(animations)

@@ -39,8 +39,9 @@ TEST(TerminationSignals, OneThatWasIgnoredStaysIgnored) {
 
 TEST(TerminationSignals, RestoresTheSignalHandlers) {
     { const TerminationSignals signals; }
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGQUIT})
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
         EXPECT_EQ(handlerOf(signal), SIG_DFL);
+    }
 }
 
 } // namespace

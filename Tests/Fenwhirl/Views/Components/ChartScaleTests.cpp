@@ -69,8 +69,9 @@ TEST(ChartLines, StayFewInEveryRange) {
     for (const double span : {1e3, 1e6, 1e12, 1e100, 1e307}) {
         const QList<ChartLine> lines = chartLines({0, span}, 140, 1, 75);
         EXPECT_LE(lines.size(), 10) << span;
-        for (const ChartLine& line : lines)
+        for (const ChartLine& line : lines) {
             EXPECT_TRUE(!line.numbered || std::abs(line.celsius) < 1000);
+        }
     }
     EXPECT_LE(chartLines({1e16, 1e16 + 20}, 140, 1, std::nullopt).size(), 10);
 }
@@ -78,8 +79,9 @@ TEST(ChartLines, StayFewInEveryRange) {
 TEST(ChartLines, TheThresholdIsALineWhereItIsInside) {
     EXPECT_EQ(chartLines({36, 84}, 140, 1, 75).last(), (ChartLine{75, true, true}));
     for (const double outside : {35.9, 84.1, nowhere}) {
-        for (const ChartLine& line : chartLines({36, 84}, 140, 1, outside))
+        for (const ChartLine& line : chartLines({36, 84}, 140, 1, outside)) {
             EXPECT_FALSE(line.threshold) << outside;
+        }
     }
     EXPECT_TRUE(chartLines({36, 84}, 140, 1, 36).last().threshold);
     EXPECT_TRUE(chartLines({36, 84}, 140, 1, 84).last().threshold);

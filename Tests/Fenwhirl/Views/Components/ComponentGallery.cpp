@@ -27,8 +27,9 @@ int main(int argc, char** argv) {
     engine.load(QUrl::fromLocalFile(QStringLiteral(FENWHIRL_SCENES "/%1.qml").arg(scene)));
     auto* window =
         engine.rootObjects().isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(engine.rootObjects().first());
-    if (window == nullptr)
+    if (window == nullptr) {
         return 1;
+    }
 
     bool saved = false;
     // The popups open with a transition. This delay is longer than any animation of the interface.

@@ -53,8 +53,9 @@ public:
     Q_INVOKABLE bool setValue(QObject* item, double value) const {
         auto* interface = QAccessible::queryAccessibleInterface(item);
         auto* values = interface != nullptr ? interface->valueInterface() : nullptr;
-        if (values == nullptr)
+        if (values == nullptr) {
             return false;
+        }
         values->setCurrentValue(value);
         return true;
     }
@@ -62,22 +63,26 @@ public:
     Q_INVOKABLE bool act(QObject* item, const QString& action) const {
         auto* interface = QAccessible::queryAccessibleInterface(item);
         auto* actions = interface != nullptr ? interface->actionInterface() : nullptr;
-        if (actions == nullptr || !actions->actionNames().contains(action))
+        if (actions == nullptr || !actions->actionNames().contains(action)) {
             return false;
+        }
         actions->doAction(action);
         return true;
     }
 
     // The first visible item in the subtree that has this accessible role.
     Q_INVOKABLE [[nodiscard]] QObject* find(QQuickItem* root, int role) const {
-        if (!root->isVisible())
+        if (!root->isVisible()) {
             return nullptr;
+        }
         auto* interface = QAccessible::queryAccessibleInterface(root);
-        if (interface != nullptr && interface->role() == role)
+        if (interface != nullptr && interface->role() == role) {
             return root;
+        }
         for (QQuickItem* child : root->childItems()) {
-            if (QObject* found = find(child, role))
+            if (QObject* found = find(child, role)) {
                 return found;
+            }
         }
         return nullptr;
     }
@@ -100,8 +105,10 @@ public Q_SLOTS:
         connect(engine, &QQmlEngine::warnings, this, [this](const QList<QQmlError>& warnings) {
             for (const QQmlError& warning : warnings) {
                 // One test asks for a symbol that does not exist and checks this warning itself.
-                if (!warning.description().contains(QStringLiteral("no drawing for the symbol \"umbrella\"")))
+                if (!warning.description().contains(
+                        QStringLiteral("no drawing for the symbol \"umbrella\""))) {
                     warnings_.append(warning.toString());
+                }
             }
         });
     }
@@ -120,8 +127,9 @@ private:
 int main(int argc, char** argv) {
     Setup setup;
     const int failures = quick_test_main_with_setup(argc, argv, "Components", nullptr, &setup);
-    for (const QString& warning : setup.warnings())
+    for (const QString& warning : setup.warnings()) {
         std::fprintf(stderr, "FAIL!  : a warning of the QML engine: %s\n", qUtf8Printable(warning));
+    }
     return failures != 0 || setup.warnings().isEmpty() ? failures : 1;
 }
 

@@ -43,8 +43,9 @@ TEST(FilledRows, ItemsBeginAndEndOnWholePoints) {
     const QList<QRectF> segments = filledRow({30.3, 70.2, 110.9}, 300, 28);
     for (const QList<QRectF>& places : {chips, segments}) {
         ASSERT_EQ(places.size(), 3);
-        for (const QRectF& place : places)
+        for (const QRectF& place : places) {
             EXPECT_EQ(place.left(), std::round(place.left()));
+        }
         EXPECT_EQ(places[0].right(), std::round(places[0].right()));
         EXPECT_EQ(places[1].right(), std::round(places[1].right()));
     }

@@ -64,8 +64,9 @@ TEST(Palette, HasTheThirteenColorsOfBothAppearances) {
 
 TEST(Palette, BothSetsAreComplete) {
     for (const bool dark : {true, false}) {
-        for (const QColor& entry : palette(dark))
+        for (const QColor& entry : palette(dark)) {
             EXPECT_TRUE(entry.isValid());
+        }
     }
 }
 
@@ -115,17 +116,21 @@ TEST(Palette, ColoredTextIsAsReadableAsThePaletteAllows) {
         };
         const QColor card = color(colors, PaletteColor::card);
         const QColor tint = color(colors, PaletteColor::tint);
-        for (const PaletteColor surface : {PaletteColor::sidebar, PaletteColor::card, PaletteColor::window})
+        for (const PaletteColor surface : {PaletteColor::sidebar, PaletteColor::card, PaletteColor::window}) {
             expectReadable(PaletteColor::accentSoft, laidOver(color(colors, surface), tint));
+        }
         expectReadable(PaletteColor::accent, card);
         expectReadable(PaletteColor::onAccent, color(colors, PaletteColor::accent));
-        for (const PaletteColor surface : {PaletteColor::card, PaletteColor::well, PaletteColor::errorFill})
+        for (const PaletteColor surface : {PaletteColor::card, PaletteColor::well, PaletteColor::errorFill}) {
             expectReadable(PaletteColor::hot, color(colors, surface));
+        }
         // Marks that carry meaning: the status dot, bars and arcs.
-        for (const PaletteColor surface : {PaletteColor::sidebar, PaletteColor::card})
+        for (const PaletteColor surface : {PaletteColor::sidebar, PaletteColor::card}) {
             EXPECT_GE(contrast(color(colors, PaletteColor::good), color(colors, surface)), dark ? 9.5 : 2.8);
-        for (const PaletteColor mark : {PaletteColor::accent, PaletteColor::hot})
+        }
+        for (const PaletteColor mark : {PaletteColor::accent, PaletteColor::hot}) {
             EXPECT_GE(contrast(color(colors, mark), color(colors, PaletteColor::track)), 3.0);
+        }
     }
 }
 

@@ -61,9 +61,10 @@ TEST(PathData, CurvesEndWhereTheySay) {
 }
 
 TEST(PathData, WhatIsNoPathIsRefused) {
-    for (const char* data :
-         {"L1 1", "M1", "M1 1X2", "M1 1A1 2 45 0 1 3 3", "M1 1A1 1 0 2 1 3 3", "M1 1Z5 5", "5 5", "M1 1Lx y"})
+    for (const char* data : {"L1 1", "M1", "M1 1X2", "M1 1A1 2 45 0 1 3 3", "M1 1A1 1 0 2 1 3 3", "M1 1Z5 5",
+                             "5 5", "M1 1Lx y"}) {
         EXPECT_FALSE(painterPath(QString::fromLatin1(data)).has_value()) << data;
+    }
     EXPECT_TRUE(pathOf("").isEmpty());
 }
 

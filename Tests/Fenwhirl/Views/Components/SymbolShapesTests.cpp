@@ -82,14 +82,17 @@ TEST(SymbolShapes, TheSmallFansAreOutlinesOnWholePixels) {
         painter.end();
         int inside = 255;
         int edge = 0;
-        for (int y = 1; y < size / 2; ++y)
+        for (int y = 1; y < size / 2; ++y) {
             inside = std::min(inside, image.pixelColor(size / 2 - 2, y).alpha());
-        for (int x = 0; x < size; ++x)
+        }
+        for (int x = 0; x < size; ++x) {
             edge = std::max(edge, image.pixelColor(x, 1).alpha());
+        }
         EXPECT_LT(inside, 40) << size;
         EXPECT_GT(edge, 200) << size;
-        for (int x = 0; x < size; ++x)
+        for (int x = 0; x < size; ++x) {
             EXPECT_EQ(image.pixelColor(x, 0).alpha(), 0) << size;
+        }
         const QColor hub = image.pixelColor(size / 2, size / 2);
         EXPECT_GT(hub.alpha(), 128) << size;
     }
@@ -102,8 +105,9 @@ TEST(SymbolShapes, ABoldSymbolHasMoreInk) {
         QPainter painter(&image);
         drawSymbol(painter, QStringLiteral("fan"), QRectF(0, 0, 18, 18), Qt::black, weight);
         int sum = 0;
-        for (int i = 0; i < 18 * 18; ++i)
+        for (int i = 0; i < 18 * 18; ++i) {
             sum += image.pixelColor(i % 18, i / 18).alpha();
+        }
         return sum;
     };
     EXPECT_GT(ink(SymbolWeight::bold), ink(SymbolWeight::regular) * 1.1);

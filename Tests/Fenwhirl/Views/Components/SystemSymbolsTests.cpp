@@ -26,8 +26,9 @@ protected:
     SystemSymbolsTest() {
         setSystemSymbolSource([this](const QString& name, double fontPixels, bool bold) {
             asked.push_back({name, fontPixels, bold});
-            if (name != QStringLiteral("bar"))
+            if (name != QStringLiteral("bar")) {
                 return QImage();
+            }
             QImage bar(barSize, QImage::Format_ARGB32);
             bar.fill(Qt::black);
             bar.setDevicePixelRatio(barRatio);
@@ -48,10 +49,13 @@ protected:
 
     static QRect inked(const QImage& image) {
         QRect box;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                if (image.pixelColor(x, y).alpha() > 127)
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y).alpha() > 127) {
                     box |= QRect(x, y, 1, 1);
+                }
+            }
+        }
         return box;
     }
 };
@@ -98,8 +102,9 @@ TEST_F(SystemSymbolsTest, AreAskedForOnceForEachSize) {
 TEST_F(SystemSymbolsTest, AreAskedForInTheirWeight) {
     QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
-    for (const SymbolWeight weight : {SymbolWeight::bold, SymbolWeight::regular})
+    for (const SymbolWeight weight : {SymbolWeight::bold, SymbolWeight::regular}) {
         EXPECT_TRUE(drawSystemSymbol(painter, QStringLiteral("bar"), QRectF(0, 0, 20, 20), Qt::red, weight));
+    }
     ASSERT_EQ(asked.size(), 2U);
     EXPECT_TRUE(asked[0].bold);
     EXPECT_FALSE(asked[1].bold);

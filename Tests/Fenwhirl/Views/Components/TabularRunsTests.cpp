@@ -14,8 +14,9 @@ TEST(TabularRuns, EveryDigitIsAPieceAndWhatStandsBetweenIsOne) {
 
 TEST(TabularRuns, JoinedThePiecesAreTheText) {
     for (const QString& text :
-         {QString(), QStringLiteral("abc"), QStringLiteral("2\u202f694 tr/min"), QStringLiteral("1😀2")})
+         {QString(), QStringLiteral("abc"), QStringLiteral("2\u202f694 tr/min"), QStringLiteral("1😀2")}) {
         EXPECT_EQ(tabularRuns(text).join(QString()), text);
+    }
 }
 
 TEST(TabularRuns, OnlyASCIIDigitsGetCells) {
