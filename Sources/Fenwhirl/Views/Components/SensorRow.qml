@@ -25,7 +25,7 @@ Item {
     required property string range
     readonly property alias barLeft: bar.x
     readonly property alias barWidth: bar.width
-    readonly property alias tooltip: loader.made
+    readonly property alias tooltip: tip.tooltip
     // A mark too close to the end of the bar would look like a drawing error.
     readonly property bool marksPeak: (peak - bar.wanted) * bar.width >= 6
 
@@ -123,25 +123,15 @@ Item {
 
         HoverHandler {
             id: pointer
-            enabled: root.range !== ""
-
-            onHoveredChanged: { if (hovered) loader.active = true }
+            // A row that a list has hidden for its next use would otherwise stay hovered.
+            enabled: root.range !== "" && root.visible
         }
 
-        // Created when first needed.
-        Loader {
-            id: loader
-            readonly property var made: item
-
-            active: false
-            source: "Tooltip.qml"
-
-            onLoaded: {
-                made.parent = root
-                made.text = Qt.binding(() => root.range)
-                made.visible = Qt.binding(() => pointer.hovered && root.range !== "")
-                made.x = Qt.binding(() => Math.round(bar.x + (root.width - bar.x - made.implicitWidth) / 2))
-            }
+        HoverTip {
+            id: tip
+            objectName: "tip"
+            text: root.range
+            wanted: pointer.hovered
         }
     }
 }

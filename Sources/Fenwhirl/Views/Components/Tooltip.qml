@@ -16,6 +16,8 @@ T.ToolTip {
     x: parent ? Math.round((parent.width - implicitWidth) / 2) : 0
     y: parent ? parent.height + 4 : 0
 
+    onAboutToShow: OpenTooltip.replaceBy(root)
+
     background: Surface {
         color: Theme.popup
         radius: 7 - 7 % Theme.cornerStep

@@ -195,6 +195,20 @@ Item {
             mouseMove(root, 550, 480)
         }
 
+        function test_onlyOneTooltipIsOpen() {
+            const title = findChild(sensor, "name")
+            mouseMove(title, 20, 8)
+            tryVerify(() => title.tooltip?.opened, 3000)
+            sensor.range = "55 – 71 °C"
+            const tip = findChild(sensor, "tip")
+            tip.wanted = true // as with a handler that was not told that the pointer went
+            tryVerify(() => sensor.tooltip?.opened, 3000)
+            tryVerify(() => !title.tooltip.visible)
+            tip.wanted = false
+            mouseMove(root, 550, 480)
+            sensor.range = ""
+        }
+
         function test_aNameOfTwoHundredCharactersMovesNothing() {
             const bar = findChild(sensor, "bar")
             const before = [bar.x, bar.width, sensor.implicitHeight]
