@@ -165,6 +165,11 @@ class DrivenMac:
     def last_write(self):
         return int(re.search(r"writes=(\d+)", self.tell("state")[-1]).group(1))
 
+    def await_write(self, key, since):
+        """Waits for the first write of a key after the write with that number; returns its own number."""
+        answer = self.tell(f"await write {key} since {since} within {stage.PATIENCE_SECONDS}")[-1]
+        return int(re.search(r"write (\d+)", answer).group(1))
+
     def take_manual_control(self, fan, rpm):
         """Takes a fan under manual control, as another fan-control program would."""
         if self.machine == OLDER_MAC:

@@ -132,8 +132,8 @@ class TheFirstPoll(unittest.TestCase):
         since = driven.last_write()
         driven.tell("fault delay 1500 times 1 key F1Tg command write")
         driven.start()
-        driven.tell(f"await write F0Tg since {since} within 10")
-        driven.tell(f"await write {'FS!' if driven.machine == OLDER_MAC else 'F1Md'} since {driven.last_write()} within 10")
+        first = driven.await_write("F0Tg", since)
+        driven.await_write("FS!" if driven.machine == OLDER_MAC else "F1Md", first)
 
     def check_the_guard(self, machine, settings):
         with DrivenMac(machine, settings, celsius=91) as driven:
