@@ -2,6 +2,7 @@
 
 #include "FenwhirlCore/SMC.h"
 
+#include "FenwhirlCore/FourCC.h"
 #include "FenwhirlCore/NumberText.h"
 #include "FenwhirlCore/Precondition.h"
 #include "FenwhirlCore/SMCValue.h"
@@ -146,11 +147,7 @@ std::vector<std::string> SMC::allKeys() {
 }
 
 std::uint32_t SMC::fourCC(std::string_view text) {
-    std::uint32_t code = 0;
-    for (const char character : text.substr(0, 4)) {
-        code = code << 8U | static_cast<std::uint8_t>(character);
-    }
-    return code;
+    return fourCharacterCode(text);
 }
 
 std::string SMC::string(std::uint32_t code) {

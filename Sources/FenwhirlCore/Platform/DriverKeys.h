@@ -48,9 +48,6 @@ struct DriverKeyTable {
 // Looks for a driver; nothing when there is none.
 [[nodiscard]] std::optional<DriverKeyTable> discoverDriverKeys(DriverFiles& files);
 
-// Four characters as a number, the first one in the most significant byte.
-[[nodiscard]] std::uint32_t fourCharacterCode(std::string_view text);
-
 // The number at the end of "hwmon12" or in the middle of "fan3_input". The name must consist of prefix,
 // digits and suffix, and nothing else.
 [[nodiscard]] std::optional<int> channelNumber(std::string_view name, std::string_view prefix,

@@ -1,3 +1,4 @@
+#include "FenwhirlCore/FourCC.h"
 #include "FenwhirlCore/Platform/DriverKeys.h"
 #include "FenwhirlCore/Platform/DriverSensorKeys.h"
 
@@ -163,14 +164,6 @@ const DriverKey* DriverKeyTable::find(std::uint32_t code) const {
         std::lower_bound(keys.begin(), keys.end(), code,
                          [](const DriverKey& key, std::uint32_t wanted) { return key.code < wanted; });
     return place != keys.end() && place->code == code ? &*place : nullptr;
-}
-
-std::uint32_t fourCharacterCode(std::string_view text) {
-    std::uint32_t code = 0;
-    for (const char character : text) {
-        code = code << 8U | static_cast<std::uint8_t>(character);
-    }
-    return code;
 }
 
 std::optional<int> channelNumber(std::string_view name, std::string_view prefix, std::string_view suffix) {

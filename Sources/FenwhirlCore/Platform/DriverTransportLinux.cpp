@@ -1,3 +1,4 @@
+#include "FenwhirlCore/FourCC.h"
 #include "FenwhirlCore/Platform/DriverFanWriter.h"
 #include "FenwhirlCore/Platform/DriverKeys.h"
 #include "FenwhirlCore/Platform/DriverTransport.h"
