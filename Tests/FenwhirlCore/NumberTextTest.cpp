@@ -82,7 +82,9 @@ TEST(TwoDecimals, AgreeWithTheCLibraryAtTheEnds) {
 TEST(WholeNumbers, AreTruncatedTowardZero) {
     EXPECT_EQ(exactWhole(2.9), 2);
     EXPECT_EQ(exactWhole(-2.9), -2);
+    EXPECT_EQ(exactWhole(-0.5), 0);
     EXPECT_EQ(exactWhole(-9223372036854775808.0), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(exactWhole(9223372036854774784.0), std::numeric_limits<std::int64_t>::max() - 1023);
 }
 
 TEST(WholeNumbers, OutsideTheRangeAreAbsentOrSaturated) {

@@ -1,7 +1,7 @@
 #include "Fenwhirl/Monitoring/FanSetting.h"
 
 #include "Fenwhirl/Monitoring/RawValues.h"
-#include "Fenwhirl/Monitoring/WholeNumber.h"
+#include "FenwhirlCore/NumberText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,7 +18,7 @@ std::optional<std::int64_t> constantTarget(double wanted, double minRPM, double 
         return std::nullopt; // the comparisons below would silently pick one of the other two
     }
     const double atLeastMinimum = wanted > minRPM ? wanted : minRPM;
-    return wholeNumber(atLeastMinimum < maxRPM ? atLeastMinimum : maxRPM);
+    return NumberText::exactWhole(atLeastMinimum < maxRPM ? atLeastMinimum : maxRPM);
 }
 
 double drivingCelsius(const std::string& sensorKey, std::span<const TemperatureReading> temperatures,
@@ -39,7 +39,7 @@ std::optional<std::int64_t> curveTarget(const FanSetting& setting, double celsiu
     if (span < 1) {
         span = 1;
     }
-    // NaN passes both comparisons and is rejected by wholeNumber.
+    // NaN passes both comparisons and is rejected by exactWhole.
     double fraction = (celsius - setting.startTemp) / span;
     if (fraction <= 0) {
         fraction = 0;
@@ -47,7 +47,7 @@ std::optional<std::int64_t> curveTarget(const FanSetting& setting, double celsiu
         fraction = 1;
     }
     const double rpm = minRPM + (maxRPM - minRPM) * fraction;
-    return wholeNumber(std::round(rpm / stepRPM) * stepRPM);
+    return NumberText::exactWhole(std::round(rpm / stepRPM) * stepRPM);
 }
 
 } // namespace

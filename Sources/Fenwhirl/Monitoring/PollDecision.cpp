@@ -1,7 +1,7 @@
 #include "Fenwhirl/Monitoring/PollDecision.h"
 
 #include "Fenwhirl/Monitoring/SensorSummary.h"
-#include "Fenwhirl/Monitoring/WholeNumber.h"
+#include "FenwhirlCore/NumberText.h"
 
 #include <limits>
 #include <unordered_set>
@@ -51,7 +51,7 @@ std::optional<std::int64_t> wantedRPM(const FanReading& fan, const PollInput& in
         return std::nullopt;
     }
     if (boosting) {
-        return wholeNumber(fan.maxRPM);
+        return NumberText::exactWhole(fan.maxRPM);
     }
     return targetRPM(settingOf(fan.index, input.settings), fan.minRPM, fan.maxRPM, input.temperatures,
                      primaryCelsius);
