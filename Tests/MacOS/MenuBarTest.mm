@@ -107,7 +107,7 @@ TEST_F(MenuBarTest, ReleasesThePreviousMenus) {
     });
     EXPECT_EQ(Runtime::liveObjects("NSMenu"), menusOfOne);
     EXPECT_EQ(Runtime::liveObjects("NSMenuItem"), itemsOfOne);
-    EXPECT_EQ(Runtime::liveObjects("FenwhirlMenuTarget"), 1U);
+    EXPECT_EQ(Runtime::liveObjects("FenwhirlActionTarget"), 1U);
 }
 
 TEST_F(MenuBarTest, IsInstalledAgainAfterTheLaunch) {

@@ -1,24 +1,9 @@
+#include "Fenwhirl/Platform/Desktop/ActionTargetMacOS.h"
 #include "Fenwhirl/Platform/Desktop/MenuBar.h"
 
 #import <AppKit/AppKit.h>
 #include <utility>
 #include <vector>
-
-@interface FenwhirlMenuTarget : NSObject
-@property(nonatomic) std::function<void()> chosen;
-- (void)itemChosen:(id)sender;
-@end
-
-@implementation FenwhirlMenuTarget
-
-- (void)itemChosen:(id)sender {
-    (void)sender;
-    if (self.chosen) {
-        self.chosen();
-    }
-}
-
-@end
 
 namespace {
 
@@ -78,7 +63,7 @@ public:
     ~MenuBarMacOS() override {
         @autoreleasepool {
             [NSNotificationCenter.defaultCenter removeObserver:launched_];
-            for (FenwhirlMenuTarget* target : targets_) {
+            for (FenwhirlActionTarget* target : targets_) {
                 target.chosen = nullptr; // the menus may outlive what they would call
             }
         }
@@ -90,7 +75,7 @@ public:
     void show(const QList<Menu>& menus) override {
         @autoreleasepool {
             // The old targets must live until `installMenus` has replaced the old menus.
-            const std::vector<FenwhirlMenuTarget*> before = std::exchange(targets_, {});
+            const std::vector<FenwhirlActionTarget*> before = std::exchange(targets_, {});
             bar_ = [[NSMenu alloc] initWithTitle:@""];
             services_ = nil;
             windows_ = nil;
@@ -135,7 +120,7 @@ private:
             made.submenu = services_;
         }
         if (item.kind == MenuItem::Kind::own) {
-            FenwhirlMenuTarget* target = [[FenwhirlMenuTarget alloc] init];
+            FenwhirlActionTarget* target = [[FenwhirlActionTarget alloc] init];
             target.chosen = item.chosen;
             targets_.push_back(target); // kept here, because a menu item's target is a weak reference
             made.target = target;
@@ -162,7 +147,7 @@ private:
     NSMenu* services_ = nil;
     NSMenu* windows_ = nil;
     NSMenu* help_ = nil;
-    std::vector<FenwhirlMenuTarget*> targets_;
+    std::vector<FenwhirlActionTarget*> targets_;
 };
 
 } // namespace

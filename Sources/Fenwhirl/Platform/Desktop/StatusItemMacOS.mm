@@ -1,3 +1,4 @@
+#include "Fenwhirl/Platform/Desktop/ActionTargetMacOS.h"
 #include "Fenwhirl/Platform/Desktop/PanelPlacement.h"
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 
@@ -6,23 +7,6 @@
 #include <QTimer>
 
 #import <AppKit/AppKit.h>
-
-@interface FenwhirlStatusItemTarget : NSObject
-@property(nonatomic) std::function<void()> chosen;
-- (void)itemChosen:(id)sender;
-@end
-
-@implementation FenwhirlStatusItemTarget
-
-// Does not look at the current event, which differs between versions of macOS; the call itself is enough.
-- (void)itemChosen:(id)sender {
-    (void)sender;
-    if (self.chosen) {
-        self.chosen();
-    }
-}
-
-@end
 
 namespace {
 
@@ -46,7 +30,7 @@ NSImage* symbolImage(const SymbolPainter& symbol) {
 
 class StatusItemMacOS final : public StatusItem {
 public:
-    explicit StatusItemMacOS(const SymbolPainter& symbol) : target_([[FenwhirlStatusItemTarget alloc] init]) {
+    explicit StatusItemMacOS(const SymbolPainter& symbol) : target_([[FenwhirlActionTarget alloc] init]) {
         @autoreleasepool { // the event loop, which has a pool of its own, is not running yet
             item_ = [NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength];
             target_.chosen = [this] { Q_EMIT activated(place()); };
@@ -111,7 +95,7 @@ private:
 
     NSStatusItem* item_ = nil;
     bool open_ = false;
-    FenwhirlStatusItemTarget* target_;
+    FenwhirlActionTarget* target_;
 };
 
 } // namespace

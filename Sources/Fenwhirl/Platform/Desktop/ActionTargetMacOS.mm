@@ -1,0 +1,12 @@
+#include "Fenwhirl/Platform/Desktop/ActionTargetMacOS.h"
+
+@implementation FenwhirlActionTarget
+
+- (void)itemChosen:(id)sender {
+    (void)sender;
+    if (self.chosen) {
+        self.chosen();
+    }
+}
+
+@end
