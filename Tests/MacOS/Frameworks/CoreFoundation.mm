@@ -1,7 +1,7 @@
 // Fakes of the parts of CoreFoundation and CoreGraphics that our sources call. Their objects are the fake
 // Foundation's.
 
-#import "Frameworks/FakeMac.h"
+#import "Frameworks/Fakes.h"
 #import "Frameworks/Preferences.h"
 
 #include <QByteArray>
@@ -14,10 +14,6 @@
 
 extern "C" id objc_retain(id object);
 extern "C" void objc_release(id object);
-
-NSString* makeText(const QString& text);
-NSData* makeData(const QByteArray& content);
-NSNumber* makeNumber(double value, bool isBoolean);
 
 extern const CFAllocatorRef kCFAllocatorDefault = nullptr;
 extern const CFStringRef kCFPreferencesCurrentUser =

@@ -2,7 +2,7 @@
 
 #import "Frameworks/MacQt.h"
 
-#import "Frameworks/FakeMac.h"
+#import "Frameworks/Fakes.h"
 #include "Frameworks/NativeWindows.h"
 
 #include <QByteArray>
@@ -10,9 +10,6 @@
 #include <QWindow>
 
 #include <map>
-
-NSString* makeText(const QString& text);
-NSData* makeData(const QByteArray& content);
 
 QString QString::fromNSString(const NSString* text) {
     return text == nil ? QString() : QString::fromUtf8([const_cast<NSString*>(text) UTF8String]);
@@ -37,10 +34,8 @@ struct Native {
     NSWindow* window;
 };
 
-std::map<const QWindow*, Native>& natives() {
-    static auto* instance = new std::map<const QWindow*, Native>;
-    return *instance;
-}
+std::map<const QWindow*, Native> natives;
+const FakeMac::AtEnd atEnd([] { natives.clear(); });
 
 } // namespace
 
@@ -48,7 +43,7 @@ std::map<const QWindow*, Native>& natives() {
 // with its NSWindow by the first call.
 WId QWindow::winId() const {
     FakeMac::requireMainThread("QWindow::winId");
-    Native& native = natives()[this];
+    Native& native = natives[this];
     if (native.view == nil) {
         native.view = [[NSView alloc] init];
         const bool isPanel = type() == Qt::Tool || type() == Qt::Popup;
@@ -61,15 +56,9 @@ WId QWindow::winId() const {
 
 NSWindow* FakeMac::nativeWindow(QWindow& window) {
     (void)window.winId();
-    return natives()[&window].window;
+    return natives[&window].window;
 }
 
 void FakeMac::destroyNative(QWindow& window) {
-    natives().erase(&window);
-}
-
-void forgetViews();
-
-void forgetViews() {
-    natives().clear();
+    natives.erase(&window);
 }
