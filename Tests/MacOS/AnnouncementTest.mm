@@ -22,8 +22,10 @@ TEST_F(AnnouncementTest, IsPostedForTheKeyWindow) {
     @autoreleasepool {
         NSWindow* window = [[NSWindow alloc] init];
         static_cast<NSApplication*>(NSApp).keyWindow = window;
-        EXPECT_TRUE(announceBySystem(QStringLiteral("Le Mac est chaud"), false));
-        EXPECT_TRUE(announceBySystem(QStringLiteral("Refus\u00e9"), true));
+        beforeTheEventLoop([] {
+            EXPECT_TRUE(announceBySystem(QStringLiteral("Le Mac est chaud"), false));
+            EXPECT_TRUE(announceBySystem(QStringLiteral("Refus\u00e9"), true));
+        });
         EXPECT_THAT(FakeMac::journal(),
                     ElementsAre("announce \"Le Mac est chaud\" at 50", "announce \"Refusé\" at 90"));
         static_cast<NSApplication*>(NSApp).keyWindow = nil;

@@ -5,6 +5,7 @@
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/PreferredLanguages.h"
 #include "Fenwhirl/Platform/RunningApplications.h"
+#include "Fenwhirl/Platform/SleepWatch.h"
 #include "Fenwhirl/Platform/SystemName.h"
 #import "MacTest.h"
 
@@ -66,6 +67,19 @@ TEST_F(RunningApplicationsTest, AreAskedOrForced) {
     });
     EXPECT_EQ(FakeMac::settings().running[100], QStringLiteral("terminate "));
     EXPECT_EQ(FakeMac::settings().running[200], QStringLiteral("forceTerminate "));
+}
+
+using SleepWatchTest = MacTest;
+
+TEST_F(SleepWatchTest, SaysNothing) {
+    const auto watch = beforeTheEventLoop(SleepWatch::create);
+    ASSERT_NE(watch, nullptr);
+    int said = 0;
+    QObject::connect(watch.get(), &SleepWatch::goingToSleep, [&] { ++said; });
+    QObject::connect(watch.get(), &SleepWatch::awake, [&] { ++said; });
+    FakeMac::post(NSWorkspace.sharedWorkspace.notificationCenter, NSWorkspaceDidWakeNotification);
+    watch->ready();
+    EXPECT_EQ(said, 0);
 }
 
 using FileDialogsTest = MacTest;

@@ -103,12 +103,32 @@ int FakeMac::spawn(pid_t* child, const char* path, const void* actions, const vo
     return result;
 }
 
+// The fake of a program that only macOS has, or the program itself. Called between fork and exec, where it must
+// not allocate memory.
+static const char* programOrFake(const char* path) {
+    for (const auto& [onMac, fake] : FakeMac::system().tools) {
+        if (onMac == path) {
+            return fake.c_str();
+        }
+    }
+    return path;
+}
+
 int FakeMac::setPriority(int which, unsigned who, int priority) {
     system().priorities.emplace_back(which, priority);
     return who == 0 ? 0 : -1;
 }
 
 extern "C" {
+
+// Overrides the C library's function, through which Qt starts programs.
+int execve(const char* path, char* const arguments[], char* const environment[]) noexcept {
+    return static_cast<int>(syscall(SYS_execve, programOrFake(path), arguments, environment));
+}
+
+int execv(const char* path, char* const arguments[]) noexcept {
+    return execve(path, arguments, environ);
+}
 
 int proc_pidinfo(int pid, int flavor, std::uint64_t, void* buffer, int size) {
     if (pid != getpid() || flavor != PROC_PIDLISTFDS) {

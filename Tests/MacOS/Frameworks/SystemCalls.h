@@ -25,6 +25,7 @@ struct System {
     std::vector<std::pair<int, int>> priorities; // kind of target and value, of each setpriority
     std::vector<int> openDescriptors;            // empty: the process's own
     int reliefs = 0;                             // calls of malloc_zone_pressure_relief
+    std::map<std::string, std::string> tools;    // path of a program that only macOS has, and of its fake
 };
 
 System& system();
