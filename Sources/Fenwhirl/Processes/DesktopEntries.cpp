@@ -216,7 +216,7 @@ bool isInterpreter(QStringView program) {
     static const QRegularExpression pattern(QStringLiteral(
         "^(python|pypy|perl|ruby|php|lua|node|nodejs|java|mono|gjs|gjs-console|electron|bash|sh|dash|zsh|"
         "ksh|fish|tclsh|wish|guile)[0-9.]*(-[0-9.]+)?$"));
-    return pattern.match(program.sliced(program.lastIndexOf(u'/') + 1)).hasMatch();
+    return pattern.match(program.sliced(program.lastIndexOf(u'/') + 1).toString()).hasMatch();
 }
 
 std::optional<QString> interpretedScript(const QStringList& command) {
