@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/Application/ApplicationIconProvider.h"
 #include "Fenwhirl/Platform/Desktop/Announcement.h"
+#include "Fenwhirl/Platform/Desktop/GraphicsDevice.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/IdleMemory.h"
@@ -126,6 +127,7 @@ std::unique_ptr<QQuickWindow> WindowControl::makeWindow(const QUrl& file, const 
         delete object;
         qFatal("A window could not be made: %s", qUtf8Printable(component.errorString()));
     }
+    chooseGraphicsDevice(*window);
     return window;
 }
 

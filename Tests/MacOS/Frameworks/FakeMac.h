@@ -47,6 +47,8 @@ struct Settings {
     bool makesContexts = true;
     bool makesIcons = true;
     bool makesMonitors = true; // of events
+    bool makesCommandQueues = true;
+    std::vector<bool> graphicsDevices = {false}; // whether it is the one that takes little power
     bool reducesMotion = false;
     QString systemAppearance = QStringLiteral("NSAppearanceNameAqua");
     QString savePath;                        // empty: cancelled

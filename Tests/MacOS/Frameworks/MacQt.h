@@ -13,6 +13,15 @@
 #    include <QtCore/qstring.h>
 #    undef Q_OS_DARWIN
 
+// Qt declares the Metal functions of this class for the system up to version 6.8, and for the feature since then.
+#    include <QtQuick/qsgrendererinterface.h>
+#    include <QtQuick/qtquickglobal.h>
+#    undef QT_FEATURE_metal
+#    define QT_FEATURE_metal 1
+#    define Q_OS_MACOS
+#    include <QtQuick/qquickgraphicsdevice.h>
+#    undef Q_OS_MACOS
+
 // These headers have functions called available(): include them before the macro below takes that name.
 #    include <QtCore/qcontiguouscache.h>
 #    include <QtCore/qsemaphore.h>

@@ -1,0 +1,3 @@
+#include "Fenwhirl/Platform/Desktop/GraphicsDevice.h"
+
+void chooseGraphicsDevice(QQuickWindow& /*window*/) {}
