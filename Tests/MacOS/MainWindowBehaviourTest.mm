@@ -38,6 +38,14 @@ TEST_F(MainWindowBehaviourTest, HidesTheTitleAndKeepsTheStyleThatIsThere) {
     EXPECT_TRUE(native.movableByWindowBackground);
 }
 
+#if QT_VERSION >= QT_VERSION_CHECK(6, 9, 0)
+TEST_F(MainWindowBehaviourTest, TellsQtToKeepTheTitleHidden) {
+    const Qt::WindowFlags before = window.flags();
+    beforeTheEventLoop([&] { MainWindowBehaviour::configure(window); });
+    EXPECT_EQ(window.flags(), before | Qt::ExpandedClientAreaHint | Qt::NoTitleBarBackgroundHint);
+}
+#endif
+
 TEST_F(MainWindowBehaviourTest, ConfiguresTheNextNativeWindowToo) {
     beforeTheEventLoop([&] { MainWindowBehaviour::configure(window); });
     FakeMac::destroyNative(window);

@@ -34,6 +34,10 @@ namespace MainWindowBehaviour {
 
 void configure(QWindow& window) {
     @autoreleasepool {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 9, 0)
+        // Since this version Qt sets both properties itself, from the flags.
+        window.setFlags(window.flags() | Qt::ExpandedClientAreaHint | Qt::NoTitleBarBackgroundHint);
+#endif
         NSWindow* native = nativeWindow(window);
         native.styleMask |= NSWindowStyleMaskFullSizeContentView;
         native.titlebarAppearsTransparent = YES;
