@@ -121,10 +121,28 @@ function(fenwhirl_test name)
     endif()
 endfunction()
 
+option(FENWHIRL_QML_TOGETHER "Compile the C++ made from a module's QML files as one source, which is quicker from scratch" OFF)
+
 # fenwhirl_qml_sources(NAME): turns our warnings off for the sources that Qt's tools generate for a QML module. Call it
 # after qt_add_qml_module in the same folder.
 function(fenwhirl_qml_sources name)
     get_target_property(sources ${name} SOURCES)
     list(FILTER sources INCLUDE REGEX "/qmlcache/|_qmltyperegistrations\\.cpp$|/\\.rcc/")
+    if(FENWHIRL_QML_TOGETHER)
+        set(files ${sources})
+        list(FILTER files INCLUDE REGEX "/qmlcache/.*_qml\\.cpp$")
+        list(LENGTH files count)
+        if(count EQUAL 0)
+            message(FATAL_ERROR "${name} has no C++ made from QML where it was looked for")
+        endif()
+        set(together "${CMAKE_CURRENT_BINARY_DIR}/${name}_qml.cpp")
+        list(TRANSFORM files REPLACE "(.+)" "#include \"\\1\"\n" OUTPUT_VARIABLE includes)
+        string(JOIN "" includes ${includes})
+        file(CONFIGURE OUTPUT "${together}" CONTENT "${includes}" @ONLY)
+        set_source_files_properties(${files} PROPERTIES HEADER_FILE_ONLY ON) # so they are still generated first
+        set_source_files_properties("${together}" PROPERTIES SKIP_AUTOGEN ON)
+        target_sources(${name} PRIVATE "${together}")
+        list(APPEND sources "${together}")
+    endif()
     set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w")
 endfunction()
