@@ -52,6 +52,12 @@ class Distributions(unittest.TestCase):
         self.assertEqual(done.returncode, 77)
         self.assertIn("SKIPPED", done.stderr)
 
+    def test_macos_with_the_newest_qt_takes_its_root(self):
+        done, calls = self.check("macos-newest")
+        self.assertEqual((done.returncode, calls), (0, ["unstable .ci/checks --step macos_newest_here"]))
+        self.assertEqual(self.check("macos-newest", body="exit 77")[0].returncode, 77)
+        self.assertEqual(self.check("macos-newest", body="exit 8")[0].returncode, 8)
+
     def test_does_not_run_by_default(self):
         # A fake with-progress lets every step pass immediately, so that the whole list of steps is covered.
         (self.checkout / "Packaging/with-progress").write_text('#!/bin/sh\necho "$1" >>steps\n', encoding="ascii")
