@@ -7,8 +7,8 @@
 // Exits with status 1 when a budget is exceeded.
 
 #include "Fenwhirl/HelperClient/HelperInstallation.h"
-#include "Fenwhirl/Platform/ChildProcess.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
+#include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 
 #include <algorithm>
 #include <chrono>

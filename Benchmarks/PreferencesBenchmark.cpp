@@ -3,7 +3,7 @@
 
 #include "Fenwhirl/Monitoring/FanSettingsJSON.h"
 #include "Fenwhirl/Monitoring/SavedPreferences.h"
-#include "Fenwhirl/Platform/FilePreferencesLinux.h"
+#include "Fenwhirl/Platform/Preferences/FilePreferencesLinux.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

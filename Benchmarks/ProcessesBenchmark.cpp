@@ -9,8 +9,8 @@
 //
 // The namespace excludes the computer's other processes. Exits with status 1 when a budget is exceeded.
 
-#include "Fenwhirl/Platform/ChildProcess.h"
-#include "Fenwhirl/Platform/ProcessTable.h"
+#include "Fenwhirl/Platform/Processes/ProcessTable.h"
+#include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 #include "Fenwhirl/Processes/ProcessListing.h"
 #include "Fenwhirl/Processes/ProcessServices.h"
 

@@ -1,7 +1,7 @@
 // Fuzzes the preferences file with arbitrary bytes: decoding never stops the process, and decoded values
 // survive being written again.
 
-#include "Fenwhirl/Platform/PreferencesText.h"
+#include "Fenwhirl/Platform/Preferences/PreferencesText.h"
 
 #include <cmath>
 #include <cstddef>

@@ -1,6 +1,6 @@
 // Fuzzes the parsing of the kernel's line about one process with any text.
 
-#include "Fenwhirl/Platform/ProcessStatLinux.h"
+#include "Fenwhirl/Platform/Processes/ProcessStatLinux.h"
 #include "FuzzInput.h"
 
 #include <string>

@@ -11,7 +11,7 @@ function(fenwhirl_library name)
     if(arg_MOC)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)
         target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
-        fenwhirl_reuse_headers(${name} FenwhirlPlatform)
+        fenwhirl_reuse_headers(${name} FenwhirlToolkit)
     endif()
 endfunction()
 

@@ -4,8 +4,8 @@
 #include "Fenwhirl/Platform/Desktop/FileDialogs.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/PreferredLanguages.h"
-#include "Fenwhirl/Platform/RunningApplications.h"
-#include "Fenwhirl/Platform/SleepWatch.h"
+#include "Fenwhirl/Platform/Processes/RunningApplications.h"
+#include "Fenwhirl/Platform/Session/SleepWatch.h"
 #include "Fenwhirl/Platform/SystemName.h"
 #import "MacTest.h"
 

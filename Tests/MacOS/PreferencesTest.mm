@@ -1,6 +1,6 @@
 #import "Frameworks/Preferences.h"
 
-#include "Fenwhirl/Platform/PreferencesStore.h"
+#include "Fenwhirl/Platform/Preferences/PreferencesStore.h"
 #import "MacTest.h"
 
 #include <limits>

@@ -1,4 +1,4 @@
-#include "Fenwhirl/Platform/SessionPresence.h"
+#include "Fenwhirl/Platform/Session/SessionPresence.h"
 
 #import "MacTest.h"
 

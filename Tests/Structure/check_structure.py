@@ -25,21 +25,26 @@ SUBSYSTEMS = {
     "FenwhirlCore": ([], []),
     "Fenwhirl": (["FenwhirlCore", "Fenwhirl/Platform/Entry"], []),
     "Fenwhirl/Platform/Entry": ([], []),
-    "Fenwhirl/Platform": (["FenwhirlCore"], ["Core", "DBus"]),
+    "Fenwhirl/Platform/Toolkit": ([], ["Core"]),
+    "Fenwhirl/Platform": (["FenwhirlCore", "Fenwhirl/Platform/Toolkit"], ["Core", "DBus"]),
     "Fenwhirl/Platform/Desktop": (["Fenwhirl/Platform"], ["Core", "Gui", "Qml", "Quick", "DBus", "Widgets"]),
     "Fenwhirl/Localization": (["FenwhirlCore", "Fenwhirl/Platform"], ["Core"]),
-    "Fenwhirl/HelperClient": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Entry", "Guard"], []),
+    "Fenwhirl/HelperClient": (
+        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Entry", "Fenwhirl/Platform/Toolkit", "Guard"], []),
     "Fenwhirl/Monitoring": (
-        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization", "Fenwhirl/HelperClient"], ["Core"]),
-    "Fenwhirl/Processes": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization"], ["Core"]),
-    "Fenwhirl/Updates": (["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Localization"], ["Core", "Network"]),
+        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Toolkit", "Fenwhirl/Localization", "Fenwhirl/HelperClient"],
+        ["Core"]),
+    "Fenwhirl/Processes": (
+        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Toolkit", "Fenwhirl/Localization"], ["Core"]),
+    "Fenwhirl/Updates": (
+        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Toolkit", "Fenwhirl/Localization"], ["Core", "Network"]),
     "Fenwhirl/Views/Components": (["Fenwhirl/Localization"], ["Core", "Gui", "Qml", "Quick"]),
     "Fenwhirl/Views": (
         ["FenwhirlCore", "Fenwhirl/Localization", "Fenwhirl/Monitoring", "Fenwhirl/Processes",
          "Fenwhirl/Views/Components"],
         ["Core", "Gui", "Qml", "Quick"]),
     "Fenwhirl/Application": (
-        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Entry", "Fenwhirl/Platform/Desktop",
+        ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Entry", "Fenwhirl/Platform/Toolkit", "Fenwhirl/Platform/Desktop",
          "Fenwhirl/Localization", "Fenwhirl/HelperClient", "Fenwhirl/Monitoring", "Fenwhirl/Processes",
          "Fenwhirl/Updates", "Fenwhirl/Views", "Fenwhirl/Views/Components"],
         ["Core", "Gui", "Qml", "Quick", "QuickControls2", "Network", "DBus", "Widgets"]),

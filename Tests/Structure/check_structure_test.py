@@ -21,7 +21,7 @@ class IncludeDirections(unittest.TestCase):
         self.assertEqual(len(faults("Fenwhirl/Monitoring/Monitor.h", '#include "Fenwhirl/Views/FanList.h"\n')), 1)
 
     def test_the_core_may_not_know_anything(self):
-        self.assertEqual(len(faults("FenwhirlCore/SMC.cpp", '#include "Fenwhirl/Platform/Clock.h"\n')), 1)
+        self.assertEqual(len(faults("FenwhirlCore/SMC.cpp", '#include "Fenwhirl/Platform/Toolkit/Clock.h"\n')), 1)
 
     def test_the_simulated_mac_shares_only_the_record(self):
         self.assertEqual(faults("SimulatedMac/Server.cpp", '#include "FenwhirlCore/SMCRecord.h"\n'), [])
@@ -45,12 +45,12 @@ class IncludeDirections(unittest.TestCase):
         self.assertEqual(len(faults("Fenwhirl/Monitoring/M.cpp", '#include "Monitor.h"\n')), 1)
 
     def test_angle_brackets_hide_nothing(self):
-        self.assertEqual(len(faults("FenwhirlCore/SMC.cpp", "#include <Fenwhirl/Platform/Clock.h>\n")), 1)
+        self.assertEqual(len(faults("FenwhirlCore/SMC.cpp", "#include <Fenwhirl/Platform/Toolkit/Clock.h>\n")), 1)
         self.assertEqual(faults("FenwhirlCore/SMC.cpp", "#include <sys/socket.h>\n#include <vector>\n"), [])
 
     def test_only_the_platform_asks_for_the_system(self):
         self.assertEqual(len(faults("Fenwhirl/Monitoring/M.cpp", "#ifdef __APPLE__\n")), 1)
-        self.assertEqual(faults("Fenwhirl/Platform/Clock.h", "#ifdef __APPLE__\n"), [])
+        self.assertEqual(faults("Fenwhirl/Platform/Toolkit/Clock.h", "#ifdef __APPLE__\n"), [])
 
 
 class Targets(unittest.TestCase):

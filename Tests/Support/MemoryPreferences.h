@@ -4,8 +4,8 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/PreferencesStore.h"
-#include "Fenwhirl/Platform/Threads.h"
+#include "Fenwhirl/Platform/Preferences/PreferencesStore.h"
+#include "Fenwhirl/Platform/Toolkit/Threads.h"
 
 class MemoryPreferences : public PreferencesStore {
 public:

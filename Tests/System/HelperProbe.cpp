@@ -10,7 +10,7 @@
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
 #include "Fenwhirl/HelperClient/RetainedHelper.h"
-#include "Fenwhirl/Platform/AlternateSignalStack.h"
+#include "Fenwhirl/Platform/Toolkit/AlternateSignalStack.h"
 
 #include <csignal>
 #include <cstdlib>

@@ -5,11 +5,11 @@
 #include "Fenwhirl/HelperClient/RetainedHelper.h"
 #include "Fenwhirl/Localization/DrawnText.h"
 #include "Fenwhirl/Platform/Activity.h"
-#include "Fenwhirl/Platform/Clock.h"
-#include "Fenwhirl/Platform/FileStatus.h"
 #include "Fenwhirl/Platform/LoginItem.h"
 #include "Fenwhirl/Platform/Notifier.h"
 #include "Fenwhirl/Platform/ProcessScope.h"
+#include "Fenwhirl/Platform/Toolkit/Clock.h"
+#include "Fenwhirl/Platform/Toolkit/FileStatus.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #pragma once
 
 #include "Fenwhirl/Monitoring/MonitorServices.h"
-#include "Fenwhirl/Platform/PreferencesStore.h"
+#include "Fenwhirl/Platform/Preferences/PreferencesStore.h"
 
 #include <QString>
 

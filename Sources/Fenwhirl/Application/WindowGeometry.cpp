@@ -1,6 +1,6 @@
 #include "Fenwhirl/Application/WindowGeometry.h"
 
-#include "Fenwhirl/Platform/AtomicFile.h"
+#include "Fenwhirl/Platform/Toolkit/AtomicFile.h"
 
 #include <QDir>
 #include <QFile>

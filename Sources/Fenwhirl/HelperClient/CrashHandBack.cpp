@@ -1,8 +1,8 @@
 #include "Fenwhirl/HelperClient/CrashHandBack.h"
 
 #include "Fenwhirl/HelperClient/HelperRun.h"
-#include "Fenwhirl/Platform/AlternateSignalStack.h"
-#include "Fenwhirl/Platform/SignalSafeStart.h"
+#include "Fenwhirl/Platform/Toolkit/AlternateSignalStack.h"
+#include "Fenwhirl/Platform/Toolkit/SignalSafeStart.h"
 
 #include <array>
 #include <atomic>

@@ -4,7 +4,7 @@
 #include "Fenwhirl/HelperClient/GuardLink.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
-#include "Fenwhirl/Platform/Threads.h"
+#include "Fenwhirl/Platform/Toolkit/Threads.h"
 
 #include <utility>
 

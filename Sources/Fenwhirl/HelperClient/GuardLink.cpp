@@ -1,7 +1,7 @@
 #include "Fenwhirl/HelperClient/GuardLink.h"
 
 #include "Fenwhirl/HelperClient/HelperClient.h"
-#include "Fenwhirl/Platform/ChildProcess.h"
+#include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 #include "Guard/GuardRecord.h"
 
 #include <cerrno>

@@ -10,7 +10,7 @@
 #pragma once
 
 #include "Fenwhirl/HelperClient/HandBackRule.h"
-#include "Fenwhirl/Platform/FileDescriptor.h"
+#include "Fenwhirl/Platform/Toolkit/FileDescriptor.h"
 
 #include <functional>
 #include <optional>

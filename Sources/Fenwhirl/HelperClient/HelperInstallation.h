@@ -7,8 +7,8 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/ChildProcess.h"
-#include "Fenwhirl/Platform/FileStatus.h"
+#include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
+#include "Fenwhirl/Platform/Toolkit/FileStatus.h"
 
 #include <functional>
 #include <mutex>

@@ -8,7 +8,7 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/FileDescriptor.h"
+#include "Fenwhirl/Platform/Toolkit/FileDescriptor.h"
 
 #include <string>
 #include <vector>

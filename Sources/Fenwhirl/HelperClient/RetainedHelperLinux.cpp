@@ -1,6 +1,6 @@
 #include "Fenwhirl/HelperClient/HelperRun.h"
 #include "Fenwhirl/HelperClient/RetainedHelper.h"
-#include "Fenwhirl/Platform/ChildProcess.h"
+#include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -16,7 +16,7 @@
 #include "Fenwhirl/HelperClient/HandBackRule.h"
 #include "Fenwhirl/Monitoring/FanSetting.h"
 #include "Fenwhirl/Monitoring/PollDecision.h"
-#include "Fenwhirl/Platform/Threads.h"
+#include "Fenwhirl/Platform/Toolkit/Threads.h"
 
 #include <cstdint>
 #include <functional>

@@ -22,7 +22,7 @@
 #include "Fenwhirl/Monitoring/MonitorStates.h"
 #include "Fenwhirl/Monitoring/Page.h"
 #include "Fenwhirl/Monitoring/Preset.h"
-#include "Fenwhirl/Platform/Threads.h"
+#include "Fenwhirl/Platform/Toolkit/Threads.h"
 
 #include <QList>
 #include <QObject>

@@ -5,7 +5,7 @@
 #include "Fenwhirl/Localization/NumberFormat.h"
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Monitoring/MonitorPrivate.h"
-#include "Fenwhirl/Platform/BackgroundTask.h"
+#include "Fenwhirl/Platform/Toolkit/BackgroundTask.h"
 
 namespace {
 

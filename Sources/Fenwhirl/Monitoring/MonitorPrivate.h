@@ -12,9 +12,9 @@
 #include "Fenwhirl/Monitoring/Poller.h"
 #include "Fenwhirl/Monitoring/SavedPreferences.h"
 #include "Fenwhirl/Monitoring/SensorRecord.h"
-#include "Fenwhirl/Platform/MainThreadInbox.h"
-#include "Fenwhirl/Platform/SerialQueue.h"
-#include "Fenwhirl/Platform/Threads.h"
+#include "Fenwhirl/Platform/Toolkit/MainThreadInbox.h"
+#include "Fenwhirl/Platform/Toolkit/SerialQueue.h"
+#include "Fenwhirl/Platform/Toolkit/Threads.h"
 
 #include <QTimer>
 

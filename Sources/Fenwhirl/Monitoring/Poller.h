@@ -14,7 +14,7 @@
 
 #include "Fenwhirl/Monitoring/FanCustody.h"
 #include "Fenwhirl/Monitoring/PollDecision.h"
-#include "Fenwhirl/Platform/Threads.h"
+#include "Fenwhirl/Platform/Toolkit/Threads.h"
 #include "FenwhirlCore/SMC.h"
 
 #include <atomic>

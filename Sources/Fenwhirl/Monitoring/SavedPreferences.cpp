@@ -1,7 +1,7 @@
 #include "Fenwhirl/Monitoring/SavedPreferences.h"
 
 #include "Fenwhirl/Monitoring/FanSettingsJSON.h"
-#include "Fenwhirl/Platform/PreferencesStore.h"
+#include "Fenwhirl/Platform/Preferences/PreferencesStore.h"
 
 #include <QLatin1StringView>
 #include <QString>

@@ -1,6 +1,6 @@
 #include "Fenwhirl/Platform/Administrator.h"
 
-#include "Fenwhirl/Platform/ChildProcess.h"
+#include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 
 #include <span>
 #include <unistd.h>

@@ -1,5 +1,5 @@
-#include "Fenwhirl/Platform/FileDescriptor.h"
 #include "Fenwhirl/Platform/IdleMemory.h"
+#include "Fenwhirl/Platform/Toolkit/FileDescriptor.h"
 
 #include <algorithm>
 #include <cstddef>

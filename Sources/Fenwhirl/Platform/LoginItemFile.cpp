@@ -1,6 +1,6 @@
 #include "Fenwhirl/Platform/LoginItemFile.h"
 
-#include "Fenwhirl/Platform/AtomicFile.h"
+#include "Fenwhirl/Platform/Toolkit/AtomicFile.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
-#include "Fenwhirl/Platform/ConfigFolderLinux.h"
 #include "Fenwhirl/Platform/LoginItem.h"
 #include "Fenwhirl/Platform/LoginItemFile.h"
 #include "Fenwhirl/Platform/LoginItemText.h"
+#include "Fenwhirl/Platform/Preferences/ConfigFolderLinux.h"
 
 #include <QCoreApplication>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/ProcessTable.h"
+#include "Fenwhirl/Platform/Processes/ProcessTable.h"
 
 #include <QList>
 #include <QString>

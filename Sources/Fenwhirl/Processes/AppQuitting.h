@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/ProcessTable.h"
+#include "Fenwhirl/Platform/Processes/ProcessTable.h"
 #include "Fenwhirl/Processes/AppLoad.h"
 
 #include <functional>

@@ -9,7 +9,7 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/ProcessTable.h"
+#include "Fenwhirl/Platform/Processes/ProcessTable.h"
 #include "Fenwhirl/Processes/DesktopEntries.h"
 #include "Fenwhirl/Processes/ProcessListing.h"
 

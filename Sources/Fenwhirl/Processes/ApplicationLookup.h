@@ -4,7 +4,7 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/ProcessTable.h"
+#include "Fenwhirl/Platform/Processes/ProcessTable.h"
 #include "Fenwhirl/Processes/ProcessListing.h"
 
 #include <functional>

@@ -1,5 +1,5 @@
 #include "Fenwhirl/Localization/Localizer.h"
-#include "Fenwhirl/Platform/FileDescriptor.h"
+#include "Fenwhirl/Platform/Toolkit/FileDescriptor.h"
 #include "Fenwhirl/Processes/ApplicationFinder.h"
 #include "Fenwhirl/Processes/ApplicationLookup.h"
 #include "Fenwhirl/Processes/ControlGroup.h"

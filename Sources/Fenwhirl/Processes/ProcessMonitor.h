@@ -14,8 +14,8 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/MainThreadInbox.h"
-#include "Fenwhirl/Platform/SerialQueue.h"
+#include "Fenwhirl/Platform/Toolkit/MainThreadInbox.h"
+#include "Fenwhirl/Platform/Toolkit/SerialQueue.h"
 #include "Fenwhirl/Processes/AppLoad.h"
 #include "Fenwhirl/Processes/ProcessServices.h"
 

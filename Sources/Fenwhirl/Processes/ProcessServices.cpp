@@ -2,8 +2,8 @@
 
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Platform/BundleInfo.h"
-#include "Fenwhirl/Platform/ProcessTable.h"
-#include "Fenwhirl/Platform/RunningApplications.h"
+#include "Fenwhirl/Platform/Processes/ProcessTable.h"
+#include "Fenwhirl/Platform/Processes/RunningApplications.h"
 #include "Fenwhirl/Processes/ApplicationLookup.h"
 #include "Fenwhirl/Processes/ProcessListing.h"
 

@@ -2,7 +2,7 @@
 
 #include "Fenwhirl/Localization/DisplayText.h"
 #include "Fenwhirl/Platform/BundleInfo.h"
-#include "Fenwhirl/Platform/PreferencesStore.h"
+#include "Fenwhirl/Platform/Preferences/PreferencesStore.h"
 #include "Fenwhirl/Updates/UpdateFetch.h"
 #include "Fenwhirl/Updates/UpdateTexts.h"
 #include "Fenwhirl/Updates/UpdateVersion.h"

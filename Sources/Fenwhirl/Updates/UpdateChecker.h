@@ -14,8 +14,8 @@
 
 #pragma once
 
-#include "Fenwhirl/Platform/EventLoopThread.h"
-#include "Fenwhirl/Platform/MainThreadInbox.h"
+#include "Fenwhirl/Platform/Toolkit/EventLoopThread.h"
+#include "Fenwhirl/Platform/Toolkit/MainThreadInbox.h"
 #include "Fenwhirl/Updates/UpdateDocument.h"
 #include "Fenwhirl/Updates/UpdateTransport.h"
 

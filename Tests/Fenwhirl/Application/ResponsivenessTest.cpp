@@ -2,8 +2,8 @@
 
 #include "Fenwhirl/HelperClient/HelperInstallation.h"
 #include "Fenwhirl/Monitoring/MonitorHarness.h"
-#include "Fenwhirl/Platform/ChildProcess.h"
-#include "Fenwhirl/Platform/ProcessTable.h"
+#include "Fenwhirl/Platform/Processes/ProcessTable.h"
+#include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 #include "Fenwhirl/Processes/ProcessMonitor.h"
 #include "Support/MainThreadPauses.h"
 #include "Support/TemporaryFolder.h"

@@ -3,7 +3,7 @@
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 #include "Fenwhirl/HelperClient/HelperInstallation.h"
 #include "Fenwhirl/HelperClient/HelperRun.h"
-#include "Fenwhirl/Platform/AlternateSignalStack.h"
+#include "Fenwhirl/Platform/Toolkit/AlternateSignalStack.h"
 #include "Support/TemporaryFolder.h"
 
 #include <atomic>

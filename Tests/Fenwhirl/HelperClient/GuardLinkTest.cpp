@@ -1,6 +1,6 @@
 #include "Fenwhirl/HelperClient/GuardLink.h"
 
-#include "Fenwhirl/Platform/ChildProcess.h"
+#include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 #include "Guard/GuardRecord.h"
 #include "Support/TemporaryFolder.h"
 

@@ -1,0 +1,12 @@
+#include "Fenwhirl/Platform/Preferences/ConfigFolderLinux.h"
+
+#include <QByteArray>
+#include <QDir>
+
+std::string configFolder() {
+    const QByteArray chosen = qgetenv("XDG_CONFIG_HOME");
+    if (chosen.startsWith('/')) {
+        return chosen.toStdString();
+    }
+    return QDir::homePath().toStdString() + "/.config";
+}

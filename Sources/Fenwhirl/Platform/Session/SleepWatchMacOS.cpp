@@ -1,0 +1,14 @@
+#include "Fenwhirl/Platform/Session/SleepWatch.h"
+
+namespace {
+
+class SleepWatchMacOS final : public SleepWatch {
+public:
+    void ready() override {}
+};
+
+} // namespace
+
+std::unique_ptr<SleepWatch> SleepWatch::create() {
+    return std::make_unique<SleepWatchMacOS>();
+}

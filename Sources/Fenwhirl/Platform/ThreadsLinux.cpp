@@ -1,8 +1,0 @@
-#include "Fenwhirl/Platform/Threads.h"
-
-#include <unistd.h>
-
-bool MainThread::isCurrent() {
-    // On Linux the main thread's id is the process id.
-    return gettid() == getpid();
-}

@@ -1,0 +1,15 @@
+#include "Fenwhirl/Platform/Toolkit/BackgroundTask.h"
+
+#include "Fenwhirl/Platform/Toolkit/AlternateSignalStack.h"
+#include "Fenwhirl/Platform/Toolkit/ThreadName.h"
+
+#include <thread>
+#include <utility>
+
+void runInBackground(std::function<void()> task) {
+    std::thread([task = std::move(task)] {
+        const AlternateSignalStack stack;
+        nameCurrentThread("fenwhirl.task");
+        task();
+    }).detach();
+}
