@@ -7,7 +7,12 @@
 
 #pragma once
 
+#include <QString>
+
 namespace LoginItem {
+
+// The file.
+[[nodiscard]] QString path();
 
 // Whether the file exists, that is, whether Fenwhirl starts with the session.
 [[nodiscard]] bool isEnabled();

@@ -5,19 +5,15 @@
 
 #include <QCoreApplication>
 
-namespace {
-
-QString entryPath() {
+QString LoginItem::path() {
     return QString::fromStdString(configFolder()) + QStringLiteral("/autostart/com.fenwhirl.app.desktop");
 }
 
-} // namespace
-
 bool LoginItem::isEnabled() {
-    return loginItemFileExists(entryPath());
+    return loginItemFileExists(path());
 }
 
 bool LoginItem::setEnabled(bool on) {
-    return on ? writeLoginItemFile(entryPath(), autostartEntry(QCoreApplication::applicationFilePath()))
-              : removeLoginItemFile(entryPath());
+    return on ? writeLoginItemFile(path(), autostartEntry(QCoreApplication::applicationFilePath()))
+              : removeLoginItemFile(path());
 }

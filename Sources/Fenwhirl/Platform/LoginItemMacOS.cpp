@@ -5,8 +5,12 @@
 
 #include <QDir>
 
+QString LoginItem::path() {
+    return launchAgentPath(QDir::homePath());
+}
+
 bool LoginItem::isEnabled() {
-    return loginItemFileExists(launchAgentPath(QDir::homePath()));
+    return loginItemFileExists(path());
 }
 
 namespace {
@@ -22,7 +26,6 @@ bool LoginItem::setEnabled(bool on) {
     if (on && isTranslocated(BundleInfo::path())) {
         return false;
     }
-    const QString agent = launchAgentPath(QDir::homePath());
-    return on ? writeLoginItemFile(agent, launchAgentPropertyList(launchAgentProgram(BundleInfo::path())))
-              : removeLoginItemFile(agent);
+    return on ? writeLoginItemFile(path(), launchAgentPropertyList(launchAgentProgram(BundleInfo::path())))
+              : removeLoginItemFile(path());
 }

@@ -14,4 +14,14 @@ namespace Notifier {
 
 void send(const QString& title, const QString& message);
 
+// What became of a notification that was waited for.
+enum class Delivery {
+    taken,     // whoever shows notifications has it
+    refused,   // or did not answer within five seconds
+    noService, // there is nobody to show it
+};
+
+// The same, waiting for whoever shows it. That it is shown then is more than anybody says.
+[[nodiscard]] Delivery deliver(const QString& title, const QString& message);
+
 } // namespace Notifier

@@ -1,6 +1,7 @@
 #include "Fenwhirl/Platform/Notifier.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QStringList>
@@ -16,9 +17,7 @@ QString escaped(QString text) {
     return text;
 }
 
-} // namespace
-
-void Notifier::send(const QString& title, const QString& message) {
+QDBusMessage notification(const QString& title, const QString& message) {
     constexpr uint newNotification = 0;
     constexpr uchar critical = 2; // shown at once, even over a full-screen game
     constexpr int serviceDecidesHowLong = -1;
@@ -33,6 +32,25 @@ void Notifier::send(const QString& title, const QString& message) {
     };
     call.setArguments({QStringLiteral("Fenwhirl"), newNotification, QStringLiteral("com.fenwhirl.app"), title,
                        escaped(message), QStringList(), hints, serviceDecidesHowLong});
+    return call;
+}
+
+} // namespace
+
+void Notifier::send(const QString& title, const QString& message) {
     // Neither the reply nor whether a service is there to send one matters.
-    static_cast<void>(QDBusConnection::sessionBus().asyncCall(call));
+    static_cast<void>(QDBusConnection::sessionBus().asyncCall(notification(title, message)));
+}
+
+Notifier::Delivery Notifier::deliver(const QString& title, const QString& message) {
+    constexpr int patienceMilliseconds = 5000;
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return Delivery::noService;
+    }
+    const QDBusMessage answer = bus.call(notification(title, message), QDBus::Block, patienceMilliseconds);
+    if (answer.type() == QDBusMessage::ReplyMessage) {
+        return Delivery::taken;
+    }
+    return QDBusError(answer).type() == QDBusError::ServiceUnknown ? Delivery::noService : Delivery::refused;
 }

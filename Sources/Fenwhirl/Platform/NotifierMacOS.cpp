@@ -1,6 +1,18 @@
 #include "Fenwhirl/Platform/Notifier.h"
 #include "Fenwhirl/Platform/ScriptNotifier.h"
 
+namespace {
+
+QString scriptTool() {
+    return QStringLiteral("/usr/bin/osascript");
+}
+
+} // namespace
+
 void Notifier::send(const QString& title, const QString& message) {
-    notifyByScript(QStringLiteral("/usr/bin/osascript"), title, message);
+    notifyByScript(scriptTool(), title, message);
+}
+
+Notifier::Delivery Notifier::deliver(const QString& title, const QString& message) {
+    return deliverByScript(scriptTool(), title, message);
 }

@@ -3,8 +3,14 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/Notifier.h"
+
 #include <QString>
 
 // Starts `tool` (osascript) with the statement that shows the notification, and returns at once. The tool
 // runs detached and its output is dropped, so nobody has to wait for it. A failure to start it is ignored.
 void notifyByScript(const QString& tool, const QString& title, const QString& message);
+
+// The same, waiting for the tool's end, five seconds at most.
+[[nodiscard]] Notifier::Delivery deliverByScript(const QString& tool, const QString& title,
+                                                 const QString& message);

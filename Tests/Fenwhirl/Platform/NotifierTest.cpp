@@ -50,6 +50,26 @@ constexpr std::string_view busConfiguration = R"(<busconfig>
 </busconfig>
 )";
 
+// A notification service in another process: nobody answers in this one while it waits for the answer.
+constexpr const char* serviceThatTakesOne = R"python(
+import gi
+from gi.repository import Gio, GLib
+xml = ("<node><interface name='org.freedesktop.Notifications'><method name='Notify'>"
+       + "".join(f"<arg type='{kind}' direction='in'/>" for kind in ("s", "u", "s", "s", "s", "as", "a{sv}", "i"))
+       + "<arg type='u' direction='out'/></method></interface></node>")
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+taken = []
+def answer(_bus, _sender, _path, _interface, _method, arguments, call):
+    if taken:
+        call.return_dbus_error("org.freedesktop.DBus.Error.LimitsExceeded", "one is enough")
+    else:
+        taken.append(arguments)
+        call.return_value(GLib.Variant("(u)", (1,)))
+bus.register_object("/org/freedesktop/Notifications", Gio.DBusNodeInfo.new_for_xml(xml).interfaces[0], answer)
+Gio.bus_own_name_on_connection(bus, "org.freedesktop.Notifications", 0, lambda *_: print("ready", flush=True), None)
+GLib.MainLoop().run()
+)python";
+
 class NotifierTest : public testing::Test {
 protected:
     static void SetUpTestSuite() {
@@ -151,6 +171,23 @@ TEST_F(NotifierTest, ServiceThatNeverAnswersHoldsUpNothing) {
         longestPause([] { Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("silence")); },
                      [&] { return !service.calls.isEmpty(); });
     EXPECT_LT(pause, acceptablePause);
+}
+
+TEST_F(NotifierTest, WhoeverWaitsLearnsWhetherItWasTaken) {
+    const auto deliver = [] {
+        return Notifier::deliver(QStringLiteral("Fenwhirl"), QStringLiteral("attendu"));
+    };
+    EXPECT_EQ(deliver(), Notifier::Delivery::noService);
+    QProcess other;
+    other.start(QStringLiteral("/usr/bin/python3"),
+                {QStringLiteral("-c"), QString::fromLatin1(serviceThatTakesOne)});
+    if (!other.waitForReadyRead()) {
+        GTEST_SKIP() << "python3-gi is not installed";
+    }
+    EXPECT_EQ(deliver(), Notifier::Delivery::taken);
+    EXPECT_EQ(deliver(), Notifier::Delivery::refused);
+    other.kill();
+    other.waitForFinished();
 }
 
 TEST_F(NotifierTest, RealServiceShowsTitleAndMessage) {

@@ -65,4 +65,15 @@ TEST(ScriptNotifier, AToolThatIsNotThereIsNoError) {
     notifyByScript(QStringLiteral("/nonexistent/osascript"), QStringLiteral("a"), QStringLiteral("b"));
 }
 
+TEST(ScriptNotifier, WhoeverWaitsLearnsHowTheToolEnded) {
+    const TemporaryFolder folder;
+    const auto deliver = [](const std::string& tool) {
+        return deliverByScript(QString::fromStdString(tool), QStringLiteral("a"), QStringLiteral("b"));
+    };
+    EXPECT_EQ(deliver(folder.writeScript("good", "test \"$1\" = -e")), Notifier::Delivery::taken);
+    EXPECT_EQ(deliver(folder.writeScript("bad", "exit 1")), Notifier::Delivery::refused);
+    EXPECT_EQ(deliver(folder.writeScript("killed", "kill -KILL $$")), Notifier::Delivery::refused);
+    EXPECT_EQ(deliver(folder.path("missing")), Notifier::Delivery::noService);
+}
+
 } // namespace
