@@ -40,6 +40,9 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
         if (argument == "--help" || argument == "-h") {
             return {.task = Task::showHelp, .preset = {}};
         }
+        if (argument == "--self-check") {
+            return {.task = Task::selfCheck, .preset = {}};
+        }
         if (argument == option) {
             if (++i == arguments.size()) {
                 return complain(QStringLiteral("--preset needs the name of a preset"));
@@ -72,6 +75,8 @@ QString CommandLine::help() {
                           "  --preset NAME  choose a preset: %1,\n"
                           "                 or its title in any of the program's languages; what is\n"
                           "                 running is told, otherwise the program starts hidden\n"
+                          "  --self-check   try everything that the program rests on, print a line for\n"
+                          "                 each, and end; status 0 when nothing failed\n"
                           "  --version      print the version and end\n"
                           "  --help         print this text and end\n")
         .arg(presetWords());

@@ -20,6 +20,7 @@ struct CommandLine {
         start,       // start the application, or notify the running instance
         showVersion, // print the version and exit
         showHelp,    // print the help text and exit
+        selfCheck,   // print a table of what works on this computer and exit
         complain,    // print `complaint` and exit with `usageStatus`
     };
 

@@ -5,6 +5,7 @@
 #include "Fenwhirl/Application/CommandLine.h"
 #include "Fenwhirl/Application/ProgramMenus.h"
 #include "Fenwhirl/Application/RealServices.h"
+#include "Fenwhirl/Application/SelfCheck/SelfCheckRun.h"
 #include "Fenwhirl/Application/WindowControl.h"
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/LocalizerTranslator.h"
@@ -111,6 +112,8 @@ int fenwhirl_app_main(int argc, char** argv) {
                                                                                      : EXIT_FAILURE;
     case CommandLine::Task::showHelp:
         return print(CommandLine::help(), stdout) ? EXIT_SUCCESS : EXIT_FAILURE;
+    case CommandLine::Task::selfCheck:
+        return runSelfCheck(argc, argv, QStringLiteral(FENWHIRL_VERSION));
     case CommandLine::Task::complain:
         static_cast<void>(print(command.complaint, stderr));
         return CommandLine::usageStatus;

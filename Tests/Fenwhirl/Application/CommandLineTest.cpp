@@ -33,8 +33,10 @@ TEST(CommandLine, VersionAndHelpAreFoundBesideOthers) {
     EXPECT_EQ(parse({"--version"}).task, Task::showVersion);
     EXPECT_EQ(parse({"-platform", "offscreen", "--help"}).task, Task::showHelp);
     EXPECT_EQ(parse({"-h"}).task, Task::showHelp);
+    EXPECT_EQ(parse({"--self-check"}).task, Task::selfCheck);
     EXPECT_EQ(CommandLine::version(QStringLiteral("1.2")), QStringLiteral("Fenwhirl 1.2\n"));
-    for (const char* const word : {"--preset", "--version", "--help", "auto, silent, balanced, game, max"}) {
+    for (const char* const word :
+         {"--preset", "--self-check", "--version", "--help", "auto, silent, balanced, game, max"}) {
         EXPECT_TRUE(CommandLine::help().contains(QLatin1String(word))) << word;
     }
 }
