@@ -13,15 +13,6 @@ bool LoginItem::isEnabled() {
     return loginItemFileExists(path());
 }
 
-namespace {
-
-// macOS runs a downloaded program that nobody has moved yet from a path that is different at each start.
-bool isTranslocated(const QString& bundle) {
-    return bundle.contains(QStringLiteral("/AppTranslocation/"));
-}
-
-} // namespace
-
 bool LoginItem::setEnabled(bool on) {
     if (on && isTranslocated(BundleInfo::path())) {
         return false;

@@ -38,6 +38,10 @@ QString launchAgentProgram(const QString& bundlePath) {
                                                        : QStringLiteral("/Applications/Fenwhirl.app");
 }
 
+bool isTranslocated(const QString& bundlePath) {
+    return bundlePath.contains(QStringLiteral("/AppTranslocation/"));
+}
+
 std::optional<QByteArray> launchAgentPropertyList(const QString& programPath) {
     if (hasControlCharacter(programPath)) {
         return std::nullopt;

@@ -78,6 +78,9 @@ static const FakeMac::AtEnd atEnd([] { NSApp = nil; });
 
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy {
     FakeMac::requireMainThread("-[NSApplication setActivationPolicy:]");
+    if (!FakeMac::settings().changesPolicy) {
+        return NO;
+    }
     FakeMac::note("policy " + std::to_string(policy));
     policy_ = policy;
     return YES;

@@ -50,6 +50,8 @@ struct Settings {
     bool makesCommandQueues = true;
     std::vector<bool> graphicsDevices = {false}; // whether it is the one that takes little power
     bool reducesMotion = false;
+    bool changesPolicy = true;                        // when asked to
+    QString metalDevice = QStringLiteral("Apple M2"); // empty: there is none
     QString systemAppearance = QStringLiteral("NSAppearanceNameAqua");
     QString savePath;                        // empty: cancelled
     std::map<std::int32_t, QString> running; // process → what it was asked to do

@@ -20,6 +20,10 @@
 
 @implementation FakeGraphicsDevice
 
+- (NSString*)name {
+    return FakeMac::settings().metalDevice.toNSString();
+}
+
 - (id<MTLCommandQueue>)newCommandQueue {
     if (!FakeMac::settings().makesCommandQueues) {
         return nil;
@@ -40,6 +44,10 @@ NSArray<id<MTLDevice>>* MTLCopyAllDevices() {
         all.push_back(device);
     }
     return [NSArray arrayWithObjects:all.data() count:all.size()];
+}
+
+id<MTLDevice> MTLCreateSystemDefaultDevice() {
+    return FakeMac::settings().metalDevice.isEmpty() ? nil : [[FakeGraphicsDevice alloc] init];
 }
 
 // Overrides the function that Qt has only on a Mac. The result only has to be other than null.
