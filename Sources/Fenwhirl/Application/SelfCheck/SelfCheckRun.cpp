@@ -5,14 +5,18 @@
 #include "Fenwhirl/Application/SelfCheck/InstallationChecks.h"
 #include "Fenwhirl/Application/SelfCheck/SelfCheck.h"
 #include "Fenwhirl/Application/SelfCheck/UserChecks.h"
+#include "Fenwhirl/Application/SelfCheck/WindowChecks.h"
 #include "Fenwhirl/HelperClient/EmergencyHandBack.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/Localization/LocalizerTranslator.h"
+#include "Fenwhirl/Platform/Desktop/DesktopApplication.h"
 #include "Fenwhirl/Platform/Desktop/SingleInstance.h"
+#include "Fenwhirl/Platform/Desktop/SystemChecks.h"
 #include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
 #include "Fenwhirl/Platform/LoginItem.h"
 #include "Fenwhirl/Platform/ProcessScope.h"
+#include "Fenwhirl/Views/Components/SymbolShapes.h"
 
-#include <QCoreApplication>
 #include <QSysInfo>
 
 #include <csignal>
@@ -92,6 +96,23 @@ UserCheckServices userServices() {
             .notify = Notifier::deliver};
 }
 
+std::vector<SelfCheck> systemChecks() {
+    return {{QStringLiteral("signature"), [] { return SystemChecks::signature(); }},
+            {QStringLiteral("quarantine"), [] { return SystemChecks::quarantine(); }},
+            {QStringLiteral("translocation"), SystemChecks::translocation},
+            {QStringLiteral("activation policy"), SystemChecks::activationPolicy},
+            {QStringLiteral("Metal device"), SystemChecks::graphicsDevice}};
+}
+
+AppLanguage chosenLanguage() {
+    const QString word = openUserPreferences()->text(QStringLiteral("language")).value_or(QString());
+    return appLanguageFromRawValue(word.toStdString()).value_or(AppLanguage::automatic);
+}
+
+void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& color) {
+    Fenwhirl::drawSymbol(painter, QStringLiteral("fan"), bounds, color);
+}
+
 void append(std::vector<SelfCheck>& checks, std::vector<SelfCheck> more) {
     checks.insert(checks.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
@@ -101,16 +122,25 @@ void append(std::vector<SelfCheck>& checks, std::vector<SelfCheck> more) {
 int runSelfCheck(int& argc, char** argv, const QString& version) {
     // A reader that goes away ends the table, not the process in the middle of a check.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-    const QCoreApplication application(argc, argv);
+    SystemChecks::prepareScreen();
+    QCoreApplication::setApplicationName(QStringLiteral("Fenwhirl"));
+    QCoreApplication::setApplicationVersion(version);
+    const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);
     const TerminationSignals signals;
     bool shouldEnd = false;
-    QObject::connect(&signals, &TerminationSignals::received, &application,
+    QObject::connect(&signals, &TerminationSignals::received, application.get(),
                      [&shouldEnd] { shouldEnd = true; });
+
+    LocalizerTranslator translator;
+    QCoreApplication::installTranslator(&translator);
 
     Emergency emergency;
     ControllerChecks controller(openSystemTransport, geteuid() == 0);
     HelperChecks helper(helperServices(emergency));
+    WindowChecks window(chosenLanguage(), drawStatusSymbol);
     std::vector<SelfCheck> checks = installationChecks(Installation::present());
+    append(checks, systemChecks());
+    append(checks, window.checks());
     append(checks, controller.checks());
     append(checks, helper.checks());
     append(checks, userChecks(userServices()));
