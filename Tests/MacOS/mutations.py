@@ -159,6 +159,15 @@ MISTAKES = (
     ("a Mac with Intel's processor counts as translated", CORE + "SystemTextMacOS.cpp",
      'sysctlbyname("sysctl.proc_translated", &translated, &size, nullptr, 0) == 0 && translated == 1',
      'sysctlbyname("sysctl.proc_translated", &translated, &size, nullptr, 0) != 0 || translated == 1'),
+    ("the self-check takes any signature", DESKTOP + "SystemChecksMacOS.mm", "return result->succeeded()\n", "return result\n"),
+    ("the self-check takes every download for agreed to", DESKTOP + "SystemChecksMacOS.mm", "constexpr unsigned agreed = 0x40;",
+     "constexpr unsigned agreed = 0x80;"),
+    ("the self-check leaves an icon in the Dock", DESKTOP + "SystemChecksMacOS.mm", "MainWindowBehaviour::setAccessory();", ""),
+    ("the self-check needs no graphics processor", DESKTOP + "SystemChecksMacOS.mm", "return device != nil ? CheckResult",
+     "return true ? CheckResult"),
+    ("the self-check looks at the titles of the menus alone", DESKTOP + "SystemChecksMacOS.mm",
+     "if (titles(menu) != titles(wanted.items))", "if (false)"),
+    ("the self-check looks at the first menu alone", DESKTOP + "SystemChecksMacOS.mm", "i < count; ++i) {", "i < 1; ++i) {"),
 )
 
 
