@@ -195,6 +195,9 @@ CheckResult WindowChecks::Private::menuBar() const {
 }
 
 CheckResult WindowChecks::Private::panel(const std::function<QString(QQuickWindow&)>& act) {
+    if (QGuiApplication::primaryScreen() == nullptr) {
+        return CheckResult::skip(QStringLiteral("there is no screen"));
+    }
     if (windows.panel() != nullptr) {
         pause(pauseMilliseconds);
     }
