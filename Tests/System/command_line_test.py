@@ -44,7 +44,7 @@ class WithoutADisplay(unittest.TestCase):
     def test_the_entry_comes_first(self):
         require_real_root()
         stage.install_helper(BUILD)
-        for arguments in (("--version",), ("--help",), ("--preset", "max")):
+        for arguments in (("--version",), ("--help",), ("--self-check",), ("--preset", "max")):
             self.assertEqual(run(*arguments, program=HELPER, user=65534).returncode, 77)
         self.assertEqual(run("--helper", "--version").returncode, 2, "the helper finds no controller")
 
