@@ -113,7 +113,7 @@ int fenwhirl_app_main(int argc, char** argv) {
     case CommandLine::Task::showHelp:
         return print(CommandLine::help(), stdout) ? EXIT_SUCCESS : EXIT_FAILURE;
     case CommandLine::Task::selfCheck:
-        return runSelfCheck(argc, argv, QStringLiteral(FENWHIRL_VERSION));
+        return runSelfCheck(argc, argv, QStringLiteral(FENWHIRL_VERSION), drawStatusSymbol);
     case CommandLine::Task::complain:
         static_cast<void>(print(command.complaint, stderr));
         return CommandLine::usageStatus;

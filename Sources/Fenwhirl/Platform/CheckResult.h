@@ -1,4 +1,5 @@
-// What one check of the installation and the machine has found: a line of the table that `--self-check` prints.
+// What one check of the installation and the machine has found: a line of the table that `--self-check`
+// prints.
 //
 // A plain value; any thread.
 

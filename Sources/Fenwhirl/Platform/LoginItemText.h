@@ -14,8 +14,8 @@
 // bundle.
 [[nodiscard]] QString launchAgentProgram(const QString& bundlePath);
 
-// Whether the bundle was downloaded and nobody has moved it yet. The system then runs it from a path that differs at
-// each start.
+// Whether the bundle was downloaded and nobody has moved it yet. The system then runs it from a path that
+// differs at each start.
 [[nodiscard]] bool isTranslocated(const QString& bundlePath);
 
 // An XML property list; absent for a path that XML cannot represent.

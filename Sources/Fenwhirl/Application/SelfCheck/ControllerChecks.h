@@ -1,8 +1,8 @@
-// Whether the System Management Controller answers, and how fast: every command of its protocol by itself, then what
-// the program makes of them.
+// Whether the System Management Controller answers, and how fast: every command of its protocol by itself,
+// then what the program makes of them.
 //
-// Nothing is changed. That a write is refused is tried with the bytes that are there already, and not at all by root,
-// whose write would be accepted.
+// Nothing is changed. That a write is refused is tried with the bytes that are there already, and not at all
+// by root, whose write would be accepted.
 //
 // Threads: main thread; every check blocks it for the controller's answers. The checks refer to this object.
 

@@ -1,8 +1,10 @@
-// The installed helper: its file, its version, and one fan driven and handed back by it, each read back from the controller.
+// The installed helper: its file, its version, and one fan driven and handed back by it, each read back from
+// the controller.
 //
-// The fan test leaves the machine as it was. It takes one fan that is automatic, only ever asks for more speed than the
-// fan has, stays under the safety rules of the program, and is left out while another instance runs. Whoever can act
-// after this process (`announce`) knows of the fan before it is driven, until it is automatic again.
+// The fan test leaves the machine as it was. It takes one fan that is automatic, only ever asks for more
+// speed than the fan has, stays under the safety rules of the program, and is left out while another instance
+// runs. Whoever can act after this process (`announce`) knows of the fan before it is driven, until it is
+// automatic again.
 //
 // Threads: main thread; every check blocks it. The checks refer to this object.
 
@@ -47,8 +49,8 @@ private:
     [[nodiscard]] CheckResult owner() const;
     [[nodiscard]] CheckResult mode() const;
     [[nodiscard]] CheckResult version();
-    // Drives the fan when it is first asked for; what happened is kept, so that nobody's terminal can hold up
-    // the way from driving it to handing it back.
+    // Drives the fan and hands it back before anything is printed, so that a slow reader of the table cannot
+    // keep the fan manual; the later checks only report what was found.
     [[nodiscard]] CheckResult set();
     [[nodiscard]] CheckResult handedBack() const;
     [[nodiscard]] CheckResult asBefore() const;

@@ -33,8 +33,8 @@ struct SelfCheckCounts {
     [[nodiscard]] bool isGood() const { return failed == 0 && isComplete; }
 };
 
-// `print` gets each line, without its end, as soon as it is known, and says whether it could be printed; after one that
-// could not, as when `shouldEnd` answers yes before a check, no further check is run.
+// `print` gets each line, without its end, as soon as it is known, and says whether it could be printed;
+// after one that could not, as when `shouldEnd` answers yes before a check, no further check is run.
 [[nodiscard]] SelfCheckCounts runSelfChecks(const std::vector<SelfCheck>& checks,
                                             const std::function<bool(const QString& line)>& print,
                                             const std::function<bool()>& shouldEnd);

@@ -15,7 +15,6 @@
 #include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
 #include "Fenwhirl/Platform/LoginItem.h"
 #include "Fenwhirl/Platform/ProcessScope.h"
-#include "Fenwhirl/Views/Components/SymbolShapes.h"
 
 #include <QSysInfo>
 
@@ -109,17 +108,13 @@ AppLanguage chosenLanguage() {
     return appLanguageFromRawValue(word.toStdString()).value_or(AppLanguage::automatic);
 }
 
-void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& color) {
-    Fenwhirl::drawSymbol(painter, QStringLiteral("fan"), bounds, color);
-}
-
 void append(std::vector<SelfCheck>& checks, std::vector<SelfCheck> more) {
     checks.insert(checks.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
 } // namespace
 
-int runSelfCheck(int& argc, char** argv, const QString& version) {
+int runSelfCheck(int& argc, char** argv, const QString& version, const SymbolPainter& symbol) {
     // A reader that goes away ends the table, not the process in the middle of a check.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     SystemChecks::prepareScreen();
@@ -137,7 +132,7 @@ int runSelfCheck(int& argc, char** argv, const QString& version) {
     Emergency emergency;
     ControllerChecks controller(openSystemTransport, geteuid() == 0);
     HelperChecks helper(helperServices(emergency));
-    WindowChecks window(chosenLanguage(), drawStatusSymbol);
+    WindowChecks window(chosenLanguage(), symbol);
     std::vector<SelfCheck> checks = installationChecks(Installation::present());
     append(checks, systemChecks());
     append(checks, window.checks());

@@ -163,7 +163,8 @@ CheckResult checkNotification(const UserCheckServices& services) {
     const QString time = millisecondsText(std::chrono::steady_clock::now() - begin);
     switch (delivery) {
     case Notifier::Delivery::taken:
-        return CheckResult::pass(QStringLiteral("taken after %1; whether it is shown is for eyes").arg(time));
+        return CheckResult::pass(
+            QStringLiteral("accepted after %1; whether it is shown, only a person can see").arg(time));
     case Notifier::Delivery::noService:
         return CheckResult::skip(QStringLiteral("nothing shows notifications here"));
     case Notifier::Delivery::refused:

@@ -30,6 +30,6 @@ struct UserCheckServices {
 // The checks keep the services.
 [[nodiscard]] std::vector<SelfCheck> userChecks(const UserCheckServices& services);
 
-// Where an existing login item lies while the check writes another in its place. Should the check be killed in that
-// moment, the next one finds it there and puts it back.
+// Where an existing login item lies while the check writes another in its place. Should the check be killed
+// in that moment, the next one finds it there and puts it back.
 [[nodiscard]] std::string keptLoginItemPath(const std::string& loginItemPath);

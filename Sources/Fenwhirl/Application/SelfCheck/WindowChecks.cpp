@@ -24,8 +24,8 @@
 
 namespace {
 
-constexpr int patienceMilliseconds = 3000;
-// After it closed, the panel takes no wish to open for a quarter of a second.
+constexpr int patienceMilliseconds = 5000;
+// For a quarter of a second after it closed, the panel ignores requests to open.
 constexpr int pauseMilliseconds = 350;
 
 bool waitUntil(const std::function<bool()>& question, int milliseconds = patienceMilliseconds) {
@@ -44,7 +44,7 @@ void pause(int milliseconds) {
     static_cast<void>(waitUntil([] { return false; }, milliseconds));
 }
 
-// What the models of the panel store goes nowhere.
+// Preferences in memory: nothing that the models store reaches the disk.
 class PassingPreferences final : public PreferencesStore {
 private:
     [[nodiscard]] std::optional<PreferenceValue> value(const QString& key) const override {
@@ -131,7 +131,7 @@ struct WindowChecks::Private {
     [[nodiscard]] CheckResult statusItem() const;
     [[nodiscard]] CheckResult menuTexts() const;
     [[nodiscard]] CheckResult menuBar() const;
-    // The panel is opened; `act` does what closes it, and says why it could not.
+    // Opens the panel and expects it to close after `act`, which returns why it could not act, or nothing.
     [[nodiscard]] CheckResult panel(const std::function<QString(QQuickWindow&)>& act);
     [[nodiscard]] QString chooseItemAgain();
 
@@ -152,8 +152,8 @@ CheckResult WindowChecks::Private::statusItem() const {
     const auto begin = std::chrono::steady_clock::now();
     const std::unique_ptr<StatusItem> item = StatusItem::create(symbol);
     item->setText(QStringLiteral("self-check"), {});
-    constexpr int usualPatience = 1500; // bars answer at once
-    if (!waitUntil([&item] { return item->isPlaced(); }, usualPatience)) {
+    constexpr int barPatienceMilliseconds = 3000; // where there is no bar, all of it passes
+    if (!waitUntil([&item] { return item->isPlaced(); }, barPatienceMilliseconds)) {
         return SystemChecks::unplacedStatusItem();
     }
     return CheckResult::pass(QStringLiteral("to be seen after ") +

@@ -1,7 +1,8 @@
-// What is seen of the program: the status item, the menus, and the panel with each of the ways in which it closes.
+// What is seen of the program: the status item, the menus, and the panel with each of the ways in which it
+// closes.
 //
-// The panel is the real one before models that know no Mac, no helper and no preferences but the language: nothing can be
-// changed through it. It opens four times for a moment and is gone with this object.
+// The panel is the real one before models that know no Mac, no helper and no preferences but the language:
+// nothing can be changed through it. It opens four times for a moment and is gone with this object.
 //
 // Threads: main thread; the checks run its event loop for a few seconds. They refer to this object.
 

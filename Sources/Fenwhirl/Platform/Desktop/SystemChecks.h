@@ -1,8 +1,8 @@
-// What only the system can tell of how this program is installed and of what it is let do on the screen, for the
-// self-check.
+// What only the system can tell of how this program is installed and of what it is let do on the screen, for
+// the self-check.
 //
-// macOS has a signature, a mark on what was downloaded, an icon in the Dock and a menu bar; Linux has none of these, and
-// says so.
+// macOS has a signature, a mark on what was downloaded, an icon in the Dock and a menu bar; Linux has none of
+// these, and says so.
 //
 // Threads: main thread, after the application object, but for what says otherwise.
 

@@ -47,8 +47,8 @@ private:
 // Opens this user's store on this system.
 [[nodiscard]] std::unique_ptr<PreferencesStore> openUserPreferences();
 
-// A store of the same kind in the same place, for trying whether values come back. Opened anew it holds what was stored
-// before; nothing that the user has chosen is in it.
+// A store of the same kind in the same place, for trying whether values come back. Opened anew it holds what
+// was stored before; nothing that the user has chosen is in it.
 [[nodiscard]] std::unique_ptr<PreferencesStore> openTrialPreferences();
 // Takes away what such a store leaves behind when all its keys are removed.
 void removeTrialPreferences();
