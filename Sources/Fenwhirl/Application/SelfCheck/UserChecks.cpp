@@ -98,7 +98,7 @@ CheckResult tryPreferences(const UserCheckServices& services) {
 }
 
 CheckResult checkPreferences(const UserCheckServices& services) {
-    const CheckResult result = tryPreferences(services);
+    CheckResult result = tryPreferences(services);
     services.removePreferences();
     return result;
 }
@@ -141,7 +141,7 @@ CheckResult checkLoginItem(const UserCheckServices& services) {
                                      QString::fromStdString(failure.message()));
         }
     }
-    const CheckResult result = tryLoginItem(services);
+    CheckResult result = tryLoginItem(services);
     if (!wasThere) {
         return result;
     }
