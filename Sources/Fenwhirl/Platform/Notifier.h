@@ -21,7 +21,8 @@ enum class Delivery {
     noService, // there is nobody to show it
 };
 
-// The same, waiting for whoever shows it. That it is shown then is more than anybody says.
+// A notification that is not urgent and goes away by itself; waits for whoever shows it. Whether it is shown
+// then, nobody says.
 [[nodiscard]] Delivery deliver(const QString& title, const QString& message);
 
 } // namespace Notifier

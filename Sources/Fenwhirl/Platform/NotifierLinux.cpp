@@ -17,16 +17,20 @@ QString escaped(QString text) {
     return text;
 }
 
-QDBusMessage notification(const QString& title, const QString& message) {
+enum class Urgency : uchar {
+    normal = 1,   // disappears after a while
+    critical = 2, // shown at once, even over a full-screen game, until somebody closes it
+};
+
+QDBusMessage notification(const QString& title, const QString& message, Urgency urgency) {
     constexpr uint newNotification = 0;
-    constexpr uchar critical = 2; // shown at once, even over a full-screen game
     constexpr int serviceDecidesHowLong = -1;
 
     QDBusMessage call = QDBusMessage::createMethodCall(
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("/org/freedesktop/Notifications"),
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
     const QVariantMap hints = {
-        {QStringLiteral("urgency"), QVariant::fromValue(critical)},
+        {QStringLiteral("urgency"), QVariant::fromValue(static_cast<uchar>(urgency))},
         {QStringLiteral("desktop-entry"), QStringLiteral("com.fenwhirl.app")},
         {QStringLiteral("sound-name"), QStringLiteral("dialog-warning")},
     };
@@ -39,7 +43,8 @@ QDBusMessage notification(const QString& title, const QString& message) {
 
 void Notifier::send(const QString& title, const QString& message) {
     // Neither the reply nor whether a service is there to send one matters.
-    static_cast<void>(QDBusConnection::sessionBus().asyncCall(notification(title, message)));
+    static_cast<void>(
+        QDBusConnection::sessionBus().asyncCall(notification(title, message, Urgency::critical)));
 }
 
 Notifier::Delivery Notifier::deliver(const QString& title, const QString& message) {
@@ -48,7 +53,8 @@ Notifier::Delivery Notifier::deliver(const QString& title, const QString& messag
     if (!bus.isConnected()) {
         return Delivery::noService;
     }
-    const QDBusMessage answer = bus.call(notification(title, message), QDBus::Block, patienceMilliseconds);
+    const QDBusMessage answer =
+        bus.call(notification(title, message, Urgency::normal), QDBus::Block, patienceMilliseconds);
     if (answer.type() == QDBusMessage::ReplyMessage) {
         return Delivery::taken;
     }

@@ -60,7 +60,8 @@ xml = ("<node><interface name='org.freedesktop.Notifications'><method name='Noti
 bus = Gio.bus_get_sync(Gio.BusType.SESSION)
 taken = []
 def answer(_bus, _sender, _path, _interface, _method, arguments, call):
-    if taken:
+    normal = 1
+    if taken or arguments.unpack()[6]["urgency"] != normal:
         call.return_dbus_error("org.freedesktop.DBus.Error.LimitsExceeded", "one is enough")
     else:
         taken.append(arguments)
