@@ -8,6 +8,11 @@ QtObject {
     id: root
 
     property var current: null // a Tooltip, or null
+    property int scrolls: 0 // how often anything has been scrolled
+
+    function contentMoved() {
+        root.scrolls += 1
+    }
 
     function replaceBy(tooltip: var) {
         if (root.current !== null && root.current !== tooltip)

@@ -55,6 +55,8 @@ Flickable {
         event.accepted = true
     }
 
+    onContentYChanged: OpenTooltip.contentMoved()
+
     function scrollBy(distance: real) {
         contentY = Math.max(0, Math.min(contentY + distance, contentHeight - height))
     }

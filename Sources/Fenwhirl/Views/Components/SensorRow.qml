@@ -125,13 +125,18 @@ Item {
             id: pointer
             // A row that a list has hidden for its next use would otherwise stay hovered.
             enabled: root.range !== "" && root.visible
+
+            onPointChanged: tip.scrollsSeen = OpenTooltip.scrolls
         }
 
         HoverTip {
             id: tip
             objectName: "tip"
+            // A row that was scrolled away from under the pointer learns of it late, so the pointer has to have moved since.
+            property int scrollsSeen: -1
+
             text: root.range
-            wanted: pointer.hovered
+            wanted: pointer.hovered && scrollsSeen === OpenTooltip.scrolls
         }
     }
 }

@@ -195,7 +195,19 @@ Item {
             mouseMove(root, 550, 480)
         }
 
-        function test_onlyOneTooltipIsOpen() {
+        function test_scrollingClosesTheTooltipUntilThePointerMoves() {
+            sensor.range = "55 – 71 °C"
+            mouseMove(sensor, 200, 9)
+            tryVerify(() => sensor.tooltip?.opened, 3000)
+            OpenTooltip.contentMoved()
+            tryVerify(() => !sensor.tooltip.visible)
+            mouseMove(sensor, 203, 9)
+            tryVerify(() => sensor.tooltip.opened, 3000)
+            mouseMove(root, 550, 480)
+            sensor.range = ""
+        }
+
+        function test_zOnlyOneTooltipIsOpen() {
             const title = findChild(sensor, "name")
             mouseMove(title, 20, 8)
             tryVerify(() => title.tooltip?.opened, 3000)
