@@ -59,6 +59,15 @@ QString NumberFormat::temperatureText(double celsius) {
     return degreesText(celsius) + QStringLiteral(" °C");
 }
 
+QString NumberFormat::rangeText(const QString& lowest, const QString& highest) {
+    // The ranges of the fans are the only ones among the texts; theirs tells how the language writes a range.
+    const QString first(QChar(u'\x1'));
+    const QString second(QChar(u'\x2'));
+    const QString range = localized(u"%@ – %@ tr/min", {first, second});
+    const qsizetype begin = range.indexOf(first) + 1;
+    return lowest + range.sliced(begin, range.indexOf(second) - begin) + highest;
+}
+
 QString NumberFormat::percentText(double percent) {
     return QString::number(rounded(percent)) + QStringLiteral(" %");
 }

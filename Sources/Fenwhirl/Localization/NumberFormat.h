@@ -27,6 +27,9 @@ namespace NumberFormat {
 // "63 °C": rounded, with its unit.
 [[nodiscard]] QString temperatureText(double celsius);
 
+// "55 – 72 °C": a range, with the dash and the spaces that the interface language puts between its ends.
+[[nodiscard]] QString rangeText(const QString& lowest, const QString& highest);
+
 // "37 %": rounded; `percent` is between 0 and 100.
 [[nodiscard]] QString percentText(double percent);
 

@@ -127,8 +127,8 @@ QString MachineView::historyRange() const {
         return {};
     }
     const auto [lowest, highest] = std::minmax_element(history.begin(), history.end());
-    return NumberFormat::temperatureText(*lowest) + QStringLiteral(" – ") +
-           NumberFormat::temperatureText(*highest);
+    return NumberFormat::rangeText(NumberFormat::temperatureText(*lowest),
+                                   NumberFormat::temperatureText(*highest));
 }
 
 QString MachineView::sensorCountText() const {

@@ -23,8 +23,8 @@ SensorListEntry shown(const SensorState& sensor) {
         .hot = Fenwhirl::sensorBarIsHot(sensor.celsius),
         .peak = hasPeak ? Fenwhirl::sensorBarFraction(sensor.highestCelsius) : 0.0,
         .peakHot = Fenwhirl::sensorBarIsHot(sensor.highestCelsius),
-        .range = NumberFormat::degreesText(sensor.lowestCelsius) + QStringLiteral(" – ") +
-                 NumberFormat::temperatureText(sensor.highestCelsius),
+        .range = NumberFormat::rangeText(NumberFormat::degreesText(sensor.lowestCelsius),
+                                         NumberFormat::temperatureText(sensor.highestCelsius)),
     };
 }
 
