@@ -97,7 +97,7 @@ INSERTED = {
 def gathered(file):
     """Returns (keys in the order of the tables, uses of each text as (source, control))."""
     keys, uses = [], {}
-    for line in pathlib.Path(file).read_text(encoding="utf-8").rstrip("\n").split("\n"):
+    for line in pathlib.Path(file).read_text(encoding="utf-8", errors="replace").rstrip("\n").split("\n"):
         kind, place, control, text = line.split("\t", 3)
         source = place.rsplit(":", 1)[0]
         text = text.strip()

@@ -56,7 +56,7 @@ constexpr std::array rows = {
     Row{u"Name", u"Nome", u"Ime"},
     Row{u"Size", u"Tamanho", u"Veličina"},
     Row{u"Type", u"Tipo", u"Vrsta"},
-    Row{u"Date Modified", u"Data de modificação", u"Datum izmene"},
+    Row{u"Date Modified", u"Modificação", u"Datum izmene"},
     Row{u"Computer", u"Computador", u"Računar"},
     Row{u"Drive", u"Unidade", u"Disk"},
     Row{u"Folder", u"Pasta", u"Folder"},

@@ -63,7 +63,7 @@ constexpr std::array rows = {
         u"Zoom", u"Ridimensiona", u"Zoom", u"Изменить масштаб"},
     Row{u"Close", u"Close", u"Fermer", u"Zatvori", u"Schließen",
         u"Cerrar", u"Chiudi", u"Fechar", u"Закрыть"},
-    Row{u"Bring All to Front", u"Bring All to Front", u"Tout ramener au premier plan", u"Prikaži sve ispred",
+    Row{u"Bring All to Front", u"Bring All to Front", u"Tout ramener au premier plan", u"Postavi sve u prvi plan",
         u"Alle nach vorne bringen", u"Traer todo al frente", u"Porta tutto in primo piano",
         u"Passar tudo para a frente", u"Все окна — на передний план"},
     // Help

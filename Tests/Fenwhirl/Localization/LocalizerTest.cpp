@@ -102,7 +102,7 @@ TEST_F(Localization, ShowsATextWithoutARowInFrench) {
 TEST_F(Localization, FillsPlaceholdersAfterTheLookup) {
     Localizer::setLanguage(AppLanguage::de);
     EXPECT_EQ(localized(u"%@ utilise %@ du processeur.", {text("Blender"), text("37 %")}),
-              text("Blender nutzt 37 % des Prozessors."));
+              text("Blender nutzt 37 % der Prozessorleistung."));
     Localizer::setLanguage(AppLanguage::fr);
     EXPECT_EQ(localized(u"Ventilateur %@", {text("3")}), text("Ventilateur 3"));
     Localizer::setLanguage(AppLanguage::srCyrl);

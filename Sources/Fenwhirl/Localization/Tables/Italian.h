@@ -117,7 +117,7 @@ inline constexpr auto italianTexts = std::to_array<Row>({
     {u"Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures.",
      u"Perché Fenwhirl possa cambiare la velocità delle ventole, macOS ti chiede la password una volta sola. Puoi saltare questo passaggio: in tal caso vedrai solo le temperature."},
     {u"Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale.",
-     u"Scegli un profilo con un clic dalla barra dei menu, oppure regola ogni ventola dalla finestra principale."},
+     u"Scegli un profilo con un clic dalla barra dei menu o regola ogni ventola dalla finestra principale."},
     {u"Choisis la vitesse de chaque ventilateur", u"Scegli la velocità di ogni ventola"},
     {u"Aucun ventilateur détecté sur ce Mac.", u"Nessuna ventola rilevata su questo Mac."},
     {u"%@ capteurs de température", u"Sensori di temperatura: %@"},
@@ -187,7 +187,7 @@ inline constexpr auto italianTexts = std::to_array<Row>({
     {u"Mac chaud à partir de %@ °C", u"Mac caldo a partire da %@ °C"},
     {u"Surchauffe à partir de %@ °C", u"Surriscaldamento a partire da %@ °C"},
     {u"Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.",
-     u"Scegli a partire da quale temperatura Fenwhirl segnala che il Mac è caldo. La protezione automatica a 92 °C non cambia."},
+     u"Scegli da quale temperatura Fenwhirl segnala che il Mac è caldo. La protezione automatica a 92 °C non cambia."},
     // Safety, diagnostic report and helper update
     {u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.",
      u"Nessuna temperatura leggibile su questo Mac: il controllo è sospeso per sicurezza."},

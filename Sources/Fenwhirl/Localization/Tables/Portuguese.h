@@ -35,7 +35,7 @@ inline constexpr auto portugueseTexts = std::to_array<Row>({
     {u"Vitesse demandée : %@ tr/min", u"Velocidade pretendida: %@ rpm"},
     {u"Capteur", u"Sensor"},
     {u"Température principale (processeur)", u"Temperatura principal (processador)"},
-    {u"La vitesse augmente à partir de %@ °C", u"A velocidade aumenta a partir dos %@ °C"},
+    {u"La vitesse augmente à partir de %@ °C", u"Acelera a partir dos %@ °C"},
     {u"Vitesse maximale à %@ °C", u"Velocidade máxima aos %@ °C"},
     {u"Activer le contrôle des ventilateurs", u"Ativar o controlo das ventoinhas"},
     {u"Pour changer la vitesse, Fenwhirl a besoin de ton mot de passe, une seule fois.",
@@ -132,7 +132,7 @@ inline constexpr auto portugueseTexts = std::to_array<Row>({
     {u"Prévenir quand le Mac chauffe trop", u"Avisar quando o Mac aquecer demasiado"},
     {u"Seuil d'alerte : %@ °C", u"Limite de alerta: %@ °C"},
     {u"Une notification et un son se déclenchent au maximum une fois toutes les 5 minutes.",
-     u"Recebes uma notificação com som, no máximo, uma vez a cada 5 minutos."},
+     u"Recebes no máximo uma notificação com som a cada 5 minutos."},
     {u"Tester l'alerte", u"Testar alerta"},
     // Settings page
     {u"Démarrage", u"Arranque"},

@@ -50,7 +50,7 @@ inline constexpr auto russianTexts = std::to_array<Row>({
     {u"Tableau de bord", u"Обзор"},
     {u"Ce Mac", u"Этот Mac"},
     {u"Fenwhirl n'arrive pas à lire les capteurs de ce Mac.",
-     u"Fenwhirl не может считать данные датчиков этого Mac."},
+     u"Fenwhirl не может получить данные датчиков этого Mac."},
     {u"Ce Mac n'a pas de ventilateur à piloter : il se refroidit sans bruit. Les températures restent visibles ci-dessous.",
      u"В этом Mac нет вентиляторов, которыми можно управлять: он охлаждается бесшумно. Температуру по-прежнему можно посмотреть."},
     {u"Température du processeur", u"Температура процессора"},
@@ -191,7 +191,7 @@ inline constexpr auto russianTexts = std::to_array<Row>({
      u"Выбери, с какой температуры Fenwhirl считает Mac горячим. Автоматическая защита при 92 °C не меняется."},
     // Safety, diagnostic report and helper update
     {u"Aucune température lisible sur ce Mac : le contrôle est suspendu par sécurité.",
-     u"Не удаётся считать температуру этого Mac: управление приостановлено в целях безопасности."},
+     u"Не удаётся получить температуру этого Mac: управление приостановлено в целях безопасности."},
     {u"Rapport de diagnostic", u"Диагностический отчёт"},
     {u"Crée un petit fichier texte avec le modèle de ce Mac et ses capteurs. Utile pour vérifier que Fenwhirl fonctionne sur ton Mac ou pour demander de l'aide.",
      u"Создаёт небольшой текстовый файл с данными о модели и датчиках этого Mac. Пригодится, чтобы проверить, работает ли Fenwhirl на твоём Mac, или попросить о помощи."},

@@ -34,7 +34,7 @@ inline constexpr auto serbianLatinTexts = std::to_array<Row>({
     {u"%@ – %@ tr/min", u"%@–%@ o/min"},
     {u"tr/min", u"o/min"},
     {u"Mode", u"Režim"},
-    {u"Vitesse demandée : %@ tr/min", u"Tražena brzina: %@ o/min"},
+    {u"Vitesse demandée : %@ tr/min", u"Zadata brzina: %@ o/min"},
     {u"Capteur", u"Senzor"},
     {u"Température principale (processeur)", u"Glavna temperatura (procesor)"},
     {u"La vitesse augmente à partir de %@ °C", u"Brzina raste od %@ °C"},
@@ -78,7 +78,7 @@ inline constexpr auto serbianLatinTexts = std::to_array<Row>({
      u"Dobar odnos tišine i hlađenja za svakodnevnu upotrebu."},
     {u"Refroidit tôt pour les jeux et les gros calculs.", u"Ranije počinje da hladi – za igre i zahtevne zadatke."},
     {u"Ventilateurs à fond en permanence. Bruyant, mais le Mac reste le plus frais possible.",
-     u"Ventilatori stalno rade punom brzinom. Bučno je, ali Mac ostaje što hladniji."},
+     u"Ventilatori stalno rade punom brzinom. Bučno je, ali se Mac tako najbolje hladi."},
     // Theme names
     {u"Sombre", u"Taman"},
     {u"Clair", u"Svetao"},
@@ -117,7 +117,7 @@ inline constexpr auto serbianLatinTexts = std::to_array<Row>({
     {u"Pour changer la vitesse des ventilateurs, macOS demande ton mot de passe une seule fois. Tu peux passer cette étape : Fenwhirl affichera alors seulement les températures.",
      u"Za promenu brzine ventilatora macOS samo jednom traži tvoju lozinku. Ovaj korak možeš da preskočiš: Fenwhirl će tada samo prikazivati temperature."},
     {u"Choisis un préréglage en un clic depuis la barre de menu, ou règle chaque ventilateur depuis la fenêtre principale.",
-     u"Izaberi profil jednim klikom na traci menija ili podesi svaki ventilator u glavnom prozoru."},
+     u"Izaberi profil jednim klikom iz trake menija ili podesi svaki ventilator u glavnom prozoru."},
     {u"Choisis la vitesse de chaque ventilateur", u"Izaberi brzinu svakog ventilatora"},
     {u"Aucun ventilateur détecté sur ce Mac.", u"U ovom Mac-u nije otkriven nijedan ventilator."},
     {u"%@ capteurs de température", u"Senzori temperature: %@"},
@@ -184,7 +184,7 @@ inline constexpr auto serbianLatinTexts = std::to_array<Row>({
     // Health thresholds
     {u"État du Mac", u"Stanje Mac-a"},
     {u"Mac chaud à partir de %@ °C", u"Mac je vruć od %@ °C"},
-    {u"Surchauffe à partir de %@ °C", u"Pregrevanje od %@ °C"},
+    {u"Surchauffe à partir de %@ °C", u"Mac se pregreva od %@ °C"},
     {u"Choisis à partir de quelle température Fenwhirl affiche que le Mac est chaud. La protection automatique à 92 °C ne change pas.",
      u"Izaberi od koje temperature Fenwhirl prikazuje da je Mac vruć. Automatska zaštita na 92 °C ostaje ista."},
     // Safety, diagnostic report and helper update
