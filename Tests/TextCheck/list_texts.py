@@ -37,7 +37,7 @@ MADE = {
     "MonitorLifecycle": ("above every page", "ErrorBanner.message"),
     "MonitorPolling": ("above every page", {"Ton Mac chauffe : %@ degrés.": "notification", None: "ErrorBanner.message"}),
     "MonitorStates": ("sidebar, dashboard, panel", "StatusDot"),
-    "NumberFormat": ("Applications", "AppRow.memoryText"),
+    "NumberFormat": ("Applications, sensors", {"%@ – %@ tr/min": "Tooltip.text", None: "AppRow.memoryText"}),
     "Page": ("sidebar", "SidebarRow.text"),
     "ProgramMenus": ("menu bar of macOS", "MenuItem.title"),
     "PreferencesView": ("Alerts, settings", {"Ceci est une alerte de test.": "notification", None: "ChangingText.content"}),
@@ -58,7 +58,7 @@ NOT_SHOWN = {"SMCFanWriteTest", "SMCReport", "DiagnosticReport", "FriendlyName"}
 LINES, LINE, ALOUD = "lines of {}", "one line of {}", "read aloud"
 ROOMS = {
     "AppRow.memoryText": "one line behind a number", "AppRow.protectedText": "one line, as wide as it is",
-    "Announcement.text": ALOUD, "MenuItem.title": "a menu's line", "SidebarRow.selectedText": ALOUD,
+    "Tooltip.text": "a tooltip's line", "Announcement.text": ALOUD, "MenuItem.title": "a menu's line", "SidebarRow.selectedText": ALOUD,
     "Banners.problem": LINES.format(600), "ChangingText.content": "one line, several where it has no room",
     "Chip.text": "one line, in rows of chips", "ChipRow.text": ALOUD, "Column.Accessible.name": ALOUD,
     "CurveEditor.text": ALOUD, "ModeButton.description": ALOUD, "ModeButton.text": "a tooltip's line",
