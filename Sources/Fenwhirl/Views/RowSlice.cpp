@@ -6,20 +6,25 @@ RowSlice::RowSlice(QObject* parent) : QSortFilterProxyModel(parent) {
 }
 
 void RowSlice::setFirst(int first) {
-    if (first == first_) {
-        return;
-    }
-    first_ = first;
-    invalidateFilter();
-    Q_EMIT sliceChanged();
+    setBound(first_, first);
 }
 
 void RowSlice::setRows(int rows) {
-    if (rows == rows_) {
+    setBound(rows_, rows);
+}
+
+void RowSlice::setBound(int& bound, int value) {
+    if (value == bound) {
         return;
     }
-    rows_ = rows;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 10, 0)
+    beginFilterChange();
+    bound = value;
+    endFilterChange(Direction::Rows);
+#else
+    bound = value;
     invalidateFilter();
+#endif
     Q_EMIT sliceChanged();
 }
 

@@ -33,6 +33,9 @@ protected:
     [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
 
 private:
+    // Sets a bound of the range, and filters anew if it has changed.
+    void setBound(int& bound, int value);
+
     int first_ = 0;
     int rows_ = 0;
 };
