@@ -24,7 +24,7 @@ TRANSCRIPTS = pathlib.Path(__file__).resolve().parent / "Speech"
 RECORDING = "FENWHIRL_RECORD" in os.environ
 MEASURED = re.compile(r"\d+:\d\d|\d+(?=(\s°C|\s?%|\séléments|\sitems))")
 # The range of a sensor's temperatures. It is said only of sensors whose range has changed meanwhile.
-RANGE = re.compile(r"\d+ – \d+ °C\.?")
+RANGE = re.compile(r"\d+ ?– ?\d+ °C\.?")
 # Orca reads the other texts of a card together with its first control, but only those already scrolled into view.
 SCROLLED = re.compile(r"(^| )(La vitesse augmente .* °C|Starts speeding up .* °C|Vitesse demandée : .* tr/min|Target speed: .* rpm)$")
 
