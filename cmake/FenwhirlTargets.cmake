@@ -121,7 +121,7 @@ function(fenwhirl_test name)
     endif()
 endfunction()
 
-option(FENWHIRL_QML_TOGETHER "Compile the C++ made from a module's QML files as one source, which is quicker from scratch" OFF)
+option(FENWHIRL_QML_TOGETHER "Compile the C++ made from a module's QML files as one source, which is quicker from scratch" ON)
 
 # fenwhirl_qml_sources(NAME): turns our warnings off for the sources that Qt's tools generate for a QML module. Call it
 # after qt_add_qml_module in the same folder.

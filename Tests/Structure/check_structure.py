@@ -27,7 +27,7 @@ SUBSYSTEMS = {
     "Fenwhirl/Platform/Entry": ([], []),
     "Fenwhirl/Platform/Toolkit": ([], ["Core"]),
     "Fenwhirl/Platform": (["FenwhirlCore", "Fenwhirl/Platform/Toolkit"], ["Core", "DBus"]),
-    "Fenwhirl/Platform/Desktop": (["Fenwhirl/Platform"], ["Core", "Gui", "Qml", "Quick", "DBus", "Widgets"]),
+    "Fenwhirl/Platform/Desktop": (["Fenwhirl/Platform", "Fenwhirl/Platform/Toolkit"], ["Core", "Gui", "Qml", "Quick", "DBus", "Widgets"]),
     "Fenwhirl/Localization": (["FenwhirlCore", "Fenwhirl/Platform"], ["Core"]),
     "Fenwhirl/HelperClient": (
         ["FenwhirlCore", "Fenwhirl/Platform", "Fenwhirl/Platform/Entry", "Fenwhirl/Platform/Toolkit", "Guard"], []),

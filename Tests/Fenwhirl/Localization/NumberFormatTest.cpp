@@ -81,6 +81,14 @@ TEST(NumberFormat, WritesMemoryInTheShownLanguage) {
     Localizer::setLanguage(AppLanguage::automatic);
 }
 
+TEST(NumberFormat, WritesARangeAsTheShownLanguageDoes) {
+    Localizer::setLanguage(AppLanguage::fr);
+    EXPECT_EQ(NumberFormat::rangeText(text("55"), text("72 °C")), text("55 – 72 °C"));
+    Localizer::setLanguage(AppLanguage::de);
+    EXPECT_EQ(NumberFormat::rangeText(text("55"), text("72 °C")), text("55–72 °C"));
+    Localizer::setLanguage(AppLanguage::automatic);
+}
+
 TEST(NumberFormat, WritesHoursAndMinutesAsTheRegionDoes) {
     const QTime afternoon(14, 5, 59);
     EXPECT_EQ(NumberFormat::clockText(afternoon, QLocale(QLocale::French)), text("14:05"));

@@ -43,7 +43,7 @@ bool hasRow(const QString& text) {
 
 // Whether the texts of this file are exempt from the tables. Each entry gives the reason.
 bool isExemptFile(std::string_view place) {
-    static constexpr std::array<std::string_view, 17> files = {
+    static constexpr std::array<std::string_view, 19> files = {
         // The tables themselves, the letters of the transliteration, and the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
         "Fenwhirl/Localization/SystemTerms.cpp", "Fenwhirl/Localization/DialogTexts.cpp",
@@ -58,7 +58,8 @@ bool isExemptFile(std::string_view place) {
         "Fenwhirl/Platform/AppleScriptText", "Fenwhirl/Platform/LoginItemText",
         "Fenwhirl/Platform/Desktop/ApplicationIcon", "Fenwhirl/Platform/Desktop/SingleInstanceMacOS",
         // Printed in English, for scripts and terminals.
-        "Fenwhirl/Application/CommandLine",
+        "Fenwhirl/Application/CommandLine", "Fenwhirl/Application/SelfCheck/",
+        "Fenwhirl/Platform/Desktop/SystemChecks",
         // The update alert has its own texts in every language.
         "Fenwhirl/Updates/"};
     return std::ranges::any_of(files, [place](std::string_view file) { return place.starts_with(file); });
