@@ -19,6 +19,14 @@ set(FENWHIRL_QML_HEADERS ${FENWHIRL_QT_HEADERS}
 set(FENWHIRL_TEST_HEADERS ${FENWHIRL_STANDARD_HEADERS} <gmock/gmock.h> <gtest/gtest.h>)
 set(FENWHIRL_QT_TEST_HEADERS ${FENWHIRL_TEST_HEADERS} ${FENWHIRL_QT_HEADERS} <QCoreApplication>)
 
+# The library whose precompiled headers of Qt the others use. It must have the same macros, so on Linux it cannot be one
+# that uses Qt's bus; on a Mac it must have Objective-C++ sources, whose headers are precompiled separately.
+if(APPLE)
+    set(FENWHIRL_QT_HEADERS_FROM FenwhirlPlatform)
+else()
+    set(FENWHIRL_QT_HEADERS_FROM FenwhirlToolkit)
+endif()
+
 # fenwhirl_precompile(TARGET KIND): precompiles the headers of this kind (QT, QML, TEST or QT_TEST) for the target and
 # for every target that calls fenwhirl_reuse_headers with it. The target must not define a macro that one of those does
 # not define.
