@@ -18,8 +18,8 @@ constexpr std::uint32_t installedPermissions = 04755;
 constexpr double addedSpeed = 0.1;
 constexpr double largestDeviation = 1; // rpm, from what controllers store
 // How long the controller may take to show what was written.
-constexpr int looks = 40;
-constexpr std::chrono::milliseconds betweenLooks(50);
+constexpr int readAttempts = 40;
+constexpr std::chrono::milliseconds betweenReads(50);
 // How often a hand-back that was refused is sent again.
 constexpr int handBackAttempts = 5;
 constexpr std::chrono::milliseconds betweenAttempts(400);
@@ -47,10 +47,10 @@ std::optional<std::int64_t> speedToAskFor(const FanReading& fan) {
 // Why no fan may be driven by hand now.
 std::optional<QString> forbiddenByRules(SMC& smc, const std::vector<FanReading>& fans) {
     const std::vector<TemperatureReading> temperatures = smc.readTemperatures(smc.discoverTemperatureKeys());
-    const FanSettings nobodys;
+    const FanSettings noSettings;
     const PollDecision decision = decide({.fans = fans,
                                           .temperatures = temperatures,
-                                          .settings = nobodys,
+                                          .settings = noSettings,
                                           .protect = true,
                                           .protectAt = alertCelsius},
                                          false);
@@ -197,7 +197,7 @@ void HelperChecks::drive(SMC& smc, const FanReading& fan, std::int64_t rpm) {
     };
     if (!wasAccepted) {
         drive_.set = CheckResult::fail(QStringLiteral("%1 refused %2 rpm").arg(name).arg(rpm));
-    } else if (comesTrue(isAsAsked)) {
+    } else if (becomesTrue(isAsAsked)) {
         drive_.set = CheckResult::pass(QStringLiteral("%1 at %2 rpm, read back after %3")
                                            .arg(name)
                                            .arg(rpm)
@@ -220,7 +220,7 @@ void HelperChecks::drive(SMC& smc, const FanReading& fan, std::int64_t rpm) {
         services_.keepAlive();
         wasHandedBack = services_.run({"auto", index});
     }
-    const bool isAutomatic = comesTrue([&] { return isManual() == false; });
+    const bool isAutomatic = becomesTrue([&] { return isManual() == false; });
     const QString time = millisecondsText(Clock::now() - begin);
     if (isAutomatic) {
         services_.finish();
@@ -235,12 +235,12 @@ void HelperChecks::drive(SMC& smc, const FanReading& fan, std::int64_t rpm) {
     }
 }
 
-bool HelperChecks::comesTrue(const std::function<bool()>& question) const {
-    for (int look = 0; look < looks; ++look) {
+bool HelperChecks::becomesTrue(const std::function<bool()>& question) const {
+    for (int attempt = 0; attempt < readAttempts; ++attempt) {
         if (question()) {
             return true;
         }
-        services_.wait(betweenLooks);
+        services_.wait(betweenReads);
     }
     return false;
 }

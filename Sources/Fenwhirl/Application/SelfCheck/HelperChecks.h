@@ -58,7 +58,7 @@ private:
     // Nothing when the fan test was made, else why not.
     [[nodiscard]] std::optional<QString> driveOneFan();
     void drive(SMC& smc, const FanReading& fan, std::int64_t rpm);
-    [[nodiscard]] bool comesTrue(const std::function<bool()>& question) const;
+    [[nodiscard]] bool becomesTrue(const std::function<bool()>& question) const;
 
     struct Drive {
         std::optional<QString> leftOut; // why
