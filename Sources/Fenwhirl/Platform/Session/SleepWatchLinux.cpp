@@ -34,6 +34,9 @@ SleepWatchLinux::SleepWatchLinux(QString address, SleepTimeouts patience)
     connect(&logind_, &LogindConnection::ownerChanged, this, &SleepWatchLinux::takeOwner);
     connect(&logind_, &LogindConnection::heard, this, &SleepWatchLinux::heard);
     connect(&logind_, &LogindConnection::lost, this, [this] {
+        if (isAboutToSleep_) {
+            doubt_.start(); // a question that was under way will not be answered
+        }
         if (wasAnswered_) { // a bus that never answered rejects us, so it is not tried again
             again_.start();
         }
