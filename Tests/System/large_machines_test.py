@@ -16,20 +16,22 @@ def requests(mac):
 
 
 class TheWindow(unittest.TestCase):
-    def seconds_for(self, mac, count):
-        """The seconds from the next request to the controller until `count` requests have been sent."""
-        begin = requests(mac)
-        stage.wait_until(lambda: requests(mac) > begin, "it is asked something", interval_seconds=0.01)
-        start = time.monotonic()
-        mac.tell(f"await requests {begin + count} within 30")
-        return time.monotonic() - start
+    def processor_seconds_for(self, scene, count):
+        """The application's processor time from its next request to the controller until `count` requests have been sent.
+        Unlike the time on the clock it does not grow with what else the computer does.
+        """
+        begin = requests(scene.mac)
+        stage.wait_until(lambda: requests(scene.mac) > begin, "it is asked something", interval_seconds=0.01)
+        before = scene.application.processor_seconds()
+        scene.mac.tell(f"await requests {begin + count} within 60")
+        return scene.application.processor_seconds() - before
 
     def test_sixty_five_thousand_keys_are_walked_in_five_seconds(self):
         with Scene(speed=0) as scene:
             scene.application.stop()
             scene.mac.tell("pin #KEY 0000FFFF")
             scene.start_again()
-            self.assertLess(self.seconds_for(scene.mac, 65535), 5)
+            self.assertLess(self.processor_seconds_for(scene, 65535), 5)
 
     def test_an_endless_key_walk_blocks_neither_window_nor_quit(self):
         with Scene(speed=0) as scene:
@@ -51,7 +53,7 @@ class TheWindow(unittest.TestCase):
         with Scene(speed=0) as scene:
             scene.mac.tell("define FNum ui32 4 80 0000FFFF")
             stage.wait_until(lambda: len(scene.shown_speeds()) >= 2, "the two that there are stay on the screen")
-            self.assertLess(self.seconds_for(scene.mac, 65535), 5)
+            self.assertLess(self.processor_seconds_for(scene, 65535), 5)
 
 
 class TheHelper(HelperTest):

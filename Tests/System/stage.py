@@ -100,6 +100,12 @@ class Process:
             self.child.wait()
             raise StageError(f"{self.arguments[0]} did not end after {how!s}") from None
 
+    def processor_seconds(self):
+        """The processor time that the running process has used so far, in user mode and in the kernel."""
+        # The name stands in parentheses and may contain blanks. utime and stime are the 12th and 13th fields after it.
+        fields = pathlib.Path(f"/proc/{self.child.pid}/stat").read_text().rpartition(")")[2].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
     def __enter__(self):
         return self
 
