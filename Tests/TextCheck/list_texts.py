@@ -31,12 +31,13 @@ MADE = {
     "AppDelegate": ("status item's menu", "StatusMenuEntry"),
     "AppLanguage": ("Settings, introduction", "PopupMenuItem.text"),
     "AppsView": ("Applications", {"Fermer %@ ?": "Dialog.title", None: "Paragraph.content"}),
-    "FanRow": ("Fans, dashboard, panel", {"%@ – %@ tr/min": "Label.text", None: "ChangingText.content"}),
+    "FanRow": ("Fans, dashboard, panel", {"%@ – %@ tr/min": "Paragraph.content", None: "ChangingText.content"}),
     "FanSummary": ("Fans, dashboard, panel", {"tr/min": "RingGauge.caption", None: "Paragraph.content"}),
-    "MachineView": ("Dashboard, Fans, introduction", {"Ce Mac": "PageTitle.subtitle", None: "Label.text"}),
+    "MachineView": ("Dashboard, Fans, introduction", {"Température du processeur": "Label.text", None: "PageTitle.subtitle"}),
     "MonitorLifecycle": ("above every page", "ErrorBanner.message"),
     "MonitorPolling": ("above every page", {"Ton Mac chauffe : %@ degrés.": "notification", None: "ErrorBanner.message"}),
-    "MonitorStates": ("sidebar, dashboard, panel", "StatusDot"),
+    "MonitorStates": ("sidebar, dashboard, panel", {"Tout est normal": "Sidebar", "Le Mac est chaud": "Sidebar", "Surchauffe": "Sidebar",
+                                                    None: "TemperatureCard"}),
     "NumberFormat": ("Applications, sensors", {"%@ – %@ tr/min": "Tooltip.text", None: "AppRow.memoryText"}),
     "Page": ("sidebar", "SidebarRow.text"),
     "ProgramMenus": ("menu bar of macOS", "MenuItem.title"),
@@ -53,33 +54,56 @@ MADE = {
 # the system.
 NOT_SHOWN = {"SMCFanWriteTest", "SMCReport", "DiagnosticReport", "FriendlyName"}
 
-# Room in points at the designed text size in the smallest window, which is 920 wide. "Read aloud" means that nothing is
-# drawn.
+# Room in points at the designed text size in the smallest window, which is 920 wide: 700 for a page, 660 inside a card, 301
+# inside the card of a fan, 308 in the panel. "Own width" stands for a control that becomes as wide as its text, up to the
+# given limit. "Read aloud" means that nothing is drawn.
 LINES, LINE, ALOUD = "lines of {}", "one line of {}", "read aloud"
+OWN = "one line of its own width, up to {}"
+BUTTON = "a button of its own width, up to {}"
+SYSTEM = "as the system draws it"
 ROOMS = {
-    "AppRow.memoryText": "one line behind a number", "AppRow.protectedText": "one line, as wide as it is",
-    "Tooltip.text": "a tooltip's line", "Announcement.text": ALOUD, "MenuItem.title": "a menu's line", "SidebarRow.selectedText": ALOUD,
-    "Banners.problem": LINES.format(600), "ChangingText.content": "one line, several where it has no room",
-    "Chip.text": "one line, in rows of chips", "ChipRow.text": ALOUD, "Column.Accessible.name": ALOUD,
-    "CurveEditor.text": ALOUD, "ModeButton.description": ALOUD, "ModeButton.text": "a tooltip's line",
-    "Slider.unit": "behind a number, as wide as it is", "SliderGroup.unit": "behind a number, as wide as it is",
-    "Dialog.acceptText": "a button's line", "Dialog.cancelText": "a button's line",
-    "Dialog.destructiveText": "a button's line", "Dialog.message": LINES.format(260), "Dialog.title": LINES.format(260),
-    "DropDownMenu.caption": "one line", "ErrorBanner.message": LINES.format(600),
-    "HelperBanner.actionText": "a button's line", "HelperBanner.busyText": "a button's line",
-    "HelperBanner.message": "lines beside a button", "HelperBanner.title": "lines beside a button",
-    "HistoryChart.description": ALOUD, "HistoryChart.endCaption": "one line", "HistoryChart.startCaption": "one line",
-    "FocusScope.Accessible.name": ALOUD, "Item.Accessible.name": ALOUD, "Label.text": "one line", "ModePicker.autoLabel": "a third of the card, then lines",
-    "ModePicker.constantLabel": "a third of the card, then lines", "ModePicker.sensorLabel": "a third of the card, then lines",
-    "ModePicker.text": ALOUD, "NeutralButton": ALOUD, "NeutralButton.Accessible.description": ALOUD,
-    "NeutralButton.text": "a button's line", "PageFrame.explanation": LINES.format(700),
-    "PageTitle.subtitle": LINES.format(700), "PageTitle.title": LINE.format(700), "Paragraph": LINES.format(336), "Paragraph.content": "lines",
-    "PopupButton.text": ALOUD, "PopupMenuItem.text": "a menu's line, as wide as it is", "PresetCard.detail": "lines beside a button",
-    "PrimaryButton.text": "a button's line", "RingGauge.caption": "one line below the number",
-    "SecondaryButton.text": "a button's line", "SegmentedControl.labels": "one line, as wide as it is",
-    "SegmentedControl.text": ALOUD, "SensorRow.name": LINE.format(150), "SettingRow.heading": "one line",
-    "SettingRow.note": "lines beside a control", "SettingRow.title": "lines beside a control", "SidebarRow.text": LINE.format(114),
-    "StatusDot": "one line", "StatusMenuEntry": "the desktop's", "Switch.text": ALOUD, "notification": "the desktop's",
+    "Announcement.text": ALOUD, "ChipRow.text": ALOUD, "Column.Accessible.name": ALOUD, "CurveEditor.text": ALOUD,
+    "FocusScope.Accessible.name": ALOUD, "HistoryChart.description": ALOUD, "Item.Accessible.name": ALOUD,
+    "ModeButton.description": ALOUD, "ModePicker.text": ALOUD, "NeutralButton": ALOUD, "PopupButton.text": ALOUD,
+    "NeutralButton.Accessible.description": ALOUD, "SegmentedControl.text": ALOUD, "SidebarRow.selectedText": ALOUD, "Switch.text": ALOUD,
+    "MenuItem.title": SYSTEM, "StatusMenuEntry": SYSTEM, "notification": SYSTEM,
+    "AppRow.memoryText": OWN.format(340) + ", behind a number", "AppRow.protectedText": OWN.format(100) + ", 64 without widening",
+    "Banners.problem": LINES.format(630), "Chip.text": OWN.format(288) + ", in rows of chips",
+    "Dialog.acceptText": LINE.format(232), "Dialog.cancelText": LINE.format(232), "Dialog.destructiveText": LINE.format(232),
+    "Dialog.message": LINES.format(260), "Dialog.title": LINES.format(260),
+    "DropDownMenu.caption": OWN.format(300) + ", before its value", "ErrorBanner.message": LINES.format(604) + "; in the panel of 250",
+    "HelperBanner.actionText": BUTTON.format(300), "HelperBanner.busyText": BUTTON.format(300),
+    "HelperBanner.message": LINES.format(618) + ", less the text of the button", "HelperBanner.title": LINES.format(618) + ", less the text of the button",
+    "HistoryChart.endCaption": "one line of 276 with the other end's", "HistoryChart.startCaption": "one line of 276 with the other end's",
+    "ModeButton.text": OWN.format(300) + ", in a tooltip",
+    "ModePicker.autoLabel": "one line of 289 with the other two, else of 295", "ModePicker.constantLabel": "one line of 289 with the other two, else of 295",
+    "ModePicker.sensorLabel": "one line of 289 with the other two, else of 295",
+    "PageTitle.subtitle": LINES.format(700), "PageTitle.title": LINE.format(700),
+    "PopupMenuItem.text": OWN.format(850) + "; the closed control cuts it at 150", "PresetCard.detail": LINES.format(560) + ", less where the button is wider than 60",
+    "RingGauge.caption": LINE.format(95) + ", below the number", "SensorRow.name": LINE.format(150), "SidebarRow.text": LINE.format(114),
+    "SegmentedControl.labels": "one line of 334 with the other two", "Slider.unit": OWN.format(60) + ", behind a number",
+    "SliderGroup.unit": OWN.format(60) + ", behind a number", "Tooltip.text": OWN.format(850),
+
+    # Controls whose room depends on where they are: by the source file.
+    "AlertsPage NeutralButton.text": BUTTON.format(632), "AlertsPage SettingRow.note": LINES.format(610), "AlertsPage SettingRow.title": LINES.format(610),
+    "AppearanceCard SettingRow.heading": LINE.format(348), "AppearanceCard SettingRow.title": LINES.format(348),
+    "AppsPage Paragraph.content": LINES.format(620), "AppsView Paragraph.content": LINES.format(630),
+    "ControlCard Label.text": LINE.format(660), "ControlCard NeutralButton.text": BUTTON.format(556) + " with the others of its row",
+    "ControlCard Paragraph.content": LINES.format(660), "ControlCard PrimaryButton.text": BUTTON.format(592) + " with the other of its row",
+    "DashboardPage Paragraph.content": LINES.format(700), "FanCard Label.text": LINE.format(301),
+    "FanCurveControls Label.text": OWN.format(100) + ", before a picker",
+    "FanRow ChangingText.content": LINES.format(225), "FanRow Paragraph.content": LINES.format(161), "FanSummary Paragraph.content": LINES.format(161),
+    "FansPage Paragraph.content": LINES.format(700), "FeaturedCard Label.text": LINE.format(270),
+    "MachineView Label.text": LINE.format(300), "MenuActions NeutralButton.text": LINE.format(274), "MenuActions PrimaryButton.text": LINE.format(274),
+    "MenuActions SecondaryButton.text": LINES.format(280), "MenuFanRow Label.text": OWN.format(60) + ", behind a number",
+    "MonitorStates Sidebar": LINE.format(124), "MonitorStates TemperatureCard": LINE.format(200),
+    "Onboarding Paragraph": LINES.format(336), "Onboarding Paragraph.content": LINES.format(360), "Onboarding PrimaryButton.text": BUTTON.format(406),
+    "OnboardingAction Label.text": LINE.format(158), "OnboardingAction SecondaryButton.text": BUTTON.format(332),
+    "PreferencesView ChangingText.content": LINES.format(314), "PresetCard Label.text": OWN.format(200), "PresetCard NeutralButton.text": BUTTON.format(200),
+    "ReportCard Label.text": LINE.format(660), "ReportCard NeutralButton.text": BUTTON.format(370), "ReportCard Paragraph.content": LINES.format(640),
+    "SettingsPage SettingRow.note": LINES.format(448), "SettingsPage SettingRow.title": LINES.format(448),
+    "StartCard SettingRow.heading": LINE.format(610), "StartCard SettingRow.title": LINES.format(610),
+    "TemperatureCard Label.text": LINE.format(300), "ThresholdsCard Label.text": LINE.format(660), "ThresholdsCard Paragraph.content": LINES.format(600),
 }
 
 # What replaces "%@" in each text.
@@ -126,7 +150,7 @@ def entries(key, uses):
             continue
         else:
             raise KeyError(source)
-        found.append((place, control, ROOMS[control]))
+        found.append((place, control, ROOMS.get(f"{name} {control}") or ROOMS[control]))
     return list(dict.fromkeys(found))
 
 
