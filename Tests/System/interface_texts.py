@@ -7,6 +7,8 @@ French texts that a shown text may stand for.
 import pathlib
 import re
 
+import stage
+
 SOURCES = pathlib.Path(__file__).resolve().parents[2] / "Sources/Fenwhirl"
 LANGUAGES = {"fr": "Français", "en": "English", "sr": "Srpski (latinica)", "sr-Cyrl": "Српски (ћирилица)", "de": "Deutsch",
              "es": "Español", "it": "Italiano", "pt": "Português", "ru": "Русский"}
@@ -86,3 +88,30 @@ class Translations:
             return []
         match = re.fullmatch("(.+?)".join(re.escape(part) for part in pattern.split("%@")), text)
         return list(match.groups()) if match else []
+
+
+class Names(list):
+    """A list of names on the screen, in which count() takes a French text."""
+
+    def __init__(self, names, translations):
+        super().__init__(names)
+        self.translations = translations
+
+    def count(self, french):
+        return super().count(self.translations.shown(french))
+
+
+class TranslatedInterface(stage.Interface):
+    """The interface in any language, queried with French texts."""
+
+    def __init__(self, language):
+        super().__init__()
+        self.translations = Translations(language)
+
+    def texts(self):
+        return Names(super().texts(), self.translations)
+
+    def find(self, name, role=None):
+        if callable(name):
+            return super().find(lambda text: any(name(french) for french in self.translations.french(text)), role)
+        return super().find(self.translations.shown(name), role)

@@ -18,39 +18,12 @@ import time
 
 import stage
 import tour_pages
-from interface_texts import LANGUAGES, Translations
+from interface_texts import LANGUAGES, TranslatedInterface
 from screenshot_mac import ScreenshotMac
 from status_host import StatusHost
 
 SIZES = [(1040, 680), (920, 560)]
 WHEEL_POINTS = 60  # how far a notch of the mouse wheel scrolls a page
-
-
-class Names(list):
-    """A list of names on the screen, in which count() takes a French text."""
-
-    def __init__(self, names, words):
-        super().__init__(names)
-        self.words = words
-
-    def count(self, french):
-        return super().count(self.words.shown(french))
-
-
-class Interface(stage.Interface):
-    """The interface in any language, queried with French texts."""
-
-    def __init__(self, words):
-        super().__init__()
-        self.words = words
-
-    def texts(self):
-        return Names(super().texts(), self.words)
-
-    def find(self, name, role=None):
-        if callable(name):
-            return super().find(lambda text: any(name(french) for french in self.words.french(text)), role)
-        return super().find(self.words.shown(name), role)
 
 
 class Tour(tour_pages.Tour):
@@ -60,7 +33,7 @@ class Tour(tour_pages.Tour):
         super().__init__(options, "dark", host, vendor_site)
         self.language = language
         self.folder = options.pictures / language
-        self.screen = Interface(Translations(language))
+        self.screen = TranslatedInterface(language)
         self.count = 0
 
     def started(self, onboarded=True, shown=True, **preferences):
