@@ -177,8 +177,8 @@ def compile_commands(build):
 
 
 def link_command(build):
-    done = subprocess.run(["ninja", "-C", build, "-t", "commands", "MacTests"], check=True, capture_output=True, text=True)
-    line = next(line for line in reversed(done.stdout.splitlines()) if "-o MacTests" in line)
+    done = subprocess.run(["ninja", "-C", build, "-t", "commands", "MacTest"], check=True, capture_output=True, text=True)
+    line = next(line for line in reversed(done.stdout.splitlines()) if "-o MacTest" in line)
     words = shlex.split(line)
     return words[words.index("&&") + 1:words.index("&&", words.index("&&") + 1)]
 
@@ -203,7 +203,7 @@ def plant(folder, build, commands, link, mistake):
     compiled = subprocess.run(words, cwd=build, check=False, capture_output=True, text=True)
     if compiled.returncode != 0:
         raise RuntimeError(f"{title}: does not compile, so it is no mistake of this kind\n{compiled.stderr}")
-    program = os.path.join(folder, "MacTests")
+    program = os.path.join(folder, "MacTest")
     linking = list(link)
     linking[linking.index("-o") + 1] = program
     linking.insert(linking.index("-o"), planted)

@@ -48,7 +48,7 @@ class Tests:
         stem = re.sub(r"(MacOS|Linux)$", "", source.stem)
         mirror = pathlib.PurePath("Tests", *source.parts[1:-1])
         near = [file for file in self.files if file.parent == mirror]
-        named = {stem + "Test.cpp", stem + "Tests.cpp", source.stem + "Test.cpp", f"tst_{stem}.qml"}
+        named = {stem + "Test.cpp", source.stem + "Test.cpp", f"tst_{stem}.qml"}
         same = [file for file in near if file.name in named]
         begun = [file for file in near if file.name.startswith((stem, "tst_" + stem))]
         if same or begun:
@@ -109,7 +109,7 @@ def compile_targets(build, targets):
 def run_changed(project, build, tests, files):
     programs, quick, python = selection(tests, files)
     # Testing a component needs the program that contains all component tests; the Python tests need the built programs.
-    targets = list(programs) + (["ComponentTests"] if quick else []) + (list(PROGRAMS) if python else [])
+    targets = list(programs) + (["ComponentTest"] if quick else []) + (list(PROGRAMS) if python else [])
     if not targets:
         print("nothing that changed has a test in C++, QML or Python: " + ", ".join(files))
         return 0
@@ -131,7 +131,7 @@ def run_changed(project, build, tests, files):
         running.append(subprocess.Popen([str(build / "tests" / name), "--gtest_brief=1", f"--gtest_filter={wanted}-{left_out}"],
                                         cwd=build, env=environment))
     for test in quick:
-        running.append(subprocess.Popen([str(build / "tests/ComponentTests"), "-silent", "-input", str(project / test)],
+        running.append(subprocess.Popen([str(build / "tests/ComponentTest"), "-silent", "-input", str(project / test)],
                                         cwd=build, env=environment))
     if python:
         modules = "|".join(test.stem for test in python)
@@ -149,8 +149,8 @@ def run_matching(build, tests, pattern):
         if any(wanted.search(f"{program}.{suite}.{name}") for suite, name in names):
             targets.add(program)
     for file in tests.files:
-        if file.suffix == ".qml" and wanted.search(f"ComponentTests.{file.stem}"):
-            targets.add("ComponentTests")
+        if file.suffix == ".qml" and wanted.search(f"ComponentTest.{file.stem}"):
+            targets.add("ComponentTest")
         elif file.suffix == ".py":
             text = (tests.project / file).read_text()
             if wanted.search(f"{file.parent.name}.{file.stem}.") or any(map(wanted.search, re.findall(r"def (test_\w+)", text))):

@@ -45,7 +45,7 @@ class Selection(unittest.TestCase):
 
     def test_every_test_file_belongs_to_a_program(self):
         self.assertEqual([str(file) for file in self.tests.files if file.suffix == ".cpp" and
-                          file.name != "ComponentTests.cpp" and file not in self.tests.programs and
+                          file.name != "ComponentTest.cpp" and file not in self.tests.programs and
                           "target_sources" not in (PROJECT / file.parent / "CMakeLists.txt").read_text()], [])
 
     def test_suites_are_those_of_the_file(self):

@@ -133,4 +133,4 @@ int main(int argc, char** argv) {
     return failures != 0 || setup.warnings().isEmpty() ? failures : 1;
 }
 
-#include "ComponentTests.moc"
+#include "ComponentTest.moc"

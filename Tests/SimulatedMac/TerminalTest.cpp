@@ -1,6 +1,6 @@
 // What a person at a terminal sees of the built program, and when it writes nothing there.
 //
-// Runs in the /run that ProgramTests.cpp sets up.
+// Runs in the /run that ProgramTest.cpp sets up.
 
 #include "FenwhirlCore/SMCRecord.h"
 
