@@ -15,18 +15,44 @@ QRectF place(double left, double right, double rowEnd, double top, double height
     return {first, top, std::max(0.0, last - first), height};
 }
 
+// The index behind the last item of each row.
+QList<qsizetype> rowEnds(const QList<double>& naturalWidths, double width, double spacing) {
+    QList<qsizetype> ends;
+    qsizetype begin = 0;
+    while (begin < naturalWidths.size()) {
+        double used = naturalWidths[begin];
+        qsizetype end = begin + 1;
+        while (end < naturalWidths.size() && used + spacing + naturalWidths[end] <= width) {
+            used += spacing + naturalWidths[end];
+            ++end;
+        }
+        ends.append(end);
+        begin = end;
+    }
+
+    // A single item would fill the whole last row.
+    const qsizetype count = naturalWidths.size();
+    const qsizetype rows = ends.size();
+    if (rows >= 2 && ends[rows - 2] == count - 1) {
+        const qsizetype aboveBegin = rows >= 3 ? ends[rows - 3] : 0;
+        const bool bothFit = naturalWidths[count - 2] + spacing + naturalWidths[count - 1] <= width;
+        if (count - 1 - aboveBegin >= 3 && bothFit) {
+            --ends[rows - 2];
+        }
+    }
+    return ends;
+}
+
 } // namespace
 
 QList<QRectF> filledRows(const QList<double>& naturalWidths, double width, double rowHeight, double spacing) {
     QList<QRectF> places;
     double y = 0.0;
     qsizetype begin = 0;
-    while (begin < naturalWidths.size()) {
-        double used = std::min(naturalWidths[begin], width);
-        qsizetype end = begin + 1;
-        while (end < naturalWidths.size() && used + spacing + naturalWidths[end] <= width) {
-            used += spacing + naturalWidths[end];
-            ++end;
+    for (const qsizetype end : rowEnds(naturalWidths, width, spacing)) {
+        double used = static_cast<double>(end - begin - 1) * spacing;
+        for (qsizetype i = begin; i < end; ++i) {
+            used += std::min(naturalWidths[i], width);
         }
         const double extra = std::max(0.0, width - used) / static_cast<double>(end - begin);
         double x = 0.0;

@@ -9,8 +9,9 @@
 
 // Lays out items in rows that fill a width: QML singleton `FilledRows`.
 //
-// Items go into a row as long as their natural widths fit with the spacing between them. The items of a row
-// then share its remaining width equally, so that both of its ends are flush. An item wider than the width
+// Items go into a row as long as their natural widths fit with the spacing between them. The last row gets a
+// second item from the row above if it would have one only and that row keeps at least two. The items of a row
+// share its remaining width equally, so that both of its ends are flush. An item wider than the width
 // gets a row of its own and is limited to the width. Items begin and end on whole points, so that their edges
 // are sharp. All lengths are in points. Pure functions; any thread.
 

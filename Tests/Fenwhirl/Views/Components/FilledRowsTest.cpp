@@ -25,6 +25,25 @@ TEST(FilledRows, AnItemThatDoesNotFitBeginsANewRow) {
     EXPECT_EQ(places[2].right(), 120);
 }
 
+TEST(FilledRows, TheLastRowHasNoSingleItemWhereTheOneAboveCanSpareOne) {
+    const QList<QRectF> places = filledRows({30, 30, 30, 50}, 120, 28, 6);
+    ASSERT_EQ(places.size(), 4);
+    EXPECT_EQ(places[1].top(), 0);
+    EXPECT_EQ(places[1].right(), 120);
+    EXPECT_EQ(places[2].topLeft(), QPointF(0, 34));
+    EXPECT_EQ(places[3].top(), 34);
+    EXPECT_EQ(places[3].right(), 120);
+}
+
+TEST(FilledRows, ASingleLastItemStaysAloneWhereTwoWouldNotFitOrTheRowAboveHasOnlyTwo) {
+    EXPECT_EQ(filledRows({30, 30, 40, 100}, 120, 28, 6)[2].top(), 0);
+    EXPECT_EQ(filledRows({40, 40, 60}, 120, 28, 6)[1].top(), 0);
+    // The row above it is the second one.
+    const QList<QRectF> three = filledRows({100, 50, 50, 60}, 120, 28, 6);
+    EXPECT_EQ(three[2].top(), 34);
+    EXPECT_EQ(three[3].top(), 68);
+}
+
 TEST(FilledRows, ARowThatFitsExactlyIsNotBroken) {
     const QList<QRectF> places = filledRows({57, 57}, 120, 28, 6);
     ASSERT_EQ(places.size(), 2);
