@@ -2,6 +2,7 @@
 
 #include "FenwhirlCore/Platform/SocketService.h"
 #include "FenwhirlCore/SMC.h"
+#include "Support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <atomic>
@@ -28,25 +29,6 @@ SMCParam numbered(std::uint32_t number) {
     request.key = number;
     return request;
 }
-
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        char name[] = "/tmp/fenwhirl-test-XXXXXX";
-        path_ = mkdtemp(name);
-        EXPECT_EQ(chmod(name, 0755), 0);
-    }
-
-    ~TemporaryFolder() { std::filesystem::remove_all(path_); }
-
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    [[nodiscard]] const std::string& path() const { return path_; }
-
-private:
-    std::string path_;
-};
 
 int listeningSocket(const std::string& path) {
     sockaddr_un address{};
@@ -122,8 +104,8 @@ TEST(SocketTransport, AMissingSocketCannotBeOpened) {
 
 TEST(SocketTransport, ASocketThatItsServiceLeftBehindCannotBeOpened) {
     TemporaryFolder folder;
-    close(listeningSocket(folder.path() + "/AppleSMC"));
-    EXPECT_EQ(SocketTransport::open(folder.path() + "/AppleSMC"), nullptr);
+    close(listeningSocket(folder.path("AppleSMC")));
+    EXPECT_EQ(SocketTransport::open(folder.path("AppleSMC")), nullptr);
 }
 
 // Every packet that is not exactly one reply fails its call, and must never answer a later call.
@@ -428,7 +410,8 @@ bool asNobody(const std::function<bool()>& test) {
 
 TEST_F(SocketTrust, RootRefusesAServiceOfAnotherUser) {
     TemporaryFolder folder;
-    const std::string path = folder.path() + "/AppleSMC";
+    const std::string path = folder.path("AppleSMC");
+    ASSERT_EQ(chmod(folder.path().c_str(), 0755), 0);
     ASSERT_EQ(chown(folder.path().c_str(), nobody, nobody), 0);
     // The listening socket lives on in this process, but user nobody created it.
     ASSERT_EQ(seteuid(nobody), 0);
