@@ -98,7 +98,7 @@ class Speech(unittest.TestCase):
             heard.append((step, [MEASURED.sub("{n}", text) for text in said]))
             if RECORDING:
                 continue
-            about = f"{name}: {step}, the {len(heard)}th step"
+            about = f"{name}: {step}, step {len(heard)}"
             self.assertTrue(said, f"{about}: nothing is said")
             self.assertEqual(len(said), len(set(said)), f"{about}: something is said twice: {said}")
             if step.startswith("* "):  # announcements that follow an event come in any order

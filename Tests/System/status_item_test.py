@@ -170,15 +170,18 @@ class ThePanelsEdge(unittest.TestCase):
             stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
 
 
-class Reaction(unittest.TestCase):
+class WithoutAPlace(unittest.TestCase):
     def test_the_main_window_is_shown_after_ten_seconds(self):
         with Desktop() as desktop:
-            began = time.monotonic()
-            desktop.start()
+            begin = time.monotonic()
+            desktop.launch()
+            stage.wait_until(desktop.screen.root, "it runs")
+            running = time.monotonic()
             desktop.wait_for_main_window()
-            took = time.monotonic() - began
-            self.assertGreater(took, 9.5, "a place may still come")
-            self.assertLessEqual(took, 11)
+            shown = time.monotonic()
+            # The ten seconds begin somewhere between the two times. A busy computer delays the window, too.
+            self.assertGreater(shown - begin, 9.5, "a place may still come")
+            self.assertLess(shown - running, 14)
             desktop.close(desktop.main_window())
             stage.wait_until(lambda: not desktop.windows(), "it closes")
             self.assertEqual(desktop.start_again(), 0)
