@@ -39,7 +39,7 @@ MADE = {
     "MonitorStates": ("sidebar, dashboard, panel", {"Tout est normal": "Sidebar", "Le Mac est chaud": "Sidebar", "Surchauffe": "Sidebar",
                                                     None: "TemperatureCard"}),
     "NumberFormat": ("Applications, sensors", {"%@ – %@ tr/min": "Tooltip.text", None: "AppRow.memoryText"}),
-    "Page": ("sidebar", "SidebarRow.text"),
+    "PageLabels": ("sidebar", "SidebarRow.text"),
     "ProgramMenus": ("menu bar of macOS", "MenuItem.title"),
     "PreferencesView": ("Alerts, settings", {"Ceci est une alerte de test.": "notification", None: "ChangingText.content"}),
     "Preset": ("Presets, panel, menus", {"Auto": "Chip.text", "Silencieux": "Chip.text", "Équilibré": "Chip.text",

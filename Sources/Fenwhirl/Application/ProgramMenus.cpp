@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/SystemTerms.h"
+#include "Fenwhirl/Views/PageLabels.h"
 
 namespace {
 

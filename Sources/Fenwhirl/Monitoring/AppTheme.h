@@ -1,16 +1,21 @@
-// The appearance that the user chose.
+// The appearance that the user chose. Any thread.
 
 #pragma once
 
-#include <array>
-#include <optional>
-#include <string_view>
+#include "Fenwhirl/Monitoring/RawValues.h"
 
 enum class AppTheme { dark, light, automatic };
 
-inline constexpr std::array<AppTheme, 3> allAppThemes = {AppTheme::dark, AppTheme::light,
-                                                         AppTheme::automatic};
+// The values in the stored preferences.
+inline constexpr RawValueTable<AppTheme, 3> appThemeRawValues = {
+    {{AppTheme::dark, "dark"}, {AppTheme::light, "light"}, {AppTheme::automatic, "auto"}}};
 
-// The value in the stored preferences: "dark", "light" or "auto".
-[[nodiscard]] std::string_view rawValue(AppTheme theme);
-[[nodiscard]] std::optional<AppTheme> appThemeFromRawValue(std::string_view text);
+inline constexpr std::array allAppThemes = casesOf(appThemeRawValues);
+
+[[nodiscard]] constexpr std::string_view rawValue(AppTheme theme) {
+    return rawValueIn(appThemeRawValues, theme);
+}
+
+[[nodiscard]] constexpr std::optional<AppTheme> appThemeFromRawValue(std::string_view text) {
+    return caseIn(appThemeRawValues, text);
+}

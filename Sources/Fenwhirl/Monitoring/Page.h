@@ -1,22 +1,26 @@
-// The pages of the main window, in the order of its sidebar.
+// The pages of the main window, in the order of its sidebar. Any thread.
 
 #pragma once
 
-#include <QString>
-
-#include <array>
-#include <optional>
-#include <string_view>
+#include "Fenwhirl/Monitoring/RawValues.h"
 
 enum class Page { dashboard, fans, sensors, apps, presets, alerts, settings };
 
-inline constexpr std::array<Page, 7> allPages = {Page::dashboard, Page::fans,   Page::sensors, Page::apps,
-                                                 Page::presets,   Page::alerts, Page::settings};
+// The names of the pages in QML.
+inline constexpr RawValueTable<Page, 7> pageRawValues = {{{Page::dashboard, "dashboard"},
+                                                          {Page::fans, "fans"},
+                                                          {Page::sensors, "sensors"},
+                                                          {Page::apps, "apps"},
+                                                          {Page::presets, "presets"},
+                                                          {Page::alerts, "alerts"},
+                                                          {Page::settings, "settings"}}};
 
-// The name of the page in QML: "dashboard", "fans", …
-[[nodiscard]] std::string_view rawValue(Page page);
-[[nodiscard]] std::optional<Page> pageFromRawValue(std::string_view text);
-// In the interface language.
-[[nodiscard]] QString title(Page page);
-// The name of a symbol, in the system's symbol set and in our own.
-[[nodiscard]] std::string_view icon(Page page);
+inline constexpr std::array allPages = casesOf(pageRawValues);
+
+[[nodiscard]] constexpr std::string_view rawValue(Page page) {
+    return rawValueIn(pageRawValues, page);
+}
+
+[[nodiscard]] constexpr std::optional<Page> pageFromRawValue(std::string_view text) {
+    return caseIn(pageRawValues, text);
+}

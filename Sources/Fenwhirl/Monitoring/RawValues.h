@@ -32,3 +32,12 @@ template <typename Case, std::size_t count>
     }
     return std::nullopt;
 }
+
+template <typename Case, std::size_t count>
+[[nodiscard]] constexpr std::array<Case, count> casesOf(const RawValueTable<Case, count>& table) {
+    std::array<Case, count> cases{};
+    for (std::size_t i = 0; i < count; ++i) {
+        cases[i] = table[i].first;
+    }
+    return cases;
+}

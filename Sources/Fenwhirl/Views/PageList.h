@@ -7,6 +7,7 @@
 #pragma once
 
 #include "Fenwhirl/Monitoring/Monitor.h"
+#include "Fenwhirl/Views/PageLabels.h"
 
 #include <QAbstractListModel>
 #include <QString>

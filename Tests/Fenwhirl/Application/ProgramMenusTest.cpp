@@ -1,6 +1,7 @@
 #include "Fenwhirl/Application/ProgramMenus.h"
 
 #include "Fenwhirl/Localization/Localizer.h"
+#include "Fenwhirl/Views/PageLabels.h"
 
 #include <gtest/gtest.h>
 #include <optional>

@@ -1,17 +1,9 @@
-#include "Fenwhirl/Monitoring/Page.h"
+#include "Fenwhirl/Views/PageLabels.h"
 
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Monitoring/RawValues.h"
 
 namespace {
-
-constexpr RawValueTable<Page, 7> words = {{{Page::dashboard, "dashboard"},
-                                           {Page::fans, "fans"},
-                                           {Page::sensors, "sensors"},
-                                           {Page::apps, "apps"},
-                                           {Page::presets, "presets"},
-                                           {Page::alerts, "alerts"},
-                                           {Page::settings, "settings"}}};
 
 constexpr RawValueTable<Page, 7> icons = {{{Page::dashboard, "square.grid.2x2"},
                                            {Page::fans, "fan"},
@@ -22,14 +14,6 @@ constexpr RawValueTable<Page, 7> icons = {{{Page::dashboard, "square.grid.2x2"},
                                            {Page::settings, "gearshape"}}};
 
 } // namespace
-
-std::string_view rawValue(Page page) {
-    return rawValueIn(words, page);
-}
-
-std::optional<Page> pageFromRawValue(std::string_view text) {
-    return caseIn(words, text);
-}
 
 QString title(Page page) {
     switch (page) {
