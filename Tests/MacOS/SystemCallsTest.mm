@@ -10,7 +10,6 @@
 #include "Fenwhirl/Platform/Toolkit/Clock.h"
 #include "Fenwhirl/Platform/Toolkit/FileStatus.h"
 #include "Fenwhirl/Platform/Toolkit/SignalSafeStart.h"
-#include "Fenwhirl/Platform/Toolkit/ThreadName.h"
 #include "Fenwhirl/Platform/Toolkit/Threads.h"
 #include "FenwhirlCore/Platform/SystemText.h"
 #import "MacTest.h"

@@ -1,7 +1,7 @@
 #include "Fenwhirl/Platform/Toolkit/EventLoopThread.h"
 
 #include "Fenwhirl/Platform/Toolkit/AlternateSignalStack.h"
-#include "Fenwhirl/Platform/Toolkit/ThreadName.h"
+#include "Fenwhirl/Platform/Toolkit/Threads.h"
 
 #include <QCoreApplication>
 #include <QEvent>

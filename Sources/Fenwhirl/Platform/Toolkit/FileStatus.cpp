@@ -1,6 +1,34 @@
 #include "Fenwhirl/Platform/Toolkit/FileStatus.h"
 
-#include "Fenwhirl/Platform/Toolkit/FileStatusSystem.h"
+#include <sys/stat.h>
+
+namespace {
+
+FileStatus::Stamp stamp(const timespec& time) {
+    return {.seconds = time.tv_sec, .nanoseconds = time.tv_nsec};
+}
+
+// Linux and macOS have different names for these two fields of `struct stat`.
+
+template <typename Status>
+FileStatus::Stamp modificationStamp(const Status& status) {
+    if constexpr (requires { status.st_mtim; }) {
+        return stamp(status.st_mtim);
+    } else {
+        return stamp(status.st_mtimespec);
+    }
+}
+
+template <typename Status>
+FileStatus::Stamp changeStamp(const Status& status) {
+    if constexpr (requires { status.st_ctim; }) {
+        return stamp(status.st_ctim);
+    } else {
+        return stamp(status.st_ctimespec);
+    }
+}
+
+} // namespace
 
 std::optional<FileStatus> fileStatus(const std::string& path) {
     struct stat found = {};

@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <string>
 #include <thread>
 
 #if defined(__clang__)
@@ -74,3 +75,7 @@ public:
 private:
     Mutex& mutex_;
 };
+
+// Gives the calling thread the name under which debuggers and process listings show it. A name that is too
+// long for the system is cut off; a failure is ignored.
+void nameCurrentThread(const std::string& name);

@@ -5,3 +5,7 @@
 bool MainThread::isCurrent() {
     return pthread_main_np() != 0;
 }
+
+void nameCurrentThread(const std::string& name) {
+    pthread_setname_np(name.c_str());
+}
