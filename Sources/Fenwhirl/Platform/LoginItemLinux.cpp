@@ -1,6 +1,5 @@
 #include "Fenwhirl/Platform/LoginItem.h"
 #include "Fenwhirl/Platform/LoginItemFile.h"
-#include "Fenwhirl/Platform/LoginItemText.h"
 #include "Fenwhirl/Platform/Preferences/ConfigFolderLinux.h"
 
 #include <QCoreApplication>

@@ -1,10 +1,13 @@
 #include "Fenwhirl/Platform/ScriptNotifier.h"
 
-#include "Fenwhirl/Platform/AppleScriptText.h"
-
 #include <QProcess>
 
 namespace {
+
+QString quoted(QString text) {
+    text.replace(u'\\', u' ').replace(u'"', u'\'');
+    return u'"' + text + u'"';
+}
 
 void prepare(QProcess& script, const QString& tool, const QString& title, const QString& message) {
     script.setProgram(tool);
@@ -14,6 +17,11 @@ void prepare(QProcess& script, const QString& tool, const QString& title, const 
 }
 
 } // namespace
+
+QString notificationStatement(const QString& title, const QString& message) {
+    return QStringLiteral("display notification ") + quoted(message) + QStringLiteral(" with title ") +
+           quoted(title);
+}
 
 void notifyByScript(const QString& tool, const QString& title, const QString& message) {
     QProcess script;

@@ -7,6 +7,10 @@
 
 #include <QString>
 
+// The AppleScript statement that shows a notification. Backslashes become spaces and double quotes become
+// apostrophes, so that no text can end its own string literal. The loss of these characters is accepted. Pure.
+[[nodiscard]] QString notificationStatement(const QString& title, const QString& message);
+
 // Starts `tool` (osascript) with the statement that shows the notification, and returns at once. The tool
 // runs detached and its output is dropped, so nobody has to wait for it. A failure to start it is ignored.
 void notifyByScript(const QString& tool, const QString& title, const QString& message);

@@ -55,7 +55,7 @@ bool isExemptFile(std::string_view place) {
         // Keywords of desktop entries.
         "Fenwhirl/Processes/DesktopEntries",
         // Texts for the system, not for the user: AppleScript, property lists, desktop entries, folders.
-        "Fenwhirl/Platform/AppleScriptText", "Fenwhirl/Platform/LoginItemText",
+        "Fenwhirl/Platform/ScriptNotifier", "Fenwhirl/Platform/LoginItemFile",
         "Fenwhirl/Platform/Desktop/ApplicationIcon", "Fenwhirl/Platform/Desktop/SingleInstanceMacOS",
         // Printed in English, for scripts and terminals.
         "Fenwhirl/Application/CommandLine", "Fenwhirl/Application/SelfCheck/",

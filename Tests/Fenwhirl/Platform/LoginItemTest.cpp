@@ -1,7 +1,6 @@
 #include "Fenwhirl/Platform/LoginItem.h"
 
 #include "Fenwhirl/Platform/LoginItemFile.h"
-#include "Fenwhirl/Platform/LoginItemText.h"
 #include "Support/TemporaryFolder.h"
 
 #include <QCoreApplication>

@@ -24,6 +24,18 @@ QByteArray waitForFile(const std::string& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+TEST(NotificationStatement, NamesMessageAndTitle) {
+    EXPECT_EQ(
+        notificationStatement(QStringLiteral("Fenwhirl"), QStringLiteral("Ton Mac chauffe : 93 degrés.")),
+        QStringLiteral("display notification \"Ton Mac chauffe : 93 degrés.\" with title \"Fenwhirl\""));
+}
+
+TEST(NotificationStatement, QuotesBecomeApostrophesAndBackslashesBlanks) {
+    EXPECT_EQ(
+        notificationStatement(QStringLiteral("\\\"a\\"), QStringLiteral("\"; do shell script \"id\\\"")),
+        QStringLiteral("display notification \"'; do shell script 'id '\" with title \" 'a \""));
+}
+
 TEST(ScriptNotifier, GivesTheToolOneStatement) {
     const TemporaryFolder folder;
     const std::string tool = folder.writeScript("osascript", "cd '" + folder.path() +

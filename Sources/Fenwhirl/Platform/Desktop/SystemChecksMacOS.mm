@@ -1,7 +1,7 @@
 #include "Fenwhirl/Platform/BundleInfo.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/SystemChecks.h"
-#include "Fenwhirl/Platform/LoginItemText.h"
+#include "Fenwhirl/Platform/LoginItemFile.h"
 #include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 
 #import <AppKit/AppKit.h>
