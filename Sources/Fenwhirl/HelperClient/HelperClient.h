@@ -24,15 +24,11 @@ inline constexpr std::string_view helperPath = "/Library/PrivilegedHelperTools/F
 // anything else is outdated.
 inline constexpr std::string_view expectedVersion = "3";
 
-// What `output` returns when the helper cannot be started. It is part of the diagnostic report, and therefore
-// French in every language.
-inline constexpr std::string_view launchFailureText = "Impossible de lancer l'assistant.";
-
 // Whether the helper file (the file itself, not the target of a link) belongs to root and is set-user-ID.
 [[nodiscard]] bool isInstalled();
 
 // The installed helper's answer to "version", trimmed: empty when it prints nothing, absent when there is no
-// helper file, `launchFailureText` when it cannot be started. An answer is cached until the file changes in
+// helper file, `HelperInstallation::launchFailureText` when it cannot be started. An answer is cached until the file changes in
 // any way. Concurrent callers wait for the run.
 [[nodiscard]] std::optional<std::string> installedVersion();
 
@@ -41,7 +37,7 @@ inline constexpr std::string_view launchFailureText = "Impossible de lancer l'as
 [[nodiscard]] bool run(const std::vector<std::string>& arguments);
 
 // Runs one helper command and returns what it printed (UTF-8, invalid sequences replaced), or
-// `launchFailureText`.
+// `HelperInstallation::launchFailureText`.
 [[nodiscard]] std::string output(const std::vector<std::string>& arguments);
 
 // Runs a shell command with administrator rights, asking the user for consent. The command must not contain a

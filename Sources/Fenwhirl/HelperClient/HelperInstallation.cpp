@@ -1,6 +1,5 @@
 #include "Fenwhirl/HelperClient/HelperInstallation.h"
 
-#include "Fenwhirl/HelperClient/HelperClient.h"
 #include "Fenwhirl/HelperClient/HelperRun.h"
 #include "Fenwhirl/HelperClient/OutputText.h"
 
@@ -47,7 +46,7 @@ std::optional<std::string> HelperInstallation::installedVersion() {
     }
     const auto result = runHelper({"version"}, ChildOutput::capture);
     if (!result) { // may be a temporary shortage of resources: not cached, so that the next call tries again
-        return std::string(HelperClient::launchFailureText);
+        return std::string(launchFailureText);
     }
     knownVersion_.emplace(stampsOf(*status), trimmed(repairedUTF8(result->output)));
     return knownVersion_->second;
@@ -70,7 +69,7 @@ bool HelperInstallation::run(const std::vector<std::string>& arguments) const {
 std::string HelperInstallation::output(const std::vector<std::string>& arguments) const {
     const auto result = runHelper(arguments, ChildOutput::capture);
     if (!result) {
-        return std::string(HelperClient::launchFailureText);
+        return std::string(launchFailureText);
     }
     return repairedUTF8(result->output);
 }

@@ -20,6 +20,10 @@
 
 class HelperInstallation {
 public:
+    // What `output` and `installedVersion` return when the helper cannot be started. It is part of the diagnostic
+    // report, and therefore French in every language.
+    static constexpr std::string_view launchFailureText = "Impossible de lancer l'assistant.";
+
     struct Surroundings {
         std::string helperPath; // absolute
         // The executable that `install` copies, if known.

@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/Application/SelfCheck/ControllerChecks.h"
 #include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/HelperClient/HelperInstallation.h"
 #include "Fenwhirl/Monitoring/PollDecision.h"
 
 #include <algorithm>
@@ -111,7 +112,7 @@ CheckResult HelperChecks::version() {
     const auto begin = Clock::now();
     const std::string answer = services_.version().value_or(std::string());
     const QString time = millisecondsText(Clock::now() - begin);
-    if (answer == HelperClient::launchFailureText) {
+    if (answer == HelperInstallation::launchFailureText) {
         return CheckResult::fail(QStringLiteral("the helper cannot be started"));
     }
     const QString expected = QString::fromLatin1(
