@@ -29,7 +29,7 @@ PLACES = {
 # Texts in C++ files: where they appear, and in which control. ROOMS below has the control's room, as for QML.
 MADE = {
     "AppDelegate": ("status item's menu", "StatusMenuEntry"),
-    "AppLanguage": ("Settings, introduction", "PopupMenuItem.text"),
+    "LanguageNames": ("Settings, introduction", "PopupMenuItem.text"),
     "AppsView": ("Applications", {"Fermer %@ ?": "Dialog.title", None: "Paragraph.content"}),
     "FanRow": ("Fans, dashboard, panel", {"%@ – %@ tr/min": "Paragraph.content", None: "ChangingText.content"}),
     "FanSummary": ("Fans, dashboard, panel", {"tr/min": "RingGauge.caption", None: "Paragraph.content"}),

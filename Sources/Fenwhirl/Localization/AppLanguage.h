@@ -4,8 +4,6 @@
 
 #pragma once
 
-#include <QString>
-
 #include <array>
 #include <optional>
 #include <string_view>
@@ -24,7 +22,3 @@ inline constexpr std::array<AppLanguage, 10> allAppLanguages = {
 
 // Compared exactly; absent for any other text.
 [[nodiscard]] std::optional<AppLanguage> appLanguageFromRawValue(std::string_view text);
-
-// The language's own name for itself, never translated, so that all users find theirs; for `automatic`, its
-// name in the current language.
-[[nodiscard]] QString nativeName(AppLanguage language);

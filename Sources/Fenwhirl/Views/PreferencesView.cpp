@@ -1,5 +1,6 @@
 #include "Fenwhirl/Views/PreferencesView.h"
 
+#include "Fenwhirl/Localization/LanguageNames.h"
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/NumberFormat.h"
 #include "Fenwhirl/Views/HealthThresholds.h"

@@ -47,7 +47,7 @@ bool isExemptFile(std::string_view place) {
         // The tables themselves, the letters of the transliteration, and the languages' own names.
         "Fenwhirl/Localization/FrenchTexts.h", "Fenwhirl/Localization/Tables/",
         "Fenwhirl/Localization/SystemTerms.cpp", "Fenwhirl/Localization/DialogTexts.cpp",
-        "Fenwhirl/Localization/Cyrillic.cpp", "Fenwhirl/Localization/AppLanguage.cpp",
+        "Fenwhirl/Localization/Cyrillic.cpp", "Fenwhirl/Localization/LanguageNames.cpp",
         // The report is read by the people who give support. It is always French.
         "FenwhirlCore/SMCReport", "FenwhirlCore/SMCFanWriteTest", "Fenwhirl/Monitoring/DiagnosticReport",
         // The system's own processes keep their French labels in every language.
