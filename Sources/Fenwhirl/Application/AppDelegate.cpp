@@ -2,7 +2,6 @@
 
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/NumberFormat.h"
-#include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 
 #include <QCoreApplication>
 
@@ -38,7 +37,7 @@ void AppDelegate::applicationDidFinishLaunching(Start start) {
     startUpdateCheck_();
     if (monitor_.didOnboard() || start == Start::hidden) {
         windows_.hideOnFirstAppearance = true;
-        MainWindowBehaviour::setAccessory();
+        windows_.becomeAccessory();
         patienceTimer_.start(patience_);
     }
     windows_.appear();

@@ -29,7 +29,9 @@ void layOut(QQuickItem& item) {
 
 } // namespace
 
-PanelControl::PanelControl(Maker maker) : maker_(std::move(maker)) {}
+PanelControl::PanelControl(Maker maker, std::function<bool()> focusFollowsPointer)
+    : maker_(std::move(maker))
+    , focusFollowsPointer_(std::move(focusFollowsPointer)) {}
 
 PanelControl::~PanelControl() {
     discardWindow();
@@ -59,7 +61,7 @@ void PanelControl::toggle(const QRect& itemPlace, const QString& token) {
                          window_->screen()->availableGeometry().height() - 2 * screenMargin);
     layOut(*window_->contentItem());
     place();
-    hasBeenEntered_ = !focusFollowsPointer();
+    hasBeenEntered_ = !focusFollowsPointer_();
     opened_.start();
     showStatusPanel(*window_, token);
     watch_ = OutsideClickMonitor::begin(*window_, itemPlace_, [this] { close(); });

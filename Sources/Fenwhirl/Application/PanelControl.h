@@ -27,7 +27,7 @@ public:
     // Creates the panel's window with these properties in addition to its own.
     using Maker = std::function<std::unique_ptr<QQuickWindow>(const QVariantMap& properties)>;
 
-    explicit PanelControl(Maker maker);
+    PanelControl(Maker maker, std::function<bool()> focusFollowsPointer);
     ~PanelControl() override;
 
     PanelControl(const PanelControl&) = delete;
@@ -58,6 +58,7 @@ private:
     void discardWindow();
 
     Maker maker_;
+    std::function<bool()> focusFollowsPointer_;
     std::unique_ptr<QQuickWindow> window_;
     PanelCompositing surroundings_ = PanelCompositing::cut;
     QRect itemPlace_;

@@ -3,7 +3,6 @@
 #include "Fenwhirl/Application/ApplicationIconProvider.h"
 #include "Fenwhirl/Platform/Desktop/Announcement.h"
 #include "Fenwhirl/Platform/Desktop/GraphicsDevice.h"
-#include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/IdleMemory.h"
 #include "Fenwhirl/Views/Components/Announcer.h"
@@ -73,16 +72,19 @@ ViewServices withOpenMain(ViewServices services, std::function<void()> openMain)
 } // namespace
 
 WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
-                             ViewServices services, QObject* parent)
+                             ViewServices services, WindowSystem system, QObject* parent)
     : QObject(parent)
+    , system_(std::move(system))
     , monitor_(monitor)
     , appearance_(appearance)
     , models_(monitor, processes, withOpenMain(std::move(services), [this] { openMain(); }))
-    , panel_([this](const QVariantMap& properties) {
-        QVariantMap all = withModels();
-        all.insert(properties);
-        return makeWindow(menuPanelFile(), all);
-    }) {
+    , panel_(
+          [this](const QVariantMap& properties) {
+              QVariantMap all = withModels();
+              all.insert(properties);
+              return makeWindow(menuPanelFile(), all);
+          },
+          system_.focusFollowsPointer) {
     connect(&panel_, &PanelControl::opening, this, [this] { models_.setAwake(true); });
     connect(&panel_, &PanelControl::visibilityChanged, this, &WindowControl::updateAwake);
     connect(&panel_, &PanelControl::visibilityChanged, this,
@@ -143,7 +145,7 @@ void WindowControl::appear() {
 
 void WindowControl::openMain(const QString& token) {
     panel_.close();
-    MainWindowBehaviour::setRegular();
+    system_.setRegular();
     if (!main_) {
         models_.setAwake(true); // so that the first frame shows the current state
         main_ = makeWindow(mainWindowFile(), withModels());
@@ -159,16 +161,16 @@ void WindowControl::openMain(const QString& token) {
                     // The signal is also emitted when nothing has changed.
                     const Qt::WindowStates states = main_->windowStates();
                     if (std::exchange(before, states) != states && main_->handle() != nullptr) {
-                        MainWindowBehaviour::configure(*main_);
+                        system_.configure(*main_);
                     }
                 });
         connect(main_.get(), &QWindow::activeChanged, this, [this] {
             if (main_->isActive()) {
-                MainWindowBehaviour::setRegular();
+                system_.setRegular();
             }
         });
     }
-    MainWindowBehaviour::bringToFront(*main_, token);
+    system_.bringToFront(*main_, token);
 }
 
 void WindowControl::openPage(Page page) {
@@ -193,7 +195,7 @@ void WindowControl::showAlert(const AlertTexts& texts, std::function<void()> acc
     watchVisibility(*alert_);
     acceptAlert_ = std::move(accepted);
     connect(alert_.get(), SIGNAL(accepted()), this, SLOT(alertAccepted()));
-    MainWindowBehaviour::bringToFront(*alert_, {});
+    system_.bringToFront(*alert_, {});
 }
 
 void WindowControl::alertAccepted() {
@@ -206,7 +208,7 @@ bool WindowControl::eventFilter(QObject* watched, QEvent* event) {
     if (watched == main_.get() && event->type() == QEvent::PlatformSurface &&
         static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType() ==
             QPlatformSurfaceEvent::SurfaceCreated) {
-        MainWindowBehaviour::configure(*main_);
+        system_.configure(*main_);
     }
     return QObject::eventFilter(watched, event);
 }
@@ -231,7 +233,7 @@ void WindowControl::updateAwake() {
         rest_.start();
     }
     if (main_ && !main_->isVisible()) {
-        MainWindowBehaviour::setAccessory();
+        system_.setAccessory();
     }
 }
 

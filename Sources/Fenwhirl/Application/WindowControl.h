@@ -12,6 +12,7 @@
 
 #include "Fenwhirl/Application/PanelControl.h"
 #include "Fenwhirl/Application/WindowGeometry.h"
+#include "Fenwhirl/Application/WindowSystem.h"
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
 #include "Fenwhirl/Views/ViewModels.h"
 
@@ -50,7 +51,7 @@ public:
 
     // The constructor sets `openMain` of the services.
     WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
-                  ViewServices services, QObject* parent = nullptr);
+                  ViewServices services, WindowSystem system = {}, QObject* parent = nullptr);
     ~WindowControl() override;
 
     WindowControl(const WindowControl&) = delete;
@@ -58,6 +59,9 @@ public:
 
     // Set for a launch that is to show nothing but the status item; the first call of `appear` resets it.
     bool hideOnFirstAppearance = false;
+
+    // Makes the program an accessory of the status item, without a Dock icon, until a window is opened.
+    void becomeAccessory() { system_.setAccessory(); }
 
     // From now on the main window is restored to its last position. To be called
     // before the window is created.
@@ -110,6 +114,7 @@ private:
     void stopListening(QQuickWindow* window);
     void updateAwake();
 
+    const WindowSystem system_;
     Monitor& monitor_;
     SystemAppearance& appearance_;
     ViewModels models_;

@@ -52,7 +52,7 @@ public:
     FakeAppearance appearance;
     int updateChecks = 0;
 
-    explicit Life(bool onboarded) {
+    explicit Life(bool onboarded, const WindowSystem& system = {}) {
         QCoreApplication::installTranslator(&translator_);
         world.preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
         world.preferences.setBoolean(QStringLiteral("didOnboard"), onboarded);
@@ -68,7 +68,8 @@ public:
                          .saveReport = [](const QString&) {},
                          .applicationIcon = [](const QString&) { return QString(); },
                          .openMain = {},
-                         .quit = [] {}});
+                         .quit = [] {}},
+            system);
         delegate = std::make_unique<AppDelegate>(
             world.monitor(), *windows, statusItem, [this] { ++updateChecks; }, std::chrono::milliseconds(0));
     }

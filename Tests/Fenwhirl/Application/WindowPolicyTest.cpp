@@ -1,10 +1,7 @@
 // The calls by which the system learns about the main window and the kind of program that owns it, and their
 // order. On a Mac they decide whether there is a Dock icon and what the window looks like; elsewhere they do
 // nothing.
-//
-// The linker redirects these calls to the functions below (see CMakeLists.txt).
 
-#include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Life.h"
 
 #include <QStringList>
@@ -16,58 +13,33 @@
 
 namespace {
 
-QStringList told; // since the last query
-bool pointerLeads = false;
-
-QStringList takeCalls() {
-    return std::exchange(told, {});
-}
-
-} // namespace
-
-// The linker's names: __wrap_ functions replace the callers' targets, __real_ ones are the system's own.
-void recordConfigure(QWindow& window) __asm__("__wrap__ZN19MainWindowBehaviour9configureER7QWindow");
-void recordRegular() __asm__("__wrap__ZN19MainWindowBehaviour10setRegularEv");
-void recordAccessory() __asm__("__wrap__ZN19MainWindowBehaviour12setAccessoryEv");
-void recordFront(QWindow& window, const QString& token) __asm__(
-    "__wrap__ZN19MainWindowBehaviour12bringToFrontER7QWindowRK7QString");
-void realFront(QWindow& window, const QString& token) __asm__(
-    "__real__ZN19MainWindowBehaviour12bringToFrontER7QWindowRK7QString");
-
-void recordConfigure(QWindow& window) {
-    // The native window must exist: it is what gets configured.
-    told.append(window.handle() != nullptr ? QStringLiteral("configure") : QStringLiteral("too early"));
-}
-
-void recordRegular() {
-    told.append(QStringLiteral("regular"));
-}
-
-void recordAccessory() {
-    told.append(QStringLiteral("accessory"));
-}
-
-void recordFront(QWindow& window, const QString& token) {
-    told.append(QStringLiteral("front"));
-    realFront(window, token);
-}
-
-bool fakeFocusFollowsPointer() __asm__("__wrap__Z19focusFollowsPointerv");
-
-bool fakeFocusFollowsPointer() {
-    return pointerLeads;
-}
-
-namespace {
-
 const QStringList opened = {QStringLiteral("regular"), QStringLiteral("front"), QStringLiteral("configure")};
 
 class WindowPolicy : public testing::Test {
 protected:
-    WindowPolicy() {
-        told.clear();
-        pointerLeads = false;
+    QStringList told; // since the last query
+    bool pointerLeads = false;
+
+    WindowSystem system() {
+        return {
+            .configure =
+                [this](QWindow& window) {
+                    // The native window must exist: it is what gets configured.
+                    told.append(window.handle() != nullptr ? QStringLiteral("configure")
+                                                           : QStringLiteral("too early"));
+                },
+            .setRegular = [this] { told.append(QStringLiteral("regular")); },
+            .setAccessory = [this] { told.append(QStringLiteral("accessory")); },
+            .bringToFront =
+                [this](QWindow& window, const QString& token) {
+                    told.append(QStringLiteral("front"));
+                    MainWindowBehaviour::bringToFront(window, token);
+                },
+            .focusFollowsPointer = [this] { return pointerLeads; },
+        };
     }
+
+    QStringList takeCalls() { return std::exchange(told, {}); }
 
     // Opens this program's panel and then gives another window the focus.
     static void leavePanel(Life& life, bool reached) {
@@ -87,7 +59,7 @@ protected:
 
 // On macOS, Qt resets the title bar whenever the window enters or leaves full screen.
 TEST_F(WindowPolicy, ConfiguresTheWindowAgainWhenItFillsTheScreenAndWhenItNoLongerDoes) {
-    Life life(true);
+    Life life(true, system());
     life.windows->openMain();
     takeCalls();
     life.windows->main()->setWindowState(Qt::WindowFullScreen);
@@ -97,19 +69,19 @@ TEST_F(WindowPolicy, ConfiguresTheWindowAgainWhenItFillsTheScreenAndWhenItNoLong
 }
 
 TEST_F(WindowPolicy, TheFirstLaunchIsOneOfARegularProgram) {
-    Life life(false);
+    Life life(false, system());
     life.delegate->applicationDidFinishLaunching();
     EXPECT_EQ(takeCalls().mid(0, 3), opened);
 }
 
 TEST_F(WindowPolicy, ALaterLaunchIsOneOfAnAccessory) {
-    Life life(true);
+    Life life(true, system());
     life.delegate->applicationDidFinishLaunching();
     EXPECT_EQ(takeCalls(), QStringList(QStringLiteral("accessory")));
 }
 
 TEST_F(WindowPolicy, ClosingLeavesAnAccessoryAndReopeningMakesANewWindow) {
-    Life life(true);
+    Life life(true, system());
     life.windows->openMain();
     for (int i = 0; i < 2; ++i) {
         told.clear();
@@ -124,7 +96,7 @@ TEST_F(WindowPolicy, ClosingLeavesAnAccessoryAndReopeningMakesANewWindow) {
 }
 
 TEST_F(WindowPolicy, AWindowThatIsOpenIsOnlyRaised) {
-    Life life(true);
+    Life life(true, system());
     life.windows->openMain();
     told.clear();
     life.windows->openMain();
@@ -132,7 +104,7 @@ TEST_F(WindowPolicy, AWindowThatIsOpenIsOnlyRaised) {
 }
 
 TEST_F(WindowPolicy, AWindowThatBecomesActiveIsOneOfARegularProgram) {
-    Life life(true);
+    Life life(true, system());
     life.windows->openMain();
     ASSERT_TRUE(QTest::qWaitForWindowActive(life.windows->main()));
     QWindow another;
@@ -146,13 +118,13 @@ TEST_F(WindowPolicy, AWindowThatBecomesActiveIsOneOfARegularProgram) {
 }
 
 TEST_F(WindowPolicy, ThePanelOfAnAccessoryChangesNothing) {
-    Life life(true);
+    Life life(true, system());
     life.windows->togglePanel(QRect(400, 0, 30, 24));
     EXPECT_EQ(takeCalls(), QStringList());
 }
 
 TEST_F(WindowPolicy, OpeningTheWindowFromThePanelMakesItARegularProgramForGood) {
-    Life life(true);
+    Life life(true, system());
     life.windows->openMain();
     life.windows->main()->close();
     life.windows->togglePanel(QRect(400, 0, 30, 24));
@@ -164,7 +136,7 @@ TEST_F(WindowPolicy, OpeningTheWindowFromThePanelMakesItARegularProgramForGood) 
 }
 
 TEST_F(WindowPolicy, ThePanelClosesWhenItLosesTheFocus) {
-    Life life(true);
+    Life life(true, system());
     leavePanel(life, false);
     EXPECT_FALSE(life.windows->panel()->isVisible());
 }
@@ -172,14 +144,14 @@ TEST_F(WindowPolicy, ThePanelClosesWhenItLosesTheFocus) {
 TEST_F(WindowPolicy, WithFocusFollowingThePointerThePanelStaysOpenUntilEntered) {
     pointerLeads = true;
     for (const bool reached : {false, true}) {
-        Life life(true);
+        Life life(true, system());
         leavePanel(life, reached);
         EXPECT_NE(life.windows->panel()->isVisible(), reached);
     }
 }
 
 TEST_F(WindowPolicy, AnAlertIsOnlyRaised) {
-    Life life(true);
+    Life life(true, system());
     life.windows->showAlert({}, [] {});
     EXPECT_EQ(takeCalls(), QStringList(QStringLiteral("front")));
 }
