@@ -12,6 +12,8 @@ namespace {
 // Atomic: the polling queue reads it for its messages while the main thread may set it.
 std::atomic<AppLanguage> chosenLanguage = AppLanguage::automatic;
 
+std::atomic<void (*)(QStringView)> lookupObserver = nullptr;
+
 // The table with the texts of a language; null for French, whose texts are the keys.
 const TranslationTable* tableOf(AppLanguage language) {
     switch (language) {
@@ -57,7 +59,14 @@ AppLanguage Localizer::resolved() {
     return chosen == AppLanguage::automatic ? languageForPreferred(preferredLanguages()) : chosen;
 }
 
+void Localizer::setLookupObserver(void (*observer)(QStringView key)) {
+    lookupObserver.store(observer, std::memory_order_relaxed);
+}
+
 std::optional<QString> Localizer::lookup(QStringView key) {
+    if (auto* const observer = lookupObserver.load(std::memory_order_relaxed); observer != nullptr) {
+        observer(key);
+    }
     const AppLanguage shown = resolved();
     const TranslationTable* const table = tableOf(shown);
     if (table == nullptr) {

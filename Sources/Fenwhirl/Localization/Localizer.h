@@ -39,6 +39,9 @@ void setLanguage(AppLanguage language);
 // as the program runs.
 [[nodiscard]] std::optional<QString> lookup(QStringView key);
 
+// From now on each lookup first calls this function, on its own thread. For measurements; null ends it.
+void setLookupObserver(void (*observer)(QStringView key));
+
 } // namespace Localizer
 
 // The shown text: the translation, or else the French text itself.
