@@ -5,9 +5,12 @@
 
 #pragma once
 
+#include "Budgets.h"
+
 #include <algorithm>
 #include <benchmark/benchmark.h>
 #include <ctime>
+#include <string>
 #include <vector>
 
 // Wall-clock and processor time of the runs of one subject, in seconds.
@@ -45,9 +48,20 @@ private:
     std::vector<double> processor_;
 };
 
-inline void report(benchmark::State& state, const Course& subject, const Course& bare) {
+// Reports both times and their ratios, which may not exceed `allowed`.
+inline void report(benchmark::State& state, const std::string& what, double allowed, const Course& subject,
+                   const Course& bare) {
+    budgets.check(what + ", wall-clock time", subject.wall() / bare.wall(), allowed);
+    budgets.check(what + ", processor time", subject.processor() / bare.processor(), allowed);
     state.counters["bare_us"] = bare.wall() * 1e6;
     state.counters["ours_us"] = subject.wall() * 1e6;
     state.counters["wall_ratio"] = subject.wall() / bare.wall();
     state.counters["cpu_ratio"] = subject.processor() / bare.processor();
+}
+
+// Runs the benchmarks. Returns the program's exit status: failure when a budget is exceeded.
+inline int runBenchmarks(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return budgets.finish();
 }

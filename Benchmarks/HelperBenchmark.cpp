@@ -6,6 +6,7 @@
 //   Packaging/Linux/private-namespace build/bench/benchmarks/HelperBenchmark
 // Exits with status 1 when a budget is exceeded.
 
+#include "Budgets.h"
 #include "Fenwhirl/HelperClient/HelperInstallation.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
 #include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
@@ -33,8 +34,6 @@ constexpr int rounds = 40;
 constexpr int startsPerRound = 10;
 constexpr std::size_t muchMemory = std::size_t{256} << 20U;
 
-bool isWithinBudgets = true;
-
 double median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
@@ -60,9 +59,9 @@ double lifetime(const std::string& program, const Arguments& arguments) {
 
 void print(const char* what, double floor, double ours, double budget, const char* unit) {
     const double ratio = ours / floor;
-    isWithinBudgets = isWithinBudgets && ratio <= budget;
-    (void)std::printf("%-44s %9.3f %9.3f %s  x %.2f  (budget %.2f)%s\n", what, floor, ours, unit, ratio,
-                      budget, ratio <= budget ? "" : "  OVER");
+    budgets.check(what, ratio, budget);
+    (void)std::printf("%-48s %9.3f %9.3f %s  x %.2f  (at most %.2f)\n", what, floor, ours, unit, ratio,
+                      budget);
 }
 
 void compare(const char* what, double budget, const std::string& floorProgram,
@@ -101,7 +100,7 @@ void countInstructions(const std::string& floor, const std::string& helper) {
         return;
     }
     constexpr double budget = 0.30;
-    print("version, instructions", *least, *ours, budget / *least, "M ");
+    print("the helper's version, instructions", *least, *ours, budget / *least, "M ");
 }
 
 // A simulated Mac whose time stands still. It counts the requests that it has answered.
@@ -208,8 +207,8 @@ void compareLaunches(const std::string& helper) {
         munmap(memory, muchMemory);
     }
     constexpr double budget = 1.3;
-    print("launched from 256 MB instead of a small process", median(small), median(large), budget, "ms");
-    (void)std::printf("%-44s %9s %9.3f ms  (what is avoided)\n", "the same by fork", "", median(forked));
+    print("a launch from 256 MB, not a small process", median(small), median(large), budget, "ms");
+    (void)std::printf("%-48s %9s %9.3f ms  (what is avoided)\n", "the same by fork", "", median(forked));
 }
 
 } // namespace
@@ -226,13 +225,13 @@ int main() {
     const std::string floor = folder + "/HelperFloor";
     const std::string helper = folder + "/../bin/Fenwhirl";
 
-    (void)std::printf("%-44s %9s %9s\n", "median of each, by turns", "floor", "helper");
+    (void)std::printf("%-48s %9s %9s\n", "median of each, by turns", "floor", "helper");
     Controller controller(folder + "/../bin/simulated-mac");
     constexpr double versionBudget = 1.25;
-    compare("version", versionBudget, floor, {"0"}, helper, {"--helper", "version"});
+    compare("the helper's version", versionBudget, floor, {"0"}, helper, {"--helper", "version"});
     countInstructions(floor, helper);
-    compareCommand(controller, "set", floor, helper, {"--helper", "set", "0", "2400"});
-    compareCommand(controller, "auto", floor, helper, {"--helper", "auto"});
+    compareCommand(controller, "the helper's set", floor, helper, {"--helper", "set", "0", "2400"});
+    compareCommand(controller, "the helper's auto", floor, helper, {"--helper", "auto"});
     compareLaunches(helper);
-    return isWithinBudgets ? EXIT_SUCCESS : EXIT_FAILURE;
+    return budgets.finish();
 }

@@ -9,6 +9,7 @@
 //
 // The namespace excludes the computer's other processes. Exits with status 1 when a budget is exceeded.
 
+#include "Budgets.h"
 #include "Fenwhirl/Platform/Processes/ProcessTable.h"
 #include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 #include "Fenwhirl/Processes/ProcessListing.h"
@@ -35,13 +36,6 @@ constexpr double lineCostBudget = 2; // cost of a line among 10 000, relative to
 constexpr double sampleBudget = 1.15;
 constexpr double parsingBudget = 0.05;
 constexpr int rounds = 25;
-
-bool isWithinBudgets = true;
-
-const char* verdict(double value, double budget) {
-    isWithinBudgets = isWithinBudgets && value <= budget;
-    return value <= budget ? "" : "  OVER";
-}
 
 double median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -109,9 +103,10 @@ void measureParsing() {
         const double milliseconds = parsingMilliseconds(listingOf(processes), 20'000 / processes);
         const double perLine = milliseconds * 1e3 / processes;
         first = processes == 100 ? perLine : first;
-        (void)std::printf("parsing of %6d processes %26.3f ms  %.2f us a line  (budget %.2f)%s\n", processes,
-                          milliseconds, perLine, first * lineCostBudget,
-                          verdict(perLine, first * lineCostBudget));
+        (void)std::printf("parsing of %6d processes %26.3f ms  %.2f us a line  (at most %.2f)\n", processes,
+                          milliseconds, perLine, first * lineCostBudget);
+        budgets.check("a parsed line among " + std::to_string(processes) + " processes", perLine / first,
+                      lineCostBudget);
     }
 }
 
@@ -171,11 +166,14 @@ void measureSamples(int idle) {
     const double floor = median(bare);
     const double ratio = median(sample) / floor;
     const double share = median(parsing) / floor;
-    (void)std::printf("sample with %5d idle processes: bare ps %8.3f ms, ours %8.3f ms  x %.2f  (budget "
-                      "%.2f)%s\n",
-                      idle, floor, median(sample), ratio, sampleBudget, verdict(ratio, sampleBudget));
-    (void)std::printf("%33sour parsing of it %.3f ms, %.1f %%  (budget %.0f %%)%s\n", "", median(parsing),
-                      share * 100, parsingBudget * 100, verdict(share, parsingBudget));
+    (void)std::printf("sample with %5d idle processes: bare ps %8.3f ms, ours %8.3f ms  x %.2f  (at most "
+                      "%.2f)\n",
+                      idle, floor, median(sample), ratio, sampleBudget);
+    (void)std::printf("%33sour parsing of it %.3f ms, %.1f %%  (at most %.0f %%)\n", "", median(parsing),
+                      share * 100, parsingBudget * 100);
+    const std::string among = " among " + std::to_string(idle) + " processes";
+    budgets.check("a sample" + among, ratio, sampleBudget);
+    budgets.check("the parsing of a sample" + among, share, parsingBudget);
 }
 
 } // namespace
@@ -186,5 +184,5 @@ int main(int argc, char** argv) {
     for (const int idle : {100, 1'000, 3'000}) {
         measureSamples(idle);
     }
-    return isWithinBudgets ? EXIT_SUCCESS : EXIT_FAILURE;
+    return budgets.finish();
 }
