@@ -22,18 +22,38 @@ struct MainThreadInbox::State {
     Mutex mutex;
     std::deque<std::function<void()>> pending FENWHIRL_GUARDED_BY(mutex);
     std::unique_ptr<QObject> receiver FENWHIRL_GUARDED_BY(mutex); // null once the inbox is closed
-    bool delivering FENWHIRL_GUARDED_BY(mutex) = false;
+    bool isWakeUpSent FENWHIRL_GUARDED_BY(mutex) = false;         // and has not arrived yet
+    int deliveries FENWHIRL_GUARDED_BY(mutex) = 0;                // nested, as work may run an event loop
+
+    void begin() {
+        const MutexLock lock(mutex);
+        isWakeUpSent = false;
+        ++deliveries;
+    }
+
+    void end() {
+        const MutexLock lock(mutex);
+        --deliveries;
+    }
 
     // The next piece of work; an empty function when there is none or the inbox has been closed.
     std::function<void()> next() {
         const MutexLock lock(mutex);
-        delivering = receiver && !pending.empty();
-        if (!delivering) {
+        if (!receiver || pending.empty()) {
             return {};
         }
         auto work = std::move(pending.front());
         pending.pop_front();
+        if (!pending.empty()) {
+            wakeUp(); // this work may run an event loop, which must not leave the rest waiting
+        }
         return work;
+    }
+
+    void wakeUp() FENWHIRL_REQUIRES(mutex) {
+        if (!std::exchange(isWakeUpSent, true)) {
+            QCoreApplication::postEvent(receiver.get(), new QEvent(wakeUpType()));
+        }
     }
 };
 
@@ -45,9 +65,11 @@ public:
     void customEvent(QEvent* /*event*/) override {
         // The work may destroy the inbox, which owns this object, so only the local pointer is used.
         if (const auto state = state_.lock()) {
+            state->begin();
             while (const auto work = state->next()) {
                 work();
             }
+            state->end();
         }
     }
 
@@ -63,10 +85,7 @@ void MainThreadInbox::Sender::post(std::function<void()> work) const {
         return;
     }
     state_->pending.push_back(std::move(work));
-    // Work that joins a non-empty queue is run by the wake-up that is already on its way.
-    if (state_->pending.size() == 1) {
-        QCoreApplication::postEvent(state_->receiver.get(), new QEvent(wakeUpType()));
-    }
+    state_->wakeUp();
 }
 
 MainThreadInbox::MainThreadInbox() : state_(std::make_shared<State>()) {
@@ -82,7 +101,7 @@ MainThreadInbox::~MainThreadInbox() {
     const MutexLock lock(state_->mutex);
     receiver = std::move(state_->receiver);
     dropped.swap(state_->pending);
-    if (state_->delivering) {
+    if (state_->deliveries > 0) {
         receiver.release()->deleteLater(); // its customEvent is still on the call stack
     }
 }

@@ -99,6 +99,23 @@ TEST(MainThreadInbox, WorkMayPostMoreWork) {
     EXPECT_EQ(depth, 100);
 }
 
+// Opening a file dialog, for example, runs an event loop.
+TEST(MainThreadInbox, WorkThatRunsAnEventLoopDoesNotHoldUpWhatWaitsBehindIt) {
+    const MainThreadInbox inbox;
+    std::vector<int> order;
+    bool first = false;
+    inbox.sender().post([&] {
+        runEventsUntil([&] { return order.size() == 2; });
+        first = true;
+    });
+    inbox.sender().post([&] {
+        order.push_back(1);
+        inbox.sender().post([&] { order.push_back(2); });
+    });
+    runEventsUntil([&] { return first; });
+    EXPECT_EQ(order, (std::vector<int>{1, 2}));
+}
+
 TEST(MainThreadInbox, WhatWasNotRunIsDroppedWithTheInbox) {
     auto inbox = std::make_unique<MainThreadInbox>();
     const auto sender = inbox->sender();
