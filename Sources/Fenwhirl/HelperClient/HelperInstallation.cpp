@@ -45,7 +45,8 @@ std::optional<std::string> HelperInstallation::installedVersion() {
         return knownVersion_->second;
     }
     const auto result = runHelper({"version"}, ChildOutput::capture);
-    if (!result) { // may be a temporary shortage of resources: not cached, so that the next call tries again
+    // This may be a temporary shortage of resources: not cached, so that the next call tries again.
+    if (!result || !result->exitStatus) {
         return std::string(launchFailureText);
     }
     knownVersion_.emplace(stampsOf(*status), trimmed(repairedUTF8(result->output)));

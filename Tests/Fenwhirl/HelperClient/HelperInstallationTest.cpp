@@ -209,6 +209,13 @@ TEST_F(HelperInstallationTest, ALaunchThatFailedIsNotRemembered) {
     EXPECT_EQ(launches(), 2U);
 }
 
+TEST_F(HelperInstallationTest, TheVersionOfAHelperThatWasKilledIsNotRemembered) {
+    const std::string marker = path + ".killed";
+    writeHelper("test -e '" + marker + "' && echo 3 && exit; : > '" + marker + "'; kill -KILL $$");
+    EXPECT_EQ(installation.installedVersion(), "Impossible de lancer l'assistant.");
+    EXPECT_EQ(installation.installedVersion(), "3");
+}
+
 TEST_F(HelperInstallationTest, AnEmptyVersionIsRememberedToo) {
     writeHelper(":");
     EXPECT_EQ(installation.installedVersion(), "");
