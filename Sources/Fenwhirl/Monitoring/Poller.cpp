@@ -83,8 +83,8 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
     }
     // A fan that heat protection cannot drive at its maximum must not keep the speed that
     // another program gave it.
-    const bool mustLeaveSome =
-        decision.boosting && !std::ranges::all_of(result.fans, &FanReading::isMaximumKnown);
+    const bool mustLeaveSome = request.isInFront && decision.boosting &&
+                               !std::ranges::all_of(result.fans, &FanReading::isMaximumKnown);
     if (decision.forbidsManualControl || mustLeaveSome) {
         takeOverManualFans();
     }
@@ -95,6 +95,11 @@ std::optional<PollResult> Poller::poll(const PollRequest& request) {
         decision.fanRequests.push_back(fan);
     }
     result.isProtecting = decision.boosting && request.isInFront;
+    if (request.helperInstalled) {
+        removedHelper_ = nullptr;
+    } else if (const auto removed = removedHelper_) {
+        handBackWithRemovedHelper(removed);
+    }
     result.problem = carryOut(decision, request);
     if (request.helperInstalled) {
         result.requested = requestedSpeeds(result.fans);
@@ -109,8 +114,21 @@ void Poller::handBackEverything() {
     for (const int index : ours(sent_)) {
         if (const auto mode = modes.find(index); mode == modes.end() || mode->second) {
             static_cast<void>(send({index, {}, false}, {"auto", std::to_string(index)}, services_.runHelper));
+        } else {
+            returnedByAll_.insert(index);
         }
     }
+}
+
+void Poller::handBackWithRemovedHelper(const std::function<bool(const HelperCommand&)>& runHelper) {
+    queue_.assertIsCurrent();
+    handBackOurs(runHelper);
+    removedHelper_ = ours(sent_).empty() ? nullptr : runHelper;
+}
+
+void Poller::checkModesAgain() {
+    queue_.assertIsCurrent();
+    fansWithKnownMode_.clear();
 }
 
 void Poller::handBackOurs(const std::function<bool(const HelperCommand&)>& runHelper) {
@@ -183,14 +201,25 @@ void Poller::tellCustody() const {
 
 std::optional<PollProblem> Poller::carryOut(const PollDecision& decision, const PollRequest& request) {
     std::optional<PollProblem> problem;
-    for (const FanRequest& fan : decision.fanRequests) {
+    const auto pace = decision.forbidsManualControl ? HandBackPace::urgent : HandBackPace::calm;
+    for (FanRequest fan : decision.fanRequests) {
         if (fan.suspended) {
             problem = PollProblem::noTemperature;
         }
-        const auto command =
-            commandFor(fan, sent_, request.helperInstalled, services_.now(),
-                       decision.forbidsManualControl ? HandBackPace::urgent : HandBackPace::calm);
-        if (!command || *services_.stop || (fan.desired.manualRPM && !maySendSpeed(decision, request))) {
+        auto command = commandFor(fan, sent_, request.helperInstalled, services_.now(), pace);
+        if (command && fan.desired.manualRPM && !*services_.stop) {
+            if (services_.resets && *services_.resets != request.resets) {
+                continue; // the reset that came meanwhile hands the fan back
+            }
+            if (!maySendSpeed(decision, request)) {
+                // A fan that may not be driven must not keep the speed that it has.
+                fan.desired = {};
+                command = returnedByAll_.contains(fan.index)
+                              ? std::nullopt
+                              : commandFor(fan, sent_, request.helperInstalled, services_.now(), pace);
+            }
+        }
+        if (!command || *services_.stop) {
             continue;
         }
         if (!send(fan, *command, services_.runHelper)) {
@@ -204,15 +233,13 @@ bool Poller::maySendSpeed(const PollDecision& decision, const PollRequest& reque
     if (request.suspendsUserSpeeds && !decision.boosting) {
         return false;
     }
-    if (services_.resets && *services_.resets != request.resets) {
-        return false;
-    }
     return request.speaksOurProtocol ? *request.speaksOurProtocol
                                      : !services_.asksForProtocol || services_.asksForProtocol();
 }
 
 bool Poller::send(const FanRequest& request, const HelperCommand& command,
                   const std::function<bool(const HelperCommand&)>& runHelper) {
+    returnedByAll_.erase(request.index);
     const auto before = sent_.find(request.index);
     if (request.desired.manualRPM && (before == sent_.end() || !before->second.isOurs())) {
         // Recorded before the command runs, so that the guard already knows of the fan.

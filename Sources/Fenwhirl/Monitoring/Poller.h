@@ -94,6 +94,13 @@ public:
     // Hands back only our own fans, one by one, with the given way to run the helper.
     void handBackOurs(const std::function<bool(const HelperCommand&)>& runHelper);
 
+    // The same after the helper's removal. `runHelper` runs the removed file; what it could not hand back is tried
+    // again with every poll until a helper is installed.
+    void handBackWithRemovedHelper(const std::function<bool(const HelperCommand&)>& runHelper);
+
+    // The next poll reads the mode of every fan again, because something else may have changed it.
+    void checkModesAgain();
+
     // Whether the machine confirms that the fan is automatic. A fan that has reported its mode
     // before must report it now. If it never has, or if the connection is lost, nothing can be
     // checked and the answer is true.
@@ -127,4 +134,9 @@ private:
     std::vector<int> fansLastRead_ FENWHIRL_GUARDED_BY(queue_);
     std::set<int> fansWithKnownMode_ FENWHIRL_GUARDED_BY(queue_); // the machine has reported their modes
     bool wasInFront_ FENWHIRL_GUARDED_BY(queue_) = true;
+    // Fans that the machine showed automatic after all were handed back with one command, and that were sent
+    // nothing since. Their last speed is still in `sent_`.
+    std::set<int> returnedByAll_ FENWHIRL_GUARDED_BY(queue_);
+    // Runs the helper that was removed, while fans of ours remain that it could not hand back.
+    std::function<bool(const HelperCommand&)> removedHelper_ FENWHIRL_GUARDED_BY(queue_);
 };

@@ -263,6 +263,92 @@ TEST_F(PollerTest, AHelperOfAnotherProtocolIsSentNoSpeed) {
     EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}}));
 }
 
+TEST_F(PollerTest, AFanFoundManualGoesBackWhenTheHelperSpeaksAnotherProtocol) {
+    smc.setNumber("FS! ", "ui16", 1);
+    pin(0, 2000);
+    request.speaksOurProtocol = false;
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"auto", "0"}}));
+}
+
+TEST_F(PollerTest, ARefusedHandBackIsRepeatedWhileTheHelperIsBeingRemoved) {
+    pin(0, 2000);
+    (void)poll();
+    commands.clear();
+    smc.setNumber("FS! ", "ui16", 1);
+    answer = [](const HelperCommand& command) { return command.size() < 2; };
+    poller.handBackEverything();
+    EXPECT_EQ(commands, (Commands{{"auto"}, {"auto", "0"}}));
+    request.suspendsUserSpeeds = true;
+    (void)poll();
+    EXPECT_EQ(commands.size(), 2U);
+    now += std::chrono::seconds(11);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"auto"}, {"auto", "0"}, {"auto", "0"}}));
+}
+
+TEST_F(PollerTest, WhatHeatProtectionDroveGoesBackThoughTheHelperIsBeingRemoved) {
+    pin(0, 2000);
+    pin(1, 3000);
+    (void)poll();
+    poller.handBackEverything();
+    commands.clear();
+    request.suspendsUserSpeeds = true;
+    (void)poll();
+    now += std::chrono::seconds(11);
+    (void)poll();
+    EXPECT_EQ(commands, Commands()); // the one command has handed both back
+    smc.setNumber("TC0P", "sp78", 90);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "6000"}, {"set", "1", "6000"}}));
+    smc.setNumber("TC0P", "sp78", 84);
+    now += std::chrono::seconds(2);
+    commands.clear();
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"auto", "0"}, {"auto", "1"}}));
+}
+
+TEST_F(PollerTest, ARemovedHelperGoesOnUntilEveryFanIsBack) {
+    pin(0, 2000);
+    (void)poll();
+    request.helperInstalled = false;
+    commands.clear();
+    Commands removed;
+    bool accepts = false;
+    const auto run = [&](const HelperCommand& command) {
+        removed.push_back(command);
+        return accepts;
+    };
+    poller.handBackWithRemovedHelper(run);
+    (void)poll();
+    EXPECT_EQ(removed, (Commands{{"auto", "0"}, {"auto", "0"}}));
+    accepts = true;
+    (void)poll();
+    (void)poll();
+    EXPECT_EQ(removed, (Commands{{"auto", "0"}, {"auto", "0"}, {"auto", "0"}}));
+    EXPECT_EQ(commands, Commands());
+}
+
+TEST_F(PollerTest, ChecksTheModesAgainWhenSomethingElseMayHaveChangedThem) {
+    (void)poll();
+    smc.setNumber("FS! ", "ui16", 1);
+    (void)poll();
+    EXPECT_EQ(commands, Commands());
+    poller.checkModesAgain();
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"auto", "0"}}));
+}
+
+TEST_F(PollerTest, BehindAnotherSessionHeatProtectionTakesOverNoFan) {
+    smc.remove("F1Mx");
+    request.isInFront = false;
+    (void)poll();
+    smc.setNumber("FS! ", "ui16", 1); // the session in front drives the first fan
+    smc.setNumber("TC0P", "sp78", 90);
+    (void)poll();
+    EXPECT_EQ(commands, Commands());
+}
+
 TEST_F(PollerTest, HandingEverythingBackNamesTheFansThatTheMachineShowsManual) {
     pin(0, 2000);
     pin(1, 3000);
