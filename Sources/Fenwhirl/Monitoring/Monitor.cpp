@@ -157,6 +157,9 @@ QString Monitor::fanName(const FanState& fan) const {
 void Monitor::setInFront(bool isInFront) {
     Private& d = state();
     if (std::exchange(d.isInFront, isInFront) != isInFront) {
+        if (!isInFront) {
+            ++*d.resets; // a poll in progress sends no more speeds
+        }
         d.publishHandBackState();
         // A session that leaves the front hands its fans back at once. A session that comes to the front
         // takes its fans only with its next poll, so that the other session's hand-back does not come last.
@@ -168,7 +171,7 @@ void Monitor::setInFront(bool isInFront) {
 
 FanCustody::Intent Monitor::Private::intent() const {
     FanCustody::Intent intent{.settings = settingsSnapshot,
-                              .helperInstalled = helperInstalled,
+                              .helperInstalled = helperInstalled || isHelperThere,
                               .isInFront = isInFront,
                               .isGoingToSleep = isGoingToSleep,
                               .fansShown = {}};

@@ -21,12 +21,13 @@ void Monitor::installHelper() {
     runInBackground([&d, helper = d.services.helper, reply = d.inbox.sender()] {
         const bool installed = helper.install();
         const bool outdated = installed && helper.installedVersion() != HelperClient::expectedVersion;
-        reply.post([&d, installed, outdated] {
+        const bool isThere = helper.isInstalled(); // an older one, if its update was cancelled
+        reply.post([&d, installed, outdated, isThere] {
             mainThread.assertIsCurrent();
             ++d.helperGeneration;
             d.versionStamp.reset();
-            d.isHelperThere = installed;
-            d.speaksOurProtocol = installed && !outdated;
+            d.isHelperThere = isThere;
+            d.speaksOurProtocol = installed ? std::optional(!outdated) : std::nullopt;
             d.assign(d.isInstalling, false, &Monitor::isInstallingChanged);
             d.assign(d.helperInstalled, installed, &Monitor::helperInstalledChanged);
             d.assign(d.helperOutdated, outdated, &Monitor::helperOutdatedChanged);
@@ -56,7 +57,7 @@ void Monitor::uninstallHelper() {
             --d.removalsRunning;
             d.isHelperThere = installed;
             if (!installed && kept) {
-                d.queue->async([poller = d.poller, kept] { poller->handBackOurs(kept); });
+                d.queue->async([poller = d.poller, kept] { poller->handBackWithRemovedHelper(kept); });
             }
             d.assign(d.helperInstalled, installed, &Monitor::helperInstalledChanged);
             if (!removed) {
@@ -125,10 +126,16 @@ void Monitor::setLaunchAtLogin(bool on) {
 
 void Monitor::makeDiagnosticReport(bool withFanTest, std::function<void(const QString& text)> completion) {
     Private& d = state();
-    runInBackground([services = d.services, stop = d.stop, reply = d.inbox.sender(), withFanTest,
+    runInBackground([&d, services = d.services, stop = d.stop, reply = d.inbox.sender(), withFanTest,
                      completion = std::move(completion)] {
         const QString text = QString::fromStdString(diagnosticReportText(services, withFanTest, *stop));
-        reply.post([text, completion] { completion(text); });
+        reply.post([&d, withFanTest, text, completion] {
+            mainThread.assertIsCurrent();
+            if (withFanTest) { // it may have left a fan manual that was refused its way back
+                d.queue->async([poller = d.poller] { poller->checkModesAgain(); });
+            }
+            completion(text);
+        });
     });
 }
 
@@ -147,6 +154,7 @@ void Monitor::restoreAutomaticBlocking() {
     d.isStuck = drained->get_future().wait_for(d.services.drainTimeout) != std::future_status::ready;
 
     d.helperInstalled = d.services.helper.isInstalled();
+    d.isHelperThere = d.helperInstalled;
     d.custody->setIntent(d.intent());
     if (!d.isStuck && d.removalsRunning == 0) {
         d.sendUnsentSpeeds();

@@ -1,11 +1,14 @@
 // The course of one poll: from the timer to the queue and back to the published properties.
 
 #include "Fenwhirl/HelperClient/HelperClient.h"
+#include "Fenwhirl/HelperClient/HelperInstallation.h"
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/NumberFormat.h"
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Monitoring/MonitorPrivate.h"
 #include "Fenwhirl/Platform/Toolkit/BackgroundTask.h"
+
+#include <utility>
 
 namespace {
 
@@ -61,7 +64,14 @@ void Monitor::start() {
 
 void Monitor::Private::opened(bool available) {
     assign(smcAvailable, available, &Monitor::smcAvailableChanged);
-    if (!available || *stop) {
+    if (*stop) {
+        return;
+    }
+    if (!available) {
+        // The controller is never opened again, so no fan will ever be driven.
+        if (services.handedBack) {
+            services.handedBack();
+        }
         return;
     }
     monitor.tick();
@@ -75,8 +85,11 @@ void Monitor::tick() {
     if (*d.stop) {
         return;
     }
-    d.isHelperThere = d.services.helper.isInstalled();
-    d.checkVersion(d.isHelperThere);
+    const bool isHelperThere = d.services.helper.isInstalled();
+    if (std::exchange(d.isHelperThere, isHelperThere) != isHelperThere) {
+        d.custody->setIntent(d.intent()); // before the first poll that can use the helper
+    }
+    d.checkVersion(isHelperThere);
     d.mailbox->put(d.request());
     if (!d.mailbox->schedule()) {
         return;
@@ -185,13 +198,16 @@ void Monitor::Private::checkVersion(bool installed) {
     isReadingVersion = true;
     runInBackground([this, stamp, era = helperGeneration, read = services.helper.installedVersion,
                      reply = inbox.sender()] {
-        const bool outdated = read() != HelperClient::expectedVersion;
-        reply.post([this, stamp, era, outdated] {
+        const auto version = read();
+        const bool outdated = version != HelperClient::expectedVersion;
+        // A helper that could not be started, perhaps for want of memory, is asked again by the next tick.
+        const bool hasAnswered = version != HelperInstallation::launchFailureText;
+        reply.post([this, stamp, era, outdated, hasAnswered] {
             mainThread.assertIsCurrent();
             isReadingVersion = false;
             if (era == helperGeneration) {
-                versionStamp = stamp;
-                speaksOurProtocol = !outdated;
+                versionStamp = hasAnswered ? stamp : std::nullopt;
+                speaksOurProtocol = hasAnswered ? std::optional(!outdated) : std::nullopt;
                 mailbox->put(request());
                 assign(helperOutdated, outdated, &Monitor::helperOutdatedChanged);
             }

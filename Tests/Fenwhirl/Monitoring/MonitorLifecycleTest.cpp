@@ -154,6 +154,32 @@ TEST_F(MonitorLifecycle, NoSpeedIsSentWhileTheHelperIsBeingRemoved) {
     EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "2000"}}));
 }
 
+TEST_F(MonitorLifecycle, AFanThatTheWriteTestLeftManualGoesBack) {
+    for (const bool withFanTest : {false, true}) {
+        start();
+        smc.setNumber("FS! ", "ui16", 1);
+        helper.forgetRuns();
+        bool isComplete = false;
+        monitor().makeDiagnosticReport(withFanTest, [&](const QString&) { isComplete = true; });
+        ASSERT_TRUE(waitUntil([&] { return isComplete; }));
+        poll();
+        EXPECT_EQ(helper.takeRuns(), withFanTest ? (Runs{{"test"}, {"auto", "0"}}) : Runs());
+        smc.setNumber("FS! ", "ui16", 0);
+        destroyMonitor();
+    }
+}
+
+TEST_F(MonitorLifecycle, AnUpdateThatIsCancelledLeavesTheOlderHelperInCharge) {
+    helper.setVersion("2");
+    MonitorServices cancelled = services();
+    cancelled.helper.install = [] { return false; };
+    Monitor m(cancelled);
+    m.installHelper();
+    ASSERT_TRUE(waitUntil([&] { return !m.isInstalling(); }));
+    EXPECT_FALSE(m.helperInstalled());
+    EXPECT_NE(handBacks.back().scope, HandBack::Scope::nothing);
+}
+
 TEST_F(MonitorLifecycle, ResetPutsEveryFanBackUnderAutomaticControl) {
     start();
     monitor().apply(Preset::max);

@@ -43,6 +43,7 @@ TEST_F(MonitorPolling, WithoutAControllerThereIsNoPolling) {
     ASSERT_TRUE(waitUntil([&] { return changed.count() == 1; }));
     EXPECT_FALSE(monitor().smcAvailable());
     monitor().tick();
+    EXPECT_EQ(timesHandedBack, 1);        // nothing will ever be driven, so nobody needs to watch
     monitor().restoreAutomaticBlocking(); // waits until the queue is empty
     EXPECT_EQ(polled.count(), 0);
     EXPECT_EQ(monitor().menuText(), QStringLiteral("Fenwhirl"));
@@ -494,6 +495,27 @@ TEST_F(MonitorPolling, VersionIsAskedForOnceWhileTheFileStaysTheSame) {
     EXPECT_TRUE(waitUntil([&] { return outdated.count() == 2; }));
     EXPECT_EQ(helper.versionReads, 2);
     EXPECT_FALSE(m.helperOutdated());
+}
+
+TEST_F(MonitorPolling, AHelperThatCouldNotBeStartedIsAskedAgainAndThenDrives) {
+    MonitorServices stamped = services();
+    stamped.helper.fileStamp = [] { return std::optional<std::int64_t>(7); };
+    Monitor m(stamped);
+    QSignalSpy polled(&m, &Monitor::polled);
+    helper.setVersion("Impossible de lancer l'assistant.");
+    m.setSetting(0, constant(2000));
+    m.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1 && m.helperOutdated(); }));
+    EXPECT_EQ(helper.takeRuns(), Runs());
+    helper.setVersion("3");
+    ASSERT_TRUE(waitUntil([&] {
+        m.tick();
+        return !m.helperOutdated();
+    }));
+    ASSERT_TRUE(waitUntil([&] {
+        m.tick();
+        return helper.takeRuns() == Runs{{"set", "0", "2000"}};
+    }));
 }
 
 TEST_F(MonitorPolling, PollsNeverOverlap) {

@@ -322,6 +322,38 @@ TEST_F(MonitorQuit, AConstantFanIsPinnedOnceItsSpeedWasSent) {
     EXPECT_EQ(handBacks.back(), (HandBack{Scope::indices, {0, 1}, {}}));
 }
 
+TEST_F(MonitorQuit, TheGuardKnowsOfAFanBeforeItsFirstCommandAlthoughTheHelperIsNew) {
+    helper.installed = false;
+    start();
+    monitor().setSetting(0, curve(40, 80));
+    poll();
+    EXPECT_EQ(handBacks.back(), (HandBack{Scope::nothing, {}}));
+    std::vector<HandBack> atCommands;
+    helper.onRun = [&](const auto&) { atCommands.push_back(handBacks.back()); };
+    helper.installed = true; // by somebody else
+    poll();
+    ASSERT_EQ(atCommands.size(), 1U);
+    EXPECT_EQ(atCommands[0], (HandBack{Scope::indices, {0, 1}}));
+}
+
+TEST_F(MonitorQuit, LeavingTheFrontEndsTheSpeedsOfARunningPoll) {
+    start();
+    monitor().apply(Preset::max);
+    std::atomic<bool> isHeldUp = false;
+    std::promise<void> release;
+    helper.onRun = [&, released = release.get_future().share()](const auto&) {
+        isHeldUp = true;
+        released.wait();
+    };
+    monitor().tick();
+    ASSERT_TRUE(waitUntil([&] { return isHeldUp.load(); })); // held up in the first fan's "set"
+    QSignalSpy polled(&monitor(), &Monitor::polled);
+    monitor().setInFront(false);
+    release.set_value();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+    EXPECT_EQ(helper.takeRuns(), (Runs{{"set", "0", "6000"}, {"auto", "0"}}));
+}
+
 TEST_F(MonitorQuit, BehindAnotherSessionOnlyItsOwnFansAreHandedBack) {
     start();
     monitor().setInFront(false);
