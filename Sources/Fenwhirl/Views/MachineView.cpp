@@ -18,7 +18,10 @@ MachineView::MachineView(Monitor& monitor, QString computerName, QObject* parent
     : LiveView(parent)
     , monitor_(monitor)
     , computerName_(std::move(computerName))
-    , fans_(monitor, sensorChoices_, this) {}
+    , fans_(monitor, sensorChoices_, this) {
+    // A fan's choice is an index into the list that has changed.
+    connect(&sensorChoices_, &SensorChoices::changed, this, [this] { fans_.refreshSettings(); });
+}
 
 void MachineView::connectModels() {
     connect(&monitor_, &Monitor::fansChanged, this, [this] { fans_.setFans(monitor_.fans()); });

@@ -176,6 +176,43 @@ TEST(FanCard, TheSensorPickerBeginsWithTheMainTemperature) {
     EXPECT_EQ(stage.monitor().setting(0).sensorKey, "TB0T");
 }
 
+TEST(FanCard, TheSensorPickerShowsItsSensorWhileOthersComeAndGo) {
+    Stage stage;
+    stage.world.smc.setNumber("TB0T", "sp78", 31);
+    stage.world.smc.setNumber("TW0P", "sp78", 40);
+    stage.start();
+    stage.monitor().setSetting(0, sensorSetting(50, 90, "TW0P"));
+    stage.showPage(Page::fans);
+    const auto shown = [&] {
+        return stage.find(QStringLiteral("Capteur"), QAccessible::ComboBox)->text(QAccessible::Description);
+    };
+    EXPECT_EQ(shown(), QStringLiteral("Wi-Fi"));
+    stage.world.smc.setNumber("TB0T", "sp78", -1); // not a plausible temperature
+    stage.poll();
+    EXPECT_EQ(shown(), QStringLiteral("Wi-Fi"));
+    stage.world.smc.setNumber("TB0T", "sp78", 31);
+    stage.world.smc.setNumber("TW0P", "sp78", -1);
+    stage.poll();
+    EXPECT_EQ(shown(), QString());
+    stage.world.smc.setNumber("TW0P", "sp78", 40);
+    stage.poll();
+    EXPECT_EQ(shown(), QStringLiteral("Wi-Fi"));
+}
+
+TEST(FanCard, ItsMenuClosesWithoutAChoiceWhenASensorGoes) {
+    Stage stage;
+    stage.world.smc.setNumber("TB0T", "sp78", 31);
+    stage.start();
+    stage.monitor().setSetting(0, sensorSetting());
+    stage.showPage(Page::fans);
+    stage.click(QStringLiteral("Capteur"), QAccessible::ComboBox);
+    stage.press(Qt::Key_End);
+    stage.world.smc.setNumber("TB0T", "sp78", -1);
+    stage.poll();
+    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return stage.all(QAccessible::MenuItem).isEmpty(); }));
+    EXPECT_EQ(stage.monitor().setting(0).sensorKey, "");
+}
+
 TEST(FanCard, MayGoWhileItsMenuIsOpen) {
     Stage stage;
     stage.start();
@@ -407,13 +444,9 @@ TEST(FansPage, OffersControlWhileItIsWantedAndTheHelperIsMissing) {
 
 TEST(FansPage, ThirtyFansHaveThirtyCards) {
     Stage stage;
-    stage.world.smc.addOlderFans(30);
     stage.showPage(Page::fans);
-    // From index ten on, the shortened keys read the same fan; each index still has a card of its own.
-    EXPECT_EQ(stage.models().machine()->fans()->count(), 30);
-    for (int number = 1; number <= 30; ++number) {
-        EXPECT_TRUE(stage.shows(QStringLiteral("Ventilateur %1").arg(number))) << number;
-    }
+    stage.showFans(30);
+    EXPECT_EQ(stage.texts().count(QStringLiteral("Vitesse fixe")), 30); // in the mode picker of each card
 }
 
 TEST(FansPage, AFanThatVanishesTakesOnlyItsOwnCard) {

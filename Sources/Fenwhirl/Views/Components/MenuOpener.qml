@@ -22,7 +22,18 @@ Loader {
     function open() {
         if (!item)
             setSource("PopupMenu.qml", {"parent": control, "labels": labels, "currentIndex": currentIndex, "text": text})
+        countWhenOpened = labels.length
+        // Not a binding: the menu is still fading out when the choice changes, and must not jump to the new item's place.
+        if (over)
+            menu.y = -menu.padding - menu.checkedY
         menu.open()
+    }
+
+    // When items come or go, an index no longer means the item that the user is about to choose.
+    property int countWhenOpened: 0
+    onLabelsChanged: {
+        if (menu?.visible && labels.length !== countWhenOpened)
+            menu.close()
     }
 
     onLoaded: {
@@ -31,7 +42,6 @@ Loader {
         menu.text = Qt.binding(() => text)
         if (over) {
             menu.width = Qt.binding(() => Math.max(control.width, menu.implicitWidth))
-            menu.y = Qt.binding(() => -menu.padding - menu.checkedY)
         } else {
             menu.y = Qt.binding(() => control.height + 6)
         }
