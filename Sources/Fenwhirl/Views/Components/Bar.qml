@@ -20,9 +20,10 @@ Item {
     implicitWidth: 140
 
     // A change of up to 3 % is not animated: among many temperatures some always fluctuate by a degree or two, and every
-    // frame of an animation loads the processor that this program watches.
+    // frame of an animation loads the processor that this program watches. A bar that nobody sees is not animated either:
+    // a list that reuses its rows gives a hidden one the value of another sensor.
     onWantedChanged: {
-        motion.enabled = ready && Math.abs(wanted - shown) > 0.03
+        motion.enabled = ready && visible && Math.abs(wanted - shown) > 0.03
         shown = wanted
     }
     Component.onCompleted: ready = true

@@ -97,6 +97,7 @@ Item {
         x: bar.x + Math.round(Math.min(bar.width * root.peak - width / 2, bar.width - width))
 
         Behavior on opacity {
+            enabled: root.visible
             NumberAnimation { duration: Theme.hoverDuration }
         }
     }

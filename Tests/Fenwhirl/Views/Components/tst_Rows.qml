@@ -231,6 +231,20 @@ Item {
             sensor.name = name
         }
 
+        function test_aHiddenRowTakesAnotherSensorsTemperatureAtOnce() {
+            Theme.reducedMotion = false
+            const bar = findChild(sensor, "bar")
+            sensor.visible = false // as in a list that reuses its rows
+            sensor.fraction = 0.9
+            compare(bar.shown, 0.9)
+            sensor.visible = true
+            compare(bar.shown, 0.9)
+            sensor.fraction = 0.5
+            verify(bar.shown > 0.5) // on its way
+            tryCompare(bar, "shown", 0.5)
+            Theme.reducedMotion = true
+        }
+
         function test_aShortBarKeepsTheTracksRounding() {
             const image = grabImage(root)
             verify(Qt.colorEqual(image.pixel(1, 443), Theme.accent))
