@@ -88,6 +88,7 @@ Column {
         id: slider
         detail: root.spokenSpeed
         from: root.fan.lowestRPM
+        measured: root.fan.mode !== 1 // otherwise it shows the constant speed
         stepSize: 50
         text: root.fan.name
         to: root.fan.highestRPM

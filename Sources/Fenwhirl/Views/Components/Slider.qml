@@ -8,6 +8,8 @@ import Fenwhirl.Components
 //   valueText, unit, widestText  the value and its unit for the bubble above the knob, and the widest text that the value
 //                   can have; without a valueText there is no bubble
 //   bubble          appears while the knob is held, and for a moment after each key
+//   measured        the value changes by itself; screen readers then hear the value that it had when it got the focus,
+//                   because they announce every change of the focused control
 //   signal moved(double value)  the requested value: a multiple of the step, or one of the ends
 // A press on the track jumps there. Arrow keys move by one step, Page keys by ten, Home and End to the ends.
 FocusScope {
@@ -22,6 +24,7 @@ FocusScope {
     property string valueText: ""
     property string unit: ""
     property string widestText: valueText
+    property bool measured: false
     readonly property alias bubble: valueBubble
     readonly property bool pressed: area.pressed
     readonly property double shown: pressed ? held : value
@@ -48,12 +51,17 @@ FocusScope {
         Accessible.role: Accessible.Slider
         activeFocusOnTab: true
         anchors.fill: parent
-        // Measured values may lie beyond the range that can be requested.
-        current: Math.max(root.from, Math.min(root.value, root.to))
         focus: true
         maximumValue: root.to
         minimumValue: root.from
         stepSize: root.stepSize
+
+        Binding on current {
+            restoreMode: Binding.RestoreNone
+            // Measured values may lie beyond the range that can be requested.
+            value: Math.max(root.from, Math.min(root.value, root.to))
+            when: !root.measured || !range.activeFocus
+        }
 
         Accessible.onDecreaseAction: step(-1)
         Accessible.onIncreaseAction: step(1)

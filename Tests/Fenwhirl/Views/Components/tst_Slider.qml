@@ -107,6 +107,25 @@ Item {
             mouseRelease(slider, knob + 105, 10)
         }
 
+        function test_aMeasuredValueIsTheSameForAssistiveTechnologyAsLongAsItHasTheFocus() {
+            const node = accessibility.find(slider, Accessible.Slider)
+            slider.measured = true
+            slider.forceActiveFocus()
+            root.speed = 2100
+            compare(accessibility.value(node), 2000)
+            compare(slider.position, (2100 - 1200) / (5777 - 1200)) // the knob moves
+            keyClick(Qt.Key_Right)
+            compare(root.speed, 2150)
+            narrow.forceActiveFocus()
+            compare(accessibility.value(node), 2150)
+            root.speed = 2200
+            compare(accessibility.value(node), 2200)
+            slider.measured = false
+            slider.forceActiveFocus()
+            root.speed = 2300
+            compare(accessibility.value(node), 2300)
+        }
+
         function test_aFanWithEqualLimitsKeepsAUsableSlider() {
             narrow.forceActiveFocus()
             keyClick(Qt.Key_Right)
