@@ -28,6 +28,26 @@ void RowSlice::setBound(int& bound, int value) {
     Q_EMIT sliceChanged();
 }
 
+void RowSlice::setSourceModel(QAbstractItemModel* model) {
+    if (sourceModel() != nullptr) {
+        sourceModel()->disconnect(this, nullptr);
+    }
+    QSortFilterProxyModel::setSourceModel(model); // connects its own slots, which have to run before ours
+    if (model != nullptr) {
+        connect(model, &QAbstractItemModel::rowsInserted, this, &RowSlice::filterAnew);
+        connect(model, &QAbstractItemModel::rowsRemoved, this, &RowSlice::filterAnew);
+    }
+}
+
+void RowSlice::filterAnew() {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 10, 0)
+    beginFilterChange();
+    endFilterChange(Direction::Rows);
+#else
+    invalidateFilter();
+#endif
+}
+
 bool RowSlice::filterAcceptsRow(int row, const QModelIndex& /*parent*/) const {
     return row >= first_ && row - first_ < rows_;
 }

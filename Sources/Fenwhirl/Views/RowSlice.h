@@ -2,7 +2,8 @@
 //
 //   RowSlice { sourceModel: sensors; first: 12; rows: 12 }
 //
-// Rows that the source does not have are left out. Threads: main thread only.
+// Rows that the source does not have are left out. When rows are inserted into the source or removed from it, the
+// others move up or down, also across the ends of the range. Threads: main thread only.
 
 #pragma once
 
@@ -26,6 +27,8 @@ public:
 
     void setRows(int rows);
 
+    void setSourceModel(QAbstractItemModel* model) override;
+
 Q_SIGNALS:
     void sliceChanged();
 
@@ -35,6 +38,8 @@ protected:
 private:
     // Sets a bound of the range, and filters anew if it has changed.
     void setBound(int& bound, int value);
+    // Rows that come and go move others into the range and out of it.
+    void filterAnew();
 
     int first_ = 0;
     int rows_ = 0;

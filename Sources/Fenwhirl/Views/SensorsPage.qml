@@ -36,7 +36,7 @@ PageFrame {
             // Columns are filled from top to bottom, one after the other, as in a list of files.
             FocusScope {
                 id: list
-                property int currentIndex: 0 // the row that has, or last had, the focus
+                property int currentIndex: 0 // the row that was last given the focus, and may have moved since
                 readonly property real gap: 40
                 readonly property int fitting: Math.floor((width / Theme.textScale + gap) / (400 + gap))
                 readonly property int columns: Math.max(1, Math.min(fitting, 3, Math.floor(root.count / 12)))
@@ -48,13 +48,14 @@ PageFrame {
                 activeFocusOnTab: true
                 implicitHeight: rows * (root.rowHeight + root.rowSpacing) - root.rowSpacing
                 Keys.onPressed: event => {
-                    const steps = {
-                        [Qt.Key_Down]: 1, [Qt.Key_Up]: -1, [Qt.Key_Right]: rows, [Qt.Key_Left]: -rows,
-                        [Qt.Key_Home]: -currentIndex, [Qt.Key_End]: root.count - 1 - currentIndex,
+                    const here = focusedRow()
+                    const goals = {
+                        [Qt.Key_Down]: here + 1, [Qt.Key_Up]: here - 1, [Qt.Key_Right]: here + rows,
+                        [Qt.Key_Left]: here - rows, [Qt.Key_Home]: 0, [Qt.Key_End]: root.count - 1,
                     }
-                    event.accepted = event.key in steps
+                    event.accepted = event.key in goals
                     if (event.accepted)
-                        goTo(currentIndex + steps[event.key])
+                        goTo(goals[event.key])
                 }
                 onColumnsChanged: settle.restart()
 
@@ -65,7 +66,20 @@ PageFrame {
                     if (activeFocus)
                         root.revealRow(index % rows)
                     currentIndex = index
-                    columnViews.itemAt(Math.floor(index / rows)).focus = true
+                    const view = columnViews.itemAt(Math.floor(index / rows))
+                    view.currentIndex = index % rows
+                    view.focus = true
+                }
+
+                // The views keep the focus with its sensor while others come and go above it.
+                function focusedRow(): int {
+                    for (let i = 0; i < columnViews.count; ++i) {
+                        const view = columnViews.itemAt(i)
+                        view?.forceLayout() // a view learns of rows that came or went only when it is laid out
+                        if (view?.activeFocus && view.currentIndex >= 0)
+                            return view.first + view.currentIndex
+                    }
+                    return Math.min(currentIndex, root.count - 1)
                 }
 
                 Timer { // runs once the new columns exist
@@ -92,11 +106,6 @@ PageFrame {
                         Accessible.ignored: true
                         // All rows have delegates while the list has the focus, so that each knows its position among them.
                         cacheBuffer: list.activeFocus ? 100000 : 0
-                        contentY: y
-                        currentIndex: {
-                            const row = list.currentIndex - first
-                            return row >= 0 && row < list.rows ? row : -1
-                        }
                         focus: index === 0
                         height: Math.min(parent.height - y, root.height)
                         highlightFollowsCurrentItem: false
@@ -116,6 +125,14 @@ PageFrame {
                             first: column.first
                             rows: list.rows
                             sourceModel: list.columns > 1 ? root.models.machine.sensors : null
+                        }
+
+                        // Only once it is complete: until then the view scrolls to its top by itself. The origin moves when
+                        // rows come or go above the visible ones.
+                        Component.onCompleted: {
+                            contentY = Qt.binding(() => originY + y)
+                            if (index > 0)
+                                currentIndex = -1
                         }
 
                         delegate: SensorRow {

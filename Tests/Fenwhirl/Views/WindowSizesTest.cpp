@@ -308,4 +308,31 @@ TEST(RowSlice, ShowsItsPartOfAListThatGrowsAndShrinks) {
     EXPECT_EQ(slice.rowCount(), 2);
 }
 
+TEST(RowSlice, KeepsItsPartWhenRowsComeAndGoBeforeIt) {
+    SensorList source;
+    QList<SensorListEntry> sensors;
+    for (int i = 0; i < 10; ++i) {
+        sensors.append(shown({QStringLiteral("T%1").arg(i, 3, 10, QLatin1Char('0')), 30.0 + i}));
+    }
+    source.setSensors(sensors);
+    RowSlice first;
+    RowSlice second;
+    for (RowSlice* const slice : {&first, &second}) {
+        slice->setSourceModel(&source);
+        slice->setRows(5);
+    }
+    second.setFirst(5);
+    const int temperature = source.roleNames().key("temperature");
+    sensors.insert(2, shown({QStringLiteral("Tnew"), 20.0}));
+    source.setSensors(sensors);
+    EXPECT_EQ(first.rowCount(), 5);
+    ASSERT_EQ(second.rowCount(), 5);
+    EXPECT_EQ(second.data(second.index(0, 0), temperature), QStringLiteral("34 °C"));
+    sensors.remove(0, 2);
+    source.setSensors(sensors);
+    EXPECT_EQ(first.rowCount(), 5);
+    ASSERT_EQ(second.rowCount(), 4);
+    EXPECT_EQ(second.data(second.index(0, 0), temperature), QStringLiteral("36 °C"));
+}
+
 } // namespace
