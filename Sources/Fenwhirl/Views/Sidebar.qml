@@ -50,6 +50,16 @@ Rectangle {
         width: parent.width
         x: 10
 
+        // A page can be chosen by a shortcut, too.
+        Connections {
+            target: root.pages
+
+            function onSelectedChanged() {
+                if (rowScope.activeFocus)
+                    rows.itemAt(root.pages.selectedIndex)?.forceActiveFocus(Qt.OtherFocusReason)
+            }
+        }
+
         Keys.onPressed: event => {
             switch (event.key) {
             case Qt.Key_Down:

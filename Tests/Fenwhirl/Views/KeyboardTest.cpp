@@ -6,6 +6,7 @@
 #include <QQuickItem>
 #include <QTest>
 
+#include <cstdio>
 #include <gtest/gtest.h>
 
 namespace {
@@ -158,6 +159,17 @@ TEST(KeyboardInTheSidebar, ArrowsLeadFromPageToPage) {
     EXPECT_EQ(stage.monitor().selectedPage(), Page::dashboard);
 }
 
+TEST(KeyboardInTheSidebar, AShortcutToAPageMovesTheFocusToItsRow) {
+    Stage stage;
+    stage.show();
+    stage.click(QStringLiteral("Ventilateurs"), QAccessible::PageTab);
+    QTest::keyClick(&stage.window(), Qt::Key_6, Qt::ControlModifier);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::alerts);
+    EXPECT_EQ(focused(stage).section(u' ', 1), QStringLiteral("Alertes"));
+    stage.press(Qt::Key_Down);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::settings);
+}
+
 // The vertical position of the page, read from its title.
 int titleTop(Stage& stage, const QString& title) {
     static_cast<void>(stage.window().grabWindow());
@@ -248,6 +260,72 @@ TEST(KeyboardInTheWindow, TheFocusStaysWithAnApplicationThatIsOvertakenAndSoDoes
     waitForFocus(stage, QStringLiteral("Beta"));
     stage.setApps({alfa});
     waitForFocus(stage, QStringLiteral("Alfa")); // it is the last control
+}
+
+// The name of the sensor that has the focus.
+QString focusedSensor(Stage& stage) {
+    const QQuickItem* const item = stage.window().activeFocusItem();
+    return item == nullptr ? QString() : item->property("name").toString();
+}
+
+QString sensorNameAt(Stage& stage, int row) {
+    const SensorList* const list = stage.models().machine()->sensors();
+    return list->data(list->index(row, 0), list->roleNames().key("name")).toString();
+}
+
+TEST(KeyboardOnTheSensorsPage, TheFocusStaysWithItsSensorWhileOthersComeAndGo) {
+    for (const int width : {1040, 1500}) { // one column, and two
+        Stage stage;
+        stage.windowSize.setWidth(width);
+        for (int i = 0; i < 30; ++i) {
+            char key[5];
+            std::snprintf(key, sizeof key, "T%03x", static_cast<unsigned>(i) + 0x100u);
+            stage.world.smc.setNumber(key, "sp78", 30 + i);
+        }
+        stage.showPage(Page::sensors);
+        for (int i = 0; i < 20 && focusedSensor(stage).isEmpty(); ++i) {
+            stage.press(Qt::Key_Tab);
+        }
+        for (int i = 0; i < 4; ++i) {
+            stage.press(Qt::Key_Down);
+        }
+        const QString name = focusedSensor(stage);
+        const QString next = sensorNameAt(stage, 5);
+        ASSERT_FALSE(name.isEmpty());
+        stage.world.smc.setNumber("T101", "sp78", -1); // not a plausible temperature
+        stage.poll();
+        EXPECT_EQ(focusedSensor(stage), name) << width;
+        stage.press(Qt::Key_Down);
+        EXPECT_EQ(focusedSensor(stage), next) << width;
+        stage.world.smc.setNumber("T101", "sp78", 31);
+        stage.poll();
+        EXPECT_EQ(focusedSensor(stage), next) << width;
+        stage.press(Qt::Key_Up);
+        EXPECT_EQ(focusedSensor(stage), name) << width;
+        stage.press(Qt::Key_End);
+        EXPECT_EQ(focusedSensor(stage),
+                  sensorNameAt(stage, stage.models().machine()->sensors()->count() - 1));
+    }
+}
+
+TEST(KeyboardInAMenu, AKeyThatIsStillHeldAfterOpeningItChoosesNothing) {
+    Stage stage;
+    stage.start();
+    stage.monitor().setSetting(0, {.mode = FanModeKind::constant, .constantRPM = 2500, .sensorKey = {}});
+    stage.show();
+    for (int i = 0; i < 20 && focused(stage).section(u' ', 1) != QStringLiteral("Préréglage"); ++i) {
+        stage.press(Qt::Key_Tab);
+    }
+    stage.press(Qt::Key_Return);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.all(QAccessible::MenuItem).isEmpty(); }));
+    for (int i = 0; i < 3; ++i) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+        QCoreApplication::sendEvent(&stage.window(), &held);
+    }
+    EXPECT_FALSE(stage.all(QAccessible::MenuItem).isEmpty());
+    EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::constant);
+    stage.press(Qt::Key_Return);
+    EXPECT_EQ(stage.monitor().setting(0).mode, FanModeKind::automatic);
 }
 
 TEST(KeyboardInThePanel, ArrowsChooseFromPresetToPresetAndSpaceTheOneThatHasTheFocus) {

@@ -35,6 +35,11 @@ ListView {
     }
 
     Keys.onPressed: event => {
+        // The key that opened the menu may still be held.
+        if (event.isAutoRepeat && [Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space].includes(event.key)) {
+            event.accepted = true
+            return
+        }
         switch (event.key) {
         case Qt.Key_Return:
         case Qt.Key_Enter:
