@@ -27,14 +27,20 @@ constexpr std::array launchers = {
     QStringView(u"xterm"),
 };
 
-// Folders that many programs share, matched by their paths; they belong to no single program.
-bool isShared(const QString& folder) {
+// Folders that many programs share wherever the home is, matched by their paths.
+bool isSharedBySystem(const QString& folder) {
     static const QRegularExpression pattern(QStringLiteral(
         "^(|/|/bin|/sbin|/lib\\w*|/opt|/home|/root|/tmp|/usr|/snap|/app|/nix/store|/usr/(local/)?"
         "(bin|sbin|games|lib\\w*|libexec|share|lib\\w*/\\w+-linux-gnu\\w*(/libexec(/kf\\d)?)?)|/usr/local|/"
-        "var(/\\w+)?|.*/"
-        "\\.local"
-        "(/bin|/lib|/share)?|/home/[^/]+(/bin)?|/root/bin)$"));
+        "var(/\\w+)?|/srv|/mnt(/[^/]+)?|(/run)?/media(/[^/]+){0,2}|.*/\\.local(/bin|/lib|/share)?)$"));
+    return pattern.match(folder).hasMatch();
+}
+
+// Shared folders in which every installed program has a folder with the name of its command. Elsewhere a
+// folder's name says nothing: what is in "~/code" or "/tmp/code" was not installed with the command "code".
+bool holdsInstallations(const QString& folder) {
+    static const QRegularExpression pattern(
+        QStringLiteral("^(/opt|/snap|/lib\\w*|/usr(/.+)?|.*/\\.local/(lib|share))$"));
     return pattern.match(folder).hasMatch();
 }
 
@@ -44,16 +50,6 @@ QString parentOf(const QString& path) {
 
 QString fileNameOf(const QString& path) {
     return path.sliced(path.lastIndexOf(u'/') + 1);
-}
-
-// The folder that the program's installation has to itself; empty when it is in a shared folder.
-QString ownFolderOf(const QString& program) {
-    const QString folder = parentOf(program);
-    if (isShared(folder)) {
-        return {};
-    }
-    const QString parent = parentOf(folder);
-    return fileNameOf(folder) == QStringLiteral("bin") && !isShared(parent) ? parent : folder;
 }
 
 QString unescaped(QStringView value) {
@@ -242,9 +238,10 @@ std::optional<QString> interpretedScript(const QStringList& command) {
     return std::nullopt;
 }
 
-DesktopEntries::DesktopEntries(QStringList folders, QStringList programs)
+DesktopEntries::DesktopEntries(QStringList folders, QStringList programs, const QString& home)
     : folders_(std::move(folders))
-    , programs_(std::move(programs)) {}
+    , programs_(std::move(programs))
+    , home_(home.isEmpty() ? QString() : QFileInfo(home).canonicalFilePath()) {}
 
 DesktopEntries DesktopEntries::ofThisComputer() {
     QStringList folders = QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
@@ -257,8 +254,10 @@ DesktopEntries DesktopEntries::ofThisComputer() {
             folders.append(folder);
         }
     }
-    return {folders, qEnvironmentVariable("PATH", QStringLiteral("/usr/local/bin:/usr/bin:/bin"))
-                         .split(u':', Qt::SkipEmptyParts)};
+    return {folders,
+            qEnvironmentVariable("PATH", QStringLiteral("/usr/local/bin:/usr/bin:/bin"))
+                .split(u':', Qt::SkipEmptyParts),
+            QDir::homePath()};
 }
 
 bool DesktopEntries::update() {
@@ -342,6 +341,32 @@ QString DesktopEntries::programOf(const QStringList& command) const {
     return program.startsWith(u'/') ? QFileInfo(program).canonicalFilePath() : QString();
 }
 
+bool DesktopEntries::isHome(const QString& folder) const {
+    static const QRegularExpression pattern(QStringLiteral("^((/var)?/home/[^/]+|/root)$"));
+    return (!home_.isEmpty() && folder == home_) || pattern.match(folder).hasMatch();
+}
+
+// A home and the folders right in it ("~/Downloads", "~/bin") contain all sorts of things. So does what
+// `isSharedBySystem` names.
+bool DesktopEntries::isShared(const QString& folder) const {
+    return isSharedBySystem(folder) || isHome(folder) || isHome(parentOf(folder));
+}
+
+// The folder that the program's installation has to itself; empty when it is in a shared folder.
+QString DesktopEntries::ownFolderOf(const QString& program) const {
+    const QString folder = parentOf(program);
+    // An archive that was unpacked into the home, such as "~/browser/browser".
+    const QString name = fileNameOf(program).section(u'.', 0, 0);
+    if (isHome(parentOf(folder)) && fileNameOf(folder).compare(name, Qt::CaseInsensitive) == 0) {
+        return folder;
+    }
+    if (isShared(folder)) {
+        return {};
+    }
+    const QString parent = parentOf(folder);
+    return fileNameOf(folder) == QStringLiteral("bin") && !isShared(parent) ? parent : folder;
+}
+
 void DesktopEntries::index(qsizetype entry) {
     const QStringList& command = entries_[entry].command;
     const QString program = programOf(command);
@@ -394,7 +419,8 @@ const DesktopEntry* DesktopEntries::ofProgram(const QString& path) const {
         }
         // Programs in "/usr/lib/NAME/…" and "/opt/NAME/…" belong to the command NAME, which may be a script
         // in another folder.
-        if (isShared(folder) && folder.size() > 1 && path.size() > folder.size() + below.size() + 1) {
+        if (isShared(folder) && holdsInstallations(folder) &&
+            path.size() > folder.size() + below.size() + 1) {
             return at(programNames_, below);
         }
         below = fileNameOf(folder);

@@ -46,8 +46,8 @@ struct DesktopEntry {
 class DesktopEntries {
 public:
     // `folders` contain the entries, the most important first; `programs` are searched for
-    // commands without a path.
-    DesktopEntries(QStringList folders, QStringList programs);
+    // commands without a path; `home` is this user's home folder, empty if there is none.
+    DesktopEntries(QStringList folders, QStringList programs, const QString& home);
 
     // Searches the usual folders of this computer and user.
     [[nodiscard]] static DesktopEntries ofThisComputer();
@@ -58,7 +58,8 @@ public:
 
     // Null when there is no such entry.
     [[nodiscard]] const DesktopEntry* withId(const QString& id) const;
-    // The entry that starts this program, or the entry whose own folder contains it.
+    // The entry that starts this program, whose own folder contains it, or whose command has the name of the
+    // program's folder among the installed programs (/opt, /usr/lib and the like).
     [[nodiscard]] const DesktopEntry* ofProgram(const QString& path) const;
     // The entry of a snap by its name, or that of one of its programs if it has an entry of its own.
     [[nodiscard]] const DesktopEntry* ofSnap(const QString& snap, const QString& program = {}) const;
@@ -69,10 +70,14 @@ private:
     void index(qsizetype entry);
     void offer(QHash<QString, qsizetype>& places, const QString& place, qsizetype entry);
     [[nodiscard]] QString programOf(const QStringList& command) const;
+    [[nodiscard]] bool isHome(const QString& folder) const;
+    [[nodiscard]] bool isShared(const QString& folder) const;
+    [[nodiscard]] QString ownFolderOf(const QString& program) const;
     [[nodiscard]] const DesktopEntry* at(const QHash<QString, qsizetype>& places, const QString& place) const;
 
     QStringList folders_;
     QStringList programs_;
+    QString home_;                   // with all links resolved
     QHash<QString, QDateTime> seen_; // the folders that were read, and when each had last changed
     QList<DesktopEntry> entries_;
     QHash<QString, qsizetype> ids_;

@@ -47,7 +47,7 @@ protected:
     QStringList locales;
     std::map<qint32, FakeProcess> processes;
     int reads = 0;
-    ApplicationFinder finder{DesktopEntries({folder.path()}, {folder.path()}),
+    ApplicationFinder finder{DesktopEntries({folder.path()}, {folder.path()}, {}),
                              [this](qint32 pid) -> std::optional<ProcessOrigin> {
                                  ++reads;
                                  const auto found = processes.find(pid);

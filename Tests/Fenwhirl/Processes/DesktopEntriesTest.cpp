@@ -31,8 +31,15 @@ protected:
     [[nodiscard]] static QString idOf(const DesktopEntry* entry) { return entry ? entry->id : u"none"_s; }
 
     QTemporaryDir folder;
-    DesktopEntries entries{{folder.filePath(u"mine"_s), folder.filePath(u"theirs"_s)},
-                           {folder.filePath(u"bin"_s)}};
+    DesktopEntries entries{
+        {folder.filePath(u"mine"_s), folder.filePath(u"theirs"_s)}, {folder.filePath(u"bin"_s)}, makeHome()};
+
+private:
+    // Created here, because its links are resolved when the entries are constructed.
+    [[nodiscard]] QString makeHome() const {
+        QDir().mkpath(at(u"home"_s));
+        return at(u"home"_s);
+    }
 };
 
 } // namespace
@@ -151,6 +158,55 @@ TEST_F(DesktopEntriesTest, HaveTheSystemsFolderOfTheirName) {
     EXPECT_EQ(idOf(entries.ofProgram(u"/opt/browser/browser"_s)), u"org.browser"_s);
     EXPECT_EQ(entries.ofProgram(u"/usr/lib/other/browser"_s), nullptr);
     EXPECT_EQ(entries.ofProgram(u"/usr/bin/browser"_s), nullptr) << "another one of that name";
+}
+
+// Whoever keeps their work in "~/code" must not have it quit together with the editor of that name.
+TEST_F(DesktopEntriesTest, HaveNoFolderOfTheirNameWhereNothingIsInstalled) {
+    write(u"bin/code"_s, "");
+    writeEntry(u"mine/code.desktop"_s, u"code %F"_s);
+    entries.update();
+    for (const QString& path :
+         {u"/home/camille/code/api/server"_s, u"/home/code/api/server"_s, u"/root/code/server"_s,
+          u"/tmp/code/server"_s, u"/var/code/server"_s, u"/var/lib/code/server"_s, u"/srv/code/server"_s,
+          u"/home/camille/.local/bin/code/server"_s, u"/home/camille/.local/code/server"_s}) {
+        EXPECT_EQ(entries.ofProgram(path), nullptr) << path.toStdString();
+    }
+    for (const QString& path :
+         {u"/opt/code/server"_s, u"/usr/share/code/server"_s, u"/usr/local/lib/code/bin/server"_s,
+          u"/lib64/code/server"_s, u"/home/camille/.local/share/code/server"_s,
+          u"/home/camille/.local/lib/code/server"_s}) {
+        EXPECT_EQ(idOf(entries.ofProgram(path)), u"code"_s) << path.toStdString();
+    }
+}
+
+TEST_F(DesktopEntriesTest, HaveNoFolderOfTheHomeToThemselves) {
+    write(u"home/Downloads/editor.AppImage"_s, "");
+    writeEntry(u"mine/editor.desktop"_s, at(u"home/Downloads/editor.AppImage"_s));
+    write(u"home/Work/bin/viewer"_s, "");
+    writeEntry(u"mine/viewer.desktop"_s, at(u"home/Work/bin/viewer"_s));
+    write(u"home/tool"_s, "");
+    writeEntry(u"mine/tool.desktop"_s, at(u"home/tool"_s));
+    entries.update();
+    const QString home = QFileInfo(at(u"home"_s)).canonicalFilePath();
+    EXPECT_EQ(idOf(entries.ofProgram(home + u"/Downloads/editor.AppImage"_s)), u"editor"_s);
+    EXPECT_EQ(idOf(entries.ofProgram(home + u"/Work/bin/viewer"_s)), u"viewer"_s);
+    EXPECT_EQ(idOf(entries.ofProgram(home + u"/tool"_s)), u"tool"_s);
+    for (const QString& other : {u"/Downloads/server"_s, u"/Downloads/api/server"_s, u"/Work/server"_s,
+                                 u"/Music/player"_s, u"/.cache/x/y"_s}) {
+        EXPECT_EQ(entries.ofProgram(home + other), nullptr) << other.toStdString();
+    }
+}
+
+TEST_F(DesktopEntriesTest, HaveTheFolderOfTheirNameThatWasUnpackedInTheHome) {
+    write(u"home/Browser/browser"_s, "");
+    writeEntry(u"mine/browser.desktop"_s, at(u"home/Browser/browser"_s));
+    write(u"home/Apps/Player/player"_s, "");
+    writeEntry(u"mine/player.desktop"_s, at(u"home/Apps/Player/player"_s));
+    entries.update();
+    const QString home = QFileInfo(at(u"home"_s)).canonicalFilePath();
+    EXPECT_EQ(idOf(entries.ofProgram(home + u"/Browser/tab"_s)), u"browser"_s);
+    EXPECT_EQ(idOf(entries.ofProgram(home + u"/Apps/Player/lib/decoder"_s)), u"player"_s);
+    EXPECT_EQ(entries.ofProgram(home + u"/Apps/Other/decoder"_s), nullptr);
 }
 
 TEST_F(DesktopEntriesTest, OfSeveralForOneProgramTheVisibleAndSimplestIsUsed) {
