@@ -4,7 +4,7 @@
 // points). It has one line per process: identifier, percent of one processor core, resident KiB, path of the
 // executable. On macOS this is the tool's own output. On Linux the tool's percentages would be averages over
 // each process's lifetime, which hardly show recent load. There the share is measured since the last listing,
-// and a process whose path is hidden appears under its name.
+// a process whose path is hidden appears under its name, and letters that are not ASCII are not replaced.
 //
 // Threads: one listing at a time, on any thread, which it blocks; `startWhenListed` on that same thread.
 // Everything else from any thread at any time.

@@ -66,6 +66,27 @@ std::vector<std::int32_t> allProcesses() {
     return pids;
 }
 
+// The path as the kernel has it. In its neutral language the tool prints a question mark for every byte of a
+// letter that is not ASCII, so a path with question marks is read from the kernel instead. Control
+// characters, which could forge lines, are replaced by question marks.
+std::string completePath(std::int32_t pid, std::string_view printed) {
+    if (printed.find('?') == std::string_view::npos) {
+        return std::string(printed);
+    }
+    std::error_code failure;
+    std::string path =
+        std::filesystem::read_symlink("/proc/" + std::to_string(pid) + "/exe", failure).native();
+    if (failure || path.empty()) {
+        return std::string(printed);
+    }
+    const auto isControl = [](char byte) {
+        const auto code = static_cast<unsigned char>(byte);
+        return code < 0x20 || code == 0x7F;
+    };
+    std::replace_if(path.begin(), path.end(), isControl, '?');
+    return path;
+}
+
 // The path as the user knows it. The tool shows "-" where the system hides the path (kernel threads, other
 // users' processes). Then the process's name takes its place, up to a slash, because kernel workers have
 // names such as "kworker/0:1-events". The suffix that marks a running executable as replaced is removed.
@@ -146,7 +167,7 @@ private:
             listing += ' ';
             listing += process->residentKiB;
             listing += ' ';
-            listing += displayPath(process->path, stat->name);
+            listing += displayPath(completePath(process->pid, process->path), stat->name);
             listing += '\n';
         }
         return {listing.data(), static_cast<qsizetype>(listing.size())};
