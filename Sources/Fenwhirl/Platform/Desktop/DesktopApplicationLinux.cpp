@@ -5,6 +5,7 @@
 #include <QFont>
 #include <QFontDatabase>
 #include <QQuickWindow>
+#include <QSessionManager>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -56,6 +57,13 @@ void setInterfaceFont() {
     QGuiApplication::setFont(font);
 }
 
+// Session managers restart what was running when the user logged out, by default even a program that has an
+// autostart entry. Fenwhirl starts with the session only if the user wants that, and then through its entry; a
+// second start would open the window.
+void neverRestart(QSessionManager& manager) {
+    manager.setRestartHint(QSessionManager::RestartNever);
+}
+
 } // namespace
 
 std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) {
@@ -68,6 +76,10 @@ std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) 
     // used.
     auto application = std::make_unique<QApplication>(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    for (const auto request : {&QGuiApplication::saveStateRequest, &QGuiApplication::commitDataRequest}) {
+        // Direct, because the hint is read as soon as the signal has been delivered.
+        QObject::connect(application.get(), request, application.get(), neverRestart, Qt::DirectConnection);
+    }
     setInterfaceFont();
     return application;
 }
