@@ -95,6 +95,21 @@ TEST_F(FileDialogsTest, GiveNothingWhenTheUserDeclined) {
     EXPECT_EQ(askSavePath(QStringLiteral("Fenwhirl-diagnostic.txt"), {}), QString());
 }
 
+TEST_F(FileDialogsTest, OpenOnePanelAtATime) {
+    FakeMac::settings().savePath = QStringLiteral("/Users/test/first.txt");
+    int asked = 0;
+    FakeMac::settings().whileAsking = [&] {
+        ++asked;
+        EXPECT_TRUE(isAskingSavePath());
+        EXPECT_EQ(askSavePath(QStringLiteral("second.txt"), {}), QString());
+    };
+    for (int time = 1; time <= 2; ++time) {
+        EXPECT_EQ(askSavePath(QStringLiteral("first.txt"), {}), QStringLiteral("/Users/test/first.txt"));
+        EXPECT_EQ(asked, time);
+        EXPECT_FALSE(isAskingSavePath());
+    }
+}
+
 TEST_F(FileDialogsTest, ShowTheFile) {
     beforeTheEventLoop([] { revealInFileBrowser(QStringLiteral("/Users/test/é.txt")); });
     EXPECT_THAT(FakeMac::journal(), ElementsAre("show /Users/test/é.txt"));

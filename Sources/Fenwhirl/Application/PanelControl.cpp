@@ -136,6 +136,10 @@ bool PanelControl::eventFilter(QObject* watched, QEvent* event) {
             grabPresses(*window_);
         }
         break;
+    case QEvent::WindowBlocked:
+        // A modal window has been opened. The panel no longer receives input, so it must not grab any.
+        close();
+        break;
     case QEvent::Enter:
     case QEvent::KeyPress:
         hasBeenEntered_ = true;

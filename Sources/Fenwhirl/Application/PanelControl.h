@@ -1,5 +1,5 @@
-// The status item's panel. It opens at the item; a second click, a press anywhere else and
-// the loss of focus close it.
+// The status item's panel. It opens at the item; a second click, a press anywhere else, the loss of focus and
+// a modal window close it.
 //
 // The window is created when the panel is first opened, and kept. It is created again when compositing on the
 // desktop was switched on or off since then, because that decides whether the window can be translucent.

@@ -64,11 +64,6 @@ QPalette dialogPalette(bool dark) {
     return palette;
 }
 
-ViewServices withOpenMain(ViewServices services, std::function<void()> openMain) {
-    services.openMain = std::move(openMain);
-    return services;
-}
-
 } // namespace
 
 WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
@@ -77,7 +72,7 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
     , system_(std::move(system))
     , monitor_(monitor)
     , appearance_(appearance)
-    , models_(monitor, processes, withOpenMain(std::move(services), [this] { openMain(); }))
+    , models_(monitor, processes, withWindows(std::move(services)))
     , panel_(
           [this](const QVariantMap& properties) {
               QVariantMap all = withModels();
@@ -102,6 +97,16 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
 WindowControl::~WindowControl() {
     stopListening(main_.get());
     stopListening(alert_.get());
+}
+
+ViewServices WindowControl::withWindows(ViewServices services) {
+    services.openMain = [this] { openMain(); };
+    services.saveReport = [this, save = std::move(services.saveReport)](const QString& text) {
+        // While it asks where to save the report, our windows may ignore input. The panel must not grab it.
+        panel_.close();
+        save(text);
+    };
+    return services;
 }
 
 QQmlEngine& WindowControl::engine() {
@@ -183,10 +188,22 @@ void WindowControl::createReport() {
 }
 
 void WindowControl::togglePanel(const QRect& itemPlace, const QString& token) {
+    // While a dialog is open, our other windows ignore input. The panel grabs all presses on the screen, so
+    // if it opened now, the mouse would be dead everywhere.
+    if (QWindow* const dialog = QGuiApplication::modalWindow()) {
+        if (dialog->isVisible()) { // not so where Qt's dialog only stands for a native one
+            system_.bringToFront(*dialog, token);
+        }
+        return;
+    }
+    if (system_.isAskingSavePath()) {
+        return;
+    }
     panel_.toggle(itemPlace, token);
 }
 
 void WindowControl::showAlert(const AlertTexts& texts, std::function<void()> accepted) {
+    panel_.close();
     stopListening(alert_.get());
     alert_ = makeWindow(alertWindowFile(), {{QStringLiteral("heading"), texts.title},
                                             {QStringLiteral("message"), texts.body},

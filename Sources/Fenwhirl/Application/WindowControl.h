@@ -49,7 +49,7 @@ public:
     // The delay from the start, and from the end of the last window, until unneeded memory is given back.
     static constexpr std::chrono::seconds trimDelay = std::chrono::seconds(10);
 
-    // The constructor sets `openMain` of the services.
+    // The constructor sets `openMain` of the services. Before `saveReport` is called, the panel is closed.
     WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
                   ViewServices services, WindowSystem system = {}, QObject* parent = nullptr);
     ~WindowControl() override;
@@ -76,11 +76,12 @@ public:
     void openPage(Page page);
     // Starts a diagnostic report, like the button for it.
     void createReport();
-    // Opens the panel at the status item's position, or closes it when it is open.
+    // Opens the panel at the status item's position, or closes it when it is open. While the program asks
+    // something in a modal dialog, brings that to the front instead where it can.
     void togglePanel(const QRect& itemPlace, const QString& token = {});
 
-    // Brings the program to the front with a question that stays above everything else. `accepted` is called
-    // if the user agrees.
+    // Closes the panel and brings the program to the front with a question that stays above everything else.
+    // `accepted` is called if the user agrees.
     void showAlert(const AlertTexts& texts, std::function<void()> accepted);
 
     // The main window; null before it was first opened.
@@ -105,6 +106,7 @@ private:
     [[nodiscard]] QQmlEngine& engine();
     [[nodiscard]] std::unique_ptr<QQuickWindow> makeWindow(const QUrl& file, const QVariantMap& properties);
     [[nodiscard]] QVariantMap withModels();
+    [[nodiscard]] ViewServices withWindows(ViewServices services);
     void applyTheme();
     void applyAppearance();
     void retranslate();

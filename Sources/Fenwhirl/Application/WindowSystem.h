@@ -4,6 +4,7 @@
 
 #pragma once
 
+#include "Fenwhirl/Platform/Desktop/FileDialogs.h"
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 #include "Fenwhirl/Platform/Desktop/StatusPanel.h"
 
@@ -16,4 +17,5 @@ struct WindowSystem {
     std::function<void(QWindow& window, const QString& token)> bringToFront =
         MainWindowBehaviour::bringToFront;
     std::function<bool()> focusFollowsPointer = ::focusFollowsPointer;
+    std::function<bool()> isAskingSavePath = ::isAskingSavePath;
 };

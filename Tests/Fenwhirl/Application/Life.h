@@ -11,6 +11,7 @@
 #include <QQuickWindow>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 class FakeStatusItem : public StatusItem {
@@ -51,6 +52,7 @@ public:
     FakeStatusItem statusItem;
     FakeAppearance appearance;
     int updateChecks = 0;
+    std::function<void(const QString& text)> saveReport = [](const QString& /*text*/) {};
 
     explicit Life(bool onboarded, const WindowSystem& system = {}) {
         QCoreApplication::installTranslator(&translator_);
@@ -65,7 +67,7 @@ public:
             world.monitor(), *processes_, appearance,
             ViewServices{.computerName = {},
                          .notify = [](const QString&, const QString&) {},
-                         .saveReport = [](const QString&) {},
+                         .saveReport = [this](const QString& text) { saveReport(text); },
                          .applicationIcon = [](const QString&) { return QString(); },
                          .openMain = {},
                          .quit = [] {}},

@@ -4,11 +4,13 @@
 
 #include "Life.h"
 
+#include <QGuiApplication>
 #include <QStringList>
 #include <QTest>
 #include <QWindow>
 
 #include <gtest/gtest.h>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -19,6 +21,7 @@ class WindowPolicy : public testing::Test {
 protected:
     QStringList told; // since the last query
     bool pointerLeads = false;
+    bool asksWhereToSave = false;
 
     WindowSystem system() {
         return {
@@ -36,6 +39,7 @@ protected:
                     MainWindowBehaviour::bringToFront(window, token);
                 },
             .focusFollowsPointer = [this] { return pointerLeads; },
+            .isAskingSavePath = [this] { return asksWhereToSave; },
         };
     }
 
@@ -148,6 +152,66 @@ TEST_F(WindowPolicy, WithFocusFollowingThePointerThePanelStaysOpenUntilEntered) 
         leavePanel(life, reached);
         EXPECT_NE(life.windows->panel()->isVisible(), reached);
     }
+}
+
+// The panel grabs the mouse. While a dialog keeps the input from it, no click would reach any program.
+TEST_F(WindowPolicy, ClickingTheItemBringsAnOpenAlertForwardAndNoPanel) {
+    Life life(true, system());
+    life.windows->showAlert({}, [] {});
+    takeCalls();
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24), QStringLiteral("token"));
+    EXPECT_EQ(takeCalls(), QStringList(QStringLiteral("front")));
+    EXPECT_EQ(life.windows->panel(), nullptr);
+    QWindow* const alert = QGuiApplication::modalWindow();
+    ASSERT_NE(alert, nullptr);
+    alert->close();
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24), {});
+    ASSERT_NE(life.windows->panel(), nullptr);
+    EXPECT_TRUE(life.windows->panel()->isVisible());
+}
+
+TEST_F(WindowPolicy, ThePanelStaysClosedWhileTheUserIsAskedWhereToSave) {
+    Life life(true, system());
+    asksWhereToSave = true;
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24), {});
+    EXPECT_EQ(life.windows->panel(), nullptr);
+    EXPECT_EQ(takeCalls(), QStringList());
+    asksWhereToSave = false;
+    Q_EMIT life.statusItem.activated(QRect(400, 0, 30, 24), {});
+    ASSERT_NE(life.windows->panel(), nullptr);
+    EXPECT_TRUE(life.windows->panel()->isVisible());
+}
+
+TEST_F(WindowPolicy, ThePanelIsClosedBeforeTheUserIsAskedWhereToSave) {
+    Life life(true, system());
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    ASSERT_TRUE(life.windows->panel()->isVisible());
+    std::optional<bool> panelWasOpen;
+    life.saveReport = [&](const QString& text) {
+        EXPECT_FALSE(text.isEmpty());
+        panelWasOpen = life.windows->panel()->isVisible();
+    };
+    life.windows->createReport();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return panelWasOpen.has_value(); }));
+    EXPECT_EQ(panelWasOpen, false);
+}
+
+TEST_F(WindowPolicy, AnAlertClosesThePanel) {
+    Life life(true, system());
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    ASSERT_TRUE(life.windows->panel()->isVisible());
+    life.windows->showAlert({}, [] {});
+    EXPECT_FALSE(life.windows->panel()->isVisible());
+}
+
+TEST_F(WindowPolicy, AnyModalWindowClosesThePanel) {
+    Life life(true, system());
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(life.windows->panel()));
+    QWindow dialog;
+    dialog.setModality(Qt::ApplicationModal);
+    dialog.show();
+    EXPECT_FALSE(life.windows->panel()->isVisible());
 }
 
 TEST_F(WindowPolicy, AnAlertIsOnlyRaised) {

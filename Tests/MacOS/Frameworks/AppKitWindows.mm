@@ -134,6 +134,9 @@ const NSNotificationName NSWindowWillCloseNotification = @"NSWindowWillCloseNoti
 - (NSModalResponse)runModal {
     FakeMac::did("-[NSSavePanel runModal]");
     FakeMac::note("proposed " + QString::fromNSString(self.nameFieldStringValue).toStdString());
+    if (const auto whileAsking = FakeMac::settings().whileAsking) {
+        whileAsking();
+    }
     const QString path = FakeMac::settings().savePath;
     if (path.isEmpty()) {
         // A cancelled panel has a URL nevertheless, which the program must not use.

@@ -54,6 +54,7 @@ struct Settings {
     QString metalDevice = QStringLiteral("Apple M2"); // empty: there is none
     QString systemAppearance = QStringLiteral("NSAppearanceNameAqua");
     QString savePath;                        // empty: cancelled
+    std::function<void()> whileAsking;       // called while the save panel is open
     std::map<std::int32_t, QString> running; // process → what it was asked to do
     std::vector<NSRect> screens = {NSRect{{0, 0}, {1440, 900}}};
     QString computerName = QStringLiteral("Mac de test");

@@ -12,6 +12,9 @@
 // "de"), provided that Qt's translations are installed and include it.
 [[nodiscard]] QString askSavePath(const QString& proposedName, const QString& language);
 
+// Whether such a panel is open. While it is, this program's windows may ignore input.
+[[nodiscard]] bool isAskingSavePath();
+
 // Opens the file browser with this file selected, or shows its folder if selecting is not possible. Does not
 // wait; a failure is not reported.
 void revealInFileBrowser(const QString& path);

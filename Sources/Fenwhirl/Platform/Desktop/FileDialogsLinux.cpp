@@ -1,7 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/FileDialogs.h"
 #include "Fenwhirl/Platform/Desktop/SavePortalLinux.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -15,6 +15,7 @@
 #include <QStandardPaths>
 #include <QTranslator>
 #include <QUrl>
+#include <QWidget>
 
 namespace {
 
@@ -22,6 +23,16 @@ namespace {
 // come from the application's own translator.
 QLocale localeOf(const QString& language) {
     return QLocale(language == QStringLiteral("pt") ? QStringLiteral("pt_PT") : language);
+}
+
+// The status item's menu grabs the mouse. While the portal's dialog is open the menu would get no input, so
+// the mouse would be dead everywhere.
+void closePopups() {
+    while (QWidget* const popup = QApplication::activePopupWidget()) {
+        if (!popup->close()) {
+            return;
+        }
+    }
 }
 
 QString askWithQt(const QString& place, const QString& language) {
@@ -39,6 +50,7 @@ QString askSavePath(const QString& proposedName, const QString& language) {
     if (SavePortalLinux::isAsking()) {
         return {};
     }
+    closePopups();
     QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     if (!QFileInfo(folder).isDir()) {
         folder = QDir::homePath();
@@ -48,6 +60,10 @@ QString askSavePath(const QString& proposedName, const QString& language) {
     const SavePortalLinux::Answer answer =
         portal.ask(QCoreApplication::applicationName(), folder, proposedName);
     return answer.answered ? answer.path : askWithQt(folder + u'/' + proposedName, language);
+}
+
+bool isAskingSavePath() {
+    return SavePortalLinux::isAsking();
 }
 
 void revealInFileBrowser(const QString& path) {

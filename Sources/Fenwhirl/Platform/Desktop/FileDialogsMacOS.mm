@@ -1,8 +1,21 @@
 #include "Fenwhirl/Platform/Desktop/FileDialogs.h"
 
+#include <QScopeGuard>
+
 #import <AppKit/AppKit.h>
+#include <utility>
+
+namespace {
+
+bool asking = false;
+
+} // namespace
 
 QString askSavePath(const QString& proposedName, const QString& /*language*/) {
+    if (std::exchange(asking, true)) {
+        return {};
+    }
+    const auto finished = qScopeGuard([] { asking = false; });
     @autoreleasepool {
         NSSavePanel* panel = [NSSavePanel savePanel];
         panel.nameFieldStringValue = proposedName.toNSString();
@@ -11,6 +24,10 @@ QString askSavePath(const QString& proposedName, const QString& /*language*/) {
         }
         return QString::fromNSString(panel.URL.path);
     }
+}
+
+bool isAskingSavePath() {
+    return asking;
 }
 
 void revealInFileBrowser(const QString& path) {
