@@ -35,6 +35,6 @@ struct CommandLine {
 
     [[nodiscard]] static QString version(const QString& number);
     [[nodiscard]] static QString help();
-    // The message when the running instance could not be told about the preset.
+    // The message when the running instance did not receive the request and did not end either.
     [[nodiscard]] static QString noAnswerMessage();
 };

@@ -81,14 +81,17 @@ QString actionFor(Preset preset) {
     return QString::fromLatin1(word.data(), static_cast<qsizetype>(word.size()));
 }
 
-// Handles a start while another instance is running; returns the exit status of this process.
-int notifyFirst(SingleInstance& instance, std::optional<Preset> preset) {
-    if (!preset) {
-        instance.raiseFirst();
+// Makes this process the first instance. Otherwise tells the first what this start was for, and returns the
+// exit status of this process.
+std::optional<int> exitStatusUnlessFirst(SingleInstance& instance, std::optional<Preset> preset) {
+    switch (instance.start(
+        [&] { return preset ? instance.notifyFirst(actionFor(*preset)) : instance.raiseFirst(); })) {
+    case SingleInstance::Start::first:
+        return std::nullopt;
+    case SingleInstance::Start::handedOver:
         return EXIT_SUCCESS;
-    }
-    if (instance.notifyFirst(actionFor(*preset))) {
-        return EXIT_SUCCESS;
+    case SingleInstance::Start::unanswered:
+        break;
     }
     static_cast<void>(print(CommandLine::noAnswerMessage(), stderr));
     return EXIT_FAILURE;
@@ -125,9 +128,13 @@ int fenwhirl_app_main(int argc, char** argv) {
     const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);
 
     const std::unique_ptr<SingleInstance> instance = SingleInstance::create();
-    if (!instance->becomeFirst()) {
-        return notifyFirst(*instance, command.preset);
+    if (const std::optional<int> status = exitStatusUnlessFirst(*instance, command.preset)) {
+        return *status;
     }
+    // Connected before the handler that hands the fans back: a request that arrived during the hand-back would
+    // be lost.
+    QObject::connect(application.get(), &QCoreApplication::aboutToQuit, instance.get(),
+                     &SingleInstance::stopListening);
 
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, application.get(), &QCoreApplication::quit);
@@ -161,7 +168,10 @@ int fenwhirl_app_main(int argc, char** argv) {
                      });
     QObject::connect(application.get(), &QCoreApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
-    const SessionEnd sessionEnd([&delegate] { delegate.applicationWillTerminate(); });
+    const SessionEnd sessionEnd([&instance, &delegate] {
+        instance->stopListening();
+        delegate.applicationWillTerminate();
+    });
 
     const std::unique_ptr<SleepWatch> sleep = SleepWatch::create();
     QObject::connect(sleep.get(), &SleepWatch::goingToSleep, &monitor,

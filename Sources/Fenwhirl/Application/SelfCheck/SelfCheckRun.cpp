@@ -78,7 +78,11 @@ HelperChecks::Services helperServices(Emergency& emergency) {
             .openSMC = SMC::open,
             .becomeOnlyInstance = []() -> std::shared_ptr<void> {
                 std::shared_ptr<SingleInstance> instance = SingleInstance::create();
-                return instance->becomeFirst() ? instance : nullptr;
+                if (!instance->becomeFirst()) {
+                    return nullptr;
+                }
+                instance->stopListening(); // a start in the meantime waits for the end of the check
+                return instance;
             },
             .announce = [&emergency](const HandBack& handBack) { emergency.announce(handBack); },
             .keepAlive = [&emergency] { emergency.keepAlive(); },

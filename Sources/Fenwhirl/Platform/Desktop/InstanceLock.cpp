@@ -6,6 +6,7 @@
 #include <QSocketNotifier>
 
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -29,8 +30,15 @@ InstanceLock::~InstanceLock() {
 }
 
 void InstanceLock::release() {
+    stopListening();
+    if (lock_ >= 0) {
+        close(std::exchange(lock_, -1));
+    }
+}
+
+void InstanceLock::stopListening() {
     notifier_.reset(); // before the descriptor that it watches is closed
-    for (int* descriptor : {&openEnd_, &pipe_, &lock_}) {
+    for (int* descriptor : {&openEnd_, &pipe_}) {
         if (*descriptor >= 0) {
             close(std::exchange(*descriptor, -1));
         }
@@ -109,7 +117,10 @@ bool InstanceLock::notifyHolder(const QByteArray& word) const {
         return false;
     }
     const QByteArray call = word + lineEnd;
+    // The holder may have closed its end in the meantime. Then the write must fail instead of ending us.
+    const auto before = std::signal(SIGPIPE, SIG_IGN);
     const ssize_t written = write(pipe, call.constData(), static_cast<std::size_t>(call.size()));
+    (void)std::signal(SIGPIPE, before);
     close(pipe);
     return written == call.size();
 }

@@ -27,12 +27,15 @@ public:
     InstanceLock& operator=(const InstanceLock&) = delete;
 
     // Takes the lock. False if and only if another process has it. Where no lock is possible (no folder, or a
-    // file system without locks) the result is true, because running is better than refusing to. Call this
-    // once.
+    // file system without locks) the result is true, because running is better than refusing to. After
+    // false it may be called again.
     [[nodiscard]] bool take();
 
     // For the instance with the lock: starts to receive calls.
     void listen();
+    // For the instance that is about to end: receives no more calls, but keeps the lock. In other instances
+    // `notifyHolder` is then false, which tells them to wait for the lock.
+    void stopListening();
     // For an instance with the lock that turns out not to be the first after all.
     void release();
 

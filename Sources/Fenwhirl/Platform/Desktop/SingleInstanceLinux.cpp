@@ -117,25 +117,34 @@ bool SingleInstanceLinux::isNameOurs() const {
     return !program.empty() && program == programName("self");
 }
 
-void SingleInstanceLinux::leaveBus() {
+void SingleInstanceLinux::removeObject() {
     if (std::exchange(hasObject_, false)) {
         bus_.unregisterObject(objectPath());
     }
+}
+
+// The name stays until the end, like the lock: an instance with another folder must wait, too. Without the
+// object its calls are refused at once, even while this thread is busy handing the fans back.
+void SingleInstanceLinux::stopListening() {
+    lock_.stopListening();
+    removeObject();
+}
+
+void SingleInstanceLinux::leaveBus() {
+    removeObject();
     if (std::exchange(hasName_, false) && bus_.isConnected()) {
         bus_.unregisterService(serviceName());
     }
 }
 
-void SingleInstanceLinux::raiseFirst() {
+bool SingleInstanceLinux::raiseFirst() {
     QVariantMap platformData;
     const QString token =
         qEnvironmentVariable("XDG_ACTIVATION_TOKEN", qEnvironmentVariable("DESKTOP_STARTUP_ID"));
     if (!token.isEmpty()) {
         platformData.insert(QStringLiteral("activation-token"), token);
     }
-    if (!callFirst(QStringLiteral("Activate"), {platformData})) {
-        static_cast<void>(lock_.notifyHolder());
-    }
+    return callFirst(QStringLiteral("Activate"), {platformData}) || lock_.notifyHolder();
 }
 
 bool SingleInstanceLinux::notifyFirst(const QString& action) {

@@ -24,8 +24,9 @@ public:
     SingleInstanceLinux& operator=(const SingleInstanceLinux&) = delete;
 
     [[nodiscard]] bool becomeFirst() override;
-    void raiseFirst() override;
+    bool raiseFirst() override;
     [[nodiscard]] bool notifyFirst(const QString& action) override;
+    void stopListening() override;
 
 public Q_SLOTS:
     // The methods of org.freedesktop.Application.
@@ -40,6 +41,7 @@ private:
     [[nodiscard]] bool joinBus();
     // Whether the owner of the name has been verified to be this program, run by this user.
     [[nodiscard]] bool isNameOurs() const;
+    void removeObject();
     void leaveBus();
     // Calls a method of the first instance; returns whether it answered.
     [[nodiscard]] bool callFirst(const QString& method, const QVariantList& arguments) const;

@@ -31,9 +31,11 @@ public:
         return true;
     }
 
-    void raiseFirst() override { static_cast<void>(lock_.notifyHolder()); }
+    bool raiseFirst() override { return lock_.notifyHolder(); }
 
     bool notifyFirst(const QString& action) override { return lock_.notifyHolder(action.toUtf8()); }
+
+    void stopListening() override { lock_.stopListening(); }
 
 private:
     InstanceLock lock_;

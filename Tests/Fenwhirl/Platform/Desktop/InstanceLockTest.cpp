@@ -218,6 +218,26 @@ TEST(InstanceLock, AReleasedLockCanBeTaken) {
     EXPECT_TRUE(next.take());
 }
 
+TEST(InstanceLock, AnEndingHolderKeepsTheLockAndHearsNothing) {
+    const QTemporaryDir folder;
+    InstanceLock ending(folder.path());
+    ASSERT_TRUE(ending.take());
+    ending.listen();
+    const QSignalSpy called(&ending, &InstanceLock::called);
+    InstanceLock next(folder.path());
+    EXPECT_TRUE(next.notifyHolder());
+    ending.stopListening();
+    EXPECT_FALSE(next.take());
+    EXPECT_FALSE(next.notifyHolder());
+    EXPECT_FALSE(next.notifyHolder("game"));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(called.isEmpty());
+    ending.release();
+    ASSERT_TRUE(next.take()) << "after it was refused before";
+    next.listen();
+    EXPECT_TRUE(InstanceLock(folder.path()).notifyHolder());
+}
+
 TEST(InstanceLock, WithoutAPlaceForItEveryStartRuns) {
     for (const QString& folder : {QString(), QStringLiteral("/dev/null/none")}) {
         InstanceLock first(folder);
