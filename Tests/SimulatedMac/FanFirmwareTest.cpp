@@ -1,4 +1,5 @@
 #include "SimulatedMac/FanFirmware.h"
+
 #include "SimulatedMac/MacHarness.h"
 
 #include <gtest/gtest.h>

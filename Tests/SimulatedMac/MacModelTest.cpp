@@ -1,4 +1,5 @@
 #include "SimulatedMac/MacModel.h"
+
 #include "SimulatedMac/ValueCoding.h"
 
 #include <cmath>

@@ -1,4 +1,5 @@
 #include "SimulatedMac/Mac.h"
+
 #include "SimulatedMac/MacHarness.h"
 #include "SimulatedMac/ValueCoding.h"
 

@@ -1,5 +1,6 @@
-#include "SimulatedMac/FourCC.h"
 #include "SimulatedMac/MachineTable.h"
+
+#include "SimulatedMac/FourCC.h"
 #include "SimulatedMac/ValueCoding.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
-#include "SimulatedMac/MacHarness.h"
 #include "SimulatedMac/SMCServer.h"
+
+#include "SimulatedMac/MacHarness.h"
 
 #include <array>
 #include <cerrno>

@@ -1,5 +1,6 @@
-#include "SimulatedMac/FourCC.h"
 #include "SimulatedMac/TextParsing.h"
+
+#include "SimulatedMac/FourCC.h"
 
 #include <array>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
-#include "SimulatedMac/MachineProfile.h"
 #include "SimulatedMac/ThermalModel.h"
+
+#include "SimulatedMac/MachineProfile.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
-#include "SimulatedMac/TextParsing.h"
 #include "SimulatedMac/ValueCoding.h"
+
+#include "SimulatedMac/TextParsing.h"
 
 #include <array>
 #include <cmath>
