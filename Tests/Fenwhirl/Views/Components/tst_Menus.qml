@@ -177,8 +177,15 @@ Item {
             open(lengthy)
             const thumb = findChild(lengthy.menu.list, "thumb")
             verify(thumb.visible)
-            tryCompare(thumb, "opacity", 1)
+            lengthy.menu.close()
+            tryCompare(lengthy.menu, "visible", false)
             tryCompare(thumb, "opacity", 0, 3000)
+            // The second time the items are in their places, so only the opening can show the bar. It does so at once, and
+            // a busy computer might hide it again before the menu has opened.
+            mouseClick(lengthy)
+            compare(thumb.opacity, 1)
+            tryCompare(thumb, "opacity", 0, 3000)
+            verify(thumb.visible)
         }
 
         function test_aPointerThatRestsDoesNotTakeTheHighlightFromTheKeys() {

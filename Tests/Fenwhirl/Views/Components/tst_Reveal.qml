@@ -8,6 +8,8 @@ Item {
     width: 400
 
     property bool shown: false
+    // Where `next` has been since init(), each time with the opacity of what opens above it.
+    property var passed: []
 
     Column {
         spacing: 18
@@ -32,7 +34,13 @@ Item {
             }
         }
 
-        Rectangle { id: next; height: 50; width: parent.width }
+        Rectangle {
+            id: next
+            height: 50
+            width: parent.width
+
+            onYChanged: root.passed.push({ "y": y, "opacity": place.opacity })
+        }
     }
 
     Component {
@@ -53,6 +61,7 @@ Item {
             Theme.reducedMotion = true
             root.shown = false
             Theme.reducedMotion = false
+            root.passed = []
         }
 
         function test_closedItLeavesNoTraceInItsColumn() {
@@ -61,13 +70,18 @@ Item {
         }
 
         function test_openingMovesWhatFollowsAndShowsTheContent() {
-            root.shown = true
-            verify(next.y < 80, "it has only begun to open")
-            tryVerify(() => next.y > 70 && next.y < 120, 1000, "it passes the places between")
-            verify(place.opacity > 0 && place.opacity < 1)
-            tryCompare(next, "y", 50 + 18 + 44 + 18)
-            compare(place.opacity, 1)
-            compare(banner.width, root.width)
+            const isBetween = at => at.y > 70 && at.y < 120 && at.opacity > 0 && at.opacity < 1
+            // A busy computer may draw nothing between the beginning and the end of the animation, so it is repeated then.
+            for (let i = 0; i < 10 && !root.passed.some(isBetween); ++i) {
+                init()
+                tryCompare(next, "y", 68)
+                root.shown = true
+                verify(place.progress < 0.1, "it has only begun to open")
+                tryCompare(next, "y", 50 + 18 + 44 + 18)
+                compare(place.opacity, 1)
+                compare(banner.width, root.width)
+            }
+            verify(root.passed.some(isBetween), "it passes the places between")
         }
 
         function test_theTextStaysWhileItCloses() {
