@@ -10,10 +10,14 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <chrono>
+#include <functional>
 #include <gtest/gtest.h>
 #include <optional>
 
 namespace {
+
+using namespace std::chrono_literals;
 
 // A portal whose dialog gives the answer that the test chose: at once, later or never.
 class FakeFileChooser : public QDBusVirtualObject {
@@ -26,8 +30,13 @@ public:
     QVariantMap options;
     QString request;
     int closed = 0;
+    // Called when a dialog has been asked for and the reply with its request has been sent.
+    std::function<void()> whenAsked;
 
     FakeFileChooser() : bus_(PrivateBus::connect()) {
+        // A caller that does not hear the answer gets none at all, and its test fails instead of hanging.
+        QTimer::singleShot(30s, this, &FakeFileChooser::leave);
+        QObject::connect(&again_, &QTimer::timeout, this, &FakeFileChooser::respond);
         bus_.registerVirtualObject(QStringLiteral("/org/freedesktop/portal/desktop"), this,
                                    QDBusConnection::SubPath);
         bus_.registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
@@ -60,10 +69,13 @@ public:
                   (choosesItsOwnPath ? QStringLiteral("own")
                                      : options.value(QStringLiteral("handle_token")).toString());
         connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(request))));
-        if (code && choosesItsOwnPath) { // the caller must learn the request's path first
-            QTimer::singleShot(50, this, [this] { respond(); });
+        if (code && choosesItsOwnPath) {
+            again_.start(50ms); // repeated, because nobody can see when the caller has learnt the path
         } else if (code) {
             respond();
+        }
+        if (whenAsked) {
+            QTimer::singleShot(0, this, whenAsked);
         }
         return true;
     }
@@ -77,6 +89,7 @@ public:
 
 private:
     QDBusConnection bus_;
+    QTimer again_;
 };
 
 SavePortalLinux::Answer ask() {
@@ -128,7 +141,7 @@ TEST(SavePortal, HasNotAskedWhenItsDialogCouldNotBeShown) {
 TEST(SavePortal, HasNotAskedWhenThePortalLeaves) {
     FakeFileChooser portal;
     portal.code.reset();
-    QTimer::singleShot(100, &portal, &FakeFileChooser::leave);
+    portal.whenAsked = [&portal] { portal.leave(); };
     EXPECT_FALSE(ask().answered);
 }
 
@@ -137,7 +150,7 @@ TEST(SavePortal, TakesTheDialogAwayWhenTheProgramEnds) {
     portal.code.reset();
     SavePortalLinux::Answer answer;
     QTimer::singleShot(0, &portal, [&] { answer = ask(); });
-    QTimer::singleShot(100, &portal, [] { QCoreApplication::quit(); });
+    portal.whenAsked = [] { QCoreApplication::quit(); };
     EXPECT_EQ(QCoreApplication::exec(), 0);
     EXPECT_TRUE(answer.answered);
     EXPECT_EQ(answer.path, QString());
@@ -161,12 +174,12 @@ TEST(SavePortal, KeepsInputFromTheProgramsWindowsWhileItAsks) {
         QCoreApplication::sendEvent(&window, &key);
     };
     bool asking = false;
-    QTimer::singleShot(100, &portal, [&] {
+    portal.whenAsked = [&] {
         asking = SavePortalLinux::isAsking();
         press();
         portal.code = 1;
         portal.respond();
-    });
+    };
     static_cast<void>(ask());
     EXPECT_TRUE(asking);
     EXPECT_EQ(window.keys, 0);

@@ -146,16 +146,23 @@ TEST(SingleInstance, OneWithAnotherFolderIsFoundOnTheBus) {
 TEST(SingleInstance, ANameThatIsBeingGivenUpIsWaitedFor) {
     const QTemporaryDir folder;
     QDBusConnection dying = PrivateBus::connect();
-    ASSERT_TRUE(dying.registerService(QStringLiteral("com.fenwhirl.app")));
-    // Not a wait for a condition: the name must be released while it is being requested.
-    std::thread end([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        dying.unregisterService(QStringLiteral("com.fenwhirl.app"));
-    });
-    SingleInstanceLinux next(folder.path(), PrivateBus::connect());
-    EXPECT_TRUE(next.becomeFirst());
-    end.join();
-    EXPECT_TRUE(raises(next, folder.path()));
+    std::unique_ptr<SingleInstanceLinux> next;
+    bool isFirst = false;
+    // The name is waited for during half a second. On a busy computer it may be released later, so the scene
+    // is repeated then.
+    for (int attempt = 0; attempt < 5 && !isFirst; ++attempt) {
+        ASSERT_TRUE(dying.registerService(QStringLiteral("com.fenwhirl.app")));
+        next = std::make_unique<SingleInstanceLinux>(folder.path(), PrivateBus::connect());
+        // Not a wait for a condition: the name must be released while it is being requested.
+        std::thread end([&dying] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            dying.unregisterService(QStringLiteral("com.fenwhirl.app"));
+        });
+        isFirst = next->becomeFirst();
+        end.join();
+    }
+    ASSERT_TRUE(isFirst);
+    EXPECT_TRUE(raises(*next, folder.path()));
 }
 
 // Another program that owns the bus name during its lifetime: a copy of this program under another name, or
