@@ -115,8 +115,9 @@ function(fenwhirl_test name)
         set(filter TEST_FILTER "-${names}")
     endif()
     if(NOT CMAKE_CROSSCOMPILING)
-        gtest_discover_tests(${name} ${filter} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${name}." PROPERTIES
-            LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
+        # On a busy computer a program may take longer than the usual five seconds to list its tests.
+        gtest_discover_tests(${name} ${filter} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_PREFIX "${name}."
+            PROPERTIES LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
         if(NOT arg_OWN_MAIN) # tests with a main of their own render, and choose their locale themselves
             fenwhirl_test_under_locales(${name} EXCEPT ${left_out})
         endif()

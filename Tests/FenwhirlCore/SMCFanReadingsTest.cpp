@@ -1,7 +1,7 @@
 #include "Support/ScriptedSMC.h"
 
-#include <chrono>
 #include <cmath>
+#include <ctime>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -114,9 +114,9 @@ TEST_F(SMCFanReadings, ManyFansAreReadInOneGo) {
         controller.setNumber("F" + std::to_string(prefix) + "Ac", "fpe2", 100 * prefix);
     }
     controller.setNumber("F123", "ui16", 123);
-    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t begin = std::clock(); // processor time, because other programs may be busy
     const auto fans = smc.readFans();
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_LT(std::clock() - begin, 5 * CLOCKS_PER_SEC);
     EXPECT_EQ(fans, readOneByOne(65535));
     // Fans 0 to 9 by their own keys, then every index whose digits begin with 123.
     EXPECT_EQ(fans.size(), 10U + 1 + 10 + 100);

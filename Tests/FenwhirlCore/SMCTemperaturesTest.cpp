@@ -1,6 +1,6 @@
 #include "Support/ScriptedSMC.h"
 
-#include <chrono>
+#include <ctime>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -112,9 +112,9 @@ TEST_F(SMCTemperatures, ADuplicateThatReadsWellLaterIsStillFound) {
 TEST_F(SMCTemperatures, SixtyFiveThousandKeysAreWalkedOnce) {
     controller.set("#KEY", "ui32", {0, 0, 0xFF, 0xFF});
     controller.setNumber("TC0P", "sp78", 40);
-    const auto begin = std::chrono::steady_clock::now();
+    const std::clock_t begin = std::clock(); // processor time, because other programs may be busy
     EXPECT_EQ(smc.discoverTemperatureKeys(), Keys{"TC0P"});
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_LT(std::clock() - begin, 5 * CLOCKS_PER_SEC);
     EXPECT_EQ(controller.requests.size(), 2U + 65535 + 2);
 }
 

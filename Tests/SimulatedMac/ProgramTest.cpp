@@ -18,6 +18,7 @@
 #include <poll.h>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -457,28 +458,41 @@ TEST(Program, WritesAreAppendedToTheWriteLog) {
     (void)std::remove(log.c_str());
 }
 
-std::string voluntarySwitches(pid_t process) {
+// The line of a process's status that begins with that name.
+std::string statusLine(pid_t process, std::string_view name) {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
     for (std::string line; std::getline(status, line);) {
-        if (line.starts_with("voluntary_ctxt_switches")) {
+        if (line.starts_with(name)) {
             return line;
         }
     }
     return "";
 }
 
+std::string voluntarySwitches(pid_t process) {
+    return statusLine(process, "voluntary_ctxt_switches:");
+}
+
+// Not so while it only waits for a processor.
+bool isAsleep(pid_t process) {
+    return statusLine(process, "State:").starts_with("State:\tS");
+}
+
 TEST(Program, StaysAsleepWhileIdle) {
     Program program;
     EXPECT_TRUE(program.line().starts_with("ready"));
     EXPECT_TRUE(program.command("state").starts_with("ok"));
-    // The program writes the answer before it falls asleep, so wait until its switches stop increasing.
+    // The program writes the answer before it falls asleep, so wait until it sleeps and its switches have
+    // stopped increasing.
+    constexpr int interval = 50;
     std::string before;
-    std::string now = voluntarySwitches(program.process());
-    do {
-        before = now;
-        ::poll(nullptr, 0, 50);
-        now = voluntarySwitches(program.process());
-    } while (now != before);
+    bool isQuiet = false;
+    for (int left = patienceMilliseconds / interval; !isQuiet && left > 0; --left) {
+        before = voluntarySwitches(program.process());
+        ::poll(nullptr, 0, interval);
+        isQuiet = isAsleep(program.process()) && voluntarySwitches(program.process()) == before;
+    }
+    ASSERT_TRUE(isQuiet) << before;
     ::poll(nullptr, 0, 400); // long enough for any tick that would matter
     EXPECT_EQ(voluntarySwitches(program.process()), before);
 }

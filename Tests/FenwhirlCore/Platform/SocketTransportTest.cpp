@@ -21,7 +21,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto shortSilence = 200ms; // instead of two seconds; long enough on a busy machine
+// Not the system's limit, but long enough for an answer on a busy computer.
+constexpr auto shortSilence = 1500ms;
 
 SMCParam numbered(std::uint32_t number) {
     SMCParam request{};
@@ -166,7 +167,7 @@ TEST(SocketTransport, ATimeoutKillsTheConnection) {
     for (std::uint32_t number = 2; number < 1000; ++number) {
         EXPECT_FALSE(faulty.transport->call(numbered(number)));
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 20s);
     EXPECT_EQ(faulty.service.requests(), 2);
     EXPECT_EQ(faulty.service.connections(), 1);
 }
@@ -218,7 +219,7 @@ TEST(SocketTransport, AnEndOfStreamKillsTheConnection) {
     for (std::uint32_t number = 2; number < 1000; ++number) {
         EXPECT_FALSE(faulty.transport->call(numbered(number)));
     }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 1s);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 20s);
     EXPECT_EQ(faulty.service.requests(), 2);
     EXPECT_EQ(faulty.service.connections(), 1);
 }
@@ -297,7 +298,7 @@ TEST(SocketTransport, SignalsDoNotDisturbACall) {
         return number == 20 || answer(connection, request, 7);
     });
     pthread_sigmask(SIG_UNBLOCK, &alarmOnly, nullptr);
-    auto transport = SocketTransport::open(service.path(), 300ms);
+    auto transport = SocketTransport::open(service.path(), shortSilence);
     setitimer(ITIMER_REAL, &often, nullptr);
     for (std::uint32_t number = 0; number < 20; ++number) {
         expectAnswered(*transport, number);
@@ -308,8 +309,8 @@ TEST(SocketTransport, SignalsDoNotDisturbACall) {
     const itimerval never{};
     setitimer(ITIMER_REAL, &never, nullptr);
     sigaction(SIGALRM, &previous, nullptr);
-    EXPECT_GE(spent, 290ms);
-    EXPECT_LT(spent, 2s);
+    EXPECT_GE(spent, shortSilence - 10ms);
+    EXPECT_LT(spent, 20s);
 }
 
 int descriptorOfSocket() {
