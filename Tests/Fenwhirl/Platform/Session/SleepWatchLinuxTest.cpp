@@ -286,7 +286,12 @@ TEST_F(SleepWatchLinuxTest, AsksASilentLoginManagerAgain) {
     SleepTimeouts patience = never;
     patience.answer = std::chrono::milliseconds(50);
     patience.again = std::chrono::milliseconds(1);
-    const auto pause = longestPause([&] { make(patience); }, [&] { return logind.looks >= 2; });
+    const auto pause = longestPause(
+        [&] {
+            logind.looks = 0;
+            make(patience);
+        },
+        [&] { return logind.looks >= 2; });
     EXPECT_LT(pause, acceptablePause);
     logind.answers = true;
     ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
