@@ -78,26 +78,29 @@ class Appearance(Portals, unittest.TestCase):
             self.wait_for_color(window, SIDEBAR, "+252+640")
             self.wait_for_color(window, DARK, "+268+640")
 
-    def frames_of_page_changes(self, animations):
-        """Counts the frames that are drawn for each of five page changes."""
+    def frames_of_page_changes(self, animations, is_enough):
+        """Counts the frames that are drawn for each page change, up to forty, until `is_enough` says so of the counts."""
         with Desktop() as desktop:
             self.portal(desktop, "1", animations)
             self.show(desktop, **FRAMES)
             counts = []
-            for page in ("Alertes", "Préréglages", "Alertes", "Préréglages", "Alertes"):
+            for page in ("Alertes", "Préréglages") * 20:
                 before = desktop.log().count("qt.scenegraph.time.renderloop")
                 desktop.screen.press(page, "page tab")
                 desktop.screen.wait_for(page, "heading")
                 time.sleep(0.4)  # longer than any animation; without one there is no event to wait for
                 counts.append(desktop.log().count("qt.scenegraph.time.renderloop") - before)
+                if is_enough(counts):
+                    break
             return counts
 
     def test_a_page_fades_in(self):
-        counts = self.frames_of_page_changes("true")
+        # A busy computer draws only some frames of an animation, which is over after 140 ms.
+        counts = self.frames_of_page_changes("true", lambda counts: counts[-1] >= 5)
         self.assertGreaterEqual(max(counts), 5, counts)
 
     def test_pages_do_not_fade_in_without_animations(self):
-        counts = self.frames_of_page_changes("false")
+        counts = self.frames_of_page_changes("false", lambda counts: len(counts) == 5)
         self.assertLessEqual(min(counts), 3, counts)
 
 
@@ -108,7 +111,8 @@ class Reaction(Portals, unittest.TestCase):
             began = time.monotonic()
             desktop.launch()
             window = desktop.wait_for_main_window()
-            self.assertLessEqual(time.monotonic() - began, 1)
+            # A start that waits for an answer takes 25 seconds.
+            self.assertLess(time.monotonic() - began, 10)
             # The page is light, although the introduction dims it.
             stage.wait_until(lambda: self.color(window) > "#90", lambda: f"a light page; it is {self.color(window)}")
 

@@ -53,7 +53,7 @@ class Chart(unittest.TestCase):
             desktop.key("Home")  # moves to another sample, usually with another temperature
             stage.wait_until(lambda: len(self.pumped(heard)) == 2, lambda: f"two readings are told; there are {heard}")
             # Further polls change the data, but must not announce a reading that the user did not ask for.
-            desktop.polls(3)
+            desktop.polls(2)
             self.assertEqual(len(self.pumped(heard)), 2, heard)
             for reading in heard:
                 self.assertRegex(reading, READING)

@@ -132,11 +132,8 @@ class Desktop:
             return second.child.wait(stage.PATIENCE_SECONDS)
 
     def polls(self, count=1):
-        """Waits until that many more polls have reached the controller."""
-        requests = self.requests()
-        per_poll = 40  # a poll sends more requests than this on every machine
-        stage.wait_until(lambda: self.requests() >= requests + count * per_poll, f"{count} more polls",
-                         seconds=stage.PATIENCE_SECONDS + 3 * count)
+        """Waits until that many whole polls have reached the controller, besides one that may be under way."""
+        self.mac.await_polls(count)
 
     def requests(self):
         return int(re.search(r"requests=(\d+)", self.mac.tell("state")[0]).group(1))
@@ -180,11 +177,13 @@ class Desktop:
         return tray
 
     def start_busy_application(self):
-        """Starts an application called Busy, which only loads the processor, at the lowest priority."""
+        """Starts an application called Busy, which only loads the processor, at a low priority. The lowest would give it too
+        small a share of a busy computer to be shown.
+        """
         program = self.home / "Busy.app/Contents/MacOS/Busy"
         program.parent.mkdir(parents=True)
         shutil.copy("/usr/bin/python3", program)
-        return self.stack.enter_context(stage.Process([program, "-c", "import os; os.nice(19)\nwhile True: pass"]))
+        return self.stack.enter_context(stage.Process([program, "-c", "import os; os.nice(5)\nwhile True: pass"]))
 
     # --- Windows ---
 

@@ -58,7 +58,7 @@ class Safety(unittest.TestCase):
             stage.wait_until(lambda: ("F0Tg", 6156.0, 0) in scene.writes() and ("F1Tg", 5700.0, 0) in scene.writes(),
                              "both fans at their maximum")
             scene.mac.tell("set TCXC 86")
-            scene.mac.tell("await requests 400 within 30")
+            scene.polls()
             self.assertEqual(scene.fan(0)[2], "manual", "between the threshold and 5 °C below it nothing changes")
             scene.mac.tell("set TCXC 84.9")
             scene.wait_for_modes("automatic", "it is over")
@@ -191,7 +191,7 @@ class Quitting(unittest.TestCase):
                 scene.mac.tell(f"set TCXC {chance.randrange(50, 80)}")
                 time.sleep(chance.random() * 2)
                 scene.application.stop(signal.SIGKILL)
-                scene.wait_for_modes("automatic", "the guard hands the fans back", 7)
+                scene.wait_for_modes("automatic", "the guard hands the fans back")
                 stage.wait_until(lambda: not any(name == "fenwhirl-guard" for _, _, name in processes()), "the guard ends")
                 scene.start_again()
 
@@ -203,9 +203,9 @@ class Quitting(unittest.TestCase):
 
             lost = stage.wait_until(lambda: guard_of(scene), "the guard runs")
             os.kill(lost, signal.SIGKILL)
-            stage.wait_until(lambda: guard_of(scene) not in (None, lost), "there is another", 10)
+            stage.wait_until(lambda: guard_of(scene) not in (None, lost), "there is another")
             scene.application.stop(signal.SIGKILL)
-            scene.wait_for_modes("automatic", "it hands the fans back", 7)
+            scene.wait_for_modes("automatic", "it hands the fans back")
 
     def test_fans_are_handed_back_even_when_the_application_is_killed(self):
         with Scene() as scene:

@@ -52,21 +52,18 @@ def mask(signals):
 class Surroundings(HelperTest):
     def while_writing(self, look, *arguments, **options):
         """Starts a "set", calls `look` with the PID while the helper is talking to the controller, and waits for its end."""
-        before = self.requests()
-        self.mac.tell("fault delay 400 after 5 times 1")
+        before = self.mac.requests()
+        # Every answer from the sixth on is late until `look` is done, each by less than the two seconds that the helper waits.
+        self.mac.tell("fault delay 600 after 5")
         child = self.start("set", "0", "2400", **options)
-        wait_until(lambda: self.requests() >= before + 5, "the helper talks to the controller", interval_seconds=0.01)
-        time.sleep(0.02)
+        wait_until(lambda: self.mac.requests() >= before + 6, "the helper talks to the controller", interval_seconds=0.01)
         try:
             look(child.pid)
+            self.assertIsNone(child.poll(), "it was still talking to the controller")
         finally:
-            status = child.wait(30)
             self.mac.tell("answer")
+            status = child.wait(30)
         return status
-
-    def requests(self):
-        state = self.mac.tell("state")[-1]
-        return int(state.split("requests=")[1].split()[0])
 
     def test_closed_standard_descriptors_are_never_the_controllers(self):
         require_tracing()

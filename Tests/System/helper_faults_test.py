@@ -10,20 +10,17 @@ import time
 import unittest
 
 from helper_stage import STATUSES, HelperTest, require_tracing
-from stage import rounds
+from stage import PATIENCE_SECONDS, rounds
 
 FAULTS = ("EIO", "ENOMEM", "EMFILE", "EINTR")
 
 
 class Faults(HelperTest):
-    def requests(self):
-        return int(re.search(r"requests=(\d+)", self.mac.tell("state")[-1]).group(1))
-
     def cost(self, *arguments):
         """The number of requests that a command sends when nothing goes wrong."""
-        before = self.requests()
+        before = self.mac.requests()
         self.assertEqual(self.helper(*arguments).returncode, 0)
-        return self.requests() - before
+        return self.mac.requests() - before
 
     def assert_repairable(self, what):
         self.mac.tell("answer")
@@ -34,16 +31,21 @@ class Faults(HelperTest):
         self.helper("set", "0", "2400")
         count = self.cost(*arguments)
         self.assertGreater(count, 3)
+        missed = 0
         for number in range(0, count, step):
             self.assert_repairable(number)
             self.helper("set", "0", "2400")
-            before = self.requests()
+            before = self.mac.requests()
             self.mac.tell(f"fault silence after {number} times 1")
             child = self.start(*arguments)
-            self.mac.tell(f"await requests {before + number + 1} within 10")
+            self.mac.tell(f"await requests {before + number + 1} within {PATIENCE_SECONDS}")
             child.send_signal(signal.SIGKILL)
-            self.assertEqual(child.wait(10), -signal.SIGKILL)
+            # It gives up after two seconds of silence. On a busy computer the kill may come later than that.
+            status = child.wait(10)
+            self.assertIn(status, (-signal.SIGKILL, 1, 2), number)
+            missed += status != -signal.SIGKILL
             self.assert_repairable((arguments, number))
+        self.assertLess(missed, count / step / 3)
 
 
 class OnAnOlderMac(Faults):
@@ -58,14 +60,15 @@ class OnAnOlderMac(Faults):
             self.kill_the_test_after(0.1 + step * 0.05)
 
     def test_killed_in_any_second_of_the_test(self):
-        for second in rounds((3, 7), range(1, 8)):
+        for second in rounds((3, 6), range(1, 8)):
             self.kill_the_test_after(second + 0.5)
 
     def kill_the_test_after(self, seconds):
         child = self.start("test")
         time.sleep(seconds)
         child.kill()
-        self.assertEqual(child.wait(), -signal.SIGKILL)
+        # The command takes eight seconds. On a busy computer the last kill may come too late.
+        self.assertIn(child.wait(), (-signal.SIGKILL, 0) if seconds > 7 else (-signal.SIGKILL,))
         self.assert_repairable(seconds)
 
     def test_killed_at_random_moments(self):
@@ -150,15 +153,16 @@ class OnAnOlderMac(Faults):
             self.assert_repairable(length)
 
     def test_a_helper_lives_thirty_seconds_at_most(self):
-        self.mac.tell("delay 1900")
-        self.mac.tell("unlock never")
+        # So many fans and such late answers that the command would take hours.
+        self.mac.tell("define FNum ui8 1 80 FF")
+        self.mac.tell("delay 1500")
         begin = time.monotonic()
         child = self.start("auto")
-        status = child.wait(40)
+        self.assertEqual(child.wait(40), -signal.SIGALRM)
         lasted = time.monotonic() - begin
-        self.assertLess(lasted, 31.5)
-        if status != -signal.SIGALRM:  # it finished, or gave up, before its alarm
-            self.assertLess(lasted, 30)
+        self.assertGreater(lasted, 29.5)
+        self.assertLess(lasted, 36)
+        self.mac.tell("define FNum ui8 1 80 02")
         self.assert_repairable("alarm")
 
     def test_two_at_once_are_set_right_by_the_next_pair(self):
@@ -197,7 +201,7 @@ class OnAMacThatMustBeUnlocked(Faults):
         self.mac.tell("unlock never")
         begin = time.monotonic()
         self.assertEqual(self.helper("set", "0", "3000").returncode, 1)
-        self.assertTrue(3.5 < time.monotonic() - begin < 8)
+        self.assertTrue(3.5 < time.monotonic() - begin < 15)  # a busy computer takes longer
         self.mac.tell("unlock 500")
         self.assertEqual(self.helper("auto").returncode, 0)
         self.assert_automatic()

@@ -56,7 +56,7 @@ class AnInstallation(unittest.TestCase):
             self.assertIn(f"{PREFIX}/lib/fenwhirl/libFenwhirlApp.so\n", maps)
             self.assertNotIn(str(BUILD), maps)
             scene.application.stop(signal.SIGKILL)
-            scene.wait_for_modes("automatic", "its guard hands them back", 7)
+            scene.wait_for_modes("automatic", "its guard hands them back")
 
 
 if __name__ == "__main__":

@@ -2,7 +2,6 @@
 responsive.
 """
 
-import re
 import time
 import unittest
 
@@ -11,17 +10,13 @@ from helper_stage import HelperTest
 from scene import Scene
 
 
-def requests(mac):
-    return int(re.search(r"requests=(\d+)", mac.tell("state")[-1]).group(1))
-
-
 class TheWindow(unittest.TestCase):
     def processor_seconds_for(self, scene, count):
         """The application's processor time from its next request to the controller until `count` requests have been sent.
         Unlike the time on the clock it does not grow with what else the computer does.
         """
-        begin = requests(scene.mac)
-        stage.wait_until(lambda: requests(scene.mac) > begin, "it is asked something", interval_seconds=0.01)
+        begin = scene.requests()
+        stage.wait_until(lambda: scene.requests() > begin, "it is asked something", interval_seconds=0.01)
         before = scene.application.processor_seconds()
         scene.mac.tell(f"await requests {begin + count} within 60")
         return scene.application.processor_seconds() - before
@@ -38,16 +33,13 @@ class TheWindow(unittest.TestCase):
             scene.mac.tell("pin #KEY FFFFFFFF")
             scene.application.stop()
             scene.start_again(showing=True)
-            before = requests(scene.mac)
-            stage.wait_until(lambda: requests(scene.mac) > before + 2000, "the walk is under way")
+            before = scene.requests()
+            stage.wait_until(lambda: scene.requests() > before + 2000, "the walk is under way")
             self.assertFalse(scene.shown_speeds())
-            begin = time.monotonic()
+            # The walk has no end, so nothing of this happens if it has to wait for it.
             scene.open_page("Alertes")
             scene.screen.wait_for("Alertes", "heading")
-            self.assertLess(time.monotonic() - begin, 5)
-            begin = time.monotonic()
             self.assertEqual(scene.application.stop(), 0)
-            self.assertLess(time.monotonic() - begin, 5)
 
     def test_sixty_five_thousand_fans_are_read_in_five_seconds(self):
         with Scene(speed=0) as scene:
@@ -76,8 +68,10 @@ class TheHelper(HelperTest):
 
     def test_sets_a_fan_as_quickly_however_many_keys_there_are(self):
         self.mac.tell("pin #KEY FFFFFFFF")
-        self.assertLess(self.timed("set", "0", "3000"), 5)
-        self.assertLess(self.timed("auto"), 5)
+        for arguments in (("set", "0", "3000"), ("auto",)):
+            before = self.mac.requests()
+            self.assertEqual(self.helper(*arguments).returncode, 0)
+            self.assertLess(self.mac.requests() - before, 500)
 
 
 if __name__ == "__main__":

@@ -34,11 +34,12 @@ class HeatAlerts(unittest.TestCase):
         with Scene() as scene:
             self.start_service(scene)
             scene.mac.tell("set TCXC 89.9")
-            scene.mac.tell("await requests 400 within 30")  # more than one poll
+            stage.wait_until(lambda: scene.shown_temperature() == 90, lambda: f"90 °C; there is {scene.shown_temperature()}")
+            scene.polls()
             self.assertEqual(self.shown(), [])
             scene.mac.tell("set TCXC 90.9")
             stage.wait_until(self.shown, "a notification")
-            scene.mac.tell("await requests 400 within 30")
+            scene.polls()
             # Non-breaking spaces keep punctuation and unit on the line of the word or number before them.
             self.assertEqual(self.shown(), [("Fenwhirl", "Fenwhirl", "Ton Mac chauffe\u00a0: 90\u00a0degrés.")])
 

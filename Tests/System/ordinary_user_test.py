@@ -2,12 +2,23 @@
 session's Fenwhirl.
 """
 
+import os
+import pathlib
+import re
+import signal
 import unittest
 
 import stage
 from accessibility_test import PAGES
 from desktop import Desktop
 from scene import ORDINARY_USER
+
+
+def handles_termination(process):
+    """Whether a process has a handler of its own for SIGTERM."""
+    status = pathlib.Path(f"/proc/{process}/status").read_text(encoding="ascii", errors="replace")
+    caught = int(re.search(r"^SigCgt:\s+([0-9a-f]+)", status, re.MULTILINE).group(1), 16)
+    return bool(caught >> (signal.SIGTERM - 1) & 1)
 
 
 class AnotherUser(unittest.TestCase):
@@ -56,8 +67,9 @@ class AnotherUser(unittest.TestCase):
             first = desktop.start(XDG_RUNTIME_DIR=str(elsewhere))
             with stage.Application(desktop.build,
                                    environment={"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}) as second:
-                stage.wait_until(lambda: (stage.pathlib.Path(stage.os.environ["XDG_RUNTIME_DIR"]) /
-                                          "fenwhirl.lock").exists(), "the second one has its own lock")
+                stage.wait_until((pathlib.Path(os.environ["XDG_RUNTIME_DIR"]) / "fenwhirl.lock").exists,
+                                 "the second one has its own lock")
+                stage.wait_until(lambda: handles_termination(second.child.pid), "it can be asked to end")
                 self.assertTrue(first.running())
                 self.assertEqual(second.stop(), 0)
             self.assertTrue(first.running())

@@ -119,7 +119,9 @@ class Walk(Run):
         self.assertGreater(len(self.running() - self.before), 5)
         send(run.child.pid, number)
         said, status = self.rest(run)
-        self.assertEqual((said, status), (["The walk was interrupted."], 128 + number))
+        # On a busy computer the walk may have gone a step further before the signal reached it.
+        self.assertEqual((said[-1:], status), (["The walk was interrupted."], 128 + number), said)
+        self.assertFalse([line for line in said if line.startswith("Pictures:")], said)
         self.assert_nothing_is_left()
         if stage.has_own("mounts"):
             self.assertEqual(set(os.listdir("/tmp")) | ALWAYS_THERE, temporary_files)

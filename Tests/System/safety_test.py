@@ -23,7 +23,7 @@ class FansLeftManual(unittest.TestCase):
             driven.heat(celsius)
             self.assertEqual({mode for _, mode in driven.fans().values()}, {"manual"}, "nobody has handed them back")
             driven.start()
-            driven.wait_for("automatic", f"handed back at {celsius} °C", REACTION_SECONDS)
+            driven.wait_for("automatic", f"handed back at {celsius} °C", END_SECONDS)
 
     def test_on_an_older_mac_at_93_degrees(self):
         self.check(OLDER_MAC, 93, SLOW)
@@ -45,19 +45,30 @@ class FansLeftManual(unittest.TestCase):
             driven.drive().kill_everything()
             driven.remove_temperatures()
             driven.start()
-            driven.wait_for("automatic", "handed back without a temperature", REACTION_SECONDS)
+            driven.wait_for("automatic", "handed back without a temperature", END_SECONDS)
 
 
 class RefusedWrites(unittest.TestCase):
     """A controller that refuses every write for a while, and then accepts them again."""
 
+    def refuse_the_first_hand_back(self, driven, cause):
+        """Lets the controller refuse what the program does about `cause`. What follows is awaited for less than the ten seconds
+        after which any refused command is repeated.
+        """
+        driven.polls(1)
+        stage.wait_until(lambda: not driven.running("FenwhirlHelper"), "every speed is sent")
+        since = driven.last_write()
+        driven.tell("refuse all")
+        cause()
+        driven.tell(f"await write any since {since} within {stage.PATIENCE_SECONDS}")
+        stage.wait_until(lambda: not driven.running("FenwhirlHelper"), "the helper gives up", interval_seconds=0.01)
+        self.assertEqual({mode for _, mode in driven.fans().values()}, {"manual"})
+        driven.tell("accept all")
+
     def check_at_95_degrees(self, machine):
         with DrivenMac(machine, GAME) as driven:
             driven.drive()
-            driven.tell("refuse all")
-            driven.heat(95)
-            time.sleep(3.5)
-            driven.tell("accept all")
+            self.refuse_the_first_hand_back(driven, lambda: driven.heat(95))
             driven.wait_for("automatic", "handed back at 95 °C", REACTION_SECONDS)
 
     def test_on_an_older_mac_at_95_degrees(self):
@@ -69,10 +80,7 @@ class RefusedWrites(unittest.TestCase):
     def test_without_any_temperature(self):
         with DrivenMac(OLDER_MAC, GAME) as driven:
             driven.drive()
-            driven.tell("refuse all")
-            driven.remove_temperatures()
-            time.sleep(3.5)
-            driven.tell("accept all")
+            self.refuse_the_first_hand_back(driven, driven.remove_temperatures)
             driven.wait_for("automatic", "handed back without a temperature", REACTION_SECONDS)
 
     def check_that_a_quit_leaves_it_in_order(self, machine):
@@ -109,10 +117,10 @@ class RefusedWrites(unittest.TestCase):
             driven.drive()  # drives both fans: the automatic one because of the heat
             driven.tell("refuse all")
             driven.heat(70)
-            driven.polls(2)
+            driven.polls(1)
             driven.tell("accept all")
             # The program repeats a failed command after ten seconds.
-            driven.wait_for("automatic", "the automatic fan is handed back", 14, fans=[1])
+            driven.wait_for("automatic", "the automatic fan is handed back", END_SECONDS, fans=[1])
 
 
 class ASilentController(unittest.TestCase):
@@ -160,7 +168,7 @@ class TheFirstPoll(unittest.TestCase):
             self.assertIn("manual", {mode for _, mode in driven.fans().values()})
             driven.heat(60)
             driven.start()
-            driven.wait_for("automatic", "handed back by the next start", REACTION_SECONDS)
+            driven.wait_for("automatic", "handed back by the next start", END_SECONDS)
 
 
 class UnreadableFans(unittest.TestCase):
@@ -245,14 +253,21 @@ class Ends(unittest.TestCase):
 class AnotherProgram(unittest.TestCase):
     """Another program takes a fan after it was handed back because of the heat."""
 
+    def take(self, driven, fan):
+        """Takes a fan while Fenwhirl is stopped, which might hand it back before that is seen."""
+        driven.application.child.send_signal(signal.SIGSTOP)
+        stage.wait_until(lambda: not driven.running("FenwhirlHelper"), "no helper runs")
+        driven.take_manual_control(fan, LOW_RPM)
+        self.assertEqual(driven.fans()[fan], (LOW_RPM, "manual"))
+        driven.application.child.send_signal(signal.SIGCONT)
+
     def check(self, machine):
         with DrivenMac(machine, GAME) as driven:
             driven.drive()
             driven.heat(95)
             driven.wait_for("automatic", "handed back at 95 °C", REACTION_SECONDS)
             for fan in (1, 0):
-                driven.take_manual_control(fan, LOW_RPM)
-                self.assertEqual(driven.fans()[fan][1], "manual")
+                self.take(driven, fan)
                 driven.wait_for("automatic", "and again", REACTION_SECONDS)
 
     def test_on_an_older_mac(self):
@@ -264,7 +279,7 @@ class AnotherProgram(unittest.TestCase):
     def test_on_fans_that_fenwhirl_never_drove(self):
         with DrivenMac(OLDER_MAC, {}, celsius=95) as driven:
             driven.start().settle()
-            driven.take_manual_control(1, LOW_RPM)
+            self.take(driven, 1)
             driven.wait_for("automatic", "handed back at 95 °C", REACTION_SECONDS)
 
 

@@ -99,7 +99,11 @@ class Scene:
 
     def requests(self):
         """The number of requests that the controller has received."""
-        return int(re.search(r"requests=(\d+)", self.mac.tell("state")[0]).group(1))
+        return self.mac.requests()
+
+    def polls(self, count=1):
+        """Waits until that many whole polls have reached the controller, besides one that may be under way."""
+        self.mac.await_polls(count)
 
     def keys(self, prefix):
         return [match.group(1) for match in (re.search(rf"\b({prefix}\S{{3}})\b", line)

@@ -5,6 +5,7 @@ last step, from text to sound, is replaced by a customization module, which is O
 and no sound card are needed; tests read from the file what would have been spoken.
 """
 
+import contextlib
 import os
 import pathlib
 import shutil
@@ -13,9 +14,12 @@ import time
 import unittest
 
 import stage
+from helper_stage import processes
 
 # After this long without speech, nothing more is said in response to a key.
 QUIET_SECONDS = 0.9
+# The programs between a key and its sentence. While one of them works, more may be said.
+INVOLVED = {"Xvfb", "openbox", "dbus-daemon", "at-spi2-registr", "Fenwhirl", "orca"}
 # The differences from Orca's defaults: it does not wait for a speech service, writes instead of speaking, does not echo typed
 # keys, and announces positions in lists.
 CUSTOMIZATIONS = '''\
@@ -85,14 +89,27 @@ class ScreenReader(stage.Process):
         except FileNotFoundError:
             return []
 
+    @staticmethod
+    def is_anything_expected():
+        """Whether any thread of the programs involved runs, or waits for a processor or a disk."""
+        for process in (number for number, _, name in processes() if name in INVOLVED):
+            with contextlib.suppress(OSError):  # it may end meanwhile
+                for thread in pathlib.Path(f"/proc/{process}/task").iterdir():
+                    state = (thread / "stat").read_text(encoding="ascii", errors="replace").rpartition(")")[2].split()[0]
+                    if state in "RD":
+                        return True
+        return False
+
     def heard(self, at_least=0, seconds=stage.PATIENCE_SECONDS):
-        """Waits for `at_least` lines (within `seconds`) and then for silence; returns what was said since the last call."""
+        """Waits for `at_least` lines and then for silence, during which nothing is at work either; returns what was said since
+        the last call. It waits no longer than `seconds` for the lines, and for what is at work.
+        """
         end = time.monotonic() + seconds
         count, changed = len(self.lines()), time.monotonic()
         while time.monotonic() - changed < QUIET_SECONDS or (count - self.place < at_least and time.monotonic() < end):
             time.sleep(0.03)
             now = len(self.lines())
-            if now != count:
+            if now != count or (time.monotonic() < end and self.is_anything_expected()):
                 count, changed = now, time.monotonic()
         said = self.lines()[self.place:count]
         self.place = count

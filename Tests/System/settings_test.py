@@ -38,7 +38,7 @@ class Control(unittest.TestCase):
             scene.open_page("Réglages")
             scene.screen.press("Remettre les ventilateurs en automatique")
             scene.wait_for_modes("automatic", "handed back")
-            scene.mac.tell("await requests 400 within 30")  # more than one poll
+            scene.polls(6)  # a speed that is still wanted would be sent again after ten seconds
             self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"), "for good")
 
 

@@ -117,7 +117,7 @@ class Speech(unittest.TestCase):
         # Pins the measured speeds, which would otherwise fluctuate.
         desktop.mac.tell("set F0Ac 2160")
         desktop.mac.tell("set F1Ac 2000")
-        desktop.polls(2)
+        desktop.polls()
         self.reader.heard(at_least=1)
         for _ in range(PAGES.index(page)):
             desktop.key("Down")
@@ -139,7 +139,7 @@ class Speech(unittest.TestCase):
             self.open(desktop)
             self.reader.heard(at_least=1)
             requests = desktop.requests()
-            desktop.polls(4)
+            desktop.polls(2)
             self.assertGreater(desktop.requests(), requests)
             self.assertEqual(self.reader.heard(), [])
 
@@ -185,7 +185,7 @@ class Speech(unittest.TestCase):
             self.open(desktop, language, window=False)
             desktop.mac.tell("set F0Ac 2160")
             desktop.mac.tell("set F1Ac 2000")
-            desktop.polls(2)
+            desktop.polls()
 
             def choose():
                 desktop.click_item()

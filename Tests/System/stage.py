@@ -24,6 +24,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 HELPER = pathlib.Path("/Library/PrivilegedHelperTools/FenwhirlHelper")
 SCRATCH = pathlib.Path(os.environ.get("FENWHIRL_SCRATCH", "/run"))  # its content is removed with the test
 PATIENCE_SECONDS = 20.0  # timeout for what should happen immediately; loaded machines are slow
+# How many requests one poll sends to the machines of tests that count polls.
+REQUESTS_OF_A_POLL = {"MacBookPro11,4": 94, "AppleSilicon": 104}
 
 
 def rounds(sample, whole):
@@ -187,25 +189,46 @@ class SessionBus(Process):
 class SimulatedMac(Process):
     """The simulated Mac, a Mac's controller in software, which is controlled through its standard input."""
 
+    PRIORITY = -15
+
     def __init__(self, build, machine, *options):
         super().__init__([build / "bin/simulated-mac", "--machine", machine, *options],
                          stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        # Hardware answers whatever else the computer does. A request that is not answered within two seconds would end its
+        # client's connection. Only root outside of a user namespace may raise a priority.
+        with contextlib.suppress(OSError):
+            os.setpriority(os.PRIO_PROCESS, self.child.pid, self.PRIORITY)
+        self.machine = machine
         self.lines = Lines(self.child.stdout)
         self.greeting = self.lines.next()
 
     def tell(self, command):
-        """Sends one command and returns the lines of its answer, without the final "ok"."""
+        """Sends one command and returns the lines of its answer, without the final "ok". A command that waits itself ("await …
+        within SECONDS") is given that time in addition.
+        """
+        waits = re.search(r" within ([\d.]+)", command)
+        seconds = PATIENCE_SECONDS + (float(waits.group(1)) if waits else 0)
         self.child.stdin.write((command + "\n").encode())
         self.child.stdin.flush()
         answer = []
         while True:
-            line = self.lines.next()
+            line = self.lines.next(seconds)
             if line == "ok" or line.startswith("ok "):
                 return answer + ([line[3:]] if len(line) > 3 else [])
             if line.startswith("error"):
                 raise StageError(f"the simulated Mac refused \"{command}\": {line}")
             answer.append(line)
 
+    def requests(self):
+        """The number of requests that it has received."""
+        return int(re.search(r"requests=(\d+)", self.tell("state")[-1]).group(1))
+
+    def await_polls(self, count=1):
+        """Waits until that many whole polls have been answered, besides one that may be under way. The requests of a helper
+        count as well, so a test in which one runs should wait for one poll more.
+        """
+        requests = (count + 1) * REQUESTS_OF_A_POLL[self.machine] - 1  # the one under way has sent at least its first
+        self.tell(f"await requests {self.requests() + requests} within {PATIENCE_SECONDS + 3 * (count + 1)}")
 
     def __exit__(self, *details):
         # It may run as root after this process has given up its rights. Then only its own command "quit" can end it.

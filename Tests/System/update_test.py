@@ -37,7 +37,7 @@ class Updates(unittest.TestCase):
         display.start_window_manager()
         os.environ.update(display.environment())
         os.environ.update(self.enter(stage.SessionBus()).environment())
-        self.enter(stage.SimulatedMac(BUILD, "MacBookPro11,4", "--speed", "0"))
+        self.mac = self.enter(stage.SimulatedMac(BUILD, "MacBookPro11,4", "--speed", "0"))
         self.screen = stage.Interface()
 
     @property
@@ -72,6 +72,7 @@ class Updates(unittest.TestCase):
         # On the same day it does not check again; the next day it does not offer the same version again.
         program = self.launch()
         stage.wait_until(self.screen.root, "the program is there")
+        self.mac.await_polls()  # time in which it would check
         self.assertEqual(program.stop(), 0)
         self.assertEqual(len(site.requests), 1)
         yesterday = {**self.remembered(), "brenor.update.lastCheck": time.time() - 86400}
@@ -79,8 +80,10 @@ class Updates(unittest.TestCase):
         program = self.launch()
         stage.wait_until(lambda: self.remembered()["brenor.update.lastCheck"] > time.time() - 3600, "it was asked again")
         self.assertEqual(len(site.requests), 2)
-        self.assertEqual(program.stop(), 0)
+        stage.wait_until(self.screen.root, "the program is there")
+        self.mac.await_polls()  # time in which it would offer the version
         self.assertFalse(self.screen.find("Une nouvelle version est disponible"))
+        self.assertEqual(program.stop(), 0)
 
     def test_later_closes_the_alert(self):
         Site(DOMAIN, self.trusted.certificate_for(DOMAIN), "9.9")

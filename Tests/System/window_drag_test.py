@@ -29,10 +29,10 @@ class DraggingTheWindow(unittest.TestCase):
         place = desktop.main_window()[1:3]
         for x, y in ((900, 500), (400, 300), (1000, 700)):
             run("xdotool", "mousemove", "--sync", x, y)
-            desktop.polls()  # gives a window that follows the pointer time to move
             if desktop.main_window()[1:3] != place:
                 return False
-        return True
+        desktop.polls()  # gives a window that follows the pointer time to move
+        return desktop.main_window()[1:3] == place
 
     def test_after_a_drag_on_its_background_it_stays_where_it_is(self):
         with Desktop() as desktop:

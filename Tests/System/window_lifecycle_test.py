@@ -42,7 +42,7 @@ class Starting(unittest.TestCase):
                 desktop.start()
                 stage.wait_until(lambda: "key=F0Tg" in "".join(desktop.mac.tell("log 1")), "the first fan is set")
                 desktop.wait_for_item()
-                desktop.polls(2)
+                desktop.polls()
                 self.assertEqual(watched(), [])
 
     def test_a_window_that_is_shown_would_have_been_noticed(self):
