@@ -1,8 +1,8 @@
 // A minimal X session manager (XSMP) for tests: accepts programs into its session and ends that session.
 //
 // It first prints its address, which tests pass to programs as SESSION_MANAGER. Afterwards it prints "joined"
-// for each program that joins, "saved" for each that reports that it has saved its state, and "left" for each
-// that has gone. It reads one command per line: "end" tells all programs that the session is about to end,
+// for each program that joins, "saved" for each that reports that it has saved its state (and that it wants to be
+// restarted with the next session, if it does not say otherwise), and "left" for each that has gone. It reads one command per line: "end" tells all programs that the session is about to end,
 // "die" that it has ended, and "cancel" that it continues after all. It exits at the end of its input.
 
 #include <X11/ICE/ICElib.h>
@@ -26,6 +26,7 @@ struct Program {
 };
 
 std::vector<Program> programs;
+bool wantsRestart = true; // as programs do that have not set their restart style
 
 void say(const char* word) {
     (void)std::printf("%s\n", word);
@@ -48,7 +49,7 @@ Status joined(SmsConn session, SmPointer /*data*/, char* previous) {
 
 void saved(SmsConn session, SmPointer /*data*/, Bool /*success*/) {
     SmsSaveComplete(session);
-    say("saved");
+    say(wantsRestart ? "saved, to be restarted" : "saved");
 }
 
 void left(SmsConn session, SmPointer /*data*/, int count, char** reasons) {
@@ -67,6 +68,10 @@ void left(SmsConn session, SmPointer /*data*/, int count, char** reasons) {
 
 void propertiesSet(SmsConn /*session*/, SmPointer /*data*/, int count, SmProp** properties) {
     for (int i = 0; i < count; ++i) {
+        const SmProp& property = *properties[i];
+        if (std::strcmp(property.name, SmRestartStyleHint) == 0 && property.num_vals == 1) {
+            wantsRestart = *static_cast<const char*>(property.vals[0].value) != SmRestartNever;
+        }
         SmFreeProperty(properties[i]);
     }
     std::free(static_cast<void*>(properties));
