@@ -206,6 +206,9 @@ std::optional<PollProblem> Poller::carryOut(const PollDecision& decision, const 
         if (fan.suspended) {
             problem = PollProblem::noTemperature;
         }
+        if (decision.boosting && returnedByAll_.erase(fan.index) > 0) {
+            sent_.erase(fan.index); // heat protection does not wait until its last speed would be sent again
+        }
         auto command = commandFor(fan, sent_, request.helperInstalled, services_.now(), pace);
         if (command && fan.desired.manualRPM && !*services_.stop) {
             if (services_.resets && *services_.resets != request.resets) {

@@ -308,6 +308,16 @@ TEST_F(PollerTest, WhatHeatProtectionDroveGoesBackThoughTheHelperIsBeingRemoved)
     EXPECT_EQ(commands, (Commands{{"auto", "0"}, {"auto", "1"}}));
 }
 
+TEST_F(PollerTest, HeatProtectionActsAtOnceAfterEverythingWasHandedBack) {
+    pin(0, 6000);
+    (void)poll();
+    poller.handBackEverything();
+    commands.clear();
+    smc.setNumber("TC0P", "sp78", 90);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "6000"}, {"set", "1", "6000"}}));
+}
+
 TEST_F(PollerTest, ARemovedHelperGoesOnUntilEveryFanIsBack) {
     pin(0, 2000);
     (void)poll();
