@@ -8,6 +8,7 @@ import contextlib
 import os
 import subprocess
 import unittest
+import unittest.mock
 
 import stage
 from helper_stage import processes
@@ -118,7 +119,9 @@ class Ends(unittest.TestCase):
             self.assertTrue(scene.application.running())
 
     def test_when_the_display_goes_away(self):
-        with Scene() as scene:
+        # Qt then ends the process where it is, so that a sanitizer would report everything as leaked.
+        no_leaks = {"ASAN_OPTIONS": ":".join(filter(None, (os.environ.get("ASAN_OPTIONS"), "detect_leaks=0")))}
+        with unittest.mock.patch.dict(os.environ, no_leaks), Scene() as scene:
             self.drive(scene)
             scene.display.stop()
             self.ends(scene)
