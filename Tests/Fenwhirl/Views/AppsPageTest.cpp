@@ -64,8 +64,8 @@ TEST(AppsPage, ItsCardsHaveTheUsualPaddingOnEverySide) {
 }
 
 TEST(AppsPage, ShowsAnApplicationsIconAndTheGearsForWhatHasNone) {
-    [[maybe_unused]] const LeaksOfQt
-        ofImages; // the software renderer of Qt 6.4 never frees an image's texture
+    // The software renderer of Qt 6.4 never frees an image's texture.
+    [[maybe_unused]] const LeaksOfQt ofImages;
     const QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("icon.png"));
     QImage picture(56, 56, QImage::Format_RGB32);
