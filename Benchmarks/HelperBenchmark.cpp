@@ -167,7 +167,7 @@ void compareCommand(Controller& controller, const char* what, const std::string&
     const long trips = controller.requests() - before;
     require(trips > 0, "no request reached the simulated Mac");
     const std::string title = std::string(what) + ", " + std::to_string(trips) + " round trips";
-    constexpr double budget = 1.3;
+    constexpr double budget = 1.15;
     compare(title.c_str(), budget, floor, {std::to_string(trips)}, helper, arguments);
 }
 

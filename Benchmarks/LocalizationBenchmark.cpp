@@ -2,6 +2,7 @@
 // lasts 16 ms. RedrawLookupsTest counts the lookups that a page really makes.
 
 #include "Fenwhirl/Localization/Cyrillic.h"
+#include "Fenwhirl/Localization/FrenchTexts.h"
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/LocalizerTranslator.h"
 #include "Fenwhirl/Localization/SensorLabel.h"

@@ -47,7 +47,7 @@ void save(benchmark::State& state, const char* parent) {
     for (auto step : state) {
         static_cast<void>(step);
         settings[0].constantRPM += 50; // as when a slider is dragged
-        Save::settings(store, settings);
+        save(store, Preferences::settings, settings);
     }
 }
 
@@ -63,8 +63,8 @@ void load(benchmark::State& state) {
     const Place place("/dev/shm");
     {
         FilePreferences store(place.file());
-        Save::settings(store, settingsOf(static_cast<int>(state.range(0))));
-        Save::theme(store, AppTheme::light);
+        save(store, Preferences::settings, settingsOf(static_cast<int>(state.range(0))));
+        save(store, Preferences::theme, AppTheme::light);
     }
     for (auto step : state) {
         static_cast<void>(step);
