@@ -93,14 +93,17 @@ void GuardLink::start() {
     if (!pipe || fcntl(pipe->writeEnd.number(), F_SETFL, O_NONBLOCK) != 0) {
         return;
     }
-    guard_ = startChild(guardPath_, {}, ChildEnvironment::empty, pipe->readEnd.number(), true);
-    if (!guard_) {
-        return;
-    }
+    // The record waits in the pipe before the guard exists, which then knows its fans even if this process is killed
+    // at once.
     pipe_ = std::move(pipe->writeEnd);
     pending_ = record_;
     isWithinLine_ = false;
     flush();
+    guard_ = startChild(guardPath_, {}, ChildEnvironment::empty, pipe->readEnd.number(), true);
+    if (!guard_) {
+        pipe_.close();
+        return;
+    }
     if (started_) {
         started_(*guard_);
     }
