@@ -182,16 +182,16 @@ TEST_F(DesktopEntriesTest, HaveNoFolderOfTheirNameWhereNothingIsInstalled) {
 TEST_F(DesktopEntriesTest, HaveNoFolderOfTheHomeToThemselves) {
     write(u"home/Downloads/editor.AppImage"_s, "");
     writeEntry(u"mine/editor.desktop"_s, at(u"home/Downloads/editor.AppImage"_s));
-    write(u"home/Work/bin/viewer"_s, "");
-    writeEntry(u"mine/viewer.desktop"_s, at(u"home/Work/bin/viewer"_s));
+    write(u"home/Tools/bin/viewer"_s, "");
+    writeEntry(u"mine/viewer.desktop"_s, at(u"home/Tools/bin/viewer"_s));
     write(u"home/tool"_s, "");
     writeEntry(u"mine/tool.desktop"_s, at(u"home/tool"_s));
     entries.update();
     const QString home = QFileInfo(at(u"home"_s)).canonicalFilePath();
     EXPECT_EQ(idOf(entries.ofProgram(home + u"/Downloads/editor.AppImage"_s)), u"editor"_s);
-    EXPECT_EQ(idOf(entries.ofProgram(home + u"/Work/bin/viewer"_s)), u"viewer"_s);
+    EXPECT_EQ(idOf(entries.ofProgram(home + u"/Tools/bin/viewer"_s)), u"viewer"_s);
     EXPECT_EQ(idOf(entries.ofProgram(home + u"/tool"_s)), u"tool"_s);
-    for (const QString& other : {u"/Downloads/server"_s, u"/Downloads/api/server"_s, u"/Work/server"_s,
+    for (const QString& other : {u"/Downloads/server"_s, u"/Downloads/api/server"_s, u"/Tools/server"_s,
                                  u"/Music/player"_s, u"/.cache/x/y"_s}) {
         EXPECT_EQ(entries.ofProgram(home + other), nullptr) << other.toStdString();
     }
