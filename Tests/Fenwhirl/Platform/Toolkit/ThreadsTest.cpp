@@ -103,17 +103,17 @@ TEST(MainThreadInbox, WorkMayPostMoreWork) {
 TEST(MainThreadInbox, WorkThatRunsAnEventLoopDoesNotHoldUpWhatWaitsBehindIt) {
     const MainThreadInbox inbox;
     std::vector<int> order;
-    bool first = false;
+    std::optional<std::vector<int>> ranInside;
     inbox.sender().post([&] {
         runEventsUntil([&] { return order.size() == 2; });
-        first = true;
+        ranInside = order;
     });
     inbox.sender().post([&] {
         order.push_back(1);
         inbox.sender().post([&] { order.push_back(2); });
     });
-    runEventsUntil([&] { return first; });
-    EXPECT_EQ(order, (std::vector<int>{1, 2}));
+    runEventsUntil([&] { return ranInside.has_value(); });
+    EXPECT_EQ(ranInside, (std::vector<int>{1, 2}));
 }
 
 TEST(MainThreadInbox, WhatWasNotRunIsDroppedWithTheInbox) {
