@@ -14,6 +14,7 @@ MODULES = "Packaging/Linux/isolation"
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 AS_NOBODY = ("setpriv", "--reuid=65534", "--regid=65534", "--clear-groups")
 FOR_ITS_OWNER = 0o700
+KEYMAPS = pathlib.Path("/var/lib/xkb")
 
 
 class WhereTheProjectLies(unittest.TestCase):
@@ -59,6 +60,12 @@ class WhereTheProjectLies(unittest.TestCase):
         said = self.run_there("sh", "-c", "cat ../../beside; echo a picture >build/picture", cwd=self.checkout)
         self.assertEqual(said, "another build")
         self.assertEqual((self.checkout / "build/picture").read_text(encoding="ascii"), "a picture\n")
+
+    @unittest.skipUnless(KEYMAPS.is_dir(), f"display servers have no {KEYMAPS} here")
+    def test_keymaps_of_display_servers_are_not_shared(self):
+        name = self.home.name  # that of no other run
+        self.assertEqual(self.run_there("sh", "-c", f"echo keys >{KEYMAPS / name}; ls {KEYMAPS}").split(), [name])
+        self.assertFalse((KEYMAPS / name).exists())
 
     def test_in_the_folder_that_serves_as_mount_point(self):
         # The outer namespace keeps the computer's own /mnt untouched.

@@ -133,6 +133,11 @@ class PrivateNamespace:
             # one.
             _make_open_folder(pathlib.Path("/tmp/.X11-unix"))
             _mount_empty(root / "tmp/.X11-unix", "1777")
+            # A display server compiles its keymap into a file named after the display's number. With a network of its
+            # own, each run has a display 0, and servers that start together would remove each other's file, and end.
+            keymaps = root / "var/lib/xkb"
+            if keymaps.is_dir():
+                _mount_empty(keymaps)
             if "network" in self.own:
                 kernel.bring_loopback_up()
         if self.own_processes:
