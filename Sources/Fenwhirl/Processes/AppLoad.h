@@ -35,6 +35,8 @@ struct AppLoad {
     bool operator==(const AppLoad&) const = default;
 };
 
+Q_DECLARE_TYPEINFO(AppLoad, Q_RELOCATABLE_TYPE);
+
 // The result of one look at all processes.
 struct ProcessSample {
     QList<AppLoad> apps; // heaviest first, at most 14
