@@ -66,15 +66,16 @@ function(fenwhirl_test_label result)
     set(${result} "${room}" PARENT_SCOPE)
 endfunction()
 
-# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…] [APART file…]): a
-# GoogleTest program, each of whose tests becomes one test of CTest.
+# fenwhirl_test(NAME [MOC] [QT_MAIN | OWN_MAIN] SOURCES file… LINK library… [NOT_ON_MACOS test…] [ALONE test…]
+# [APART file…]): a GoogleTest program, each of whose tests becomes one test of CTest.
 # The main function is a plain one by default, one with a QCoreApplication with QT_MAIN, and the program's own with
 # OWN_MAIN.
 # NOT_ON_MACOS lists the tests of what only Linux has (/proc, desktop entries).
+# ALONE lists the tests (patterns) that measure time: nothing else runs meanwhile.
 # Where headers are precompiled, several sources are also compiled as one (a unity build), which saves two minutes of a
 # clean build. APART lists the sources whose names would clash in it.
 function(fenwhirl_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN;OWN_MAIN" "" "SOURCES;LINK;NOT_ON_MACOS;APART")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "MOC;QT_MAIN;OWN_MAIN" "" "SOURCES;LINK;NOT_ON_MACOS;ALONE;APART")
     add_executable(${name} ${arg_SOURCES})
     if(arg_QT_MAIN)
         target_link_libraries(${name} PRIVATE FenwhirlTestMain)
@@ -111,18 +112,28 @@ function(fenwhirl_test name)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     fenwhirl_test_label(room)
     set(left_out "")
-    set(filter "")
-    if(APPLE AND arg_NOT_ON_MACOS)
+    if(APPLE)
         set(left_out ${arg_NOT_ON_MACOS})
-        list(JOIN left_out ":" names)
-        set(filter TEST_FILTER "-${names}")
     endif()
     if(NOT CMAKE_CROSSCOMPILING)
+        set(elsewhere ${left_out} ${arg_ALONE})
+        list(JOIN elsewhere ":" names)
+        set(filter "")
+        if(elsewhere)
+            set(filter TEST_FILTER "-${names}")
+        endif()
         # On a busy computer a program may take longer than the usual five seconds to list its tests.
-        gtest_discover_tests(${name} ${filter} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_PREFIX "${name}."
+        set(discovery DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_PREFIX "${name}.")
+        gtest_discover_tests(${name} ${filter} ${discovery}
             PROPERTIES LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
+        if(arg_ALONE)
+            list(JOIN arg_ALONE ":" names)
+            gtest_discover_tests(${name} TEST_FILTER "${names}" TEST_LIST ${name}Alone ${discovery}
+                PROPERTIES RUN_SERIAL ON
+                    LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
+        endif()
         if(NOT arg_OWN_MAIN) # tests with a main of their own render, and choose their locale themselves
-            fenwhirl_test_under_locales(${name} EXCEPT ${left_out})
+            fenwhirl_test_under_locales(${name} EXCEPT ${elsewhere})
         endif()
     endif()
 endfunction()

@@ -1,5 +1,7 @@
 // A machine with very many fans and sensors must not slow its pages down. The tests measure processor time,
-// including drawing, because a busy computer hardly affects it.
+// including drawing, and run alone: other programs take away caches and half of a processor's core. Their limits are
+// two to three times what a slow computer takes, because computers differ; what grows faster than the number of fans or
+// sensors exceeds them by far.
 
 #include "Stage.h"
 
@@ -30,6 +32,17 @@ double millisecondsOf(const Act& act) {
     return processorMilliseconds() - before;
 }
 
+// The quickest of several rounds, each after its own preparation.
+template <typename Prepare, typename Act>
+double quickestOf(int rounds, const Prepare& prepare, const Act& act) {
+    double quickest = std::numeric_limits<double>::infinity();
+    for (int round = 0; round < rounds; ++round) {
+        prepare();
+        quickest = std::min(quickest, millisecondsOf(act));
+    }
+    return quickest;
+}
+
 class LargeMachine : public Stage {
 public:
     LargeMachine() {
@@ -49,26 +62,25 @@ public:
     void draw() { static_cast<void>(window().grabWindow()); }
 };
 
-TEST(LargeMachine, EveryPageIsThereInATenthOfASecond) {
+TEST(LargeMachine, EveryPageIsThereInAFifthOfASecond) {
     LargeMachine stage;
     stage.show();
-    stage.draw();
-    for (int round = 0; round < 2; ++round) {
-        for (const Page page : {Page::fans, Page::sensors, Page::apps, Page::presets, Page::alerts,
-                                Page::settings, Page::dashboard}) {
-            const double took = millisecondsOf([&] {
-                stage.monitor().setSelectedPage(page);
-                stage.draw();
-            });
-            // The first round also loads the fonts in which the page's texts are laid out.
-            if (round > 0) {
-                EXPECT_LT(took, 100 * slower) << rawValue(page);
-            }
-        }
+    const auto open = [&](Page page) {
+        stage.monitor().setSelectedPage(page);
+        stage.draw();
+    };
+    for (const Page page : {Page::fans, Page::sensors, Page::apps, Page::presets, Page::alerts,
+                            Page::settings, Page::dashboard}) {
+        const Page other = page == Page::dashboard ? Page::settings : Page::dashboard;
+        open(page); // loads the fonts in which the page's texts are laid out
+        EXPECT_LT(quickestOf(
+                      3, [&] { open(other); }, [&] { open(page); }),
+                  200 * slower)
+            << rawValue(page);
     }
 }
 
-TEST(LargeMachine, ThirtyCurvesAndThirtyRowsInThePanelAreThereInAThirdOfASecond) {
+TEST(LargeMachine, ThirtyCurvesCostNoMoreThanTheirNumber) {
     LargeMachine stage;
     stage.start();
     FanSetting setting;
@@ -78,30 +90,40 @@ TEST(LargeMachine, ThirtyCurvesAndThirtyRowsInThePanelAreThereInAThirdOfASecond)
     }
     stage.show();
     stage.draw();
-    stage.showFans(30);
-    // The quickest of several rounds: a busy computer charges a round for what other programs do to its caches.
-    double quickest = std::numeric_limits<double>::infinity();
-    for (int round = 0; round < 4; ++round) {
-        stage.monitor().setSelectedPage(Page::settings);
-        stage.draw();
-        quickest = std::min(quickest, millisecondsOf([&] {
-                                stage.monitor().setSelectedPage(Page::fans);
-                                stage.draw();
-                            }));
-    }
-    EXPECT_LT(quickest, 333 * slower);
+    const auto timeFor = [&](int fans) {
+        stage.showFans(fans);
+        return quickestOf(
+            2,
+            [&] {
+                stage.monitor().setSelectedPage(Page::settings);
+                stage.draw();
+            },
+            [&] {
+                stage.monitor().setSelectedPage(Page::fans);
+                stage.draw();
+            });
+    };
+    const double ten = timeFor(10);
+    const double thirty = timeFor(30);
+    EXPECT_LT(thirty, 1000 * slower);
+    EXPECT_LT(thirty, 4.5 * ten);
     ASSERT_EQ(stage.all(QAccessible::Slider).size(), 60);
+}
+
+TEST(LargeMachine, ThirtyRowsAreInThePanelInASecond) {
+    LargeMachine stage;
+    stage.start();
     stage.show(menuPanelFile());
     stage.draw();
     EXPECT_LT(millisecondsOf([&] {
                   stage.showFans(30);
                   stage.draw();
               }),
-              333 * slower);
+              1000 * slower);
     ASSERT_EQ(stage.all(QAccessible::Slider).size(), 30);
 }
 
-TEST(LargeMachine, FiveHundredNewTemperaturesAreShownInATwentiethOfASecond) {
+TEST(LargeMachine, FiveHundredNewTemperaturesAreShownInATenthOfASecond) {
     LargeMachine stage;
     stage.showPage(Page::sensors);
     stage.draw();
@@ -114,7 +136,7 @@ TEST(LargeMachine, FiveHundredNewTemperaturesAreShownInATwentiethOfASecond) {
                   stage.models().setAwake(true);
                   stage.draw();
               }),
-              50 * slower);
+              100 * slower);
 }
 
 TEST(LargeMachine, ScrollingItsSensorsStaysSmooth) {
@@ -128,7 +150,7 @@ TEST(LargeMachine, ScrollingItsSensorsStaysSmooth) {
             stage.draw();
         }
     });
-    EXPECT_LT(took / steps, 33 * slower); // each press brings a page of new rows; thirty frames per second
+    EXPECT_LT(took / steps, 50 * slower); // each press brings a page of new rows
     const QList<QAccessibleInterface*> rows = stage.all(QAccessible::ListItem);
     ASSERT_FALSE(rows.isEmpty());
     EXPECT_LT(rows.size(), 60);
