@@ -107,7 +107,7 @@ class ScreenReader(stage.Process):
         end = time.monotonic() + seconds
         count, changed = len(self.lines()), time.monotonic()
         while time.monotonic() - changed < QUIET_SECONDS or (count - self.place < at_least and time.monotonic() < end):
-            time.sleep(0.03)
+            time.sleep(0.1)
             now = len(self.lines())
             if now != count or (time.monotonic() < end and self.is_anything_expected()):
                 count, changed = now, time.monotonic()
