@@ -136,7 +136,7 @@ def run_changed(project, build, tests, files):
     if python:
         modules = "|".join(test.stem for test in python)
         running.append(subprocess.Popen(["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error",
-                                         "--parallel", str(4 * (os.cpu_count() or 2)), "-R", rf"\.({modules})\."]))
+                                         "--parallel", str(8 * (os.cpu_count() or 2)), "-R", rf"\.({modules})\."]))
     return max([process.wait() for process in running], key=abs)
 
 
@@ -163,7 +163,7 @@ def run_matching(build, tests, pattern):
         print(result.stdout)
         return result.returncode
     return subprocess.run(["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error", "--parallel",
-                           str(4 * (os.cpu_count() or 2)), "-R", pattern, "-E", r"\.Under\."], check=False).returncode
+                           str(8 * (os.cpu_count() or 2)), "-R", pattern, "-E", r"\.Under\."], check=False).returncode
 
 
 def main(arguments):
