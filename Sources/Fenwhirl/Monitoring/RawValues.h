@@ -9,11 +9,11 @@
 #include <utility>
 
 // Rows of an enumerator and its text; every enumerator has exactly one row.
-template <typename Case, std::size_t count>
-using RawValueTable = std::array<std::pair<Case, std::string_view>, count>;
+template <typename Case, std::size_t Count>
+using RawValueTable = std::array<std::pair<Case, std::string_view>, Count>;
 
-template <typename Case, std::size_t count>
-[[nodiscard]] constexpr std::string_view rawValueIn(const RawValueTable<Case, count>& table, Case wanted) {
+template <typename Case, std::size_t Count>
+[[nodiscard]] constexpr std::string_view rawValueIn(const RawValueTable<Case, Count>& table, Case wanted) {
     for (const auto& [candidate, word] : table) {
         if (candidate == wanted) {
             return word;
@@ -22,8 +22,8 @@ template <typename Case, std::size_t count>
     return {};
 }
 
-template <typename Case, std::size_t count>
-[[nodiscard]] constexpr std::optional<Case> caseIn(const RawValueTable<Case, count>& table,
+template <typename Case, std::size_t Count>
+[[nodiscard]] constexpr std::optional<Case> caseIn(const RawValueTable<Case, Count>& table,
                                                    std::string_view wanted) {
     for (const auto& [candidate, word] : table) {
         if (word == wanted) {
@@ -33,10 +33,10 @@ template <typename Case, std::size_t count>
     return std::nullopt;
 }
 
-template <typename Case, std::size_t count>
-[[nodiscard]] constexpr std::array<Case, count> casesOf(const RawValueTable<Case, count>& table) {
-    std::array<Case, count> cases{};
-    for (std::size_t i = 0; i < count; ++i) {
+template <typename Case, std::size_t Count>
+[[nodiscard]] constexpr std::array<Case, Count> casesOf(const RawValueTable<Case, Count>& table) {
+    std::array<Case, Count> cases{};
+    for (std::size_t i = 0; i < Count; ++i) {
         cases[i] = table[i].first;
     }
     return cases;

@@ -79,12 +79,12 @@ int FanList::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant FanList::data(const QModelIndex& index, int role) const {
-    if (role != FanRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (role != fanRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
     return QVariant::fromValue(rows_.at(index.row()));
 }
 
 QHash<int, QByteArray> FanList::roleNames() const {
-    return {{FanRole, "fan"}};
+    return {{fanRole, "fan"}};
 }

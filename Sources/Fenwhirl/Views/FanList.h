@@ -19,7 +19,7 @@ class FanList : public QAbstractListModel {
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
-    enum Role { FanRole = Qt::UserRole };
+    enum Role { fanRole = Qt::UserRole };
 
     FanList(Monitor& monitor, const SensorChoices& choices, QObject* parent);
 

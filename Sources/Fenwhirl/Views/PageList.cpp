@@ -13,7 +13,7 @@ PageList::PageList(Monitor& monitor, QObject* parent) : QAbstractListModel(paren
 }
 
 void PageList::retranslate() {
-    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TitleRole});
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {titleRole});
 }
 
 void PageList::setSelectedIndex(int index) {
@@ -36,11 +36,11 @@ QVariant PageList::data(const QModelIndex& index, int role) const {
     }
     const Page page = allPages.at(static_cast<std::size_t>(index.row()));
     switch (role) {
-    case NameRole:
+    case nameRole:
         return asText(rawValue(page));
-    case TitleRole:
+    case titleRole:
         return title(page);
-    case SymbolRole:
+    case symbolRole:
         return asText(icon(page));
     default:
         return {};
@@ -48,5 +48,5 @@ QVariant PageList::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> PageList::roleNames() const {
-    return {{NameRole, "name"}, {TitleRole, "title"}, {SymbolRole, "symbol"}};
+    return {{nameRole, "name"}, {titleRole, "title"}, {symbolRole, "symbol"}};
 }

@@ -23,7 +23,7 @@ class PageList : public QAbstractListModel {
     Q_PROPERTY(QString selectedTitle READ selectedTitle NOTIFY selectedChanged)
 
 public:
-    enum Role { NameRole = Qt::UserRole, TitleRole, SymbolRole };
+    enum Role { nameRole = Qt::UserRole, titleRole, symbolRole };
 
     explicit PageList(Monitor& monitor, QObject* parent = nullptr);
 

@@ -11,12 +11,12 @@ PresetList::PresetList(Monitor& monitor, QObject* parent) : QAbstractListModel(p
 void PresetList::retranslate() {
     Q_EMIT textsChanged();
     Q_EMIT activeChanged();
-    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {TitleRole, DetailRole});
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {titleRole, detailRole});
 }
 
 void PresetList::refreshActive() {
     Q_EMIT activeChanged();
-    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {ActiveRole});
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1), {activeRole});
 }
 
 void PresetList::apply(int index) {
@@ -56,11 +56,11 @@ QVariant PresetList::data(const QModelIndex& index, int role) const {
     }
     const Preset preset = allPresets.at(static_cast<std::size_t>(index.row()));
     switch (role) {
-    case TitleRole:
+    case titleRole:
         return title(preset);
-    case DetailRole:
+    case detailRole:
         return detail(preset);
-    case ActiveRole:
+    case activeRole:
         return monitor_.activePreset() == preset;
     default:
         return {};
@@ -68,5 +68,5 @@ QVariant PresetList::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> PresetList::roleNames() const {
-    return {{TitleRole, "title"}, {DetailRole, "detail"}, {ActiveRole, "active"}};
+    return {{titleRole, "title"}, {detailRole, "detail"}, {activeRole, "active"}};
 }

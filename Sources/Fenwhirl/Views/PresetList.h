@@ -23,7 +23,7 @@ class PresetList : public QAbstractListModel {
     Q_PROPERTY(QString activeTitle READ activeTitle NOTIFY activeChanged)
 
 public:
-    enum Role { TitleRole = Qt::UserRole, DetailRole, ActiveRole };
+    enum Role { titleRole = Qt::UserRole, detailRole, activeRole };
 
     explicit PresetList(Monitor& monitor, QObject* parent = nullptr);
 

@@ -29,12 +29,14 @@ public:
     void stopListening() override;
 
 public Q_SLOTS:
+    // NOLINTBEGIN(readability-identifier-naming): the names of the interface
     // The methods of org.freedesktop.Application.
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
     Q_SCRIPTABLE void ActivateAction(const QString& action, const QVariantList& parameters,
                                      const QVariantMap& platformData);
     // Shows the window, because the program does not open files.
     Q_SCRIPTABLE void Open(const QStringList& addresses, const QVariantMap& platformData);
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     // Takes the name on the bus. False when another process already runs the program on this bus.

@@ -110,6 +110,7 @@ public:
 
 public Q_SLOTS:
 
+    // NOLINTBEGIN(readability-identifier-naming): the names of the interface
     // Called before a click where windows need permission to take the focus. The token is valid for that
     // click.
     Q_SCRIPTABLE void ProvideXdgActivationToken(const QString& token) { token_ = token; }
@@ -128,6 +129,7 @@ Q_SIGNALS:
     Q_SCRIPTABLE void NewIcon();
     Q_SCRIPTABLE void NewToolTip();
     Q_SCRIPTABLE void XAyatanaNewLabel(const QString& label, const QString& guide);
+    // NOLINTEND(readability-identifier-naming)
     void activated(QPoint pixel, const QString& token);
 
 private:

@@ -75,6 +75,7 @@ public:
     [[nodiscard]] QStringList iconThemePath() const { return {}; }
 
 public Q_SLOTS:
+    // NOLINTBEGIN(readability-identifier-naming): the names of the interface
     Q_SCRIPTABLE uint GetLayout(int parent, int depth, const QStringList& names, StatusMenuLayout& layout);
     Q_SCRIPTABLE StatusMenuPropertiesList GetGroupProperties(const QList<int>& ids, const QStringList& names);
     Q_SCRIPTABLE QDBusVariant GetProperty(int id, const QString& name);
@@ -88,6 +89,7 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     Q_SCRIPTABLE void LayoutUpdated(uint revision, int parent);
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     // Id 0 is the menu itself.
