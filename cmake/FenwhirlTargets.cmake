@@ -71,7 +71,7 @@ endfunction()
 # The main function is a plain one by default, one with a QCoreApplication with QT_MAIN, and the program's own with
 # OWN_MAIN.
 # NOT_ON_MACOS lists the tests of what only Linux has (/proc, desktop entries).
-# ALONE lists the tests (patterns) that measure time: nothing else runs meanwhile.
+# ALONE lists the tests (patterns) that measure time or change what others use: nothing else runs meanwhile.
 # Where headers are precompiled, several sources are also compiled as one (a unity build), which saves two minutes of a
 # clean build. APART lists the sources whose names would clash in it.
 function(fenwhirl_test name)
