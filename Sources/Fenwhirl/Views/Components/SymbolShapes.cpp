@@ -104,7 +104,8 @@ void drawSymbol(QPainter& painter, const QString& name, const QRectF& bounds, co
     painter.translate(bounds.center());
     painter.scale(scale, scale);
     painter.translate(-symbolGrid / 2.0, -symbolGrid / 2.0);
-    for (const SymbolShape& shape : symbolShapes(drawingForPixels(name, pixels))) {
+    const QString drawing = drawingForPixels(name, pixels); // gcc 14 warns of a temporary
+    for (const SymbolShape& shape : symbolShapes(drawing)) {
         if (shape.strokeWidth > 0.0) {
             painter.strokePath(shape.path, QPen(color, shape.strokeWidth * thickness, Qt::SolidLine,
                                                 Qt::RoundCap, Qt::RoundJoin));
