@@ -45,7 +45,6 @@ T.Popup {
         answer = Dialog.Answer.Cancel
         opener = parent.Window.activeFocusItem
         introduce()
-        const content = contentItem as DialogContent
         content.reset() // otherwise the button that had the focus last time is announced first
     }
     onAboutToHide: {
@@ -62,11 +61,11 @@ T.Popup {
     }
     onMessageChanged: introduce()
     onTitleChanged: introduce()
-    onOpened: (contentItem as DialogContent).begin()
+    onOpened: content.begin()
 
     // A popup has the role of a dialog for screen readers, but no name and no description.
     function introduce() {
-        const popup = contentItem?.parent
+        const popup = content.parent
         if (!popup)
             return
         popup.Accessible.description = message
@@ -103,6 +102,7 @@ T.Popup {
         }
     }
     contentItem: DialogContent {
+        id: content
         acceptText: root.acceptText
         cancelText: root.cancelText
         destructiveText: root.destructiveText
