@@ -11,11 +11,16 @@ foreach(locale IN LISTS FENWHIRL_TEST_LOCALES)
     if(APPLE OR NOT FENWHIRL_LOCALEDEF OR EXISTS "${FENWHIRL_LOCALE_FOLDER}/${locale}")
         continue() # macOS has its own; without localedef the tests report that there is none
     endif()
+    # Under another name until it is complete, so that an interruption leaves no half of it.
+    set(unfinished "${FENWHIRL_LOCALE_FOLDER}/unfinished")
+    file(REMOVE_RECURSE "${unfinished}")
     file(MAKE_DIRECTORY "${FENWHIRL_LOCALE_FOLDER}")
     string(REGEX REPLACE "\\..*" "" language "${locale}")
-    execute_process(COMMAND "${FENWHIRL_LOCALEDEF}" --no-archive -i "${language}" -f UTF-8 "${FENWHIRL_LOCALE_FOLDER}/${locale}"
+    execute_process(COMMAND "${FENWHIRL_LOCALEDEF}" --no-archive -i "${language}" -f UTF-8 "${unfinished}"
         RESULT_VARIABLE failure ERROR_VARIABLE reason OUTPUT_QUIET)
-    if(failure)
+    if(NOT failure)
+        file(RENAME "${unfinished}" "${FENWHIRL_LOCALE_FOLDER}/${locale}")
+    else()
         message(WARNING "The locale ${locale} could not be made (package locales): ${reason}")
     endif()
 endforeach()
