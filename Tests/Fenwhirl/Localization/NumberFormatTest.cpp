@@ -100,7 +100,7 @@ TEST(NumberFormat, WritesHoursAndMinutesAsTheRegionDoes) {
 }
 
 TEST(NumberFormat, WritesNoSecondsWhereTheRegionsShortFormHasThem) {
-    EXPECT_EQ(QLocale::c().toString(QTime(14, 5, 59), QLocale::ShortFormat), text("14:05:59"));
+    // The short form of this locale is "14:05:59" with Qt 6.4 and 6.8, and "14:05" with newer versions.
     EXPECT_EQ(NumberFormat::clockText(QTime(14, 5, 59), QLocale::c()), text("14:05"));
 }
 
