@@ -65,7 +65,7 @@ T.Popup {
 
     // A popup has the role of a dialog for screen readers, but no name and no description.
     function introduce() {
-        const popup = content.parent
+        const popup = content?.parent
         if (!popup)
             return
         popup.Accessible.description = message
