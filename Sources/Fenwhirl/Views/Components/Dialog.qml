@@ -45,7 +45,8 @@ T.Popup {
         answer = Dialog.Answer.Cancel
         opener = parent.Window.activeFocusItem
         introduce()
-        content.reset() // otherwise the button that had the focus last time is announced first
+        const content = contentItem as DialogContent // null in a second engine of one process, with Qt 6.8
+        content?.reset() // otherwise the button that had the focus last time is announced first
     }
     onAboutToHide: {
         opener?.forceActiveFocus(Qt.PopupFocusReason)
@@ -61,11 +62,11 @@ T.Popup {
     }
     onMessageChanged: introduce()
     onTitleChanged: introduce()
-    onOpened: content.begin()
+    onOpened: (contentItem as DialogContent)?.begin()
 
     // A popup has the role of a dialog for screen readers, but no name and no description.
     function introduce() {
-        const popup = content?.parent
+        const popup = contentItem?.parent
         if (!popup)
             return
         popup.Accessible.description = message
@@ -102,7 +103,6 @@ T.Popup {
         }
     }
     contentItem: DialogContent {
-        id: content
         acceptText: root.acceptText
         cancelText: root.cancelText
         destructiveText: root.destructiveText
