@@ -67,16 +67,19 @@ def end_in_order_when_interrupted():
 
 def wait_until(question, what, seconds=PATIENCE_SECONDS, interval_seconds=0.05):
     """Calls `question` until its answer is true, and returns the answer. Raises StageError after `seconds`; `what` describes what
-    was waited for: a text, or a function that returns it at that moment.
+    was waited for: a text, or a function that returns it at that moment. A question that takes long, as a walk through the
+    whole screen does, is asked less often than `interval_seconds` says, because the program works to answer it.
     """
     end = time.monotonic() + seconds
     while True:
+        asked = time.monotonic()
         answer = question()
         if answer:
             return answer
-        if time.monotonic() > end:
+        now = time.monotonic()
+        if now > end:
             raise StageError(f"waited {seconds:g} s in vain: {what() if callable(what) else what}")
-        time.sleep(interval_seconds)
+        time.sleep(max(interval_seconds, now - asked))
 
 
 class Process:
