@@ -17,6 +17,7 @@ import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 import unittest
 
@@ -150,13 +151,17 @@ class Display(Process):
 
     def __init__(self, width=1280, height=800, scale=1):
         readable, writable = os.pipe()
-        super().__init__(
-            ["Xvfb", "-displayfd", writable, "-screen", "0", f"{width * scale}x{height * scale}x24", "-nolisten", "tcp",
-             "-noreset"],  # otherwise the server resets when its last client leaves, and disconnects a client that is just joining
-            pass_fds=[writable], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        os.close(writable)
-        with os.fdopen(readable, "rb", buffering=0) as pipe:
-            self.name = ":" + Lines(pipe).next()
+        with tempfile.TemporaryFile() as log, os.fdopen(readable, "rb", buffering=0) as pipe:
+            super().__init__(
+                ["Xvfb", "-displayfd", writable, "-screen", "0", f"{width * scale}x{height * scale}x24", "-nolisten", "tcp",
+                 "-noreset"],  # otherwise the server resets when its last client leaves, and disconnects one that is just joining
+                pass_fds=[writable], stdout=subprocess.DEVNULL, stderr=log)
+            os.close(writable)
+            try:
+                self.name = ":" + Lines(pipe).next()
+            except StageError as error:
+                log.seek(0)
+                raise StageError(f"the display server does not start: {log.read().decode(errors='replace')}") from error
         self.manager = None
 
     def environment(self):
