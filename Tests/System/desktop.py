@@ -18,6 +18,19 @@ import stage
 
 PANEL_HEIGHT = 30  # pixels of the bar along the upper edge
 
+# Works for half of every tenth of a second. Asked to end, it waits until the file that its argument names is there.
+BUSY = """
+import os, signal, sys, time
+asked = []
+signal.signal(signal.SIGTERM, lambda *_: asked.append(True))
+os.nice(5)
+while not (asked and os.path.exists(sys.argv[1])):
+    end = time.process_time() + 0.05
+    while time.process_time() < end:
+        pass
+    time.sleep(0.05)
+"""
+
 XFCE_PANEL = f"""<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
   <property name="configver" type="int" value="2"/>
@@ -177,13 +190,16 @@ class Desktop:
         return tray
 
     def start_busy_application(self):
-        """Starts an application called Busy, which only loads the processor, at a low priority. The lowest would give it too
-        small a share of a busy computer to be shown.
+        """Starts an application called Busy, which loads a processor for half of the time, at a low priority. The lowest would
+        give it too small a share of a busy computer to be shown. Asked to quit, it does so after let_busy_application_end().
         """
         program = self.home / "Busy.app/Contents/MacOS/Busy"
         program.parent.mkdir(parents=True)
         shutil.copy("/usr/bin/python3", program)
-        return self.stack.enter_context(stage.Process([program, "-c", "import os; os.nice(5)\nwhile True: pass"]))
+        return self.stack.enter_context(stage.Process([program, "-c", BUSY, self.home / "busy-may-end"]))
+
+    def let_busy_application_end(self):
+        (self.home / "busy-may-end").touch()
 
     # --- Windows ---
 

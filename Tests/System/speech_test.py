@@ -151,11 +151,7 @@ class Speech(unittest.TestCase):
             desktop.screen.wait_for("Busy", "check box")
             self.reader.heard()
 
-            def quit_it():
-                desktop.key("Return")
-                desktop.screen.wait_until_gone("Busy", "check box")
-
-            self.walk("applications", the_first_answer_is_given=quit_it)
+            self.walk("applications", the_application_ends=desktop.let_busy_application_end)
 
     def onboarding(self, language):
         with self.desktop_in(language, onboarded=False) as desktop:
