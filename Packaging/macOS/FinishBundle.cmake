@@ -2,7 +2,7 @@
 # the guard link, and finally signs everything from the inside out. Runs as part of `cmake --install`, or by hand:
 #
 #   cmake -D BUNDLE=…/Fenwhirl.app -D QML_FOLDER=… [-D IDENTITY=…] [-D MACDEPLOYQT=…] [-D CODESIGN=…] [-D OTOOL=…]
-#       [-D QT_STAYS_OUTSIDE=ON] -P …
+#       [-D LIPO=…] [-D QT_STAYS_OUTSIDE=ON] -P …
 #
 # QT_STAYS_OUTSIDE skips the check for missing libraries, for runs in which MACDEPLOYQT puts nothing into the bundle.
 # IDENTITY "-" (the default) signs for this computer only. Any other value is the name of a certificate; the hardened
@@ -19,7 +19,7 @@ endforeach()
 if(NOT IDENTITY)
     set(IDENTITY "-")
 endif()
-foreach(tool IN ITEMS MACDEPLOYQT CODESIGN OTOOL)
+foreach(tool IN ITEMS MACDEPLOYQT CODESIGN OTOOL LIPO)
     if(NOT ${tool})
         string(TOLOWER "${tool}" ${tool})
     endif()
@@ -70,8 +70,8 @@ finish_check_libraries("the executable" "${executable}" "/usr/lib/|/System/Libra
 finish_check_libraries("the guard" "${guard}" "/usr/lib/libSystem\\.")
 
 # 3. Qt's tool reports success even if it could not find a library. Therefore check that each library that a file of the
-#    bundle names is the system's or in the bundle, and raise the system version that the bundle requires to that of its
-#    most demanding file.
+#    bundle names is the system's or in the bundle, that each file is there for every processor that the executable is
+#    for, and raise the system version that the bundle requires to that of its most demanding file.
 
 # finish_place(PLACE FILE result): resolves a path that begins with @loader_path or @executable_path.
 function(finish_place place file result)
@@ -128,7 +128,18 @@ function(finish_resolve file newest)
     endforeach()
 endfunction()
 
+# finish_processors(FILE result): the processors ("arm64;x86_64") that the file has code for.
+function(finish_processors file result)
+    finish_step("looking at the processors of ${file}" processors "${LIPO}" -archs "${file}")
+    string(REGEX MATCHALL "[^ \t\n]+" processors "${processors}")
+    set(${result} "${processors}" PARENT_SCOPE)
+endfunction()
+
 if(NOT QT_STAYS_OUTSIDE)
+    finish_processors("${executable}" processors)
+    if(NOT processors)
+        message(FATAL_ERROR "FinishBundle: the processors of the executable could not be read")
+    endif()
     set(information "${BUNDLE}/Contents/Info.plist")
     set(promised "")
     if(EXISTS "${information}")
@@ -147,6 +158,14 @@ if(NOT QT_STAYS_OUTSIDE)
         if(NOT magic MATCHES "^(cffaedfe|cafebabe)$") # Mach-O: for one processor, for several
             continue()
         endif()
+        # Homebrew's Qt, for instance, is for the processor of this computer only.
+        finish_processors("${file}" there)
+        foreach(processor IN LISTS processors)
+            if(NOT processor IN_LIST there)
+                cmake_path(RELATIVE_PATH file BASE_DIRECTORY "${BUNDLE}" OUTPUT_VARIABLE shown)
+                message(FATAL_ERROR "FinishBundle: ${shown} is not for ${processor}, as the executable is: it would not start there")
+            endif()
+        endforeach()
         finish_resolve("${file}" newest)
         if(newest VERSION_GREATER needed)
             set(needed "${newest}")

@@ -49,6 +49,7 @@ class FinishBundle(unittest.TestCase):
         self.fake_tool("macdeployqt", DEPLOY)
         self.fake_tool("codesign", "")
         self.fake_tool("otool", SYSTEM_ONLY)
+        self.fake_tool("lipo", "echo arm64")
 
     def fake_tool(self, tool, body):
         path = os.path.join(self.folder, tool)
@@ -80,7 +81,8 @@ class FinishBundle(unittest.TestCase):
         self.assertEqual(calls[0], ["macdeployqt", "APP", "-qmldir=/source/Views", "-always-overwrite"])
         self.assertEqual(calls[1:5], [["otool", option, f"APP/Contents/{program}"]
                                       for program in ("MacOS/Fenwhirl", "Helpers/fenwhirl-guard") for option in ("-l", "-L")])
-        self.assertEqual({call[0] for call in calls[5:]}, {"codesign"})
+        self.assertEqual(calls[5], ["lipo", "-archs", "APP/Contents/MacOS/Fenwhirl"])
+        self.assertEqual({call[0] for call in calls[6:]}, {"codesign"})
         self.assertEqual(calls[-1], ["codesign", "--verify", "--deep", "--strict", "APP"])
 
     def test_signs_everything_once_from_the_inside_out(self):
@@ -207,6 +209,25 @@ class FinishBundle(unittest.TestCase):
                 self.assertEqual(done.returncode, 0, done.stderr)
                 with open(plist, encoding="ascii") as file:
                     self.assertIn(f"<string>{promised}</string>\n<key>LSUIElement", file.read())
+
+    def test_code_for_fewer_processors_than_the_executable_is_refused(self):
+        self.make_code("Frameworks/QtCore")
+        for executable, library, missing in (("arm64", "arm64", None), ("arm64", "x86_64 arm64", None),
+                                             ("x86_64 arm64", "x86_64 arm64", None), ("x86_64 arm64", "arm64", "x86_64"),
+                                             ("arm64", "x86_64", "arm64"), ("arm64", "arm64e", "arm64")):
+            with self.subTest(f"{executable}: {library}"):
+                self.fake_tool("lipo", f'case "$2" in */QtCore) echo "{library}" ;; *) echo "{executable}" ;; esac')
+                done = self.finish()
+                self.assertEqual(done.returncode == 0, missing is None, done.stderr)
+                self.assertEqual(self.signed() == [], missing is not None)
+                if missing:
+                    self.assertIn(f"Contents/Frameworks/QtCore is not for {missing},", " ".join(done.stderr.split()))
+                os.remove(self.log)
+
+    def test_an_executable_without_processors_is_refused(self):
+        self.fake_tool("lipo", "")
+        self.assertNotEqual(self.finish().returncode, 0)
+        self.assertEqual(self.signed(), [])
 
     def test_a_refused_signature_ends_it_before_the_bundle_is_signed(self):
         self.fake_tool("codesign", 'case "$*" in *libqcocoa*) echo "no identity found" >&2; exit 1 ;; esac')
