@@ -220,7 +220,7 @@ exit $status""")
         self.assertGreater(len(rows), 40)
         for row in rows:
             self.assertIn(len(row), (2, 3), row)
-            self.assertIn(row[0], ("build", "run", "tour", "test", "macos", "package", "bench", "coverage"))
+            self.assertIn(row[0], ("build", "run", "tour", "test", "macos", "package", "check", "bench", "coverage"))
 
     def rows_of(self, name):
         return [line.split() for line in self.read(os.path.join(ROOT, "Packaging/Linux", name)).splitlines()
