@@ -6,6 +6,7 @@
 #pragma once
 
 #include "Budgets.h"
+#include "Curves.h"
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
@@ -63,5 +64,5 @@ inline void report(benchmark::State& state, const std::string& what, double allo
 inline int runBenchmarks(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
-    return budgets.finish();
+    return curves.save() ? budgets.finish() : EXIT_FAILURE;
 }

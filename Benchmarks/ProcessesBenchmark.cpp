@@ -10,6 +10,7 @@
 // The namespace excludes the computer's other processes. Exits with status 1 when a budget is exceeded.
 
 #include "Budgets.h"
+#include "Curves.h"
 #include "Fenwhirl/Platform/Processes/ProcessTable.h"
 #include "Fenwhirl/Platform/Toolkit/ChildProcess.h"
 #include "Fenwhirl/Processes/ProcessListing.h"
@@ -171,6 +172,7 @@ void measureSamples(int idle) {
                       idle, floor, median(sample), ratio, sampleBudget);
     (void)std::printf("%33sour parsing of it %.3f ms, %.1f %%  (at most %.0f %%)\n", "", median(parsing),
                       share * 100, parsingBudget * 100);
+    curves.point("processes", idle, median(sample), floor);
     const std::string among = " among " + std::to_string(idle) + " processes";
     budgets.check("a sample" + among, ratio, sampleBudget);
     budgets.check("the parsing of a sample" + among, share, parsingBudget);
@@ -181,8 +183,8 @@ void measureSamples(int idle) {
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     measureParsing();
-    for (const int idle : {100, 1'000, 3'000}) {
+    for (const int idle : {100, 500, 1'000, 2'000, 3'000}) {
         measureSamples(idle);
     }
-    return budgets.finish();
+    return curves.save() ? budgets.finish() : EXIT_FAILURE;
 }

@@ -10,6 +10,7 @@
 #include "SMCService.h"
 
 #include <benchmark/benchmark.h>
+#include <optional>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -50,9 +51,15 @@ private:
 
 constexpr double allowedRatio = 1.15;
 
+// What the subject's cost grows with: "sensors", and how many.
+struct Grows {
+    std::string things;
+    int number;
+};
+
 template <typename Subject>
 void compare(benchmark::State& state, const std::string& what, const std::string& path,
-             std::size_t roundTrips, const Subject& subject) {
+             std::size_t roundTrips, const Subject& subject, const std::optional<Grows>& grows = {}) {
     const BareConnection bare(path);
     Course subjectCourse;
     Course bareCourse;
@@ -62,6 +69,9 @@ void compare(benchmark::State& state, const std::string& what, const std::string
     }
     report(state, what, allowedRatio, subjectCourse, bareCourse);
     state.counters["trips"] = static_cast<double>(roundTrips);
+    if (grows) {
+        curves.point(grows->things, grows->number, subjectCourse.wall() * 1e3, bareCourse.wall() * 1e3);
+    }
 }
 
 std::vector<std::string> sensorKeys(int count) {
@@ -107,20 +117,41 @@ void temperatures(benchmark::State& state) {
     SMC smc(SocketTransport::open(service.path()));
     const auto keys = sensorKeys(count);
     const std::string what = "a reading of " + std::to_string(count) + " sensors";
-    compare(state, what, service.path(), 2 * keys.size(), [&] {
-        if (smc.readTemperatures(keys).size() != keys.size()) {
-            std::abort();
-        }
-    });
+    compare(
+        state, what, service.path(), 2 * keys.size(),
+        [&] {
+            if (smc.readTemperatures(keys).size() != keys.size()) {
+                std::abort();
+            }
+        },
+        Grows{.things = "sensors", .number = count});
     state.counters["us_per_sensor"] = state.counters["ours_us"].value / static_cast<double>(count);
 }
 
 BENCHMARK(temperatures)
     ->RangeMultiplier(10)
     ->Range(1, 1000)
+    ->Arg(500)
     ->Arg(2000)
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
+
+void fans(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0));
+    const SMCService service(1, count);
+    SMC smc(SocketTransport::open(service.path()));
+    const std::string what = "a reading of " + std::to_string(count) + " fans";
+    compare(
+        state, what, service.path(), 2 + 8 * static_cast<std::size_t>(count),
+        [&] {
+            if (smc.readFans().size() != static_cast<std::size_t>(count)) {
+                std::abort();
+            }
+        },
+        Grows{.things = "fans", .number = count});
+}
+
+BENCHMARK(fans)->Arg(1)->Arg(2)->Arg(8)->Arg(30)->Arg(100)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

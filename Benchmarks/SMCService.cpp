@@ -26,7 +26,12 @@ struct Reply {
     std::exit(EXIT_FAILURE);
 }
 
-SMCParam answer(const SMCParam& request, int sensorCount) {
+struct Machine {
+    int sensorCount;
+    int fanCount;
+};
+
+SMCParam answer(const SMCParam& request, const Machine& machine) {
     SMCParam record{};
     const bool isCount = request.key == SMC::fourCC("FNum") || request.key == SMC::fourCC("#KEY");
     const bool isSensor = request.key >> 24U == 'T';
@@ -36,7 +41,7 @@ SMCParam answer(const SMCParam& request, int sensorCount) {
         record.keyInfo.dataSize = isCount ? 4 : 2;
         record.keyInfo.dataType = SMC::fourCC(isCount ? "ui32" : isSensor ? "sp78" : "fpe2");
     } else if (isCount) {
-        const int count = request.key == SMC::fourCC("FNum") ? 2 : sensorCount;
+        const int count = request.key == SMC::fourCC("FNum") ? machine.fanCount : machine.sensorCount;
         record.bytes[2] = static_cast<std::uint8_t>(count / 256);
         record.bytes[3] = static_cast<std::uint8_t>(count % 256);
     } else {
@@ -45,23 +50,23 @@ SMCParam answer(const SMCParam& request, int sensorCount) {
     return record;
 }
 
-[[noreturn]] void serveConnection(int connection, int sensorCount) {
+[[noreturn]] void serveConnection(int connection, const Machine& machine) {
     SMCParam request{};
     while (recv(connection, &request, sizeof(request), 0) == sizeof(request)) {
-        const Reply reply{.kernelReturn = 0, .record = answer(request, sensorCount)};
+        const Reply reply{.kernelReturn = 0, .record = answer(request, machine)};
         send(connection, &reply, sizeof(reply), MSG_NOSIGNAL);
     }
     _exit(EXIT_SUCCESS);
 }
 
 // Starts one process per connection, so that no connection waits for another; each ends with its connection.
-[[noreturn]] void serve(int listener, int sensorCount) {
+[[noreturn]] void serve(int listener, const Machine& machine) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     signal(SIGCHLD, SIG_IGN);
     while (true) {
         const int connection = accept(listener, nullptr, nullptr);
         if (fork() == 0) {
-            serveConnection(connection, sensorCount);
+            serveConnection(connection, machine);
         }
         close(connection);
     }
@@ -75,7 +80,7 @@ std::string sensorKey(int number) {
     return {'T', digit(36 * 36), digit(36), digit(1)};
 }
 
-SMCService::SMCService(int sensorCount) {
+SMCService::SMCService(int sensorCount, int fanCount) {
     cpu_set_t first;
     CPU_ZERO(&first);
     CPU_SET(0, &first);
@@ -100,7 +105,7 @@ SMCService::SMCService(int sensorCount) {
         fail("fork");
     }
     if (process_ == 0) {
-        serve(listener, sensorCount);
+        serve(listener, {.sensorCount = sensorCount, .fanCount = fanCount});
     }
     close(listener);
 }

@@ -1,8 +1,7 @@
 // A controller in another process, behind a socket like the simulated Mac's.
 //
-// It has the keys of two fans and of any number of sensors ("T" and three digits), and answers at once. Both
-// processes run on one processor, because a round trip across processors would measure the machine's idle
-// states.
+// It has the keys of any number of fans and of sensors ("T" and three digits), and answers at once. Both processes
+// run on one processor, because a round trip across processors would measure the machine's idle states.
 
 #pragma once
 
@@ -11,7 +10,7 @@
 
 class SMCService {
 public:
-    explicit SMCService(int sensorCount);
+    explicit SMCService(int sensorCount, int fanCount = 2);
     ~SMCService();
     SMCService(const SMCService&) = delete;
     SMCService& operator=(const SMCService&) = delete;
