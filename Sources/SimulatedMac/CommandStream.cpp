@@ -1,5 +1,6 @@
 #include "SimulatedMac/CommandStream.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 

@@ -1,5 +1,6 @@
 #include "Support/ScriptedSMC.h"
 
+#include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "Support/ScriptedSMC.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <limits>
 

@@ -2,6 +2,7 @@
 
 #include "SimulatedMac/MacHarness.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace simulated {

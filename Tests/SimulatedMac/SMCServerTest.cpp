@@ -2,6 +2,7 @@
 
 #include "SimulatedMac/MacHarness.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>

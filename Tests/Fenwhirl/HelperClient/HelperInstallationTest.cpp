@@ -2,6 +2,7 @@
 
 #include "Support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

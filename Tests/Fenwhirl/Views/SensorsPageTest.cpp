@@ -6,6 +6,7 @@
 
 #include <QSignalSpy>
 
+#include <algorithm>
 #include <cstdio>
 #include <gtest/gtest.h>
 #include <limits>

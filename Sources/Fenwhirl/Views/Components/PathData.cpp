@@ -1,5 +1,6 @@
 #include "Fenwhirl/Views/Components/PathData.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 

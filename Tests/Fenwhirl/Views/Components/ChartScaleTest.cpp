@@ -1,5 +1,6 @@
 #include "Fenwhirl/Views/Components/ChartScale.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 

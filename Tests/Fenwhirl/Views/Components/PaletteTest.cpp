@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/Components/Palette.h"
 
+#include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
 
 using Fenwhirl::colorFromRgb;

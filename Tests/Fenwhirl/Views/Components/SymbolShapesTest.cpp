@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QPainter>
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using Fenwhirl::drawingForPixels;
