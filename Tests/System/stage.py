@@ -149,20 +149,36 @@ class Lines:
 class Display(Process):
     """A virtual screen (Xvfb). `name` is its X11 display name; start_window_manager() adds a window manager (openbox)."""
 
+    ATTEMPTS = 3
+
     def __init__(self, width=1280, height=800, scale=1):
+        # Once in several thousand starts the server ends at once, and the next one does not.
+        for attempt in range(self.ATTEMPTS):
+            try:
+                self.name = self._start_server(f"{width * scale}x{height * scale}x24")
+                break
+            except StageError as error:
+                super().__exit__()
+                if attempt == self.ATTEMPTS - 1:
+                    raise
+                print(f"{error}\nAnother one is started.", file=sys.stderr)
+        self.manager = None
+
+    def _start_server(self, screen):
+        """Starts a server and returns the name of its display."""
         readable, writable = os.pipe()
         with tempfile.TemporaryFile() as log, os.fdopen(readable, "rb", buffering=0) as pipe:
             super().__init__(
-                ["Xvfb", "-displayfd", writable, "-screen", "0", f"{width * scale}x{height * scale}x24", "-nolisten", "tcp",
+                ["Xvfb", "-displayfd", writable, "-screen", "0", screen, "-nolisten", "tcp",
                  "-noreset"],  # otherwise the server resets when its last client leaves, and disconnects one that is just joining
                 pass_fds=[writable], stdout=subprocess.DEVNULL, stderr=log)
             os.close(writable)
             try:
-                self.name = ":" + Lines(pipe).next()
+                return ":" + Lines(pipe).next()
             except StageError as error:
                 log.seek(0)
-                raise StageError(f"the display server does not start: {log.read().decode(errors='replace')}") from error
-        self.manager = None
+                said = log.read().decode(errors="replace").strip()
+                raise StageError(f"the display server does not start ({error}): {said}") from error
 
     def environment(self):
         return {"DISPLAY": self.name}
