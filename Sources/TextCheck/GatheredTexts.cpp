@@ -201,8 +201,10 @@ private:
             return holdsLettersBeyondAscii(token.text) || (token.wide && holdsWords(token.text));
         }
         const bool import = at_ > 0 && isText(at_ - 1, "import");
-        return !import && (holdsLettersBeyondAscii(token.text) || holdsWords(token.text) ||
-                           (showsText(property_) && holdsLetters(token.text)));
+        const bool forDevelopers = at_ > 3 && isText(at_ - 1, "(") && isText(at_ - 4, "console");
+        return !import && !forDevelopers &&
+               (holdsLettersBeyondAscii(token.text) || holdsWords(token.text) ||
+                (showsText(property_) && holdsLetters(token.text)));
     }
 
     std::vector<Token> tokens_;

@@ -26,7 +26,8 @@ struct Gathered {
 
 // Which literals are loose. In QML: letters bound to a property that shows text ("text", "title",
 // "Accessible.name", …), and any literal that reads like language (words separated by a blank, or non-ASCII
-// letters). In C++: literals with non-ASCII letters, and UTF-16 literals with a blank between words.
+// letters), unless it is the first argument of console.warn() and its like. In C++: literals with non-ASCII
+// letters, and UTF-16 literals with a blank between words.
 [[nodiscard]] std::vector<Gathered> gather(std::string_view source, Grammar grammar);
 
 } // namespace TextCheck

@@ -79,6 +79,12 @@ TEST(GatheredTexts, TellTheControlOfATextInQml) {
     EXPECT_EQ(controls, (std::vector<std::string>{"Label.text", "Label.title", "Card.heading"}));
 }
 
+TEST(GatheredTexts, LeaveOutWhatIsToldToDevelopers) {
+    const char* const source =
+        "Card {\n Component.onCompleted: { console.warn(\"two words\"); show(\"three more words\") }\n}";
+    EXPECT_EQ(texts(source, Grammar::qml, Gathered::Kind::loose), (Texts{"three more words"}));
+}
+
 TEST(GatheredTexts, FindTheWordsOfTheSystemThatQmlAsksFor) {
     const char* const source = "Button {\n text: qsTranslate(\"SystemTerms\", \"Close\")\n}";
     EXPECT_EQ(texts(source, Grammar::qml, Gathered::Kind::system), (Texts{"Close"}));
