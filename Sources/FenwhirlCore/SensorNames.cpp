@@ -1,6 +1,7 @@
 #include "FenwhirlCore/SensorNames.h"
 
 #include <algorithm>
+#include <array>
 
 namespace SensorNames {
 
@@ -48,6 +49,14 @@ constexpr auto table = std::to_array<Name>({
     {"TN0P", "Chipset"},
     {"TN0D", "Chipset (diode)"},
 });
+
+template <std::size_t Count>
+constexpr bool isEachKeyThereOnce(const std::array<Name, Count>& names) {
+    return std::ranges::all_of(
+        names, [&](const Name& name) { return std::ranges::count(names, name.key, &Name::key) == 1; });
+}
+
+static_assert(isEachKeyThereOnce(table), "a key has two names, of which only the first is ever shown");
 
 // Families of keys that are numbered; the number follows the two-character prefix.
 constexpr auto families = std::to_array<Name>({
