@@ -1,7 +1,8 @@
 import QtQuick
 import Fenwhirl.Components
 
-// A surface that groups what belongs together. Its only child is stretched to the full width inside the padding.
+// A surface that groups what belongs together. Its only child is stretched to the full width inside the padding; several are put
+// into a Column.
 //   padding    20 by default
 //   content    default property; its width is set here, and its height determines that of the card
 Surface {
@@ -17,6 +18,9 @@ Surface {
     stroke: Theme.stroke
 
     onContentChanged: { if (content) content.parent = holder }
+    Component.onCompleted: {
+        if (holder.children.length > 1) console.warn("A card has one child, and this one has several; put them into a Column")
+    }
 
     // Does not restore the old width: content that was replaced is being destroyed.
     Binding {
