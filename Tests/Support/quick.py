@@ -3,8 +3,9 @@
 
 A source is tested by the file of the same name in the same folder below Tests/ (FanCard.qml by FanCardTest.cpp), and a larger
 class by the files whose names begin with its own (Monitor.cpp by MonitorAlertTest.cpp and others). Where there is no such
-file, every test of the folder runs. The changed files are those that git reports as changed or new, or else those of the last
-commit. With a PATTERN, a regular expression as for ctest -R, the tests with matching names run instead, wherever they are.
+file, every test of the folder runs. After a change to the program, its texts are checked as well. The changed files are those
+that git reports as changed or new, or else those of the last commit. With a PATTERN, a regular expression as for ctest -R, the
+tests with matching names run instead, wherever they are.
 
 ./test alone runs the endurance tests, the second runs under another locale and, unless they are themselves changed or asked
 for, the tests of the built programs.
@@ -78,7 +79,10 @@ def badly_formatted(project, files):
              not file.startswith("Packaging/macOS/check/")]
     if not files or not shutil.which("clang-format"):
         return False
-    return subprocess.run(["clang-format", "--dry-run", "--Werror", *files], cwd=project, check=False).returncode != 0
+    if subprocess.run(["clang-format", "--dry-run", "--Werror", *files], cwd=project, check=False).returncode == 0:
+        return False
+    print(f"Not formatted. To correct it: clang-format -i {' '.join(files)}")
+    return True
 
 
 def selection(tests, files):
@@ -93,6 +97,11 @@ def selection(tests, files):
             suites = [one or other for one, other in tests.suites(test)]
             programs.setdefault(tests.programs[test], []).extend(suites)
     return programs, quick, python
+
+
+def may_change_texts(files):
+    """Whether a text may be new, without a translation, or shown in another place than the list of texts says."""
+    return any(file.startswith("Sources/Fenwhirl") or file == "Documentation/Languages.md" for file in files)
 
 
 def endurance(build):
@@ -110,6 +119,9 @@ def run_changed(project, build, tests, files):
     programs, quick, python = selection(tests, files)
     # Testing a component needs the program that contains all component tests; the Python tests need the built programs.
     targets = list(programs) + (["ComponentTest"] if quick else []) + (list(PROGRAMS) if python else [])
+    texts = may_change_texts(files)
+    if texts:
+        targets += ["checked-texts", "gathered-texts"]
     if not targets:
         print("nothing that changed has a test in C++, QML or Python: " + ", ".join(files))
         return 0
@@ -133,6 +145,9 @@ def run_changed(project, build, tests, files):
     for test in quick:
         running.append(subprocess.Popen([str(build / "tests/ComponentTest"), "-silent", "-input", str(project / test)],
                                         cwd=build, env=environment))
+    if texts:
+        running.append(subprocess.Popen([sys.executable, "-B", "Tests/TextCheck/list_texts.py", build / "Sources/TextCheck/texts.tsv",
+                                         "Documentation/Languages.md"], cwd=project))
     if python:
         modules = "|".join(test.stem for test in python)
         running.append(subprocess.Popen(["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error",
@@ -173,6 +188,7 @@ def main(arguments):
     tests = Tests(project)
     files = changed(project)
     if badly_formatted(project, files):
+        print("FAILED")
         return 1
     status = run_matching(build, tests, arguments[0]) if arguments else run_changed(project, build, tests, files)
     print(f"{'passed' if status == 0 else 'FAILED'} after {time.monotonic() - begin:.0f} s")

@@ -43,6 +43,11 @@ class Selection(unittest.TestCase):
         self.assertEqual(self.names("Documentation/Testing.md"), [])
         self.assertEqual(self.names("README.md"), [])
 
+    def test_texts_may_change_with_the_program_and_their_list(self):
+        for file in ("Sources/Fenwhirl/Views/StartCard.qml", "Sources/FenwhirlCore/SensorNames.cpp", "Documentation/Languages.md"):
+            self.assertTrue(quick.may_change_texts([file]), file)
+        self.assertFalse(quick.may_change_texts(["Sources/SimulatedMac/Fan.cpp", "Tests/Support/quick.py", "README.md"]))
+
     def test_every_test_file_belongs_to_a_program(self):
         self.assertEqual([str(file) for file in self.tests.files if file.suffix == ".cpp" and
                           file.name != "ComponentTest.cpp" and file not in self.tests.programs and

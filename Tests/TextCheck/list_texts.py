@@ -3,7 +3,7 @@
 placeholders.
 
     list_texts.py TEXTS LANGUAGES.MD            exits with 1 when the list does not match the sources
-    list_texts.py --write TEXTS LANGUAGES.MD    writes the list
+    list_texts.py --write TEXTS LANGUAGES.MD    writes the list; cmake --build build/dev --target list-texts calls it
 
 TEXTS is the file that the build gathers from all sources (texts.tsv). The tables below say which part of the interface a
 source file is, and how wide its controls are. A file or an inserted value that they do not mention is an error.
@@ -118,6 +118,16 @@ INSERTED = {
 }
 
 
+class NotMentioned(Exception):
+    """What one of the tables above lacks."""
+
+
+def mentioned(table, name, key, text):
+    if key not in table:
+        raise NotMentioned(f'"{text}": add "{key}" to {name} in Tests/TextCheck/list_texts.py')
+    return table[key]
+
+
 def gathered(file):
     """Returns (keys in the order of the tables, uses of each text as (source, control))."""
     keys, uses = [], {}
@@ -139,7 +149,7 @@ def entries(key, uses):
     for source, control in uses:
         name = pathlib.PurePosixPath(source).stem
         if source.endswith(".qml"):
-            place = PLACES[name]
+            place = mentioned(PLACES, "PLACES", name, key)
             if name == "Announcements":  # its text depends on what happened
                 control = "Announcement.text"
         elif name in MADE:
@@ -149,8 +159,9 @@ def entries(key, uses):
         elif name in NOT_SHOWN:
             continue
         else:
-            raise KeyError(source)
-        found.append((place, control, ROOMS.get(f"{name} {control}") or ROOMS[control]))
+            mentioned(MADE, "MADE", name, key)
+        room = ROOMS.get(control) or mentioned(ROOMS, "ROOMS", f"{name} {control}", key)
+        found.append((place, control, room))
     return list(dict.fromkeys(found))
 
 
@@ -159,8 +170,8 @@ def listed(keys, uses):
     for key in keys:
         used = entries(key, uses[key])
         if not used:
-            raise KeyError(key)
-        put_in = INSERTED[key] if "%@" in key else ""
+            raise NotMentioned(f'"{key}" is used in no file that shows texts')
+        put_in = mentioned(INSERTED, "INSERTED", key, key) if "%@" in key else ""
         where = "; ".join(f"{place}: {control} ({room})" for place, control, room in used)
         lines.append(f"| {key} | {where} | {put_in} |")
     return "\n".join(lines)
@@ -173,8 +184,11 @@ def main(arguments):
     before = page.read_text(encoding="utf-8")
     try:
         table = listed(*gathered(texts))
-    except KeyError as unknown:
-        print(f"{unknown} is not told in {pathlib.Path(__file__).name}: where it stands, its room, or what is put in", file=sys.stderr)
+    except FileNotFoundError:
+        print(f"There is no {texts}. The build makes it: cmake --build build/dev --target gathered-texts", file=sys.stderr)
+        return 1
+    except NotMentioned as what:
+        print(what, file=sys.stderr)
         return 1
     head, rest = before.split(BEGIN)
     after = f"{head}{BEGIN}\n\n{table}\n\n{END}{rest.split(END)[1]}"
@@ -182,7 +196,7 @@ def main(arguments):
         page.write_text(after, encoding="utf-8")
     elif after != before:
         print(f"The list of texts in {page.name} is not what the sources say. To write it:\n"
-              f"  {pathlib.Path(__file__)} --write {texts} {page}", file=sys.stderr)
+              "  cmake --build build/dev --target list-texts", file=sys.stderr)
         return 1
     return 0
 
