@@ -160,7 +160,8 @@ def entries(key, uses):
             continue
         else:
             mentioned(MADE, "MADE", name, key)
-        room = ROOMS.get(control) or mentioned(ROOMS, "ROOMS", f"{name} {control}", key)
+        here = f"{name} {control}"  # a control's room in this file, if it differs from its usual one
+        room = mentioned(ROOMS, "ROOMS", control if control in ROOMS and here not in ROOMS else here, key)
         found.append((place, control, room))
     return list(dict.fromkeys(found))
 

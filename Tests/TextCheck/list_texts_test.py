@@ -5,6 +5,7 @@ import io
 import pathlib
 import tempfile
 import unittest
+import unittest.mock
 
 import list_texts
 
@@ -47,6 +48,12 @@ class ListTexts(unittest.TestCase):
     def test_a_control_without_room_is_named_with_its_table(self):
         self.gather(("StartCard", "SettingRow.note", "Une note"))
         self.assertEqual(self.run_it(), (1, '"Une note": add "StartCard SettingRow.note" to ROOMS in Tests/TextCheck/list_texts.py\n'))
+
+    def test_a_controls_own_room_in_a_file_comes_before_its_usual_one(self):
+        self.gather(("FansPage", "PageTitle.title", "Ventilateurs"))
+        with unittest.mock.patch.dict(list_texts.ROOMS, {"FansPage PageTitle.title": "much less"}):
+            self.run_it("--write")
+        self.assertIn("PageTitle.title (much less)", self.page.read_text(encoding="utf-8"))
 
     def test_a_new_source_and_a_new_placeholder_are_named_with_their_tables(self):
         self.gather(("NewPage", "PageTitle.title", "Nouveau"))
