@@ -152,7 +152,7 @@ class Display(Process):
     ATTEMPTS = 3
 
     def __init__(self, width=1280, height=800, scale=1):
-        # Once in several thousand starts the server ends at once, and the next one does not.
+        # Once in several thousand starts the server ended at once; why is not known.
         for attempt in range(self.ATTEMPTS):
             try:
                 self.name = self._start_server(f"{width * scale}x{height * scale}x24")
