@@ -125,12 +125,13 @@ function(fenwhirl_test name)
         # On a busy computer a program may take longer than the usual five seconds to list its tests.
         set(discovery DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 TEST_PREFIX "${name}.")
         gtest_discover_tests(${name} ${filter} ${discovery}
-            PROPERTIES LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} PROCESSORS 2 ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
+            PROPERTIES LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}"
+                ${FENWHIRL_COMPUTING_TEST})
         if(arg_ALONE)
             list(JOIN arg_ALONE ":" names)
             gtest_discover_tests(${name} TEST_FILTER "${names}" TEST_LIST ${name}Alone ${discovery}
                 PROPERTIES RUN_SERIAL ON
-                    LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} PROCESSORS 2 ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
+                    LABELS "${room}" TIMEOUT ${FENWHIRL_TEST_SECONDS} ENVIRONMENT "${FENWHIRL_TEST_ENVIRONMENT}")
         endif()
         if(NOT arg_OWN_MAIN) # tests with a main of their own render, and choose their locale themselves
             fenwhirl_test_under_locales(${name} EXCEPT ${elsewhere})

@@ -1,7 +1,4 @@
 # Tests written in Python: of the scripts around the program, and of the built program itself.
-#
-# Many tests of the built program spend their time waiting. So that more of them run at a time than of those that work,
-# a test that waits has PROCESSORS 1 and every other one PROCESSORS 2, and ./test lets eight count for each processor.
 
 find_program(FENWHIRL_PYTHON NAMES python3 PATHS /usr/bin NO_DEFAULT_PATH REQUIRED)
 
@@ -30,6 +27,7 @@ function(fenwhirl_python_tests area file)
         set(name "${area}.${method}")
         add_test(NAME "${name}" COMMAND "${FENWHIRL_PYTHON}" -B -m unittest --verbose "${method}"
             WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
-        set_tests_properties("${name}" PROPERTIES LABELS "${room}" TIMEOUT 120 PROCESSORS 2 SKIP_REGULAR_EXPRESSION "OK \\(skipped=")
+        set_tests_properties("${name}" PROPERTIES LABELS "${room}" TIMEOUT 120 SKIP_REGULAR_EXPRESSION "OK \\(skipped="
+            ${FENWHIRL_COMPUTING_TEST})
     endforeach()
 endfunction()

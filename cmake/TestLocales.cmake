@@ -44,6 +44,7 @@ function(fenwhirl_test_under_locales name)
         string(REGEX REPLACE "\\..*" "" language "${locale}")
         add_test(NAME "${name}.Under.${language}" COMMAND ${name} --gtest_brief=1 "--gtest_filter=-${except}")
         set_tests_properties("${name}.Under.${language}" PROPERTIES
-            LABELS "${room}" ENVIRONMENT "${environment}" TIMEOUT ${FENWHIRL_TEST_SECONDS} PROCESSORS 2)
+            LABELS "${room}" ENVIRONMENT "${environment}" TIMEOUT ${FENWHIRL_TEST_SECONDS}
+            ${FENWHIRL_COMPUTING_TEST})
     endforeach()
 endfunction()

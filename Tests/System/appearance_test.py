@@ -104,15 +104,15 @@ class Appearance(Portals, unittest.TestCase):
         self.assertLessEqual(min(counts), 3, counts)
 
 
-class Reaction(Portals, unittest.TestCase):
-    def test_a_silent_portal_does_not_delay_the_start(self):
+class ASilentPortal(Portals, unittest.TestCase):
+    def test_does_not_delay_the_start(self):
         with Desktop(onboarded=False, preferences={"theme": "auto"}) as desktop:
             self.portal(desktop, "silent")
             began = time.monotonic()
             desktop.launch()
             window = desktop.wait_for_main_window()
             # A start that waits for an answer takes 25 seconds.
-            self.assertLess(time.monotonic() - began, 10)
+            self.assertLess(time.monotonic() - began, 20)
             # The page is light, although the introduction dims it.
             stage.wait_until(lambda: self.color(window) > "#90", lambda: f"a light page; it is {self.color(window)}")
 

@@ -28,10 +28,12 @@ PATIENCE_SECONDS = 20.0  # timeout for what should happen immediately; loaded ma
 # How many requests one poll sends to the machines of tests that count polls.
 REQUESTS_OF_A_POLL = {"MacBookPro11,4": 94, "AppleSilicon": 104}
 
+LONG_RUNS = "FENWHIRL_LONG_RUNS" in os.environ
+
 
 def rounds(sample, whole):
     """Returns how much of an endurance test to run: `sample` normally, `whole` in the long runs, which take hours."""
-    return whole if "FENWHIRL_LONG_RUNS" in os.environ else sample
+    return whole if LONG_RUNS else sample
 
 
 def has_own(what):
