@@ -1,6 +1,7 @@
 #include "Fenwhirl/Views/Components/ChartCursor.h"
 
 #include "Fenwhirl/Localization/NumberFormat.h"
+#include "Fenwhirl/Views/Components/ChartDot.h"
 
 #include <QDateTime>
 #include <QPainter>
@@ -14,8 +15,6 @@ namespace Fenwhirl {
 
 namespace {
 
-constexpr double dotRadius = 4.0;
-constexpr double dotRingRadius = 6.0;
 constexpr double focusRadius = 9.0; // the middle of a ring from 8 to 10
 constexpr double focusWidth = 2.0;
 constexpr double reach = 12.0; // of the item beyond its point, on each side
@@ -233,18 +232,12 @@ void ChartCursor::paint(QPainter* painter) {
 
     painter->setRenderHint(QPainter::Antialiasing, true);
     const QPointF point(x, reach + point_.y() - chart_->plot().top());
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(surfaceColor_);
-    const double clear = ring_ ? focusRadius : dotRingRadius;
-    painter->drawEllipse(point, clear, clear);
     if (ring_) {
-        painter->setBrush(Qt::NoBrush);
+        painter->setBrush(surfaceColor_);
         painter->setPen(QPen(dotColor_, focusWidth));
         painter->drawEllipse(point, focusRadius, focusRadius);
-        painter->setPen(Qt::NoPen);
     }
-    painter->setBrush(dotColor_);
-    painter->drawEllipse(point, dotRadius, dotRadius);
+    paintChartDot(*painter, point, dotColor_, surfaceColor_);
 }
 
 } // namespace Fenwhirl

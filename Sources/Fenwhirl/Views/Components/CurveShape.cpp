@@ -7,10 +7,10 @@ namespace Fenwhirl {
 
 namespace {
 
-constexpr double leastSpanDegrees = 1.0;
+constexpr double leastCurveSpanDegrees = 1.0;
 
 double spanOf(const CurveShape& shape) {
-    return std::max(onCurveAxis(shape.maxTemp) - onCurveAxis(shape.startTemp), leastSpanDegrees);
+    return std::max(onCurveAxis(shape.maxTemp) - onCurveAxis(shape.startTemp), leastCurveSpanDegrees);
 }
 
 } // namespace

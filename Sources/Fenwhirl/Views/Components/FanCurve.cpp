@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/Components/FanCurve.h"
 
+#include "Fenwhirl/Views/Components/ChartDot.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <QQuickWindow>
@@ -14,8 +16,6 @@ namespace {
 constexpr double cornerRadius = 4.0;
 constexpr double lineWidth = 2.5;
 constexpr double thinLineWidth = 1.5;
-constexpr double dotRadius = 4.0;
-constexpr double dotRingRadius = 6.0;
 constexpr float hairlineStrength = 0.26F;
 constexpr float hatchingStrength = 0.13F;
 constexpr float settingStrength = 0.7F;
@@ -163,12 +163,7 @@ void FanCurve::drawNow(QPainter& painter, const Plot& plot) const {
     if (!place) {
         return;
     }
-    const QPointF centre = plot.at(*place);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(plotColor_);
-    painter.drawEllipse(centre, dotRingRadius, dotRingRadius);
-    painter.setBrush(lineColor_);
-    painter.drawEllipse(centre, dotRadius, dotRadius);
+    paintChartDot(painter, plot.at(*place), lineColor_, plotColor_);
 }
 
 void FanCurve::paint(QPainter* painter) {

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/Components/LineChart.h"
 
+#include "Fenwhirl/Views/Components/ChartDot.h"
+
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
@@ -14,8 +16,6 @@ namespace {
 
 constexpr int plainLines = 5;
 constexpr double lineWidth = 2.5;
-constexpr double dotRadius = 4.0;
-constexpr double dotRingRadius = 6.0;
 constexpr double numberSize = 11.0;
 constexpr double dash = 4.0;
 constexpr double gap = 3.0;
@@ -179,14 +179,9 @@ void LineChart::paint(QPainter* painter) {
     painter->setPen(QPen(lineColor_, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter->drawPolyline(line);
 
-    if (!endDot_) {
-        return;
+    if (endDot_) {
+        paintChartDot(*painter, line.last(), lineColor_, surfaceColor_);
     }
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(surfaceColor_);
-    painter->drawEllipse(line.last(), dotRingRadius, dotRingRadius);
-    painter->setBrush(lineColor_);
-    painter->drawEllipse(line.last(), dotRadius, dotRadius);
 }
 
 } // namespace Fenwhirl
