@@ -74,6 +74,10 @@ QString Logind::systemBusAddress() {
     return address.isEmpty() ? QStringLiteral("unix:path=/var/run/dbus/system_bus_socket") : address;
 }
 
+bool Logind::isError(const QDBusMessage& reply) {
+    return reply.type() == QDBusMessage::ErrorMessage;
+}
+
 LogindConnection::LogindConnection(QString address, std::chrono::milliseconds answer)
     : address_(std::move(address))
     , answer_(answer)

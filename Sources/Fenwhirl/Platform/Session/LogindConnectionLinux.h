@@ -28,6 +28,9 @@ namespace Logind {
 // The address of this computer's system bus, in D-Bus notation.
 [[nodiscard]] QString systemBusAddress();
 
+// Whether a reply reports an error instead of a result.
+[[nodiscard]] bool isError(const QDBusMessage& reply);
+
 } // namespace Logind
 
 class LogindConnection : public QObject {

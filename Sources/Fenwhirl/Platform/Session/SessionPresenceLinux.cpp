@@ -22,10 +22,6 @@ QString activeProperty() {
     return QStringLiteral("Active");
 }
 
-bool isError(const QDBusMessage& reply) {
-    return reply.type() == QDBusMessage::ErrorMessage;
-}
-
 // The path in a reply that is an object path, or a structure of a name and an object path. Otherwise empty;
 // logind says "/" for none.
 QString pathIn(const QVariant& value) {
@@ -124,7 +120,7 @@ void SessionPresenceLinux::lose() {
 void SessionPresenceLinux::find() {
     ++search_;
     logind_.find(ofThisSearch([this](const QDBusMessage& reply) {
-                     if (isError(reply)) {
+                     if (Logind::isError(reply)) {
                          giveUp();
                      } else {
                          takeOwner(reply.arguments().value(0).toString());
@@ -149,7 +145,7 @@ void SessionPresenceLinux::searchByProcess() {
     ++search_;
     ask(Logind::path(), Logind::managerInterface(), QStringLiteral("GetSessionByPID"), {seeker_.process},
         [this](const QDBusMessage& reply) {
-            const QString path = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
+            const QString path = Logind::isError(reply) ? QString() : pathIn(reply.arguments().value(0));
             follow(path, [this] { searchByName(); });
         });
 }
@@ -161,7 +157,7 @@ void SessionPresenceLinux::searchByName() {
     }
     ask(Logind::path(), Logind::managerInterface(), QStringLiteral("GetSession"), {seeker_.session},
         [this](const QDBusMessage& reply) {
-            const QString path = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
+            const QString path = Logind::isError(reply) ? QString() : pathIn(reply.arguments().value(0));
             follow(path, [this] { searchByUser(); });
         });
 }
@@ -169,7 +165,7 @@ void SessionPresenceLinux::searchByName() {
 void SessionPresenceLinux::searchByUser() {
     ask(Logind::path(), Logind::managerInterface(), QStringLiteral("GetUser"), {seeker_.user},
         [this](const QDBusMessage& reply) {
-            const QString user = isError(reply) ? QString() : pathIn(reply.arguments().value(0));
+            const QString user = Logind::isError(reply) ? QString() : pathIn(reply.arguments().value(0));
             if (user.isEmpty()) {
                 giveUp();
                 return;
@@ -177,7 +173,7 @@ void SessionPresenceLinux::searchByUser() {
             ask(user, Logind::propertiesInterface(), QStringLiteral("Get"),
                 {userInterface(), QStringLiteral("Display")}, [this](const QDBusMessage& display) {
                     const auto value = display.arguments().value(0).value<QDBusVariant>();
-                    const QString path = isError(display) ? QString() : pathIn(value.variant());
+                    const QString path = Logind::isError(display) ? QString() : pathIn(value.variant());
                     follow(path, [this] { giveUp(); });
                 });
         });
@@ -192,7 +188,7 @@ void SessionPresenceLinux::follow(const QString& path, const std::function<void(
     ask(path, Logind::propertiesInterface(), QStringLiteral("GetAll"), {sessionInterface()},
         [this, otherwise](const QDBusMessage& reply) {
             const auto properties =
-                isError(reply) ? QVariantMap() : qdbus_cast<QVariantMap>(reply.arguments().value(0));
+                Logind::isError(reply) ? QVariantMap() : qdbus_cast<QVariantMap>(reply.arguments().value(0));
             // The user's systemd has a session of its own, which is always active.
             const bool isManager =
                 properties.value(QStringLiteral("Class")).toString().startsWith(QStringLiteral("manager"));
@@ -220,7 +216,8 @@ void SessionPresenceLinux::watch(const QString& path) {
 void SessionPresenceLinux::readActive() {
     ask(session_, Logind::propertiesInterface(), QStringLiteral("Get"),
         {sessionInterface(), activeProperty()}, [this](const QDBusMessage& reply) {
-            take(isError(reply) ? QVariant() : reply.arguments().value(0).value<QDBusVariant>().variant());
+            take(Logind::isError(reply) ? QVariant()
+                                        : reply.arguments().value(0).value<QDBusVariant>().variant());
         });
 }
 

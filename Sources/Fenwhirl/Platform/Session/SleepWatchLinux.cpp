@@ -10,10 +10,6 @@ QString announcement() {
     return QStringLiteral("PrepareForSleep");
 }
 
-bool isError(const QDBusMessage& reply) {
-    return reply.type() == QDBusMessage::ErrorMessage;
-}
-
 bool isYes(const QVariant& value) {
     return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
 }
@@ -72,7 +68,7 @@ void SleepWatchLinux::find() {
     logind_.find(
         [this](const QDBusMessage& reply) {
             wasAnswered_ = true;
-            if (!isError(reply)) {
+            if (!Logind::isError(reply)) {
                 takeOwner(reply.arguments().value(0).toString());
             }
         },
@@ -105,7 +101,8 @@ void SleepWatchLinux::look() {
         Logind::path(), Logind::propertiesInterface(), QStringLiteral("Get"),
         {Logind::managerInterface(), QStringLiteral("PreparingForSleep")},
         [this](const QDBusMessage& reply) {
-            take(!isError(reply) && isYes(reply.arguments().value(0).value<QDBusVariant>().variant()));
+            take(!Logind::isError(reply) &&
+                 isYes(reply.arguments().value(0).value<QDBusVariant>().variant()));
         },
         [this] {
             take(false);
@@ -147,7 +144,7 @@ void SleepWatchLinux::lock() {
             }
             isLocking_ = false;
             // A lock that arrives after the sleep has begun does not delay it.
-            if (!isError(reply) && !isAboutToSleep_) {
+            if (!Logind::isError(reply) && !isAboutToSleep_) {
                 lock_ = reply.arguments().value(0).value<QDBusUnixFileDescriptor>();
             }
         },
