@@ -15,10 +15,6 @@ namespace {
 constexpr unsigned newForLooks = 3;
 constexpr unsigned looksBetween = 8;
 
-QString fileNameOf(const QString& path) {
-    return path.sliced(path.lastIndexOf(u'/') + 1);
-}
-
 // The desktop's own components where systemd does not identify them: servers, window
 // managers, panels, sessions.
 bool isDesktopProgram(const QString& path) {
@@ -71,7 +67,7 @@ bool isDesktopProgram(const QString& path) {
         QStringLiteral("wireplumber"),
         QStringLiteral("pulseaudio"),
     };
-    return names.contains(fileNameOf(path));
+    return names.contains(QFileInfo(path).fileName());
 }
 
 } // namespace
@@ -155,7 +151,7 @@ ApplicationFinder::Known ApplicationFinder::find(qint32 pid, const QString& path
             command.first() = path; // a process can change its own first argument
         }
         if (const auto script = interpretedScript(command)) {
-            known.label = fileNameOf(*script);
+            known.label = QFileInfo(*script).fileName();
             const QString place = QDir(origin->workingFolder()).filePath(*script);
             known.entry = entries_.ofProgram(QFileInfo(place).canonicalFilePath());
             if (known.entry != nullptr) {

@@ -9,7 +9,7 @@ int hexDigit(QChar digit) {
 }
 
 // systemd writes bytes that are not allowed in a unit's name as "\x2d".
-QString unescaped(QStringView text) {
+QString unescapedUnitName(QStringView text) {
     QByteArray bytes;
     for (qsizetype i = 0; i < text.size();) {
         if (text[i] == u'\\' && i + 3 < text.size() && text[i + 1] == u'x' && hexDigit(text[i + 2]) >= 0 &&
@@ -75,7 +75,7 @@ QStringList applicationIdsIn(QStringView group) {
     QStringList ids;
     for (qsizetype dash = name.indexOf(u'-'); dash >= 0; dash = name.indexOf(u'-', dash + 1)) {
         if (dash + 1 < name.size()) {
-            ids.append(unescaped(name.sliced(dash + 1)));
+            ids.append(unescapedUnitName(name.sliced(dash + 1)));
         }
     }
     return ids;
@@ -98,7 +98,7 @@ std::optional<SnapName> snapIn(QStringView group) {
         program[program.size() - identifier - 1] == u'-') {
         program.chop(identifier + 1);
     }
-    return SnapName{unescaped(parts[1]), unescaped(program)};
+    return SnapName{unescapedUnitName(parts[1]), unescapedUnitName(program)};
 }
 
 bool isDesktopComponent(QStringView group) {

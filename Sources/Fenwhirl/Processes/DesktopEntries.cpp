@@ -52,7 +52,7 @@ QString fileNameOf(const QString& path) {
     return path.sliced(path.lastIndexOf(u'/') + 1);
 }
 
-QString unescaped(QStringView value) {
+QString unescapedValue(QStringView value) {
     QString text;
     text.reserve(value.size());
     for (qsizetype i = 0; i < value.size(); ++i) {
@@ -187,7 +187,7 @@ std::optional<DesktopEntry> parseDesktopEntry(const QByteArray& text) {
             continue;
         }
         const QStringView key = line.first(equals).trimmed();
-        const QString value = unescaped(line.sliced(equals + 1).trimmed());
+        const QString value = unescapedValue(line.sliced(equals + 1).trimmed());
         if (key == u"Type") {
             isApplication = value == QStringLiteral("Application");
         } else if (key == u"Hidden" && value == QStringLiteral("true")) {
