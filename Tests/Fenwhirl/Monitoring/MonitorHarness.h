@@ -11,6 +11,7 @@
 #include "Support/MemoryPreferences.h"
 #include "Support/ScriptedSMC.h"
 
+#include <QScopeGuard>
 #include <QString>
 
 #include <atomic>
@@ -99,7 +100,13 @@ public:
 
     [[nodiscard]] Monitor& monitor() { return *monitor_; }
 
-    void destroyMonitor() { monitor_.reset(); }
+    void destroyMonitor() { monitor_.reset(); } // waits for its queue
+
+    // Destroys the monitor at the end of a scope. To be declared after the variables of a test that helper.onRun and the
+    // like use, because the queue may still run the helper when the test is over.
+    [[nodiscard]] auto destroyMonitorAtTheEnd() {
+        return qScopeGuard([this] { destroyMonitor(); });
+    }
 
     [[nodiscard]] MonitorServices services();
 

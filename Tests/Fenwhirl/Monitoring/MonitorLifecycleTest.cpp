@@ -196,6 +196,7 @@ TEST_F(MonitorLifecycle, ResetOvertakesWhatWaitsAndEndsTheSpeedsOfARunningPoll) 
     start();
     monitor().apply(Preset::max);
     std::atomic<bool> isHeldUp = false;
+    const auto gone = destroyMonitorAtTheEnd();
     std::promise<void> release;
     helper.onRun = [&, released = release.get_future().share()](const auto&) {
         isHeldUp = true;

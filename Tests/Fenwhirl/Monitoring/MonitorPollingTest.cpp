@@ -131,8 +131,9 @@ TEST_F(MonitorPolling, OnlyChangesAreAnnounced) {
 
 TEST_F(MonitorPolling, APollThatWaitedTakesTheNewestSettings) {
     start();
-    std::promise<void> release;
     std::atomic<bool> isHeldUp = false;
+    const auto gone = destroyMonitorAtTheEnd();
+    std::promise<void> release;
     helper.onRun = [&, released = release.get_future().share()](const auto&) {
         isHeldUp = true;
         released.wait();
@@ -522,6 +523,7 @@ TEST_F(MonitorPolling, AHelperThatCouldNotBeStartedIsAskedAgainAndThenDrives) {
 TEST_F(MonitorPolling, PollsNeverOverlap) {
     std::atomic<int> inside = 0;
     std::atomic<bool> overlapped = false;
+    const auto gone = destroyMonitorAtTheEnd();
     helper.onRun = [&](const auto&) {
         overlapped = overlapped || inside.fetch_add(1) != 0;
         std::this_thread::yield();
@@ -542,8 +544,9 @@ TEST_F(MonitorPolling, PollsNeverOverlap) {
 
 TEST_F(MonitorPolling, TicksDuringASlowPollMakeOnePoll) {
     start();
-    std::promise<void> release;
     std::atomic<bool> isHeldUp = false;
+    const auto gone = destroyMonitorAtTheEnd();
+    std::promise<void> release;
     helper.onRun = [&, released = release.get_future().share()](const auto&) {
         isHeldUp = true;
         released.wait();

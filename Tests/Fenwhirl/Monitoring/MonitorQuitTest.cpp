@@ -111,6 +111,7 @@ TEST_F(MonitorQuit, RunningPollEndsFirstAndStartsNoFurtherHelper) {
     monitor().setSetting(0, curve(40, 80));
     monitor().setSetting(1, curve(40, 80));
     std::promise<void> running;
+    const auto gone = destroyMonitorAtTheEnd();
     std::promise<void> release;
     helper.onRun = [&, released = release.get_future().share(), first = true](const auto& arguments) mutable {
         if (arguments.at(0) == "set" && std::exchange(first, false)) {
@@ -137,6 +138,7 @@ TEST_F(MonitorQuit, FansOfAPollThatIsNotPublishedYetAreHandedBack) {
     setCelsius(91); // heat protection drives both fans in the first poll
     make();
     std::atomic<bool> driven = false;
+    const auto gone = destroyMonitorAtTheEnd();
     std::promise<void> release;
     helper.onRun = [&, released = release.get_future().share()](const auto&) {
         if (!driven.exchange(true)) {
@@ -160,6 +162,7 @@ TEST_F(MonitorQuit, PublishedFansThatTheLastPollDidNotReadAreHandedBackToo) {
     start();
     EXPECT_EQ(helper.takeRuns().size(), 2U);
     std::promise<void> running;
+    const auto gone = destroyMonitorAtTheEnd();
     std::promise<void> release;
     helper.onRun = [&, released = release.get_future().share()](const auto& arguments) {
         if (arguments.at(0) == "set") {
@@ -182,6 +185,7 @@ TEST_F(MonitorQuit, PublishedFansThatTheLastPollDidNotReadAreHandedBackToo) {
 TEST_F(MonitorQuit, AtAnyMomentNoFanStaysManualThatIsNotConstant) {
     std::mt19937 generator(3);
     std::atomic<int> helperMicroseconds = 0;
+    const auto gone = destroyMonitorAtTheEnd();
     helper.onRun = [&](const auto&) {
         std::this_thread::sleep_for(std::chrono::microseconds(helperMicroseconds));
     };
@@ -301,6 +305,7 @@ TEST_F(MonitorQuit, RefusedHandBacksAreRetriedThenLeftToTheGuard) {
 TEST_F(MonitorQuit, AFanIsAnnouncedBeforeItsFirstCommandRuns) {
     setCelsius(91); // heat protection drives automatic fans in the first poll
     std::vector<HandBack> atCommands;
+    const auto gone = destroyMonitorAtTheEnd();
     helper.onRun = [&](const auto&) { atCommands.push_back(handBacks.back()); };
     start();
     ASSERT_EQ(atCommands.size(), 2U);
@@ -329,6 +334,7 @@ TEST_F(MonitorQuit, TheGuardKnowsOfAFanBeforeItsFirstCommandAlthoughTheHelperIsN
     poll();
     EXPECT_EQ(handBacks.back(), (HandBack{Scope::nothing, {}}));
     std::vector<HandBack> atCommands;
+    const auto gone = destroyMonitorAtTheEnd();
     helper.onRun = [&](const auto&) { atCommands.push_back(handBacks.back()); };
     helper.installed = true; // by somebody else
     poll();
@@ -340,6 +346,7 @@ TEST_F(MonitorQuit, LeavingTheFrontEndsTheSpeedsOfARunningPoll) {
     start();
     monitor().apply(Preset::max);
     std::atomic<bool> isHeldUp = false;
+    const auto gone = destroyMonitorAtTheEnd();
     std::promise<void> release;
     helper.onRun = [&, released = release.get_future().share()](const auto&) {
         isHeldUp = true;
