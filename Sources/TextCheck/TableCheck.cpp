@@ -87,7 +87,7 @@ public:
     void table(const SourceFile& file) {
         const std::vector<Text> texts = textsOf(file);
         std::vector<bool> has(french_.size());
-        std::size_t expected = 0;
+        std::vector<std::pair<const Text*, std::size_t>> rows; // each with its place in French
         for (std::size_t i = 0; i + 1 < texts.size(); i += 2) {
             const Text& french = texts[i];
             const auto known = places_.find(french.text);
@@ -97,14 +97,13 @@ public:
             }
             if (has[known->second]) {
                 fault(file.place, french.line, quoted(french.text) + " has two rows");
-            } else if (known->second < expected) {
-                fault(file.place, french.line,
-                      quoted(french.text) + " stands in another place than in " + frenchPlace_);
+            } else {
+                rows.emplace_back(&french, known->second);
             }
             has[known->second] = true;
-            expected = std::max(expected, known->second + 1);
             row(file.place, french, texts[i + 1].text);
         }
+        order(file.place, rows);
         if (texts.size() % 2 != 0) {
             fault(file.place, texts.back().line, quoted(texts.back().text) + " has no translation");
         }
@@ -135,6 +134,35 @@ private:
 
     void fault(const std::string& place, int line, const std::string& what) {
         faults_.push_back(place + (line > 0 ? ':' + std::to_string(line) : std::string()) + ": " + what);
+    }
+
+    // Names the rows that would have to be moved to have all of them in order: those outside of the longest
+    // rising sequence.
+    void order(const std::string& place, const std::vector<std::pair<const Text*, std::size_t>>& rows) {
+        std::vector<std::size_t> length(rows.size(), 1); // of the longest sequence that ends with this row
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            for (std::size_t before = 0; before < i; ++before) {
+                if (rows[before].second < rows[i].second) {
+                    length[i] = std::max(length[i], length[before] + 1);
+                }
+            }
+        }
+        std::vector<bool> stays(rows.size());
+        std::size_t next = french_.size(); // the place of the row after it in the sequence
+        auto left = length.empty() ? 0 : *std::ranges::max_element(length);
+        for (std::size_t i = rows.size(); i-- > 0;) {
+            if (length[i] == left && rows[i].second < next) {
+                stays[i] = true;
+                next = rows[i].second;
+                --left;
+            }
+        }
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            if (!stays[i]) {
+                fault(place, rows[i].first->line,
+                      quoted(rows[i].first->text) + " stands in another place than in " + frenchPlace_);
+            }
+        }
     }
 
     void row(const std::string& place, const Text& french, std::string_view translation) {

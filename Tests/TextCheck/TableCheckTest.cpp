@@ -55,8 +55,10 @@ TEST(TableCheck, NamesARowTooMany) {
 }
 
 TEST(TableCheck, NamesARowInAnotherPlace) {
-    EXPECT_THAT(faultsOfTable(second + first + third),
-                ElementsAre("German.h:6: \"Ventilateurs\" stands in another place than in French.h"));
+    EXPECT_THAT(faultsOfTable(third + first + second), // one row too early, not two rows too late
+                ElementsAre("German.h:3: \"Processeur\" stands in another place than in French.h"));
+    EXPECT_THAT(faultsOfTable(second + third + first),
+                ElementsAre("German.h:7: \"Ventilateurs\" stands in another place than in French.h"));
 }
 
 TEST(TableCheck, NamesATextWithoutATranslation) {
