@@ -14,10 +14,12 @@ namespace {
 constexpr std::string_view header = "index,key,key_hex,type_hex,size,attributes_hex,value_hex";
 constexpr std::string_view unreadable = "unreadable:";
 
-std::optional<KeyRecord> parseLine(std::string_view line, std::size_t index) {
+// The record of a line, or absent; `error` then says why.
+std::optional<KeyRecord> parseLine(std::string_view line, std::size_t index, std::string& error) {
     const auto fields = splitFields(line, ',');
     // The key column may itself contain the separator, so the columns after it are counted from the end.
     if (fields.size() < 7) {
+        error = "fewer than seven columns";
         return std::nullopt;
     }
     const auto last = fields.end();
@@ -27,8 +29,12 @@ std::optional<KeyRecord> parseLine(std::string_view line, std::size_t index) {
     const auto size = parseWhole(*(last - 3));
     const auto attributes = parseHex(*(last - 2));
     const std::string_view value = *(last - 1);
-    if (number != index || !code || !type || !size || *size > 0xFFFFFFFFU || !attributes ||
-        *attributes > 0xFF) {
+    if (number != index) {
+        error = "the index is not " + std::to_string(index);
+        return std::nullopt;
+    }
+    if (!code || !type || !size || *size > 0xFFFFFFFFU || !attributes || *attributes > 0xFF) {
+        error = "the key, its type, its size or its attributes are not a number of their width";
         return std::nullopt;
     }
     KeyRecord record{.code = *code,
@@ -38,6 +44,7 @@ std::optional<KeyRecord> parseLine(std::string_view line, std::size_t index) {
     if (value.starts_with(unreadable)) {
         const auto result = parseHex(value.substr(unreadable.size()));
         if (!result || *result == 0 || *result > 0xFF) {
+            error = "the result of reading is not a hexadecimal number from 01 to FF";
             return std::nullopt;
         }
         record.readResult = static_cast<std::uint8_t>(*result);
@@ -48,6 +55,7 @@ std::optional<KeyRecord> parseLine(std::string_view line, std::size_t index) {
     }
     const auto bytes = parseHexBytes(value, record.bytes.size());
     if (!bytes || (!bytes->empty() && bytes->size() != std::min<std::size_t>(record.size, 32))) {
+        error = "the value is not hexadecimal or has another size";
         return std::nullopt;
     }
     std::copy(bytes->begin(), bytes->end(), record.bytes.begin());
@@ -87,9 +95,10 @@ std::optional<MachineTable> parseMachineTable(std::string_view name, std::string
         if (line.empty()) {
             continue;
         }
-        auto record = parseLine(line, table.keys.size());
+        std::string reason;
+        auto record = parseLine(line, table.keys.size(), reason);
         if (!record) {
-            error = "line " + std::to_string(lineNumber) + ": malformed: " + std::string(line);
+            error = "line " + std::to_string(lineNumber) + ": " + reason + ": " + std::string(line);
             return std::nullopt;
         }
         table.keys.push_back(*record);

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace simulated {
 namespace {
@@ -72,13 +74,21 @@ TEST(MachineTable, ASizeBeyondTheRecordIsKept) {
     EXPECT_EQ(table->keys.at(0).size, 113U);
 }
 
-TEST(MachineTable, MalformedLinesAreRefusedWithTheirNumber) {
-    for (const std::string line : {"0,FNum", "1,FNum,464E756D,75693820,1,80,02",
-                                   "0,FNum,464E756D,75693820,x,80,02", "0,FNum,464E756D,75693820,1,80,0203",
-                                   "0,FNum,464E756D,75693820,1,180,02", "0,FNum,464E756G,75693820,1,80,02"}) {
+TEST(MachineTable, MalformedLinesAreRefusedWithTheirNumberAndTheReason) {
+    const std::string width = "the key, its type, its size or its attributes are not a number of their width";
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {"0,FNum", "fewer than seven columns"},
+        {"1,FNum,464E756D,75693820,1,80,02", "the index is not 0"},
+        {"0,FNum,464E756D,75693820,x,80,02", width},
+        {"0,FNum,464E756D,75693820,1,180,02", width},
+        {"0,FNum,464E756G,75693820,1,80,02", width},
+        {"0,FNum,464E756D,75693820,1,80,0203", "the value is not hexadecimal or has another size"},
+        {"0,FNum,464E756D,75693820,1,80,unreadable:100",
+         "the result of reading is not a hexadecimal number from 01 to FF"}};
+    for (const auto& [line, reason] : cases) {
         std::string error;
         EXPECT_FALSE(parseMachineTable("Test", header + line + "\n", error)) << line;
-        EXPECT_NE(error.find("line 2"), std::string::npos) << error;
+        EXPECT_EQ(error, "line 2: " + reason + ": " + line);
     }
 }
 
