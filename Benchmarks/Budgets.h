@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+namespace Fenwhirl {
+
 class Budgets {
 public:
     // `ratio` is the subject's cost divided by that of what it is compared with. Of several checks of the same
@@ -39,3 +41,5 @@ private:
 };
 
 inline Budgets budgets;
+
+} // namespace Fenwhirl

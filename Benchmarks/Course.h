@@ -14,6 +14,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 // Wall-clock and processor time of the runs of one subject, in seconds.
 class Course {
 public:
@@ -66,3 +68,5 @@ inline int runBenchmarks(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks();
     return curves.save() ? budgets.finish() : EXIT_FAILURE;
 }
+
+} // namespace Fenwhirl

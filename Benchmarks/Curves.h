@@ -8,6 +8,8 @@
 #include <map>
 #include <string>
 
+namespace Fenwhirl {
+
 class Curves {
 public:
     // Costs in milliseconds. Of several points for the same number of the same things the last one counts.
@@ -46,3 +48,5 @@ private:
 };
 
 inline Curves curves;
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr int sensorCount = 60;
@@ -98,6 +100,8 @@ BENCHMARK(driverPoll)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace
 
+} // namespace Fenwhirl
+
 int main(int argc, char** argv) {
-    return runBenchmarks(argc, argv);
+    return Fenwhirl::runBenchmarks(argc, argv);
 }

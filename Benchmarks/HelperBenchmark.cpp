@@ -25,6 +25,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -213,25 +215,27 @@ void compareLaunches(const std::string& helper) {
 
 } // namespace
 
+} // namespace Fenwhirl
+
 int main() {
     cpu_set_t first;
     CPU_ZERO(&first);
     CPU_SET(0, &first);
     sched_setaffinity(0, sizeof first,
                       &first); // on several processors, their idle states would be measured
-    const auto own = executablePath();
-    require(own.has_value(), "where am I?");
+    const auto own = Fenwhirl::executablePath();
+    Fenwhirl::require(own.has_value(), "where am I?");
     const std::string folder = own->substr(0, own->rfind('/'));
     const std::string floor = folder + "/HelperFloor";
     const std::string helper = folder + "/../bin/Fenwhirl";
 
     (void)std::printf("%-48s %9s %9s\n", "median of each, by turns", "floor", "helper");
-    Controller controller(folder + "/../bin/simulated-mac");
+    Fenwhirl::Controller controller(folder + "/../bin/simulated-mac");
     constexpr double versionBudget = 1.25;
-    compare("the helper's version", versionBudget, floor, {"0"}, helper, {"--helper", "version"});
-    countInstructions(floor, helper);
-    compareCommand(controller, "the helper's set", floor, helper, {"--helper", "set", "0", "2400"});
-    compareCommand(controller, "the helper's auto", floor, helper, {"--helper", "auto"});
-    compareLaunches(helper);
-    return budgets.finish();
+    Fenwhirl::compare("the helper's version", versionBudget, floor, {"0"}, helper, {"--helper", "version"});
+    Fenwhirl::countInstructions(floor, helper);
+    Fenwhirl::compareCommand(controller, "the helper's set", floor, helper, {"--helper", "set", "0", "2400"});
+    Fenwhirl::compareCommand(controller, "the helper's auto", floor, helper, {"--helper", "auto"});
+    Fenwhirl::compareLaunches(helper);
+    return Fenwhirl::budgets.finish();
 }

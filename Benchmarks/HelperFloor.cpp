@@ -25,9 +25,9 @@ int main(int argc, char** argv) {
     if (connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         return EXIT_FAILURE;
     }
-    SMCParam request = {};
+    Fenwhirl::SMCParam request = {};
     request.key = 0x464E756D; // "FNum"
-    request.data8 = SMCCommand::keyInfo;
+    request.data8 = Fenwhirl::SMCCommand::keyInfo;
     std::array<char, 128> reply = {};
     for (; left > 0; --left) {
         if (send(connection, &request, sizeof request, MSG_NOSIGNAL) < 0 ||

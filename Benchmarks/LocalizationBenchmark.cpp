@@ -10,6 +10,8 @@
 #include <benchmark/benchmark.h>
 #include <cstddef>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Looks up every text of the interface in turn, so that short labels and long notes have the same weight as
@@ -52,3 +54,5 @@ BENCHMARK_CAPTURE(lookups, FollowingTheSystem, AppLanguage::automatic);
 BENCHMARK_CAPTURE(translations, German, AppLanguage::de);
 BENCHMARK_CAPTURE(translations, SerbianCyrillic, AppLanguage::srCyrl);
 BENCHMARK_CAPTURE(sensorLabels, German, AppLanguage::de);
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <string>
 
+namespace Fenwhirl {
+
 namespace {
 
 FanSettings settingsOf(int fans) {
@@ -87,3 +89,5 @@ BENCHMARK(load)->Arg(2)->Arg(100)->Unit(benchmark::kMicrosecond);
 BENCHMARK(saveInMemory)->Arg(2)->Arg(100)->Unit(benchmark::kMicrosecond);
 BENCHMARK(saveOnDisk)->Arg(2)->Unit(benchmark::kMicrosecond);
 BENCHMARK(encode)->Arg(2)->Arg(100)->Unit(benchmark::kMicrosecond);
+
+} // namespace Fenwhirl

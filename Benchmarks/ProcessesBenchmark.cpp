@@ -31,6 +31,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr double lineCostBudget = 2; // cost of a line among 10 000, relative to a line among 100
@@ -180,11 +182,13 @@ void measureSamples(int idle) {
 
 } // namespace
 
+} // namespace Fenwhirl
+
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
-    measureParsing();
+    Fenwhirl::measureParsing();
     for (const int idle : {100, 500, 1'000, 2'000, 3'000}) {
-        measureSamples(idle);
+        Fenwhirl::measureSamples(idle);
     }
-    return curves.save() ? budgets.finish() : EXIT_FAILURE;
+    return Fenwhirl::curves.save() ? Fenwhirl::budgets.finish() : EXIT_FAILURE;
 }

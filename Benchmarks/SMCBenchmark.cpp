@@ -15,6 +15,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The floor: round trips and nothing else.
@@ -155,6 +157,8 @@ BENCHMARK(fans)->Arg(1)->Arg(2)->Arg(8)->Arg(30)->Arg(100)->UseManualTime()->Uni
 
 } // namespace
 
+} // namespace Fenwhirl
+
 int main(int argc, char** argv) {
-    return runBenchmarks(argc, argv);
+    return Fenwhirl::runBenchmarks(argc, argv);
 }

@@ -14,6 +14,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Reply {
@@ -115,3 +117,5 @@ SMCService::~SMCService() {
     waitpid(process_, nullptr, 0);
     std::filesystem::remove_all(folder_);
 }
+
+} // namespace Fenwhirl

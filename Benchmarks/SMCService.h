@@ -8,6 +8,8 @@
 #include <string>
 #include <sys/types.h>
 
+namespace Fenwhirl {
+
 class SMCService {
 public:
     explicit SMCService(int sensorCount, int fanCount = 2);
@@ -25,3 +27,5 @@ private:
 
 // The key of a sensor.
 [[nodiscard]] std::string sensorKey(int number);
+
+} // namespace Fenwhirl

@@ -19,6 +19,8 @@
 #include <set>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -242,3 +244,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzzExpect(computer.open.empty(), "every descriptor is closed in the end");
     return 0;
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+namespace Fenwhirl {
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto settings =
         decodeFanSettings(QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)));
@@ -30,3 +32,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+} // namespace Fenwhirl

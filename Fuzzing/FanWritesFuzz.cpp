@@ -9,6 +9,8 @@
 #include <bit>
 #include <cmath>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Bytes = ScriptedSMC::Bytes;
@@ -192,3 +194,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <span>
 
+namespace Fenwhirl {
+
 class FuzzInput {
 public:
     FuzzInput(const std::uint8_t* data, std::size_t size) : rest_(data, size) {}
@@ -51,3 +53,5 @@ inline void fuzzExpect(bool claim, const char* words) {
     std::fprintf(stderr, "not true: %s\n", words);
     std::abort();
 }
+
+} // namespace Fenwhirl

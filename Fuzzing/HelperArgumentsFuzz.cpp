@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Reads digit by digit, in a type that cannot overflow meanwhile.
@@ -138,3 +140,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzzExpect(!rpm || isSame(*rpm, std::strtod(argument.c_str(), nullptr)), "a speed is what strtod reads");
     return 0;
 }
+
+} // namespace Fenwhirl

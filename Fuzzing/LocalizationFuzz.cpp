@@ -21,6 +21,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 void require(bool holds) {
@@ -98,3 +100,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(units);
     return 0;
 }
+
+} // namespace Fenwhirl

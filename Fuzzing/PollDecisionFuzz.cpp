@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+namespace Fenwhirl {
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // About as many polls as the bytes can supply, because later ones would repeat; and few enough that a run
     // takes no longer than a millisecond.
@@ -17,3 +19,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+} // namespace Fenwhirl

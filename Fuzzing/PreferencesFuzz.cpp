@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Equality that treats NaN as equal to NaN.
@@ -37,3 +39,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <cmath>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr qint32 ownPid = 77;
@@ -105,3 +107,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzzExpect(processes >= 0, "no process is in two entries");
     return 0;
 }
+
+} // namespace Fenwhirl

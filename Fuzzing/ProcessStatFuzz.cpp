@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     const std::optional<ProcessStat> stat = parseProcessStat(text);
@@ -21,3 +23,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                "the fields do not depend on the name");
     return 0;
 }
+
+} // namespace Fenwhirl

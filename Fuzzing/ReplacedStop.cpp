@@ -2,6 +2,8 @@
 
 #include "FenwhirlCore/Precondition.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 struct BrokenPrecondition {};
@@ -22,3 +24,5 @@ bool stops(const std::function<void()>& operation) {
     }
     return false;
 }
+
+} // namespace Fenwhirl

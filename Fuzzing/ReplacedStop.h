@@ -5,5 +5,9 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 // Runs the operation. Returns true if it ended with a broken precondition.
 [[nodiscard]] bool stops(const std::function<void()>& operation);
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <set>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Takes its answers from the input. Once that is used up it behaves as if dead, which bounds every loop.
@@ -177,3 +179,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                "the write test never stops between its writes and the hand-back");
     return 0;
 }
+
+} // namespace Fenwhirl

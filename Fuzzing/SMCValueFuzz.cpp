@@ -8,6 +8,8 @@
 #include <cstring>
 #include <string>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr const char* knownTypes[] = {"flt ", "sp78", "fpe2", "ui8 ", "ui16", "ui32"};
@@ -73,3 +75,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+} // namespace Fenwhirl

@@ -26,9 +26,9 @@
 #include <unistd.h>
 #include <vector>
 
-namespace {
+namespace simulated {
 
-using namespace simulated;
+namespace {
 
 void require(bool holds) {
     if (!holds) {
@@ -153,3 +153,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     return 0;
 }
+
+} // namespace simulated

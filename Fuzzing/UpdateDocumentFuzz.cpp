@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 namespace {
 
 const QString domain = QStringLiteral("maker.tld");
@@ -84,3 +86,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkVersions(QString::fromUtf8(bytes.left(end)), QString::fromUtf8(end < 0 ? "" : bytes.mid(end + 1)));
     return 0;
 }
+
+} // namespace Fenwhirl

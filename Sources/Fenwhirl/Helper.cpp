@@ -11,6 +11,8 @@
 #include <string_view>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace HelperMode {
 
 namespace {
@@ -136,3 +138,5 @@ int run(std::span<char* const> arguments, const OpenSMC& openSMC) {
 }
 
 } // namespace HelperMode
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 #include <memory>
 #include <span>
 
+namespace Fenwhirl {
+
 namespace HelperMode {
 
 // What `run` returns, and thus the exit status of the process.
@@ -36,3 +38,5 @@ using OpenSMC = std::function<std::unique_ptr<SMC>()>;
 [[nodiscard]] int run(std::span<char* const> arguments, const OpenSMC& openSMC = SMC::open);
 
 } // namespace HelperMode
+
+} // namespace Fenwhirl

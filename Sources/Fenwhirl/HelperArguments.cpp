@@ -8,6 +8,8 @@
 #    include <xlocale.h>
 #endif
 
+namespace Fenwhirl {
+
 namespace HelperArguments {
 
 std::optional<std::int64_t> parseIndex(std::string_view text) {
@@ -47,3 +49,5 @@ std::optional<double> parseRPM(const char* text) {
 }
 
 } // namespace HelperArguments
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <optional>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace HelperArguments {
 
 // A base-10 signed 64-bit integer: one optional "+" or "-", then ASCII digits, and nothing else. Absent for
@@ -23,3 +25,5 @@ namespace HelperArguments {
 [[nodiscard]] std::optional<double> parseRPM(const char* text);
 
 } // namespace HelperArguments
+
+} // namespace Fenwhirl

@@ -16,6 +16,8 @@
 #include <span>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Exit status of the set-user-ID copy when it was started as if it were the application.
@@ -54,18 +56,20 @@ int runApplication(int argc, char** argv) {
 
 } // namespace
 
+} // namespace Fenwhirl
+
 int main(int argc, char** argv) {
     if (argc >= 2 && std::strcmp(argv[1], "--helper") == 0) {
         const std::span arguments(argv + 2, static_cast<std::size_t>(argc - 2));
-        if (HelperProcess::prepare()) {
-            return HelperMode::run(arguments);
+        if (Fenwhirl::HelperProcess::prepare()) {
+            return Fenwhirl::HelperMode::run(arguments);
         }
         // Only commands that need no controller can be served: the controller's connection could get the
         // number of a standard stream.
-        return HelperMode::run(arguments, [] { return std::unique_ptr<SMC>(); });
+        return Fenwhirl::HelperMode::run(arguments, [] { return std::unique_ptr<Fenwhirl::SMC>(); });
     }
     if (geteuid() == 0 && getuid() != 0) {
-        return startedWithoutHelperFlag;
+        return Fenwhirl::startedWithoutHelperFlag;
     }
-    return runApplication(argc, argv);
+    return Fenwhirl::runApplication(argc, argv);
 }

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace Fenwhirl {
+
 // Uses the first four characters; a shorter text fills the low bytes only. Characters are taken as bytes.
 [[nodiscard]] constexpr std::uint32_t fourCharacterCode(std::string_view text) {
     std::uint32_t code = 0;
@@ -13,3 +15,5 @@
     }
     return code;
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <limits>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace NumberText {
 
 namespace {
@@ -118,3 +120,5 @@ std::string wholeOrQuestionMark(std::optional<double> value) {
 }
 
 } // namespace NumberText
+
+} // namespace Fenwhirl

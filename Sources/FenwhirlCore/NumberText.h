@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+namespace Fenwhirl {
+
 namespace NumberText {
 
 // The text that "%.2f" gives in the C locale: exact, ties to even, every digit of large values, and "nan",
@@ -25,3 +27,5 @@ namespace NumberText {
 [[nodiscard]] std::string wholeOrQuestionMark(std::optional<double> value);
 
 } // namespace NumberText
+
+} // namespace Fenwhirl

@@ -2,6 +2,10 @@
 
 #include <cstdlib>
 
+namespace Fenwhirl {
+
 void stopOnBrokenPrecondition() {
     std::abort();
 }
+
+} // namespace Fenwhirl

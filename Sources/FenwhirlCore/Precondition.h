@@ -6,5 +6,9 @@
 
 #pragma once
 
+namespace Fenwhirl {
+
 // Ends the process by abort().
 [[noreturn]] void stopOnBrokenPrecondition();
+
+} // namespace Fenwhirl

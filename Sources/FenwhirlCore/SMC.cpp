@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::size_t bytesInRecord = sizeof(SMCParam::bytes);
@@ -158,3 +160,5 @@ std::string SMC::string(std::uint32_t code) {
     return {static_cast<char>(code >> 24U), static_cast<char>(code >> 16U & 0x7FU),
             static_cast<char>(code >> 8U & 0x7FU), static_cast<char>(code & 0x7FU)};
 }
+
+} // namespace Fenwhirl

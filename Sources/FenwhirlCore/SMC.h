@@ -28,6 +28,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 // What one fan reports.
 struct FanReading {
     int index;        // as in the SMC keys; a list may have gaps
@@ -167,3 +169,5 @@ private:
     std::unique_ptr<SMCTransport> transport_;
     const std::atomic<bool>* stopFlag_ = nullptr;
 };
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 using NumberText::wholeOrQuestionMark;
 
 std::string SMC::fanWriteTest() {
@@ -50,3 +52,5 @@ std::string SMC::fanWriteTest(unsigned effectiveUserId) {
     text.append(", cible après ").append(wholeOrQuestionMark(readValue(targetKey)));
     return text;
 }
+
+} // namespace Fenwhirl

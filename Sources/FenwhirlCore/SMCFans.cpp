@@ -10,6 +10,8 @@
 #include <cmath>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::string_view forcedMaskKey = "FS! ";
@@ -228,3 +230,5 @@ void SMC::releaseUnlockIfAllAutomatic(Unusable unusable) {
     }
     static_cast<void>(writeValue(unlockKey, 0));
 }
+
+} // namespace Fenwhirl

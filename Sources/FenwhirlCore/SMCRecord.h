@@ -15,6 +15,8 @@
 #include <cstdint>
 #include <type_traits>
 
+namespace Fenwhirl {
+
 // The commands of `SMCParam::data8`.
 namespace SMCCommand {
 inline constexpr std::uint8_t readKey = 5;    // in: key, keyInfo.dataSize; out: bytes
@@ -90,3 +92,5 @@ static_assert(offsetof(SMCKeyInfo, dataAttributes) == 8 && sizeof(SMCKeyInfo) ==
 static_assert(offsetof(SMCParam, result) == 40 && offsetof(SMCParam, status) == 41);
 static_assert(offsetof(SMCParam, data8) == 42 && offsetof(SMCParam, data32) == 44 &&
               offsetof(SMCParam, bytes) == 48);
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include "FenwhirlCore/Precondition.h"
 #include "FenwhirlCore/SMC.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 void appendHexadecimal(std::string& text, std::span<const std::uint8_t> bytes) {
@@ -85,3 +87,5 @@ std::string SMC::diagnosticReport(const SystemText& system) {
     appendLine(report, "Total : " + std::to_string(sensorCount) + " capteurs de température");
     return report;
 }
+
+} // namespace Fenwhirl

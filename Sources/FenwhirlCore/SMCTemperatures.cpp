@@ -5,6 +5,8 @@
 
 #include <unordered_set>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Both bounds are exclusive. At discovery, 1 °C or less means that the sensor is absent. Later, a real sensor
@@ -57,3 +59,5 @@ std::vector<TemperatureReading> SMC::readTemperatures(std::span<const std::strin
     }
     return readings;
 }
+
+} // namespace Fenwhirl

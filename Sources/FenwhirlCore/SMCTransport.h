@@ -14,6 +14,8 @@
 #include <memory>
 #include <optional>
 
+namespace Fenwhirl {
+
 class SMCTransport {
 public:
     SMCTransport() = default;
@@ -38,3 +40,5 @@ public:
 // opened. Reads no environment variable and takes no path: a user must not be able to point the privileged
 // helper elsewhere.
 [[nodiscard]] std::unique_ptr<SMCTransport> openSystemTransport();
+
+} // namespace Fenwhirl

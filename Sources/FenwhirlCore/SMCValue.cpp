@@ -5,6 +5,8 @@
 #include <bit>
 #include <cmath>
 
+namespace Fenwhirl {
+
 namespace SMCValue {
 
 namespace {
@@ -92,3 +94,5 @@ std::optional<std::vector<std::uint8_t>> encode(std::string_view type, double va
 }
 
 } // namespace SMCValue
+
+} // namespace Fenwhirl

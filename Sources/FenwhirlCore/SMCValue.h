@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace SMCValue {
 
 // The number that the bytes represent. Absent when the type is unknown or there are too few bytes;
@@ -29,3 +31,5 @@ namespace SMCValue {
 [[nodiscard]] std::optional<std::vector<std::uint8_t>> encode(std::string_view type, double value);
 
 } // namespace SMCValue
+
+} // namespace Fenwhirl

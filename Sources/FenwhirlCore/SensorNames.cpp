@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace Fenwhirl {
+
 namespace SensorNames {
 
 namespace {
@@ -95,3 +97,5 @@ std::string friendly(std::string_view key) {
 }
 
 } // namespace SensorNames
+
+} // namespace Fenwhirl

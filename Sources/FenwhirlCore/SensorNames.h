@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace SensorNames {
 
 // The name from a fixed table for the well-known keys ("TC0P" is "Processeur (proximité)"). For other keys, a
@@ -28,3 +30,5 @@ inline constexpr std::array<std::string_view, 19> featuredKeys = {
 };
 
 } // namespace SensorNames
+
+} // namespace Fenwhirl

@@ -28,6 +28,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The helper may go on trying to "set" a fan on a locked controller for 4.2 s, even
@@ -308,16 +310,18 @@ void actAtTheEnd() {
 
 } // namespace
 
+} // namespace Fenwhirl
+
 int main() {
     // Signals that end a session or a terminal's programs must not end the process that cleans up after them.
     const int ignored[] = {SIGTERM, SIGINT, SIGHUP};
     for (const int signal : ignored) {
         (void)std::signal(signal, SIG_IGN);
     }
-    prepareHelper();
-    watch();
-    if (!isOrderly) {
-        actAtTheEnd();
+    Fenwhirl::prepareHelper();
+    Fenwhirl::watch();
+    if (!Fenwhirl::isOrderly) {
+        Fenwhirl::actAtTheEnd();
     }
     return EXIT_SUCCESS;
 }

@@ -13,6 +13,8 @@
 
 #include <cstddef>
 
+namespace Fenwhirl {
+
 namespace GuardRecord {
 
 inline constexpr char nothing[] = "nothing";
@@ -32,3 +34,5 @@ inline constexpr int silenceTimeoutSeconds = 10;
 inline constexpr char helperPath[] = "/Library/PrivilegedHelperTools/FenwhirlHelper";
 
 } // namespace GuardRecord
+
+} // namespace Fenwhirl

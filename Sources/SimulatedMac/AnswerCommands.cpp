@@ -30,16 +30,16 @@ constexpr std::array<FaultKeyword, 6> kindWords{{
 
 std::optional<std::uint8_t> commandCode(std::string_view word) {
     if (word == "read") {
-        return SMCCommand::readKey;
+        return Fenwhirl::SMCCommand::readKey;
     }
     if (word == "write") {
-        return SMCCommand::writeKey;
+        return Fenwhirl::SMCCommand::writeKey;
     }
     if (word == "info") {
-        return SMCCommand::keyInfo;
+        return Fenwhirl::SMCCommand::keyInfo;
     }
     if (word == "index") {
-        return SMCCommand::keyByIndex;
+        return Fenwhirl::SMCCommand::keyByIndex;
     }
     return std::nullopt;
 }

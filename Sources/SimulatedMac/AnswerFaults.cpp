@@ -7,7 +7,7 @@ void AnswerFaults::set(const AnswerFault& fault) {
     matched_ = 0;
 }
 
-AnswerFault AnswerFaults::decide(const SMCParam& request) {
+AnswerFault AnswerFaults::decide(const Fenwhirl::SMCParam& request) {
     if (fault_.kind == FaultKind::none || (fault_.key && *fault_.key != request.key) ||
         (fault_.command && *fault_.command != request.data8)) {
         return {};

@@ -45,7 +45,7 @@ public:
     [[nodiscard]] const AnswerFault& current() const { return fault_; }
 
     // The fault to apply to this request: the current one, or `none`. Counts the request if it matches.
-    [[nodiscard]] AnswerFault decide(const SMCParam& request);
+    [[nodiscard]] AnswerFault decide(const Fenwhirl::SMCParam& request);
 
 private:
     AnswerFault fault_;

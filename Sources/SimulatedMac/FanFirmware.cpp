@@ -73,11 +73,11 @@ bool FanFirmware::isModeKey(FourCC code) const {
 std::uint8_t FanFirmware::checkWrite(const KeyStore& keys, FourCC code, std::span<const std::uint8_t> bytes,
                                      double steadySeconds) const {
     if (!isModeKey(code) || isUnlocked(keys, steadySeconds)) {
-        return SMCResult::success;
+        return Fenwhirl::SMCResult::success;
     }
     const bool handsBack =
         std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t byte) { return byte == 0; });
-    return handsBack ? SMCResult::success : SMCResult::notWritable;
+    return handsBack ? Fenwhirl::SMCResult::success : Fenwhirl::SMCResult::notWritable;
 }
 
 void FanFirmware::wrote(KeyStore& keys, FourCC code, double steadySeconds) {

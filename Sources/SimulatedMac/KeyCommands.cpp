@@ -28,7 +28,7 @@ std::string describe(const Key& key) {
                        " bytes=" + (bytes.empty() ? "-" : hexText(bytes)) +
                        " value=" + (value ? fixedText(*value, 2) : "?");
     const std::uint8_t result =
-        key.vanished ? SMCResult::keyNotFound : key.fault.value_or(key.record.readResult);
+        key.vanished ? Fenwhirl::SMCResult::keyNotFound : key.fault.value_or(key.record.readResult);
     if (result != 0) {
         text += " unreadable=" + hexText({&result, 1});
     }
@@ -125,16 +125,16 @@ CommandOutcome runWrite(CommandContext& context, Words words, Instant now) {
         return error;
     }
     const auto number = parseNumber(words[1]);
-    SMCParam request{};
+    Fenwhirl::SMCParam request{};
     request.key = key->record.code;
-    request.data8 = SMCCommand::writeKey;
+    request.data8 = Fenwhirl::SMCCommand::writeKey;
     request.keyInfo.dataSize = key->record.size;
     if (!number || !encodeValue(key->record.type, *number, request.bytes)) {
         return failed(number ? "this key's type is no number" : "not a number");
     }
     constexpr Peer anotherProgram{.process = 0, .user = 0};
     const Reply reply = context.mac.handle(request, anotherProgram, now);
-    if (reply.kernelReturn != 0 || reply.record.result != SMCResult::success) {
+    if (reply.kernelReturn != 0 || reply.record.result != Fenwhirl::SMCResult::success) {
         return failed("the write was refused");
     }
     return ok(describe(*key));
@@ -149,7 +149,7 @@ CommandOutcome runVanish(CommandContext& context, Words words, Instant /*now*/) 
 }
 
 CommandOutcome runUnreadable(CommandContext& context, Words words, Instant /*now*/) {
-    const auto result = words.size() > 1 ? parseHex(words[1]) : SMCResult::notReadable;
+    const auto result = words.size() > 1 ? parseHex(words[1]) : Fenwhirl::SMCResult::notReadable;
     if (words.size() > 2 || !result || *result == 0 || *result > 0xFF) {
         return failed("expected KEY and a result of two hexadecimal digits");
     }
@@ -185,16 +185,17 @@ CommandOutcome runDefine(CommandContext& context, Words words, Instant /*now*/) 
                      .type = *type,
                      .size = static_cast<std::uint32_t>(*size),
                      .attributes = static_cast<std::uint8_t>(*attributes)};
-    record.readResult = (*attributes & attributeReadable) != 0 ? SMCResult::success : SMCResult::notReadable;
+    record.readResult = (*attributes & attributeReadable) != 0 ? Fenwhirl::SMCResult::success
+                                                               : Fenwhirl::SMCResult::notReadable;
     std::copy(bytes->begin(), bytes->end(), record.bytes.begin());
     context.mac.defineKey(record);
     return ok(describe(*context.mac.keys().find(*code)));
 }
 
 CommandOutcome runRefuse(CommandContext& context, Words words, Instant /*now*/) {
-    WriteRefusal refusal{.kernelReturn = 0, .result = SMCResult::notWritable};
+    WriteRefusal refusal{.kernelReturn = 0, .result = Fenwhirl::SMCResult::notWritable};
     if (words.size() == 2 && words[1] == "kernel") {
-        refusal = {.kernelReturn = KernelReturn::notPrivileged, .result = 0};
+        refusal = {.kernelReturn = Fenwhirl::KernelReturn::notPrivileged, .result = 0};
     } else if (words.size() == 2) {
         const auto result = parseHex(words[1]);
         if (!result || *result == 0 || *result > 0xFF) {

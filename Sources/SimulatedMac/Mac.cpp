@@ -22,7 +22,7 @@ constexpr double longestHistorySeconds = 1800;
 // The limit of the simulated power, as a multiple of the design power. No computer draws more.
 constexpr double mostOverload = 3;
 
-std::span<const std::uint8_t> valueBytes(const SMCParam& record, std::uint32_t size) {
+std::span<const std::uint8_t> valueBytes(const Fenwhirl::SMCParam& record, std::uint32_t size) {
     return {record.bytes.data(), std::min<std::size_t>(size, record.bytes.size())};
 }
 
@@ -35,7 +35,7 @@ Reply answer(std::uint8_t result) {
 Reply keyInfo(const KeyStore& keys, FourCC code) {
     const Key* const key = keys.find(code);
     if (key == nullptr || key->vanished) {
-        return answer(SMCResult::keyNotFound);
+        return answer(Fenwhirl::SMCResult::keyNotFound);
     }
     Reply reply;
     reply.record.key = code;
@@ -47,11 +47,11 @@ Reply keyInfo(const KeyStore& keys, FourCC code) {
 
 Reply keyByIndex(const KeyStore& keys, std::uint32_t index) {
     if (index >= keys.count()) {
-        return answer(SMCResult::indexRange);
+        return answer(Fenwhirl::SMCResult::indexRange);
     }
     const Key& key = keys.at(index);
     if (key.vanished) {
-        return answer(SMCResult::keyNotFound);
+        return answer(Fenwhirl::SMCResult::keyNotFound);
     }
     Reply reply;
     reply.record.key = key.record.code;
@@ -61,13 +61,13 @@ Reply keyByIndex(const KeyStore& keys, std::uint32_t index) {
 Reply read(const KeyStore& keys, FourCC code, std::uint32_t size) {
     const Key* const key = keys.find(code);
     if (key == nullptr || key->vanished) {
-        return answer(SMCResult::keyNotFound);
+        return answer(Fenwhirl::SMCResult::keyNotFound);
     }
     if (const std::uint8_t result = key->fault.value_or(key->record.readResult); result != 0) {
         return answer(result);
     }
     if (size != key->record.size) {
-        return answer(SMCResult::sizeMismatch);
+        return answer(Fenwhirl::SMCResult::sizeMismatch);
     }
     Reply reply;
     reply.record.key = code;
@@ -90,41 +90,41 @@ Mac::Mac(const MachineTable& table, Instant start)
     readFanInputs();
 }
 
-Reply Mac::handle(const SMCParam& request, const Peer& peer, Instant now) {
+Reply Mac::handle(const Fenwhirl::SMCParam& request, const Peer& peer, Instant now) {
     if (now.steadySeconds - caughtUpSeconds_ >= refreshSeconds) {
         catchUp(now);
     }
     switch (request.data8) {
-    case SMCCommand::readKey:
+    case Fenwhirl::SMCCommand::readKey:
         return read(keys_, request.key, request.keyInfo.dataSize);
-    case SMCCommand::writeKey:
+    case Fenwhirl::SMCCommand::writeKey:
         return write(request, peer, now);
-    case SMCCommand::keyByIndex:
+    case Fenwhirl::SMCCommand::keyByIndex:
         return keyByIndex(keys_, request.data32);
-    case SMCCommand::keyInfo:
+    case Fenwhirl::SMCCommand::keyInfo:
         return keyInfo(keys_, request.key);
     default:
         return answer(badCommand);
     }
 }
 
-Reply Mac::write(const SMCParam& request, const Peer& peer, Instant now) {
+Reply Mac::write(const Fenwhirl::SMCParam& request, const Peer& peer, Instant now) {
     Key* const key = keys_.find(request.key);
     const bool exists = key != nullptr && !key->vanished;
     const std::uint32_t size = request.keyInfo.dataSize;
     Reply reply;
     // The kernel refuses first, before the SMC sees the request.
     if (peer.user != 0) {
-        reply.kernelReturn = KernelReturn::notPrivileged;
+        reply.kernelReturn = Fenwhirl::KernelReturn::notPrivileged;
     } else if (!exists) {
-        reply.record.result = SMCResult::keyNotFound;
+        reply.record.result = Fenwhirl::SMCResult::keyNotFound;
     } else if (const auto refusal = key->refusal ? key->refusal : keys_.refusalOfAll) {
         reply.kernelReturn = refusal->kernelReturn;
         reply.record.result = refusal->result;
     } else if ((key->record.attributes & attributeWritable) == 0) {
-        reply.record.result = SMCResult::notWritable;
+        reply.record.result = Fenwhirl::SMCResult::notWritable;
     } else if (size != key->record.size) {
-        reply.record.result = SMCResult::sizeMismatch;
+        reply.record.result = Fenwhirl::SMCResult::sizeMismatch;
     } else {
         reply.record.result =
             fans_.checkWrite(keys_, request.key, valueBytes(request, size), now.steadySeconds);

@@ -24,7 +24,7 @@ namespace simulated {
 // A reply as it is sent over the socket: the kernel's return code, then the output record.
 struct Reply {
     std::uint32_t kernelReturn = 0;
-    SMCParam record{};
+    Fenwhirl::SMCParam record{};
 };
 
 static_assert(sizeof(Reply) == 84);
@@ -36,7 +36,7 @@ public:
     Mac(const MachineTable& table, Instant start);
 
     // Answers one request. `peer` decides whether a write is allowed: only effective user id 0 may write.
-    [[nodiscard]] Reply handle(const SMCParam& request, const Peer& peer, Instant now);
+    [[nodiscard]] Reply handle(const Fenwhirl::SMCParam& request, const Peer& peer, Instant now);
 
     // Advances the machine to `now` and updates its keys. Cheap when hardly any time has passed.
     void catchUp(Instant now);
@@ -84,7 +84,7 @@ public:
     std::function<void(const WriteEntry&)> onWrite;
 
 private:
-    [[nodiscard]] Reply write(const SMCParam& request, const Peer& peer, Instant now);
+    [[nodiscard]] Reply write(const Fenwhirl::SMCParam& request, const Peer& peer, Instant now);
     void move(double seconds, double steadySeconds);
     void readFanInputs();
     void showState();

@@ -51,7 +51,7 @@ std::optional<KeyRecord> parseLine(std::string_view line, std::size_t index, std
         return record;
     }
     if ((record.attributes & attributeReadable) == 0) {
-        record.readResult = SMCResult::notReadable;
+        record.readResult = Fenwhirl::SMCResult::notReadable;
     }
     const auto bytes = parseHexBytes(value, record.bytes.size());
     if (!bytes || (!bytes->empty() && bytes->size() != std::min<std::size_t>(record.size, 32))) {

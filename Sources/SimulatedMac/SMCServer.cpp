@@ -119,7 +119,7 @@ bool SMCServer::adopt(int socket) {
 
 void SMCServer::answerNext(std::size_t slot, Instant now) {
     Client& client = clients_[slot];
-    SMCParam request{};
+    Fenwhirl::SMCParam request{};
     // MSG_TRUNC returns the packet's real length, even if only part of it fits.
     const ssize_t length = ::recv(client.socket, &request, sizeof(request), MSG_DONTWAIT | MSG_TRUNC);
     if (length <= 0) {

@@ -10,6 +10,8 @@
 #include <limits>
 #include <random>
 
+namespace Fenwhirl {
+
 namespace {
 
 using NumberText::exactWhole;
@@ -106,3 +108,5 @@ TEST(WholeNumbers, MissingOnesAreShownAsAQuestionMark) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

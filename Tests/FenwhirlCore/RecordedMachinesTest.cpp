@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::string tablePath(const std::string& model) {
@@ -202,3 +204,5 @@ TEST_F(GoldenMachine, ALaptopWithoutFansHasOnlySensors) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

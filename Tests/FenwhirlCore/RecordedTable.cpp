@@ -8,6 +8,8 @@
 #include <fstream>
 #include <regex>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::string characters(const std::string& hex) {
@@ -128,3 +130,5 @@ std::string RecordedKey::line() const {
     return name + " | type " + type + " | " + std::to_string(bytes().size()) + " octets | " + dump +
            " | valeur " + (number ? withTwoDecimals(*number) : "?");
 }
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 struct RecordedKey {
     std::string name;
     std::string type;
@@ -32,3 +34,5 @@ struct RecordedTable {
 
     std::vector<RecordedKey> keys;
 };
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -174,3 +176,5 @@ INSTANTIATE_TEST_SUITE_P(Firmware, SMCFanFaults,
                          testing::Values(Firmware::older, Firmware::newer, Firmware::both), nameOf);
 
 } // namespace
+
+} // namespace Fenwhirl

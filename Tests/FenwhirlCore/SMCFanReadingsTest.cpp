@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 class SMCFanReadings : public testing::Test {
@@ -195,3 +197,5 @@ TEST_F(SMCFanReadingsDeathTest, AFanCountThatIsNoUsableNumberEndsTheProcess) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -365,3 +367,5 @@ TEST_F(SMCFanWritesDeathTest, AnInvalidMaskEndsTheProcessBeforeAnyWrite) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

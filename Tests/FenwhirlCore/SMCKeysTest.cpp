@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <numeric>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -269,3 +271,5 @@ TEST_F(SMCKeysDeathTest, AKeyCountThatIsNoUsableNumberEndsTheProcess) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

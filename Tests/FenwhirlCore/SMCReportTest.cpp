@@ -7,6 +7,8 @@
 #include <limits>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -270,3 +272,5 @@ TEST_F(FanWriteTest, ReportsFailureWhenTheControllerDiesAtAnyRequest) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Keys = std::vector<std::string>;
@@ -127,3 +129,5 @@ TEST_F(SMCTemperatures, TheStopFlagEndsTheReading) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

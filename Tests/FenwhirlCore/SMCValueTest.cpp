@@ -5,6 +5,8 @@
 #include <limits>
 #include <string>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -119,3 +121,5 @@ TEST(SMCValueEncodeDeathTest, ANonFiniteValueEndsTheProcess) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

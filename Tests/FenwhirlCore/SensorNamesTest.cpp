@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 using SensorNames::friendly;
@@ -115,3 +117,5 @@ TEST(SensorNames, TheSensorsThatAreShownFirstAreInTheirOrder) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

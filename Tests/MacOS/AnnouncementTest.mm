@@ -2,6 +2,8 @@
 
 #import "MacTest.h"
 
+namespace Fenwhirl {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -36,3 +38,5 @@ TEST_F(AnnouncementTest, IsNotPostedWithoutAKeyWindow) {
     EXPECT_TRUE(announceBySystem(QStringLiteral("Le Mac est chaud"), true)) << "nobody else has to say it";
     EXPECT_THAT(FakeMac::journal(), IsEmpty());
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <QGuiApplication>
 #include <QTimer>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::uint32_t shutDown = 0x73687574;
@@ -70,3 +72,5 @@ TEST_F(ApplicationDelegateTest, LeavesTheEventLoopOtherwise) {
     }
     EXPECT_EQ(handedBack, 0);
 }
+
+} // namespace Fenwhirl

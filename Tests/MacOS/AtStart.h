@@ -5,6 +5,8 @@
 
 #import <AppKit/AppKit.h>
 
+namespace Fenwhirl {
+
 namespace AtStart {
 
 // The delegate that the program installed.
@@ -19,3 +21,5 @@ bool hadEnvironment();
 bool autoreleasedWithoutPool();
 
 } // namespace AtStart
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Tests the real macOS transport and everything above it: the IOKit calls are faked, and a simulated Mac
@@ -135,3 +137,5 @@ TEST_F(ControllerTest, IsDrivenByAPollThroughTheHelper) {
     FakeMac::kernel().vanishes = false;
     EXPECT_EQ(poller.poll(request)->fans.size(), 2U);
 }
+
+} // namespace Fenwhirl

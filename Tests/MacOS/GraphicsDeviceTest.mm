@@ -5,6 +5,8 @@
 #include <QQuickGraphicsDevice>
 #include <QQuickWindow>
 
+namespace Fenwhirl {
+
 using GraphicsDeviceTest = MacTest;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -51,3 +53,5 @@ TEST_F(GraphicsDeviceTest, IsLeftToTheSystemWhereThereIsNoChoice) {
     EXPECT_THAT(FakeMac::journal(), IsEmpty());
     EXPECT_EQ(window.children().size(), before);
 }
+
+} // namespace Fenwhirl

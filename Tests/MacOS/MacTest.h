@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 class MacTest : public testing::Test {
 protected:
     void SetUp() override;
@@ -26,3 +28,5 @@ auto beforeTheEventLoop(Action action) {
     const Runtime::WithoutPools none;
     return action();
 }
+
+} // namespace Fenwhirl

@@ -3,6 +3,8 @@
 extern "C" void* objc_autoreleasePoolPush();
 extern "C" void objc_autoreleasePoolPop(void* pool);
 
+namespace Fenwhirl {
+
 void MacTest::SetUp() {
     before_ = Runtime::allLiveObjects();
     pool_ = objc_autoreleasePoolPush();
@@ -20,3 +22,5 @@ void MacTest::TearDown() {
     EXPECT_THAT(FakeMac::takeViolations(), testing::IsEmpty());
     EXPECT_EQ(Runtime::allLiveObjects(), before_) << "objects that nobody let go";
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 bool hasDelegate = false;
@@ -50,12 +52,14 @@ bool AtStart::autoreleasedWithoutPool() {
     return left;
 }
 
+} // namespace Fenwhirl
+
 // Uses Qt's offscreen platform, because there is no screen and the fake Mac draws nothing.
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);
-    left = !Runtime::takeStrayAutoreleases().empty();
+    const std::unique_ptr<QGuiApplication> application = Fenwhirl::makeDesktopApplication(argc, argv);
+    Fenwhirl::left = !Runtime::takeStrayAutoreleases().empty();
     @autoreleasepool {
         FakeMac::checkEnd();
     }

@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QWindow>
 
+namespace Fenwhirl {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -121,3 +123,5 @@ TEST_F(MainWindowBehaviourTest, TakesAMinimisedWindowOutOfTheDockFirst) {
                 ElementsAre("-[NSWindow deminiaturize:]", "-[NSWindow makeKeyAndOrderFront:]",
                             "-[NSApplication activateIgnoringOtherApps:YES]"));
 }
+
+} // namespace Fenwhirl

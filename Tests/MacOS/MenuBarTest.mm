@@ -2,6 +2,8 @@
 
 #import "MacTest.h"
 
+namespace Fenwhirl {
+
 using Kind = MenuItem::Kind;
 
 namespace {
@@ -129,3 +131,5 @@ TEST_F(MenuBarTest, CallsNobodyAfterItsEnd) {
     FakeMac::sendAction(item.action, target, item);
     EXPECT_EQ(chosen_, 0);
 }
+
+} // namespace Fenwhirl

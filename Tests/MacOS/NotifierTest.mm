@@ -11,6 +11,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Reads what is written into a named pipe until the writer closes it. Empty when nobody writes.
@@ -58,3 +60,5 @@ TEST_F(NotifierTest, StartsTheSystemsScriptToolAndLeavesItToItself) {
     EXPECT_EQ(readPipe(pipe), "2\n-e\ndisplay notification \"Ton Mac chauffe : '93' degrés.\" with title "
                               "\"Fenwhirl\"\n/dev/null\n/dev/null\n");
 }
+
+} // namespace Fenwhirl

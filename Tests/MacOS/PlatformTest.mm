@@ -11,6 +11,8 @@
 
 #include <QImage>
 
+namespace Fenwhirl {
+
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -160,3 +162,5 @@ TEST_F(NativeImageTest, IsTheIconOfAProgram) {
     FakeMac::settings().makesIcons = false;
     EXPECT_TRUE(applicationIcon(QStringLiteral("/Applications/Jeu.app"), 56).isNull());
 }
+
+} // namespace Fenwhirl

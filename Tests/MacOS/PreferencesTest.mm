@@ -5,6 +5,8 @@
 
 #include <limits>
 
+namespace Fenwhirl {
+
 using testing::ElementsAre;
 
 namespace {
@@ -74,3 +76,5 @@ TEST_F(PreferencesTest, DoNotReadObjectsOfOtherTypesAsTrue) {
     EXPECT_TRUE(store->contains(QStringLiteral("array")));
     EXPECT_NE(store->boolean(QStringLiteral("array")), true);
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 using ProcessScopeTest = MacTest;
 
 namespace {
@@ -39,3 +41,5 @@ TEST_F(ProcessScopeTest, LeavesTheChildAsItIs) {
     kill(child, SIGKILL);
     EXPECT_EQ(waitpid(child, nullptr, 0), child);
 }
+
+} // namespace Fenwhirl

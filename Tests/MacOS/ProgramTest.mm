@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Gives each test its own home folder.
@@ -67,3 +69,5 @@ TEST_F(ProgramTest, IsNotAskedAgainAfterItsEnd) {
     SingleInstance::create().reset();
     EXPECT_TRUE(ApplicationEvents::shouldHandleReopen(false));
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #import "MacTest.h"
 
+namespace Fenwhirl {
+
 using SessionPresenceTest = MacTest;
 
 namespace {
@@ -48,3 +50,5 @@ TEST_F(SessionPresenceTest, StopsListeningAtItsEnd) {
     beforeTheEventLoop([&] { presence.reset(); });
     EXPECT_EQ(FakeMac::observers(), 0U);
 }
+
+} // namespace Fenwhirl

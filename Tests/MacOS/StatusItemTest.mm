@@ -6,6 +6,8 @@
 #include <QImage>
 #include <QPainter>
 
+namespace Fenwhirl {
+
 using StatusItemTest = MacTest;
 using testing::ElementsAre;
 
@@ -114,3 +116,5 @@ TEST_F(StatusItemTest, IsPlacedWhereItCanBeSeen) {
     native.button.window = nil;
     EXPECT_FALSE(item->isPlaced());
 }
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class StatusPanelTest : public MacTest {
@@ -107,3 +109,5 @@ TEST_F(StatusPanelTest, GetsTheShadowOfItsNewShape) {
     beforeTheEventLoop([&] { declareShadow(panel, {}); });
     EXPECT_THAT(FakeMac::journal(), testing::ElementsAre("-[NSWindow invalidateShadow]"));
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #import "MacTest.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 class SystemAppearanceTest : public MacTest {
@@ -65,3 +67,5 @@ TEST_F(SystemAppearanceTest, StopsListeningAtItsEnd) {
     EXPECT_EQ(FakeMac::valueObservers(), 0U);
     EXPECT_EQ(FakeMac::observers(), 0U);
 }
+
+} // namespace Fenwhirl

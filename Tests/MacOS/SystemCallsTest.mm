@@ -27,6 +27,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -241,3 +243,5 @@ TEST_F(SystemCallsTest, AdministratorsAreThoseOfTheSystem) {
 TEST_F(SystemCallsTest, AFileWithoutANameIsNotRun) {
     EXPECT_FALSE(RetainedHelper("/bin/true").run({"version"}));
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+namespace Fenwhirl {
+
 using testing::ElementsAre;
 using Kind = MenuItem::Kind;
 using Outcome = CheckResult::Outcome;
@@ -120,3 +122,5 @@ TEST_F(SystemChecksTest, TheMenusInTheBarAreOurs) {
 TEST_F(SystemChecksTest, AnItemThatCannotBeSeenIsAFailure) {
     EXPECT_EQ(SystemChecks::unplacedStatusItem().outcome, Outcome::fail);
 }
+
+} // namespace Fenwhirl

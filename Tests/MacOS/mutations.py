@@ -65,8 +65,8 @@ MISTAKES = (
      "QGuiApplication::setQuitOnLastWindowClosed(false);", ""),
     ("the reason to quit is not looked for among the parameters", DESKTOP + "DesktopApplicationMacOS.mm",
      "[event paramDescriptorForKeyword:kAEQuitReason]", "[event attributeDescriptorForKeyword:kAEQuitReason]"),
-    ("the log-out is declined", DESKTOP + "DesktopApplicationMacOS.mm", "? NSTerminateNow : NSTerminateCancel",
-     "? NSTerminateLater : NSTerminateCancel"),
+    ("the log-out is declined", DESKTOP + "DesktopApplicationMacOS.mm", "? NSTerminateNow",
+     "? NSTerminateLater"),
     ("the window loses the style that it has", DESKTOP + "MainWindowBehaviourMacOS.mm",
      "native.styleMask |= NSWindowStyleMaskFullSizeContentView;", "native.styleMask = NSWindowStyleMaskFullSizeContentView;"),
     ("the first window is never freed", DESKTOP + "MainWindowBehaviourMacOS.mm",
@@ -136,8 +136,10 @@ MISTAKES = (
     ("notifications are for a tool that no Mac has", PLATFORM + "NotifierMacOS.cpp", "/usr/bin/osascript", "/bin/osascript"),
     ("title and text of a notification are exchanged", PLATFORM + "NotifierMacOS.cpp", "title, message);", "message, title);"),
     ("the child becomes a group of its own", PLATFORM + "ProcessScopeMacOS.cpp",
+     "namespace Fenwhirl {\n\n"
      "void ProcessScope::separate(pid_t /*process*/, const QString& /*name*/, const QString& /*description*/) {",
-     "#include <unistd.h>\nvoid ProcessScope::separate(pid_t process, const QString&, const QString&) {\n    setpgid(process, process);"),
+     "#include <unistd.h>\nnamespace Fenwhirl {\n\n"
+     "void ProcessScope::separate(pid_t process, const QString&, const QString&) {\n    setpgid(process, process);"),
     ("a preference is not written at once", PLATFORM + "Preferences/PreferencesStoreMacOS.cpp",
      "CFPreferencesSynchronize(asString(application), kCFPreferencesCurrentUser, kCFPreferencesAnyHost);", ""),
     ("a text that cannot be made removes its preference", PLATFORM + "Preferences/PreferencesStoreMacOS.cpp", "if (value && !object)",

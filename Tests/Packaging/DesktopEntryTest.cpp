@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -111,3 +113,5 @@ TEST(DesktopEntry, LeavesTheLanguageAsItWas) {
     EXPECT_EQ(Localizer::language(), AppLanguage::de);
     Localizer::setLanguage(AppLanguage::automatic);
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 QByteArray drawing() {
@@ -77,3 +79,5 @@ TEST(IconContainer, IsNoneWithoutADrawing) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

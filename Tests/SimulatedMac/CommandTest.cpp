@@ -119,7 +119,7 @@ TEST_F(Commands, APinnedTargetIsShownButTheFanObeysTheWrittenOne) {
 TEST_F(Commands, AVanishedKeyIsNowhereUntilItIsRestored) {
     EXPECT_TRUE(run("vanish F1Ac").starts_with("ok"));
     EXPECT_EQ(harness.info(fourCC("F1Ac")).record.result, 0x84);
-    EXPECT_EQ(harness.call(SMCCommand::readKey, fourCC("F1Ac"), 2).record.result, 0x84);
+    EXPECT_EQ(harness.call(Fenwhirl::SMCCommand::readKey, fourCC("F1Ac"), 2).record.result, 0x84);
     std::size_t failures = 0;
     for (std::uint32_t i = 0; i < harness.mac.keys().count(); ++i) {
         failures += harness.byIndex(i).record.result != 0 ? 1U : 0U;
@@ -253,7 +253,7 @@ TEST_F(Commands, FaultsAreParsedWithTheirLimits) {
     EXPECT_EQ(faults.current().after, 3U);
     EXPECT_EQ(faults.current().times, 2U);
     EXPECT_EQ(faults.current().key, fourCC("F0Ac"));
-    EXPECT_EQ(faults.current().command, SMCCommand::readKey);
+    EXPECT_EQ(faults.current().command, Fenwhirl::SMCCommand::readKey);
     EXPECT_EQ(run("delay 250"), "ok delay:250");
     EXPECT_EQ(run("answer"), "ok");
     EXPECT_EQ(faults.current().kind, FaultKind::none);

@@ -28,7 +28,7 @@ struct MacHarness {
 
     Reply call(std::uint8_t command, FourCC key, std::uint32_t size = 0,
                std::span<const std::uint8_t> bytes = {}, std::uint32_t index = 0) {
-        SMCParam request{};
+        Fenwhirl::SMCParam request{};
         request.key = key;
         request.data8 = command;
         request.keyInfo.dataSize = size;
@@ -37,16 +37,18 @@ struct MacHarness {
         return mac.handle(request, peer, now);
     }
 
-    Reply info(FourCC key) { return call(SMCCommand::keyInfo, key); }
+    Reply info(FourCC key) { return call(Fenwhirl::SMCCommand::keyInfo, key); }
 
-    Reply byIndex(std::uint32_t index) { return call(SMCCommand::keyByIndex, 0, 0, {}, index); }
+    Reply byIndex(std::uint32_t index) { return call(Fenwhirl::SMCCommand::keyByIndex, 0, 0, {}, index); }
 
-    Reply read(FourCC key) { return call(SMCCommand::readKey, key, info(key).record.keyInfo.dataSize); }
+    Reply read(FourCC key) {
+        return call(Fenwhirl::SMCCommand::readKey, key, info(key).record.keyInfo.dataSize);
+    }
 
     // Writes bytes given in hexadecimal; their number is the size of the write.
     Reply write(FourCC key, std::string_view hex) {
         const auto bytes = *parseHexBytes(hex, 32);
-        return call(SMCCommand::writeKey, key, static_cast<std::uint32_t>(bytes.size()), bytes);
+        return call(Fenwhirl::SMCCommand::writeKey, key, static_cast<std::uint32_t>(bytes.size()), bytes);
     }
 
     std::string bytesOf(FourCC key) {

@@ -59,14 +59,14 @@ TEST(Mac, EveryMachineServesItsFileKeyByKey) {
                 EXPECT_EQ(harness.bytesOf(key), value) << line;
             }
         }
-        EXPECT_EQ(harness.byIndex(index).record.result, SMCResult::indexRange) << embedded.name;
+        EXPECT_EQ(harness.byIndex(index).record.result, Fenwhirl::SMCResult::indexRange) << embedded.name;
     }
 }
 
 TEST(Mac, UnknownKeysAreNotFoundByAnyCommand) {
     MacHarness harness;
     EXPECT_EQ(harness.info(fourCC("ZZZZ")).record.result, 0x84);
-    EXPECT_EQ(harness.call(SMCCommand::readKey, fourCC("ZZZZ"), 2).record.result, 0x84);
+    EXPECT_EQ(harness.call(Fenwhirl::SMCCommand::readKey, fourCC("ZZZZ"), 2).record.result, 0x84);
     EXPECT_EQ(harness.write(fourCC("ZZZZ"), "00").record.result, 0x84);
 }
 
@@ -91,8 +91,8 @@ TEST(Mac, KeysWithoutTheWritableBitAnswer86AndKeepTheirValue) {
 
 TEST(Mac, AWrongSizeAnswers87ForReadsAndWrites) {
     MacHarness harness;
-    EXPECT_EQ(harness.call(SMCCommand::readKey, fourCC("TC0P"), 1).record.result, 0x87);
-    EXPECT_EQ(harness.call(SMCCommand::readKey, fourCC("TC0P"), 0).record.result, 0x87);
+    EXPECT_EQ(harness.call(Fenwhirl::SMCCommand::readKey, fourCC("TC0P"), 1).record.result, 0x87);
+    EXPECT_EQ(harness.call(Fenwhirl::SMCCommand::readKey, fourCC("TC0P"), 0).record.result, 0x87);
     EXPECT_EQ(harness.write(fourCC("F0Tg"), "2EE000").record.result, 0x87);
     EXPECT_EQ(harness.write(fourCC("F0Tg"), "").record.result, 0x87);
 }
@@ -102,7 +102,7 @@ TEST(Mac, AKeyOfMoreThan32BytesIsReadWithItsFullSize) {
     harness.mac.defineKey({.code = fourCC("LONG"), .type = fourCC("ch8*"), .size = 40, .attributes = 0x80});
     EXPECT_EQ(harness.info(fourCC("LONG")).record.keyInfo.dataSize, 40U);
     EXPECT_EQ(harness.read(fourCC("LONG")).record.result, 0);
-    EXPECT_EQ(harness.call(SMCCommand::readKey, fourCC("LONG"), 32).record.result, 0x87);
+    EXPECT_EQ(harness.call(Fenwhirl::SMCCommand::readKey, fourCC("LONG"), 32).record.result, 0x87);
 }
 
 TEST(Mac, AnUnknownCommandIsRefused) {

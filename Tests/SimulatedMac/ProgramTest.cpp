@@ -201,9 +201,9 @@ TEST(Program, AnnouncesThatItIsReadyAndThenAnswersClients) {
     EXPECT_EQ(program.line(), "ready MacBookPro11,4 at /run/fenwhirl/AppleSMC");
     const int socket = connectToSMC();
     ASSERT_GE(socket, 0);
-    SMCParam request{};
+    Fenwhirl::SMCParam request{};
     request.key = 0x464E756D; // FNum
-    request.data8 = SMCCommand::readKey;
+    request.data8 = Fenwhirl::SMCCommand::readKey;
     request.keyInfo.dataSize = 1;
     ASSERT_EQ(::send(socket, &request, sizeof(request), 0), 80);
     std::array<std::uint8_t, 200> reply{};
@@ -440,9 +440,9 @@ TEST(Program, WritesAreAppendedToTheWriteLog) {
     Program program({"--write-log", log});
     EXPECT_TRUE(program.line().starts_with("ready"));
     const int socket = connectToSMC();
-    SMCParam request{};
+    Fenwhirl::SMCParam request{};
     request.key = 0x46532120; // "FS! "
-    request.data8 = SMCCommand::writeKey;
+    request.data8 = Fenwhirl::SMCCommand::writeKey;
     request.keyInfo.dataSize = 2;
     request.bytes[1] = 1;
     ASSERT_EQ(::send(socket, &request, sizeof(request), 0), 80);

@@ -44,9 +44,9 @@ public:
         return ::send(socket_, data, length, MSG_NOSIGNAL | MSG_DONTWAIT) == static_cast<ssize_t>(length);
     }
 
-    [[nodiscard]] bool ask(FourCC key, std::uint8_t command = SMCCommand::keyInfo,
+    [[nodiscard]] bool ask(FourCC key, std::uint8_t command = Fenwhirl::SMCCommand::keyInfo,
                            std::uint32_t size = 0) const {
-        SMCParam request{};
+        Fenwhirl::SMCParam request{};
         request.key = key;
         request.data8 = command;
         request.keyInfo.dataSize = size;
@@ -129,7 +129,7 @@ struct SMCServerTest : testing::Test {
 
 TEST_F(SMCServerTest, ARequestIsAnsweredByOnePacketOf84Bytes) {
     TestClient client = connect();
-    ASSERT_TRUE(client.ask(fourCC("FNum"), SMCCommand::readKey, 1));
+    ASSERT_TRUE(client.ask(fourCC("FNum"), Fenwhirl::SMCCommand::readKey, 1));
     serve();
     EXPECT_EQ(client.receive(), 84U);
     EXPECT_EQ(client.reply.kernelReturn, 0U);
@@ -176,7 +176,7 @@ TEST_F(SMCServerTest, AThousandClientsAreServedSideBySide) {
     std::vector<TestClient> clients;
     for (int i = 0; i < 1000; ++i) {
         clients.push_back(connect());
-        ASSERT_TRUE(clients.back().ask(fourCC("TC0P"), SMCCommand::readKey, 2));
+        ASSERT_TRUE(clients.back().ask(fourCC("TC0P"), Fenwhirl::SMCCommand::readKey, 2));
     }
     serve();
     for (TestClient& client : clients) {
@@ -228,7 +228,7 @@ TEST_F(SMCServerTest, AClientThatNeverReadsItsRepliesBlocksNobodyElse) {
 TEST_F(SMCServerTest, ADelayedAnswerComesWhenItIsDue) {
     faults.set({.kind = FaultKind::delay, .argument = 300, .times = {}, .key = {}, .command = {}});
     TestClient client = connect();
-    ASSERT_TRUE(client.ask(fourCC("FNum"), SMCCommand::readKey, 1));
+    ASSERT_TRUE(client.ask(fourCC("FNum"), Fenwhirl::SMCCommand::readKey, 1));
     serve();
     EXPECT_FALSE(client.receive());
     ASSERT_TRUE(server->nextDueSeconds());
@@ -291,13 +291,13 @@ TEST_F(SMCServerTest, RepliesCanBeTooShortOrTooLong) {
 TEST_F(SMCServerTest, ResultAndKernelFaultsReplaceTheOutcome) {
     TestClient client = connect();
     faults.set({.kind = FaultKind::result, .argument = 0x84, .times = {}, .key = {}, .command = {}});
-    ASSERT_TRUE(client.ask(fourCC("FNum"), SMCCommand::readKey, 1));
+    ASSERT_TRUE(client.ask(fourCC("FNum"), Fenwhirl::SMCCommand::readKey, 1));
     serve();
     EXPECT_EQ(client.receive(), 84U);
     EXPECT_EQ(client.reply.record.result, 0x84);
     EXPECT_EQ(client.reply.record.bytes[0], 2) << "with a plausible payload";
     faults.set({.kind = FaultKind::kernel, .argument = 0xE00002BC, .times = {}, .key = {}, .command = {}});
-    ASSERT_TRUE(client.ask(fourCC("FNum"), SMCCommand::readKey, 1));
+    ASSERT_TRUE(client.ask(fourCC("FNum"), Fenwhirl::SMCCommand::readKey, 1));
     serve();
     EXPECT_EQ(client.receive(), 84U);
     EXPECT_EQ(client.reply.kernelReturn, 0xE00002BCU);
@@ -332,9 +332,9 @@ TEST_F(SMCServerTest, WritesOfANonRootProcessAreRefusedByItsCredentials) {
             ::_exit(9);
         }
         TestClient client = connect();
-        SMCParam request{};
+        Fenwhirl::SMCParam request{};
         request.key = fourCC("FS! ");
-        request.data8 = SMCCommand::writeKey;
+        request.data8 = Fenwhirl::SMCCommand::writeKey;
         request.keyInfo.dataSize = 2;
         request.bytes[1] = 1;
         if (!client.send(&request, sizeof(request))) {
@@ -364,9 +364,9 @@ TEST_F(SMCServerTest, RootsWritesAreGranted) {
         GTEST_SKIP() << "needs root";
     }
     TestClient client = connect();
-    SMCParam request{};
+    Fenwhirl::SMCParam request{};
     request.key = fourCC("FS! ");
-    request.data8 = SMCCommand::writeKey;
+    request.data8 = Fenwhirl::SMCCommand::writeKey;
     request.keyInfo.dataSize = 2;
     request.bytes[1] = 1;
     ASSERT_TRUE(client.send(&request, sizeof(request)));

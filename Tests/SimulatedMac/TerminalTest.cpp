@@ -165,8 +165,8 @@ bool canMakePIDNamespace() {
 bool isServed() {
     const int connection = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
     const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "/run/fenwhirl/AppleSMC"};
-    SMCParam request{};
-    request.data8 = SMCCommand::keyByIndex;
+    Fenwhirl::SMCParam request{};
+    request.data8 = Fenwhirl::SMCCommand::keyByIndex;
     std::array<std::uint8_t, 84> reply{};
     const bool served =
         ::connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0 &&

@@ -19,6 +19,8 @@
 #include <sys/resource.h>
 #include <thread>
 
+namespace Fenwhirl {
+
 // The longest pause that a person does not notice.
 inline constexpr std::chrono::milliseconds acceptablePause{100};
 
@@ -69,3 +71,5 @@ longestPause(const std::function<void()>& begin, const std::function<bool()>& is
     }
     return best;
 }
+
+} // namespace Fenwhirl

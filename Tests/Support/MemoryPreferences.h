@@ -7,6 +7,8 @@
 #include "Fenwhirl/Platform/Preferences/PreferencesStore.h"
 #include "Fenwhirl/Platform/Toolkit/Threads.h"
 
+namespace Fenwhirl {
+
 class MemoryPreferences : public PreferencesStore {
 public:
     PreferenceValues values;
@@ -31,3 +33,5 @@ private:
 
     mutable Mutex mutex_;
 };
+
+} // namespace Fenwhirl

@@ -6,5 +6,5 @@
 // reads or writes may depend on it.
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
-    return adoptLocale() ? RUN_ALL_TESTS() : 1;
+    return Fenwhirl::adoptLocale() ? RUN_ALL_TESTS() : 1;
 }

@@ -10,6 +10,6 @@
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     const QCoreApplication application(argc, argv);
-    QtWarnings::fail();
-    return adoptLocale() ? RUN_ALL_TESTS() : 1;
+    Fenwhirl::QtWarnings::fail();
+    return Fenwhirl::adoptLocale() ? RUN_ALL_TESTS() : 1;
 }

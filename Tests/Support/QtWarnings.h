@@ -8,6 +8,8 @@
 #include <atomic>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace QtWarnings {
 
 // Whether the warning is about the platform plugin that the tests draw with, not about the program.
@@ -57,3 +59,5 @@ public:
 };
 
 } // namespace QtWarnings
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <optional>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 // Resident bytes of this process. Empty where the figure is unavailable or means little: without /proc, and
 // under a sanitizer, which keeps memory of its own.
 [[nodiscard]] inline std::optional<std::size_t> residentBytes() {
@@ -22,3 +24,5 @@
     return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 #endif
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <sstream>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::string codeText(std::uint32_t code) {
@@ -249,3 +251,5 @@ bool ScriptedSMC::isModeLocked(const std::string& key) {
     }
     return refusedModeWrites > 0 && refusedModeWrites-- > 0;
 }
+
+} // namespace Fenwhirl

@@ -24,6 +24,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 class ScriptedSMC {
 public:
     using Bytes = std::vector<std::uint8_t>;
@@ -100,3 +102,5 @@ private:
     std::vector<std::string> order_;
     bool modesNeedUnlock_ = false;
 };
+
+} // namespace Fenwhirl

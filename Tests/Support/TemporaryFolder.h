@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 class TemporaryFolder {
 public:
     TemporaryFolder() {
@@ -48,3 +50,5 @@ public:
 private:
     std::filesystem::path path_;
 };
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #    include <xlocale.h>
 #endif
 
+namespace Fenwhirl {
+
 // Returns false, with a message on standard error, when the environment asks for a locale that this computer
 // does not have. Tests that are meant to run under a certain locale must not pass under another.
 [[nodiscard]] inline bool adoptLocale() {
@@ -38,3 +40,5 @@ private:
     locale_t locale_;
     locale_t before_;
 };
+
+} // namespace Fenwhirl

@@ -7,6 +7,10 @@
 
 #include <cstdlib>
 
+namespace Fenwhirl {
+
 [[nodiscard]] inline int rounds(int sample, int whole) {
     return std::getenv("FENWHIRL_LONG_RUNS") != nullptr ? whole : sample;
 }
+
+} // namespace Fenwhirl

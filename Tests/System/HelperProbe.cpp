@@ -23,6 +23,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::unique_ptr<EmergencyHandBack> emergency;
@@ -186,3 +188,5 @@ int fenwhirl_app_main(int argc, char**) {
     emergency.reset();
     return 0;
 }
+
+} // namespace Fenwhirl

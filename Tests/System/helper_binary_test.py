@@ -71,8 +71,9 @@ def included_headers(file, found=None):
 
 
 def count_lines(files):
-    """The lines to read; one with nothing but a closing brace is none."""
-    return sum(line.strip() not in ("}", "};") for file in files for line in file.read_text(encoding="utf-8").splitlines())
+    """The lines to read; one with nothing but a closing brace, or with the begin or end of a namespace, is none."""
+    nothing = re.compile(r"\s*(\};?|namespace( \w+)? \{|\} // namespace( \w+)?)")
+    return sum(not nothing.fullmatch(line) for file in files for line in file.read_text(encoding="utf-8").splitlines())
 
 
 class TheExecutable(unittest.TestCase):

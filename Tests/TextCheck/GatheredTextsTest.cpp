@@ -4,14 +4,13 @@
 #include <string>
 #include <vector>
 
-using TextCheck::Gathered;
-using TextCheck::Grammar;
+namespace TextCheck {
 
 namespace {
 
 std::vector<std::string> texts(std::string_view source, Grammar grammar, Gathered::Kind kind) {
     std::vector<std::string> found;
-    for (const Gathered& text : TextCheck::gather(source, grammar)) {
+    for (const Gathered& text : gather(source, grammar)) {
         if (text.kind == kind) {
             found.push_back(text.text);
         }
@@ -66,10 +65,10 @@ TEST(GatheredTexts, FindWhatQmlAsksFor) {
 }
 
 TEST(GatheredTexts, TellTheControlOfATextInQml) {
-    const auto found = TextCheck::gather(
-        "Card {\n property int a: 1\n Row {\n Label {\n text: qsTr(\"un\")\n onA: { b(\"x\") }\n"
-        " title: qsTr(\"deux\")\n }\n }\n heading: qsTr(\"trois\")\n}",
-        Grammar::qml);
+    const auto found =
+        gather("Card {\n property int a: 1\n Row {\n Label {\n text: qsTr(\"un\")\n onA: { b(\"x\") }\n"
+               " title: qsTr(\"deux\")\n }\n }\n heading: qsTr(\"trois\")\n}",
+               Grammar::qml);
     std::vector<std::string> controls;
     for (const Gathered& text : found) {
         if (text.kind == Gathered::Kind::asked) {
@@ -123,7 +122,9 @@ TEST(GatheredTexts, LeaveSignsAndIdentifiersOfQmlAlone) {
 TEST(GatheredTexts, SurviveBrokenSources) {
     for (const char* const source :
          {"\"", "'", "localized(", "localized(u\"", "R\"(", "/*", "u\"\\", "qsTr(((", "`a\n"}) {
-        EXPECT_NO_FATAL_FAILURE(static_cast<void>(TextCheck::gather(source, Grammar::cpp))) << source;
-        EXPECT_NO_FATAL_FAILURE(static_cast<void>(TextCheck::gather(source, Grammar::qml))) << source;
+        EXPECT_NO_FATAL_FAILURE(static_cast<void>(gather(source, Grammar::cpp))) << source;
+        EXPECT_NO_FATAL_FAILURE(static_cast<void>(gather(source, Grammar::qml))) << source;
     }
 }
+
+} // namespace TextCheck

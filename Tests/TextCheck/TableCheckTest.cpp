@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+namespace TextCheck {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
-using TextCheck::faults;
-using TextCheck::SourceFile;
 
 namespace {
 
@@ -106,3 +106,5 @@ TEST(TableCheck, NamesASensorsNameWithoutARow) {
                 ElementsAre("SensorNames.cpp:2: \"Chipset\" has no row in French.h and in the tables"));
     EXPECT_THAT(faultsOfSource("Other.cpp", "{\"TC1P\", \"Chipset\"},"), IsEmpty());
 }
+
+} // namespace TextCheck

@@ -8,6 +8,8 @@
 #include <array>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The locale names that desktops use. "sr" alone means Serbian in Cyrillic.
@@ -84,3 +86,5 @@ QString desktopEntry(QString entryTemplate) {
     return entryTemplate.replace(QStringLiteral("@TEXTS@\n"), desktopEntryTexts())
         .replace(QStringLiteral("@ACTIONS@\n"), desktopEntryActions());
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // The lines "GenericName", "Comment" and "Keywords": first without a language, in English, which is also the
 // program's fallback, then once for every language.
 [[nodiscard]] QString desktopEntryTexts();
@@ -17,3 +19,5 @@
 
 // The template with these lines in place of "@TEXTS@" and "@ACTIONS@".
 [[nodiscard]] QString desktopEntry(QString entryTemplate);
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <functional>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The path of the program in a package.
@@ -87,3 +89,5 @@ QString filledTemplate(QString text) {
     text.replace(QStringLiteral("@REMOVE_COMMAND_SH@"), shellWord(remove));
     return text;
 }
+
+} // namespace Fenwhirl

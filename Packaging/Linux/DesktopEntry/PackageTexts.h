@@ -7,6 +7,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // The template with these placeholders filled in:
 //
 //  @TEXTS@ @ACTIONS@                   of the desktop entry (DesktopEntry.h)
@@ -14,3 +16,5 @@
 //  @ACTIVATION_MESSAGES@ @REMOVAL_MESSAGES@   the elements of polkit's actions
 //  @INSTALL_COMMAND_SH@ @REMOVE_COMMAND_SH@   the commands that a packaged program runs as root, quoted for a shell
 [[nodiscard]] QString filledTemplate(QString text);
+
+} // namespace Fenwhirl

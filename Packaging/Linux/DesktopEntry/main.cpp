@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "cannot read %s or write %s\n", argv[1], argv[2]);
         return 74;
     }
-    const QByteArray entry = filledTemplate(QString::fromUtf8(entryTemplate.readAll())).toUtf8();
+    const QByteArray entry = Fenwhirl::filledTemplate(QString::fromUtf8(entryTemplate.readAll())).toUtf8();
     if (output.write(entry) != entry.size() || !output.flush()) {
         std::fprintf(stderr, "cannot write %s\n", argv[2]);
         return 74;

@@ -6,6 +6,8 @@
 #include <QSvgRenderer>
 #include <QtEndian>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr qsizetype headSize = 8; // a tag of four characters and a length; of container and entries
@@ -50,3 +52,5 @@ QByteArray iconContainer(const QByteArray& svg) {
     }
     return head("icns", entries.size()) + entries;
 }
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 
 #include <array>
 
+namespace Fenwhirl {
+
 struct IconEntry {
     const char* type;
     int pixels; // width and height
@@ -36,3 +38,5 @@ inline constexpr std::array<IconEntry, 8> iconEntries = {{
 
 // The container for an SVG drawing; empty when the input is not a valid drawing.
 [[nodiscard]] QByteArray iconContainer(const QByteArray& svg);
+
+} // namespace Fenwhirl

@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     const QByteArray svg = drawing.readAll();
-    const QByteArray icon = pixels > 0 ? iconPicture(svg, pixels) : iconContainer(svg);
+    const QByteArray icon = pixels > 0 ? Fenwhirl::iconPicture(svg, pixels) : Fenwhirl::iconContainer(svg);
     if (icon.isEmpty()) {
         std::fprintf(stderr, "icon-maker: %s is no drawing\n", argv[1]);
         return 1;

@@ -7,6 +7,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& statusItem,
                          std::function<void()> startUpdateCheck, std::chrono::milliseconds patience,
                          QObject* parent)
@@ -83,3 +85,5 @@ void AppDelegate::updateStatusMenu() {
     menu.push_back({.text = localized(u"Quitter"), .choose = [] { QCoreApplication::quit(); }});
     statusItem_.setMenu(menu);
 }
+
+} // namespace Fenwhirl

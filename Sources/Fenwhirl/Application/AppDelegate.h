@@ -16,6 +16,8 @@
 #include <functional>
 #include <optional>
 
+namespace Fenwhirl {
+
 class AppDelegate : public QObject {
     Q_OBJECT
 
@@ -59,3 +61,5 @@ private:
     std::optional<Preset> chosenPreset_; // waits until the fans are known
     bool terminated_ = false;
 };
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <QPixmap>
 #include <QUrl>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr int usualPixels = 56; // 28 points at two pixels per point
@@ -34,3 +36,5 @@ QPixmap ApplicationIconProvider::requestPixmap(const QString& id, QSize* size, c
     }
     return icon;
 }
+
+} // namespace Fenwhirl

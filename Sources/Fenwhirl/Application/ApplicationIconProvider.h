@@ -8,6 +8,8 @@
 #include <QQuickImageProvider>
 #include <QString>
 
+namespace Fenwhirl {
+
 class ApplicationIconProvider : public QQuickImageProvider {
 public:
     ApplicationIconProvider();
@@ -18,3 +20,5 @@ public:
 
     QPixmap requestPixmap(const QString& id, QSize* size, const QSize& requestedSize) override;
 };
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString presetWords() {
@@ -85,3 +87,5 @@ QString CommandLine::help() {
 QString CommandLine::noAnswerMessage() {
     return QStringLiteral("Fenwhirl: it is running, but does not answer.\n");
 }
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 #include <optional>
 #include <span>
 
+namespace Fenwhirl {
+
 struct CommandLine {
     enum class Task {
         start,       // start the application, or notify the running instance
@@ -38,3 +40,5 @@ struct CommandLine {
     // The message when the running instance did not receive the request and did not end either.
     [[nodiscard]] static QString noAnswerMessage();
 };
+
+} // namespace Fenwhirl

@@ -35,6 +35,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString languageCode() {
@@ -98,7 +100,7 @@ std::optional<int> exitStatusUnlessFirst(SingleInstance& instance, std::optional
 }
 
 void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& color) {
-    Fenwhirl::drawSymbol(painter, QStringLiteral("fan"), bounds, color);
+    drawSymbol(painter, QStringLiteral("fan"), bounds, color);
 }
 
 } // namespace
@@ -196,3 +198,5 @@ int fenwhirl_app_main(int argc, char** argv) {
                                                           : AppDelegate::Start::usual);
     return QCoreApplication::exec();
 }
+
+} // namespace Fenwhirl

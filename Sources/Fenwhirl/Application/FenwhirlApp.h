@@ -6,5 +6,9 @@
 
 #pragma once
 
+namespace Fenwhirl {
+
 // Runs the application until it quits; returns the exit status of the process. Main thread, once.
 extern "C" __attribute__((visibility("default"))) int fenwhirl_app_main(int argc, char** argv);
+
+} // namespace Fenwhirl

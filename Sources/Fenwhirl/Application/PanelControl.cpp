@@ -11,6 +11,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The click that closes the panel may be on the status item, which then reports it as a
@@ -157,3 +159,5 @@ bool PanelControl::eventFilter(QObject* watched, QEvent* event) {
     }
     return QObject::eventFilter(watched, event);
 }
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 
 class QQuickWindow;
 
+namespace Fenwhirl {
+
 class PanelControl : public QObject {
     Q_OBJECT
 
@@ -67,3 +69,5 @@ private:
     QElapsedTimer opened_;
     QElapsedTimer closed_;
 };
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include "Fenwhirl/Localization/SystemTerms.h"
 #include "Fenwhirl/Views/PageLabels.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 using Kind = MenuItem::Kind;
@@ -69,3 +71,5 @@ Menu helpMenu(const MenuCommands& commands) {
 QList<Menu> programMenus(const MenuCommands& commands) {
     return {applicationMenu(commands), editMenu(), viewMenu(commands), windowMenu(), helpMenu(commands)};
 }
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 // The commands that the program implements itself. All of them must be set.
 struct MenuCommands {
     std::function<void(Page)> showPage; // in the main window, which is brought to the front
@@ -17,3 +19,5 @@ struct MenuCommands {
 
 // The settings are a page, opened with Command-comma as in every program. Each page's shortcut is its number.
 [[nodiscard]] QList<Menu> programMenus(const MenuCommands& commands);
+
+} // namespace Fenwhirl

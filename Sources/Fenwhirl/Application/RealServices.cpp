@@ -11,6 +11,8 @@
 #include "Fenwhirl/Platform/Toolkit/Clock.h"
 #include "Fenwhirl/Platform/Toolkit/FileStatus.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 // The time at which the helper's file was last modified, as a single number.
@@ -71,3 +73,5 @@ MonitorServices RealServices::monitorServices() {
 void showNotification(const QString& title, const QString& message) {
     Notifier::send(drawnText(title), drawnText(message));
 }
+
+} // namespace Fenwhirl

@@ -14,6 +14,8 @@
 
 #include <memory>
 
+namespace Fenwhirl {
+
 class Activity;
 class EmergencyHandBack;
 
@@ -38,3 +40,5 @@ private:
 // Shows a notification with the text as it is drawn (DrawnText.h), so that the desktop's line breaks do not
 // separate a number from its unit.
 void showNotification(const QString& title, const QString& message);
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 bool canBeSeen(const QQuickWindow* window) {
@@ -41,8 +43,7 @@ AppearanceChoice choiceOf(AppTheme theme) {
 // The palette for what Qt draws itself beside our windows: its dialog for saving a file,
 // where the desktop has none.
 QPalette dialogPalette(bool dark) {
-    using Fenwhirl::PaletteColor;
-    const Fenwhirl::Palette& colors = Fenwhirl::palette(dark);
+    const Palette& colors = palette(dark);
     const auto color = [&colors](PaletteColor name) { return colors[static_cast<std::size_t>(name)]; };
     QPalette palette(color(PaletteColor::card), color(PaletteColor::window)); // derives bevels from these
     for (const auto& [role, name] : {std::pair(QPalette::WindowText, PaletteColor::text),
@@ -112,8 +113,8 @@ ViewServices WindowControl::withWindows(ViewServices services) {
 QQmlEngine& WindowControl::engine() {
     if (!engine_) {
         registerViews();
-        Fenwhirl::setSystemSymbolSource(systemSymbol);
-        Fenwhirl::setSystemAnnouncement(announceBySystem);
+        setSystemSymbolSource(systemSymbol);
+        setSystemAnnouncement(announceBySystem);
         engine_ = std::make_unique<QQmlEngine>();
         engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
         engine_->addImageProvider(ApplicationIconProvider::name(),
@@ -264,7 +265,7 @@ void WindowControl::applyAppearance() {
         return;
     }
     const int type = qmlTypeId("Fenwhirl.Components", 1, 0, "Theme");
-    auto* theme = engine_->singletonInstance<Fenwhirl::Theme*>(type);
+    auto* theme = engine_->singletonInstance<Theme*>(type);
     if (theme == nullptr) {
         return; // no window yet
     }
@@ -282,3 +283,5 @@ void WindowControl::retranslate() {
         engine_->retranslate();
     }
 }
+
+} // namespace Fenwhirl

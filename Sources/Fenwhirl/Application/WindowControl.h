@@ -31,8 +31,8 @@
 class QQuickWindow;
 
 namespace Fenwhirl {
+
 class Theme;
-}
 
 // The texts of a question with two answers.
 struct AlertTexts {
@@ -129,3 +129,5 @@ private:
     std::function<void()> acceptAlert_;
     QTimer rest_;
 };
+
+} // namespace Fenwhirl

@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr int largestNumber = 100000; // exceeds every coordinate and length on any desktop
@@ -146,3 +148,5 @@ void WindowGeometryKeeper::save() {
                                       {text.constData(), static_cast<std::size_t>(text.size())}));
     }
 }
+
+} // namespace Fenwhirl

@@ -19,6 +19,8 @@
 
 class QWindow;
 
+namespace Fenwhirl {
+
 struct WindowGeometry {
     QRect area; // without the frame, in points of the virtual desktop; when maximised, the normal geometry
     bool maximized = false;
@@ -57,3 +59,5 @@ private:
     WindowGeometry place_;
     std::optional<WindowGeometry> saved_;
 };
+
+} // namespace Fenwhirl

@@ -10,12 +10,16 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 struct WindowSystem {
     std::function<void(QWindow& window)> configure = MainWindowBehaviour::configure;
     std::function<void()> setRegular = MainWindowBehaviour::setRegular;
     std::function<void()> setAccessory = MainWindowBehaviour::setAccessory;
     std::function<void(QWindow& window, const QString& token)> bringToFront =
         MainWindowBehaviour::bringToFront;
-    std::function<bool()> focusFollowsPointer = ::focusFollowsPointer;
-    std::function<bool()> isAskingSavePath = ::isAskingSavePath;
+    std::function<bool()> focusFollowsPointer = Fenwhirl::focusFollowsPointer;
+    std::function<bool()> isAskingSavePath = Fenwhirl::isAskingSavePath;
 };
+
+} // namespace Fenwhirl

@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace CrashHandBack {
 
 namespace {
@@ -124,3 +126,5 @@ void prepare(const std::string& helperPath, const HandBack& handBack) {
 }
 
 } // namespace CrashHandBack
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 
 #include <string>
 
+namespace Fenwhirl {
+
 namespace CrashHandBack {
 
 // Installs the handlers of fatal signals. To be called once in a process.
@@ -24,3 +26,5 @@ void install();
 void prepare(const std::string& helperPath, const HandBack& handBack);
 
 } // namespace CrashHandBack
+
+} // namespace Fenwhirl

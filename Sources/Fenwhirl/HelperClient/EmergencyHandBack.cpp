@@ -8,6 +8,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 struct EmergencyHandBack::Private {
     const std::string helperPath;
     Mutex mutex;
@@ -62,3 +64,5 @@ void EmergencyHandBack::finish() {
         d_->guard->finish();
     }
 }
+
+} // namespace Fenwhirl

@@ -18,6 +18,8 @@
 #include <string>
 #include <sys/types.h>
 
+namespace Fenwhirl {
+
 class EmergencyHandBack {
 public:
     // Called on the main thread with the process ID of each guard that was started.
@@ -52,3 +54,5 @@ private:
     struct Private;
     std::unique_ptr<Private> d_;
 };
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 static_assert(HelperClient::helperPath == GuardRecord::helperPath,
               "the guard runs the very helper that we run");
 
@@ -126,3 +128,5 @@ bool GuardLink::hasGuardEnded() {
     const pid_t ended = waitpid(*guard_, nullptr, WNOHANG);
     return ended == *guard_ || (ended < 0 && errno == ECHILD);
 }
+
+} // namespace Fenwhirl

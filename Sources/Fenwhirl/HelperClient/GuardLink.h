@@ -17,6 +17,8 @@
 #include <string>
 #include <sys/types.h>
 
+namespace Fenwhirl {
+
 class GuardLink {
 public:
     // `started` is called with the process ID of each guard, including the first, as soon as it was started.
@@ -57,3 +59,5 @@ private:
     bool isWithinLine_ = false; // the beginning of the first pending line has been sent already
     bool isFinished_ = false;
 };
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <map>
 
+namespace Fenwhirl {
+
 namespace HandBackRule {
 
 HandBack decide(bool isHelperInstalled, std::span<const int> fansRead,
@@ -53,3 +55,5 @@ std::vector<std::vector<std::string>> commands(const HandBack& handBack) {
 }
 
 } // namespace HandBackRule
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 // The decision.
 struct HandBack {
     enum class Scope {
@@ -52,3 +54,5 @@ struct OwnedFan {
 [[nodiscard]] std::vector<std::vector<std::string>> commands(const HandBack& handBack);
 
 } // namespace HandBackRule
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include "Fenwhirl/Platform/Administrator.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
 
+namespace Fenwhirl {
+
 namespace HelperClient {
 
 namespace {
@@ -17,7 +19,7 @@ constexpr bool mayRunAsRoot = true;
 HelperInstallation& installation() {
     static HelperInstallation shared({.helperPath = std::string(helperPath),
                                       .executablePath = executablePath,
-                                      .runAsAdministrator = ::runAsAdministrator,
+                                      .runAsAdministrator = Fenwhirl::runAsAdministrator,
                                       .group = std::string(administratorGroup()),
                                       .installsByRename = administratorInstallsByRename(),
                                       .mayRunAsRoot = mayRunAsRoot});
@@ -43,7 +45,7 @@ std::string output(const std::vector<std::string>& arguments) {
 }
 
 bool runAsAdministrator(const std::string& command) {
-    return ::runAsAdministrator(command);
+    return Fenwhirl::runAsAdministrator(command);
 }
 
 bool install() {
@@ -60,3 +62,5 @@ std::string removalCommand() {
 }
 
 } // namespace HelperClient
+
+} // namespace Fenwhirl

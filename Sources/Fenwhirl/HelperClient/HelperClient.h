@@ -16,6 +16,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace HelperClient {
 
 inline constexpr std::string_view helperPath = "/Library/PrivilegedHelperTools/FenwhirlHelper";
@@ -54,3 +56,5 @@ inline constexpr std::string_view expectedVersion = "3";
 [[nodiscard]] std::string removalCommand();
 
 } // namespace HelperClient
+
+} // namespace Fenwhirl

@@ -3,6 +3,8 @@
 #include "Fenwhirl/HelperClient/HelperRun.h"
 #include "Fenwhirl/HelperClient/OutputText.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::uint32_t root = 0;
@@ -146,3 +148,5 @@ bool HelperInstallation::isPathRootControlled() const {
     const auto present = fileStatus(surroundings_.helperPath);
     return present && present->kind == FileStatus::Kind::regular && present->owner == root;
 }
+
+} // namespace Fenwhirl

@@ -18,6 +18,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 class HelperInstallation {
 public:
     // What `output` and `installedVersion` return when the helper cannot be started. It is part of the diagnostic
@@ -66,3 +68,5 @@ private:
     // The file's stamps (contents changed, anything changed) and the answer it gave. Guarded by versionLock_.
     std::optional<std::pair<std::pair<FileStatus::Stamp, FileStatus::Stamp>, std::string>> knownVersion_;
 };
+
+} // namespace Fenwhirl

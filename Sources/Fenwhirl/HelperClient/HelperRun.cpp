@@ -3,6 +3,8 @@
 #include <atomic>
 #include <ctime>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::atomic<int> underWay = 0;
@@ -33,3 +35,5 @@ void HelperRun::waitForOthers(std::chrono::milliseconds patience) {
         nanosleep(&pause, nullptr);
     }
 }
+
+} // namespace Fenwhirl

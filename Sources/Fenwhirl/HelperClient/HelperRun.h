@@ -9,6 +9,8 @@
 
 #include <chrono>
 
+namespace Fenwhirl {
+
 // One helper run, from before its start until after its end.
 class HelperRun {
 public:
@@ -27,3 +29,5 @@ public:
 private:
     bool isAllowed_;
 };
+
+} // namespace Fenwhirl

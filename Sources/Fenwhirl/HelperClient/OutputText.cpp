@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
@@ -125,3 +127,5 @@ std::string trimmed(std::string_view text) {
     }
     return std::string(text);
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 // The bytes as valid UTF-8. Each invalid sequence (including overlong forms, surrogates and values
 // beyond U+10FFFF) becomes U+FFFD, one for each maximal subpart, as in browsers. Everything else is
 // unchanged, including NULs.
@@ -12,3 +14,5 @@
 
 // The text without blanks and line ends (including Unicode's) at either end; expects valid UTF-8.
 [[nodiscard]] std::string trimmed(std::string_view text);
+
+} // namespace Fenwhirl

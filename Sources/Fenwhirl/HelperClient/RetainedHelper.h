@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 class RetainedHelper {
 public:
     explicit RetainedHelper(const std::string& helperPath);
@@ -23,3 +25,5 @@ public:
 private:
     FileDescriptor file_;
 };
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 // O_PATH suffices: the file is executed, never read.
 RetainedHelper::RetainedHelper(const std::string& helperPath)
     : file_(open(helperPath.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC)) {}
@@ -21,3 +23,5 @@ bool RetainedHelper::run(const std::vector<std::string>& arguments) const {
     const auto result = runChild(path, words, ChildOutput::discard, ChildEnvironment::empty);
     return result && result->succeeded();
 }
+
+} // namespace Fenwhirl

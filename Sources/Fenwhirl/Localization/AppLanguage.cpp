@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 std::string_view rawValue(AppLanguage language) {
     switch (language) {
     case AppLanguage::automatic:
@@ -37,3 +39,5 @@ std::optional<AppLanguage> appLanguageFromRawValue(std::string_view text) {
     }
     return *found;
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <optional>
 #include <string_view>
 
+namespace Fenwhirl {
+
 // In the order of the language picker. `automatic` follows the system's preferred languages. Serbian comes in
 // both of its scripts.
 enum class AppLanguage { automatic, fr, en, srLatn, srCyrl, de, es, it, pt, ru };
@@ -22,3 +24,5 @@ inline constexpr std::array<AppLanguage, 10> allAppLanguages = {
 
 // Compared exactly; absent for any other text.
 [[nodiscard]] std::optional<AppLanguage> appLanguageFromRawValue(std::string_view text);
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Words that stay in Latin script, in lower case. "c" is the unit in "°C". "wi" and "fi" are "Wi-Fi", which
@@ -137,3 +139,5 @@ QString Cyrillic::convert(QStringView text) {
     flush(word, output);
     return output;
 }
+
+} // namespace Fenwhirl

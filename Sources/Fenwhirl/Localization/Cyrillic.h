@@ -12,8 +12,12 @@
 #include <QString>
 #include <QStringView>
 
+namespace Fenwhirl {
+
 namespace Cyrillic {
 
 [[nodiscard]] QString convert(QStringView text);
 
 } // namespace Cyrillic
+
+} // namespace Fenwhirl

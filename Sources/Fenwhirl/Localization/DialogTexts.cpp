@@ -7,6 +7,8 @@
 #include <array>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Row {
@@ -95,3 +97,5 @@ std::optional<QString> DialogTexts::lookup(QStringView english) {
     const QString words = QStringView(serbian ? row->sr : row->pt).toString();
     return language == AppLanguage::srCyrl ? Cyrillic::convert(words) : words;
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 namespace DialogTexts {
 
 // The English texts that have a translation here.
@@ -21,3 +23,5 @@ namespace DialogTexts {
 [[nodiscard]] std::optional<QString> lookup(QStringView english);
 
 } // namespace DialogTexts
+
+} // namespace Fenwhirl

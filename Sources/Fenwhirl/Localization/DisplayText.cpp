@@ -2,6 +2,8 @@
 
 #include <QChar>
 
+namespace Fenwhirl {
+
 namespace {
 
 bool isFitToShow(char32_t character) {
@@ -48,3 +50,5 @@ QString displayText(QStringView text, qsizetype limit) {
     }
     return shown;
 }
+
+} // namespace Fenwhirl

@@ -11,9 +11,13 @@
 #include <QString>
 #include <QStringView>
 
+namespace Fenwhirl {
+
 // Longer than any name that a person reads; short enough for any layout.
 inline constexpr qsizetype displayTextLimit = 100;
 
 // The text with every control character, line break, invisible formatting character and broken character
 // replaced by U+FFFD, cut to `limit` UTF-16 units (at least 1). The last unit of a cut text is "…".
 [[nodiscard]] QString displayText(QStringView text, qsizetype limit = displayTextLimit);
+
+} // namespace Fenwhirl

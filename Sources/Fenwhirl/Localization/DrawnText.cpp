@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <iterator>
 
+namespace Fenwhirl {
+
 QString withNoBreakSpaces(const QString& text) {
     // A dash stays on the line of the word before it: Russian requires that, and no other language minds.
     static constexpr QStringView stayWithWhatIsBefore = u"°%:;?!»…–—";
@@ -46,3 +48,5 @@ QString withApostrophes(const QString& text) {
 QString drawnText(const QString& text) {
     return withApostrophes(withNoBreakSpaces(text));
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // Puts no-break spaces in place of single blanks
 //   - before "°", "%", ":", ";", "?", "!", "»", "…" and dashes, and after "«";
 //   - between a number and the unit or word that follows it ("5 minutes", "2400 rpm");
@@ -23,3 +25,5 @@
 
 // Does both.
 [[nodiscard]] QString drawnText(const QString& text);
+
+} // namespace Fenwhirl

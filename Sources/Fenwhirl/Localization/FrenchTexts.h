@@ -10,6 +10,8 @@
 #include <array>
 #include <string_view>
 
+namespace Fenwhirl {
+
 // clang-format off
 inline constexpr auto frenchTexts = std::to_array<std::u16string_view>({
     // Apps page
@@ -180,3 +182,5 @@ inline constexpr auto frenchTexts = std::to_array<std::u16string_view>({
 });
 
 // clang-format on
+
+} // namespace Fenwhirl

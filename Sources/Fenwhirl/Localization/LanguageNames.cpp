@@ -2,6 +2,8 @@
 
 #include "Fenwhirl/Localization/Localizer.h"
 
+namespace Fenwhirl {
+
 QString nativeName(AppLanguage language) {
     switch (language) {
     case AppLanguage::automatic:
@@ -27,3 +29,5 @@ QString nativeName(AppLanguage language) {
     }
     Q_UNREACHABLE();
 }
+
+} // namespace Fenwhirl

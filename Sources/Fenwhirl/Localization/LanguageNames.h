@@ -6,6 +6,10 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // The language's own name for itself, never translated, so that all users find theirs; for `automatic`, its
 // name in the current language.
 [[nodiscard]] QString nativeName(AppLanguage language);
+
+} // namespace Fenwhirl

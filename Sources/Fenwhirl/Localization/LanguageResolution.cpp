@@ -4,6 +4,8 @@
 #include <optional>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::optional<AppLanguage> languageForTag(const QString& tag) {
@@ -37,3 +39,5 @@ AppLanguage languageForPreferred(const QStringList& preferred) {
     }
     return AppLanguage::en;
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 
 #include <atomic>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Atomic: the polling queue reads it for its messages while the main thread may set it.
@@ -106,3 +108,5 @@ QString filledPlaceholders(QStringView text, const QStringList& values) {
     }
     return filled.append(text.sliced(done));
 }
+
+} // namespace Fenwhirl

@@ -24,6 +24,8 @@
 #include <optional>
 #include <type_traits>
 
+namespace Fenwhirl {
+
 namespace Localizer {
 
 // The user's choice; `automatic` at launch. Only the monitor sets it.
@@ -69,3 +71,5 @@ template <std::size_t Count>
 QString localized(std::type_identity_t<FilledTextKey<Count>> key, const QString (&values)[Count]) {
     return filledPlaceholders(localized(TextKey(key)), QStringList(std::begin(values), std::end(values)));
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <array>
 #include <optional>
 
+namespace Fenwhirl {
+
 namespace {
 
 bool asksForSystemTerms(QLatin1StringView context) {
@@ -41,3 +43,5 @@ QString LocalizerTranslator::translate(const char* context, const char* sourceTe
     // A null string makes Qt ask the next translator, and finally use the source text.
     return answer(QLatin1StringView(context), QString::fromUtf8(sourceText)).value_or(QString());
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 
 #include <QTranslator>
 
+namespace Fenwhirl {
+
 class LocalizerTranslator : public QTranslator {
     Q_OBJECT
 
@@ -23,3 +25,5 @@ public:
     [[nodiscard]] QString translate(const char* context, const char* sourceText,
                                     const char* disambiguation = nullptr, int n = -1) const override;
 };
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 qint64 saturated(double whole) {
@@ -79,3 +81,5 @@ QString NumberFormat::memoryText(double memoryMB, const QLocale& region) {
 QString NumberFormat::clockText(QTime time, const QLocale& region) {
     return region.toString(time, withoutSeconds(region.timeFormat(QLocale::ShortFormat)));
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 #include <QString>
 #include <QTime>
 
+namespace Fenwhirl {
+
 namespace NumberFormat {
 
 // Whole numbers: `truncated` toward zero; `rounded` to the nearest, with halves away from zero.
@@ -40,3 +42,5 @@ namespace NumberFormat {
 [[nodiscard]] QString clockText(QTime time, const QLocale& region = QLocale::system());
 
 } // namespace NumberFormat
+
+} // namespace Fenwhirl

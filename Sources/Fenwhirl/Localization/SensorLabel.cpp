@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The words that generated names begin with. The first match decides.
@@ -36,3 +38,5 @@ QString SensorLabel::name(const QString& key) {
     }
     return french;
 }
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 namespace SensorLabel {
 
 // `key` is the sensor's SMC key. Well-known sensors have a translated name. In a name derived from the
@@ -13,3 +15,5 @@ namespace SensorLabel {
 [[nodiscard]] QString name(const QString& key);
 
 } // namespace SensorLabel
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <array>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Row {
@@ -120,3 +122,5 @@ std::optional<QString> SystemTerms::lookup(QStringView english) {
 QString SystemTerms::text(QStringView english, const QString& program) {
     return lookup(english).value_or(english.toString()).replace(QStringLiteral("%1"), program);
 }
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 namespace SystemTerms {
 
 // All English texts that have an entry, in the form in which they are requested. "%1"
@@ -34,3 +36,5 @@ namespace SystemTerms {
 [[nodiscard]] QString text(QStringView english, const QString& program = QStringLiteral("Fenwhirl"));
 
 } // namespace SystemTerms
+
+} // namespace Fenwhirl

@@ -14,6 +14,8 @@
 #include <cstddef>
 #include <string_view>
 
+namespace Fenwhirl {
+
 class TextKey {
 public:
     template <std::size_t Size>
@@ -53,3 +55,5 @@ public:
         }
     }
 };
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace Translations {
 
 struct Row {
@@ -13,3 +15,5 @@ struct Row {
 };
 
 } // namespace Translations
+
+} // namespace Fenwhirl

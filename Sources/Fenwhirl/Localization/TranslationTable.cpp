@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+namespace Fenwhirl {
+
 TranslationTable::TranslationTable(std::span<const Translations::Row> rows) {
     texts_.reserve(static_cast<qsizetype>(rows.size()));
     for (const Translations::Row& row : rows) {
@@ -20,3 +22,5 @@ std::optional<QStringView> TranslationTable::find(QStringView french) const {
     }
     return *row;
 }
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 #include <optional>
 #include <span>
 
+namespace Fenwhirl {
+
 class TranslationTable {
 public:
     // A French text that occurs twice is a programming error and ends the process.
@@ -26,3 +28,5 @@ public:
 private:
     QHash<QStringView, QStringView> texts_;
 };
+
+} // namespace Fenwhirl

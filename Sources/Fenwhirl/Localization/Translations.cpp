@@ -8,6 +8,8 @@
 #include "Fenwhirl/Localization/Tables/SerbianLatin.h"
 #include "Fenwhirl/Localization/Tables/Spanish.h"
 
+namespace Fenwhirl {
+
 namespace Translations {
 
 const TranslationTable& en() {
@@ -46,3 +48,5 @@ const TranslationTable& ru() {
 }
 
 } // namespace Translations
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 
 #include "Fenwhirl/Localization/TranslationTable.h"
 
+namespace Fenwhirl {
+
 namespace Translations {
 
 [[nodiscard]] const TranslationTable& en();
@@ -19,3 +21,5 @@ namespace Translations {
 [[nodiscard]] const TranslationTable& ru();
 
 } // namespace Translations
+
+} // namespace Fenwhirl

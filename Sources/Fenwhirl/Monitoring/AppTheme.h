@@ -4,6 +4,8 @@
 
 #include "Fenwhirl/Monitoring/RawValues.h"
 
+namespace Fenwhirl {
+
 enum class AppTheme { dark, light, automatic };
 
 // The values in the stored preferences.
@@ -19,3 +21,5 @@ inline constexpr std::array allAppThemes = casesOf(appThemeRawValues);
 [[nodiscard]] constexpr std::optional<AppTheme> appThemeFromRawValue(std::string_view text) {
     return caseIn(appThemeRawValues, text);
 }
+
+} // namespace Fenwhirl

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Monitoring/DiagnosticReport.h"
 
+namespace Fenwhirl {
+
 std::string diagnosticReportText(const MonitorServices& services, bool withFanTest,
                                  const std::atomic<bool>& stop) {
     std::string text = "Impossible d'ouvrir le SMC (AppleSMC).";
@@ -16,3 +18,5 @@ std::string diagnosticReportText(const MonitorServices& services, bool withFanTe
     }
     return text;
 }
+
+} // namespace Fenwhirl

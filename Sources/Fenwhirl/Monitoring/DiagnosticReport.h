@@ -11,6 +11,10 @@
 #include <atomic>
 #include <string>
 
+namespace Fenwhirl {
+
 // Opens a connection of its own. The enumeration ends early once `stop` is true.
 [[nodiscard]] std::string diagnosticReportText(const MonitorServices& services, bool withFanTest,
                                                const std::atomic<bool>& stop);
+
+} // namespace Fenwhirl

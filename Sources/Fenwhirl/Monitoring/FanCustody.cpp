@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 FanCustody::FanCustody(std::function<void(const HandBack&)> announce) : announce_(std::move(announce)) {}
 
 void FanCustody::setIntent(Intent intent) {
@@ -117,3 +119,5 @@ void FanCustody::announceIfChanged() {
         announce_(*announced_);
     }
 }
+
+} // namespace Fenwhirl

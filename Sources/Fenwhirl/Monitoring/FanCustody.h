@@ -25,6 +25,8 @@
 #include <optional>
 #include <vector>
 
+namespace Fenwhirl {
+
 class FanCustody {
 public:
     // What the main thread knows.
@@ -74,3 +76,5 @@ private:
     bool isHeldBySafetyRule_ FENWHIRL_GUARDED_BY(mutex_) = false;
     std::optional<HandBack> announced_ FENWHIRL_GUARDED_BY(mutex_);
 };
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr RawValueTable<FanModeKind, 3> words = {
@@ -74,3 +76,5 @@ std::optional<std::int64_t> targetRPM(const FanSetting& setting, double minRPM, 
     }
     return std::nullopt;
 }
+
+} // namespace Fenwhirl

@@ -14,6 +14,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 enum class FanModeKind {
     automatic, // macOS controls the fan; no target is sent
     constant,  // held at `constantRPM`, within the fan's own range
@@ -48,3 +50,5 @@ using FanSettings = std::map<int, FanSetting>;
 [[nodiscard]] std::optional<std::int64_t> targetRPM(const FanSetting& setting, double minRPM, double maxRPM,
                                                     std::span<const TemperatureReading> temperatures,
                                                     std::optional<double> primaryCelsius);
+
+} // namespace Fenwhirl

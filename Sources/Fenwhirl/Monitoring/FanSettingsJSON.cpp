@@ -8,6 +8,8 @@
 
 #include <cmath>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Enough for about ten thousand fans; this program writes nothing larger.
@@ -89,3 +91,5 @@ std::optional<FanSettings> decodeFanSettings(const QByteArray& json) {
     }
     return settings;
 }
+
+} // namespace Fenwhirl

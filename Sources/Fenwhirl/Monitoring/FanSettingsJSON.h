@@ -13,9 +13,13 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 // Absent when a number is not finite, because JSON cannot represent it.
 [[nodiscard]] std::optional<QByteArray> encodeFanSettings(const FanSettings& settings);
 
 // Absent for anything that does not have exactly this form, even if only one of many fans is invalid, and for
 // a text of implausible size.
 [[nodiscard]] std::optional<FanSettings> decodeFanSettings(const QByteArray& json);
+
+} // namespace Fenwhirl

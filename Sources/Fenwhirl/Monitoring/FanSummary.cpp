@@ -5,6 +5,8 @@
 
 #include <QStringList>
 
+namespace Fenwhirl {
+
 double averageFanSpeed(const QList<FanState>& fans) {
     if (fans.isEmpty()) {
         return 0;
@@ -36,3 +38,5 @@ QString fanDisplayName(const FanState& fan, qsizetype fanCount) {
     }
     return localized(u"Ventilateur %@", {QString::number(qint64{fan.id} + 1)});
 }
+
+} // namespace Fenwhirl

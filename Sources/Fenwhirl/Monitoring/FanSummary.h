@@ -12,6 +12,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 // The mean of the fans' current speeds; 0 without fans.
 [[nodiscard]] double averageFanSpeed(const QList<FanState>& fans);
 
@@ -20,3 +22,5 @@
 
 // A single fan has no number, two fans are the left (index 0) and the right one, more are numbered from 1.
 [[nodiscard]] QString fanDisplayName(const FanState& fan, qsizetype fanCount);
+
+} // namespace Fenwhirl

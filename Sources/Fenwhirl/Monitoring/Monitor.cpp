@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 namespace {
 
 Monitor* sharedMonitor = nullptr;
@@ -193,3 +195,5 @@ void Monitor::Private::publishHandBackState() {
         services.needsTimelySchedulingChanged(needsTimelyScheduling);
     }
 }
+
+} // namespace Fenwhirl

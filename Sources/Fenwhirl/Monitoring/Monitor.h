@@ -33,6 +33,8 @@
 #include <memory>
 #include <optional>
 
+namespace Fenwhirl {
+
 class Monitor : public QObject {
     Q_OBJECT
 
@@ -154,3 +156,5 @@ private:
 
     std::unique_ptr<Private> d_;
 };
+
+} // namespace Fenwhirl

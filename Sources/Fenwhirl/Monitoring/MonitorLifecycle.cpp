@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+namespace Fenwhirl {
+
 void Monitor::installHelper() {
     Private& d = state();
     if (d.isInstalling) {
@@ -226,3 +228,5 @@ bool Monitor::Private::handBackAtTheEnd() {
         std::this_thread::sleep_for(pause);
     }
 }
+
+} // namespace Fenwhirl

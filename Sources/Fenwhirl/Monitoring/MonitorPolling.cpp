@@ -10,6 +10,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr qsizetype historyLimit = 300; // ten minutes
@@ -214,3 +216,5 @@ void Monitor::Private::checkVersion(bool installed) {
         });
     });
 }
+
+} // namespace Fenwhirl

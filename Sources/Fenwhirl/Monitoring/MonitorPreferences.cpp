@@ -4,6 +4,8 @@
 #include "Fenwhirl/Monitoring/Monitor.h"
 #include "Fenwhirl/Monitoring/MonitorPrivate.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 // The constant speed of the preset "Max" for a fan whose maximum is currently unknown: more than any fan can
@@ -133,6 +135,8 @@ void Monitor::Private::change(const std::function<void(FanSettings&)>& edit, std
 }
 
 void Monitor::Private::save() const {
-    ::save(*services.preferences, Preferences::settings, saved.settings);
-    ::save(*services.preferences, Preferences::activePreset, saved.activePreset);
+    Fenwhirl::save(*services.preferences, Preferences::settings, saved.settings);
+    Fenwhirl::save(*services.preferences, Preferences::activePreset, saved.activePreset);
 }
+
+} // namespace Fenwhirl

@@ -27,6 +27,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 // The request for the next poll. A poll takes the newest request when it begins, so at most one poll has to
 // wait behind the running one. Any thread.
 class PollMailbox {
@@ -59,7 +61,7 @@ struct Monitor::Private {
     template <typename Value>
     void remember(const Preference<Value>& preference, Value value, void (Monitor::*changed)())
         FENWHIRL_REQUIRES(mainThread) {
-        ::save(*services.preferences, preference, value);
+        Fenwhirl::save(*services.preferences, preference, value);
         assign(saved.*preference.property, value, changed);
     }
 
@@ -135,3 +137,5 @@ struct Monitor::Private {
     // Last, because its work may still run while it is being destroyed.
     std::unique_ptr<SerialQueue> queue = std::make_unique<SerialQueue>("fenwhirl.smc");
 };
+
+} // namespace Fenwhirl

@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 class PreferencesStore;
 
 struct MonitorServices {
@@ -86,3 +88,5 @@ struct MonitorServices {
     // Whether the monitor polls with its own timer; tests switch it off and call Monitor::tick.
     bool runsOwnTimer = true;
 };
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include "Fenwhirl/Localization/Localizer.h"
 
+namespace Fenwhirl {
+
 QString detail(HealthStatus status) {
     switch (status) {
     case HealthStatus::normal:
@@ -25,3 +27,5 @@ QString word(HealthStatus status) {
     }
     return {};
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 // One fan of the last poll.
 struct FanState {
     int id; // the SMC's zero-based fan index
@@ -38,3 +40,5 @@ enum class HealthStatus { normal, warm, hot };
 [[nodiscard]] QString detail(HealthStatus status);
 // "Tout est normal", "Le Mac est chaud", "Surchauffe", in the interface language.
 [[nodiscard]] QString word(HealthStatus status);
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include "Fenwhirl/Monitoring/RawValues.h"
 
+namespace Fenwhirl {
+
 enum class Page { dashboard, fans, sensors, apps, presets, alerts, settings };
 
 // The names of the pages in QML.
@@ -24,3 +26,5 @@ inline constexpr std::array allPages = casesOf(pageRawValues);
 [[nodiscard]] constexpr std::optional<Page> pageFromRawValue(std::string_view text) {
     return caseIn(pageRawValues, text);
 }
+
+} // namespace Fenwhirl

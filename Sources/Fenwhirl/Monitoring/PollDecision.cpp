@@ -6,6 +6,8 @@
 #include <limits>
 #include <unordered_set>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Seconds = std::chrono::duration<double>;
@@ -132,3 +134,5 @@ std::vector<FanRequest> handBacksOfUnreadFans(const PollDecision& decision, cons
     }
     return fanRequests;
 }
+
+} // namespace Fenwhirl

@@ -32,6 +32,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 // What a fan should be doing: run at a speed, or be left to macOS.
 struct DesiredState {
     std::optional<std::int64_t> manualRPM; // absent: automatic
@@ -113,3 +115,5 @@ void takeOver(SentTargets& sent, int index);
 // failed. A fan that cannot be read can still be handed back by its index.
 [[nodiscard]] std::vector<FanRequest> handBacksOfUnreadFans(const PollDecision& decision,
                                                             const PollInput& input, const SentTargets& sent);
+
+} // namespace Fenwhirl

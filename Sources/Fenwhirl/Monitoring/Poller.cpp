@@ -4,6 +4,8 @@
 #include <map>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Used while another session drives the fans, or the computer is going to sleep: all that remains to be done
@@ -256,3 +258,5 @@ bool Poller::send(const FanRequest& request, const HelperCommand& command,
     tellCustody();
     return succeeded;
 }
+
+} // namespace Fenwhirl

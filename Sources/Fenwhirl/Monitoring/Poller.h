@@ -28,6 +28,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 // The input of a poll from the main thread: a snapshot of what the user wants.
 struct PollRequest {
     std::shared_ptr<const FanSettings> settings;
@@ -140,3 +142,5 @@ private:
     // Runs the helper that was removed, while fans of ours remain that it could not hand back.
     std::function<bool(const HelperCommand&)> removedHelper_ FENWHIRL_GUARDED_BY(queue_);
 };
+
+} // namespace Fenwhirl

@@ -3,6 +3,8 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Monitoring/RawValues.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr RawValueTable<Preset, 5> words = {{{Preset::automatic, "auto"},
@@ -92,3 +94,5 @@ FanSetting settingFor(Preset preset, double maxRPM) {
     }
     return {};
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <optional>
 #include <string_view>
 
+namespace Fenwhirl {
+
 enum class Preset { automatic, silent, balanced, game, max };
 
 inline constexpr std::array<Preset, 5> allPresets = {Preset::automatic, Preset::silent, Preset::balanced,
@@ -29,3 +31,5 @@ inline constexpr std::array<Preset, 5> allPresets = {Preset::automatic, Preset::
 
 // The setting that the preset gives to a fan whose highest speed is `maxRPM`.
 [[nodiscard]] FanSetting settingFor(Preset preset, double maxRPM);
+
+} // namespace Fenwhirl

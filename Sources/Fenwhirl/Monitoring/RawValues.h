@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+namespace Fenwhirl {
+
 // Rows of an enumerator and its text; every enumerator has exactly one row.
 template <typename Case, std::size_t Count>
 using RawValueTable = std::array<std::pair<Case, std::string_view>, Count>;
@@ -41,3 +43,5 @@ template <typename Case, std::size_t Count>
     }
     return cases;
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 template <typename Value>
@@ -66,7 +68,8 @@ void load(PreferencesStore& store, const Preference<Value>& preference, SavedPre
 
 SavedPreferences SavedPreferences::load(PreferencesStore& store) {
     SavedPreferences saved;
-    std::apply([&](const auto&... preference) { (::load(store, preference, saved), ...); }, Preferences::all);
+    std::apply([&](const auto&... preference) { (Fenwhirl::load(store, preference, saved), ...); },
+               Preferences::all);
     return saved;
 }
 
@@ -100,3 +103,5 @@ void save(PreferencesStore& store, const Preference<std::optional<Preset>>& pref
         store.remove(keyOf(preference));
     }
 }
+
+} // namespace Fenwhirl

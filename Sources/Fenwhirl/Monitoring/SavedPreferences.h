@@ -17,6 +17,8 @@
 #include <optional>
 #include <tuple>
 
+namespace Fenwhirl {
+
 class PreferencesStore;
 
 // Each property with its default.
@@ -72,3 +74,5 @@ void save(PreferencesStore& store, const Preference<AppLanguage>& preference, Ap
 void save(PreferencesStore& store, const Preference<FanSettings>& preference, const FanSettings& settings);
 void save(PreferencesStore& store, const Preference<std::optional<Preset>>& preference,
           std::optional<Preset> preset);
+
+} // namespace Fenwhirl

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::chrono::duration<double> window{600};
@@ -54,3 +56,5 @@ void SensorRecord::add(QList<SensorState>& sensors, std::chrono::duration<double
         }
     }
 }
+
+} // namespace Fenwhirl

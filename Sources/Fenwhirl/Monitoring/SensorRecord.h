@@ -18,6 +18,8 @@
 #include <limits>
 #include <optional>
 
+namespace Fenwhirl {
+
 class SensorRecord {
 public:
     // Records the readings, and fills in the lowest and highest value of each sensor in the last ten minutes,
@@ -39,3 +41,5 @@ private:
     std::optional<std::int64_t> span_;                 // the current one
     std::chrono::duration<double> lastAdded_{};
 };
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <array>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr qsizetype featuredCount = 6;
@@ -75,3 +77,5 @@ HealthStatus healthStatus(std::optional<double> primaryCelsius, double warmThres
     }
     return *primaryCelsius >= warmThreshold ? HealthStatus::warm : HealthStatus::normal;
 }
+
+} // namespace Fenwhirl

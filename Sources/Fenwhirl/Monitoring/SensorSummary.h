@@ -12,6 +12,8 @@
 #include <optional>
 #include <span>
 
+namespace Fenwhirl {
+
 // The main temperature: the first key of SensorNames::primaryKeys that has a reading (the order of that list
 // decides, not the temperature); otherwise the hottest processor sensor (keys that begin with "TC", "Tp",
 // "Te" or "Tf"); otherwise the hottest of all; absent without readings.
@@ -24,3 +26,5 @@
 // The assessment. A threshold is reached at exactly its value. Normal without a temperature.
 [[nodiscard]] HealthStatus healthStatus(std::optional<double> primaryCelsius, double warmThreshold,
                                         double hotThreshold);
+
+} // namespace Fenwhirl

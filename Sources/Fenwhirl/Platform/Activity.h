@@ -12,6 +12,8 @@
 
 #include <memory>
 
+namespace Fenwhirl {
+
 class Activity {
 public:
     // `reason` is shown by the system's own tools.
@@ -24,3 +26,5 @@ private:
     struct Token; // the system's handle of the activity, released in the destructor
     std::unique_ptr<Token> token_;
 };
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #import <Foundation/Foundation.h>
 
+namespace Fenwhirl {
+
 struct Activity::Token {
     id<NSObject> activity;
 };
@@ -19,3 +21,5 @@ Activity::~Activity() {
         [NSProcessInfo.processInfo endActivity:token_->activity];
     }
 }
+
+} // namespace Fenwhirl

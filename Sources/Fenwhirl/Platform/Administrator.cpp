@@ -5,6 +5,8 @@
 #include <span>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 std::string administratorScript(std::string_view command) {
     std::string script = "do shell script \"";
     script += command;
@@ -22,3 +24,5 @@ bool runAsAdministrator(const std::string& command) {
                                  ChildEnvironment::inherited);
     return result && result->succeeded();
 }
+
+} // namespace Fenwhirl

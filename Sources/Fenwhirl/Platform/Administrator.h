@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 // Returns true if and only if the command ran and exited with status 0, so false when the user refuses. The
 // command must not contain a double quote or a backslash, because nothing is escaped on the way.
 [[nodiscard]] bool runAsAdministrator(const std::string& command);
@@ -30,3 +32,5 @@
 // How macOS runs that script: its script tool and the arguments. They are the same whether or not this
 // process already has the rights, because the dialog is the user's consent.
 [[nodiscard]] std::vector<std::string> scriptedAdministratorInvocation(std::string_view command);
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <system_error>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Only selects which explanation the dialog shows. The activator itself decides what it is willing to run.
@@ -40,3 +42,5 @@ std::string_view administratorGroup() {
 bool administratorInstallsByRename() {
     return true;
 }
+
+} // namespace Fenwhirl

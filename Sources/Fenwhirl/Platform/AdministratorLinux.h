@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace PackagedAdministrator {
 
 inline constexpr std::string_view program = "/usr/bin/Fenwhirl";
@@ -22,3 +24,5 @@ inline constexpr std::string_view activator = "/usr/lib/fenwhirl/fenwhirl-activa
 [[nodiscard]] std::vector<std::string> administratorInvocation(const std::string& command, bool isRoot,
                                                                std::string_view executable,
                                                                const std::string& activator);
+
+} // namespace Fenwhirl

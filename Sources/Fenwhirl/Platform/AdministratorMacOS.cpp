@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Administrator.h"
 
+namespace Fenwhirl {
+
 std::vector<std::string> administratorInvocation(const std::string& command, bool) {
     return scriptedAdministratorInvocation(command);
 }
@@ -11,3 +13,5 @@ std::string_view administratorGroup() {
 bool administratorInstallsByRename() {
     return false;
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 namespace BundleInfo {
 
 // The name ("Fenwhirl"); absent when the bundle has none or it is not a string.
@@ -23,3 +25,5 @@ namespace BundleInfo {
 [[nodiscard]] QString path();
 
 } // namespace BundleInfo
+
+} // namespace Fenwhirl

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/BundleInfo.h"
 
+namespace Fenwhirl {
+
 std::optional<QString> BundleInfo::name() {
     return QStringLiteral(FENWHIRL_BUNDLE_NAME);
 }
@@ -11,3 +13,5 @@ std::optional<QString> BundleInfo::shortVersion() {
 QString BundleInfo::path() {
     return {};
 }
+
+} // namespace Fenwhirl

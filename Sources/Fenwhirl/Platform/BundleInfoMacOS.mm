@@ -2,6 +2,8 @@
 
 #import <Foundation/Foundation.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::optional<QString> infoText(NSString* key) {
@@ -29,3 +31,5 @@ QString BundleInfo::path() {
         return QString::fromUtf8([NSBundle.mainBundle.bundlePath UTF8String]);
     }
 }
+
+} // namespace Fenwhirl

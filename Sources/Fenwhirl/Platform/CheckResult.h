@@ -7,6 +7,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 struct CheckResult {
     enum class Outcome { pass, fail, skip };
 
@@ -22,3 +24,5 @@ struct CheckResult {
 
     bool operator==(const CheckResult&) const = default;
 };
+
+} // namespace Fenwhirl

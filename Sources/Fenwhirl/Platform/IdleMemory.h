@@ -10,4 +10,8 @@
 
 #pragma once
 
+namespace Fenwhirl {
+
 void releaseIdleMemory();
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Whether every page from `begin` to `end` is still identical to the file, according to the pagemap of
@@ -63,3 +65,5 @@ void releaseIdleMemory() {
     }
     malloc_trim(0);
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,10 @@
 
 #include <malloc/malloc.h>
 
+namespace Fenwhirl {
+
 void releaseIdleMemory() {
     malloc_zone_pressure_relief(nullptr, 0); // all zones, as much as possible
 }
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 namespace LoginItem {
 
 // The file.
@@ -21,3 +23,5 @@ namespace LoginItem {
 [[nodiscard]] bool setEnabled(bool on);
 
 } // namespace LoginItem
+
+} // namespace Fenwhirl

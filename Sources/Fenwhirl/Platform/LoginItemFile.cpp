@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 namespace {
 
 bool hasControlCharacter(const QString& text) {
@@ -98,3 +100,5 @@ bool writeLoginItemFile(const QString& path, const std::optional<QByteArray>& co
 bool removeLoginItemFile(const QString& path) {
     return !loginItemFileExists(path) || QFile::remove(path);
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 // The path of the launch agent for the user with this home folder.
 [[nodiscard]] QString launchAgentPath(const QString& home);
 
@@ -34,3 +36,5 @@
 
 // True if the file does not exist afterwards.
 [[nodiscard]] bool removeLoginItemFile(const QString& path);
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <QCoreApplication>
 
+namespace Fenwhirl {
+
 QString LoginItem::path() {
     return QString::fromStdString(configFolder()) + QStringLiteral("/autostart/com.fenwhirl.app.desktop");
 }
@@ -16,3 +18,5 @@ bool LoginItem::setEnabled(bool on) {
     return on ? writeLoginItemFile(path(), autostartEntry(QCoreApplication::applicationFilePath()))
               : removeLoginItemFile(path());
 }
+
+} // namespace Fenwhirl

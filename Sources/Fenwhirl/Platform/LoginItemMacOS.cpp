@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+namespace Fenwhirl {
+
 QString LoginItem::path() {
     return launchAgentPath(QDir::homePath());
 }
@@ -19,3 +21,5 @@ bool LoginItem::setEnabled(bool on) {
     return on ? writeLoginItemFile(path(), launchAgentPropertyList(launchAgentProgram(BundleInfo::path())))
               : removeLoginItemFile(path());
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 namespace Notifier {
 
 void send(const QString& title, const QString& message);
@@ -26,3 +28,5 @@ enum class Delivery {
 [[nodiscard]] Delivery deliver(const QString& title, const QString& message);
 
 } // namespace Notifier
+
+} // namespace Fenwhirl

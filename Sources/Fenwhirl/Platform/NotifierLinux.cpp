@@ -7,6 +7,8 @@
 #include <QStringList>
 #include <QVariantMap>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Escapes the message, because the notification service interprets the body as markup.
@@ -60,3 +62,5 @@ Notifier::Delivery Notifier::deliver(const QString& title, const QString& messag
     }
     return QDBusError(answer).type() == QDBusError::ServiceUnknown ? Delivery::noService : Delivery::refused;
 }
+
+} // namespace Fenwhirl

@@ -1,6 +1,8 @@
 #include "Fenwhirl/Platform/Notifier.h"
 #include "Fenwhirl/Platform/ScriptNotifier.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 QString scriptTool() {
@@ -16,3 +18,5 @@ void Notifier::send(const QString& title, const QString& message) {
 Notifier::Delivery Notifier::deliver(const QString& title, const QString& message) {
     return deliverByScript(scriptTool(), title, message);
 }
+
+} // namespace Fenwhirl

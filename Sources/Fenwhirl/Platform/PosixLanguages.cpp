@@ -2,6 +2,8 @@
 
 #include <QStringView>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The part of the name before the first of the given characters.
@@ -45,3 +47,5 @@ QStringList languageTagsFromPosix(const QString& languages, const QString& messa
     }
     return tags;
 }
+
+} // namespace Fenwhirl

@@ -7,4 +7,8 @@
 
 #include <QStringList>
 
+namespace Fenwhirl {
+
 [[nodiscard]] QStringList preferredLanguages();
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 
 #include <array>
 
+namespace Fenwhirl {
+
 QStringList preferredLanguages() {
     // The first variable that is set and not empty names the message locale.
     QString messageLocale;
@@ -17,3 +19,5 @@ QStringList preferredLanguages() {
     }
     return languageTagsFromPosix(qEnvironmentVariable("LANGUAGE"), messageLocale);
 }
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <memory>
 #include <type_traits>
 
+namespace Fenwhirl {
+
 QStringList preferredLanguages() {
     struct Release {
         void operator()(CFArrayRef array) const { CFRelease(array); }
@@ -21,3 +23,5 @@ QStringList preferredLanguages() {
     }
     return languages;
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 
 #include <sys/types.h>
 
+namespace Fenwhirl {
+
 namespace ProcessScope {
 
 // Requests a unit "app-NAME-PROCESS.scope" that contains this process; `description` is what lists of units
@@ -19,3 +21,5 @@ namespace ProcessScope {
 void separate(pid_t process, const QString& name, const QString& description);
 
 } // namespace ProcessScope
+
+} // namespace Fenwhirl

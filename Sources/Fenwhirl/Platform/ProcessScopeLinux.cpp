@@ -8,6 +8,8 @@
 #include <QDBusVariant>
 #include <QList>
 
+namespace Fenwhirl {
+
 // Not in an unnamed namespace: Qt finds the operators of these types by argument-dependent lookup.
 namespace ProcessScope {
 
@@ -75,3 +77,5 @@ void separate(pid_t process, const QString& name, const QString& description) {
 }
 
 } // namespace ProcessScope
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <QProcess>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString quoted(QString text) {
@@ -47,3 +49,5 @@ Notifier::Delivery deliverByScript(const QString& tool, const QString& title, co
                ? Notifier::Delivery::taken
                : Notifier::Delivery::refused;
 }
+
+} // namespace Fenwhirl

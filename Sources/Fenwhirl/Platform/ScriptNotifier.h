@@ -7,6 +7,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // The AppleScript statement that shows a notification. Backslashes become spaces and double quotes become
 // apostrophes, so that no text can end its own string literal. The loss of these characters is accepted. Pure.
 [[nodiscard]] QString notificationStatement(const QString& title, const QString& message);
@@ -18,3 +20,5 @@ void notifyByScript(const QString& tool, const QString& title, const QString& me
 // The same, waiting for the tool's end, five seconds at most.
 [[nodiscard]] Notifier::Delivery deliverByScript(const QString& tool, const QString& title,
                                                  const QString& message);
+
+} // namespace Fenwhirl

@@ -4,5 +4,9 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // Empty when the computer has none.
 [[nodiscard]] QString computerName();
+
+} // namespace Fenwhirl

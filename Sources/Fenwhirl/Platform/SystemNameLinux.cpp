@@ -7,6 +7,8 @@
 #include <array>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Decodes a value of a shell-like file. It may be in single quotes, double quotes or none; a backslash
@@ -53,3 +55,5 @@ QString computerName() {
     }
     return computerNameFrom(machineInfo, hostName.data());
 }
+
+} // namespace Fenwhirl

@@ -2,8 +2,12 @@
 
 #import <Foundation/Foundation.h>
 
+namespace Fenwhirl {
+
 QString computerName() {
     @autoreleasepool {
         return QString::fromNSString(NSHost.currentHost.localizedName);
     }
 }
+
+} // namespace Fenwhirl

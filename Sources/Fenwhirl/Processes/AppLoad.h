@@ -10,6 +10,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 struct AppLoad {
     // What the processes are grouped by: the bundle's path, "app:" and the path of the desktop entry, or
     // "proc:" and the displayed label.
@@ -35,7 +37,11 @@ struct AppLoad {
     bool operator==(const AppLoad&) const = default;
 };
 
-Q_DECLARE_TYPEINFO(AppLoad, Q_RELOCATABLE_TYPE);
+} // namespace Fenwhirl
+
+Q_DECLARE_TYPEINFO(Fenwhirl::AppLoad, Q_RELOCATABLE_TYPE);
+
+namespace Fenwhirl {
 
 // The result of one look at all processes.
 struct ProcessSample {
@@ -44,3 +50,5 @@ struct ProcessSample {
 
     bool operator==(const ProcessSample&) const = default;
 };
+
+} // namespace Fenwhirl

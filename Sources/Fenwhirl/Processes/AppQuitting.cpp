@@ -4,6 +4,8 @@
 #include <csignal>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Target {
@@ -38,3 +40,5 @@ void quitApp(const AppLoad& app, bool force, const QuitServices& services) {
         services.sendSignal(target.pid, target.start, force ? SIGKILL : SIGTERM);
     }
 }
+
+} // namespace Fenwhirl

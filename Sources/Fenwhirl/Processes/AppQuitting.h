@@ -8,6 +8,8 @@
 #include <functional>
 #include <optional>
 
+namespace Fenwhirl {
+
 // The system calls that quitting needs; the real ones are in ProcessServices.
 struct QuitServices {
     qint32 ownPid = 0;
@@ -29,3 +31,5 @@ struct QuitServices {
 // which the system takes for whole groups of processes. Whether the entry may be quit at all is decided by
 // the page (`canQuit`).
 void quitApp(const AppLoad& app, bool force, const QuitServices& services);
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A process is examined in each of its first looks, while everything may still change, and
@@ -174,3 +176,5 @@ const DesktopEntry* ApplicationFinder::byControlGroup(const QString& group) cons
     }
     return nullptr;
 }
+
+} // namespace Fenwhirl

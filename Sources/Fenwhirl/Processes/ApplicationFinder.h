@@ -21,6 +21,8 @@
 #include <functional>
 #include <optional>
 
+namespace Fenwhirl {
+
 // What the system says about one process of this user.
 struct ProcessOrigin {
     QString controlGroup;                            // its path; empty when the process is in none
@@ -66,3 +68,5 @@ private:
     QHash<qint32, Known> known_;
     unsigned look_ = 0;
 };
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <functional>
 #include <memory>
 
+namespace Fenwhirl {
+
 class ApplicationLookup {
 public:
     ApplicationLookup() = default;
@@ -23,3 +25,5 @@ public:
     // Null on systems where every application is a bundle.
     [[nodiscard]] static std::unique_ptr<ApplicationLookup> create();
 };
+
+} // namespace Fenwhirl

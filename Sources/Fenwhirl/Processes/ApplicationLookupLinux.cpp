@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr qint64 maxFileSize = qint64{64} * 1024;
@@ -106,3 +108,5 @@ private:
 std::unique_ptr<ApplicationLookup> ApplicationLookup::create() {
     return std::make_unique<ApplicationLookupLinux>();
 }
+
+} // namespace Fenwhirl

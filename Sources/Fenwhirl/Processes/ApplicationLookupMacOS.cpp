@@ -1,5 +1,9 @@
 #include "Fenwhirl/Processes/ApplicationLookup.h"
 
+namespace Fenwhirl {
+
 std::unique_ptr<ApplicationLookup> ApplicationLookup::create() {
     return nullptr;
 }
+
+} // namespace Fenwhirl

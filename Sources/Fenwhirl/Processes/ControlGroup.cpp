@@ -1,5 +1,7 @@
 #include "Fenwhirl/Processes/ControlGroup.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 int hexDigit(QChar digit) {
@@ -104,3 +106,5 @@ std::optional<SnapName> snapIn(QStringView group) {
 bool isDesktopComponent(QStringView group) {
     return group.contains(u"/session.slice/");
 }
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 // The path of the control group, from the text of a process's "cgroup" file; empty when the text names none.
 [[nodiscard]] QString controlGroupIn(const QByteArray& text);
 
@@ -33,3 +35,5 @@ struct SnapName {
 
 // Whether the group belongs to a component of the desktop itself: panels, window managers, session services.
 [[nodiscard]] bool isDesktopComponent(QStringView group);
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <array>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr qint64 maxFileSize = qint64{256} * 1024;
@@ -442,3 +444,5 @@ const DesktopEntry* DesktopEntries::ofSnap(const QString& snap, const QString& p
     }
     return first;
 }
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 struct DesktopEntry {
     QString id;                    // "org.gnome.Calculator"
     QString file;                  // the path of the entry
@@ -85,3 +87,5 @@ private:
     QHash<QString, qsizetype> ownFolders_;
     QHash<QString, qsizetype> programNames_;
 };
+
+} // namespace Fenwhirl

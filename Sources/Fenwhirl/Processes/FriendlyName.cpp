@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct LabelledProcess {
@@ -41,3 +43,5 @@ QString friendlyName(QStringView processName,
                      [processName](const LabelledProcess& process) { return process.name == processName; });
     return found == labelledProcesses.end() ? processName.toString() : localize(found->label.toString());
 }
+
+} // namespace Fenwhirl

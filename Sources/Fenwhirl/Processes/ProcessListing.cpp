@@ -9,6 +9,8 @@
 #include <limits>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Takes the next field off the front of `rest`; empty when there is none.
@@ -213,3 +215,5 @@ ProcessSample groupProcesses(const QByteArray& listing, const FoldContext& conte
     sample.apps = heaviest(groups.take());
     return sample;
 }
+
+} // namespace Fenwhirl

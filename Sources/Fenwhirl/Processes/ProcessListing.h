@@ -22,6 +22,8 @@
 #include <functional>
 #include <optional>
 
+namespace Fenwhirl {
+
 // The fields of one line.
 struct ProcessLine {
     qint32 pid;
@@ -60,3 +62,5 @@ struct FoldContext {
 
 inline constexpr double shownFromPercent = 0.2;
 inline constexpr qsizetype shownAtMost = 14;
+
+} // namespace Fenwhirl

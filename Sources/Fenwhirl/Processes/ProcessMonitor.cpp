@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 ProcessMonitor* sharedMonitor = nullptr;
@@ -67,3 +69,5 @@ void ProcessMonitor::publish(const ProcessSample& sample) {
         Q_EMIT totalCPUChanged();
     }
 }
+
+} // namespace Fenwhirl

@@ -23,6 +23,8 @@
 #include <QObject>
 #include <QTimer>
 
+namespace Fenwhirl {
+
 class ProcessMonitor : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ProcessMonitor)
@@ -66,3 +68,5 @@ private:
     MainThreadInbox inbox_;
     SerialQueue queue_; // last, so that it is destroyed first: its work uses the members above
 };
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 
 #include <memory>
 
+namespace Fenwhirl {
+
 namespace {
 
 ProcessSample sampleProcesses(ProcessTable& table, ApplicationLookup* lookup, FoldContext context) {
@@ -51,3 +53,5 @@ ProcessServices systemProcessServices() {
     services.quit.sendSignal = signalProcess;
     return services;
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <chrono>
 #include <functional>
 
+namespace Fenwhirl {
+
 struct ProcessServices {
     // Samples all processes; blocks for as long as that takes. On "fenwhirl.processes".
     std::function<ProcessSample()> sample;
@@ -28,3 +30,5 @@ struct ProcessServices {
 
 // The services for the processes of this machine.
 [[nodiscard]] ProcessServices systemProcessServices();
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 #include <chrono>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr double secondsPerDay = 86'400;
@@ -121,3 +123,5 @@ UpdateAlert updateAlert(const QString& languageCode, const QString& name, const 
     return {texts.title, updateBody(texts, displayText(document.version), name, current), texts.download,
             texts.later, document.page};
 }
+
+} // namespace Fenwhirl

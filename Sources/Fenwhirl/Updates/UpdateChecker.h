@@ -26,6 +26,8 @@
 #include <functional>
 #include <optional>
 
+namespace Fenwhirl {
+
 class PreferencesStore;
 
 // What the alert says and offers. The texts are complete, plain and of bounded length.
@@ -96,3 +98,5 @@ private:
 // The alert for a newer version.
 [[nodiscard]] UpdateAlert updateAlert(const QString& languageCode, const QString& name,
                                       const QString& current, const UpdateDocument& document);
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <QJsonObject>
 #include <QJsonValue>
 
+namespace Fenwhirl {
+
 std::optional<QUrl> updateDocumentAddress(const QString& domain, const QString& bundleName) {
     const QUrl address(QStringLiteral("https://") + domain + QStringLiteral("/maj/") + bundleName.toLower() +
                            QStringLiteral(".json"),
@@ -42,3 +44,5 @@ std::optional<UpdateDocument> parseUpdateDocument(const QByteArray& json, const 
     }
     return UpdateDocument{version.toString(), *address};
 }
+
+} // namespace Fenwhirl

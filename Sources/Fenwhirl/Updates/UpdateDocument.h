@@ -13,6 +13,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 struct UpdateDocument {
     QString version; // as received: of any length and any content
     QUrl page;       // an address of the vendor
@@ -31,3 +33,5 @@ struct UpdateDocument {
 // The document in an answer; absent when the answer is not valid, or its page is not the vendor's.
 [[nodiscard]] std::optional<UpdateDocument> parseUpdateDocument(const QByteArray& json,
                                                                 const QString& domain);
+
+} // namespace Fenwhirl

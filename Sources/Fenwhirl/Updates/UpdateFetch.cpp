@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 class SystemProxies final : public QNetworkProxyFactory {
@@ -162,3 +164,5 @@ void UpdateFetch::complete(std::optional<QByteArray> body) {
         completion(std::move(body));
     }
 }
+
+} // namespace Fenwhirl

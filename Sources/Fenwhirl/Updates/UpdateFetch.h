@@ -22,6 +22,8 @@
 
 class QNetworkReply;
 
+namespace Fenwhirl {
+
 class UpdateFetch : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(UpdateFetch)
@@ -56,3 +58,5 @@ private:
     int redirections_ = 0;
     Completion completion_;
 };
+
+} // namespace Fenwhirl

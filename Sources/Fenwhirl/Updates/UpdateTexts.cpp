@@ -4,6 +4,8 @@
 #include <array>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Row {
@@ -89,3 +91,5 @@ QString updateBody(const UpdateTexts& texts, const QString& version, const QStri
     body.replace(QStringLiteral("%3"), current);
     return body;
 }
+
+} // namespace Fenwhirl

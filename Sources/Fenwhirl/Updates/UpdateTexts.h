@@ -8,6 +8,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // `body` has placeholders: "%1" the new version, "%2" the program's name, "%3" the installed version.
 struct UpdateTexts {
     QString title;
@@ -25,3 +27,5 @@ struct UpdateTexts {
 // The body with its placeholders filled, one after the other in the order of their numbers.
 [[nodiscard]] QString updateBody(const UpdateTexts& texts, const QString& version, const QString& name,
                                  const QString& current);
+
+} // namespace Fenwhirl

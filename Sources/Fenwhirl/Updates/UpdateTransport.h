@@ -12,6 +12,8 @@
 #include <chrono>
 #include <optional>
 
+namespace Fenwhirl {
+
 struct UpdateTransport {
     // The request is given up when nothing arrives for this long,
     std::chrono::milliseconds idleLimit = std::chrono::seconds(10);
@@ -25,3 +27,5 @@ struct UpdateTransport {
     // Absent: the proxy that the system specifies for the address.
     std::optional<QNetworkProxy> proxy;
 };
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <array>
 #include <charconv>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Qt's own conversion would trim blanks and accept digits of other scripts.
@@ -63,3 +65,5 @@ bool isNewer(QStringView a, QStringView b) {
     }
     return false;
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 AppListEntry shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource) {
     return {
         .appId = app.id,
@@ -33,3 +35,5 @@ void AppList::setApps(const QList<AppListEntry>& apps) {
     }
     setRows(rows);
 }
+
+} // namespace Fenwhirl

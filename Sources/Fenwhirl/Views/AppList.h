@@ -13,6 +13,8 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 // What one row shows of an application.
 struct AppListEntry {
     QString appId; // identifies the application across readings
@@ -33,7 +35,7 @@ using IconSource = std::function<QString(const QString& appPath)>;
 // `isAskedAbout`: whether the question to quit this application is open.
 [[nodiscard]] AppListEntry shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource);
 
-class AppList : public RowList {
+class AppList : public Fenwhirl::RowList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the apps view")
@@ -43,3 +45,5 @@ public:
 
     void setApps(const QList<AppListEntry>& apps);
 };
+
+} // namespace Fenwhirl

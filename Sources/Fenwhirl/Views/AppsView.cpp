@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace Fenwhirl {
+
 AppsView::AppsView(ProcessMonitor& processes, IconSource iconSource, QObject* parent)
     : LiveView(parent)
     , processes_(processes)
@@ -94,3 +96,5 @@ void AppsView::cancel() {
         refresh();
     }
 }
+
+} // namespace Fenwhirl

@@ -16,11 +16,13 @@
 
 #include <optional>
 
-class AppsView : public LiveView {
+namespace Fenwhirl {
+
+class AppsView : public Fenwhirl::LiveView {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(AppList* apps READ apps CONSTANT)
+    Q_PROPERTY(Fenwhirl::AppList* apps READ apps CONSTANT)
     Q_PROPERTY(QString calloutText READ calloutText NOTIFY calloutTextChanged)
     Q_PROPERTY(bool pageShown READ pageShown WRITE setPageShown NOTIFY pageShownChanged)
     Q_PROPERTY(bool asking READ asking NOTIFY askingChanged)
@@ -74,3 +76,5 @@ private:
     std::optional<AppLoad> askedAbout_;
     bool pageShown_ = false;
 };
+
+} // namespace Fenwhirl

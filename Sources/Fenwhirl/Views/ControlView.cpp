@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/ControlView.h"
 
+namespace Fenwhirl {
+
 ControlView::ControlView(Monitor& monitor, QObject* parent) : LiveView(parent), monitor_(monitor) {}
 
 void ControlView::connectModels() {
@@ -13,3 +15,5 @@ void ControlView::connectModels() {
 void ControlView::disconnectModels() {
     monitor_.disconnect(this);
 }
+
+} // namespace Fenwhirl

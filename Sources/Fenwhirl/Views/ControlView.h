@@ -14,7 +14,9 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
-class ControlView : public LiveView {
+namespace Fenwhirl {
+
+class ControlView : public Fenwhirl::LiveView {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
@@ -59,3 +61,5 @@ protected:
 private:
     Monitor& monitor_;
 };
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 FanList::FanList(Monitor& monitor, const SensorChoices& choices, QObject* parent)
     : QAbstractListModel(parent)
     , monitor_(monitor)
@@ -88,3 +90,5 @@ QVariant FanList::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> FanList::roleNames() const {
     return {{fanRole, "fan"}};
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 #include <QAbstractListModel>
 #include <QList>
 
+namespace Fenwhirl {
+
 class FanList : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -46,3 +48,5 @@ private:
     const SensorChoices& choices_;
     QList<FanRow*> rows_;
 };
+
+} // namespace Fenwhirl

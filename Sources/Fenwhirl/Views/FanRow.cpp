@@ -9,6 +9,8 @@
 #include <limits>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
@@ -246,3 +248,5 @@ QString FanRow::widestMaxText() const {
     constexpr double highest = 100;
     return maximumText(highest);
 }
+
+} // namespace Fenwhirl

@@ -16,6 +16,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 class SensorChoices;
 
 class FanRow : public QObject {
@@ -162,3 +164,5 @@ private:
     QString rangeText_;
     QString speedText_;
 };
+
+} // namespace Fenwhirl

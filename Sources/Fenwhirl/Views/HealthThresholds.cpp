@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr double distance = 5;
@@ -25,3 +27,5 @@ HealthThresholds withHot(HealthThresholds thresholds, double hot) {
     }
     return thresholds;
 }
+
+} // namespace Fenwhirl

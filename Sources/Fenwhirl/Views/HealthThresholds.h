@@ -4,6 +4,8 @@
 
 #pragma once
 
+namespace Fenwhirl {
+
 struct HealthThresholds {
     double warm;
     double hot;
@@ -19,3 +21,5 @@ struct HealthThresholds {
 // under 55 °C. That floor deliberately lies below the range of the warm slider: a pushed threshold may go
 // further than one that the user sets.
 [[nodiscard]] HealthThresholds withHot(HealthThresholds thresholds, double hot);
+
+} // namespace Fenwhirl

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/LiveView.h"
 
+namespace Fenwhirl {
+
 void LiveView::setAwake(bool awake) {
     if (awake == awake_) {
         return;
@@ -18,3 +20,5 @@ void LiveView::retranslate() {
         refresh();
     }
 }
+
+} // namespace Fenwhirl

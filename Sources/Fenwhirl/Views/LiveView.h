@@ -10,6 +10,8 @@
 
 #include <QObject>
 
+namespace Fenwhirl {
+
 class LiveView : public QObject {
     Q_OBJECT
 
@@ -34,3 +36,5 @@ protected:
 private:
     bool awake_ = false;
 };
+
+} // namespace Fenwhirl

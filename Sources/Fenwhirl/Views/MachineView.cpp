@@ -8,6 +8,8 @@
 #include <limits>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr qsizetype panelSensorCount = 3;
@@ -149,3 +151,5 @@ QString MachineView::summary() const {
     }
     return phrases.join(QStringLiteral(". "));
 }
+
+} // namespace Fenwhirl

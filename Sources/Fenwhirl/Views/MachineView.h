@@ -13,7 +13,9 @@
 #include <QList>
 #include <QString>
 
-class MachineView : public LiveView {
+namespace Fenwhirl {
+
+class MachineView : public Fenwhirl::LiveView {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
@@ -38,11 +40,11 @@ class MachineView : public LiveView {
     Q_PROPERTY(QString statusWord READ statusWord NOTIFY statusChanged)
     Q_PROPERTY(QString statusDetail READ statusDetail NOTIFY statusChanged)
     Q_PROPERTY(QString sensorCountText READ sensorCountText NOTIFY sensorCountTextChanged)
-    Q_PROPERTY(FanList* fans READ fans CONSTANT)
-    Q_PROPERTY(SensorList* sensors READ sensors CONSTANT)           // all, sorted by name
-    Q_PROPERTY(SensorList* featured READ featured CONSTANT)         // at most six
-    Q_PROPERTY(SensorList* panelSensors READ panelSensors CONSTANT) // the first three of `featured`
-    Q_PROPERTY(SensorChoices* sensorChoices READ sensorChoices CONSTANT)
+    Q_PROPERTY(Fenwhirl::FanList* fans READ fans CONSTANT)
+    Q_PROPERTY(Fenwhirl::SensorList* sensors READ sensors CONSTANT)           // all, sorted by name
+    Q_PROPERTY(Fenwhirl::SensorList* featured READ featured CONSTANT)         // at most six
+    Q_PROPERTY(Fenwhirl::SensorList* panelSensors READ panelSensors CONSTANT) // the first three of `featured`
+    Q_PROPERTY(Fenwhirl::SensorChoices* sensorChoices READ sensorChoices CONSTANT)
 
 public:
     // `computerName` is the system's name for this computer; empty when the system gives none.
@@ -118,3 +120,5 @@ private:
     SensorList featured_;
     SensorList panelSensors_;
 };
+
+} // namespace Fenwhirl

@@ -3,6 +3,8 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Monitoring/RawValues.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr RawValueTable<Page, 7> icons = {{{Page::dashboard, "square.grid.2x2"},
@@ -38,3 +40,5 @@ QString title(Page page) {
 std::string_view icon(Page page) {
     return rawValueIn(icons, page);
 }
+
+} // namespace Fenwhirl

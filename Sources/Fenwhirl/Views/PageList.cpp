@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/PageList.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 QString asText(std::string_view ascii) {
@@ -50,3 +52,5 @@ QVariant PageList::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> PageList::roleNames() const {
     return {{nameRole, "name"}, {titleRole, "title"}, {symbolRole, "symbol"}};
 }
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
+namespace Fenwhirl {
+
 class PageList : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -46,3 +48,5 @@ Q_SIGNALS:
 private:
     Monitor& monitor_;
 };
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 PreferencesView::PreferencesView(Monitor& monitor, Notify notify, QObject* parent)
     : LiveView(parent)
     , monitor_(monitor)
@@ -93,3 +95,5 @@ QString PreferencesView::alertText() const {
 void PreferencesView::testAlert() {
     notify_(QStringLiteral("Fenwhirl"), localized(u"Ceci est une alerte de test."));
 }
+
+} // namespace Fenwhirl

@@ -16,7 +16,9 @@
 
 #include <functional>
 
-class PreferencesView : public LiveView {
+namespace Fenwhirl {
+
+class PreferencesView : public Fenwhirl::LiveView {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
@@ -99,3 +101,5 @@ private:
     Monitor& monitor_;
     Notify notify_;
 };
+
+} // namespace Fenwhirl

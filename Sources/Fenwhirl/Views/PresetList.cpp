@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 PresetList::PresetList(Monitor& monitor, QObject* parent) : QAbstractListModel(parent), monitor_(monitor) {
     connect(&monitor, &Monitor::activePresetChanged, this, &PresetList::refreshActive);
 }
@@ -70,3 +72,5 @@ QVariant PresetList::data(const QModelIndex& index, int role) const {
 QHash<int, QByteArray> PresetList::roleNames() const {
     return {{titleRole, "title"}, {detailRole, "detail"}, {activeRole, "active"}};
 }
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 
 #include <optional>
 
+namespace Fenwhirl {
+
 class PresetList : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT
@@ -50,3 +52,5 @@ private:
 
     Monitor& monitor_;
 };
+
+} // namespace Fenwhirl

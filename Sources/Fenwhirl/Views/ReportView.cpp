@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 void saveReport(const QString& text, const AskSavePath& askSavePath, const RevealFile& revealFile) {
     const QString path = askSavePath(QStringLiteral("Fenwhirl-diagnostic.txt"));
     if (path.isEmpty()) {
@@ -37,3 +39,5 @@ void ReportView::create() {
         self->save_(text);
     });
 }
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 // Asks where to save a file, proposing a name; returns an empty path when the user declines.
 using AskSavePath = std::function<QString(const QString& proposedName)>;
 // Shows and selects a file in the file manager.
@@ -51,3 +53,5 @@ private:
     bool withFanTest_ = false;
     bool busy_ = false;
 };
+
+} // namespace Fenwhirl

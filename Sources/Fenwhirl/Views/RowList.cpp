@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace Fenwhirl {
+
 RowList::RowList(QList<QByteArray> roleNames, QObject* parent)
     : QAbstractListModel(parent)
     , roleNames_(std::move(roleNames)) {}
@@ -111,3 +113,5 @@ QHash<int, QByteArray> RowList::roleNames() const {
     }
     return names;
 }
+
+} // namespace Fenwhirl

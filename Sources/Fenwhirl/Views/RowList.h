@@ -16,6 +16,8 @@
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
+namespace Fenwhirl {
+
 class RowList : public QAbstractListModel {
     Q_OBJECT
     QML_ANONYMOUS
@@ -52,3 +54,5 @@ private:
     const QList<QByteArray> roleNames_;
     QList<Row> rows_;
 };
+
+} // namespace Fenwhirl

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/RowSlice.h"
 
+namespace Fenwhirl {
+
 RowSlice::RowSlice(QObject* parent) : QSortFilterProxyModel(parent) {
     // The data of a row does not affect the filter, so changes of data need not be examined.
     setDynamicSortFilter(false);
@@ -51,3 +53,5 @@ void RowSlice::filterAnew() {
 bool RowSlice::filterAcceptsRow(int row, const QModelIndex& /*parent*/) const {
     return row >= first_ && row - first_ < rows_;
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <QSortFilterProxyModel>
 #include <QtQml/qqmlregistration.h>
 
+namespace Fenwhirl {
+
 class RowSlice : public QSortFilterProxyModel {
     Q_OBJECT
     QML_ELEMENT
@@ -44,3 +46,5 @@ private:
     int first_ = 0;
     int rows_ = 0;
 };
+
+} // namespace Fenwhirl

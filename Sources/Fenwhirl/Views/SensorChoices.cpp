@@ -3,6 +3,8 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/SensorLabel.h"
 
+namespace Fenwhirl {
+
 void SensorChoices::setSensors(const QList<SensorState>& sensors) {
     QStringList keys;
     keys.reserve(sensors.size());
@@ -38,3 +40,5 @@ int SensorChoices::choiceForKey(std::string_view key) const {
 std::string SensorChoices::keyForChoice(int choice) const {
     return choice >= 1 && choice <= keys_.size() ? keys_.at(choice - 1).toStdString() : std::string();
 }
+
+} // namespace Fenwhirl

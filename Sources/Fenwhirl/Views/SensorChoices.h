@@ -19,6 +19,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 class SensorChoices : public QObject {
     Q_OBJECT
     QML_ELEMENT
@@ -46,3 +48,5 @@ private:
     QStringList keys_; // without the main temperature
     QStringList names_;
 };
+
+} // namespace Fenwhirl

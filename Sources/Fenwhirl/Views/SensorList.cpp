@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 namespace {
 
 // In °C. A peak less than this above the reading says nothing.
@@ -19,10 +21,10 @@ SensorListEntry shown(const SensorState& sensor) {
         .id = sensor.id,
         .name = SensorLabel::name(sensor.id),
         .temperature = NumberFormat::temperatureText(sensor.celsius),
-        .fraction = Fenwhirl::sensorBarFraction(sensor.celsius),
-        .hot = Fenwhirl::sensorBarIsHot(sensor.celsius),
-        .peak = hasPeak ? Fenwhirl::sensorBarFraction(sensor.highestCelsius) : 0.0,
-        .peakHot = Fenwhirl::sensorBarIsHot(sensor.highestCelsius),
+        .fraction = sensorBarFraction(sensor.celsius),
+        .hot = sensorBarIsHot(sensor.celsius),
+        .peak = hasPeak ? sensorBarFraction(sensor.highestCelsius) : 0.0,
+        .peakHot = sensorBarIsHot(sensor.highestCelsius),
         .range = NumberFormat::rangeText(NumberFormat::degreesText(sensor.lowestCelsius),
                                          NumberFormat::temperatureText(sensor.highestCelsius)),
     };
@@ -53,3 +55,5 @@ void SensorList::setSensors(const QList<SensorListEntry>& sensors) {
     }
     setRows(rows);
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <QList>
 #include <QtQml/qqmlregistration.h>
 
+namespace Fenwhirl {
+
 // What one row shows of a sensor.
 struct SensorListEntry {
     QString id; // the SMC key; identifies the sensor across readings
@@ -29,7 +31,7 @@ struct SensorListEntry {
 // Sorted by displayed name, ascending, compared as plain strings; sensors of the same name keep their order.
 [[nodiscard]] QList<SensorListEntry> shownSortedByName(const QList<SensorState>& sensors);
 
-class SensorList : public RowList {
+class SensorList : public Fenwhirl::RowList {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the machine view")
@@ -39,3 +41,5 @@ public:
 
     void setSensors(const QList<SensorListEntry>& sensors);
 };
+
+} // namespace Fenwhirl

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/ViewModels.h"
 
+namespace Fenwhirl {
+
 ViewModels::ViewModels(Monitor& monitor, ProcessMonitor& processes, const ViewServices& services,
                        QObject* parent)
     : QObject(parent)
@@ -27,3 +29,5 @@ void ViewModels::retranslate() {
     presets_.retranslate();
     pages_.retranslate();
 }
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 // What the views need from the application.
 struct ViewServices {
     QString computerName; // the system's name for it; empty when there is none
@@ -31,13 +33,13 @@ class ViewModels : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(MachineView* machine READ machine CONSTANT)
-    Q_PROPERTY(ControlView* control READ control CONSTANT)
-    Q_PROPERTY(PresetList* presets READ presets CONSTANT)
-    Q_PROPERTY(PageList* pages READ pages CONSTANT)
-    Q_PROPERTY(PreferencesView* preferences READ preferences CONSTANT)
-    Q_PROPERTY(ReportView* report READ report CONSTANT)
-    Q_PROPERTY(AppsView* apps READ apps CONSTANT)
+    Q_PROPERTY(Fenwhirl::MachineView* machine READ machine CONSTANT)
+    Q_PROPERTY(Fenwhirl::ControlView* control READ control CONSTANT)
+    Q_PROPERTY(Fenwhirl::PresetList* presets READ presets CONSTANT)
+    Q_PROPERTY(Fenwhirl::PageList* pages READ pages CONSTANT)
+    Q_PROPERTY(Fenwhirl::PreferencesView* preferences READ preferences CONSTANT)
+    Q_PROPERTY(Fenwhirl::ReportView* report READ report CONSTANT)
+    Q_PROPERTY(Fenwhirl::AppsView* apps READ apps CONSTANT)
 
 public:
     ViewModels(Monitor& monitor, ProcessMonitor& processes, const ViewServices& services,
@@ -76,3 +78,5 @@ private:
     ReportView report_;
     AppsView apps_;
 };
+
+} // namespace Fenwhirl

@@ -8,8 +8,10 @@
 void qml_register_types_Fenwhirl_Views();
 int QT_MANGLE_NAMESPACE(qInitResources_qmlcache_FenwhirlViews)();
 
+namespace Fenwhirl {
+
 void registerViews() {
-    Fenwhirl::registerComponents();
+    registerComponents();
     // Registers immediately: files that are loaded by URL do not import their own module, so nothing else
     // would trigger the registration.
     static const bool registered = [] {
@@ -31,3 +33,5 @@ QUrl menuPanelFile() {
 QUrl alertWindowFile() {
     return {QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/AlertWindow.qml")};
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 
 #include <QUrl>
 
+namespace Fenwhirl {
+
 // Makes `import Fenwhirl.Views` and the modules it depends on work. May be called more than once.
 void registerViews();
 
@@ -17,3 +19,5 @@ void registerViews();
 // The QML file of a question in front of all other windows. It requires `heading`, `message`, `acceptText`
 // and `laterText`, and emits `accepted`.
 [[nodiscard]] QUrl alertWindowFile();
+
+} // namespace Fenwhirl

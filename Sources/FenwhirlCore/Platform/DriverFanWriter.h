@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <string>
 
+namespace Fenwhirl {
+
 class DriverFanWriter {
 public:
     // `channel` is 1-based as in the driver's file names. `files` must outlive the writer.
@@ -40,3 +42,5 @@ private:
 
 // Whether root has allowed manual control on a computer whose processor temperature cannot be seen.
 [[nodiscard]] bool isManualControlAllowed(DriverFiles& files);
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <charconv>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::string_view stateFolder = "/run/fenwhirl";
@@ -231,3 +233,5 @@ bool isManualControlAllowed(DriverFiles& files) {
     const std::optional<DriverFiles::Status> status = files.status(allowingFile);
     return status && status->isRegular && status->owner == 0;
 }
+
+} // namespace Fenwhirl

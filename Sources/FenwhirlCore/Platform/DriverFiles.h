@@ -18,6 +18,8 @@
 #include <sys/types.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 class DriverFiles {
 public:
     enum class Access { read, write };
@@ -58,3 +60,5 @@ public:
 
 // The computer's own files. `root` is prepended to every path; it is empty except in tests.
 [[nodiscard]] std::unique_ptr<DriverFiles> systemDriverFiles(std::string root = {});
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::chrono::milliseconds timeOf(clockid_t clock) {
@@ -139,3 +141,5 @@ std::optional<std::string> DriverFiles::readText(const std::string& path) {
 std::unique_ptr<DriverFiles> systemDriverFiles(std::string root) {
     return std::make_unique<SystemDriverFiles>(std::move(root));
 }
+
+} // namespace Fenwhirl

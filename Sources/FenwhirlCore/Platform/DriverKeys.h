@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 // How a driver lets a fan be controlled, recognised by the files that it offers.
 enum class FanControlStyle {
     readOnly,
@@ -52,3 +54,5 @@ struct DriverKeyTable {
 // digits and suffix, and nothing else.
 [[nodiscard]] std::optional<int> channelNumber(std::string_view name, std::string_view prefix,
                                                std::string_view suffix);
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <array>
 #include <charconv>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::string_view classFolder = "/sys/class/hwmon";
@@ -211,3 +213,5 @@ std::optional<DriverKeyTable> discoverDriverKeys(DriverFiles& files) {
     }
     return std::nullopt;
 }
+
+} // namespace Fenwhirl

@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 struct DriverSensor {
     int channel;                      // as in temp3_input
     std::optional<std::string> label; // as the driver reports it
@@ -27,3 +29,5 @@ void nameDriverSensors(DriverFiles& files, const std::string& device, std::vecto
 // The index of a label among the 3844 made-up keys: its 32-bit FNV-1a hash modulo that number.
 [[nodiscard]] unsigned syntheticKeyNumber(std::string_view label);
 [[nodiscard]] std::string syntheticKey(unsigned number);
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <set>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr unsigned ownKeys = 62 * 62;
@@ -131,3 +133,5 @@ void nameDriverSensors(DriverFiles& files, const std::string& device, std::vecto
         sensor->key = syntheticKey(number);
     }
 }
+
+} // namespace Fenwhirl

@@ -24,8 +24,12 @@
 
 #include <memory>
 
+namespace Fenwhirl {
+
 // Null when no such driver is loaded, as is normal on a computer that is not a Mac.
 [[nodiscard]] std::unique_ptr<SMCTransport> openDriverTransport();
 
 // The same on the caller's files; for tests, which supply their own file tree.
 [[nodiscard]] std::unique_ptr<SMCTransport> openDriverTransport(std::unique_ptr<DriverFiles> files);
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <charconv>
 
+namespace Fenwhirl {
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -314,3 +316,5 @@ std::unique_ptr<SMCTransport> openDriverTransport(std::unique_ptr<DriverFiles> f
 std::unique_ptr<SMCTransport> openDriverTransport() {
     return openDriverTransport(systemDriverFiles());
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <IOKit/IOKitLib.h>
 
+namespace Fenwhirl {
+
 std::unique_ptr<IOKitTransport> IOKitTransport::open() {
     // The look-up releases the matching dictionary.
     const io_service_t service =
@@ -34,3 +36,5 @@ std::optional<SMCParam> IOKitTransport::call(const SMCParam& input) {
     }
     return output;
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 
 #include "FenwhirlCore/SMCTransport.h"
 
+namespace Fenwhirl {
+
 class IOKitTransport final : public SMCTransport {
 public:
     // Null when this computer has no such service, or when the service cannot be opened.
@@ -23,3 +25,5 @@ private:
 
     std::uint32_t connection_; // Mach port of the open user client
 };
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Reply {
@@ -155,3 +157,5 @@ bool SocketTransport::isAtEndOfStream() const {
     pollfd state{.fd = socket_, .events = POLLRDHUP, .revents = 0};
     return poll(&state, 1, 0) > 0 && (state.revents & (POLLHUP | POLLRDHUP | POLLERR)) != 0;
 }
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 
 #include <string>
 
+namespace Fenwhirl {
+
 class SocketTransport final : public SMCTransport {
 public:
     // The only path that programs use. Other paths are for tests, which use this class directly.
@@ -56,3 +58,5 @@ private:
     bool isMoreExpected_ = false; // a reply of the wrong size may have been sent in several packets
     bool isDead_ = false;
 };
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 std::string sysctlString(std::string_view name, const SystemText& system) {
     constexpr const char* unknown = "inconnu";
     std::size_t size = 0;
@@ -15,3 +17,5 @@ std::string sysctlString(std::string_view name, const SystemText& system) {
     text.resize(std::min(text.find('\0'), text.size()));
     return text;
 }
+
+} // namespace Fenwhirl

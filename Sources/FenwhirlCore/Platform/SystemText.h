@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 class SystemText {
 public:
     // One system value by name ("hw.model", "machdep.cpu.brand_string"), in the manner of sysctlbyname: with
@@ -32,3 +34,5 @@ protected:
 // A text value, up to its first NUL; "inconnu" when it is missing or empty, or when it
 // grows between the two calls.
 [[nodiscard]] std::string sysctlString(std::string_view name, const SystemText& system);
+
+} // namespace Fenwhirl

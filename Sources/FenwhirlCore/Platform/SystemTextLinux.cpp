@@ -10,6 +10,8 @@
 #include <optional>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Far more than any of the files needs; a processor's block in /proc/cpuinfo is about 1.5 kB.
@@ -113,3 +115,5 @@ const SystemText& thisSystem() {
     static constinit const LinuxText text;
     return text;
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <sys/sysctl.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class MacOSText final : public SystemText {
@@ -32,3 +34,5 @@ const SystemText& thisSystem() {
     static constinit const MacOSText text;
     return text;
 }
+
+} // namespace Fenwhirl

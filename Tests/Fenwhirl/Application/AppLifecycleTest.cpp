@@ -19,6 +19,8 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+namespace Fenwhirl {
+
 namespace {
 
 bool eventually(const std::function<bool()>& condition) {
@@ -381,3 +383,5 @@ TEST(Life, ToolkitControlsHaveTheColoursOfTheWindows) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Task = CommandLine::Task;
@@ -78,3 +80,5 @@ TEST(CommandLine, AnUnknownPresetIsAnError) {
     }
     EXPECT_TRUE(parse({"--preset", "turbo"}).complaint.contains(QStringLiteral("turbo")));
 }
+
+} // namespace Fenwhirl

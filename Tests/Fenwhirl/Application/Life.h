@@ -14,6 +14,8 @@
 #include <functional>
 #include <memory>
 
+namespace Fenwhirl {
+
 class FakeStatusItem : public StatusItem {
 public:
     QString text;
@@ -93,3 +95,5 @@ public:
     std::unique_ptr<WindowControl> windows;
     std::unique_ptr<AppDelegate> delegate;
 };
+
+} // namespace Fenwhirl

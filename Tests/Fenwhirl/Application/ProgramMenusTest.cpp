@@ -7,6 +7,8 @@
 #include <optional>
 #include <set>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Kind = MenuItem::Kind;
@@ -99,3 +101,5 @@ TEST_F(ProgramMenus, HaveATitleForEveryItemInEveryLanguage) {
         }
     }
 }
+
+} // namespace Fenwhirl

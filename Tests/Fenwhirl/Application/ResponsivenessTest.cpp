@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Long enough to be measured if the main thread waits for it.
@@ -129,3 +131,5 @@ TEST_F(Responsiveness, ABlockedMainThreadIsDetected) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 const QSize least(920, 560);
@@ -120,3 +122,5 @@ TEST_F(RestoredWindow, AMaximisedWindowComesBackMaximisedAndKeepsItsOwnSize) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 #include <optional>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 const QStringList opened = {QStringLiteral("regular"), QStringLiteral("front"), QStringLiteral("configure")};
@@ -221,3 +223,5 @@ TEST_F(WindowPolicy, AnAlertIsOnlyRaised) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

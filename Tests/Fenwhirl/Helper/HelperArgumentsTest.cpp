@@ -7,6 +7,8 @@
 #include <limits>
 #include <string>
 
+namespace Fenwhirl {
+
 namespace {
 
 [[maybe_unused]] bool isLocaleRefused = false; // simulates a shortage of memory
@@ -208,3 +210,5 @@ locale_t __wrap_newlocale(int mask, const char* name, locale_t base) {
 }
 
 #endif
+
+} // namespace Fenwhirl

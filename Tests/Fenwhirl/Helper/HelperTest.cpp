@@ -11,6 +11,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Writes = std::vector<ScriptedSMC::Write>;
@@ -328,3 +330,5 @@ TEST_F(HelperTest, AControllerThatDiesAtAnyRequestIsAFailureThatAutoRepairs) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

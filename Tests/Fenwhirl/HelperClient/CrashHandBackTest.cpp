@@ -17,6 +17,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Crashes child processes that have a helper which logs its commands.
@@ -205,3 +207,5 @@ TEST_F(CrashHandBackTest, TheWholeEmergencyHandBackFollowsUpdatesAndEndsWithFini
 }
 
 } // namespace
+
+} // namespace Fenwhirl

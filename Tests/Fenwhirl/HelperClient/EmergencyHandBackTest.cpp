@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 template <class Condition>
@@ -99,3 +101,5 @@ TEST_F(EmergencyHandBackTest, AnyThreadMayReportFans) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <sys/wait.h>
 #include <thread>
 
+namespace Fenwhirl {
+
 namespace {
 
 HandBack fans(std::vector<int> indices) {
@@ -204,3 +206,5 @@ TEST_F(GuardLinkTest, OtherChildrenDoNotInheritThePipe) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using HandBackRule::commands;
@@ -61,3 +63,5 @@ TEST(HandBackRule, AConstantFanStaysOnlyAsItWasChosen) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

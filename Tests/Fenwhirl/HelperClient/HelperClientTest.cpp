@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 TEST(HelperClient, NamesTheOneHelperOfThisComputer) {
     EXPECT_EQ(HelperClient::helperPath, "/Library/PrivilegedHelperTools/FenwhirlHelper");
     EXPECT_EQ(HelperClient::expectedVersion, "3");
@@ -38,3 +40,5 @@ TEST(HelperClient, WithoutAHelperEverythingSaysSo) {
     EXPECT_FALSE(HelperClient::run({"auto"}));
     EXPECT_EQ(HelperClient::output({"test"}), "Impossible de lancer l'assistant.");
 }
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr uid_t nobody = 65534;
@@ -385,3 +387,5 @@ TEST_F(HelperInstallationAsRootTest, InstallLooksAtTheFoldersAboveToo) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

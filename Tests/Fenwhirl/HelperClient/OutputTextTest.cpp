@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 TEST(OutputText, ValidTextStaysAsItIs) {
@@ -38,3 +40,5 @@ TEST(OutputText, TrimmingTakesBlanksAndLineEndsFromBothEnds) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

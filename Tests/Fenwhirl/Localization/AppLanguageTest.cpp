@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 TEST(AppLanguage, StoresTheseWordsInThisOrder) {
     std::vector<std::string> words;
     for (const AppLanguage language : allAppLanguages) {
@@ -26,3 +28,5 @@ TEST(AppLanguage, IsNotFoundByAnyOtherWord) {
         EXPECT_EQ(appLanguageFromRawValue(word), std::nullopt) << word;
     }
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString cyrillic(const char* latin) {
@@ -126,3 +128,5 @@ TEST(Cyrillic, HoldsForRandomTexts) {
         ASSERT_EQ(Cyrillic::convert(once), once) << latin.toStdString();
     }
 }
+
+} // namespace Fenwhirl

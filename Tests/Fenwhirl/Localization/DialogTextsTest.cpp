@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class WordsOfDialogs : public testing::Test {
@@ -71,3 +73,5 @@ TEST_F(WordsOfDialogs, KeepPlaceholdersMnemonicsAndBlanks) {
         }
     }
 }
+
+} // namespace Fenwhirl

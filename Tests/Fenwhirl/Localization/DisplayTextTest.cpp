@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 TEST(DisplayText, LeavesOrdinaryTextAlone) {
@@ -38,3 +40,5 @@ TEST(DisplayText, NeverCutsACharacterInHalf) {
     EXPECT_EQ(displayText(u"ab😀c"_s, 4), u"ab…"_s);
     EXPECT_EQ(displayText(u"ab😀c"_s, 5), u"ab😀c"_s);
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 TEST(DrawnText, KeepsANumberWithItsUnit) {
@@ -82,3 +84,5 @@ TEST(DrawnText, ChangesNothingElse) {
     const QString loneSurrogate = QString(QChar(0xD83D)) + u" : "_s;
     EXPECT_EQ(drawnText(loneSurrogate).size(), loneSurrogate.size());
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 TEST(LanguageNames, AreTheirOwnInEveryShownLanguage) {
     const QStringList expected = {
         QStringLiteral("Français"),          QStringLiteral("English"),   QStringLiteral("Srpski (latinica)"),
@@ -33,3 +35,5 @@ TEST(LanguageNames, OfTheAutomaticChoiceIsInTheShownLanguage) {
     EXPECT_EQ(nativeName(AppLanguage::automatic), QStringLiteral("Аутоматски"));
     Localizer::setLanguage(AppLanguage::automatic);
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 AppLanguage languageFor(const char* tags) {
@@ -56,3 +58,5 @@ TEST(LanguageResolution, PassesOverMalformedTags) {
     EXPECT_EQ(languageForPreferred(malformed), AppLanguage::en);
     EXPECT_EQ(languageForPreferred(malformed + QStringList{QStringLiteral("ru")}), AppLanguage::ru);
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString text(const char* utf8) {
@@ -153,3 +155,5 @@ TEST_F(Localization, IsLookedUpFromManyThreadsWhileTheLanguageChanges) {
         reader.join();
     }
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The call that QML's qsTr and QObject::tr end up making.
@@ -62,3 +64,5 @@ TEST_F(Translator, LeavesTextsWithoutARowAlone) {
     EXPECT_EQ(translated(""), QString());
     EXPECT_EQ(translated("\xFF\xFE"), QString::fromUtf8("\xFF\xFE"));
 }
+
+} // namespace Fenwhirl

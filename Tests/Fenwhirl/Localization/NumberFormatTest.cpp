@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 const double infinity = std::numeric_limits<double>::infinity();
@@ -107,3 +109,5 @@ TEST(NumberFormat, WritesNoSecondsWhereTheRegionsShortFormHasThem) {
 TEST(NumberFormat, HasNoTextForATimeThatIsNone) {
     EXPECT_EQ(NumberFormat::clockText(QTime(), QLocale(QLocale::French)), QString());
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class SensorLabels : public testing::Test {
@@ -63,3 +65,5 @@ TEST_F(SensorLabels, HaveARowForEveryWordThatNamesCanBeginWith) {
         EXPECT_NE(SensorLabel::name(QString::fromUtf8(key)), french) << key;
     }
 }
+
+} // namespace Fenwhirl

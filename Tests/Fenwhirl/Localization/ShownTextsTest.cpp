@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Shown {
@@ -143,3 +145,5 @@ TEST(ShownTexts, OfTheTablesAreAllShownSomewhere) {
             << '"' << text.toStdString() << "\" is translated but never shown";
     }
 }
+
+} // namespace Fenwhirl

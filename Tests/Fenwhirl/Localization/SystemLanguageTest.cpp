@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class SystemLanguage : public testing::Test {
@@ -41,3 +43,5 @@ TEST_F(SystemLanguage, DoesNotMatterOnceALanguageIsChosen) {
     EXPECT_EQ(localized(u"Capteurs"), QStringLiteral("Датчики"));
     Localizer::setLanguage(AppLanguage::automatic);
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <array>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class SystemTermsInALanguage : public testing::TestWithParam<AppLanguage> {
@@ -113,3 +115,5 @@ TEST_F(WordsOfTheSystem, LeaveEverythingElseAlone) {
         EXPECT_EQ(SystemTerms::lookup(u"close"), std::nullopt) << "letter case counts";
     }
 }
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 #include <string_view>
 #include <utility>
 
+namespace Fenwhirl {
+
 using namespace Translations;
 
 namespace {
@@ -133,3 +135,5 @@ TEST(TranslationTableDeathTest, StopsTheProgramAtADoubledText) {
     static constexpr std::array<Row, 2> doubled = {{{u"Fermer", u"Quit"}, {u"Fermer", u"Close"}}};
     EXPECT_EXIT({ const TranslationTable table(doubled); }, testing::KilledBySignal(SIGABRT), "Fermer");
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <limits>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
@@ -117,3 +119,5 @@ TEST(FanSetting, ExtremeButFiniteSettingsStayInRange) {
     EXPECT_EQ(target(curve(-1.7e308, 1.7e308), 1200, 6000, 70), 1200); // an infinite span
     EXPECT_EQ(target(curve(-1.7e308, 90), 1200, 6000, 70), 6000);
 }
+
+} // namespace Fenwhirl

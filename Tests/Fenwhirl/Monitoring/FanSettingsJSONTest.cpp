@@ -10,6 +10,8 @@
 #include <limits>
 #include <random>
 
+namespace Fenwhirl {
+
 namespace {
 
 const QByteArray oneFan =
@@ -143,3 +145,5 @@ TEST(FanSettingsJSON, EveryTextAndNumberComesBackUnchanged) {
         ASSERT_EQ(decodeFanSettings(encodeFanSettings(settings).value()), settings) << key.toStdString();
     }
 }
+
+} // namespace Fenwhirl

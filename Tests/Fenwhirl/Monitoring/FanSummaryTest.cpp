@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 QList<FanState> fansAt(std::initializer_list<double> speeds) {
@@ -79,3 +81,5 @@ TEST_F(FanSummary, HealthHasAWordAndADetail) {
     EXPECT_EQ(detail(HealthStatus::warm), QStringLiteral("Les ventilateurs travaillent"));
     EXPECT_EQ(detail(HealthStatus::hot), QStringLiteral("Ferme des applications"));
 }
+
+} // namespace Fenwhirl

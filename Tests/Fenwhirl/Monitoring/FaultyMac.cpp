@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstdlib>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::string fanKey(int fan, const char* suffix) {
@@ -210,3 +212,5 @@ std::optional<ScriptedSMC::Reply> FaultyMac::answer(const SMCParam& request) con
     }
     return std::nullopt;
 }
+
+} // namespace Fenwhirl

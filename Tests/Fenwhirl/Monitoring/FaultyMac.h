@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 class FaultyMac {
 public:
     // How the controller reacts to requests.
@@ -99,3 +101,5 @@ private:
     std::vector<Fan> fans_;
     std::set<std::uint32_t> vanished_; // key codes
 };
+
+} // namespace Fenwhirl

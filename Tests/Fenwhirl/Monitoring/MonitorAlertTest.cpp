@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class MonitorAlert : public testing::Test, protected MonitorHarness {
@@ -76,3 +78,5 @@ TEST_F(MonitorAlert, SpeaksTheInterfaceLanguage) {
     EXPECT_NE(notifications[0].second, QStringLiteral("Ton Mac chauffe : 95 degrés."));
     EXPECT_TRUE(notifications[0].second.contains(QStringLiteral("95")));
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 void FakeHelper::setVersion(std::optional<std::string> version) {
     const std::lock_guard lock(mutex_);
     version_ = std::move(version);
@@ -160,3 +162,5 @@ bool MonitorHarness::waitUntil(const std::function<bool()>& condition) {
     }
     return true;
 }
+
+} // namespace Fenwhirl

@@ -24,6 +24,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 // A helper that drives nothing. Its answers may be changed at any time and from any thread. Its services
 // share ownership of it, because a slow task may still call it after the monitor is destroyed.
 class FakeHelper : public std::enable_shared_from_this<FakeHelper> {
@@ -118,3 +120,5 @@ private:
     std::atomic<double> secondsAhead_ = 1.8e9;
     std::unique_ptr<Monitor> monitor_;
 };
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <chrono>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class MonitorHistory : public testing::Test, protected MonitorHarness {};
@@ -89,3 +91,5 @@ TEST_F(MonitorHistory, AClockThatIsSetChangesNoTimeOfEarlierSamples) {
     pollAfter(2);
     EXPECT_EQ(since1970(monitor().historyTimes()), since1970({before, wallTime(1002)}));
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <future>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Runs = std::vector<FakeHelper::Arguments>;
@@ -385,3 +387,5 @@ TEST_F(MonitorLifecycle, AnyInterleavingOfClicksEndsInOneState) {
     }));
     EXPECT_FALSE(monitor().isInstalling());
 }
+
+} // namespace Fenwhirl

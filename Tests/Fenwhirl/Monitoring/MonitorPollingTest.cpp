@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <thread>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Runs = std::vector<FakeHelper::Arguments>;
@@ -592,3 +594,5 @@ TEST_F(MonitorPolling, MayBeDestroyedWithPollsUnderWay) {
         destroyMonitor();
     }
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 class MonitorPreferences : public testing::Test, protected MonitorHarness {
@@ -275,3 +277,5 @@ TEST_F(MonitorPreferences, ActsInTimeWhileAlertsAreOnOrAFanIsNotAutomatic) {
     monitor().setSetting(0, FanSetting());
     EXPECT_EQ(needsTimelyScheduling, (std::vector<bool>{true, false, true, false}));
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <random>
 #include <thread>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Runs = std::vector<FakeHelper::Arguments>;
@@ -387,3 +389,5 @@ TEST_F(MonitorQuit, AnnouncesWhatWouldHaveToBeHandedBack) {
     poll();
     EXPECT_EQ(handBacks.size(), count + 1); // at each poll
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <future>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Runs = std::vector<FakeHelper::Arguments>;
@@ -138,3 +140,5 @@ TEST_F(MonitorSleep, WakingWithoutASleepDoesNothing) {
     EXPECT_EQ(polled.size(), 1);
     EXPECT_EQ(helper.takeRuns(), Runs());
 }
+
+} // namespace Fenwhirl

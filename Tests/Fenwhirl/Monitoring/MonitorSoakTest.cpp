@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
+namespace Fenwhirl {
+
 namespace {
 
 class MonitorSoak : public testing::Test, protected MonitorHarness {
@@ -103,3 +105,5 @@ TEST_F(MonitorSoak, DaysOfPollsDoWhatTheRulesSayAndKeepTheirMemory) {
         EXPECT_LT(residentBytes(), *residentAtFirst + (1U << 20U));
     }
 }
+
+} // namespace Fenwhirl

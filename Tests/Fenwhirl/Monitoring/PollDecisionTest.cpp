@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 using std::chrono::duration;
@@ -178,3 +180,5 @@ TEST(CommandFor, DistanceOfExtremeSpeedsDoesNotOverflow) {
     EXPECT_TRUE(after(sentAt(manual(0, lowest), 0), manual(0, highest), 1));
     EXPECT_TRUE(after(sentAt(manual(0, highest), 0), manual(0, lowest), 1));
 }
+
+} // namespace Fenwhirl

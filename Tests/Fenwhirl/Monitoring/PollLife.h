@@ -5,6 +5,8 @@
 #include "Fenwhirl/Monitoring/PollDecision.h"
 #include "Fenwhirl/Monitoring/PollModel.h"
 
+namespace Fenwhirl {
+
 // Does what a poll does, with the real decisions.
 class DecidedPoll {
 public:
@@ -62,3 +64,5 @@ inline bool agreesWithModel(ByteSource source, std::size_t polls) {
     }
     return true;
 }
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 // Draws numbers from bytes. An exhausted source yields zeros.
 class ByteSource {
 public:
@@ -251,3 +253,5 @@ inline void nextCircumstances(PollCircumstances& c, ByteSource& source) {
     c.helperInstalled = !source.oneIn(25);
     c.helperSucceeds = !source.oneIn(8);
 }
+
+} // namespace Fenwhirl

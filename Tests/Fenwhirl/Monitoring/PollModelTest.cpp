@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::vector<std::uint8_t> randomBytes(std::mt19937& generator, std::size_t count) {
@@ -53,3 +55,5 @@ TEST(PollModel, RandomLivesReachEveryRule) {
                               << suspensions << ' ' << refusals;
     }
 }
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Commands = std::vector<HelperCommand>;
@@ -393,3 +395,5 @@ TEST_F(PollerTest, AReadingThatIsCutShortDrivesNothingAndForgetsNoFan) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

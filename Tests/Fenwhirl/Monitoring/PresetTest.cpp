@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 TEST(Preset, WordsAreStoredInOrder) {
     std::vector<std::string_view> words;
     for (const Preset preset : allPresets) {
@@ -70,3 +72,5 @@ TEST(Page, WordsAreThoseOfQML) {
                                                     "alerts", "settings"}));
     EXPECT_EQ(pageFromRawValue("home"), std::nullopt);
 }
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class Promises : public testing::Test {
@@ -64,3 +66,5 @@ TEST_F(Promises, AreKeptHoweverTheProgramEnds) {
 TEST_F(Promises, AreKeptWhateverHappens) {
     keep({.refusals = true, .vanishingKeys = true, .strangers = true, .ends = true}, 30, 2500);
 }
+
+} // namespace Fenwhirl

@@ -1,5 +1,7 @@
 #include "RandomLife.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr double stepSeconds = 2;
@@ -555,3 +557,5 @@ bool RandomLife::doesWhatTheUserSet(const FaultyMac::Fan& fan) const {
     constexpr double halfStepRPM = 25; // half of the rounding step of a curve
     return mac_.isManual(fan.index) && std::abs(mac_.target(fan.index) - rpm) <= mostLagRPM + halfStepRPM;
 }
+
+} // namespace Fenwhirl

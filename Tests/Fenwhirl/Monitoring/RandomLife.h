@@ -26,6 +26,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 // What may go wrong in a life, besides heat and changes of the user's settings.
 struct FaultKinds {
     bool refusals = false;
@@ -231,3 +233,5 @@ private:
     std::mutex notesMutex_;
     std::deque<std::string> notes_;
 };
+
+} // namespace Fenwhirl

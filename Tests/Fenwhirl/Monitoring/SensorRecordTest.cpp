@@ -6,6 +6,8 @@
 #include <limits>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 class Sensor {
@@ -104,3 +106,5 @@ TEST(SensorRecord, RemembersASensorThatIsMissingForAWhile) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

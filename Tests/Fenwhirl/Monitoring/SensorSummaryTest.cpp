@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Readings = std::vector<TemperatureReading>;
@@ -82,3 +84,5 @@ TEST(HealthStatus, HotIsAskedFirst) {
 TEST(HealthStatus, IsNormalWithoutATemperature) {
     EXPECT_EQ(healthStatus(std::nullopt, -10, -10), HealthStatus::normal);
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 TEST(Administrator, RootNeedsNobodysConsent) {
     const std::vector<std::string> expected = {"/bin/sh", "-c", "id -u"};
     EXPECT_EQ(administratorInvocation("id -u", true), expected);
@@ -45,3 +47,5 @@ TEST(Administrator, SuccessIsStatusZero) {
     EXPECT_FALSE(runAsAdministrator("exit 1"));
     EXPECT_FALSE(runAsAdministrator("kill -9 $$"));
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 TEST(Administrator, TheScriptIsTheCommandBetweenTwoFixedPieces) {
     EXPECT_EQ(administratorScript("rm -f '/Library/PrivilegedHelperTools/FenwhirlHelper'"),
               "do shell script \"rm -f '/Library/PrivilegedHelperTools/FenwhirlHelper'\" with administrator "
@@ -14,3 +16,5 @@ TEST(Administrator, TheScriptToolIsGivenTheScriptAsOneArgument) {
                                                "do shell script \"id -u\" with administrator privileges"};
     EXPECT_EQ(scriptedAdministratorInvocation("id -u"), expected);
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 TEST(BundleInfo, KnowsNameAndVersionOfTheBuild) {
     EXPECT_EQ(BundleInfo::name(), QStringLiteral("Fenwhirl"));
     EXPECT_EQ(BundleInfo::shortVersion(), QStringLiteral("0.1"));
@@ -10,3 +12,5 @@ TEST(BundleInfo, KnowsNameAndVersionOfTheBuild) {
 TEST(BundleInfo, HasNoBundleFolderOutsideMacOS) {
     EXPECT_EQ(BundleInfo::path(), QString());
 }
+
+} // namespace Fenwhirl

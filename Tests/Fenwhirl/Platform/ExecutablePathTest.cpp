@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 TEST(ExecutablePath, IsThisProgramWithoutLinks) {
     const auto path = executablePath();
     ASSERT_TRUE(path);
@@ -21,3 +23,5 @@ TEST(ExecutablePath, AProgramAtTheTopStaysAbsolute) {
     EXPECT_EQ(installedBeside("/Fenwhirl", "lib/x"), "/lib/x");
     EXPECT_EQ(installedBeside("/bin/Fenwhirl", "lib/x"), "/lib/x");
 }
+
+} // namespace Fenwhirl

@@ -19,6 +19,8 @@
 #    include <sys/prctl.h>
 #endif
 
+namespace Fenwhirl {
+
 namespace {
 
 // Runs `spoil`, HelperProcess::prepare and `look` in a child process. Returns what `look` complains about; ""
@@ -263,3 +265,5 @@ TEST(HelperProcess, WaitsWithoutSlack) {
 #endif
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A field of /proc/self/status in kilobytes, such as "RssFile".
@@ -121,3 +123,5 @@ TEST(IdleMemory, CanBeGivenBackWhileOthersWork) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+namespace Fenwhirl {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -157,3 +159,5 @@ TEST_F(LoginItemTest, FailsWhereItsFolderCannotBeMade) {
     EXPECT_FALSE(LoginItem::setEnabled(true));
     EXPECT_FALSE(LoginItem::isEnabled());
 }
+
+} // namespace Fenwhirl

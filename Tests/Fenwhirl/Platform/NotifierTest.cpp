@@ -16,6 +16,8 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A notification service that records its calls.
@@ -224,3 +226,5 @@ TEST_F(NotifierTest, RealServiceShowsTitleAndMessage) {
         process->waitForFinished();
     }
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 QStringList tags(const char* languages, const char* messageLocale) {
@@ -38,3 +40,5 @@ TEST(PosixLanguages, SkipEmptyAndSurviveMalformedNames) {
     EXPECT_EQ(tags("@latin:.UTF-8:_:de__", "_DE"), list("- de-_ -DE"));
     EXPECT_EQ(tags("\xFF:fr", "").size(), 2);
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <array>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::array variables = {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"};
@@ -55,3 +57,5 @@ TEST_F(PreferredLanguages, BeginWithTheListOfTheUser) {
     qputenv("LANGUAGE", "sr@latin:fr");
     EXPECT_EQ(preferredLanguages(), list("sr-Latn fr de-DE"));
 }
+
+} // namespace Fenwhirl

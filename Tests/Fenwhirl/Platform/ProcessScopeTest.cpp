@@ -15,6 +15,8 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A service manager that records its calls.
@@ -134,3 +136,5 @@ TEST_F(ProcessScopeTest, WithoutAManagerNothingHappens) {
     waitForCall();
     EXPECT_EQ(manager.calls.size(), 1);
 }
+
+} // namespace Fenwhirl

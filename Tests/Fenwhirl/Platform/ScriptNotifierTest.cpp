@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The fake tool writes to a temporary name and renames the file once it is complete.
@@ -89,3 +91,5 @@ TEST(ScriptNotifier, WhoeverWaitsLearnsHowTheToolEnded) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 TEST(SystemName, NameThatAPersonGaveComesFirst) {
     EXPECT_EQ(computerNameFrom("ICON_NAME=computer\nPRETTY_HOSTNAME=\"Atelier de Zoé\"\n", "atelier"),
               QStringLiteral("Atelier de Zoé"));
@@ -27,3 +29,5 @@ TEST(SystemName, IsTheNameOfThisComputer) {
     const QString name = computerName();
     EXPECT_FALSE(name.contains(u'\n'));
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <tuple>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The processes of a machine as the quitting code sees them, with a record of what was done to them.
@@ -146,3 +148,5 @@ TEST(AppQuitting, DoesNotLookWhetherThePageProtectsTheEntry) {
     quitApp(app, false, world.services(1));
     EXPECT_EQ(world.signalled.size(), 1U);
 }
+
+} // namespace Fenwhirl

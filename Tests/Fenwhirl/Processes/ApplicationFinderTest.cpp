@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <map>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -166,3 +168,5 @@ TEST_F(ApplicationFinderTest, AsksSeldomAndNoticesAMoveAndAnotherProcess) {
     EXPECT_EQ(find(1, tool, 2)->name, u"Name of tool"_s) << "another one that was given the number";
     EXPECT_FALSE(find(1, u"/bin/elsewhere"_s, 2)) << "it runs another program now";
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -74,3 +76,5 @@ TEST(ControlGroup, KnowsTheDesktopItself) {
         u"/user.slice/user-1000.slice/user@1000.service/session.slice/org.gnome.Shell@x11.service"));
     EXPECT_FALSE(isDesktopComponent(inSession(u"app-firefox-1.scope"_s)));
 }
+
+} // namespace Fenwhirl

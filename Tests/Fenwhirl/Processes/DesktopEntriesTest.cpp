@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -263,3 +265,5 @@ TEST_F(DesktopEntriesTest, SurviveWhatIsNoEntry) {
     EXPECT_EQ(entries.withId(u"huge"_s), nullptr);
     EXPECT_EQ(entries.ofProgram(u"/nonexistent/program"_s), nullptr);
 }
+
+} // namespace Fenwhirl

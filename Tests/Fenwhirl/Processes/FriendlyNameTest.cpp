@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString labelOf(const char* name) {
@@ -59,3 +61,5 @@ TEST(FriendlyName, OtherProcessesKeepTheirOwn) {
         EXPECT_EQ(labelOf(name), QString::fromUtf8(name)) << name;
     }
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -305,3 +307,5 @@ TEST(ProcessListing, ReadsTwoHundredThousandLinesInASecond) {
     EXPECT_LT(quickest, 1.0);
 #endif
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 #include <mutex>
 #include <semaphore>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -243,3 +245,5 @@ TEST(ProcessMonitor, EndsWhileASampleIsUnderWay) {
     QCoreApplication::processEvents();
     EXPECT_EQ(samples.begun(), 1);
 }
+
+} // namespace Fenwhirl

@@ -18,6 +18,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -305,3 +307,5 @@ TEST(QuitRealProcess, ChargesAScriptAndItsFolderToTheirDesktopEntryAndEndsBoth) 
         EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM);
     }
 }
+
+} // namespace Fenwhirl

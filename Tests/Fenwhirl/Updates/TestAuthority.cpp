@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 QStringList newKey(const QString& file) {
@@ -112,3 +114,5 @@ ServerIdentity TestAuthority::load(const QString& name) const {
     EXPECT_FALSE(identity.key.isNull());
     return identity;
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+namespace Fenwhirl {
+
 // What a server presents to its clients.
 struct ServerIdentity {
     QSslCertificate certificate;
@@ -42,3 +44,5 @@ private:
     QTemporaryDir folder_;
     QSslCertificate certificate_;
 };
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 TestSite::TestSite(const ServerIdentity& identity, QSsl::SslProtocol protocol) {
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
     tls.setLocalCertificate(identity.certificate);
@@ -95,3 +97,5 @@ QByteArray httpAnswer(int status, const QByteArray& body, const QByteArray& more
 QByteArray httpRedirection(const QByteArray& location) {
     return httpAnswer(302, {}, "Location: " + location + "\r\n");
 }
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 class TestSite : public QObject {
     Q_OBJECT
 
@@ -61,3 +63,5 @@ private:
 
 // An answer that redirects to `location`.
 [[nodiscard]] QByteArray httpRedirection(const QByteArray& location);
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 #include <limits>
 #include <memory>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -343,3 +345,5 @@ TEST(SystemUpdateServices, KnowTheProgramAndItsMaker) {
     EXPECT_FALSE(services.transport.authorities);
     EXPECT_FALSE(services.transport.proxy);
 }
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -144,3 +146,5 @@ TEST(UpdateDocument, IsNoneWhenTheAnswerIsAnythingElse) {
     }
     EXPECT_FALSE(parseUpdateDocument(QByteArray(500'000, '['), domain));
 }
+
+} // namespace Fenwhirl

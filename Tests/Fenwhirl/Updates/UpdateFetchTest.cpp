@@ -16,6 +16,8 @@
 #include <memory>
 #include <utility>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -498,3 +500,5 @@ TEST(UpdateTransport, HasTheLimitsOfTheProgram) {
     EXPECT_FALSE(transport.authorities);
     EXPECT_FALSE(transport.proxy);
 }
+
+} // namespace Fenwhirl

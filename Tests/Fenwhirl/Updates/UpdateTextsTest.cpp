@@ -3,6 +3,8 @@
 #include <array>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -65,3 +67,5 @@ TEST(UpdateTexts, FillThePlaceholdersOneKindAfterTheOther) {
     EXPECT_EQ(updateBody(texts, u"%2"_s, u"%3"_s, u"%1"_s), u"%1 %1 %1 %1"_s);
     EXPECT_EQ(updateBody(texts, u"\\1 %9 <b>"_s, u"b"_s, u"c"_s), u"\\1 %9 <b> b c \\1 %9 <b>"_s);
 }
+
+} // namespace Fenwhirl

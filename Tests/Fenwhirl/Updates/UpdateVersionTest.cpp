@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 TEST(UpdateVersion, ComparesPieceByPieceAsNumbers) {
@@ -50,3 +52,5 @@ TEST(UpdateVersion, ReadsSignsAndTheWholeRange) {
     EXPECT_TRUE(isNewer(u"0", u"-9223372036854775808"));
     EXPECT_TRUE(isNewer(QString(1000, u'0') + u'7', u"6"_s));
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 void ask(Stage& stage) {
@@ -59,3 +61,5 @@ TEST(AlertWindow, ReturnAcceptsAndEscapeMeansLater) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

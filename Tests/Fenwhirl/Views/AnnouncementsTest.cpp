@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 TEST(Announcements, AChangeOfHealthIsToldOnceAndNeverAReading) {
@@ -62,3 +64,5 @@ TEST(Announcements, ARefusedChangeIsToldWhereverOneIs) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -16,6 +16,8 @@ using LeaksOfQt = __lsan::ScopedDisabler;
 struct LeaksOfQt {};
 #endif
 
+namespace Fenwhirl {
+
 namespace {
 
 QString flat(QString text) {
@@ -217,3 +219,5 @@ TEST(AppsPage, SamplesOnlyWhileItIsOnScreen) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 TEST(Dashboard, NamesTheComputerUnderItsTitle) {
@@ -316,3 +318,5 @@ TEST(Dashboard, ThePresetMenuAppliesWhatIsChosen) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

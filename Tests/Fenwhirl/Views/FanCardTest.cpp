@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr auto slider = QAccessible::Slider;
@@ -462,3 +464,5 @@ TEST(FansPage, AFanThatVanishesTakesOnlyItsOwnCard) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 FanSetting settingOf(FanModeKind mode) {
@@ -113,3 +115,5 @@ TEST(FanGrid, MakesTheCardsOfARowEquallyHigh) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

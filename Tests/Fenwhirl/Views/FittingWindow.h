@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 // During its lifetime the test fails whenever the window gets a size outside its own limits. A window manager
 // that knows the limits set before would refuse such a size.
 class SizeLimitsCheck : public QObject {
@@ -38,3 +40,5 @@ inline void expectFixedSize(const QWindow& window, QSize size) {
     EXPECT_EQ(window.minimumSize(), size) << window.minimumWidth() << " x " << window.minimumHeight();
     EXPECT_EQ(window.maximumSize(), size) << window.maximumWidth() << " x " << window.maximumHeight();
 }
+
+} // namespace Fenwhirl

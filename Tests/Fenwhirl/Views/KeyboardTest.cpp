@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 int ringsShown(const QQuickItem& item) {
@@ -410,3 +412,5 @@ TEST(FocusRing, IsNotShownToThoseWhoUseThePointer) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

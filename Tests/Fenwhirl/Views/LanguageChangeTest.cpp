@@ -7,6 +7,8 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Brings a stage to the situation in which the language changes. It must not depend on any language.
@@ -177,3 +179,5 @@ TEST(LanguageChange, ReachesNotificationsFromThenOn) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

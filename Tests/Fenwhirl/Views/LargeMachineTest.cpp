@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 #ifdef FENWHIRL_SANITIZED
@@ -157,3 +159,5 @@ TEST(LargeMachine, ScrollingItsSensorsStaysSmooth) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

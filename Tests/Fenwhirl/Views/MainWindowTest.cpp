@@ -10,9 +10,9 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-namespace {
+namespace Fenwhirl {
 
-using Fenwhirl::PaletteColor;
+namespace {
 
 TEST(MainWindow, TheSidebarListsThePagesInOrder) {
     Stage stage;
@@ -40,9 +40,7 @@ TEST(MainWindow, AClickInTheSidebarShowsThatPageAndMarksIt) {
 TEST(MainWindow, TheSelectedRowAloneIsTintedAndRowsFollowTheHeader) {
     Stage stage;
     stage.showPage(Page::sensors);
-    const auto color = [](PaletteColor which) {
-        return Fenwhirl::palette(true)[static_cast<std::size_t>(which)];
-    };
+    const auto color = [](PaletteColor which) { return palette(true)[static_cast<std::size_t>(which)]; };
     QList<QRect> rows;
     for (QAccessibleInterface* tab : stage.all(QAccessible::PageTab)) {
         rows.append(QRect(stage.window().mapFromGlobal(tab->rect().topLeft()), tab->rect().size()));
@@ -239,3 +237,5 @@ TEST(MainWindow, BehindTheIntroductionNoPageIsChosen) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -10,9 +10,9 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-namespace {
+namespace Fenwhirl {
 
-using Fenwhirl::PaletteColor;
+namespace {
 
 constexpr auto slider = QAccessible::Slider;
 constexpr auto chip = QAccessible::RadioButton;
@@ -104,8 +104,8 @@ TEST(MenuPanel, OnlyTheActivePresetStandsOnTheAccent) {
         }
         return colors;
     };
-    const QColor accent = Fenwhirl::palette(true)[static_cast<std::size_t>(PaletteColor::accent)];
-    const QColor well = Fenwhirl::palette(true)[static_cast<std::size_t>(PaletteColor::well)];
+    const QColor accent = palette(true)[static_cast<std::size_t>(PaletteColor::accent)];
+    const QColor well = palette(true)[static_cast<std::size_t>(PaletteColor::well)];
     EXPECT_EQ(grounds(), QList<QColor>({well, well, well, well, well}));
     stage.monitor().apply(Preset::game);
     EXPECT_EQ(grounds(), QList<QColor>({well, well, well, accent, well}));
@@ -403,3 +403,5 @@ TEST(MenuPanel, IsOfOneColourToItsEdgesWhereItIsCut) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

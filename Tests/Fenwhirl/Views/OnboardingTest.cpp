@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class Newcomer : public Stage {
@@ -124,3 +126,5 @@ TEST(Onboarding, SpeaksAnotherLanguageAsSoonAsItIsChosen) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

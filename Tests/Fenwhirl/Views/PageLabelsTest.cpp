@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 TEST(PageLabels, AreThoseOfTheSidebar) {
     Localizer::setLanguage(AppLanguage::fr);
     std::vector<std::string_view> icons;
@@ -19,3 +21,5 @@ TEST(PageLabels, AreThoseOfTheSidebar) {
                                                 "Préréglages|Alertes|Réglages"));
     Localizer::setLanguage(AppLanguage::automatic);
 }
+
+} // namespace Fenwhirl

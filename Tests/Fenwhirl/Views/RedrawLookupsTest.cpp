@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+namespace Fenwhirl {
+
 namespace {
 
 QStringList asked; // since the last query
@@ -97,3 +99,5 @@ TEST(RedrawLookups, TakeNoVisibleTime) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 const QString refused = QStringLiteral("Ce Mac n'a pas accepté le changement de vitesse du ventilateur.");
@@ -77,3 +79,5 @@ TEST(RefusedChange, IsALineInThePanelUnderTheHealthOfTheMac) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -16,6 +16,8 @@
 #include <set>
 #include <string>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr double columnWidth = 150; // SensorRow's, at text size 1
@@ -42,7 +44,7 @@ std::set<std::string> temperatureKeys() {
 }
 
 TEST(SensorNames, FitTheirColumnInEveryLanguage) {
-    const QFontMetricsF metrics(Fenwhirl::interfaceFont(QStringLiteral("Inter")));
+    const QFontMetricsF metrics(interfaceFont(QStringLiteral("Inter")));
     const std::set<std::string> keys = temperatureKeys();
     EXPECT_GT(keys.size(), 200U);
     for (const AppLanguage language : allAppLanguages) {
@@ -61,3 +63,5 @@ TEST(SensorNames, FitTheirColumnInEveryLanguage) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

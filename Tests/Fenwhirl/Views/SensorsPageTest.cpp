@@ -11,6 +11,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Languages differ in the spaces around a range's dash.
@@ -266,3 +268,5 @@ TEST(SensorsPage, OfFiveHundredSensorsOnlyThoseInViewHaveRows) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

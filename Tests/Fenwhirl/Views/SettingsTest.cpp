@@ -11,6 +11,8 @@
 #include <mutex>
 #include <optional>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr auto slider = QAccessible::Slider;
@@ -256,3 +258,5 @@ TEST(SaveReport, AFileThatCouldNotBeWrittenIsNotShown) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

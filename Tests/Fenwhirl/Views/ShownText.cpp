@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A font's letters may extend slightly beyond their advance, and its line height beyond the design's.
@@ -151,3 +153,5 @@ QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBe
     }
     return faults;
 }
+
+} // namespace Fenwhirl

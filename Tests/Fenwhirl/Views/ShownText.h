@@ -12,6 +12,8 @@
 #include <QString>
 #include <QStringList>
 
+namespace Fenwhirl {
+
 struct ShownText {
     QString text;
     QRectF place;     // of the letters, in the window
@@ -30,3 +32,5 @@ struct ShownText {
 // that may be cut. `textScale` is the theme's.
 [[nodiscard]] QStringList layoutFaults(const QList<ShownText>& texts, const QStringList& mayBeCut = {},
                                        double textScale = 1);
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 void collect(QAccessibleInterface* from, QList<QAccessibleInterface*>& into) {
@@ -22,8 +24,8 @@ void collect(QAccessibleInterface* from, QList<QAccessibleInterface*>& into) {
     }
 }
 
-Fenwhirl::Theme& themeOf(QQmlEngine& engine) {
-    return *engine.singletonInstance<Fenwhirl::Theme*>(qmlTypeId("Fenwhirl.Components", 1, 0, "Theme"));
+Theme& themeOf(QQmlEngine& engine) {
+    return *engine.singletonInstance<Theme*>(qmlTypeId("Fenwhirl.Components", 1, 0, "Theme"));
 }
 
 QList<QAccessibleInterface*> everything(QQuickWindow& window) {
@@ -258,3 +260,5 @@ void Stage::click(const QString& name, QAccessible::Role role, int n) {
 void Stage::press(Qt::Key key) {
     QTest::keyClick(window_.get(), key);
 }
+
+} // namespace Fenwhirl

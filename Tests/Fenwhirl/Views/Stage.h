@@ -25,6 +25,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 // An application with one process, as the apps page receives it.
 [[nodiscard]] AppLoad runningApp(const QString& name, double cpu, qint32 pid, bool canQuit = true,
                                  double memoryMB = 512);
@@ -111,3 +113,5 @@ private:
     std::unique_ptr<QQmlEngine> engine_;
     std::unique_ptr<QQuickWindow> window_;
 };
+
+} // namespace Fenwhirl

@@ -8,9 +8,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace Fenwhirl {
 
-using Fenwhirl::PaletteColor;
+namespace {
 
 struct Drawn {
     QString name;
@@ -29,7 +29,7 @@ void collect(const QQuickItem& item, QList<Drawn>& into) {
     if (!item.isVisible()) {
         return;
     }
-    if (const auto* symbol = qobject_cast<const Fenwhirl::Symbol*>(&item)) {
+    if (const auto* symbol = qobject_cast<const Symbol*>(&item)) {
         into.append({symbol->name(), symbol->width(), symbol->color().rgba()});
     }
     for (const QQuickItem* child : item.childItems()) {
@@ -44,7 +44,7 @@ QList<Drawn> symbolsOf(Stage& stage) {
 }
 
 Drawn symbol(const char* name, double size, PaletteColor color) {
-    return {QString::fromLatin1(name), size, Fenwhirl::palette(true)[static_cast<std::size_t>(color)].rgba()};
+    return {QString::fromLatin1(name), size, palette(true)[static_cast<std::size_t>(color)].rgba()};
 }
 
 // The symbols of the page itself, without the sidebar's emblem and its seven rows.
@@ -145,3 +145,5 @@ TEST(Symbols, OfTheModesInThePanelSayWhetherTheyAreInForce) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+namespace Fenwhirl {
+
 namespace {
 
 FanSetting fanSetting(FanModeKind mode) {
@@ -220,3 +222,5 @@ TEST(TextFit, OfTheMenus) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 QList<QQuickItem*> visibleItemsBelow(const QQuickItem& item) {
@@ -129,3 +131,5 @@ TEST(Tooltips, AreNowhereMissing) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -12,9 +12,9 @@
 #include <gtest/gtest.h>
 #include <optional>
 
-namespace {
+namespace Fenwhirl {
 
-using Fenwhirl::PaletteColor;
+namespace {
 
 struct Letters {
     int pixels = 0;
@@ -37,7 +37,7 @@ struct Wanted {
 };
 
 QRgb ink(PaletteColor name) {
-    return Fenwhirl::palette(true)[static_cast<std::size_t>(name)].rgba();
+    return palette(true)[static_cast<std::size_t>(name)].rgba();
 }
 
 bool fits(const QString& text, QString wanted) {
@@ -319,3 +319,5 @@ TEST(Typography, OfLargerTextsInThePanelAndTheIntroduction) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -21,6 +21,6 @@ int main(int argc, char** argv) {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QGuiApplication::setFont(Fenwhirl::interfaceFont(QStringLiteral("Inter")));
     QAccessible::setActive(true);
-    QtWarnings::fail();
+    Fenwhirl::QtWarnings::fail();
     return RUN_ALL_TESTS();
 }

@@ -14,6 +14,8 @@
 #include <string>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 void resize(Stage& stage, int width, int height = 1400) {
@@ -336,3 +338,5 @@ TEST(RowSlice, KeepsItsPartWhenRowsComeAndGoBeforeIt) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

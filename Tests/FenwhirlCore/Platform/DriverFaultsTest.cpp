@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -120,3 +122,5 @@ TEST(DriverFaults, AnErrorOfTheControllerDuringAWriteFailsThatWrite) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

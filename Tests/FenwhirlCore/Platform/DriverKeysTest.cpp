@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using testing::ElementsAre;
@@ -230,3 +232,5 @@ TEST(DriverSensorKeys, KeysOfOurOwnAreTwoDigitsOfBaseSixtyTwo) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -161,3 +163,5 @@ TEST(DriverMemory, AHandBackFailsWhenZeroCannotBeWritten) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -176,3 +178,5 @@ TEST_F(DriverSafety, ALinkInPlaceOfTheStateFileIsNotFollowed) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

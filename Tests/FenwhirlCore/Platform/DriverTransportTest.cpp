@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using testing::ElementsAre;
@@ -232,3 +234,5 @@ TEST(DriverTransport, AnswersAsTheControllerDoes) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace fs = std::filesystem;
 
 DriverTree::DriverTree() {
@@ -174,3 +176,5 @@ void DriverTree::sensor(int channel, std::string_view label, int milliCelsius, s
         write(node + "/label", std::string(label) + '\0');
     }
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 class DriverTree {
 public:
     DriverTree();
@@ -42,3 +44,5 @@ private:
     std::string device_;
     std::string deviceTree_;
 };
+
+} // namespace Fenwhirl

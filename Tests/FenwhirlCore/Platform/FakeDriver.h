@@ -12,6 +12,8 @@
 #include <cerrno>
 #include <map>
 
+namespace Fenwhirl {
+
 // An Apple Silicon Mac with one fan. Like its driver, it sets the controller's mode for a target within the
 // limits only when it does not already believe the fan manual, and clears the mode for 0 only when it does.
 class FakeMac {
@@ -158,3 +160,5 @@ private:
 [[nodiscard]] inline SMC openFakeDriver(FakeMac& mac) {
     return SMC(openDriverTransport(std::make_unique<FakeDriverFiles>(mac)));
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 [[noreturn]] void fail(const char* what) {
@@ -103,3 +105,5 @@ bool answer(int connection, const SMCParam& request, std::uint8_t firstByte) {
     sendPacket(connection, replyBytes(KernelReturn::success, record));
     return true;
 }
+
+} // namespace Fenwhirl

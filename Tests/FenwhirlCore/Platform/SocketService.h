@@ -15,6 +15,8 @@
 #include <thread>
 #include <vector>
 
+namespace Fenwhirl {
+
 class SocketService {
 public:
     // Answers one request through the connected descriptor; returning false closes the connection.
@@ -56,3 +58,5 @@ void sendPacket(int connection, const std::vector<std::uint8_t>& bytes);
 // Sends a successful reply that echoes the request with the first value byte set. Returns true, which keeps
 // the connection open.
 bool answer(int connection, const SMCParam& request, std::uint8_t firstByte);
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -433,3 +435,5 @@ TEST_F(SocketTrust, AnOrdinaryUserReadsFromTheServiceOfRoot) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A system whose answers the test provides.
@@ -90,3 +92,5 @@ TEST(SystemText, OfThisSystemAnswersInTheSameWay) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -73,7 +73,7 @@ struct FakeMac::Controller::State {
     State& operator=(const State&) = delete;
 
     void serve() {
-        SMCParam request{};
+        Fenwhirl::SMCParam request{};
         while (recv(ends[1], &request, sizeof request, 0) == static_cast<ssize_t>(sizeof request)) {
             simulated::Reply reply;
             {
@@ -164,8 +164,8 @@ kern_return_t IOObjectRelease(io_object_t object) {
 kern_return_t IOConnectCallStructMethod(mach_port_t connection, std::uint32_t selector, const void* input,
                                         std::size_t inputSize, void* output, std::size_t* outputSize) {
     const std::lock_guard lock(wire().mutex);
-    if (wire().open.count(connection) == 0 || selector != 2 || inputSize != sizeof(SMCParam) ||
-        *outputSize != sizeof(SMCParam)) {
+    if (wire().open.count(connection) == 0 || selector != 2 || inputSize != sizeof(Fenwhirl::SMCParam) ||
+        *outputSize != sizeof(Fenwhirl::SMCParam)) {
         ++FakeMac::kernel().badCalls;
         return static_cast<kern_return_t>(badArgument);
     }

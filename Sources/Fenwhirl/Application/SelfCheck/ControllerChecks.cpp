@@ -9,6 +9,8 @@
 #include <cmath>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -179,3 +181,5 @@ CheckResult ControllerChecks::fans() {
                : CheckResult::fail(QStringLiteral("%1 of %2 readable; ").arg(readings.size()).arg(*count) +
                                    text);
 }
+
+} // namespace Fenwhirl

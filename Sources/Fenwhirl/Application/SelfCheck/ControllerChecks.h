@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 class ControllerChecks {
 public:
     using Open = std::function<std::unique_ptr<SMCTransport>()>;
@@ -44,3 +46,5 @@ private:
 
 // The number of fans, where the controller tells one that can be used.
 [[nodiscard]] std::optional<int> usableFanCount(SMC& smc);
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -245,3 +247,5 @@ bool HelperChecks::becomesTrue(const std::function<bool()>& question) const {
     }
     return false;
 }
+
+} // namespace Fenwhirl

@@ -23,6 +23,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 class HelperChecks {
 public:
     struct Services {
@@ -73,3 +75,5 @@ private:
     bool isUsable_ = false; // of the right kind and version
     Drive drive_;
 };
+
+} // namespace Fenwhirl

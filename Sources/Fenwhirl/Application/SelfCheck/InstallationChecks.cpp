@@ -8,6 +8,8 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::optional<std::string> resolved(const std::string& path) {
@@ -62,3 +64,5 @@ std::vector<SelfCheck> installationChecks(const Installation& installation) {
             {QStringLiteral("application library"), [installation] { return checkLibrary(installation); }},
             {QStringLiteral("guard"), [installation] { return checkGuard(installation); }}};
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 struct Installation {
     std::optional<std::string> executable; // that this process was started from
     std::optional<std::string> library;    // that this code was loaded from
@@ -19,3 +21,5 @@ struct Installation {
 };
 
 [[nodiscard]] std::vector<SelfCheck> installationChecks(const Installation& installation);
+
+} // namespace Fenwhirl

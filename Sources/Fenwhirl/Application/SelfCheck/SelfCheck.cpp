@@ -1,5 +1,7 @@
 #include "Fenwhirl/Application/SelfCheck/SelfCheck.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr int nameWidth = 22;
@@ -83,3 +85,5 @@ QString selfCheckSummary(const SelfCheckCounts& counts) {
 QString millisecondsText(std::chrono::duration<double, std::milli> time) {
     return QString::number(time.count(), 'f', 2) + QStringLiteral(" ms");
 }
+
+} // namespace Fenwhirl

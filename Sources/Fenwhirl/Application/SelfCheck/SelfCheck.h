@@ -19,6 +19,8 @@
 #include <functional>
 #include <vector>
 
+namespace Fenwhirl {
+
 struct SelfCheck {
     QString name;
     std::function<CheckResult()> run;
@@ -44,3 +46,5 @@ struct SelfCheckCounts {
 
 // "0.31 ms", the same under every locale.
 [[nodiscard]] QString millisecondsText(std::chrono::duration<double, std::milli> time);
+
+} // namespace Fenwhirl

@@ -24,6 +24,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 [[nodiscard]] bool printLine(const QString& line) {
@@ -153,3 +155,5 @@ int runSelfCheck(int& argc, char** argv, const QString& version, const SymbolPai
     });
     return printLine(selfCheckSummary(counts)) && counts.isGood() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
+
+} // namespace Fenwhirl

@@ -10,6 +10,10 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // `symbol` draws the status item. The exit status: 0 when no check failed, 1 otherwise. Main thread, once in
 // a process, in the place of the application.
 [[nodiscard]] int runSelfCheck(int& argc, char** argv, const QString& version, const SymbolPainter& symbol);
+
+} // namespace Fenwhirl

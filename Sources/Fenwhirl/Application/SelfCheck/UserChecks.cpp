@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <system_error>
 
+namespace Fenwhirl {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -185,3 +187,5 @@ std::vector<SelfCheck> userChecks(const UserCheckServices& services) {
             {QStringLiteral("login item"), [services] { return checkLoginItem(services); }},
             {QStringLiteral("notification"), [services] { return checkNotification(services); }}};
 }
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 struct UserCheckServices {
     // A store for trials, opened anew each time, and its removal together with whatever it has left.
     std::function<std::unique_ptr<PreferencesStore>()> openPreferences;
@@ -33,3 +35,5 @@ struct UserCheckServices {
 // Where an existing login item lies while the check writes another in its place. Should the check be killed
 // in that moment, the next one finds it there and puts it back.
 [[nodiscard]] std::string keptLoginItemPath(const std::string& loginItemPath);
+
+} // namespace Fenwhirl

@@ -22,6 +22,8 @@
 #include <map>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr int patienceMilliseconds = 5000;
@@ -281,3 +283,5 @@ std::vector<SelfCheck> WindowChecks::checks() {
             {QStringLiteral("panel, press beside"), [d] { return d->panel(pressBeside); }},
             {QStringLiteral("panel, focus lost"), [d] { return d->panel(loseTheKeyboard); }}};
 }
+
+} // namespace Fenwhirl

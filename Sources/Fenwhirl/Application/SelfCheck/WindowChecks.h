@@ -15,6 +15,8 @@
 #include <memory>
 #include <vector>
 
+namespace Fenwhirl {
+
 class WindowChecks {
 public:
     // From now on the program speaks this language. `symbol` draws the status item where the system does not.
@@ -30,3 +32,5 @@ private:
 
     std::unique_ptr<Private> d_;
 };
+
+} // namespace Fenwhirl

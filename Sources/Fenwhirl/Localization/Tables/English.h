@@ -9,6 +9,8 @@
 
 #include <array>
 
+namespace Fenwhirl {
+
 namespace Translations {
 
 // clang-format off
@@ -198,3 +200,5 @@ inline constexpr auto englishTexts = std::to_array<Row>({
 // clang-format on
 
 } // namespace Translations
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 
 #include <array>
 
+namespace Fenwhirl {
+
 namespace Translations {
 
 // clang-format off
@@ -200,3 +202,5 @@ inline constexpr auto germanTexts = std::to_array<Row>({
 // clang-format on
 
 } // namespace Translations
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 
 #include <array>
 
+namespace Fenwhirl {
+
 namespace Translations {
 
 // clang-format off
@@ -203,3 +205,5 @@ inline constexpr auto italianTexts = std::to_array<Row>({
 // clang-format on
 
 } // namespace Translations
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 
 #include <array>
 
+namespace Fenwhirl {
+
 namespace Translations {
 
 // clang-format off
@@ -204,3 +206,5 @@ inline constexpr auto portugueseTexts = std::to_array<Row>({
 // clang-format on
 
 } // namespace Translations
+
+} // namespace Fenwhirl

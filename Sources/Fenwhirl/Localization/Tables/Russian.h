@@ -10,6 +10,8 @@
 
 #include <array>
 
+namespace Fenwhirl {
+
 namespace Translations {
 
 // clang-format off
@@ -204,3 +206,5 @@ inline constexpr auto russianTexts = std::to_array<Row>({
 // clang-format on
 
 } // namespace Translations
+
+} // namespace Fenwhirl

@@ -9,6 +9,10 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // Has the system's screen reader speak a text. An urgent one interrupts what it is saying. Without a screen
 // reader nothing happens. False where the system has no announcements.
 [[nodiscard]] bool announceBySystem(const QString& text, bool urgent);
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #import <AppKit/AppKit.h>
 
+namespace Fenwhirl {
+
 bool announceBySystem(const QString& text, bool urgent) {
     @autoreleasepool {
         const NSAccessibilityPriorityLevel priority =
@@ -19,3 +21,5 @@ bool announceBySystem(const QString& text, bool urgent) {
         return true;
     }
 }
+
+} // namespace Fenwhirl

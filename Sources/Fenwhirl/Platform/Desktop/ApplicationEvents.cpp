@@ -7,6 +7,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Handlers {
@@ -48,3 +50,5 @@ bool ApplicationEvents::shouldTerminateNow(std::span<const std::uint32_t> reason
     QTimer::singleShot(0, [] { QCoreApplication::exit(0); });
     return false;
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 #include <functional>
 #include <span>
 
+namespace Fenwhirl {
+
 namespace ApplicationEvents {
 
 // `handler` shows the program. An empty function removes the handler.
@@ -31,3 +33,5 @@ void setSessionEndHandler(std::function<void()> handler);
 [[nodiscard]] bool shouldTerminateNow(std::span<const std::uint32_t> reasons);
 
 } // namespace ApplicationEvents
+
+} // namespace Fenwhirl

@@ -11,5 +11,9 @@
 #include <QImage>
 #include <QString>
 
+namespace Fenwhirl {
+
 // A square image, `pixels` wide.
 [[nodiscard]] QImage applicationIcon(const QString& applicationPath, int pixels);
+
+} // namespace Fenwhirl

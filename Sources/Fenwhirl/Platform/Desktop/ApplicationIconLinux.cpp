@@ -5,6 +5,8 @@
 #include <QIcon>
 #include <QStandardPaths>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr qint64 maxFileSize = qint64{256} * 1024; // bytes
@@ -55,3 +57,5 @@ QImage applicationIcon(const QString& applicationPath, int pixels) {
     const QIcon icon = name.startsWith(u'/') ? QIcon(name) : QIcon::fromTheme(name);
     return icon.pixmap(QSize(pixels, pixels), 1.0).toImage();
 }
+
+} // namespace Fenwhirl

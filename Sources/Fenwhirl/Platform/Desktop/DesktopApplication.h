@@ -8,9 +8,13 @@
 
 #include <memory>
 
+namespace Fenwhirl {
+
 // Chooses the renderer, creates this system's application object, sets the interface font, and keeps the
 // process running when its last window closes. Session managers are told never to restart the program. The
 // renderer is the software one where no graphics processor can be used, because the program is then faster
 // and a third the size. On macOS this also keeps the program out of the Dock until requested. `argc` and
 // `argv` must outlive the object.
 [[nodiscard]] std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv);
+
+} // namespace Fenwhirl

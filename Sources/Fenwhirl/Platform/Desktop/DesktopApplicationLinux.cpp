@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // True if this user may open a render node, which means that a graphics processor with a real driver is
@@ -83,3 +85,5 @@ std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) 
     setInterfaceFont();
     return application;
 }
+
+} // namespace Fenwhirl

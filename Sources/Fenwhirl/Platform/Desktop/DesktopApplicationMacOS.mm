@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdint>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::array<std::uint32_t, 4> reasonsToQuit() {
@@ -19,6 +21,8 @@ std::array<std::uint32_t, 4> reasonsToQuit() {
 
 } // namespace
 
+} // namespace Fenwhirl
+
 @interface FenwhirlApplicationDelegate : NSObject <NSApplicationDelegate>
 @end
 
@@ -26,7 +30,7 @@ std::array<std::uint32_t, 4> reasonsToQuit() {
 
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)sender hasVisibleWindows:(BOOL)hasVisibleWindows {
     (void)sender;
-    return ApplicationEvents::shouldHandleReopen(hasVisibleWindows);
+    return Fenwhirl::ApplicationEvents::shouldHandleReopen(hasVisibleWindows);
 }
 
 - (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)sender {
@@ -36,10 +40,13 @@ std::array<std::uint32_t, 4> reasonsToQuit() {
 
 - (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)sender {
     (void)sender;
-    return ApplicationEvents::shouldTerminateNow(reasonsToQuit()) ? NSTerminateNow : NSTerminateCancel;
+    return Fenwhirl::ApplicationEvents::shouldTerminateNow(Fenwhirl::reasonsToQuit()) ? NSTerminateNow
+                                                                                      : NSTerminateCancel;
 }
 
 @end
+
+namespace Fenwhirl {
 
 namespace {
 
@@ -67,3 +74,5 @@ std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) 
     QGuiApplication::setQuitOnLastWindowClosed(false);
     return application;
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // Runs the system's save panel modally with a proposed file name. Returns the chosen path; empty when the
 // user cancelled, or when such a panel is already open. The panel is in the system's language. Where the
 // system has no panel (Linux without a desktop portal), Qt's dialog is shown in `language` (a code such as
@@ -18,3 +20,5 @@
 // Opens the file browser with this file selected, or shows its folder if selecting is not possible. Does not
 // wait; a failure is not reported.
 void revealInFileBrowser(const QString& path);
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 #include <QUrl>
 #include <QWidget>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Qt's texts for "pt" are Brazilian, so the European ones are requested. Texts that Qt has not translated
@@ -79,3 +81,5 @@ void revealInFileBrowser(const QString& path) {
         }
     });
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #import <AppKit/AppKit.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 bool asking = false;
@@ -36,3 +38,5 @@ void revealInFileBrowser(const QString& path) {
         [NSWorkspace.sharedWorkspace activateFileViewerSelectingURLs:@[ file ]];
     }
 }
+
+} // namespace Fenwhirl

@@ -9,5 +9,9 @@
 
 class QQuickWindow;
 
+namespace Fenwhirl {
+
 // To be called once for each window, before it is first shown. The window owns what is created for it.
 void chooseGraphicsDevice(QQuickWindow& window);
+
+} // namespace Fenwhirl

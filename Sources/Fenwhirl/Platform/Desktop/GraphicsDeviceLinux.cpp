@@ -1,3 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/GraphicsDevice.h"
 
+namespace Fenwhirl {
+
 void chooseGraphicsDevice(QQuickWindow& /*window*/) {}
+
+} // namespace Fenwhirl

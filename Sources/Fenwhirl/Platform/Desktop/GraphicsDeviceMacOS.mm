@@ -6,6 +6,8 @@
 
 #import <Metal/Metal.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Qt Quick does not own the device and the queue. A child of the window, so that both outlive all drawing.
@@ -48,3 +50,5 @@ void chooseGraphicsDevice(QQuickWindow& window) {
             static_cast<MTLDevice*>(device), static_cast<MTLCommandQueue*>(queue)));
     }
 }
+
+} // namespace Fenwhirl

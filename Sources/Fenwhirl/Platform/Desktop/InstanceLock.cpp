@@ -14,6 +14,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr const char* lockName = "fenwhirl.lock";
@@ -138,3 +140,5 @@ QString privateFolder(const QString& path) {
     mkdir(QFile::encodeName(path).constData(), S_IRWXU); // fails harmlessly if the folder exists
     return belongsToUserAlone(path) ? path : QString();
 }
+
+} // namespace Fenwhirl

@@ -16,6 +16,8 @@
 
 class QSocketNotifier;
 
+namespace Fenwhirl {
+
 class InstanceLock : public QObject {
     Q_OBJECT
 
@@ -67,3 +69,5 @@ private:
 // Creates the folder, and its parents, unless it exists. Returns `path`, or an empty text when the folder
 // does not belong to this user alone.
 [[nodiscard]] QString privateFolder(const QString& path);
+
+} // namespace Fenwhirl

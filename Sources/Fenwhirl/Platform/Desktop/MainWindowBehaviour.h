@@ -13,6 +13,8 @@
 
 class QWindow;
 
+namespace Fenwhirl {
+
 namespace MainWindowBehaviour {
 
 // Applies the system's look to a window. Call it each time the native window has been created, and whenever
@@ -28,3 +30,5 @@ void setAccessory();
 void bringToFront(QWindow& window, const QString& token);
 
 } // namespace MainWindowBehaviour
+
+} // namespace Fenwhirl

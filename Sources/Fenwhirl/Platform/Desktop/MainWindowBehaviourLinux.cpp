@@ -2,6 +2,8 @@
 
 #include <QWindow>
 
+namespace Fenwhirl {
+
 namespace MainWindowBehaviour {
 
 void configure(QWindow& /*window*/) {}
@@ -21,3 +23,5 @@ void bringToFront(QWindow& window, const QString& token) {
 }
 
 } // namespace MainWindowBehaviour
+
+} // namespace Fenwhirl

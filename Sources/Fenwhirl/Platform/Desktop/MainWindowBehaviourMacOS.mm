@@ -6,6 +6,8 @@
 
 #import <AppKit/AppKit.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 NSWindow* nativeWindow(QWindow& window) {
@@ -78,3 +80,5 @@ void bringToFront(QWindow& window, const QString& /*token*/) {
 }
 
 } // namespace MainWindowBehaviour
+
+} // namespace Fenwhirl

@@ -14,6 +14,8 @@
 #include <functional>
 #include <memory>
 
+namespace Fenwhirl {
+
 struct MenuItem {
     enum class Kind {
         own, // calls `chosen`
@@ -63,3 +65,5 @@ public:
 protected:
     MenuBar() = default;
 };
+
+} // namespace Fenwhirl

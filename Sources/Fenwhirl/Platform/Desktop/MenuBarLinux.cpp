@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/MenuBar.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 class NoMenuBar final : public MenuBar {
@@ -12,3 +14,5 @@ public:
 std::unique_ptr<MenuBar> MenuBar::create() {
     return std::make_unique<NoMenuBar>();
 }
+
+} // namespace Fenwhirl

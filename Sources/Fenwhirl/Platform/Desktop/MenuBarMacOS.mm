@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The action that the system's own objects perform: whatever has the focus, the window or the application.
@@ -155,3 +157,5 @@ private:
 std::unique_ptr<MenuBar> MenuBar::create() {
     return std::make_unique<MenuBarMacOS>();
 }
+
+} // namespace Fenwhirl

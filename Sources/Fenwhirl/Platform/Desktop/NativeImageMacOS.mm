@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+namespace Fenwhirl {
+
 namespace {
 
 NSBitmapImageRep* emptyBitmap(int width, int height) {
@@ -40,3 +42,5 @@ QImage fromNativeImage(NSImage* image, QSizeF pixels) {
     return QImage(bitmap.bitmapData, width, height, bitmap.bytesPerRow, QImage::Format_RGBA8888_Premultiplied)
         .copy();
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr int gap = 8;
@@ -33,3 +35,5 @@ QRect fromBottomLeftOrigin(const QRectF& fromBottom, double firstScreenHeight) {
     const double top = firstScreenHeight - fromBottom.y() - fromBottom.height();
     return QRectF(fromBottom.x(), top, fromBottom.width(), fromBottom.height()).toRect();
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <QRectF>
 #include <QSize>
 
+namespace Fenwhirl {
+
 // `item` is the item's geometry as StatusItem reports it; `screen` is the part of the screen that is free of
 // bars, in the same points. The panel goes below an item in the upper half of the screen and above one in the
 // lower half. It is centred on the item, a small gap away, and never extends beyond the screen. Without an
@@ -17,3 +19,5 @@
 // screen, which is `firstScreenHeight` points high; Qt counts downwards from that screen's top. Correct for
 // rectangles on other screens, too.
 [[nodiscard]] QRect fromBottomLeftOrigin(const QRectF& fromBottom, double firstScreenHeight);
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Apple's codes for why the system asks to quit at the end of a session: 'shut', 'rest' and 'rlgo'.
@@ -27,3 +29,5 @@ QuitAnswer quitAnswer(std::span<const std::uint32_t> reasons) {
         reasons, [](std::uint32_t reason) { return quitAnswer(reason) == QuitAnswer::endNow; });
     return sessionEnds ? QuitAnswer::endNow : QuitAnswer::leaveTheEventLoop;
 }
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <span>
 
+namespace Fenwhirl {
+
 enum class QuitAnswer {
     endNow,           // hand the fans back, then agree
     leaveTheEventLoop // decline, and let the event loop end
@@ -20,3 +22,5 @@ enum class QuitAnswer {
 // The same for an event that may carry its reason in several places (as an attribute or a parameter, as a
 // type or an enumeration). One of them is enough to indicate the end of a session.
 [[nodiscard]] QuitAnswer quitAnswer(std::span<const std::uint32_t> reasons);
+
+} // namespace Fenwhirl

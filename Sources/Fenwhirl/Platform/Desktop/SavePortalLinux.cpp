@@ -14,6 +14,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Long enough to start the portal first and then the program that shows the dialog.
@@ -147,3 +149,5 @@ void SavePortalLinux::finish(bool answered, const QString& path) {
 bool SavePortalLinux::eventFilter(QObject* watched, QEvent* event) {
     return watched->isWindowType() && isInput(event->type());
 }
+
+} // namespace Fenwhirl

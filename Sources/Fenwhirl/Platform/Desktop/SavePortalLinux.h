@@ -14,6 +14,8 @@
 #include <QString>
 #include <QVariantMap>
 
+namespace Fenwhirl {
+
 class SavePortalLinux : public QObject {
     Q_OBJECT
 
@@ -45,3 +47,5 @@ private:
     Answer answer_;
     bool open_ = false; // whether the portal may still be showing the dialog
 };
+
+} // namespace Fenwhirl

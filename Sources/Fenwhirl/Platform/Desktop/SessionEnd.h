@@ -13,6 +13,8 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 class SessionEnd {
 public:
     // When `handler` returns, everything that must happen before the process ends must be done.
@@ -26,3 +28,5 @@ public:
 private:
     std::function<void()> handler_;
 };
+
+} // namespace Fenwhirl

@@ -2,6 +2,10 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 SessionEnd::SessionEnd(std::function<void()> handler) : handler_(std::move(handler)) {}
 
 SessionEnd::~SessionEnd() = default;
+
+} // namespace Fenwhirl

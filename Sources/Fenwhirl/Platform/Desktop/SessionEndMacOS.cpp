@@ -3,6 +3,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 SessionEnd::SessionEnd(std::function<void()> handler) : handler_(std::move(handler)) {
     ApplicationEvents::setSessionEndHandler([this] { handler_(); });
 }
@@ -10,3 +12,5 @@ SessionEnd::SessionEnd(std::function<void()> handler) : handler_(std::move(handl
 SessionEnd::~SessionEnd() {
     ApplicationEvents::setSessionEndHandler({});
 }
+
+} // namespace Fenwhirl

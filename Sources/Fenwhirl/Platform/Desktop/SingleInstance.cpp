@@ -3,6 +3,8 @@
 #include <QDeadlineTimer>
 #include <QThread>
 
+namespace Fenwhirl {
+
 SingleInstance::Start SingleInstance::start(const std::function<bool()>& tellFirst,
                                             std::chrono::milliseconds limit) {
     const QDeadlineTimer deadline(limit);
@@ -19,3 +21,5 @@ SingleInstance::Start SingleInstance::start(const std::function<bool()>& tellFir
         QThread::msleep(static_cast<unsigned long>(pause.count()));
     }
 }
+
+} // namespace Fenwhirl

@@ -25,6 +25,8 @@
 #include <functional>
 #include <memory>
 
+namespace Fenwhirl {
+
 class SingleInstance : public QObject {
     Q_OBJECT
 
@@ -71,3 +73,5 @@ Q_SIGNALS:
 protected:
     using QObject::QObject;
 };
+
+} // namespace Fenwhirl

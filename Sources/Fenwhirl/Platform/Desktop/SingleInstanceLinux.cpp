@@ -13,6 +13,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr int raiseTimeoutMilliseconds = 3000;
@@ -174,3 +176,5 @@ void SingleInstanceLinux::Open(const QStringList& /*addresses*/, const QVariantM
 void SingleInstanceLinux::Activate(const QVariantMap& platformData) {
     Q_EMIT raiseRequested(platformData.value(QStringLiteral("activation-token")).toString());
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+namespace Fenwhirl {
+
 class SingleInstanceLinux : public SingleInstance {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -57,3 +59,5 @@ private:
 // $XDG_RUNTIME_DIR, otherwise a folder under /tmp with the user id in its name; empty when neither belongs to
 // this user alone.
 [[nodiscard]] QString privateRuntimeFolder();
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <QDir>
 
+namespace Fenwhirl {
+
 namespace {
 
 class SingleInstanceMacOS final : public SingleInstance {
@@ -46,3 +48,5 @@ private:
 std::unique_ptr<SingleInstance> SingleInstance::create() {
     return std::make_unique<SingleInstanceMacOS>();
 }
+
+} // namespace Fenwhirl

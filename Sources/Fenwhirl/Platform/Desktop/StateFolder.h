@@ -9,5 +9,9 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 // The folder need not exist yet.
 [[nodiscard]] QString stateFolder();
+
+} // namespace Fenwhirl

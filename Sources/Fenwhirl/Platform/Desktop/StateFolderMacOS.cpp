@@ -2,7 +2,11 @@
 
 #include <QStandardPaths>
 
+namespace Fenwhirl {
+
 QString stateFolder() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
            QStringLiteral("/com.fenwhirl.app");
 }
+
+} // namespace Fenwhirl

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/StatusHostQuirks.h"
 
+namespace Fenwhirl {
+
 StatusHostQuirks statusHostHabits(const QString& program) {
     using Text = StatusHostQuirks::Text;
     if (program == QStringLiteral("gnome-shell")) {
@@ -18,3 +20,5 @@ StatusHostQuirks statusHostHabits(const QString& program) {
     }
     return {};
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+namespace Fenwhirl {
+
 struct StatusHostQuirks {
     // Where the temperature is shown.
     enum class Text {
@@ -30,3 +32,5 @@ struct StatusHostQuirks {
 // `program` is the host's name as the kernel reports it. A program that is not known gets quirks that do no
 // harm anywhere.
 [[nodiscard]] StatusHostQuirks statusHostHabits(const QString& program);
+
+} // namespace Fenwhirl

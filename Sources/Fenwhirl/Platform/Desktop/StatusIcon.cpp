@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Proportions of a canvas 22 high: a symbol of 16, text of 13, and a gap of 4 between them.
@@ -133,3 +135,5 @@ QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, 
         symbol(painter, QRectF(margin, margin, side, side), color);
     });
 }
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 
 class QPainter;
 
+namespace Fenwhirl {
+
 // Draws the program's symbol into a square.
 using SymbolPainter = std::function<void(QPainter&, const QRectF& bounds, const QColor& color)>;
 
@@ -34,3 +36,5 @@ enum class StatusIconShape {
 // smaller, and the degree sign is dropped to make room for the digits.
 [[nodiscard]] QImage statusIcon(const SymbolPainter& symbol, const QString& text, int height, bool onDark,
                                 StatusIconShape shape);
+
+} // namespace Fenwhirl

@@ -23,6 +23,8 @@
 #include <optional>
 #include <vector>
 
+namespace Fenwhirl {
+
 // One line of the item's context menu.
 struct StatusMenuEntry {
     QString text = {};                  // empty for a separator between two groups
@@ -66,3 +68,5 @@ Q_SIGNALS:
 protected:
     using QObject::QObject;
 };
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Converts the hosts' coordinates, which are physical pixels, to points of the virtual desktop.
@@ -208,3 +210,5 @@ QList<QImage> StatusItemLinux::icons(const IconKey& key) {
     drawn_.insert(key, new QList<QImage>(made)); // the cache owns it
     return made;
 }
+
+} // namespace Fenwhirl

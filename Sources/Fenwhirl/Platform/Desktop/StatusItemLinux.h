@@ -20,6 +20,8 @@
 #include <optional>
 #include <utility>
 
+namespace Fenwhirl {
+
 class StatusItemLinux : public StatusItem {
     Q_OBJECT
 
@@ -62,3 +64,5 @@ private:
     std::optional<IconKey> shown_;
     int askedWidth_ = 0; // the width requested from the classic tray
 };
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 
 #import <AppKit/AppKit.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The system's own symbol, or our drawing where the system does not have it.
@@ -103,3 +105,5 @@ private:
 std::unique_ptr<StatusItem> StatusItem::create(SymbolPainter symbol) {
     return std::make_unique<StatusItemMacOS>(symbol);
 }
+
+} // namespace Fenwhirl

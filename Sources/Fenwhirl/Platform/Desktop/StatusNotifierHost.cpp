@@ -10,6 +10,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString programOf(uint process) {
@@ -95,3 +97,5 @@ void StatusNotifierHost::setAvailable(bool available) {
         Q_EMIT availableChanged();
     }
 }
+
+} // namespace Fenwhirl

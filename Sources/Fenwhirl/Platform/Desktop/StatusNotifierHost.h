@@ -11,6 +11,8 @@
 #include <QDBusConnection>
 #include <QObject>
 
+namespace Fenwhirl {
+
 class StatusNotifierHost : public QObject {
     Q_OBJECT
 
@@ -44,3 +46,5 @@ private:
     bool available_ = false;
     bool known_ = false;
 };
+
+} // namespace Fenwhirl

@@ -10,6 +10,8 @@
 #include <cstring>
 #include <utility>
 
+namespace Fenwhirl {
+
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap) {
     argument.beginStructure();
     argument << pixmap.width << pixmap.height << pixmap.bytes;
@@ -185,3 +187,5 @@ void StatusNotifierItem::Activate(int x, int y) {
     }
     choose(x, y);
 }
+
+} // namespace Fenwhirl

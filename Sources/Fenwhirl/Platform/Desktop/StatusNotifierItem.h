@@ -27,15 +27,16 @@
 #include <memory>
 #include <utility>
 
+namespace Fenwhirl {
+
 // An image in the protocol's format: ARGB, most significant byte first.
 struct StatusNotifierPixmap {
     int width = 0;
     int height = 0;
     QByteArray bytes;
 };
-Q_DECLARE_METATYPE(StatusNotifierPixmap)
+
 using StatusNotifierPixmaps = QList<StatusNotifierPixmap>;
-Q_DECLARE_METATYPE(StatusNotifierPixmaps)
 
 struct StatusNotifierToolTip {
     QString iconName;
@@ -43,7 +44,6 @@ struct StatusNotifierToolTip {
     QString title;
     QString text;
 };
-Q_DECLARE_METATYPE(StatusNotifierToolTip)
 
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusNotifierPixmap& pixmap);
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusNotifierPixmap& pixmap);
@@ -61,8 +61,8 @@ class StatusNotifierItem : public QObject, protected QDBusContext {
     Q_PROPERTY(int WindowId READ windowId)
     Q_PROPERTY(QDBusObjectPath Menu READ menu)
     Q_PROPERTY(QString IconName READ iconName)
-    Q_PROPERTY(StatusNotifierPixmaps IconPixmap READ iconPixmap)
-    Q_PROPERTY(StatusNotifierToolTip ToolTip READ toolTip)
+    Q_PROPERTY(Fenwhirl::StatusNotifierPixmaps IconPixmap READ iconPixmap)
+    Q_PROPERTY(Fenwhirl::StatusNotifierToolTip ToolTip READ toolTip)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu)
 
 public:
@@ -161,3 +161,9 @@ class LabelledStatusNotifierItem : public StatusNotifierItem {
 public:
     using StatusNotifierItem::StatusNotifierItem;
 };
+
+} // namespace Fenwhirl
+
+Q_DECLARE_METATYPE(Fenwhirl::StatusNotifierPixmap)
+Q_DECLARE_METATYPE(Fenwhirl::StatusNotifierPixmaps)
+Q_DECLARE_METATYPE(Fenwhirl::StatusNotifierToolTip)

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& layout) {
     argument.beginStructure();
     argument << layout.id << layout.properties;
@@ -174,3 +176,5 @@ QList<int> StatusNotifierMenu::AboutToShowGroup(const QList<int>& ids, QList<int
     }
     return {};
 }
+
+} // namespace Fenwhirl

@@ -18,22 +18,22 @@
 #include <QStringList>
 #include <QVariantMap>
 
+namespace Fenwhirl {
+
 // An entry with its children.
 struct StatusMenuLayout {
     int id = 0;
     QVariantMap properties;
     QList<StatusMenuLayout> children;
 };
-Q_DECLARE_METATYPE(StatusMenuLayout)
 
 // An entry's properties without its children.
 struct StatusMenuProperties {
     int id = 0;
     QVariantMap properties;
 };
-Q_DECLARE_METATYPE(StatusMenuProperties)
+
 using StatusMenuPropertiesList = QList<StatusMenuProperties>;
-Q_DECLARE_METATYPE(StatusMenuPropertiesList)
 
 // Something that the user did with an entry.
 struct StatusMenuEvent {
@@ -42,9 +42,8 @@ struct StatusMenuEvent {
     QDBusVariant data;
     uint timestamp = 0;
 };
-Q_DECLARE_METATYPE(StatusMenuEvent)
+
 using StatusMenuEvents = QList<StatusMenuEvent>;
-Q_DECLARE_METATYPE(StatusMenuEvents)
 
 QDBusArgument& operator<<(QDBusArgument& argument, const StatusMenuLayout& layout);
 const QDBusArgument& operator>>(const QDBusArgument& argument, StatusMenuLayout& layout);
@@ -76,12 +75,14 @@ public:
 
 public Q_SLOTS:
     // NOLINTBEGIN(readability-identifier-naming): the names of the interface
-    Q_SCRIPTABLE uint GetLayout(int parent, int depth, const QStringList& names, StatusMenuLayout& layout);
-    Q_SCRIPTABLE StatusMenuPropertiesList GetGroupProperties(const QList<int>& ids, const QStringList& names);
+    Q_SCRIPTABLE uint GetLayout(int parent, int depth, const QStringList& names,
+                                Fenwhirl::StatusMenuLayout& layout);
+    Q_SCRIPTABLE Fenwhirl::StatusMenuPropertiesList GetGroupProperties(const QList<int>& ids,
+                                                                       const QStringList& names);
     Q_SCRIPTABLE QDBusVariant GetProperty(int id, const QString& name);
     Q_SCRIPTABLE void Event(int id, const QString& name, const QDBusVariant& data, uint timestamp);
     // Returns the ids that do not exist.
-    Q_SCRIPTABLE QList<int> EventGroup(const StatusMenuEvents& events);
+    Q_SCRIPTABLE QList<int> EventGroup(const Fenwhirl::StatusMenuEvents& events);
     // Whether the host must read the layout again first. Always false, because the layout is always up to
     // date.
     Q_SCRIPTABLE bool AboutToShow(int id);
@@ -100,3 +101,11 @@ private:
     StatusMenu entries_;
     uint revision_ = 1;
 };
+
+} // namespace Fenwhirl
+
+Q_DECLARE_METATYPE(Fenwhirl::StatusMenuLayout)
+Q_DECLARE_METATYPE(Fenwhirl::StatusMenuProperties)
+Q_DECLARE_METATYPE(Fenwhirl::StatusMenuPropertiesList)
+Q_DECLARE_METATYPE(Fenwhirl::StatusMenuEvent)
+Q_DECLARE_METATYPE(Fenwhirl::StatusMenuEvents)

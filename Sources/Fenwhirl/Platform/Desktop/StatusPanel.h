@@ -17,6 +17,8 @@
 #include <functional>
 #include <memory>
 
+namespace Fenwhirl {
+
 [[nodiscard]] Qt::WindowFlags statusPanelFlags();
 
 // How the panel stands out from what is under it.
@@ -65,3 +67,5 @@ protected:
 // Tells the window manager which margins of a window are its shadow, so that they are ignored in positioning.
 // Where the system draws the shadows, tells it that the window's shape may have changed.
 void declareShadow(QWindow& window, const QMargins& margins);
+
+} // namespace Fenwhirl

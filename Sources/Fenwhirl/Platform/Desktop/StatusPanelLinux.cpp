@@ -10,6 +10,8 @@
 #include <memory>
 #include <xcb/xcb.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Free {
@@ -110,3 +112,5 @@ void declareShadow(QWindow& window, const QMargins& margins) {
                         atom(server, "_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, pixels.size(),
                         pixels.data());
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 NSWindow* nativeWindow(QWindow& window) {
@@ -142,3 +144,5 @@ void declareShadow(QWindow& window, const QMargins& /*margins*/) {
         [nativeWindow(window) invalidateShadow]; // the system would keep the shadow of the old shape
     }
 }
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+namespace Fenwhirl {
+
 void SystemAppearance::setDark(bool dark) {
     if (std::exchange(dark_, dark) != dark) {
         Q_EMIT changed();
@@ -22,3 +24,5 @@ void SystemAppearance::setTextScale(double scale) {
         Q_EMIT changed();
     }
 }
+
+} // namespace Fenwhirl

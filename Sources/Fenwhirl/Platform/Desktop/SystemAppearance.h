@@ -18,6 +18,8 @@
 
 #include <memory>
 
+namespace Fenwhirl {
+
 enum class AppearanceChoice { system, light, dark };
 
 class SystemAppearance : public QObject {
@@ -57,3 +59,5 @@ private:
     bool reducedMotion_ = false;
     double textScale_ = 1.0;
 };
+
+} // namespace Fenwhirl

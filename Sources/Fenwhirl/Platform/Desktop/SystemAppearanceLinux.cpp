@@ -9,6 +9,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr uint preferDark = 1;
@@ -119,3 +121,5 @@ void SystemAppearanceLinux::take(const QString& group, const QString& key, QVari
         setTextScale(value.toDouble());
     }
 }
+
+} // namespace Fenwhirl

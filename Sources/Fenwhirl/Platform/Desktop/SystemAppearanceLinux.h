@@ -9,6 +9,8 @@
 #include <QString>
 #include <QVariant>
 
+namespace Fenwhirl {
+
 // Who enlarges texts when the desktop asks for it: this program, or Qt along with everything else.
 enum class TextScaling { ours, ofQt };
 
@@ -31,3 +33,5 @@ private:
     QDBusConnection bus_;
     TextScaling textScaling_;
 };
+
+} // namespace Fenwhirl

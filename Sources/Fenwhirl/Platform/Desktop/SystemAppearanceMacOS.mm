@@ -24,6 +24,8 @@
 
 @end
 
+namespace Fenwhirl {
+
 namespace {
 
 class SystemAppearanceMacOS final : public SystemAppearance {
@@ -88,3 +90,5 @@ private:
 std::unique_ptr<SystemAppearance> SystemAppearance::create() {
     return std::make_unique<SystemAppearanceMacOS>();
 }
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 
 #include <string>
 
+namespace Fenwhirl {
+
 namespace SystemChecks {
 
 // Before the application object: where there is no screen, windows are drawn into memory.
@@ -35,3 +37,5 @@ void prepareScreen();
 [[nodiscard]] CheckResult unplacedStatusItem();
 
 } // namespace SystemChecks
+
+} // namespace Fenwhirl

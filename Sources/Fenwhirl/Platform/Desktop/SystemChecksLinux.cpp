@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
+namespace Fenwhirl {
+
 namespace SystemChecks {
 
 void prepareScreen() {
@@ -47,3 +49,5 @@ CheckResult unplacedStatusItem() {
 }
 
 } // namespace SystemChecks
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #import <Metal/Metal.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString titles(NSMenu* menu) {
@@ -134,3 +136,5 @@ CheckResult unplacedStatusItem() {
 }
 
 } // namespace SystemChecks
+
+} // namespace Fenwhirl

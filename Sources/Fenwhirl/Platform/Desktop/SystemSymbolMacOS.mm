@@ -1,6 +1,8 @@
 #include "Fenwhirl/Platform/Desktop/NativeImageMacOS.h"
 #include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 
+namespace Fenwhirl {
+
 QImage systemSymbol(const QString& name, double fontPixels, bool bold) {
     @autoreleasepool {
         NSImage* symbol = [NSImage imageWithSystemSymbolName:name.toNSString() accessibilityDescription:nil];
@@ -12,3 +14,5 @@ QImage systemSymbol(const QString& name, double fontPixels, bool bold) {
         return fromNativeImage(sized, QSizeF(sized.size.width, sized.size.height));
     }
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::atomic<int> signalPipe = -1;
@@ -65,3 +67,5 @@ void TerminationSignals::drain() {
     }
     Q_EMIT received();
 }
+
+} // namespace Fenwhirl

@@ -16,6 +16,8 @@
 
 class QSocketNotifier;
 
+namespace Fenwhirl {
+
 class TerminationSignals : public QObject {
     Q_OBJECT
 
@@ -37,3 +39,5 @@ private:
     std::array<int, 2> pipe_ = {-1, -1};
     std::array<struct sigaction, handled.size()> previous_ = {};
 };
+
+} // namespace Fenwhirl

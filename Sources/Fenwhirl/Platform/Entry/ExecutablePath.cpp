@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
 
+namespace Fenwhirl {
+
 std::string installedBeside(std::string_view executable, std::string_view path) {
     for (int name = 0; name < 2; ++name) {
         executable = executable.substr(0, executable.rfind('/'));
@@ -9,3 +11,5 @@ std::string installedBeside(std::string_view executable, std::string_view path) 
     file += path;
     return file;
 }
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 // The file that this process was started from; absent when the system cannot report it.
 [[nodiscard]] std::optional<std::string> executablePath();
 
@@ -22,3 +24,5 @@
 // The guard that belongs to an executable; it hands the fans back when the application was killed or hangs.
 // On Linux it is ../lib/fenwhirl/fenwhirl-guard, on macOS ../Helpers/fenwhirl-guard.
 [[nodiscard]] std::string guardPath(std::string_view executable);
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <climits>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 std::optional<std::string> executablePath() {
     std::array<char, PATH_MAX> target = {};
     const ssize_t length = readlink("/proc/self/exe", target.data(), target.size());
@@ -20,3 +22,5 @@ std::string applicationLibraryPath(std::string_view executable) {
 std::string guardPath(std::string_view executable) {
     return installedBeside(executable, "lib/fenwhirl/fenwhirl-guard");
 }
+
+} // namespace Fenwhirl

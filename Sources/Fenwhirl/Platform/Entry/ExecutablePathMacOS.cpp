@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <mach-o/dyld.h>
 
+namespace Fenwhirl {
+
 std::optional<std::string> executablePath() {
     char raw[PATH_MAX] = {};
     std::uint32_t size = sizeof raw;
@@ -25,3 +27,5 @@ std::string applicationLibraryPath(std::string_view executable) {
 std::string guardPath(std::string_view executable) {
     return installedBeside(executable, "Helpers/fenwhirl-guard");
 }
+
+} // namespace Fenwhirl

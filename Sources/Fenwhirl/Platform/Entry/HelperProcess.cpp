@@ -13,6 +13,8 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace HelperProcess {
 
 namespace {
@@ -154,3 +156,5 @@ bool prepare() {
 }
 
 } // namespace HelperProcess
+
+} // namespace Fenwhirl

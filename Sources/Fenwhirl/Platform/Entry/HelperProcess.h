@@ -7,6 +7,8 @@
 
 #pragma once
 
+namespace Fenwhirl {
+
 namespace HelperProcess {
 
 // Opens /dev/null on each closed descriptor below 3, so that nothing opened later is mistaken for standard
@@ -32,3 +34,5 @@ namespace HelperProcess {
 [[nodiscard]] bool prepare();
 
 } // namespace HelperProcess
+
+} // namespace Fenwhirl

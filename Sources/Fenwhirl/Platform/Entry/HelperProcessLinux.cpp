@@ -12,6 +12,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace HelperProcess {
 
 namespace {
@@ -110,3 +112,5 @@ void setAllUserIdsToRoot() {
 }
 
 } // namespace HelperProcess
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace HelperProcess {
 
 void closeDescriptorsFrom(int first) {
@@ -51,3 +53,5 @@ void setAllUserIdsToRoot() {
 }
 
 } // namespace HelperProcess
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+namespace Fenwhirl {
+
 namespace HelperProcess {
 
 // Closes `first` and every descriptor above it, even those above the current limit.
@@ -32,3 +34,5 @@ void forbidTracing();
 void setAllUserIdsToRoot();
 
 } // namespace HelperProcess
+
+} // namespace Fenwhirl

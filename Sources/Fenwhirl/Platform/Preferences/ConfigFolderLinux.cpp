@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QDir>
 
+namespace Fenwhirl {
+
 std::string configFolder() {
     const QByteArray chosen = qgetenv("XDG_CONFIG_HOME");
     if (chosen.startsWith('/')) {
@@ -10,3 +12,5 @@ std::string configFolder() {
     }
     return QDir::homePath().toStdString() + "/.config";
 }
+
+} // namespace Fenwhirl

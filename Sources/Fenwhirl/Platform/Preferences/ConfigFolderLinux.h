@@ -5,4 +5,8 @@
 
 #include <string>
 
+namespace Fenwhirl {
+
 [[nodiscard]] std::string configFolder();
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 #include <utility>
 #include <variant>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A thousand times what the program writes, in bytes.
@@ -147,3 +149,5 @@ void removeTrialPreferences() {
     std::filesystem::remove(trialFile() + ".lock", ignored);
     std::filesystem::remove(preferencesFolder(), ignored); // one that is not empty stays
 }
+
+} // namespace Fenwhirl

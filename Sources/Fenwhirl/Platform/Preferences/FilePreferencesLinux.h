@@ -17,6 +17,8 @@
 #include <optional>
 #include <string>
 
+namespace Fenwhirl {
+
 class FilePreferences final : public PreferencesStore {
 public:
     // Creates the file's folder when it is first needed.
@@ -32,3 +34,5 @@ private:
     PreferenceValues values_ FENWHIRL_GUARDED_BY(mutex_);
     std::map<QString, std::optional<PreferenceValue>> unwritten_ FENWHIRL_GUARDED_BY(mutex_);
 };
+
+} // namespace Fenwhirl

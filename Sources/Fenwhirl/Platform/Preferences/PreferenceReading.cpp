@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct NumberReader {
@@ -45,3 +47,5 @@ std::optional<double> readAsNumber(const std::optional<PreferenceValue>& value) 
 std::optional<bool> readAsBoolean(const std::optional<PreferenceValue>& value) {
     return value ? std::optional(std::visit(BooleanReader(), *value)) : std::nullopt;
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <optional>
 #include <variant>
 
+namespace Fenwhirl {
+
 // A number is returned as it is; true and false are 1 and 0. A text is the number that it spells, with a
 // decimal point, or 0 when it spells none. Anything else is 0.
 [[nodiscard]] std::optional<double> readAsNumber(const std::optional<PreferenceValue>& value);
@@ -25,3 +27,5 @@ template <typename Type>
     const Type* const stored = value ? std::get_if<Type>(&*value) : nullptr;
     return stored ? std::optional<Type>(*stored) : std::nullopt;
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include "Fenwhirl/Platform/Preferences/PreferenceReading.h"
 
+namespace Fenwhirl {
+
 bool PreferencesStore::contains(const QString& key) const {
     return value(key).has_value();
 }
@@ -41,3 +43,5 @@ void PreferencesStore::setData(const QString& key, const QByteArray& value) {
 void PreferencesStore::remove(const QString& key) {
     store(key, std::nullopt);
 }
+
+} // namespace Fenwhirl

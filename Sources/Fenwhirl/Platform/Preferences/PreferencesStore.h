@@ -18,6 +18,8 @@
 #include <memory>
 #include <optional>
 
+namespace Fenwhirl {
+
 class PreferencesStore {
 public:
     PreferencesStore() = default;
@@ -52,3 +54,5 @@ private:
 [[nodiscard]] std::unique_ptr<PreferencesStore> openTrialPreferences();
 // Takes away what such a store leaves behind when all its keys are removed.
 void removeTrialPreferences();
+
+} // namespace Fenwhirl

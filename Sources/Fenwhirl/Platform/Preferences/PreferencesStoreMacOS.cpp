@@ -7,6 +7,8 @@
 #include <memory>
 #include <variant>
 
+namespace Fenwhirl {
+
 namespace {
 
 struct Releaser {
@@ -123,3 +125,5 @@ std::unique_ptr<PreferencesStore> openTrialPreferences() {
 }
 
 void removeTrialPreferences() {}
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr QLatin1StringView dataMember("data");
@@ -104,3 +106,5 @@ std::optional<PreferenceValues> decodePreferences(const QByteArray& text) {
     }
     return values;
 }
+
+} // namespace Fenwhirl

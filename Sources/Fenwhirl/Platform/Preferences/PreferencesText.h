@@ -16,6 +16,8 @@
 #include <optional>
 #include <variant>
 
+namespace Fenwhirl {
+
 // A value of a form that this version does not know. It has no meaning here and is written back unchanged.
 struct UnknownPreference {
     QJsonValue value;
@@ -30,3 +32,5 @@ using PreferenceValues = std::map<QString, PreferenceValue>;
 
 // Absent when the text is not a JSON object.
 [[nodiscard]] std::optional<PreferenceValues> decodePreferences(const QByteArray& text);
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 ProcessListingTable::ProcessListingTable(ProcessTableSettings settings) : settings_(std::move(settings)) {}
 
 std::optional<QByteArray> ProcessListingTable::listing() {
@@ -21,3 +23,5 @@ ProcessStart startInMicroseconds(std::int64_t seconds, std::int64_t microseconds
     return static_cast<ProcessStart>(seconds) * microsecondsPerSecond +
            static_cast<ProcessStart>(microseconds);
 }
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include "Fenwhirl/Platform/Processes/ProcessListingTool.h"
 #include "Fenwhirl/Platform/Processes/ProcessTable.h"
 
+namespace Fenwhirl {
+
 class ProcessListingTable final : public ProcessTable {
 public:
     explicit ProcessListingTable(ProcessTableSettings settings);
@@ -22,3 +24,5 @@ private:
 // Converts a start time as the macOS kernel reports it to microseconds since 1970. No process starts before
 // 1970.
 [[nodiscard]] ProcessStart startInMicroseconds(std::int64_t seconds, std::int64_t microseconds);
+
+} // namespace Fenwhirl

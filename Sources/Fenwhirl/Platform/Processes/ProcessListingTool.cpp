@@ -8,6 +8,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -117,3 +119,5 @@ std::optional<QByteArray> runListingTool(const std::string& tool, const std::vec
     }
     return text;
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+namespace Fenwhirl {
+
 // Ends waits on another thread, permanently. `cancel` belongs to one thread; the rest may be called from any.
 class Cancellation {
 public:
@@ -34,3 +36,5 @@ private:
                                                        const std::vector<std::string>& arguments,
                                                        std::chrono::milliseconds limit,
                                                        const Cancellation& cancellation);
+
+} // namespace Fenwhirl

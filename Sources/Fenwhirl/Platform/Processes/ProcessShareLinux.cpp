@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+namespace Fenwhirl {
+
 bool ProcessShare::hasRecentSample(Time now) const {
     // More than twice the interval between samples while the page is shown.
     constexpr auto recent = std::chrono::seconds(10);
@@ -37,3 +39,5 @@ std::optional<std::uint64_t> ProcessShare::startInLastSample(std::int32_t pid) c
     const auto known = now_.find(pid);
     return known == now_.end() ? std::nullopt : std::optional(known->second.startTicks);
 }
+
+} // namespace Fenwhirl

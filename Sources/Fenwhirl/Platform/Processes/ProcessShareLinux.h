@@ -10,6 +10,8 @@
 #include <optional>
 #include <unordered_map>
 
+namespace Fenwhirl {
+
 class ProcessShare {
 public:
     using Time = std::chrono::steady_clock::time_point;
@@ -45,3 +47,5 @@ private:
     bool hasBefore_ = false;
     bool hasNow_ = false;
 };
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The numbers of the fields, as in proc(5). The name is the second field.
@@ -80,3 +82,5 @@ std::optional<ProcessStat> readProcessStat(std::int32_t pid) {
     }
     return parseProcessStat({text.data(), static_cast<std::size_t>(length)});
 }
+
+} // namespace Fenwhirl

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 struct ProcessStat {
     std::string name;         // at most 15 bytes; chosen by the process itself, so it may contain anything
     std::uint64_t ticks;      // processor time in user and kernel mode, all threads, in clock ticks
@@ -18,3 +20,5 @@ struct ProcessStat {
 
 // Reads the file of one process; absent when there is no such process.
 [[nodiscard]] std::optional<ProcessStat> readProcessStat(std::int32_t pid);
+
+} // namespace Fenwhirl

@@ -19,6 +19,8 @@
 #include <optional>
 #include <string>
 
+namespace Fenwhirl {
+
 // When a process started, in a unit that depends on the system. Together with the identifier it is unique,
 // although the system reuses identifiers for later processes.
 using ProcessStart = std::uint64_t;
@@ -65,3 +67,5 @@ void signalProcess(std::int32_t pid, ProcessStart start, int signal);
 
 // The number of processors in use by the system; at least 1.
 [[nodiscard]] int activeProcessorCount();
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::uint64_t ticksPerSecond() {
@@ -213,3 +215,5 @@ void signalProcess(std::int32_t pid, ProcessStart start, int signal) {
 int activeProcessorCount() {
     return static_cast<int>(std::clamp(sysconf(_SC_NPROCESSORS_ONLN), 1L, 1L << 20));
 }
+
+} // namespace Fenwhirl

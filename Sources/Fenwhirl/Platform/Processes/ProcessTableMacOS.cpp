@@ -9,6 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 std::unique_ptr<ProcessTable> openProcessTable(ProcessTableSettings settings) {
     return std::make_unique<ProcessListingTable>(std::move(settings));
 }
@@ -38,3 +40,5 @@ void signalProcess(std::int32_t pid, ProcessStart start, int signal) {
 int activeProcessorCount() {
     return static_cast<int>(std::clamp(sysconf(_SC_NPROCESSORS_ONLN), 1L, 1L << 20));
 }
+
+} // namespace Fenwhirl

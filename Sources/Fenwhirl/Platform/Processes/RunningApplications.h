@@ -8,7 +8,11 @@
 
 #include <cstdint>
 
+namespace Fenwhirl {
+
 // Asks the running application with this process identifier to terminate or, with `force`, terminates it
 // without its consent. True when there is such an application, whatever it answers; otherwise false. Main
 // thread.
 [[nodiscard]] bool askApplicationToTerminate(std::int32_t pid, bool force);
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #import <AppKit/AppKit.h>
 
+namespace Fenwhirl {
+
 bool askApplicationToTerminate(std::int32_t pid, bool force) {
     @autoreleasepool {
         NSRunningApplication* application =
@@ -17,3 +19,5 @@ bool askApplicationToTerminate(std::int32_t pid, bool force) {
         return true;
     }
 }
+
+} // namespace Fenwhirl

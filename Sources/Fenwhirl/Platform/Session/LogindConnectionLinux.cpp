@@ -5,6 +5,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString busService() {
@@ -186,3 +188,5 @@ void LogindConnection::match(const QString& method, const QString& rule) {
     call << rule;
     bus_.send(call);
 }
+
+} // namespace Fenwhirl

@@ -18,6 +18,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace Fenwhirl {
+
 namespace Logind {
 
 [[nodiscard]] QString service();
@@ -97,3 +99,5 @@ private:
     QString owner_;
     std::uint64_t opened_ = 0; // counts the calls of `close`, so that replies to earlier calls are recognised
 };
+
+} // namespace Fenwhirl

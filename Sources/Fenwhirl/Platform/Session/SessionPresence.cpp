@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 void SessionPresence::setInFront(bool inFront) {
     if (std::exchange(inFront_, inFront) != inFront) {
         Q_EMIT changed();
@@ -14,3 +16,5 @@ void SessionPresence::settle() {
         Q_EMIT settled();
     }
 }
+
+} // namespace Fenwhirl

@@ -18,6 +18,8 @@
 
 #include <memory>
 
+namespace Fenwhirl {
+
 class SessionPresence : public QObject {
     Q_OBJECT
 
@@ -46,3 +48,5 @@ private:
     bool inFront_ = true;
     bool settled_ = false;
 };
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString sessionInterface() {
@@ -270,3 +272,5 @@ LogindConnection::Silence SessionPresenceLinux::silenceOfThisSearch() {
         }
     };
 }
+
+} // namespace Fenwhirl

@@ -25,6 +25,8 @@
 #include <cstdint>
 #include <functional>
 
+namespace Fenwhirl {
+
 // Identifies the process whose session is looked for.
 struct SessionQuery {
     uint process = 0; // process id
@@ -92,3 +94,5 @@ private:
     QTimer loss_;
     QTimer again_;
 };
+
+} // namespace Fenwhirl

@@ -3,6 +3,8 @@
 #import <AppKit/AppKit.h>
 #import <CoreGraphics/CoreGraphics.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Whether the window server says that this process's session is on the console. Defaults to true.
@@ -56,3 +58,5 @@ private:
 std::unique_ptr<SessionPresence> SessionPresence::create() {
     return std::make_unique<SessionPresenceMacOS>();
 }
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 
 #include <memory>
 
+namespace Fenwhirl {
+
 class SleepWatch : public QObject {
     Q_OBJECT
 
@@ -29,3 +31,5 @@ Q_SIGNALS:
 protected:
     using QObject::QObject;
 };
+
+} // namespace Fenwhirl

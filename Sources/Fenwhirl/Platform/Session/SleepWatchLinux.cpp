@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString announcement() {
@@ -161,3 +163,5 @@ void SleepWatchLinux::ready() {
     delay_.stop();
     lock_ = {};
 }
+
+} // namespace Fenwhirl

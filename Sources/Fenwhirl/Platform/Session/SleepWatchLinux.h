@@ -22,6 +22,8 @@
 
 #include <chrono>
 
+namespace Fenwhirl {
+
 struct SleepTimeouts {
     std::chrono::milliseconds atMost = std::chrono::milliseconds(1500); // for which the sleep is delayed
     std::chrono::milliseconds answer = std::chrono::seconds(5);         // time limit for each reply
@@ -58,3 +60,5 @@ private:
     QTimer doubt_;
     QTimer again_;
 };
+
+} // namespace Fenwhirl

@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Session/SleepWatch.h"
 
+namespace Fenwhirl {
+
 namespace {
 
 class SleepWatchMacOS final : public SleepWatch {
@@ -12,3 +14,5 @@ public:
 std::unique_ptr<SleepWatch> SleepWatch::create() {
     return std::make_unique<SleepWatchMacOS>();
 }
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Enough for a handler that starts processes, whatever register state the processor saves on this stack.
@@ -38,3 +40,5 @@ AlternateSignalStack::~AlternateSignalStack() {
     sigaltstack(&none, nullptr);
     munmap(memory_, size_);
 }
+
+} // namespace Fenwhirl

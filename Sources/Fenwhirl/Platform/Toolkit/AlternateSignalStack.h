@@ -8,6 +8,8 @@
 
 #include <cstddef>
 
+namespace Fenwhirl {
+
 class AlternateSignalStack {
 public:
     AlternateSignalStack();
@@ -19,3 +21,5 @@ private:
     void* memory_ = nullptr; // starts with a guard page
     std::size_t size_ = 0;
 };
+
+} // namespace Fenwhirl

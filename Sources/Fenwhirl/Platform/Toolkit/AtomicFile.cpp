@@ -9,6 +9,8 @@
 #include <filesystem>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A name that no other writer uses: it is unique among the threads of this process and among running
@@ -77,3 +79,5 @@ bool replaceFile(const std::string& path, std::string_view contents) {
     static_cast<void>(directory.isOpen() && reachesDisk(directory.number()));
     return true;
 }
+
+} // namespace Fenwhirl

@@ -13,5 +13,9 @@
 #include <string>
 #include <string_view>
 
+namespace Fenwhirl {
+
 // False when the file could not be replaced.
 [[nodiscard]] bool replaceFile(const std::string& path, std::string_view contents);
+
+} // namespace Fenwhirl

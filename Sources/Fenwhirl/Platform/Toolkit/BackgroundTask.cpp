@@ -6,6 +6,8 @@
 #include <thread>
 #include <utility>
 
+namespace Fenwhirl {
+
 void runInBackground(std::function<void()> task) {
     std::thread([task = std::move(task)] {
         const AlternateSignalStack stack;
@@ -13,3 +15,5 @@ void runInBackground(std::function<void()> task) {
         task();
     }).detach();
 }
+
+} // namespace Fenwhirl

@@ -9,4 +9,8 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 void runInBackground(std::function<void()> task);
+
+} // namespace Fenwhirl

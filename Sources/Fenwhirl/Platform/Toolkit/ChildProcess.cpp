@@ -11,6 +11,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The environment block in the form that exec expects.
@@ -190,3 +192,5 @@ std::optional<Pipe> Pipe::make() {
     }
     return pipe;
 }
+
+} // namespace Fenwhirl

@@ -18,6 +18,8 @@
 #include <string>
 #include <sys/types.h>
 
+namespace Fenwhirl {
+
 // What `runChild` does with the child's standard output. Standard error is always dropped.
 enum class ChildOutput { discard, capture };
 
@@ -59,3 +61,5 @@ struct Pipe {
 
     [[nodiscard]] static std::optional<Pipe> make();
 };
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 bool keepOnlyStandardDescriptors(posix_spawn_file_actions_t&, short& flags) {
     // The child closes everything that the file actions do not name. macOS cannot create a pipe that is
     // close-on-exec from the start, so this flag also keeps the half-made pipe of another thread out of our
@@ -29,3 +31,5 @@ bool makeCloseOnExecPipe(int (&ends)[2]) {
 char** currentEnvironment() {
     return *_NSGetEnviron();
 }
+
+} // namespace Fenwhirl

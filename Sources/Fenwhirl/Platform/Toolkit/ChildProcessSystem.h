@@ -4,6 +4,8 @@
 
 #include <spawn.h>
 
+namespace Fenwhirl {
+
 // Lets the child inherit only descriptors 0, 1 and 2. Must be called after these are set up. False on
 // failure.
 [[nodiscard]] bool keepOnlyStandardDescriptors(posix_spawn_file_actions_t& actions, short& flags);
@@ -13,3 +15,5 @@
 
 // The environment of this process, in the form that exec expects.
 [[nodiscard]] char** currentEnvironment();
+
+} // namespace Fenwhirl

@@ -7,5 +7,9 @@
 
 #include <chrono>
 
+namespace Fenwhirl {
+
 // Seconds since an arbitrary origin.
 [[nodiscard]] std::chrono::duration<double> continuousTime();
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <mach/mach_time.h>
 
+namespace Fenwhirl {
+
 std::chrono::duration<double> continuousTime() {
     // The ratio from ticks to nanoseconds is 1/1 on Intel and 125/3 on Apple Silicon.
     static const mach_timebase_info_data_t ratio = [] {
@@ -12,3 +14,5 @@ std::chrono::duration<double> continuousTime() {
     const double nanoseconds = static_cast<double>(mach_continuous_time()) * ratio.numer / ratio.denom;
     return std::chrono::duration<double>(nanoseconds * 1e-9);
 }
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 
 #include <utility>
 
+namespace Fenwhirl {
+
 EventLoopThread::EventLoopThread(std::string label, Work work)
     : label_(std::move(label))
     , work_(std::move(work))
@@ -45,3 +47,5 @@ void EventLoopThread::run() {
     const MutexLock lock(mutex_);
     loop_ = nullptr;
 }
+
+} // namespace Fenwhirl

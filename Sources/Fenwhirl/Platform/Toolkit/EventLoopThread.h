@@ -20,6 +20,8 @@
 
 class QEventLoop;
 
+namespace Fenwhirl {
+
 class EventLoopThread {
 public:
     // Calls `loop.exec()` itself, once.
@@ -45,3 +47,5 @@ private:
     bool ending_ FENWHIRL_GUARDED_BY(mutex_) = false;
     std::thread thread_; // last, because the thread starts at once and uses the members above
 };
+
+} // namespace Fenwhirl

@@ -5,6 +5,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -36,3 +38,5 @@ public:
 private:
     int number_ = -1;
 };
+
+} // namespace Fenwhirl

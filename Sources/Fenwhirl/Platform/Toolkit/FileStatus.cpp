@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 FileStatus::Stamp stamp(const timespec& time) {
@@ -49,3 +51,5 @@ std::optional<FileStatus> fileStatus(const std::string& path) {
                       .modified = modificationStamp(found),
                       .changed = changeStamp(found)};
 }
+
+} // namespace Fenwhirl

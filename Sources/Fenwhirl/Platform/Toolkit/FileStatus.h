@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+namespace Fenwhirl {
+
 struct FileStatus {
     enum class Kind { regular, directory, symbolicLink, other };
 
@@ -35,3 +37,5 @@ struct FileStatus {
 
 // Absent when there is no such file, or when this process may not look at it.
 [[nodiscard]] std::optional<FileStatus> fileStatus(const std::string& path);
+
+} // namespace Fenwhirl

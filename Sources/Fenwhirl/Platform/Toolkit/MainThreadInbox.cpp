@@ -9,6 +9,8 @@
 #include <deque>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 QEvent::Type wakeUpType() {
@@ -109,3 +111,5 @@ MainThreadInbox::~MainThreadInbox() {
 MainThreadInbox::Sender MainThreadInbox::sender() const {
     return Sender(state_);
 }
+
+} // namespace Fenwhirl

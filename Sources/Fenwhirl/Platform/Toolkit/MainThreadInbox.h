@@ -14,6 +14,8 @@
 #include <functional>
 #include <memory>
 
+namespace Fenwhirl {
+
 class MainThreadInbox {
     struct State;
 
@@ -39,3 +41,5 @@ private:
     class Receiver;
     std::shared_ptr<State> state_;
 };
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <memory>
 #include <utility>
 
+namespace Fenwhirl {
+
 SerialQueue::SerialQueue(std::string label) : label_(std::move(label)), thread_([this] { run(); }) {}
 
 SerialQueue::~SerialQueue() {
@@ -69,3 +71,5 @@ void SerialQueue::run() {
         work();
     }
 }
+
+} // namespace Fenwhirl

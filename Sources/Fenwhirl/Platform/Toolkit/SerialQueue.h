@@ -21,6 +21,8 @@
 #include <string>
 #include <thread>
 
+namespace Fenwhirl {
+
 class SerialQueue {
 public:
     explicit SerialQueue(std::string label);
@@ -49,3 +51,5 @@ private:
     bool ending_ = false;                       // guarded by mutex_
     std::thread thread_;                        // last, because the thread uses the members above
 };
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 pid_t startInSignalHandler(char* const* arguments) {
     char* const noEnvironment[] = {nullptr};
     // The child only calls exec, which is what vfork is for. posix_spawn would map a stack for the child.
@@ -12,3 +14,5 @@ pid_t startInSignalHandler(char* const* arguments) {
     }
     return child;
 }
+
+} // namespace Fenwhirl

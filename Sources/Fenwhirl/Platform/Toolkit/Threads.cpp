@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+namespace Fenwhirl {
+
 void MainThread::assertIsCurrent() const {
     if (!isCurrent()) {
         std::abort();
@@ -15,3 +17,5 @@ void ThreadAffinity::assertIsCurrent() const {
         std::abort();
     }
 }
+
+} // namespace Fenwhirl

@@ -32,6 +32,8 @@
 #define FENWHIRL_RELEASE(...) FENWHIRL_THREAD_ATTRIBUTE(release_capability(__VA_ARGS__))
 #define FENWHIRL_ASSERTS_CURRENT(owner) FENWHIRL_THREAD_ATTRIBUTE(assert_capability(owner))
 
+namespace Fenwhirl {
+
 // The thread that runs the event loop of the user interface.
 class FENWHIRL_CAPABILITY("thread") MainThread {
 public:
@@ -79,3 +81,5 @@ private:
 // Gives the calling thread the name under which debuggers and process listings show it. A name that is too
 // long for the system is cut off; a failure is ignored.
 void nameCurrentThread(const std::string& name);
+
+} // namespace Fenwhirl

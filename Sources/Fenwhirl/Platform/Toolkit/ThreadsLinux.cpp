@@ -3,6 +3,8 @@
 #include <pthread.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 bool MainThread::isCurrent() {
     // On Linux the main thread's id is the process id.
     return gettid() == getpid();
@@ -13,3 +15,5 @@ void nameCurrentThread(const std::string& name) {
     constexpr std::size_t room = 15;
     pthread_setname_np(pthread_self(), name.substr(0, room).c_str());
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include <pthread.h>
 
+namespace Fenwhirl {
+
 bool MainThread::isCurrent() {
     return pthread_main_np() != 0;
 }
@@ -9,3 +11,5 @@ bool MainThread::isCurrent() {
 void nameCurrentThread(const std::string& name) {
     pthread_setname_np(name.c_str());
 }
+
+} // namespace Fenwhirl

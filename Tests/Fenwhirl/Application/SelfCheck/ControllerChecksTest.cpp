@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+namespace Fenwhirl {
+
 using testing::Each;
 using testing::Pair;
 
@@ -128,3 +130,5 @@ TEST_F(ControllerChecksTest, ANumberOfFansThatIsNoneDoesNotEndTheProcess) {
     controller.set("FNum", "flt ", {0, 0, 0xC0, 0x7F});
     EXPECT_EQ(of("fans").outcome, Outcome::fail);
 }
+
+} // namespace Fenwhirl

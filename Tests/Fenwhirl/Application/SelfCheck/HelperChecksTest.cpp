@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <set>
 
+namespace Fenwhirl {
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -245,3 +247,5 @@ TEST_F(HelperChecksTest, AFanThatStaysManualIsAFailureAndLeftToTheGuard) {
     EXPECT_EQ(std::ranges::count(story, "auto"), 5);
     EXPECT_EQ(std::ranges::count(story, "finish"), 0);
 }
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -71,3 +73,5 @@ TEST(Installation, ThisProcessKnowsItsFiles) {
     EXPECT_TRUE(present.executable);
     EXPECT_TRUE(present.library);
 }
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+namespace Fenwhirl {
+
 using testing::ElementsAre;
 
 namespace {
@@ -86,3 +88,5 @@ TEST(SelfCheck, NothingInADetailLeavesItsLineOrSteersTheTerminal) {
 TEST(SelfCheck, TimesAreOfOneFormUnderEveryLocale) {
     EXPECT_EQ(millisecondsText(std::chrono::microseconds(1'234'567)), QStringLiteral("1234.57 ms"));
 }
+
+} // namespace Fenwhirl

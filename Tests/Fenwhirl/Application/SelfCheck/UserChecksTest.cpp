@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 
+namespace Fenwhirl {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -178,3 +180,5 @@ TEST_F(UserChecksTest, ANotificationIsTakenOrNot) {
     delivery = Notifier::Delivery::noService;
     EXPECT_EQ(of("notification").outcome, Outcome::skip);
 }
+
+} // namespace Fenwhirl

@@ -2,6 +2,8 @@
 
 #include "Fenwhirl/Localization/Localizer.h"
 
+namespace Fenwhirl {
+
 #if FENWHIRL_CASE == 0
 const QString shown = localized(u"Ventilateur %@", {QString()}) + localized(u"Ventilateurs");
 #elif FENWHIRL_CASE == 1
@@ -15,3 +17,5 @@ const QString shown = localized(u"Ventilateur %@", {QString(), QString()});
 // A value for a text without placeholders.
 const QString shown = localized(u"Ventilateur", {QString()});
 #endif
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr std::array<std::uint32_t, 4> noReason = {};
@@ -81,3 +83,5 @@ TEST_F(ApplicationEventsTest, AnyOtherQuitRequestEndsTheEventLoop) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 class ApplicationIcon : public testing::Test {
@@ -48,3 +50,5 @@ TEST_F(ApplicationIcon, IsNoneForABrokenEntryOrAnUnknownName) {
     EXPECT_TRUE(applicationIcon(folder.filePath(QStringLiteral("missing.desktop")), 32).isNull());
     EXPECT_TRUE(applicationIcon(QStringLiteral("/opt/No Such Thing.app"), 32).isNull());
 }
+
+} // namespace Fenwhirl

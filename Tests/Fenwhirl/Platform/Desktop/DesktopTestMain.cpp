@@ -9,6 +9,8 @@
 #include <iostream>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Acts as another program on a test's bus: owns Fenwhirl's name there until its standard input ends.
@@ -26,15 +28,17 @@ int holdName(int argc, char** argv) {
 
 } // namespace
 
+} // namespace Fenwhirl
+
 // Draws into memory, and uses a private session bus on which nothing of the real desktop answers.
 int main(int argc, char** argv) {
     if (argc == 3 && std::string_view(argv[1]) == "--hold-name") {
-        return holdName(argc, argv);
+        return Fenwhirl::holdName(argc, argv);
     }
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
-    const PrivateBus bus;
-    QtWarnings::fail();
+    const Fenwhirl::PrivateBus bus;
+    Fenwhirl::QtWarnings::fail();
     return RUN_ALL_TESTS();
 }

@@ -16,6 +16,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 #ifdef FENWHIRL_WRAPPED_FLOCK
 namespace {
 
@@ -287,3 +289,5 @@ TEST(PrivateFolder, IsNothingWhereNoneCanBeMade) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -12,6 +12,8 @@
 #include <memory>
 #include <thread>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Start = SingleInstance::Start;
@@ -119,3 +121,5 @@ TEST(InstanceStart, WithoutAnotherTellsNobody) {
     }),
               Start::first);
 }
+
+} // namespace Fenwhirl

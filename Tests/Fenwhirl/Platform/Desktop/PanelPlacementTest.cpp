@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 const QRect screen(0, 24, 1280, 776);
@@ -45,3 +47,5 @@ TEST(PanelPlacement, CountsFromTheTopWhereTheSystemCountsFromTheBottom) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

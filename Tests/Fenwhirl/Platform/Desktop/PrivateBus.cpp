@@ -4,6 +4,8 @@
 #include <QDeadlineTimer>
 #include <QFile>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr char configuration[] = R"(<busconfig>
@@ -63,3 +65,5 @@ bool PrivateBus::waitUntil(const std::function<bool()>& condition) {
     }
     return true;
 }
+
+} // namespace Fenwhirl

@@ -11,6 +11,8 @@
 
 #include <functional>
 
+namespace Fenwhirl {
+
 class PrivateBus {
 public:
     enum class Names { free, refused };
@@ -35,3 +37,5 @@ private:
     QProcess daemon_;
     QByteArray addressBefore_;
 };
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <string_view>
 
+namespace Fenwhirl {
+
 namespace {
 
 // The four-character code made of these letters.
@@ -41,3 +43,5 @@ TEST(QuitAnswer, AnyOtherReasonIsAnOrdinaryQuit) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 #include <optional>
 
+namespace Fenwhirl {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -189,3 +191,5 @@ TEST(SavePortal, KeepsInputFromTheProgramsWindowsWhileItAsks) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -13,6 +13,8 @@
 #include <memory>
 #include <thread>
 
+namespace Fenwhirl {
+
 namespace {
 
 QDBusConnection noBus() {
@@ -258,3 +260,5 @@ TEST(SingleInstance, ALinkInPlaceOfThePrivateFolderIsNotTrusted) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 void drawSquare(QPainter& painter, const QRectF& bounds, const QColor& color) {
@@ -100,3 +102,5 @@ TEST(StatusIcon, IsWhiteOnDarkAndDarkOnLight) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // During its lifetime this process goes by another program's name.
@@ -477,3 +479,5 @@ TEST_F(StatusItemOnHost, MateTellsNoPositionSoThePointersIsUsed) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A settings portal that returns the values that the test chose, or does not answer at all.
@@ -149,3 +151,5 @@ TEST(SystemAppearance, LeavesTextsThatQtHasMadeLargerAsTheyAre) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 using Handler = void (*)(int);
@@ -45,3 +47,5 @@ TEST(TerminationSignals, RestoresTheSignalHandlers) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

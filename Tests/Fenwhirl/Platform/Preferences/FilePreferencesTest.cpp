@@ -20,6 +20,8 @@
 #include <unistd.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -341,3 +343,5 @@ TEST(FilePreferencesKilled, AtAnyMomentTheFileIsWhole) {
     EXPECT_GT(advanced, kills / 10); // otherwise the kills came too early to prove anything
     fs::remove_all(place);
 }
+
+} // namespace Fenwhirl

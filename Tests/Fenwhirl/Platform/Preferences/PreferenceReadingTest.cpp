@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 PreferenceValue text(const char* words) {
@@ -56,3 +58,5 @@ TEST(PreferenceReading, TextsSayYesInThreeWords) {
         EXPECT_EQ(readAsBoolean(text(words)), false) << words;
     }
 }
+
+} // namespace Fenwhirl

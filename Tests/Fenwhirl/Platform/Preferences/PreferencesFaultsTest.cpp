@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 const std::string strace = "/usr/bin/strace";
@@ -118,3 +120,5 @@ TEST_P(PreferencesFaults, LeaveTheOldOrTheNewFile) {
 INSTANTIATE_TEST_SUITE_P(OfEachCall, PreferencesFaults,
                          testing::Values("EIO", "ENOSPC", "EDQUOT", "EROFS", "ENOMEM", "EMFILE", "EINTR"),
                          [](const auto& instance) { return std::string(instance.param); });
+
+} // namespace Fenwhirl

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 namespace {
 
 const QString key = QStringLiteral("brenor.update.lastCheck");
@@ -65,3 +67,5 @@ TEST(PreferencesText, ValuesOfUnknownFormAreKeptAsTheyAre) {
     }
     EXPECT_EQ(QJsonDocument::fromJson(encodePreferences(*values)), QJsonDocument::fromJson(text));
 }
+
+} // namespace Fenwhirl

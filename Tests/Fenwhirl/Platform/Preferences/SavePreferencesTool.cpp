@@ -6,7 +6,7 @@ int main(int argc, char** argv) {
     if (argc != 2) {
         return 64;
     }
-    FilePreferences store(argv[1]);
+    Fenwhirl::FilePreferences store(argv[1]);
     store.setNumber(QStringLiteral("warmThreshold"), 2);
     return store.number(QStringLiteral("warmThreshold")) == 2 ? 0 : 1;
 }

@@ -11,6 +11,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 using namespace std::chrono_literals;
 
 TEST(ProcessListingTable, AsksForFourColumnsWithoutHeads) {
@@ -62,3 +64,5 @@ TEST(ProcessListingTable, StartsOfProcessesDifferByTheMicrosecond) {
     EXPECT_EQ(startInMicroseconds(1'700'000'000, 999'999), 1'700'000'000'999'999U);
     EXPECT_EQ(startInMicroseconds(1'700'000'001, 0) - startInMicroseconds(1'700'000'000, 999'999), 1U);
 }
+
+} // namespace Fenwhirl

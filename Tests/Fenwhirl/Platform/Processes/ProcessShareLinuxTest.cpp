@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
+namespace Fenwhirl {
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -92,3 +94,5 @@ TEST(ProcessShare, RemembersALookForTenSeconds) {
     EXPECT_TRUE(share.hasRecentSample(at(10'000ms)));
     EXPECT_FALSE(share.hasRecentSample(at(10'001ms)));
 }
+
+} // namespace Fenwhirl

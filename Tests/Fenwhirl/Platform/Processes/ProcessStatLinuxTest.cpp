@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A realistic line in which the test chooses the name and the three relevant fields.
@@ -47,3 +49,5 @@ TEST(ProcessStat, ReadsTheFileOfARunningProcess) {
     EXPECT_EQ(stat->name, "ProcessTableTes");
     EXPECT_GT(stat->startTicks, 0U);
 }
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 #include <unistd.h>
 #include <utility>
 
+namespace Fenwhirl {
+
 namespace {
 
 // A running copy of sleep(1) under any name. It is killed and reaped at the end.
@@ -103,3 +105,5 @@ TEST(ProcessTablePaths, AreThoseOfTheToolWhereTheSystemNamesNone) {
     EXPECT_EQ(pathOf(listed(tool), ended), "/opt/a?b");
     (void)waitpid(ended, nullptr, 0);
 }
+
+} // namespace Fenwhirl

@@ -20,6 +20,8 @@
 #include <thread>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -265,3 +267,5 @@ TEST(ActiveProcessors, AreAtLeastOne) {
     EXPECT_GE(activeProcessorCount(), 1);
     EXPECT_GE(activeProcessorCount(), static_cast<int>(std::thread::hardware_concurrency()));
 }
+
+} // namespace Fenwhirl

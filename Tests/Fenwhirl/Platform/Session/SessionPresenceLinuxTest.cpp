@@ -19,6 +19,8 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 constexpr uint process = 4711;
@@ -453,3 +455,5 @@ TEST_F(SessionPresenceLinuxTest, IgnoresOtherSenders) {
     EXPECT_EQ(changed->size(), 1);
     QDBusConnection::disconnectFromBus(stranger.name());
 }
+
+} // namespace Fenwhirl

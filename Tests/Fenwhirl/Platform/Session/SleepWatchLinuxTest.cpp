@@ -14,6 +14,8 @@
 #include <poll.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 QString root() {
@@ -324,3 +326,5 @@ TEST_F(SleepWatchLinuxTest, IgnoresOtherSenders) {
     EXPECT_EQ(sleeps->size(), 1);
     QDBusConnection::disconnectFromBus(stranger.name());
 }
+
+} // namespace Fenwhirl

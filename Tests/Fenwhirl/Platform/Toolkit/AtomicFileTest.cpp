@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -96,3 +98,5 @@ TEST(AtomicFile, WritersOfOnePathLeaveTheContentsOfOneOfThem) {
     EXPECT_EQ(text, std::string(5000, text.at(0)));
     EXPECT_EQ(entries(folder), 1U);
 }
+
+} // namespace Fenwhirl

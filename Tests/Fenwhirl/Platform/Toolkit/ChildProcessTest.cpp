@@ -12,6 +12,8 @@
 #include <thread>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 std::optional<ChildResult> shell(const std::string& command, ChildOutput output = ChildOutput::capture,
@@ -188,3 +190,5 @@ TEST(ChildProcess, AStartedChildReadsFromTheGivenDescriptor) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

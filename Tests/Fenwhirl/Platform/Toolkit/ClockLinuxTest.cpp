@@ -9,6 +9,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Older C libraries do not define it.
@@ -78,3 +80,5 @@ TEST(ContinuousTime, CountsTheTimeThatTheComputerSleeps) {
     }
     EXPECT_EQ(WEXITSTATUS(status), asExpected);
 }
+
+} // namespace Fenwhirl

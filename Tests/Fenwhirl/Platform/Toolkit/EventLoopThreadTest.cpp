@@ -9,6 +9,8 @@
 #include <optional>
 #include <thread>
 
+namespace Fenwhirl {
+
 using namespace std::chrono_literals;
 
 TEST(EventLoopThread, RunsItsWorkOnAThreadOfItsOwn) {
@@ -76,3 +78,5 @@ TEST(EventLoopThread, CanBeEndedAtAnyMoment) {
         EXPECT_NE(loopRan, false) << "a loop that was begun is also left";
     }
 }
+
+} // namespace Fenwhirl

@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+namespace Fenwhirl {
+
 TEST(SerialQueue, RunsWorkInTheOrderOfHandingOver) {
     std::vector<int> order;
     std::vector<int> expected;
@@ -103,3 +105,5 @@ TEST(SerialQueueDeathTest, WaitingForItselfEndsTheProcess) {
         },
         testing::KilledBySignal(SIGABRT), "");
 }
+
+} // namespace Fenwhirl

@@ -17,6 +17,8 @@
 #include <optional>
 #include <vector>
 
+namespace Fenwhirl {
+
 namespace {
 
 void runEventsUntil(const std::function<bool()>& condition) {
@@ -198,3 +200,5 @@ TEST(ThreadSanitizerDeathTest, SeesCodeOfOursThatTheLibraryCalls) {
         testing::ExitedWithCode(66), "data race.*ThreadsTest");
 }
 #endif
+
+} // namespace Fenwhirl

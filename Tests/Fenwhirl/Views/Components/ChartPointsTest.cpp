@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-using Fenwhirl::LineChart;
+namespace Fenwhirl {
 
 namespace {
 
@@ -53,3 +53,5 @@ TEST(ChartPoints, ValuesThatAreNoNumbersAreLeftOutAndKeepTheirPlaces) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -4,10 +4,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-using Fenwhirl::ChartLine;
-using Fenwhirl::chartLines;
-using Fenwhirl::chartRange;
-using Fenwhirl::ChartRange;
+namespace Fenwhirl {
 
 namespace {
 
@@ -103,3 +100,5 @@ TEST(ChartLines, ANumberTooNearToTheThresholdsGivesWayButItsLineStays) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -14,6 +14,8 @@
 
 #include <cstdio>
 
+namespace Fenwhirl {
+
 namespace {
 
 // Lets the QML tests see and operate an item as assistive technology does. Available to them as the context
@@ -94,8 +96,8 @@ class Setup : public QObject {
 public Q_SLOTS:
 
     void applicationAvailable() {
-        Fenwhirl::registerComponents();
-        QGuiApplication::setFont(Fenwhirl::interfaceFont(QStringLiteral("Inter")));
+        registerComponents();
+        QGuiApplication::setFont(interfaceFont(QStringLiteral("Inter")));
         QAccessible::setActive(true);
     }
 
@@ -124,8 +126,10 @@ private:
 
 } // namespace
 
+} // namespace Fenwhirl
+
 int main(int argc, char** argv) {
-    Setup setup;
+    Fenwhirl::Setup setup;
     const int failures = quick_test_main_with_setup(argc, argv, "Components", nullptr, &setup);
     for (const QString& warning : setup.warnings()) {
         std::fprintf(stderr, "FAIL!  : a warning of the QML engine: %s\n", qUtf8Printable(warning));

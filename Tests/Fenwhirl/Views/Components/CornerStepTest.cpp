@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace Fenwhirl {
 
-using Fenwhirl::cornerStep;
+namespace {
 
 TEST(CornerStep, IsOneWhereEveryRadiusIsWholePixels) {
     EXPECT_EQ(cornerStep(1, true), 1);
@@ -26,3 +26,5 @@ TEST(CornerStep, ChangesNothingWhereItWouldChangeTooMuchOrIsNotNeeded) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -3,9 +3,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-using Fenwhirl::filledRow;
-using Fenwhirl::filledRows;
-using Fenwhirl::neighbour;
+namespace Fenwhirl {
 
 namespace {
 
@@ -122,3 +120,5 @@ TEST(Neighbour, NothingLeadsToNothing) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-using Fenwhirl::foundInMenu;
+namespace Fenwhirl {
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -49,3 +50,5 @@ TEST(MenuSearch, FindsNothingInNothing) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

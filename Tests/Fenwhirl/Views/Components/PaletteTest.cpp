@@ -4,11 +4,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-using Fenwhirl::colorFromRgb;
-using Fenwhirl::mixedPalette;
-using Fenwhirl::Palette;
-using Fenwhirl::palette;
-using Fenwhirl::PaletteColor;
+namespace Fenwhirl {
 
 namespace {
 
@@ -137,3 +133,5 @@ TEST(Palette, ColoredTextIsAsReadableAsThePaletteAllows) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-using Fenwhirl::painterPath;
+namespace Fenwhirl {
 
 namespace {
 
@@ -75,3 +75,5 @@ TEST(PathData, NumbersAreReadTheSameInEveryLocale) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

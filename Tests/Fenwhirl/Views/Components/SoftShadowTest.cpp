@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 
-using Fenwhirl::softShadow;
+namespace Fenwhirl {
 
 namespace {
 
@@ -50,3 +50,5 @@ TEST(SoftShadow, ANarrowOneHasNoHoles) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

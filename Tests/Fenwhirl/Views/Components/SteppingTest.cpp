@@ -3,10 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-using Fenwhirl::canStep;
-using Fenwhirl::nearestStep;
-using Fenwhirl::rangeFraction;
-using Fenwhirl::valueAfterSteps;
+namespace Fenwhirl {
 
 namespace {
 
@@ -90,3 +87,5 @@ TEST(RangeFraction, IsBetweenZeroAndOneWhateverComes) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -7,11 +7,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-using Fenwhirl::drawingForPixels;
-using Fenwhirl::drawSymbol;
-using Fenwhirl::SymbolShape;
-using Fenwhirl::symbolShapes;
-using Fenwhirl::SymbolWeight;
+namespace Fenwhirl {
 
 namespace {
 
@@ -142,3 +138,5 @@ TEST(SymbolShapes, TheHubOfTheSolidFanIsAHole) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

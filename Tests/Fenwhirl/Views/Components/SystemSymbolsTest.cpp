@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+namespace Fenwhirl {
+
 using namespace Fenwhirl;
 
 namespace {
@@ -125,3 +127,5 @@ TEST_F(SystemSymbolsTest, AreNoneWithoutASourceOrAPlace) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

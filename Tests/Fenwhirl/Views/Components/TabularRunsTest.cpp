@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-using Fenwhirl::tabularRuns;
+namespace Fenwhirl {
 
 namespace {
 
@@ -24,3 +24,5 @@ TEST(TabularRuns, OnlyASCIIDigitsGetCells) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
+namespace Fenwhirl {
+
 namespace {
 
-using Fenwhirl::wordsAroundValue;
-
 void expectWords(const char16_t* text, const char16_t* name, const char16_t* unit) {
-    const Fenwhirl::WordsAroundValue words = wordsAroundValue(QString::fromUtf16(text));
+    const WordsAroundValue words = wordsAroundValue(QString::fromUtf16(text));
     EXPECT_EQ(words.name, QString::fromUtf16(name));
     EXPECT_EQ(words.unit, QString::fromUtf16(unit));
 }
@@ -26,3 +26,5 @@ TEST(ValueLabelParts, WithoutANumberAllIsName) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

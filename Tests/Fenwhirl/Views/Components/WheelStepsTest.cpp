@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-using Fenwhirl::wheelDistance;
+namespace Fenwhirl {
 
 namespace {
 
@@ -27,3 +27,5 @@ TEST(WheelSteps, ASidewaysTurnScrollsNothing) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl

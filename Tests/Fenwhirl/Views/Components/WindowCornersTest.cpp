@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace Fenwhirl {
 
-using Fenwhirl::roundedRegion;
+namespace {
 
 TEST(WindowCorners, KeepWhatTheRoundShapeTouchesAndNothingElse) {
     constexpr int radius = 14;
@@ -30,3 +30,5 @@ TEST(WindowCorners, NeedNoMoreRoomThanThereIs) {
 }
 
 } // namespace
+
+} // namespace Fenwhirl
