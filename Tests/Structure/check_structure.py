@@ -12,6 +12,7 @@ defines which subsystem may depend on which. The check fails when
 - a QML file imports a module of a subsystem that its own may not depend on;
 - a QML file shows text that could be interpreted as markup (process names and the like are untrusted input);
 - a file outside Platform/ tests for the operating system in the preprocessor;
+- a header or source has code outside its library's namespace;
 - a folder is missing from the table.
 """
 
@@ -58,6 +59,15 @@ SINGLE_HEADERS = {
     ("Fenwhirl/HelperClient", "Guard"): {"Guard/GuardRecord.h"},
 }
 
+# The namespace of everything in a library's folder.
+NAMESPACES = {
+    "TextCheck": "TextCheck",
+    "FenwhirlCore": "Fenwhirl",
+    "Fenwhirl": "Fenwhirl",
+    "Guard": "Fenwhirl",
+    "SimulatedMac": "simulated",
+}
+
 QML_MODULES = {"Fenwhirl.Components": "Fenwhirl/Views/Components", "Fenwhirl.Views": "Fenwhirl/Views"}
 
 INCLUDE = re.compile(r'^\s*#\s*(?:include|import)\s+"([^"]+)"', re.MULTILINE)
@@ -68,6 +78,18 @@ PLAIN_TEXT = "textFormat: Text.PlainText"
 MARKUP = re.compile(r"\b(?:Text|TextEdit)\.(?:RichText|StyledText|AutoText|MarkdownText)\b")
 SYSTEM_QUESTION = re.compile(
     r"^\s*#\s*(?:if|elif|ifdef|ifndef).*\b(__APPLE__|__linux__|_WIN32|Q_OS_\w+|TARGET_OS_\w+)\b", re.MULTILINE)
+
+# What cannot be in a namespace, as pairs of the first and the last line.
+GLOBAL_BLOCKS = (
+    (re.compile(r"int main\("), re.compile(r"\}")),
+    (re.compile(r"@(?:interface|implementation|protocol)\b"), re.compile(r"@end")),
+)
+# The same in a single line: comments, the preprocessor, declarations of Qt's classes and of functions that Qt's build
+# generates, and what Qt's macros specialize.
+GLOBAL_LINE = re.compile(
+    r"\s*(?://.*|#.*|class Q\w+;|Q_DECLARE_(?:METATYPE|TYPEINFO)\(.*\);?"
+    r"|void qml_register_types_\w+\(\);|int QT_MANGLE_NAMESPACE\(\w+\)\(\);)?")
+UNNAMED_NAMESPACE = (re.compile(r"namespace \{"), re.compile(r"\} // namespace$"))
 
 
 def subsystem_of(path):
@@ -128,6 +150,27 @@ def check_targets(graph):
                     yield f"target {name} ({home}) links {link} ({other})"
 
 
+def line_outside(text, namespace):
+    """Returns the number of the first line that should be in the namespace but is not, or None.
+
+    Relies on clang-format: a block that begins at the margin ends there, and the end of a namespace names it."""
+    blocks = [(re.compile(rf"namespace {namespace} \{{"), re.compile(rf"\}} // namespace {namespace}$")), *GLOBAL_BLOCKS]
+    if re.search(r"^int main\(", text, re.MULTILINE):
+        blocks.append(UNNAMED_NAMESPACE)  # what only the program's entry uses
+    end = None
+    continued = False
+    for number, line in enumerate(text.splitlines(), 1):
+        if end is not None:
+            if end.match(line):
+                end = None
+        elif not continued:
+            end = next((last for first, last in blocks if first.match(line)), None)
+            if end is None and not GLOBAL_LINE.fullmatch(line):
+                return number
+        continued = end is None and line.endswith("\\")
+    return None
+
+
 def check_file(path, text, reachable):
     home = subsystem_of(path)
     if home is None:
@@ -142,6 +185,10 @@ def check_file(path, text, reachable):
         if len(QML_TEXT.findall(text)) > text.count(PLAIN_TEXT) or MARKUP.search(text):
             yield f"{path}: shows a text without saying that it is plain"
         return
+    namespace = NAMESPACES.get(path.split("/")[0])
+    outside = line_outside(text, namespace)
+    if outside is not None:
+        yield f"{path}:{outside}: is outside the namespace {namespace}"
     for header in SYSTEM_INCLUDE.findall(text):
         if subsystem_of(header) is not None:
             yield f"{path}: includes <{header}>, a header of ours, in angle brackets"

@@ -53,6 +53,28 @@ class IncludeDirections(unittest.TestCase):
         self.assertEqual(faults("Fenwhirl/Platform/Toolkit/Clock.h", "#ifdef __APPLE__\n"), [])
 
 
+class Namespaces(unittest.TestCase):
+    def test_code_is_in_the_namespace_of_its_library(self):
+        for path, name in (("FenwhirlCore/SMC.h", "Fenwhirl"), ("Fenwhirl/Views/Views.h", "Fenwhirl"),
+                           ("Guard/Guard.cpp", "Fenwhirl"), ("SimulatedMac/Mac.h", "simulated"),
+                           ("TextCheck/Gather.cpp", "TextCheck")):
+            self.assertEqual(faults(path, f"namespace {name} {{\n\nint f();\n\n}} // namespace {name}\n"), [])
+            self.assertEqual(faults(path, "// What f is.\n\nint f();\n"), [f"{path}:3: is outside the namespace {name}"])
+
+    def test_every_part_of_a_file_is_inside(self):
+        inside = "namespace Fenwhirl {\n\nint f();\n\n} // namespace Fenwhirl\n"
+        for outside in ("int g();\n", "namespace {\n\nint g();\n\n} // namespace\n", "class Monitor;\n",
+                        "#define G \\\n    1\nint g();\n"):
+            self.assertEqual(len(faults("Fenwhirl/Helper.cpp", inside + outside)), 1, outside)
+            self.assertEqual(len(faults("Fenwhirl/Helper.cpp", outside + inside)), 1, outside)
+
+    def test_what_must_be_global_may_be_outside(self):
+        for outside in ("class QWindow;\n", "Q_DECLARE_METATYPE(Fenwhirl::Layout)\n", "#define G \\\n    1\n",
+                        "int main(int argc, char** argv) {\n    return 0;\n}\n",
+                        "@interface FenwhirlTarget : NSObject\n- (void)chosen;\n@end\n"):
+            self.assertEqual(faults("Fenwhirl/Helper.cpp", outside), [], outside)
+
+
 class Targets(unittest.TestCase):
     def test_a_model_target_may_not_link_quick(self):
         graph = {"M": ("Fenwhirl/Monitoring", ["Qt6::Core", "Qt6::Quick"])}
