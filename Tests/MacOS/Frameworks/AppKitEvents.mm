@@ -2,10 +2,14 @@
 
 #import "Frameworks/Fakes.h"
 
+#include <bit>
+
 // An action returns nothing, so performSelector: cannot leak a result.
 #pragma clang diagnostic ignored "-Warc-performSelector-leaks"
 
 @interface NSEvent ()
+@property(readwrite) NSEventType type;
+@property(readwrite) NSEventModifierFlags modifierFlags;
 @property(nullable, readwrite, assign) NSWindow* window;
 @end
 
@@ -63,9 +67,11 @@ void FakeMac::pressElsewhere(NSEventMask mask) {
     }
 }
 
-bool FakeMac::pressIn(NSWindow* window, NSEventMask mask) {
+bool FakeMac::pressIn(NSWindow* window, NSEventMask mask, NSEventModifierFlags modifiers) {
     @autoreleasepool {
         NSEvent* event = [[NSEvent alloc] init];
+        event.type = static_cast<NSEventType>(std::countr_zero(static_cast<unsigned long long>(mask)));
+        event.modifierFlags = modifiers;
         event.window = window;
         for (FakeMonitor* monitor : monitors.all()) {
             if (event != nil && monitor.local != nil && (monitor.mask & mask) != 0) {

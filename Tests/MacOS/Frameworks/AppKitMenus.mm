@@ -49,6 +49,18 @@
     items_.push_back(item);
 }
 
+- (BOOL)popUpMenuPositioningItem:(NSMenuItem*)item atLocation:(NSPoint)location inView:(NSView*)view {
+    (void)item;
+    FakeMac::requireMainThread("-[NSMenu popUpMenuPositioningItem:atLocation:inView:]");
+    if (view != nil) {
+        FakeMac::violate("the fake only knows menus at a point of the screen");
+    }
+    if (FakeMac::settings().whileMenuIsOpen) {
+        FakeMac::settings().whileMenuIsOpen(self, location);
+    }
+    return YES;
+}
+
 @end
 
 @implementation NSStatusBarButton

@@ -53,8 +53,10 @@ struct Settings {
     bool changesPolicy = true;                        // when asked to
     QString metalDevice = QStringLiteral("Apple M2"); // empty: there is none
     QString systemAppearance = QStringLiteral("NSAppearanceNameAqua");
-    QString savePath;                        // empty: cancelled
-    std::function<void()> whileAsking;       // called while the save panel is open
+    QString savePath;                  // empty: cancelled
+    std::function<void()> whileAsking; // called while the save panel is open
+    // Called while a menu is open at a point of the screen.
+    std::function<void(NSMenu*, NSPoint)> whileMenuIsOpen;
     std::map<std::int32_t, QString> running; // process → what it was asked to do
     std::vector<NSRect> screens = {NSRect{{0, 0}, {1440, 900}}};
     QString computerName = QStringLiteral("Mac de test");
@@ -88,7 +90,8 @@ std::size_t valueObservers();
 // Delivers a mouse press to the event monitors: one in another program, or one in a window of ours.
 void pressElsewhere(NSEventMask mask = NSEventMaskLeftMouseDown);
 // False when a monitor swallowed the event.
-bool pressIn(NSWindow* window, NSEventMask mask = NSEventMaskLeftMouseDown);
+bool pressIn(NSWindow* window, NSEventMask mask = NSEventMaskLeftMouseDown,
+             NSEventModifierFlags modifiers = 0);
 std::size_t eventMonitors();
 
 // The status items in the menu bar, and the activities that are running.

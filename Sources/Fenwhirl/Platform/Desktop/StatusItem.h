@@ -48,7 +48,7 @@ public:
     virtual void setText(const QString& text, const QString& shortText) = 0;
 
     // Sets the context menu, in the user's language. Until then, and with a host that does not support menus,
-    // a right click acts like any other click. Has no effect on macOS and in GNOME.
+    // a right click acts like any other click. Has no effect in GNOME.
     virtual void setMenu(const StatusMenu& /*menu*/) {}
 
     // Whether the item's panel is open. macOS then highlights the item, as it does with its own.

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #import <AppKit/AppKit.h>
+#include <vector>
 
 namespace Fenwhirl {
 
@@ -41,6 +42,11 @@ public:
             button.action = @selector(itemChosen:);
             button.image = symbolImage(symbol);
             button.imagePosition = NSImageLeft;
+            presses_ = [NSEvent
+                addLocalMonitorForEventsMatchingMask:NSEventMaskLeftMouseDown | NSEventMaskRightMouseDown
+                                             handler:^NSEvent*(NSEvent* event) {
+                                               return showMenuFor(event) ? nil : event;
+                                             }];
             // Digits of equal width, so that neighbouring items do not move with each new speed.
             button.font = [NSFont monospacedDigitSystemFontOfSize:[NSFont menuBarFontOfSize:0].pointSize
                                                            weight:NSFontWeightRegular];
@@ -50,6 +56,10 @@ public:
     ~StatusItemMacOS() override {
         @autoreleasepool {
             target_.chosen = nullptr; // a click may still be on its way
+            forgetMenuTargets();
+            if (presses_ != nil) { // nil when it could not be installed; removeMonitor does not accept that
+                [NSEvent removeMonitor:presses_];
+            }
             [NSStatusBar.systemStatusBar removeStatusItem:item_];
         }
     }
@@ -62,6 +72,8 @@ public:
             item_.button.title = text.toNSString();
         }
     }
+
+    void setMenu(const StatusMenu& menu) override { menu_ = menu; }
 
     void setOpen(bool open) override {
         open_ = open;
@@ -85,6 +97,59 @@ public:
     }
 
 private:
+    // Whether the press was for the menu, which it then shows: a press of the right button on the item, or of
+    // the left one with the Control key.
+    bool showMenuFor(NSEvent* event) {
+        const bool right = event.type == NSEventTypeRightMouseDown ||
+                           (event.modifierFlags & NSEventModifierFlagControl) != 0;
+        if (!right || menu_.empty() || event.window == nil || event.window != item_.button.window) {
+            return false;
+        }
+        if (open_) {
+            Q_EMIT activated(place()); // closes the panel, as any click on the item does
+        }
+        showMenu();
+        return true;
+    }
+
+    // The menu is created each time: it is hardly ever opened, and an unused menu would take memory.
+    void showMenu() {
+        @autoreleasepool {
+            forgetMenuTargets();
+            NSMenu* menu = [[NSMenu alloc] initWithTitle:@""];
+            for (const StatusMenuEntry& entry : menu_) {
+                [menu addItem:menuItem(entry)];
+            }
+            NSStatusBarButton* button = item_.button;
+            [button highlight:YES];
+            // Below the item. The call returns when the menu has closed; meanwhile the entries may change.
+            [menu popUpMenuPositioningItem:nil atLocation:button.window.frame.origin inView:nil];
+            [button highlight:open_];
+        }
+    }
+
+    NSMenuItem* menuItem(const StatusMenuEntry& entry) {
+        if (entry.isSeparator()) {
+            return [NSMenuItem separatorItem];
+        }
+        FenwhirlActionTarget* target = [[FenwhirlActionTarget alloc] init];
+        target.chosen = entry.choose;
+        menuTargets_.push_back(target); // kept here, because a menu item's target is a weak reference
+        NSMenuItem* made = [[NSMenuItem alloc] initWithTitle:entry.text.toNSString()
+                                                      action:@selector(itemChosen:)
+                                               keyEquivalent:@""];
+        made.target = target;
+        made.state = entry.isCurrent.value_or(false) ? NSControlStateValueOn : NSControlStateValueOff;
+        return made;
+    }
+
+    void forgetMenuTargets() {
+        for (FenwhirlActionTarget* target : menuTargets_) {
+            target.chosen = nullptr; // a choice may still be on its way
+        }
+        menuTargets_.clear();
+    }
+
     QRect place() const {
         @autoreleasepool {
             const NSRect frame = item_.button.window.frame;
@@ -98,6 +163,9 @@ private:
     NSStatusItem* item_ = nil;
     bool open_ = false;
     FenwhirlActionTarget* target_;
+    id presses_ = nil; // the monitor of the presses that open the menu
+    StatusMenu menu_;
+    std::vector<FenwhirlActionTarget*> menuTargets_; // of the menu that was last shown
 };
 
 } // namespace
