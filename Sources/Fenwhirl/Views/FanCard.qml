@@ -18,10 +18,11 @@ Card {
             width: parent.width
 
             Item {
-                height: gauge.height
+                height: Math.max(gauge.height, titles.height)
                 width: parent.width
 
                 Column {
+                    id: titles
                     anchors.left: parent.left
                     anchors.right: gauge.left
                     anchors.rightMargin: 12
@@ -30,7 +31,9 @@ Card {
 
                     Paragraph {
                         content: root.fan.name
+                        elide: Text.ElideRight
                         font.weight: Font.DemiBold
+                        maximumLineCount: 3
                         size: 14
                         width: parent.width
                     }

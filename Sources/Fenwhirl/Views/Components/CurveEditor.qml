@@ -107,27 +107,21 @@ Item {
         y: root.plotTop - inset
     }
 
-    // The fan's minimum and maximum, clipped to their column because a fan may report any number.
+    // The fan's minimum and maximum. A fan may report any number: one that is wider than the column is drawn smaller.
     Repeater {
         model: [root.highestText, root.lowestText]
 
-        Item {
-            id: speed
+        TabularText {
             required property int index
             required property string modelData
 
-            clip: digits.width > width
-            height: digits.height
-            width: root.column - 4
+            Accessible.ignored: true
+            color: Theme.muted
+            scale: Math.min(1, (root.column - 4) / Math.max(width, 1))
+            size: 11
+            text: modelData
+            transformOrigin: Item.Left
             y: root.plotTop + index * root.plotHeight - Math.round(height / 2)
-
-            TabularText {
-                id: digits
-                Accessible.ignored: true
-                color: Theme.muted
-                size: 11
-                text: speed.modelData
-            }
         }
     }
 

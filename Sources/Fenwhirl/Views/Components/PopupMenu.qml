@@ -28,7 +28,8 @@ T.Popup {
     dim: false
     focus: true
     implicitHeight: (labels.length > 12 ? 11.5 : labels.length) * itemHeight + 2 * padding
-    implicitWidth: Math.ceil(textWidth) + 44 + 2 * padding
+    // A label that is wider than the window is elided, and has a tooltip.
+    implicitWidth: Math.min(Math.ceil(textWidth) + 44 + 2 * padding, parent ? parent.Window.width - 2 * margins : Infinity)
     margins: 8
     modal: true
     padding: 5

@@ -77,13 +77,23 @@ Item {
         anchors.centerIn: parent
         anchors.verticalCenterOffset: 1.5
 
-        TabularText {
-            Accessible.ignored: true
+        // A fan may report any number: one that is wider than the inside of the ring is drawn smaller.
+        Item {
             anchors.horizontalCenter: parent.horizontalCenter
-            letterSpacing: -0.9
-            size: 30
-            text: root.valueText
-            weight: Font.Bold
+            height: number.height
+            width: Math.min(number.width, Math.round(102 * Theme.textScale))
+
+            TabularText {
+                id: number
+                objectName: "value"
+                Accessible.ignored: true
+                anchors.centerIn: parent
+                letterSpacing: -0.9
+                scale: Math.min(1, parent.width / Math.max(width, 1))
+                size: 30
+                text: root.valueText
+                weight: Font.Bold
+            }
         }
 
         Label {

@@ -102,18 +102,21 @@ Item {
         }
     }
 
+    // A temperature wider than any that a sensor can have is drawn smaller.
     Item {
         id: value
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         height: number.height
-        width: Math.max(52 * Theme.textScale, number.width)
+        width: Math.max(52, Math.min(number.width / Theme.textScale, 72)) * Theme.textScale
 
         TabularText {
             id: number
             Accessible.ignored: true
             anchors.right: parent.right
+            scale: Math.min(1, parent.width / Math.max(width, 1))
             text: root.temperature
+            transformOrigin: Item.Right
         }
     }
 
