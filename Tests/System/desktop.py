@@ -65,15 +65,15 @@ def run(*arguments):
 
 class Desktop:
     """Context manager that starts a screen, a window manager, a session bus and a simulated Mac. Tests start Fenwhirl and the
-    panels themselves.
+    panels themselves. With `nested`, the screen is in a window of another (stage.NestedDisplay).
     """
 
-    def __init__(self, onboarded=True, helper=False, machine="MacBookPro11,4", height=800, window_manager=True,
-                 preferences=None, speed=5, controller=True, user=None):
+    def __init__(self, onboarded=True, helper=False, machine="MacBookPro11,4", height=800, window_manager="openbox",
+                 preferences=None, speed=5, controller=True, user=None, nested=False):
         self.build = pathlib.Path(os.environ["FENWHIRL_BUILD"])
         self.home = pathlib.Path(os.environ["HOME"])
         self.machine, self.height, self.helper, self.window_manager = machine, height, helper, window_manager
-        self.speed, self.controller, self.user = speed, controller, user
+        self.speed, self.controller, self.user, self.nested = speed, controller, user, nested
         self.preferences = {"didOnboard": onboarded, "language": "fr", "brenor.update.lastCheck": time.time(),
                             **(preferences or {})}
         self.stack = contextlib.ExitStack()
@@ -92,9 +92,11 @@ class Desktop:
                 stage.become_ordinary_user(self.user)
                 self.home = pathlib.Path(os.environ["HOME"])
             self.put(".config/com.fenwhirl.app/preferences.json", json.dumps(self.preferences))
-            display = self.stack.enter_context(stage.Display(height=self.height))
+            display = self.stack.enter_context((stage.NestedDisplay if self.nested else stage.Display)(height=self.height))
+            # The environment in which xdotool moves the pointer.
+            self.of_pointer = display.surroundings() if self.nested else {**os.environ, **display.environment()}
             if self.window_manager:
-                display.start_window_manager()
+                display.start_window_manager(self.window_manager)
             os.environ.update(display.environment())
             stage.wait_until(lambda: not self.window_manager or self.is_managed(display),
                              "the window manager is at work")
@@ -108,10 +110,9 @@ class Desktop:
     def __exit__(self, *details):
         return self.stack.__exit__(*details)
 
-    @staticmethod
-    def is_managed(display):
+    def is_managed(self, display):
         if not display.manager.running():  # openbox exits when the screen is not ready for it
-            display.start_window_manager()
+            display.start_window_manager(self.window_manager)
         return "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
 
     def put(self, path, text):
@@ -178,8 +179,7 @@ class Desktop:
         """Starts a classic tray, which embeds windows of programs, in the upper right corner. As with start_panel(), its first
         start must precede Fenwhirl's.
         """
-        if shutil.which("trayer") is None:
-            raise unittest.SkipTest("there is no trayer here, the classic tray that this test needs")
+        stage.require_command("trayer", "the classic tray that this test needs")
         tray = self.stack.enter_context(stage.Process(
             ["trayer", "--edge", "top", "--align", "right", "--height", PANEL_HEIGHT, "--widthtype", "pixel",
              "--width", "200"],

@@ -45,8 +45,9 @@ class PanelWindow(unittest.TestCase):
             return found and found["below"] == PADDING and found["limits"] == [found["size"]] * 2 and found["size"][1]
         return stage.wait_until(fits, lambda: f"a window that fits; there is {self.measure(desktop, last)}")
 
-    def test_it_grows_with_its_content_and_still_fits_when_it_is_opened_again(self):
-        with Desktop() as desktop:
+    def assert_it_grows_and_still_fits_when_opened_again(self, manager):
+        stage.require_command(manager, "the window manager of this test")
+        with Desktop(window_manager=manager) as desktop:
             desktop.start_panel()
             desktop.start()
             self.open_panel(desktop)
@@ -64,6 +65,15 @@ class PanelWindow(unittest.TestCase):
             self.close_panel(desktop)
             self.open_panel(desktop)
             self.assertEqual(self.wait_for_fit(desktop), before)
+
+    def test_it_grows_with_its_content_and_still_fits_when_it_is_opened_again(self):
+        self.assert_it_grows_and_still_fits_when_opened_again("openbox")
+
+    def test_it_grows_with_its_content_under_icewm(self):
+        self.assert_it_grows_and_still_fits_when_opened_again("icewm")
+
+    def test_it_grows_with_its_content_under_jwm(self):
+        self.assert_it_grows_and_still_fits_when_opened_again("jwm")
 
     def test_it_grows_with_the_line_of_a_refused_change(self):
         with Desktop(helper=True) as desktop:

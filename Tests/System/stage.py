@@ -148,16 +148,23 @@ class Lines:
         return line.decode("utf-8", "replace")
 
 
+def require_command(command, reason):
+    """Skips a test that needs a program that this computer does not have."""
+    if shutil.which(command) is None:
+        raise unittest.SkipTest(f"there is no {command} here, {reason}")
+
+
 class Display(Process):
-    """A virtual screen (Xvfb). `name` is its X11 display name; start_window_manager() adds a window manager (openbox)."""
+    """A virtual screen (Xvfb). `name` is its X11 display name; start_window_manager() adds a window manager."""
 
     ATTEMPTS = 3
+    SERVER = ("Xvfb", "-screen", "0")
 
     def __init__(self, width=1280, height=800, scale=1):
         # Once in several thousand starts the server ended at once; why is not known.
         for attempt in range(self.ATTEMPTS):
             try:
-                self.name = self._start_server(f"{width * scale}x{height * scale}x24")
+                self.name = self._start_server(f"{round(width * scale)}x{round(height * scale)}x24")
                 break
             except StageError as error:
                 super().__exit__()
@@ -171,9 +178,9 @@ class Display(Process):
         readable, writable = os.pipe()
         with tempfile.TemporaryFile() as log, os.fdopen(readable, "rb", buffering=0) as pipe:
             super().__init__(
-                ["Xvfb", "-displayfd", writable, "-screen", "0", screen, "-nolisten", "tcp",
+                [*self.SERVER, screen, "-displayfd", writable, "-nolisten", "tcp",
                  "-noreset"],  # otherwise the server resets when its last client leaves, and disconnects one that is just joining
-                pass_fds=[writable], stdout=subprocess.DEVNULL, stderr=log)
+                pass_fds=[writable], stdout=subprocess.DEVNULL, stderr=log, env=self.surroundings())
             os.close(writable)
             try:
                 return ":" + Lines(pipe).next()
@@ -182,12 +189,16 @@ class Display(Process):
                 said = log.read().decode(errors="replace").strip()
                 raise StageError(f"the display server does not start ({error}): {said}") from error
 
+    def surroundings(self):
+        """The environment in which the server is started."""
+        return dict(os.environ)
+
     def environment(self):
         return {"DISPLAY": self.name}
 
-    def start_window_manager(self):
+    def start_window_manager(self, manager="openbox"):
         quiet = {"env": {**os.environ, **self.environment()}, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-        self.manager = Process(["openbox"], **quiet)
+        self.manager = Process([manager], **quiet)
         # A window that is mapped while the window manager takes over the screen may never be shown.
         wait_until(lambda: subprocess.run(["xdotool", "get_desktop"], **quiet, check=False).returncode == 0,
                    "the window manager is there")
@@ -196,6 +207,33 @@ class Display(Process):
         if self.manager:
             self.manager.__exit__(*details)
         super().__exit__(*details)
+
+
+class NestedDisplay(Display):
+    """A screen in a window on another one (Xephyr). What moves the pointer of the outer screen reaches the inner one as the
+    events of a device, with everything that the server does to these: grabs, and which window gets a release.
+    """
+
+    SERVER = ("Xephyr", "-screen")
+
+    def __init__(self, width=1280, height=800):
+        self.outer = Display(width, height)
+        try:
+            super().__init__(width, height)
+            # Both screens then have the same coordinates.
+            wait_until(lambda: subprocess.run(["xdotool", "search", "--onlyvisible", "--name", "Xephyr"], check=False,
+                                              env=self.surroundings(), capture_output=True).returncode == 0,
+                       "the inner screen is shown")
+        except BaseException:
+            self.outer.__exit__()
+            raise
+
+    def surroundings(self):
+        return {**os.environ, **self.outer.environment()}
+
+    def __exit__(self, *details):
+        super().__exit__(*details)
+        self.outer.__exit__(*details)
 
 
 class SessionBus(Process):

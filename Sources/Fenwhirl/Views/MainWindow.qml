@@ -99,8 +99,8 @@ Window {
     }
 
     // On macOS, where the title bar is hidden, dragging the background moves the window. This item lies below everything
-    // else, so it gets only the presses that nothing else takes. On other systems the title bar moves the window: under X11
-    // a window that was dragged by its background has been seen to stick to the pointer afterwards.
+    // else, so it gets only the presses that nothing else takes. On other systems the title bar moves the window: under
+    // openbox and IceWM a window that is dragged by its background sticks to the pointer after the release.
     Item {
         anchors.fill: parent
 
