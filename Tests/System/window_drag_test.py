@@ -66,7 +66,7 @@ class Dragging:
     def rests(self):
         """Moves the pointer about; returns whether the window stays where it is all the time."""
         place = self.place()
-        for x, y in ((900, 500), (400, 300), (1000, 700)):
+        for x, y in ((900, 500), (400, 300)):
             self.move(x, y)
             self.settle()
             if self.place() != place:
@@ -101,13 +101,12 @@ class DraggingTheWindowWithADevice(unittest.TestCase):
         stage.require_command(manager, "the window manager of this test")
         with Desktop(window_manager=manager, nested=True) as desktop:
             dragging = Dragging(desktop)
-            for _ in range(3):
-                before = dragging.place()
-                dragging.drag_background()
-                self.assertTrue(dragging.rests(), "it sticks to the pointer after a drag on its background")
-                self.assertEqual(dragging.place(), before)
-                dragging.drag_title_bar()
-                self.assertTrue(dragging.rests(), "it sticks to the pointer after a drag on its title bar")
+            before = dragging.place()
+            dragging.drag_background()
+            self.assertTrue(dragging.rests(), "it sticks to the pointer after a drag on its background")
+            self.assertEqual(dragging.place(), before)
+            dragging.drag_title_bar()
+            self.assertTrue(dragging.rests(), "it sticks to the pointer after a drag on its title bar")
 
     def test_only_its_title_bar_moves_it_under_openbox(self):
         self.assert_only_the_title_bar_moves_it("openbox")
