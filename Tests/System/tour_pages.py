@@ -31,6 +31,11 @@ PAGES = {"dashboard": "Tableau de bord", "fans": "Ventilateurs", "sensors": "Cap
          "presets": "Préréglages", "alerts": "Alertes", "settings": "Réglages"}
 
 
+def pixels(*points):
+    """Distances in the window as xdotool's arguments."""
+    return [str(round(distance * SCALE)) for distance in points]
+
+
 class Tour:
     """The tour in one appearance (dark or light), from the first start to the last error state."""
 
@@ -113,7 +118,7 @@ class Tour:
             geometry = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window],
                                       capture_output=True, text=True, check=False).stdout
             place = dict(line.split("=") for line in geometry.splitlines())
-            margin = 24 * SCALE
+            margin = round(24 * SCALE)
             x, y, width, height = (int(place.get(name, 0)) for name in ("X", "Y", "WIDTH", "HEIGHT"))
             what = ["-window", "root", "-crop", f"{width + 2 * margin}x{height + 2 * margin}"
                     f"+{max(0, x - margin)}+{max(0, y - margin)}", "+repage"]
@@ -139,14 +144,12 @@ class Tour:
 
     def press_elsewhere(self):
         """Clicks on an empty part of the window, which closes any open menu or panel."""
-        subprocess.run(["xdotool", "mousemove", "--window", self.window(), str(100 * SCALE), str(440 * SCALE),
-                        "click", "1"], check=True)
+        subprocess.run(["xdotool", "mousemove", "--window", self.window(), *pixels(100, 440), "click", "1"], check=True)
         self.rest()
 
     def scroll(self, downwards=True):
         """Turns the mouse wheel over the page far enough to reach its end (or its top)."""
-        subprocess.run(["xdotool", "mousemove", "--window", self.window(), str(600 * SCALE), str(280 * SCALE),
-                        "click", "--repeat", "60", "--delay", "2", "5" if downwards else "4"], check=True)
+        subprocess.run(["xdotool", "mousemove", "--window", self.window(), *pixels(600, 280), "click", "--repeat", "60", "--delay", "2", "5" if downwards else "4"], check=True)
         self.rest()
 
     def choose_preset(self, title):
@@ -165,6 +168,29 @@ class Tour:
         stage.wait_until(lambda: not self.screen.find(lambda _: True, "menu item"), "the menu closes")
 
     @contextlib.contextmanager
+    def dragged(self, slider, offset, by):
+        """Holds the point at that offset from a slider's upper left corner, moved to the right by that many points."""
+        # Qt tells a slider's position in points on every screen, but its size is wrong where a point is several pixels.
+        place = slider.get_extents(self.screen.atspi.CoordType.WINDOW)
+        x, y = place.x + offset[0], place.y + offset[1]
+        window = ["mousemove", "--window", self.window()]
+        subprocess.run(["xdotool", *window, *pixels(x, y), "mousedown", "1"], check=True)
+        for step in range(1, 5):
+            subprocess.run(["xdotool", *window, *pixels(x + by * step / 4, y)], check=True)
+        yield
+        subprocess.run(["xdotool", "mouseup", "1"], check=True)
+        self.rest()
+
+    def slider_at(self, text, value):
+        """Waits until the last slider of that name has at least this value."""
+        stage.wait_until(lambda: self.slider(text).get_current_value() >= value,
+                         lambda: f"{text} is dragged to {value}; it is {self.slider(text).get_current_value()}")
+
+    def slider(self, text):
+        """The last slider whose name begins with that text."""
+        return self.screen.wait_for(lambda name: name.startswith(text), "slider")
+
+    @contextlib.contextmanager
     def failing_installation(self):
         """Makes the installation of the helper fail: a file with the name of its folder is in the way."""
         shutil.rmtree(stage.HELPER.parent, ignore_errors=True)
@@ -173,7 +199,7 @@ class Tour:
         stage.HELPER.parent.unlink()
 
     def panel(self, picture):
-        self.host.press(SCREEN[0] * SCALE - 300, 10)
+        self.host.press(round(SCREEN[0] * SCALE) - 300, 10)
         stage.wait_until(lambda: self.window(narrow=True), "the panel opens")
         self.rest()
         self.picture(picture, narrow=True)
@@ -241,9 +267,22 @@ class Tour:
         self.mac.turn(2694, 3396)
         self.open_page("fans")
         self.screen.press("Vitesse fixe", "radio button") # of the last fan
-        self.screen.wait_for(lambda text: text.startswith("Vitesse demandée"), "slider").set_current_value(3400)
+        self.slider("Vitesse demandée").set_current_value(3400)
         self.picture("states/fans-modes")
+        self.drags()
         self.menu("Capteur", "menus/sensor")
+
+    def drags(self):
+        """A handle of the first fan's curve and the knob of the second one's speed, while they are held. Both go back."""
+        with self.dragged(self.slider("La vitesse augmente"), (7, 7), 60):
+            self.slider_at("La vitesse augmente", 65)
+            self.picture("states/fans-handle-dragged")
+        self.slider("La vitesse augmente").set_current_value(50)
+        track, knob, share = 349, 18, (3400 - 1200) / (6241 - 1200)  # of a card in a window of the usual size
+        with self.dragged(self.slider("Vitesse demandée"), (knob / 2 + share * (track - knob), 10), 60):
+            self.slider_at("Vitesse demandée", 4300)
+            self.picture("states/fans-knob-dragged")
+        self.slider("Vitesse demandée").set_current_value(3400)
 
     def apps(self):
         with Workload():

@@ -1,0 +1,97 @@
+#!/usr/bin/python3
+"""Takes screenshots of everything that is drawn rather than written (chart with a reading, gauges, curve, sliders, bars, panel), on
+screens of 1, 1.5 and 2 pixels per point, in three languages, dark and light.
+
+Each scale has its own folder, with one for each language in it. Runs inside Packaging/Linux/private-namespace.
+"""
+
+import argparse
+import contextlib
+import os
+import pathlib
+import sys
+import time
+
+import stage
+import tour_pages
+from interface_texts import LANGUAGES, TranslatedInterface
+from screenshot_mac import ScreenshotMac
+from status_host import StatusHost
+
+SCALES = [1, 1.5, 2]
+CHOSEN_LANGUAGES = ["fr", "de", "ru"]
+SCREEN = (1600, 1000)  # in points
+
+
+class Tour(tour_pages.Tour):
+    """The walk at one scale, in one language and appearance."""
+
+    def __init__(self, options, language, theme, host, mac):
+        super().__init__(options, theme, host, None)
+        self.language = language
+        self.folder = options.pictures / f"{tour_pages.SCALE:g}x" / language
+        self.screen = TranslatedInterface(language)
+        self.mac = mac
+
+    def started(self, onboarded=True, shown=True, **preferences):
+        return super().started(onboarded, shown, language=self.language, **preferences)
+
+    def walk(self):
+        began = time.monotonic()
+        with self.started(), contextlib.redirect_stdout(None):
+            self.choose_preset("Équilibré")
+            chart = self.screen.wait_for("Température du processeur", "chart")
+            focusable = self.screen.atspi.StateType.FOCUSABLE
+            stage.wait_until(lambda: chart.get_state_set().contains(focusable), "two temperatures were read")
+            chart.grab_focus()
+            self.picture("dashboard")
+            self.open_page("fans")
+            self.screen.press("Vitesse fixe", "radio button")  # of the last fan
+            self.slider("Vitesse demandée").set_current_value(3400)
+            self.drags()
+            self.open_page("sensors")
+            self.picture("sensors")
+            self.panel("panel")
+        print(f"{tour_pages.SCALE:g}x {LANGUAGES[self.language]}, {self.theme}: {time.monotonic() - began:.0f} s", flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("--pictures", type=pathlib.Path, required=True)
+    parser.add_argument("--language", choices=LANGUAGES, action="append", help="instead of the usual three; may be given more than once")
+    parser.add_argument("--scale", type=float, choices=SCALES, action="append", help="only this scale; may be given more than once")
+    parser.add_argument("--theme", choices=["dark", "light"], help="only this appearance")
+    parser.add_argument("--machine", help="of no effect: the pictured Mac is chosen by what it shows")
+    parser.add_argument("--heat", help="of no effect: the readings are held still")
+    options = parser.parse_args()
+    options.minutes, options.only = 0, None
+    options.pictures.mkdir(parents=True, exist_ok=True)
+    tour_pages.SCREEN = SCREEN
+    try:
+        with contextlib.ExitStack() as stack:
+            display = stack.enter_context(stage.Display(*SCREEN, max(SCALES)))
+            display.start_window_manager()
+            os.environ.update(display.environment())
+            stack.enter_context(stage.Process(["xcompmgr"]))
+            # Formats numbers as in France; the language of the interface is set by its preferences.
+            os.environ.pop("LC_ALL", None)
+            os.environ["LANG"] = "fr_FR.UTF-8"
+            os.environ.update(stack.enter_context(stage.SessionBus()).environment())
+            host = stack.enter_context(StatusHost())
+            mac = stack.enter_context(ScreenshotMac(options.build))
+            stage.install_helper(options.build)
+            mac.turn(2694, 3396)
+            for tour_pages.SCALE in options.scale or SCALES:
+                for language in options.language or CHOSEN_LANGUAGES:
+                    for theme in [options.theme] if options.theme else ["dark", "light"]:
+                        Tour(options, language, theme, host, mac).walk()
+    except stage.StageError as error:
+        print(f"The tour ended early: {error}", file=sys.stderr)
+        return 1
+    print(f"Pictures: {options.pictures}")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
