@@ -4,14 +4,16 @@
     Packaging/Linux/install-packages run tour test bench
     cmake --preset bench -D FENWHIRL_TESTS=OFF
     cmake --build --preset bench --target Fenwhirl FenwhirlApp fenwhirl-guard simulated-mac QuickFloor WindowMonitor
-    Packaging/Linux/private-namespace Benchmarks/DesktopBenchmark.py build/bench [--seconds 75] [--runs 9]
+    Packaging/Linux/private-namespace Benchmarks/DesktopBenchmark.py build/bench [--seconds 75] [--runs 9] [--dragging]
 
 Needs real root, for the peer's sensors. Prints one line per figure: the figure, the figure it is compared with, their ratio,
 and the allowed ratio. Ends with a sentence for each ratio that is exceeded, and then with status 1.
 """
 
 import argparse
+import base64
 import contextlib
+import json
 import os
 import pathlib
 import re
@@ -96,6 +98,11 @@ def spent_between(before, after):
 
 
 SPANS = 5
+
+# A drag: the moves of the pointer, each a point further, to and fro over that many points; seconds between two.
+DRAG_MOVES, DRAG_POINTS, DRAG_PAUSE = 600, 120, 0.016
+# The lower handle of the first fan's curve at 80 °C on the page of fans, in a window of the usual size.
+HANDLE = (505, 532)
 
 
 def processor_use(pid, seconds):
@@ -267,10 +274,12 @@ class Benchmark:
                 desktop.mac.tell(f"set {key} 50")
 
     @staticmethod
-    def choose_page(desktop):
-        """Opens the sensors page by a click into the sidebar, so that nothing else runs that would affect the result."""
+    def choose_page(desktop, page=2):
+        """Opens a page, by default that of the sensors, by a click into the sidebar, so that nothing else runs that would affect
+        the result.
+        """
         window = desktop.wait_for_main_window()
-        subprocess.run(["xdotool", "mousemove", str(window[1] + 100), str(window[2] + 84 + 2 * 42 + 20), "click", "1"],
+        subprocess.run(["xdotool", "mousemove", str(window[1] + 100), str(window[2] + 84 + page * 42 + 20), "click", "1"],
                        check=True)
         time.sleep(2)
 
@@ -310,6 +319,56 @@ class Benchmark:
         figures["cycles"] = (private[1], memory(pid))
         figures["reopen"] = statistics.median(took)
 
+    def drag(self, pid, window, x, y):
+        """Drags what lies at that point of a window to and fro; returns milliseconds of processor time for each move of the
+        pointer, and frames for each move.
+        """
+        with stage.Process([self.build / "benchmarks/WindowMonitor", window], stdout=subprocess.PIPE) as watch:
+            assert stage.Lines(watch.child.stdout).next() == "READY"
+            places = [x + abs(move % (2 * DRAG_POINTS) - DRAG_POINTS) - DRAG_POINTS for move in range(DRAG_MOVES)]
+            moves = [word for place in places for word in ("mousemove", str(place), str(y), "sleep", str(DRAG_PAUSE))]
+            subprocess.run(["xdotool", "mousemove", str(x), str(y), "mousedown", "1"], check=True)
+            before = threads(pid)
+            subprocess.run(["xdotool", *moves], check=True)
+            nanoseconds, _ = spent_between(before, threads(pid))
+            subprocess.run(["xdotool", "mouseup", "1"], check=True)
+            watch.child.terminate()
+            frames = watch.child.stdout.read().count(b"drawn")
+        return nanoseconds / 1e6 / DRAG_MOVES, frames / DRAG_MOVES
+
+    def drag_handle(self):
+        """Drags the lower handle of a fan's curve, and the floor's handle."""
+        curve = {"mode": "sensor", "constantRPM": 3000, "sensorKey": "", "startTemp": 80, "maxTemp": 100}
+        settings = base64.b64encode(json.dumps({"0": curve, "1": curve}).encode()).decode()
+        with Desktop(machine="iMac19,1", helper=True, window_manager=False, speed=1, height=1000,
+                     preferences={"settings": {"data": settings}, "theme": "dark"}) as desktop:
+            with stage.Process([self.build / "benchmarks/QuickFloor", "drag"]) as process:
+                window = stage.wait_until(lambda: self.visible("^Floor$"), "the floor's window is shown")
+                floor = self.drag(process.child.pid, window, 600, 340)
+            with self.fenwhirl() as process, Watch(self.build) as watch:
+                bus = session()
+                stage.wait_until(lambda: self.owned(bus), "the program is there")
+                self.rest(desktop)
+                activate(bus)
+                watch.next_picture()
+                self.choose_page(desktop, 1)
+                window, left, top, *_ = desktop.wait_for_main_window()
+                ours = self.drag(process.child.pid, window, left + HANDLE[0], top + HANDLE[1])
+                written = json.loads((desktop.home / ".config/com.fenwhirl.app/preferences.json").read_text(encoding="utf-8"))
+                assert written["settings"]["data"] != settings, "the handle was not dragged"
+        return ours, floor
+
+    @staticmethod
+    def visible(title):
+        return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", title], check=False, capture_output=True,
+                              text=True).stdout.strip()
+
+    @staticmethod
+    def owned(bus):
+        from gi.repository import GLib
+        return bus.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "NameHasOwner",
+                             GLib.Variant("(s)", ("com.fenwhirl.app",)), None, 0, 5000, None).unpack()[0]
+
     @staticmethod
     def delete(window):
         """Sends what a window manager sends when the close button is pressed."""
@@ -338,6 +397,11 @@ class Benchmark:
             time.sleep(2)
             return memory(floor.child.pid)
 
+    def dragging(self):
+        (cost, frames), (floor, floor_frames) = self.drag_handle()
+        self.table.line("dragging a handle: processor a move, against a bare handle", cost, floor, 2.0, "ms")
+        self.table.line("dragging a handle: frames a move, against a bare handle", frames, floor_frames, 1.1, "")
+
     def run(self):
         line = self.table.line
         peer_figures, floor = self.measure_peer(), self.hidden_floor()
@@ -354,6 +418,7 @@ class Benchmark:
         self.note_fresh_dashboard()
         line("dashboard: resident memory, against psensor's window", ours["dashboard"][0], resident, 1.35, "MB")
         line("sensors page: processor, against psensor's window", ours["sensors"], share, 0.75, "%")
+        self.dragging()
         line("closed: processor, against before the first window", ours["closed"][0], ours["hidden"][2], 1.1, "%")
         line("private memory after 20 openings, against after one", ours["cycles"][1][1], ours["cycles"][0][1],
              1.05, "MB")
@@ -385,10 +450,15 @@ def main():
     parser.add_argument("build", type=pathlib.Path)
     parser.add_argument("--seconds", type=float, default=75, help="how long processor time is measured")
     parser.add_argument("--runs", type=int, default=9, help="how often each program is started")
+    parser.add_argument("--dragging", action="store_true", help="only measures dragging a handle")
     chosen = parser.parse_args()
     build = chosen.build.resolve()
     os.environ["FENWHIRL_BUILD"] = str(build)
-    return Benchmark(build, chosen.seconds, chosen.runs).run()
+    benchmark = Benchmark(build, chosen.seconds, chosen.runs)
+    if chosen.dragging:
+        benchmark.dragging()
+        return benchmark.table.finish()
+    return benchmark.run()
 
 
 if __name__ == "__main__":

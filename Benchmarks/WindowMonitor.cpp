@@ -2,11 +2,14 @@
 // The display must have no window manager, so that the programs' windows are children of the root window.
 //
 // Prints one line per event until it is ended: "READY", then "SECONDS shown WINDOW WIDTHxHEIGHT" and "SECONDS
-// drawn WINDOW", in seconds of the monotonic clock. "drawn" follows once after each "shown".
+// drawn WINDOW", in seconds of the monotonic clock. "drawn" follows once after each "shown". With a window's number as
+// argument it prints "drawn" for each drawing of that window instead; drawings that come before the previous one has been
+// noticed count as one.
 
 #include <X11/Xlib.h>
 #include <X11/extensions/Xdamage.h>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <map>
 
@@ -23,9 +26,25 @@ int ignoreError(Display* /*display*/, XErrorEvent* /*error*/) {
     return 0;
 }
 
+[[noreturn]] void reportDrawings(Display* display, Window window, int damageEvent) {
+    const Damage damage = XDamageCreate(display, window, XDamageReportNonEmpty);
+    XSync(display, False);
+    std::puts("READY");
+    std::fflush(stdout);
+    for (;;) {
+        XEvent event = {};
+        XNextEvent(display, &event);
+        if (event.type == damageEvent) {
+            std::printf("%.6f drawn %lu\n", now(), window);
+            std::fflush(stdout);
+            XDamageSubtract(display, damage, None, None);
+        }
+    }
+}
+
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
     Display* display = XOpenDisplay(nullptr);
     int firstEvent = 0;
     int firstError = 0;
@@ -33,6 +52,9 @@ int main() {
         return 1;
     }
     XSetErrorHandler(ignoreError);
+    if (argc > 1) {
+        reportDrawings(display, std::strtoul(argv[1], nullptr, 10), firstEvent + XDamageNotify);
+    }
     XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
     XSync(display, False);
     std::puts("READY");
