@@ -40,10 +40,7 @@ class Tour(tour_pages.Tour):
         began = time.monotonic()
         with self.started(), contextlib.redirect_stdout(None):
             self.choose_preset("Équilibré")
-            chart = self.screen.wait_for("Température du processeur", "chart")
-            focusable = self.screen.atspi.StateType.FOCUSABLE
-            stage.wait_until(lambda: chart.get_state_set().contains(focusable), "two temperatures were read")
-            chart.grab_focus()
+            self.read_chart()
             self.picture("dashboard")
             self.open_page("fans")
             self.screen.press("Vitesse fixe", "radio button")  # of the last fan
