@@ -7,8 +7,8 @@ import Fenwhirl.Views
 // The fans of the status item's panel, between two hairlines. When they do not fit, they scroll; a row that is cut and soft
 // edges show that there are more.
 //   room   the height available to the list
-// The height is that of all rows if they fit, and `room` otherwise. If `room` is less than two and a half rows, the height
-// is again that of all rows, and the enclosing view scrolls.
+// The height is that of all rows if they fit. Otherwise it is that of as many rows and a half as fit into `room`. If `room`
+// is less than two and a half rows, the height is again that of all rows, and the enclosing view scrolls.
 Item {
     id: root
 
@@ -19,9 +19,12 @@ Item {
     readonly property real spacing: 14
     readonly property real rowHeight: rows.count > 0 ? (rows.itemAt(0)?.implicitHeight ?? 0) : 0
     readonly property real whole: list.height + 2 * spacing
-    readonly property real least: spacing + 2.5 * (rowHeight + spacing)
+    readonly property real step: rowHeight + spacing
+    readonly property real least: spacing + 2.5 * step
+    // An end between two rows would look like the end of the list.
+    readonly property real cut: spacing + (Math.floor((room - spacing) / step - 0.5) + 0.5) * step
 
-    implicitHeight: whole <= room || room < least ? whole : room
+    implicitHeight: whole <= room || room < least ? whole : Math.floor(cut)
 
     ScrollView {
         id: view
