@@ -110,6 +110,8 @@ class Accessibility(unittest.TestCase):
             desktop.screen.wait_for("La vitesse augmente à partir de 50 °C", "label")
             stepper = desktop.screen.wait_for("La vitesse augmente à partir de", "spin button")
             self.assertEqual(value.get_current_value(stepper), 50)
+            text = desktop.screen.atspi.Text
+            self.assertEqual(text.get_text(stepper, 0, text.get_character_count(stepper)), "50 °C")
             value.set_current_value(stepper, 65)
             desktop.screen.wait_for("La vitesse augmente à partir de 65 °C", "label")
             # A gauge gives its speed as a text, beside the fan's name.
@@ -129,6 +131,10 @@ class Accessibility(unittest.TestCase):
             for answer in ("Fermer", "Forcer la fermeture", "Annuler"):
                 desktop.screen.wait_for(answer, "push button")
             self.assertIn("dialog", self.check(desktop, "question"))
+            dialogs = [node for node in desktop.screen.nodes() if stage.role_of(node) == "dialog"]
+            self.assertEqual([node.get_name() for node in dialogs], ["Fermer Busy ?"])
+            self.assertTrue(dialogs[0].get_state_set().contains(desktop.screen.atspi.StateType.MODAL))
+            self.assertFalse(desktop.screen.find("Applications", "page tab"), "what the question covers cannot be reached")
             desktop.screen.press("Annuler")
             desktop.screen.wait_until_gone("Annuler")
 

@@ -30,6 +30,8 @@ FixedSizeWindow {
         anchors.margins: 20
         focus: true
 
+        readonly property bool accessibleModal: true
+
         Accessible.description: root.message
         Accessible.name: root.heading
         Accessible.role: Accessible.Dialog

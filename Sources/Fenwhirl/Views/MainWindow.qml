@@ -118,6 +118,10 @@ Window {
 
     Item {
         id: content
+        // What the onboarding covers is hidden from screen readers.
+        readonly property bool accessibleCovered: onboarding.wanted && onboarding.overlay !== null
+
+        Accessible.role: Accessible.Client
         anchors.fill: parent
 
         // Page Up and Page Down scroll the page even while the sidebar has the focus.

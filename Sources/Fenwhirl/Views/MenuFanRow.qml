@@ -74,21 +74,22 @@ Column {
         }
     }
 
-    // The speed that was last announced. It does not change while the slider has the focus, because screen readers announce
-    // every change of the focused control.
-    property string spokenSpeed
+    // The measured speed, where the slider shows another one. It does not change while the slider has the focus, because
+    // screen readers announce every change of the focused control.
+    property string measuredSpeed
 
-    Binding on spokenSpeed {
+    Binding on measuredSpeed {
         restoreMode: Binding.RestoreNone
-        value: speed.text + " " + unit.text
+        value: root.fan.mode === 1 ? speed.text + " " + unit.text : ""
         when: !slider.activeFocus
     }
 
     Slider {
         id: slider
-        detail: root.spokenSpeed
+        detail: root.measuredSpeed
         from: root.fan.lowestRPM
         measured: root.fan.mode !== 1 // otherwise it shows the constant speed
+        spokenValue: root.fan.panelSpeedText + " " + unit.text
         stepSize: 50
         text: root.fan.name
         to: root.fan.highestRPM

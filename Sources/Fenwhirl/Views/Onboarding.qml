@@ -13,6 +13,7 @@ FocusScope {
     property int step: 0
     property bool shown: true
     readonly property bool isLast: step === 2
+    readonly property bool accessibleModal: true
 
     signal gone()
 

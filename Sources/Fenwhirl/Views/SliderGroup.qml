@@ -35,8 +35,8 @@ Column {
 
     Slider {
         id: slider
-        detail: ValueLabelParts.unit(root.text)
         from: root.from
+        spokenValue: ValueLabelParts.value(root.text)
         stepSize: root.stepSize
         text: ValueLabelParts.name(root.text)
         to: root.to

@@ -41,10 +41,10 @@ Item {
 
     Stepper {
         id: stepper
-        detail: ValueLabelParts.unit(root.text)
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
         from: root.from
+        spokenValue: ValueLabelParts.value(root.text)
         stepSize: root.stepSize
         text: ValueLabelParts.name(root.text)
         to: root.to

@@ -60,6 +60,17 @@ TEST(AlertWindow, ReturnAcceptsAndEscapeMeansLater) {
     }
 }
 
+TEST(AlertWindow, IsReadAsAModalDialog) {
+    Stage stage;
+    ask(stage);
+    const QAccessibleInterface* dialog =
+        stage.find(QStringLiteral("Une nouvelle version est disponible"), QAccessible::Dialog);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->state().modal);
+    EXPECT_TRUE(dialog->text(QAccessible::Description).startsWith(QStringLiteral("La version 9.9")));
+    EXPECT_NE(stage.find(QStringLiteral("Plus tard"), QAccessible::Button), nullptr);
+}
+
 } // namespace
 
 } // namespace Fenwhirl

@@ -106,6 +106,7 @@ TEST(AppsPage, CancellingLeavesTheApplicationRunningAndItsSwitchOn) {
     stage.start();
     stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
     stage.showPage(Page::apps);
+    const QAccessibleInterface* firefox = stage.find(QStringLiteral("Firefox"), QAccessible::CheckBox);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
     EXPECT_TRUE(stage.models().apps()->asking());
     EXPECT_TRUE(stage.shows(QStringLiteral("Fermer Firefox ?")));
@@ -115,11 +116,30 @@ TEST(AppsPage, CancellingLeavesTheApplicationRunningAndItsSwitchOn) {
     AppList* const rows = stage.models().apps()->apps();
     const int on = rows->roleNames().key("on");
     EXPECT_FALSE(rows->data(rows->index(0), on).toBool());
-    EXPECT_TRUE(stage.find(QStringLiteral("Firefox"), QAccessible::CheckBox)->state().checked);
+    EXPECT_TRUE(firefox->state().checked);
     stage.click(QStringLiteral("Annuler"));
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().apps()->asking(); }));
     EXPECT_TRUE(rows->data(rows->index(0), on).toBool());
     EXPECT_TRUE(stage.quitRequests.empty());
+}
+
+TEST(AppsPage, TheQuestionIsModalAndHidesWhatItCoversFromScreenReaders) {
+    Stage stage;
+    stage.start();
+    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
+    stage.showPage(Page::apps);
+    EXPECT_EQ(stage.all(QAccessible::PageTab).size(), 7);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    const QList<QAccessibleInterface*> dialogs = stage.all(QAccessible::Dialog);
+    ASSERT_EQ(dialogs.size(), 1) << "not one inside another";
+    EXPECT_EQ(dialogs.first()->text(QAccessible::Name), QStringLiteral("Fermer Firefox ?"));
+    EXPECT_TRUE(dialogs.first()->state().modal);
+    EXPECT_TRUE(stage.all(QAccessible::PageTab).isEmpty());
+    EXPECT_EQ(stage.find(QStringLiteral("Firefox"), QAccessible::CheckBox), nullptr);
+    stage.press(Qt::Key_Escape);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().apps()->asking(); }));
+    EXPECT_EQ(stage.all(QAccessible::PageTab).size(), 7);
+    EXPECT_NE(stage.find(QStringLiteral("Firefox"), QAccessible::CheckBox), nullptr);
 }
 
 TEST(AppsPage, EscapeCancels) {

@@ -308,12 +308,12 @@ TEST(Dashboard, ThePresetMenuAppliesWhatIsChosen) {
     stage.show();
     QAccessibleInterface* menu = stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox);
     ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(menu->text(QAccessible::Description), QStringLiteral("Personnalisé"));
+    EXPECT_EQ(menu->text(QAccessible::Value), QStringLiteral("Personnalisé"));
     stage.click(menu);
     stage.press(Qt::Key_End);
     stage.press(Qt::Key_Return);
     EXPECT_EQ(stage.monitor().activePreset(), Preset::max);
-    EXPECT_EQ(stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox)->text(QAccessible::Description),
+    EXPECT_EQ(stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox)->text(QAccessible::Value),
               QStringLiteral("Max"));
 }
 

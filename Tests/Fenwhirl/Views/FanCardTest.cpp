@@ -186,7 +186,7 @@ TEST(FanCard, TheSensorPickerShowsItsSensorWhileOthersComeAndGo) {
     stage.monitor().setSetting(0, sensorSetting(50, 90, "TW0P"));
     stage.showPage(Page::fans);
     const auto shown = [&] {
-        return stage.find(QStringLiteral("Capteur"), QAccessible::ComboBox)->text(QAccessible::Description);
+        return stage.find(QStringLiteral("Capteur"), QAccessible::ComboBox)->text(QAccessible::Value);
     };
     EXPECT_EQ(shown(), QStringLiteral("Wi-Fi"));
     stage.world.smc.setNumber("TB0T", "sp78", -1); // not a plausible temperature
@@ -236,7 +236,7 @@ TEST(FanCard, AStoredSensorThatIsGoneShowsNoChoice) {
     EXPECT_EQ(stage.models().machine()->fans()->at(0)->sensorChoice(), -1);
     QAccessibleInterface* picker = stage.find(QStringLiteral("Capteur"), QAccessible::ComboBox);
     ASSERT_NE(picker, nullptr);
-    EXPECT_EQ(picker->text(QAccessible::Description), QString());
+    EXPECT_EQ(picker->text(QAccessible::Value), QString());
     EXPECT_EQ(stage.monitor().setting(0).sensorKey, "TXXX"); // showing the fan changes nothing
 }
 
@@ -246,9 +246,9 @@ TEST(FanCard, AnyChangeClearsTheHighlightedPreset) {
     stage.monitor().apply(Preset::game);
     QAccessibleInterface* menu = stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox);
     ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(menu->text(QAccessible::Description), QStringLiteral("Jeu"));
+    EXPECT_EQ(menu->text(QAccessible::Value), QStringLiteral("Jeu"));
     stage.all(stepper).at(0)->actionInterface()->doAction(QAccessibleActionInterface::increaseAction());
-    EXPECT_EQ(stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox)->text(QAccessible::Description),
+    EXPECT_EQ(stage.find(QStringLiteral("Préréglage"), QAccessible::ComboBox)->text(QAccessible::Value),
               QStringLiteral("Personnalisé"));
 }
 
@@ -334,8 +334,8 @@ TEST(FanCard, TheCurvesHandlesWriteWhatTheSteppersWrite) {
     stage.monitor().setSetting(0, sensorSetting(50, 90, "TC0P"));
     stage.showPage(Page::fans);
     const FanRow* fan = stage.models().machine()->fans()->at(0);
-    QAccessibleInterface* lower = stage.find(fan->startText(), slider);
-    QAccessibleInterface* upper = stage.find(fan->maxText(), slider);
+    QAccessibleInterface* lower = stage.find(QStringLiteral("La vitesse augmente à partir de"), slider);
+    QAccessibleInterface* upper = stage.find(QStringLiteral("Vitesse maximale à"), slider);
     ASSERT_NE(lower, nullptr);
     ASSERT_NE(upper, nullptr);
     EXPECT_EQ(lower->valueInterface()->currentValue().toDouble(), 50);
@@ -346,7 +346,9 @@ TEST(FanCard, TheCurvesHandlesWriteWhatTheSteppersWrite) {
     EXPECT_EQ(stage.monitor().setting(0), sensorSetting(65, 70, "TC0P"));
     EXPECT_EQ(stage.range(stepper, 0)->currentValue().toDouble(), 65);
     stage.range(stepper, 1)->setCurrentValue(50.0); // below the start, which nothing forbids
-    EXPECT_EQ(stage.find(fan->maxText(), slider)->valueInterface()->currentValue().toDouble(), 50);
+    EXPECT_EQ(upper->valueInterface()->currentValue().toDouble(), 50);
+    EXPECT_EQ(upper->valueInterface()->currentValue().toString(), u"50 °C"_qs);
+    EXPECT_TRUE(fan->maxText().endsWith(u"50 °C"));
     EXPECT_NE(stage.find(QStringLiteral("Selon un capteur"), QAccessible::Chart), nullptr);
 }
 

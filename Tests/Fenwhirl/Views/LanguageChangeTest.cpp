@@ -17,7 +17,7 @@ using Scene = std::function<void(Stage& stage)>;
 // All drawn texts, and all names and descriptions that a screen reader says.
 QStringList everythingSaid(Stage& stage) {
     static_cast<void>(stage.window().grabWindow());
-    QStringList said = stage.texts() + stage.descriptions();
+    QStringList said = stage.texts() + stage.descriptions() + stage.values();
     for (const ShownText& text : shownTexts(stage.window())) {
         said.append(text.text);
     }

@@ -1,5 +1,6 @@
 // The status item's panel.
 
+#include "Fenwhirl/Views/Components/AccessibleNode.h"
 #include "Fenwhirl/Views/Components/Palette.h"
 #include "FittingWindow.h"
 #include "Stage.h"
@@ -124,6 +125,25 @@ TEST(MenuPanel, TheSliderOfAFanThatFollowsASensorStandsAtItsMeasuredSpeed) {
     sensor.mode = FanModeKind::constant;
     stage.monitor().setSetting(0, sensor);
     EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 4000);
+}
+
+TEST(MenuPanel, ASliderSaysItsSpeedOnceAndTheMeasuredOneWhereThatDiffers) {
+    Stage stage;
+    stage.start();
+    FanSetting setting;
+    setting.mode = FanModeKind::sensor;
+    setting.constantRPM = 4000;
+    stage.monitor().setSetting(0, setting);
+    stage.show(menuPanelFile());
+    const auto said = [&] {
+        const QAccessibleInterface* item = stage.all(slider).first();
+        return QStringList{item->text(QAccessible::Value), item->text(QAccessible::Description)};
+    };
+    EXPECT_EQ(said(),
+              QStringList({u"2,000 tr/min"_qs, Fenwhirl::isSliderTextHeard() ? u""_qs : u"tr/min"_qs}));
+    setting.mode = FanModeKind::constant;
+    stage.monitor().setSetting(0, setting);
+    EXPECT_EQ(said(), QStringList({u"4,000 tr/min"_qs, u"2,000 tr/min"_qs}));
 }
 
 TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {

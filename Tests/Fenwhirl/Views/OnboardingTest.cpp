@@ -44,6 +44,20 @@ TEST(Onboarding, FadesAwayAndLeavesTheWindowToThePointer) {
     EXPECT_EQ(stage.monitor().selectedPage(), Page::alerts);
 }
 
+TEST(Onboarding, IsModalAndHidesWhatItCoversFromScreenReaders) {
+    Newcomer stage;
+    stage.show();
+    const QAccessibleInterface* dialog =
+        stage.find(QStringLiteral("Bienvenue dans Fenwhirl"), QAccessible::Dialog);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->state().modal);
+    EXPECT_TRUE(stage.all(QAccessible::PageTab).isEmpty());
+    for (const char* label : {"Suivant", "Suivant", "Commencer"}) {
+        stage.click(QString::fromUtf8(label));
+    }
+    EXPECT_EQ(stage.all(QAccessible::PageTab).size(), 7);
+}
+
 TEST(Onboarding, IsNotShownAgain) {
     Stage stage;
     stage.show();

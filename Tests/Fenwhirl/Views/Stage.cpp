@@ -198,6 +198,10 @@ QStringList Stage::descriptions() {
     return textsOf(*window_, QAccessible::Description);
 }
 
+QStringList Stage::values() {
+    return textsOf(*window_, QAccessible::Value);
+}
+
 QStringList Stage::announced() {
     QStringList texts;
     for (const QAccessibleInterface* item : all(QAccessible::Notification)) {

@@ -85,6 +85,8 @@ public:
 
     // The descriptions that a screen reader adds to them.
     [[nodiscard]] QStringList descriptions();
+    // The values of controls as texts.
+    [[nodiscard]] QStringList values();
 
     // What a screen reader has just announced without a change of focus.
     [[nodiscard]] QStringList announced();

@@ -1,14 +1,16 @@
 #pragma once
 
+#include "Fenwhirl/Views/Components/AccessibleNode.h"
+
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
 // The node through which assistive technology reads and sets a slider or a stepper: QML type
 // `AccessibleRange`.
 //
-// Put it inside the control, give it the range and `current`, and set the accessible role on it. Qt reads the
-// range from properties named `value`, `minimumValue`, `maximumValue` and `stepSize`, and sets a value by
-// writing `value`. The controls of this module never change their own value but request it from their owner.
+// Put it inside the control, give it the range, `current` and the text of that value with its unit, and set the
+// accessible role on it. AccessibleNode reads the properties named `value`, `minimumValue`, `maximumValue`,
+// `stepSize` and `accessibleText`, and sets a value by writing `value`. The controls of this module never change their own value but request it from their owner.
 // Writing `value` therefore changes nothing here: it emits `requested`, and `value` follows when `current`
 // does.
 
@@ -22,6 +24,9 @@ class AccessibleRange : public QQuickItem {
     Q_PROPERTY(double minimumValue MEMBER minimum_ NOTIFY rangeChanged FINAL)
     Q_PROPERTY(double maximumValue MEMBER maximum_ NOTIFY rangeChanged FINAL)
     Q_PROPERTY(double stepSize MEMBER stepSize_ NOTIFY rangeChanged FINAL)
+    Q_PROPERTY(QString accessibleText MEMBER text_ NOTIFY textChanged FINAL)
+    // Whether a screen reader hears the text of a slider. If not, its unit belongs into the description.
+    Q_PROPERTY(bool sliderTextHeard READ sliderTextHeard CONSTANT FINAL)
 
 public:
     using QQuickItem::QQuickItem;
@@ -36,11 +41,14 @@ public:
         Q_EMIT valueChanged();
     }
 
+    [[nodiscard]] static bool sliderTextHeard() { return isSliderTextHeard(); }
+
     void request(double value) { Q_EMIT requested(value); }
 
 Q_SIGNALS:
     void valueChanged();
     void rangeChanged();
+    void textChanged();
     void requested(double value);
 
 private:
@@ -48,6 +56,7 @@ private:
     double minimum_ = 0.0;
     double maximum_ = 0.0;
     double stepSize_ = 0.0;
+    QString text_;
 };
 
 } // namespace Fenwhirl

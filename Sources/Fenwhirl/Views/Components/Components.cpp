@@ -1,5 +1,7 @@
 #include "Fenwhirl/Views/Components/Components.h"
 
+#include "Fenwhirl/Views/Components/AccessibleNode.h"
+
 #include <QFontDatabase>
 #include <QtGlobal>
 
@@ -18,6 +20,7 @@ void registerComponents() {
     // Current versions of Qt do not refer to the compiled files of a static library, which the linker then leaves out:
     // every file would be compiled when the program starts.
     QT_MANGLE_NAMESPACE(qInitResources_qmlcache_FenwhirlComponents)();
+    installAccessibleNodes();
 }
 
 QFont interfaceFont(const QString& family) {

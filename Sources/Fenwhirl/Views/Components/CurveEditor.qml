@@ -184,8 +184,9 @@ Item {
         dragged: area.held === start
         from: root.startFrom
         hovered: area.under === start
+        spokenValue: ValueLabelParts.value(root.startText)
         stepSize: root.stepSize
-        text: root.startText
+        text: ValueLabelParts.name(root.startText)
         to: root.startTo
         value: root.startTemp
         x: root.column + curve.placeOf(root.shownStart, root.plotWidth) - width / 2
@@ -202,8 +203,9 @@ Item {
         from: root.maxFrom
         hollow: curve.maximumWithoutEffect
         hovered: area.under === max
+        spokenValue: ValueLabelParts.value(root.maxText)
         stepSize: root.stepSize
-        text: root.maxText
+        text: ValueLabelParts.name(root.maxText)
         to: root.maxTo
         value: root.maxTemp
         x: root.column + curve.placeOf(root.shownMax, root.plotWidth) - width / 2

@@ -4,7 +4,7 @@ import Fenwhirl.Components
 // One of the two handles of a curve: a temperature that keys and screen readers change in steps, as in Slider. Its owner
 // centres it on the line and handles the pointer.
 //   value, from, to, stepSize   as in Slider
-//   text      what it sets, for screen readers
+//   text, spokenValue   as in Slider
 //   hovered, dragged   whether the pointer is over it, and whether it drags it
 //   hollow    whether its value has no effect
 //   lately    whether a key has moved it a moment ago
@@ -18,6 +18,7 @@ FocusScope {
     required property double to
     required property double stepSize
     property string text: ""
+    property string spokenValue: ""
     property bool hovered: false
     property bool dragged: false
     property bool hollow: false
@@ -34,8 +35,10 @@ FocusScope {
         id: range
 
         Accessible.focusable: true
+        Accessible.description: sliderTextHeard ? "" : ValueLabelParts.unit(root.spokenValue)
         Accessible.name: root.text
         Accessible.role: Accessible.Slider
+        accessibleText: root.spokenValue
         activeFocusOnTab: true
         anchors.fill: parent
         current: root.value

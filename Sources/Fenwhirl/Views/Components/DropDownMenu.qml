@@ -15,11 +15,11 @@ Pressable {
     required property string currentText
     required property var labels
     required property int currentIndex
+    readonly property string accessibleText: currentText
     readonly property alias menu: opener.menu // null until it is first opened
 
     signal activated(int index)
 
-    Accessible.description: currentText
     Accessible.role: Accessible.ComboBox
     implicitHeight: 32 + Theme.lineGrowth
     implicitWidth: Math.ceil(contentItem.implicitWidth) + leftPadding + rightPadding

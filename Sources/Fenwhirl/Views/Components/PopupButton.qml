@@ -19,11 +19,11 @@ Pressable {
     property bool tight: wantedWidth > width
     readonly property real wantedWidth: Math.ceil(metrics.advanceWidth) + 11 + 8 + arrows.width + 8
     readonly property string currentLabel: labels[currentIndex] ?? ""
+    readonly property string accessibleText: currentLabel
     readonly property alias menu: opener.menu // null until it is first opened
 
     signal activated(int index)
 
-    Accessible.description: currentLabel
     Accessible.role: Accessible.ComboBox
     implicitHeight: 28 + Theme.lineGrowth
     implicitWidth: Math.round(200 * Theme.textScale)

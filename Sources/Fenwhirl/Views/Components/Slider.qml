@@ -4,7 +4,8 @@ import Fenwhirl.Components
 // A horizontal slider, 20 high. It shows the value that its owner sets: moving it requests a value, and the owner then sets
 // `value`. While the pointer holds the knob, the knob follows the pointer.
 //   value, from, to, stepSize
-//   text, detail    what it sets, and the unit, which screen readers say after the value
+//   text, spokenValue   what it sets, and the value with its unit, for screen readers
+//   detail          what screen readers say besides
 //   valueText, unit, widestText  the value and its unit for the bubble above the knob, and the widest text that the value
 //                   can have; without a valueText there is no bubble
 //   bubble          appears while the knob is held, and for a moment after each key
@@ -20,6 +21,7 @@ FocusScope {
     required property double to
     property double stepSize: 1
     property string text: ""
+    property string spokenValue: ""
     property string detail: ""
     property string valueText: ""
     property string unit: ""
@@ -46,7 +48,8 @@ FocusScope {
         id: range
 
         Accessible.focusable: true
-        Accessible.description: root.detail
+        // Where only the number can be heard, the description adds the unit, unless it is heard there anyway.
+        Accessible.description: root.detail !== "" || sliderTextHeard ? root.detail : ValueLabelParts.unit(root.spokenValue)
         Accessible.name: root.text
         Accessible.role: Accessible.Slider
         activeFocusOnTab: true
@@ -55,6 +58,12 @@ FocusScope {
         maximumValue: root.to
         minimumValue: root.from
         stepSize: root.stepSize
+
+        Binding on accessibleText {
+            restoreMode: Binding.RestoreNone
+            value: root.spokenValue
+            when: !root.measured || !range.activeFocus
+        }
 
         Binding on current {
             restoreMode: Binding.RestoreNone

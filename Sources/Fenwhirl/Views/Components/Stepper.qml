@@ -3,7 +3,7 @@ import Fenwhirl.Components
 
 // A minus and a plus button, 64 x 26. Its owner keeps the value: a press requests one, and the owner then sets `value`.
 //   value, from, to, stepSize
-//   text, detail    what it sets, and the unit, which screen readers say after the value
+//   text, spokenValue   what it sets, and the value with its unit, for screen readers
 //   signal modified(double value)  the requested value, within the range
 // A half whose step would leave the range is dimmed and does nothing. Holding repeats after 400 ms, then every 90 ms.
 // Keys: Up, Right and + step up; Down, Left and - step down.
@@ -15,7 +15,7 @@ FocusScope {
     required property double to
     property double stepSize: 1
     property string text: ""
-    property string detail: ""
+    property string spokenValue: ""
 
     signal modified(double value)
 
@@ -32,9 +32,9 @@ FocusScope {
         id: range
 
         Accessible.focusable: true
-        Accessible.description: root.detail
         Accessible.name: root.text
         Accessible.role: Accessible.SpinBox
+        accessibleText: root.spokenValue
         activeFocusOnTab: true
         anchors.fill: parent
         current: root.value

@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
+#include <QAccessibleTextInterface>
 #include <QAccessibleValueInterface>
 #include <QGuiApplication>
 #include <QQmlContext>
@@ -42,7 +43,44 @@ public:
     Q_INVOKABLE [[nodiscard]] QVariant value(QObject* item) const {
         auto* interface = QAccessible::queryAccessibleInterface(item);
         auto* values = interface != nullptr ? interface->valueInterface() : nullptr;
-        return values != nullptr ? values->currentValue() : QVariant();
+        return values != nullptr ? values->currentValue().toDouble() : QVariant();
+    }
+
+    // The value as a text: of a slider as VoiceOver reads it, of a stepper or combo box as Orca does.
+    Q_INVOKABLE [[nodiscard]] QString valueText(QObject* item) const {
+        auto* interface = QAccessible::queryAccessibleInterface(item);
+        auto* words = interface != nullptr ? interface->textInterface() : nullptr;
+        auto* values = interface != nullptr ? interface->valueInterface() : nullptr;
+        if (words != nullptr) {
+            return words->text(0, words->characterCount());
+        }
+        return values != nullptr ? values->currentValue().toString() : QString();
+    }
+
+    Q_INVOKABLE [[nodiscard]] QString description(QObject* item) const {
+        auto* interface = QAccessible::queryAccessibleInterface(item);
+        return interface != nullptr ? interface->text(QAccessible::Description) : QString();
+    }
+
+    Q_INVOKABLE [[nodiscard]] bool modal(QObject* item) const {
+        auto* interface = QAccessible::queryAccessibleInterface(item);
+        return interface != nullptr && interface->state().modal;
+    }
+
+    // The names of what is in an item, and the name of what is around it.
+    Q_INVOKABLE [[nodiscard]] QStringList children(QObject* item) const {
+        auto* interface = QAccessible::queryAccessibleInterface(item);
+        QStringList names;
+        for (int i = 0; interface != nullptr && i < interface->childCount(); ++i) {
+            names.append(interface->child(i)->text(QAccessible::Name));
+        }
+        return names;
+    }
+
+    Q_INVOKABLE [[nodiscard]] QString nameAround(QObject* item) const {
+        auto* interface = QAccessible::queryAccessibleInterface(item);
+        auto* around = interface != nullptr ? interface->parent() : nullptr;
+        return around != nullptr ? around->text(QAccessible::Name) : QString();
     }
 
     Q_INVOKABLE [[nodiscard]] QVariantList range(QObject* item) const {

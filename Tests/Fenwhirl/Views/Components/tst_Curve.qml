@@ -24,9 +24,9 @@ Rectangle {
         limited: true
         lowestText: "1 200"
         maxTemp: root.max
-        maxText: "Vitesse maximale"
+        maxText: "Vitesse maximale à " + root.max + " °C"
         startTemp: root.start
-        startText: "La vitesse augmente"
+        startText: "La vitesse augmente à partir de " + root.start + " °C"
         text: "Selon un capteur"
         width: 384
         x: 30
@@ -196,7 +196,8 @@ Rectangle {
             compare(curve.Accessible.description, "1 200 – 5 777 tr/min")
             const nodes = sliders()
             compare(nodes.length, 2)
-            compare(nodes.map(node => accessibility.name(node)), ["La vitesse augmente", "Vitesse maximale"])
+            compare(nodes.map(node => accessibility.name(node)), ["La vitesse augmente à partir de", "Vitesse maximale à"])
+            compare(nodes.map(node => accessibility.valueText(node)), ["50 °C", "90 °C"])
             compare(nodes.map(node => accessibility.value(node)), [50, 90])
             compare(nodes.map(node => accessibility.range(node)), [[30, 80], [50, 100]])
             verify(accessibility.setValue(nodes[0], 63))

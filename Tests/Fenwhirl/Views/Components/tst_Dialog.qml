@@ -101,6 +101,16 @@ Item {
             compare(finish(), "cancelled")
         }
 
+        function test_isReadAsOneModalDialog() {
+            const popup = dialog.contentItem.parent
+            compare(accessibility.role(popup), Accessible.Dialog)
+            compare(accessibility.name(popup), "Fermer Firefox ?")
+            verify(accessibility.description(popup).startsWith("Les documents"))
+            verify(accessibility.modal(popup))
+            compare(accessibility.children(popup), [dialog.title, dialog.message, "Fermer", "Forcer la fermeture", "Annuler"])
+            compare(accessibility.nameAround(button("Annuler")), "Fermer Firefox ?")
+        }
+
         function test_aPressOutsideDoesNotAnswer() {
             mouseClick(root, 5, 495)
             verify(dialog.opened)

@@ -235,6 +235,9 @@ Item {
         function test_assistiveTechnologyReadsAndOpens() {
             compare(accessibility.name(button), "Capteur")
             compare(accessibility.role(button), Accessible.ComboBox)
+            compare(accessibility.valueText(button), button.currentLabel)
+            verify(button.currentLabel !== "")
+            compare(accessibility.description(button), "", "the choice is the value, and is not read again")
             verify(accessibility.act(button, "Press"))
             tryCompare(button.menu, "opened", true)
             const item = button.menu.list.itemAtIndex(1)

@@ -12,6 +12,7 @@ Item {
     Slider {
         id: slider
         from: 1200
+        spokenValue: root.speed + " tr/min"
         stepSize: 50
         text: "Vitesse demandée"
         to: 5777
@@ -113,6 +114,7 @@ Item {
             slider.forceActiveFocus()
             root.speed = 2100
             compare(accessibility.value(node), 2000)
+            compare(accessibility.valueText(node), "2000 tr/min")
             compare(slider.position, (2100 - 1200) / (5777 - 1200)) // the knob moves
             keyClick(Qt.Key_Right)
             compare(root.speed, 2150)
@@ -120,6 +122,7 @@ Item {
             compare(accessibility.value(node), 2150)
             root.speed = 2200
             compare(accessibility.value(node), 2200)
+            compare(accessibility.valueText(node), "2200 tr/min")
             slider.measured = false
             slider.forceActiveFocus()
             root.speed = 2300
@@ -183,6 +186,16 @@ Item {
             compare(accessibility.value(node), 3000)
             root.speed = 4000
             compare(accessibility.value(node), 4000)
+        }
+
+        // Where the text of the value cannot be heard, the unit follows in the description, which must not repeat it.
+        function test_itsUnitIsHeardOnce() {
+            const node = accessibility.find(slider, Accessible.Slider)
+            compare(accessibility.valueText(node), "2000 tr/min")
+            compare(accessibility.description(node), node.sliderTextHeard ? "" : "tr/min")
+            slider.detail = "1 990 tr/min"
+            compare(accessibility.description(node), "1 990 tr/min")
+            slider.detail = ""
         }
     }
 }

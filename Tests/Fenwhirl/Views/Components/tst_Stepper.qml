@@ -12,8 +12,9 @@ Item {
     Stepper {
         id: stepper
         from: 30
+        spokenValue: root.celsius + " °C"
         stepSize: 5
-        text: "La vitesse augmente à partir de 50 °C"
+        text: "La vitesse augmente à partir de"
         to: 80
         value: root.celsius
         x: 20
@@ -97,6 +98,16 @@ Item {
             compare(root.celsius, 45)
             verify(accessibility.setValue(node, 71))
             compare(root.celsius, 70)
+        }
+
+        function test_itsValueIsReadWithItsUnitOnce() {
+            const node = accessibility.find(stepper, Accessible.SpinBox)
+            compare(accessibility.name(node), "La vitesse augmente à partir de")
+            compare(accessibility.valueText(node), "50 °C")
+            compare(accessibility.description(node), "")
+            compare(accessibility.children(node), [])
+            root.celsius = 55
+            compare(accessibility.valueText(node), "55 °C")
         }
     }
 }
