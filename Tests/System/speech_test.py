@@ -10,6 +10,7 @@ keyboard focus, something is said, and nothing is said twice.
 import os
 import pathlib
 import re
+import time
 import unittest
 
 import screen_reader
@@ -186,7 +187,15 @@ class Speech(unittest.TestCase):
                 desktop.click_item()
                 desktop.wait_for_panel_window()
 
-            self.walk("panel", the_status_item_is_chosen=choose)
+            def choose_again():
+                desktop.key("Escape")
+                stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
+                closed = time.monotonic()
+                # Shortly after the panel has closed, the program mistakes a click for the one that closed it.
+                stage.wait_until(lambda: time.monotonic() - closed > 0.4, "a click opens it again")
+                choose()
+
+            self.walk("panel", the_status_item_is_chosen=choose, it_is_closed_and_chosen_again=choose_again)
 
     def trouble(self, language):
         with self.desktop_in(language, helper=True) as desktop:

@@ -25,6 +25,7 @@ FixedSizeWindow {
     title: "Fenwhirl"
 
     FocusKeeper {
+        id: keeper
         first: chips
         scope: panel
     }
@@ -43,7 +44,22 @@ FixedSizeWindow {
         id: introduce
         interval: 0
 
-        onTriggered: Announcer.say("Fenwhirl, " + root.models.machine.statusWord) // i18n-ignore: the product's name
+        onTriggered: {
+            if (root.reopened)
+                root.begin()
+            Announcer.say("Fenwhirl, " + root.models.machine.statusWord) // i18n-ignore: the product's name
+        }
+    }
+
+    // Whether the panel has been open before. Its first control then gets the focus anew: a screen reader would not announce a
+    // control that has kept the focus while the panel was closed.
+    property bool reopened: false
+    property bool wasClosed: false
+
+    function begin() {
+        reopened = false
+        contentItem.forceActiveFocus()
+        keeper.stops(chips)[0]?.forceActiveFocus(Qt.ActiveWindowFocusReason)
     }
 
     // Says a summary of the machine's state to screen readers.
@@ -53,7 +69,12 @@ FixedSizeWindow {
         onActivated: Announcer.say(root.models.machine.summary())
     }
 
-    onVisibleChanged: { if (visible) appear.restart() }
+    onVisibleChanged: {
+        reopened = visible && wasClosed
+        wasClosed = !visible
+        if (visible)
+            appear.restart()
+    }
 
     ParallelAnimation {
         id: appear
