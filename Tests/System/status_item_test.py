@@ -6,6 +6,7 @@ import unittest
 
 import stage
 from desktop import PANEL_HEIGHT, Desktop, run
+from status_host import StatusHost
 
 
 class UnderAPanel(unittest.TestCase):
@@ -99,6 +100,52 @@ class UnderAPanel(unittest.TestCase):
             desktop.wait_for_item()
             self.assertEqual(application.stop(), 0)
             desktop.wait_until_item_gone()
+
+
+class ByKeyboard(unittest.TestCase):
+    """The panel without the pointer. How the item itself is reached by keyboard depends on the desktop's panel, which then asks
+    the item to open, often without a position."""
+
+    @staticmethod
+    def focused(desktop):
+        state = desktop.screen.atspi.StateType.FOCUSED
+        return next((node for node in desktop.screen.nodes() if node.get_state_set().contains(state)), None)
+
+    def test_it_is_opened_used_and_left(self):
+        with Desktop(helper=True) as desktop, StatusHost() as host:
+            desktop.cover("600x400+100+100")
+            desktop.start()
+            stage.wait_until(lambda: host.item, "the host has the item")
+            before = run("xdotool", "getwindowfocus").strip()
+            host.press(0, 0)
+            stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
+            stage.wait_until(lambda: (node := self.focused(desktop)) and node.get_name() == "Auto", "its first control has it")
+            desktop.key("Right")
+            checked = desktop.screen.atspi.StateType.CHECKED
+            stage.wait_until(lambda: (node := self.focused(desktop)) and node.get_name() == "Silencieux"
+                             and node.get_state_set().contains(checked), "the next preset is chosen")
+            desktop.key("Escape")
+            stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
+            stage.wait_until(lambda: run("xdotool", "getwindowfocus").strip() == before, "the focus goes back to where it was")
+
+    def test_its_last_button_opens_the_window(self):
+        with Desktop() as desktop, StatusHost() as host:
+            desktop.start()
+            stage.wait_until(lambda: host.item, "the host has the item")
+            host.press(0, 0)
+            stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
+            stage.wait_until(lambda: self.focused(desktop), "something in it, too")
+
+            def is_there():
+                node = self.focused(desktop)
+                if node is not None and node.get_name() == "Ouvrir Fenwhirl":
+                    return True
+                desktop.key("Tab")
+                return False
+            stage.wait_until(is_there, "Tab leads to the button", interval_seconds=0.3)
+            desktop.key("Return")
+            desktop.wait_for_main_window()
+            self.assertIsNone(desktop.panel_window())
 
 
 class UnderAClassicTray(unittest.TestCase):
