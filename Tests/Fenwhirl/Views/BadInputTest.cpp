@@ -23,7 +23,7 @@ namespace {
 
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double largestOfController = std::numeric_limits<float>::max();
+constexpr double largestOfController = static_cast<double>(std::numeric_limits<float>::max());
 constexpr std::array badSpeeds = {noNumber, infinity, -infinity, largestOfController, -1.0};
 
 // 200 characters each.
