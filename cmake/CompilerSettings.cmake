@@ -13,6 +13,14 @@ if(APPLE)
     endforeach()
 endif()
 
+# Builds with gcc are quick by default: with precompiled headers, and several sources compiled as one. Other compilers
+# compile every source by itself.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    set(FENWHIRL_QUICK_BUILD ON)
+else()
+    set(FENWHIRL_QUICK_BUILD OFF)
+endif()
+
 find_program(FENWHIRL_CCACHE ccache)
 if(FENWHIRL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     # ccache stores objects that were compiled with a precompiled header only with these two sloppiness settings, and

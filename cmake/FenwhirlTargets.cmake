@@ -1,12 +1,7 @@
 # Functions that define the project's kinds of target. Each folder is one subsystem and one target, and one call lists
 # its sources and the libraries that it links.
 
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    set(usual ON)
-else()
-    set(usual OFF)
-endif()
-option(FENWHIRL_UNITY_BUILD "Compile several sources of a target as one, which is quicker from scratch" ${usual})
+option(FENWHIRL_UNITY_BUILD "Compile several sources of a target as one, which is quicker from scratch" ${FENWHIRL_QUICK_BUILD})
 
 # fenwhirl_unity_build(TARGET [FILE…]): compiles eight sources of this target at a time as one (a unity build), which
 # saves three minutes of processor time in a clean build. The files named stay apart. The clang build compiles each

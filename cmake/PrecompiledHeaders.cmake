@@ -1,12 +1,7 @@
 # Precompiles the headers that nearly every source of a kind includes, which halves the time of a clean build. Every
 # source must still include what it uses; the clang build, which precompiles nothing, verifies that.
 
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    set(usual ON)
-else()
-    set(usual OFF)
-endif()
-option(FENWHIRL_PRECOMPILED_HEADERS "Parse the headers of Qt and of the test library once" ${usual})
+option(FENWHIRL_PRECOMPILED_HEADERS "Parse the headers of Qt and of the test library once" ${FENWHIRL_QUICK_BUILD})
 if(FENWHIRL_PRECOMPILED_HEADERS AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>) # shows ccache which precompiled header was used
 endif()
