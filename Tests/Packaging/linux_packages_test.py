@@ -181,6 +181,12 @@ exit $status""")
         self.fake("id", "echo 0")
         self.assertEqual(self.install("test")[1], [])
 
+    def test_an_answer_longer_than_a_pipe_holds_is_read_to_its_end(self):
+        """A search that ended at the first match would kill the writer, and with it the whole pipeline."""
+        self.fake("apt-cache", 'echo "  Candidate: 1.2-3"; line=$(printf "%10000d" 0)\n'
+                  'for each in 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20; do echo "$line"; done')
+        self.assertEqual(self.install("test")[1], [f"{INSTALL} tray"])
+
     def test_without_package_lists_they_are_fetched_first(self):
         self.fake_apt("", lists="")
         _, done = self.install("test")
