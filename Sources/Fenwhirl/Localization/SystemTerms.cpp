@@ -24,7 +24,7 @@ struct Row {
 };
 
 // clang-format off
-constexpr std::array rows = {
+constexpr std::array terms = {
     // The program's own menu; Qt asks for it, too
     Row{u"About %1", u"About %1", u"À propos de %1", u"O aplikaciji %1", u"Über %1",
         u"Acerca de %1", u"Informazioni su %1", u"Acerca do %1", u"О приложении %1"},
@@ -102,16 +102,16 @@ std::u16string_view wordsOf(const Row& row, AppLanguage language) {
 
 QStringList SystemTerms::all() {
     QStringList asked;
-    for (const Row& row : rows) {
+    for (const Row& row : terms) {
         asked.append(QStringView(row.asked).toString());
     }
     return asked;
 }
 
 std::optional<QString> SystemTerms::lookup(QStringView english) {
-    const auto* const row = std::find_if(rows.begin(), rows.end(),
+    const auto* const row = std::find_if(terms.begin(), terms.end(),
                                          [&](const Row& each) { return QStringView(each.asked) == english; });
-    if (row == rows.end()) {
+    if (row == terms.end()) {
         return std::nullopt;
     }
     const AppLanguage language = Localizer::resolved();
