@@ -24,9 +24,10 @@ endif()
 find_program(FENWHIRL_CCACHE ccache)
 if(FENWHIRL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     # ccache stores objects that were compiled with a precompiled header only with these two sloppiness settings, and
-    # with the compiler option that PrecompiledHeaders.cmake adds.
-    set(CMAKE_CXX_COMPILER_LAUNCHER
-        "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${FENWHIRL_CCACHE}")
+    # with the compiler option that PrecompiledHeaders.cmake adds. It takes what a source includes from the compiler's
+    # list of dependencies (CCACHE_DEPEND) instead of preprocessing the source itself before each compilation.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+        CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_DEPEND=1 "${FENWHIRL_CCACHE}")
     set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
 endif()
 
