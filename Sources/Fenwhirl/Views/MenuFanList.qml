@@ -24,6 +24,11 @@ Item {
     // An end between two rows would look like the end of the list.
     readonly property real cut: spacing + (Math.floor((room - spacing) / step - 0.5) + 0.5) * step
 
+    // Shows the scroll bar for a moment, as a hint that there is more.
+    function flash() {
+        view.bar.flash()
+    }
+
     implicitHeight: whole <= room || room < least ? whole : Math.floor(cut)
 
     ScrollView {

@@ -72,8 +72,10 @@ FixedSizeWindow {
     onVisibleChanged: {
         reopened = visible && wasClosed
         wasClosed = !visible
-        if (visible)
+        if (visible) {
             appear.restart()
+            fans.flash()
+        }
     }
 
     ParallelAnimation {
@@ -206,6 +208,7 @@ FixedSizeWindow {
             }
 
             MenuFanList {
+                id: fans
                 machine: root.models.machine
                 margin: panel.padding
                 // What the other parts leave of the available height.

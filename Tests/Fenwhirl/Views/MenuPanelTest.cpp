@@ -209,6 +209,27 @@ int fansInView(Stage& stage, const QRect& list) {
     return seen;
 }
 
+TEST(MenuPanel, ShowsTheScrollBarOfManyFansForAMomentWhenItOpens) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    stage.showFans(30);
+    stage.window().setProperty("maximumPanelHeight", 600);
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+        static_cast<void>(stage.window().grabWindow());
+        return stage.window().height() <= 600;
+    }));
+    // In the middle of the bar, beside the upper part of the list.
+    const QRect lastChip = stage.find(QStringLiteral("Max"), chip)->rect();
+    const QPoint place = QPoint(stage.window().width() - 6, lastChip.bottom() + 14 + 20 - stage.window().y());
+    const QColor card = palette(true)[static_cast<std::size_t>(PaletteColor::card)];
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.colorAt(place) == card; }));
+    stage.window().hide();
+    stage.window().show();
+    QCoreApplication::processEvents(); // the panel begins to appear
+    EXPECT_NE(stage.colorAt(place), card);
+    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return stage.colorAt(place) == card; }));
+}
+
 TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
     Stage stage;
     stage.show(menuPanelFile());
