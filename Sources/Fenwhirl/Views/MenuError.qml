@@ -10,6 +10,7 @@ Item {
     readonly property string message: control.error
     // The last message. It is kept when `message` becomes empty, because the line may still be moving out.
     property string words: ""
+    readonly property real symbolWidth: Math.round(18 * Theme.symbolScale)
 
     Accessible.name: words
     Accessible.role: Accessible.AlertMessage
@@ -20,17 +21,17 @@ Item {
     Symbol {
         anchors.verticalCenter: parent.verticalCenter
         color: Theme.hot
-        height: 16
+        height: width
         name: "exclamationmark.triangle"
-        width: 16
-        x: 1
+        width: Math.round(16 * Theme.symbolScale)
+        x: (root.symbolWidth - width) / 2
     }
 
     Paragraph {
         id: text
         Accessible.ignored: true // the root item has the name
         anchors.left: parent.left
-        anchors.leftMargin: 26
+        anchors.leftMargin: root.symbolWidth + 8
         anchors.right: close.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter

@@ -10,6 +10,7 @@ Column {
 
     required property ControlView control
     required property MachineView machine
+    readonly property real symbolWidth: Math.round(18 * Theme.symbolScale)
 
     Column {
         spacing: 6
@@ -22,9 +23,9 @@ Column {
             Symbol {
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.accent
-                height: 18
+                height: width
                 name: "fan"
-                width: 18
+                width: root.symbolWidth
             }
 
             Label {
@@ -32,7 +33,7 @@ Column {
                 font.weight: Font.DemiBold
                 size: 15
                 text: "Fenwhirl" // i18n-ignore: the product's name is the same in every language
-                x: 26
+                x: root.symbolWidth + 8
             }
         }
 
@@ -44,7 +45,7 @@ Column {
                 anchors.verticalCenter: parent.verticalCenter
                 good: root.machine.healthy
                 size: 8
-                x: 5
+                x: (root.symbolWidth - width) / 2
             }
 
             Label {
@@ -52,7 +53,7 @@ Column {
                 size: 12
                 text: root.machine.statusWord
                 width: parent.width - x
-                x: 26
+                x: root.symbolWidth + 8
             }
         }
     }

@@ -66,6 +66,26 @@ TEST(Symbols, OfTheSidebar) {
                                               symbol("gearshape", 18, PaletteColor::secondaryText)}));
 }
 
+TEST(Symbols, InFrontOfTextsGrowHalfAsMuchAsThese) {
+    const auto sizes = [](Stage& stage) {
+        QList<double> found;
+        for (const Drawn& drawn : symbolsOf(stage)) {
+            found.append(drawn.size);
+        }
+        return found;
+    };
+    Stage window;
+    window.showPage(Page::sensors);
+    window.setTextScale(2);
+    EXPECT_EQ(sizes(window).mid(1), QList<double>(7, 27)); // after the emblem
+    window.setTextScale(1);
+    EXPECT_EQ(sizes(window).mid(1), QList<double>(7, 18));
+    Stage panel;
+    panel.show(menuPanelFile());
+    panel.setTextScale(1.5);
+    EXPECT_EQ(sizes(panel), QList<double>(3, 23)); // the fan in the header, and the mode of each fan
+}
+
 TEST(Symbols, OfTheDashboardAndItsError) {
     Stage stage;
     stage.world.loginItemWorks = false;

@@ -4,7 +4,7 @@ import QtQuick
 import Fenwhirl.Components
 
 // A symbol for how a fan is driven. Unless that is automatic, it is a button that returns the fan to automatic. Its size
-// is 22 x 22, its pressable area 28 x 28.
+// is 22 x 22, its pressable area 28 x 28, larger with the texts.
 //   mode         automatic, constant speed, following a sensor: 0, 1, 2; set by the owner
 //   inForce      whether the fan is actually driven in this mode
 //   text         what the button switches to, in the user's language
@@ -25,8 +25,8 @@ Item {
 
     signal clicked()
 
-    implicitHeight: 22
-    implicitWidth: 22
+    implicitHeight: implicitWidth
+    implicitWidth: Math.round(22 * Theme.symbolScale)
 
     // In automatic mode there is only a picture, which cannot be pressed.
     Item {
@@ -70,9 +70,11 @@ Item {
 
             anchors.centerIn: parent
             color: root.showsWhere ? Theme.text : root.leadsBack && root.inForce ? Theme.accent : Theme.muted
+            height: width
             name: modelData
             opacity: root.shown === modelData ? 1 : 0
             visible: opacity > 0
+            width: Math.round(18 * Theme.symbolScale)
 
             Behavior on opacity {
                 NumberAnimation { duration: Theme.hoverDuration }

@@ -29,9 +29,12 @@ Pressable {
     contentItem: Item {
         // The symbol is centred in a frame of 20 that begins after the padding of 10.
         Symbol {
+            id: picture
             anchors.verticalCenter: parent.verticalCenter
             color: root.ink
+            height: width
             name: root.symbol
+            width: Math.round(18 * Theme.symbolScale)
             x: 11
         }
 
@@ -42,7 +45,7 @@ Pressable {
             size: 14
             text: root.text
             width: parent.width - x - 10
-            x: 40
+            x: picture.x + picture.width + 11
         }
     }
 }

@@ -17,7 +17,8 @@
 // their own.
 //
 // `textScale` is the factor by which every text is larger than designed, and with it the heights and columns
-// that contain texts. Sizes in the QML files are those at a factor of 1, and so are the argument and the
+// that contain texts. Symbols that stand before a text, with the column that they have, are larger by
+// `symbolScale`: half as much, which keeps them in proportion and leaves the room to the text. Sizes in the QML files are those at a factor of 1, and so are the argument and the
 // result of `lineHeight`.
 //
 // Radii must be multiples of `cornerStep` to be drawn well. It is 1 unless the function cornerStep() returns
@@ -41,6 +42,7 @@ class Theme : public QObject {
     Q_PROPERTY(bool dark READ dark WRITE setDark NOTIFY darkChanged FINAL)
     Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY motionChanged FINAL)
     Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(double symbolScale READ symbolScale NOTIFY textScaleChanged FINAL)
     Q_PROPERTY(double lineGrowth READ lineGrowth NOTIFY textScaleChanged FINAL)
     Q_PROPERTY(int cornerStep READ cornerStep CONSTANT FINAL)
 
@@ -103,6 +105,8 @@ public:
 
     // `scale` must be above 0.
     void setTextScale(double scale);
+
+    [[nodiscard]] double symbolScale() const { return 1.0 + (textScale_ - 1.0) / 2.0; }
 
     // By how much one line of a control's text, and so the control, is higher than designed.
     [[nodiscard]] double lineGrowth() const;
