@@ -1,19 +1,23 @@
 #include "Fenwhirl/Platform/Desktop/FileDialogs.h"
 #include "Fenwhirl/Platform/Desktop/SavePortalLinux.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QStandardPaths>
 #include <QTranslator>
+#include <QTreeView>
 #include <QUrl>
 #include <QWidget>
 
@@ -37,13 +41,33 @@ void closePopups() {
     }
 }
 
-QString askWithQt(const QString& place, const QString& language) {
+// Qt's dialog as it is looks older than our windows: its buttons have coloured icons, and the title of its
+// last column is cut. Where the toolkit shows the desktop's dialog instead, there is nothing to change.
+void modernize(QFileDialog& dialog) {
+    if (const auto* box = dialog.findChild<QDialogButtonBox*>()) {
+        for (QAbstractButton* button : box->buttons()) {
+            button->setIcon({});
+        }
+    }
+    if (const auto* list = dialog.findChild<QTreeView*>()) {
+        QHeaderView& header = *list->header();
+        header.setStretchLastSection(false);
+        header.setSectionResizeMode(QHeaderView::ResizeToContents);
+        header.setSectionResizeMode(0, QHeaderView::Stretch); // the names
+    }
+}
+
+QString askWithQt(const QString& folder, const QString& proposedName, const QString& language) {
     QTranslator texts;
     if (texts.load(localeOf(language), QStringLiteral("qtbase"), QStringLiteral("_"),
                    QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(&texts); // its destructor removes it again
     }
-    return QFileDialog::getSaveFileName(nullptr, {}, place);
+    QFileDialog dialog(nullptr, {}, folder);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.selectFile(proposedName);
+    modernize(dialog);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 } // namespace
@@ -61,7 +85,7 @@ QString askSavePath(const QString& proposedName, const QString& language) {
     // The title is the program's name, which needs no translation.
     const SavePortalLinux::Answer answer =
         portal.ask(QCoreApplication::applicationName(), folder, proposedName);
-    return answer.answered ? answer.path : askWithQt(folder + u'/' + proposedName, language);
+    return answer.answered ? answer.path : askWithQt(folder, proposedName, language);
 }
 
 bool isAskingSavePath() {
