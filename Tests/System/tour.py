@@ -13,6 +13,7 @@ import re
 import sys
 import time
 
+import picture_stage
 import stage
 
 
@@ -27,9 +28,7 @@ class Tour:
         os.environ.update(display.environment())
         bus = stack.enter_context(stage.SessionBus())
         os.environ.update(bus.environment())
-        # Formats numbers as in France, to match the language.
-        os.environ.pop("LC_ALL", None)
-        os.environ["LANG"] = "fr_FR.UTF-8"
+        picture_stage.speak_french()
         self.application = stack.enter_context(stage.Application(options.build, scale=scale))
         self.screen = stage.Interface()
         self.began = time.monotonic()

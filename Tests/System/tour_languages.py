@@ -7,22 +7,20 @@ not fit into the window are scrolled; the last picture of a page shows its end. 
 Runs inside Packaging/Linux/private-namespace.
 """
 
-import argparse
 import contextlib
-import os
-import pathlib
 import shutil
 import subprocess
 import sys
 import time
 
+import picture_stage
 import stage
 import tour_pages
 from interface_texts import LANGUAGES, TranslatedInterface
 from screenshot_mac import ScreenshotMac
-from status_host import StatusHost
 
 SIZES = [(1040, 680), (920, 560)]
+SCREEN = (2000, 1300)
 WHEEL_POINTS = 60  # how far a notch of the mouse wheel scrolls a page
 
 
@@ -129,38 +127,27 @@ class Tour(tour_pages.Tour):
         print(f"{LANGUAGES[self.language]:<20} {self.count} pictures in {time.monotonic() - began:.0f} s", flush=True)
 
 
+def walk(options, host):
+    vendor_site = tour_pages.start_vendor_site(options.build)
+    failed = []
+    for language in options.language or LANGUAGES:
+        try:  # a failure in one language does not end the tour of the others
+            Tour(options, language, host, vendor_site).walk()
+        except stage.StageError as error:
+            print(f"{LANGUAGES[language]}: {error}", file=sys.stderr)
+            failed.append(LANGUAGES[language])
+    if failed:
+        raise stage.StageError(", ".join(failed))
+
+
 def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--build", type=pathlib.Path, required=True)
-    parser.add_argument("--pictures", type=pathlib.Path, required=True)
+    parser = picture_stage.options_parser(__doc__)
     parser.add_argument("--language", choices=LANGUAGES, action="append", help="only this language; may be given more than once")
     parser.add_argument("--only", help="only the pictures of this part of the walk")
-    parser.add_argument("--machine", help="of no effect: the pictured Mac is chosen by what it shows")
-    parser.add_argument("--heat", help="of no effect: the readings are held still")
     options = parser.parse_args()
     options.minutes = 0
-    options.pictures.mkdir(parents=True, exist_ok=True)
-    tour_pages.SCALE = 1
-    failed = False
-    with contextlib.ExitStack() as stack:
-        display = stack.enter_context(stage.Display(2000, 1300, 1))
-        display.start_window_manager()
-        os.environ.update(display.environment())
-        stack.enter_context(stage.Process(["xcompmgr"]))
-        # Formats numbers as in France; the language of the interface is set by its preferences.
-        os.environ.pop("LC_ALL", None)
-        os.environ["LANG"] = "fr_FR.UTF-8"
-        os.environ.update(stack.enter_context(stage.SessionBus()).environment())
-        host = stack.enter_context(StatusHost())
-        vendor_site = tour_pages.start_vendor_site(options.build)
-        for language in options.language or LANGUAGES:
-            try:  # a failure in one language does not end the tour of the others
-                Tour(options, language, host, vendor_site).walk()
-            except stage.StageError as error:
-                print(f"The tour in {LANGUAGES[language]} ended early: {error}", file=sys.stderr)
-                failed = True
-    print(f"Pictures: {options.pictures}")
-    return 1 if failed else 0
+    tour_pages.SCALE, tour_pages.SCREEN = 1, SCREEN
+    return picture_stage.perform(walk, options, SCREEN, tour_pages.SCALE)
 
 
 if __name__ == "__main__":

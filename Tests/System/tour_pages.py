@@ -6,22 +6,19 @@ tour operates it through the accessibility tree. The visible readings are fixed,
 picture.
 """
 
-import argparse
 import contextlib
 import hashlib
 import json
-import os
-import pathlib
 import shutil
 import socket
 import subprocess
 import sys
 import time
 
+import picture_stage
 import stage
 from vendor_site import Site, vendor_domain, redirect_vendor_host
 from screenshot_mac import COOL, HOT, ScreenshotMac, Workload
-from status_host import StatusHost
 
 COMPUTER = "MacBook Pro de Camille"
 PREFERENCES = stage.SCRATCH / "home/.config/com.fenwhirl.app/preferences.json"
@@ -438,42 +435,23 @@ def start_vendor_site(build):
         return None
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--build", type=pathlib.Path, required=True)
-    parser.add_argument("--pictures", type=pathlib.Path, required=True)
-    parser.add_argument("--theme", choices=["dark", "light"], help="only this appearance")
-    parser.add_argument("--only", help="only the pictures of this part of the walk")
-    parser.add_argument("--minutes", type=float, default=0, help="of temperatures in the chart of the dashboard's picture")
-    parser.add_argument("--machine", help="of no effect: the pictured Mac is chosen by what it shows")
-    parser.add_argument("--heat", help="of no effect: the readings are held still")
-    options = parser.parse_args()
-    options.pictures.mkdir(parents=True, exist_ok=True)
+def walk(options, host):
     if stage.has_own("name"):
         socket.sethostname(COMPUTER)
     else:
         print(f"This computer keeps its name: the pictures show it instead of \"{COMPUTER}\".")
-    try:
-        with contextlib.ExitStack() as stack:
-            display = stack.enter_context(stage.Display(*SCREEN, SCALE))
-            display.start_window_manager()
-            os.environ.update(display.environment())
-            # With a compositor, as on most desktops, translucent parts show what is under them. It also makes the background grey.
-            stack.enter_context(stage.Process(["xcompmgr"]))
-            # Formats numbers as in France, and makes the interface French.
-            os.environ.pop("LC_ALL", None)
-            os.environ["LANG"] = "fr_FR.UTF-8"
-            os.environ.update(stack.enter_context(stage.SessionBus()).environment())
-            host = stack.enter_context(StatusHost())
-            vendor_site = start_vendor_site(options.build)
-            for theme in [options.theme] if options.theme else ["dark", "light"]:
-                print(f"{theme}:")
-                Tour(options, theme, host, vendor_site).walk()
-    except stage.StageError as error:
-        print(f"The tour ended early: {error}", file=sys.stderr)
-        return 1
-    print(f"Pictures: {options.pictures}")
-    return 0
+    vendor_site = start_vendor_site(options.build)
+    for theme in [options.theme] if options.theme else ["dark", "light"]:
+        print(f"{theme}:")
+        Tour(options, theme, host, vendor_site).walk()
+
+
+def main():
+    parser = picture_stage.options_parser(__doc__)
+    parser.add_argument("--theme", choices=["dark", "light"], help="only this appearance")
+    parser.add_argument("--only", help="only the pictures of this part of the walk")
+    parser.add_argument("--minutes", type=float, default=0, help="of temperatures in the chart of the dashboard's picture")
+    return picture_stage.perform(walk, parser.parse_args(), SCREEN, SCALE)
 
 
 if __name__ == "__main__":

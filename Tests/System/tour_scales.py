@@ -5,18 +5,15 @@ screens of 1, 1.5 and 2 pixels per point, in three languages, dark and light.
 Each scale has its own folder, with one for each language in it. Runs inside Packaging/Linux/private-namespace.
 """
 
-import argparse
 import contextlib
-import os
-import pathlib
 import sys
 import time
 
+import picture_stage
 import stage
 import tour_pages
 from interface_texts import LANGUAGES, TranslatedInterface
 from screenshot_mac import ScreenshotMac
-from status_host import StatusHost
 
 SCALES = [1, 1.5, 2]
 CHOSEN_LANGUAGES = ["fr", "de", "ru"]
@@ -52,42 +49,25 @@ class Tour(tour_pages.Tour):
         print(f"{tour_pages.SCALE:g}x {LANGUAGES[self.language]}, {self.theme}: {time.monotonic() - began:.0f} s", flush=True)
 
 
+def walk(options, host):
+    with ScreenshotMac(options.build) as mac:
+        stage.install_helper(options.build)
+        mac.turn(2694, 3396)
+        for tour_pages.SCALE in options.scale or SCALES:
+            for language in options.language or CHOSEN_LANGUAGES:
+                for theme in [options.theme] if options.theme else ["dark", "light"]:
+                    Tour(options, language, theme, host, mac).walk()
+
+
 def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--build", type=pathlib.Path, required=True)
-    parser.add_argument("--pictures", type=pathlib.Path, required=True)
+    parser = picture_stage.options_parser(__doc__)
     parser.add_argument("--language", choices=LANGUAGES, action="append", help="instead of the usual three; may be given more than once")
     parser.add_argument("--scale", type=float, choices=SCALES, action="append", help="only this scale; may be given more than once")
     parser.add_argument("--theme", choices=["dark", "light"], help="only this appearance")
-    parser.add_argument("--machine", help="of no effect: the pictured Mac is chosen by what it shows")
-    parser.add_argument("--heat", help="of no effect: the readings are held still")
     options = parser.parse_args()
     options.minutes, options.only = 0, None
-    options.pictures.mkdir(parents=True, exist_ok=True)
     tour_pages.SCREEN = SCREEN
-    try:
-        with contextlib.ExitStack() as stack:
-            display = stack.enter_context(stage.Display(*SCREEN, max(SCALES)))
-            display.start_window_manager()
-            os.environ.update(display.environment())
-            stack.enter_context(stage.Process(["xcompmgr"]))
-            # Formats numbers as in France; the language of the interface is set by its preferences.
-            os.environ.pop("LC_ALL", None)
-            os.environ["LANG"] = "fr_FR.UTF-8"
-            os.environ.update(stack.enter_context(stage.SessionBus()).environment())
-            host = stack.enter_context(StatusHost())
-            mac = stack.enter_context(ScreenshotMac(options.build))
-            stage.install_helper(options.build)
-            mac.turn(2694, 3396)
-            for tour_pages.SCALE in options.scale or SCALES:
-                for language in options.language or CHOSEN_LANGUAGES:
-                    for theme in [options.theme] if options.theme else ["dark", "light"]:
-                        Tour(options, language, theme, host, mac).walk()
-    except stage.StageError as error:
-        print(f"The tour ended early: {error}", file=sys.stderr)
-        return 1
-    print(f"Pictures: {options.pictures}")
-    return 0
+    return picture_stage.perform(walk, options, SCREEN, max(SCALES))
 
 
 if __name__ == "__main__":
