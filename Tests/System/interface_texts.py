@@ -55,8 +55,9 @@ class Translations:
             alerts = {code: words for code, *words in
                       ALERT.findall((SOURCES / "Updates/UpdateTexts.cpp").read_text(encoding="utf-8"))}
             self.translations.update(zip(alerts["fr"], alerts[language]))
-            # A slider has the words before its value as its name: "Vitesse demandée : %@ tr/min".
-            names = {before(french): before(text) for french, text in self.translations.items() if " : %@" in french}
+            # A slider has the words before its value as its name: "Vitesse demandée : %@ tr/min", "Vitesse maximale à %@ °C".
+            names = {before(french): before(text) for french, text in self.translations.items()
+                     if " : %@" in french or french.endswith(" %@ °C")}
             self.translations = {**names, **self.translations}
 
     def shown(self, french):
