@@ -61,12 +61,19 @@ class ScreenshotMac(stage.SimulatedMac):
         for index, rpm in enumerate(speeds):
             self.tell(f"set F{index}Ac {rpm}")
 
-    def crowd(self, fans, sensors):
-        """Adds fans and sensors to the machine. Call it before the program starts."""
+    def crowd(self, fans, sensors=0):
+        """Adds fans and sensors to the machine. A program that runs already notices only the fans.
+
+        A key has four characters. The limits and the mode of the eleventh fan and later ones would share one ("F10M"), so these
+        fans have only a speed and a target.
+        """
         self.tell(f"pin FNum {fans:02X}")
         for index in range(len(FAN_LIMITS), fans):
-            for suffix, rpm in (("Ac", 1200 + 150 * index), ("Mn", 1200), ("Mx", 5777), ("Tg", 1200), ("Md", 0)):
-                self.tell(f"define {f'F{index}{suffix}'[:4]} flt 4 C0 {struct.pack('<f', rpm).hex().upper()}")
+            values = {"Ac": 1200 + 150 * index, "Mn": 1200, "Mx": 5777, "Tg": 1200, "Md": 0}
+            for suffix, rpm in values.items():
+                key = f"F{index}{suffix}"[:4]
+                if not key.endswith("M"):
+                    self.tell(f"define {key} flt 4 C0 {struct.pack('<f', rpm).hex().upper()}")
         digits = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ"
         for index in range(sensors):
             celsius = struct.pack("<f", 25 + index * 80 / sensors).hex().upper()

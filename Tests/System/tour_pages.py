@@ -168,12 +168,14 @@ class Tour:
         stage.wait_until(lambda: not self.screen.find(lambda _: True, "menu item"), "the menu closes")
 
     @contextlib.contextmanager
-    def dragged(self, slider, offset, by):
-        """Holds the point at that offset from a slider's upper left corner, moved to the right by that many points."""
+    def dragged(self, slider, offset, by, narrow=False):
+        """Holds the point at that offset from a slider's upper left corner, moved to the right by that many points. The slider is
+        in the main window, or, with `narrow`, in the panel.
+        """
         # Qt tells a slider's position in points on every screen, but its size is wrong where a point is several pixels.
         place = slider.get_extents(self.screen.atspi.CoordType.WINDOW)
         x, y = place.x + offset[0], place.y + offset[1]
-        window = ["mousemove", "--window", self.window()]
+        window = ["mousemove", "--window", self.window(narrow)]
         subprocess.run(["xdotool", *window, *pixels(x, y), "mousedown", "1"], check=True)
         for step in range(1, 5):
             subprocess.run(["xdotool", *window, *pixels(x + by * step / 4, y)], check=True)
@@ -211,13 +213,38 @@ class Tour:
         yield
         stage.HELPER.parent.unlink()
 
-    def panel(self, picture):
+    @contextlib.contextmanager
+    def open_panel(self):
+        time.sleep(0.5)  # a press just after the panel has closed belongs to the click that closed it, and opens nothing
         self.host.press(round(SCREEN[0] * SCALE) - 300, 10)
         stage.wait_until(lambda: self.window(narrow=True), "the panel opens")
         self.rest()
-        self.picture(picture, narrow=True)
+        yield
         self.press_elsewhere()
         stage.wait_until(lambda: not self.window(narrow=True), "the panel closes")
+
+    def panel(self, picture):
+        with self.open_panel():
+            self.picture(picture, narrow=True)
+
+    def panel_in_use(self, fan):
+        """The panel while it is used: the pointer over the symbol of that fan, the last one, which has a constant speed, and the
+        knob of its slider held. The speed is set back.
+        """
+        with self.open_panel():
+            slider = self.screen.wait_for(fan, "slider")
+            place = slider.get_extents(self.screen.atspi.CoordType.WINDOW)
+            symbol = pixels(place.x + 9, place.y - 18)
+            subprocess.run(["xdotool", "mousemove", "--window", self.window(narrow=True), *symbol], check=True)
+            time.sleep(1)  # the tooltip appears after 0.6 s; assistive technology does not see it
+            self.picture("panel/symbol-hovered", narrow=True)
+            self.rest()
+            before = slider.get_current_value()
+            share = (before - slider.get_minimum_value()) / (slider.get_maximum_value() - slider.get_minimum_value())
+            with self.dragged(slider, (9 + share * (308 - 18), 10), 55, narrow=True):
+                stage.wait_until(lambda: slider.get_current_value() >= before + 800, "the knob is dragged")
+                self.picture("panel/knob-dragged", narrow=True)
+            slider.set_current_value(before)
 
     # --- Walk ---
 
@@ -282,6 +309,8 @@ class Tour:
         self.screen.press("Vitesse fixe", "radio button") # of the last fan
         self.slider("Vitesse demandée").set_current_value(3400)
         self.picture("states/fans-modes")
+        self.panel("panel/modes")
+        self.panel_in_use("Ventilateur droit")
         self.drags()
         self.menu("Capteur", "menus/sensor")
 
@@ -349,6 +378,7 @@ class Tour:
         self.choose_preset("Max")
         self.screen.wait_for(lambda text: text.startswith("Ce Mac n'a pas accepté"))
         self.picture("states/dashboard-refused")
+        self.panel("panel/refused")
         self.mac.tell("accept all")
 
     def update(self):
@@ -393,6 +423,7 @@ class Tour:
 
     def sizes(self):
         """An ordinary Mac in the smallest and in large windows, and the chart with the keyboard focus."""
+        stage.install_helper(self.build)
         with self.started():
             self.choose_preset("Équilibré")
             self.mac.hold()
@@ -407,8 +438,10 @@ class Tour:
             self.picture("states/dashboard-chart-focus")
 
     def many(self):
-        """More fans and sensors than any Mac has, in the smallest and in a large window."""
-        self.mac.crowd(fans=30, sensors=500)
+        """More sensors than any Mac has, and as many fans as its controller can describe, in the smallest and in a large window;
+        then the panel with more fans than fit on the screen.
+        """
+        self.mac.crowd(fans=10, sensors=500)
         with self.started():
             self.mac.hold()
             for size in ((920, 560), (1920, 1200)):
@@ -417,7 +450,18 @@ class Tour:
                 for name in PAGES:
                     self.open_page(name)
                     self.picture(f"sizes/{name}-{size[0]}")
-            self.panel("states/panel-many")
+            self.mac.crowd(fans=30)
+            self.open_page("fans")
+            self.screen.wait_for("Ventilateur 30")
+            with self.open_panel():
+                self.picture("states/panel-many", narrow=True)
+                # The pointer over the scroll bar keeps it on the screen.
+                place = self.slider("Ventilateur").get_extents(self.screen.atspi.CoordType.WINDOW)
+                bar = pixels(place.x + 308 + 16 - 6, place.y - 40)
+                subprocess.run(["xdotool", "mousemove", "--window", self.window(narrow=True), *bar], check=True)
+                self.picture("states/panel-many-bar", narrow=True)
+                subprocess.run(["xdotool", "click", "--repeat", "6", "5"], check=True)
+                self.picture("states/panel-many-scrolled", narrow=True)
 
     def walk(self):
         with ScreenshotMac(self.build, max(1, self.minutes)) as self.mac:

@@ -43,6 +43,7 @@ class Tour(tour_pages.Tour):
             self.screen.press("Vitesse fixe", "radio button")  # of the last fan
             self.slider("Vitesse demandée").set_current_value(3400)
             self.drags()
+            self.panel_in_use("Ventilateur droit")
             self.open_page("sensors")
             self.picture("sensors")
             self.panel("panel")
