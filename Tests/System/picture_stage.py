@@ -7,6 +7,7 @@ import argparse
 import contextlib
 import os
 import pathlib
+import subprocess
 import sys
 
 import stage
@@ -37,7 +38,8 @@ def raised(width, height, scale):
         display.start_window_manager()
         os.environ.update(display.environment())
         # With a compositor, as on most desktops, translucent parts show what is under them. It also makes the background grey.
-        stack.enter_context(stage.Process(["xcompmgr"]))
+        # It writes an error whenever a window goes while it draws that.
+        stack.enter_context(stage.Process(["xcompmgr"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
         speak_french()
         os.environ.update(stack.enter_context(stage.SessionBus()).environment())
         yield stack.enter_context(StatusHost())
