@@ -49,7 +49,7 @@ void save(benchmark::State& state, const char* parent) {
     for (auto step : state) {
         static_cast<void>(step);
         settings[0].constantRPM += 50; // as when a slider is dragged
-        save(store, Preferences::settings, settings);
+        save(store, Preferences::of<&SavedPreferences::settings>(), settings);
     }
 }
 
@@ -65,8 +65,9 @@ void load(benchmark::State& state) {
     const Place place("/dev/shm");
     {
         FilePreferences store(place.file());
-        save(store, Preferences::settings, settingsOf(static_cast<int>(state.range(0))));
-        save(store, Preferences::theme, AppTheme::light);
+        save(store, Preferences::of<&SavedPreferences::settings>(),
+             settingsOf(static_cast<int>(state.range(0))));
+        save(store, Preferences::of<&SavedPreferences::theme>(), AppTheme::light);
     }
     for (auto step : state) {
         static_cast<void>(step);

@@ -53,7 +53,7 @@ AppTheme Monitor::theme() const {
 
 void Monitor::setTheme(AppTheme theme) {
     Private& d = state();
-    d.remember(Preferences::theme, theme, &Monitor::themeChanged);
+    d.remember<&SavedPreferences::theme>(theme, &Monitor::themeChanged);
 }
 
 AppLanguage Monitor::language() const {
@@ -64,7 +64,7 @@ void Monitor::setLanguage(AppLanguage language) {
     Private& d = state();
     Localizer::setLanguage(language);
     const bool changes = d.saved.language != language;
-    d.remember(Preferences::language, language, &Monitor::languageChanged);
+    d.remember<&SavedPreferences::language>(language, &Monitor::languageChanged);
     if (changes && d.controlError) {
         Q_EMIT controlErrorChanged();
     }
@@ -76,7 +76,7 @@ bool Monitor::alertsEnabled() const {
 
 void Monitor::setAlertsEnabled(bool on) {
     Private& d = state();
-    d.remember(Preferences::alertsEnabled, on, &Monitor::alertsEnabledChanged);
+    d.remember<&SavedPreferences::alertsEnabled>(on, &Monitor::alertsEnabledChanged);
     d.publishHandBackState();
 }
 
@@ -86,7 +86,7 @@ double Monitor::warmThreshold() const {
 
 void Monitor::setWarmThreshold(double celsius) {
     Private& d = state();
-    d.remember(Preferences::warmThreshold, celsius, &Monitor::warmThresholdChanged);
+    d.remember<&SavedPreferences::warmThreshold>(celsius, &Monitor::warmThresholdChanged);
 }
 
 double Monitor::hotThreshold() const {
@@ -95,7 +95,7 @@ double Monitor::hotThreshold() const {
 
 void Monitor::setHotThreshold(double celsius) {
     Private& d = state();
-    d.remember(Preferences::hotThreshold, celsius, &Monitor::hotThresholdChanged);
+    d.remember<&SavedPreferences::hotThreshold>(celsius, &Monitor::hotThresholdChanged);
 }
 
 double Monitor::alertThreshold() const {
@@ -104,7 +104,7 @@ double Monitor::alertThreshold() const {
 
 void Monitor::setAlertThreshold(double celsius) {
     Private& d = state();
-    d.remember(Preferences::alertThreshold, celsius, &Monitor::alertThresholdChanged);
+    d.remember<&SavedPreferences::alertThreshold>(celsius, &Monitor::alertThresholdChanged);
     d.publishHandBackState();
 }
 
@@ -114,7 +114,7 @@ bool Monitor::didOnboard() const {
 
 void Monitor::setDidOnboard(bool done) {
     Private& d = state();
-    d.remember(Preferences::didOnboard, done, &Monitor::didOnboardChanged);
+    d.remember<&SavedPreferences::didOnboard>(done, &Monitor::didOnboardChanged);
 }
 
 void Monitor::Private::change(const std::function<void(FanSettings&)>& edit, std::optional<Preset> preset) {
@@ -135,8 +135,9 @@ void Monitor::Private::change(const std::function<void(FanSettings&)>& edit, std
 }
 
 void Monitor::Private::save() const {
-    Fenwhirl::save(*services.preferences, Preferences::settings, saved.settings);
-    Fenwhirl::save(*services.preferences, Preferences::activePreset, saved.activePreset);
+    Fenwhirl::save(*services.preferences, Preferences::of<&SavedPreferences::settings>(), saved.settings);
+    Fenwhirl::save(*services.preferences, Preferences::of<&SavedPreferences::activePreset>(),
+                   saved.activePreset);
 }
 
 } // namespace Fenwhirl

@@ -57,12 +57,11 @@ struct Monitor::Private {
         }
     }
 
-    // The same for a preference, which is saved before the signal is emitted.
-    template <typename Value>
-    void remember(const Preference<Value>& preference, Value value, void (Monitor::*changed)())
-        FENWHIRL_REQUIRES(mainThread) {
-        Fenwhirl::save(*services.preferences, preference, value);
-        assign(saved.*preference.property, value, changed);
+    // The same for a property of the preferences, which is saved before the signal is emitted.
+    template <auto property, typename Value>
+    void remember(Value value, void (Monitor::*changed)()) FENWHIRL_REQUIRES(mainThread) {
+        Fenwhirl::save(*services.preferences, Preferences::of<property>(), value);
+        assign(saved.*property, value, changed);
     }
 
     void opened(bool available) FENWHIRL_REQUIRES(mainThread);

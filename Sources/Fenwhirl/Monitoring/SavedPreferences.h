@@ -14,8 +14,10 @@
 #include "Fenwhirl/Monitoring/FanSetting.h"
 #include "Fenwhirl/Monitoring/Preset.h"
 
+#include <cstddef>
 #include <optional>
 #include <tuple>
+#include <type_traits>
 
 namespace Fenwhirl {
 
@@ -50,19 +52,37 @@ Preference(const char*, Value SavedPreferences::*, bool = false) -> Preference<V
 
 namespace Preferences {
 
-inline constexpr Preference warmThreshold{"warmThreshold", &SavedPreferences::warmThreshold, true};
-inline constexpr Preference hotThreshold{"hotThreshold", &SavedPreferences::hotThreshold, true};
-inline constexpr Preference alertsEnabled{"alertsEnabled", &SavedPreferences::alertsEnabled, true};
-inline constexpr Preference alertThreshold{"alertThreshold", &SavedPreferences::alertThreshold, true};
-inline constexpr Preference theme{"theme", &SavedPreferences::theme};
-inline constexpr Preference language{"language", &SavedPreferences::language};
-inline constexpr Preference settings{"settings", &SavedPreferences::settings};
-inline constexpr Preference activePreset{"preset", &SavedPreferences::activePreset};
-inline constexpr Preference didOnboard{"didOnboard", &SavedPreferences::didOnboard};
+// The only list of the preferences, in the order in which they are loaded.
+inline constexpr std::tuple all{
+    Preference{"warmThreshold", &SavedPreferences::warmThreshold, true},
+    Preference{"hotThreshold", &SavedPreferences::hotThreshold, true},
+    Preference{"alertsEnabled", &SavedPreferences::alertsEnabled, true},
+    Preference{"alertThreshold", &SavedPreferences::alertThreshold, true},
+    Preference{"theme", &SavedPreferences::theme},
+    Preference{"language", &SavedPreferences::language},
+    Preference{"settings", &SavedPreferences::settings},
+    Preference{"preset", &SavedPreferences::activePreset},
+    Preference{"didOnboard", &SavedPreferences::didOnboard},
+};
 
-// The preferences to load, in this order.
-inline constexpr std::tuple all{warmThreshold, hotThreshold, alertsEnabled, alertThreshold, theme,
-                                language,      settings,     activePreset,  didOnboard};
+// The preference in which a property is stored. What is not in the list above cannot be stored, because the next
+// launch would not load it: the compiler then names the property.
+template <auto property, std::size_t place = 0>
+[[nodiscard]] constexpr auto of() {
+    static_assert(place < std::tuple_size_v<decltype(all)>, "this property is missing in Preferences::all");
+    if constexpr (place < std::tuple_size_v<decltype(all)>) {
+        constexpr auto preference = std::get<place>(all);
+        if constexpr (std::is_same_v<decltype(preference.property), decltype(property)>) {
+            if constexpr (preference.property == property) {
+                return preference;
+            } else {
+                return of<property, place + 1>();
+            }
+        } else {
+            return of<property, place + 1>();
+        }
+    }
+}
 
 } // namespace Preferences
 
