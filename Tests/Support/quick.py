@@ -3,9 +3,9 @@
 
 A source is tested by the file of the same name in the same folder below Tests/ (FanCard.qml by FanCardTest.cpp), and a larger
 class by the files whose names begin with its own (Monitor.cpp by MonitorAlertTest.cpp and others). Where there is no such
-file, every test of the folder runs. After a change to the program, its texts are checked as well. The changed files are those
-that git reports as changed or new, or else those of the last commit. With a PATTERN, a regular expression as for ctest -R, the
-tests with matching names run instead, wherever they are.
+file, every test of the folder runs. After a change to the program, its texts are checked as well, and whether every setting has
+a test. The changed files are those that git reports as changed or new, or else those of the last commit. With a PATTERN, a
+regular expression as for ctest -R, the tests with matching names run instead, wherever they are.
 
 ./test alone runs the endurance tests, the second runs under another locale and, unless they are themselves changed or asked
 for, the tests of the built programs.
@@ -148,6 +148,7 @@ def run_changed(project, build, tests, files):
     if texts:
         running.append(subprocess.Popen([sys.executable, "-B", "Tests/TextCheck/list_texts.py", build / "Sources/TextCheck/texts.tsv",
                                          "Documentation/Languages.md"], cwd=project))
+        running.append(subprocess.Popen([sys.executable, "-B", "Tests/Structure/check_settings.py", "."], cwd=project))
     if python:
         modules = "|".join(test.stem for test in python)
         running.append(subprocess.Popen(["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error",

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <mutex>
 #include <optional>
+#include <string>
 
 namespace Fenwhirl {
 
@@ -128,6 +129,9 @@ TEST(SettingsPage, TheLoginItemSwitchShowsTheActualState) {
 TEST(SettingsPage, TheAppearanceIsChosenFromThree) {
     Stage stage;
     stage.showPage(Page::settings);
+    const QAccessibleInterface* const row = stage.find(QStringLiteral("Apparence"), QAccessible::Grouping);
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->childCount(), 3);
     EXPECT_TRUE(stage.find(QStringLiteral("Sombre"), QAccessible::RadioButton)->state().checked);
     stage.click(QStringLiteral("Clair"), QAccessible::RadioButton);
     EXPECT_EQ(stage.monitor().theme(), AppTheme::light);
@@ -148,6 +152,71 @@ TEST(SettingsPage, TheLanguagesAreNamedInThemselves) {
     stage.press(Qt::Key_End);
     stage.press(Qt::Key_Return);
     EXPECT_EQ(stage.monitor().language(), AppLanguage::ru);
+}
+
+// What a control shows: whether it is on, its value, or its chosen entry.
+QString stateOf(QAccessibleInterface& control) {
+    if (control.role() == QAccessible::CheckBox || control.role() == QAccessible::RadioButton) {
+        return control.state().checked ? QStringLiteral("on") : QStringLiteral("off");
+    }
+    QAccessibleValueInterface* const range = control.valueInterface();
+    return range != nullptr ? range->currentValue().toString() : control.text(QAccessible::Value);
+}
+
+// Sets a control to something else, as a user would.
+void change(Stage& stage, QAccessibleInterface& control) {
+    if (control.role() == QAccessible::ComboBox) {
+        stage.click(&control);
+        stage.press(Qt::Key_End);
+        stage.press(Qt::Key_Return);
+    } else if (control.role() == QAccessible::Slider) {
+        QAccessibleValueInterface& range = *control.valueInterface();
+        const bool isLowest = range.currentValue() == range.minimumValue();
+        range.setCurrentValue(isLowest ? range.maximumValue() : range.minimumValue());
+    } else {
+        stage.click(&control);
+    }
+}
+
+// Changes the n-th control of this role, and starts the program again. Returns false when there is no such control.
+bool expectIsRemembered(Page page, QAccessible::Role role, int n) {
+    Stage first;
+    first.showPage(page);
+    const auto control = [role, n](Stage& stage) { return stage.all(role).value(n); };
+    if (control(first) == nullptr) {
+        return false;
+    }
+    const std::string name = control(first)->text(QAccessible::Name).toStdString();
+    const QString before = stateOf(*control(first));
+    if (name == "Inclure un test des ventilateurs (6 secondes)" || // chosen anew for each report
+        (role == QAccessible::RadioButton &&
+         before == QStringLiteral("on"))) { // a click on it changes nothing
+        return true;
+    }
+    change(first, *control(first));
+    const QString changed = stateOf(*control(first));
+    EXPECT_NE(changed.toStdString(), before.toStdString()) << "\"" << name << "\" has no effect";
+
+    Stage second;
+    second.world.preferences.values = first.world.preferences.values;
+    second.world.loginItemEnabled = first.world.loginItemEnabled;
+    second.showPage(page);
+    EXPECT_EQ(stateOf(*control(second)).toStdString(), changed.toStdString())
+        << "\"" << name << "\" is forgotten until the next start";
+    return true;
+}
+
+TEST(SettingsPage, EverySettingIsRememberedUntilTheNextStart) {
+    int found = 0;
+    for (const Page page : {Page::alerts, Page::settings}) {
+        for (const auto role :
+             {QAccessible::CheckBox, QAccessible::RadioButton, QAccessible::ComboBox, QAccessible::Slider}) {
+            for (int n = 0; expectIsRemembered(page, role, n); ++n) {
+                ++found;
+            }
+        }
+    }
+    EXPECT_GE(found, 10);
 }
 
 TEST(SettingsPage, OffersWhatSuitsTheHelpersState) {
@@ -217,6 +286,66 @@ TEST(SettingsPage, TheSwitchPutsTheFanTestIntoTheReport) {
     stage.click(QStringLiteral("Créer le rapport"));
     ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
     EXPECT_TRUE(stage.reports.at(0).contains(QStringLiteral("-- Test d'écriture (6 s) --")));
+}
+
+TEST(SettingsPage, AChoiceThatThereIsNotChangesNothing) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    PreferencesView& preferences = *stage.models().preferences();
+    for (const int theme : {-1, 3, 4}) {
+        preferences.setTheme(theme);
+    }
+    for (const int language : {-1, 10, 11}) {
+        preferences.setLanguage(language);
+    }
+    for (const int preset : {-1, 5, 6}) {
+        stage.models().presets()->apply(preset);
+    }
+    for (const int page : {-1, 7, 8}) {
+        stage.models().pages()->setSelectedIndex(page);
+    }
+    EXPECT_EQ(stage.monitor().theme(), AppTheme::dark);
+    EXPECT_EQ(stage.monitor().language(), AppLanguage::fr);
+    EXPECT_EQ(stage.monitor().activePreset(), std::nullopt);
+    EXPECT_EQ(stage.monitor().selectedPage(), Page::settings);
+}
+
+// Settings may change elsewhere, for example from the command line.
+TEST(SettingsPage, FollowsWhatChangesElsewhere) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    stage.monitor().setTheme(AppTheme::light);
+    EXPECT_TRUE(stage.find(QStringLiteral("Clair"), QAccessible::RadioButton)->state().checked);
+    stage.monitor().setWarmThreshold(71);
+    EXPECT_EQ(stage.range(slider, 0)->currentValue().toDouble(), 71);
+    stage.monitor().setHotThreshold(99);
+    EXPECT_EQ(stage.range(slider, 1)->currentValue().toDouble(), 99);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Surchauffe à partir de 99 °C")));
+    stage.monitor().setLaunchAtLogin(true);
+    EXPECT_TRUE(stage.find(QStringLiteral("Ouvrir Fenwhirl au démarrage du Mac"), QAccessible::CheckBox)
+                    ->state()
+                    .checked);
+    stage.monitor().setSelectedPage(Page::alerts);
+    stage.monitor().setAlertThreshold(65);
+    EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 65);
+    stage.monitor().setAlertsEnabled(false);
+    EXPECT_FALSE(stage.find(QStringLiteral("Prévenir quand le Mac chauffe trop"), QAccessible::CheckBox)
+                     ->state()
+                     .checked);
+}
+
+// The bounds of each slider, which no press of a key may leave.
+TEST(SettingsPage, TheThresholdsHaveTheirRangesInStepsOfOne) {
+    Stage stage;
+    stage.showPage(Page::settings);
+    const QAccessibleValueInterface& warm = *stage.range(slider, 0);
+    EXPECT_EQ(warm.minimumValue().toDouble(), 60);
+    EXPECT_EQ(warm.maximumValue().toDouble(), 100);
+    EXPECT_EQ(warm.minimumStepSize().toDouble(), 1);
+    const QAccessibleValueInterface& hot = *stage.range(slider, 1);
+    EXPECT_EQ(hot.minimumValue().toDouble(), 65);
+    EXPECT_EQ(hot.maximumValue().toDouble(), 105);
+    EXPECT_EQ(hot.minimumStepSize().toDouble(), 1);
 }
 
 TEST(SaveReport, WritesWhereTheUserSaysAndShowsTheFile) {
