@@ -14,7 +14,8 @@ void saveReport(const QString& text, const AskSavePath& askSavePath, const Revea
     }
     QSaveFile file(path);
     const QByteArray utf8 = text.toUtf8();
-    if (file.open(QIODevice::WriteOnly) && file.write(utf8) == utf8.size() && file.commit()) {
+    // Flushed before, because what a full disk refuses when the file is closed does not keep QSaveFile from replacing it.
+    if (file.open(QIODevice::WriteOnly) && file.write(utf8) == utf8.size() && file.flush() && file.commit()) {
         revealFile(path);
     }
 }

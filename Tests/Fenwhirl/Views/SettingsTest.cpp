@@ -7,10 +7,12 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <sys/resource.h>
 
 namespace Fenwhirl {
 
@@ -384,6 +386,25 @@ TEST(SaveReport, AFileThatCouldNotBeWrittenIsNotShown) {
             QStringLiteral("x"), [&](const QString&) { return path; }, [&](const QString&) { ++revealed; });
         EXPECT_EQ(revealed, 0) << path.toStdString();
     }
+}
+
+// A full disk is noticed only when what was written is flushed.
+TEST(SaveReport, AFileThatWasCutOffIsNotShown) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("rapport.txt"));
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit small = before;
+    small.rlim_cur = 100;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    int revealed = 0;
+    saveReport(
+        QString(5000, u'x'), [&](const QString&) { return path; }, [&](const QString&) { ++revealed; });
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(revealed, 0);
+    EXPECT_FALSE(QFile::exists(path));
 }
 
 } // namespace
