@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Mutation testing of the macOS sources: plants one mistake at a time, and checks whether the tests in this folder notice it.
 
-    Tests/MacOS/mutations.py [WORD…]      after .ci/checks executed; with words, only mistakes whose title contains one of them
+    Tests/MacOS/mutations.py [WORD…]      after .ci/checks executed; with words, only mistakes whose title or file contains one of them
 
 Each mistake compiles and links. The mutated source is compiled into an object file of its own, and the test program is linked
 with that object in front of the library that contains the original, and run. The checkout is not changed. Run it by hand; the
@@ -9,15 +9,14 @@ latest result is in Documentation/macOS.md. The exit status is 1 when fewer than
 """
 
 import concurrent.futures
-import json
 import os
-import shlex
-import shutil
 import subprocess
 import sys
 import tempfile
 
-ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))), "Support"))
+import mutation
+
 LEAST = 38
 
 PLATFORM = "Sources/Fenwhirl/Platform/"
@@ -186,47 +185,12 @@ MISTAKES = (
 )
 
 
-def compile_commands(build):
-    done = subprocess.run(["ninja", "-C", build, "-t", "compdb"], check=True, capture_output=True, text=True)
-    return {os.path.normpath(each["file"]): each for each in json.loads(done.stdout) if each["output"].endswith(".o")}
-
-
-def link_command(build):
-    done = subprocess.run(["ninja", "-C", build, "-t", "commands", "MacTest"], check=True, capture_output=True, text=True)
-    line = next(line for line in reversed(done.stdout.splitlines()) if "-o MacTest" in line)
-    words = shlex.split(line)
-    return words[words.index("&&") + 1:words.index("&&", words.index("&&") + 1)]
-
-
-def plant(folder, build, commands, link, mistake):
+def plant(folder, build, mistake):
     """Builds and runs the tests with one mistake. Returns whether it was noticed, and by what."""
-    title, path, right, wrong = mistake
-    path = os.path.join(ROOT, path)
-    with open(path, encoding="utf-8") as file:
-        text = file.read()
-    if text.count(right) < 1:
-        raise RuntimeError(f"{path} no longer has the place for: {title}")
-    folder = tempfile.mkdtemp(dir=folder)
-    source = os.path.join(folder, "planted" + os.path.splitext(path)[1])
-    with open(source, "w", encoding="utf-8") as file:
-        file.write(f'#line 1 "{path}"\n' + text.replace(right, wrong, 1))
-    planted = os.path.join(folder, "planted.o")
-    words = shlex.split(commands[path]["command"])
-    words = [source if os.path.normpath(word) == path else word for word in words if not word.endswith("ccache")]
-    words[words.index("-o") + 1] = planted
-    words += ["-w"]
-    compiled = subprocess.run(words, cwd=build, check=False, capture_output=True, text=True)
-    if compiled.returncode != 0:
-        raise RuntimeError(f"{title}: does not compile, so it is no mistake of this kind\n{compiled.stderr}")
+    source, original = mutation.planted(folder, mistake)
+    folder = os.path.dirname(source)
     program = os.path.join(folder, "MacTest")
-    linking = list(link)
-    linking[linking.index("-o") + 1] = program
-    linking.insert(linking.index("-o"), planted)
-    if shutil.which("ld.lld"):
-        linking.append("-fuse-ld=lld")  # several times faster than the default linker
-    linked = subprocess.run(linking, cwd=build, check=False, capture_output=True, text=True)
-    if linked.returncode != 0:
-        raise RuntimeError(f"{title}: does not link\n{linked.stderr}")
+    build.link("MacTest", [build.compile(source, original, mistake[0])], program, mistake[0])
     try:
         ran = subprocess.run([program, "--gtest_brief=1"], cwd=folder, check=False, capture_output=True, text=True,
                              errors="replace", timeout=60)
@@ -240,14 +204,12 @@ def plant(folder, build, commands, link, mistake):
 
 
 def main():
-    build = os.path.join(ROOT, "build/macos-executed")
-    mistakes = [each for each in MISTAKES if len(sys.argv) == 1 or any(word in each[0] for word in sys.argv[1:])]
-    commands = compile_commands(build)
-    link = link_command(build)
+    build = mutation.Build(os.path.join(mutation.ROOT, "build/macos-executed"))
+    mistakes = mutation.of(MISTAKES, sys.argv[1:])
     noticed = 0
     with tempfile.TemporaryDirectory(prefix="fenwhirl-mutations-") as folder, \
             concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as workers:
-        results = workers.map(lambda mistake: plant(folder, build, commands, link, mistake), mistakes)
+        results = workers.map(lambda mistake: plant(folder, build, mistake), mistakes)
         for mistake, (caught, by) in zip(mistakes, results):
             noticed += caught
             print(f"{'noticed' if caught else 'MISSED '}  {mistake[0]}{': ' + by[:120] if by else ''}", flush=True)
