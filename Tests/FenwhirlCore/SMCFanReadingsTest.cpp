@@ -158,6 +158,13 @@ TEST_F(SMCFanReadings, ModesComeFromTheModeKeysWhateverTheirCase) {
     EXPECT_EQ(smc.fanModes(), Modes());
 }
 
+TEST_F(SMCFanReadings, EveryModeButZeroIsManual) {
+    controller.addUnlockableFans(3);
+    controller.setNumber("F1Md", "flt ", -1);
+    controller.setNumber("F2Md", "flt ", 0.25);
+    EXPECT_EQ(smc.fanModes(), (Modes{{0, false}, {1, true}, {2, true}}));
+}
+
 TEST_F(SMCFanReadings, AModeThatCannotBeReadIsLeftOut) {
     controller.addUnlockableFans(2);
     controller.at("F0Md").readResult = 0x84;

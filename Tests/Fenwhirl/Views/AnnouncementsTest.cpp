@@ -63,6 +63,64 @@ TEST(Announcements, ARefusedChangeIsToldWhereverOneIs) {
               1);
 }
 
+// Nothing near these buttons changes, so without a word nobody would know that they have done something.
+TEST(Announcements, WhatAButtonHasDoneIsTold) {
+    Stage stage;
+    stage.showPage(Page::alerts);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
+    stage.click(QStringLiteral("Tester l'alerte"));
+    EXPECT_TRUE(stage.announced().contains(QStringLiteral("Ceci est une alerte de test.")));
+    stage.click(QStringLiteral("Réglages"), QAccessible::PageTab);
+    EXPECT_TRUE(stage.announced().contains(QStringLiteral("Réglages")));
+    stage.click(QStringLiteral("Remettre les ventilateurs en automatique"));
+    EXPECT_TRUE(stage.announced().contains(QStringLiteral("Ventilateurs, Auto")));
+}
+
+TEST(Announcements, AReportIsToldWhileItIsBeingMade) {
+    Stage stage;
+    stage.showPage(Page::presets);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
+    stage.models().report()->create();
+    EXPECT_TRUE(stage.announced().contains(QStringLiteral("Création en cours…")));
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
+}
+
+TEST(Announcements, F1SumsUpTheTemperatureAndEveryFan) {
+    for (const QUrl& file : {mainWindowFile(), menuPanelFile()}) {
+        Stage stage;
+        stage.show(file);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
+        stage.press(Qt::Key_F1);
+        const QString told = stage.announced().filter(QStringLiteral("Température du processeur")).join(u'|');
+        for (const char* part : {"Température du processeur 50", "Tout est normal", "Ventilateur gauche 2",
+                                 "Ventilateur droit 2", "tr/min, Auto"}) {
+            EXPECT_TRUE(told.contains(QString::fromUtf8(part)))
+                << part << " is missing in " << told.toStdString();
+        }
+    }
+}
+
+TEST(Announcements, ThePanelSaysHowTheMacIsWhenItOpens) {
+    Stage stage;
+    stage.show(menuPanelFile());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
+    EXPECT_TRUE(MonitorHarness::waitUntil(
+        [&] { return stage.announced().contains(QStringLiteral("Fenwhirl, Tout est normal")); }));
+}
+
+TEST(Announcements, EachStepOfTheIntroductionIsTold) {
+    Stage stage;
+    stage.onboarded = false;
+    stage.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
+    for (const char* title : {"Pilote tes ventilateurs. ", "Tout est prêt. "}) {
+        stage.press(Qt::Key_Return);
+        const QStringList told = stage.announced().filter(QString::fromUtf8(title));
+        ASSERT_EQ(told.size(), 1) << title;
+        EXPECT_GT(told.first().size(), 60) << "with its text";
+    }
+}
+
 } // namespace
 
 } // namespace Fenwhirl

@@ -39,6 +39,34 @@ TEST(Dashboard, ShowsTheMainTemperatureRoundedAndWhatItMeans) {
     EXPECT_EQ(stage.models().machine()->temperatureNumber(), QStringLiteral("88"));
 }
 
+TEST(Dashboard, AnotherThresholdChangesTheVerdictAtOnce) {
+    Stage stage;
+    stage.world.setCelsius(70);
+    stage.show();
+    EXPECT_TRUE(stage.shows(QStringLiteral("Mac en bonne santé")));
+    stage.monitor().setWarmThreshold(65);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Les ventilateurs travaillent")));
+    stage.monitor().setHotThreshold(70);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Ferme des applications")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Surchauffe")));
+    stage.monitor().setHotThreshold(92);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Les ventilateurs travaillent")));
+    stage.monitor().setWarmThreshold(85);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Mac en bonne santé")));
+    EXPECT_TRUE(stage.shows(QStringLiteral("Tout est normal")));
+}
+
+TEST(Dashboard, TheChartSaysItsRangeFromLowestToHighest) {
+    Stage stage;
+    stage.show();
+    stage.world.setCelsius(63);
+    stage.poll();
+    stage.world.setCelsius(57);
+    stage.poll();
+    EXPECT_EQ(stage.models().machine()->historyRange(),
+              NumberFormat::rangeText(NumberFormat::temperatureText(50), NumberFormat::temperatureText(63)));
+}
+
 TEST(Dashboard, TheChartHasItsCaptionsAndTheHistory) {
     Stage stage;
     stage.show();
@@ -175,6 +203,20 @@ TEST(Dashboard, SaysWhenTheControllerCannotBeRead) {
     stage.show();
     EXPECT_TRUE(stage.shows(QStringLiteral("Fenwhirl n'arrive pas à lire les capteurs de ce Mac.")));
     EXPECT_TRUE(stage.shows(QStringLiteral("–")));
+}
+
+TEST(Dashboard, SaysSoAlsoWhenThatTurnsOutWhileItIsShown) {
+    Stage stage;
+    stage.world.smcOpens = false;
+    stage.world.preferences.setBoolean(QStringLiteral("didOnboard"), true);
+    stage.world.make();
+    stage.adopt();
+    stage.show();
+    const QString text = QStringLiteral("Fenwhirl n'arrive pas à lire les capteurs de ce Mac.");
+    EXPECT_FALSE(stage.shows(text));
+    stage.monitor().start();
+    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().smcAvailable(); }));
+    EXPECT_TRUE(stage.shows(text));
 }
 
 TEST(Dashboard, OffersControlWhileItIsWantedAndTheHelperIsMissing) {

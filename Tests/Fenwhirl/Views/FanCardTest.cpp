@@ -1,8 +1,11 @@
 // The cards of the fans, on their page and on the dashboard.
 
 #include "Fenwhirl/Localization/DrawnText.h"
+#include "Fenwhirl/Localization/NumberFormat.h"
 #include "ShownText.h"
 #include "Stage.h"
+
+#include <QImage>
 
 #include <cmath>
 #include <functional>
@@ -463,6 +466,79 @@ TEST(FansPage, AFanThatVanishesTakesOnlyItsOwnCard) {
     EXPECT_EQ(stage.models().machine()->fans()->at(0), right);
     EXPECT_TRUE(stage.shows(QStringLiteral("Ventilateur"))); // a single fan has neither a side nor a number
     EXPECT_FALSE(stage.shows(QStringLiteral("Ventilateur droit")));
+}
+
+TEST(FansPage, FansThatChangePlacesKeepTheirCardsAndShowTheirNewReadings) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    FanList& fans = *stage.models().machine()->fans();
+    const FanRow* const left = fans.at(0);
+    fans.setFans({{.id = 1, .rpm = 3100, .minRPM = 1200, .maxRPM = 6000, .target = 3100},
+                  {.id = 0, .rpm = 2900, .minRPM = 1200, .maxRPM = 6000, .target = 2900}});
+    EXPECT_EQ(fans.at(1), left);
+    EXPECT_EQ(fans.at(0)->speedText(), NumberFormat::rpmText(3100));
+    EXPECT_EQ(fans.at(1)->speedText(), NumberFormat::rpmText(2900));
+}
+
+TEST(FansPage, FansThatComeRenameThoseThatAreThere) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Ventilateur gauche")));
+    stage.world.smc.setNumber("FNum", "ui8 ", 3);
+    for (const char* key : {"F2Ac", "F2Mn", "F2Mx"}) {
+        stage.world.smc.setNumber(key, "fpe2", 2000);
+    }
+    stage.poll();
+    for (const char* name : {"Ventilateur 1", "Ventilateur 2", "Ventilateur 3"}) {
+        EXPECT_TRUE(stage.shows(QString::fromUtf8(name))) << name;
+    }
+    EXPECT_FALSE(stage.shows(QStringLiteral("Ventilateur gauche")));
+}
+
+// A controller may report another range while the program runs. The window then looks as if that had been the range from
+// the beginning.
+TEST(FanCard, ANewRangeReachesEverythingThatDependsOnIt) {
+    const auto prepare = [](Stage& stage) {
+        stage.start();
+        stage.monitor().setSetting(0, constantSetting(3600));
+        stage.showPage(Page::fans);
+        stage.poll();
+    };
+    Stage changed;
+    prepare(changed);
+    const QImage before = changed.window().grabWindow();
+    changed.world.smc.setNumber("F0Mn", "fpe2", 1000);
+    changed.world.smc.setNumber("F0Mx", "fpe2", 4800);
+    changed.poll();
+    EXPECT_EQ(changed.range(slider)->minimumValue().toDouble(), 1000);
+    EXPECT_EQ(changed.range(slider)->maximumValue().toDouble(), 4800);
+    const FanRow* const fan = changed.models().machine()->fans()->at(0);
+    EXPECT_EQ(fan->lowestText(), NumberFormat::rpmText(1000));
+    EXPECT_EQ(fan->highestText(), NumberFormat::rpmText(4800));
+
+    Stage started;
+    started.world.smc.setNumber("F0Mn", "fpe2", 1000);
+    started.world.smc.setNumber("F0Mx", "fpe2", 4800);
+    prepare(started);
+    EXPECT_EQ(changed.window().grabWindow(), started.window().grabWindow());
+    EXPECT_NE(changed.window().grabWindow(), before);
+}
+
+TEST(FanCard, AChoiceThatThereIsNotChangesNothing) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    FanRow& fan = *stage.models().machine()->fans()->at(0);
+    const FanSetting before = stage.monitor().setting(0);
+    const int choices = static_cast<int>(stage.models().machine()->sensorChoices()->names().size());
+    for (const int choice : {-1, choices, choices + 1}) {
+        fan.setSensorChoice(choice);
+    }
+    for (const int mode : {-1, 3, 4}) {
+        fan.setMode(mode);
+    }
+    EXPECT_EQ(stage.monitor().setting(0), before);
+    fan.setSensorChoice(choices - 1);
+    EXPECT_NE(stage.monitor().setting(0).sensorKey, std::string());
 }
 
 } // namespace
