@@ -22,6 +22,7 @@ FixedSizeWindow {
     color: composed ? "transparent" : Theme.card
     fittingSize: Qt.size(panelArea.width + 2 * blur, panelArea.height + 2 * blur)
     flags: Qt.Tool | Qt.FramelessWindowHint | Qt.WindowStaysOnTopHint
+    rim: blur
     title: "Fenwhirl"
 
     FocusKeeper {

@@ -119,6 +119,24 @@ TEST(Tooltips, SayWhatTheSymbolOfAModeInThePanelSwitchesTo) {
     EXPECT_EQ(tooltipsOf(stage.window()), (QStringList{QStringLiteral("Auto"), QStringLiteral("Auto")}));
 }
 
+TEST(Tooltips, StayWithinThePanelBesideItsShadow) {
+    Stage stage;
+    stage.start();
+    stage.monitor().setLanguage(AppLanguage::de); // "Automatik" is wider than the space beside the symbol
+    stage.monitor().apply(Preset::max);
+    stage.poll();
+    stage.show(menuPanelFile());
+    stage.window().setProperty("shadowed", true);
+    ASSERT_EQ(tooltipsOf(stage.window()).value(0), QStringLiteral("Automatik"));
+    QList<QQuickItem*> items = visibleItemsBelow(*stage.window().contentItem());
+    erase_if(items, [](const QQuickItem* item) { return !item->inherits("QQuickPopupItem"); });
+    ASSERT_EQ(items.size(), 1);
+    const QRectF place = items.first()->mapRectToScene(items.first()->boundingRect());
+    const QRectF panel = stage.window().property("panelArea").toRectF();
+    EXPECT_GE(place.left(), panel.left() + 6);
+    EXPECT_LE(place.right(), panel.right() - 6);
+}
+
 // On every page, in the panel too: nothing that shows only a symbol is without a tooltip.
 TEST(Tooltips, AreNowhereMissing) {
     Stage stage;
