@@ -43,10 +43,6 @@ Monitor::Monitor(MonitorServices services, QObject* parent)
     Localizer::setLanguage(d.saved.language);
     d.helperInstalled = d.services.helper.isInstalled();
     d.isHelperThere = d.helperInstalled;
-    d.timer.setInterval(std::chrono::seconds(2));
-    // Allows the timer to be 5 % early or late, so that the system can wake once for several timers.
-    d.timer.setTimerType(Qt::CoarseTimer);
-    connect(&d.timer, &QTimer::timeout, this, &Monitor::tick);
     d.publishHandBackState();
 }
 

@@ -48,8 +48,8 @@ public:
 
     // Opens the controller on the queue and starts polling; to be called once.
     void start();
-    // Requests one poll from the queue; the timer calls it every 2 seconds. At most one poll waits behind a
-    // running one, and it uses the settings that are current when it begins.
+    // Requests one poll from the queue, in addition to those that come every 2 seconds. At most one poll waits
+    // behind a running one, and it uses the settings that are current when it begins.
     void tick();
     // Sets whether the user's session is the one in front; initially it is. While it is not, another user's
     // Fenwhirl may drive the fans: polls only read then, and the fans of this instance are handed back.

@@ -147,7 +147,6 @@ void Monitor::restoreAutomaticBlocking() {
         return;
     }
     *d.stop = true;
-    d.timer.stop();
 
     // The queue finishes its work first: a speed that is being sent must not arrive after
     // the fans were handed back.

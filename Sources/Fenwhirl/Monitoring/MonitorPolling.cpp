@@ -78,8 +78,53 @@ void Monitor::Private::opened(bool available) {
     }
     monitor.tick();
     if (services.runsOwnTimer) {
-        timer.start();
+        pollRegularly();
     }
+}
+
+// The queue keeps the time itself: a timer on the main thread would wake that thread only to wake the queue, and
+// nothing that the program does costs more while it is hidden than waking up.
+void Monitor::Private::pollRegularly() {
+    const auto helperFile = [helper = services.helper]() -> std::optional<HelperFile> {
+        if (!helper.isInstalled()) {
+            return HelperFile{.isThere = false};
+        }
+        const auto stamp = helper.fileStamp ? helper.fileStamp() : std::nullopt;
+        return stamp ? std::optional(HelperFile{.isThere = true, .stamp = *stamp}) : std::nullopt;
+    };
+    queue->every(services.pollInterval, [this, helperFile, poll = pollWork(), mailbox = mailbox, stop = stop,
+                                         reply = inbox.sender()] {
+        if (*stop) {
+            return;
+        }
+        switch (mailbox->due(helperFile())) {
+        case PollMailbox::Due::poll:
+            poll();
+            break;
+        case PollMailbox::Due::askMainThread:
+            reply.post([this] {
+                mainThread.assertIsCurrent();
+                this->mailbox->questionReceived();
+                monitor.tick();
+            });
+            break;
+        case PollMailbox::Due::wait:
+            break;
+        }
+    });
+}
+
+std::function<void()> Monitor::Private::pollWork() {
+    return [this, mailbox = mailbox, poller = poller, reply = inbox.sender()] {
+        if (auto result = poller->poll(mailbox->take())) {
+            mailbox->resultSent();
+            reply.post([this, result = std::move(*result)] {
+                mainThread.assertIsCurrent();
+                publish(result);
+                this->mailbox->resultPublished();
+            });
+        }
+    };
 }
 
 void Monitor::tick() {
@@ -93,17 +138,9 @@ void Monitor::tick() {
     }
     d.checkVersion(isHelperThere);
     d.mailbox->put(d.request());
-    if (!d.mailbox->schedule()) {
-        return;
+    if (d.mailbox->schedule()) {
+        d.queue->async(d.pollWork());
     }
-    d.queue->async([&d, mailbox = d.mailbox, poller = d.poller, reply = d.inbox.sender()] {
-        if (auto result = poller->poll(mailbox->take())) {
-            reply.post([&d, result = std::move(*result)] {
-                mainThread.assertIsCurrent();
-                d.publish(result);
-            });
-        }
-    });
 }
 
 PollRequest Monitor::Private::request() const {
@@ -115,7 +152,15 @@ PollRequest Monitor::Private::request() const {
             .isInFront = isInFront,
             .isGoingToSleep = isGoingToSleep,
             .speaksOurProtocol = speaksOurProtocol,
-            .resets = *resets};
+            .resets = *resets,
+            .helperFile = helperFile()};
+}
+
+std::optional<HelperFile> Monitor::Private::helperFile() const {
+    if (!isHelperThere) {
+        return HelperFile{.isThere = false};
+    }
+    return versionStamp ? std::optional(HelperFile{.isThere = true, .stamp = *versionStamp}) : std::nullopt;
 }
 
 void PollMailbox::put(PollRequest request) {
@@ -132,6 +177,29 @@ PollRequest PollMailbox::take() {
     const MutexLock lock(mutex_);
     isWaiting_ = false;
     return *newest_;
+}
+
+void PollMailbox::resultSent() {
+    const MutexLock lock(mutex_);
+    ++unpublished_;
+}
+
+void PollMailbox::resultPublished() {
+    const MutexLock lock(mutex_);
+    --unpublished_;
+}
+
+PollMailbox::Due PollMailbox::due(const std::optional<HelperFile>& helper) {
+    const MutexLock lock(mutex_);
+    if (unpublished_ == 0 && newest_ && helper && helper == newest_->helperFile) {
+        return Due::poll;
+    }
+    return std::exchange(isMainThreadAsked_, true) ? Due::wait : Due::askMainThread;
+}
+
+void PollMailbox::questionReceived() {
+    const MutexLock lock(mutex_);
+    isMainThreadAsked_ = false;
 }
 
 void Monitor::Private::publish(const PollResult& result) {

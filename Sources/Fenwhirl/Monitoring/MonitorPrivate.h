@@ -16,8 +16,6 @@
 #include "Fenwhirl/Platform/Toolkit/SerialQueue.h"
 #include "Fenwhirl/Platform/Toolkit/Threads.h"
 
-#include <QTimer>
-
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -29,8 +27,8 @@
 
 namespace Fenwhirl {
 
-// The request for the next poll. A poll takes the newest request when it begins, so at most one poll has to
-// wait behind the running one. Any thread.
+// The request for the next poll, and what the two threads know of each other's progress. A poll takes the newest
+// request when it begins, so at most one poll has to wait behind the running one. Any thread.
 class PollMailbox {
 public:
     void put(PollRequest request) FENWHIRL_EXCLUDES(mutex_);
@@ -39,10 +37,24 @@ public:
     // To be called by the poll when it begins. A request must have been put before.
     [[nodiscard]] PollRequest take() FENWHIRL_EXCLUDES(mutex_);
 
+    // A result is on its way to the main thread; it has been published there.
+    void resultSent() FENWHIRL_EXCLUDES(mutex_);
+    void resultPublished() FENWHIRL_EXCLUDES(mutex_);
+
+    // What a poll that is due does: it takes the newest request without the main thread, unless that has not
+    // published the last result (it may hang, and then no fan may be driven), or the helper's file is not as the
+    // request expects. Then the main thread is asked for a tick, if it has not been asked already.
+    enum class Due { poll, askMainThread, wait };
+    [[nodiscard]] Due due(const std::optional<HelperFile>& helper) FENWHIRL_EXCLUDES(mutex_);
+    // The main thread has received what it was asked.
+    void questionReceived() FENWHIRL_EXCLUDES(mutex_);
+
 private:
     Mutex mutex_;
     std::optional<PollRequest> newest_ FENWHIRL_GUARDED_BY(mutex_);
     bool isWaiting_ FENWHIRL_GUARDED_BY(mutex_) = false;
+    bool isMainThreadAsked_ FENWHIRL_GUARDED_BY(mutex_) = false;
+    int unpublished_ FENWHIRL_GUARDED_BY(mutex_) = 0;
 };
 
 struct Monitor::Private {
@@ -65,6 +77,10 @@ struct Monitor::Private {
     }
 
     void opened(bool available) FENWHIRL_REQUIRES(mainThread);
+    // Polls every two seconds from now on.
+    void pollRegularly() FENWHIRL_REQUIRES(mainThread);
+    // The work of a poll, for the queue.
+    [[nodiscard]] std::function<void()> pollWork() FENWHIRL_REQUIRES(mainThread);
     void publish(const PollResult& result) FENWHIRL_REQUIRES(mainThread);
     void checkAlert(std::optional<double> celsius) FENWHIRL_REQUIRES(mainThread);
     void checkVersion(bool installed) FENWHIRL_REQUIRES(mainThread);
@@ -77,6 +93,8 @@ struct Monitor::Private {
     // fans, the settings, the helper, the alerts, the session.
     void publishHandBackState() FENWHIRL_REQUIRES(mainThread);
     [[nodiscard]] PollRequest request() const FENWHIRL_REQUIRES(mainThread);
+    // The helper's file as it was when its version was read; empty while that is not known.
+    [[nodiscard]] std::optional<HelperFile> helperFile() const FENWHIRL_REQUIRES(mainThread);
     [[nodiscard]] FanCustody::Intent intent() const FENWHIRL_REQUIRES(mainThread);
     // Sends the speeds that the user chose and that no poll has sent yet.
     void sendUnsentSpeeds() FENWHIRL_REQUIRES(mainThread);
@@ -130,7 +148,6 @@ struct Monitor::Private {
 
     std::optional<bool> announcedActsInTime FENWHIRL_GUARDED_BY(mainThread);
 
-    QTimer timer FENWHIRL_GUARDED_BY(mainThread);
     MainThreadInbox inbox;
     const std::shared_ptr<Poller> poller;
     // Last, because its work may still run while it is being destroyed.

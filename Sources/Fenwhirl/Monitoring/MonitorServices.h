@@ -39,7 +39,7 @@ struct MonitorServices {
         // Keeps the helper usable after its file is removed; the returned function runs
         // one command. May be empty.
         std::function<std::function<bool(const std::vector<std::string>&)>()> keep = {};
-        // Changes whenever the helper's file does, so that the version need not be read at every poll. Main
+        // Changes whenever the helper's file does, so that the version need not be read at every poll. Any
         // thread, must not block. If empty, the version is read each time.
         std::function<std::optional<std::int64_t>()> fileStamp = {};
     } helper;
@@ -85,8 +85,10 @@ struct MonitorServices {
     // How long the final hand-back retries a fan that was refused before it leaves the fan to the guard.
     std::chrono::milliseconds longestRetry = std::chrono::seconds(2);
 
-    // Whether the monitor polls with its own timer; tests switch it off and call Monitor::tick.
+    // Whether the monitor polls by itself; tests switch it off and call Monitor::tick.
     bool runsOwnTimer = true;
+    // The time from one poll to the next.
+    std::chrono::milliseconds pollInterval = std::chrono::seconds(2);
 };
 
 } // namespace Fenwhirl

@@ -30,6 +30,14 @@
 
 namespace Fenwhirl {
 
+// The helper's file: whether it is there, and a number that changes whenever it does.
+struct HelperFile {
+    bool isThere;
+    std::int64_t stamp = 0; // 0 if it is not there
+
+    bool operator==(const HelperFile&) const = default;
+};
+
 // The input of a poll from the main thread: a snapshot of what the user wants.
 struct PollRequest {
     std::shared_ptr<const FanSettings> settings;
@@ -42,6 +50,8 @@ struct PollRequest {
     // Whether the helper speaks our protocol, if that is already known.
     std::optional<bool> speaksOurProtocol = true;
     unsigned resets = 0; // the count of resets when the request was made; see Services
+    // The helper's file that the above is about; empty while that is not known.
+    std::optional<HelperFile> helperFile = {};
 };
 
 // The reason why a fan is not driven as the user wants.

@@ -1,9 +1,13 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "MonitorHarness.h"
 
+#include <QDeadlineTimer>
 #include <QSignalSpy>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
 #include <future>
 #include <gtest/gtest.h>
 #include <thread>
@@ -53,15 +57,9 @@ TEST_F(MonitorPolling, WithoutAControllerThereIsNoPolling) {
 
 TEST_F(MonitorPolling, PollsEveryTwoSecondsAndNeverWithoutAController) {
     using Clock = std::chrono::steady_clock;
-    // Each tick checks whether the helper is installed, and so does the constructor.
-    std::vector<Clock::time_point> asked;
     MonitorServices timed = services();
     timed.runsOwnTimer = true;
-    timed.helper.isInstalled = [&] {
-        asked.push_back(Clock::now());
-        return true;
-    };
-    int askedWithoutController = 0;
+    std::atomic<int> askedWithoutController = 0;
     MonitorServices blind = timed;
     blind.openSMC = [] { return std::unique_ptr<SMC>(); };
     blind.helper.isInstalled = [&] {
@@ -70,19 +68,103 @@ TEST_F(MonitorPolling, PollsEveryTwoSecondsAndNeverWithoutAController) {
     };
     Monitor withoutController(blind);
     Monitor monitor(timed);
+    std::vector<Clock::time_point> polls;
+    QObject::connect(&monitor, &Monitor::polled, &monitor, [&] { polls.push_back(Clock::now()); });
     withoutController.start();
     const auto begin = Clock::now();
     monitor.start();
-    // asked[1] is the first tick, at once; then one every two seconds. None comes early; a busy computer delays or
+    // The first poll comes at once, then one every two seconds. None comes early; a busy computer delays or
     // drops some, but not all.
     using Seconds = std::chrono::duration<double>;
-    const auto isInTime = [&] { return asked.back() - asked[asked.size() - 2] < Seconds(2.5); };
-    ASSERT_TRUE(waitUntil([&] { return asked.size() >= 4 && (isInTime() || asked.size() >= 10); }));
+    const auto isInTime = [&] { return polls.back() - polls[polls.size() - 2] < Seconds(2.5); };
+    ASSERT_TRUE(waitUntil([&] { return polls.size() >= 3 && (isInTime() || polls.size() >= 9); }));
     EXPECT_TRUE(isInTime());
-    for (std::size_t tick = 2; tick < asked.size(); ++tick) {
-        EXPECT_GT(asked[tick] - begin, Seconds(1.85) * static_cast<double>(tick - 1)) << tick;
+    for (std::size_t poll = 1; poll < polls.size(); ++poll) {
+        EXPECT_GT(polls[poll] - begin, Seconds(1.85) * static_cast<double>(poll)) << poll;
     }
-    EXPECT_EQ(askedWithoutController, 1);
+    EXPECT_EQ(askedWithoutController, 1); // by the constructor, and by no poll
+}
+
+// A monitor that polls by itself, much more often than the program does.
+class MonitorOwnPolls : public MonitorPolling {
+protected:
+    std::atomic<int> polls = 0;         // that were begun
+    std::atomic<int> looks = 0;         // at the helper's file
+    std::atomic<int> looksFromHere = 0; // on the main thread
+    std::atomic<std::int64_t> stamp = 1;
+
+    MonitorServices quickServices(std::chrono::milliseconds interval = std::chrono::milliseconds(5)) {
+        MonitorServices quick = services();
+        quick.runsOwnTimer = true;
+        quick.pollInterval = interval;
+        quick.wallClock = [this] {
+            ++polls;
+            return std::chrono::system_clock::time_point();
+        };
+        quick.helper.isInstalled = [this, here = std::this_thread::get_id()] {
+            ++looks;
+            looksFromHere += std::this_thread::get_id() == here ? 1 : 0;
+            return helper.installed.load();
+        };
+        quick.helper.fileStamp = [this] { return stamp.load(); };
+        return quick;
+    }
+};
+
+TEST_F(MonitorOwnPolls, NeedNotWakeTheMainThread) {
+    Monitor monitor(quickServices(std::chrono::milliseconds(25))); // time enough to publish a result
+    QSignalSpy polled(&monitor, &Monitor::polled);
+    monitor.start();
+    // Until the version of the helper is known, the main thread takes part.
+    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 1 && helper.versionReads == 1; }));
+    for (int settled = 0, before = 0; settled < 20; ++settled) {
+        before = looksFromHere;
+        polled.clear();
+        ASSERT_TRUE(waitUntil([&] { return polled.count() >= 5; }));
+        if (looksFromHere == before) {
+            return;
+        }
+    }
+    FAIL() << "every poll is started by the main thread";
+}
+
+TEST_F(MonitorOwnPolls, StopWhileTheMainThreadHangs) {
+    Monitor monitor(quickServices());
+    QSignalSpy polled(&monitor, &Monitor::polled);
+    monitor.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 10; }));
+    // The guard would hand the fans back by now, and a poll would take them again.
+    const int pollsBefore = polls;
+    const int looksBefore = looks;
+    const QDeadlineTimer deadline(std::chrono::seconds(20));
+    while (looks < looksBefore + 30 && !deadline.hasExpired()) {
+        std::this_thread::yield(); // without the event loop
+    }
+    EXPECT_GE(looks, looksBefore + 30);
+    EXPECT_LE(polls, pollsBefore + 2); // one that was running, one whose result is not published
+    polled.clear();
+    EXPECT_TRUE(waitUntil([&] { return polled.count() >= 10; })); // they continue
+}
+
+TEST_F(MonitorOwnPolls, NoticeWhatHappensToTheHelper) {
+    helper.installed = false;
+    Monitor monitor(quickServices(std::chrono::milliseconds(25)));
+    QSignalSpy polled(&monitor, &Monitor::polled);
+    monitor.start();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 5; }));
+    EXPECT_FALSE(monitor.helperInstalled());
+    EXPECT_EQ(helper.versionReads, 0);
+    const int pollsBefore = polls;
+    helper.installed = true;
+    ASSERT_TRUE(waitUntil([&] { return monitor.helperInstalled(); }));
+    EXPECT_LE(polls, pollsBefore + 4); // at once, and not when the main thread happens to look
+    ASSERT_TRUE(waitUntil([&] { return helper.versionReads == 1; }));
+    helper.setVersion("2");
+    stamp = 2;
+    ASSERT_TRUE(waitUntil([&] { return monitor.helperOutdated(); }));
+    EXPECT_EQ(helper.versionReads, 2);
+    helper.installed = false;
+    EXPECT_TRUE(waitUntil([&] { return !monitor.helperInstalled() && !monitor.helperOutdated(); }));
 }
 
 TEST_F(MonitorPolling, PublishesInTheOrderThatViewsRelyOn) {

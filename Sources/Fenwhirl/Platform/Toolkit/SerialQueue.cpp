@@ -37,6 +37,15 @@ void SerialQueue::asyncNext(std::function<void()> work) {
     changed_.notify_one();
 }
 
+void SerialQueue::every(std::chrono::milliseconds period, std::function<void()> work) {
+    {
+        const std::lock_guard lock(mutex_);
+        recurrence_ = {period, Clock::now() + period,
+                       std::make_shared<const std::function<void()>>(std::move(work))};
+    }
+    changed_.notify_one(); // the thread may be waiting without a time
+}
+
 void SerialQueue::sync(const std::function<void()>& work) {
     if (isCurrent()) {
         std::abort();
@@ -57,19 +66,31 @@ bool SerialQueue::isCurrent() const {
 void SerialQueue::run() {
     const AlternateSignalStack stackForFatalSignals;
     nameCurrentThread(label_);
-    for (;;) {
-        std::function<void()> work;
-        {
-            std::unique_lock lock(mutex_);
-            changed_.wait(lock, [this] { return ending_ || !pending_.empty(); });
-            if (pending_.empty()) {
-                return;
-            }
-            work = std::move(pending_.front());
-            pending_.pop_front();
-        }
+    while (const std::function<void()> work = next()) {
         work();
     }
+}
+
+std::function<void()> SerialQueue::next() {
+    std::unique_lock lock(mutex_);
+    while (!hasNews()) {
+        if (!recurrence_) {
+            changed_.wait(lock);
+        } else if (const auto now = Clock::now(); now < recurrence_->due) {
+            changed_.wait_until(lock, Clock::time_point(recurrence_->due));
+        } else {
+            // After a delay, counted from now on.
+            const auto following = recurrence_->due + recurrence_->period;
+            recurrence_->due = now < following ? following : now + recurrence_->period;
+            return [work = recurrence_->work] { (*work)(); };
+        }
+    }
+    if (pending_.empty()) {
+        return {};
+    }
+    auto work = std::move(pending_.front());
+    pending_.pop_front();
+    return work;
 }
 
 } // namespace Fenwhirl

@@ -9,15 +9,18 @@
 // not be destroyed by its own work, and an owner whose members the work uses declares the queue last. Work
 // that is handed over by other work during the destruction still runs.
 //
-// Threads: `async`, `sync` and `isCurrent` from any thread. A call of `sync` on the queue's own thread would
+// Threads: `async`, `every`, `sync` and `isCurrent` from any thread. A call of `sync` on the queue's own thread would
 // deadlock; it is a programming error that aborts the process. Work must not throw.
 
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -36,18 +39,35 @@ public:
     void async(std::function<void()> work);
     // The same, but ahead of all work that is waiting.
     void asyncNext(std::function<void()> work);
+    // Runs the work each time this period has passed, beginning one period from now, until the queue is destroyed.
+    // Waiting work goes first; a time that is missed by a whole period is left out. It needs no other thread and no
+    // event loop, so it costs one wake-up each time. A second call replaces the work of the first.
+    void every(std::chrono::milliseconds period, std::function<void()> work);
     // Hands work over and returns when it, and all work that was handed over before it, has run.
     void sync(const std::function<void()>& work);
     // Whether the caller runs on this queue.
     [[nodiscard]] bool isCurrent() const;
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Recurrence {
+        std::chrono::milliseconds period;
+        Clock::time_point due;
+        std::shared_ptr<const std::function<void()>> work;
+    };
+
     void run();
+    // The next piece of work, after a wait if necessary; empty at the end.
+    [[nodiscard]] std::function<void()> next();
+
+    [[nodiscard]] bool hasNews() const { return ending_ || !pending_.empty(); }
 
     std::string label_;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<std::function<void()>> pending_; // guarded by mutex_
+    std::optional<Recurrence> recurrence_;      // guarded by mutex_
     bool ending_ = false;                       // guarded by mutex_
     std::thread thread_;                        // last, because the thread uses the members above
 };

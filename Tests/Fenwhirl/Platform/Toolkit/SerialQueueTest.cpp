@@ -1,6 +1,7 @@
 #include "Fenwhirl/Platform/Toolkit/SerialQueue.h"
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <future>
 #include <gtest/gtest.h>
@@ -35,6 +36,49 @@ TEST(SerialQueue, RunsNextWhatIsInAHurry) {
         release.set_value();
     }
     EXPECT_EQ(order, (std::vector{0, 1}));
+}
+
+TEST(SerialQueue, RepeatsWorkInTime) {
+    using namespace std::chrono;
+    constexpr milliseconds period{5};
+    std::promise<void> third;
+    std::atomic<int> runs = 0;
+    SerialQueue queue("fenwhirl.test");
+    const auto begin = steady_clock::now();
+    queue.every(period, [&] {
+        if (++runs == 3) {
+            third.set_value();
+        }
+    });
+    third.get_future().wait();
+    EXPECT_GE(steady_clock::now() - begin, 3 * period); // none comes early
+}
+
+TEST(SerialQueue, LeavesOutRepetitionsThatItMissed) {
+    using namespace std::chrono;
+    constexpr milliseconds period{1};
+    std::promise<void> fifth;
+    std::atomic<int> runs = 0;
+    std::atomic<int> runsBeforeWaitingWork = -1;
+    std::promise<steady_clock::time_point> released;
+    SerialQueue queue("fenwhirl.test");
+    queue.async([&] {
+        queue.every(period, [&] {
+            if (++runs == 5) {
+                fifth.set_value();
+            }
+        });
+        queue.async([&] { runsBeforeWaitingWork = runs.load(); });
+        const auto begin = steady_clock::now();
+        while (steady_clock::now() < begin + 200 * period) {
+        }
+        released.set_value(steady_clock::now());
+    });
+    const auto busyUntil = released.get_future().get();
+    fifth.get_future().wait();
+    const int made = runs;
+    EXPECT_LE(made, (steady_clock::now() - busyUntil) / period + 2);
+    EXPECT_EQ(runsBeforeWaitingWork, 0); // work that waits goes first
 }
 
 TEST(SerialQueue, NeverRunsTwoPiecesAtOnce) {
