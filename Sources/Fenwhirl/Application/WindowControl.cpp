@@ -89,9 +89,8 @@ WindowControl::WindowControl(Monitor& monitor, ProcessMonitor& processes, System
     connect(&monitor, &Monitor::languageChanged, this, &WindowControl::retranslate);
     connect(&appearance, &SystemAppearance::changed, this, &WindowControl::applyAppearance);
     rest_.setSingleShot(true);
-    rest_.setInterval(trimDelay);
     connect(&rest_, &QTimer::timeout, this, [] { releaseIdleMemory(); });
-    rest_.start();
+    rest_.start(trimDelay);
     applyTheme();
 }
 
@@ -247,9 +246,7 @@ void WindowControl::watchVisibility(QQuickWindow& window) {
 void WindowControl::updateAwake() {
     const bool awake = canBeSeen(main_.get()) || canBeSeen(panel_.window());
     models_.setAwake(awake);
-    if (!awake) {
-        rest_.start();
-    }
+    rest_.start(awake ? shownTrimDelay : trimDelay);
     if (main_ && !main_->isVisible()) {
         system_.setAccessory();
     }

@@ -3,8 +3,8 @@
 // None of this exists until something has to be shown: a program that starts hidden loads no QML at all.
 // Once created, the main window is kept and only hidden when it is closed, so that it comes back
 // immediately and on the same page. While no window is visible, the views sleep (ViewModels::setAwake).
-// Some time after the start, and after the last window has disappeared, memory that is no longer needed is
-// given back to the system.
+// Some time after the start, after a window has appeared, and after the last one has disappeared, memory that is
+// no longer needed is given back to the system.
 //
 // Threads: main thread only. The models and services must outlive it.
 
@@ -48,6 +48,8 @@ class WindowControl : public QObject {
 public:
     // The delay from the start, and from the end of the last window, until unneeded memory is given back.
     static constexpr std::chrono::seconds trimDelay = std::chrono::seconds(10);
+    // The delay from the appearance of a window: making it took far more than showing it takes.
+    static constexpr std::chrono::seconds shownTrimDelay = std::chrono::seconds(2);
 
     // The constructor sets `openMain` of the services. Before `saveReport` is called, the panel is closed.
     WindowControl(Monitor& monitor, ProcessMonitor& processes, SystemAppearance& appearance,
