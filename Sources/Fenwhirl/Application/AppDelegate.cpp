@@ -41,6 +41,11 @@ void AppDelegate::applicationDidFinishLaunching(Start start) {
         windows_.hideOnFirstAppearance = true;
         windows_.becomeAccessory();
         patienceTimer_.start(patience_);
+    } else {
+        // A window that nobody sees, on another virtual desktop for instance, is never drawn.
+        statusItem_.postpone();
+        connect(&windows_, &WindowControl::mainDrawn, &statusItem_, &StatusItem::appear);
+        QTimer::singleShot(statusItemPatience, &statusItem_, &StatusItem::appear);
     }
     windows_.appear();
 }

@@ -33,7 +33,7 @@ public:
     enum class Start { usual, hidden };
 
     // Starts the update check. Then shows the main window with the introduction at the first launch, and only
-    // the status item at every later one. If the status item finds no place within ten seconds, the main
+    // the status item at every later one. With the main window, the status item appears after its first picture. If the status item finds no place within ten seconds, the main
     // window is shown after all. A `hidden` start is treated like a later launch even if it is the first.
     void applicationDidFinishLaunching(Start start = Start::usual);
 

@@ -154,6 +154,10 @@ void WindowControl::openMain(const QString& token) {
     if (!main_) {
         models_.setAwake(true); // so that the first frame shows the current state
         main_ = makeWindow(mainWindowFile(), withModels());
+        // Queued, because the view itself also has something to do after its first picture, and because other renderers
+        // emit the signal on a thread of their own.
+        connect(main_.get(), &QQuickWindow::frameSwapped, this, &WindowControl::mainDrawn,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
         if (!placeFile_.isEmpty()) {
             place_ = std::make_unique<WindowGeometryKeeper>(*main_, placeFile_);
         }

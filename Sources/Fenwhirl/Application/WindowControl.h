@@ -98,6 +98,8 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
+    // The main window was drawn for the first time.
+    void mainDrawn();
     // The panel was opened or closed.
     void panelShown(bool shown);
 

@@ -267,6 +267,25 @@ TEST(Appearance, TheSystemIsToldWhatTheUserChose) {
     EXPECT_EQ(life.appearance.chosen, AppearanceChoice::system);
 }
 
+TEST(StatusItemStart, AppearsAfterTheFirstPictureOfTheWindow) {
+    Life life(false);
+    bool isDrawn = false;
+    QObject::connect(life.windows.get(), &WindowControl::mainDrawn, life.windows.get(), [&] {
+        isDrawn = true;
+        EXPECT_TRUE(life.statusItem.isPostponed);
+    });
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_TRUE(life.statusItem.isPostponed);
+    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return !life.statusItem.isPostponed; }));
+    EXPECT_TRUE(isDrawn);
+}
+
+TEST(StatusItemStart, AppearsAtOnceWhereNoWindowOpens) {
+    Life life(true);
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_FALSE(life.statusItem.wasPostponed);
+}
+
 TEST(StatusItemText, SaysWhatTheMenuTextSays) {
     Life life(true);
     EXPECT_EQ(life.statusItem.text, life.world.monitor().menuText());

@@ -22,6 +22,8 @@ public:
     QString shortText;
     bool placed = true;
     int timesTold = 0;
+    bool isPostponed = false;
+    bool wasPostponed = false;
     StatusMenu menu;
 
     FakeStatusItem() = default;
@@ -33,6 +35,10 @@ public:
     }
 
     void setMenu(const StatusMenu& newMenu) override { menu = newMenu; }
+
+    void postpone() override { isPostponed = wasPostponed = true; }
+
+    void appear() override { isPostponed = false; }
 
     [[nodiscard]] bool isPlaced() const override { return placed; }
 };

@@ -8,7 +8,7 @@
 // item follows them.
 //
 // Threads: main thread only. The item exists from construction to destruction, and is shown as soon as the
-// desktop has a place for it.
+// desktop has a place for it, unless it is postponed.
 
 #pragma once
 
@@ -53,6 +53,12 @@ public:
 
     // Whether the item's panel is open. macOS then highlights the item, as it does with its own.
     virtual void setOpen(bool /*open*/) {}
+
+    // From now on the item does not appear until `appear` is called, so that a window which opens with the program
+    // need not wait for its pictures. To be called before the event loop runs. Has no effect on macOS.
+    virtual void postpone() {}
+
+    virtual void appear() {}
 
     // Whether the item is visible to the user now.
     [[nodiscard]] virtual bool isPlaced() const = 0;

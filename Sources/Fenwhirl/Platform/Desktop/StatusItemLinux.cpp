@@ -55,7 +55,22 @@ StatusItemLinux::StatusItemLinux(SymbolPainter symbol, const QDBusConnection& bu
     connect(appearance_.get(), &SystemAppearance::changed, this, &StatusItemLinux::updateContent);
 }
 
+void StatusItemLinux::postpone() {
+    isPostponed_ = true;
+}
+
+void StatusItemLinux::appear() {
+    isPostponed_ = false;
+    if (std::exchange(hasPlaceToTake_, false)) {
+        place();
+    }
+}
+
 void StatusItemLinux::place() {
+    hasPlaceToTake_ = isPostponed_;
+    if (isPostponed_) {
+        return;
+    }
     if (host_.isAvailable()) {
         showNotifierItem();
     } else {
@@ -115,7 +130,7 @@ void StatusItemLinux::showClassicIcon() {
 
 bool StatusItemLinux::isPlaced() const {
     if (host_.isAvailable()) {
-        return true;
+        return !isPostponed_;
     }
     return classic_ && classic_->isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
 }

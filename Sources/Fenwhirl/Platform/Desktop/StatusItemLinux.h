@@ -31,6 +31,8 @@ public:
 
     void setText(const QString& text, const QString& shortText) override;
     void setMenu(const StatusMenu& menu) override;
+    void postpone() override;
+    void appear() override;
     [[nodiscard]] bool isPlaced() const override;
 
 private:
@@ -49,6 +51,8 @@ private:
     std::unique_ptr<StatusNotifierItem> item_;
     std::unique_ptr<QSystemTrayIcon> classic_;
     StatusMenu menu_;
+    bool isPostponed_ = false;
+    bool hasPlaceToTake_ = false;        // while postponed: the desktop has answered
     std::unique_ptr<QMenu> classicMenu_; // the menu that was shown last
     QString text_;
     QString shortText_;

@@ -160,6 +160,27 @@ TEST(StatusItem, IsAnnouncedToAHostThatIsThere) {
     EXPECT_TRUE(item->isPlaced());
 }
 
+TEST(StatusItem, AppearsOnlyWhenItMayIfItWasPostponed) {
+    FakeWatcher watcher;
+    int drawn = 0;
+    const SymbolPainter count = [&drawn](QPainter&, const QRectF&, const QColor&) { ++drawn; };
+    StatusItemLinux item(count, PrivateBus::connect(),
+                         std::make_unique<SystemAppearanceLinux>(PrivateBus::connect()));
+    item.postpone();
+    item.setText(QStringLiteral("63 °C"), QStringLiteral("63°"));
+    StatusItemLinux other(drawSquare, PrivateBus::connect(),
+                          std::make_unique<SystemAppearanceLinux>(PrivateBus::connect()));
+    ASSERT_TRUE(
+        PrivateBus::waitUntil([&] { return !watcher.items.isEmpty(); })); // the other, which asked later
+    EXPECT_EQ(watcher.items.size(), 1);
+    EXPECT_FALSE(item.isPlaced());
+    EXPECT_EQ(drawn, 0);
+    item.appear();
+    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 2; }));
+    EXPECT_TRUE(item.isPlaced());
+    EXPECT_GT(drawn, 0);
+}
+
 TEST(StatusItem, WaitsForAHostThatComesLate) {
     FakeWatcher watcher;
     watcher.hasHost = false;
