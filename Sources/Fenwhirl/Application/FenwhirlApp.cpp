@@ -6,10 +6,12 @@
 #include "Fenwhirl/Application/ProgramMenus.h"
 #include "Fenwhirl/Application/RealServices.h"
 #include "Fenwhirl/Application/SelfCheck/SelfCheckRun.h"
+#include "Fenwhirl/Application/ViewEngine.h"
 #include "Fenwhirl/Application/WindowControl.h"
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/LocalizerTranslator.h"
 #include "Fenwhirl/Monitoring/Monitor.h"
+#include "Fenwhirl/Monitoring/SavedPreferences.h"
 #include "Fenwhirl/Platform/Desktop/DesktopApplication.h"
 #include "Fenwhirl/Platform/Desktop/FileDialogs.h"
 #include "Fenwhirl/Platform/Desktop/SessionEnd.h"
@@ -17,6 +19,7 @@
 #include "Fenwhirl/Platform/Desktop/StateFolder.h"
 #include "Fenwhirl/Platform/Desktop/StatusItem.h"
 #include "Fenwhirl/Platform/Desktop/TerminationSignals.h"
+#include "Fenwhirl/Platform/Preferences/PreferencesStore.h"
 #include "Fenwhirl/Platform/Session/SessionPresence.h"
 #include "Fenwhirl/Platform/Session/SleepWatch.h"
 #include "Fenwhirl/Platform/SystemName.h"
@@ -34,6 +37,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace Fenwhirl {
 
@@ -99,6 +103,11 @@ std::optional<int> exitStatusUnlessFirst(SingleInstance& instance, std::optional
     return EXIT_FAILURE;
 }
 
+// Whether this start is the first, and opens the main window with the introduction.
+bool opensMainWindow() {
+    return !SavedPreferences::load(*openUserPreferences()).didOnboard;
+}
+
 void drawStatusSymbol(QPainter& painter, const QRectF& bounds, const QColor& color) {
     drawSymbol(painter, QStringLiteral("fan"), bounds, color);
 }
@@ -127,7 +136,13 @@ int fenwhirl_app_main(int argc, char** argv) {
     }
     QCoreApplication::setApplicationName(QStringLiteral("Fenwhirl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(FENWHIRL_VERSION));
-    const std::unique_ptr<QGuiApplication> application = makeDesktopApplication(argc, argv);
+    std::unique_ptr<QGuiApplication> application;
+    PreparedViews views; // after the application, so that it is destroyed first
+    application = makeDesktopApplication(argc, argv, [&] {
+        if (!command.preset && opensMainWindow()) {
+            views = prepareMainWindow();
+        }
+    });
 
     const std::unique_ptr<SingleInstance> instance = SingleInstance::create();
     if (const std::optional<int> status = exitStatusUnlessFirst(*instance, command.preset)) {
@@ -150,6 +165,7 @@ int fenwhirl_app_main(int argc, char** argv) {
     const std::unique_ptr<SystemAppearance> appearance = SystemAppearance::create();
     const std::unique_ptr<StatusItem> statusItem = StatusItem::create(drawStatusSymbol);
     WindowControl windows(monitor, processes, *appearance, viewServices());
+    windows.usePrepared(std::move(views));
     const std::unique_ptr<MenuBar> menuBar = MenuBar::create();
     const auto showMenus = [&menuBar, &windows] {
         menuBar->show(programMenus({.showPage = [&windows](Page page) { windows.openPage(page); },

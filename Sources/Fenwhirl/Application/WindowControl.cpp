@@ -1,13 +1,8 @@
 #include "Fenwhirl/Application/WindowControl.h"
 
-#include "Fenwhirl/Application/ApplicationIconProvider.h"
-#include "Fenwhirl/Platform/Desktop/Announcement.h"
 #include "Fenwhirl/Platform/Desktop/GraphicsDevice.h"
-#include "Fenwhirl/Platform/Desktop/SystemSymbol.h"
 #include "Fenwhirl/Platform/IdleMemory.h"
-#include "Fenwhirl/Views/Components/Announcer.h"
 #include "Fenwhirl/Views/Components/Palette.h"
-#include "Fenwhirl/Views/Components/SystemSymbols.h"
 #include "Fenwhirl/Views/Components/Theme.h"
 #include "Fenwhirl/Views/Views.h"
 
@@ -111,13 +106,7 @@ ViewServices WindowControl::withWindows(ViewServices services) {
 
 QQmlEngine& WindowControl::engine() {
     if (!engine_) {
-        registerViews();
-        setSystemSymbolSource(systemSymbol);
-        setSystemAnnouncement(announceBySystem);
-        engine_ = std::make_unique<QQmlEngine>();
-        engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
-        engine_->addImageProvider(ApplicationIconProvider::name(),
-                                  new ApplicationIconProvider); // the engine owns it
+        engine_ = prepared_.engine ? std::move(prepared_.engine) : makeViewEngine();
     }
     return *engine_;
 }
@@ -154,6 +143,7 @@ void WindowControl::openMain(const QString& token) {
     if (!main_) {
         models_.setAwake(true); // so that the first frame shows the current state
         main_ = makeWindow(mainWindowFile(), withModels());
+        prepared_.loading.clear();
         // Queued, because the view itself also has something to do after its first picture, and because other renderers
         // emit the signal on a thread of their own.
         connect(main_.get(), &QQuickWindow::frameSwapped, this, &WindowControl::mainDrawn,

@@ -11,6 +11,7 @@
 #pragma once
 
 #include "Fenwhirl/Application/PanelControl.h"
+#include "Fenwhirl/Application/ViewEngine.h"
 #include "Fenwhirl/Application/WindowGeometry.h"
 #include "Fenwhirl/Application/WindowSystem.h"
 #include "Fenwhirl/Platform/Desktop/SystemAppearance.h"
@@ -27,6 +28,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <utility>
 
 class QQuickWindow;
 
@@ -86,6 +88,9 @@ public:
     // `accepted` is called if the user agrees.
     void showAlert(const AlertTexts& texts, std::function<void()> accepted);
 
+    // Takes over what was prepared for the first window. To be called before that is opened.
+    void usePrepared(PreparedViews views) { prepared_ = std::move(views); }
+
     // The main window; null before it was first opened.
     [[nodiscard]] QQuickWindow* main() const { return main_.get(); }
 
@@ -125,7 +130,8 @@ private:
     SystemAppearance& appearance_;
     ViewModels models_;
     std::unique_ptr<QQmlEngine> engine_;
-    QString placeFile_; // empty: the position is not remembered
+    PreparedViews prepared_; // until the main window exists
+    QString placeFile_;      // empty: the position is not remembered
     std::unique_ptr<QQuickWindow> main_;
     std::unique_ptr<WindowGeometryKeeper> place_; // declared later, so that it is destroyed before the window
     PanelControl panel_;

@@ -30,6 +30,10 @@ QUrl menuPanelFile() {
     return {QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/MenuPanel.qml")};
 }
 
+QUrl firstPageFile() {
+    return {QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/DashboardPage.qml")};
+}
+
 QUrl alertWindowFile() {
     return {QStringLiteral("qrc:/qt/qml/Fenwhirl/Views/AlertWindow.qml")};
 }

@@ -16,6 +16,8 @@ void registerViews();
 // a ViewModels.
 [[nodiscard]] QUrl mainWindowFile();
 [[nodiscard]] QUrl menuPanelFile();
+// The QML file of the page that the main window shows first.
+[[nodiscard]] QUrl firstPageFile();
 // The QML file of a question in front of all other windows. It requires `heading`, `message`, `acceptText`
 // and `laterText`, and emits `accepted`.
 [[nodiscard]] QUrl alertWindowFile();

@@ -286,6 +286,16 @@ TEST(StatusItemStart, AppearsAtOnceWhereNoWindowOpens) {
     EXPECT_FALSE(life.statusItem.wasPostponed);
 }
 
+TEST(PreparedViews, AreTheMainWindows) {
+    Life life(false);
+    PreparedViews views = prepareMainWindow();
+    QQmlEngine* const engine = views.engine.get();
+    life.windows->usePrepared(std::move(views));
+    life.windows->openMain();
+    ASSERT_TRUE(life.mainIsShown());
+    EXPECT_EQ(qmlEngine(life.windows->main()), engine);
+}
+
 TEST(StatusItemText, SaysWhatTheMenuTextSays) {
     Life life(true);
     EXPECT_EQ(life.statusItem.text, life.world.monitor().menuText());

@@ -7,7 +7,9 @@
 #include <QQuickWindow>
 #include <QSessionManager>
 
+#include <dlfcn.h>
 #include <fcntl.h>
+#include <thread>
 #include <unistd.h>
 
 namespace Fenwhirl {
@@ -45,6 +47,16 @@ void drawTextAsDesigned() {
     setUnlessSet("FREETYPE_PROPERTIES", "cff:darkening-parameters=500,0,1000,0,1667,0,2333,0");
 }
 
+// Reads the system's font configuration on a thread of its own, while this one connects to the display: it takes
+// longer than all else that has to happen before the first text is measured. Where Qt uses the library, it has
+// loaded it already.
+std::thread readFontConfiguration() {
+    void* const library = dlopen("libfontconfig.so.1", RTLD_LAZY | RTLD_NOLOAD);
+    using Init = int (*)();
+    const auto init = library != nullptr ? reinterpret_cast<Init>(dlsym(library, "FcInit")) : nullptr;
+    return init != nullptr ? std::thread([init] { static_cast<void>(init()); }) : std::thread();
+}
+
 void setInterfaceFont() {
     const QString inter = QStringLiteral("Inter");
     QFont font = QGuiApplication::font();
@@ -68,19 +80,27 @@ void neverRestart(QSessionManager& manager) {
 
 } // namespace
 
-std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) {
+std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv,
+                                                        const std::function<void()>& meanwhile) {
     drawTextAsDesigned();
     if (!qEnvironmentVariableIsSet("QT_QUICK_BACKEND") && !hasGraphicsProcessor()) {
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
     QGuiApplication::setDesktopFileName(QStringLiteral("com.fenwhirl.app"));
+    std::thread fontConfiguration = readFontConfiguration();
     // A QApplication, because Qt has the classic tray icon only in its widgets library. Nothing else of it is
     // used.
     auto application = std::make_unique<QApplication>(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (meanwhile) {
+        meanwhile();
+    }
     for (const auto request : {&QGuiApplication::saveStateRequest, &QGuiApplication::commitDataRequest}) {
         // Direct, because the hint is read as soon as the signal has been delivered.
         QObject::connect(application.get(), request, application.get(), neverRestart, Qt::DirectConnection);
+    }
+    if (fontConfiguration.joinable()) {
+        fontConfiguration.join(); // two threads that read it at once would both do so from the beginning
     }
     setInterfaceFont();
     return application;

@@ -62,7 +62,8 @@ void installDelegate() {
 
 } // namespace
 
-std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) {
+std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv,
+                                                        const std::function<void()>& meanwhile) {
     // Otherwise Qt makes every program a regular one, and an icon would flash in the Dock at each log-in.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     // Our views are compiled ahead of time. Without Qt's run-time compiler no memory is both writable and
@@ -72,6 +73,9 @@ std::unique_ptr<QGuiApplication> makeDesktopApplication(int& argc, char** argv) 
     auto application = std::make_unique<QGuiApplication>(argc, argv);
     // Qt's own rule would end the program with its last window, whatever the delegate answers.
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (meanwhile) {
+        meanwhile();
+    }
     return application;
 }
 
