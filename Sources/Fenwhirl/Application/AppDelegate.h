@@ -33,8 +33,9 @@ public:
     enum class Start { usual, hidden };
 
     // Starts the update check. Then shows the main window with the introduction at the first launch, and only
-    // the status item at every later one. With the main window, the status item appears after its first picture. If the status item finds no place within ten seconds, the main
-    // window is shown after all. A `hidden` start is treated like a later launch even if it is the first.
+    // the status item at every later one. With the main window, the status item appears after the window's first
+    // picture. If the status item finds no place within ten seconds, the main window is shown after all. A
+    // `hidden` start is treated like a later launch even if it is the first.
     void applicationDidFinishLaunching(Start start = Start::usual);
 
     // Applies the preset: now, or as soon as the fans are known. The last one chosen wins.

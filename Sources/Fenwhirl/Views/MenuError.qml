@@ -10,7 +10,6 @@ Item {
     readonly property string message: control.error
     // The last message. It is kept when `message` becomes empty, because the line may still be moving out.
     property string words: ""
-    readonly property real symbolWidth: Math.round(18 * Theme.symbolScale)
 
     Accessible.name: words
     Accessible.role: Accessible.AlertMessage
@@ -24,14 +23,14 @@ Item {
         height: width
         name: "exclamationmark.triangle"
         width: Math.round(16 * Theme.symbolScale)
-        x: (root.symbolWidth - width) / 2
+        x: (Theme.symbolSize - width) / 2
     }
 
     Paragraph {
         id: text
         Accessible.ignored: true // the root item has the name
         anchors.left: parent.left
-        anchors.leftMargin: root.symbolWidth + 8
+        anchors.leftMargin: Theme.symbolSize + 8
         anchors.right: close.left
         anchors.rightMargin: 8
         anchors.verticalCenter: parent.verticalCenter

@@ -8,9 +8,6 @@ Column {
 
     required property FanRow fan
 
-    // The width of the column of symbols, which all parts of the panel have.
-    readonly property real symbolWidth: Math.round(18 * Theme.symbolScale)
-
     spacing: 8
 
     Item {
@@ -29,7 +26,7 @@ Column {
             inForce: root.fan.driven
             mode: root.fan.mode
             text: qsTr("Auto")
-            x: (root.symbolWidth - width) / 2
+            x: (Theme.symbolSize - width) / 2
 
             onClicked: {
                 slider.forceActiveFocus(Qt.OtherFocusReason) // first, because the button stops being a tab stop
@@ -41,7 +38,7 @@ Column {
             id: name
             anchors.baseline: speed.baseline
             anchors.left: parent.left
-            anchors.leftMargin: root.symbolWidth + 8
+            anchors.leftMargin: Theme.symbolSize + 8
             anchors.right: speed.left
             anchors.rightMargin: 12
             opacity: line.isCovered(x, x + Math.min(width, implicitWidth)) ? 0.2 : 1

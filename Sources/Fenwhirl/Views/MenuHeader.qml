@@ -10,7 +10,6 @@ Column {
 
     required property ControlView control
     required property MachineView machine
-    readonly property real symbolWidth: Math.round(18 * Theme.symbolScale)
 
     Column {
         spacing: 6
@@ -25,7 +24,7 @@ Column {
                 color: Theme.accent
                 height: width
                 name: "fan"
-                width: root.symbolWidth
+                width: Theme.symbolSize
             }
 
             Label {
@@ -33,7 +32,7 @@ Column {
                 font.weight: Font.DemiBold
                 size: 15
                 text: "Fenwhirl" // i18n-ignore: the product's name is the same in every language
-                x: root.symbolWidth + 8
+                x: Theme.symbolSize + 8
             }
         }
 
@@ -45,7 +44,7 @@ Column {
                 anchors.verticalCenter: parent.verticalCenter
                 good: root.machine.healthy
                 size: 8
-                x: (root.symbolWidth - width) / 2
+                x: (Theme.symbolSize - width) / 2
             }
 
             Label {
@@ -53,7 +52,7 @@ Column {
                 size: 12
                 text: root.machine.statusWord
                 width: parent.width - x
-                x: root.symbolWidth + 8
+                x: Theme.symbolSize + 8
             }
         }
     }

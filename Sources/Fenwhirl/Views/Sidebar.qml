@@ -18,7 +18,6 @@ Rectangle {
     color: Theme.sidebar
     // The page needs room too, so the width grows more slowly than the texts, which are elided if necessary.
     implicitWidth: Math.round(Math.max(184, Math.min(windowWidth / Theme.textScale - 736, 208)) + 112 * (Theme.textScale - 1))
-    readonly property real symbolWidth: Math.round(18 * Theme.symbolScale)
 
     // Whether one of the rows has the keyboard focus.
     readonly property alias hasFocus: rowScope.activeFocus
@@ -132,14 +131,14 @@ Rectangle {
         StatusDot {
             anchors.verticalCenter: parent.verticalCenter
             good: root.machine.healthy
-            x: 21 + (root.symbolWidth - width) / 2 // on the axis of the rows' symbols
+            x: 21 + (Theme.symbolSize - width) / 2 // on the axis of the rows' symbols
         }
 
         Label {
             id: word
             text: root.machine.statusWord
             width: parent.width - x - 1 // up to the stroke, which the longest word needs at twice the size
-            x: 32 + root.symbolWidth
+            x: 32 + Theme.symbolSize
         }
     }
 

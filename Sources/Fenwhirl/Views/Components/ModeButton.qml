@@ -74,7 +74,7 @@ Item {
             name: modelData
             opacity: root.shown === modelData ? 1 : 0
             visible: opacity > 0
-            width: Math.round(18 * Theme.symbolScale)
+            width: Theme.symbolSize
 
             Behavior on opacity {
                 NumberAnimation { duration: Theme.hoverDuration }

@@ -34,7 +34,7 @@ Pressable {
             color: root.ink
             height: width
             name: root.symbol
-            width: Math.round(18 * Theme.symbolScale)
+            width: Theme.symbolSize
             x: 11
         }
 

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QVariantAnimation>
+#include <QtGlobal>
 #include <QtQml/qqmlregistration.h>
 
 // The appearance with which every component draws: QML singleton `Theme` of Fenwhirl.Components.
@@ -17,9 +18,10 @@
 // their own.
 //
 // `textScale` is the factor by which every text is larger than designed, and with it the heights and columns
-// that contain texts. Symbols that stand before a text, with the column that they have, are larger by
-// `symbolScale`: half as much, which keeps them in proportion and leaves the room to the text. Sizes in the QML files are those at a factor of 1, and so are the argument and the
-// result of `lineHeight`.
+// that contain texts. Symbols that stand before a text are larger by `symbolScale`: half as much, which
+// keeps them in proportion and leaves the room to the text. `symbolSize` is the width and height of most of
+// them, and the width of their column. Sizes in the QML files are those at a factor of 1, and so are the
+// argument and the result of `lineHeight`.
 //
 // Radii must be multiples of `cornerStep` to be drawn well. It is 1 unless the function cornerStep() returns
 // more.
@@ -43,6 +45,7 @@ class Theme : public QObject {
     Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY motionChanged FINAL)
     Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged FINAL)
     Q_PROPERTY(double symbolScale READ symbolScale NOTIFY textScaleChanged FINAL)
+    Q_PROPERTY(int symbolSize READ symbolSize NOTIFY textScaleChanged FINAL)
     Q_PROPERTY(double lineGrowth READ lineGrowth NOTIFY textScaleChanged FINAL)
     Q_PROPERTY(int cornerStep READ cornerStep CONSTANT FINAL)
 
@@ -107,6 +110,8 @@ public:
     void setTextScale(double scale);
 
     [[nodiscard]] double symbolScale() const { return 1.0 + (textScale_ - 1.0) / 2.0; }
+
+    [[nodiscard]] int symbolSize() const { return qRound(18 * symbolScale()); }
 
     // By how much one line of a control's text, and so the control, is higher than designed.
     [[nodiscard]] double lineGrowth() const;
