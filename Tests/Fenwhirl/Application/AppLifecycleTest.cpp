@@ -269,15 +269,11 @@ TEST(Appearance, TheSystemIsToldWhatTheUserChose) {
 
 TEST(StatusItemStart, AppearsAfterTheFirstPictureOfTheWindow) {
     Life life(false);
-    bool isDrawn = false;
-    QObject::connect(life.windows.get(), &WindowControl::mainDrawn, life.windows.get(), [&] {
-        isDrawn = true;
-        EXPECT_TRUE(life.statusItem.isPostponed);
-    });
+    QSignalSpy drawn(life.windows.get(), &WindowControl::mainDrawn);
     life.delegate->applicationDidFinishLaunching();
     EXPECT_TRUE(life.statusItem.isPostponed);
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return !life.statusItem.isPostponed; }));
-    EXPECT_TRUE(isDrawn);
+    ASSERT_TRUE(eventually([&] { return drawn.count() == 1; }));
+    EXPECT_FALSE(life.statusItem.isPostponed);
 }
 
 TEST(StatusItemStart, AppearsAtOnceWhereNoWindowOpens) {
