@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 
+#include <cmath>
 #include <utility>
 
 namespace Fenwhirl {
@@ -20,7 +21,7 @@ AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& s
     , patience_(patience) {
     connect(&statusItem, &StatusItem::activated, &windows, &WindowControl::togglePanel);
     connect(&windows, &WindowControl::panelShown, &statusItem, &StatusItem::setOpen);
-    connect(&monitor, &Monitor::polled, this, &AppDelegate::updateStatusItem);
+    connect(&monitor, &Monitor::polled, this, &AppDelegate::updateStatusItemAfterPoll);
     connect(&monitor, &Monitor::polled, this, &AppDelegate::applyChosenPreset);
     connect(&monitor, &Monitor::languageChanged, this, &AppDelegate::updateStatusItem);
     connect(&monitor, &Monitor::languageChanged, this, &AppDelegate::updateStatusMenu);
@@ -72,10 +73,24 @@ void AppDelegate::applicationWillTerminate() {
 }
 
 void AppDelegate::updateStatusItem() {
+    notedRPM_ = 0;
+    updateStatusItemAfterPoll();
+}
+
+// The measured speed of a fan that runs steadily changes a little with every poll. If the desktop were told each time, it
+// would read the whole item again, with all its pictures.
+void AppDelegate::updateStatusItemAfterPoll() {
+    constexpr double noticeableRPM = 10;
+    const double rpm = monitor_.averageRPM();
+    const bool isSlight = notedRPM_ > 0 && std::abs(rpm - notedRPM_) < noticeableRPM;
+    if (!isSlight) {
+        notedRPM_ = rpm;
+    }
     const std::optional<double> celsius = monitor_.primaryCelsius();
     const QString shortText =
         celsius ? QString::number(NumberFormat::truncated(*celsius)) + QChar(u'°') : QString();
-    statusItem_.setText(monitor_.menuText(), shortText);
+    statusItem_.setText(monitor_.menuText(), shortText,
+                        isSlight ? StatusItem::TextChange::slight : StatusItem::TextChange::notable);
 }
 
 void AppDelegate::updateStatusMenu() {

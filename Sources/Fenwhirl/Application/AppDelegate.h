@@ -50,6 +50,7 @@ public:
 
 private:
     void updateStatusItem();
+    void updateStatusItemAfterPoll();
     void applyChosenPreset();
     void updateStatusMenu();
 
@@ -59,6 +60,7 @@ private:
     std::function<void()> startUpdateCheck_;
     std::chrono::milliseconds patience_;
     QTimer patienceTimer_;
+    double notedRPM_ = 0; // at the last notable change of the status item's text; 0 before there is one
     std::optional<Preset> chosenPreset_; // waits until the fans are known
     bool terminated_ = false;
 };

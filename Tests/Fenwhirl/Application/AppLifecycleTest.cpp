@@ -302,6 +302,29 @@ TEST(StatusItemText, SaysWhatTheMenuTextSays) {
     EXPECT_EQ(life.statusItem.shortText, QStringLiteral("63°"));
 }
 
+TEST(StatusItemText, IsExactButTremorsOfAFanAreSlightChanges) {
+    Life life(true);
+    const auto changeTo = [&](double rpm) {
+        life.world.setFan(0, rpm);
+        life.world.setFan(1, rpm);
+        life.world.poll();
+        EXPECT_EQ(life.statusItem.text, life.world.monitor().menuText());
+        return life.statusItem.lastChange;
+    };
+    using enum StatusItem::TextChange;
+    changeTo(2400);
+    EXPECT_EQ(changeTo(2409), slight);
+    EXPECT_EQ(changeTo(2391), slight);
+    EXPECT_EQ(changeTo(2410), notable);
+    EXPECT_EQ(changeTo(2415), slight);
+    life.world.monitor().setLanguage(AppLanguage::de);
+    EXPECT_EQ(life.statusItem.text, life.world.monitor().menuText());
+    EXPECT_EQ(life.statusItem.lastChange, notable);
+    EXPECT_EQ(changeTo(2424), slight);
+    EXPECT_EQ(changeTo(0), notable); // a fan that stops
+    EXPECT_EQ(changeTo(5), notable);
+}
+
 // The texts of the entries, with the current choice in brackets.
 QStringList entriesOf(const StatusMenu& menu) {
     QStringList texts;

@@ -22,14 +22,16 @@ public:
     QString shortText;
     bool placed = true;
     int timesTold = 0;
+    TextChange lastChange = TextChange::notable;
     bool isPostponed = false;
     bool wasPostponed = false;
     StatusMenu menu;
 
     FakeStatusItem() = default;
 
-    void setText(const QString& newText, const QString& newShortText) override {
+    void setText(const QString& newText, const QString& newShortText, TextChange change) override {
         ++timesTold;
+        lastChange = change;
         text = newText;
         shortText = newShortText;
     }

@@ -43,9 +43,14 @@ public:
     // `symbol` draws the program's symbol where the system has no such symbol of its own.
     [[nodiscard]] static std::unique_ptr<StatusItem> create(SymbolPainter symbol);
 
+    // What a new text means to those who see the old one: `slight` if nobody would notice the difference.
+    enum class TextChange { notable, slight };
+
     // `text` is the complete text ("2 400 tr/min · 63 °C"); `shortText` is the part that fits into an icon
-    // ("63°"), empty when there is none.
-    virtual void setText(const QString& text, const QString& shortText) = 0;
+    // ("63°"), empty when there is none. A desktop that asks for the text is given the current one; it is
+    // not woken for a slight change where it would show the text only in a tool tip.
+    virtual void setText(const QString& text, const QString& shortText,
+                         TextChange change = TextChange::notable) = 0;
 
     // Sets the context menu, in the user's language. Until then, and with a host that does not support menus,
     // a right click acts like any other click. Has no effect in GNOME.

@@ -160,13 +160,17 @@ void StatusItemLinux::showClassicMenu() {
     classicMenu_->popup(QCursor::pos());
 }
 
-void StatusItemLinux::setText(const QString& text, const QString& shortText) {
+void StatusItemLinux::setText(const QString& text, const QString& shortText, TextChange change) {
     if (text == text_ && shortText == shortText_) {
         return;
     }
     text_ = text;
-    shortText_ = shortText;
-    updateContent();
+    const bool changesIcon = std::exchange(shortText_, shortText) != shortText;
+    if (item_ && change == TextChange::slight && !changesIcon) {
+        item_->setTextQuietly(text_);
+    } else {
+        updateContent();
+    }
 }
 
 void StatusItemLinux::updateContent() {

@@ -29,7 +29,8 @@ public:
     StatusItemLinux(SymbolPainter symbol, const QDBusConnection& bus,
                     std::unique_ptr<SystemAppearance> appearance);
 
-    void setText(const QString& text, const QString& shortText) override;
+    void setText(const QString& text, const QString& shortText,
+                 TextChange change = TextChange::notable) override;
     void setMenu(const StatusMenu& menu) override;
     void postpone() override;
     void appear() override;

@@ -67,7 +67,7 @@ public:
     StatusItemMacOS(const StatusItemMacOS&) = delete;
     StatusItemMacOS& operator=(const StatusItemMacOS&) = delete;
 
-    void setText(const QString& text, const QString& /*shortText*/) override {
+    void setText(const QString& text, const QString& /*shortText*/, TextChange /*change*/) override {
         @autoreleasepool {
             item_.button.title = text.toNSString();
         }

@@ -123,11 +123,15 @@ void StatusNotifierItem::setIcons(const QList<QImage>& icons) {
     Q_EMIT NewIcon();
 }
 
-void StatusNotifierItem::setText(const QString& text) {
+void StatusNotifierItem::setTextQuietly(const QString& text) {
     const bool changes = std::exchange(title_, text) != text;
     if (changes && quirks_.text == StatusHostQuirks::Text::asLabel) {
         Q_EMIT XAyatanaNewLabel(title_, title_);
     }
+}
+
+void StatusNotifierItem::setText(const QString& text) {
+    setTextQuietly(text);
     const bool mayTell =
         iconChanged_ || !told_.isValid() || std::chrono::milliseconds(told_.elapsed()) >= textPause_;
     if (title_ == notifiedTitle_ || !mayTell) {

@@ -88,6 +88,8 @@ public:
     // other is notified after a change of the icon; otherwise rarely, and then only of a new tool tip,
     // because speeds fluctuate with every poll and each message wakes both programs.
     void setText(const QString& text);
+    // The same, but a host that shows the text only in a tool tip is not notified.
+    void setTextQuietly(const QString& text);
 
     [[nodiscard]] QString category() const;
     [[nodiscard]] QString id() const;

@@ -368,6 +368,28 @@ TEST(StatusNotifierItem, TellsTheHostOfATextSeldomWhileTheIconStays) {
     EXPECT_EQ(labelled.count(), 0);
 }
 
+TEST(StatusNotifierItem, HasAQuietTextAndTellsItsHostWithTheNextOne) {
+    StatusNotifierItem item(PrivateBus::connect(), {}, std::chrono::milliseconds(0));
+    QSignalSpy told(&item, &StatusNotifierItem::NewToolTip);
+    item.setText(QStringLiteral("2 400 tr/min"));
+    item.setTextQuietly(QStringLiteral("2 401 tr/min"));
+    EXPECT_EQ(told.count(), 1);
+    EXPECT_EQ(item.title(), QStringLiteral("2 401 tr/min"));
+    EXPECT_EQ(item.toolTip().title, QStringLiteral("2 401 tr/min"));
+    item.setText(QStringLiteral("2 401 tr/min"));
+    EXPECT_EQ(told.count(), 2);
+}
+
+TEST_F(StatusItemOnHost, AHostThatAsksReadsASlightlyDifferentTextToo) {
+    show();
+    const QString other = QStringLiteral("2 401 tr/min · 63 °C");
+    item->setText(other, temperature, StatusItem::TextChange::slight);
+    EXPECT_EQ(text("Title"), other);
+    const QByteArray before = icons().at(0).bytes;
+    item->setText(wholeText, QStringLiteral("64°"), StatusItem::TextChange::slight);
+    EXPECT_NE(icons().at(0).bytes, before) << "another temperature is never slight";
+}
+
 TEST(StatusNotifierItem, TellsEachTextAtOnceWhereItIsWrittenIntoTheBar) {
     StatusNotifierItem item(PrivateBus::connect(), {.text = StatusHostQuirks::Text::asLabel},
                             std::chrono::hours(1));
