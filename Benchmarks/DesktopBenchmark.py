@@ -213,7 +213,7 @@ class Benchmark:
                 took["gsm"].append(first_picture(watch, ["gnome-system-monitor"]))
         median = {name: statistics.median(values) for name, values in took.items()}
         self.table.line("start to first picture, against a Qt Quick hello", median["fenwhirl"], median["floor"],
-                        2.2, "ms")
+                        1.6, "ms")
         self.table.line("the same, against gnome-system-monitor", median["fenwhirl"], median["gsm"], 0.5, "ms")
 
     def measure_peer(self):
@@ -243,7 +243,7 @@ class Benchmark:
                 with Watch(self.build) as watch:
                     activate(bus)
                     watch.next_picture()
-                    time.sleep(3)
+                    time.sleep(20)  # by then it has released what only making the window needed
                     figures["dashboard"] = memory(pid)
                     desktop.mac.tell("unpin all")
                     self.choose_page(desktop)
@@ -412,11 +412,11 @@ class Benchmark:
         line("hidden: private memory, against psensor in the tray", ours["hidden"][1], private, 0.7, "MB")
         self.table.note(f"Qt Quick linked and nothing else: {floor[0]:.1f} MB resident, {floor[1]:.1f} MB private")
         line("hidden: processor, against psensor in the tray", ours["hidden"][2], share, 1.5, "%")
-        line("hidden: wake-ups a second beyond the round trips", ours["hidden"][3], 1.0, 1.5, "/s")
+        line("hidden: wake-ups a second beyond the round trips", ours["hidden"][3], 1.0, 1.0, "/s")
         self.starts()
         resident, private, share = peer_figures["open"]
         self.note_fresh_dashboard()
-        line("dashboard: resident memory, against psensor's window", ours["dashboard"][0], resident, 1.35, "MB")
+        line("dashboard: resident memory, against psensor's window", ours["dashboard"][0], resident, 1.1, "MB")
         line("sensors page: processor, against psensor's window", ours["sensors"], share, 0.75, "%")
         self.dragging()
         line("closed: processor, against before the first window", ours["closed"][0], ours["hidden"][2], 1.1, "%")
