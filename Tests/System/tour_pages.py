@@ -452,12 +452,12 @@ class Tour:
                     self.picture(f"sizes/{name}-{size[0]}")
             self.mac.crowd(fans=30)
             self.open_page("fans")
-            self.screen.wait_for("Ventilateur 30")
+            self.screen.wait_for("Ventilateur 11")
             with self.open_panel():
                 self.picture("states/panel-many", narrow=True)
                 # The pointer over the scroll bar keeps it on the screen.
-                place = self.slider("Ventilateur").get_extents(self.screen.atspi.CoordType.WINDOW)
-                bar = pixels(place.x + 308 + 16 - 6, place.y - 40)
+                place = self.screen.wait_for("Ventilateur 3", "slider").get_extents(self.screen.atspi.CoordType.WINDOW)
+                bar = pixels(place.x + 308 + 16 - 6, place.y)
                 subprocess.run(["xdotool", "mousemove", "--window", self.window(narrow=True), *bar], check=True)
                 self.picture("states/panel-many-bar", narrow=True)
                 subprocess.run(["xdotool", "click", "--repeat", "6", "5"], check=True)
