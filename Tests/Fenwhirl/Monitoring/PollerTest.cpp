@@ -1,5 +1,6 @@
 #include "Fenwhirl/Monitoring/Poller.h"
 
+#include "Fenwhirl/Monitoring/FanCustody.h"
 #include "Support/ScriptedSMC.h"
 
 #include <gtest/gtest.h>
@@ -102,6 +103,30 @@ TEST_F(PollerTest, OfSeveralProblemsTheLastCounts) {
     answer = [](const HelperCommand&) { return true; };
     EXPECT_EQ(poll()->problem, PollProblem::noTemperature);
     EXPECT_EQ(commands.size(), 5U);
+}
+
+// If the program ended during the first command, the guard would otherwise not hand the fan back.
+TEST_F(PollerTest, AFanIsKnownToTheGuardBeforeItIsDriven) {
+    pin(1, 2000);
+    const auto custody = std::make_shared<FanCustody>(nullptr);
+    custody->setIntent({.settings = request.settings,
+                        .helperInstalled = true,
+                        .isInFront = true,
+                        .isGoingToSleep = false,
+                        .fansShown = {}});
+    std::vector<int> known;
+    Poller guarded({.openSMC = [this] { return std::make_unique<SMC>(smc.connect()); },
+                    .runHelper =
+                        [&known, &custody](const HelperCommand&) {
+                            known = custody->ours();
+                            return true;
+                        },
+                    .now = [this] { return now; },
+                    .stop = stop,
+                    .custody = custody});
+    ASSERT_TRUE(guarded.open());
+    (void)guarded.poll(request);
+    EXPECT_EQ(known, std::vector<int>({1}));
 }
 
 TEST_F(PollerTest, AFanThatIsRefusedDoesNotKeepTheOthersWaiting) {

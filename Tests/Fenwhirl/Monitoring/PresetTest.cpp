@@ -52,6 +52,23 @@ TEST(Preset, TitlesAndDetailsFollowTheLanguage) {
     Localizer::setLanguage(AppLanguage::automatic);
 }
 
+TEST(Preset, IsFoundByItsNameHoweverThatIsWritten) {
+    Localizer::setLanguage(AppLanguage::it);
+    for (const auto* const name :
+         {u"silent", u"SILENT", u"Silencieux", u"silencieux", u" SILENCIEUX ", u"leise", u"LEISE"}) {
+        EXPECT_EQ(presetFromName(QString::fromUtf16(name)), Preset::silent)
+            << QString::fromUtf16(name).toStdString();
+    }
+    // The accent as a letter of its own, as file systems and keyboards of Macs write it.
+    EXPECT_EQ(presetFromName(QStringLiteral("e\u0301quilibre\u0301")), Preset::balanced);
+    for (const auto* const name : {u"", u" ", u"sil", u"silencieuxx"}) {
+        EXPECT_EQ(presetFromName(QString::fromUtf16(name)), std::nullopt)
+            << QString::fromUtf16(name).toStdString();
+    }
+    EXPECT_EQ(Localizer::language(), AppLanguage::it) << "the language is as before";
+    Localizer::setLanguage(AppLanguage::automatic);
+}
+
 TEST(AppTheme, WordsAreStoredInOrder) {
     std::vector<std::string_view> words;
     for (const AppTheme theme : allAppThemes) {

@@ -160,6 +160,9 @@ TEST(SensorsPage, ListsThemByNameWithTheirCount) {
     }
     EXPECT_EQ(names, QStringList({QStringLiteral("Batterie"), QStringLiteral("Mémoire"),
                                   QStringLiteral("Processeur")}));
+    stage.world.smc.remove("TB0T");
+    stage.poll();
+    EXPECT_TRUE(stage.shows(QStringLiteral("2 capteurs de température")));
 }
 
 TEST(SensorsPage, ABarIsHotFromEightyDegreesAndFullFromAHundred) {
