@@ -10,6 +10,8 @@ FixedSizeWindow {
     required property string message
     required property string acceptText
     required property string laterText
+    readonly property string accessibleName: heading
+    readonly property string accessibleMessage: message
 
     signal accepted()
 
@@ -33,6 +35,7 @@ FixedSizeWindow {
         readonly property bool accessibleModal: true
 
         Accessible.description: root.message
+        Accessible.ignored: Qt.platform.os !== "osx" // elsewhere the window itself is the dialog
         Accessible.name: root.heading
         Accessible.role: Accessible.Dialog
         Keys.onEnterPressed: root.accept()

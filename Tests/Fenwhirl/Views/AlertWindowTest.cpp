@@ -63,10 +63,13 @@ TEST(AlertWindow, ReturnAcceptsAndEscapeMeansLater) {
 TEST(AlertWindow, IsReadAsAModalDialog) {
     Stage stage;
     ask(stage);
-    const QAccessibleInterface* dialog =
-        stage.find(QStringLiteral("Une nouvelle version est disponible"), QAccessible::Dialog);
+    const QAccessibleInterface* dialog = QAccessible::queryAccessibleInterface(&stage.window());
     ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->role(), QAccessible::Dialog);
+    EXPECT_EQ(dialog->text(QAccessible::Name), QStringLiteral("Une nouvelle version est disponible"));
     EXPECT_TRUE(dialog->state().modal);
+    EXPECT_EQ(stage.find(QStringLiteral("Une nouvelle version est disponible"), QAccessible::Dialog), nullptr)
+        << "screen readers take a dialog inside for another window";
     EXPECT_TRUE(dialog->text(QAccessible::Description).startsWith(QStringLiteral("La version 9.9")));
     EXPECT_NE(stage.find(QStringLiteral("Plus tard"), QAccessible::Button), nullptr);
 }

@@ -306,7 +306,65 @@ private:
     QObject* accessible_;
 };
 
+// A window that is a dialog. Its own interface is the dialog: screen readers that find one inside the window's take the
+// inner one for the window that is active, and lose it when the outer one is reported to be.
+class DialogWindowNode final : public QAccessibleObject {
+public:
+    explicit DialogWindowNode(QQuickWindow* window) : QAccessibleObject(window), window_(window) {}
+
+    [[nodiscard]] QWindow* window() const override { return window_; }
+
+    [[nodiscard]] QAccessibleInterface* parent() const override {
+        return QAccessible::queryAccessibleInterface(qApp);
+    }
+
+    [[nodiscard]] QAccessibleInterface* child(int index) const override { return children().value(index); }
+
+    [[nodiscard]] int childCount() const override { return static_cast<int>(children().size()); }
+
+    [[nodiscard]] int indexOfChild(const QAccessibleInterface* child) const override {
+        return static_cast<int>(children().indexOf(child));
+    }
+
+    [[nodiscard]] QAccessible::Role role() const override { return QAccessible::Dialog; }
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        switch (kind) {
+        case QAccessible::Name:
+            return window_->property("accessibleName").toString();
+        case QAccessible::Description:
+            return window_->property("accessibleMessage").toString();
+        default:
+            return {};
+        }
+    }
+
+    [[nodiscard]] QRect rect() const override { return window_->geometry(); }
+
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state;
+        state.active = window_->isActive();
+        state.invisible = !window_->isVisible();
+        state.modal = window_->modality() != Qt::NonModal;
+        return state;
+    }
+
+private:
+    [[nodiscard]] QList<QAccessibleInterface*> children() const {
+        QList<QAccessibleInterface*> nodes;
+        appendChildren(window_->contentItem(), nodes);
+        return nodes;
+    }
+
+    QQuickWindow* window_;
+};
+
 QAccessibleInterface* makeNode(const QString& /*className*/, QObject* object) {
+    if (auto* window = qobject_cast<QQuickWindow*>(object); window != nullptr) {
+        // On macOS a window is an element of the system's own.
+        const bool isDialog = !isCocoa() && window->metaObject()->indexOfProperty("accessibleMessage") >= 0;
+        return isDialog ? new DialogWindowNode(window) : nullptr;
+    }
     auto* item = qobject_cast<QQuickItem*>(object);
     if (item == nullptr) {
         return nullptr;

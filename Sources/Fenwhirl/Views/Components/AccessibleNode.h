@@ -8,6 +8,11 @@
 //   bool accessibleModal      it is a dialog: nothing beside it can be used; popups need not say so
 //   bool accessibleCovered    it can be covered: while this is true or a question has the focus, its content is left out
 //
+// A window gets one, with the role of a dialog, if it has these two:
+//
+//   string accessibleName      its name
+//   string accessibleMessage   its description
+//
 // Everything else (role, name, description, actions) comes from its Accessible properties, as with Qt's.
 // The text reaches Orca as the text of a combo box or a stepper. Orca reads a slider's value as a bare
 // number, unless Qt (from 6.8 on) passes the text on as an attribute. VoiceOver reads the value of all three
