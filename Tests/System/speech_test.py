@@ -10,6 +10,7 @@ keyboard focus, something is said, and nothing is said twice.
 import os
 import pathlib
 import re
+import sys
 import time
 import unittest
 
@@ -21,6 +22,16 @@ from desktop import Desktop, run
 PAGES = ("dashboard", "fans", "sensors", "apps", "presets", "alerts", "settings")
 REFUSED = {"fr": "Ce Mac n'a pas accepté le changement de vitesse du ventilateur.",
            "en": "This Mac didn’t accept the new fan speed."}
+# Another program with a window.
+ANOTHER = """
+import gi
+gi.require_version("Gtk", "3.0")
+from gi.repository import Gtk
+window = Gtk.Window(title="Another program")
+window.add(Gtk.Entry())
+window.show_all()
+Gtk.main()
+"""
 TRANSCRIPTS = pathlib.Path(__file__).resolve().parent / "Speech"
 RECORDING = "FENWHIRL_RECORD" in os.environ
 MEASURED = re.compile(r"\d+:\d\d|\d+(?=(\s°C|\s?%|\séléments|\sitems))")
@@ -182,6 +193,9 @@ class Speech(unittest.TestCase):
             desktop.mac.tell("set F0Ac 2160")
             desktop.mac.tell("set F1Ac 2000")
             desktop.polls()
+            # As on every desktop, the keyboard comes from another program that the screen reader knows, and goes back to it.
+            desktop.stack.enter_context(stage.Process([sys.executable, "-c", ANOTHER]))
+            self.reader.heard(at_least=1)
 
             def choose():
                 desktop.click_item()
@@ -191,6 +205,7 @@ class Speech(unittest.TestCase):
                 desktop.key("Escape")
                 stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
                 closed = time.monotonic()
+                self.assertIn("Another", " ".join(self.reader.heard(at_least=1)))
                 # Shortly after the panel has closed, the program mistakes a click for the one that closed it.
                 stage.wait_until(lambda: time.monotonic() - closed > 0.4, "a click opens it again")
                 choose()

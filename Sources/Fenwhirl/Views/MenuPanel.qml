@@ -28,39 +28,43 @@ FixedSizeWindow {
     FocusKeeper {
         id: keeper
         first: chips
-        scope: panel
+        scope: root.introduced ? panel : null
     }
 
     Announcements {
         models: root.models
     }
 
-    // The panel shows no title that a screen reader could read, so it introduces itself.
+    // Whether the panel has said what it is. Until then none of its controls has the focus: a screen reader that learns of a
+    // control before it has taken notice of the window does not say the control's group, and one that remembers the control
+    // from the last time says nothing at all.
+    property bool introduced: false
+
     onActiveChanged: {
         if (active)
-            introduce.restart()
+            introduction.restart()
     }
 
     Timer { // deferred until Announcement, too, has seen the panel become active
-        id: introduce
+        id: introduction
         interval: 0
 
         onTriggered: {
-            if (root.reopened)
-                root.begin()
-            Announcer.say("Fenwhirl, " + root.models.machine.statusWord) // i18n-ignore: the product's name
+            if (root.introduced)
+                return
+            root.introduced = true
+            keeper.reportActive()
+            // Screen readers on Linux say the window's title by themselves.
+            const title = Qt.platform.os === "osx" ? "Fenwhirl, " : "" // i18n-ignore: the product's name
+            Announcer.say(title + root.models.machine.statusWord)
+            if (nothing.activeFocus) // no control has been clicked meanwhile
+                keeper.stops(chips)[0]?.forceActiveFocus(Qt.ActiveWindowFocusReason)
         }
     }
 
-    // Whether the panel has been open before. Its first control then gets the focus anew: a screen reader would not announce a
-    // control that has kept the focus while the panel was closed.
-    property bool reopened: false
-    property bool wasClosed: false
-
-    function begin() {
-        reopened = false
-        contentItem.forceActiveFocus()
-        keeper.stops(chips)[0]?.forceActiveFocus(Qt.ActiveWindowFocusReason)
+    Item {
+        id: nothing
+        focus: true
     }
 
     // Says a summary of the machine's state to screen readers.
@@ -71,8 +75,8 @@ FixedSizeWindow {
     }
 
     onVisibleChanged: {
-        reopened = visible && wasClosed
-        wasClosed = !visible
+        introduced = false
+        nothing.forceActiveFocus()
         if (visible) {
             appear.restart()
             fans.flash()
@@ -153,7 +157,6 @@ FixedSizeWindow {
     ScrollView {
         id: panel
         anchors.fill: surface
-        focus: true
         padding: 16
 
         Column {

@@ -71,6 +71,16 @@ QList<QQuickItem*> FocusKeeper::stops(QQuickItem* item) {
     return found;
 }
 
+void FocusKeeper::reportActive() {
+    if (!window_ || !window_->isActive() || !QAccessible::isActive()) {
+        return;
+    }
+    QAccessible::State changed;
+    changed.active = true;
+    QAccessibleStateChangeEvent event(window_, changed);
+    QAccessible::updateAccessibility(&event);
+}
+
 void FocusKeeper::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemSceneChange) {
         if (window_) {

@@ -33,6 +33,10 @@ public:
     // The tab stops in an item, in tab order.
     Q_INVOKABLE [[nodiscard]] static QList<QQuickItem*> stops(QQuickItem* item);
 
+    // Tells assistive technology that the window is active, if it is. Qt often does not when a program's first window opens.
+    // Being told twice changes nothing.
+    Q_INVOKABLE void reportActive();
+
 Q_SIGNALS:
     // The focus moved from a control that no longer exists to the one with this accessible name.
     void focusMoved(const QString& name);
