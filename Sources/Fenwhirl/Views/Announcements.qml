@@ -21,6 +21,7 @@ Item {
     readonly property bool offered: models.control.offersActivation
     readonly property int health: models.machine.hasTemperature ? models.machine.status : -1
     property int lastHealth: -1
+    readonly property bool blind: ready && models.machine.sensors.count === 0
     readonly property bool installing: models.control.installing
     readonly property bool installed: models.control.installed
     readonly property bool reporting: models.report.busy
@@ -37,6 +38,7 @@ Item {
             tell(models.machine.statusWord)
         lastHealth = health
     }
+    onBlindChanged: missing.restart()
     onInstalledChanged: tell(installed ? qsTr("Contrôle activé") : qsTr("Non activé : Fenwhirl peut seulement lire les températures."))
     onInstallingChanged: tell(installing ? qsTr("Activation…") : "")
     onOfferedChanged: tell(offered ? qsTr("Activer le contrôle des ventilateurs") : "")
@@ -47,6 +49,23 @@ Item {
     function tell(text: string, urgent = false) {
         if (telling)
             Announcer.say(text, urgent)
+    }
+
+    // Sensors that can no longer be read, unless another message explains it: the one about the controller, or the one about
+    // the fans. Deferred, because these come with the same poll.
+    Timer {
+        id: missing
+        property bool told: false
+
+        interval: 0
+
+        onTriggered: {
+            if (!root.blind && told)
+                root.tell(root.models.machine.statusWord)
+            told = root.blind && root.readable && root.error === ""
+            if (told)
+                root.tell(qsTr("Fenwhirl n'arrive pas à lire les capteurs de ce Mac."))
+        }
     }
 
     Announcement {}

@@ -145,6 +145,12 @@ QString MachineView::summary() const {
     if (hasTemperature()) {
         phrases.append(localized(u"Température du processeur") + u' ' + temperatureText() +
                        QStringLiteral(", ") + statusWord());
+    } else if (sensors_.count() > 0) {
+        phrases.append(localized(u"Température du processeur") + u' ' + temperatureText());
+    } else {
+        QString sentence = localized(u"Fenwhirl n'arrive pas à lire les capteurs de ce Mac.");
+        sentence.chop(sentence.endsWith(u'.') ? 1 : 0); // the phrases are joined with one
+        phrases.append(sentence);
     }
     for (int row = 0; row < fans_.count(); ++row) {
         phrases.append(fans_.at(row)->summary());

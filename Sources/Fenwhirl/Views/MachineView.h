@@ -77,8 +77,8 @@ public:
 
     [[nodiscard]] QString sensorCountText() const;
 
-    // A summary of the machine's current state for screen readers: main temperature, health verdict, and the
-    // speed and mode of each fan.
+    // A summary of the machine's current state for screen readers: main temperature and health verdict, or that
+    // there are none, and the speed and mode of each fan.
     Q_INVOKABLE [[nodiscard]] QString summary() const;
 
     [[nodiscard]] FanList* fans() { return &fans_; }

@@ -14,6 +14,12 @@ PageFrame {
     readonly property real rowSpacing: 8
     readonly property int count: models.machine.sensors.count
 
+    // An empty page has nothing that the keyboard could reach.
+    Component.onCompleted: {
+        if (count === 0)
+            Announcer.say(models.machine.sensorCountText)
+    }
+
     function revealRow(row: int) {
         const top = card.y + card.padding + padding + row * (rowHeight + rowSpacing)
         revealSpan(top, rowHeight)
