@@ -52,10 +52,32 @@ class StatusHost:
             "ProtocolVersion": lambda: self.glib.Variant("i", 0),
         }[name]()
 
-    def press(self, x, y):
-        """Presses the item as if it were at that position of the screen."""
-        self.bus.call_sync(self.item, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
-                           self.glib.Variant("(ii)", (x, y)), None, self.gio.DBusCallFlags.NONE, -1, None)
+    ITEM = "org.kde.StatusNotifierItem"
+    MENU = "com.canonical.dbusmenu"
+
+    def call(self, path, interface, method, arguments=None):
+        """Calls a method of the item or of its menu and returns the answer's values."""
+        return self.bus.call_sync(self.item, path, interface, method, arguments, None, self.gio.DBusCallFlags.NONE, -1,
+                                  None).unpack()
+
+    def press(self, x, y, method="Activate"):
+        """Presses the item as if it were at that position of the screen. `method` is "ContextMenu" for the secondary button."""
+        self.call("/StatusNotifierItem", self.ITEM, method, self.glib.Variant("(ii)", (x, y)))
+
+    def menu(self):
+        """The entries of the item's menu, which the host draws, as {text: (ID, properties)}. Separators are left out."""
+        place, = self.call("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
+                           self.glib.Variant("(ss)", (self.ITEM, "Menu")))
+        self.menu_path = place
+        _, (_, _, entries) = self.call(place, self.MENU, "GetLayout", self.glib.Variant("(iias)", (0, -1, [])))
+        return {properties["label"].replace("__", "_"): (number, properties) for number, properties, _ in entries
+                if "label" in properties}
+
+    def choose(self, text):
+        """Chooses the entry of the menu with that text."""
+        number, _ = self.menu()[text]
+        self.call(self.menu_path, self.MENU, "Event",
+                  self.glib.Variant("(isvu)", (number, "clicked", self.glib.Variant("i", 0), 0)))
 
     def __enter__(self):
         self.thread.start()

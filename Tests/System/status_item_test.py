@@ -148,6 +148,42 @@ class ByKeyboard(unittest.TestCase):
             self.assertIsNone(desktop.panel_window())
 
 
+class MenuOfAHost(unittest.TestCase):
+    """The menu that a host opens with the secondary button or the menu key: it draws the entries itself, or else asks the item."""
+
+    @contextlib.contextmanager
+    def hosted(self, **options):
+        with Desktop(**options) as desktop, StatusHost() as host:
+            desktop.start()
+            stage.wait_until(lambda: host.item, "the host has the item")
+            yield desktop, host
+
+    def test_a_preset_that_is_chosen_is_applied_to_the_fans(self):
+        with self.hosted(helper=True, user=65534) as (desktop, host):
+            checked = [text for text, (_, properties) in host.menu().items() if properties.get("toggle-state") == 1]
+            self.assertEqual(checked, [], "every fan is automatic by itself")
+            host.choose("Max")
+            desktop.mac.tell("await value F0Tg above 6100 within 20")
+            stage.wait_until(lambda: host.menu()["Max"][1].get("toggle-state") == 1, "the menu says so")
+            self.assertEqual(desktop.windows(), [], "no window was opened")
+
+    def test_open_opens_the_window(self):
+        with self.hosted() as (desktop, host):
+            host.choose("Ouvrir Fenwhirl")
+            stage.wait_until(lambda: desktop.has_focus(desktop.main_window()), "the window has the keyboard")
+
+    def test_quit_ends_the_program(self):
+        with self.hosted() as (desktop, host):
+            host.choose("Quitter")
+            self.assertEqual(desktop.application.child.wait(stage.PATIENCE_SECONDS), 0)
+
+    def test_a_host_that_draws_no_menu_gets_the_panel(self):
+        with self.hosted() as (desktop, host):
+            host.press(0, 0, "ContextMenu")
+            stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
+            desktop.screen.wait_for("Quitter")
+
+
 class UnderAClassicTray(unittest.TestCase):
     @staticmethod
     def is_wide(changed_area):
