@@ -18,17 +18,20 @@ import stage
 
 PANEL_HEIGHT = 30  # pixels of the bar along the upper edge
 
-# Works for half of every tenth of a second. Asked to end, it waits until the file that its argument names is there.
+# Works for a share of every tenth of a second, which the file that its first argument names tells. Asked to end, it waits until
+# the file that its second argument names is there.
 BUSY = """
 import os, signal, sys, time
 asked = []
 signal.signal(signal.SIGTERM, lambda *_: asked.append(True))
 os.nice(5)
-while not (asked and os.path.exists(sys.argv[1])):
-    end = time.process_time() + 0.05
+while not (asked and os.path.exists(sys.argv[2])):
+    with open(sys.argv[1]) as file:
+        share = float(file.read() or 0)
+    end = time.process_time() + 0.1 * share
     while time.process_time() < end:
         pass
-    time.sleep(0.05)
+    time.sleep(0.1 * (1 - share))
 """
 
 XFCE_PANEL = f"""<?xml version="1.0" encoding="UTF-8"?>
@@ -189,14 +192,25 @@ class Desktop:
             self.record_empty_bar()
         return tray
 
-    def start_busy_application(self):
-        """Starts an application called Busy, which loads a processor for half of the time, at a low priority. The lowest would
-        give it too small a share of a busy computer to be shown. Asked to quit, it does so after let_busy_application_end().
+    def start_busy_application(self, name="Busy", share=0.5):
+        """Starts an application with that name, which loads a processor for that share of the time, at a low priority. The lowest
+        would give it too small a share of a busy computer to be shown. Asked to quit, it does so after
+        let_busy_application_end().
         """
-        program = self.home / "Busy.app/Contents/MacOS/Busy"
+        program = self.home / f"{name}.app/Contents/MacOS/Busy"
         program.parent.mkdir(parents=True)
         shutil.copy("/usr/bin/python3", program)
-        return self.stack.enter_context(stage.Process([program, "-c", BUSY, self.home / "busy-may-end"]))
+        self.load_with(name, share)
+        return self.stack.enter_context(stage.Process([program, "-c", BUSY, self.share_file(name), self.home / "busy-may-end"]))
+
+    def share_file(self, name):
+        return self.home / f"share of {sum(map(ord, name))}"  # the name may be as long as a file's name can be
+
+    def load_with(self, name, share):
+        """Makes a busy application load a processor for that share of the time from now on."""
+        file = self.share_file(name)
+        file.with_suffix(".new").write_text(str(share), encoding="ascii")
+        file.with_suffix(".new").rename(file)
 
     def let_busy_application_end(self):
         (self.home / "busy-may-end").touch()

@@ -50,6 +50,8 @@ orca.settings.enableKeyEcho = False
 orca.settings.enablePositionSpeaking = True
 _write({greeting!r})
 '''
+# The locales of the build folder for the languages that are listened to. English needs none.
+LOCALES = {"fr": "fr_FR.UTF-8", "de": "de_DE.UTF-8", "ru": "ru_RU.UTF-8"}
 SERIES = "43"
 GREETING = "The screen reader is there."
 
@@ -74,7 +76,7 @@ class ScreenReader(stage.Process):
         self.file = home / f"speech-{time.monotonic_ns()}.txt"
         (preferences / "orca-customizations.py").write_text(
             CUSTOMIZATIONS.format(file=str(self.file), greeting=GREETING), encoding="utf-8")
-        locale = {"LC_ALL": "fr_FR.UTF-8", "LANGUAGE": "fr"} if language == "fr" else {"LC_ALL": "C.UTF-8", "LANGUAGE": "en"}
+        locale = {"LC_ALL": LOCALES.get(language, "C.UTF-8"), "LANGUAGE": language}
         settings = {**os.environ, "LOCPATH": str(build / "locales"), "NO_AT_BRIDGE": "1", **locale}
         self.place = 0
         self.log_file = home / "orca.log"

@@ -2,6 +2,7 @@
 which the vendor's host name resolves to it.
 """
 
+import contextlib
 import ctypes
 import fcntl
 import http.server
@@ -73,10 +74,15 @@ class Authority:
 
 
 class Site:
-    """The vendor's web site. `requests` are the requested paths, `failures` the errors of connections that failed."""
+    """The vendor's web site. `requests` are the requested paths, `failures` the errors of connections that failed. With `held`,
+    answers begin at once, but end only after release().
+    """
 
-    def __init__(self, domain, certificate, version):
+    def __init__(self, domain, certificate, version, held=False):
         self.requests, self.failures = [], []
+        self.released = threading.Event()
+        if not held:
+            self.release()
         site = self
 
         class Answer(http.server.BaseHTTPRequestHandler):
@@ -84,9 +90,13 @@ class Site:
                 site.requests.append(self.path)
                 body = json.dumps({"version": version, "page": f"https://www.{domain}/get?v=9"}).encode()
                 self.send_response(200)
-                self.send_header("Content-Length", str(len(body)))
+                if site.released.is_set():
+                    self.send_header("Content-Length", str(len(body)))
                 self.end_headers()
-                self.wfile.write(body)
+                with contextlib.suppress(OSError):  # a client that has waited for too long is gone
+                    while not site.released.wait(1):
+                        self.wfile.write(b" ")  # keeps the client from taking the connection for dead
+                    self.wfile.write(body)
 
             def log_message(self, *_):
                 pass
@@ -105,6 +115,10 @@ class Site:
         context.load_cert_chain(*certificate)
         self.server = Server(("127.0.0.1", 443), Answer)
         threading.Thread(target=self.server.serve_forever, daemon=True).start()
+
+    def release(self):
+        """Lets held answers end, and does not hold later ones."""
+        self.released.set()
 
 
 def redirect_vendor_host(domain):
