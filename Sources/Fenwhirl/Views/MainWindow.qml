@@ -36,7 +36,7 @@ Window {
         // When the focused switch of an application vanishes, Orca queries the vanished switch and then does not announce
         // the control that has the focus now.
         onFocusMoved: name => {
-            if (root.models.pages.selectedName === "apps")
+            if (root.models.pages.selectedName === "apps" && !pageTold.running)
                 Announcer.say(name)
         }
     }
@@ -57,9 +57,16 @@ Window {
         target: root.models.pages
 
         function onSelectedChanged() {
-            if (!sidebar.hasFocus)
+            if (!sidebar.hasFocus) {
                 Announcer.say(root.models.pages.selectedTitle)
+                pageTold.restart()
+            }
         }
+    }
+
+    Timer { // runs while the focus goes from the page that was left to the new one's row
+        id: pageTold
+        interval: 2000
     }
 
     Shortcut {

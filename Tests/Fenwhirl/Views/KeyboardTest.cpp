@@ -275,6 +275,17 @@ QString sensorNameAt(Stage& stage, int row) {
     return list->data(list->index(row, 0), list->roleNames().key("name")).toString();
 }
 
+TEST(KeyboardOnTheSensorsPage, TheFocusOfASensorGoesToThePagesRowWhenThePageIsLeft) {
+    Stage stage;
+    stage.showPage(Page::sensors);
+    for (int i = 0; i < 20 && focusedSensor(stage).isEmpty(); ++i) {
+        stage.press(Qt::Key_Tab);
+    }
+    ASSERT_FALSE(focusedSensor(stage).isEmpty());
+    QTest::keyClick(&stage.window(), Qt::Key_2, Qt::ControlModifier);
+    waitForFocus(stage, QStringLiteral("Ventilateurs"));
+}
+
 TEST(KeyboardOnTheSensorsPage, TheFocusStaysWithItsSensorWhileOthersComeAndGo) {
     for (const int width : {1040, 1500}) { // one column, and two
         Stage stage;

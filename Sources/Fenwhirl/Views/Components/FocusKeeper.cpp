@@ -15,6 +15,14 @@ bool isStop(const QQuickItem* item) {
            item->isEnabled();
 }
 
+// The tab stop that an item is, or belongs to, like a row of a list; nullptr if it belongs to none.
+QQuickItem* stopOf(QQuickItem* item) {
+    while (item != nullptr && !isStop(item)) {
+        item = item->parentItem();
+    }
+    return item;
+}
+
 // Collects tab stops. An item that is hidden or disabled contains none.
 void collect(QQuickItem* item, QList<QQuickItem*>& found) {
     if (!item->isVisible() || !item->isEnabled()) {
@@ -96,9 +104,9 @@ void FocusKeeper::itemChange(ItemChange change, const ItemChangeData& data) {
 }
 
 void FocusKeeper::follow() {
-    QQuickItem* item = window_ ? window_->activeFocusItem() : nullptr;
-    if (isStop(item)) {
-        remember(item);
+    QQuickItem* stop = window_ ? stopOf(window_->activeFocusItem()) : nullptr;
+    if (stop != nullptr) {
+        remember(stop);
     } else {
         check_.start(); // the control that had the focus may be vanishing
     }
@@ -130,15 +138,15 @@ bool FocusKeeper::isLost() const {
     if (item == nullptr || item == window_->contentItem()) {
         return true;
     }
-    if (place_ < 0) { // no control has had the focus yet
-        return !isStop(item);
+    if (stopOf(item) != nullptr) {
+        return false;
     }
-    if (item == last_) {
-        return !isStop(item);
+    if (place_ < 0 || item == last_) { // no control has had the focus yet, or it cannot be used any more
+        return true;
     }
-    // The focus is not lost while a control has it, or an item that handles its own keys. It is lost when it
-    // has fallen to an ancestor of the last control.
-    return !isStop(item) && !isStop(last_) && around_.contains(item);
+    // The focus is not lost while an item has it that handles its own keys. It is lost when it has fallen to
+    // an ancestor of the last control.
+    return !isStop(last_) && around_.contains(item);
 }
 
 QQuickItem* FocusKeeper::nextFocus() const {
