@@ -105,7 +105,7 @@ TEST(Announcements, ThePanelSaysHowTheMacIsWhenItOpens) {
     stage.show(menuPanelFile());
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
     EXPECT_TRUE(MonitorHarness::waitUntil(
-        [&] { return stage.announced().contains(QStringLiteral("Fenwhirl, Tout est normal")); }));
+        [&] { return stage.announced().contains(QStringLiteral("Tout est normal")); }));
 }
 
 TEST(Announcements, EachStepOfTheIntroductionIsTold) {
