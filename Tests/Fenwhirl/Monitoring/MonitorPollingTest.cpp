@@ -560,6 +560,32 @@ TEST_F(MonitorPolling, HangingVersionBlocksNeitherWindowNorReadings) {
     EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
 }
 
+TEST_F(MonitorPolling, AnAnswerAboutAHelperThatIsGoneDoesNotCount) {
+    std::promise<void> release;
+    helper.onVersion = [&, released = release.get_future().share()] {
+        if (helper.versionReads == 1) {
+            released.wait();
+        } else {
+            helper.setVersion("3");
+        }
+    };
+    helper.setVersion("2");
+    start();
+    ASSERT_TRUE(waitUntil([&] { return helper.versionReads == 1; }));
+    helper.installed = false;
+    poll();
+    QSignalSpy outdated(&monitor(), &Monitor::helperOutdatedChanged);
+    release.set_value();
+    helper.installed = true;
+    // The next helper is asked only when the answer about the former one has arrived.
+    ASSERT_TRUE(waitUntil([&] {
+        monitor().tick();
+        return helper.versionReads == 2;
+    }));
+    EXPECT_EQ(outdated.count(), 0);
+    EXPECT_FALSE(monitor().helperOutdated());
+}
+
 TEST_F(MonitorPolling, VersionIsAskedForOnceWhileTheFileStaysTheSame) {
     MonitorServices stamped = services();
     std::int64_t stamp = 7;

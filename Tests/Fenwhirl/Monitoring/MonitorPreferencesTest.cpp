@@ -214,6 +214,33 @@ TEST_F(MonitorPreferences, PresetRewritesEveryPresentFanAndNoOther) {
     EXPECT_EQ(monitor().settings().at(0), FanSetting());
 }
 
+TEST_F(MonitorPreferences, AnErrorThatIsShownFollowsTheLanguage) {
+    preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
+    loginItemWorks = false;
+    start();
+    monitor().setLaunchAtLogin(true);
+    const QString french = monitor().controlError();
+    QSignalSpy changed(&monitor(), &Monitor::controlErrorChanged);
+    monitor().setLanguage(AppLanguage::de);
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_NE(monitor().controlError(), french);
+    monitor().setLanguage(AppLanguage::fr);
+    EXPECT_EQ(monitor().controlError(), french);
+    monitor().dismissControlError();
+    changed.clear();
+    monitor().setLanguage(AppLanguage::automatic);
+    EXPECT_EQ(changed.count(), 0) << "there is none";
+}
+
+// Its speed is brought into the fan's range as soon as that is known.
+TEST_F(MonitorPreferences, PresetMaxIsMoreThanAnyFanCanDoWhereTheMaximumIsUnknown) {
+    smc.remove("F0Mx");
+    start();
+    monitor().apply(Preset::max);
+    EXPECT_EQ(monitor().setting(0), constant(10000));
+    EXPECT_EQ(monitor().setting(1), constant(6000));
+}
+
 TEST_F(MonitorPreferences, PresetWithoutAnyFanIsOnlyRemembered) {
     make();
     QSignalSpy settingsChanged(&monitor(), &Monitor::settingsChanged);
