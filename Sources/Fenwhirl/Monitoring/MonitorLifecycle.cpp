@@ -208,7 +208,7 @@ bool Monitor::Private::hasGoneBack(int index) const {
     }
     const auto answer = std::make_shared<std::promise<bool>>();
     auto answered = answer->get_future();
-    queue->async([answer, index, poller = poller] { answer->set_value(poller->hasGoneBack(index)); });
+    queue->async([answer, index, smcPoller = poller] { answer->set_value(smcPoller->hasGoneBack(index)); });
     return answered.wait_for(services.drainTimeout) == std::future_status::ready && answered.get();
 }
 

@@ -92,19 +92,19 @@ void Monitor::Private::pollRegularly() {
         const auto stamp = helper.fileStamp ? helper.fileStamp() : std::nullopt;
         return stamp ? std::optional(HelperFile{.isThere = true, .stamp = *stamp}) : std::nullopt;
     };
-    queue->every(services.pollInterval, [this, helperFile, poll = pollWork(), mailbox = mailbox, stop = stop,
-                                         reply = inbox.sender()] {
-        if (*stop) {
+    queue->every(services.pollInterval, [this, helperFile, poll = pollWork(), box = mailbox,
+                                         hasStopped = stop, reply = inbox.sender()] {
+        if (*hasStopped) {
             return;
         }
-        switch (mailbox->due(helperFile())) {
+        switch (box->due(helperFile())) {
         case PollMailbox::Due::poll:
             poll();
             break;
         case PollMailbox::Due::askMainThread:
             reply.post([this] {
                 mainThread.assertIsCurrent();
-                this->mailbox->questionReceived();
+                mailbox->questionReceived();
                 monitor.tick();
             });
             break;
@@ -115,13 +115,13 @@ void Monitor::Private::pollRegularly() {
 }
 
 std::function<void()> Monitor::Private::pollWork() {
-    return [this, mailbox = mailbox, poller = poller, reply = inbox.sender()] {
-        if (auto result = poller->poll(mailbox->take())) {
-            mailbox->resultSent();
+    return [this, box = mailbox, smcPoller = poller, reply = inbox.sender()] {
+        if (auto result = smcPoller->poll(box->take())) {
+            box->resultSent();
             reply.post([this, result = std::move(*result)] {
                 mainThread.assertIsCurrent();
                 publish(result);
-                this->mailbox->resultPublished();
+                mailbox->resultPublished();
             });
         }
     };
