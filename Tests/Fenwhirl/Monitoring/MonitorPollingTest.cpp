@@ -113,19 +113,16 @@ protected:
 
 TEST_F(MonitorOwnPolls, NeedNotWakeTheMainThread) {
     Monitor monitor(quickServices(std::chrono::milliseconds(25))); // time enough to publish a result
-    QSignalSpy polled(&monitor, &Monitor::polled);
+    int looksBefore = 0;
+    int pollsWithoutLook = 0;
+    QObject::connect(&monitor, &Monitor::polled, &monitor, [&] {
+        pollsWithoutLook += looksFromHere == looksBefore ? 1 : 0;
+        looksBefore = looksFromHere;
+    });
     monitor.start();
-    // Until the version of the helper is known, the main thread takes part.
-    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 1 && helper.versionReads == 1; }));
-    for (int settled = 0, before = 0; settled < 20; ++settled) {
-        before = looksFromHere;
-        polled.clear();
-        ASSERT_TRUE(waitUntil([&] { return polled.count() >= 5; }));
-        if (looksFromHere == before) {
-            return;
-        }
-    }
-    FAIL() << "every poll is started by the main thread";
+    // Until the version of the helper is known, the main thread takes part; and so it does on a busy computer whenever it
+    // publishes a result too late.
+    EXPECT_TRUE(waitUntil([&] { return pollsWithoutLook >= 5; }));
 }
 
 TEST_F(MonitorOwnPolls, StopWhileTheMainThreadHangs) {
@@ -562,11 +559,12 @@ TEST_F(MonitorPolling, HangingVersionBlocksNeitherWindowNorReadings) {
 
 TEST_F(MonitorPolling, AnAnswerAboutAHelperThatIsGoneDoesNotCount) {
     std::promise<void> release;
-    helper.onVersion = [&, released = release.get_future().share()] {
-        if (helper.versionReads == 1) {
+    // The second answer may still be under way when this test is over; it must not use what belongs to the test.
+    helper.onVersion = [&fake = *helperOwner, released = release.get_future().share()] {
+        if (fake.versionReads == 1) {
             released.wait();
         } else {
-            helper.setVersion("3");
+            fake.setVersion("3");
         }
     };
     helper.setVersion("2");
