@@ -163,9 +163,9 @@ class AsRoot(InstallTest):
         self.assertGreater(len(faults), 150)
         ended = set()
         for name, number, error in faults[::rounds(12, 1)]:
-            done = subprocess.run(["strace", "-f", "-o", "/dev/null", "-e", f"inject={name}:error={error}:when={number}",
-                                   "timeout", "20", "sh", "-c", command], stdin=subprocess.DEVNULL, capture_output=True,
-                                  check=False)
+            done = subprocess.run(["strace", "-f", "--seccomp-bpf", "-o", "/dev/null", "-e", f"trace={name}",
+                                   "-e", f"inject={name}:error={error}:when={number}", "timeout", "20", "sh", "-c", command],
+                                  stdin=subprocess.DEVNULL, capture_output=True, check=False)
             ended.add(done.returncode == 0)
             # A file with the set-user-ID bit is always a complete helper, whether the old one or the new one.
             if HELPER.exists():

@@ -584,6 +584,26 @@ TEST_F(MonitorPolling, AnAnswerAboutAHelperThatIsGoneDoesNotCount) {
     EXPECT_FALSE(monitor().helperOutdated());
 }
 
+TEST_F(MonitorPolling, APollThatWaitsTakesTheNewestAlertThreshold) {
+    start();
+    std::promise<void> release;
+    std::atomic<bool> isPolling = false;
+    smc.hook = [&isPolling, released = release.get_future().share()](const SMCParam&) {
+        isPolling = true;
+        released.wait();
+        return std::optional<ScriptedSMC::Reply>();
+    };
+    QSignalSpy polled(&monitor(), &Monitor::polled);
+    monitor().tick();
+    ASSERT_TRUE(waitUntil([&] { return isPolling.load(); }));
+    monitor().tick(); // this poll waits for the other
+    monitor().setAlertThreshold(45);
+    release.set_value();
+    ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
+    EXPECT_TRUE(monitor().isProtecting());
+    smc.hook = nullptr;
+}
+
 TEST_F(MonitorPolling, VersionIsAskedForOnceWhileTheFileStaysTheSame) {
     MonitorServices stamped = services();
     std::int64_t stamp = 7;
