@@ -3,6 +3,7 @@
 
 #include "Fenwhirl/Views/Components/Theme.h"
 #include "Life.h"
+#include "Support/WaitUntil.h"
 
 #include <QGuiApplication>
 #include <QPalette>
@@ -22,10 +23,6 @@
 namespace Fenwhirl {
 
 namespace {
-
-bool eventually(const std::function<bool()>& condition) {
-    return MonitorHarness::waitUntil(condition);
-}
 
 // The lower edge, in window coordinates, of the item with this text inside `item`; 0 when there is none.
 double bottomOf(const QQuickItem& item, const QString& text) {
@@ -114,7 +111,7 @@ TEST(Launch, WithoutAStatusItemTheMainWindowIsShown) {
     life.statusItem.placed = false;
     life.delegate->applicationDidFinishLaunching();
     EXPECT_FALSE(life.mainIsShown());
-    EXPECT_TRUE(eventually([&] { return life.mainIsShown(); }));
+    EXPECT_TRUE(waitUntil([&] { return life.mainIsShown(); }));
 }
 
 TEST(Reopen, OpensAndRaisesTheOneMainWindow) {
@@ -193,7 +190,7 @@ TEST(Panel, OpensAboveAnItemOfABottomBar) {
     life.world.helper.installed = false;
     life.world.monitor().apply(Preset::max);
     life.world.poll();
-    EXPECT_TRUE(eventually([&] { return panel->height() > before && standsOnIt(); }))
+    EXPECT_TRUE(waitUntil([&] { return panel->height() > before && standsOnIt(); }))
         << panel->y() << " + " << panel->height();
 }
 
@@ -203,8 +200,8 @@ TEST(Panel, FollowsTheSizeOfTextsWhileItIsOpen) {
     const QQuickWindow* panel = life.windows->panel();
     const QSize before = panel->size();
     life.appearance.setTextScale(2);
-    EXPECT_TRUE(eventually(
-        [&] { return panel->width() == 2 * before.width() && panel->height() > before.height(); }));
+    EXPECT_TRUE(
+        waitUntil([&] { return panel->width() == 2 * before.width() && panel->height() > before.height(); }));
     EXPECT_EQ(panel->minimumSize(), panel->size());
     EXPECT_EQ(panel->maximumSize(), panel->size());
 }
@@ -242,9 +239,9 @@ TEST(Appearance, AutomaticFollowsTheSystem) {
     QQuickWindow* window = life.windows->main();
     EXPECT_EQ(window->color(), QColor(0xF3, 0xF4, 0xF7));
     life.appearance.setDark(true);
-    EXPECT_TRUE(eventually([&] { return window->color() == QColor(0x16, 0x18, 0x1D); }));
+    EXPECT_TRUE(waitUntil([&] { return window->color() == QColor(0x16, 0x18, 0x1D); }));
     life.world.monitor().setTheme(AppTheme::light);
-    EXPECT_TRUE(eventually([&] { return window->color() == QColor(0xF3, 0xF4, 0xF7); }));
+    EXPECT_TRUE(waitUntil([&] { return window->color() == QColor(0xF3, 0xF4, 0xF7); }));
 }
 
 TEST(Appearance, TextsAndThePanelAreAsLargeAsTheSystemSays) {
@@ -272,7 +269,7 @@ TEST(StatusItemStart, AppearsAfterTheFirstPictureOfTheWindow) {
     QSignalSpy drawn(life.windows.get(), &WindowControl::mainDrawn);
     life.delegate->applicationDidFinishLaunching();
     EXPECT_TRUE(life.statusItem.isPostponed);
-    ASSERT_TRUE(eventually([&] { return drawn.count() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return drawn.count() == 1; }));
     EXPECT_FALSE(life.statusItem.isPostponed);
 }
 

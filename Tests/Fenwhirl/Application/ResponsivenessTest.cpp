@@ -7,6 +7,7 @@
 #include "Fenwhirl/Processes/ProcessMonitor.h"
 #include "Support/MainThreadPauses.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/WaitUntil.h"
 
 #include <QSignalSpy>
 

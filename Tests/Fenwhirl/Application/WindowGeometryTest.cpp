@@ -4,6 +4,7 @@
 
 #include "Life.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/WaitUntil.h"
 
 #include <QScreen>
 #include <QTest>
@@ -109,8 +110,8 @@ TEST_F(RestoredWindow, AMaximisedWindowComesBackMaximisedAndKeepsItsOwnSize) {
         const auto life = begin();
         move(*life, area);
         life->windows->main()->showMaximized();
-        ASSERT_TRUE(MonitorHarness::waitUntil(
-            [&] { return life->windows->main()->windowStates().testFlag(Qt::WindowMaximized); }));
+        ASSERT_TRUE(
+            waitUntil([&] { return life->windows->main()->windowStates().testFlag(Qt::WindowMaximized); }));
     }
     QFile written(file);
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));

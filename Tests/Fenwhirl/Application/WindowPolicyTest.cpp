@@ -3,6 +3,7 @@
 // nothing.
 
 #include "Life.h"
+#include "Support/WaitUntil.h"
 
 #include <QGuiApplication>
 #include <QStringList>
@@ -59,7 +60,7 @@ protected:
         QWindow another;
         another.show();
         another.requestActivate();
-        ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !panel->isActive(); }));
+        ASSERT_TRUE(waitUntil([&] { return !panel->isActive(); }));
     }
 };
 
@@ -194,7 +195,7 @@ TEST_F(WindowPolicy, ThePanelIsClosedBeforeTheUserIsAskedWhereToSave) {
         panelWasOpen = life.windows->panel()->isVisible();
     };
     life.windows->createReport();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return panelWasOpen.has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return panelWasOpen.has_value(); }));
     EXPECT_EQ(panelWasOpen, false);
 }
 

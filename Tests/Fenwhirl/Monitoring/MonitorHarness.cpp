@@ -1,7 +1,7 @@
 #include "MonitorHarness.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include "Support/WaitUntil.h"
+
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -148,19 +148,6 @@ FanSetting MonitorHarness::curve(double startTemp, double maxTemp, std::string s
             .sensorKey = std::move(sensorKey),
             .startTemp = startTemp,
             .maxTemp = maxTemp};
-}
-
-bool MonitorHarness::waitUntil(const std::function<bool()>& condition) {
-    const QDeadlineTimer deadline(std::chrono::minutes(1));
-    while (!condition()) {
-        if (deadline.hasExpired()) {
-            return false;
-        }
-        // WaitForMoreEvents returns as soon as an event arrives. The limit only matters for conditions that
-        // no event announces.
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-    }
-    return true;
 }
 
 } // namespace Fenwhirl

@@ -112,9 +112,6 @@ public:
 
     [[nodiscard]] MonitorServices services();
 
-    // Runs the event loop until the condition is true; returns false after a minute.
-    [[nodiscard]] static bool waitUntil(const std::function<bool()>& condition);
-
 private:
     std::atomic<double> seconds_ = 1000;
     std::atomic<double> secondsAhead_ = 1.8e9;

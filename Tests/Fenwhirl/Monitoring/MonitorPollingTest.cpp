@@ -1,5 +1,6 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "MonitorHarness.h"
+#include "Support/WaitUntil.h"
 
 #include <QDeadlineTimer>
 #include <QSignalSpy>

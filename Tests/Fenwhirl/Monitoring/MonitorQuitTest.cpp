@@ -1,5 +1,6 @@
 #include "MonitorHarness.h"
 #include "Support/Volume.h"
+#include "Support/WaitUntil.h"
 
 #include <QSignalSpy>
 

@@ -1,5 +1,6 @@
 #include "Fenwhirl/Monitoring/MonitorHarness.h"
 #include "Fenwhirl/Platform/Toolkit/MainThreadInbox.h"
+#include "Support/WaitUntil.h"
 
 #include <QSignalSpy>
 

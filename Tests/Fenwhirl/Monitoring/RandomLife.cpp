@@ -1,5 +1,7 @@
 #include "RandomLife.h"
 
+#include "Support/WaitUntil.h"
+
 namespace Fenwhirl {
 
 namespace {
@@ -162,7 +164,7 @@ void RandomLife::startProcess() {
     }
     QSignalSpy polled(monitor_.get(), &Monitor::polled);
     monitor_->start();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return polled.count() >= 1; }));
+    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 1; }));
     disturbed();
     polledOnce();
 }
@@ -176,7 +178,7 @@ void RandomLife::dieDuringAPoll() {
 void RandomLife::poll() {
     QSignalSpy polled(monitor_.get(), &Monitor::polled);
     monitor_->tick();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return polled.count() >= 1; }));
+    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 1; }));
     polledOnce();
 }
 

@@ -2,13 +2,12 @@
 
 #include "Support/MainThreadPauses.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <QDeadlineTimer>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStandardPaths>
@@ -106,10 +105,7 @@ protected:
     }
 
     void waitForCalls(qsizetype count) {
-        const QDeadlineTimer deadline(60'000);
-        while (service.calls.size() < count && !deadline.hasExpired()) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-        }
+        ASSERT_TRUE(waitUntil([&] { return service.calls.size() >= count; }));
     }
 
     ~NotifierTest() override { QDBusConnection::disconnectFromBus(QStringLiteral("service")); }
@@ -207,12 +203,12 @@ TEST_F(NotifierTest, RealServiceShowsTitleAndMessage) {
     environment.insert(QStringLiteral("DISPLAY"), u':' + QString::fromLatin1(display.readLine().trimmed()));
     notifications.setProcessEnvironment(environment);
     notifications.start(dunst, {QStringLiteral("-print")});
-    const QDeadlineTimer deadline(60'000);
-    while (!QDBusConnection::sessionBus().interface()->isServiceRegistered(
-               QStringLiteral("org.freedesktop.Notifications")) &&
-           !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-    }
+    ASSERT_TRUE(waitUntil([] {
+        return QDBusConnection::sessionBus()
+            .interface()
+            ->isServiceRegistered(QStringLiteral("org.freedesktop.Notifications"))
+            .value();
+    }));
     Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("Ton Mac chauffe : 93 degrés."));
     QByteArray shown;
     while (!shown.contains("script_count") && notifications.waitForReadyRead()) {

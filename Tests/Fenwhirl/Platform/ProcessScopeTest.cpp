@@ -2,14 +2,13 @@
 
 #include "Support/MainThreadPauses.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
-#include <QDeadlineTimer>
 #include <QProcess>
 
 #include <cstdlib>
@@ -78,10 +77,7 @@ protected:
     }
 
     void waitForCall() {
-        const QDeadlineTimer deadline(60'000);
-        while (manager.calls.isEmpty() && !deadline.hasExpired()) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-        }
+        ASSERT_TRUE(waitUntil([this] { return !manager.calls.isEmpty(); }));
     }
 
     static QProcess* bus;

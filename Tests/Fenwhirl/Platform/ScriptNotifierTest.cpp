@@ -3,9 +3,8 @@
 #include "Fenwhirl/Platform/ScriptNotifier.h"
 
 #include "Support/TemporaryFolder.h"
+#include "Support/WaitUntil.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFile>
 
 #include <cerrno>
@@ -18,11 +17,8 @@ namespace {
 
 // The fake tool writes to a temporary name and renames the file once it is complete.
 QByteArray waitForFile(const std::string& path) {
-    const QDeadlineTimer deadline(60'000);
     QFile file(QString::fromStdString(path));
-    while (!file.exists() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-    }
+    EXPECT_TRUE(waitUntil([&file] { return file.exists(); }));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 

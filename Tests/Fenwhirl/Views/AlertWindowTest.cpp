@@ -2,6 +2,7 @@
 
 #include "FittingWindow.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -36,15 +37,13 @@ TEST(AlertWindow, IsAsHighAsItsContentAndFollowsTheSizeOfTexts) {
     int before = 0;
     for (const double scale : {1.0, 1.5, 2.0}) {
         stage.setTextScale(scale);
-        ASSERT_TRUE(
-            MonitorHarness::waitUntil([&] { return endOfContent(stage) + 20 == stage.window().height(); }));
+        ASSERT_TRUE(waitUntil([&] { return endOfContent(stage) + 20 == stage.window().height(); }));
         expectFixedSize(stage.window(), QSize(static_cast<int>(300 * scale), stage.window().height()));
         EXPECT_GT(stage.window().height(), before);
         before = stage.window().height();
     }
     stage.setTextScale(1);
-    ASSERT_TRUE(
-        MonitorHarness::waitUntil([&] { return endOfContent(stage) + 20 == stage.window().height(); }));
+    ASSERT_TRUE(waitUntil([&] { return endOfContent(stage) + 20 == stage.window().height(); }));
     expectFixedSize(stage.window(), QSize(300, stage.window().height()));
     EXPECT_LT(stage.window().height(), before);
 }

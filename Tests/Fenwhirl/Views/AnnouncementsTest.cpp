@@ -2,6 +2,7 @@
 // also shown.
 
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QTest>
 
@@ -82,7 +83,7 @@ TEST(Announcements, AReportIsToldWhileItIsBeingMade) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
     stage.models().report()->create();
     EXPECT_TRUE(stage.announced().contains(QStringLiteral("Création en cours…")));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.models().report()->busy(); }));
 }
 
 TEST(Announcements, F1SumsUpTheTemperatureAndEveryFan) {
@@ -104,8 +105,7 @@ TEST(Announcements, ThePanelSaysHowTheMacIsWhenItOpens) {
     Stage stage;
     stage.show(menuPanelFile());
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
-    EXPECT_TRUE(MonitorHarness::waitUntil(
-        [&] { return stage.announced().contains(QStringLiteral("Tout est normal")); }));
+    EXPECT_TRUE(waitUntil([&] { return stage.announced().contains(QStringLiteral("Tout est normal")); }));
 }
 
 TEST(Announcements, EachStepOfTheIntroductionIsTold) {

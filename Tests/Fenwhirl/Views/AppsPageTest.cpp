@@ -1,6 +1,7 @@
 // The applications page, and the question before an application is quit.
 
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QImage>
 #include <QTcpServer>
@@ -86,7 +87,7 @@ TEST(AppsPage, ShowsAnApplicationsIconAndTheGearsForWhatHasNone) {
         const QPoint corner(place.left() - stage.window().x(), place.center().y() - 13 - stage.window().y());
         return stage.window().grabWindow().copy(QRect(corner, QSize(28, 28)));
     };
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return icon(0).pixelColor(14, 14) == Qt::red; }));
+    ASSERT_TRUE(waitUntil([&] { return icon(0).pixelColor(14, 14) == Qt::red; }));
     EXPECT_EQ(icon(0).pixelColor(1, 1), Qt::red);
     const QImage gears = icon(1);
     const QColor card(0x1F, 0x22, 0x29);
@@ -118,7 +119,7 @@ TEST(AppsPage, CancellingLeavesTheApplicationRunningAndItsSwitchOn) {
     EXPECT_FALSE(rows->data(rows->index(0), on).toBool());
     EXPECT_TRUE(firefox->state().checked);
     stage.click(QStringLiteral("Annuler"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().apps()->asking(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.models().apps()->asking(); }));
     EXPECT_TRUE(rows->data(rows->index(0), on).toBool());
     EXPECT_TRUE(stage.quitRequests.empty());
 }
@@ -137,7 +138,7 @@ TEST(AppsPage, TheQuestionIsModalAndHidesWhatItCoversFromScreenReaders) {
     EXPECT_TRUE(stage.all(QAccessible::PageTab).isEmpty());
     EXPECT_EQ(stage.find(QStringLiteral("Firefox"), QAccessible::CheckBox), nullptr);
     stage.press(Qt::Key_Escape);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().apps()->asking(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.models().apps()->asking(); }));
     EXPECT_EQ(stage.all(QAccessible::PageTab).size(), 7);
     EXPECT_NE(stage.find(QStringLiteral("Firefox"), QAccessible::CheckBox), nullptr);
 }
@@ -149,7 +150,7 @@ TEST(AppsPage, EscapeCancels) {
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
     stage.press(Qt::Key_Escape);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().apps()->asking(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.models().apps()->asking(); }));
     EXPECT_TRUE(stage.quitRequests.empty());
 }
 
@@ -160,7 +161,7 @@ TEST(AppsPage, ClosingAsksTheApplicationToQuit) {
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
     stage.click(QStringLiteral("Fermer"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.quitRequests.empty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.quitRequests.empty(); }));
     EXPECT_EQ(stage.quitRequests, (std::vector<std::pair<qint32, bool>>{{80, false}}));
 }
 
@@ -171,7 +172,7 @@ TEST(AppsPage, ForcingDoesNotAsk) {
     stage.showPage(Page::apps);
     stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
     stage.click(QStringLiteral("Forcer la fermeture"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.quitRequests.empty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.quitRequests.empty(); }));
     EXPECT_EQ(stage.quitRequests, (std::vector<std::pair<qint32, bool>>{{80, true}}));
 }
 
@@ -225,15 +226,15 @@ TEST(AppsPage, SamplesOnlyWhileItIsOnScreen) {
     EXPECT_FALSE(stage.models().apps()->pageShown());
     stage.monitor().setSelectedPage(Page::apps);
     EXPECT_TRUE(stage.models().apps()->pageShown());
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.samples == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.samples == 1; }));
     // Starting takes an immediate sample only if sampling was stopped, so this shows that hiding the window
     // stopped it.
     stage.models().setAwake(false);
     stage.models().setAwake(true);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.samples == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.samples == 2; }));
     stage.monitor().setSelectedPage(Page::fans);
     stage.monitor().setSelectedPage(Page::apps);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.samples == 3; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.samples == 3; }));
     stage.monitor().setSelectedPage(Page::fans);
     EXPECT_FALSE(stage.models().apps()->pageShown());
 }

@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/Localization/NumberFormat.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QDateTime>
 
@@ -198,7 +199,7 @@ TEST(Dashboard, SaysWhenTheControllerCannotBeRead) {
     stage.world.preferences.setBoolean(QStringLiteral("didOnboard"), true);
     stage.world.make();
     stage.monitor().start();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().smcAvailable(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.monitor().smcAvailable(); }));
     stage.adopt();
     stage.show();
     EXPECT_TRUE(stage.shows(QStringLiteral("Fenwhirl n'arrive pas à lire les capteurs de ce Mac.")));
@@ -215,7 +216,7 @@ TEST(Dashboard, SaysSoAlsoWhenThatTurnsOutWhileItIsShown) {
     const QString text = QStringLiteral("Fenwhirl n'arrive pas à lire les capteurs de ce Mac.");
     EXPECT_FALSE(stage.shows(text));
     stage.monitor().start();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().smcAvailable(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.monitor().smcAvailable(); }));
     EXPECT_TRUE(stage.shows(text));
 }
 
@@ -228,7 +229,7 @@ TEST(Dashboard, OffersControlWhileItIsWantedAndTheHelperIsMissing) {
     stage.poll();
     EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
     stage.click(QStringLiteral("Activer"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperInstalled(); }));
     EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
 }
 
@@ -245,7 +246,7 @@ TEST(Dashboard, TheOfferIsBusyWhileInstallingAndComesBackWhenThatFails) {
     stage.click(QStringLiteral("Activer"));
     EXPECT_TRUE(stage.shows(QStringLiteral("Activation…")));
     gate.unlock();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().isInstalling(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.monitor().isInstalling(); }));
     EXPECT_TRUE(stage.shows(QStringLiteral("Activer")));
     EXPECT_TRUE(stage.shows(QStringLiteral("L'activation a été annulée ou a échoué.")));
 }
@@ -254,11 +255,11 @@ TEST(Dashboard, OffersAnUpdateOfAnOutdatedHelper) {
     Stage stage;
     stage.world.helper.setVersion("2");
     stage.show();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperOutdated(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperOutdated(); }));
     EXPECT_TRUE(stage.shows(QStringLiteral("Une mise à jour de l'assistant est disponible.")));
     stage.world.helper.setVersion("3");
     stage.click(QStringLiteral("Mettre à jour"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().helperOutdated(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.monitor().helperOutdated(); }));
     EXPECT_FALSE(stage.shows(QStringLiteral("Mettre à jour")));
 }
 
@@ -281,7 +282,7 @@ TEST(Dashboard, EveryBannerReachesToThePagesEdge) {
     Stage outdated;
     outdated.world.helper.setVersion("2");
     outdated.show();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return outdated.monitor().helperOutdated(); }));
+    ASSERT_TRUE(waitUntil([&] { return outdated.monitor().helperOutdated(); }));
     EXPECT_EQ(endOf(outdated, QStringLiteral("Mettre à jour")), 1040 - 18 - 20);
 }
 

@@ -4,6 +4,7 @@
 #include "Fenwhirl/Localization/NumberFormat.h"
 #include "ShownText.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QImage>
 
@@ -214,7 +215,7 @@ TEST(FanCard, ItsMenuClosesWithoutAChoiceWhenASensorGoes) {
     stage.press(Qt::Key_End);
     stage.world.smc.setNumber("TB0T", "sp78", -1);
     stage.poll();
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return stage.all(QAccessible::MenuItem).isEmpty(); }));
+    EXPECT_TRUE(waitUntil([&] { return stage.all(QAccessible::MenuItem).isEmpty(); }));
     EXPECT_EQ(stage.monitor().setting(0).sensorKey, "");
 }
 
@@ -228,7 +229,7 @@ TEST(FanCard, MayGoWhileItsMenuIsOpen) {
     stage.world.smc.remove("F0Ac");
     stage.poll();
     ASSERT_EQ(stage.models().machine()->fans()->count(), 1);
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return stage.all(QAccessible::MenuItem).isEmpty(); }));
+    EXPECT_TRUE(waitUntil([&] { return stage.all(QAccessible::MenuItem).isEmpty(); }));
 }
 
 TEST(FanCard, AStoredSensorThatIsGoneShowsNoChoice) {
@@ -325,10 +326,10 @@ TEST(FanCard, GrowsToWhatAModeNeedsAndWithReducedMotionAtOnce) {
     stage.setReducedMotion(false);
     choose("Selon un capteur");
     EXPECT_LT(height(), 481);
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return height() == 481; }));
+    EXPECT_TRUE(waitUntil([&] { return height() == 481; }));
     choose("Auto");
     EXPECT_GT(height(), automatic);
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return height() == automatic; }));
+    EXPECT_TRUE(waitUntil([&] { return height() == automatic; }));
 }
 
 TEST(FanCard, TheCurvesHandlesWriteWhatTheSteppersWrite) {
@@ -445,7 +446,7 @@ TEST(FansPage, OffersControlWhileItIsWantedAndTheHelperIsMissing) {
     stage.monitor().apply(Preset::max);
     stage.poll();
     stage.click(QStringLiteral("Activer"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperInstalled(); }));
     EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
 }
 

@@ -1,6 +1,7 @@
 // The grid of the fans' cards: the number of columns, and the width and height of the cards.
 
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QQuickItem>
 
@@ -22,7 +23,7 @@ FanSetting settingOf(FanModeKind mode) {
 QList<QRect> cards(Stage& stage, int width) {
     const QSize size(width, 2400);
     stage.window().resize(size);
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return stage.window().contentItem()->size() == size; }));
+    EXPECT_TRUE(waitUntil([&] { return stage.window().contentItem()->size() == size; }));
     static_cast<void>(stage.window().grabWindow()); // forces a layout
     QList<QRect> places;
     for (const QAccessibleInterface* group : stage.all(QAccessible::Grouping)) {

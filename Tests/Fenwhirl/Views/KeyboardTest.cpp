@@ -2,6 +2,7 @@
 // one focus ring is visible.
 
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QQuickItem>
 #include <QTest>
@@ -195,7 +196,7 @@ TEST(KeyboardInTheSidebar, PageKeysScrollThePageFromThereToo) {
 // A control that disappears passes the focus on with a short delay.
 void waitForFocus(Stage& stage, const QString& name) {
     ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return focused(stage).section(u' ', 1) == name; }))
+    ASSERT_TRUE(waitUntil([&] { return focused(stage).section(u' ', 1) == name; }))
         << focused(stage).toStdString();
 }
 
@@ -236,7 +237,7 @@ TEST(KeyboardInTheWindow, AButtonsReplacementGetsItsFocus) {
     stage.world.helper.installed = false;
     stage.showPage(Page::settings);
     stage.click(QStringLiteral("Activer le contrôle"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperInstalled(); }));
     waitForFocus(stage, QStringLiteral("Réinstaller")); // the button that replaced it
 }
 
@@ -330,7 +331,7 @@ TEST(KeyboardInAMenu, AKeyThatIsStillHeldAfterOpeningItChoosesNothing) {
         stage.press(Qt::Key_Tab);
     }
     stage.press(Qt::Key_Return);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.all(QAccessible::MenuItem).isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.all(QAccessible::MenuItem).isEmpty(); }));
     for (int i = 0; i < 3; ++i) {
         QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
         QCoreApplication::sendEvent(&stage.window(), &held);

@@ -3,6 +3,7 @@
 
 #include "ShownText.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -121,14 +122,14 @@ TEST(LanguageChange, ReachesBannersThatShowAlready) {
     expectFollows([](Stage& stage) {
         stage.world.helper.setVersion("1");
         stage.show();
-        ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperOutdated(); }));
+        ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperOutdated(); }));
     });
     expectFollows([](Stage& stage) {
         stage.world.helper.installed = false;
         stage.world.helper.installSucceeds = false;
         stage.show();
         stage.monitor().installHelper();
-        ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().controlError().isEmpty(); }));
+        ASSERT_TRUE(waitUntil([&] { return !stage.monitor().controlError().isEmpty(); }));
     });
 }
 

@@ -4,6 +4,7 @@
 #include "Fenwhirl/Views/Components/Palette.h"
 #include "FittingWindow.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QQuickItem>
 #include <QTest>
@@ -214,7 +215,7 @@ TEST(MenuPanel, ShowsTheScrollBarOfManyFansForAMomentWhenItOpens) {
     stage.show(menuPanelFile());
     stage.showFans(30);
     stage.window().setProperty("maximumPanelHeight", 600);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+    ASSERT_TRUE(waitUntil([&] {
         static_cast<void>(stage.window().grabWindow());
         return stage.window().height() <= 600;
     }));
@@ -222,12 +223,12 @@ TEST(MenuPanel, ShowsTheScrollBarOfManyFansForAMomentWhenItOpens) {
     const QRect lastChip = stage.find(QStringLiteral("Max"), chip)->rect();
     const QPoint place = QPoint(stage.window().width() - 6, lastChip.bottom() + 14 + 20 - stage.window().y());
     const QColor card = palette(true)[static_cast<std::size_t>(PaletteColor::card)];
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.colorAt(place) == card; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.colorAt(place) == card; }));
     stage.window().hide();
     stage.window().show();
     QCoreApplication::processEvents(); // the panel begins to appear
     EXPECT_NE(stage.colorAt(place), card);
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return stage.colorAt(place) == card; }));
+    EXPECT_TRUE(waitUntil([&] { return stage.colorAt(place) == card; }));
 }
 
 TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
@@ -237,7 +238,7 @@ TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
     stage.showFans(fans);
     ASSERT_EQ(stage.all(slider).size(), fans);
     stage.window().setProperty("maximumPanelHeight", 600);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+    ASSERT_TRUE(waitUntil([&] {
         static_cast<void>(stage.window().grabWindow());
         return stage.window().height() <= 600;
     }));
@@ -256,7 +257,7 @@ TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
     // The last row is cut, whatever the height: its name is in the list, and its slider is not.
     for (const int room : {600, 590, 580, 570, 560, 550, 600}) {
         stage.window().setProperty("maximumPanelHeight", room);
-        ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+        ASSERT_TRUE(waitUntil([&] {
             static_cast<void>(stage.window().grabWindow());
             return stage.window().height() <= room && stage.window().height() > room - 62;
         }));
@@ -287,7 +288,7 @@ TEST(MenuPanel, WhereNotEvenThreeFansFitAllOfItScrolls) {
     stage.world.smc.addOlderFans(10);
     stage.show(menuPanelFile());
     stage.window().setProperty("maximumPanelHeight", 380);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+    ASSERT_TRUE(waitUntil([&] {
         static_cast<void>(stage.window().grabWindow());
         return stage.window().height() == 380;
     }));
@@ -337,7 +338,7 @@ TEST(MenuPanel, OffersControlOnlyWhileItIsWantedAndMissing) {
     stage.monitor().apply(Preset::max);
     stage.poll();
     stage.click(QStringLiteral("Activer le contrôle des ventilateurs"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperInstalled(); }));
     EXPECT_EQ(stage.world.helper.installs, 1);
     EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
 }
@@ -375,10 +376,8 @@ int endOfContent(Stage& stage) {
 
 // Waits until the window ends just below its last button, and returns its height.
 int fittingHeight(Stage& stage) {
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] {
-        return endOfContent(stage) + 16 == stage.window().height();
-    })) << "the last button ends at "
-        << endOfContent(stage) << " of " << stage.window().height();
+    EXPECT_TRUE(waitUntil([&] { return endOfContent(stage) + 16 == stage.window().height(); }))
+        << "the last button ends at " << endOfContent(stage) << " of " << stage.window().height();
     expectFixedSize(stage.window(), QSize(340, stage.window().height()));
     return stage.window().height();
 }
@@ -422,8 +421,7 @@ TEST(MenuPanel, FollowsTheLanguageAndTheSizeOfTexts) {
     stage.monitor().setLanguage(AppLanguage::fr);
     EXPECT_EQ(fittingHeight(stage), french);
     stage.setTextScale(2);
-    ASSERT_TRUE(
-        MonitorHarness::waitUntil([&] { return endOfContent(stage) + 16 == stage.window().height(); }));
+    ASSERT_TRUE(waitUntil([&] { return endOfContent(stage) + 16 == stage.window().height(); }));
     expectFixedSize(stage.window(), QSize(680, stage.window().height()));
     stage.setTextScale(1);
     EXPECT_EQ(fittingHeight(stage), french);
@@ -437,9 +435,7 @@ TEST(MenuPanel, HasRoomForItsShadowWhereItDrawsOne) {
     stage.window().setProperty("shadowed", true);
     EXPECT_EQ(stage.window().property("panelArea").toRectF(), QRectF(50, 32, 340, height));
     EXPECT_EQ(stage.window().size(), QSize(440, height + 100));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
-        return stage.colorAt({60, 100}) == QColor(0x1F, 0x22, 0x29);
-    }));
+    ASSERT_TRUE(waitUntil([&] { return stage.colorAt({60, 100}) == QColor(0x1F, 0x22, 0x29); }));
 }
 
 TEST(MenuPanel, ClosesOnAPressOnItsShadowAndNotOnItself) {

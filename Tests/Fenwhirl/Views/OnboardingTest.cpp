@@ -1,6 +1,7 @@
 // The introduction at the first start.
 
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QQmlComponent>
 #include <QQuickItem>
@@ -39,7 +40,7 @@ TEST(Onboarding, FadesAwayAndLeavesTheWindowToThePointer) {
     stage.setReducedMotion(false);
     stage.click(QStringLiteral("Commencer"));
     EXPECT_TRUE(stage.shows(QStringLiteral("Tout est prêt"))) << "it has only begun to fade";
-    EXPECT_TRUE(MonitorHarness::waitUntil([&] { return !stage.shows(QStringLiteral("Tout est prêt")); }));
+    EXPECT_TRUE(waitUntil([&] { return !stage.shows(QStringLiteral("Tout est prêt")); }));
     stage.click(QStringLiteral("Alertes"), QAccessible::PageTab);
     EXPECT_EQ(stage.monitor().selectedPage(), Page::alerts);
 }
@@ -86,7 +87,7 @@ TEST(Onboarding, InstallingTheHelperShowsThatControlIsActive) {
     stage.show();
     stage.click(QStringLiteral("Suivant"));
     stage.click(QStringLiteral("Activer le contrôle"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperInstalled(); }));
     EXPECT_TRUE(stage.shows(QStringLiteral("Contrôle activé")));
     EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle")));
 }
@@ -98,7 +99,7 @@ TEST(Onboarding, AFailedInstallationReturnsToTheButton) {
     stage.show();
     stage.click(QStringLiteral("Suivant"));
     stage.click(QStringLiteral("Activer le contrôle"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().isInstalling(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.monitor().isInstalling(); }));
     EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle")));
     stage.click(QStringLiteral("Suivant")); // and the user can leave the step
     EXPECT_TRUE(stage.shows(QStringLiteral("Tout est prêt")));

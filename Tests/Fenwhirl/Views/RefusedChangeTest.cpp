@@ -3,6 +3,7 @@
 
 #include "FittingWindow.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <gtest/gtest.h>
 
@@ -49,7 +50,7 @@ TEST(RefusedChange, ThePresetsPageOffersTheHelperThatIsMissing) {
     stage.poll();
     EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
     stage.click(QStringLiteral("Activer"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperInstalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperInstalled(); }));
     EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
 }
 
@@ -69,13 +70,12 @@ TEST(RefusedChange, IsALineInThePanelUnderTheHealthOfTheMac) {
               stage.find(QStringLiteral("Tout est normal"), QAccessible::StaticText)->rect().bottom() + 1 +
                   8);
     EXPECT_LT(line->rect().bottom(), stage.all(QAccessible::ListItem).first()->rect().top());
-    ASSERT_TRUE(
-        MonitorHarness::waitUntil([&] { return stage.window().height() == before + 8 + lineHeight; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.window().height() == before + 8 + lineHeight; }));
     expectFixedSize(stage.window(), QSize(340, before + 8 + lineHeight));
     stage.click(QStringLiteral("Fermer"));
     EXPECT_FALSE(stage.shows(refused));
     EXPECT_EQ(stage.monitor().controlError(), QString());
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.window().height() == before; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.window().height() == before; }));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "Fenwhirl/Views/HealthThresholds.h"
 #include "ShownText.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -228,7 +229,7 @@ TEST(SettingsPage, OffersWhatSuitsTheHelpersState) {
     EXPECT_TRUE(stage.shows(QStringLiteral("Réinstaller")));
     EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle")));
     stage.click(QStringLiteral("Désactiver"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().helperInstalled(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.monitor().helperInstalled(); }));
     EXPECT_TRUE(stage.shows(QStringLiteral("Non activé : Fenwhirl peut seulement lire les températures.")));
     EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle")));
     EXPECT_FALSE(stage.shows(QStringLiteral("Désactiver")));
@@ -239,11 +240,11 @@ TEST(SettingsPage, SaysWhenTheHelperIsOutdated) {
     stage.world.helper.setVersion("2");
     stage.showPage(Page::settings);
     const QString text = QStringLiteral("Une mise à jour de l'assistant est disponible.");
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperOutdated(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperOutdated(); }));
     EXPECT_TRUE(stage.shows(text));
     stage.world.helper.setVersion("3");
     stage.click(QStringLiteral("Réinstaller"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.monitor().helperOutdated(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.monitor().helperOutdated(); }));
     EXPECT_FALSE(stage.shows(text));
 }
 
@@ -274,7 +275,7 @@ TEST(SettingsPage, MakesAReportOnceAndHandsItOver) {
     EXPECT_TRUE(stage.shows(QStringLiteral("Création en cours…")));
     stage.models().report()->create(); // a second request while a report is being made
     gate.unlock();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.models().report()->busy(); }));
     ASSERT_EQ(stage.reports.size(), 1U);
     EXPECT_TRUE(stage.reports.front().contains(QStringLiteral("Assistant installé : oui")));
     EXPECT_FALSE(stage.reports.front().contains(QStringLiteral("-- Test d'écriture (6 s) --")));
@@ -286,7 +287,7 @@ TEST(SettingsPage, TheSwitchPutsTheFanTestIntoTheReport) {
     stage.showPage(Page::settings);
     stage.click(QStringLiteral("Inclure un test des ventilateurs (6 secondes)"), QAccessible::CheckBox);
     stage.click(QStringLiteral("Créer le rapport"));
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return !stage.models().report()->busy(); }));
+    ASSERT_TRUE(waitUntil([&] { return !stage.models().report()->busy(); }));
     EXPECT_TRUE(stage.reports.at(0).contains(QStringLiteral("-- Test d'écriture (6 s) --")));
 }
 

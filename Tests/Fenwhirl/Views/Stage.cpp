@@ -1,6 +1,7 @@
 #include "Stage.h"
 
 #include "Fenwhirl/Views/Components/Theme.h"
+#include "Support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <QQmlComponent>
@@ -184,7 +185,7 @@ void Stage::setApps(const QList<AppLoad>& apps) {
     }
     // A refresh is dropped while a sample is in progress, so repeat it until the list has arrived.
     QSignalSpy changed(processes_.get(), &ProcessMonitor::appsChanged);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] {
+    ASSERT_TRUE(waitUntil([&] {
         processes_->refresh();
         return !changed.isEmpty() || processes_->apps() == apps;
     }));

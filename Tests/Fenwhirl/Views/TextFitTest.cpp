@@ -4,6 +4,7 @@
 
 #include "ShownText.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QQuickItem>
 #include <QTest>
@@ -122,7 +123,7 @@ TEST(TextFit, OfTheOfferToUpdateTheHelper) {
     Stage stage;
     stage.world.helper.setVersion("1");
     stage.show();
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.monitor().helperOutdated(); }));
+    ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperOutdated(); }));
     expectPageFits(stage, Page::dashboard, "dashboard");
     expectPageFits(stage, Page::settings, "settings");
 }

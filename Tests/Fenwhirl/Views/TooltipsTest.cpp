@@ -1,6 +1,7 @@
 // A control that shows only a symbol tells in a tooltip what it is for.
 
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QQuickItem>
 #include <QTest>
@@ -79,10 +80,10 @@ QStringList tooltipsOf(QQuickWindow& window) {
     QStringList told;
     for (const QQuickItem* control : symbolControls(window)) {
         QTest::mouseMove(&window, {1, 1});
-        EXPECT_TRUE(MonitorHarness::waitUntil([&] { return openTooltips(window).isEmpty(); }));
+        EXPECT_TRUE(waitUntil([&] { return openTooltips(window).isEmpty(); }));
         const QPointF middle = control->mapToScene({control->width() / 2, control->height() / 2});
         QTest::mouseMove(&window, middle.toPoint());
-        EXPECT_TRUE(MonitorHarness::waitUntil([&] { return !openTooltips(window).isEmpty(); }))
+        EXPECT_TRUE(waitUntil([&] { return !openTooltips(window).isEmpty(); }))
             << "at " << middle.x() << ", " << middle.y();
         told.append(openTooltips(window));
     }

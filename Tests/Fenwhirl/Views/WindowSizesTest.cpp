@@ -3,6 +3,7 @@
 #include "Fenwhirl/Views/RowSlice.h"
 #include "Fenwhirl/Views/SensorList.h"
 #include "Stage.h"
+#include "Support/WaitUntil.h"
 
 #include <QQuickItem>
 #include <QSignalSpy>
@@ -21,7 +22,7 @@ namespace {
 void resize(Stage& stage, int width, int height = 1400) {
     const QSize size(width, height);
     stage.window().resize(size);
-    ASSERT_TRUE(MonitorHarness::waitUntil([&] { return stage.window().contentItem()->size() == size; }));
+    ASSERT_TRUE(waitUntil([&] { return stage.window().contentItem()->size() == size; }));
     for (int i = 0; i < 2; ++i) {
         static_cast<void>(stage.window().grabWindow()); // forces a layout
     }

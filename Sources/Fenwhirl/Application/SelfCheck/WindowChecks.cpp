@@ -18,7 +18,9 @@
 #include <QScreen>
 #include <QStringList>
 #include <QStyleHints>
+#include <QTimer>
 
+#include <chrono>
 #include <map>
 #include <utility>
 
@@ -32,12 +34,13 @@ constexpr int pauseMilliseconds = 350;
 
 bool waitUntil(const std::function<bool()>& question, int milliseconds = patienceMilliseconds) {
     const QDeadlineTimer deadline(milliseconds);
+    QTimer looks; // for what no event announces
+    looks.start(std::chrono::milliseconds(20));
     while (!question()) {
         if (deadline.hasExpired()) {
             return false;
         }
-        constexpr int turn = 20;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, turn);
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
     return true;
 }

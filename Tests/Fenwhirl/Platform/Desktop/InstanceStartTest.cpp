@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/Platform/Desktop/SingleInstanceLinux.h"
 #include "PrivateBus.h"
+#include "Support/WaitUntil.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -51,7 +52,7 @@ void startDuringTheEnd(std::unique_ptr<SingleInstanceLinux> ending, const Locati
     const QSignalSpy heard(next.get(), &SingleInstance::raiseRequested);
     const auto third = Location{where.folder, false}.instance();
     EXPECT_EQ(third->start([&] { return third->raiseFirst(); }), Start::handedOver);
-    EXPECT_TRUE(PrivateBus::waitUntil([&] { return heard.count() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return heard.count() == 1; }));
 }
 
 } // namespace
@@ -87,7 +88,7 @@ TEST(InstanceStart, DuringTheEndOfAnotherGetsNoAnswerFromIt) {
         wasAnswered = next->becomeFirst() || next->raiseFirst() || next->notifyFirst(QStringLiteral("game"));
         isDone = true;
     });
-    EXPECT_TRUE(PrivateBus::waitUntil([&] { return isDone.load(); }));
+    EXPECT_TRUE(waitUntil([&] { return isDone.load(); }));
     other.join();
     EXPECT_FALSE(wasAnswered);
     EXPECT_TRUE(raised.isEmpty());

@@ -1,7 +1,5 @@
 #include "PrivateBus.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFile>
 
 namespace Fenwhirl {
@@ -53,17 +51,6 @@ QDBusConnection PrivateBus::connect() {
     static int made = 0;
     return QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
                                          QStringLiteral("test%1").arg(++made));
-}
-
-bool PrivateBus::waitUntil(const std::function<bool()>& condition) {
-    const QDeadlineTimer deadline(30000);
-    while (!condition()) {
-        if (deadline.hasExpired()) {
-            return false;
-        }
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 20);
-    }
-    return true;
 }
 
 } // namespace Fenwhirl

@@ -9,8 +9,6 @@
 #include <QString>
 #include <QTemporaryDir>
 
-#include <functional>
-
 namespace Fenwhirl {
 
 class PrivateBus {
@@ -28,9 +26,6 @@ public:
 
     // Opens another connection, for the code under test or for its peer.
     [[nodiscard]] static QDBusConnection connect();
-
-    // Runs the event loop until the condition is true; returns false after half a minute.
-    [[nodiscard]] static bool waitUntil(const std::function<bool()>& condition);
 
 private:
     QTemporaryDir folder_;

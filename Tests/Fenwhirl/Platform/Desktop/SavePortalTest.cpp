@@ -1,5 +1,6 @@
 #include "Fenwhirl/Platform/Desktop/SavePortalLinux.h"
 #include "PrivateBus.h"
+#include "Support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -156,7 +157,7 @@ TEST(SavePortal, TakesTheDialogAwayWhenTheProgramEnds) {
     EXPECT_EQ(QCoreApplication::exec(), 0);
     EXPECT_TRUE(answer.answered);
     EXPECT_EQ(answer.path, QString());
-    EXPECT_TRUE(PrivateBus::waitUntil([&] { return portal.closed == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return portal.closed == 1; }));
 }
 
 class KeyCounter : public QWindow {

@@ -1,5 +1,6 @@
 #include "Fenwhirl/Platform/Desktop/SingleInstanceLinux.h"
 #include "PrivateBus.h"
+#include "Support/WaitUntil.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
@@ -33,7 +34,7 @@ bool raises(SingleInstanceLinux& first, const QString& folder, bool onBus = true
             second.raiseFirst();
         }
     });
-    const bool heard = PrivateBus::waitUntil([&] { return raised.count() == 1; });
+    const bool heard = waitUntil([&] { return raised.count() == 1; });
     other.join();
     return isSecond && heard;
 }
@@ -64,9 +65,9 @@ TEST(SingleInstance, RaisesTheFirstThroughThePipeWithoutABus) {
     SingleInstanceLinux second(folder.path(), noBus());
     ASSERT_FALSE(second.becomeFirst());
     second.raiseFirst();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return raised.count() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return raised.count() == 1; }));
     second.raiseFirst();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return raised.count() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return raised.count() == 2; }));
 }
 
 TEST(SingleInstance, RaisesTheFirstOverTheBusWithTheRightToTheFocus) {
@@ -96,7 +97,7 @@ TEST(SingleInstance, TheFirstIsToldOfAnActionThroughThePipeAndOverTheBus) {
                                        onBus ? PrivateBus::connect() : noBus());
             isTold = !second.becomeFirst() && second.notifyFirst(QStringLiteral("game"));
         });
-        EXPECT_TRUE(PrivateBus::waitUntil([&] { return asked.count() == 1; }));
+        EXPECT_TRUE(waitUntil([&] { return asked.count() == 1; }));
         other.join();
         EXPECT_TRUE(isTold);
         EXPECT_EQ(asked.value(0).value(0), QStringLiteral("game"));
@@ -127,7 +128,7 @@ TEST(SingleInstance, TheDesktopsMenuSpeaksToItByTheUsualInterface) {
     call(QStringLiteral("ActivateAction"), {QStringLiteral("max"), QVariantList(), QVariantMap()});
     call(QStringLiteral("Open"),
          {QStringList(), QVariantMap{{QStringLiteral("activation-token"), QStringLiteral("token8")}}});
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return raised.count() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return raised.count() == 1; }));
     EXPECT_EQ(raised.at(0).at(0), QStringLiteral("token8"));
     ASSERT_EQ(asked.count(), 1);
     EXPECT_EQ(asked.at(0).at(0), QStringLiteral("max"));
@@ -180,7 +181,7 @@ public:
             process_.waitForReadyRead(10);
             return process_.readAllStandardOutput().contains("holding");
         };
-        EXPECT_TRUE(PrivateBus::waitUntil(holdsIt)) << process_.readAllStandardError().toStdString();
+        EXPECT_TRUE(waitUntil(holdsIt)) << process_.readAllStandardError().toStdString();
     }
 
     ~BusNameOwner() {

@@ -1,6 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/StatusItemLinux.h"
 #include "Fenwhirl/Platform/Desktop/SystemAppearanceLinux.h"
 #include "PrivateBus.h"
+#include "Support/WaitUntil.h"
 
 #include <QCursor>
 #include <QDBusArgument>
@@ -131,7 +132,7 @@ public:
 private:
     QDBusPendingCall finished(const QDBusMessage& call) {
         QDBusPendingCall pending = bus_.asyncCall(call);
-        EXPECT_TRUE(PrivateBus::waitUntil([&] { return pending.isFinished(); }));
+        EXPECT_TRUE(waitUntil([&] { return pending.isFinished(); }));
         return pending;
     }
 
@@ -156,7 +157,7 @@ std::unique_ptr<StatusItemLinux> makeItem() {
 TEST(StatusItem, IsAnnouncedToAHostThatIsThere) {
     FakeWatcher watcher;
     const auto item = makeItem();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
     EXPECT_TRUE(item->isPlaced());
 }
 
@@ -170,13 +171,12 @@ TEST(StatusItem, AppearsOnlyWhenItMayIfItWasPostponed) {
     item.setText(QStringLiteral("63 °C"), QStringLiteral("63°"));
     StatusItemLinux other(drawSquare, PrivateBus::connect(),
                           std::make_unique<SystemAppearanceLinux>(PrivateBus::connect()));
-    ASSERT_TRUE(
-        PrivateBus::waitUntil([&] { return !watcher.items.isEmpty(); })); // the other, which asked later
+    ASSERT_TRUE(waitUntil([&] { return !watcher.items.isEmpty(); })); // the other, which asked later
     EXPECT_EQ(watcher.items.size(), 1);
     EXPECT_FALSE(item.isPlaced());
     EXPECT_EQ(drawn, 0);
     item.appear();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 2; }));
     EXPECT_TRUE(item.isPlaced());
     EXPECT_GT(drawn, 0);
 }
@@ -186,40 +186,40 @@ TEST(StatusItem, WaitsForAHostThatComesLate) {
     watcher.hasHost = false;
     const auto item = makeItem();
     QSignalSpy placed(item.get(), &StatusItem::placedChanged);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !placed.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !placed.isEmpty(); }));
     EXPECT_FALSE(item->isPlaced());
     EXPECT_TRUE(watcher.items.isEmpty());
     watcher.setHost(true);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
     EXPECT_TRUE(item->isPlaced());
 }
 
 TEST(StatusItem, IsAnnouncedAnewWhenTheHostWasLostAndCameBack) {
     FakeWatcher watcher;
     const auto item = makeItem();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
     watcher.setHost(false);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !item->isPlaced(); }));
+    ASSERT_TRUE(waitUntil([&] { return !item->isPlaced(); }));
     watcher.setHost(true);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 2; }));
     EXPECT_TRUE(item->isPlaced());
 }
 
 TEST(StatusItem, FollowsAWatcherThatStartsLater) {
     const auto item = makeItem();
     QSignalSpy placed(item.get(), &StatusItem::placedChanged);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !placed.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return !placed.isEmpty(); }));
     EXPECT_FALSE(item->isPlaced());
     FakeWatcher watcher;
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
 }
 
 TEST(StatusItem, IsAnnouncedAnewToAWatcherThatTookOver) {
     FakeWatcher first;
     const auto item = makeItem();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return first.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return first.items.size() == 1; }));
     FakeWatcher second;
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return second.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return second.items.size() == 1; }));
     EXPECT_TRUE(item->isPlaced());
 }
 
@@ -235,7 +235,7 @@ protected:
     void show() {
         item = makeItem();
         item->setText(wholeText, temperature);
-        ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+        ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
     }
 
     // Whether the item has a label property at all, which some hosts cannot handle.
@@ -325,7 +325,7 @@ TEST_F(StatusItemOnHost, AnotherHostLooksAnew) {
     show();
     const Disguise disguise("waybar");
     FakeWatcher second;
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return second.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return second.items.size() == 1; }));
     const auto now = qdbus_cast<StatusNotifierPixmaps>(second.property(QStringLiteral("IconPixmap")));
     EXPECT_GT(now.at(0).width, now.at(0).height);
 }
@@ -336,7 +336,7 @@ TEST(StatusItem, DrawsATemperatureThatComesAgainOnlyOnce) {
     const auto count = [&drawn](QPainter&, const QRectF&, const QColor&) { ++drawn; };
     StatusItemLinux item(count, PrivateBus::connect(),
                          std::make_unique<SystemAppearanceLinux>(PrivateBus::connect()));
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
     item.setText(QStringLiteral("51 °C"), QStringLiteral("51°"));
     const auto icons = [&watcher] {
         return qdbus_cast<StatusNotifierPixmaps>(watcher.property(QStringLiteral("IconPixmap")));
@@ -434,7 +434,7 @@ TEST(StatusItem, OffersItsMenuToTheHostAndDoesWhatIsChosen) {
     QStringList chosen;
     const auto item = makeItem();
     item->setMenu(threeChoices(chosen));
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
     EXPECT_FALSE(watcher.property(QStringLiteral("ItemIsMenu")).toBool()); // a click still opens the panel
     const StatusMenuLayout menu = layoutOf(watcher);
     EXPECT_EQ(menu.properties.value(QStringLiteral("children-display")), QStringLiteral("submenu"));
@@ -458,7 +458,7 @@ TEST(StatusItem, TellsTheHostOfAnotherMenu) {
     QStringList chosen;
     const auto item = makeItem();
     item->setMenu(threeChoices(chosen));
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
     const auto revision = [&watcher] {
         return watcher.askMenu(QStringLiteral("GetLayout"), {0, 1, QVariant::fromValue(QStringList())})
             .value(0)
@@ -493,7 +493,7 @@ TEST_F(StatusItemOnHost, GnomeGetsNoMenuBecauseItWouldOpenItInsteadOfThePanel) {
 TEST(StatusItem, TellsWhereItWasClicked) {
     FakeWatcher watcher;
     const auto item = makeItem();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return watcher.items.size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return watcher.items.size() == 1; }));
     QSignalSpy activated(item.get(), &StatusItem::activated);
     watcher.activate(300, 10);
     ASSERT_EQ(activated.count(), 1);

@@ -1,5 +1,6 @@
 #include "Fenwhirl/Platform/Desktop/SystemAppearanceLinux.h"
 #include "PrivateBus.h"
+#include "Support/WaitUntil.h"
 
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
@@ -78,18 +79,18 @@ TEST(SystemAppearance, IsWhatThePortalSaysAndFollowsIt) {
     portal.colorScheme = 1;
     SystemAppearanceLinux appearance(PrivateBus::connect());
     EXPECT_FALSE(appearance.isDark()); // construction does not wait for an answer
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.isDark(); }));
     portal.announce(2);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !appearance.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return !appearance.isDark(); }));
     portal.announce(1);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.isDark(); }));
 }
 
 TEST(SystemAppearance, ReadsWhetherThingsMayMove) {
     FakePortal portal;
     portal.animations = false;
     SystemAppearanceLinux appearance(PrivateBus::connect());
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.prefersReducedMotion(); }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.prefersReducedMotion(); }));
     EXPECT_FALSE(appearance.isDark());
 }
 
@@ -97,7 +98,7 @@ TEST(SystemAppearance, IsLightWithoutAnAnswer) {
     FakePortal portal;
     portal.answers = false;
     SystemAppearanceLinux appearance(PrivateBus::connect());
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return portal.asked == 3; }));
+    ASSERT_TRUE(waitUntil([&] { return portal.asked == 3; }));
     EXPECT_FALSE(appearance.isDark());
     EXPECT_FALSE(appearance.prefersReducedMotion());
     EXPECT_EQ(appearance.textScale(), 1.0);
@@ -107,7 +108,7 @@ TEST(SystemAppearance, AsksAPortalThatStartsLater) {
     SystemAppearanceLinux appearance(PrivateBus::connect());
     FakePortal portal;
     portal.colorScheme = 1;
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.isDark(); }));
 }
 
 TEST(SystemAppearance, FollowsHowLargeTextsAre) {
@@ -115,27 +116,27 @@ TEST(SystemAppearance, FollowsHowLargeTextsAre) {
     portal.textScale = 1.25;
     SystemAppearanceLinux appearance(PrivateBus::connect());
     QSignalSpy changed(&appearance, &SystemAppearance::changed);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.25; }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.textScale() == 1.25; }));
     portal.announceTextScale(1.5);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.5; }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.textScale() == 1.5; }));
     EXPECT_EQ(changed.size(), 2);
     portal.announceTextScale(1.0);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.0; }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.textScale() == 1.0; }));
 }
 
 TEST(SystemAppearance, KeepsTextsWithinWhatTheWindowsHold) {
     FakePortal portal;
     portal.textScale = 1.5;
     SystemAppearanceLinux appearance(PrivateBus::connect());
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.5; }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.textScale() == 1.5; }));
     portal.announceTextScale(3.0);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 2.0; }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.textScale() == 2.0; }));
     portal.announceTextScale(0.5);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.0; }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.textScale() == 1.0; }));
     portal.announceTextScale(1.25);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.25; }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.textScale() == 1.25; }));
     portal.announceTextScale(std::numeric_limits<double>::quiet_NaN());
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.textScale() == 1.0; }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.textScale() == 1.0; }));
 }
 
 TEST(SystemAppearance, LeavesTextsThatQtHasMadeLargerAsTheyAre) {
@@ -143,10 +144,10 @@ TEST(SystemAppearance, LeavesTextsThatQtHasMadeLargerAsTheyAre) {
     portal.colorScheme = 1;
     portal.textScale = 1.5;
     SystemAppearanceLinux appearance(PrivateBus::connect(), TextScaling::ofQt);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return appearance.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return appearance.isDark(); }));
     portal.announceTextScale(1.25);
     portal.announce(2); // once this has arrived, so has the change above
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !appearance.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return !appearance.isDark(); }));
     EXPECT_EQ(appearance.textScale(), 1.0);
 }
 

@@ -3,6 +3,7 @@
 #include "Fenwhirl/Platform/Desktop/PrivateBus.h"
 #include "Support/MainThreadPauses.h"
 #include "Support/TemporaryFolder.h"
+#include "Support/WaitUntil.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -186,15 +187,15 @@ protected:
     }
 
     [[nodiscard]] bool settles() const {
-        return PrivateBus::waitUntil([this] { return presence->isSettled(); });
+        return waitUntil([this] { return presence->isSettled(); });
     }
 
     [[nodiscard]] bool goesBack() const {
-        return PrivateBus::waitUntil([this] { return !presence->isInFront(); });
+        return waitUntil([this] { return !presence->isInFront(); });
     }
 
     [[nodiscard]] bool comesToFront() const {
-        return PrivateBus::waitUntil([this] { return presence->isInFront(); });
+        return waitUntil([this] { return presence->isInFront(); });
     }
 
     PrivateBus bus;
@@ -351,7 +352,7 @@ TEST_F(SessionPresenceLinuxTest, KeepsWhatWasSaidWhileTheLoginManagerIsReplaced)
     next.ofProcess = QStringLiteral("1");
     next.active = {{QStringLiteral("1"), false}};
     next.start();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return next.asked.contains(QStringLiteral("GetAll")); }));
+    ASSERT_TRUE(waitUntil([&] { return next.asked.contains(QStringLiteral("GetAll")); }));
     EXPECT_FALSE(presence->isInFront());
     EXPECT_EQ(changed->size(), 1);
     next.switchTo(QStringLiteral("1"), true);
@@ -408,7 +409,7 @@ TEST_F(SessionPresenceLinuxTest, ReturnsToABusThatStartsAgain) {
     next.active = {{QStringLiteral("1"), false}};
     next.start();
     lead();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return next.asked.contains(QStringLiteral("GetAll")); }));
+    ASSERT_TRUE(waitUntil([&] { return next.asked.contains(QStringLiteral("GetAll")); }));
     EXPECT_FALSE(presence->isInFront());
     next.switchTo(QStringLiteral("1"), true);
     ASSERT_TRUE(comesToFront());
@@ -451,7 +452,7 @@ TEST_F(SessionPresenceLinuxTest, IgnoresOtherSenders) {
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"))));
     const qsizetype before = logind.asked.size();
     logind.invalidate(QStringLiteral("1"), false);
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return logind.asked.size() > before; }));
+    ASSERT_TRUE(waitUntil([&] { return logind.asked.size() > before; }));
     EXPECT_EQ(changed->size(), 1);
     QDBusConnection::disconnectFromBus(stranger.name());
 }

@@ -2,6 +2,7 @@
 
 #include "Fenwhirl/Platform/Desktop/PrivateBus.h"
 #include "Support/MainThreadPauses.h"
+#include "Support/WaitUntil.h"
 
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -132,19 +133,19 @@ protected:
     void makeWithLock(SleepTimeouts patience = never) {
         logind.start();
         make(patience);
-        ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
+        ASSERT_TRUE(waitUntil([this] { return logind.isDelayed(); }));
     }
 
     [[nodiscard]] bool goesToSleep(qsizetype times = 1) const {
-        return PrivateBus::waitUntil([&] { return sleeps->size() == times; });
+        return waitUntil([&] { return sleeps->size() == times; });
     }
 
     [[nodiscard]] bool wakesUp(qsizetype times = 1) const {
-        return PrivateBus::waitUntil([&] { return wakes->size() == times; });
+        return waitUntil([&] { return wakes->size() == times; });
     }
 
     [[nodiscard]] bool letsSleep() const {
-        return PrivateBus::waitUntil([this] { return !logind.isDelayed(); });
+        return waitUntil([this] { return !logind.isDelayed(); });
     }
 
     PrivateBus bus;
@@ -170,7 +171,7 @@ TEST_F(SleepWatchLinuxTest, DelaysASleepUntilEverythingIsReadyAndTheNextOneAgain
         EXPECT_EQ(wakes->size(), sleep - 1);
         logind.announce(false);
         ASSERT_TRUE(wakesUp(sleep));
-        ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); })) << sleep;
+        ASSERT_TRUE(waitUntil([this] { return logind.isDelayed(); })) << sleep;
         EXPECT_EQ(logind.asked.size(), sleep + 1);
     }
 }
@@ -189,7 +190,7 @@ TEST_F(SleepWatchLinuxTest, KeepsItsLockWhileNoSleepIsNear) {
     makeWithLock();
     watch->ready();
     logind.announce(false); // the end of a sleep that was announced earlier
-    ASSERT_TRUE(PrivateBus::waitUntil([this] { return !logind.asker.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return !logind.asker.isEmpty(); }));
     logind.announce(true);
     ASSERT_TRUE(goesToSleep());
     EXPECT_TRUE(logind.isDelayed());
@@ -201,14 +202,14 @@ TEST_F(SleepWatchLinuxTest, SaysSoWhereNoLockIsGiven) {
     logind.givesLocks = false;
     logind.start();
     make();
-    ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.asked.size() == 1; }));
+    ASSERT_TRUE(waitUntil([this] { return logind.asked.size() == 1; }));
     logind.announce(true);
     ASSERT_TRUE(goesToSleep());
     watch->ready();
     logind.givesLocks = true;
     logind.announce(false);
     ASSERT_TRUE(wakesUp());
-    ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
+    ASSERT_TRUE(waitUntil([this] { return logind.isDelayed(); }));
 }
 
 TEST_F(SleepWatchLinuxTest, KnowsOfASleepThatWasAnnouncedBeforeItsStart) {
@@ -219,7 +220,7 @@ TEST_F(SleepWatchLinuxTest, KnowsOfASleepThatWasAnnouncedBeforeItsStart) {
     EXPECT_TRUE(logind.asked.isEmpty());
     logind.announce(false);
     ASSERT_TRUE(wakesUp());
-    ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
+    ASSERT_TRUE(waitUntil([this] { return logind.isDelayed(); }));
 }
 
 TEST_F(SleepWatchLinuxTest, AsksWhetherItStillSleepsWhenNobodySaysThatItIsAwake) {
@@ -229,7 +230,7 @@ TEST_F(SleepWatchLinuxTest, AsksWhetherItStillSleepsWhenNobodySaysThatItIsAwake)
     const int before = logind.looks;
     logind.announce(true);
     ASSERT_TRUE(goesToSleep());
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return logind.looks >= before + 3; }));
+    ASSERT_TRUE(waitUntil([&] { return logind.looks >= before + 3; }));
     EXPECT_TRUE(wakes->isEmpty());
     logind.isAboutToSleep = false;
     ASSERT_TRUE(wakesUp());
@@ -275,11 +276,11 @@ TEST_F(SleepWatchLinuxTest, LocksTheNextLoginManager) {
     logind.leave();
     FakeLogind next;
     next.start();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return next.isDelayed(); }));
+    ASSERT_TRUE(waitUntil([&] { return next.isDelayed(); }));
     next.announce(true);
     ASSERT_TRUE(goesToSleep());
     watch->ready();
-    ASSERT_TRUE(PrivateBus::waitUntil([&] { return !next.isDelayed(); }));
+    ASSERT_TRUE(waitUntil([&] { return !next.isDelayed(); }));
 }
 
 TEST_F(SleepWatchLinuxTest, AsksASilentLoginManagerAgain) {
@@ -296,7 +297,7 @@ TEST_F(SleepWatchLinuxTest, AsksASilentLoginManagerAgain) {
         [&] { return logind.looks >= 2; });
     EXPECT_LT(pause, acceptablePause);
     logind.answers = true;
-    ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
+    ASSERT_TRUE(waitUntil([this] { return logind.isDelayed(); }));
     EXPECT_TRUE(sleeps->isEmpty());
     EXPECT_TRUE(wakes->isEmpty());
 }
@@ -306,7 +307,7 @@ TEST_F(SleepWatchLinuxTest, SaysNothingWithoutALoginManagerAndWithoutABus) {
     watch->ready();
     const SleepWatchLinux withoutBus(QStringLiteral("unix:path=/nonexistent/bus"), never);
     logind.start(); // noticed as soon as it appears
-    ASSERT_TRUE(PrivateBus::waitUntil([this] { return logind.isDelayed(); }));
+    ASSERT_TRUE(waitUntil([this] { return logind.isDelayed(); }));
     EXPECT_TRUE(sleeps->isEmpty());
 }
 

@@ -4,9 +4,9 @@
 #include "Fenwhirl/Platform/Toolkit/Clock.h"
 #include "Fenwhirl/Platform/Toolkit/MainThreadInbox.h"
 #include "Fenwhirl/Platform/Toolkit/SerialQueue.h"
+#include "Support/WaitUntil.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QThread>
 
 #include <csignal>
@@ -18,17 +18,6 @@
 #include <vector>
 
 namespace Fenwhirl {
-
-namespace {
-
-void runEventsUntil(const std::function<bool()>& condition) {
-    const QDeadlineTimer deadline(60'000);
-    while (!condition() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-    }
-}
-
-} // namespace
 
 TEST(MainThread, IsKnownOnEveryThread) {
     EXPECT_TRUE(MainThread::isCurrent());
@@ -81,7 +70,7 @@ TEST(MainThreadInbox, RunsWorkOnTheMainThreadInItsOrder) {
         });
     }
     EXPECT_TRUE(order.empty()); // only the event loop runs it
-    runEventsUntil([&] { return order.size() == 1000; });
+    ASSERT_TRUE(waitUntil([&] { return order.size() == 1000; }));
     for (int i = 0; i < 1000; ++i) {
         ASSERT_EQ(order.at(static_cast<std::size_t>(i)), i);
     }
@@ -97,7 +86,7 @@ TEST(MainThreadInbox, WorkMayPostMoreWork) {
         }
     };
     inbox.sender().post(next);
-    runEventsUntil([&] { return depth == 100; });
+    ASSERT_TRUE(waitUntil([&] { return depth == 100; }));
     EXPECT_EQ(depth, 100);
 }
 
@@ -107,14 +96,14 @@ TEST(MainThreadInbox, WorkThatRunsAnEventLoopDoesNotHoldUpWhatWaitsBehindIt) {
     std::vector<int> order;
     std::optional<std::vector<int>> ranInside;
     inbox.sender().post([&] {
-        runEventsUntil([&] { return order.size() == 2; });
+        ASSERT_TRUE(waitUntil([&] { return order.size() == 2; }));
         ranInside = order;
     });
     inbox.sender().post([&] {
         order.push_back(1);
         inbox.sender().post([&] { order.push_back(2); });
     });
-    runEventsUntil([&] { return ranInside.has_value(); });
+    ASSERT_TRUE(waitUntil([&] { return ranInside.has_value(); }));
     EXPECT_EQ(ranInside, (std::vector<int>{1, 2}));
 }
 
@@ -142,7 +131,7 @@ TEST(MainThreadInbox, WorkMayCloseItsOwnInbox) {
         inbox.reset();
     });
     sender.post([&] { second = true; });
-    runEventsUntil([&] { return first; });
+    ASSERT_TRUE(waitUntil([&] { return first; }));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCoreApplication::processEvents();
     EXPECT_TRUE(first);
