@@ -31,6 +31,7 @@ class TheWindow(unittest.TestCase):
     def test_an_endless_key_walk_blocks_neither_window_nor_quit(self):
         with Scene(speed=0) as scene:
             scene.mac.tell("pin #KEY FFFFFFFF")
+            scene.mac.tell("delay 1")  # leaves the processor to other tests
             scene.application.stop()
             scene.start_again(showing=True)
             before = scene.requests()

@@ -16,8 +16,9 @@ import unittest
 import stage
 from helper_stage import processes
 
-# After this long without speech, nothing more is said in response to a key.
+# After this long without speech, nothing more is said in response to a key, if nothing is at work in the last part of it.
 QUIET_SECONDS = 0.9
+IDLE_SECONDS = 0.35
 # The programs between a key and its sentence. While one of them works, more may be said.
 INVOLVED = {"Xvfb", "openbox", "dbus-daemon", "at-spi2-registr", "Fenwhirl", "orca"}
 # The differences from Orca's defaults: it does not wait for a speech service, writes instead of speaking, does not echo typed
@@ -111,8 +112,11 @@ class ScreenReader(stage.Process):
         while time.monotonic() - changed < QUIET_SECONDS or (count - self.place < at_least and time.monotonic() < end):
             time.sleep(0.1)
             now = len(self.lines())
-            if now != count or (time.monotonic() < end and self.is_anything_expected()):
+            if now != count:
                 count, changed = now, time.monotonic()
+            elif (time.monotonic() - changed > QUIET_SECONDS - IDLE_SECONDS and time.monotonic() < end
+                  and self.is_anything_expected()):
+                changed = time.monotonic()
         said = self.lines()[self.place:count]
         self.place = count
         return said
