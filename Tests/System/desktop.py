@@ -24,7 +24,6 @@ BUSY = """
 import os, signal, sys, time
 asked = []
 signal.signal(signal.SIGTERM, lambda *_: asked.append(True))
-os.nice(5)
 while not (asked and os.path.exists(sys.argv[2])):
     with open(sys.argv[1]) as file:
         share = float(file.read() or 0)
@@ -192,9 +191,9 @@ class Desktop:
             self.record_empty_bar()
         return tray
 
-    def start_busy_application(self, name="Busy", share=0.1):
-        """Starts an application with that name, which loads a processor for that share of the time, at a low priority. The lowest
-        would give it too small a share of a busy computer to be shown. Asked to quit, it does so after
+    def start_busy_application(self, name="Busy", share=0.2):
+        """Starts an application with that name, which loads a processor for that share of the time. It has the usual priority, because
+        a lower one would give it too small a share of a busy computer to be shown. Asked to quit, it does so after
         let_busy_application_end().
         """
         program = self.home / f"{name}.app/Contents/MacOS/Busy"
