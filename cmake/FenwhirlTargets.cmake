@@ -3,12 +3,16 @@
 
 option(FENWHIRL_UNITY_BUILD "Compile several sources of a target as one, which is quicker from scratch" ${FENWHIRL_QUICK_BUILD})
 
+# Which sources share a batch depends on how many files Qt's tools generate, and so on Qt's version. Names in unnamed
+# namespaces must therefore be unique in a whole target: the macOS check compiles each target as one source (0).
+set(FENWHIRL_UNITY_BATCH_SIZE 8 CACHE STRING "How many sources are compiled as one; 0 means all of a target")
+
 # fenwhirl_unity_build(TARGET [FILE…]): compiles eight sources of this target at a time as one (a unity build), which
 # saves three minutes of processor time in a clean build. The files named stay apart. The clang build compiles each
 # source by itself, and so verifies that every one includes what it uses.
 function(fenwhirl_unity_build target)
     if(FENWHIRL_UNITY_BUILD)
-        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE "${FENWHIRL_UNITY_BATCH_SIZE}")
         # In a unity build gcc treats an included source as a header, whose types other sources might see.
         target_compile_options(${target} PRIVATE "$<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>")
         set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)

@@ -8,7 +8,7 @@ namespace simulated {
 
 namespace {
 
-constexpr std::array<Command, 31> table{{
+constexpr std::array<Command, 31> commands{{
     {"help", "", "this list", runHelp},
     {"state", "", "everything that moves, in one line of name=value pairs", runState},
     {"show", "", "the same for people: fans and temperatures as a table", runShow},
@@ -56,12 +56,12 @@ constexpr std::array<Command, 31> table{{
 } // namespace
 
 std::span<const Command> commandTable() {
-    return table;
+    return commands;
 }
 
 std::string commandHelp() {
     std::string text;
-    for (const Command& command : table) {
+    for (const Command& command : commands) {
         text += "  " + std::string(command.name);
         if (!command.arguments.empty()) {
             text += " " + std::string(command.arguments);
@@ -83,9 +83,9 @@ CommandOutcome runCommand(CommandContext& context, std::string_view line, Instan
     if (words.empty() || words.front().starts_with('#')) {
         return std::string();
     }
-    const auto* found = std::find_if(table.begin(), table.end(),
+    const auto* found = std::find_if(commands.begin(), commands.end(),
                                      [&](const Command& command) { return command.name == words.front(); });
-    if (found == table.end()) {
+    if (found == commands.end()) {
         return failed("unknown command \"" + std::string(words.front()) + "\"; help lists them");
     }
     context.mac.catchUp(now);

@@ -9,7 +9,7 @@ namespace simulated {
 namespace {
 
 constexpr double approachSeconds = 0.7;
-constexpr double longestStepSeconds = 0.1;
+constexpr double longestFanStepSeconds = 0.1;
 // A laptop blower needs about four seconds from rest to its maximum and coasts down more slowly.
 constexpr double fullAccelerationSeconds = 4;
 constexpr double fullCoastingSeconds = 6;
@@ -36,7 +36,7 @@ double stepFan(double rpm, double targetRPM, const FanLimits& limits, double sec
         return rpm;
     }
     const double target = withinFan(targetRPM, limits);
-    const auto steps = static_cast<std::int64_t>(std::ceil(seconds / longestStepSeconds));
+    const auto steps = static_cast<std::int64_t>(std::ceil(seconds / longestFanStepSeconds));
     const double stepSeconds = seconds / static_cast<double>(steps);
     const double approach = 1.0 - std::exp(-stepSeconds / approachSeconds);
     const double mostGain = limits.maximumRPM / fullAccelerationSeconds * stepSeconds;

@@ -15,7 +15,7 @@ constexpr double leastGrant = 0.1;
 
 // Well below the shortest time constant (a die's, over a second), even when throttling makes the system
 // stiffer.
-constexpr double longestStepSeconds = 0.02;
+constexpr double longestThermalStepSeconds = 0.02;
 
 using Matrix = std::array<PerNode, thermalNodeCount>;
 
@@ -68,7 +68,7 @@ ThermalState step(ThermalState state, const ThermalParameters& parameters, const
         return state;
     }
     const Matrix matrix = conductanceMatrix(parameters, inputs.airflow);
-    const auto steps = static_cast<std::int64_t>(std::ceil(seconds / longestStepSeconds));
+    const auto steps = static_cast<std::int64_t>(std::ceil(seconds / longestThermalStepSeconds));
     const double stepSeconds = seconds / static_cast<double>(steps);
     for (std::int64_t done = 0; done < steps; ++done) {
         PerNode heat{};

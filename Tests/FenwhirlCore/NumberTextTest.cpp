@@ -19,7 +19,7 @@ using NumberText::saturatedWhole;
 using NumberText::twoDecimals;
 using NumberText::wholeOrQuestionMark;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double infiniteNumber = std::numeric_limits<double>::infinity();
 
 std::string byTheCLibrary(double value) {
     const InCLocale plain;
@@ -47,8 +47,8 @@ TEST(TwoDecimals, TiesGoToTheEvenDigit) {
 TEST(TwoDecimals, NonFiniteValuesAreWrittenAsWords) {
     EXPECT_EQ(twoDecimals(std::nan("")), "nan");
     EXPECT_EQ(twoDecimals(-std::nan("")), "nan");
-    EXPECT_EQ(twoDecimals(infinity), "inf");
-    EXPECT_EQ(twoDecimals(-infinity), "-inf");
+    EXPECT_EQ(twoDecimals(infiniteNumber), "inf");
+    EXPECT_EQ(twoDecimals(-infiniteNumber), "-inf");
 }
 
 TEST(TwoDecimals, AgreeWithTheCLibraryForEveryFixedPointValue) {
@@ -94,7 +94,7 @@ TEST(WholeNumbers, OutsideTheRangeAreAbsentOrSaturated) {
     EXPECT_EQ(exactWhole(-9223372036854777856.0), std::nullopt);
     EXPECT_EQ(saturatedWhole(1e300), std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(saturatedWhole(-1e300), std::numeric_limits<std::int64_t>::min());
-    for (const double value : {std::nan(""), infinity, -infinity}) {
+    for (const double value : {std::nan(""), infiniteNumber, -infiniteNumber}) {
         EXPECT_EQ(exactWhole(value), std::nullopt);
         EXPECT_EQ(saturatedWhole(value), std::nullopt);
     }
@@ -104,7 +104,7 @@ TEST(WholeNumbers, MissingOnesAreShownAsAQuestionMark) {
     EXPECT_EQ(wholeOrQuestionMark(2640.7), "2640");
     EXPECT_EQ(wholeOrQuestionMark(std::nullopt), "?");
     EXPECT_EQ(wholeOrQuestionMark(std::nan("")), "?");
-    EXPECT_EQ(wholeOrQuestionMark(infinity), "?");
+    EXPECT_EQ(wholeOrQuestionMark(infiniteNumber), "?");
 }
 
 } // namespace

@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 using Write = ScriptedSMC::Write;
 using Writes = std::vector<Write>;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double infiniteSpeed = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 class SMCFanWrites : public testing::Test {
@@ -63,9 +63,10 @@ TEST_F(SMCFanWrites, TheSpeedIsBroughtIntoTheFansRange) {
     for (const Row& row :
          {Row{1200, 6000, 100, 1200}, Row{1200, 6000, 1199.5, 1200}, Row{1200, 6000, 1200, 1200},
           Row{1200, 6000, 1200.5, 1200.5}, Row{1200, 6000, 6000, 6000}, Row{1200, 6000, 9000, 6000},
-          Row{1200, 6000, infinity, 6000}, Row{1200, 6000, -infinity, 1200}, Row{6000, 1200, 3000, 1200},
-          Row{6000, 1200, 9000, 1200}, Row{-500, 6000, -900, -500}, Row{notANumber, 6000, 100, 100},
-          Row{1200, notANumber, 9000, 9000}, Row{0, 0x1p127, 0x1p126, 0x1p126}}) {
+          Row{1200, 6000, infiniteSpeed, 6000}, Row{1200, 6000, -infiniteSpeed, 1200},
+          Row{6000, 1200, 3000, 1200}, Row{6000, 1200, 9000, 1200}, Row{-500, 6000, -900, -500},
+          Row{notANumber, 6000, 100, 100}, Row{1200, notANumber, 9000, 9000},
+          Row{0, 0x1p127, 0x1p126, 0x1p126}}) {
         controller.setNumber("F0Mn", "flt ", row.minimum);
         controller.setNumber("F0Mx", "flt ", row.maximum);
         EXPECT_TRUE(smc.setFanSpeed(0, row.requested));
@@ -97,11 +98,11 @@ TEST_F(SMCFanWrites, ASpeedThatIsNoNumberWritesNothing) {
     controller.addUnlockableFans(1);
     EXPECT_FALSE(smc.setFanSpeed(0, notANumber));
     controller.setNumber("F0Mx", "flt ", notANumber);
-    EXPECT_FALSE(smc.setFanSpeed(0, infinity));
+    EXPECT_FALSE(smc.setFanSpeed(0, infiniteSpeed));
     EXPECT_FALSE(smc.setFanSpeed(0, 1e300)); // infinite as a "flt "
-    controller.setNumber("F0Mx", "flt ", infinity);
-    EXPECT_FALSE(smc.setFanSpeed(0, infinity));
-    controller.setNumber("F0Mx", "flt ", -infinity);
+    controller.setNumber("F0Mx", "flt ", infiniteSpeed);
+    EXPECT_FALSE(smc.setFanSpeed(0, infiniteSpeed));
+    controller.setNumber("F0Mx", "flt ", -infiniteSpeed);
     EXPECT_FALSE(smc.setFanSpeed(0, 2000));
     EXPECT_TRUE(controller.writes.empty());
 }
@@ -358,7 +359,7 @@ TEST_F(SMCFanWritesDeathTest, AnInvalidMaskEndsTheProcessBeforeAnyWrite) {
         }
         return std::nullopt;
     };
-    for (const double mask : {-1.0, 65536.0, notANumber, infinity, -infinity}) {
+    for (const double mask : {-1.0, 65536.0, notANumber, infiniteSpeed, -infiniteSpeed}) {
         controller.setNumber("FS! ", "flt ", mask);
         EXPECT_EXIT(static_cast<void>(smc.setFanSpeed(0, 2000)), testing::KilledBySignal(SIGABRT), "")
             << mask;

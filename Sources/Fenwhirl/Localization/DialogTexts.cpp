@@ -11,7 +11,7 @@ namespace Fenwhirl {
 
 namespace {
 
-struct Row {
+struct DialogRow {
     std::u16string_view english;
     std::u16string_view pt;
     std::u16string_view sr; // Latin script
@@ -19,65 +19,65 @@ struct Row {
 
 constexpr std::array rows = {
     // Buttons
-    Row{u"OK", u"OK", u"U redu"},
-    Row{u"Save", u"Guardar", u"Sačuvaj"},
-    Row{u"&Save", u"&Guardar", u"&Sačuvaj"},
-    Row{u"Open", u"Abrir", u"Otvori"},
-    Row{u"&Open", u"&Abrir", u"&Otvori"},
-    Row{u"Cancel", u"Cancelar", u"Otkaži"},
-    Row{u"&Yes", u"&Sim", u"&Da"},
-    Row{u"&No", u"&Não", u"&Ne"},
+    DialogRow{u"OK", u"OK", u"U redu"},
+    DialogRow{u"Save", u"Guardar", u"Sačuvaj"},
+    DialogRow{u"&Save", u"&Guardar", u"&Sačuvaj"},
+    DialogRow{u"Open", u"Abrir", u"Otvori"},
+    DialogRow{u"&Open", u"&Abrir", u"&Otvori"},
+    DialogRow{u"Cancel", u"Cancelar", u"Otkaži"},
+    DialogRow{u"&Yes", u"&Sim", u"&Da"},
+    DialogRow{u"&No", u"&Não", u"&Ne"},
     // Titles and labels
-    Row{u"Save As", u"Guardar como", u"Sačuvaj kao"},
-    Row{u"Look in:", u"Procurar em:", u"Mesto:"},
-    Row{u"File &name:", u"&Nome do ficheiro:", u"&Ime datoteke:"},
-    Row{u"Files of type:", u"Tipo de ficheiros:", u"Vrsta datoteka:"},
-    Row{u"All Files (*)", u"Todos os ficheiros (*)", u"Sve datoteke (*)"},
-    Row{u"Sidebar", u"Barra lateral", u"Bočna traka"},
-    Row{u"List of places and bookmarks", u"Lista de locais e favoritos", u"Lista mesta i obeleživača"},
-    Row{u"Files", u"Ficheiros", u"Datoteke"},
+    DialogRow{u"Save As", u"Guardar como", u"Sačuvaj kao"},
+    DialogRow{u"Look in:", u"Procurar em:", u"Mesto:"},
+    DialogRow{u"File &name:", u"&Nome do ficheiro:", u"&Ime datoteke:"},
+    DialogRow{u"Files of type:", u"Tipo de ficheiros:", u"Vrsta datoteka:"},
+    DialogRow{u"All Files (*)", u"Todos os ficheiros (*)", u"Sve datoteke (*)"},
+    DialogRow{u"Sidebar", u"Barra lateral", u"Bočna traka"},
+    DialogRow{u"List of places and bookmarks", u"Lista de locais e favoritos", u"Lista mesta i obeleživača"},
+    DialogRow{u"Files", u"Ficheiros", u"Datoteke"},
     // Tools
-    Row{u"Back", u"Anterior", u"Nazad"},
-    Row{u"Go back", u"Recuar", u"Idi nazad"},
-    Row{u"Forward", u"Seguinte", u"Napred"},
-    Row{u"Go forward", u"Avançar", u"Idi napred"},
-    Row{u"Parent Directory", u"Pasta superior", u"Nadređeni folder"},
-    Row{u"Go to the parent directory", u"Ir para a pasta superior", u"Idi u nadređeni folder"},
-    Row{u"Create New Folder", u"Criar nova pasta", u"Napravi novi folder"},
-    Row{u"Create a New Folder", u"Criar uma nova pasta", u"Napravi novi folder"},
-    Row{u"&New Folder", u"&Nova pasta", u"&Novi folder"},
-    Row{u"List View", u"Vista em lista", u"Prikaz liste"},
-    Row{u"Change to list view mode", u"Mudar para a vista em lista", u"Pređi na prikaz liste"},
-    Row{u"Detail View", u"Vista em detalhe", u"Prikaz detalja"},
-    Row{u"Change to detail view mode", u"Mudar para a vista em detalhe", u"Pređi na prikaz detalja"},
-    Row{u"&Rename", u"&Mudar o nome", u"&Preimenuj"},
-    Row{u"&Delete", u"&Apagar", u"&Obriši"},
-    Row{u"Show ", u"Mostrar ", u"Prikaži "},
-    Row{u"Show &hidden files", u"Mostrar ficheiros &ocultos", u"Prikaži &skrivene datoteke"},
+    DialogRow{u"Back", u"Anterior", u"Nazad"},
+    DialogRow{u"Go back", u"Recuar", u"Idi nazad"},
+    DialogRow{u"Forward", u"Seguinte", u"Napred"},
+    DialogRow{u"Go forward", u"Avançar", u"Idi napred"},
+    DialogRow{u"Parent Directory", u"Pasta superior", u"Nadređeni folder"},
+    DialogRow{u"Go to the parent directory", u"Ir para a pasta superior", u"Idi u nadređeni folder"},
+    DialogRow{u"Create New Folder", u"Criar nova pasta", u"Napravi novi folder"},
+    DialogRow{u"Create a New Folder", u"Criar uma nova pasta", u"Napravi novi folder"},
+    DialogRow{u"&New Folder", u"&Nova pasta", u"&Novi folder"},
+    DialogRow{u"List View", u"Vista em lista", u"Prikaz liste"},
+    DialogRow{u"Change to list view mode", u"Mudar para a vista em lista", u"Pređi na prikaz liste"},
+    DialogRow{u"Detail View", u"Vista em detalhe", u"Prikaz detalja"},
+    DialogRow{u"Change to detail view mode", u"Mudar para a vista em detalhe", u"Pređi na prikaz detalja"},
+    DialogRow{u"&Rename", u"&Mudar o nome", u"&Preimenuj"},
+    DialogRow{u"&Delete", u"&Apagar", u"&Obriši"},
+    DialogRow{u"Show ", u"Mostrar ", u"Prikaži "},
+    DialogRow{u"Show &hidden files", u"Mostrar ficheiros &ocultos", u"Prikaži &skrivene datoteke"},
     // Columns
-    Row{u"Name", u"Nome", u"Ime"},
-    Row{u"Size", u"Tamanho", u"Veličina"},
-    Row{u"Type", u"Tipo", u"Vrsta"},
-    Row{u"Date Modified", u"Modificação", u"Datum izmene"},
-    Row{u"Computer", u"Computador", u"Računar"},
-    Row{u"Drive", u"Unidade", u"Disk"},
-    Row{u"Folder", u"Pasta", u"Folder"},
-    Row{u"Unknown", u"Desconhecido", u"Nepoznato"},
+    DialogRow{u"Name", u"Nome", u"Ime"},
+    DialogRow{u"Size", u"Tamanho", u"Veličina"},
+    DialogRow{u"Type", u"Tipo", u"Vrsta"},
+    DialogRow{u"Date Modified", u"Modificação", u"Datum izmene"},
+    DialogRow{u"Computer", u"Computador", u"Računar"},
+    DialogRow{u"Drive", u"Unidade", u"Disk"},
+    DialogRow{u"Folder", u"Pasta", u"Folder"},
+    DialogRow{u"Unknown", u"Desconhecido", u"Nepoznato"},
     // Questions
-    Row{u"%1 already exists.\nDo you want to replace it?", u"%1 já existe.\nQueres substituí-lo?",
-        u"%1 već postoji.\nŽeliš li da ga zameniš?"},
-    Row{u"%1\nDirectory not found.\nPlease verify the correct directory name was given.",
-        u"%1\nA pasta não foi encontrada.\nVerifica se o nome está correto.",
-        u"%1\nFolder nije pronađen.\nProveri da li je ime ispravno."},
-    Row{u"Are you sure you want to delete '%1'?", u"Queres mesmo apagar “%1”?",
-        u"Zaista želiš da obrišeš „%1“?"},
+    DialogRow{u"%1 already exists.\nDo you want to replace it?", u"%1 já existe.\nQueres substituí-lo?",
+              u"%1 već postoji.\nŽeliš li da ga zameniš?"},
+    DialogRow{u"%1\nDirectory not found.\nPlease verify the correct directory name was given.",
+              u"%1\nA pasta não foi encontrada.\nVerifica se o nome está correto.",
+              u"%1\nFolder nije pronađen.\nProveri da li je ime ispravno."},
+    DialogRow{u"Are you sure you want to delete '%1'?", u"Queres mesmo apagar “%1”?",
+              u"Zaista želiš da obrišeš „%1“?"},
 };
 
 } // namespace
 
 QStringList DialogTexts::all() {
     QStringList english;
-    for (const Row& row : rows) {
+    for (const DialogRow& row : rows) {
         english.append(QStringView(row.english).toString());
     }
     return english;
@@ -89,8 +89,9 @@ std::optional<QString> DialogTexts::lookup(QStringView english) {
     if (!serbian && language != AppLanguage::pt) {
         return std::nullopt;
     }
-    const auto* const row = std::find_if(
-        rows.begin(), rows.end(), [&](const Row& each) { return QStringView(each.english) == english; });
+    const auto* const row = std::find_if(rows.begin(), rows.end(), [&](const DialogRow& each) {
+        return QStringView(each.english) == english;
+    });
     if (row == rows.end()) {
         return std::nullopt;
     }

@@ -10,7 +10,7 @@ namespace Fenwhirl {
 
 namespace {
 
-constexpr RawValueTable<FanModeKind, 3> words = {
+constexpr RawValueTable<FanModeKind, 3> modeWords = {
     {{FanModeKind::automatic, "auto"}, {FanModeKind::constant, "constant"}, {FanModeKind::sensor, "sensor"}}};
 
 // Not written with std::clamp, which is undefined for a fan that reports a maximum below its minimum. In that
@@ -55,11 +55,11 @@ std::optional<std::int64_t> curveTarget(const FanSetting& setting, double celsiu
 } // namespace
 
 std::string_view rawValue(FanModeKind mode) {
-    return rawValueIn(words, mode);
+    return rawValueIn(modeWords, mode);
 }
 
 std::optional<FanModeKind> fanModeFromRawValue(std::string_view text) {
-    return caseIn(words, text);
+    return caseIn(modeWords, text);
 }
 
 std::optional<std::int64_t> targetRPM(const FanSetting& setting, double minRPM, double maxRPM,

@@ -7,11 +7,11 @@ namespace Fenwhirl {
 
 namespace {
 
-constexpr RawValueTable<Preset, 5> words = {{{Preset::automatic, "auto"},
-                                             {Preset::silent, "silent"},
-                                             {Preset::balanced, "balanced"},
-                                             {Preset::game, "game"},
-                                             {Preset::max, "max"}}};
+constexpr RawValueTable<Preset, 5> presetWords = {{{Preset::automatic, "auto"},
+                                                   {Preset::silent, "silent"},
+                                                   {Preset::balanced, "balanced"},
+                                                   {Preset::game, "game"},
+                                                   {Preset::max, "max"}}};
 
 FanSetting curve(double startTemp, double maxTemp) {
     return {.mode = FanModeKind::sensor, .sensorKey = {}, .startTemp = startTemp, .maxTemp = maxTemp};
@@ -20,11 +20,11 @@ FanSetting curve(double startTemp, double maxTemp) {
 } // namespace
 
 std::string_view rawValue(Preset preset) {
-    return rawValueIn(words, preset);
+    return rawValueIn(presetWords, preset);
 }
 
 std::optional<Preset> presetFromRawValue(std::string_view text) {
-    return caseIn(words, text);
+    return caseIn(presetWords, text);
 }
 
 std::optional<Preset> presetFromName(const QString& name) {

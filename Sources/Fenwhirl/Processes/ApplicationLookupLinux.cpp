@@ -16,7 +16,7 @@ namespace Fenwhirl {
 
 namespace {
 
-constexpr qint64 maxFileSize = qint64{64} * 1024;
+constexpr qint64 maxProcessFileSize = qint64{64} * 1024;
 
 QString ofProcess(qint32 pid, const char* file) {
     return QStringLiteral("/proc/%1/%2").arg(QString::number(pid), QLatin1String(file));
@@ -24,7 +24,7 @@ QString ofProcess(qint32 pid, const char* file) {
 
 QByteArray textOf(const QString& path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(maxFileSize) : QByteArray();
+    return file.open(QIODevice::ReadOnly) ? file.read(maxProcessFileSize) : QByteArray();
 }
 
 QStringList argumentsOf(qint32 pid) {

@@ -15,7 +15,7 @@ namespace Fenwhirl {
 
 namespace {
 
-constexpr qint64 maxFileSize = qint64{256} * 1024;
+constexpr qint64 maxEntrySize = qint64{256} * 1024;
 constexpr qsizetype mostEntries = 5000;
 constexpr int maxDepth = 4;
 
@@ -313,7 +313,7 @@ void DesktopEntries::readFolder(const QString& folder) {
                 if (ids_.contains(id) || !file.open(QIODevice::ReadOnly)) {
                     continue;
                 }
-                auto entry = parseDesktopEntry(file.read(maxFileSize));
+                auto entry = parseDesktopEntry(file.read(maxEntrySize));
                 // A hidden or broken entry also hides those of the same identifier in later folders.
                 ids_.insert(id, entry ? entries_.size() : -1);
                 if (entry) {

@@ -24,7 +24,7 @@ void ask(Stage& stage) {
 }
 
 // The lower edge of the last button, in window coordinates.
-int endOfContent(Stage& stage) {
+int endOfAlert(Stage& stage) {
     static_cast<void>(stage.window().grabWindow());
     QAccessibleInterface* last = stage.find(QStringLiteral("Plus tard"), QAccessible::Button);
     return last == nullptr ? -1 : last->rect().bottom() + 1 - stage.window().y();
@@ -37,13 +37,13 @@ TEST(AlertWindow, IsAsHighAsItsContentAndFollowsTheSizeOfTexts) {
     int before = 0;
     for (const double scale : {1.0, 1.5, 2.0}) {
         stage.setTextScale(scale);
-        ASSERT_TRUE(waitUntil([&] { return endOfContent(stage) + 20 == stage.window().height(); }));
+        ASSERT_TRUE(waitUntil([&] { return endOfAlert(stage) + 20 == stage.window().height(); }));
         expectFixedSize(stage.window(), QSize(static_cast<int>(300 * scale), stage.window().height()));
         EXPECT_GT(stage.window().height(), before);
         before = stage.window().height();
     }
     stage.setTextScale(1);
-    ASSERT_TRUE(waitUntil([&] { return endOfContent(stage) + 20 == stage.window().height(); }));
+    ASSERT_TRUE(waitUntil([&] { return endOfAlert(stage) + 20 == stage.window().height(); }));
     expectFixedSize(stage.window(), QSize(300, stage.window().height()));
     EXPECT_LT(stage.window().height(), before);
 }

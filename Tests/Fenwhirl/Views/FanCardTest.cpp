@@ -102,8 +102,8 @@ TEST(FanCard, AFanWithoutARangeStillHasAUsableSlider) {
     EXPECT_EQ(range->maximumValue().toDouble(), 1201);
 }
 
-constexpr QColor track(0x2B, 0x30, 0x3A);
-constexpr QColor accent(0x4F, 0xC3, 0xF7);
+constexpr QColor trackColor(0x2B, 0x30, 0x3A);
+constexpr QColor accentColor(0x4F, 0xC3, 0xF7);
 
 // The colours of a fan's gauge at the two ends of its arc: lower left and lower right.
 std::pair<QColor, QColor> endsOfGauge(Stage& stage, int fan) {
@@ -126,8 +126,8 @@ TEST(FanCard, TheGaugeOfAFanWithoutARangeDividesByOne) {
     stage.world.setFan(0, 1200);
     stage.world.setFan(1, 1201);
     stage.showPage(Page::fans);
-    EXPECT_EQ(endsOfGauge(stage, 0), std::pair(track, track));
-    EXPECT_EQ(endsOfGauge(stage, 1), std::pair(accent, accent));
+    EXPECT_EQ(endsOfGauge(stage, 0), std::pair(trackColor, trackColor));
+    EXPECT_EQ(endsOfGauge(stage, 1), std::pair(accentColor, accentColor));
 }
 
 TEST(FanCard, ASpeedBelowTheMinimumShowsAnEmptyGaugeAndOneAboveTheMaximumAFullOne) {
@@ -135,8 +135,8 @@ TEST(FanCard, ASpeedBelowTheMinimumShowsAnEmptyGaugeAndOneAboveTheMaximumAFullOn
     stage.world.setFan(0, 900);
     stage.world.setFan(1, 7000);
     stage.showPage(Page::fans);
-    EXPECT_EQ(endsOfGauge(stage, 0), std::pair(track, track));
-    EXPECT_EQ(endsOfGauge(stage, 1), std::pair(accent, accent));
+    EXPECT_EQ(endsOfGauge(stage, 0), std::pair(trackColor, trackColor));
+    EXPECT_EQ(endsOfGauge(stage, 1), std::pair(accentColor, accentColor));
 }
 
 TEST(FanCard, TheSteppersStopAtTheirBounds) {

@@ -16,7 +16,7 @@ namespace Fenwhirl {
 
 namespace {
 
-constexpr auto slider = QAccessible::Slider;
+constexpr auto sliderRole = QAccessible::Slider;
 constexpr auto chip = QAccessible::RadioButton;
 
 TEST(MenuPanel, ShowsAtMostThreeTemperatures) {
@@ -73,7 +73,7 @@ TEST(MenuPanel, WithoutFansThePresetsStillShow) {
     Stage stage;
     stage.world.smc.setNumber("FNum", "ui8 ", 0);
     stage.show(menuPanelFile());
-    EXPECT_TRUE(stage.all(slider).isEmpty());
+    EXPECT_TRUE(stage.all(sliderRole).isEmpty());
     QStringList titles;
     for (QAccessibleInterface* preset : stage.all(chip)) {
         titles.append(preset->text(QAccessible::Name));
@@ -121,11 +121,11 @@ TEST(MenuPanel, TheSliderOfAFanThatFollowsASensorStandsAtItsMeasuredSpeed) {
     sensor.constantRPM = 4000;
     stage.monitor().setSetting(0, sensor);
     stage.show(menuPanelFile());
-    EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 2000);
-    EXPECT_EQ(stage.range(slider)->minimumStepSize().toDouble(), 50);
+    EXPECT_EQ(stage.range(sliderRole)->currentValue().toDouble(), 2000);
+    EXPECT_EQ(stage.range(sliderRole)->minimumStepSize().toDouble(), 50);
     sensor.mode = FanModeKind::constant;
     stage.monitor().setSetting(0, sensor);
-    EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 4000);
+    EXPECT_EQ(stage.range(sliderRole)->currentValue().toDouble(), 4000);
 }
 
 TEST(MenuPanel, ASliderSaysItsSpeedOnceAndTheMeasuredOneWhereThatDiffers) {
@@ -137,7 +137,7 @@ TEST(MenuPanel, ASliderSaysItsSpeedOnceAndTheMeasuredOneWhereThatDiffers) {
     stage.monitor().setSetting(0, setting);
     stage.show(menuPanelFile());
     const auto said = [&] {
-        const QAccessibleInterface* item = stage.all(slider).first();
+        const QAccessibleInterface* item = stage.all(sliderRole).first();
         return QStringList{item->text(QAccessible::Value), item->text(QAccessible::Description)};
     };
     EXPECT_EQ(said(),
@@ -158,7 +158,7 @@ TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {
     custom.maxTemp = 77;
     stage.monitor().setSetting(0, custom);
     stage.poll();
-    QAccessibleValueInterface* range = stage.range(slider);
+    QAccessibleValueInterface* range = stage.range(sliderRole);
     ASSERT_NE(range, nullptr);
     EXPECT_EQ(range->currentValue().toDouble(), 2000); // the measured speed
     range->setCurrentValue(3000.0);
@@ -168,7 +168,7 @@ TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {
     EXPECT_EQ(stage.monitor().setting(0).startTemp, custom.startTemp);
     EXPECT_EQ(stage.monitor().setting(0).maxTemp, custom.maxTemp);
     EXPECT_EQ(stage.monitor().activePreset(), std::nullopt);
-    EXPECT_EQ(stage.range(slider)->currentValue().toDouble(), 3000);
+    EXPECT_EQ(stage.range(sliderRole)->currentValue().toDouble(), 3000);
     EXPECT_FALSE(stage.find(QStringLiteral("Auto"), chip)->state().checked);
 }
 
@@ -197,14 +197,14 @@ TEST(MenuPanel, TheSymbolOfAFansModeLeadsBackToAutomaticAndKeepsTheRest) {
     // The keyboard continues from where the symbol was.
     const QAccessibleInterface* focused =
         QAccessible::queryAccessibleInterface(stage.window().activeFocusItem());
-    EXPECT_EQ(focused->role(), slider);
+    EXPECT_EQ(focused->role(), sliderRole);
     EXPECT_EQ(focused->text(QAccessible::Name), QStringLiteral("Ventilateur droit"));
 }
 
 // The number of fan rows that are at least partly visible.
 int fansInView(Stage& stage, const QRect& list) {
     int seen = 0;
-    for (const QAccessibleInterface* fan : stage.all(slider)) {
+    for (const QAccessibleInterface* fan : stage.all(sliderRole)) {
         seen += list.intersects(fan->rect()) ? 1 : 0;
     }
     return seen;
@@ -236,7 +236,7 @@ TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
     stage.show(menuPanelFile());
     const int fans = 30;
     stage.showFans(fans);
-    ASSERT_EQ(stage.all(slider).size(), fans);
+    ASSERT_EQ(stage.all(sliderRole).size(), fans);
     stage.window().setProperty("maximumPanelHeight", 600);
     ASSERT_TRUE(waitUntil([&] {
         static_cast<void>(stage.window().grabWindow());
@@ -263,7 +263,7 @@ TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
         }));
         const int end = stage.find(QStringLiteral("Ouvrir Fenwhirl"), QAccessible::Button)->rect().top() - 14;
         int cut = 0;
-        for (const QAccessibleInterface* row : stage.all(slider)) {
+        for (const QAccessibleInterface* row : stage.all(sliderRole)) {
             const QRect place = row->rect();
             cut += place.top() - 10 < end && place.bottom() >= end ? 1 : 0;
         }
@@ -271,14 +271,15 @@ TEST(MenuPanel, ManyFansScrollBetweenWhatStaysInItsPlace) {
     }
     // The keyboard brings the last fan into view, and only the list scrolls.
     while (QAccessible::queryAccessibleInterface(stage.window().activeFocusItem()) == nullptr ||
-           QAccessible::queryAccessibleInterface(stage.window().activeFocusItem())->role() != slider) {
+           QAccessible::queryAccessibleInterface(stage.window().activeFocusItem())->role() != sliderRole) {
         stage.press(Qt::Key_Tab);
     }
     for (int i = 1; i < fans; ++i) {
         stage.press(Qt::Key_Tab);
     }
     static_cast<void>(stage.window().grabWindow());
-    EXPECT_TRUE(list.contains(stage.all(slider).last()->rect())) << stage.all(slider).last()->rect().top();
+    EXPECT_TRUE(list.contains(stage.all(sliderRole).last()->rect()))
+        << stage.all(sliderRole).last()->rect().top();
     EXPECT_EQ(quit(), quitBefore);
     EXPECT_EQ(lastChip(), chipBefore);
 }
@@ -294,7 +295,7 @@ TEST(MenuPanel, WhereNotEvenThreeFansFitAllOfItScrolls) {
     }));
     EXPECT_GT(stage.find(QStringLiteral("Quitter"), QAccessible::Button)->rect().top(),
               stage.window().y() + 380);
-    EXPECT_TRUE(stage.all(slider).last()->rect().bottom() <
+    EXPECT_TRUE(stage.all(sliderRole).last()->rect().bottom() <
                 stage.find(QStringLiteral("Ouvrir Fenwhirl"), QAccessible::Button)->rect().top());
 }
 
@@ -310,7 +311,7 @@ TEST(MenuPanel, AFanWithoutARangeGetsOneOfOneTurn) {
     stage.world.smc.setNumber("F0Mn", "fpe2", 1200);
     stage.world.smc.setNumber("F0Mx", "fpe2", 1200);
     stage.show(menuPanelFile());
-    QAccessibleValueInterface* range = stage.range(slider);
+    QAccessibleValueInterface* range = stage.range(sliderRole);
     ASSERT_NE(range, nullptr);
     EXPECT_EQ(range->minimumValue().toDouble(), 1200);
     EXPECT_EQ(range->maximumValue().toDouble(), 1201);
@@ -321,12 +322,12 @@ TEST(MenuPanel, AFanWhoseSpeedIsNoNumberStandsAtItsMinimumAndShowsZero) {
     stage.world.smc.setNumber("F0Ac", "flt ", std::numeric_limits<double>::quiet_NaN());
     stage.world.smc.setNumber("F1Ac", "flt ", std::numeric_limits<double>::infinity());
     stage.show(menuPanelFile());
-    ASSERT_EQ(stage.all(slider).size(), 2);
+    ASSERT_EQ(stage.all(sliderRole).size(), 2);
     for (int fan = 0; fan < 2; ++fan) {
-        EXPECT_EQ(stage.range(slider, fan)->currentValue().toDouble(), 1200) << fan;
+        EXPECT_EQ(stage.range(sliderRole, fan)->currentValue().toDouble(), 1200) << fan;
         EXPECT_EQ(stage.models().machine()->fans()->at(fan)->speedText(), QStringLiteral("0"));
     }
-    stage.range(slider)->setCurrentValue(3000.0);
+    stage.range(sliderRole)->setCurrentValue(3000.0);
     EXPECT_EQ(stage.monitor().setting(0).constantRPM, 3000);
 }
 
@@ -368,7 +369,7 @@ TEST(MenuPanel, IsAsWideAsDrawnAndAsHighAsItsContent) {
 }
 
 // The lower edge of the last button, in window coordinates.
-int endOfContent(Stage& stage) {
+int endOfPanel(Stage& stage) {
     static_cast<void>(stage.window().grabWindow());
     const QList<QAccessibleInterface*> buttons = stage.all(QAccessible::Button);
     return buttons.isEmpty() ? -1 : buttons.last()->rect().bottom() + 1 - stage.window().y();
@@ -376,8 +377,8 @@ int endOfContent(Stage& stage) {
 
 // Waits until the window ends just below its last button, and returns its height.
 int fittingHeight(Stage& stage) {
-    EXPECT_TRUE(waitUntil([&] { return endOfContent(stage) + 16 == stage.window().height(); }))
-        << "the last button ends at " << endOfContent(stage) << " of " << stage.window().height();
+    EXPECT_TRUE(waitUntil([&] { return endOfPanel(stage) + 16 == stage.window().height(); }))
+        << "the last button ends at " << endOfPanel(stage) << " of " << stage.window().height();
     expectFixedSize(stage.window(), QSize(340, stage.window().height()));
     return stage.window().height();
 }
@@ -421,7 +422,7 @@ TEST(MenuPanel, FollowsTheLanguageAndTheSizeOfTexts) {
     stage.monitor().setLanguage(AppLanguage::fr);
     EXPECT_EQ(fittingHeight(stage), french);
     stage.setTextScale(2);
-    ASSERT_TRUE(waitUntil([&] { return endOfContent(stage) + 16 == stage.window().height(); }));
+    ASSERT_TRUE(waitUntil([&] { return endOfPanel(stage) + 16 == stage.window().height(); }));
     expectFixedSize(stage.window(), QSize(680, stage.window().height()));
     stage.setTextScale(1);
     EXPECT_EQ(fittingHeight(stage), french);

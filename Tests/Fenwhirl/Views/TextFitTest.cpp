@@ -17,7 +17,7 @@ namespace Fenwhirl {
 
 namespace {
 
-FanSetting fanSetting(FanModeKind mode) {
+FanSetting widestSetting(FanModeKind mode) {
     FanSetting setting;
     setting.mode = mode;
     setting.constantRPM = 5950;
@@ -86,8 +86,8 @@ TEST(TextFit, OnTheFansPages) {
     }
     stage.world.setCelsius(88);
     stage.start();
-    stage.monitor().setSetting(0, fanSetting(FanModeKind::constant));
-    stage.monitor().setSetting(1, fanSetting(FanModeKind::sensor));
+    stage.monitor().setSetting(0, widestSetting(FanModeKind::constant));
+    stage.monitor().setSetting(1, widestSetting(FanModeKind::sensor));
     stage.show();
     expectPageFits(stage, Page::dashboard, "dashboard, warm");
     expectPageFits(stage, Page::fans, "fans");
@@ -211,7 +211,7 @@ TEST(TextFit, OfTheMenus) {
         stage.world.smc.setNumber(key, "sp78", 60);
     }
     stage.start();
-    stage.monitor().setSetting(0, fanSetting(FanModeKind::sensor));
+    stage.monitor().setSetting(0, widestSetting(FanModeKind::sensor));
     stage.showPage(Page::fans);
     for (const Page page : {Page::fans, Page::dashboard, Page::settings}) {
         stage.monitor().setSelectedPage(page);

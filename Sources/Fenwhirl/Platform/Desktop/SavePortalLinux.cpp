@@ -25,7 +25,7 @@ enum ResponseCode : uint { confirmed = 0, cancelled = 1 };
 
 bool asking = false;
 
-QString service() {
+QString portalService() {
     return QStringLiteral("org.freedesktop.portal.Desktop");
 }
 
@@ -86,14 +86,14 @@ SavePortalLinux::Answer SavePortalLinux::ask(const QString& title, const QString
     static int count = 0;
     const QString token = QStringLiteral("fenwhirl%1").arg(++count);
     listenTo(requestPath(bus_, token));
-    QDBusServiceWatcher watcher(service(), bus_, QDBusServiceWatcher::WatchForUnregistration);
+    QDBusServiceWatcher watcher(portalService(), bus_, QDBusServiceWatcher::WatchForUnregistration);
     connect(&watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
         open_ = false;
         finish(false);
     });
 
     QDBusMessage call = QDBusMessage::createMethodCall(
-        service(), QStringLiteral("/org/freedesktop/portal/desktop"),
+        portalService(), QStringLiteral("/org/freedesktop/portal/desktop"),
         QStringLiteral("org.freedesktop.portal.FileChooser"), QStringLiteral("SaveFile"));
     call << parentWindow() << title
          << QVariantMap{{QStringLiteral("handle_token"), token},
@@ -119,15 +119,15 @@ SavePortalLinux::Answer SavePortalLinux::ask(const QString& title, const QString
     QCoreApplication::instance()->removeEventFilter(this);
     asking = false;
     if (std::exchange(open_, false)) {
-        bus_.send(
-            QDBusMessage::createMethodCall(service(), request_, requestInterface(), QStringLiteral("Close")));
+        bus_.send(QDBusMessage::createMethodCall(portalService(), request_, requestInterface(),
+                                                 QStringLiteral("Close")));
     }
     return answer_;
 }
 
 void SavePortalLinux::listenTo(const QString& request) {
     request_ = request;
-    bus_.connect(service(), request, requestInterface(), QStringLiteral("Response"), this,
+    bus_.connect(portalService(), request, requestInterface(), QStringLiteral("Response"), this,
                  SLOT(responded(uint, QVariantMap)));
 }
 

@@ -8,7 +8,7 @@ namespace Fenwhirl {
 
 namespace {
 
-constexpr double radius = 4.0;
+constexpr double dotRadius = 4.0;
 constexpr double ringRadius = 6.0;
 
 } // namespace
@@ -18,7 +18,7 @@ void paintChartDot(QPainter& painter, const QPointF& centre, const QColor& color
     painter.setBrush(surface);
     painter.drawEllipse(centre, ringRadius, ringRadius);
     painter.setBrush(color);
-    painter.drawEllipse(centre, radius, radius);
+    painter.drawEllipse(centre, dotRadius, dotRadius);
 }
 
 } // namespace Fenwhirl

@@ -14,8 +14,8 @@ namespace Fenwhirl {
 namespace {
 
 constexpr double cornerRadius = 4.0;
-constexpr double lineWidth = 2.5;
-constexpr double thinLineWidth = 1.5;
+constexpr double curveWidth = 2.5;
+constexpr double thinCurveWidth = 1.5;
 constexpr float hairlineStrength = 0.26F;
 constexpr float hatchingStrength = 0.13F;
 constexpr float settingStrength = 0.7F;
@@ -26,8 +26,8 @@ QColor fainter(QColor color, float share) {
 }
 
 QPen dashed(const QColor& color, qreal dash, qreal gap) {
-    QPen pen(color, thinLineWidth, Qt::CustomDashLine, Qt::RoundCap, Qt::RoundJoin);
-    pen.setDashPattern({dash / thinLineWidth, gap / thinLineWidth}); // in multiples of the pen's width
+    QPen pen(color, thinCurveWidth, Qt::CustomDashLine, Qt::RoundCap, Qt::RoundJoin);
+    pen.setDashPattern({dash / thinCurveWidth, gap / thinCurveWidth}); // in multiples of the pen's width
     return pen;
 }
 
@@ -144,13 +144,13 @@ void FanCurve::drawLines(QPainter& painter, const Plot& plot) const {
         painter.drawPolyline(plot.mapped(settingLine(shape_, until, hottestCelsius)));
     }
     if (maximumIsWithoutEffect()) {
-        QPen dots(mutedColor_, thinLineWidth, Qt::CustomDashLine, Qt::RoundCap);
+        QPen dots(mutedColor_, thinCurveWidth, Qt::CustomDashLine, Qt::RoundCap);
         dots.setDashPattern({0.01, 3.0}); // with round caps, dashes of almost no length are dots
         painter.setPen(dots);
         painter.drawLine(plot.at({onCurveAxis(shape_.maxTemp), 1.0}),
                          plot.at({onCurveAxis(shape_.startTemp) + 1.0, 1.0}));
     }
-    painter.setPen(QPen(lineColor_, lineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(QPen(lineColor_, curveWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.drawPolyline(plot.mapped(lineInForce(shape_)));
 }
 
