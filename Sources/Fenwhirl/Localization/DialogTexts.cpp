@@ -17,7 +17,7 @@ struct DialogRow {
     std::u16string_view sr; // Latin script
 };
 
-constexpr std::array rows = {
+constexpr std::array dialogTexts = {
     // Buttons
     DialogRow{u"OK", u"OK", u"U redu"},
     DialogRow{u"Save", u"Guardar", u"Sačuvaj"},
@@ -77,7 +77,7 @@ constexpr std::array rows = {
 
 QStringList DialogTexts::all() {
     QStringList english;
-    for (const DialogRow& row : rows) {
+    for (const DialogRow& row : dialogTexts) {
         english.append(QStringView(row.english).toString());
     }
     return english;
@@ -89,10 +89,10 @@ std::optional<QString> DialogTexts::lookup(QStringView english) {
     if (!serbian && language != AppLanguage::pt) {
         return std::nullopt;
     }
-    const auto* const row = std::find_if(rows.begin(), rows.end(), [&](const DialogRow& each) {
+    const auto* const row = std::find_if(dialogTexts.begin(), dialogTexts.end(), [&](const DialogRow& each) {
         return QStringView(each.english) == english;
     });
-    if (row == rows.end()) {
+    if (row == dialogTexts.end()) {
         return std::nullopt;
     }
     const QString words = QStringView(serbian ? row->sr : row->pt).toString();

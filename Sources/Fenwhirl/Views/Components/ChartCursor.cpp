@@ -17,8 +17,8 @@ namespace {
 
 constexpr double focusRadius = 9.0; // the middle of a ring from 8 to 10
 constexpr double focusWidth = 2.0;
-constexpr double reach = 12.0; // of the item beyond its point, on each side
-constexpr double tail = 4.0;   // of the hairline below the plot
+constexpr double cursorReach = 12.0; // of the item beyond its point, on each side
+constexpr double tail = 4.0;         // of the hairline below the plot
 constexpr double endDistance = 12.0;
 
 } // namespace
@@ -118,8 +118,8 @@ void ChartCursor::follow() {
 
 void ChartCursor::place() {
     const QRectF plot = chart_->plot();
-    setPosition({chart_->x() + std::floor(point_.x()) - reach, chart_->y() + plot.top() - reach});
-    setSize({2.0 * reach + 1.0, plot.height() + 2.0 * reach});
+    setPosition({chart_->x() + std::floor(point_.x()) - cursorReach, chart_->y() + plot.top() - cursorReach});
+    setSize({2.0 * cursorReach + 1.0, plot.height() + 2.0 * cursorReach});
     update();
 }
 
@@ -225,13 +225,13 @@ void ChartCursor::paint(QPainter* painter) {
     const double ratio = window() != nullptr ? window()->effectiveDevicePixelRatio() : 1.0;
     const double hairline = std::max(1.0, std::round(ratio)) / ratio;
     // The item is aligned to whole points, so the remaining fraction is added here.
-    const double x = reach + point_.x() - std::floor(point_.x());
+    const double x = cursorReach + point_.x() - std::floor(point_.x());
     const double left = std::round((x - hairline / 2.0) * ratio) / ratio;
     painter->setRenderHint(QPainter::Antialiasing, false);
-    painter->fillRect(QRectF(left, reach, hairline, height() - 2.0 * reach + tail), lineColor_);
+    painter->fillRect(QRectF(left, cursorReach, hairline, height() - 2.0 * cursorReach + tail), lineColor_);
 
     painter->setRenderHint(QPainter::Antialiasing, true);
-    const QPointF point(x, reach + point_.y() - chart_->plot().top());
+    const QPointF point(x, cursorReach + point_.y() - chart_->plot().top());
     if (ring_) {
         painter->setBrush(surfaceColor_);
         painter->setPen(QPen(dotColor_, focusWidth));
