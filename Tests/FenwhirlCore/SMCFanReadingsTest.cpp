@@ -158,6 +158,33 @@ TEST_F(SMCFanReadings, ModesComeFromTheModeKeysWhateverTheirCase) {
     EXPECT_EQ(smc.fanModes(), Modes());
 }
 
+TEST_F(SMCFanReadings, AFanIsManualByItsMaskThoughItsModeIsZero) {
+    controller.addUnlockableFans(2);
+    controller.setNumber("FS! ", "ui16", 2);
+    EXPECT_EQ(smc.fanModes(), (Modes{{0, false}, {1, true}}));
+}
+
+TEST_F(SMCFanReadings, AFanIsManualByEitherOfItsTwoModeKeys) {
+    controller.addUnlockableFans(3);
+    controller.setNumber("F0Md", "ui8 ", 1);
+    controller.setNumber("F0md", "ui8 ", 0);
+    controller.setNumber("F1md", "ui8 ", 1);
+    controller.setNumber("F2md", "ui8 ", 0);
+    EXPECT_EQ(smc.fanModes(), (Modes{{0, true}, {1, true}, {2, false}}));
+}
+
+TEST_F(SMCFanReadings, AMaskThatIsNoSetOfSixteenBitsTellsNoMode) {
+    controller.addUnlockableFans(2);
+    controller.remove("F1Md");
+    // Two of these would be the bits of both fans if they were cut to sixteen bits.
+    for (const double mask : {65539.0, -65533.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
+        controller.setNumber("FS! ", "flt ", mask);
+        EXPECT_EQ(smc.fanModes(), (Modes{{0, false}})) << mask;
+    }
+    controller.setNumber("FS! ", "flt ", 65535);
+    EXPECT_EQ(smc.fanModes(), (Modes{{0, true}, {1, true}}));
+}
+
 TEST_F(SMCFanReadings, EveryModeButZeroIsManual) {
     controller.addUnlockableFans(3);
     controller.setNumber("F1Md", "flt ", -1);
