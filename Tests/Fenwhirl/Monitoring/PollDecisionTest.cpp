@@ -181,4 +181,25 @@ TEST(CommandFor, DistanceOfExtremeSpeedsDoesNotOverflow) {
     EXPECT_TRUE(after(sentAt(manual(0, highest), 0), manual(0, lowest), 1));
 }
 
+TEST(TakeOver, AFanThatIsNotOursIsDueAtOnce) {
+    SentTargets sent = sentAt(automatic(1), 100);
+    takeOver(sent, 0);
+    takeOver(sent, 1);
+    for (const int fan : {0, 1}) {
+        EXPECT_EQ(requestedRPM(sent, fan), std::nullopt) << fan;
+        EXPECT_EQ(after(sent, automatic(fan), 100.1), (HelperCommand{"auto", std::to_string(fan)}));
+        EXPECT_EQ(after(sent, manual(fan, 0), 100.1), (HelperCommand{"set", std::to_string(fan), "0"}));
+    }
+}
+
+TEST(TakeOver, AFanThatIsOursKeepsWhatItWasSent) {
+    SentTargets sent = sentAt(manual(0, 2000), 100);
+    record(sent, automatic(1), duration<double>(100), false); // a refused hand-back
+    takeOver(sent, 0);
+    takeOver(sent, 1);
+    EXPECT_EQ(requestedRPM(sent, 0), 2000);
+    EXPECT_EQ(after(sent, manual(0, 2000), 100.1), std::nullopt);
+    EXPECT_EQ(after(sent, automatic(1), 109.9), std::nullopt); // repeated only ten seconds later
+}
+
 } // namespace Fenwhirl
