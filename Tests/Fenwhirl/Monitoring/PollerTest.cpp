@@ -3,6 +3,7 @@
 #include "Fenwhirl/Monitoring/FanCustody.h"
 #include "Support/ScriptedSMC.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace Fenwhirl {
@@ -74,6 +75,7 @@ TEST(PollerWithoutController, DoesNothing) {
                               .protect = true,
                               .protectAt = 90}));
     EXPECT_EQ(poller.fansLastRead(), std::vector<int>());
+    EXPECT_TRUE(poller.hasGoneBack(0)); // nothing can be checked
 }
 
 TEST_F(PollerTest, ReadsTheTemperaturesThatThereWereAtTheStart) {
@@ -395,6 +397,87 @@ TEST_F(PollerTest, HandingEverythingBackNamesTheFansThatTheMachineShowsManual) {
     smc.remove("FNum");
     poller.handBackEverything();
     EXPECT_EQ(commands, (Commands{{"auto"}, {"auto", "1"}}));
+}
+
+TEST_F(PollerTest, AModeThatCanNoLongerBeReadConfirmsNoHandBack) {
+    pin(0, 2000);
+    (void)poll();
+    commands.clear();
+    request.settings = std::make_shared<const FanSettings>();
+    smc.at("FS! ").readResult = 0x84;
+    poller.handBackEverything();
+    EXPECT_EQ(commands, (Commands{{"auto"}, {"auto", "0"}}));
+    now += std::chrono::seconds(10);
+    EXPECT_EQ(poll()->problem, PollProblem::refused);
+    smc.at("FS! ").readResult = SMCResult::success;
+    now += std::chrono::seconds(10);
+    EXPECT_EQ(poll()->problem, std::nullopt);
+    now += std::chrono::hours(1);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"auto"}, {"auto", "0"}, {"auto", "0"}, {"auto", "0"}}));
+}
+
+TEST_F(PollerTest, AFanThatNeverReportedItsModeIsBackWhenTheHelperSaysSo) {
+    smc.remove("FS! ");
+    pin(0, 2000);
+    (void)poll();
+    request.settings = std::make_shared<const FanSettings>();
+    EXPECT_EQ(poll()->problem, std::nullopt);
+    now += std::chrono::hours(1);
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}, {"auto", "0"}}));
+}
+
+// No poll could ever confirm it: the connection is not opened again.
+TEST_F(PollerTest, AFanIsBackWhenTheHelperSaysSoAndTheConnectionIsLostMeanwhile) {
+    pin(0, 2000);
+    (void)poll();
+    commands.clear();
+    answer = [this](const HelperCommand& command) {
+        if (command.size() == 2) {
+            smc.diesAtRequest = smc.requests.size() + 1; // while the mode is read
+        }
+        return true;
+    };
+    smc.at("FS! ").readResult = 0x84; // so that "auto" alone is not enough
+    poller.handBackEverything();
+    EXPECT_EQ(commands, (Commands{{"auto"}, {"auto", "0"}}));
+    now += std::chrono::hours(1);
+    (void)poll();
+    EXPECT_EQ(commands.size(), 2U);
+}
+
+TEST_F(PollerTest, AFanThatHasNoModeKeyIsNotAskedForItsModeAgain) {
+    ScriptedSMC large;
+    large.addUnlockableFans(10);
+    large.setNumber("FNum", "ui8 ", 11);
+    large.setNumber("F10A", "flt ", 2000);
+    large.setNumber("TC0P", "sp78", 60);
+    Poller another({.openSMC = [&large] { return std::make_unique<SMC>(large.connect()); },
+                    .runHelper = [](const HelperCommand&) { return true; },
+                    .now = [this] { return now; },
+                    .stop = stop});
+    ASSERT_TRUE(another.open());
+    const auto asksForModes = [&] {
+        large.requests.clear();
+        EXPECT_EQ(another.poll(request)->fans.size(), 11U);
+        return std::ranges::any_of(large.requests, [](const SMCParam& asked) {
+            return asked.key == SMC::fourCC("F9Md") && asked.data8 == SMCCommand::readKey;
+        });
+    };
+    EXPECT_TRUE(asksForModes());
+    EXPECT_FALSE(asksForModes());
+    large.at("F9Md").readResult = 0x84;
+    another.checkModesAgain();
+    EXPECT_TRUE(asksForModes());
+    EXPECT_TRUE(asksForModes()); // the tenth fan's mode is still not known
+}
+
+TEST_F(PollerTest, WithoutAWayToAskTheHelperIsTakenToSpeakOurProtocol) {
+    pin(0, 2000);
+    request.speaksOurProtocol.reset();
+    (void)poll();
+    EXPECT_EQ(commands, (Commands{{"set", "0", "2000"}}));
 }
 
 TEST_F(PollerTest, OnceItIsToStopItStartsNoFurtherHelper) {
