@@ -3,10 +3,14 @@
 #include "Support/ScriptedSMC.h"
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <ctime>
+#include <deque>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
@@ -275,6 +279,102 @@ TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
     close(ends[1]);
 }
 
+#ifdef FENWHIRL_WRAPPED_OUTPUT
+
+using SteadyClock = std::chrono::steady_clock;
+
+// While one exists, it answers the helper's calls of poll and write on standard output, and moves its clock.
+class ScriptedReader {
+public:
+    struct Failure {
+        int error;
+        std::chrono::milliseconds after{0};
+    };
+
+    std::deque<Failure> pollFailures; // of the first calls of poll; the later ones are answered as follows
+    bool reads = true;                // if not, poll waits until its time is over
+    std::deque<int> writeErrors;      // of the first calls of write; the later ones take everything
+    std::vector<int> waits;           // the times that poll was given, in milliseconds
+    std::string text;                 // what was written
+    SteadyClock::time_point now = SteadyClock::time_point(std::chrono::hours(1));
+
+    static inline ScriptedReader* current = nullptr;
+
+    ScriptedReader() { current = this; }
+
+    ScriptedReader(const ScriptedReader&) = delete;
+    ScriptedReader& operator=(const ScriptedReader&) = delete;
+
+    ~ScriptedReader() { current = nullptr; }
+
+    int poll(int milliseconds) {
+        waits.push_back(milliseconds);
+        if (!pollFailures.empty()) {
+            now += pollFailures.front().after;
+            errno = pollFailures.front().error;
+            pollFailures.pop_front();
+            return -1;
+        }
+        if (!reads) {
+            now += std::chrono::milliseconds(milliseconds);
+        }
+        return reads ? 1 : 0;
+    }
+
+    ssize_t write(std::string_view part) {
+        if (!writeErrors.empty()) {
+            errno = writeErrors.front();
+            writeErrors.pop_front();
+            return -1;
+        }
+        text += part;
+        return static_cast<ssize_t>(part.size());
+    }
+};
+
+TEST(HelperOutput, IsGivenUpWhenNobodyReadsItForThreeSeconds) {
+    ScriptedReader reader;
+    reader.reads = false;
+    EXPECT_EQ(runWithoutController({"version"}), 0);
+    EXPECT_EQ(reader.waits, std::vector<int>({3000}));
+    EXPECT_EQ(reader.text, "");
+}
+
+TEST(HelperOutput, SignalsDoNotProlongTheWaitForAReader) {
+    ScriptedReader reader;
+    reader.pollFailures = {3, {.error = EINTR, .after = std::chrono::milliseconds(1500)}};
+    EXPECT_EQ(runWithoutController({"version"}), 0);
+    EXPECT_EQ(reader.waits, (std::vector<int>{3000, 1500}));
+    EXPECT_EQ(reader.text, "");
+}
+
+TEST(HelperOutput, IsWrittenThoughItCannotBeWaitedForAReader) {
+    ScriptedReader reader;
+    reader.pollFailures = {{.error = ENOMEM}};
+    EXPECT_EQ(runWithoutController({"version"}), 0);
+    EXPECT_EQ(reader.waits.size(), 1U);
+    EXPECT_EQ(reader.text, "3\n");
+}
+
+TEST(HelperOutput, IsWrittenAgainWhenItIsInterruptedOrFindsNoRoom) {
+    for (const int error : {EAGAIN, EINTR}) {
+        ScriptedReader reader;
+        reader.writeErrors = {error};
+        EXPECT_EQ(runWithoutController({"version"}), 0);
+        EXPECT_EQ(reader.text, "3\n") << error;
+        EXPECT_EQ(reader.waits.size(), 2U) << error; // waited again before the second attempt
+    }
+}
+
+TEST(HelperOutput, IsGivenUpWhenItsReaderIsGone) {
+    ScriptedReader reader;
+    reader.writeErrors = {EPIPE};
+    EXPECT_EQ(runWithoutController({"version"}), 0);
+    EXPECT_EQ(reader.text, "");
+}
+
+#endif
+
 TEST_F(HelperTest, SignalsAreHeldWhileItWritesAndLetThroughAfterwards) {
     controller.addOlderFans(1);
     std::vector<bool> held;
@@ -330,5 +430,38 @@ TEST_F(HelperTest, AControllerThatDiesAtAnyRequestIsAFailureThatAutoRepairs) {
 }
 
 } // namespace
+
+#ifdef FENWHIRL_WRAPPED_OUTPUT
+
+// The linker redirects every call to the __wrap_ function; __real_ is the C library's own.
+extern "C" int __wrap_poll(pollfd* descriptors, nfds_t count, int milliseconds);
+extern "C" int __real_poll(pollfd* descriptors, nfds_t count, int milliseconds);
+extern "C" ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size);
+extern "C" ssize_t __real_write(int descriptor, const void* bytes, std::size_t size);
+// This one stands for std::chrono::steady_clock::now.
+SteadyClock::time_point wrappedNow() __asm__("__wrap__ZNSt6chrono3_V212steady_clock3nowEv");
+
+int __wrap_poll(pollfd* descriptors, nfds_t count, int milliseconds) {
+    ScriptedReader* const reader = ScriptedReader::current;
+    return reader ? reader->poll(milliseconds) : __real_poll(descriptors, count, milliseconds);
+}
+
+ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size) {
+    ScriptedReader* const reader = descriptor == STDOUT_FILENO ? ScriptedReader::current : nullptr;
+    return reader ? reader->write({static_cast<const char*>(bytes), size})
+                  : __real_write(descriptor, bytes, size);
+}
+
+SteadyClock::time_point wrappedNow() {
+    if (ScriptedReader::current) {
+        return ScriptedReader::current->now;
+    }
+    timespec time = {};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return SteadyClock::time_point(std::chrono::seconds(time.tv_sec) +
+                                   std::chrono::nanoseconds(time.tv_nsec));
+}
+
+#endif
 
 } // namespace Fenwhirl
