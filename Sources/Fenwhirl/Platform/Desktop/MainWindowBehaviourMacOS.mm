@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
 
+#include "Fenwhirl/Platform/Desktop/NativeWindowMacOS.h"
+
 #include <QGuiApplication>
 #include <QTimer>
 #include <QWindow>
@@ -9,11 +11,6 @@
 namespace Fenwhirl {
 
 namespace {
-
-NSWindow* nativeWindow(QWindow& window) {
-    NSView* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
-    return view.window;
-}
 
 // Functions below that receive objects from AppKit have autorelease pools of their own. Such objects would
 // otherwise live as long as the event loop's pool, and the first window is configured before that pool

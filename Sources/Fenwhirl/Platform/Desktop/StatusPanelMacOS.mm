@@ -1,5 +1,7 @@
 #include "Fenwhirl/Platform/Desktop/StatusPanel.h"
 
+#include "Fenwhirl/Platform/Desktop/NativeWindowMacOS.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 
@@ -10,11 +12,6 @@
 namespace Fenwhirl {
 
 namespace {
-
-NSWindow* nativeWindow(QWindow& window) {
-    NSView* view = (__bridge NSView*)reinterpret_cast<void*>(window.winId());
-    return view.window;
-}
 
 // Whether this is a visible window of Qt's other than the panel. The status item's window is not one of
 // these.
