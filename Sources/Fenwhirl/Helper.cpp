@@ -7,6 +7,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdint>
+#include <ctime>
 #include <poll.h>
 #include <string_view>
 #include <unistd.h>
@@ -44,16 +45,22 @@ private:
     sigset_t before_ = {};
 };
 
+// A call of the C library, which a test can replace; it has no error to return for this clock.
+std::chrono::nanoseconds monotonicTime() {
+    timespec time = {};
+    clock_gettime(CLOCK_MONOTONIC, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
 // The reader of the answer may be slow or gone, or may be a full device: none of that is the helper's
 // failure. A reader that does not read at all is given up after a few seconds, because it must not keep a
 // root process alive.
 void print(std::string_view text) {
     // Any descriptor that polls as writable, including a terminal, accepts this many bytes at once.
     constexpr std::size_t mostAtOnce = 128;
-    using Clock = std::chrono::steady_clock;
-    const Clock::time_point end = Clock::now() + readerTimeout;
+    const std::chrono::nanoseconds end = monotonicTime() + readerTimeout;
     while (!text.empty()) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - monotonicTime()).count();
         if (left <= 0) {
             return;
         }

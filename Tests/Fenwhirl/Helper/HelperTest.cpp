@@ -281,8 +281,6 @@ TEST(HelperOutput, WaitsForASlowReaderAndOutlastsSignals) {
 
 #ifdef FENWHIRL_WRAPPED_OUTPUT
 
-using SteadyClock = std::chrono::steady_clock;
-
 // While one exists, it answers the helper's calls of poll and write on standard output, and moves its clock.
 class ScriptedReader {
 public:
@@ -296,7 +294,7 @@ public:
     std::deque<int> writeErrors;      // of the first calls of write; the later ones take everything
     std::vector<int> waits;           // the times that poll was given, in milliseconds
     std::string text;                 // what was written
-    SteadyClock::time_point now = SteadyClock::time_point(std::chrono::hours(1));
+    std::chrono::nanoseconds now = std::chrono::hours(1); // of the monotonic clock
 
     static inline ScriptedReader* current = nullptr;
 
@@ -438,8 +436,8 @@ extern "C" int __wrap_poll(pollfd* descriptors, nfds_t count, int milliseconds);
 extern "C" int __real_poll(pollfd* descriptors, nfds_t count, int milliseconds);
 extern "C" ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size);
 extern "C" ssize_t __real_write(int descriptor, const void* bytes, std::size_t size);
-// This one stands for std::chrono::steady_clock::now.
-SteadyClock::time_point wrappedNow() __asm__("__wrap__ZNSt6chrono3_V212steady_clock3nowEv");
+extern "C" int __wrap_clock_gettime(clockid_t clock, timespec* time);
+extern "C" int __real_clock_gettime(clockid_t clock, timespec* time);
 
 int __wrap_poll(pollfd* descriptors, nfds_t count, int milliseconds) {
     ScriptedReader* const reader = ScriptedReader::current;
@@ -452,14 +450,14 @@ ssize_t __wrap_write(int descriptor, const void* bytes, std::size_t size) {
                   : __real_write(descriptor, bytes, size);
 }
 
-SteadyClock::time_point wrappedNow() {
-    if (ScriptedReader::current) {
-        return ScriptedReader::current->now;
+int __wrap_clock_gettime(clockid_t clock, timespec* time) {
+    if (!ScriptedReader::current || clock != CLOCK_MONOTONIC) {
+        return __real_clock_gettime(clock, time);
     }
-    timespec time = {};
-    clock_gettime(CLOCK_MONOTONIC, &time);
-    return SteadyClock::time_point(std::chrono::seconds(time.tv_sec) +
-                                   std::chrono::nanoseconds(time.tv_nsec));
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(ScriptedReader::current->now);
+    time->tv_sec = seconds.count();
+    time->tv_nsec = (ScriptedReader::current->now - seconds).count();
+    return 0;
 }
 
 #endif
