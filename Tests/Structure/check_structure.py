@@ -79,6 +79,8 @@ MARKUP = re.compile(r"\b(?:Text|TextEdit)\.(?:RichText|StyledText|AutoText|Markd
 SYSTEM_QUESTION = re.compile(
     r"^\s*#\s*(?:if|elif|ifdef|ifndef).*\b(__APPLE__|__linux__|_WIN32|Q_OS_\w+|TARGET_OS_\w+)\b", re.MULTILINE)
 
+OLD_LITERAL = re.compile(r'"_qs\b')
+
 # What cannot be in a namespace, as pairs of the first and the last line.
 GLOBAL_BLOCKS = (
     (re.compile(r"int main\("), re.compile(r"\}")),
@@ -210,6 +212,12 @@ def check_file(path, text, reachable):
         yield f"{path}: asks for the operating system outside Platform/"
 
 
+def check_literals(path, text):
+    """Newer versions of Qt warn of its older string literal, which ends their builds, whereas the one of Debian 12 does not."""
+    if OLD_LITERAL.search(text):
+        yield f"{path}: uses a literal that is deprecated since Qt 6.8; end it with _s"
+
+
 def main():
     if len(sys.argv) != 3:
         print(__doc__)
@@ -223,6 +231,10 @@ def main():
         count += 1
         with open(os.path.join(sources, path), encoding="utf-8") as file:
             faults.extend(check_file(path, file.read(), reachable))
+    for folder in ("Sources", "Tests", "Benchmarks"):
+        for path in source_files(os.path.join(sys.argv[1], folder)):
+            with open(os.path.join(sys.argv[1], folder, path), encoding="utf-8") as file:
+                faults.extend(check_literals(f"{folder}/{path}", file.read()))
     for fault in faults:
         print(fault)
     print(f"{count} files, {len(graph)} targets, {len(faults)} faults")

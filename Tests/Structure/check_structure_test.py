@@ -52,6 +52,10 @@ class IncludeDirections(unittest.TestCase):
         self.assertEqual(len(faults("Fenwhirl/Monitoring/M.cpp", "#ifdef __APPLE__\n")), 1)
         self.assertEqual(faults("Fenwhirl/Platform/Toolkit/Clock.h", "#ifdef __APPLE__\n"), [])
 
+    def test_literals_are_those_that_newer_versions_of_qt_accept(self):
+        self.assertEqual(len(list(check.check_literals("Tests/A.cpp", 'said(u"tr/min"_qs)'))), 1)
+        self.assertEqual(list(check.check_literals("Tests/A.cpp", 'said(u"tr/min"_s, "_qsort")')), [])
+
 
 class Namespaces(unittest.TestCase):
     def test_code_is_in_the_namespace_of_its_library(self):

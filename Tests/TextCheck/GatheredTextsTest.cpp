@@ -25,7 +25,7 @@ using Texts = std::vector<std::string>;
 TEST(GatheredTexts, FindWhatCppAsksFor) {
     EXPECT_EQ(
         texts(
-            R"cpp(auto a = localized(u"Réglages"); auto b = localized(QStringLiteral("Ventilateur %@"), {u"x y"_qs});
+            R"cpp(auto a = localized(u"Réglages"); auto b = localized(QStringLiteral("Ventilateur %@"), {u"x y"_s});
                        auto c = Localizer::lookup(on ? u"Activer" : u"Désactiver"); )cpp",
             Grammar::cpp, Gathered::Kind::asked),
         (Texts{"Réglages", "Ventilateur %@", "Activer", "Désactiver"}));

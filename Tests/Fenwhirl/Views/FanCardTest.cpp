@@ -15,6 +15,8 @@
 
 namespace Fenwhirl {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr auto slider = QAccessible::Slider;
@@ -351,7 +353,7 @@ TEST(FanCard, TheCurvesHandlesWriteWhatTheSteppersWrite) {
     EXPECT_EQ(stage.range(stepper, 0)->currentValue().toDouble(), 65);
     stage.range(stepper, 1)->setCurrentValue(50.0); // below the start, which nothing forbids
     EXPECT_EQ(upper->valueInterface()->currentValue().toDouble(), 50);
-    EXPECT_EQ(upper->valueInterface()->currentValue().toString(), u"50 °C"_qs);
+    EXPECT_EQ(upper->valueInterface()->currentValue().toString(), u"50 °C"_s);
     EXPECT_TRUE(fan->maxText().endsWith(u"50 °C"));
     EXPECT_NE(stage.find(QStringLiteral("Selon un capteur"), QAccessible::Chart), nullptr);
 }

@@ -14,6 +14,8 @@
 
 namespace Fenwhirl {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr auto sliderRole = QAccessible::Slider;
@@ -141,10 +143,10 @@ TEST(MenuPanel, ASliderSaysItsSpeedOnceAndTheMeasuredOneWhereThatDiffers) {
         return QStringList{item->text(QAccessible::Value), item->text(QAccessible::Description)};
     };
     EXPECT_EQ(said(),
-              QStringList({u"2,000 tr/min"_qs, Fenwhirl::isSliderTextHeard() ? u""_qs : u"tr/min"_qs}));
+              QStringList({u"2,000 tr/min"_s, Fenwhirl::isSliderTextHeard() ? u""_s : u"tr/min"_s}));
     setting.mode = FanModeKind::constant;
     stage.monitor().setSetting(0, setting);
-    EXPECT_EQ(said(), QStringList({u"4,000 tr/min"_qs, u"2,000 tr/min"_qs}));
+    EXPECT_EQ(said(), QStringList({u"4,000 tr/min"_s, u"2,000 tr/min"_s}));
 }
 
 TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {
