@@ -1,5 +1,4 @@
 #include "Fenwhirl/Platform/Desktop/MainWindowBehaviour.h"
-
 #include "Fenwhirl/Platform/Desktop/NativeWindowMacOS.h"
 
 #include <QGuiApplication>

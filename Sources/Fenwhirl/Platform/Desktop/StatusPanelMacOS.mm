@@ -1,6 +1,5 @@
-#include "Fenwhirl/Platform/Desktop/StatusPanel.h"
-
 #include "Fenwhirl/Platform/Desktop/NativeWindowMacOS.h"
+#include "Fenwhirl/Platform/Desktop/StatusPanel.h"
 
 #include <QCursor>
 #include <QGuiApplication>
