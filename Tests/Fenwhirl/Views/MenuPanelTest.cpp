@@ -142,8 +142,7 @@ TEST(MenuPanel, ASliderSaysItsSpeedOnceAndTheMeasuredOneWhereThatDiffers) {
         const QAccessibleInterface* item = stage.all(sliderRole).first();
         return QStringList{item->text(QAccessible::Value), item->text(QAccessible::Description)};
     };
-    EXPECT_EQ(said(),
-              QStringList({u"2,000 tr/min"_s, Fenwhirl::isSliderTextHeard() ? u""_s : u"tr/min"_s}));
+    EXPECT_EQ(said(), QStringList({u"2,000 tr/min"_s, Fenwhirl::isSliderTextHeard() ? u""_s : u"tr/min"_s}));
     setting.mode = FanModeKind::constant;
     stage.monitor().setSetting(0, setting);
     EXPECT_EQ(said(), QStringList({u"4,000 tr/min"_s, u"2,000 tr/min"_s}));
