@@ -97,7 +97,7 @@ void AppDelegate::updateStatusMenu() {
     StatusMenu menu;
     for (const Preset preset : allPresets) {
         menu.push_back({.text = title(preset),
-                        .choose = [this, preset] { monitor_.apply(preset); },
+                        .choose = [this, preset] { choosePreset(preset); },
                         .isCurrent = monitor_.activePreset() == preset});
     }
     menu.push_back({});

@@ -356,6 +356,19 @@ TEST(StatusItemMenu, OffersThePresetsTheWindowAndTheEnd) {
     life.world.monitor().setLanguage(AppLanguage::fr);
 }
 
+TEST(StatusItemMenu, APresetChosenBeforeTheFansAreKnownIsNotLost) {
+    Life life(true);
+    life.world.smc.remove("FNum");
+    life.world.poll();
+    ASSERT_TRUE(life.world.monitor().fans().isEmpty());
+    const StatusMenu menu = life.statusItem.menu;
+    menu.at(4).choose();
+    life.world.smc.setNumber("FNum", "ui8 ", 2);
+    life.world.poll();
+    EXPECT_EQ(life.world.monitor().activePreset(), Preset::max);
+    EXPECT_EQ(entriesOf(life.statusItem.menu).at(4), QStringLiteral("[Max]"));
+}
+
 TEST(Language, ReachesOpenWindowsAndTheStatusItem) {
     Life life(true);
     life.windows->openMain();
