@@ -140,12 +140,14 @@ TEST(MenuPanel, ASliderSaysItsSpeedOnceAndTheMeasuredOneWhereThatDiffers) {
     stage.show(menuPanelFile());
     const auto said = [&] {
         const QAccessibleInterface* item = stage.all(sliderRole).first();
-        return QStringList{item->text(QAccessible::Value), item->text(QAccessible::Description)};
+        // The separator is that of the computer's region, or none.
+        return QStringList{item->text(QAccessible::Value).remove(u','),
+                           item->text(QAccessible::Description).remove(u',')};
     };
-    EXPECT_EQ(said(), QStringList({u"2,000 tr/min"_s, Fenwhirl::isSliderTextHeard() ? u""_s : u"tr/min"_s}));
+    EXPECT_EQ(said(), QStringList({u"2000 tr/min"_s, Fenwhirl::isSliderTextHeard() ? u""_s : u"tr/min"_s}));
     setting.mode = FanModeKind::constant;
     stage.monitor().setSetting(0, setting);
-    EXPECT_EQ(said(), QStringList({u"4,000 tr/min"_s, u"2,000 tr/min"_s}));
+    EXPECT_EQ(said(), QStringList({u"4000 tr/min"_s, u"2000 tr/min"_s}));
 }
 
 TEST(MenuPanel, MovingTheSliderOfAnAutomaticFanMakesItConstant) {
