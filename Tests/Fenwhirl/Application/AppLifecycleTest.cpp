@@ -365,7 +365,8 @@ TEST(StatusItemMenu, APresetChosenBeforeTheFansAreKnownIsNotLost) {
     menu.at(4).choose();
     life.world.smc.setNumber("FNum", "ui8 ", 2);
     life.world.poll();
-    EXPECT_EQ(life.world.monitor().activePreset(), Preset::max);
+    EXPECT_EQ(life.world.monitor().setting(1).mode, FanModeKind::constant);
+    EXPECT_EQ(life.world.monitor().setting(1).constantRPM, 6000);
     EXPECT_EQ(entriesOf(life.statusItem.menu).at(4), QStringLiteral("[Max]"));
 }
 
