@@ -2,13 +2,10 @@
 #include "MonitorHarness.h"
 #include "Support/WaitUntil.h"
 
-#include <QDeadlineTimer>
 #include <QSignalSpy>
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <cstdint>
 #include <future>
 #include <gtest/gtest.h>
 #include <thread>
@@ -84,85 +81,6 @@ TEST_F(MonitorPolling, PollsEveryTwoSecondsAndNeverWithoutAController) {
         EXPECT_GT(polls[poll] - begin, Seconds(1.85) * static_cast<double>(poll)) << poll;
     }
     EXPECT_EQ(askedWithoutController, 1); // by the constructor, and by no poll
-}
-
-// A monitor that polls by itself, much more often than the program does.
-class MonitorOwnPolls : public MonitorPolling {
-protected:
-    std::atomic<int> polls = 0;         // that were begun
-    std::atomic<int> looks = 0;         // at the helper's file
-    std::atomic<int> looksFromHere = 0; // on the main thread
-    std::atomic<std::int64_t> stamp = 1;
-
-    MonitorServices quickServices(std::chrono::milliseconds interval = std::chrono::milliseconds(5)) {
-        MonitorServices quick = services();
-        quick.runsOwnTimer = true;
-        quick.pollInterval = interval;
-        quick.wallClock = [this] {
-            ++polls;
-            return std::chrono::system_clock::time_point();
-        };
-        quick.helper.isInstalled = [this, here = std::this_thread::get_id()] {
-            ++looks;
-            looksFromHere += std::this_thread::get_id() == here ? 1 : 0;
-            return helper.installed.load();
-        };
-        quick.helper.fileStamp = [this] { return stamp.load(); };
-        return quick;
-    }
-};
-
-TEST_F(MonitorOwnPolls, NeedNotWakeTheMainThread) {
-    Monitor monitor(quickServices(std::chrono::milliseconds(25))); // time enough to publish a result
-    int looksBefore = 0;
-    int pollsWithoutLook = 0;
-    QObject::connect(&monitor, &Monitor::polled, &monitor, [&] {
-        pollsWithoutLook += looksFromHere == looksBefore ? 1 : 0;
-        looksBefore = looksFromHere;
-    });
-    monitor.start();
-    // Until the version of the helper is known, the main thread takes part; and so it does on a busy computer whenever it
-    // publishes a result too late.
-    EXPECT_TRUE(waitUntil([&] { return pollsWithoutLook >= 5; }));
-}
-
-TEST_F(MonitorOwnPolls, StopWhileTheMainThreadHangs) {
-    Monitor monitor(quickServices());
-    QSignalSpy polled(&monitor, &Monitor::polled);
-    monitor.start();
-    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 10; }));
-    // The guard would hand the fans back by now, and a poll would take them again.
-    const int pollsBefore = polls;
-    const int looksBefore = looks;
-    const QDeadlineTimer deadline(std::chrono::seconds(20));
-    while (looks < looksBefore + 30 && !deadline.hasExpired()) {
-        std::this_thread::yield(); // without the event loop
-    }
-    EXPECT_GE(looks, looksBefore + 30);
-    EXPECT_LE(polls, pollsBefore + 2); // one that was running, one whose result is not published
-    polled.clear();
-    EXPECT_TRUE(waitUntil([&] { return polled.count() >= 10; })); // they continue
-}
-
-TEST_F(MonitorOwnPolls, NoticeWhatHappensToTheHelper) {
-    helper.installed = false;
-    Monitor monitor(quickServices(std::chrono::milliseconds(25)));
-    QSignalSpy polled(&monitor, &Monitor::polled);
-    monitor.start();
-    ASSERT_TRUE(waitUntil([&] { return polled.count() >= 5; }));
-    EXPECT_FALSE(monitor.helperInstalled());
-    EXPECT_EQ(helper.versionReads, 0);
-    const int pollsBefore = polls;
-    helper.installed = true;
-    ASSERT_TRUE(waitUntil([&] { return monitor.helperInstalled(); }));
-    EXPECT_LE(polls, pollsBefore + 4); // at once, and not when the main thread happens to look
-    ASSERT_TRUE(waitUntil([&] { return helper.versionReads == 1; }));
-    helper.setVersion("2");
-    stamp = 2;
-    ASSERT_TRUE(waitUntil([&] { return monitor.helperOutdated(); }));
-    EXPECT_EQ(helper.versionReads, 2);
-    helper.installed = false;
-    EXPECT_TRUE(waitUntil([&] { return !monitor.helperInstalled() && !monitor.helperOutdated(); }));
 }
 
 TEST_F(MonitorPolling, PublishesInTheOrderThatViewsRelyOn) {
@@ -519,72 +437,6 @@ TEST_F(MonitorPolling, WithoutTheHelperNothingIsSentButAskedFor) {
     EXPECT_TRUE(monitor().helperInstalled());
 }
 
-TEST_F(MonitorPolling, HelperOfAnotherVersionIsOutdated) {
-    helper.setVersion("2");
-    start();
-    EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
-    helper.setVersion("3");
-    monitor().tick();
-    EXPECT_TRUE(waitUntil([&] { return !monitor().helperOutdated(); }));
-    for (const auto& version :
-         {std::optional<std::string>(""), std::optional<std::string>("4"), std::optional<std::string>()}) {
-        helper.setVersion(version);
-        monitor().tick();
-        EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
-        helper.setVersion("3");
-        monitor().tick();
-        EXPECT_TRUE(waitUntil([&] { return !monitor().helperOutdated(); }));
-    }
-    helper.setVersion("2");
-    monitor().tick();
-    EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
-    helper.installed = false;
-    monitor().tick();
-    EXPECT_FALSE(monitor().helperOutdated()); // known at once, without asking the helper
-}
-
-TEST_F(MonitorPolling, HangingVersionBlocksNeitherWindowNorReadings) {
-    std::promise<void> release;
-    helper.onVersion = [&, released = release.get_future().share()] { released.wait(); };
-    start(); // publishes its poll although the version never arrives
-    setFan(0, 2500);
-    poll();
-    EXPECT_EQ(monitor().fans()[0].rpm, 2500);
-    ASSERT_TRUE(waitUntil([&] { return helper.versionReads == 1; }));
-    poll();
-    EXPECT_EQ(helper.versionReads, 1); // still the first read
-    helper.setVersion("2");
-    release.set_value();
-    EXPECT_TRUE(waitUntil([&] { return monitor().helperOutdated(); }));
-}
-
-TEST_F(MonitorPolling, AnAnswerAboutAHelperThatIsGoneDoesNotCount) {
-    std::promise<void> release;
-    // The second answer may still be under way when this test is over; it must not use what belongs to the test.
-    helper.onVersion = [&fake = *helperOwner, released = release.get_future().share()] {
-        if (fake.versionReads == 1) {
-            released.wait();
-        } else {
-            fake.setVersion("3");
-        }
-    };
-    helper.setVersion("2");
-    start();
-    ASSERT_TRUE(waitUntil([&] { return helper.versionReads == 1; }));
-    helper.installed = false;
-    poll();
-    QSignalSpy outdated(&monitor(), &Monitor::helperOutdatedChanged);
-    release.set_value();
-    helper.installed = true;
-    // The next helper is asked only when the answer about the former one has arrived.
-    ASSERT_TRUE(waitUntil([&] {
-        monitor().tick();
-        return helper.versionReads == 2;
-    }));
-    EXPECT_EQ(outdated.count(), 0);
-    EXPECT_FALSE(monitor().helperOutdated());
-}
-
 TEST_F(MonitorPolling, APollThatWaitsTakesTheNewestAlertThreshold) {
     start();
     std::promise<void> release;
@@ -603,50 +455,6 @@ TEST_F(MonitorPolling, APollThatWaitsTakesTheNewestAlertThreshold) {
     ASSERT_TRUE(waitUntil([&] { return polled.count() == 2; }));
     EXPECT_TRUE(monitor().isProtecting());
     smc.hook = nullptr;
-}
-
-TEST_F(MonitorPolling, VersionIsAskedForOnceWhileTheFileStaysTheSame) {
-    MonitorServices stamped = services();
-    std::int64_t stamp = 7;
-    stamped.helper.fileStamp = [&] { return std::optional(stamp); };
-    Monitor m(stamped);
-    QSignalSpy polled(&m, &Monitor::polled);
-    QSignalSpy outdated(&m, &Monitor::helperOutdatedChanged);
-    helper.setVersion("2");
-    m.start();
-    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1 && outdated.count() == 1; }));
-    for (int polls = 2; polls <= 3; ++polls) {
-        m.tick();
-        ASSERT_TRUE(waitUntil([&] { return polled.count() == polls; }));
-    }
-    EXPECT_EQ(helper.versionReads, 1);
-    helper.setVersion("3");
-    stamp = 8;
-    m.tick();
-    EXPECT_TRUE(waitUntil([&] { return outdated.count() == 2; }));
-    EXPECT_EQ(helper.versionReads, 2);
-    EXPECT_FALSE(m.helperOutdated());
-}
-
-TEST_F(MonitorPolling, AHelperThatCouldNotBeStartedIsAskedAgainAndThenDrives) {
-    MonitorServices stamped = services();
-    stamped.helper.fileStamp = [] { return std::optional<std::int64_t>(7); };
-    Monitor m(stamped);
-    QSignalSpy polled(&m, &Monitor::polled);
-    helper.setVersion("Impossible de lancer l'assistant.");
-    m.setSetting(0, constant(2000));
-    m.start();
-    ASSERT_TRUE(waitUntil([&] { return polled.count() == 1 && m.helperOutdated(); }));
-    EXPECT_EQ(helper.takeRuns(), Runs());
-    helper.setVersion("3");
-    ASSERT_TRUE(waitUntil([&] {
-        m.tick();
-        return !m.helperOutdated();
-    }));
-    ASSERT_TRUE(waitUntil([&] {
-        m.tick();
-        return helper.takeRuns() == Runs{{"set", "0", "2000"}};
-    }));
 }
 
 TEST_F(MonitorPolling, PollsNeverOverlap) {
