@@ -163,8 +163,9 @@ class AsRoot(InstallTest):
         self.assertGreater(len(faults), 150)
         ended = set()
         for name, number, error in faults[::rounds(12, 1)]:
-            done = subprocess.run(["strace", "-f", "--seccomp-bpf", "-o", "/dev/null", "-e", f"trace={name}",
-                                   "-e", f"inject={name}:error={error}:when={number}", "timeout", "20", "sh", "-c", command],
+            # The shell may wait for ever after such a failure. The program that then ends it must not be affected itself.
+            done = subprocess.run(["timeout", "-s", "KILL", "20", "strace", "-f", "--seccomp-bpf", "-o", "/dev/null",
+                                   "-e", f"trace={name}", "-e", f"inject={name}:error={error}:when={number}", "sh", "-c", command],
                                   stdin=subprocess.DEVNULL, capture_output=True, check=False)
             ended.add(done.returncode == 0)
             # A file with the set-user-ID bit is always a complete helper, whether the old one or the new one.
