@@ -5,6 +5,7 @@ Every control must have a role, a name, an action and, where it applies, a value
 
 import unittest
 
+import interface
 import stage
 from desktop import Desktop
 
@@ -25,34 +26,29 @@ PAGES = {
 
 
 class Accessibility(unittest.TestCase):
-    def actions(self, node):
-        return {node.get_action_name(index) for index in range(node.get_n_actions())}
-
     def check(self, desktop, where):
         """Checks every visible node; returns the roles that were found."""
         roles = set()
         for node in desktop.screen.nodes():
             try:
-                roles.add(self.check_node(desktop, where, node))
-            except desktop.screen.error:
-                if not self.is_gone(desktop, node):
+                roles.add(self.check_node(where, node))
+            except interface.Error:
+                if not self.is_gone(node):
                     raise
         return roles
 
     @staticmethod
-    def is_gone(desktop, node):
+    def is_gone(node):
         """Whether a node has disappeared, as the row of an application or a sensor may at any moment."""
         try:
-            node.get_name()
-        except desktop.screen.error:
+            node.now()
+        except interface.Error:
             return True
         return False
 
-    def check_node(self, desktop, where, node):
+    def check_node(self, where, node):
         """Checks one node; returns its role."""
-        value = desktop.screen.atspi.Value
-        states = desktop.screen.atspi.StateType
-        role, name, actions = stage.role_of(node), node.get_name(), self.actions(node)
+        role, name, actions = node.role, node.name, set(node.actions())
         about = f"{where}: {role} {name!r} with {sorted(actions)}"
         if role in USED:
             self.assertTrue(name and name.strip(), f"{about} has no name")
@@ -60,12 +56,11 @@ class Accessibility(unittest.TestCase):
         else:
             self.assertFalse(actions - PASSIVE_ACTIONS, f"{about} can be used, but does not look like it")
         if role in ("push button", "check box", "combo box", "slider", "spin button", "page tab"):
-            self.assertTrue(node.get_state_set().contains(states.FOCUSABLE), f"{about} is out of the keyboard's reach")
+            self.assertTrue("focusable" in node.states, f"{about} is out of the keyboard's reach")
         if role in VALUED:
-            low, now, high = (get(node) for get in (value.get_minimum_value, value.get_current_value,
-                                                    value.get_maximum_value))
+            low, now, high = node.lowest_value(), node.value(), node.highest_value()
             self.assertTrue(low < high and low <= now <= high, f"{about}: {low} ≤ {now} ≤ {high}")
-            self.assertGreater(value.get_minimum_increment(node), 0, about)
+            self.assertGreater(node.step(), 0, about)
         if role in ("label", "list item", "heading"):
             self.assertTrue(name and name.strip(), f"{about} says nothing")
         return role
@@ -85,8 +80,7 @@ class Accessibility(unittest.TestCase):
             for page, expected in PAGES.items():
                 desktop.screen.press(page, "page tab")
                 desktop.screen.wait_for(page, "heading")
-                stage.wait_until(lambda expected=expected: expected <= {stage.role_of(node)
-                                                                        for node in desktop.screen.nodes()},
+                stage.wait_until(lambda expected=expected: expected <= {node.role for node in desktop.screen.nodes()},
                                  lambda page=page: f"all of {page}; there is {desktop.screen.outline()}")
                 with self.subTest(page=page):
                     self.check(desktop, page)
@@ -94,31 +88,28 @@ class Accessibility(unittest.TestCase):
     def test_values_can_be_read_and_set(self):
         with Desktop(height=2000, preferences=desktop_settings()) as desktop:
             self.show(desktop)
-            value = desktop.screen.atspi.Value
             desktop.screen.press("Alertes", "page tab")
             desktop.screen.wait_for("Seuil d'alerte : 90 °C", "label")
             slider = desktop.screen.wait_for("Seuil d'alerte", "slider")
-            self.assertEqual(value.get_current_value(slider), 90)
-            value.set_current_value(slider, 75)
+            self.assertEqual(slider.value(), 90)
+            slider.set_value(75)
             desktop.screen.wait_for("Seuil d'alerte : 75 °C", "label")
             switch = desktop.screen.find("Prévenir quand le Mac chauffe trop", "check box")
-            checked = desktop.screen.atspi.StateType.CHECKED
-            self.assertTrue(switch.get_state_set().contains(checked))
+            self.assertIn("checked", switch.states)
             desktop.screen.press("Prévenir quand le Mac chauffe trop", "check box")
-            stage.wait_until(lambda: not switch.get_state_set().contains(checked), "the switch is off")
+            stage.wait_until(lambda: "checked" not in switch.now().states, "the switch is off")
             desktop.screen.press("Ventilateurs", "page tab")
             desktop.screen.wait_for("La vitesse augmente à partir de 50 °C", "label")
             stepper = desktop.screen.wait_for("La vitesse augmente à partir de", "spin button")
-            self.assertEqual(value.get_current_value(stepper), 50)
-            text = desktop.screen.atspi.Text
-            self.assertEqual(text.get_text(stepper, 0, text.get_character_count(stepper)), "50 °C")
-            value.set_current_value(stepper, 65)
+            self.assertEqual(stepper.value(), 50)
+            self.assertEqual(stepper.text(), "50 °C")
+            stepper.set_value(65)
             desktop.screen.wait_for("La vitesse augmente à partir de 65 °C", "label")
             # A gauge gives its speed as a text, beside the fan's name.
             desktop.screen.wait_for(lambda text: text.endswith(" tr/min") and "–" not in text, "label")
             desktop.screen.press("Tableau de bord", "page tab")
             chart = desktop.screen.wait_for("Température du processeur", "chart")
-            stage.wait_until(lambda: "°C" in (chart.get_description() or ""), "the chart says between which values it moves")
+            stage.wait_until(lambda: "°C" in chart.description(), "the chart says between which values it moves")
 
     def test_the_question_before_quitting_an_application(self):
         with Desktop(height=2000) as desktop:
@@ -131,9 +122,9 @@ class Accessibility(unittest.TestCase):
             for answer in ("Fermer", "Forcer la fermeture", "Annuler"):
                 desktop.screen.wait_for(answer, "push button")
             self.assertIn("dialog", self.check(desktop, "question"))
-            dialogs = [node for node in desktop.screen.nodes() if stage.role_of(node) == "dialog"]
-            self.assertEqual([node.get_name() for node in dialogs], ["Fermer Busy ?"])
-            self.assertTrue(dialogs[0].get_state_set().contains(desktop.screen.atspi.StateType.MODAL))
+            dialogs = [node for node in desktop.screen.nodes() if node.role == "dialog"]
+            self.assertEqual([node.name for node in dialogs], ["Fermer Busy ?"])
+            self.assertIn("modal", dialogs[0].states)
             self.assertFalse(desktop.screen.find("Applications", "page tab"), "what the question covers cannot be reached")
             desktop.screen.press("Annuler")
             desktop.screen.wait_until_gone("Annuler")

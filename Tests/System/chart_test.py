@@ -4,6 +4,7 @@ import re
 import time
 import unittest
 
+import interface
 import stage
 from desktop import Desktop, run
 
@@ -17,22 +18,21 @@ class Chart(unittest.TestCase):
         self.assertEqual(desktop.start_again(), 0)
         window = desktop.wait_for_main_window()
         chart = desktop.screen.wait_for("Température du processeur", "chart")
-        focusable = desktop.screen.atspi.StateType.FOCUSABLE
-        stage.wait_until(lambda: chart.get_state_set().contains(focusable), "two temperatures were read")
+        stage.wait_until(lambda: "focusable" in chart.now().states, "two temperatures were read")
         return window, chart
 
     def reads(self, chart):
-        return READING.fullmatch(chart.get_description() or "") is not None
+        return READING.fullmatch(chart.description()) is not None
 
     def test_the_pointer_reads_it(self):
         with Desktop() as desktop:
             window, chart = self.chart(desktop)
-            self.assertFalse(self.reads(chart), chart.get_description())
-            place = chart.get_extents(desktop.screen.atspi.CoordType.WINDOW)
+            self.assertFalse(self.reads(chart), chart.description())
+            place = chart.place()
             x, y = (int(value) for value in (place.x + place.width / 2, place.y + place.height / 2))
             run("xdotool", "mousemove", "--window", window[0], x, y)
             run("xdotool", "mousemove", "--window", window[0], x + 5, y)
-            stage.wait_until(lambda: self.reads(chart), lambda: f"a reading; the chart says {chart.get_description()!r}")
+            stage.wait_until(lambda: self.reads(chart), lambda: f"a reading; the chart says {chart.description()!r}")
             run("xdotool", "mousemove", "--window", window[0], 5, 5)
             stage.wait_until(lambda: not self.reads(chart), "the reading goes with the pointer")
 
@@ -42,14 +42,14 @@ class Chart(unittest.TestCase):
             heard = []
 
             def hear(event):
-                if event.source.get_name() == chart.get_name():
+                if event.source.get_name() == chart.name:
                     heard.append(event.source.get_description())
 
-            listener = desktop.screen.atspi.EventListener.new(hear)
+            listener = interface.Atspi.EventListener.new(hear)
             self.assertTrue(listener.register("object:property-change:accessible-description"))
             run("xdotool", "windowactivate", "--sync", window[0])
-            chart.grab_focus()
-            stage.wait_until(lambda: self.reads(chart), lambda: f"a reading; the chart says {chart.get_description()!r}")
+            chart.take_focus()
+            stage.wait_until(lambda: self.reads(chart), lambda: f"a reading; the chart says {chart.description()!r}")
             desktop.key("Home")  # moves to another sample, usually with another temperature
             stage.wait_until(lambda: len(self.pumped(heard)) == 2, lambda: f"two readings are told; there are {heard}")
             # Further polls change the data, but must not announce a reading that the user did not ask for.

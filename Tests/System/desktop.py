@@ -14,6 +14,7 @@ import subprocess
 import time
 import unittest
 
+import interface
 import stage
 
 PANEL_HEIGHT = 30  # pixels of the bar along the upper edge
@@ -127,7 +128,7 @@ class Desktop:
     def launch(self, **environment):
         """Starts Fenwhirl without waiting for anything."""
         self.application = self.stack.enter_context(stage.Application(self.build, environment=environment))
-        self.screen = stage.Interface()
+        self.screen = interface.Interface()
         return self.application
 
     def start(self, **environment):

@@ -7,7 +7,7 @@ French texts that a shown text may stand for.
 import pathlib
 import re
 
-import stage
+import interface
 
 SOURCES = pathlib.Path(__file__).resolve().parents[2] / "Sources/Fenwhirl"
 LANGUAGES = {"fr": "Français", "en": "English", "sr": "Srpski (latinica)", "sr-Cyrl": "Српски (ћирилица)", "de": "Deutsch",
@@ -102,7 +102,7 @@ class Names(list):
         return super().count(self.translations.shown(french))
 
 
-class TranslatedInterface(stage.Interface):
+class TranslatedInterface(interface.Interface):
     """The interface in any language, queried with French texts."""
 
     def __init__(self, language):

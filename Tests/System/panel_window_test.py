@@ -35,7 +35,7 @@ class PanelWindow(unittest.TestCase):
         hints = run("xprop", "-id", window[0], "WM_NORMAL_HINTS")
         limits = [tuple(int(number) for number in pair)
                   for pair in re.findall(r"(?:minimum|maximum) size: (\d+) by (\d+)", hints)]
-        place = button.get_extents(desktop.screen.atspi.CoordType.SCREEN)
+        place = button.place(on_screen=True)
         return {"size": window[3:], "limits": limits, "below": window[2] + window[4] - place.y - place.height}
 
     def wait_for_fit(self, desktop, last="Quitter"):

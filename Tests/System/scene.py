@@ -7,6 +7,7 @@ import re
 import time
 import unittest
 
+import interface
 import stage
 
 # The user ID of nobody: an account that exists everywhere and owns nothing.
@@ -38,7 +39,7 @@ class Scene:
             bus = self.stack.enter_context(stage.SessionBus())
             os.environ.update(bus.environment())
             self.application = self.stack.enter_context(stage.Application(self.build))
-            self.screen = stage.Interface()
+            self.screen = interface.Interface()
             for button in ("Suivant", "Suivant", "Commencer"):
                 self.screen.press(button)
             self.screen.wait_for("Tableau de bord")

@@ -67,8 +67,7 @@ class StartingWithTheSession(unittest.TestCase):
 class TheReport(unittest.TestCase):
     @staticmethod
     def press_anywhere(scene, name, role):
-        scene.screen.use(next(node for node in scene.screen.nodes(showing=False)
-                              if node.get_name() == name and stage.role_of(node) == role))
+        next(node for node in scene.screen.nodes(showing=False) if (node.name, node.role) == (name, role)).press()
 
     def test_the_report_is_saved_where_the_user_chooses(self):
         with Scene() as scene:

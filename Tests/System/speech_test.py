@@ -99,10 +99,6 @@ class Speech(unittest.TestCase):
                 desktop.start_again()
             desktop.wait_for_main_window()
 
-    def something_has_the_focus(self):
-        focused = self.desktop.screen.atspi.StateType.FOCUSED
-        return any(node.get_state_set().contains(focused) for node in self.desktop.screen.nodes())
-
     def walk(self, name, **events):
         """Performs the steps of a transcript and compares what is said. `events` are the functions behind its "*" lines, by the
         line's text with "_" for each space.
@@ -122,7 +118,7 @@ class Speech(unittest.TestCase):
             about = f"{name}: {step}, step {len(heard)}"
             self.assertTrue(said, f"{about}: nothing is said")
             self.assertEqual(len(said), len(set(said)), f"{about}: something is said twice: {said}")
-            if not self.something_has_the_focus():
+            if not self.desktop.screen.focused():
                 self.fail(f"{about}: nothing has the focus; there is {self.desktop.screen.outline()}")
             if RECORDING:
                 continue
@@ -193,7 +189,7 @@ class Speech(unittest.TestCase):
 
             def rest_the_pointer():
                 box = desktop.screen.wait_for({"fr": "Préréglage", "en": "Preset"}[language], "combo box")
-                place = box.get_extents(desktop.screen.atspi.CoordType.SCREEN)
+                place = box.place(on_screen=True)
                 run("xdotool", "mousemove", place.x + 30, place.y + place.height + 90)
                 desktop.key("F1")  # makes the screen reader say something, as each step requires
 
@@ -287,8 +283,8 @@ class Speech(unittest.TestCase):
 
             def go_to_the_sensor():
                 row = stage.wait_until(lambda: next((node for node in desktop.screen.nodes(showing=False)
-                                                     if "T<b>" in (node.get_name() or "")), None), "the sensor has a row")
-                row.do_action([row.get_action_name(index) for index in range(row.get_n_actions())].index("SetFocus"))
+                                                     if "T<b>" in node.name), None), "the sensor has a row")
+                row.act("SetFocus")
 
             def open_applications():
                 desktop.key("ctrl+4")

@@ -106,11 +106,6 @@ class ByKeyboard(unittest.TestCase):
     """The panel without the pointer. How the item itself is reached by keyboard depends on the desktop's panel, which then asks
     the item to open, often without a position."""
 
-    @staticmethod
-    def focused(desktop):
-        state = desktop.screen.atspi.StateType.FOCUSED
-        return next((node for node in desktop.screen.nodes() if node.get_state_set().contains(state)), None)
-
     def test_it_is_opened_used_and_left(self):
         with Desktop(helper=True) as desktop, StatusHost() as host:
             desktop.cover("600x400+100+100")
@@ -119,11 +114,10 @@ class ByKeyboard(unittest.TestCase):
             before = run("xdotool", "getwindowfocus").strip()
             host.press(0, 0)
             stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
-            stage.wait_until(lambda: (node := self.focused(desktop)) and node.get_name() == "Auto", "its first control has it")
+            stage.wait_until(lambda: (node := desktop.screen.focused()) and node.name == "Auto", "its first control has it")
             desktop.key("Right")
-            checked = desktop.screen.atspi.StateType.CHECKED
-            stage.wait_until(lambda: (node := self.focused(desktop)) and node.get_name() == "Silencieux"
-                             and node.get_state_set().contains(checked), "the next preset is chosen")
+            stage.wait_until(lambda: (node := desktop.screen.focused()) and node.name == "Silencieux"
+                             and "checked" in node.states, "the next preset is chosen")
             desktop.key("Escape")
             stage.wait_until(lambda: not desktop.panel_window(), "the panel closes")
             stage.wait_until(lambda: run("xdotool", "getwindowfocus").strip() == before, "the focus goes back to where it was")
@@ -134,11 +128,11 @@ class ByKeyboard(unittest.TestCase):
             stage.wait_until(lambda: host.item, "the host has the item")
             host.press(0, 0)
             stage.wait_until(lambda: desktop.has_focus(desktop.panel_window()), "the panel has the keyboard")
-            stage.wait_until(lambda: self.focused(desktop), "something in it, too")
+            stage.wait_until(lambda: desktop.screen.focused(), "something in it, too")
 
             def is_there():
-                node = self.focused(desktop)
-                if node is not None and node.get_name() == "Ouvrir Fenwhirl":
+                node = desktop.screen.focused()
+                if node is not None and node.name == "Ouvrir Fenwhirl":
                     return True
                 desktop.key("Tab")
                 return False

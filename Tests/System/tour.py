@@ -13,6 +13,7 @@ import re
 import sys
 import time
 
+import interface
 import picture_stage
 import stage
 
@@ -30,7 +31,7 @@ class Tour:
         os.environ.update(bus.environment())
         picture_stage.speak_french()
         self.application = stack.enter_context(stage.Application(options.build, scale=scale))
-        self.screen = stage.Interface()
+        self.screen = interface.Interface()
         self.began = time.monotonic()
 
     # --- The table ---

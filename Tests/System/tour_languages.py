@@ -69,7 +69,7 @@ class Tour(tour_pages.Tour):
 
     def places(self):
         """The vertical position of every visible node, which scrolling changes."""
-        return [(stage.role_of(node), node.get_extents(self.screen.atspi.CoordType.SCREEN).y) for node in self.screen.nodes()]
+        return [(node.role, node.place(on_screen=True).y) for node in self.screen.nodes()]
 
     def both_ends(self, name):
         self.picture(name)  # already scrolls through the whole page

@@ -15,6 +15,7 @@ import subprocess
 import sys
 import time
 
+import interface
 import picture_stage
 import stage
 from vendor_site import Site, vendor_domain, redirect_vendor_host
@@ -45,7 +46,7 @@ class Tour:
         self.theme = theme
         self.host = host
         self.vendor_site = vendor_site
-        self.screen = stage.Interface()
+        self.screen = interface.Interface()
         self.application = self.mac = None
 
     # --- The program ---
@@ -173,7 +174,7 @@ class Tour:
         in the main window, or, with `narrow`, in the panel.
         """
         # Qt tells a slider's position in points on every screen, but its size is wrong where a point is several pixels.
-        place = slider.get_extents(self.screen.atspi.CoordType.WINDOW)
+        place = slider.place()
         x, y = place.x + offset[0], place.y + offset[1]
         window = ["mousemove", "--window", self.window(narrow)]
         subprocess.run(["xdotool", *window, *pixels(x, y), "mousedown", "1"], check=True)
@@ -186,20 +187,19 @@ class Tour:
     def read_chart(self):
         """Puts the keyboard's cursor on a sample of the dashboard's chart."""
         chart = self.screen.wait_for("Température du processeur", "chart")
-        focusable = self.screen.atspi.StateType.FOCUSABLE
-        stage.wait_until(lambda: chart.get_state_set().contains(focusable), "two temperatures were read")
+        stage.wait_until(lambda: "focusable" in chart.now().states, "two temperatures were read")
         subprocess.run(["xdotool", "windowfocus", "--sync", self.window()], check=True)
-        chart.grab_focus()
+        chart.take_focus()
         # Without a reading the description is the range of all temperatures, with its two units. The keys show the focus ring.
         for key, units in (("", 1), ("Escape", 2), ("Home", 1)):
             if key:
                 subprocess.run(["xdotool", "key", key], check=True)
-            stage.wait_until(lambda: chart.get_description().count("°C") == units, "the keyboard's cursor comes or goes")
+            stage.wait_until(lambda: chart.description().count("°C") == units, "the keyboard's cursor comes or goes")
 
     def slider_at(self, text, value):
         """Waits until the last slider of that name has at least this value."""
-        stage.wait_until(lambda: self.slider(text).get_current_value() >= value,
-                         lambda: f"{text} is dragged to {value}; it is {self.slider(text).get_current_value()}")
+        stage.wait_until(lambda: self.slider(text).value() >= value,
+                         lambda: f"{text} is dragged to {value}; it is {self.slider(text).value()}")
 
     def slider(self, text):
         """The last slider whose name begins with that text."""
@@ -233,18 +233,18 @@ class Tour:
         """
         with self.open_panel():
             slider = self.screen.wait_for(fan, "slider")
-            place = slider.get_extents(self.screen.atspi.CoordType.WINDOW)
+            place = slider.place()
             symbol = pixels(place.x + 9, place.y - 18)
             subprocess.run(["xdotool", "mousemove", "--window", self.window(narrow=True), *symbol], check=True)
             time.sleep(1)  # the tooltip appears after 0.6 s; assistive technology does not see it
             self.picture("panel/symbol-hovered", narrow=True)
             self.rest()
-            before = slider.get_current_value()
-            share = (before - slider.get_minimum_value()) / (slider.get_maximum_value() - slider.get_minimum_value())
+            before = slider.value()
+            share = (before - slider.lowest_value()) / (slider.highest_value() - slider.lowest_value())
             with self.dragged(slider, (9 + share * (308 - 18), 10), 55, narrow=True):
-                stage.wait_until(lambda: slider.get_current_value() >= before + 800, "the knob is dragged")
+                stage.wait_until(lambda: slider.value() >= before + 800, "the knob is dragged")
                 self.picture("panel/knob-dragged", narrow=True)
-            slider.set_current_value(before)
+            slider.set_value(before)
 
     # --- Walk ---
 
@@ -307,7 +307,7 @@ class Tour:
         self.mac.turn(2694, 3396)
         self.open_page("fans")
         self.screen.press("Vitesse fixe", "radio button") # of the last fan
-        self.slider("Vitesse demandée").set_current_value(3400)
+        self.slider("Vitesse demandée").set_value(3400)
         self.picture("states/fans-modes")
         self.panel("panel/modes")
         self.panel_in_use("Ventilateur droit")
@@ -319,12 +319,12 @@ class Tour:
         with self.dragged(self.slider("La vitesse augmente"), (7, 7), 60):
             self.slider_at("La vitesse augmente", 65)
             self.picture("states/fans-handle-dragged")
-        self.slider("La vitesse augmente").set_current_value(50)
+        self.slider("La vitesse augmente").set_value(50)
         track, knob, share = 349, 18, (3400 - 1200) / (6241 - 1200)  # of a card in a window of the usual size
         with self.dragged(self.slider("Vitesse demandée"), (knob / 2 + share * (track - knob), 10), 60):
             self.slider_at("Vitesse demandée", 4300)
             self.picture("states/fans-knob-dragged")
-        self.slider("Vitesse demandée").set_current_value(3400)
+        self.slider("Vitesse demandée").set_value(3400)
 
     def apps(self):
         with Workload():
@@ -456,7 +456,7 @@ class Tour:
             with self.open_panel():
                 self.picture("states/panel-many", narrow=True)
                 # The pointer over the scroll bar keeps it on the screen.
-                place = self.screen.wait_for("Ventilateur 3", "slider").get_extents(self.screen.atspi.CoordType.WINDOW)
+                place = self.screen.wait_for("Ventilateur 3", "slider").place()
                 bar = pixels(place.x + 308 + 16 - 6, place.y)
                 subprocess.run(["xdotool", "mousemove", "--window", self.window(narrow=True), *bar], check=True)
                 self.picture("states/panel-many-bar", narrow=True)

@@ -41,7 +41,7 @@ class Tour(tour_pages.Tour):
             self.picture("dashboard")
             self.open_page("fans")
             self.screen.press("Vitesse fixe", "radio button")  # of the last fan
-            self.slider("Vitesse demandée").set_current_value(3400)
+            self.slider("Vitesse demandée").set_value(3400)
             self.drags()
             self.panel_in_use("Ventilateur droit")
             self.open_page("sensors")

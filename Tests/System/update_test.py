@@ -7,6 +7,7 @@ import pathlib
 import time
 import unittest
 
+import interface
 import stage
 from vendor_site import WORK, Authority, Site, vendor_domain, redirect_vendor_host
 
@@ -38,7 +39,7 @@ class Updates(unittest.TestCase):
         os.environ.update(display.environment())
         os.environ.update(self.enter(stage.SessionBus()).environment())
         self.mac = self.enter(stage.SimulatedMac(BUILD, "MacBookPro11,4", "--speed", "0"))
-        self.screen = stage.Interface()
+        self.screen = interface.Interface()
 
     @property
     def file(self):

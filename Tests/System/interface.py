@@ -1,0 +1,254 @@
+"""The interface of the running application, as assistive technology sees it: a tree of objects on the accessibility bus (AT-SPI).
+
+Every question is a round trip through three processes, and the whole tree is read again and again. Each level of it is therefore
+asked at once, which costs a fifth of what one question after another does.
+"""
+
+import collections
+import os
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+
+from gi.repository import Atspi, Gio, GLib  # noqa: E402
+
+from stage import PATIENCE_SECONDS, StageError, wait_until  # noqa: E402
+
+ACCESSIBLE = "org.a11y.atspi.Accessible"
+ACTION = "org.a11y.atspi.Action"
+COMPONENT = "org.a11y.atspi.Component"
+PROPERTIES = "org.freedesktop.DBus.Properties"
+TEXT = "org.a11y.atspi.Text"
+VALUE = "org.a11y.atspi.Value"
+# The states that tests ask for, with their bits in the answer.
+STATES = {"checked": Atspi.StateType.CHECKED, "focusable": Atspi.StateType.FOCUSABLE, "focused": Atspi.StateType.FOCUSED,
+          "modal": Atspi.StateType.MODAL, "visible": Atspi.StateType.VISIBLE}
+# at-spi2 2.56 shortened the name of a role. The tests use the long one.
+LONG_ROLE_NAMES = {"button": "push button"}
+
+Error = GLib.Error
+Place = collections.namedtuple("Place", "x y width height")
+
+
+class Bus:
+    """A connection to the accessibility bus of the session."""
+
+    TIMEOUT = int(PATIENCE_SECONDS * 1000)  # milliseconds
+
+    def __init__(self):
+        session = self.connect(os.environ["DBUS_SESSION_BUS_ADDRESS"])
+        answer = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
+                                   Gio.DBusCallFlags.NONE, self.TIMEOUT, None)
+        self.connection = self.connect(answer.unpack()[0])
+        session.close_sync(None)
+
+    @staticmethod
+    def connect(address):
+        flags = Gio.DBusConnectionFlags
+        return Gio.DBusConnection.new_for_address_sync(
+            address, flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION, None, None)
+
+    def is_closed(self):
+        return self.connection.is_closed()
+
+    def ask(self, questions):
+        """Asks everything at once. A question is (object, interface, method, arguments); an object is (connection, path). Returns
+        the answers in order; an answer is the tuple of the values, or the error.
+        """
+        answers = [None] * len(questions)
+        left = len(questions)
+
+        def answered(connection, result, index):
+            nonlocal left
+            try:
+                answers[index] = connection.call_finish(result).unpack()
+            except Error as error:
+                answers[index] = error
+            left -= 1
+
+        # Answers arrive in a context of our own: in the default one, the listeners of a test might be called meanwhile.
+        context = GLib.MainContext.new()
+        context.push_thread_default()
+        try:
+            for index, ((owner, path), interface, method, arguments) in enumerate(questions):
+                self.connection.call(owner, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, self.TIMEOUT, None,
+                                     answered, index)
+            while left:
+                context.iteration(True)
+        finally:
+            context.pop_thread_default()
+        return answers
+
+
+def asking_for(reference, interface, name):
+    """The question for a property."""
+    return (reference, PROPERTIES, "Get", GLib.Variant("(ss)", (interface, name)))
+
+
+class Node:
+    """One object of the interface. Its name, role and states are those of the moment when it was read; everything else is asked
+    when it is called for. Raises Error when the object is gone.
+    """
+
+    QUESTIONS = 4
+
+    def __init__(self, bus, reference, answers):
+        self.bus = bus
+        self.reference = reference
+        for answer in answers:
+            if isinstance(answer, Error):
+                raise answer
+        (bits,), (self.name,), (role,), (self.children,) = answers
+        self.states = {name for name, bit in STATES.items() if bits[bit // 32] >> bit % 32 & 1}
+        role = Atspi.role_get_name(Atspi.Role(role))
+        self.role = LONG_ROLE_NAMES.get(role, role)
+
+    @staticmethod
+    def questions(reference):
+        return [(reference, ACCESSIBLE, "GetState", None), asking_for(reference, ACCESSIBLE, "Name"),
+                (reference, ACCESSIBLE, "GetRole", None), (reference, ACCESSIBLE, "GetChildren", None)]
+
+    def now(self):
+        """The object with its present name, role and states."""
+        return Node(self.bus, self.reference, self.bus.ask(self.questions(self.reference)))
+
+    def call(self, interface, method, arguments=None):
+        return self.answer((self.reference, interface, method, arguments))
+
+    def get(self, interface, name):
+        return self.answer(asking_for(self.reference, interface, name))[0]
+
+    def answer(self, question):
+        answer = self.bus.ask([question])[0]
+        if isinstance(answer, Error):
+            raise answer
+        return answer
+
+    def description(self):
+        return self.get(ACCESSIBLE, "Description")
+
+    def place(self, on_screen=False):
+        """Where it is in its window, or on the screen."""
+        kind = Atspi.CoordType.SCREEN if on_screen else Atspi.CoordType.WINDOW
+        return Place(*self.call(COMPONENT, "GetExtents", GLib.Variant("(u)", (kind,)))[0])
+
+    def take_focus(self):
+        self.call(COMPONENT, "GrabFocus")
+
+    def text(self):
+        return self.call(TEXT, "GetText", GLib.Variant("(ii)", (0, self.get(TEXT, "CharacterCount"))))[0]
+
+    def value(self):
+        return self.get(VALUE, "CurrentValue")
+
+    def lowest_value(self):
+        return self.get(VALUE, "MinimumValue")
+
+    def highest_value(self):
+        return self.get(VALUE, "MaximumValue")
+
+    def step(self):
+        return self.get(VALUE, "MinimumIncrement")
+
+    def set_value(self, value):
+        arguments = GLib.Variant("(ssv)", (VALUE, "CurrentValue", GLib.Variant("d", value)))
+        self.answer((self.reference, PROPERTIES, "Set", arguments))
+
+    def actions(self):
+        """The names of what can be done with it, in order."""
+        return [self.call(ACTION, "GetName", GLib.Variant("(i)", (index,)))[0] for index in range(self.get(ACTION, "NActions"))]
+
+    def act(self, name):
+        self.call(ACTION, "DoAction", GLib.Variant("(i)", (self.actions().index(name),)))
+
+    def press(self):
+        """Performs the press action, or the closest to it."""
+        offered = self.actions()
+        for wanted in ("Press", "Toggle", "ShowMenu"):
+            if wanted in offered:
+                self.act(wanted)
+                return
+        raise StageError(f"{self.name!r} offers only {sorted(offered)}")
+
+
+class Interface:
+    """The tree of one application. It may end and start again meanwhile."""
+
+    REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
+
+    def __init__(self, application="Fenwhirl"):
+        self.application = application
+        self.bus = None
+
+    def root(self):
+        """The reference of the application, or None if it does not run."""
+        if self.bus is None or self.bus.is_closed():
+            try:
+                self.bus = Bus()
+            except Error:
+                return None  # the session has just begun
+        answer = self.bus.ask([(self.REGISTRY, ACCESSIBLE, "GetChildren", None)])[0]
+        applications = [] if isinstance(answer, Error) else answer[0]
+        names = self.bus.ask([asking_for(each, ACCESSIBLE, "Name") for each in applications])
+        return next((each for each, name in zip(applications, names) if name == (self.application,)), None)
+
+    def nodes(self, showing=True):
+        """Every node, parents first; only visible ones unless `showing` is false."""
+        root = self.root()
+        read = {}
+        level = [root] if root else []
+        while level:
+            answers = self.bus.ask([question for each in level for question in Node.questions(each)])
+            below = []
+            for index, each in enumerate(level):
+                try:
+                    node = Node(self.bus, each, answers[Node.QUESTIONS * index:Node.QUESTIONS * (index + 1)])
+                except Error:
+                    continue  # it disappeared meanwhile
+                if not showing or each == root or "visible" in node.states:
+                    read[each] = node
+                    below += node.children
+            level = below
+        return self.in_order(read, root)
+
+    @staticmethod
+    def in_order(read, root):
+        waiting, ordered = [root], []
+        while waiting:
+            node = read.get(waiting.pop(0))
+            if node is not None:
+                ordered.append(node)
+                waiting[:0] = node.children
+        return ordered
+
+    def texts(self):
+        """The names of everything on the screen, in the order of the tree, without announcements for screen readers."""
+        return [node.name for node in self.nodes() if node.name and node.role != "notification"]
+
+    def outline(self):
+        """Roles and names of everything on the screen, for error messages."""
+        return [f"{node.role} {node.name!r}" for node in self.nodes() if node.name]
+
+    def find(self, name, role=None):
+        """The node with that name (a text, or a predicate of a text) and role name ("push button"), or None.
+
+        Of several nodes it is the last one: menus and dialogs come after what they cover.
+        """
+        fits = name if callable(name) else lambda text: text == name
+        return next((node for node in reversed(self.nodes()) if fits(node.name) and role in (None, node.role)), None)
+
+    def focused(self):
+        """The node that has the keyboard focus, or None."""
+        return next((node for node in self.nodes() if "focused" in node.states), None)
+
+    def wait_for(self, name, role=None, seconds=PATIENCE_SECONDS):
+        return wait_until(lambda: self.find(name, role), lambda: f"{name!r} on the screen; there is {self.outline()}",
+                          seconds)
+
+    def wait_until_gone(self, name, role=None, seconds=PATIENCE_SECONDS):
+        wait_until(lambda: not self.find(name, role), f"{name!r} leaves the screen", seconds)
+
+    def press(self, name, role=None, seconds=PATIENCE_SECONDS):
+        """Waits for a control and performs its press action, or the closest to it."""
+        self.wait_for(name, role, seconds).press()
