@@ -25,9 +25,10 @@ find_program(FENWHIRL_CCACHE ccache)
 if(FENWHIRL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     # ccache stores objects that were compiled with a precompiled header only with these two sloppiness settings, and
     # with the compiler option that PrecompiledHeaders.cmake adds. It takes what a source includes from the compiler's
-    # list of dependencies (CCACHE_DEPEND) instead of preprocessing the source itself before each compilation.
+    # list of dependencies (CCACHE_DEPEND) instead of preprocessing the source itself before each compilation, and it
+    # remembers the checksums of these files (CCACHE_INODECACHE), as a precompiled header has more than 100 megabytes.
     set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
-        CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_DEPEND=1 "${FENWHIRL_CCACHE}")
+        CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_DEPEND=1 CCACHE_INODECACHE=1 "${FENWHIRL_CCACHE}")
     set(CMAKE_OBJCXX_COMPILER_LAUNCHER ${CMAKE_CXX_COMPILER_LAUNCHER})
 endif()
 

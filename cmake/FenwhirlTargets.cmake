@@ -73,10 +73,17 @@ elseif(FENWHIRL_SANITIZE STREQUAL "address")
     list(APPEND FENWHIRL_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0")
 endif()
 
+# Whether what hardly benefits from optimisation is compiled without it, as in everyday builds.
+if(CMAKE_BUILD_TYPE STREQUAL "Debug" AND FENWHIRL_PRECOMPILED_HEADERS AND NOT FENWHIRL_SANITIZE)
+    set(FENWHIRL_COMPILES_QUICKLY ON)
+else()
+    set(FENWHIRL_COMPILES_QUICKLY OFF)
+endif()
+
 # fenwhirl_compile_quickly(TARGET): in everyday builds, compiles test code without optimisation, which halves its
 # compile time. Test code runs too briefly to benefit from optimisation. The code under test is built as usual.
 function(fenwhirl_compile_quickly target)
-    if(CMAKE_BUILD_TYPE STREQUAL "Debug" AND FENWHIRL_PRECOMPILED_HEADERS AND NOT FENWHIRL_SANITIZE)
+    if(FENWHIRL_COMPILES_QUICKLY)
         target_compile_options(${target} PRIVATE -O0)
     endif()
 endfunction()
@@ -181,5 +188,9 @@ function(fenwhirl_qml_sources name)
         list(APPEND sources "${together}")
     endif()
     set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w")
+    if(FENWHIRL_QML_TOGETHER AND FENWHIRL_COMPILES_QUICKLY)
+        # Mostly tables of bytecode. The precompiled headers were compiled with optimisation and do not fit.
+        set_source_files_properties("${together}" PROPERTIES COMPILE_OPTIONS "-w;-O0" SKIP_PRECOMPILE_HEADERS ON)
+    endif()
     fenwhirl_unity_build(${name} ${sources})
 endfunction()

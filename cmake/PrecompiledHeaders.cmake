@@ -4,6 +4,9 @@
 option(FENWHIRL_PRECOMPILED_HEADERS "Parse the headers of Qt and of the test library once" ${FENWHIRL_QUICK_BUILD})
 if(FENWHIRL_PRECOMPILED_HEADERS AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>) # shows ccache which precompiled header was used
+    # Each time gcc collects its garbage it visits the whole precompiled header, which takes a tenth of the time of a
+    # compilation. Without any collection a compilation needs a fifth more memory: 730 megabytes at most.
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:--param=ggc-min-heapsize=1048576>) # kilobytes
 endif()
 
 set(FENWHIRL_STANDARD_HEADERS
