@@ -4,7 +4,8 @@ import re
 import time
 import unittest
 
-import interface
+import gi
+
 import stage
 from desktop import Desktop, run
 
@@ -45,7 +46,9 @@ class Chart(unittest.TestCase):
                 if event.source.get_name() == chart.name:
                     heard.append(event.source.get_description())
 
-            listener = interface.Atspi.EventListener.new(hear)
+            gi.require_version("Atspi", "2.0")
+            from gi.repository import Atspi
+            listener = Atspi.EventListener.new(hear)
             self.assertTrue(listener.register("object:property-change:accessible-description"))
             run("xdotool", "windowactivate", "--sync", window[0])
             chart.take_focus()

@@ -192,7 +192,7 @@ class Desktop:
             self.record_empty_bar()
         return tray
 
-    def start_busy_application(self, name="Busy", share=0.2):
+    def start_busy_application(self, name="Busy", share=0.06):
         """Starts an application with that name, which loads a processor for that share of the time. It has the usual priority, because
         a lower one would give it too small a share of a busy computer to be shown. Asked to quit, it does so after
         let_busy_application_end().

@@ -7,13 +7,9 @@ asked at once, which costs a fifth of what one question after another does.
 import collections
 import os
 
-import gi
+from gi.repository import Gio, GLib
 
-gi.require_version("Atspi", "2.0")
-
-from gi.repository import Atspi, Gio, GLib  # noqa: E402
-
-from stage import PATIENCE_SECONDS, StageError, wait_until  # noqa: E402
+from stage import PATIENCE_SECONDS, StageError, wait_until
 
 ACCESSIBLE = "org.a11y.atspi.Accessible"
 ACTION = "org.a11y.atspi.Action"
@@ -21,11 +17,15 @@ COMPONENT = "org.a11y.atspi.Component"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 TEXT = "org.a11y.atspi.Text"
 VALUE = "org.a11y.atspi.Value"
-# The states that tests ask for, with their bits in the answer.
-STATES = {"checked": Atspi.StateType.CHECKED, "focusable": Atspi.StateType.FOCUSABLE, "focused": Atspi.StateType.FOCUSED,
-          "modal": Atspi.StateType.MODAL, "visible": Atspi.StateType.VISIBLE}
-# at-spi2 2.56 shortened the name of a role. The tests use the long one.
-LONG_ROLE_NAMES = {"button": "push button"}
+# From AT-SPI's protocol: the numbers of states and roles that tests ask for, and of the two kinds of coordinates. (The library of
+# AT-SPI knows them all, but loading it takes as long as Python itself.)
+STATES = {"checked": 4, "focusable": 11, "focused": 12, "modal": 16, "visible": 30}
+ROLES = {2: "alert", 7: "check box", 11: "combo box", 16: "dialog", 20: "filler", 23: "frame", 27: "image", 29: "label", 31: "list",
+         32: "list item", 33: "menu", 35: "menu item", 37: "page tab", 38: "page tab list", 39: "panel", 41: "popup menu",
+         43: "push button", 44: "radio button", 48: "scroll bar", 50: "separator", 51: "slider", 52: "spin button",
+         61: "text", 62: "toggle button", 69: "window", 75: "application", 79: "entry", 80: "chart", 83: "heading", 88: "link",
+         98: "list box", 99: "grouping", 101: "notification"}
+ON_SCREEN, IN_WINDOW = 0, 1
 
 Error = GLib.Error
 Place = collections.namedtuple("Place", "x y width height")
@@ -86,32 +86,50 @@ def asking_for(reference, interface, name):
     return (reference, PROPERTIES, "Get", GLib.Variant("(ss)", (interface, name)))
 
 
-class Node:
-    """One object of the interface. Its name, role and states are those of the moment when it was read; everything else is asked
-    when it is called for. Raises Error when the object is gone.
+class Presence:
+    """What one object of the interface is just now: its states, and the references of its children. Raises Error when the object
+    is gone.
     """
 
-    QUESTIONS = 4
+    QUESTIONS = ("GetState", "GetChildren")
 
     def __init__(self, bus, reference, answers):
-        self.bus = bus
-        self.reference = reference
         for answer in answers:
             if isinstance(answer, Error):
                 raise answer
-        (bits,), (self.name,), (role,), (self.children,) = answers
+        self.bus = bus
+        self.reference = reference
+        (bits,), (self.children,) = answers[:2]
         self.states = {name for name, bit in STATES.items() if bits[bit // 32] >> bit % 32 & 1}
-        role = Atspi.role_get_name(Atspi.Role(role))
-        self.role = LONG_ROLE_NAMES.get(role, role)
+
+    @classmethod
+    def questions(cls, reference):
+        return [(reference, ACCESSIBLE, question, None) for question in cls.QUESTIONS]
+
+
+class Node(Presence):
+    """One object of the interface. Its states, children, role and name are those of the moment when it was read; everything else
+    is asked when it is called for. Raises Error when the object is gone.
+    """
+
+    QUESTIONS = (*Presence.QUESTIONS, "GetRole")
+
+    def __init__(self, bus, reference, answers):
+        super().__init__(bus, reference, answers)
+        (role,), (self.name,) = answers[2:]
+        self.role = ROLES.get(role, f"role {role}")
+
+    @classmethod
+    def questions(cls, reference):
+        return [*super().questions(reference), asking_for(reference, ACCESSIBLE, "Name")]
 
     @staticmethod
-    def questions(reference):
-        return [(reference, ACCESSIBLE, "GetState", None), asking_for(reference, ACCESSIBLE, "Name"),
-                (reference, ACCESSIBLE, "GetRole", None), (reference, ACCESSIBLE, "GetChildren", None)]
+    def read(bus, reference):
+        return Node(bus, reference, bus.ask(Node.questions(reference)))
 
     def now(self):
-        """The object with its present name, role and states."""
-        return Node(self.bus, self.reference, self.bus.ask(self.questions(self.reference)))
+        """The object as it is at present."""
+        return self.read(self.bus, self.reference)
 
     def call(self, interface, method, arguments=None):
         return self.answer((self.reference, interface, method, arguments))
@@ -130,8 +148,8 @@ class Node:
 
     def place(self, on_screen=False):
         """Where it is in its window, or on the screen."""
-        kind = Atspi.CoordType.SCREEN if on_screen else Atspi.CoordType.WINDOW
-        return Place(*self.call(COMPONENT, "GetExtents", GLib.Variant("(u)", (kind,)))[0])
+        arguments = GLib.Variant("(u)", (ON_SCREEN if on_screen else IN_WINDOW,))
+        return Place(*self.call(COMPONENT, "GetExtents", arguments)[0])
 
     def take_focus(self):
         self.call(COMPONENT, "GrabFocus")
@@ -193,17 +211,18 @@ class Interface:
         names = self.bus.ask([asking_for(each, ACCESSIBLE, "Name") for each in applications])
         return next((each for each, name in zip(applications, names) if name == (self.application,)), None)
 
-    def nodes(self, showing=True):
+    def nodes(self, showing=True, kind=Node):
         """Every node, parents first; only visible ones unless `showing` is false."""
         root = self.root()
         read = {}
         level = [root] if root else []
         while level:
-            answers = self.bus.ask([question for each in level for question in Node.questions(each)])
+            questions = [kind.questions(each) for each in level]
+            answers = iter(self.bus.ask([question for some in questions for question in some]))
             below = []
-            for index, each in enumerate(level):
+            for each, some in zip(level, questions):
                 try:
-                    node = Node(self.bus, each, answers[Node.QUESTIONS * index:Node.QUESTIONS * (index + 1)])
+                    node = kind(self.bus, each, [next(answers) for _ in some])
                 except Error:
                     continue  # it disappeared meanwhile
                 if not showing or each == root or "visible" in node.states:
@@ -240,7 +259,11 @@ class Interface:
 
     def focused(self):
         """The node that has the keyboard focus, or None."""
-        return next((node for node in self.nodes() if "focused" in node.states), None)
+        found = next((node for node in self.nodes(kind=Presence) if "focused" in node.states), None)
+        try:
+            return found and Node.read(self.bus, found.reference)
+        except Error:
+            return None
 
     def wait_for(self, name, role=None, seconds=PATIENCE_SECONDS):
         return wait_until(lambda: self.find(name, role), lambda: f"{name!r} on the screen; there is {self.outline()}",

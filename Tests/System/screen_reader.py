@@ -66,6 +66,16 @@ def require_screen_reader():
         raise unittest.SkipTest(f"what is heard was written down with Orca {SERIES}, and here is {version or 'another'}")
 
 
+def is_working(process):
+    threads = f"/proc/{process}/task"
+    with contextlib.suppress(OSError):  # it may end meanwhile
+        for thread in os.listdir(threads):
+            with open(f"{threads}/{thread}/stat", "rb") as file:
+                if file.read().rpartition(b")")[2].split()[0] in (b"R", b"D"):
+                    return True
+    return False
+
+
 class ScreenReader(stage.Process):
     """Orca in one language. heard() returns what it has said since the previous call."""
 
@@ -78,7 +88,8 @@ class ScreenReader(stage.Process):
         (preferences / "orca-customizations.py").write_text(
             CUSTOMIZATIONS.format(file=str(self.file), greeting=GREETING), encoding="utf-8")
         locale = {"LC_ALL": LOCALES.get(language, "C.UTF-8"), "LANGUAGE": language}
-        settings = {**os.environ, "LOCPATH": str(build / "locales"), "NO_AT_BRIDGE": "1", **locale}
+        settings = {**os.environ, "LOCPATH": str(build / "locales"), "NO_AT_BRIDGE": "1", **locale,
+                    "GST_PLUGIN_SYSTEM_PATH": ""}  # it looks for sounds that are not played here
         self.place = 0
         self.log_file = home / "orca.log"
         with self.log_file.open("wb") as log:
@@ -95,13 +106,7 @@ class ScreenReader(stage.Process):
     @staticmethod
     def is_anything_expected():
         """Whether any thread of the programs involved runs, or waits for a processor or a disk."""
-        for process in (number for number, _, name in processes() if name in INVOLVED):
-            with contextlib.suppress(OSError):  # it may end meanwhile
-                for thread in pathlib.Path(f"/proc/{process}/task").iterdir():
-                    state = (thread / "stat").read_text(encoding="ascii", errors="replace").rpartition(")")[2].split()[0]
-                    if state in "RD":
-                        return True
-        return False
+        return any(is_working(number) for number, _, name in processes() if name in INVOLVED)
 
     def heard(self, at_least=0, seconds=stage.PATIENCE_SECONDS):
         """Waits for `at_least` lines and then for silence, during which nothing is at work either; returns what was said since

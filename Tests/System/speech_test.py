@@ -296,8 +296,8 @@ class Speech(unittest.TestCase):
     def overtaking(self, language):
         with self.desktop_in(language) as desktop:
             # So different that their order is certain even on a busy computer, which gives Alfa much less.
-            desktop.start_busy_application("Alfa", 0.2)
-            desktop.start_busy_application("Beta", 0.03)
+            desktop.start_busy_application("Alfa", 0.1)
+            desktop.start_busy_application("Beta", 0.02)
             self.start_at("apps", desktop, language)
 
             def order():
@@ -307,8 +307,8 @@ class Speech(unittest.TestCase):
             self.reader.heard()
 
             def overtake():
-                desktop.load_with("Alfa", 0.03)
-                desktop.load_with("Beta", 0.2)
+                desktop.load_with("Alfa", 0.02)
+                desktop.load_with("Beta", 0.1)
                 stage.wait_until(lambda: order() == ["Beta", "Alfa"], lambda: f"Beta leads; there is {order()}")
                 self.assertEqual(self.reader.heard(), [], "an application overtakes another")
                 desktop.key("space")

@@ -82,7 +82,7 @@ def wait_until(question, what, seconds=PATIENCE_SECONDS, interval_seconds=0.05):
         now = time.monotonic()
         if now > end:
             raise StageError(f"waited {seconds:g} s in vain: {what() if callable(what) else what}")
-        time.sleep(max(interval_seconds, now - asked))
+        time.sleep(max(interval_seconds, 2 * (now - asked)))
 
 
 class Process:
