@@ -9,7 +9,7 @@ import os
 
 from gi.repository import Gio, GLib
 
-from stage import PATIENCE_SECONDS, StageError, wait_until
+from stage import DEFERRED, PATIENCE_SECONDS, StageError, wait_until
 
 ACCESSIBLE = "org.a11y.atspi.Accessible"
 ACTION = "org.a11y.atspi.Action"
@@ -75,7 +75,8 @@ class Bus:
                 self.connection.call(owner, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE, self.TIMEOUT, None,
                                      answered, index)
             while left:
-                context.iteration(True)
+                with DEFERRED:
+                    context.iteration(True)
         finally:
             context.pop_thread_default()
         return answers

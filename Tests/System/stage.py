@@ -55,6 +55,31 @@ class Interrupted(BaseException):
     """Raised by a signal that asks the program to end: Ctrl-C, a closed terminal, SIGTERM. Its argument is the signal's number."""
 
 
+class Interruption:
+    """When Interrupted is raised: at once, or, in a `with` block of DEFERRED, at its end."""
+
+    def __init__(self):
+        self.deferred = False
+        self.arrived = None
+
+    def arrive(self, number):
+        if not self.deferred:
+            raise Interrupted(number)
+        self.arrived = number
+
+    def __enter__(self):
+        self.deferred = True
+
+    def __exit__(self, *_):
+        self.deferred, number, self.arrived = False, self.arrived, None
+        if number is not None:
+            raise Interrupted(number)
+
+
+# For functions that a library calls, in which an exception would be lost.
+DEFERRED = Interruption()
+
+
 def end_in_order_when_interrupted():
     """Makes the first such signal raise Interrupted, so that everything that was started is cleaned up. Later ones are ignored."""
     signals = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
@@ -62,7 +87,7 @@ def end_in_order_when_interrupted():
     def interrupt(number, _):
         for each in signals:
             signal.signal(each, signal.SIG_IGN)
-        raise Interrupted(number)
+        DEFERRED.arrive(number)
 
     for each in signals:
         signal.signal(each, interrupt)
