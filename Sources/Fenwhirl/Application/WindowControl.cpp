@@ -4,6 +4,7 @@
 #include "Fenwhirl/Platform/IdleMemory.h"
 #include "Fenwhirl/Views/Components/Palette.h"
 #include "Fenwhirl/Views/Components/Theme.h"
+#include "Fenwhirl/Views/FirstTexts.h"
 #include "Fenwhirl/Views/Views.h"
 
 #include <QEvent>
@@ -142,6 +143,9 @@ void WindowControl::openMain(const QString& token) {
     system_.setRegular();
     if (!main_) {
         models_.setAwake(true); // so that the first frame shows the current state
+        if (!prepared_.loading.empty()) {
+            prepareFirstTexts(appearance_.textScale()); // instead of waiting for the engine's thread
+        }
         main_ = makeWindow(mainWindowFile(), withModels());
         prepared_.loading.clear();
         // Queued, because the view itself also has something to do after its first picture, and because other renderers
