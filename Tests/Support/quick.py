@@ -141,8 +141,9 @@ def run_changed(project, build, tests, files):
     for name, suites in programs.items():
         wanted = ":".join(f"{suite}.*:*/{suite}.*:{suite}/*.*" for suite in suites)
         command = [str(build / "tests" / name), "--gtest_brief=1", f"--gtest_filter={wanted}-{left_out}"]
-        # As many processes as there are processors share the tests of a program: those of the views take most of a minute.
-        shares = os.cpu_count() or 2
+        # Several processes share the tests of a program, two for each processor, because some tests wait: those of the views
+        # would take most of a minute.
+        shares = 2 * (os.cpu_count() or 2)
         for share in range(shares):
             its = {"GTEST_TOTAL_SHARDS": str(shares), "GTEST_SHARD_INDEX": str(share)}
             running.append(subprocess.Popen(command, cwd=build, env={**environment, **its}))

