@@ -45,7 +45,8 @@ public:
     DriverTransport(std::unique_ptr<DriverFiles> files, DriverKeyTable table)
         : files_(std::move(files))
         , table_(std::move(table))
-        , descriptors_(table_.keys.size(), closed) {}
+        , descriptors_(table_.keys.size(), closed)
+        , vanished_(table_.keys.size(), false) {}
 
     ~DriverTransport() override { closeAll(); }
 
@@ -78,8 +79,17 @@ private:
         return output;
     }
 
+    [[nodiscard]] std::size_t indexOf(const DriverKey& key) const {
+        return static_cast<std::size_t>(&key - table_.keys.data());
+    }
+
+    [[nodiscard]] const DriverKey* find(std::uint32_t code) const {
+        const DriverKey* key = table_.find(code);
+        return key != nullptr && !vanished_[indexOf(*key)] ? key : nullptr;
+    }
+
     [[nodiscard]] SMCParam keyInfo(const SMCParam& input) const {
-        const DriverKey* key = table_.find(input.key);
+        const DriverKey* key = find(input.key);
         if (key == nullptr) {
             return answer(SMCResult::keyNotFound);
         }
@@ -114,7 +124,7 @@ private:
     }
 
     std::optional<SMCParam> read(const SMCParam& input) {
-        const DriverKey* key = table_.find(input.key);
+        const DriverKey* key = find(input.key);
         if (key == nullptr) {
             return answer(SMCResult::keyNotFound);
         }
@@ -189,7 +199,7 @@ private:
         if (stuckUntil_ != milliseconds(0) && files_->now() < stuckUntil_) {
             return EIO;
         }
-        const auto slot = static_cast<std::size_t>(&key - table_.keys.data());
+        const std::size_t slot = indexOf(key);
         if (descriptors_[slot] == closed) {
             const int descriptor = files_->open(table_.folder + "/" + key.file, DriverFiles::Access::read);
             if (descriptor < 0) {
@@ -221,7 +231,8 @@ private:
     }
 
     // The device went away, or came back under another number. The list of keys stays unchanged, because the
-    // program has already enumerated it; a key that no longer exists simply fails.
+    // program has already enumerated it. A key that no longer exists is not found any more: its file may now belong to
+    // another one.
     void rediscover() {
         closeAll();
         const milliseconds now = files_->now();
@@ -236,7 +247,9 @@ private:
         table_.folder = found->folder;
         table_.seesProcessor = found->seesProcessor;
         for (DriverKey& key : table_.keys) {
-            if (const DriverKey* again = found->find(key.code)) {
+            const DriverKey* const again = found->find(key.code);
+            vanished_[indexOf(key)] = again == nullptr;
+            if (again != nullptr) {
                 key.file = again->file;
             }
         }
@@ -252,7 +265,7 @@ private:
     }
 
     std::optional<SMCParam> write(const SMCParam& input) {
-        const DriverKey* key = table_.find(input.key);
+        const DriverKey* key = find(input.key);
         if (key == nullptr) {
             return answer(SMCResult::keyNotFound);
         }
@@ -298,6 +311,7 @@ private:
     std::unique_ptr<DriverFiles> files_;
     DriverKeyTable table_;
     std::vector<int> descriptors_; // by index in the table
+    std::vector<bool> vanished_;   // by index in the table
     int failures_ = 0;             // consecutive times that the controller did not answer
     milliseconds stuckUntil_{0};
     std::optional<milliseconds> lastRediscovery_;

@@ -113,6 +113,45 @@ TEST(DriverFaults, ADeviceThatComesBackUnderAnotherNumberIsFoundAgain) {
     EXPECT_EQ(smc.allKeys().size(), 8U) << "the list of keys stays";
 }
 
+TEST(DriverFaults, AKeyThatDoesNotComeBackReadsNoOthersFile) {
+    FakeMac mac;
+    SMC smc = openFakeDriver(mac);
+    mac.now = milliseconds(10'000);
+    ASSERT_EQ(smc.readValue("Tp01"), 55.0);
+    mac.unplug();
+    mac.plugIn("7");
+    mac.files["/sys/class/hwmon/hwmon7/temp1_label"] = "Tp09\n";
+    static_cast<void>(smc.readValue("Tp01")); // after this failure the transport looks for the device
+    EXPECT_EQ(smc.readValue("Tp01"), std::nullopt);
+    EXPECT_EQ(smc.readValue("F0Ac"), 1300);
+
+    mac.unplug();
+    mac.now += milliseconds(2000);
+    mac.plugIn("8");
+    static_cast<void>(smc.readValue("F0Ac"));
+    EXPECT_EQ(smc.readValue("Tp01"), 55.0) << "it may come back later";
+}
+
+TEST(DriverFaults, AFanThatDoesNotComeBackIsNotWritten) {
+    FakeMac mac;
+    const auto addFan = [&mac](const std::string& device) {
+        mac.files[device + "/fan2_min"] = "1199\n";
+        mac.files[device + "/fan2_max"] = "7199\n";
+        mac.files[device + "/fan2_target"] = "1199\n";
+    };
+    addFan("/sys/class/hwmon/hwmon3");
+    mac.files["/sys/class/hwmon/hwmon3/fan2_input"] = "1500\n";
+    SMC smc = openFakeDriver(mac);
+    mac.now = milliseconds(10'000);
+    ASSERT_EQ(smc.readValue("F1Ac"), 1500);
+    mac.unplug();
+    mac.plugIn("7");
+    addFan("/sys/class/hwmon/hwmon7"); // without a speed it is no fan
+    static_cast<void>(smc.readValue("F0Ac"));
+    EXPECT_FALSE(smc.setFanSpeed(1, 3000));
+    EXPECT_TRUE(mac.targetsWritten.empty());
+}
+
 TEST(DriverFaults, AnErrorOfTheControllerDuringAWriteFailsThatWrite) {
     FakeMac mac;
     SMC smc = openFakeDriver(mac);
