@@ -55,7 +55,7 @@ public:
     [[nodiscard]] virtual bool becomeFirst() = 0;
     // Asks the first instance to show its window; waits for a few seconds at most (Linux) or not at all.
     // False when the request certainly did not arrive.
-    virtual bool raiseFirst() = 0;
+    [[nodiscard]] virtual bool raiseFirst() = 0;
     // Has the first instance perform a named action without showing itself; otherwise like `raiseFirst`.
     [[nodiscard]] virtual bool notifyFirst(const QString& action) = 0;
     // For the first instance when it is about to end: receives no more requests, but stays the first until it

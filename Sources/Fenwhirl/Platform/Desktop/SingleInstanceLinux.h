@@ -26,7 +26,7 @@ public:
     SingleInstanceLinux& operator=(const SingleInstanceLinux&) = delete;
 
     [[nodiscard]] bool becomeFirst() override;
-    bool raiseFirst() override;
+    [[nodiscard]] bool raiseFirst() override;
     [[nodiscard]] bool notifyFirst(const QString& action) override;
     void stopListening() override;
 

@@ -33,7 +33,7 @@ public:
         return true;
     }
 
-    bool raiseFirst() override { return lock_.notifyHolder(); }
+    [[nodiscard]] bool raiseFirst() override { return lock_.notifyHolder(); }
 
     bool notifyFirst(const QString& action) override { return lock_.notifyHolder(action.toUtf8()); }
 
