@@ -7,8 +7,8 @@ file, every test of the folder runs. After a change to the program, its texts ar
 a test. The changed files are those that git reports as changed or new, or else those of the last commit. With a PATTERN, a
 regular expression as for ctest -R, the tests with matching names run instead, wherever they are.
 
-./test alone runs the endurance tests, the second runs under another locale and, unless they are themselves changed or asked
-for, the tests of the built programs.
+./test alone runs the endurance tests and the second runs under another locale and, unless they are themselves changed or asked
+for, the tests of the built programs and those that need the computer for themselves.
 """
 
 import os
@@ -31,9 +31,12 @@ class Tests:
         self.files = sorted(file.relative_to(project) for file in (project / "Tests").rglob("*")
                             if re.fullmatch(r"\w+Tests?\.cpp|tst_\w+\.qml|\w+_test\.py", file.name))
         self.programs = {}  # C++ file -> the program that it is compiled into
+        self.alone = {}  # program -> patterns of the tests beside which nothing else may run
         for listing in (project / "Tests").rglob("CMakeLists.txt"):
             for call in re.findall(r"fenwhirl_test\(([^)]*)\)", listing.read_text()):
                 name = call.split()[0]
+                alone = re.search(r"\sALONE((?:\s+(?!(?:APART|LINK|SOURCES)\b)\S+)+)", call)
+                self.alone[name] = alone.group(1).split() if alone else []
                 for word in call.split():
                     if word.endswith(".cpp"):
                         self.programs[(listing.parent / word).relative_to(project)] = name
@@ -105,9 +108,9 @@ def may_change_texts(files):
 
 
 def endurance(build):
-    """The long-running tests, as a GoogleTest filter, from CMake's cache."""
+    """Patterns of the long-running tests, from CMake's cache."""
     found = re.search(r"^FENWHIRL_ENDURANCE_TESTS:INTERNAL=(.*)$", (build / "CMakeCache.txt").read_text(), re.M)
-    return found.group(1).replace(";", ":") if found else ""
+    return found.group(1).split(";") if found else []
 
 
 def compile_targets(build, targets):
@@ -136,14 +139,15 @@ def run_changed(project, build, tests, files):
 
     environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", QT_QUICK_BACKEND="software", QT_SCALE_FACTOR="1",
                        QT_LOGGING_RULES="qt.qpa.*=false")
-    left_out = endurance(build)
     running = []
     for name, suites in programs.items():
+        alone = tests.alone[name] if len(suites) == 1 else []
+        left_out = ":".join(endurance(build) + ([] if alone else tests.alone[name]))
         wanted = ":".join(f"{suite}.*:*/{suite}.*:{suite}/*.*" for suite in suites)
         command = [str(build / "tests" / name), "--gtest_brief=1", f"--gtest_filter={wanted}-{left_out}"]
         # Several processes share the tests of a program, two for each processor, because some tests wait: those of the views
         # would take most of a minute.
-        shares = 2 * (os.cpu_count() or 2)
+        shares = 1 if alone else 2 * (os.cpu_count() or 2)
         for share in range(shares):
             its = {"GTEST_TOTAL_SHARDS": str(shares), "GTEST_SHARD_INDEX": str(share)}
             running.append(subprocess.Popen(command, cwd=build, env={**environment, **its}))

@@ -99,6 +99,7 @@ void Stage::adopt() {
         return true;
     };
     processes.quit.sendSignal = [](qint32, ProcessStart, int) {};
+    processes.interval = std::chrono::hours(1); // longer than any test: none waits for a sample
     processes_ = std::make_unique<ProcessMonitor>(processes);
     models_ = std::make_unique<ViewModels>(
         monitor(), *processes_,
