@@ -166,20 +166,22 @@ TEST(BadInput, SpeedsAndLimitsThatAreNoneFitTheCards) {
     stage.start();
     setModes(stage);
     stage.show();
-    for (const double bad : badSpeeds) {
-        const std::array fans = {
-            FanState{.id = 0, .rpm = bad, .minRPM = 1200, .maxRPM = 6000, .target = bad, .requestedRPM = bad},
-            FanState{
-                .id = 0, .rpm = 2000, .minRPM = bad, .maxRPM = 6000, .target = bad, .requestedRPM = 2000},
-            FanState{
-                .id = 0, .rpm = 2000, .minRPM = 1200, .maxRPM = bad, .target = bad, .requestedRPM = 2000},
-            FanState{.id = 0, .rpm = bad, .minRPM = bad, .maxRPM = bad, .target = bad, .requestedRPM = bad}};
-        for (std::size_t i = 0; i < fans.size(); ++i) {
-            FanState other = fans[i];
-            other.id = 1;
-            stage.models().machine()->fans()->setFans({fans[i], other});
-            for (const Page page : {Page::fans, Page::dashboard}) {
-                stage.monitor().setSelectedPage(page);
+    for (const Page page : {Page::fans, Page::dashboard}) {
+        stage.monitor().setSelectedPage(page);
+        for (const double bad : badSpeeds) {
+            const std::array fans = {
+                FanState{
+                    .id = 0, .rpm = bad, .minRPM = 1200, .maxRPM = 6000, .target = bad, .requestedRPM = bad},
+                FanState{
+                    .id = 0, .rpm = 2000, .minRPM = bad, .maxRPM = 6000, .target = bad, .requestedRPM = 2000},
+                FanState{
+                    .id = 0, .rpm = 2000, .minRPM = 1200, .maxRPM = bad, .target = bad, .requestedRPM = 2000},
+                FanState{
+                    .id = 0, .rpm = bad, .minRPM = bad, .maxRPM = bad, .target = bad, .requestedRPM = bad}};
+            for (std::size_t i = 0; i < fans.size(); ++i) {
+                FanState other = fans[i];
+                other.id = 1;
+                stage.models().machine()->fans()->setFans({fans[i], other});
                 expectInPlace(stage, printed(bad) + " at " + std::to_string(i));
             }
         }
@@ -262,13 +264,13 @@ TEST(BadInput, LongNamesOfFansFitTheCardsAndThePanel) {
 TEST(BadInput, LongNamesOfSensorsFitTheirRows) {
     Stage stage;
     stage.show();
-    for (const QString& name : longNames()) {
-        stage.models().machine()->sensors()->setSensors(sensorsNamed(name));
-        stage.models().machine()->featured()->setSensors(sensorsNamed(name));
-        for (const int width : {920, 1040, 2560}) {
-            resize(stage, {width, 1400});
-            for (const Page page : {Page::sensors, Page::dashboard}) {
-                stage.monitor().setSelectedPage(page);
+    for (const Page page : {Page::sensors, Page::dashboard}) {
+        stage.monitor().setSelectedPage(page);
+        for (const QString& name : longNames()) {
+            stage.models().machine()->sensors()->setSensors(sensorsNamed(name));
+            stage.models().machine()->featured()->setSensors(sensorsNamed(name));
+            for (const int width : {920, 1040, 2560}) {
+                resize(stage, {width, 1400});
                 expectInPlace(stage, std::to_string(width));
             }
         }
@@ -330,12 +332,12 @@ TEST(BadInput, ThirtyFansAndFiveHundredSensorsFitWindowsOfEverySize) {
     setModes(stage, 10);
     stage.show();
     stage.showFans(30);
-    for (const auto& [size, scale] : {std::pair(QSize(920, 560), 1.0), std::pair(QSize(2560, 1400), 1.0),
-                                      std::pair(QSize(920, 560), 2.0)}) {
-        resize(stage, size);
-        stage.setTextScale(scale);
-        for (const Page page : {Page::dashboard, Page::fans, Page::sensors}) {
-            stage.monitor().setSelectedPage(page);
+    for (const Page page : {Page::dashboard, Page::fans, Page::sensors}) {
+        stage.monitor().setSelectedPage(page);
+        for (const auto& [size, scale] : {std::pair(QSize(920, 560), 1.0), std::pair(QSize(2560, 1400), 1.0),
+                                          std::pair(QSize(920, 560), 2.0)}) {
+            resize(stage, size);
+            stage.setTextScale(scale);
             expectInPlace(stage, std::to_string(size.width()) + " x " + printed(scale), scale);
         }
     }

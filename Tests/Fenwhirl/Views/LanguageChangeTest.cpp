@@ -5,6 +5,7 @@
 #include "Stage.h"
 #include "Support/WaitUntil.h"
 
+#include <array>
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -58,23 +59,25 @@ std::string differences(const QStringList& shown, const QStringList& expected) {
 }
 
 void expectFollows(const Scene& scene) {
-    for (const AppLanguage language : {AppLanguage::srCyrl, AppLanguage::fr}) {
-        QStringList expected;
-        {
-            Stage started;
-            startIn(started, language);
-            scene(started);
-            expected = everythingSaid(started);
-        }
-        Stage changed;
-        startIn(changed, AppLanguage::de);
-        scene(changed);
-        EXPECT_NE(differences(everythingSaid(changed), expected), "")
-            << "German is shown as " << rawValue(language);
-        changed.monitor().setLanguage(language);
-        const std::string different = differences(everythingSaid(changed), expected);
-        EXPECT_TRUE(different.empty()) << "after the change to " << rawValue(language) << ":" << different;
-        EXPECT_GT(expected.size(), 5);
+    constexpr std::array languages = {AppLanguage::srCyrl, AppLanguage::fr};
+    std::array<QStringList, languages.size()> expected;
+    for (std::size_t i = 0; i < languages.size(); ++i) {
+        Stage started;
+        startIn(started, languages[i]);
+        scene(started);
+        expected[i] = everythingSaid(started);
+        EXPECT_GT(expected[i].size(), 5);
+    }
+    Stage changed;
+    startIn(changed, AppLanguage::de);
+    scene(changed);
+    for (std::size_t i = 0; i < languages.size(); ++i) {
+        EXPECT_NE(differences(everythingSaid(changed), expected[i]), "")
+            << "another language is shown as " << rawValue(languages[i]);
+        changed.monitor().setLanguage(languages[i]);
+        const std::string different = differences(everythingSaid(changed), expected[i]);
+        EXPECT_TRUE(different.empty())
+            << "after the change to " << rawValue(languages[i]) << ":" << different;
     }
 }
 
