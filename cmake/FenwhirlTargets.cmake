@@ -164,7 +164,7 @@ function(fenwhirl_test name)
     endif()
 endfunction()
 
-option(FENWHIRL_QML_TOGETHER "Compile the C++ made from a module's QML files as one source, which is quicker from scratch" ON)
+option(FENWHIRL_QML_TOGETHER "Compile the C++ made from a module's QML files as a few sources, which is quicker from scratch" ON)
 
 # fenwhirl_qml_sources(NAME): how the sources of a QML module are compiled, ours and, without our warnings, those that
 # Qt's tools generate. Call it after qt_add_qml_module in the same folder.
@@ -178,19 +178,28 @@ function(fenwhirl_qml_sources name)
         if(count EQUAL 0)
             message(FATAL_ERROR "${name} has no C++ made from QML where it was looked for")
         endif()
-        set(together "${CMAKE_CURRENT_BINARY_DIR}/${name}_qml.cpp")
-        list(TRANSFORM files REPLACE "(.+)" "#include \"\\1\"\n" OUTPUT_VARIABLE includes)
-        string(JOIN "" includes ${includes})
-        file(CONFIGURE OUTPUT "${together}" CONTENT "${includes}" @ONLY)
         set_source_files_properties(${files} PROPERTIES HEADER_FILE_ONLY ON) # so they are still generated first
-        set_source_files_properties("${together}" PROPERTIES SKIP_AUTOGEN ON)
-        target_sources(${name} PRIVATE "${together}")
-        list(APPEND sources "${together}")
+        # Two sources, because a change of one file recompiles all that are compiled with it.
+        math(EXPR half "(${count} + 1) / 2")
+        math(EXPR last "${count} - 1")
+        set(together "")
+        foreach(begin RANGE 0 ${last} ${half})
+            list(SUBLIST files ${begin} ${half} includes)
+            list(TRANSFORM includes REPLACE "(.+)" "#include \"\\1\"\n")
+            string(JOIN "" includes ${includes})
+            list(APPEND together "${CMAKE_CURRENT_BINARY_DIR}/${name}_qml_${begin}.cpp")
+            list(GET together -1 source)
+            file(CONFIGURE OUTPUT "${source}" CONTENT "${includes}" @ONLY)
+        endforeach()
+        set_source_files_properties(${together} PROPERTIES SKIP_AUTOGEN ON)
+        target_sources(${name} PRIVATE ${together})
+        list(APPEND sources ${together})
     endif()
     set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w")
     if(FENWHIRL_QML_TOGETHER AND FENWHIRL_COMPILES_QUICKLY)
-        # Mostly tables of bytecode. The precompiled headers were compiled with optimisation and do not fit.
-        set_source_files_properties("${together}" PROPERTIES COMPILE_OPTIONS "-w;-O0" SKIP_PRECOMPILE_HEADERS ON)
+        # Mostly tables of bytecode, which no debugger shows. The precompiled headers were compiled with optimisation and do not
+        # fit.
+        set_source_files_properties(${together} PROPERTIES COMPILE_OPTIONS "-w;-O0;-g0" SKIP_PRECOMPILE_HEADERS ON)
     endif()
     fenwhirl_unity_build(${name} ${sources})
 endfunction()
