@@ -6,8 +6,8 @@
 It builds the test programs in build/mutations, without optimisation: then no function of an original is inlined into the sources
 that are compiled together with it. Then, for each mistake, one object is compiled and linked in front of the original. First the
 tests of the file that mirrors the source run, then all other tests of the same folder, without those of endurance and those in
-LEFT_OUT; a mistake that none of them notices has survived. The tests in Tests/System do not take part. The checkout is not changed. The macOS sources have
-a script of their own, Tests/MacOS/mutations.py.
+LEFT_OUT; a mistake that none of them notices has survived. The tests in Tests/System do not take part. The checkout is not
+changed. The macOS sources have a script of their own, Tests/MacOS/mutations.py.
 
 Run it by hand; the latest result is in Documentation/Testing.md. The exit status is 1 when a mistake survived that EQUIVALENT does
 not explain.
@@ -461,7 +461,7 @@ MISTAKES = (
     ("the panel marks no preset", VIEWS + "MenuPanel.qml", "currentIndex: root.models.presets.activeIndex", "currentIndex: -1"),
     ("Escape does not close the panel", VIEWS + "MenuPanel.qml", 'sequences: ["Escape", "Ctrl+W"]', 'sequences: ["Ctrl+W"]'),
     ("the panel is higher than the screen", VIEWS + "MenuPanel.qml", "Math.min(panel.contentHeight, maximumPanelHeight)", "panel.contentHeight"),
-    ("the panel says nothing when it opens", VIEWS + "MenuPanel.qml", '            Announcer.say("Fenwhirl, " + root.models.machine.statusWord)', "            //"),
+    ("the panel says nothing when it opens", VIEWS + "MenuPanel.qml", '            Announcer.say(title + root.models.machine.statusWord)', "            //"),
     ("the panel's fan button has no effect", VIEWS + "MenuFanRow.qml", "                root.fan.mode = 0\n", ""),
     ("the panel's slider has no effect", VIEWS + "MenuFanRow.qml", "onMoved: value => root.fan.panelRPM = value", "onMoved: value => {}"),
     ("the panel's slider ends at the lowest speed", VIEWS + "MenuFanRow.qml", "to: root.fan.highestRPM", "to: root.fan.lowestRPM"),
@@ -614,7 +614,7 @@ class Checker:
 
     def filter(self, suites):
         wanted = ":".join(f"{suite}.*:*/{suite}.*:{suite}/*.*:*/{suite}/*.*" for suite in sorted(suites))
-        unwanted = ":".join([self.endurance] + [f"{suite}.*:*/{suite}.*" for suite in LEFT_OUT])
+        unwanted = ":".join(self.endurance + [f"{suite}.*:*/{suite}.*" for suite in LEFT_OUT])
         return ("--gtest_brief=1", "--gtest_fail_fast", f"--gtest_filter={wanted}-{unwanted}")
 
     def run(self, executable, arguments, folder):
