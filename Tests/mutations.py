@@ -559,6 +559,7 @@ MISTAKES = (
 EQUIVALENT = {
     "subnormal numbers have a hidden bit": "all of them are far below 0.005, and are written as 0.00 either way",
     "more keys are asked for than an index can name": "to see it, a test would have to make four billion requests",
+    "the panel's slider moves when a constant speed fluctuates": "the slider is told of a speed that has not changed",
     "a fan beyond the mask changes it": "the bit of fan 16 is cut off when the mask becomes a number of 16 bits again",
 }
 

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
+#include <limits>
 #include <utility>
 
 namespace Fenwhirl {
@@ -139,6 +140,17 @@ TEST(FanCard, ASpeedBelowTheMinimumShowsAnEmptyGaugeAndOneAboveTheMaximumAFullOn
     stage.showPage(Page::fans);
     EXPECT_EQ(endsOfGauge(stage, 0), std::pair(trackColor, trackColor));
     EXPECT_EQ(endsOfGauge(stage, 1), std::pair(accentColor, accentColor));
+}
+
+TEST(FanCard, ASpeedThatIsNoNumberShowsAnEmptyGauge) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    using Numbers = std::numeric_limits<double>;
+    stage.models().machine()->fans()->setFans(
+        {{.id = 0, .rpm = Numbers::infinity(), .minRPM = 1200, .maxRPM = 6000, .target = 2000},
+         {.id = 1, .rpm = Numbers::quiet_NaN(), .minRPM = 1200, .maxRPM = 6000, .target = 2000}});
+    EXPECT_EQ(endsOfGauge(stage, 0), std::pair(trackColor, trackColor));
+    EXPECT_EQ(endsOfGauge(stage, 1), std::pair(trackColor, trackColor));
 }
 
 TEST(FanCard, TheSteppersStopAtTheirBounds) {
@@ -531,8 +543,10 @@ TEST(FanCard, AChoiceThatThereIsNotChangesNothing) {
     Stage stage;
     stage.showPage(Page::fans);
     FanRow& fan = *stage.models().machine()->fans()->at(0);
-    const FanSetting before = stage.monitor().setting(0);
     const int choices = static_cast<int>(stage.models().machine()->sensorChoices()->names().size());
+    fan.setSensorChoice(choices - 1);
+    const FanSetting before = stage.monitor().setting(0);
+    EXPECT_NE(before.sensorKey, std::string());
     for (const int choice : {-1, choices, choices + 1}) {
         fan.setSensorChoice(choice);
     }
@@ -540,8 +554,6 @@ TEST(FanCard, AChoiceThatThereIsNotChangesNothing) {
         fan.setMode(mode);
     }
     EXPECT_EQ(stage.monitor().setting(0), before);
-    fan.setSensorChoice(choices - 1);
-    EXPECT_NE(stage.monitor().setting(0).sensorKey, std::string());
 }
 
 } // namespace

@@ -125,6 +125,9 @@ TEST(MenuPanel, TheSliderOfAFanThatFollowsASensorStandsAtItsMeasuredSpeed) {
     stage.show(menuPanelFile());
     EXPECT_EQ(stage.range(sliderRole)->currentValue().toDouble(), 2000);
     EXPECT_EQ(stage.range(sliderRole)->minimumStepSize().toDouble(), 50);
+    stage.world.setFan(0, 2600);
+    stage.poll();
+    EXPECT_EQ(stage.range(sliderRole)->currentValue().toDouble(), 2600);
     sensor.mode = FanModeKind::constant;
     stage.monitor().setSetting(0, sensor);
     EXPECT_EQ(stage.range(sliderRole)->currentValue().toDouble(), 4000);
