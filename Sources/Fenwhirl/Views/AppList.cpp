@@ -4,8 +4,6 @@
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/NumberFormat.h"
 
-#include <algorithm>
-
 namespace Fenwhirl {
 
 AppListEntry shown(const AppLoad& app, bool isAskedAbout, const IconSource& iconSource) {
@@ -15,7 +13,7 @@ AppListEntry shown(const AppLoad& app, bool isAskedAbout, const IconSource& icon
         .iconSource = app.appPath ? iconSource(*app.appPath) : QString(),
         .shareText = NumberFormat::percentText(app.cpu),
         .memoryText = NumberFormat::memoryText(app.memoryMB),
-        .fraction = app.cpu > 0 ? std::min(app.cpu / 100, 1.0) : 0,
+        .fraction = app.cpu / 100,
         .canQuit = app.canQuit,
         .on = !isAskedAbout,
     };

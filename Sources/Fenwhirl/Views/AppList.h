@@ -22,7 +22,7 @@ struct AppListEntry {
     QString iconSource; // image URL; empty for the generic symbol
     QString shareText;  // "37 %"
     QString memoryText; // "3 412 Mo"
-    double fraction;    // filled part of the bar, 0 to 1
+    double fraction;    // filled part of the bar; any number, which the bar limits to 0 to 1
     bool canQuit;       // false shows the row as protected
     bool on;            // state of the switch; off while the quit question is open
 

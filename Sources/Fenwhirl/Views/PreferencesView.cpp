@@ -19,7 +19,7 @@ PreferencesView::PreferencesView(Monitor& monitor, Notify notify, QObject* paren
 void PreferencesView::connectModels() {
     connect(&monitor_, &Monitor::launchAtLoginChanged, this, &PreferencesView::launchAtLoginChanged);
     connect(&monitor_, &Monitor::themeChanged, this, &PreferencesView::themeChanged);
-    connect(&monitor_, &Monitor::languageChanged, this, &PreferencesView::refresh);
+    connect(&monitor_, &Monitor::languageChanged, this, &PreferencesView::languageChanged);
     connect(&monitor_, &Monitor::warmThresholdChanged, this, &PreferencesView::thresholdsChanged);
     connect(&monitor_, &Monitor::hotThresholdChanged, this, &PreferencesView::thresholdsChanged);
     connect(&monitor_, &Monitor::alertsEnabledChanged, this, &PreferencesView::alertsChanged);
