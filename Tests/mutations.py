@@ -331,8 +331,7 @@ MISTAKES = (
     ("an outdated helper does not reach the banners", VIEWS + "ControlView.cpp", "    connect(&monitor_, &Monitor::helperOutdatedChanged, this, &ControlView::changed);\n", ""),
     ("an error does not reach the banners", VIEWS + "ControlView.cpp", "    connect(&monitor_, &Monitor::controlErrorChanged, this, &ControlView::changed);\n", ""),
     ("an installation in progress is not shown", VIEWS + "ControlView.cpp", "    connect(&monitor_, &Monitor::isInstallingChanged, this, &ControlView::changed);\n", ""),
-    ("name and memory of an application are exchanged", VIEWS + "AppList.cpp", "app.iconSource, app.shareText, app.memoryText", "app.iconSource, app.memoryText, app.shareText"),
-    ("the bar of an application exceeds its row", VIEWS + "AppList.cpp", "std::min(app.cpu / 100, 1.0)", "app.cpu / 100"),
+    ("share and memory of an application are exchanged", VIEWS + "AppList.cpp", "app.iconSource, app.shareText, app.memoryText", "app.iconSource, app.memoryText, app.shareText"),
     ("an application in question keeps its switch on", VIEWS + "AppList.cpp", ".on = !isAskedAbout,", ".on = true,"),
     ("applications are sampled behind other pages", VIEWS + "AppsView.cpp", "if (awake && pageShown_) {", "if (awake) {"),
     ("the question stays when its page goes", VIEWS + "AppsView.cpp", "    if (!shown) {\n        cancel();\n    }", ""),
@@ -560,6 +559,7 @@ EQUIVALENT = {
     "subnormal numbers have a hidden bit": "all of them are far below 0.005, and are written as 0.00 either way",
     "more keys are asked for than an index can name": "to see it, a test would have to make four billion requests",
     "the panel's slider moves when a constant speed fluctuates": "the slider is told of a speed that has not changed",
+    "a report without a place is written": "a file without a name cannot be opened",
     "a fan beyond the mask changes it": "the bit of fan 16 is cut off when the mask becomes a number of 16 bits again",
 }
 

@@ -103,7 +103,7 @@ class Build:
 
 def included(file):
     """The sources that CMake lets this file include, because it compiles several as one."""
-    if not re.search(r"/Unity/unity_\d+_\w+\.cxx$|_qml\.cpp$", file) or not os.path.exists(file):
+    if not re.search(r"/Unity/unity_\d+_\w+\.cxx$|_qml(_\d+)?\.cpp$", file) or not os.path.exists(file):
         return []
     with open(file, encoding="utf-8") as text:
         return [os.path.normpath(each) for each in re.findall(r'^#include "(/.*)"$', text.read(), re.M)]

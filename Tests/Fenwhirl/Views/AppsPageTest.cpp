@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QTcpServer>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QUrl>
 
 #include <gtest/gtest.h>
@@ -42,8 +43,8 @@ TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
     EXPECT_TRUE(flat(stage.texts().join(u'|')).contains(QStringLiteral("512 Mo")));
     const QList<QAccessibleInterface*> rows = stage.all(QAccessible::ListItem);
     ASSERT_EQ(rows.size(), 2);
-    EXPECT_TRUE(rows.at(0)->text(QAccessible::Name).startsWith(QStringLiteral("Blender")));
-    EXPECT_TRUE(rows.at(1)->text(QAccessible::Name).startsWith(QStringLiteral("Mail")));
+    EXPECT_EQ(flat(rows.at(0)->text(QAccessible::Name)), QStringLiteral("Blender 37 %"));
+    EXPECT_EQ(flat(rows.at(1)->text(QAccessible::Name)), QStringLiteral("Mail 3 %"));
     EXPECT_TRUE(stage.shows(QStringLiteral("Protégé")));
     EXPECT_EQ(stage.all(QAccessible::CheckBox).size(), 1); // protected applications have no switch
 }
@@ -152,6 +153,32 @@ TEST(AppsPage, EscapeCancels) {
     stage.press(Qt::Key_Escape);
     ASSERT_TRUE(waitUntil([&] { return !stage.models().apps()->asking(); }));
     EXPECT_TRUE(stage.quitRequests.empty());
+}
+
+TEST(AppsPage, ItsQuestionGoesWithIt) {
+    Stage stage;
+    stage.start();
+    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    ASSERT_EQ(stage.all(QAccessible::Dialog).size(), 1);
+    stage.monitor().setSelectedPage(Page::fans);
+    // A page that goes is deleted by the event loop.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return stage.all(QAccessible::Dialog).isEmpty(); }));
+    stage.monitor().setSelectedPage(Page::apps);
+    EXPECT_TRUE(stage.all(QAccessible::Dialog).isEmpty());
+    EXPECT_TRUE(stage.quitRequests.empty());
+}
+
+TEST(AppsPage, ASecondAnswerIsNone) {
+    Stage stage;
+    stage.start();
+    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    stage.models().apps()->quit();
+    stage.models().apps()->quit();
+    EXPECT_EQ(stage.quitRequests.size(), 1U);
 }
 
 TEST(AppsPage, ClosingAsksTheApplicationToQuit) {

@@ -451,6 +451,15 @@ TEST(FansPage, SaysWhenThereAreNoFans) {
     EXPECT_FALSE(stage.shows(QStringLiteral("Mode")));
 }
 
+TEST(FansPage, SaysSoWhenTheLastFanGoes) {
+    Stage stage;
+    stage.showPage(Page::fans);
+    stage.showFans(0);
+    EXPECT_TRUE(stage.shows(QStringLiteral("Aucun ventilateur détecté sur ce Mac.")));
+    stage.showFans(1);
+    EXPECT_FALSE(stage.shows(QStringLiteral("Aucun ventilateur détecté sur ce Mac.")));
+}
+
 TEST(FansPage, OffersControlWhileItIsWantedAndTheHelperIsMissing) {
     Stage stage;
     stage.world.helper.installed = false;

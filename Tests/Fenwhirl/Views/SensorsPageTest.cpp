@@ -23,6 +23,7 @@ QString withoutSpaces(QString text) {
 TEST(SensorRow, IsHotFromEightyDegreesWhateverTheThresholds) {
     EXPECT_FALSE(shown({QStringLiteral("TC0P"), 79.9}).hot);
     EXPECT_TRUE(shown({QStringLiteral("TC0P"), 80.0}).hot);
+    EXPECT_FALSE(shown({QStringLiteral("TC0P"), 60, 55, 95}).hot); // it was
 }
 
 TEST(SensorRow, IsFullFromAHundredDegrees) {
@@ -146,6 +147,8 @@ TEST(SensorList, TheSameSensorTwiceIsTwoRows) {
     list.setSensors({one, other, one});
     EXPECT_EQ(list.count(), 3);
     EXPECT_EQ(list.data(list.index(1), list.roleNames().key("name")), other.name);
+    list.setSensors({one, other});
+    EXPECT_EQ(list.count(), 2);
 }
 
 TEST(SensorsPage, ListsThemByNameWithTheirCount) {
