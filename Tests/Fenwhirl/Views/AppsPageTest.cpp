@@ -30,6 +30,7 @@ TEST(AppsPage, SaysWhenNothingLoadsTheProcessor) {
     Stage stage;
     stage.showPage(Page::apps);
     EXPECT_TRUE(stage.shows(QStringLiteral("Aucune application ne sollicite beaucoup le processeur.")));
+    EXPECT_TRUE(stage.all(QAccessible::List).isEmpty());
 }
 
 TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {

@@ -11,7 +11,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
@@ -323,11 +322,7 @@ TEST(BadInput, LongNamesOfTheComputerAndOfApplicationsFitTheirPages) {
 
 TEST(BadInput, ThirtyFansAndFiveHundredSensorsFitWindowsOfEverySize) {
     Stage stage;
-    for (int i = 0; i < 500; ++i) {
-        char key[5];
-        std::snprintf(key, sizeof key, "T%03x", static_cast<unsigned>(i) + 0x100u);
-        stage.world.smc.setNumber(key, "sp78", i % 40 + 60);
-    }
+    stage.setSensors(500, 60);
     stage.start();
     setModes(stage, 10);
     stage.show();

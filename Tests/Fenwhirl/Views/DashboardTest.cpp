@@ -40,6 +40,37 @@ TEST(Dashboard, ShowsTheMainTemperatureRoundedAndWhatItMeans) {
     EXPECT_EQ(stage.models().machine()->temperatureNumber(), QStringLiteral("88"));
 }
 
+TEST(Dashboard, TheDotBesideTheVerdictIsGreenWhileAllIsWell) {
+    Stage stage;
+    stage.show();
+    EXPECT_EQ(stage.colorLeftOf(QStringLiteral("Mac en bonne santé"), 10), QColor(0x5B, 0xE4, 0x9B));
+    stage.world.setCelsius(88);
+    stage.poll();
+    static_cast<void>(stage.window().grabWindow()); // the longer text takes its place with the next frame
+    EXPECT_EQ(stage.colorLeftOf(QStringLiteral("Les ventilateurs travaillent"), 10),
+              QColor(0xFF, 0xB4, 0x54));
+}
+
+// A screen reader announces every change of the focused control, so what it said stays until the focus goes.
+TEST(Dashboard, TheTemperatureSumsUpTheMachineWhenItGetsTheFocus) {
+    Stage stage;
+    stage.show();
+    QAccessibleInterface* const temperature =
+        stage.find(stage.models().machine()->temperatureText(), QAccessible::StaticText);
+    ASSERT_NE(temperature, nullptr);
+    auto* const item = qobject_cast<QQuickItem*>(temperature->object());
+    ASSERT_NE(item, nullptr);
+    const QString summary = stage.models().machine()->summary();
+    EXPECT_NE(summary, stage.models().machine()->temperatureText());
+    item->forceActiveFocus();
+    EXPECT_EQ(temperature->text(QAccessible::Name), summary);
+    stage.world.setCelsius(70);
+    stage.poll();
+    EXPECT_EQ(temperature->text(QAccessible::Name), summary);
+    item->setFocus(false);
+    EXPECT_EQ(temperature->text(QAccessible::Name), stage.models().machine()->temperatureText());
+}
+
 TEST(Dashboard, AnotherThresholdChangesTheVerdictAtOnce) {
     Stage stage;
     stage.world.setCelsius(70);
@@ -344,6 +375,18 @@ TEST(Dashboard, ThePresetMenuListsThePresetsInOrder) {
     EXPECT_EQ(items,
               QStringList({QStringLiteral("Auto"), QStringLiteral("Silencieux"), QStringLiteral("Équilibré"),
                            QStringLiteral("Jeu"), QStringLiteral("Max")}));
+}
+
+TEST(Dashboard, ThePresetMenuOpensAtTheActivePreset) {
+    Stage stage;
+    stage.start();
+    stage.monitor().apply(Preset::game);
+    stage.show();
+    stage.click(QStringLiteral("Préréglage"), QAccessible::ComboBox);
+    EXPECT_TRUE(stage.find(QStringLiteral("Jeu"), QAccessible::MenuItem)->state().checked);
+    stage.press(Qt::Key_Up); // the first arrow key goes to the active preset
+    stage.press(Qt::Key_Return);
+    EXPECT_EQ(stage.monitor().activePreset(), Preset::game);
 }
 
 TEST(Dashboard, ThePresetMenuAppliesWhatIsChosen) {

@@ -370,6 +370,17 @@ TEST(FanCard, TheCurvesHandlesWriteWhatTheSteppersWrite) {
     EXPECT_NE(stage.find(QStringLiteral("Selon un capteur"), QAccessible::Chart), nullptr);
 }
 
+// The first drawing of a curve in this item, or null.
+const QQuickItem* drawnCurve(const QQuickItem& item) {
+    for (const QQuickItem* child : item.childItems()) {
+        const QQuickItem* const found = child->inherits("Fenwhirl::FanCurve") ? child : drawnCurve(*child);
+        if (found != nullptr) {
+            return found;
+        }
+    }
+    return nullptr;
+}
+
 TEST(FanCard, TheCurveStandsBesideTheTemperatureAndTheRulesThatCountForIt) {
     Stage stage;
     stage.world.smc.setNumber("TG0P", "sp78", 44);
@@ -378,9 +389,14 @@ TEST(FanCard, TheCurveStandsBesideTheTemperatureAndTheRulesThatCountForIt) {
     stage.monitor().setSetting(0, sensorSetting());
     stage.showPage(Page::fans);
     const FanRow* fan = stage.models().machine()->fans()->at(0);
+    const QQuickItem* const drawn = drawnCurve(*stage.window().contentItem());
+    ASSERT_NE(drawn, nullptr);
     EXPECT_EQ(fan->drivingTemperature(), 50);
     EXPECT_TRUE(fan->followsMainTemperature());
     EXPECT_TRUE(std::isnan(fan->alertAt()));
+    EXPECT_EQ(drawn->property("now").toDouble(), 50);
+    EXPECT_TRUE(drawn->property("limited").toBool());
+    EXPECT_FALSE(drawn->property("protecting").toBool());
     stage.monitor().setAlertsEnabled(true);
     stage.monitor().setAlertThreshold(85);
     EXPECT_EQ(fan->alertAt(), 85);
@@ -388,10 +404,14 @@ TEST(FanCard, TheCurveStandsBesideTheTemperatureAndTheRulesThatCountForIt) {
     stage.poll();
     EXPECT_EQ(fan->drivingTemperature(), 86);
     EXPECT_TRUE(fan->isProtecting());
+    EXPECT_EQ(drawn->property("now").toDouble(), 86);
+    EXPECT_EQ(drawn->property("alertAt").toDouble(), 85);
+    EXPECT_TRUE(drawn->property("protecting").toBool());
     stage.monitor().setSetting(0, sensorSetting(50, 90, "TG0P"));
     EXPECT_EQ(fan->drivingTemperature(), 44);
     EXPECT_FALSE(fan->followsMainTemperature());
     EXPECT_TRUE(std::isnan(fan->alertAt()));
+    EXPECT_FALSE(drawn->property("limited").toBool());
     // When the sensor disappears, the main temperature replaces it.
     stage.world.smc.remove("TG0P");
     stage.poll();

@@ -7,7 +7,6 @@
 #include <QQuickItem>
 #include <QTest>
 
-#include <cstdio>
 #include <gtest/gtest.h>
 
 namespace Fenwhirl {
@@ -271,6 +270,13 @@ QString focusedSensor(Stage& stage) {
     return item == nullptr ? QString() : item->property("name").toString();
 }
 
+void tabToTheSensors(Stage& stage) {
+    for (int i = 0; i < 20 && focusedSensor(stage).isEmpty(); ++i) {
+        stage.press(Qt::Key_Tab);
+    }
+    ASSERT_FALSE(focusedSensor(stage).isEmpty());
+}
+
 QString sensorNameAt(Stage& stage, int row) {
     const SensorList* const list = stage.models().machine()->sensors();
     return list->data(list->index(row, 0), list->roleNames().key("name")).toString();
@@ -279,10 +285,7 @@ QString sensorNameAt(Stage& stage, int row) {
 TEST(KeyboardOnTheSensorsPage, TheFocusOfASensorGoesToThePagesRowWhenThePageIsLeft) {
     Stage stage;
     stage.showPage(Page::sensors);
-    for (int i = 0; i < 20 && focusedSensor(stage).isEmpty(); ++i) {
-        stage.press(Qt::Key_Tab);
-    }
-    ASSERT_FALSE(focusedSensor(stage).isEmpty());
+    tabToTheSensors(stage);
     QTest::keyClick(&stage.window(), Qt::Key_2, Qt::ControlModifier);
     waitForFocus(stage, QStringLiteral("Ventilateurs"));
 }
@@ -291,15 +294,9 @@ TEST(KeyboardOnTheSensorsPage, TheFocusStaysWithItsSensorWhileOthersComeAndGo) {
     for (const int width : {1040, 1500}) { // one column, and two
         Stage stage;
         stage.windowSize.setWidth(width);
-        for (int i = 0; i < 30; ++i) {
-            char key[5];
-            std::snprintf(key, sizeof key, "T%03x", static_cast<unsigned>(i) + 0x100u);
-            stage.world.smc.setNumber(key, "sp78", 30 + i);
-        }
+        stage.setSensors(31);
         stage.showPage(Page::sensors);
-        for (int i = 0; i < 20 && focusedSensor(stage).isEmpty(); ++i) {
-            stage.press(Qt::Key_Tab);
-        }
+        tabToTheSensors(stage);
         for (int i = 0; i < 4; ++i) {
             stage.press(Qt::Key_Down);
         }
@@ -319,6 +316,38 @@ TEST(KeyboardOnTheSensorsPage, TheFocusStaysWithItsSensorWhileOthersComeAndGo) {
         stage.press(Qt::Key_End);
         EXPECT_EQ(focusedSensor(stage),
                   sensorNameAt(stage, stage.models().machine()->sensors()->count() - 1));
+    }
+}
+
+TEST(KeyboardOnTheSensorsPage, RightAndLeftGoToTheNextColumn) {
+    Stage stage;
+    stage.setSensors(40);
+    stage.windowSize = {1500, 900};
+    stage.showPage(Page::sensors);
+    tabToTheSensors(stage);
+    stage.press(Qt::Key_Home);
+    stage.press(Qt::Key_Right);
+    EXPECT_EQ(focusedSensor(stage), sensorNameAt(stage, 20)); // of forty, in two columns
+    stage.press(Qt::Key_Down);
+    stage.press(Qt::Key_Left);
+    EXPECT_EQ(focusedSensor(stage), sensorNameAt(stage, 1));
+}
+
+TEST(KeyboardOnTheSensorsPage, TheFocusedSensorIsScrolledIntoView) {
+    Stage stage;
+    stage.setSensors(101);
+    stage.windowSize = {920, 560};
+    stage.showPage(Page::sensors);
+    tabToTheSensors(stage);
+    const auto place = [&stage] {
+        const QQuickItem* const item = stage.window().activeFocusItem();
+        return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+    };
+    const QRectF window(0, 0, 920, 560);
+    for (const Qt::Key key : {Qt::Key_End, Qt::Key_Home}) {
+        stage.press(key);
+        EXPECT_EQ(focusedSensor(stage), sensorNameAt(stage, key == Qt::Key_End ? 100 : 0));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return window.contains(place()); })) << key;
     }
 }
 

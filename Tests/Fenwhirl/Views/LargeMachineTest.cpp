@@ -6,7 +6,6 @@
 #include "Stage.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <ctime>
 #include <gtest/gtest.h>
 #include <limits>
@@ -50,15 +49,7 @@ public:
     LargeMachine() {
         windowSize = {1040, 680};
         world.smc.addOlderFans(30);
-        setSensors(40);
-    }
-
-    void setSensors(double celsius) {
-        for (int i = 0; i < 500; ++i) {
-            char key[5];
-            std::snprintf(key, sizeof key, "T%03x", static_cast<unsigned>(i) + 0x100u);
-            world.smc.setNumber(key, "sp78", celsius + i % 40);
-        }
+        setSensors(500, 40);
     }
 
     void draw() { static_cast<void>(window().grabWindow()); }
@@ -129,10 +120,10 @@ TEST(LargeMachine, FiveHundredNewTemperaturesAreShownInATenthOfASecond) {
     LargeMachine stage;
     stage.showPage(Page::sensors);
     stage.draw();
-    stage.setSensors(45);
+    stage.setSensors(500, 45);
     stage.poll(); // polls before the measurement, which is only about showing the values
     stage.models().setAwake(false);
-    stage.setSensors(50);
+    stage.setSensors(500, 50);
     stage.poll();
     EXPECT_LT(millisecondsOf([&] {
                   stage.models().setAwake(true);

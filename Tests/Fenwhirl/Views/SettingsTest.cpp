@@ -235,6 +235,18 @@ TEST(SettingsPage, OffersWhatSuitsTheHelpersState) {
     EXPECT_FALSE(stage.shows(QStringLiteral("Désactiver")));
 }
 
+TEST(SettingsPage, HasNoSecondOfferBesideThatOfItsCard) {
+    Stage stage;
+    stage.world.helper.installed = false;
+    stage.start();
+    stage.monitor().apply(Preset::max);
+    stage.showPage(Page::settings);
+    stage.poll();
+    ASSERT_TRUE(stage.models().control()->offersActivation());
+    EXPECT_TRUE(stage.shows(QStringLiteral("Activer le contrôle")));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Activer le contrôle des ventilateurs")));
+}
+
 TEST(SettingsPage, SaysWhenTheHelperIsOutdated) {
     Stage stage;
     stage.world.helper.setVersion("2");
@@ -272,14 +284,18 @@ TEST(SettingsPage, MakesAReportOnceAndHandsItOver) {
         return std::optional<ScriptedSMC::Reply>();
     };
     stage.click(QStringLiteral("Créer le rapport"));
-    EXPECT_TRUE(stage.shows(QStringLiteral("Création en cours…")));
+    const QAccessibleInterface* const making =
+        stage.find(QStringLiteral("Création en cours…"), QAccessible::Button);
+    ASSERT_NE(making, nullptr);
+    EXPECT_FALSE(making->object()->property("usable").toBool());
     stage.models().report()->create(); // a second request while a report is being made
     gate.unlock();
     ASSERT_TRUE(waitUntil([&] { return !stage.models().report()->busy(); }));
     ASSERT_EQ(stage.reports.size(), 1U);
     EXPECT_TRUE(stage.reports.front().contains(QStringLiteral("Assistant installé : oui")));
     EXPECT_FALSE(stage.reports.front().contains(QStringLiteral("-- Test d'écriture (6 s) --")));
-    EXPECT_TRUE(stage.shows(QStringLiteral("Créer le rapport")));
+    EXPECT_EQ(stage.find(QStringLiteral("Créer le rapport"), QAccessible::Button), making);
+    EXPECT_TRUE(making->object()->property("usable").toBool());
 }
 
 TEST(SettingsPage, TheSwitchPutsTheFanTestIntoTheReport) {

@@ -167,6 +167,13 @@ void Stage::showPage(Page page) {
     show();
 }
 
+void Stage::setSensors(int count, double celsius) {
+    for (int i = 1; i < count; ++i) {
+        const std::string key = "T" + QString::number(i + 0x100, 16).toStdString();
+        world.smc.setNumber(key.c_str(), "flt ", celsius + i % 40);
+    }
+}
+
 void Stage::showFans(int count) {
     QList<FanState> fans;
     for (int id = 0; id < count; ++id) {

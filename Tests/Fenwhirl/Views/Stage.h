@@ -65,6 +65,8 @@ public:
     // Sets the text scale of a window that is shown.
     void setTextScale(double scale);
     void poll();
+    // Gives the controller this many sensors. Beside TC0P, whose temperature stays, they have temperatures from `celsius` on.
+    void setSensors(int count, double celsius = 30);
     // Shows this many fans until the next poll. The controller itself can only name ten.
     void showFans(int count);
     void setApps(const QList<AppLoad>& apps);

@@ -10,7 +10,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <string>
 #include <utility>
@@ -55,14 +54,6 @@ QStringList namesOf(Stage& stage) {
         names.append(row->text(QAccessible::Name));
     }
     return names;
-}
-
-void addSensors(Stage& stage, int count, double celsius = 30) {
-    for (int i = 1; i < count; ++i) { // one sensor already exists
-        char key[16];
-        std::snprintf(key, sizeof key, "T%03x", static_cast<unsigned>(i) + 0x100u);
-        stage.world.smc.setNumber(key, "flt ", celsius + i % 40);
-    }
 }
 
 TEST(WindowSizes, TheSidebarGivesWayInNarrowWindows) {
@@ -154,7 +145,7 @@ int colouredPixelsBetweenRows(Stage& stage) {
 
 TEST(WindowSizes, TheDashboardsBarsHaveAScaleWhereTheyAreLong) {
     Stage stage;
-    addSensors(stage, 6);
+    stage.setSensors(6);
     stage.show();
     // The window's width minus sidebar, margins, the chart's card and its spacing, padding and columns.
     constexpr int besideBars = 208 + 36 + 340 + 18 + 40 + 156 + 58;
@@ -179,7 +170,7 @@ TEST(WindowSizes, SensorsHaveColumnsOfAtLeastTwelveRowsAndFourHundredPoints) {
           std::tuple(70, 208 + 76 + 839, 1), std::tuple(70, 208 + 76 + 840, 2),
           std::tuple(70, 208 + 76 + 1279, 2), std::tuple(70, 208 + 76 + 1280, 3)}) {
         Stage stage;
-        addSensors(stage, count);
+        stage.setSensors(count);
         stage.windowSize = {window, 2600};
         stage.showPage(Page::sensors);
         resize(stage, window, 2600);
@@ -204,7 +195,7 @@ TEST(WindowSizes, SensorsHaveColumnsOfAtLeastTwelveRowsAndFourHundredPoints) {
 
 TEST(WindowSizes, SensorsAreReadColumnAfterColumn) {
     Stage stage;
-    addSensors(stage, 40);
+    stage.setSensors(40);
     stage.windowSize = {2560, 2600};
     stage.showPage(Page::sensors);
     resize(stage, 2560, 2600);
@@ -226,7 +217,7 @@ TEST(WindowSizes, SensorsAreReadColumnAfterColumn) {
 
 TEST(WindowSizes, SensorsThatComeAndGoFindTheirColumns) {
     Stage stage;
-    addSensors(stage, 23);
+    stage.setSensors(23);
     stage.windowSize = {2560, 2600};
     stage.showPage(Page::sensors);
     resize(stage, 2560, 2600);
@@ -245,7 +236,7 @@ TEST(WindowSizes, SensorsThatComeAndGoFindTheirColumns) {
 
 TEST(WindowSizes, OfFiveHundredSensorsInColumnsOnlyThoseInViewHaveRows) {
     Stage stage;
-    addSensors(stage, 500);
+    stage.setSensors(500);
     stage.windowSize = {2560, 1400};
     stage.showPage(Page::sensors);
     EXPECT_GT(rowsOf(stage).size(), 3 * 30);
@@ -264,7 +255,7 @@ TEST(WindowSizes, OfFiveHundredSensorsInColumnsOnlyThoseInViewHaveRows) {
 
 TEST(WindowSizes, WithTextsOfTwiceTheSizeTheSmallestWindowHasOneColumn) {
     Stage stage;
-    addSensors(stage, 40);
+    stage.setSensors(40);
     stage.show();
     stage.setTextScale(2);
     resize(stage, 920, 560);
