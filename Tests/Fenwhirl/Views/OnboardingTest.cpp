@@ -86,6 +86,7 @@ TEST(Onboarding, InstallingTheHelperShowsThatControlIsActive) {
     stage.world.helper.installed = false;
     stage.show();
     stage.click(QStringLiteral("Suivant"));
+    EXPECT_FALSE(stage.shows(QStringLiteral("Contrôle activé")));
     stage.click(QStringLiteral("Activer le contrôle"));
     ASSERT_TRUE(waitUntil([&] { return stage.monitor().helperInstalled(); }));
     EXPECT_TRUE(stage.shows(QStringLiteral("Contrôle activé")));
