@@ -5,8 +5,8 @@
 
 It builds the test programs in build/mutations, without optimisation: then no function of an original is inlined into the sources
 that are compiled together with it. Then, for each mistake, one object is compiled and linked in front of the original. First the
-tests of the file that mirrors the source run, then all other tests of the same folder, without those of endurance and those in
-LEFT_OUT; a mistake that none of them notices has survived. The tests in Tests/System do not take part. The checkout is not
+tests of the file that mirrors the source run, then all other tests of the same folder, without those of endurance and those that
+measure time; a mistake that none of them notices has survived. The tests in Tests/System do not take part. The checkout is not
 changed. The macOS sources have a script of their own, Tests/MacOS/mutations.py.
 
 Run it by hand; the latest result is in Documentation/Testing.md. The exit status is 1 when a mistake survived that EQUIVALENT does
@@ -74,8 +74,8 @@ NEAR = {
 
 # Suites that come last, because they take longer than all others together.
 LATE = ("BadInput", "LanguageChange", "SensorNames", "Symbols", "TextFit", "Tooltips", "Typography", "WindowSizes")
-# Suites that do not take part, because they measure time.
-LEFT_OUT = ("LargeMachine", "RedrawLookups")
+# Does not take part, because it measures time, like the tests that run alone.
+LEFT_OUT = "RedrawLookups.*"
 
 # Title, source file, the original text (its first occurrence is replaced), the mutated text.
 MISTAKES = (
@@ -615,7 +615,7 @@ class Checker:
 
     def filter(self, suites):
         wanted = ":".join(f"{suite}.*:*/{suite}.*:{suite}/*.*:*/{suite}/*.*" for suite in sorted(suites))
-        unwanted = ":".join(self.endurance + [f"{suite}.*:*/{suite}.*" for suite in LEFT_OUT])
+        unwanted = ":".join(self.endurance + [test for tests in self.tests.alone.values() for test in tests] + [LEFT_OUT])
         return ("--gtest_brief=1", "--gtest_fail_fast", f"--gtest_filter={wanted}-{unwanted}")
 
     def run(self, executable, arguments, folder):

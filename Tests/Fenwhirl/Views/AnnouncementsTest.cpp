@@ -1,10 +1,12 @@
 // What a screen reader announces although the focus stays where it is: each change once, in words that are
 // also shown.
 
+#include "Fenwhirl/Views/Components/Announcer.h"
 #include "Stage.h"
 #include "Support/WaitUntil.h"
 
 #include <QTest>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -75,6 +77,69 @@ TEST(Announcements, WhatAButtonHasDoneIsTold) {
     EXPECT_TRUE(stage.announced().contains(QStringLiteral("Réglages")));
     stage.click(QStringLiteral("Remettre les ventilateurs en automatique"));
     EXPECT_TRUE(stage.announced().contains(QStringLiteral("Ventilateurs, Auto")));
+}
+
+// A system with announcements of its own.
+class SystemVoice {
+public:
+    SystemVoice() {
+        setSystemAnnouncement([this](const QString& text, bool urgent) {
+            (urgent ? urgentTexts : news).append(text);
+            return true;
+        });
+    }
+
+    ~SystemVoice() { setSystemAnnouncement({}); }
+
+    Q_DISABLE_COPY_MOVE(SystemVoice)
+
+    QStringList urgentTexts;
+    QStringList news;
+};
+
+TEST(Announcements, AnErrorInterruptsAndNewsWait) {
+    SystemVoice voice;
+    Stage stage;
+    stage.world.helper.succeeds = false;
+    stage.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
+    stage.monitor().apply(Preset::max);
+    stage.poll();
+    EXPECT_EQ(
+        voice.urgentTexts,
+        QStringList({QStringLiteral("Ce Mac n'a pas accepté le changement de vitesse du ventilateur.")}));
+    EXPECT_EQ(voice.news, QStringList());
+    stage.world.setCelsius(88);
+    stage.poll();
+    EXPECT_EQ(voice.urgentTexts.size(), 1);
+    EXPECT_EQ(voice.news, QStringList({QStringLiteral("Le Mac est chaud")}));
+}
+
+TEST(Announcements, NothingIsToldInAnotherWindow) {
+    SystemVoice voice;
+    Stage stage;
+    stage.show();
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    stage.world.setCelsius(88);
+    stage.poll();
+    EXPECT_EQ(voice.urgentTexts + voice.news, QStringList());
+}
+
+TEST(Announcements, SensorsThatComeBackAreToldOnce) {
+    SystemVoice voice;
+    Stage stage;
+    stage.start();
+    stage.world.setCelsius(-1); // not a plausible temperature
+    stage.poll();
+    stage.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stage.window()));
+    stage.world.setCelsius(50);
+    stage.poll();
+    ASSERT_TRUE(waitUntil([&] { return !voice.news.isEmpty(); }));
+    EXPECT_EQ(voice.news, QStringList({QStringLiteral("Tout est normal")}));
 }
 
 TEST(Announcements, AReportIsToldWhileItIsBeingMade) {

@@ -47,7 +47,9 @@ TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
     EXPECT_EQ(flat(rows.at(0)->text(QAccessible::Name)), QStringLiteral("Blender 37 %"));
     EXPECT_EQ(flat(rows.at(1)->text(QAccessible::Name)), QStringLiteral("Mail 3 %"));
     EXPECT_TRUE(stage.shows(QStringLiteral("Protégé")));
-    EXPECT_EQ(stage.all(QAccessible::CheckBox).size(), 1); // protected applications have no switch
+    ASSERT_EQ(stage.all(QAccessible::CheckBox).size(), 1); // protected applications have no switch
+    EXPECT_TRUE(flat(stage.all(QAccessible::CheckBox).first()->text(QAccessible::Description))
+                    .startsWith(QStringLiteral("37 %. Désactive un interrupteur")));
 }
 
 TEST(AppsPage, ItsCardsHaveTheUsualPaddingOnEverySide) {

@@ -30,6 +30,8 @@ Item {
         y: 100
     }
 
+    SignalSpy { id: choices; signalName: "activated"; target: picker }
+
     TestCase {
         name: "SegmentedControl"
         when: windowShown
@@ -37,6 +39,7 @@ Item {
         function init() {
             Theme.reducedMotion = true
             root.mode = 0
+            choices.clear()
         }
 
         function segment(index: int): Item {
@@ -101,6 +104,22 @@ Item {
             compare(pill.width, segment(1).width)
             root.mode = -1
             verify(!pill.visible)
+        }
+
+        function test_thePillGlidesFromTheLastSelection() {
+            const pill = findChild(picker, "pill")
+            Theme.reducedMotion = false
+            root.mode = 2
+            verify(pill.x < segment(2).x)
+            tryCompare(pill, "x", segment(2).x)
+        }
+
+        function test_theSelectedSegmentIsNotChosenAgain() {
+            mouseClick(segment(0))
+            picker.forceActiveFocus()
+            keyClick(Qt.Key_Home)
+            verify(accessibility.act(segment(0), "Press"))
+            compare(choices.count, 0)
         }
 
         function test_assistiveTechnologyReadsAndPresses() {

@@ -35,6 +35,7 @@ Item {
     }
 
     SignalSpy { id: moves; signalName: "moved"; target: narrow }
+    SignalSpy { id: requests; signalName: "moved"; target: slider }
 
     TestCase {
         name: "Slider"
@@ -44,6 +45,7 @@ Item {
             Theme.reducedMotion = true
             root.speed = 2000
             moves.clear()
+            requests.clear()
         }
 
         function test_arrowsMoveOneStepAndPageKeysTen() {
@@ -72,6 +74,7 @@ Item {
             compare(root.speed, 1200)
             keyClick(Qt.Key_Left)
             compare(root.speed, 1200)
+            compare(requests.count, 2, "nothing is asked for at the ends")
         }
 
         function test_aPressOnTheTrackJumpsThere() {
