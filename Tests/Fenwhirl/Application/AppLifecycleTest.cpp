@@ -153,6 +153,46 @@ TEST(Close, PutsTheViewsToSleep) {
     EXPECT_EQ(models->machine()->temperatureNumber(), QStringLiteral("71"));
 }
 
+TEST(Reopen, AtAPageOpensTheWindowThere) {
+    Life life(true);
+    life.windows->openPage(Page::alerts);
+    EXPECT_TRUE(life.mainIsShown());
+    EXPECT_EQ(life.world.monitor().selectedPage(), Page::alerts);
+}
+
+TEST(Minimising, PutsTheViewsToSleep) {
+    Life life(true);
+    life.windows->openMain();
+    auto* models = life.windows->main()->property("models").value<ViewModels*>();
+    ASSERT_TRUE(models->machine()->isAwake());
+    life.windows->main()->showMinimized();
+    EXPECT_TRUE(waitUntil([&] { return !models->machine()->isAwake(); }));
+    life.windows->main()->showNormal();
+    EXPECT_TRUE(waitUntil([&] { return models->machine()->isAwake(); }));
+}
+
+TEST(Close, OfThePanelPutsThemToSleepToo) {
+    Life life(true);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    auto* models = life.windows->panel()->property("models").value<ViewModels*>();
+    ASSERT_NE(models, nullptr);
+    EXPECT_TRUE(models->machine()->isAwake());
+    life.windows->panel()->close();
+    EXPECT_FALSE(models->machine()->isAwake());
+}
+
+TEST(Panel, IsAtMostAsHighAsTheScreenWithoutAMargin) {
+    Life life(true);
+    life.world.smc.addOlderFans(30);
+    life.world.pollAfter(2);
+    life.windows->togglePanel(QRect(400, 0, 30, 24));
+    const QQuickWindow* panel = life.windows->panel();
+    const int room = panel->screen()->availableGeometry().height() - 2 * 16;
+    const auto height = [panel] { return panel->property("panelArea").toRectF().height(); };
+    EXPECT_LE(height(), room);
+    EXPECT_GT(height(), room - 40) << "less than a row, because thirty fans need more";
+}
+
 TEST(Panel, OpensAtTheItemAndClosesWithASecondClick) {
     const DoubleClicks none(0);
     Life life(true);
@@ -374,10 +414,13 @@ TEST(Language, ReachesOpenWindowsAndTheStatusItem) {
     Life life(true);
     life.windows->openMain();
     const QString french = life.statusItem.text;
+    const QString title = QStringLiteral("Tableau de bord");
+    EXPECT_GT(bottomOf(*life.windows->main()->contentItem(), title), 0);
     life.world.monitor().setLanguage(AppLanguage::ru);
     EXPECT_NE(life.statusItem.text, french);
     auto* models = life.windows->main()->property("models").value<ViewModels*>();
     EXPECT_NE(models->machine()->statusWord(), QStringLiteral("Tout est normal"));
+    EXPECT_EQ(bottomOf(*life.windows->main()->contentItem(), title), 0);
     life.world.monitor().setLanguage(AppLanguage::fr);
 }
 

@@ -106,6 +106,26 @@ TEST(ProcessMonitor, PublishesASampleOnTheMainThread) {
     EXPECT_EQ(publishedOn, QCoreApplication::instance()->thread());
 }
 
+TEST(ProcessMonitor, TellsOnlyOfWhatDiffers) {
+    ProcessSample next = sampleOf(u"sample"_s, 1);
+    ProcessServices services;
+    services.sample = [&next] { return next; }; // no sample is in progress while it changes
+    services.cancelSampling = [] {};
+    ProcessMonitor monitor(services);
+    QSignalSpy apps(&monitor, &ProcessMonitor::appsChanged);
+    QSignalSpy total(&monitor, &ProcessMonitor::totalCPUChanged);
+    monitor.refresh();
+    ASSERT_TRUE(total.wait(patienceMilliseconds));
+    next.totalCPU += 1;
+    monitor.refresh();
+    ASSERT_TRUE(total.wait(patienceMilliseconds));
+    EXPECT_EQ(apps.count(), 1);
+    next.apps.first().cpu += 1;
+    monitor.refresh();
+    ASSERT_TRUE(apps.wait(patienceMilliseconds));
+    EXPECT_EQ(total.count(), 2);
+}
+
 TEST(ProcessMonitor, TakesSamplesOnItsOwnThread) {
     std::promise<Qt::HANDLE> thread;
     ProcessServices services;

@@ -31,6 +31,10 @@ TEST(AppsPage, SaysWhenNothingLoadsTheProcessor) {
     stage.showPage(Page::apps);
     EXPECT_TRUE(stage.shows(QStringLiteral("Aucune application ne sollicite beaucoup le processeur.")));
     EXPECT_TRUE(stage.all(QAccessible::List).isEmpty());
+    const QImage picture = stage.window().grabWindow();
+    for (int y = 0; y < picture.height(); ++y) {
+        ASSERT_NE(picture.pixelColor(208 + 18 + 30, y), QColor(0x1F, 0x22, 0x29)) << "an empty card at " << y;
+    }
 }
 
 TEST(AppsPage, NamesTheHeaviestAndListsAllInTheirOrder) {
