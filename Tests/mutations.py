@@ -559,6 +559,7 @@ EQUIVALENT = {
     "subnormal numbers have a hidden bit": "all of them are far below 0.005, and are written as 0.00 either way",
     "more keys are asked for than an index can name": "to see it, a test would have to make four billion requests",
     "the panel's slider moves when a constant speed fluctuates": "the slider is told of a speed that has not changed",
+    "the pill does not move": "the binding of its first place moves it, as long as nothing is assigned",
     "a report without a place is written": "a file without a name cannot be opened",
     "a sensor that is out of sight is not scrolled to": "the page scrolls to whatever gets the focus; scrolling before only makes sure that there is a row",
     "a fan beyond the mask changes it": "the bit of fan 16 is cut off when the mask becomes a number of 16 bits again",

@@ -80,7 +80,7 @@ TEST_F(MonitorHelperVersion, AnAnswerAboutAHelperThatIsGoneDoesNotCount) {
     // The next helper is asked only when the answer about the former one has arrived.
     ASSERT_TRUE(waitUntil([&] {
         monitor().tick();
-        return helper.versionReads == 2;
+        return helper.versionReads >= 2;
     }));
     EXPECT_EQ(outdated.count(), 0);
     EXPECT_FALSE(monitor().helperOutdated());
