@@ -242,7 +242,6 @@ MISTAKES = (
     ("a change of the introduction is not stored", MONITORING + "MonitorPreferences.cpp", "d.remember<&SavedPreferences::didOnboard>(done, &Monitor::didOnboardChanged);", "d.assign(d.saved.didOnboard, done, &Monitor::didOnboardChanged);"),
     ("thresholds are not written back", MONITORING + "SavedPreferences.cpp", "preference.isWrittenBack && store", "false && store"),
     ("no preset stays stored", MONITORING + "SavedPreferences.cpp", "        store.remove(keyOf(preference));", ""),
-    ("unreadable settings are kept", MONITORING + "SavedPreferences.cpp", "decodeFanSettings(*json).value_or(FanSettings())", "decodeFanSettings(*json).value_or(settings)"),
     ("a refused login item leaves the switch on", MONITORING + "MonitorLifecycle.cpp", "    Q_EMIT launchAtLoginChanged(); // after", "    // after"),
     ("a failed activation is silent", MONITORING + "MonitorLifecycle.cpp", "installed ? std::nullopt\n                               : std::optional(TextKey(u\"L'activation a été annulée ou a échoué.\"))", "std::optional<TextKey>()"),
     ("a second installation begins during the first", MONITORING + "MonitorLifecycle.cpp", "if (d.isInstalling) {", "if (false) {"),

@@ -47,7 +47,7 @@ void read(const PreferencesStore& store, const QString& key, AppLanguage& langua
 
 void read(const PreferencesStore& store, const QString& key, FanSettings& settings) {
     if (const auto json = store.data(key)) {
-        settings = decodeFanSettings(*json).value_or(FanSettings());
+        settings = decodeFanSettings(*json).value_or(settings);
     }
 }
 

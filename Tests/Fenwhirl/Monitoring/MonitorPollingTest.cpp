@@ -517,6 +517,11 @@ TEST_F(MonitorPolling, IsSharedWhileItLives) {
     EXPECT_EQ(Monitor::shared(), nullptr);
     make();
     EXPECT_EQ(Monitor::shared(), &monitor());
+    {
+        const Monitor another(services());
+        EXPECT_EQ(Monitor::shared(), &monitor());
+    }
+    EXPECT_EQ(Monitor::shared(), &monitor());
     destroyMonitor();
     EXPECT_EQ(Monitor::shared(), nullptr);
 }
