@@ -5,6 +5,7 @@
 #include "Support/WaitUntil.h"
 
 #include <QDateTime>
+#include <QQuickItem>
 
 #include <algorithm>
 #include <chrono>

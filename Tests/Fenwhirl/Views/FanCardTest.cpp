@@ -7,6 +7,7 @@
 #include "Support/WaitUntil.h"
 
 #include <QImage>
+#include <QQuickItem>
 
 #include <cmath>
 #include <functional>
