@@ -12,9 +12,7 @@
 #include <string_view>
 #include <unistd.h>
 
-namespace Fenwhirl {
-
-namespace HelperMode {
+namespace Fenwhirl::HelperMode {
 
 namespace {
 
@@ -144,6 +142,4 @@ int run(std::span<char* const> arguments, const OpenSMC& openSMC) {
     return usageError;
 }
 
-} // namespace HelperMode
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperMode

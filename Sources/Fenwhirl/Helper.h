@@ -20,9 +20,7 @@
 #include <memory>
 #include <span>
 
-namespace Fenwhirl {
-
-namespace HelperMode {
+namespace Fenwhirl::HelperMode {
 
 // What `run` returns, and thus the exit status of the process.
 inline constexpr int success = 0;
@@ -37,6 +35,4 @@ using OpenSMC = std::function<std::unique_ptr<SMC>()>;
 // the command is recognised.
 [[nodiscard]] int run(std::span<char* const> arguments, const OpenSMC& openSMC = SMC::open);
 
-} // namespace HelperMode
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperMode

@@ -8,9 +8,7 @@
 #    include <xlocale.h>
 #endif
 
-namespace Fenwhirl {
-
-namespace HelperArguments {
+namespace Fenwhirl::HelperArguments {
 
 std::optional<std::int64_t> parseIndex(std::string_view text) {
     // from_chars does not accept "+". After one, "-" is refused here; otherwise "+-1" would pass.
@@ -48,6 +46,4 @@ std::optional<double> parseRPM(const char* text) {
     return value;
 }
 
-} // namespace HelperArguments
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperArguments

@@ -10,9 +10,7 @@
 #include <optional>
 #include <string_view>
 
-namespace Fenwhirl {
-
-namespace HelperArguments {
+namespace Fenwhirl::HelperArguments {
 
 // A base-10 signed 64-bit integer: one optional "+" or "-", then ASCII digits, and nothing else. Absent for
 // any other text and for a value outside the range. Negative values are returned unchanged: the SMC decides
@@ -24,6 +22,4 @@ namespace HelperArguments {
 // no leading blank. A value beyond the range of double becomes infinite. `text` is NUL-terminated.
 [[nodiscard]] std::optional<double> parseRPM(const char* text);
 
-} // namespace HelperArguments
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperArguments

@@ -6,9 +6,7 @@
 #include <limits>
 #include <vector>
 
-namespace Fenwhirl {
-
-namespace NumberText {
+namespace Fenwhirl::NumberText {
 
 namespace {
 
@@ -119,6 +117,4 @@ std::string wholeOrQuestionMark(std::optional<double> value) {
     return whole ? std::to_string(*whole) : "?";
 }
 
-} // namespace NumberText
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::NumberText

@@ -9,9 +9,7 @@
 #include <optional>
 #include <string>
 
-namespace Fenwhirl {
-
-namespace NumberText {
+namespace Fenwhirl::NumberText {
 
 // The text that "%.2f" gives in the C locale: exact, ties to even, every digit of large values, and "nan",
 // "inf" or "-inf".
@@ -26,6 +24,4 @@ namespace NumberText {
 // The truncated value in decimal digits; "?" when there is none.
 [[nodiscard]] std::string wholeOrQuestionMark(std::optional<double> value);
 
-} // namespace NumberText
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::NumberText

@@ -5,9 +5,7 @@
 #include <bit>
 #include <cmath>
 
-namespace Fenwhirl {
-
-namespace SMCValue {
+namespace Fenwhirl::SMCValue {
 
 namespace {
 
@@ -93,6 +91,4 @@ std::optional<std::vector<std::uint8_t>> encode(std::string_view type, double va
     return bigEndian16(truncatedWithin(value, 65535));
 }
 
-} // namespace SMCValue
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::SMCValue

@@ -14,9 +14,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Fenwhirl {
-
-namespace SMCValue {
+namespace Fenwhirl::SMCValue {
 
 // The number that the bytes represent. Absent when the type is unknown or there are too few bytes;
 // extra bytes are ignored. Types: "flt ", "sp78" (signed, 8 fraction bits), "fpe2" (unsigned; its 2
@@ -30,6 +28,4 @@ namespace SMCValue {
 // ends the process.
 [[nodiscard]] std::optional<std::vector<std::uint8_t>> encode(std::string_view type, double value);
 
-} // namespace SMCValue
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::SMCValue

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace Fenwhirl {
-
-namespace SensorNames {
+namespace Fenwhirl::SensorNames {
 
 namespace {
 
@@ -96,6 +94,4 @@ std::string friendly(std::string_view key) {
     return join("Capteur ", key);
 }
 
-} // namespace SensorNames
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::SensorNames

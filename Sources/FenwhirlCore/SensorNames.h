@@ -9,9 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace Fenwhirl {
-
-namespace SensorNames {
+namespace Fenwhirl::SensorNames {
 
 // The name from a fixed table for the well-known keys ("TC0P" is "Processeur (proximité)"). For other keys, a
 // name derived from the key's form ("TC1C" is "Cœur CPU 1", "Tp0D" is "Cœur performance 0D", "TZ9X" is
@@ -29,6 +27,4 @@ inline constexpr std::array<std::string_view, 19> featuredKeys = {
     "TB0T", "Ts0P", "Th0H", "TaLP", "Tp01", "Tp09", "Te05", "Tg05", "Tg0f",
 };
 
-} // namespace SensorNames
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::SensorNames

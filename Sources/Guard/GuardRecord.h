@@ -13,9 +13,7 @@
 
 #include <cstddef>
 
-namespace Fenwhirl {
-
-namespace GuardRecord {
+namespace Fenwhirl::GuardRecord {
 
 inline constexpr char nothing[] = "nothing";
 inline constexpr char allFans[] = "all";
@@ -33,6 +31,4 @@ inline constexpr int silenceTimeoutSeconds = 10;
 // The only program that the guard ever runs; the path cannot be changed from outside.
 inline constexpr char helperPath[] = "/Library/PrivilegedHelperTools/FenwhirlHelper";
 
-} // namespace GuardRecord
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::GuardRecord

@@ -5,9 +5,7 @@
 
 #import <AppKit/AppKit.h>
 
-namespace Fenwhirl {
-
-namespace AtStart {
+namespace Fenwhirl::AtStart {
 
 // The delegate that the program installed.
 id<NSApplicationDelegate> delegate();
@@ -20,6 +18,4 @@ bool hadEnvironment();
 // Whether an object was autoreleased without an open pool, so that it would never be released.
 bool autoreleasedWithoutPool();
 
-} // namespace AtStart
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::AtStart

@@ -8,9 +8,7 @@
 #include <atomic>
 #include <gtest/gtest.h>
 
-namespace Fenwhirl {
-
-namespace QtWarnings {
+namespace Fenwhirl::QtWarnings {
 
 // Whether the warning is about the platform plugin that the tests draw with, not about the program.
 inline bool isAllowed(const QString& text) {
@@ -58,6 +56,4 @@ public:
     ExpectedWarnings& operator=(const ExpectedWarnings&) = delete;
 };
 
-} // namespace QtWarnings
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::QtWarnings

@@ -14,9 +14,7 @@
 #include <utility>
 #include <vector>
 
-namespace Fenwhirl {
-
-namespace CrashHandBack {
+namespace Fenwhirl::CrashHandBack {
 
 namespace {
 
@@ -125,6 +123,4 @@ void prepare(const std::string& helperPath, const HandBack& handBack) {
     }
 }
 
-} // namespace CrashHandBack
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::CrashHandBack

@@ -15,9 +15,7 @@
 
 #include <string>
 
-namespace Fenwhirl {
-
-namespace CrashHandBack {
+namespace Fenwhirl::CrashHandBack {
 
 // Installs the handlers of fatal signals. To be called once in a process.
 void install();
@@ -25,6 +23,4 @@ void install();
 // Sets what the next fatal signal hands back, and with which helper.
 void prepare(const std::string& helperPath, const HandBack& handBack);
 
-} // namespace CrashHandBack
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::CrashHandBack

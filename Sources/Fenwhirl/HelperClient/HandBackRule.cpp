@@ -2,9 +2,7 @@
 
 #include <map>
 
-namespace Fenwhirl {
-
-namespace HandBackRule {
+namespace Fenwhirl::HandBackRule {
 
 HandBack decide(bool isHelperInstalled, std::span<const int> fansRead,
                 std::span<const ConfiguredFan> configured, std::span<const OwnedFan> owned) {
@@ -54,6 +52,4 @@ std::vector<std::vector<std::string>> commands(const HandBack& handBack) {
     return result;
 }
 
-} // namespace HandBackRule
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HandBackRule

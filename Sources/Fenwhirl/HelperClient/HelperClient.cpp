@@ -4,9 +4,7 @@
 #include "Fenwhirl/Platform/Administrator.h"
 #include "Fenwhirl/Platform/Entry/ExecutablePath.h"
 
-namespace Fenwhirl {
-
-namespace HelperClient {
+namespace Fenwhirl::HelperClient {
 
 namespace {
 
@@ -61,6 +59,4 @@ std::string removalCommand() {
     return "rm -f '" + std::string(helperPath) + "'";
 }
 
-} // namespace HelperClient
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperClient

@@ -16,9 +16,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Fenwhirl {
-
-namespace HelperClient {
+namespace Fenwhirl::HelperClient {
 
 inline constexpr std::string_view helperPath = "/Library/PrivilegedHelperTools/FenwhirlHelper";
 
@@ -55,6 +53,4 @@ inline constexpr std::string_view expectedVersion = "3";
 // The shell command that removes the helper.
 [[nodiscard]] std::string removalCommand();
 
-} // namespace HelperClient
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperClient

@@ -12,12 +12,8 @@
 #include <QString>
 #include <QStringView>
 
-namespace Fenwhirl {
-
-namespace Cyrillic {
+namespace Fenwhirl::Cyrillic {
 
 [[nodiscard]] QString convert(QStringView text);
 
-} // namespace Cyrillic
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::Cyrillic

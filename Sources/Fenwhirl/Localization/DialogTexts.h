@@ -11,9 +11,7 @@
 
 #include <optional>
 
-namespace Fenwhirl {
-
-namespace DialogTexts {
+namespace Fenwhirl::DialogTexts {
 
 // The English texts that have a translation here.
 [[nodiscard]] QStringList all();
@@ -22,6 +20,4 @@ namespace DialogTexts {
 // languages that Qt itself translates.
 [[nodiscard]] std::optional<QString> lookup(QStringView english);
 
-} // namespace DialogTexts
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::DialogTexts

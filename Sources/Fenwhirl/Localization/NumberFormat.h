@@ -12,9 +12,7 @@
 #include <QString>
 #include <QTime>
 
-namespace Fenwhirl {
-
-namespace NumberFormat {
+namespace Fenwhirl::NumberFormat {
 
 // Whole numbers: `truncated` toward zero; `rounded` to the nearest, with halves away from zero.
 [[nodiscard]] qint64 truncated(double value);
@@ -41,6 +39,4 @@ namespace NumberFormat {
 // "14:32": hours and minutes in the region's short format, without seconds even if that format has them.
 [[nodiscard]] QString clockText(QTime time, const QLocale& region = QLocale::system());
 
-} // namespace NumberFormat
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::NumberFormat

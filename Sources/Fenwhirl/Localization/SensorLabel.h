@@ -4,9 +4,7 @@
 
 #include <QString>
 
-namespace Fenwhirl {
-
-namespace SensorLabel {
+namespace Fenwhirl::SensorLabel {
 
 // `key` is the sensor's SMC key. Well-known sensors have a translated name. In a name derived from the
 // key's form ("Graphisme 0f"), the words are translated and the part of the key is not. A letter of the
@@ -14,6 +12,4 @@ namespace SensorLabel {
 // never returns an empty name.
 [[nodiscard]] QString name(const QString& key);
 
-} // namespace SensorLabel
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::SensorLabel

@@ -20,9 +20,7 @@
 
 #include <optional>
 
-namespace Fenwhirl {
-
-namespace SystemTerms {
+namespace Fenwhirl::SystemTerms {
 
 // All English texts that have an entry, in the form in which they are requested. "%1"
 // stands for the program's name.
@@ -35,6 +33,4 @@ namespace SystemTerms {
 // The same, with the English text if there is no entry, and with the program's name in place of "%1".
 [[nodiscard]] QString text(QStringView english, const QString& program = QStringLiteral("Fenwhirl"));
 
-} // namespace SystemTerms
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::SystemTerms

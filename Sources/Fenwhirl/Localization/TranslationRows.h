@@ -5,15 +5,11 @@
 
 #include <string_view>
 
-namespace Fenwhirl {
-
-namespace Translations {
+namespace Fenwhirl::Translations {
 
 struct Row {
     std::u16string_view french;
     std::u16string_view text;
 };
 
-} // namespace Translations
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::Translations

@@ -8,9 +8,7 @@
 #include "Fenwhirl/Localization/Tables/SerbianLatin.h"
 #include "Fenwhirl/Localization/Tables/Spanish.h"
 
-namespace Fenwhirl {
-
-namespace Translations {
+namespace Fenwhirl::Translations {
 
 const TranslationTable& en() {
     static const TranslationTable table(englishTexts);
@@ -47,6 +45,4 @@ const TranslationTable& ru() {
     return table;
 }
 
-} // namespace Translations
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::Translations

@@ -8,9 +8,7 @@
 
 #include "Fenwhirl/Localization/TranslationTable.h"
 
-namespace Fenwhirl {
-
-namespace Translations {
+namespace Fenwhirl::Translations {
 
 [[nodiscard]] const TranslationTable& en();
 [[nodiscard]] const TranslationTable& sr(); // Latin script
@@ -20,6 +18,4 @@ namespace Translations {
 [[nodiscard]] const TranslationTable& pt();
 [[nodiscard]] const TranslationTable& ru();
 
-} // namespace Translations
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::Translations

@@ -70,10 +70,10 @@ struct Monitor::Private {
     }
 
     // The same for a property of the preferences, which is saved before the signal is emitted.
-    template <auto property, typename Value>
+    template <auto Property, typename Value>
     void remember(Value value, void (Monitor::*changed)()) FENWHIRL_REQUIRES(mainThread) {
-        Fenwhirl::save(*services.preferences, Preferences::of<property>(), value);
-        assign(saved.*property, value, changed);
+        Fenwhirl::save(*services.preferences, Preferences::of<Property>(), value);
+        assign(saved.*Property, value, changed);
     }
 
     void opened(bool available) FENWHIRL_REQUIRES(mainThread);

@@ -67,19 +67,19 @@ inline constexpr std::tuple all{
 
 // The preference in which a property is stored. What is not in the list above cannot be stored, because the next
 // launch would not load it: the compiler then names the property.
-template <auto property, std::size_t place = 0>
+template <auto Property, std::size_t Place = 0>
 [[nodiscard]] constexpr auto of() {
-    static_assert(place < std::tuple_size_v<decltype(all)>, "this property is missing in Preferences::all");
-    if constexpr (place < std::tuple_size_v<decltype(all)>) {
-        constexpr auto preference = std::get<place>(all);
-        if constexpr (std::is_same_v<decltype(preference.property), decltype(property)>) {
-            if constexpr (preference.property == property) {
+    static_assert(Place < std::tuple_size_v<decltype(all)>, "this property is missing in Preferences::all");
+    if constexpr (Place < std::tuple_size_v<decltype(all)>) {
+        constexpr auto preference = std::get<Place>(all);
+        if constexpr (std::is_same_v<decltype(preference.property), decltype(Property)>) {
+            if constexpr (preference.property == Property) {
                 return preference;
             } else {
-                return of<property, place + 1>();
+                return of<Property, Place + 1>();
             }
         } else {
-            return of<property, place + 1>();
+            return of<Property, Place + 1>();
         }
     }
 }

@@ -11,9 +11,7 @@
 
 #include <optional>
 
-namespace Fenwhirl {
-
-namespace BundleInfo {
+namespace Fenwhirl::BundleInfo {
 
 // The name ("Fenwhirl"); absent when the bundle has none or it is not a string.
 [[nodiscard]] std::optional<QString> name();
@@ -24,6 +22,4 @@ namespace BundleInfo {
 // The path of the bundle's folder; empty where there are no bundles.
 [[nodiscard]] QString path();
 
-} // namespace BundleInfo
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::BundleInfo

@@ -9,9 +9,7 @@
 
 #include <QString>
 
-namespace Fenwhirl {
-
-namespace LoginItem {
+namespace Fenwhirl::LoginItem {
 
 // The file.
 [[nodiscard]] QString path();
@@ -22,6 +20,4 @@ namespace LoginItem {
 // Writes or removes the file; false when that failed. Removing a file that does not exist succeeds.
 [[nodiscard]] bool setEnabled(bool on);
 
-} // namespace LoginItem
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::LoginItem

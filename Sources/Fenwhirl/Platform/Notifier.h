@@ -10,9 +10,7 @@
 
 #include <QString>
 
-namespace Fenwhirl {
-
-namespace Notifier {
+namespace Fenwhirl::Notifier {
 
 void send(const QString& title, const QString& message);
 
@@ -27,6 +25,4 @@ enum class Delivery {
 // then, nobody says.
 [[nodiscard]] Delivery deliver(const QString& title, const QString& message);
 
-} // namespace Notifier
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::Notifier

@@ -12,14 +12,10 @@
 
 #include <sys/types.h>
 
-namespace Fenwhirl {
-
-namespace ProcessScope {
+namespace Fenwhirl::ProcessScope {
 
 // Requests a unit "app-NAME-PROCESS.scope" that contains this process; `description` is what lists of units
 // show. Does not wait. Where there is no such manager, or it refuses, the child stays where it is.
 void separate(pid_t process, const QString& name, const QString& description);
 
-} // namespace ProcessScope
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::ProcessScope

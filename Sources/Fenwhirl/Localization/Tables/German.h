@@ -9,9 +9,7 @@
 
 #include <array>
 
-namespace Fenwhirl {
-
-namespace Translations {
+namespace Fenwhirl::Translations {
 
 // clang-format off
 inline constexpr auto germanTexts = std::to_array<Row>({
@@ -201,6 +199,4 @@ inline constexpr auto germanTexts = std::to_array<Row>({
 });
 // clang-format on
 
-} // namespace Translations
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::Translations

@@ -8,9 +8,7 @@
 
 #include <array>
 
-namespace Fenwhirl {
-
-namespace Translations {
+namespace Fenwhirl::Translations {
 
 // clang-format off
 inline constexpr auto portugueseTexts = std::to_array<Row>({
@@ -205,6 +203,4 @@ inline constexpr auto portugueseTexts = std::to_array<Row>({
 });
 // clang-format on
 
-} // namespace Translations
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::Translations

@@ -10,9 +10,7 @@
 
 #include <array>
 
-namespace Fenwhirl {
-
-namespace Translations {
+namespace Fenwhirl::Translations {
 
 // clang-format off
 inline constexpr auto serbianLatinTexts = std::to_array<Row>({
@@ -203,6 +201,4 @@ inline constexpr auto serbianLatinTexts = std::to_array<Row>({
 });
 // clang-format on
 
-} // namespace Translations
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::Translations

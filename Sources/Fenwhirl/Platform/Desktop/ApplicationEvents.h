@@ -12,9 +12,7 @@
 #include <functional>
 #include <span>
 
-namespace Fenwhirl {
-
-namespace ApplicationEvents {
+namespace Fenwhirl::ApplicationEvents {
 
 // `handler` shows the program. An empty function removes the handler.
 void setReopenHandler(std::function<void()> handler);
@@ -32,6 +30,4 @@ void setSessionEndHandler(std::function<void()> handler);
 // after the request has been answered.
 [[nodiscard]] bool shouldTerminateNow(std::span<const std::uint32_t> reasons);
 
-} // namespace ApplicationEvents
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::ApplicationEvents

@@ -13,9 +13,7 @@
 
 class QWindow;
 
-namespace Fenwhirl {
-
-namespace MainWindowBehaviour {
+namespace Fenwhirl::MainWindowBehaviour {
 
 // Applies the system's look to a window. Call it each time the native window has been created, and whenever
 // the window starts or stops being maximised or full-screen, because Qt then resets these properties.
@@ -29,6 +27,4 @@ void setAccessory();
 // take the focus; empty where there is none.
 void bringToFront(QWindow& window, const QString& token);
 
-} // namespace MainWindowBehaviour
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::MainWindowBehaviour

@@ -2,9 +2,7 @@
 
 #include <QWindow>
 
-namespace Fenwhirl {
-
-namespace MainWindowBehaviour {
+namespace Fenwhirl::MainWindowBehaviour {
 
 void configure(QWindow& /*window*/) {}
 
@@ -22,6 +20,4 @@ void bringToFront(QWindow& window, const QString& token) {
     window.requestActivate();
 }
 
-} // namespace MainWindowBehaviour
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::MainWindowBehaviour

@@ -13,9 +13,7 @@
 
 #include <string>
 
-namespace Fenwhirl {
-
-namespace SystemChecks {
+namespace Fenwhirl::SystemChecks {
 
 // Before the application object: where there is no screen, windows are drawn into memory.
 void prepareScreen();
@@ -36,6 +34,4 @@ void prepareScreen();
 // What it means here that a status item is nowhere to be seen.
 [[nodiscard]] CheckResult unplacedStatusItem();
 
-} // namespace SystemChecks
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::SystemChecks

@@ -3,9 +3,7 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
 
-namespace Fenwhirl {
-
-namespace SystemChecks {
+namespace Fenwhirl::SystemChecks {
 
 void prepareScreen() {
     for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
@@ -48,6 +46,4 @@ CheckResult unplacedStatusItem() {
     return CheckResult::skip(QStringLiteral("this desktop has no place for status items"));
 }
 
-} // namespace SystemChecks
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::SystemChecks

@@ -13,9 +13,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-namespace Fenwhirl {
-
-namespace HelperProcess {
+namespace Fenwhirl::HelperProcess {
 
 namespace {
 
@@ -155,6 +153,4 @@ bool prepare() {
     return chdir("/") == 0 && areOccupied;
 }
 
-} // namespace HelperProcess
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperProcess

@@ -7,9 +7,7 @@
 
 #pragma once
 
-namespace Fenwhirl {
-
-namespace HelperProcess {
+namespace Fenwhirl::HelperProcess {
 
 // Opens /dev/null on each closed descriptor below 3, so that nothing opened later is mistaken for standard
 // input, output or error. False when that is impossible.
@@ -33,6 +31,4 @@ namespace HelperProcess {
 // should then open nothing.
 [[nodiscard]] bool prepare();
 
-} // namespace HelperProcess
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperProcess

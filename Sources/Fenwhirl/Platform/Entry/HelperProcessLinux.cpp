@@ -12,9 +12,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-namespace Fenwhirl {
-
-namespace HelperProcess {
+namespace Fenwhirl::HelperProcess {
 
 namespace {
 
@@ -111,6 +109,4 @@ void setAllUserIdsToRoot() {
     }
 }
 
-} // namespace HelperProcess
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperProcess

@@ -7,9 +7,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-namespace Fenwhirl {
-
-namespace HelperProcess {
+namespace Fenwhirl::HelperProcess {
 
 void closeDescriptorsFrom(int first) {
     // Lists the open descriptors instead of relying on the limits, and repeats until none could be closed.
@@ -52,6 +50,4 @@ void setAllUserIdsToRoot() {
     }
 }
 
-} // namespace HelperProcess
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperProcess

@@ -4,9 +4,7 @@
 
 #include <cstdint>
 
-namespace Fenwhirl {
-
-namespace HelperProcess {
+namespace Fenwhirl::HelperProcess {
 
 // Closes `first` and every descriptor above it, even those above the current limit.
 void closeDescriptorsFrom(int first);
@@ -33,6 +31,4 @@ void forbidTracing();
 // Sets the real, effective and saved user to root, for a process whose effective user is root.
 void setAllUserIdsToRoot();
 
-} // namespace HelperProcess
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::HelperProcess
