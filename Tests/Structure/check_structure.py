@@ -156,7 +156,8 @@ def line_outside(text, namespace):
     """Returns the number of the first line that should be in the namespace but is not, or None.
 
     Relies on clang-format: a block that begins at the margin ends there, and the end of a namespace names it."""
-    blocks = [(re.compile(rf"namespace {namespace} \{{"), re.compile(rf"\}} // namespace {namespace}$")), *GLOBAL_BLOCKS]
+    own = rf"namespace {namespace}(::\w+)*"
+    blocks = [(re.compile(rf"{own} \{{"), re.compile(rf"\}} // {own}$")), *GLOBAL_BLOCKS]
     if re.search(r"^int main\(", text, re.MULTILINE):
         blocks.append(UNNAMED_NAMESPACE)  # what only the program's entry uses
     end = None

@@ -63,6 +63,9 @@ class Namespaces(unittest.TestCase):
                            ("Guard/Guard.cpp", "Fenwhirl"), ("SimulatedMac/Mac.h", "simulated"),
                            ("TextCheck/Gather.cpp", "TextCheck")):
             self.assertEqual(faults(path, f"namespace {name} {{\n\nint f();\n\n}} // namespace {name}\n"), [])
+            nested = f"namespace {name}::Part {{\n\nint f();\n\n}} // namespace {name}::Part\n"
+            self.assertEqual(faults(path, nested), [])
+            self.assertEqual(len(faults(path, nested.replace(name, name + "Other"))), 1)
             self.assertEqual(faults(path, "// What f is.\n\nint f();\n"), [f"{path}:3: is outside the namespace {name}"])
 
     def test_every_part_of_a_file_is_inside(self):

@@ -104,6 +104,7 @@ class ClosingAndComingBack(unittest.TestCase):
             desktop.start()
             self.assertEqual(desktop.start_again(), 0)
             first = desktop.wait_for_main_window()
+            stage.wait_until(lambda: desktop.has_focus(first), "it is in front")  # being raised would bring it back
             subprocess.run(["xdotool", "windowminimize", first[0]], check=True)
             stage.wait_until(lambda: not desktop.windows(), "it is minimised")
             self.assertEqual(desktop.start_again(), 0)
