@@ -8,10 +8,9 @@
 #include <QDBusVariant>
 #include <QList>
 
-namespace Fenwhirl {
+namespace Fenwhirl::ProcessScope {
 
 // Not in an unnamed namespace: Qt finds the operators of these types by argument-dependent lookup.
-namespace ProcessScope {
 
 // A property of a unit.
 struct UnitProperty {
@@ -76,6 +75,4 @@ void separate(pid_t process, const QString& name, const QString& description) {
     static_cast<void>(QDBusConnection::sessionBus().asyncCall(call));
 }
 
-} // namespace ProcessScope
-
-} // namespace Fenwhirl
+} // namespace Fenwhirl::ProcessScope
