@@ -152,10 +152,17 @@ TEST_F(NotifierTest, MarkupIsShownAsTextNotObeyed) {
 }
 
 TEST_F(NotifierTest, WithoutAServiceNothingHappens) {
+    const auto isThere = [] {
+        return QDBusConnection::sessionBus()
+            .interface()
+            ->isServiceRegistered(QStringLiteral("org.freedesktop.Notifications"))
+            .value();
+    };
+    ASSERT_TRUE(waitUntil([&] { return !isThere(); }))
+        << "the bus has yet to notice that the last test's is gone";
     Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("personne n'écoute"));
     // The bus answers in order: once this answer has arrived, the call above has failed.
-    EXPECT_FALSE(QDBusConnection::sessionBus().interface()->isServiceRegistered(
-        QStringLiteral("org.freedesktop.Notifications")));
+    EXPECT_FALSE(isThere());
     const QDBusConnection connection = makeService();
     Notifier::send(QStringLiteral("Fenwhirl"), QStringLiteral("quelqu'un écoute"));
     waitForCalls(1);
