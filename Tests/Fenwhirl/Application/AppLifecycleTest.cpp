@@ -181,7 +181,7 @@ TEST(Close, OfThePanelPutsThemToSleepToo) {
     EXPECT_FALSE(models->machine()->isAwake());
 }
 
-TEST(Panel, IsAtMostAsHighAsTheScreenWithoutAMargin) {
+TEST(Panel, LeavesAMarginAboveAndBelowIt) {
     Life life(true);
     life.world.smc.addOlderFans(30);
     life.world.pollAfter(2);

@@ -26,6 +26,14 @@ QString flat(QString text) {
     return text.replace(QChar(0xA0), u' ').replace(QChar(0x202F), u' ');
 }
 
+// Shows the page and asks to quit its only application, process 80.
+void askAboutFirefox(Stage& stage) {
+    stage.start();
+    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
+    stage.showPage(Page::apps);
+    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+}
+
 TEST(AppsPage, SaysWhenNothingLoadsTheProcessor) {
     Stage stage;
     stage.showPage(Page::apps);
@@ -153,10 +161,7 @@ TEST(AppsPage, TheQuestionIsModalAndHidesWhatItCoversFromScreenReaders) {
 
 TEST(AppsPage, EscapeCancels) {
     Stage stage;
-    stage.start();
-    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
-    stage.showPage(Page::apps);
-    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    askAboutFirefox(stage);
     stage.press(Qt::Key_Escape);
     ASSERT_TRUE(waitUntil([&] { return !stage.models().apps()->asking(); }));
     EXPECT_TRUE(stage.quitRequests.empty());
@@ -164,10 +169,7 @@ TEST(AppsPage, EscapeCancels) {
 
 TEST(AppsPage, ItsQuestionGoesWithIt) {
     Stage stage;
-    stage.start();
-    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
-    stage.showPage(Page::apps);
-    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    askAboutFirefox(stage);
     ASSERT_EQ(stage.all(QAccessible::Dialog).size(), 1);
     stage.monitor().setSelectedPage(Page::fans);
     // A page that goes is deleted by the event loop.
@@ -179,10 +181,7 @@ TEST(AppsPage, ItsQuestionGoesWithIt) {
 
 TEST(AppsPage, ASecondAnswerIsNone) {
     Stage stage;
-    stage.start();
-    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
-    stage.showPage(Page::apps);
-    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    askAboutFirefox(stage);
     stage.models().apps()->quit();
     stage.models().apps()->quit();
     EXPECT_EQ(stage.quitRequests.size(), 1U);
@@ -190,10 +189,7 @@ TEST(AppsPage, ASecondAnswerIsNone) {
 
 TEST(AppsPage, ClosingAsksTheApplicationToQuit) {
     Stage stage;
-    stage.start();
-    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
-    stage.showPage(Page::apps);
-    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    askAboutFirefox(stage);
     stage.click(QStringLiteral("Fermer"));
     ASSERT_TRUE(waitUntil([&] { return !stage.quitRequests.empty(); }));
     EXPECT_EQ(stage.quitRequests, (std::vector<std::pair<qint32, bool>>{{80, false}}));
@@ -201,10 +197,7 @@ TEST(AppsPage, ClosingAsksTheApplicationToQuit) {
 
 TEST(AppsPage, ForcingDoesNotAsk) {
     Stage stage;
-    stage.start();
-    stage.setApps({runningApp(QStringLiteral("Firefox"), 12, 80)});
-    stage.showPage(Page::apps);
-    stage.click(QStringLiteral("Firefox"), QAccessible::CheckBox);
+    askAboutFirefox(stage);
     stage.click(QStringLiteral("Forcer la fermeture"));
     ASSERT_TRUE(waitUntil([&] { return !stage.quitRequests.empty(); }));
     EXPECT_EQ(stage.quitRequests, (std::vector<std::pair<qint32, bool>>{{80, true}}));
