@@ -83,8 +83,8 @@ class Sleep(unittest.TestCase):
             scene.mac.tell("sleep")
             scene.mac.tell("wake")
             self.assertEqual((scene.fan(0)[2], scene.fan(1)[2]), ("automatic", "automatic"))
-            scene.wait_for_modes("manual", "taken again")
-            self.assertEqual((scene.fan(0)[1], scene.fan(1)[1]), (5150, 4800))
+            stage.wait_until(lambda: [scene.fan(fan)[1:] for fan in (0, 1)] == [(5150, "manual"), (4800, "manual")],
+                             lambda: f"taken again, at the preset's speeds; the fans are {scene.fan(0)} and {scene.fan(1)}")
 
 
 class Reaction(unittest.TestCase):
