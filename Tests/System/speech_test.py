@@ -43,7 +43,9 @@ MEASURED = re.compile(r"\d+:\d\d|\d+(?=(\s°C|\s?%|\séléments|\sitems))")
 # The range of a sensor's temperatures. It is said only of sensors whose range has changed meanwhile.
 RANGE = re.compile(r"\d+ ?– ?\d+ °C\.?")
 # Orca reads the other texts of a card together with its first control, but only those already scrolled into view.
-SCROLLED = re.compile(r"(^| )(La vitesse augmente .* °C|Starts speeding up .* °C|Vitesse demandée : .* tr/min|Target speed: .* rpm)$")
+SCROLLED = re.compile(r"(^| )(La vitesse augmente .* °C|Starts speeding up .* °C|Drehzahl steigt ab .* °C|Скорость растёт с .* °C"
+                      r"|Vitesse demandée : .* tr/min|Target speed: .* rpm|Gewünschte Drehzahl: .* U/min"
+                      r"|Заданная скорость: .* об/мин)$")
 # Without a test of the fans, a report is ready so soon that the question where to save it may come before this is said.
 BRIEF = re.compile(r"notification (Création en cours|Creating)…")
 # The window's name. Unless a transcript expects it, it may be said or not: when a dialog closes, that depends on which the screen
@@ -86,9 +88,13 @@ class Speech(unittest.TestCase):
         self.language = "fr"
         self.desktop = self.reader = None
 
-    def open(self, desktop, language="fr", window=True, **environment):
-        """Starts the screen reader and then Fenwhirl, with its window open unless told otherwise."""
+    def open(self, desktop, language="fr", window=True, steady=True, **environment):
+        """Starts the screen reader and then Fenwhirl, with its window open unless told otherwise. The Mac keeps its temperatures and
+        speeds if it is `steady`; the screen reader is told of each text that changes, and would work all the time.
+        """
         self.desktop, self.language = desktop, language
+        if steady:
+            desktop.mac.tell("speed 0")
         run("xdotool", "mousemove", 1279, 799)  # so that no window opens under the pointer
         self.reader = desktop.stack.enter_context(screen_reader.ScreenReader(desktop.build, language))
         locale = screen_reader.LOCALES.get(language)
@@ -132,15 +138,15 @@ class Speech(unittest.TestCase):
             write_transcript(file, heard)
 
     def start_at(self, page, desktop, language, **options):
-        """Opens the window and goes to a page with the arrow keys."""
+        """Opens the window and goes to a page's row in the sidebar."""
         self.open(desktop, language, **options)
         # Pins the measured speeds, which would otherwise fluctuate.
         desktop.mac.tell("set F0Ac 2160")
         desktop.mac.tell("set F1Ac 2000")
         desktop.polls()
         self.reader.heard(at_least=1)
-        for _ in range(PAGES.index(page)):
-            desktop.key("Down")
+        if page != PAGES[0]:
+            desktop.key(f"ctrl+{PAGES.index(page) + 1}")
             self.reader.heard(at_least=3)  # the row, its position, and that it is the current one
 
     @staticmethod
@@ -156,7 +162,7 @@ class Speech(unittest.TestCase):
 
     def test_the_dashboard_at_rest_says_nothing(self):
         with Desktop() as desktop:
-            self.open(desktop)
+            self.open(desktop, steady=False)
             self.reader.heard(at_least=1)
             requests = desktop.requests()
             desktop.polls(2)
@@ -167,8 +173,8 @@ class Speech(unittest.TestCase):
 
     def applications(self, language):
         with self.desktop_in(language) as desktop:
-            desktop.start_busy_application()
             self.start_at("apps", desktop, language)
+            desktop.start_busy_application()
             desktop.screen.wait_for("Busy", "check box")
             self.reader.heard()
 
