@@ -5,8 +5,8 @@
 #  - A test that computes requires a slot of a processor. The file below tells CTest how many there are, for
 #    ctest --resource-spec-file; without that option CTest does not count slots. With COST 100 they are the first in
 #    CTest's order, and as slots are few, the rest of the run is for the others.
-#  - A test of the built program has PROCESSORS 1 if it hardly does anything but wait, and 2 otherwise; ./test lets ten
-#    count for each processor.
+#  - A test of the built program has PROCESSORS 1 if it hardly does anything but wait, 3 if it goes wrong on a very busy
+#    computer, and 2 otherwise; ./test lets ten count for each processor.
 set(FENWHIRL_COMPUTING_TEST COST 100 RESOURCE_GROUPS "processors:1")
 
 cmake_host_system_information(RESULT count QUERY NUMBER_OF_LOGICAL_CORES)
