@@ -86,7 +86,7 @@ TEST(LargeMachine, ThirtyCurvesCostNoMoreThanTheirNumber) {
     const auto timeFor = [&](int fans) {
         stage.showFans(fans);
         return quickestOf(
-            2,
+            3,
             [&] {
                 stage.monitor().setSelectedPage(Page::settings);
                 stage.draw();
