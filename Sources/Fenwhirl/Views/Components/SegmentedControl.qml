@@ -90,10 +90,11 @@ FocusScope {
 
     // The segments between which the selection moves, and its progress. A Behavior on the position would also lag behind
     // when the control is resized.
-    property int previousIndex: currentIndex
-    property int shownIndex: currentIndex
+    property int previousIndex: -1
+    property int shownIndex: -1
     property real progress: 1
 
+    Component.onCompleted: shownIndex = currentIndex
     onCurrentIndexChanged: {
         previousIndex = places[shownIndex] ? shownIndex : currentIndex
         shownIndex = currentIndex

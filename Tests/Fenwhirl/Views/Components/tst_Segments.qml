@@ -30,6 +30,16 @@ Item {
         y: 100
     }
 
+    Component {
+        id: fresh
+
+        SegmentedControl {
+            labels: ["Auto", "Vitesse fixe", "Selon un capteur"]
+            width: 349
+            y: 150
+        }
+    }
+
     SignalSpy { id: choices; signalName: "activated"; target: picker }
 
     TestCase {
@@ -112,6 +122,29 @@ Item {
             root.mode = 2
             verify(pill.x < segment(2).x)
             tryCompare(pill, "x", segment(2).x)
+        }
+
+        function test_thePillGlidesFromTheVeryFirstSelection_data() {
+            return [{ tag: "0 to 2", first: 0, second: 2 }, { tag: "2 to 0", first: 2, second: 0 }]
+        }
+
+        function test_thePillGlidesFromTheVeryFirstSelection(data) {
+            const control = createTemporaryObject(fresh, root, { currentIndex: data.first })
+            const pill = findChild(control, "pill")
+            const from = accessibilityNodes(control)[data.first].x
+            const to = accessibilityNodes(control)[data.second].x
+            waitForRendering(control)
+            compare(pill.x, from)
+            Theme.reducedMotion = false
+            control.currentIndex = data.second
+            compare(pill.x, from)
+            tryCompare(pill, "x", to)
+        }
+
+        function test_thePillStartsUnderTheSelection() {
+            Theme.reducedMotion = false
+            const control = createTemporaryObject(fresh, root, { currentIndex: 2 })
+            compare(findChild(control, "pill").x, accessibilityNodes(control)[2].x)
         }
 
         function test_theSelectedSegmentIsNotChosenAgain() {
