@@ -83,16 +83,21 @@ endif()
 # gold links a test program in half the time. Not every distribution has it.
 find_program(FENWHIRL_GOLD ld.gold)
 
+# fenwhirl_link_quickly(TARGET): in everyday builds, links a program of the tests with the quickest linker.
+function(fenwhirl_link_quickly target)
+    if(FENWHIRL_COMPILES_QUICKLY AND FENWHIRL_GOLD)
+        target_link_options(${target} PRIVATE -fuse-ld=gold)
+    endif()
+endfunction()
+
 # fenwhirl_compile_quickly(TARGET): in everyday builds, compiles test code without optimisation, which halves its
-# compile time, and links it with the quickest linker. Test code runs too briefly to benefit from optimisation. The code
-# under test is built as usual.
+# compile time, and links it quickly. Most test code runs too briefly to benefit from optimisation. The code under test
+# is built as usual.
 function(fenwhirl_compile_quickly target)
     if(FENWHIRL_COMPILES_QUICKLY)
         target_compile_options(${target} PRIVATE -O0)
-        if(FENWHIRL_GOLD)
-            target_link_options(${target} PRIVATE -fuse-ld=gold)
-        endif()
     endif()
+    fenwhirl_link_quickly(${target})
 endfunction()
 
 # fenwhirl_test_label(RESULT): the label of the tests in this folder for ctest -L, which is the path below Tests/
