@@ -80,7 +80,7 @@ else()
     set(FENWHIRL_COMPILES_QUICKLY OFF)
 endif()
 
-# gold links a test program in half the time. Not every distribution has it.
+# gold links a test program in a third of the time. Not every distribution has it.
 find_program(FENWHIRL_GOLD ld.gold)
 
 # fenwhirl_link_quickly(TARGET): in everyday builds, links a program of the tests with the quickest linker.

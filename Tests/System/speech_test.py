@@ -88,12 +88,12 @@ class Speech(unittest.TestCase):
         self.language = "fr"
         self.desktop = self.reader = None
 
-    def open(self, desktop, language="fr", window=True, steady=True, **environment):
+    def open(self, desktop, language="fr", window=True, moving=False, **environment):
         """Starts the screen reader and then Fenwhirl, with its window open unless told otherwise. The Mac keeps its temperatures and
-        speeds if it is `steady`; the screen reader is told of each text that changes, and would work all the time.
+        speeds unless it is `moving`; the screen reader is told of each text that changes, and would work all the time.
         """
         self.desktop, self.language = desktop, language
-        if steady:
+        if not moving:
             desktop.mac.tell("speed 0")
         run("xdotool", "mousemove", 1279, 799)  # so that no window opens under the pointer
         self.reader = desktop.stack.enter_context(screen_reader.ScreenReader(desktop.build, language))
@@ -162,7 +162,7 @@ class Speech(unittest.TestCase):
 
     def test_the_dashboard_at_rest_says_nothing(self):
         with Desktop() as desktop:
-            self.open(desktop, steady=False)
+            self.open(desktop, moving=True)
             self.reader.heard(at_least=1)
             requests = desktop.requests()
             desktop.polls(2)
