@@ -140,7 +140,7 @@ class Speech(unittest.TestCase):
     def start_at(self, page, desktop, language, **options):
         """Opens the window and goes to a page's row in the sidebar."""
         self.open(desktop, language, **options)
-        # Pins the measured speeds, which would otherwise fluctuate.
+        # Pins the measured speeds, as the transcripts contain them.
         desktop.mac.tell("set F0Ac 2160")
         desktop.mac.tell("set F1Ac 2000")
         desktop.polls()
