@@ -80,12 +80,16 @@ else()
     set(FENWHIRL_COMPILES_QUICKLY OFF)
 endif()
 
-# gold links a test program in a third of the time. Not every distribution has it.
-find_program(FENWHIRL_GOLD ld.gold)
+# gold links a test program in a third of the time. Not every distribution has it, and it links for Linux only: the
+# compiler in use is asked, which may be a cross compiler.
+if(FENWHIRL_COMPILES_QUICKLY)
+    include(CheckLinkerFlag)
+    check_linker_flag(CXX -fuse-ld=gold FENWHIRL_LINKS_WITH_GOLD)
+endif()
 
 # fenwhirl_link_quickly(TARGET): in everyday builds, links a program of the tests with the quickest linker.
 function(fenwhirl_link_quickly target)
-    if(FENWHIRL_COMPILES_QUICKLY AND FENWHIRL_GOLD)
+    if(FENWHIRL_LINKS_WITH_GOLD)
         target_link_options(${target} PRIVATE -fuse-ld=gold)
     endif()
 endfunction()
