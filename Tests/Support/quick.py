@@ -118,6 +118,12 @@ def compile_targets(build, targets):
                           check=False)
 
 
+def ctest_command(build, *options):
+    """Runs tests as ./test does: cmake/TestScheduling.cmake says how many at a time."""
+    return ["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error", "--parallel",
+            str(7 * (os.cpu_count() or 2)), "--resource-spec-file", str(build / "processors.json"), *options]
+
+
 def run_changed(project, build, tests, files):
     programs, quick, python = selection(tests, files)
     # Testing a component needs the program that contains all component tests; the Python tests need the built programs.
@@ -160,8 +166,7 @@ def run_changed(project, build, tests, files):
         running.append(subprocess.Popen([sys.executable, "-B", "Tests/Structure/check_settings.py", "."], cwd=project))
     if python:
         modules = "|".join(test.stem for test in python)
-        running.append(subprocess.Popen(["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error",
-                                         "--parallel", str(8 * (os.cpu_count() or 2)), "-R", rf"\.({modules})\."]))
+        running.append(subprocess.Popen(ctest_command(build, "-R", rf"\.({modules})\.")))
     return max([process.wait() for process in running], key=abs)
 
 
@@ -187,8 +192,7 @@ def run_matching(build, tests, pattern):
     if result.returncode != 0:
         print(result.stdout)
         return result.returncode
-    return subprocess.run(["ctest", "--test-dir", str(build), "--output-on-failure", "--no-tests=error", "--parallel",
-                           str(8 * (os.cpu_count() or 2)), "-R", pattern, "-E", r"\.Under\."], check=False).returncode
+    return subprocess.run(ctest_command(build, "-R", pattern, "-E", r"\.Under\."), check=False).returncode
 
 
 def main(arguments):
