@@ -189,7 +189,7 @@ TEST(Terminal, ShowsALiveStatusLineAndTakesCommands) {
 }
 
 TEST(Terminal, TheLineTellsTemperaturesFansPowerAndClients) {
-    Screen screen(120, {"--machine", "MacBookPro16,1", "--heat", "20 5"});
+    Screen screen(120, {"--machine", "MacBookPro16,1", "--heat", "20 5", "--speed", "0"});
     EXPECT_TRUE(screen.showsSoon("\nMacBookPro16,1   processor 41.0 °C   graphics 38.9 °C   case 29.7 °C   "
                                  "fans 1850 · 1702 rpm   25.0 W   no clients\x1b[K"))
         << screen.seen;
