@@ -3,6 +3,8 @@
 #include "Support/TemporaryFolder.h"
 
 #include <QList>
+#include <QRegularExpression>
+#include <QString>
 
 #include <array>
 #include <cerrno>
@@ -13,7 +15,6 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <regex>
 #include <spawn.h>
 #include <string>
 #include <sys/wait.h>
@@ -62,7 +63,8 @@ private:
 
 // Replaces each share with a sign, because this process consumes time while it is listed.
 std::string withoutShares(const QByteArray& listing) {
-    return std::regex_replace(listing.toStdString(), std::regex(R"( [0-9]+\.[0-9]{2} )"), " % ");
+    static const QRegularExpression share(QStringLiteral(R"( [0-9]+\.[0-9]{2} )"));
+    return QString::fromLatin1(listing).replace(share, QStringLiteral(" % ")).toLatin1().toStdString();
 }
 
 ProcessTableSettings settingsOf(const std::string& tool) {
