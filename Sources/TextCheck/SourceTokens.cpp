@@ -19,7 +19,12 @@ void appendUtf8(unsigned long codePoint, std::string& text) {
         text += static_cast<char>(0xC0 | (codePoint >> 6));
         text += static_cast<char>(0x80 | (codePoint & 0x3F));
     } else {
-        text += static_cast<char>(0xE0 | (codePoint >> 12));
+        if (codePoint < 0x10000) {
+            text += static_cast<char>(0xE0 | (codePoint >> 12));
+        } else {
+            text += static_cast<char>(0xF0 | ((codePoint >> 18) & 0x07));
+            text += static_cast<char>(0x80 | ((codePoint >> 12) & 0x3F));
+        }
         text += static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F));
         text += static_cast<char>(0x80 | (codePoint & 0x3F));
     }
@@ -141,13 +146,8 @@ private:
         const char c = take();
         if (c == 'n' || c == 't' || c == 'r') {
             value += c == 'n' ? '\n' : c == 't' ? '\t' : '\r';
-        } else if (c == 'u' || c == 'x') {
-            const std::size_t most = c == 'u' ? 4 : 2;
-            std::string digits;
-            while (digits.size() < most && std::isxdigit(static_cast<unsigned char>(peek())) != 0) {
-                digits += take();
-            }
-            const unsigned long code = digits.empty() ? 0 : std::stoul(digits, nullptr, 16);
+        } else if (c == 'u' || c == 'x' || (c == 'U' && grammar_ == Grammar::cpp)) {
+            const unsigned long code = readCode(c);
             if (c == 'x' && grammar_ == Grammar::cpp && !prefix.starts_with('u')) {
                 value += static_cast<char>(code); // in narrow text, "\x" is one byte
             } else {
@@ -156,6 +156,23 @@ private:
         } else if (c != '\n') {
             value += c;
         }
+    }
+
+    // The number after \u, \U or \x. After \u, QML and C++23 also allow it in braces.
+    unsigned long readCode(char kind) {
+        const bool braced = kind == 'u' && peek() == '{';
+        if (braced) {
+            take();
+        }
+        const std::size_t most = braced || kind == 'U' ? 8 : kind == 'u' ? 4 : 2;
+        std::string digits;
+        while (digits.size() < most && std::isxdigit(static_cast<unsigned char>(peek())) != 0) {
+            digits += take();
+        }
+        if (braced && peek() == '}') {
+            take();
+        }
+        return digits.empty() ? 0 : std::stoul(digits, nullptr, 16);
     }
 
     std::string_view source_;

@@ -38,6 +38,14 @@ TEST(GatheredTexts, JoinAdjacentLiteralsAndReadEscapes) {
               (Texts{"brut é \" )\" "}));
 }
 
+TEST(GatheredTexts, ReadEscapesOfEveryLength) {
+    EXPECT_EQ(texts(R"cpp(localized(u"\u00e9t\U000000e9 \U0001F321 \u{1F321}");)cpp", Grammar::cpp,
+                    Gathered::Kind::asked),
+              (Texts{"été 🌡 🌡"}));
+    EXPECT_EQ(texts(R"(Text { text: qsTr("\u{e9}t\xe9 \U") })", Grammar::qml, Gathered::Kind::asked),
+              (Texts{"été U"}));
+}
+
 TEST(GatheredTexts, PassOverComments) {
     EXPECT_EQ(texts("// localized(u\"a\")\n/* localized(u\"é\") */ f(u\"c\"); // d'un \"côté\"", Grammar::cpp,
                     Gathered::Kind::other),
