@@ -63,10 +63,13 @@ Qt::WindowFlags statusPanelFlags() {
 
 void prepareStatusPanel(QWindow& /*window*/) {}
 
+// NOLINTBEGIN(performance-unnecessary-value-param): macOS keeps the function
 std::unique_ptr<OutsideClickMonitor> OutsideClickMonitor::begin(QWindow& /*panel*/, const QRect& /*item*/,
                                                                 std::function<void()> /*outside*/) {
     return nullptr;
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 void showStatusPanel(QWindow& window, const QString& token) {
     if (!token.isEmpty()) {
