@@ -356,7 +356,7 @@ bool DesktopEntries::isShared(const QString& folder) const {
 
 // The folder that the program's installation has to itself; empty when it is in a shared folder.
 QString DesktopEntries::ownFolderOf(const QString& program) const {
-    const QString folder = parentOf(program);
+    QString folder = parentOf(program);
     // An archive that was unpacked into the home, such as "~/browser/browser".
     const QString name = fileNameOf(program).section(u'.', 0, 0);
     if (isHome(parentOf(folder)) && fileNameOf(folder).compare(name, Qt::CaseInsensitive) == 0) {
