@@ -73,7 +73,10 @@ QList<ChartLine> chartLines(ChartRange range, double plotHeight, double textScal
     const double step = withTwoLines(stepFor(degreesPerPoint * designedHeight * textScale), range);
     const bool showsThreshold = threshold && range.low <= *threshold && *threshold <= range.top;
     QList<ChartLine> lines;
-    for (double celsius = std::ceil(range.low / step) * step; celsius <= range.top; celsius += step) {
+    const double first = std::ceil(range.low / step);
+    const double last = std::floor(range.top / step);
+    for (int i = 0; i <= last - first; ++i) {
+        const double celsius = (first + i) * step;
         const double away =
             showsThreshold ? std::abs(celsius - *threshold) : std::numeric_limits<double>::infinity();
         if (away == 0.0) {

@@ -112,7 +112,8 @@ void LineChart::drawThreshold(QPainter& painter, const QList<ChartLine>& lines, 
         return;
     }
     const double y = lineTop(lines.last().celsius, plot.height());
-    for (double x = 0.0; x < plot.width(); x += dash + gap) {
+    for (int i = 0; i * (dash + gap) < plot.width(); ++i) {
+        const double x = i * (dash + gap);
         painter.fillRect(QRectF(x, y, std::min(dash, plot.width() - x), hairline()), thresholdColor_);
     }
 }
