@@ -32,6 +32,7 @@ std::vector<TextCheck::SourceFile> readFolder(const std::filesystem::path& proje
     }
     std::ranges::sort(files);
     std::vector<TextCheck::SourceFile> sources;
+    sources.reserve(files.size());
     for (const std::filesystem::path& file : files) {
         sources.push_back(readFile(project, file));
     }
@@ -42,7 +43,7 @@ std::vector<TextCheck::SourceFile> readFolder(const std::filesystem::path& proje
 
 int main(int argc, char** argv) {
     if (argc != 2) {
-        std::fputs("check-texts PROJECT\n", stderr);
+        (void)std::fputs("check-texts PROJECT\n", stderr);
         return 64;
     }
     const std::filesystem::path project = argv[1];
@@ -52,7 +53,7 @@ int main(int argc, char** argv) {
     std::ranges::move(readFolder(project, "Sources/FenwhirlCore"), std::back_inserter(sources));
     const auto faults = TextCheck::faults(french, tables, sources);
     for (const std::string& fault : faults) {
-        std::fprintf(stderr, "%s\n", fault.c_str());
+        (void)std::fprintf(stderr, "%s\n", fault.c_str());
     }
     return faults.empty() ? 0 : 1;
 }

@@ -57,7 +57,7 @@ const char* nameOf(TextCheck::Gathered::Kind kind) {
 
 int main(int argc, char** argv) {
     if (argc != 3) {
-        std::fputs("gather-texts OUTPUT ROOT\n", stderr);
+        (void)std::fputs("gather-texts OUTPUT ROOT\n", stderr);
         return 64;
     }
     const std::filesystem::path root = argv[2];
