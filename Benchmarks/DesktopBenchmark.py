@@ -99,14 +99,17 @@ def spent_between(before, after):
 
 SPANS = 5
 
+# How long a hidden window lets pass between two polls.
+POLL_SECONDS = 2
+
 # A drag: the moves of the pointer, each a point further, to and fro over that many points; seconds between two.
 DRAG_MOVES, DRAG_POINTS, DRAG_PAUSE = 600, 120, 0.016
 # The lower handle of the first fan's curve at 80 °C on the page of fans, in a window of the usual size.
 HANDLE = (505, 532)
 
 
-def processor_use(pid, seconds):
-    """The share of one processor in percent, and the sleeps by thread name, over that time.
+def processor_use(pid, span):
+    """The share of one processor in percent, and the sleeps by thread name, while `span` is called a few times.
 
     The share is the median of several spans. A virtual computer sometimes charges the time that its host takes for itself
     to the running program: 15 ms at once, even to a program that only reads its clock. The spans are printed, too.
@@ -114,7 +117,7 @@ def processor_use(pid, seconds):
     shares, slept = [], {}
     for _ in range(SPANS):
         before, began = threads(pid), time.monotonic()
-        time.sleep(seconds / SPANS)
+        span()
         nanoseconds, sleeps = spent_between(before, threads(pid))
         shares.append(nanoseconds / (time.monotonic() - began) / 1e9 * 100)
         for name, count in sleeps.items():
@@ -285,7 +288,7 @@ class Benchmark:
 
     def processor_share(self, pid, what):
         """The share of one processor in percent."""
-        shares, _ = processor_use(pid, self.seconds)
+        shares, _ = processor_use(pid, lambda: time.sleep(self.seconds / SPANS))
         return self.typical(shares, what)
 
     def typical(self, shares, what):
@@ -293,14 +296,27 @@ class Benchmark:
         return statistics.median(shares)
 
     def hidden_costs(self, desktop, pid, what):
-        """The share of the processor, and wake-ups per second beyond those of round trips to the controller."""
+        """The share of the processor, and wake-ups per second beyond those of round trips to the controller.
+
+        Hardly anything happens but polls, of which a span has only a few. It therefore lasts from the end of one poll to
+        the end of another.
+        """
+        polls = round(self.seconds / SPANS / POLL_SECONDS)
+        self.await_polls(desktop, 1)
         requests, began = desktop.requests(), time.monotonic()
-        shares, sleeps = processor_use(pid, self.seconds)
+        shares, sleeps = processor_use(pid, lambda: self.await_polls(desktop, polls))
         seconds = time.monotonic() - began
         trips = desktop.requests() - requests
         beyond = max(0, sleeps.pop("fenwhirl.smc", 0) - trips)
         self.table.note(f"sleeps by thread in {seconds:.0f} s: {sleeps}, fenwhirl.smc {beyond} beyond {trips} round trips")
         return self.typical(shares, what), (sum(sleeps.values()) + beyond) / seconds
+
+    @staticmethod
+    def await_polls(desktop, count):
+        """Waits until that many polls have begun, and the last of them, which takes a few milliseconds, has ended."""
+        for _ in range(count):
+            desktop.mac.tell(f"await requests {desktop.requests() + 1} within {10 * POLL_SECONDS}")
+            time.sleep(POLL_SECONDS / 4)
 
     def cycles(self, desktop, pid, bus, watch, figures):
         """Closes and opens the window 20 times."""
