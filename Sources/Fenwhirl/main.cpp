@@ -30,7 +30,9 @@ ApplicationMain loadApplication() {
     if (!executable) {
         return nullptr;
     }
-    void* const library = dlopen(applicationLibraryPath(*executable).c_str(), RTLD_NOW);
+    // Lazily for Qt's libraries, of which only a small part is ever called. Ours is linked so that all it needs must be
+    // there in any case.
+    void* const library = dlopen(applicationLibraryPath(*executable).c_str(), RTLD_LAZY);
     if (library == nullptr) {
         return nullptr;
     }
