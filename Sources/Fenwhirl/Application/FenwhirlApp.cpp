@@ -136,6 +136,7 @@ int fenwhirl_app_main(int argc, char** argv) {
     }
     QCoreApplication::setApplicationName(QStringLiteral("Fenwhirl"));
     QCoreApplication::setApplicationVersion(QStringLiteral(FENWHIRL_VERSION));
+    setTranslationThreshold();
     std::unique_ptr<QGuiApplication> application;
     PreparedViews views; // after the application, so that it is destroyed first
     application = makeDesktopApplication(argc, argv, [&] {

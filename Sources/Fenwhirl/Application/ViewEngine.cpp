@@ -9,6 +9,13 @@
 
 namespace Fenwhirl {
 
+void setTranslationThreshold() {
+    const char* const name = "QV4_JIT_CALL_THRESHOLD";
+    if (!qEnvironmentVariableIsSet(name)) {
+        qputenv(name, "100");
+    }
+}
+
 std::unique_ptr<QQmlEngine> makeViewEngine() {
     registerViews();
     setSystemSymbolSource(systemSymbol);

@@ -12,6 +12,12 @@
 
 namespace Fenwhirl {
 
+// Sets that the engines made later translate a function of the views into machine code only after a hundred calls. Qt
+// does so after three, and then a start translates some seventy functions that are not needed often enough to repay it.
+// To be called before the first thread is started, because Qt reads this from the environment. A user's own setting
+// remains.
+void setTranslationThreshold();
+
 // Makes an engine that knows the program's views, symbols and images.
 [[nodiscard]] std::unique_ptr<QQmlEngine> makeViewEngine();
 

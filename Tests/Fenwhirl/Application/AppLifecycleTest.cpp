@@ -1,6 +1,7 @@
 // The program's life cycle, from launch to termination, with the real windows and delegate over models in
 // memory.
 
+#include "Fenwhirl/Application/ViewEngine.h"
 #include "Fenwhirl/Views/Components/Theme.h"
 #include "Life.h"
 #include "Support/WaitUntil.h"
@@ -318,6 +319,17 @@ TEST(StatusItemStart, AppearsAtOnceWhereNoWindowOpens) {
     Life life(true);
     life.delegate->applicationDidFinishLaunching();
     EXPECT_FALSE(life.statusItem.wasPostponed);
+}
+
+TEST(TranslationThreshold, IsRaisedUnlessTheUserHasSetIt) {
+    const char* const name = "QV4_JIT_CALL_THRESHOLD";
+    qunsetenv(name);
+    setTranslationThreshold();
+    EXPECT_EQ(qgetenv(name), "100");
+    qputenv(name, "7");
+    setTranslationThreshold();
+    EXPECT_EQ(qgetenv(name), "7");
+    qunsetenv(name);
 }
 
 TEST(PreparedViews, AreTheMainWindows) {
