@@ -157,15 +157,18 @@ int fenwhirl_app_main(int argc, char** argv) {
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, application.get(), &QCoreApplication::quit);
 
+    continueLoading();
     LocalizerTranslator translator;
     QCoreApplication::installTranslator(&translator);
 
     RealServices real;
     Monitor monitor(real.monitorServices());
+    continueLoading();
     ProcessMonitor processes(systemProcessServices());
     const std::unique_ptr<SystemAppearance> appearance = SystemAppearance::create();
     const std::unique_ptr<StatusItem> statusItem = StatusItem::create(drawStatusSymbol);
     WindowControl windows(monitor, processes, *appearance, viewServices());
+    continueLoading();
     windows.usePrepared(std::move(views));
     const std::unique_ptr<MenuBar> menuBar = MenuBar::create();
     const auto showMenus = [&menuBar, &windows] {

@@ -7,6 +7,9 @@
 #include "Fenwhirl/Views/Components/SystemSymbols.h"
 #include "Fenwhirl/Views/Views.h"
 
+#include <QCoreApplication>
+#include <QEvent>
+
 namespace Fenwhirl {
 
 void setTranslationThreshold() {
@@ -35,6 +38,11 @@ PreparedViews prepareMainWindow() {
             std::make_unique<QQmlComponent>(views.engine.get(), file, QQmlComponent::Asynchronous));
     }
     return views;
+}
+
+void continueLoading() {
+    // Qt's engine posts its requests with this type. Events of other types wait: their receivers may not be ready yet.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::User);
 }
 
 } // namespace Fenwhirl

@@ -32,4 +32,8 @@ struct PreparedViews {
 // that opens this window in any case.
 [[nodiscard]] PreparedViews prepareMainWindow();
 
+// Does what the engine's thread waits for: it needs the main thread when it loads the plugin of a module, and would
+// otherwise stand still until the event loop runs. To be called now and then meanwhile.
+void continueLoading();
+
 } // namespace Fenwhirl

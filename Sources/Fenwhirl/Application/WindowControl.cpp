@@ -144,6 +144,7 @@ void WindowControl::openMain(const QString& token) {
     if (!main_) {
         models_.setAwake(true); // so that the first frame shows the current state
         if (!prepared_.loading.empty()) {
+            continueLoading();
             prepareFirstTexts(appearance_.textScale()); // instead of waiting for the engine's thread
         }
         main_ = makeWindow(mainWindowFile(), withModels());

@@ -6,6 +6,7 @@
 #include "Life.h"
 #include "Support/WaitUntil.h"
 
+#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QQuickItem>
@@ -16,6 +17,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -319,6 +321,21 @@ TEST(StatusItemStart, AppearsAtOnceWhereNoWindowOpens) {
     Life life(true);
     life.delegate->applicationDidFinishLaunching();
     EXPECT_FALSE(life.statusItem.wasPostponed);
+}
+
+TEST(PreparedViews, AreLoadedWithoutAnEventLoop) {
+    const PreparedViews views = prepareMainWindow();
+    const auto isLoading = [&] {
+        return std::any_of(views.loading.begin(), views.loading.end(),
+                           [](const auto& component) { return component->isLoading(); });
+    };
+    const QDeadlineTimer deadline(std::chrono::seconds(20));
+    while (isLoading() && !deadline.hasExpired()) {
+        continueLoading();
+    }
+    for (const auto& component : views.loading) {
+        EXPECT_TRUE(component->isReady()) << component->errorString().toStdString();
+    }
 }
 
 TEST(TranslationThreshold, IsRaisedUnlessTheUserHasSetIt) {
