@@ -11,8 +11,7 @@
 namespace Fenwhirl {
 
 AppDelegate::AppDelegate(Monitor& monitor, WindowControl& windows, StatusItem& statusItem,
-                         std::function<void()> startUpdateCheck, std::chrono::milliseconds patience,
-                         QObject* parent)
+                         std::function<void()> startUpdateCheck, Patience patience, QObject* parent)
     : QObject(parent)
     , monitor_(monitor)
     , windows_(windows)
@@ -41,14 +40,23 @@ void AppDelegate::applicationDidFinishLaunching(Start start) {
     if (monitor_.didOnboard() || start == Start::hidden) {
         windows_.hideOnFirstAppearance = true;
         windows_.becomeAccessory();
-        patienceTimer_.start(patience_);
-    } else {
-        // A window that nobody sees, on another virtual desktop for instance, is never drawn.
-        statusItem_.postpone();
-        connect(&windows_, &WindowControl::mainDrawn, &statusItem_, &StatusItem::appear);
-        QTimer::singleShot(statusItemPatience, &statusItem_, &StatusItem::appear);
+        patienceTimer_.start(patience_.forPlace);
+        windows_.appear();
+        finishLaunch();
+        return;
     }
+    statusItem_.postpone();
+    connect(&windows_, &WindowControl::mainDrawn, this, &AppDelegate::finishLaunch);
+    // A window that nobody sees, on another virtual desktop for instance, is never drawn.
+    QTimer::singleShot(patience_.forPicture, this, &AppDelegate::finishLaunch);
     windows_.appear();
+}
+
+void AppDelegate::finishLaunch() {
+    if (!std::exchange(hasLaunched_, true)) {
+        statusItem_.appear();
+        Q_EMIT launched();
+    }
 }
 
 void AppDelegate::applicationShouldHandleReopen(const QString& token) {

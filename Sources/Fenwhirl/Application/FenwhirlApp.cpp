@@ -179,7 +179,7 @@ int fenwhirl_app_main(int argc, char** argv) {
     showMenus();
     windows.rememberPlaceIn(stateFolder() + QStringLiteral("/window.json"));
     UpdateChecker updates(updateServices(real.preferences(), windows));
-    AppDelegate delegate(monitor, windows, *statusItem, [&updates] { updates.startIfNeeded(); });
+    AppDelegate delegate(monitor, windows, *statusItem, [&updates] { updates.startIfNeeded(); }, {});
     QObject::connect(instance.get(), &SingleInstance::raiseRequested, &delegate,
                      &AppDelegate::applicationShouldHandleReopen);
     QObject::connect(instance.get(), &SingleInstance::actionRequested, &delegate,
@@ -200,17 +200,19 @@ int fenwhirl_app_main(int argc, char** argv) {
                      [&monitor, &sleep] { monitor.prepareForSleep([&sleep] { sleep->ready(); }); });
     QObject::connect(sleep.get(), &SleepWatch::awake, &monitor, &Monitor::wakeUp);
 
-    // Polling starts only after it is known which session is in front, so that another
-    // user's fans are not touched.
+    // Polling starts only after it is known which session is in front, so that another user's fans are not touched, and
+    // after the first picture: a first look at the controller reads all its keys, which would delay the window.
     const std::unique_ptr<SessionPresence> presence = SessionPresence::create();
     const auto tellPresence = [&monitor, &presence] { monitor.setInFront(presence->isInFront()); };
     QObject::connect(presence.get(), &SessionPresence::changed, &monitor, tellPresence);
     tellPresence();
-    if (presence->isSettled()) {
-        monitor.start();
-    } else {
-        QObject::connect(presence.get(), &SessionPresence::settled, &monitor, &Monitor::start);
-    }
+    QObject::connect(&delegate, &AppDelegate::launched, &monitor, [&monitor, &presence] {
+        if (presence->isSettled()) {
+            monitor.start();
+        } else {
+            QObject::connect(presence.get(), &SessionPresence::settled, &monitor, &Monitor::start);
+        }
+    });
     if (command.preset) {
         delegate.choosePreset(*command.preset);
     }

@@ -317,10 +317,47 @@ TEST(StatusItemStart, AppearsAfterTheFirstPictureOfTheWindow) {
     EXPECT_FALSE(life.statusItem.isPostponed);
 }
 
+TEST(StatusItemStart, AppearsWithoutAPictureOfAWindowThatNobodySees) {
+    Life life(false, {}, std::chrono::milliseconds(0));
+    life.delegate->applicationDidFinishLaunching();
+    life.windows->main()->hide();
+    EXPECT_TRUE(life.statusItem.isPostponed);
+    EXPECT_TRUE(waitUntil([&] { return !life.statusItem.isPostponed; }));
+}
+
 TEST(StatusItemStart, AppearsAtOnceWhereNoWindowOpens) {
     Life life(true);
     life.delegate->applicationDidFinishLaunching();
     EXPECT_FALSE(life.statusItem.wasPostponed);
+}
+
+TEST(LaunchedSignal, FollowsTheFirstPictureAndIsEmittedOnce) {
+    Life life(false);
+    QSignalSpy drawn(life.windows.get(), &WindowControl::mainDrawn);
+    QSignalSpy launched(life.delegate.get(), &AppDelegate::launched);
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(launched.count(), 0);
+    ASSERT_TRUE(waitUntil([&] { return launched.count() > 0; }));
+    EXPECT_EQ(drawn.count(), 1);
+    Q_EMIT life.windows->mainDrawn();
+    EXPECT_EQ(launched.count(), 1);
+}
+
+TEST(LaunchedSignal, DoesNotWaitWhereNoWindowOpens) {
+    Life life(true);
+    QSignalSpy launched(life.delegate.get(), &AppDelegate::launched);
+    life.delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(launched.count(), 1);
+}
+
+TEST(LaunchedSignal, IsEmittedOnceForAWindowThatIsDrawnTooLate) {
+    Life life(false, {}, std::chrono::milliseconds(0));
+    QSignalSpy launched(life.delegate.get(), &AppDelegate::launched);
+    life.delegate->applicationDidFinishLaunching();
+    life.windows->main()->hide();
+    ASSERT_TRUE(waitUntil([&] { return launched.count() > 0; }));
+    Q_EMIT life.windows->mainDrawn();
+    EXPECT_EQ(launched.count(), 1);
 }
 
 TEST(PreparedViews, AreLoadedWithoutAnEventLoop) {

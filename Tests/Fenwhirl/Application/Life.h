@@ -64,7 +64,9 @@ public:
     int updateChecks = 0;
     std::function<void(const QString& text)> saveReport = [](const QString& /*text*/) {};
 
-    explicit Life(bool onboarded, const WindowSystem& system = {}) {
+    // By default, no test is long enough to see that a window without a picture is not waited for.
+    explicit Life(bool onboarded, const WindowSystem& system = {},
+                  std::chrono::milliseconds forPicture = std::chrono::hours(1)) {
         QCoreApplication::installTranslator(&translator_);
         world.preferences.setText(QStringLiteral("language"), QStringLiteral("fr"));
         world.preferences.setBoolean(QStringLiteral("didOnboard"), onboarded);
@@ -83,7 +85,8 @@ public:
                          .quit = [] {}},
             system);
         delegate = std::make_unique<AppDelegate>(
-            world.monitor(), *windows, statusItem, [this] { ++updateChecks; }, std::chrono::milliseconds(0));
+            world.monitor(), *windows, statusItem, [this] { ++updateChecks; },
+            AppDelegate::Patience{.forPlace = std::chrono::milliseconds(0), .forPicture = forPicture});
     }
 
     ~Life() { QCoreApplication::removeTranslator(&translator_); }
