@@ -74,6 +74,15 @@ class WithProgress(unittest.TestCase):
                 self.assertFalse(os.path.exists(f"/proc/{command}"))
                 self.log.unlink()
 
+    def test_its_clock_ends_when_it_is_killed(self):
+        with subprocess.Popen([SCRIPT, "Build", self.log, "sh", "-c", "echo $$; exec sleep 1000"], stderr=subprocess.PIPE,
+                              start_new_session=True) as child:
+            while not (self.log.exists() and re.fullmatch(r"\d+\n", self.log.read_text(encoding="ascii"))):
+                child.poll()
+            child.kill()
+            os.kill(int(self.log.read_text(encoding="ascii")), signal.SIGKILL)
+            child.communicate(timeout=60)  # returns when no process has the other end of the pipe open
+
 
 if __name__ == "__main__":
     unittest.main()
