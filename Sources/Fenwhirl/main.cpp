@@ -30,8 +30,8 @@ ApplicationMain loadApplication() {
     if (!executable) {
         return nullptr;
     }
-    // Lazily for Qt's libraries, of which only a small part is ever called. Ours is linked so that all it needs must be
-    // there in any case.
+    // Not RTLD_NOW, which would look up every symbol of every library at once; of most libraries only a small part is
+    // ever called. Ours is linked so that all it needs must be there in any case.
     void* const library = dlopen(applicationLibraryPath(*executable).c_str(), RTLD_LAZY);
     if (library == nullptr) {
         return nullptr;
