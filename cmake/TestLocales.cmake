@@ -27,12 +27,13 @@ foreach(locale IN LISTS FENWHIRL_TEST_LOCALES FENWHIRL_SPEECH_LOCALES)
     endif()
 endforeach()
 
-# Endurance tests: one run per change is enough.
-set(FENWHIRL_ENDURANCE_TESTS "Promises.*;MonitorSoak.*;MonitorQuit.AtAnyMoment*" CACHE INTERNAL "")
+# Tests that do the same very often: one run per change is enough.
+set(FENWHIRL_ENDURANCE_TESTS "Promises.*;MonitorSoak.*;MonitorQuit.AtAnyMoment*;PollModel.*;FilePreferencesKilled.*;*PreferencesFaults.*"
+    CACHE INTERNAL "")
 
 # fenwhirl_test_under_locales(NAME [EXCEPT TEST…]): adds one test per locale that runs the whole program without the
-# tests listed and without the endurance tests, whose polls print the same numbers again and again. It runs at the usual
-# volume, also in long runs.
+# tests listed and without those above, which print the same numbers again and again. It runs at the usual volume, also in
+# long runs.
 function(fenwhirl_test_under_locales name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "EXCEPT")
     list(APPEND arg_EXCEPT ${FENWHIRL_ENDURANCE_TESTS})

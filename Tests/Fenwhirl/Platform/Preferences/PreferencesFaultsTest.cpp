@@ -38,7 +38,7 @@ protected:
     // Runs the program that saves under strace with these options; returns strace's log.
     std::vector<std::string> save(const std::vector<std::string>& options) {
         folder.write("preferences.json", R"({"warmThreshold":1,"theme":"light"})");
-        std::vector<std::string> arguments = {"-f", "-qq", "-o", folder.path("log")};
+        std::vector<std::string> arguments = {"-f", "--seccomp-bpf", "-qq", "-o", folder.path("log")};
         arguments.insert(arguments.end(), options.begin(), options.end());
         arguments.insert(arguments.end(), {FENWHIRL_SAVE_TOOL, path()});
         const auto result = runChild(strace, arguments, ChildOutput::discard, ChildEnvironment::inherited);
