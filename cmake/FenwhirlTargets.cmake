@@ -19,6 +19,51 @@ function(fenwhirl_unity_build target)
     endif()
 endfunction()
 
+# Whether what runs too briefly to benefit from optimisation is compiled without it, as in everyday builds.
+if(CMAKE_BUILD_TYPE STREQUAL "Debug" AND FENWHIRL_PRECOMPILED_HEADERS AND NOT FENWHIRL_SANITIZE)
+    set(FENWHIRL_COMPILES_QUICKLY ON)
+else()
+    set(FENWHIRL_COMPILES_QUICKLY OFF)
+endif()
+
+# fenwhirl_compile_quickly(TARGET): in everyday builds, compiles a target without optimisation: test code, whose compile
+# time this halves, and what uses Qt, which then compiles in three quarters of the time and takes hardly longer in the
+# tests. What runs as root and the simulated Mac are optimised in every build.
+function(fenwhirl_compile_quickly target)
+    if(FENWHIRL_COMPILES_QUICKLY)
+        target_compile_options(${target} PRIVATE -O0)
+    endif()
+endfunction()
+
+# fenwhirl_compile_quickly_with_qt(TARGET): the same for a target that uses Qt, with the precompiled headers of Qt.
+function(fenwhirl_compile_quickly_with_qt target)
+    fenwhirl_compile_quickly(${target})
+    fenwhirl_reuse_headers(${target} ${FENWHIRL_QT_HEADERS_FROM})
+endfunction()
+
+# fenwhirl_optimise(FILE…): optimises these sources of a target that is compiled quickly. Call it in the target's folder.
+function(fenwhirl_optimise)
+    if(FENWHIRL_COMPILES_QUICKLY)
+        # The precompiled headers were compiled without optimisation and do not fit.
+        set_source_files_properties(${ARGN} PROPERTIES
+            COMPILE_OPTIONS -O1 SKIP_PRECOMPILE_HEADERS ON SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+endfunction()
+
+# gold links a test program in a third of the time. Not every distribution has it, and it links for Linux only: the
+# compiler in use is asked, which may be a cross compiler.
+if(FENWHIRL_COMPILES_QUICKLY)
+    include(CheckLinkerFlag)
+    check_linker_flag(CXX -fuse-ld=gold FENWHIRL_LINKS_WITH_GOLD)
+endif()
+
+# fenwhirl_link_quickly(TARGET): in everyday builds, links a program of the tests with the quickest linker.
+function(fenwhirl_link_quickly target)
+    if(FENWHIRL_LINKS_WITH_GOLD)
+        target_link_options(${target} PRIVATE -fuse-ld=gold)
+    endif()
+endfunction()
+
 # fenwhirl_library(NAME [MOC] SOURCES file… LINK library…): a static library with the project's flags. MOC runs Qt's
 # meta-object compiler over the listed headers.
 function(fenwhirl_library name)
@@ -30,8 +75,10 @@ function(fenwhirl_library name)
     if(arg_MOC)
         set_target_properties(${name} PROPERTIES AUTOMOC ON)
         target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
-        if(NOT name STREQUAL "FenwhirlToolkit")
-            fenwhirl_reuse_headers(${name} ${FENWHIRL_QT_HEADERS_FROM})
+        if(name STREQUAL "FenwhirlToolkit") # it precompiles them itself
+            fenwhirl_compile_quickly(${name})
+        else()
+            fenwhirl_compile_quickly_with_qt(${name})
         endif()
     endif()
 endfunction()
@@ -73,37 +120,6 @@ elseif(FENWHIRL_SANITIZE STREQUAL "address")
     list(APPEND FENWHIRL_TEST_ENVIRONMENT "ASAN_OPTIONS=intercept_tls_get_addr=0")
 endif()
 
-# Whether what hardly benefits from optimisation is compiled without it, as in everyday builds.
-if(CMAKE_BUILD_TYPE STREQUAL "Debug" AND FENWHIRL_PRECOMPILED_HEADERS AND NOT FENWHIRL_SANITIZE)
-    set(FENWHIRL_COMPILES_QUICKLY ON)
-else()
-    set(FENWHIRL_COMPILES_QUICKLY OFF)
-endif()
-
-# gold links a test program in a third of the time. Not every distribution has it, and it links for Linux only: the
-# compiler in use is asked, which may be a cross compiler.
-if(FENWHIRL_COMPILES_QUICKLY)
-    include(CheckLinkerFlag)
-    check_linker_flag(CXX -fuse-ld=gold FENWHIRL_LINKS_WITH_GOLD)
-endif()
-
-# fenwhirl_link_quickly(TARGET): in everyday builds, links a program of the tests with the quickest linker.
-function(fenwhirl_link_quickly target)
-    if(FENWHIRL_LINKS_WITH_GOLD)
-        target_link_options(${target} PRIVATE -fuse-ld=gold)
-    endif()
-endfunction()
-
-# fenwhirl_compile_quickly(TARGET): in everyday builds, compiles test code without optimisation, which halves its
-# compile time, and links it quickly. Most test code runs too briefly to benefit from optimisation. The code under test
-# is built as usual.
-function(fenwhirl_compile_quickly target)
-    if(FENWHIRL_COMPILES_QUICKLY)
-        target_compile_options(${target} PRIVATE -O0)
-    endif()
-    fenwhirl_link_quickly(${target})
-endfunction()
-
 # fenwhirl_test_label(RESULT): the label of the tests in this folder for ctest -L, which is the path below Tests/
 # ("Fenwhirl/Views").
 function(fenwhirl_test_label result)
@@ -128,11 +144,9 @@ function(fenwhirl_test name)
     endif()
     target_link_libraries(${name} PRIVATE FenwhirlFlags GTest::gtest GTest::gmock ${arg_LINK})
     if(FENWHIRL_PRECOMPILED_HEADERS)
-        # Precompiled headers are shared with targets that link Qt, which are compiled with -fPIC, so this target needs
-        # the same option. With it, gcc 12 reports false string overruns in inlined code of the standard library; the
+        # With -fPIC, which they require, gcc 12 reports false string overruns in inlined code of the standard library; the
         # sanitizers look for real ones.
-        target_compile_options(${name} PRIVATE -fPIC
-            "$<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-stringop-overflow>")
+        target_compile_options(${name} PRIVATE "$<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-stringop-overflow>")
     endif()
     list(FILTER arg_SOURCES INCLUDE REGEX "\\.cpp$")
     list(LENGTH arg_SOURCES count)
@@ -145,6 +159,7 @@ function(fenwhirl_test name)
         fenwhirl_reuse_headers(${name} FenwhirlPlainTestMain)
     endif()
     fenwhirl_compile_quickly(${name})
+    fenwhirl_link_quickly(${name})
     # Tests include their support headers by their path from Tests/.
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/Tests")
     if(arg_MOC)
@@ -212,10 +227,6 @@ function(fenwhirl_qml_sources name)
         list(APPEND sources ${together})
     endif()
     set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "-w")
-    if(FENWHIRL_QML_TOGETHER AND FENWHIRL_COMPILES_QUICKLY)
-        # Mostly tables of bytecode, which no debugger shows. The precompiled headers were compiled with optimisation and do not
-        # fit.
-        set_source_files_properties(${together} PROPERTIES COMPILE_OPTIONS "-w;-O0;-g0" SKIP_PRECOMPILE_HEADERS ON)
-    endif()
     fenwhirl_unity_build(${name} ${sources})
+    fenwhirl_compile_quickly(${name})
 endfunction()

@@ -34,9 +34,11 @@ function(fenwhirl_precompile target kind)
     endif()
 endfunction()
 
-# fenwhirl_reuse_headers(TARGET FROM): lets TARGET use the headers that were precompiled for FROM.
+# fenwhirl_reuse_headers(TARGET FROM): lets TARGET use the headers that were precompiled for FROM, a library. These were
+# compiled with -fPIC, so a program that uses them needs the same option.
 function(fenwhirl_reuse_headers target from)
     if(FENWHIRL_PRECOMPILED_HEADERS AND NOT target STREQUAL from)
         target_precompile_headers(${target} REUSE_FROM ${from})
+        target_compile_options(${target} PRIVATE -fPIC)
     endif()
 endfunction()
