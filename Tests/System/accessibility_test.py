@@ -3,7 +3,9 @@
 Every control must have a role, a name, an action and, where it applies, a value. Nothing else may offer an action.
 """
 
+import os
 import unittest
+import unittest.mock
 
 import interface
 import stage
@@ -140,6 +142,10 @@ class Accessibility(unittest.TestCase):
                 self.check(desktop, f"menu of {page}")
                 desktop.key("Escape")
                 desktop.screen.wait_until_gone(item, "menu item")
+
+    def test_before_the_session_begins_nothing_is_found(self):
+        with unittest.mock.patch.dict(os.environ, DBUS_SESSION_BUS_ADDRESS="unix:path=/nowhere"):
+            self.assertIsNone(interface.Interface().find("Fenwhirl"))
 
     def test_the_introduction(self):
         with Desktop(onboarded=False) as desktop:

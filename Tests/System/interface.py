@@ -5,6 +5,7 @@ asked at once, which costs a fifth of what one question after another does.
 """
 
 import collections
+import contextlib
 import os
 
 from gi.repository import Gio, GLib
@@ -108,21 +109,31 @@ class Presence:
         return [(reference, ACCESSIBLE, question, None) for question in cls.QUESTIONS]
 
 
-class Node(Presence):
-    """One object of the interface. Its states, children, role and name are those of the moment when it was read; everything else
-    is asked when it is called for. Raises Error when the object is gone.
-    """
-
-    QUESTIONS = (*Presence.QUESTIONS, "GetRole")
+class NamedPresence(Presence):
+    """The same with its name."""
 
     def __init__(self, bus, reference, answers):
         super().__init__(bus, reference, answers)
-        (role,), (self.name,) = answers[2:]
-        self.role = ROLES.get(role, f"role {role}")
+        (self.name,) = answers[2]
 
     @classmethod
     def questions(cls, reference):
         return [*super().questions(reference), asking_for(reference, ACCESSIBLE, "Name")]
+
+
+class Node(NamedPresence):
+    """One object of the interface. Its states, children, name and role are those of the moment when it was read; everything else
+    is asked when it is called for. Raises Error when the object is gone.
+    """
+
+    def __init__(self, bus, reference, answers):
+        super().__init__(bus, reference, answers)
+        (role,) = answers[3]
+        self.role = ROLES.get(role, f"role {role}")
+
+    @classmethod
+    def questions(cls, reference):
+        return [*super().questions(reference), (reference, ACCESSIBLE, "GetRole", None)]
 
     @staticmethod
     def read(bus, reference):
@@ -175,8 +186,8 @@ class Node(Presence):
         self.answer((self.reference, PROPERTIES, "Set", arguments))
 
     def actions(self):
-        """The names of what can be done with it, in order."""
-        return [self.call(ACTION, "GetName", GLib.Variant("(i)", (index,)))[0] for index in range(self.get(ACTION, "NActions"))]
+        """The names of what can be done with it, in order. All are asked at once, because they change with the focus."""
+        return [name for name, _, _ in self.call(ACTION, "GetActions")[0]]
 
     def act(self, name):
         self.call(ACTION, "DoAction", GLib.Variant("(i)", (self.actions().index(name),)))
@@ -218,19 +229,26 @@ class Interface:
         read = {}
         level = [root] if root else []
         while level:
-            questions = [kind.questions(each) for each in level]
-            answers = iter(self.bus.ask([question for some in questions for question in some]))
             below = []
-            for each, some in zip(level, questions):
-                try:
-                    node = kind(self.bus, each, [next(answers) for _ in some])
-                except Error:
-                    continue  # it disappeared meanwhile
-                if not showing or each == root or "visible" in node.states:
-                    read[each] = node
+            for node in self.read_all(level, kind):
+                if not showing or node.reference == root or "visible" in node.states:
+                    read[node.reference] = node
                     below += node.children
             level = below
         return self.in_order(read, root)
+
+    def read_all(self, references, kind=Node):
+        """The nodes with these references, without those that have disappeared."""
+        if not references:
+            return []  # before the session begins there is no bus to ask
+        questions = [kind.questions(each) for each in references]
+        answers = iter(self.bus.ask([question for some in questions for question in some]))
+        nodes = []
+        for each, some in zip(references, questions):
+            own = [next(answers) for _ in some]
+            with contextlib.suppress(Error):
+                nodes.append(kind(self.bus, each, own))
+        return nodes
 
     @staticmethod
     def in_order(read, root):
@@ -253,10 +271,12 @@ class Interface:
     def find(self, name, role=None):
         """The node with that name (a text, or a predicate of a text) and role name ("push button"), or None.
 
-        Of several nodes it is the last one: menus and dialogs come after what they cover.
+        Of several nodes it is the last one: menus and dialogs come after what they cover. Only those with the name are asked
+        for their role.
         """
         fits = name if callable(name) else lambda text: text == name
-        return next((node for node in reversed(self.nodes()) if fits(node.name) and role in (None, node.role)), None)
+        found = self.read_all([node.reference for node in self.nodes(kind=NamedPresence) if fits(node.name)])
+        return next((node for node in reversed(found) if fits(node.name) and role in (None, node.role)), None)
 
     def focused(self):
         """The node that has the keyboard focus, or None."""
