@@ -75,6 +75,15 @@ class Interruption:
         if number is not None:
             raise Interrupted(number)
 
+    def arrive_again(self, unraisable):
+        """For sys.unraisablehook. Python drops an exception that is raised while an object is finalized, which may happen anywhere."""
+        if not isinstance(unraisable.exc_value, Interrupted):
+            sys.__unraisablehook__(unraisable)
+            return
+        number = unraisable.exc_value.args[0]
+        signal.signal(signal.SIGALRM, lambda *_: self.arrive(number))
+        signal.setitimer(signal.ITIMER_REAL, 0.01)  # when the object is gone, most likely; otherwise this is called again
+
 
 # For functions that a library calls, in which an exception would be lost.
 DEFERRED = Interruption()
@@ -91,6 +100,7 @@ def end_in_order_when_interrupted():
 
     for each in signals:
         signal.signal(each, interrupt)
+    sys.unraisablehook = DEFERRED.arrive_again
 
 
 def wait_until(question, what, seconds=PATIENCE_SECONDS, interval_seconds=0.05):
