@@ -337,12 +337,7 @@ using SMCFanWritesDeathTest = SMCFanWrites;
 
 TEST_F(SMCFanWritesDeathTest, AnIndexThatNoMaskCanHoldEndsTheProcessBeforeAnyWrite) {
     controller.addOlderFans(1);
-    controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::writeKey) {
-            std::_Exit(3);
-        }
-        return std::nullopt;
-    };
+    controller.hook = ScriptedSMC::exitAtWrite;
     for (const std::int64_t index :
          {std::int64_t{-1}, std::int64_t{65536}, std::numeric_limits<std::int64_t>::min(),
           std::numeric_limits<std::int64_t>::max()}) {
@@ -353,12 +348,7 @@ TEST_F(SMCFanWritesDeathTest, AnIndexThatNoMaskCanHoldEndsTheProcessBeforeAnyWri
 
 TEST_F(SMCFanWritesDeathTest, AnInvalidMaskEndsTheProcessBeforeAnyWrite) {
     controller.addOlderFans(1);
-    controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::writeKey) {
-            std::_Exit(3);
-        }
-        return std::nullopt;
-    };
+    controller.hook = ScriptedSMC::exitAtWrite;
     for (const double mask : {-1.0, 65536.0, notANumber, infiniteSpeed, -infiniteSpeed}) {
         controller.setNumber("FS! ", "flt ", mask);
         EXPECT_EXIT(static_cast<void>(smc.setFanSpeed(0, 2000)), testing::KilledBySignal(SIGABRT), "")

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <span>
@@ -184,6 +185,13 @@ ScriptedSMC::Reply ScriptedSMC::answer(const SMCParam& request) {
         }
     }
     return answerFromTable(request);
+}
+
+std::optional<ScriptedSMC::Reply> ScriptedSMC::exitAtWrite(const SMCParam& request) {
+    if (request.data8 == SMCCommand::writeKey) {
+        std::_Exit(3);
+    }
+    return std::nullopt;
 }
 
 ScriptedSMC::Reply ScriptedSMC::answerFromTable(const SMCParam& request) {

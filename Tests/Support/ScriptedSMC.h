@@ -73,6 +73,8 @@ public:
 
     // --- Faults ---
     Hook hook;
+    // A hook for death tests, whose log of writes is lost with the child: a write ends the process, with status 3.
+    [[nodiscard]] static std::optional<Reply> exitAtWrite(const SMCParam& request);
     // The connection is dead from this request on (counted from 0 over all connections).
     std::optional<std::size_t> diesAtRequest;
     // How many more attempts to make a fan manual are refused although the fans are unlocked.

@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <ctime>
 #include <deque>
 #include <fcntl.h>
@@ -190,12 +189,7 @@ TEST_F(HelperTest, ANegativeIndexIsPassedOn) {
 
 TEST_F(HelperTest, AnIndexThatTheMaskCannotHoldStopsBeforeAnyWrite) {
     controller.addOlderFans(1);
-    controller.hook = [](const SMCParam& request) -> std::optional<ScriptedSMC::Reply> {
-        if (request.data8 == SMCCommand::writeKey) {
-            std::_Exit(3);
-        }
-        return std::nullopt;
-    };
+    controller.hook = ScriptedSMC::exitAtWrite;
     const rlimit noCore = {.rlim_cur = 0, .rlim_max = 0};
     for (const char* index : {"-1", "65536"}) {
         EXPECT_EXIT(
