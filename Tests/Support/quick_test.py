@@ -62,6 +62,16 @@ class Selection(unittest.TestCase):
         for suite in programs["MonitoringDecisionTest"]:
             self.assertRegex(text, rf"TEST\w*\({re.escape(suite)},")
 
+    def test_a_pattern_builds_what_its_tests_need(self):
+        self.assertEqual(quick.needed_targets(self.tests, "MonitorAlert\\.", []), {"MonitorTest"})
+        self.assertEqual(quick.needed_targets(self.tests, "tst_Stepper", []), {"ComponentTest"})
+        self.assertEqual(quick.needed_targets(self.tests, "run_test", ["System.run_test.TheWalk.test_x"]), set(quick.PROGRAMS))
+        self.assertEqual(quick.needed_targets(self.tests, "NobodyTestsThis", []), set())
+
+    def test_a_test_that_belongs_to_no_file_needs_everything(self):
+        for name in ("Structure.OnlyTheApplicationLibraryNeedsQt", "TextKey.CompilesLiterals"):
+            self.assertEqual(quick.needed_targets(self.tests, name, [name]), {"all"}, name)
+
 
 class Changes(unittest.TestCase):
     def setUp(self):
