@@ -33,10 +33,11 @@ class Tests:
         self.programs = {}  # C++ file -> the program that it is compiled into
         self.alone = {}  # program -> patterns of the tests beside which nothing else may run
         for listing in (project / "Tests").rglob("CMakeLists.txt"):
-            for call in re.findall(r"fenwhirl_test\(([^)]*)\)", listing.read_text()):
+            for command, call in re.findall(r"(fenwhirl_test|target_sources)\(([^)]*)\)", listing.read_text()):
                 name = call.split()[0]
-                alone = re.search(r"\sALONE((?:\s+(?!(?:APART|LINK|SOURCES)\b)\S+)+)", call)
-                self.alone[name] = alone.group(1).split() if alone else []
+                if command == "fenwhirl_test":
+                    alone = re.search(r"\sALONE((?:\s+(?!(?:APART|LINK|SOURCES)\b)\S+)+)", call)
+                    self.alone[name] = alone.group(1).split() if alone else []
                 for word in call.split():
                     if word.endswith(".cpp"):
                         self.programs[(listing.parent / word).relative_to(project)] = name

@@ -50,8 +50,11 @@ class Selection(unittest.TestCase):
 
     def test_every_test_file_belongs_to_a_program(self):
         self.assertEqual([str(file) for file in self.tests.files if file.suffix == ".cpp" and
-                          file.name != "ComponentTest.cpp" and file not in self.tests.programs and
-                          "target_sources" not in (PROJECT / file.parent / "CMakeLists.txt").read_text()], [])
+                          file.name != "ComponentTest.cpp" and file not in self.tests.programs], [])
+
+    def test_a_file_of_one_system_belongs_to_its_program(self):
+        programs, _, _ = quick.selection(self.tests, ["Tests/Fenwhirl/Views/SensorNameWidthTest.cpp"])
+        self.assertEqual(programs, {"ViewsTest": ["SensorNames"]})
 
     def test_suites_are_those_of_the_file(self):
         file = pathlib.PurePath("Tests/Fenwhirl/Monitoring/PollDecisionTest.cpp")
