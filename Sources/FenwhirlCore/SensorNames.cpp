@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace Fenwhirl::SensorNames {
 
@@ -92,6 +93,13 @@ std::string friendly(std::string_view key) {
         return join(family->french, key.substr(prefix.size()));
     }
     return join("Capteur ", key);
+}
+
+std::vector<std::string_view> wellKnownKeys() {
+    std::vector<std::string_view> keys;
+    keys.reserve(table.size());
+    std::ranges::transform(table, std::back_inserter(keys), &Name::key);
+    return keys;
 }
 
 } // namespace Fenwhirl::SensorNames

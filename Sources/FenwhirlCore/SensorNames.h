@@ -8,6 +8,7 @@
 #include <array>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Fenwhirl::SensorNames {
 
@@ -15,6 +16,9 @@ namespace Fenwhirl::SensorNames {
 // name derived from the key's form ("TC1C" is "Cœur CPU 1", "Tp0D" is "Cœur performance 0D", "TZ9X" is
 // "Capteur TZ9X"). Never fails.
 [[nodiscard]] std::string friendly(std::string_view key);
+
+// The keys of the fixed table, in its order. Tests check every name with them.
+[[nodiscard]] std::vector<std::string_view> wellKnownKeys();
 
 // The candidates for the processor temperature that the program shows first, most preferred first.
 inline constexpr std::array<std::string_view, 12> primaryKeys = {

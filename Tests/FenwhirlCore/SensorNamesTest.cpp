@@ -51,9 +51,12 @@ TEST(SensorNames, WellKnownKeysHaveTheirOwn) {
         {"TN0P", "Chipset"},
         {"TN0D", "Chipset (diode)"},
     };
+    std::vector<std::string> keys;
     for (const auto& [key, name] : names) {
         EXPECT_EQ(friendly(key), name) << key;
+        keys.push_back(key);
     }
+    EXPECT_THAT(SensorNames::wellKnownKeys(), testing::UnorderedElementsAreArray(keys));
 }
 
 TEST(SensorNames, WellKnownKeysAreKnownInTheirOwnSpellingOnly) {

@@ -1,7 +1,7 @@
 // The names of the sensors must fit into their column of the list, measured as they are drawn.
 //
-// The test looks up every temperature key of the recorded Macs in every language: well-known sensors, and
-// generated names that end with a part of the key.
+// The test looks up every well-known key and every temperature key of the recorded Macs in every language; the
+// latter also have generated names, which end with a part of the key.
 
 #include "Fenwhirl/Localization/Localizer.h"
 #include "Fenwhirl/Localization/SensorLabel.h"
@@ -15,6 +15,8 @@
 #include <gtest/gtest.h>
 #include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace Fenwhirl {
 
@@ -22,11 +24,10 @@ namespace {
 
 constexpr double columnWidth = 150; // SensorRow's, at text size 1
 
-// All temperature keys of the recorded Macs, and some known keys that none of them has.
+// All well-known keys, and all temperature keys of the recorded Macs.
 std::set<std::string> temperatureKeys() {
-    // Known sensors that no recorded Mac has.
-    std::set<std::string> keys = {"TC0D", "TC0E", "TC0F", "TC0H", "TCXC", "TCGC", "TCSA", "TG0H",
-                                  "TM0S", "TH0b", "Ts1P", "TaLP", "TaRF", "TPCD", "TL0P", "TN0D"};
+    const std::vector<std::string_view> wellKnown = SensorNames::wellKnownKeys();
+    std::set<std::string> keys(wellKnown.begin(), wellKnown.end());
     for (const simulated::EmbeddedTable& embedded : simulated::embeddedTables()) {
         const auto machine = simulated::findMachine(embedded.name);
         for (const simulated::KeyRecord& key :
